@@ -1,0 +1,56 @@
+# What every target of ours is compiled with. Linked privately, so that nothing of it reaches a user of the libraries.
+add_library(ezBuildFlags INTERFACE)
+target_compile_options(ezBuildFlags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast)
+if(EZ_WERROR)
+    target_compile_options(ezBuildFlags INTERFACE -Werror)
+endif()
+# 64-bit file offsets and times on 32-bit targets.
+target_compile_definitions(ezBuildFlags INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+if(NOT EZ_ASSERTIONS)
+    target_compile_definitions(ezBuildFlags INTERFACE EZ_NO_ASSERTIONS)
+endif()
+if(EZ_SANITIZE)
+    target_compile_options(ezBuildFlags INTERFACE -fsanitize=${EZ_SANITIZE} -fno-sanitize-recover=all
+                                                  -fno-omit-frame-pointer)
+    target_link_options(ezBuildFlags INTERFACE -fsanitize=${EZ_SANITIZE})
+endif()
+
+# ez_add_library(<name> INCLUDES <folder>... DEPENDS <library>... SOURCES <source>...)
+#
+# Makes the shared library <name> and, under it, the object library <name>_objects. The product hides everything that
+# is not exported; tests, benchmarks and fuzz targets link the objects and so reach the inside.
+function(ez_add_library NAME)
+    cmake_parse_arguments(ARG "" "" "INCLUDES;DEPENDS;SOURCES" ${ARGN})
+
+    add_library(${NAME}_objects OBJECT ${ARG_SOURCES})
+    target_link_libraries(${NAME}_objects PRIVATE ezBuildFlags)
+    foreach(INCLUDE ${ARG_INCLUDES})
+        target_include_directories(${NAME}_objects PUBLIC ${INCLUDE})
+    endforeach()
+
+    add_library(${NAME} SHARED)
+    add_library(ez::${NAME} ALIAS ${NAME})
+    target_link_libraries(${NAME} PRIVATE ezBuildFlags ${NAME}_objects)
+    set_target_properties(${NAME} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_compile_features(${NAME} PUBLIC cxx_std_17)
+    foreach(INCLUDE ${ARG_INCLUDES})
+        target_include_directories(${NAME} PUBLIC $<BUILD_INTERFACE:${INCLUDE}>)
+    endforeach()
+    foreach(DEPENDENCY ${ARG_DEPENDS})
+        target_link_libraries(${NAME} PUBLIC ${DEPENDENCY})
+        target_link_libraries(${NAME}_objects PUBLIC ${DEPENDENCY}_includes)
+    endforeach()
+
+    # The include folders alone, for objects of a library above this one.
+    add_library(${NAME}_includes INTERFACE)
+    foreach(INCLUDE ${ARG_INCLUDES})
+        target_include_directories(${NAME}_includes INTERFACE ${INCLUDE})
+    endforeach()
+
+    # The objects with everything in reach: what a test, benchmark or fuzz target links instead of the product.
+    add_library(${NAME}_inside STATIC $<TARGET_OBJECTS:${NAME}_objects>)
+    target_link_libraries(${NAME}_inside PUBLIC ezBuildFlags ${NAME}_includes)
+    foreach(DEPENDENCY ${ARG_DEPENDS})
+        target_link_libraries(${NAME}_inside PUBLIC ${DEPENDENCY}_inside)
+    endforeach()
+endfunction()

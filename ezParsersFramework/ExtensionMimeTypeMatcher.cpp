@@ -1,0 +1,261 @@
+#include "ez/ExtensionMimeTypeMatcher.h"
+
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/config/Config.h"
+#include "ezPlatform/containers/HashTable.h"
+#include "ezPlatform/containers/Items.h"
+
+#include <array>
+#include <cstring>
+#include <string_view>
+
+// A trace carries the source and line; it is formatted only where the level lets it through.
+#define TRACE(...)                                                                                           \
+    do {                                                                                                     \
+        if (_ezLog_Level > EZLOGLEVEL_INFO) {                                                                \
+            ezLog_BeginAt(EZLOGLEVEL_INFO, EZLOG_M_PARSERS, "ExtensionMimeTypeMatcher", __LINE__);           \
+            ezLog_Append_F(__VA_ARGS__);                                                                     \
+            ezLog_End();                                                                                     \
+        }                                                                                                    \
+    } while (false)
+
+namespace {
+
+using Entry = ExtensionMimeTypeMatcherEntry;
+
+constexpr const char* kDefaultFileName = "mediaCTRLMediaTypes.ini";
+constexpr const char* kExcludedSection = "MimeTypesExcluded";
+constexpr const char* kSection = "MimeTypes";
+constexpr const char* kUnknownMimeType = "application/octet-stream";
+constexpr char kExtensionListSeparator = '\\';
+
+void Entry_Free(void* anEntry) {
+    delete static_cast<Entry*>(anEntry);
+}
+
+ezPtrList* NewStringList() {
+    ezPtrList* list = ezPtrList_New();
+    ezPtrList_SetFreeFunc(list, ezPtrList_DefaultFreeFunc);
+    return list;
+}
+
+/// Appends the pieces of a text, trimmed, without the empty ones.
+void SplitAndStrip(ezPtrList* aDest, const ezCString& aSrc, char aSeparator, bool afLower) {
+    std::string_view rest = aSrc.View();
+    while (!rest.empty()) {
+        const std::size_t end = rest.find(aSeparator);
+        const ezCString piece(ezTrimmed(rest.substr(0, end)));
+        if (!piece.IsEmpty()) {
+            ezPtrList_Append(aDest, ezStrdup(afLower ? piece.Lower().c_str() : piece.c_str()));
+        }
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+}
+
+/// Appends an entry to the list under a key, made where there is none.
+void FileUnder(ezHashTable* aTable, const char* aKey, Entry* anEntry) {
+    const std::size_t length = std::strlen(aKey);
+    ezPtrList* list = static_cast<ezPtrList*>(ezHashTable_GetEntry(aTable, aKey, length));
+    if (list == nullptr) {
+        list = ezPtrList_New();
+        ezHashTable_AddEntry(aTable, aKey, length, list);
+    }
+    ezPtrList_Append(list, anEntry);
+}
+
+/// Deletes the lists of a table; its keys stay, with nothing under them.
+void DeleteLists(ezHashTable* aTable) {
+    ezHashTableEnumerator* enumerator = ezHashTableEnumerator_New(aTable);
+    while (ezHashTableEnumerator_MoveNext(enumerator)) {
+        const char* key = nullptr;
+        std::size_t length = 0;
+        void* list = nullptr;
+        ezHashTableEnumerator_GetValue(enumerator, &key, &length, &list);
+        ezPtrList_Delete(static_cast<ezPtrList*>(list));
+        ezHashTable_AddEntry(aTable, key, length, nullptr);
+    }
+    ezHashTableEnumerator_Delete(enumerator);
+}
+
+const char* FirstString(const ezPtrList* aList) {
+    void** first = ezPtrList_GetAt(aList, 0);
+    return first != nullptr ? static_cast<const char*>(*first) : nullptr;
+}
+
+} // namespace
+
+void ExtensionMimeTypeMatcherEntry::Init() {
+    mExtensions = NewStringList();
+    mMimeTypes = NewStringList();
+    mUPnPClasses = NewStringList();
+    mTypes = NewStringList();
+}
+
+ExtensionMimeTypeMatcherEntry::ExtensionMimeTypeMatcherEntry(const ezCString& aKey,
+                                                             const ezCString& anEntry) {
+    Init();
+    ezPtrList_Append(mTypes, ezStrdup(aKey.c_str()));
+
+    ezPtrList* fields = NewStringList();
+    SplitAndStrip(fields, anEntry, '@', false); // empty fields are dropped, so what follows them moves up
+    struct Field {
+        ezPtrList* mDest;
+        bool mfLower;
+    };
+    const std::array<Field, 4> destinations = {
+        {{mExtensions, true}, {mMimeTypes, true}, {mUPnPClasses, false}, {mTypes, true}}};
+    for (std::size_t i = 0; i < destinations.size() && i < ezPtrList_GetCount(fields); ++i) {
+        const ezCString text(static_cast<const char*>(*ezPtrList_GetAt(fields, i)));
+        SplitAndStrip(destinations[i].mDest, text, ',', destinations[i].mfLower);
+    }
+    ezPtrList_Delete(fields);
+}
+
+ExtensionMimeTypeMatcherEntry::~ExtensionMimeTypeMatcherEntry() {
+    ezPtrList_Delete(mExtensions);
+    ezPtrList_Delete(mMimeTypes);
+    ezPtrList_Delete(mUPnPClasses);
+    ezPtrList_Delete(mTypes);
+}
+
+ExtensionMimeTypeMatcher::ExtensionMimeTypeMatcher(const ezCString& aReadOnlyConfigPath,
+                                                   const ezCString& aReadWriteConfigPath,
+                                                   const ezCString& aConfigFileName) {
+    const ezCString fileName = aConfigFileName.IsEmpty() ? ezCString(kDefaultFileName) : aConfigFileName;
+    TRACE("ExtensionMimeTypeMatcher::ExtensionMimeTypeMatcher(%s, %s, %s)\n", aReadOnlyConfigPath.c_str(),
+          aReadWriteConfigPath.c_str(), fileName.c_str());
+    mConfig = new ezConfig(aReadOnlyConfigPath, aReadWriteConfigPath, fileName);
+    mFromExt = ezHashTable_New();
+    mFromMimeType = ezHashTable_New();
+    mAllEntries = ezPtrList_New();
+    ezPtrList_SetFreeFunc(mAllEntries, Entry_Free);
+    mExcludedEntries = ezPtrList_New();
+}
+
+ExtensionMimeTypeMatcher::~ExtensionMimeTypeMatcher() {
+    Cleanup();
+    ezHashTable_Delete(mFromExt);
+    ezHashTable_Delete(mFromMimeType);
+    ezPtrList_Delete(mAllEntries);
+    ezPtrList_Delete(mExcludedEntries);
+    delete mConfig;
+}
+
+void ExtensionMimeTypeMatcher::Cleanup() {
+    DeleteLists(mFromExt);
+    DeleteLists(mFromMimeType);
+    ezPtrList_Clear(mAllEntries);
+    ezPtrList_Clear(mExcludedEntries);
+}
+
+bool ExtensionMimeTypeMatcher::Load() {
+    Cleanup();
+    if (!LoadMimeType(kExcludedSection)) {
+        return false;
+    }
+    for (Entry* entry : ezItems<Entry>(mAllEntries)) {
+        ezPtrList_Append(mExcludedEntries, entry);
+    }
+    return LoadMimeType(kSection);
+}
+
+bool ExtensionMimeTypeMatcher::LoadMimeType(const char* aSection) {
+    const std::size_t count = mConfig->GetKeyCount(aSection, true);
+    for (std::size_t i = 0; i < count; ++i) {
+        const ezCString key = mConfig->GetKeyNameCString(aSection, i, true).Lower();
+        const ezCString value = mConfig->GetCString(aSection, key, "").TrimLeftRight();
+        if (value.IsEmpty()) {
+            continue;
+        }
+        Entry* entry = new Entry(key, value);
+        ezPtrList_Append(mAllEntries, entry);
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            FileUnder(mFromExt, extension, entry);
+            TRACE("ExtensionMimeTypeMatcher::Load(): Ext(%s) -> %s\n", extension, value.c_str());
+        }
+        for (const char* mimeType : ezItems<const char>(entry->mMimeTypes)) {
+            FileUnder(mFromMimeType, mimeType, entry);
+            TRACE("ExtensionMimeTypeMatcher::Load(): MimeType(%s) -> %s\n", mimeType, value.c_str());
+        }
+    }
+    return true;
+}
+
+ezPtrList* ExtensionMimeTypeMatcher::EntriesFromHashTable(ezHashTable* aHashTable, const ezCString& aKey,
+                                                          bool afLower) {
+    const ezCString key = afLower ? aKey.Lower() : aKey;
+    return static_cast<ezPtrList*>(ezHashTable_GetEntry(aHashTable, key.c_str(), key.GetLength()));
+}
+
+ezPtrList* ExtensionMimeTypeMatcher::EntriesFromExtension(const ezCString& anExtension) {
+    return EntriesFromHashTable(mFromExt, anExtension, true);
+}
+
+ezPtrList* ExtensionMimeTypeMatcher::EntriesFromMimeType(const ezCString& aMimeType) {
+    if (ezPtrList* entries = EntriesFromHashTable(mFromMimeType, aMimeType, true)) {
+        return entries;
+    }
+    const ezCString bare = aMimeType.BeforeFirst(';');
+    return bare != aMimeType ? EntriesFromHashTable(mFromMimeType, bare, true) : nullptr;
+}
+
+ezCString ExtensionMimeTypeMatcher::FileExtensionToMimeType(const ezCString& anExtension) {
+    for (Entry* entry : ezItems<Entry>(EntriesFromExtension(anExtension))) {
+        if (const char* mimeType = FirstString(entry->mMimeTypes)) {
+            return mimeType;
+        }
+    }
+    return kUnknownMimeType;
+}
+
+ezCString ExtensionMimeTypeMatcher::MimeTypeToFileExtension(const ezCString& aMimeType) {
+    for (Entry* entry : ezItems<Entry>(EntriesFromMimeType(aMimeType))) {
+        if (const char* extension = FirstString(entry->mExtensions)) {
+            return extension;
+        }
+    }
+    return ezCString();
+}
+
+ezCSVStringList ExtensionMimeTypeMatcher::MimeTypeToFileExtensionList(const ezCString& aMimeType) {
+    ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
+    for (Entry* entry : ezItems<Entry>(EntriesFromMimeType(aMimeType))) {
+        const char* extension = FirstString(entry->mExtensions);
+        if (extension != nullptr && !extensions.Has(extension, true)) {
+            extensions.Add(extension);
+        }
+    }
+    return extensions;
+}
+
+ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCString& anExtension) {
+    ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
+    // Excluded entries are those that the list begins with.
+    for (std::size_t i = ezPtrList_GetCount(mExcludedEntries); i < ezPtrList_GetCount(mAllEntries); ++i) {
+        const Entry* entry = static_cast<Entry*>(*ezPtrList_GetAt(mAllEntries, i));
+        bool fListed = false;
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            fListed = fListed || anExtension == extension;
+        }
+        if (!fListed) {
+            continue;
+        }
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            if (!extensions.Has(extension, true)) {
+                extensions.Add(extension);
+            }
+        }
+        break;
+    }
+    return extensions;
+}
+
+bool ExtensionMimeTypeMatcher::IsExcludedEntry(ExtensionMimeTypeMatcherEntry* anEntry) {
+    for (const Entry* entry : ezItems<Entry>(mExcludedEntries)) {
+        if (entry == anEntry) {
+            return true;
+        }
+    }
+    return false;
+}

@@ -1,0 +1,81 @@
+#include "ez/FileMediaParserStream.h"
+
+ezFileMediaParserStream::ezFileMediaParserStream(const ezPathName& aFilePath)
+    : mFile(aFilePath.GetFullPath(), ezFileOpenMode_Read) {
+    Init(aFilePath.GetFullPath().c_str());
+}
+
+ezFileMediaParserStream::ezFileMediaParserStream(const ezCString& aFilePath)
+    : mFile(aFilePath, ezFileOpenMode_Read) {
+    Init(aFilePath.c_str());
+}
+
+ezFileMediaParserStream::~ezFileMediaParserStream() {
+    ezFileMediaParserStream::Close();
+}
+
+void ezFileMediaParserStream::Init(const char* aFilePath) {
+    mFilePath = ezPathName::MakeFilePath(aFilePath);
+    mMediaFullPath = mFilePath.GetFullPath();
+    ezFile::GetTimes(mMediaFullPath, nullptr, &mLastModificationTime, nullptr);
+    SetExtension(mFilePath.GetExtension());
+    if (mFile.IsOpened()) {
+        const ezFileOffset length = mFile.Length();
+        mMediaSize = length > 0 ? length : 0;
+    }
+}
+
+bool ezFileMediaParserStream::Open() {
+    Close();
+    mFilePos = 0;
+    mSeekPos = mFilePos;
+    if (!mFile.Open(mMediaFullPath, ezFileOpenMode_Read, ezFileAccessMode_ReadWrite)) {
+        return false;
+    }
+    mMediaSize = mFile.LengthAtOpen(); // the length of this moment, without asking the system twice
+    return true;
+}
+
+void ezFileMediaParserStream::Close() {
+    if (mFile.IsOpened()) {
+        mFile.Close();
+    }
+}
+
+void ezFileMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
+    ezMediaParserStream::CopyInfo(anInfo);
+}
+
+bool ezFileMediaParserStream::FileSeek() {
+    if (mFilePos == mSeekPos) {
+        return true;
+    }
+    if (mFile.Seek(mSeekPos.ToFileOffset(), ezFileSeekMode_Begin) == -1) {
+        return false;
+    }
+    mFilePos = mSeekPos;
+    return true;
+}
+
+bool ezFileMediaParserStream::MediaSeek(const ezuint64& anOffset, bool afSeekImmediate) {
+    mSeekPos = anOffset; // kept also when the seek is refused below
+    if (afSeekImmediate) {
+        return FileSeek();
+    }
+    return mSeekPos <= mMediaSize;
+}
+
+ezFileOffset ezFileMediaParserStream::MediaRead(void* aBuffer, std::size_t aSize) {
+    if (!mFile.IsOpened() && !Open()) {
+        return 0;
+    }
+    if (!FileSeek()) {
+        return 0;
+    }
+    const ezFileOffset count = mFile.Read(aBuffer, aSize);
+    if (count != -1) {
+        mFilePos += count;
+    }
+    mSeekPos = mFilePos;
+    return count;
+}

@@ -1,0 +1,85 @@
+#include "ez/LPCMParser.h"
+
+#include "ez/MediaParserStream.h"
+
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/files/PathName.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr uint32 kBytesPerSample = 2;
+
+struct Format {
+    const char* mName; ///< file name without extension, lower case
+    const char* mMimeType;
+    uint32 mChannels;
+    uint32 mRate; ///< Hz
+};
+
+constexpr std::array<Format, 4> kFormats = {{
+    {"b-lpcm-1", "audio/L16;rate=44100;channels=1", 1, 44100},
+    {"b-lpcm-2", "audio/L16;rate=44100;channels=2", 2, 44100},
+    {"b-lpcm-3", "audio/L16;rate=48000;channels=1", 1, 48000},
+    {"b-lpcm-4", "audio/L16;rate=48000;channels=2", 2, 48000},
+}};
+
+} // namespace
+
+LPCMParser::LPCMParser(ezPropertyList* anEnvironmentInfo) : ezMediaParser("LPCM", anEnvironmentInfo, false) {}
+
+LPCMParser::~LPCMParser() = default;
+
+ezMediaInfo* LPCMParser::Parse(ezMediaParserStream& aStream) {
+    const ezPathName path = ezPathName::MakeFilePath(aStream.GetFullPath());
+    if (path.GetExtension().Lower() != "pcm") {
+        return nullptr;
+    }
+    ezLog_F(EZLOGLEVEL_DEBUG, "LPCMParser::Parse()\n"); // also when the file is declined below
+    const ezCString name = path.GetFileName().Lower();
+    if (GetCTTContext() == 0 || name.Left(2) != "b-") {
+        return nullptr;
+    }
+    const auto* format = std::find_if(kFormats.begin(), kFormats.end(),
+                                      [&](const Format& aFormat) { return name == aFormat.mName; });
+    if (format == kFormats.end()) {
+        return nullptr;
+    }
+    ezMediaInfo* info = new ezMediaInfo;
+    info->Set(kezInfo_MimeType, format->mMimeType, true);
+    info->Set(kezInfo_AudioCodec, "LPCM", true);
+    info->Set(kezInfo_AudioBitRate, format->mRate, true); // the sampling rate: for LPCM it is kept here
+    info->Set(kezInfo_AudioChannelCount, format->mChannels, true);
+    info->Set(kezInfo_AudioBitsPerSample, 16, true);
+    info->Set(kezInfo_AudioTrackCount, 1, true);
+    AdjustDLNAInfo(info);
+    const ezuint64 size = aStream.GetMediaSize();
+    if (size != 0) {
+        info->Set(kezInfo_Duration, size / (format->mChannels * format->mRate * kBytesPerSample), true);
+    }
+    return info;
+}
+
+bool LPCMParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
+    if (anInfo == nullptr || !anInfo->GetCString(kezInfo_MimeType, "").Contains("audio/L16")) {
+        return false;
+    }
+    anInfo->Set(kezInfo_ClassName, "item.audioItem", true);
+    anInfo->Set(kezInfo_DLNA, "DLNA.ORG_PN=LPCM", true);
+    return true;
+}
+
+ezCString LPCMParser::GetDLNAInfo() {
+    ezCString text;
+    for (const Format& format : kFormats) {
+        if (!text.IsEmpty()) {
+            text += ",";
+        }
+        text += format.mMimeType;
+        text += ":DLNA.ORG_PN=LPCM";
+    }
+    return text;
+}

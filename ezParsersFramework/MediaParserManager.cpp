@@ -1,0 +1,224 @@
+#include "ez/MediaParserManager.h"
+
+#include "ez/MediaParserStream.h"
+#include "ez/MimeTypesDotIniParser.h"
+
+#include "ezPlatform/base/Assert.h"
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/containers/CustomHashTable.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <string_view>
+
+namespace {
+
+void ezParserList_Delete(void* aList) {
+    delete static_cast<ezParserList*>(aList);
+}
+
+} // namespace
+
+ezMediaParserManager::ezMediaParserManager(ezPropertyList* anEnvironmentInfo)
+    : mParserListByType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Delete})),
+      mParserListByMimeType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Delete})),
+      mEnvironmentInfo(anEnvironmentInfo) {}
+
+ezMediaParserManager::~ezMediaParserManager() {
+    // The borrowing lists first: their parsers go with the type lists.
+    ezCustomHashTable_Delete(mParserListByMimeType);
+    ezCustomHashTable_Delete(mParserListByType);
+}
+
+ezParserList* ezMediaParserManager::ParserListFrom(ezCustomHashTable* aHashTable, const ezCString& aType,
+                                                   bool afAdd, bool afAutoDelete) {
+    const ezCString key = aType.Lower();
+    ezParserList* list = static_cast<ezParserList*>(ezCustomHashTable_Lookup(aHashTable, key));
+    if (list == nullptr && afAdd) {
+        list = new ezParserList;
+        list->SetAutoDelete(afAutoDelete);
+        ezCustomHashTable_Add(aHashTable, key, list);
+    }
+    return list;
+}
+
+ezParserList* ezMediaParserManager::ParserListFromType(const ezCString& aType, bool afAdd) {
+    return ParserListFrom(mParserListByType, aType, afAdd, true);
+}
+
+ezParserList* ezMediaParserManager::ParserListFromMimeType(const ezCString& aMimeType, bool afAdd) {
+    return ParserListFrom(mParserListByMimeType, aMimeType, afAdd, false);
+}
+
+bool ezMediaParserManager::Add(ezMediaParser* aMediaParser) {
+    if (aMediaParser == nullptr) {
+        return false;
+    }
+    aMediaParser->mManager = this;
+    aMediaParser->SetEnvironmentInfo(mEnvironmentInfo);
+    ParserListFromType(aMediaParser->GetType(), true)->push_back(aMediaParser);
+    AddToMimeTypeList(aMediaParser);
+    return true;
+}
+
+void ezMediaParserManager::AddToMimeTypeList(ezBaseParser* aMediaParser) {
+    const ezCString text = aMediaParser->GetDLNAInfo();
+    std::string_view rest = text.View();
+    while (!rest.empty()) {
+        // Up to the next ":" wherever that is: an entry without one runs on into its successor.
+        const std::string_view candidate = rest.substr(0, rest.find(':'));
+        if (candidate.find('/') != std::string_view::npos) {
+            ezParserList* list = ParserListFromMimeType(ezCString(candidate), true);
+            if (list->find(aMediaParser) == list->end()) {
+                list->push_back(aMediaParser);
+            }
+        }
+        const std::size_t comma = rest.find(',');
+        rest.remove_prefix(comma == std::string_view::npos ? rest.size() : comma + 1);
+    }
+}
+
+void ezMediaParserManager::AddStandardParsers(int aParseOptions) {
+    if (!ezAssert(mMimeTypesDotIniParser == nullptr, "mMimeTypesDotIniParser == NULL",
+                  "MediaParserManager")) {
+        return;
+    }
+    mMimeTypesDotIniParser = new ezMimeTypesDotIniParser(mEnvironmentInfo, aParseOptions);
+    Add(mMimeTypesDotIniParser);
+}
+
+bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
+    if (mDoneParsers.find(aParser) != mDoneParsers.end()) {
+        return false;
+    }
+    mDoneParsers.push_back(aParser);
+    return true;
+}
+
+ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) {
+    ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Parsing type: %s\n", aType.c_str());
+    if (const ezParserList* list = ParserListFromType(aType, false)) {
+        // By index, up to the size at the start: a parser may add others while the list is walked.
+        const std::size_t count = list->size();
+        for (std::size_t i = 0; i < count; ++i) {
+            ezBaseParser* parser = (*list)[i];
+            if (!BeginParser(parser)) {
+                continue;
+            }
+            const ezuint64 position = aStream.Tell();
+            ezMediaInfo* info = parser->Parse(aStream);
+            if (info != nullptr) {
+                ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Winner: %s\n", parser->GetType().c_str());
+            }
+            aStream.Seek(position, ezMediaParserStream::SeekFromStart, true);
+            if (info != nullptr) {
+                return info;
+            }
+        }
+    }
+    ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: No info for type %s\n", aType.c_str());
+    return nullptr;
+}
+
+ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
+    mDoneParsers.erase();
+    ezMediaInfo* info = MediaMapperValidate(aStream, ParseFromType("*", aStream));
+    if (info == nullptr) {
+        return nullptr;
+    }
+    aStream.CopyInfo(info);
+    // This message alone names the class without its prefix.
+    ezLog_F(EZLOGLEVEL_DEBUG,
+            "MediaParserManager: Parsed: Title: %s, Creator: %s, Genre: %s, Album: %s, Other: %s\n",
+            info->mTitle.c_str(), info->mCreator.c_str(), info->mGenre.c_str(), info->mAlbum.c_str(),
+            info->GetOtherProperties().c_str());
+    info->Finish(true);
+    if (!info->IsValid()) {
+        delete info;
+        return nullptr;
+    }
+    return info;
+}
+
+ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream) {
+    const ezParserList* list = ParserListFromMimeType(aMimeType, false);
+    if (list == nullptr) {
+        return nullptr;
+    }
+    mDoneParsers.erase();
+    const std::size_t count = list->size();
+    for (std::size_t i = 0; i < count; ++i) {
+        ezBaseParser* parser = (*list)[i];
+        if (!parser->CanExtractCoverArt()) {
+            continue;
+        }
+        const ezuint64 position = aStream.Tell();
+        ezMediaInfo* info = parser->Parse(aStream);
+        if (info != nullptr) {
+            ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Cover Art Winner: %s\n",
+                    parser->GetType().c_str());
+        }
+        aStream.Seek(position, ezMediaParserStream::SeekFromStart, true);
+        if (info != nullptr) {
+            return info;
+        }
+    }
+    return nullptr;
+}
+
+ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& /*aStream*/,
+                                                       ezMediaInfo* anInfo) {
+    return anInfo;
+}
+
+void ezMediaParserManager::AppendDLNAInfo(ezBaseParser* aMediaParser, ezCString& aDLNAInfo) {
+    if (aMediaParser == nullptr) {
+        return;
+    }
+    const ezCString text = aMediaParser->GetDLNAInfo();
+    if (text.IsEmpty()) {
+        return;
+    }
+    if (!aDLNAInfo.IsEmpty()) {
+        aDLNAInfo += ",";
+    }
+    aDLNAInfo += text;
+}
+
+ezCString ezMediaParserManager::GetDLNAInfo() {
+    ezCString text;
+    const std::size_t typeCount = ezCustomHashTable_GetTupleCount(mParserListByType);
+    for (std::size_t type = 0; type < typeCount; ++type) {
+        const ezParserList* list = static_cast<ezParserList*>(ezCustomHashTable_Lookup(
+            mParserListByType, ezCustomHashTable_GetKeyAtIndex(mParserListByType, type)));
+        const std::size_t count = list->size();
+        for (std::size_t i = 0; i < count; ++i) {
+            AppendDLNAInfo((*list)[i], text);
+        }
+    }
+    return text;
+}
+
+bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo) {
+    ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Ajusting dlna info from type: %s\n", aType.c_str());
+    const ezParserList* list = ParserListFromType(aType, false);
+    if (!ezAssert(aType.Compare("*") != 0, "aType.Compare(\"*\") != 0", "MediaParserManager")) {
+        return false;
+    }
+    const std::size_t count = list != nullptr ? list->size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        ezBaseParser* parser = (*list)[i];
+        if (BeginParser(parser) && parser->AdjustDLNAInfo(anInfo)) {
+            ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (success)\n");
+            return true;
+        }
+    }
+    ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (failed)\n");
+    return false;
+}
+
+bool ezMediaParserManager::AdjustDLNAInfo(ezMediaInfo* anInfo) {
+    const bool fHasStandardParser =
+        ezAssert(mMimeTypesDotIniParser != nullptr, "mMimeTypesDotIniParser != NULL", "MediaParserManager");
+    mDoneParsers.erase();
+    return fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
+}

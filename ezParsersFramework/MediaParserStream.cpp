@@ -1,0 +1,186 @@
+#include "ez/MediaParserStream.h"
+
+#include "ezPlatform/base/Assert.h"
+#include "ezPlatform/base/Checked.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <cstring>
+
+ezMediaParserStream::~ezMediaParserStream() = default;
+
+bool ezMediaParserStream::Open() {
+    return true;
+}
+
+void ezMediaParserStream::Close() {}
+
+void ezMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
+    if (anInfo == nullptr) {
+        return;
+    }
+    anInfo->mLastModificationTime = mLastModificationTime;
+    anInfo->mFullPath = mMediaFullPath;
+    if (mMediaSize != 0 && anInfo->GetUInt64(kezInfo_FileSize, 0) == 0) {
+        anInfo->Set(kezInfo_FileSize, mMediaSize, true);
+    }
+    if (!mMediaExtension.IsEmpty()) {
+        anInfo->Set(kezInfo_FileExtension, mMediaExtension.Lower(), false);
+    }
+}
+
+bool ezMediaParserStream::MediaSeek(const ezuint64& /*anOffset*/, bool /*afSeekImmediate*/) {
+    return false;
+}
+
+ezFileOffset ezMediaParserStream::MediaRead(void* /*aBuffer*/, size_t /*aSize*/) {
+    return -1;
+}
+
+std::uint64_t ezMediaParserStream::EndOfRead(std::size_t aSize) const {
+    std::uint64_t end = 0;
+    return ezChecked_Add(mMediaPos.ToUInt64(), aSize, &end) ? end : UINT64_MAX;
+}
+
+std::uint64_t ezMediaParserStream::BufferedEnd() const {
+    return static_cast<std::uint64_t>(mBufferLength);
+}
+
+bool ezMediaParserStream::IsBuffered(std::uint64_t anEnd) const {
+    return mfBufferFilled && anEnd <= BufferedEnd();
+}
+
+bool ezMediaParserStream::IsToBeBuffered(std::uint64_t anEnd) const {
+    return !mfBufferFilled && anEnd <= kezMediaParserStreamBufferSize;
+}
+
+bool ezMediaParserStream::FillBuffer() {
+    // Filled from wherever the source stands, without a seek: the first read of a stream is made at its
+    // start.
+    mfBufferFilled = true;
+    const ezFileOffset count = MediaRead(mBuffer, kezMediaParserStreamBufferSize);
+    mBufferLength = std::clamp<ezFileOffset>(count, 0, kezMediaParserStreamBufferSize);
+    return count >= 0;
+}
+
+void ezMediaParserStream::TakeFromBuffer(std::size_t aSize, void* aBuffer) {
+    if (aSize != 0) {
+        std::memcpy(aBuffer, mBuffer + mMediaPos.ToUInt64(), aSize);
+    }
+    mMediaPos += aSize;
+    MediaSeek(mMediaPos, false);
+}
+
+ezFileOffset ezMediaParserStream::ReadDirectly(std::size_t aSize, void* aBuffer) {
+    const ezFileOffset count = MediaRead(aBuffer, aSize);
+    if (count < 0) {
+        return -1;
+    }
+    // A source that claims more than it was asked for is not believed.
+    const std::uint64_t taken = std::min<std::uint64_t>(static_cast<std::uint64_t>(count), aSize);
+    std::uint64_t position = 0;
+    if (!ezChecked_Add(mMediaPos.ToUInt64(), taken, &position)) {
+        return -1;
+    }
+    mMediaPos = position;
+    return static_cast<ezFileOffset>(taken);
+}
+
+bool ezMediaParserStream::Read(size_t aSize, void* aBuffer) {
+    if (aSize == 0) {
+        return true;
+    }
+    const std::uint64_t end = EndOfRead(aSize);
+    // Strictly within, unlike the up-to read: an exact read that ends where the buffer ends goes to the
+    // source.
+    if (IsBuffered(end) && end < BufferedEnd()) {
+        TakeFromBuffer(aSize, aBuffer);
+        return true;
+    }
+    if (IsToBeBuffered(end)) {
+        FillBuffer();
+        if (end > BufferedEnd()) {
+            mMediaPos = mBufferLength; // a short fill moves the position to the end of the data that exists
+            MediaSeek(mMediaPos, false);
+            return false;
+        }
+        TakeFromBuffer(aSize, aBuffer);
+        return true;
+    }
+    const ezFileOffset count = ReadDirectly(aSize, aBuffer);
+    return count >= 0 && static_cast<std::uint64_t>(count) == aSize;
+}
+
+bool ezMediaParserStream::Read(size_t* aSize, void* aBuffer) {
+    if (!ezAssert(aSize != nullptr, "aSize != NULL", "MediaParserStream")) {
+        return false;
+    }
+    if (*aSize == 0) {
+        return true;
+    }
+    const std::uint64_t end = EndOfRead(*aSize);
+    if (IsBuffered(end)) {
+        TakeFromBuffer(*aSize, aBuffer);
+        return true;
+    }
+    if (IsToBeBuffered(end)) {
+        if (!FillBuffer()) {
+            return false;
+        }
+        if (end > BufferedEnd()) {
+            const std::uint64_t position = mMediaPos.ToUInt64();
+            *aSize = position < BufferedEnd() ? static_cast<std::size_t>(BufferedEnd() - position) : 0;
+        }
+        TakeFromBuffer(*aSize, aBuffer);
+        return true;
+    }
+    const ezFileOffset count = ReadDirectly(*aSize, aBuffer);
+    if (count < 0) {
+        return false;
+    }
+    *aSize = static_cast<std::size_t>(count);
+    return true;
+}
+
+bool ezMediaParserStream::ReadFrom(ezuint64 aPos, size_t aSize, char* aBuffer) {
+    return Seek(aPos, SeekFromStart, false) && Read(aSize, aBuffer);
+}
+
+bool ezMediaParserStream::ReadFrom(ezuint64 aPos, size_t* aSize, char* aBuffer) {
+    return Seek(aPos, SeekFromStart, false) && Read(aSize, aBuffer);
+}
+
+bool ezMediaParserStream::ReadFromEnd(size_t aSize, char* aBuffer) {
+    if (mMediaSize == 0 || mMediaSize < aSize) {
+        return false;
+    }
+    return ReadFrom(mMediaSize - aSize, aSize, aBuffer);
+}
+
+bool ezMediaParserStream::ReadFromEnd(size_t* aSize, char* aBuffer) {
+    if (!ezAssert(aSize != nullptr, "aSize != NULL", "MediaParserStream") || mMediaSize == 0) {
+        return false;
+    }
+    std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(*aSize, mMediaSize.ToUInt64()));
+    if (!ReadFrom(mMediaSize - count, &count, aBuffer)) {
+        return false;
+    }
+    *aSize = count;
+    return true;
+}
+
+bool ezMediaParserStream::Seek(ezuint64 anOffset, int aSeekMode, bool afSeekImmediate) {
+    if (!ezAssert((aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart),
+                  "(aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart)", "MediaParserStream")) {
+        return false;
+    }
+    std::uint64_t target = anOffset.ToUInt64();
+    if (aSeekMode == SeekFromCurrent && !ezChecked_Add(target, mMediaPos.ToUInt64(), &target)) {
+        return false;
+    }
+    if (!MediaSeek(target, afSeekImmediate)) {
+        return false;
+    }
+    mMediaPos = target;
+    return true;
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ez/MediaParserStream.h"
+
+#include "ezPlatform/files/File.h"
+#include "ezPlatform/files/PathName.h"
+
+/// A local file as the input of parsers.
+///
+/// Construction looks up the modification time and opens nothing: the size is 0 until Open, or the first
+/// read, opens the file. A host therefore calls Open before it parses; on an unopened stream the first parser
+/// would see no size.
+///
+/// Seeks are lazy: without afSeekImmediate a seek only records the position, succeeds up to and including the
+/// end of the file, and costs no system call. While the size is 0 every lazy seek beyond 0 fails. A lazy seek
+/// that fails leaves Tell unchanged, but the next read of the source starts at the position that was refused.
+///
+/// Open keeps the position and the buffer of the start of the media. After Close a read that has to open the
+/// file again starts at 0 of the file, whatever position a lazy seek had recorded: call Open and seek before
+/// reading on. On a file that is missing or unreadable the reads of the source give 0 bytes, as at the end of
+/// a media.
+class EZPARSERS_API ezFileMediaParserStream : public ezMediaParserStream {
+public:
+    explicit ezFileMediaParserStream(const ezPathName& aFilePath);
+    explicit ezFileMediaParserStream(const ezCString& aFilePath);
+    ~ezFileMediaParserStream() override;
+
+    /// Takes path, extension and modification time from a path, and the size if the file is open.
+    /// Called by the constructors.
+    void Init(const char* aFilePath);
+
+    /// Opens the file (again) for reading, which makes its size known. False when it cannot be opened or is
+    /// not a regular file.
+    bool Open() override;
+    void Close() override;
+    void CopyInfo(ezMediaInfo* anInfo) override;
+
+protected:
+    bool MediaSeek(const ezuint64& anOffset, bool afSeekImmediate) override;
+    ezFileOffset MediaRead(void* aBuffer, std::size_t aSize) override;
+
+    /// Makes the file stand where the next read must start. False when it cannot.
+    bool FileSeek();
+
+    ezFile mFile;
+    ezuint64 mSeekPos; ///< where the next read must start
+    ezuint64 mFilePos; ///< where the file stands
+    ezPathName mFilePath;
+};

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "ez/MediaParser.h"
+#include "ez/MediaParserTypes.h"
+
+#include "ezPlatform/containers/ObjectList.h"
+#include "ezPlatform/containers/VoidPtrList.h"
+#include "ezPlatform/text/CString.h"
+
+class ezMediaInfo;
+class ezMediaParserStream;
+class ezMimeTypesDotIniParser;
+struct ezCustomHashTable;
+struct ezPropertyList;
+
+/// Parsers in the order in which they are tried.
+using ezParserList = ezObjectList<ezBaseParser>;
+
+/// The way into the library for a media server: holds the parsers, picks those that fit a media, runs them,
+/// and assembles what the server announces.
+///
+/// A host creates it, calls AddStandardParsers once, adds parsers of its own, and then asks Parse,
+/// ParseCoverArt, AdjustDLNAInfo and GetDLNAInfo any number of times. Within one request each parser runs at
+/// most once, however it is reached. Not locked: a manager serves one request at a time; parse in parallel
+/// with one manager each.
+class EZPARSERS_API ezMediaParserManager {
+public:
+    /// @param anEnvironmentInfo  handed to every parser that is added; borrowed, may be null, outlives the
+    /// manager
+    explicit ezMediaParserManager(ezPropertyList* anEnvironmentInfo);
+    /// Deletes the parsers.
+    virtual ~ezMediaParserManager();
+
+    ezMediaParserManager(const ezMediaParserManager&) = delete;
+    ezMediaParserManager& operator=(const ezMediaParserManager&) = delete;
+
+    /// Identifies a media: a new record that the caller owns, completed with what the stream knows, or null
+    /// when nothing recognised it. The stream is opened beforehand and stands at its start.
+    virtual ezMediaInfo* Parse(ezMediaParserStream& aStream);
+
+    /// Completes the DLNA side of a record from its MIME type through the media types table. False when no
+    /// parser did, and for null. Without AddStandardParsers it is the assertion "mMimeTypesDotIniParser !=
+    /// NULL".
+    virtual bool AdjustDLNAInfo(ezMediaInfo* anInfo);
+
+    /// Tries the parsers of one type (any case) that this request has not tried yet, in order of
+    /// registration. The first answer is the result and the caller's; the stream is back where it stood. Null
+    /// when none answers. Part of a request: it begins none, so a host that calls it directly meets the
+    /// parsers of its last request.
+    virtual ezMediaInfo* ParseFromType(const ezCString& aType, ezMediaParserStream& aStream);
+
+    /// Asks the parsers that declare a MIME type and can extract cover art. A new record of the first that
+    /// answers, as it gave it, or null.
+    virtual ezMediaInfo* ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream);
+
+    /// Adjusts a record by the parsers of one type that this request has not used yet; true with the first
+    /// that does. The type "*" is the assertion "aType.Compare(\"*\") != 0" and false: it would lead back to
+    /// its caller.
+    bool AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo);
+
+    /// Takes a parser over: files it under its type and under every MIME type that it declares, gives it this
+    /// manager and its environment, and deletes it in the end. A parser added twice is tried once and deleted
+    /// once. One that is added while a request runs takes part from the next look at its list on. False only
+    /// for null.
+    bool Add(ezMediaParser* aMediaParser);
+
+    /// Adds the parser of the media types ini file. aParseOptions is a set of ezParseOption bits. A second
+    /// call is the assertion "mMimeTypesDotIniParser == NULL" and adds nothing.
+    void AddStandardParsers(int aParseOptions);
+
+    /// The parser that AddStandardParsers added, lent; null before.
+    ezMimeTypesDotIniParser* GetMimeTypesDotIniParser() const { return mMimeTypesDotIniParser; }
+
+    /// What all parsers declare (ezBaseParser::GetDLNAInfo), parted by ",": types in the order in which they
+    /// were first registered, parsers of a type in order of registration, so the same in every run. Entries
+    /// that two parsers declare stand twice.
+    ezCString GetDLNAInfo();
+
+protected:
+    /// Appends what a parser declares; null and a parser that declares nothing add nothing, not even a comma.
+    void AppendDLNAInfo(ezBaseParser* aMediaParser, ezCString& aDLNAInfo);
+
+    /// The list under the lower-case form of a key; where there is none a new one with afAdd, else null.
+    ezParserList* ParserListFrom(ezCustomHashTable* aHashTable, const ezCString& aType, bool afAdd,
+                                 bool afAutoDelete);
+    ezParserList* ParserListFromType(const ezCString& aType, bool afAdd);
+    ezParserList* ParserListFromMimeType(const ezCString& aMimeType, bool afAdd);
+
+    /// Files a parser under each MIME type that it declares.
+    void AddToMimeTypeList(ezBaseParser* aMediaParser);
+
+    /// The record that stands after the parsers have answered; takes anInfo, which may be null, over.
+    ezMediaInfo* MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo);
+
+    ezCustomHashTable* mParserListByType; ///< lower-case type to ezParserList; the lists own their parsers
+    ezCustomHashTable* mParserListByMimeType; ///< lower-case MIME type to ezParserList; the lists borrow
+    ezVoidPtrList mDoneParsers;               ///< the ezBaseParsers tried in this request, in the order tried
+    ezPropertyList* mEnvironmentInfo;
+    ezMimeTypesDotIniParser* mMimeTypesDotIniParser = nullptr; ///< owned by its type list
+
+private:
+    /// Marks a parser as tried in this request; false when it was already.
+    bool BeginParser(const ezBaseParser* aParser);
+};

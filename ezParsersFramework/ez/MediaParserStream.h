@@ -1,0 +1,122 @@
+#pragma once
+
+#include "ez/MediaParserTypes.h"
+
+#include "ezPlatform/base/DateTime.h"
+#include "ezPlatform/base/Types.h"
+#include "ezPlatform/base/UInt64.h"
+#include "ezPlatform/text/CString.h"
+
+class ezMediaInfo;
+
+/// The input of every parser: a position over a media, and a buffer that mirrors its first 8 KiB, so that the
+/// many small reads of format probing cost one read of the source. A concrete stream supplies MediaSeek and
+/// MediaRead.
+///
+/// What a read gives ("size" bytes asked for, not 0):
+///
+/// |                    | before the end            | across the end                | at the end       |
+/// source error                   |
+/// |--------------------|---------------------------|-------------------------------|------------------|--------------------------------|
+/// | exact `Read`       | true, position + size     | false, position + what was read (*) | false, unchanged
+/// | false, unchanged (*)     | | up-to `Read`       | true, count = size        | true, count = what is left
+/// | true, count 0    | false, count and position unchanged | | exact `ReadFromEnd`| as an exact read at
+/// GetMediaSize() - size; false when the size is unknown (0) or smaller |||| | up-to `ReadFromEnd`| as an
+/// up-to read of at most the whole media; false when the size is unknown (0)          |||| | `Seek` | true |
+/// the concrete stream decides   | true             | false, position unchanged      |
+///
+/// (*) When that read is the one that fills the buffer, a short or failed one leaves the position at the end
+/// of the buffered data. The up-to read that fills the buffer behind the end of the data gives count 0.
+///
+/// The first read of a stream is made at position 0: the buffer is filled from wherever the source stands and
+/// taken as the start of the media. It is filled at most once, by the first read that ends within 8 KiB, and
+/// stays for the life of the stream, across Close and Open. An exact read that ends exactly at the end of the
+/// buffered data goes to the source; the up-to read of the same bytes is served from the buffer.
+///
+/// A position whose sum with an offset or a size would pass 2^64-1 is out of range: such a Seek fails and
+/// such a read goes to the source. A stream belongs to one parse at a time and is not locked.
+class EZPARSERS_API ezMediaParserStream {
+public:
+    static constexpr int SeekFromStart = 0;
+    static constexpr int SeekFromCurrent = 1;
+
+    ezMediaParserStream() = default;
+    virtual ~ezMediaParserStream();
+
+    ezMediaParserStream(const ezMediaParserStream&) = delete;
+    ezMediaParserStream& operator=(const ezMediaParserStream&) = delete;
+
+    /// Makes the media readable and its size known. False on failure.
+    virtual bool Open();
+    virtual void Close();
+
+    /// Adds what the stream knows to a record: modification time and full path always, "fs" unless the record
+    /// holds a size other than 0, "fe" (lower case) unless the record holds one. Null is ignored.
+    virtual void CopyInfo(ezMediaInfo* anInfo);
+
+protected:
+    /// Moves the source to an offset: now with afSeekImmediate, else at the latest by the next MediaRead.
+    /// False when the offset cannot be reached. The base refuses.
+    virtual bool MediaSeek(const ezuint64& anOffset, bool afSeekImmediate);
+
+    /// Reads at most aSize bytes where the source stands: the count, 0 at the end, -1 on an error. The base
+    /// fails.
+    virtual ezFileOffset MediaRead(void* aBuffer, std::size_t aSize);
+
+public:
+    /// Exact read: true only if all aSize bytes were read. 0 bytes always succeed. aBuffer takes aSize bytes.
+    bool Read(std::size_t aSize, void* aBuffer);
+
+    /// Read of up to *aSize bytes; *aSize receives the count, 0 at the end. A null aSize is the assertion
+    /// "aSize != NULL".
+    bool Read(std::size_t* aSize, void* aBuffer);
+
+    /// A seek from the start and the read of the same form; not read when the seek fails.
+    bool ReadFrom(ezuint64 aPos, std::size_t aSize, char* aBuffer);
+    bool ReadFrom(ezuint64 aPos, std::size_t* aSize, char* aBuffer);
+
+    /// Read of the last aSize bytes.
+    bool ReadFromEnd(std::size_t aSize, char* aBuffer);
+    bool ReadFromEnd(std::size_t* aSize, char* aBuffer);
+
+    /// Moves the position. From the current position only forward: offsets are unsigned. A mode other than
+    /// the two is the assertion "(aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart)".
+    bool Seek(ezuint64 anOffset, int aSeekMode, bool afSeekImmediate);
+
+    ezuint64 Tell() const { return mMediaPos; }
+
+    /// Path or URI of the media.
+    ezCString GetFullPath() const { return mMediaFullPath; }
+    void SetFullPath(const ezCString& aFullPath) { mMediaFullPath = aFullPath; }
+
+    /// Bytes; 0 when not known.
+    ezuint64 GetMediaSize() const { return mMediaSize; }
+
+    /// Lower case, without the dot.
+    ezCString GetExtension() const { return mMediaExtension; }
+    void SetExtension(const ezCString& anExtension) { mMediaExtension = anExtension.Lower(); }
+
+protected:
+    ezCString mMediaFullPath;
+    ezuint64 mMediaSize;
+    ezuint64 mMediaPos;
+    ezCString mMediaExtension;
+    ezDateTime mLastModificationTime;
+
+private:
+    /// Where a read of aSize bytes would end; 2^64-1 when it would pass that.
+    std::uint64_t EndOfRead(std::size_t aSize) const;
+    std::uint64_t BufferedEnd() const;
+    bool IsBuffered(std::uint64_t anEnd) const;
+    bool IsToBeBuffered(std::uint64_t anEnd) const;
+    /// False when the source failed; the buffer then counts as filled, with nothing.
+    bool FillBuffer();
+    void TakeFromBuffer(std::size_t aSize, void* aBuffer);
+    /// The count, by which the position has moved, or -1.
+    ezFileOffset ReadDirectly(std::size_t aSize, void* aBuffer);
+
+    char mBuffer[kezMediaParserStreamBufferSize]; // not cleared: only the first mBufferLength bytes are ever
+                                                  // read
+    bool mfBufferFilled = false;
+    ezFileOffset mBufferLength = 0; ///< valid bytes in mBuffer: 0 to kezMediaParserStreamBufferSize
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "ez/MediaParser.h"
+
+#include "ezPlatform/text/StringList.h"
+
+class ExtensionMimeTypeMatcher;
+struct ExtensionMimeTypeMatcherEntry;
+struct ezPtrList;
+
+/// The parser for any media that works from the media types table (ExtensionMimeTypeMatcher): it finds the
+/// entries that fit the stream, has its manager try the parsers that they name, and completes the winner's
+/// record with the entry's MIME type, class and extension and with the bit rates that follow from the given
+/// ones. Where no parser answers, the last entry of the extension alone makes a record.
+///
+/// A result that comes from an excluded entry is no result. While the environment's "CTTContext" is 1 a
+/// conformance test file is recognised by its name (DLNAFileParser) where no parser answers; 2 lets the name
+/// decide always.
+///
+/// Belongs to one manager, which it calls back; without one it recognises nothing.
+class EZPARSERS_API ezMimeTypesDotIniParser : public ezMediaParser {
+public:
+    /// Loads the table from two folders; an empty aConfigFileName means "mediaCTRLMediaTypes.ini".
+    /// @param aParseOptions  a set of ezParseOption bits
+    ezMimeTypesDotIniParser(const ezCString& aReadOnlyConfigPath, const ezCString& aReadWriteConfigPath,
+                            const ezCString& aConfigFileName, int aParseOptions);
+    /// Loads the table from the folders that the environment's "ReadOnlyConfigPath" and "ReadWriteConfigPath"
+    /// name; where both are missing from those in "ConfigPath.ini"; a folder that is still not known is ".".
+    /// @param anEnvironmentInfo  borrowed, may be null
+    ezMimeTypesDotIniParser(ezPropertyList* anEnvironmentInfo, int aParseOptions);
+    ~ezMimeTypesDotIniParser() override;
+
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) override;
+    /// Has the parsers that the entries of the record's MIME type name adjust it. A record without a matching
+    /// MIME type is not adjusted, whatever its extension.
+    bool AdjustDLNAInfo(ezMediaInfo* anInfo) override;
+    /// What a server advertises during a conformance test; "" outside one.
+    ezCString GetDLNAInfo() override;
+
+    bool IsParseFullFileIfVBR() const { return (mParseOptions & kParseOption_ParseFullFileIfVBR) != 0; }
+
+    /// Questions to the table; see ExtensionMimeTypeMatcher.
+    ezCString FileExtensionToMimeType(const ezCString& anExtension);
+    ezCString MimeTypeToFileExtension(const ezCString& aMimeType);
+    ezCSVStringList MimeTypeToFileExtensionList(const ezCString& aMimeType);
+    ezCSVStringList ExtensionToExtensionList(const ezCString& anExtension);
+
+protected:
+    /// The first answer of the parsers of these types. Null for a null list.
+    ezMediaInfo* ParseFromTypes(ezPtrList* aTypes, ezMediaParserStream& aStream);
+    /// The completed answer of the first entry that leads to one. With afForceCreateMediaInfo the last entry
+    /// alone makes a record where none does. Null for a null list.
+    ezMediaInfo* ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
+                                  bool afForceCreateMediaInfo);
+    bool AdjustDLNAInfoFromTypes(ezPtrList* aTypes, ezMediaInfo* anInfo);
+    bool AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo);
+
+private:
+    /// Consults the file name of a conformance test: true when it told something, which is then in anInfo
+    /// (made where it is null).
+    bool ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo);
+    void FillNames(ezMediaInfo& anInfo, const ExtensionMimeTypeMatcherEntry& anEntry);
+
+    ExtensionMimeTypeMatcher* mExtensionMimeTypeMatcher; ///< owned
+    int mParseOptions;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+/// Arithmetic on numbers that come from a media or its container. Nothing else adds or narrows such numbers.
+
+/// Adds two unsigned 64-bit numbers. False, with *aSum untouched, when the sum would wrap.
+inline bool ezChecked_Add(std::uint64_t aLeft, std::uint64_t aRight, std::uint64_t* aSum) {
+    if (aRight > UINT64_MAX - aLeft) {
+        return false;
+    }
+    *aSum = aLeft + aRight;
+    return true;
+}

@@ -1,0 +1,75 @@
+#include "ezPlatform/base/Log.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+
+int _ezLog_Level = EZLOGLEVEL_WARNING;
+
+namespace {
+
+void sWriteToStandardError(const ezLogLine& aLine, void* /*aUserData*/) {
+    std::fputs(aLine.mText, stderr);
+}
+
+ezLogSink gSink = sWriteToStandardError;
+void* gSinkUserData = nullptr;
+
+/// The line under way on one thread. Begin and End are separate calls, so the text has to wait somewhere.
+struct PendingLine {
+    std::string mText;
+    int mLevel = 0;
+    int mModule = 0;
+    const char* mSource = nullptr;
+    int mLine = 0;
+};
+
+PendingLine& Pending() {
+    thread_local PendingLine line;
+    return line;
+}
+
+} // namespace
+
+void ezLog_SetSink(ezLogSink aSink, void* aUserData) {
+    gSink = aSink != nullptr ? aSink : sWriteToStandardError;
+    gSinkUserData = aUserData;
+}
+
+void ezLog_Begin(int aLevel, int aModule) {
+    ezLog_BeginAt(aLevel, aModule, nullptr, 0);
+}
+
+void ezLog_BeginAt(int aLevel, int aModule, const char* aSource, int aLine) {
+    PendingLine& pending = Pending();
+    pending.mText.clear();
+    pending.mLevel = aLevel;
+    pending.mModule = aModule;
+    pending.mSource = aSource;
+    pending.mLine = aLine;
+}
+
+void ezLog_Append_F(const char* aFormat, ...) {
+    std::va_list args;
+    va_start(args, aFormat);
+    std::va_list measured;
+    va_copy(measured, args);
+    const int length = std::vsnprintf(nullptr, 0, aFormat, measured);
+    va_end(measured);
+    if (length > 0) {
+        std::string& text = Pending().mText;
+        const std::size_t before = text.size();
+        const std::size_t added = static_cast<std::size_t>(length);
+        text.resize(before + added + 1); // vsnprintf ends its output with a NUL
+        std::vsnprintf(&text[before], added + 1, aFormat, args);
+        text.resize(before + added);
+    }
+    va_end(args);
+}
+
+void ezLog_End() {
+    // Taken out first: a sink that logs begins a line of its own on this thread.
+    const PendingLine line = std::move(Pending());
+    Pending() = PendingLine();
+    gSink({line.mLevel, line.mModule, line.mSource, line.mLine, line.mText.c_str()}, gSinkUserData);
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+
+#include <cstddef>
+
+/// Takes aSize bytes whose number comes from input. Null when they cannot be had: an ordinary failure.
+/// Given back with ezFree.
+EZPLATFORM_API void* ezMalloc(std::size_t aSize);
+
+/// Gives a block of ezMalloc or ezStrdup back; null is ignored.
+EZPLATFORM_API void ezFree(void* aBlock);
+
+/// A copy of a C string that the caller frees with ezFree. Null gives null. Out of memory ends the process.
+EZPLATFORM_API char* ezStrdup(const char* aText);

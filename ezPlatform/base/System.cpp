@@ -1,0 +1,34 @@
+#include "ezPlatform/base/System.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+const ezSystemCalls kReal = {
+    [](const char* aPath, int aFlags, mode_t aMode) { return open(aPath, aFlags, aMode); },
+    [](int aFile) { return close(aFile); },
+    [](const char* aPath, struct stat* aStatus) { return stat(aPath, aStatus); },
+    [](int aFile, struct stat* aStatus) { return fstat(aFile, aStatus); },
+    [](int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
+        return pread(aFile, aBuffer, aSize, anOffset);
+    },
+    [](std::size_t aSize) { return std::malloc(aSize); },
+};
+
+const ezSystemCalls* gCalls = &kReal;
+
+} // namespace
+
+const ezSystemCalls& ezSystem() {
+    return *gCalls;
+}
+
+const ezSystemCalls& ezSystem_Real() {
+    return kReal;
+}
+
+void ezSystem_Replace(const ezSystemCalls* aCalls) {
+    gCalls = aCalls != nullptr ? aCalls : &kReal;
+}

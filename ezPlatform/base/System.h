@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ezPlatform/base/Types.h"
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+/// The calls by which the libraries reach the operating system. One place, so that a test can make each of
+/// them fail, be interrupted or come short, and count them. Not installed.
+struct ezSystemCalls {
+    int (*mOpen)(const char* aPath, int aFlags, mode_t aMode);
+    int (*mClose)(int aFile);
+    int (*mStat)(const char* aPath, struct stat* aStatus);
+    int (*mFStat)(int aFile, struct stat* aStatus);
+    ssize_t (*mPRead)(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
+    void* (*mAllocate)(std::size_t aSize); ///< for blocks whose size comes from input
+};
+
+/// The calls in force.
+const ezSystemCalls& ezSystem();
+
+/// The real calls, for a replacement to fall back on.
+const ezSystemCalls& ezSystem_Real();
+
+/// Puts other calls in force; null brings the real ones back. Borrowed. For tests, which use one thread.
+void ezSystem_Replace(const ezSystemCalls* aCalls);

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+using uint8 = std::uint8_t;
+using uint32 = std::uint32_t;
+
+/// Offset into, or size of, a file: signed 64 bits on every target. -1 is the failure of operations that
+/// return one.
+using ezFileOffset = std::int64_t;

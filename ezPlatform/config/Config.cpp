@@ -1,0 +1,169 @@
+#include "ezPlatform/config/Config.h"
+
+#include "ezPlatform/base/System.h"
+#include "ezPlatform/containers/DataBuffer.h"
+#include "ezPlatform/files/File.h"
+
+#include <algorithm>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+struct Key {
+    ezCString mName; ///< as written where it first stands
+    ezCString mValue;
+    bool mfInReadWrite;
+};
+
+struct Section {
+    std::deque<Key> mKeys;
+    std::unordered_map<std::string, Key*> mIndex; ///< by the lower-case name
+
+    void Set(std::string_view aName, std::string_view aValue, bool afReadWrite) {
+        Key*& key = mIndex[std::string(ezCString(aName).Lower().View())];
+        if (key == nullptr) {
+            mKeys.push_back({ezCString(aName), ezCString(), false});
+            key = &mKeys.back();
+        }
+        key->mValue = ezCString(aValue);
+        key->mfInReadWrite |= afReadWrite;
+    }
+};
+
+ezCString PathInFolder(const ezCString& aFolder, const ezCString& aName) {
+    const std::string_view folder = aFolder.View();
+    return folder.empty() || folder.back() == '/' ? aFolder + aName : aFolder + "/" + aName;
+}
+
+bool IsSameFile(const ezCString& aPath, const ezCString& anOther) {
+    struct stat status = {};
+    struct stat other = {};
+    return ezSystem().mStat(aPath.c_str(), &status) == 0 && ezSystem().mStat(anOther.c_str(), &other) == 0 &&
+           status.st_dev == other.st_dev && status.st_ino == other.st_ino;
+}
+
+/// The text up to the next line end; takes it and the line end off aRest.
+std::string_view TakeLine(std::string_view& aRest) {
+    const std::size_t end = aRest.find('\n');
+    const std::string_view line = aRest.substr(0, end);
+    aRest.remove_prefix(end == std::string_view::npos ? aRest.size() : end + 1);
+    return line;
+}
+
+} // namespace
+
+struct ezConfig::Contents {
+    std::unordered_map<std::string, Section> mSections;
+
+    void ReadFile(const ezCString& aPath, bool afReadWrite);
+    void ReadText(std::string_view aText, bool afReadWrite);
+
+    const Section* Find(const ezCString& aSection) const {
+        const auto found = mSections.find(std::string(aSection.View()));
+        return found != mSections.end() ? &found->second : nullptr;
+    }
+};
+
+void ezConfig::Contents::ReadFile(const ezCString& aPath, bool afReadWrite) {
+    ezFile file(aPath, ezFileOpenMode_Read);
+    if (!file.Open() || file.LengthAtOpen() > kMaximumFileSize) {
+        return;
+    }
+    const ezDataBuffer buffer(static_cast<std::size_t>(file.LengthAtOpen()));
+    const int count = file.Read(buffer.data(), buffer.GetSize());
+    if (count > 0) {
+        ReadText({static_cast<const char*>(buffer.data()), static_cast<std::size_t>(count)}, afReadWrite);
+    }
+}
+
+void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
+    if (aText.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        aText.remove_prefix(kByteOrderMark.size());
+    }
+    Section* section = nullptr;
+    while (!aText.empty()) {
+        const std::string_view written = TakeLine(aText);
+        if (!written.empty() && (written.front() == ';' || written.front() == '#')) {
+            continue;
+        }
+        const std::string_view line = ezTrimmed(written);
+        if (!line.empty() && line.front() == '[') {
+            const std::size_t end = line.find(']');
+            if (end != std::string_view::npos) {
+                section = &mSections[std::string(line.substr(1, end - 1))];
+            }
+            continue;
+        }
+        const std::size_t equals = line.find('=');
+        if (section == nullptr || equals == std::string_view::npos) {
+            continue;
+        }
+        const std::string_view key = ezTrimmed(line.substr(0, equals));
+        if (!key.empty()) {
+            section->Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
+        }
+    }
+}
+
+ezConfig::ezConfig(const ezCString& aReadOnlyFolder, const ezCString& aReadWriteFolder,
+                   const ezCString& aFileName)
+    : mContents(std::make_unique<Contents>()) {
+    const ezCString readOnly = PathInFolder(aReadOnlyFolder, aFileName);
+    const ezCString readWrite = PathInFolder(aReadWriteFolder, aFileName);
+    if (readOnly != readWrite && !IsSameFile(readOnly, readWrite)) {
+        mContents->ReadFile(readOnly, false);
+    }
+    mContents->ReadFile(readWrite, true);
+}
+
+ezConfig::~ezConfig() = default;
+
+std::size_t ezConfig::GetKeyCount(const ezCString& aSection, bool afMerged) const {
+    const Section* section = mContents->Find(aSection);
+    if (section == nullptr) {
+        return 0;
+    }
+    if (afMerged) {
+        return section->mKeys.size();
+    }
+    return static_cast<std::size_t>(std::count_if(section->mKeys.begin(), section->mKeys.end(),
+                                                  [](const Key& aKey) { return aKey.mfInReadWrite; }));
+}
+
+ezCString ezConfig::GetKeyNameCString(const ezCString& aSection, std::size_t anIndex, bool afMerged) const {
+    const Section* section = mContents->Find(aSection);
+    if (section == nullptr) {
+        return ezCString();
+    }
+    if (afMerged) {
+        return anIndex < section->mKeys.size() ? section->mKeys[anIndex].mName : ezCString();
+    }
+    for (const Key& key : section->mKeys) {
+        if (key.mfInReadWrite && anIndex-- == 0) {
+            return key.mName;
+        }
+    }
+    return ezCString();
+}
+
+ezCString ezConfig::GetCString(const ezCString& aSection, const ezCString& aKey,
+                               const ezCString& aDefault) const {
+    const Section* section = mContents->Find(aSection);
+    if (section == nullptr) {
+        return aDefault;
+    }
+    const auto found = section->mIndex.find(std::string(aKey.Lower().View()));
+    return found != section->mIndex.end() ? found->second->mValue : aDefault;
+}
+
+void ezConfigConfig::GetConfigPaths(ezCString& aReadOnlyFolder, ezCString& aReadWriteFolder,
+                                    const ezCString& aFileName) {
+    const ezConfig config(".", ".", aFileName);
+    aReadOnlyFolder = config.GetCString("ConfigPath", "ReadOnly", aReadOnlyFolder);
+    aReadWriteFolder = config.GetCString("ConfigPath", "ReadWrite", aReadWriteFolder);
+}

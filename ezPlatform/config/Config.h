@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/text/CString.h"
+
+#include <cstddef>
+#include <memory>
+
+/// Settings in one text file that stands in two folders: a read-only one that the maker ships and a
+/// read-write one that lies over it key by key.
+///
+/// The file: sections "[name]", whose names are exact; lines "key=value", spaces around "=" and at both ends
+/// ignored, keys compared without case; comments only where the very first character of a line is ";" or "#";
+/// lines without
+/// "=", with an empty key or before the first section do not count. "\n" and "\r\n" end a line; a UTF-8 byte
+/// order mark is dropped. Of duplicate keys the place of the first and the value of the last counts; a
+/// section that is opened again goes on. Keys are enumerated in file order, those of the read-only file
+/// first.
+///
+/// Both files are read by the constructor and then forgotten; when both are one file it is read once. A file
+/// that is missing, not a regular file or over kMaximumFileSize has no sections. Only read afterwards, so
+/// several threads may ask at once.
+class EZPLATFORM_API ezConfig {
+public:
+    /// In bytes. Configuration is small; a file beyond this is a mistake, and this is a small device.
+    static constexpr ezFileOffset kMaximumFileSize = 64 * 1024 * 1024;
+
+    ezConfig(const ezCString& aReadOnlyFolder, const ezCString& aReadWriteFolder, const ezCString& aFileName);
+    ~ezConfig();
+
+    ezConfig(const ezConfig&) = delete;
+    ezConfig& operator=(const ezConfig&) = delete;
+
+    /// With afMerged the keys of both files, each key once; without only those of the read-write file.
+    std::size_t GetKeyCount(const ezCString& aSection, bool afMerged) const;
+    /// The key at an index as it is written where it first stands; the empty text behind the end.
+    ezCString GetKeyNameCString(const ezCString& aSection, std::size_t anIndex, bool afMerged) const;
+    /// The value in force; aDefault when there is no such key. A key without a value has the empty value.
+    ezCString GetCString(const ezCString& aSection, const ezCString& aKey, const ezCString& aDefault) const;
+
+private:
+    struct Contents;
+
+    std::unique_ptr<Contents> mContents;
+};
+
+/// Where a device keeps its configuration.
+class EZPLATFORM_API ezConfigConfig {
+public:
+    /// Reads the two configuration folders from the keys "ReadOnly" and "ReadWrite" in the section
+    /// "ConfigPath" of aFileName in the working directory. A folder that is not given there is left as it is.
+    static void GetConfigPaths(ezCString& aReadOnlyFolder, ezCString& aReadWriteFolder,
+                               const ezCString& aFileName);
+};

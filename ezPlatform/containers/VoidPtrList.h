@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+
+#include <cstddef>
+#include <vector>
+
+/// Borrowed pointers in the order added, found again at a cost that does not grow with their number. Emptied
+/// and filled again it takes no new memory, so that a list can serve one request after another.
+class EZPLATFORM_API ezVoidPtrList {
+public:
+    using const_iterator = std::vector<const void*>::const_iterator;
+
+    void push_back(const void* anItem);
+    /// The first place of anItem, or end().
+    const_iterator find(const void* anItem) const;
+    /// Takes all items out.
+    void erase();
+
+    std::size_t size() const { return mItems.size(); }
+    bool empty() const { return mItems.empty(); }
+    const_iterator begin() const { return mItems.begin(); }
+    const_iterator end() const { return mItems.end(); }
+    const void* operator[](std::size_t anIndex) const { return mItems[anIndex]; }
+
+private:
+    std::size_t SlotOf(const void* anItem) const;
+    void BuildIndex(std::size_t aSlotCount);
+
+    std::vector<const void*> mItems;
+    /// Open-addressed: 1 + the index of an item, or 0. A power of two, at most half full; empty for a short
+    /// list.
+    std::vector<std::size_t> mSlots;
+};

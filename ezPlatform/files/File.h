@@ -1,0 +1,64 @@
+#pragma once
+
+#include "ezPlatform/base/DateTime.h"
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/base/Types.h"
+#include "ezPlatform/text/CString.h"
+
+#include <cstddef>
+
+enum ezFileOpenMode : int { ezFileOpenMode_Read = 1 };
+enum ezFileAccessMode : int { ezFileAccessMode_ReadWrite = 3 };
+enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1, ezFileSeekMode_End = 2 };
+
+/// A regular file on disk, of any size on every target.
+///
+/// Only regular files open: a folder, pipe, device or socket is refused and never waited for. The object
+/// keeps its own position and reads at it, so moving the position costs no system call. Not shared between
+/// threads.
+class EZPLATFORM_API ezFile {
+public:
+    ezFile() = default;
+    /// Binds a path and an open mode; opens nothing.
+    ezFile(const ezCString& aPath, int anOpenMode);
+    ~ezFile();
+
+    ezFile(const ezFile&) = delete;
+    ezFile& operator=(const ezFile&) = delete;
+
+    /// Opens the file that was bound.
+    bool Open();
+    /// Binds and opens. False when it cannot be opened, is not a regular file, is open already, or anOpenMode
+    /// is not ezFileOpenMode_Read. anAccessMode says what a file that is created would allow; reading does
+    /// not use it.
+    bool Open(const ezCString& aPath, int anOpenMode, int anAccessMode);
+    bool IsOpened() const { return mFile >= 0; }
+    void Close();
+
+    /// The length now, in bytes: one system call. -1 when not open or not to be had.
+    ezFileOffset Length() const;
+    /// The length that Open saw: no system call. -1 when not open.
+    ezFileOffset LengthAtOpen() const { return IsOpened() ? mLengthAtOpen : -1; }
+
+    /// Moves the position, beyond the end too. The new position, or -1 (position unchanged) when the file is
+    /// not open, the mode unknown, or the result negative or above 2^63-1.
+    ezFileOffset Seek(ezFileOffset anOffset, int aSeekMode);
+
+    /// Reads at the position and moves it by what was read. Interrupted and partial reads are repeated until
+    /// aSize, the end or an error; reaching the length that Open saw is the end and asks the system no
+    /// further. The count, less than aSize only at the end or where an error follows what was read; -1 for an
+    /// error at once. A request over INT_MAX is taken as INT_MAX.
+    int Read(void* aBuffer, std::size_t aSize);
+
+    /// The times of a file, by one system call; null for a time not wanted. False, nothing written, when the
+    /// file has none. POSIX keeps no creation time: that one is the time of the last status change.
+    static bool GetTimes(const ezCString& aPath, ezDateTime* aCreation, ezDateTime* aModification,
+                         ezDateTime* anAccess);
+
+private:
+    ezCString mPath;
+    int mOpenMode = ezFileOpenMode_Read;
+    int mFile = -1;
+    ezFileOffset mPosition = 0;
+    ezFileOffset mLengthAtOpen = 0;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/text/CString.h"
+
+/// The path of a file, taken apart.
+///
+/// "/" and also "\" part the components (playlists come from other systems), but the text that opens the file
+/// is never rewritten, so that a POSIX name which holds a backslash still opens; its names are then those
+/// behind the backslash.
+class EZPLATFORM_API ezPathName {
+public:
+    /// An invalid path: the empty text.
+    ezPathName() = default;
+
+    /// Takes the path of a file. The file need not exist; nothing is resolved or made absolute.
+    static ezPathName MakeFilePath(const ezCString& aPath);
+
+    /// False for the empty path.
+    bool IsValid() const { return !mPath.IsEmpty(); }
+    /// The path as it was given.
+    const ezCString& GetFullPath() const { return mPath; }
+    /// The last component, extension included. Empty when the path ends in a separator.
+    ezCString GetFullName() const { return mPath.Mid(mNameStart); }
+    /// The last component without its dot and extension.
+    ezCString GetFileName() const;
+    /// What follows the last dot of the last component, case kept. A leading dot starts a name: ".profile"
+    /// has none.
+    ezCString GetExtension() const;
+    /// True for a path that begins with "/", "\", or a drive letter, a colon and a slash of either kind.
+    bool IsAbsolute() const;
+
+private:
+    ezCString mPath;
+    std::size_t mNameStart = 0;
+    std::size_t mDot =
+        0; ///< position of the dot before the extension; the length of the path when there is none
+};

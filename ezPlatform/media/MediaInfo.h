@@ -1,0 +1,124 @@
+#pragma once
+
+#include "ezPlatform/base/DateTime.h"
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/base/Types.h"
+#include "ezPlatform/base/UInt64.h"
+#include "ezPlatform/text/CString.h"
+
+#include <type_traits>
+#include <vector>
+
+/// @name Keys of a media information record
+/// Bit rates are bits a second as unsigned 32-bit numbers: 0 is not known yet, 0xFFFFFFFF variable or not to
+/// be told.
+/// @{
+inline constexpr const char* kezInfo_MimeType = "mt";   ///< MIME type
+inline constexpr const char* kezInfo_ClassName = "cn";  ///< UPnP class without "object.": "item.videoItem"
+inline constexpr const char* kezInfo_DLNA = "dl";       ///< DLNA 4th field: "DLNA.ORG_PN=LPCM"
+inline constexpr const char* kezInfo_Duration = "du";   ///< whole seconds
+inline constexpr const char* kezInfo_BitRate = "br";    ///< bit rate of the whole media
+inline constexpr const char* kezInfo_MaxBitRate = "mb"; ///< its maximum
+inline constexpr const char* kezInfo_EstimatedBitRate = "eb"; ///< its estimate
+inline constexpr const char* kezInfo_AudioTrackCount = "ta";  ///< number of audio tracks
+inline constexpr const char* kezInfo_HasVideoTrack = "vt";    ///< not 0 when there is a video track
+inline constexpr const char* kezInfo_AudioBitRate =
+    "ar"; ///< audio bit rate; for LPCM the sampling rate in Hz
+inline constexpr const char* kezInfo_AudioMaxBitRate = "ma";       ///< its maximum
+inline constexpr const char* kezInfo_AudioEstimatedBitRate = "ea"; ///< its estimate
+inline constexpr const char* kezInfo_VideoBitRate = "vr";          ///< video bit rate
+inline constexpr const char* kezInfo_VideoMaxBitRate = "mv";       ///< its maximum
+inline constexpr const char* kezInfo_VideoEstimatedBitRate = "ev"; ///< its estimate
+inline constexpr const char* kezInfo_AudioChannelCount = "ac";     ///< audio channels
+inline constexpr const char* kezInfo_AudioBitsPerSample = "bs";    ///< bits per audio sample
+inline constexpr const char* kezInfo_AudioCodec = "ca";            ///< audio codec name: "LPCM"
+inline constexpr const char* kezInfo_FileSize = "fs";              ///< bytes
+inline constexpr const char* kezInfo_FileExtension = "fe";         ///< lower-case extension, without the dot
+/// @}
+
+/// @name Keys that the libraries pass through and that parsers of a host write
+/// @{
+inline constexpr const char* kezInfo_AudioSamplingRate = "sf"; ///< Hz, for every codec but LPCM
+inline constexpr const char* kezInfo_VideoCodec = "vc";        ///< video codec name: "H264"
+inline constexpr const char* kezInfo_PictureWidth = "wi";      ///< pixels
+inline constexpr const char* kezInfo_PictureHeight = "he";     ///< pixels
+/// @}
+
+/// What is known of one media: texts and unsigned numbers under two-letter keys, and a few facts of their
+/// own.
+///
+/// An empty text counts as absent. A number reads as decimal text, and a text that is a whole decimal number
+/// reads as that number. Keys are held and enumerated in byte order. Not shared between threads.
+class EZPLATFORM_API ezMediaInfo {
+public:
+    ezMediaInfo() = default;
+    virtual ~ezMediaInfo();
+
+    ezMediaInfo& operator=(const ezMediaInfo&) = delete;
+
+    /// Sets a value. With afOverwrite false a value that is there already stays.
+    void Set(const char* aKey, const ezCString& aValue, bool afOverwrite);
+    void Set(const char* aKey, const char* aValue, bool afOverwrite) {
+        Set(aKey, ezCString(aValue), afOverwrite);
+    }
+    void Set(const char* aKey, const ezuint64& aValue, bool afOverwrite);
+
+    /// Sets a number of any integer type. A negative value of at most 32 bits is kept as its 32-bit pattern;
+    /// a more negative one is the assertion "aValue >= 0" and 0.
+    template <typename Integer, typename = std::enable_if_t<std::is_integral<Integer>::value>>
+    void Set(const char* aKey, Integer aValue, bool afOverwrite) {
+        if constexpr (std::is_signed<Integer>::value) {
+            SetSigned(aKey, aValue, afOverwrite);
+        } else {
+            Set(aKey, ezuint64(static_cast<std::uint64_t>(aValue)), afOverwrite);
+        }
+    }
+
+    bool Has(const char* aKey) const { return Find(aKey) != nullptr; }
+    ezCString GetCString(const char* aKey, const ezCString& aDefault) const;
+    /// aDefault when absent or no number; 0xFFFFFFFF when the number is larger.
+    uint32 GetUInt32(const char* aKey, uint32 aDefault) const;
+    /// aDefault when absent or no number.
+    ezuint64 GetUInt64(const char* aKey, const ezuint64& aDefault) const;
+
+    std::size_t GetCount() const { return mEntries.size(); }
+    /// The key at an index below GetCount(), in byte order.
+    ezCString GetKeyAt(std::size_t anIndex) const { return mEntries[anIndex].mKey; }
+    /// True when the value of the key was set as a number.
+    bool IsNumber(const char* aKey) const;
+
+    /// A new record with the same content, owned by the caller.
+    ezMediaInfo* Duplicate() const;
+
+    /// Closes the making of a record; changes nothing that can be seen.
+    void Finish(bool afComplete);
+    /// True when the record says at least what the media is: its MIME type.
+    bool IsValid() const { return Has(kezInfo_MimeType); }
+    /// The keyed values as one line "ac=2, mt=audio/L16" for a log.
+    ezCString GetOtherProperties() const;
+
+    ezCString mFullPath; ///< path or URI
+    ezDateTime mLastModificationTime;
+    ezCString mTitle;
+    ezCString mCreator;
+    ezCString mGenre;
+    ezCString mAlbum;
+
+protected:
+    ezMediaInfo(const ezMediaInfo&) = default;
+
+private:
+    struct Entry {
+        ezCString mKey;
+        ezCString mText; ///< empty for a number
+        ezuint64 mNumber;
+        bool mfNumber;
+    };
+
+    const Entry* Find(const char* aKey) const;
+    /// The entry to write, new or old; null where a value stands that must stay.
+    Entry* EntryToWrite(const char* aKey, bool afOverwrite);
+    void SetSigned(const char* aKey, std::int64_t aValue, bool afOverwrite);
+
+    std::vector<Entry> mEntries; ///< sorted by key
+};

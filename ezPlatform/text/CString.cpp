@@ -1,0 +1,141 @@
+#include "ezPlatform/text/CString.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* kWhiteSpace = " \t\r\n\v\f";
+
+constexpr char UpperCharacter(char aCharacter) {
+    return aCharacter >= 'a' && aCharacter <= 'z' ? static_cast<char>(aCharacter - 'a' + 'A') : aCharacter;
+}
+
+} // namespace
+
+ezCString::ezCString(const char* aText) {
+    if (aText != nullptr) {
+        mText = aText;
+    }
+}
+
+ezCString::ezCString(const char* aText, std::size_t aLength) {
+    if (aText != nullptr) {
+        mText.assign(aText, aLength);
+    }
+}
+
+ezCString::ezCString(std::string_view aText) : mText(aText) {}
+
+ezCString ezCString::Left(std::size_t aCount) const {
+    return ezCString(View().substr(0, aCount));
+}
+
+ezCString ezCString::Mid(std::size_t aStart, std::ptrdiff_t aCount) const {
+    if (aStart >= mText.size()) {
+        return ezCString();
+    }
+    const std::size_t count = aCount < 0 ? std::string_view::npos : static_cast<std::size_t>(aCount);
+    return ezCString(View().substr(aStart, count));
+}
+
+ezCString ezCString::BeforeFirst(char aCharacter) const {
+    return ezCString(View().substr(0, mText.find(aCharacter)));
+}
+
+ezCString ezCString::AfterFirst(char aCharacter) const {
+    const std::size_t at = mText.find(aCharacter);
+    return at == std::string::npos ? ezCString() : ezCString(View().substr(at + 1));
+}
+
+ezCString ezCString::BeforeLast(char aCharacter) const {
+    return ezCString(View().substr(0, mText.rfind(aCharacter)));
+}
+
+ezCString ezCString::AfterLast(char aCharacter) const {
+    const std::size_t at = mText.rfind(aCharacter);
+    return at == std::string::npos ? *this : ezCString(View().substr(at + 1));
+}
+
+ezCString ezCString::Lower() const {
+    ezCString lower = *this;
+    std::transform(lower.mText.begin(), lower.mText.end(), lower.mText.begin(), ezLower);
+    return lower;
+}
+
+ezCString ezCString::Upper() const {
+    ezCString upper = *this;
+    std::transform(upper.mText.begin(), upper.mText.end(), upper.mText.begin(), UpperCharacter);
+    return upper;
+}
+
+ezCString ezCString::TrimLeftRight() const {
+    return ezCString(ezTrimmed(View()));
+}
+
+bool ezCString::Contains(const char* aText) const {
+    return aText != nullptr && mText.find(aText) != std::string::npos;
+}
+
+bool ezCString::StartsWith(std::string_view aText) const {
+    return View().substr(0, aText.size()) == aText;
+}
+
+int ezCString::CompareNoCase(const ezCString& aText) const {
+    const std::size_t common = std::min(mText.size(), aText.mText.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const unsigned char left = static_cast<unsigned char>(ezLower(mText[i]));
+        const unsigned char right = static_cast<unsigned char>(ezLower(aText.mText[i]));
+        if (left != right) {
+            return left < right ? -1 : 1;
+        }
+    }
+    if (mText.size() == aText.mText.size()) {
+        return 0;
+    }
+    return mText.size() < aText.mText.size() ? -1 : 1;
+}
+
+ezCString& ezCString::operator+=(const ezCString& aText) {
+    mText += aText.mText;
+    return *this;
+}
+
+bool operator==(const ezCString& aLeft, const char* aRight) {
+    return aRight == nullptr ? aLeft.IsEmpty() : aLeft.mText == aRight;
+}
+
+std::string_view ezTrimmed(std::string_view aText) {
+    const std::size_t first = aText.find_first_not_of(kWhiteSpace);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return aText.substr(first, aText.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
+bool ezReadDecimal(std::string_view aText, std::uint64_t* aValue) {
+    if (aText.empty()) {
+        return false;
+    }
+    std::uint64_t value = 0;
+    for (const char character : aText) {
+        if (character < '0' || character > '9') {
+            return false;
+        }
+        const std::uint64_t digit = static_cast<std::uint64_t>(character - '0');
+        if (value > (UINT64_MAX - digit) / 10) {
+            return false;
+        }
+        value = value * 10 + digit;
+    }
+    *aValue = value;
+    return true;
+}
+
+bool ezReadDecimal32(std::string_view aText, uint32* aValue) {
+    std::uint64_t value = 0;
+    if (!ezReadDecimal(aText, &value) || value > UINT32_MAX) {
+        return false;
+    }
+    *aValue = static_cast<uint32>(value);
+    return true;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/base/Types.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// A text: bytes, UTF-8 by convention, any byte allowed (NUL included).
+///
+/// Case folding and case-blind comparison touch A to Z only and never depend on the locale. Positions and
+/// counts are bytes. Operations that make a text leave this one as it is and return a new one.
+class EZPLATFORM_API ezCString {
+public:
+    ezCString() = default;
+    /// A null pointer gives the empty text.
+    ezCString(const char* aText); // implicit: literals are everyday arguments
+    ezCString(const char* aText, std::size_t aLength);
+    explicit ezCString(std::string_view aText);
+
+    const char* c_str() const { return mText.c_str(); }
+    std::size_t GetLength() const { return mText.size(); }
+    bool IsEmpty() const { return mText.empty(); }
+    /// The bytes, lent until this text changes.
+    std::string_view View() const { return mText; }
+
+    /// The first aCount bytes; all of them when there are fewer.
+    ezCString Left(std::size_t aCount) const;
+    /// aCount bytes from aStart; a count of -1 means to the end. Clamps: a start behind the end gives "".
+    ezCString Mid(std::size_t aStart, std::ptrdiff_t aCount = -1) const;
+
+    /// What stands before or behind the first or last aCharacter. Where the character is absent, AfterFirst
+    /// gives the empty text and the other three the whole text: whoever splits a base from an extension tests
+    /// for the dot.
+    ezCString BeforeFirst(char aCharacter) const;
+    ezCString AfterFirst(char aCharacter) const;
+    ezCString BeforeLast(char aCharacter) const;
+    ezCString AfterLast(char aCharacter) const;
+
+    ezCString Lower() const;
+    ezCString Upper() const;
+    /// Without the blanks, tabs, line ends, vertical tabs and form feeds at both ends.
+    ezCString TrimLeftRight() const;
+
+    bool Contains(const char* aText) const;
+    bool StartsWith(std::string_view aText) const;
+
+    /// Below, equal to or above 0 as this text sorts before, with or behind the other, byte by byte.
+    int Compare(const ezCString& aText) const { return mText.compare(aText.mText); }
+    /// The same with A to Z taken as a to z.
+    int CompareNoCase(const ezCString& aText) const;
+
+    ezCString& operator+=(const ezCString& aText);
+
+    friend ezCString operator+(const ezCString& aLeft, const ezCString& aRight) {
+        ezCString sum = aLeft;
+        sum += aRight;
+        return sum;
+    }
+    friend bool operator==(const ezCString& aLeft, const ezCString& aRight) {
+        return aLeft.mText == aRight.mText;
+    }
+    friend bool operator!=(const ezCString& aLeft, const ezCString& aRight) { return !(aLeft == aRight); }
+    friend bool operator==(const ezCString& aLeft, const char* aRight);
+    friend bool operator!=(const ezCString& aLeft, const char* aRight) { return !(aLeft == aRight); }
+    friend bool operator<(const ezCString& aLeft, const ezCString& aRight) {
+        return aLeft.mText < aRight.mText;
+    }
+
+private:
+    std::string mText;
+};
+
+/// The lower-case form of one byte: A to Z only, whatever the locale.
+constexpr char ezLower(char aCharacter) {
+    return aCharacter >= 'A' && aCharacter <= 'Z' ? static_cast<char>(aCharacter - 'A' + 'a') : aCharacter;
+}
+
+/// The text without white space at both ends, as a part of the given text.
+EZPLATFORM_API std::string_view ezTrimmed(std::string_view aText);
+
+/// True when the whole text is ASCII digits, at least one, and fits; only then is *aValue written.
+EZPLATFORM_API bool ezReadDecimal(std::string_view aText, std::uint64_t* aValue);
+EZPLATFORM_API bool ezReadDecimal32(std::string_view aText, uint32* aValue);

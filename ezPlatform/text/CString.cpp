@@ -100,10 +100,6 @@ ezCString& ezCString::operator+=(const ezCString& aText) {
     return *this;
 }
 
-bool operator==(const ezCString& aLeft, const char* aRight) {
-    return aRight == nullptr ? aLeft.IsEmpty() : aLeft.mText == aRight;
-}
-
 std::string_view ezTrimmed(std::string_view aText) {
     const std::size_t first = aText.find_first_not_of(kWhiteSpace);
     if (first == std::string_view::npos) {

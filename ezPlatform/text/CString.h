@@ -62,7 +62,9 @@ public:
         return aLeft.mText == aRight.mText;
     }
     friend bool operator!=(const ezCString& aLeft, const ezCString& aRight) { return !(aLeft == aRight); }
-    friend bool operator==(const ezCString& aLeft, const char* aRight);
+    friend bool operator==(const ezCString& aLeft, const char* aRight) {
+        return aRight == nullptr ? aLeft.IsEmpty() : aLeft.mText == aRight;
+    }
     friend bool operator!=(const ezCString& aLeft, const char* aRight) { return !(aLeft == aRight); }
     friend bool operator<(const ezCString& aLeft, const ezCString& aRight) {
         return aLeft.mText < aRight.mText;

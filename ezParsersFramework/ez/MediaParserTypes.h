@@ -31,7 +31,7 @@ enum ezParserSpecsLevel : int {
 };
 
 /// Bytes at the start of a media that a stream keeps.
-inline constexpr std::size_t kezMediaParserStreamBufferSize = 8 * 1024;
+inline constexpr std::size_t kezMediaParserStreamBufferSize = std::size_t{8} * 1024;
 
 /// Bytes of the begin block that format parsers usually ask for.
-inline constexpr std::size_t kezMediaParser_DefaultBeginBufferSize = 32 * 1024;
+inline constexpr std::size_t kezMediaParser_DefaultBeginBufferSize = std::size_t{32} * 1024;

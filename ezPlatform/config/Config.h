@@ -23,7 +23,7 @@
 class EZPLATFORM_API ezConfig {
 public:
     /// In bytes. Configuration is small; a file beyond this is a mistake, and this is a small device.
-    static constexpr ezFileOffset kMaximumFileSize = 64 * 1024 * 1024;
+    static constexpr ezFileOffset kMaximumFileSize = ezFileOffset{64} * 1024 * 1024;
 
     ezConfig(const ezCString& aReadOnlyFolder, const ezCString& aReadWriteFolder, const ezCString& aFileName);
     ~ezConfig();

@@ -17,6 +17,7 @@ ezFileMediaParserStream::~ezFileMediaParserStream() {
 void ezFileMediaParserStream::Init(const char* aFilePath) {
     mFilePath = ezPathName::MakeFilePath(aFilePath);
     mMediaFullPath = mFilePath.GetFullPath();
+    mLastModificationTime = ezDateTime();
     ezFile::GetTimes(mMediaFullPath, nullptr, &mLastModificationTime, nullptr);
     SetExtension(mFilePath.GetExtension());
     if (mFile.IsOpened()) {

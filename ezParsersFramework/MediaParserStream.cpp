@@ -76,14 +76,14 @@ ezFileOffset ezMediaParserStream::ReadDirectly(std::size_t aSize, void* aBuffer)
     if (count < 0) {
         return -1;
     }
-    // A source that claims more than it was asked for is not believed.
+    // A source that claims more than it was asked for moves the position by what can be true.
     const std::uint64_t taken = std::min<std::uint64_t>(static_cast<std::uint64_t>(count), aSize);
     std::uint64_t position = 0;
     if (!ezChecked_Add(mMediaPos.ToUInt64(), taken, &position)) {
         return -1;
     }
     mMediaPos = position;
-    return static_cast<ezFileOffset>(taken);
+    return count;
 }
 
 bool ezMediaParserStream::Read(size_t aSize, void* aBuffer) {
@@ -138,7 +138,7 @@ bool ezMediaParserStream::Read(size_t* aSize, void* aBuffer) {
     if (count < 0) {
         return false;
     }
-    *aSize = static_cast<std::size_t>(count);
+    *aSize = static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(count), *aSize));
     return true;
 }
 

@@ -13,21 +13,22 @@ class ezMediaInfo;
 /// many small reads of format probing cost one read of the source. A concrete stream supplies MediaSeek and
 /// MediaRead.
 ///
-/// What a read gives ("size" bytes asked for, not 0):
+// clang-format off
+/// What a read gives (of a size other than 0):
 ///
-/// |                    | before the end            | across the end                | at the end       |
-/// source error                   |
-/// |--------------------|---------------------------|-------------------------------|------------------|--------------------------------|
-/// | exact `Read`       | true, position + size     | false, position + what was read (*) | false, unchanged
-/// | false, unchanged (*)     | | up-to `Read`       | true, count = size        | true, count = what is left
-/// | true, count 0    | false, count and position unchanged | | exact `ReadFromEnd`| as an exact read at
-/// GetMediaSize() - size; false when the size is unknown (0) or smaller |||| | up-to `ReadFromEnd`| as an
-/// up-to read of at most the whole media; false when the size is unknown (0)          |||| | `Seek` | true |
-/// the concrete stream decides   | true             | false, position unchanged      |
+/// | read             | before the end      | across the end                      | at the end       | source error                        |
+/// |------------------|---------------------|-------------------------------------|------------------|-------------------------------------|
+/// | exact, direct    | true, position+size | false, position + what was read     | false, unchanged | false, unchanged                    |
+/// | exact, filling   | true, position+size | false, position = end of the buffer | the same         | false, position = 0                 |
+/// | up-to, direct    | true, count = size  | true, count = what is left          | true, count 0    | false, count and position unchanged |
+/// | up-to, filling   | true, count = size  | true, count = what is left          | true, count 0    | false, count and position unchanged |
 ///
-/// (*) When that read is the one that fills the buffer, a short or failed one leaves the position at the end
-/// of the buffered data. The up-to read that fills the buffer behind the end of the data gives count 0.
+/// "Filling" is the one read that fills the buffer; reads that the buffer answers are always before the end. A
+/// ReadFromEnd is the read of the same form at GetMediaSize() - size, and false while the size is unknown (0); its
+/// exact form is false too for a media smaller than the request, while the up-to form then reads the whole media.
+/// What a Seek to or behind the end gives is the concrete stream's affair; one that fails leaves the position.
 ///
+// clang-format on
 /// The first read of a stream is made at position 0: the buffer is filled from wherever the source stands and
 /// taken as the start of the media. It is filled at most once, by the first read that ends within 8 KiB, and
 /// stays for the life of the stream, across Close and Open. An exact read that ends exactly at the end of the
@@ -112,7 +113,7 @@ private:
     /// False when the source failed; the buffer then counts as filled, with nothing.
     bool FillBuffer();
     void TakeFromBuffer(std::size_t aSize, void* aBuffer);
-    /// The count, by which the position has moved, or -1.
+    /// What the source claims to have read, or -1. The position has moved by it, at most by aSize.
     ezFileOffset ReadDirectly(std::size_t aSize, void* aBuffer);
 
     char mBuffer[kezMediaParserStreamBufferSize]; // not cleared: only the first mBufferLength bytes are ever

@@ -17,7 +17,8 @@ struct ezPtrList;
 /// conformance test file is recognised by its name (DLNAFileParser) where no parser answers; 2 lets the name
 /// decide always.
 ///
-/// Belongs to one manager, which it calls back; without one it recognises nothing.
+/// Belongs to one manager, which it calls back; without one it asks no parser, and only the table and a test
+/// file's name answer.
 class EZPARSERS_API ezMimeTypesDotIniParser : public ezMediaParser {
 public:
     /// Loads the table from two folders; an empty aConfigFileName means "mediaCTRLMediaTypes.ini".

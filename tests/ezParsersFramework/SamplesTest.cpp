@@ -1,0 +1,211 @@
+#include "ez/ExtensionMimeTypeMatcher.h"
+#include "ez/FileMediaParserStream.h"
+#include "ez/MediaParserManager.h"
+#include "ez/MimeTypesDotIniParser.h"
+
+#include "support/Record.h"
+
+#include "ezPlatform/config/PropertyList.h"
+#include "ezPlatform/containers/Items.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Entry = ExtensionMimeTypeMatcherEntry;
+
+constexpr const char* kGoldenFile = EZ_TEST_DATA "/samples.expected";
+
+/// Every file below the samples, by name.
+std::vector<std::filesystem::path> Samples() {
+    std::vector<std::filesystem::path> samples;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(EZ_SAMPLES)) {
+        if (entry.is_regular_file()) {
+            samples.push_back(entry.path());
+        }
+    }
+    std::sort(samples.begin(), samples.end(), [](const auto& aLeft, const auto& aRight) {
+        return aLeft.filename().string() < aRight.filename().string();
+    });
+    return samples;
+}
+
+/// A host as small as can be, with the media types file of the samples.
+class Host {
+public:
+    explicit Host(uint32 aCTTContext) {
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", EZ_SAMPLES);
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", EZ_SAMPLES);
+        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", aCTTContext);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mManager->AddStandardParsers(kParseOption_Default);
+    }
+
+    Record Parse(const std::filesystem::path& aPath) {
+        ezFileMediaParserStream stream(ezCString(aPath.c_str()));
+        EXPECT_TRUE(stream.Open()) << aPath;
+        return Record(mManager->Parse(stream));
+    }
+
+private:
+    struct ListDelete {
+        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
+    };
+
+    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    std::unique_ptr<ezMediaParserManager> mManager;
+};
+
+/// A record without what differs from place to place: the folder and the time.
+std::string Dump(Record aRecord, const std::filesystem::path& aPath) {
+    if (aRecord != nullptr) {
+        EXPECT_EQ(aRecord->mFullPath, aPath.c_str());
+        EXPECT_TRUE(aRecord->mLastModificationTime.IsSet()) << aPath;
+        aRecord->mFullPath = aPath.filename().c_str();
+        aRecord->mLastModificationTime = ezDateTime();
+    }
+    return DumpRecord(aRecord.get());
+}
+
+std::string DumpSamples() {
+    std::string dump;
+    for (const uint32 context : {0U, 1U}) {
+        Host host(context);
+        for (const std::filesystem::path& path : Samples()) {
+            dump += "[" + path.filename().string() + ", CTTContext " + std::to_string(context) + "]\n" +
+                    Dump(host.Parse(path), path) + "\n";
+        }
+    }
+    return dump;
+}
+
+std::string ReadGoldenFile() {
+    std::ifstream file(kGoldenFile, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+} // namespace
+
+TEST(Samples, AreIdentifiedAsRecorded) {
+    const std::string dump = DumpSamples();
+    if (std::getenv("EZ_UPDATE_GOLDEN") != nullptr) {
+        std::ofstream file(kGoldenFile, std::ios::binary);
+        file << dump;
+        file.close();
+        ASSERT_TRUE(file.good()) << kGoldenFile;
+    }
+    EXPECT_EQ(dump, ReadGoldenFile()) << "EZ_UPDATE_GOLDEN=1 records what is found";
+}
+
+TEST(Samples, SecondParseFindsTheSame) {
+    for (const uint32 context : {0U, 1U, 2U}) {
+        Host host(context);
+        for (const std::filesystem::path& path : Samples()) {
+            const std::string first = Dump(host.Parse(path), path);
+            EXPECT_EQ(Dump(host.Parse(path), path), first) << path;
+        }
+    }
+}
+
+TEST(Samples, EveryMediaIsIdentifiedAndNothingElse) {
+    std::size_t mediaCount = 0;
+    for (const uint32 context : {0U, 1U, 2U}) {
+        Host host(context);
+        for (const std::filesystem::path& path : Samples()) {
+            // What lies in the folder of the samples itself is about them.
+            const bool fMedia = path.parent_path() != std::filesystem::path(EZ_SAMPLES);
+            mediaCount += fMedia ? 1 : 0;
+            EXPECT_EQ(host.Parse(path) != nullptr, fMedia) << path;
+        }
+    }
+    EXPECT_GE(mediaCount, 3U * 27U);
+}
+
+namespace {
+
+/// The table of the samples.
+class Table {
+public:
+    Table() { EXPECT_TRUE(mMatcher.Load()); }
+    ExtensionMimeTypeMatcher* operator->() { return &mMatcher; }
+
+    std::vector<Entry*> Entries(bool afExcluded) {
+        std::vector<Entry*> entries;
+        for (Entry* entry : ezItems<Entry>(mMatcher.AllEntries())) {
+            if (mMatcher.IsExcludedEntry(entry) == afExcluded) {
+                entries.push_back(entry);
+            }
+        }
+        return entries;
+    }
+
+private:
+    ExtensionMimeTypeMatcher mMatcher{EZ_SAMPLES, EZ_SAMPLES, ""};
+};
+
+std::string KeyOf(const Entry& anEntry) {
+    return static_cast<const char*>(*ezPtrList_GetAt(anEntry.mTypes, 0));
+}
+
+} // namespace
+
+TEST(SampleMediaTypes, AreManyAndComplete) {
+    Table table;
+    EXPECT_GE(table.Entries(false).size(), 70U);
+    EXPECT_GE(table.Entries(true).size(), 20U);
+    for (const Entry* entry : table.Entries(false)) {
+        EXPECT_GT(ezPtrList_GetCount(entry->mExtensions), 0U) << KeyOf(*entry);
+        EXPECT_GT(ezPtrList_GetCount(entry->mMimeTypes), 0U) << KeyOf(*entry);
+        EXPECT_EQ(ezPtrList_GetCount(entry->mUPnPClasses), 1U) << KeyOf(*entry);
+        for (const char* mimeType : ezItems<const char>(entry->mMimeTypes)) {
+            EXPECT_NE(std::string(mimeType).find('/'), std::string::npos) << KeyOf(*entry);
+        }
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            EXPECT_EQ(std::string(extension).find_first_of("/. "), std::string::npos) << KeyOf(*entry);
+        }
+        for (const char* className : ezItems<const char>(entry->mUPnPClasses)) {
+            const std::set<std::string> known = {"item.videoItem", "item.audioItem", "item.imageItem",
+                                                 "item.playlistItem"};
+            EXPECT_EQ(known.count(className), 1U) << KeyOf(*entry);
+        }
+    }
+}
+
+TEST(SampleMediaTypes, ExcludedOnesHaveNoClassWithWhichTheyWouldBeAnnounced) {
+    Table table;
+    for (const Entry* entry : table.Entries(true)) {
+        EXPECT_EQ(ezPtrList_GetCount(entry->mUPnPClasses), 0U) << KeyOf(*entry);
+        EXPECT_GT(ezPtrList_GetCount(entry->mExtensions), 0U) << KeyOf(*entry);
+    }
+}
+
+TEST(SampleMediaTypes, EachExtensionStandsInOneEntry) {
+    Table table;
+    for (const Entry* entry : ezItems<Entry>(table->AllEntries())) {
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            EXPECT_EQ(ezPtrList_GetCount(table->EntriesFromExtension(extension)), 1U) << extension;
+        }
+    }
+}
+
+TEST(SampleMediaTypes, NoMimeTypeIsBothExcludedAndNot) {
+    Table table;
+    for (const Entry* entry : table.Entries(true)) {
+        for (const char* mimeType : ezItems<const char>(entry->mMimeTypes)) {
+            for (Entry* other : ezItems<Entry>(table->EntriesFromMimeType(mimeType))) {
+                EXPECT_TRUE(table->IsExcludedEntry(other)) << mimeType;
+            }
+        }
+    }
+}

@@ -45,6 +45,9 @@ public:
 
     const std::vector<std::string>& Failures() const { return mFailures; }
 
+    /// What Failures() holds when these have failed, in this order: nothing in a build without assertions.
+    static std::vector<std::string> Noted(std::vector<std::string> aFailures);
+
 private:
     static void sHandler(const char* anExpression, const char* aSource, int aLine, void* aUserData);
 

@@ -51,6 +51,7 @@ int ScriptedSystem::sFStat(int aFile, struct stat* aStatus) {
 
 ssize_t ScriptedSystem::sPRead(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
     ++gScript->mCounts.mPRead;
+    gScript->mCounts.mLargestPRead = std::max(gScript->mCounts.mLargestPRead, aSize);
     const Outcome outcome = Take(gScript->mPReadOutcomes);
     if (outcome.mError != 0) {
         return -1;

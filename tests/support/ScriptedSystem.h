@@ -15,6 +15,7 @@ public:
     ScriptedSystem& operator=(const ScriptedSystem&) = delete;
 
     struct Counts {
+        std::size_t mLargestPRead = 0; ///< the most bytes that one pread was asked for
         std::size_t mOpen = 0;
         std::size_t mClose = 0;
         std::size_t mStat = 0;

@@ -1,0 +1,212 @@
+#include "Arguments.h"
+
+#include "ez/MediaParserTypes.h"
+#include "ezPlatform/text/CString.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+struct NamedNumber {
+    std::string_view mName;
+    int mNumber;
+};
+
+constexpr std::array<NamedNumber, 4> kParseOptions = {{
+    {"if-no-extension", kParseOption_ParseWithAllParserIfNoExtension},
+    {"if-failed", kParseOption_ParseWithAllParserIfFailed},
+    {"everytime", kParseOption_ParseWithAllParserEverytime},
+    {"vbr-full", kParseOption_ParseFullFileIfVBR},
+}};
+constexpr unsigned kAllParseOptions = 15;
+
+/// Lines of a level are written while _ezLog_Level is above it.
+constexpr std::array<NamedNumber, 4> kLogLevels = {{{"error", 2}, {"warning", 3}, {"info", 4}, {"debug", 5}}};
+
+struct NamedVerb {
+    std::string_view mName;
+    Verb mVerb;
+};
+
+constexpr std::array<NamedVerb, 3> kVerbs = {
+    {{"parse", Verb::Parse}, {"capabilities", Verb::Capabilities}, {"types", Verb::Types}}};
+
+constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
+                               "       ezannounce [OPTIONS] capabilities\n"
+                               "       ezannounce [OPTIONS] types EXT|MIME...\n";
+
+constexpr const char* kFooter =
+    "Verbs:\n"
+    "  parse PATH...               what each media is and how it is announced; folders are walked\n"
+    "  capabilities                the protocolInfo list that a server with this configuration advertises\n"
+    "  types EXT|MIME...           look extensions and MIME types up in the media types file\n"
+    "\n"
+    "The first word that is no option is the verb if it names one, else a path; \"--\" ends the options and\n"
+    "makes all that follows a path.\n"
+    "\n"
+    "Exit status: 0 all went well; 1 something could not be read or looked up, or a file that was named\n"
+    "itself (not found in a folder) was not recognised; 2 wrong usage.";
+
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override { return kUsage; }
+};
+
+template <typename Table>
+auto Find(const Table& aTable, std::string_view aName) {
+    return std::find_if(aTable.begin(), aTable.end(),
+                        [&](const auto& anItem) { return anItem.mName == aName; });
+}
+
+/// The texts of options whose values are looked at here and not by the command-line library.
+struct OptionTexts {
+    std::optional<std::string> mCTTContext;
+    std::optional<std::string> mParseOptions;
+    std::optional<std::string> mLogLevel;
+};
+
+void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts) {
+    anApp.set_help_flag("--help", "Show this help and exit");
+    anApp.set_version_flag("--version", "ezannounce " EZANNOUNCE_VERSION, "Show the version and exit");
+    anApp.add_flag("--json", anArguments.mfJson, "parse: one JSON object a media, one a line");
+    anApp.add_flag("--explain", anArguments.mfExplain,
+                   "parse: where each fact comes from, and which parsers were tried");
+    const auto addText = [&](const char* aName, std::optional<std::string>& aText, const char* aValue,
+                             const char* aHelp) {
+        anApp.add_option(aName, aText, aHelp)->type_name(aValue)->take_last();
+    };
+    addText("--ctt", aTexts.mCTTContext, "N",
+            "Conformance-test context: 0 none, 1 file names decide where no parser does, 2 always");
+    addText("--parse-options", aTexts.mParseOptions, "LIST",
+            "parse: if-no-extension, if-failed, everytime, vbr-full, parted by commas, or a number");
+    addText("--config", anArguments.mConfigFolder, "DIR", "Folder of the read-only configuration");
+    addText("--state", anArguments.mStateFolder, "DIR", "Folder of the configuration that lies over it");
+    addText("--log", aTexts.mLogLevel, "LEVEL", "Messages of the library: error, warning, info or debug");
+}
+
+std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
+    uint32 context = 0;
+    if (aTexts.mCTTContext && !ezReadDecimal32(*aTexts.mCTTContext, &context)) {
+        return "--ctt: not a number: " + *aTexts.mCTTContext;
+    }
+    anArguments.mCTTContext = context;
+    if (aTexts.mParseOptions && !ReadParseOptions(*aTexts.mParseOptions, anArguments.mParseOptions)) {
+        return "--parse-options: not a list of options: " + *aTexts.mParseOptions;
+    }
+    if (aTexts.mLogLevel) {
+        const auto* level = Find(kLogLevels, *aTexts.mLogLevel);
+        if (level == kLogLevels.end()) {
+            return "--log: not a level: " + *aTexts.mLogLevel;
+        }
+        anArguments.mLogLevel = level->mNumber;
+    }
+    return {};
+}
+
+/// Takes the verb off the words that are no options; an option among them is one that nobody knows.
+std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
+    for (const std::string& word : aWords) {
+        if (word.size() > 1 && word[0] == '-') {
+            return "unknown option: " + word;
+        }
+    }
+    if (!aWords.empty()) {
+        const auto* verb = Find(kVerbs, aWords.front());
+        if (verb != kVerbs.end()) {
+            anArguments.mVerb = verb->mVerb;
+            aWords.erase(aWords.begin());
+        }
+    }
+    anArguments.mOperands.insert(anArguments.mOperands.begin(), aWords.begin(), aWords.end());
+    return {};
+}
+
+/// What of the arguments does not go together.
+std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
+    if (anArguments.mVerb != Verb::Parse) {
+        if (anArguments.mfJson || anArguments.mfExplain || aTexts.mParseOptions) {
+            return "--json, --explain and --parse-options go with parse only";
+        }
+    }
+    switch (anArguments.mVerb) {
+    case Verb::Parse:
+        return anArguments.mOperands.empty() ? "no path given" : "";
+    case Verb::Capabilities:
+        return anArguments.mOperands.empty() ? "" : "capabilities takes no operand";
+    case Verb::Types:
+        return anArguments.mOperands.empty() ? "no extension or MIME type given" : "";
+    }
+    return {};
+}
+
+} // namespace
+
+bool ReadParseOptions(const std::string& aText, int& anOptions) {
+    uint32 number = 0;
+    if (ezReadDecimal32(aText, &number)) {
+        anOptions = static_cast<int>(number);
+        return number <= kAllParseOptions;
+    }
+    anOptions = 0;
+    std::string_view rest = aText;
+    while (true) {
+        const std::size_t comma = rest.find(',');
+        const auto* option = Find(kParseOptions, rest.substr(0, comma));
+        if (option == kParseOptions.end()) {
+            return false;
+        }
+        anOptions |= option->mNumber;
+        if (comma == std::string_view::npos) {
+            return true;
+        }
+        rest.remove_prefix(comma + 1);
+    }
+}
+
+ArgumentsResult ReadArguments(int anArgCount, const char* const* anArgs, Arguments& anArguments) {
+    // What stands behind "--" never meets the command-line library, so that no name can be taken for anything
+    // else than a name.
+    int optionCount = 1;
+    while (optionCount < anArgCount && std::string_view(anArgs[optionCount]) != "--") {
+        ++optionCount;
+    }
+    for (int i = optionCount + 1; i < anArgCount; ++i) {
+        anArguments.mOperands.emplace_back(anArgs[i]);
+    }
+
+    CLI::App app("Tells what media are and how a DLNA media server announces them.", "ezannounce");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(kFooter);
+    app.allow_extras();
+    OptionTexts texts;
+    DeclareOptions(app, anArguments, texts);
+
+    ArgumentsResult result;
+    try {
+        app.parse(optionCount, anArgs);
+    } catch (const CLI::CallForHelp&) {
+        result.mText = app.help();
+        return result;
+    } catch (const CLI::CallForVersion& version) {
+        result.mText = std::string(version.what()) + "\n";
+        return result;
+    } catch (const CLI::ParseError& error) {
+        result.mError = error.what();
+    }
+    if (result.mError.empty()) {
+        result.mError = TakeWords(app.remaining(), anArguments);
+    }
+    if (result.mError.empty()) {
+        result.mError = ReadTexts(texts, anArguments);
+    }
+    if (result.mError.empty()) {
+        result.mError = CheckTogether(anArguments, texts);
+    }
+    result.mfRun = result.mError.empty();
+    result.mStatus = result.mfRun ? kExitSuccess : kExitWrongUsage;
+    return result;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The exit statuses.
+enum ExitStatus : int { kExitSuccess = 0, kExitSomeFailed = 1, kExitWrongUsage = 2 };
+
+enum class Verb { Parse, Capabilities, Types };
+
+/// What the person asked for.
+struct Arguments {
+    Verb mVerb = Verb::Parse;
+    std::vector<std::string> mOperands; ///< paths, or extensions and MIME types
+    bool mfJson = false;
+    bool mfExplain = false;
+    unsigned mCTTContext = 0;
+    int mParseOptions = 0; ///< a set of ezParseOption bits
+    std::optional<std::string> mConfigFolder;
+    std::optional<std::string> mStateFolder;
+    std::optional<int> mLogLevel; ///< for _ezLog_Level
+};
+
+/// What came of reading the command line.
+struct ArgumentsResult {
+    bool mfRun = false; ///< true: go on with the arguments; false: end with the status
+    int mStatus = 0;
+    std::string mText;  ///< for standard output: help or version
+    std::string mError; ///< for standard error: what is wrong
+};
+
+/// Reads the command line. The first word that is no option is the verb if it names one; everything behind
+/// "--" is an operand.
+ArgumentsResult ReadArguments(int anArgCount, const char* const* anArgs, Arguments& anArguments);
+
+/// Reads a set of parse options: names parted by ",", or one number from 0 to 15. False when it is neither.
+bool ReadParseOptions(const std::string& aText, int& anOptions);

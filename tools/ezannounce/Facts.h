@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class ezDateTime;
+class ezMediaInfo;
+
+/// One thing that a record tells, ready to be shown.
+struct Fact {
+    std::string mKey;      ///< the record's two-letter key, or "" for what is no keyed value
+    std::string mName;     ///< for programs: "bit_rate"; "" for a key that has no name of its own
+    std::string mLabel;    ///< for people: "bit rate"
+    std::string mWords;    ///< for people: "128 kbit/s"; not escaped
+    bool mfNumber = false; ///< the value is mNumber, else mText
+    bool mfFlag = false;   ///< the value is a yes or no: mNumber 1 or 0
+    std::uint64_t mNumber = 0;
+    std::string mText;
+};
+
+/// Everything that a record tells, in the order in which it is shown. A rate that is not known is left out,
+/// and one that varies or cannot be told is the text "variable". The record of LPCM media keeps the sampling
+/// rate under "ar"; the rates derived from that are no bit rates and come without a name, as do keys that
+/// this tool does not know.
+std::vector<Fact> FactsOf(const ezMediaInfo& anInfo);
+
+/// The 4th field as it is announced: "*" where the record has none.
+std::string AnnouncedFourthField(const ezMediaInfo& anInfo);
+
+/// "http-get:*:TYPE:FIELD".
+std::string ProtocolInfo(const ezMediaInfo& anInfo);
+
+/// "2024-02-29T12:34:56Z"; "" for a time that is not set or beyond the calendar.
+std::string Iso8601(const ezDateTime& aTime);
+
+/// "1.2 MiB".
+std::string SizeInWords(std::uint64_t aSize);

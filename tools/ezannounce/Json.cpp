@@ -1,0 +1,83 @@
+#include "Json.h"
+
+#include "Console.h"
+#include "Explanation.h"
+#include "Facts.h"
+#include "Host.h"
+#include "SafeText.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json ValueOf(const Fact& aFact) {
+    if (aFact.mfFlag) {
+        return aFact.mNumber != 0;
+    }
+    if (aFact.mfNumber) {
+        return aFact.mNumber;
+    }
+    return aFact.mText;
+}
+
+/// A fact without a name of its own goes by its key.
+const std::string& NameOf(const Fact& aFact) {
+    return aFact.mName.empty() ? aFact.mKey : aFact.mName;
+}
+
+Json ExplanationOf(const Explanation& anExplanation) {
+    Json facts = Json::object();
+    for (const ExplainedFact& fact : anExplanation.mFacts) {
+        Json source = {{"source", CodeOf(fact.mSource.mKind)}};
+        if (!fact.mSource.mDetail.empty()) {
+            source["detail"] = fact.mSource.mDetail;
+        }
+        if (!fact.mSource.mParserName.empty()) {
+            source["parser"] = fact.mSource.mParserName;
+        }
+        facts[NameOf(fact.mFact)] = source;
+    }
+    Json entries = Json::array();
+    for (const ExplainedEntry& entry : anExplanation.mEntries) {
+        entries.push_back({{"entry", entry.mName}, {"excluded", entry.mfExcluded}});
+    }
+    Json attempts = Json::array();
+    for (const ExplainedAttempt& attempt : anExplanation.mAttempts) {
+        Json parser = attempt.mParserName.empty() ? Json(nullptr) : Json(attempt.mParserName);
+        attempts.push_back(
+            {{"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mOutcome)}});
+    }
+    return {{"facts", std::move(facts)}, {"entries", std::move(entries)}, {"tried", std::move(attempts)}};
+}
+
+} // namespace
+
+void JsonOutput::Put(const Announcement& anAnnouncement) {
+    const ezMediaInfo& info = *anAnnouncement.mInfo;
+    Json media = {{"path", anAnnouncement.mPath}};
+    if (!IsUtf8(anAnnouncement.mPath)) {
+        media["path_bytes"] = HexBytes(anAnnouncement.mPath);
+    }
+    // Always there, and in this place, whatever the record holds.
+    for (const char* name : {"mime_type", "class", "dlna", "protocol_info"}) {
+        media[name] = nullptr;
+    }
+    if (anAnnouncement.mfRecognised) {
+        media["dlna"] = AnnouncedFourthField(info);
+        media["protocol_info"] = ProtocolInfo(info);
+    }
+    Json unnamed = Json::object();
+    for (const Fact& fact : FactsOf(info)) {
+        (fact.mName.empty() ? unnamed : media)[NameOf(fact)] = ValueOf(fact);
+    }
+    if (!unnamed.empty()) {
+        media["values"] = std::move(unnamed);
+    }
+    if (anAnnouncement.mExplanation != nullptr) {
+        media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);
+    }
+    // Bytes that are no UTF-8 become U+FFFD: whoever reads a line can parse it, whatever the name holds.
+    mConsole.Print(media.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+}

@@ -1,0 +1,69 @@
+#include "Verbs.h"
+
+#include "Console.h"
+#include "Explanation.h"
+#include "Host.h"
+#include "Json.h"
+#include "Table.h"
+#include "Walk.h"
+
+#include <memory>
+
+namespace {
+
+class Announcer : public WalkVisitor {
+public:
+    Announcer(Host& aHost, Output& anOutput, Console& aConsole)
+        : mHost(aHost), mOutput(anOutput), mConsole(aConsole) {}
+
+    void File(const std::string& aPath, const std::string& aFolder) override {
+        const bool fNamed = aFolder.empty();
+        if (!fNamed) {
+            mConsole.Progress(aFolder);
+        }
+        Announcement announcement;
+        std::string reason;
+        if (!mHost.Announce(aPath, announcement, reason)) {
+            Problem(aPath, reason);
+            return;
+        }
+        // A folder holds all sorts of things, but who names a file takes it for a media.
+        mfFailed = mfFailed || (fNamed && !announcement.mfRecognised);
+        mOutput.Put(announcement);
+    }
+
+    void Problem(const std::string& aPath, const std::string& aReason) override {
+        mConsole.Error(aPath, aReason);
+        mfFailed = true;
+    }
+
+    bool HasFailed() const { return mfFailed; }
+
+private:
+    Host& mHost;
+    Output& mOutput;
+    Console& mConsole;
+    bool mfFailed = false;
+};
+
+std::unique_ptr<Output> NewOutput(const Arguments& anArguments, Console& aConsole) {
+    if (anArguments.mfJson) {
+        return std::make_unique<JsonOutput>(aConsole);
+    }
+    if (anArguments.mfExplain) {
+        return std::make_unique<ExplainedOutput>(aConsole);
+    }
+    return std::make_unique<TableOutput>(aConsole);
+}
+
+} // namespace
+
+int RunParse(const Arguments& anArguments, Host& aHost, Console& aConsole) {
+    const std::unique_ptr<Output> output = NewOutput(anArguments, aConsole);
+    Announcer announcer(aHost, *output, aConsole);
+    for (const std::string& path : anArguments.mOperands) {
+        Walk(path, announcer);
+    }
+    output->Finish();
+    return announcer.HasFailed() ? kExitSomeFailed : kExitSuccess;
+}

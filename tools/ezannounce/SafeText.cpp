@@ -1,0 +1,167 @@
+#include "SafeText.h"
+
+#include <algorithm>
+#include <array>
+#include <clocale> // with newlocale and uselocale, which POSIX adds
+#include <cwchar>
+
+namespace {
+
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+struct Range {
+    char32_t mFirst;
+    char32_t mLast;
+};
+
+/// What is never shown as it is: control characters, line and paragraph separators, and what turns the
+/// direction of writing, by which a name could pass for another.
+constexpr std::array<Range, 8> kUnsafe = {{{0x00, 0x1F},
+                                           {0x7F, 0x9F},
+                                           {0x061C, 0x061C},
+                                           {0x200B, 0x200F},
+                                           {0x2028, 0x202E},
+                                           {0x2060, 0x206F},
+                                           {0xFEFF, 0xFEFF},
+                                           {0xE0000, 0xE007F}}};
+
+bool IsUnsafe(char32_t aCodePoint) {
+    return std::any_of(kUnsafe.begin(), kUnsafe.end(), [&](const Range& aRange) {
+        return aCodePoint >= aRange.mFirst && aCodePoint <= aRange.mLast;
+    });
+}
+
+void AppendEscaped(std::string& aText, std::string_view aBytes) {
+    for (const char byte : aBytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        aText += "\\x";
+        aText += kHexDigits[value >> 4U];
+        aText += kHexDigits[value & 0xFU];
+    }
+}
+
+const char* ShortEscape(char aCharacter) {
+    switch (aCharacter) {
+    case '\\':
+        return "\\\\";
+    case '\n':
+        return "\\n";
+    case '\t':
+        return "\\t";
+    case '\r':
+        return "\\r";
+    default:
+        return nullptr;
+    }
+}
+
+/// Columns of one character, whatever locale the person has set.
+std::size_t WidthOf(char32_t aCodePoint) {
+    static const locale_t sUtf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    if (aCodePoint < 0x80 || sUtf8 == nullptr) {
+        return 1;
+    }
+    const locale_t before = uselocale(sUtf8);
+    const int width = wcwidth(static_cast<wchar_t>(aCodePoint));
+    uselocale(before);
+    return width < 0 ? 1 : static_cast<std::size_t>(width);
+}
+
+} // namespace
+
+Utf8Character FirstUtf8Character(std::string_view aText) {
+    struct Form {
+        unsigned mMask;
+        unsigned mLead;
+        char32_t mMinimum;
+        std::size_t mLength;
+    };
+    constexpr std::array<Form, 4> kForms = {
+        {{0x80, 0x00, 0x0, 1}, {0xE0, 0xC0, 0x80, 2}, {0xF0, 0xE0, 0x800, 3}, {0xF8, 0xF0, 0x10000, 4}}};
+    if (aText.empty()) {
+        return {};
+    }
+    const unsigned lead = static_cast<unsigned char>(aText[0]);
+    const auto* form = std::find_if(kForms.begin(), kForms.end(),
+                                    [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
+    if (form == kForms.end() || aText.size() < form->mLength) {
+        return {};
+    }
+    char32_t codePoint = lead & ~form->mMask;
+    for (std::size_t i = 1; i < form->mLength; ++i) {
+        const unsigned byte = static_cast<unsigned char>(aText[i]);
+        if ((byte & 0xC0U) != 0x80U) {
+            return {};
+        }
+        codePoint = (codePoint << 6U) | (byte & 0x3FU);
+    }
+    const bool fSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+    if (codePoint < form->mMinimum || codePoint > 0x10FFFF || fSurrogate) {
+        return {};
+    }
+    return {codePoint, form->mLength};
+}
+
+bool IsUtf8(std::string_view aText) {
+    while (!aText.empty()) {
+        const std::size_t length = FirstUtf8Character(aText).mLength;
+        if (length == 0) {
+            return false;
+        }
+        aText.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string ForTerminal(std::string_view aText) {
+    std::string safe;
+    safe.reserve(aText.size());
+    while (!aText.empty()) {
+        const Utf8Character character = FirstUtf8Character(aText);
+        const std::string_view bytes = aText.substr(0, std::max<std::size_t>(character.mLength, 1));
+        if (const char* escape = ShortEscape(bytes[0])) {
+            safe += escape;
+        } else if (character.mLength == 0 || IsUnsafe(character.mCodePoint)) {
+            AppendEscaped(safe, bytes);
+        } else {
+            safe += bytes;
+        }
+        aText.remove_prefix(bytes.size());
+    }
+    return safe;
+}
+
+std::size_t TerminalWidth(std::string_view aText) {
+    std::size_t width = 0;
+    while (!aText.empty()) {
+        const Utf8Character character = FirstUtf8Character(aText);
+        width += WidthOf(character.mCodePoint);
+        aText.remove_prefix(std::max<std::size_t>(character.mLength, 1));
+    }
+    return width;
+}
+
+std::string CutToTerminalWidth(std::string_view aText, std::size_t aWidth) {
+    std::size_t width = 0;
+    std::size_t end = 0;
+    while (end < aText.size()) {
+        const Utf8Character character = FirstUtf8Character(aText.substr(end));
+        width += WidthOf(character.mCodePoint);
+        if (width > aWidth) {
+            break;
+        }
+        end += std::max<std::size_t>(character.mLength, 1);
+    }
+    return std::string(aText.substr(0, end));
+}
+
+std::string HexBytes(std::string_view aBytes) {
+    std::string text;
+    text.reserve(aBytes.size() * 2);
+    for (const char byte : aBytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        text += kHexDigits[value >> 4U];
+        text += kHexDigits[value & 0xFU];
+    }
+    return text;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// One character of a text.
+struct Utf8Character {
+    char32_t mCodePoint = 0;
+    std::size_t mLength = 0; ///< in bytes; 0 where the bytes are not UTF-8
+};
+
+/// The character that a text begins with. Overlong forms, surrogates and values above U+10FFFF are not UTF-8.
+Utf8Character FirstUtf8Character(std::string_view aText);
+
+bool IsUtf8(std::string_view aText);
+
+/// A text that a terminal can show whatever its bytes are, on one line, and from which the bytes can be told:
+/// a backslash is doubled; newline, tab and carriage return become "\n", "\t" and "\r"; the bytes of other
+/// control characters, of characters that turn the direction of writing, and bytes that are not UTF-8 become
+/// "\xHH".
+std::string ForTerminal(std::string_view aText);
+
+/// Columns that an escaped text takes on a terminal.
+std::size_t TerminalWidth(std::string_view aText);
+
+/// As many characters of an escaped text, from its start, as fit into so many columns.
+std::string CutToTerminalWidth(std::string_view aText, std::size_t aWidth);
+
+/// Two lower-case hexadecimal digits a byte.
+std::string HexBytes(std::string_view aBytes);

@@ -1,0 +1,195 @@
+#include "Table.h"
+
+#include "Console.h"
+#include "Explanation.h"
+#include "Facts.h"
+#include "Host.h"
+#include "SafeText.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kRowsPerBatch = 1000;
+
+enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, kRest };
+
+constexpr std::array<const char*, 7> kHeader = {"NAME", "MIME TYPE", "CLASS", "DLNA", "SIZE", "EXT", "KNOWN"};
+
+/// A longer text pushes its own row to the right instead of widening the column of all rows.
+constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 24, 48, 10, 8, 0};
+
+std::string Padding(std::size_t aWidth, std::size_t aColumn) {
+    return std::string(aWidth < aColumn ? aColumn - aWidth : 0, ' ');
+}
+
+/// What the columns before the last have told already.
+bool HasColumn(const Fact& aFact) {
+    constexpr std::array<const char*, 5> kColumns = {"mime_type", "class", "dlna", "size", "extension"};
+    return std::find(kColumns.begin(), kColumns.end(), aFact.mName) != kColumns.end();
+}
+
+/// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
+std::string ShortWords(const Fact& aFact) {
+    const bool fPlain = aFact.mName == "duration" || aFact.mName == "bit_rate" ||
+                        aFact.mName == "sampling_rate" || aFact.mName == "audio_codec" ||
+                        aFact.mName == "video_codec";
+    if (fPlain && aFact.mWords != "variable") {
+        return aFact.mWords;
+    }
+    if (aFact.mName == "channels") {
+        return aFact.mWords + (aFact.mNumber == 1 ? " channel" : " channels");
+    }
+    if (aFact.mName == "audio_tracks") {
+        return aFact.mNumber == 1 ? "" : aFact.mWords + " audio tracks";
+    }
+    if (aFact.mName == "bits_per_sample") {
+        return aFact.mWords + " bit";
+    }
+    if (aFact.mName == "has_video") {
+        return ""; // the class tells
+    }
+    return aFact.mLabel + " " + aFact.mWords;
+}
+
+const Fact* FindFact(const std::vector<Fact>& aFacts, const std::string& aName) {
+    const auto fact =
+        std::find_if(aFacts.begin(), aFacts.end(), [&](const Fact& aFact) { return aFact.mName == aName; });
+    return fact != aFacts.end() ? &*fact : nullptr;
+}
+
+/// Rates that only repeat the rate of the whole media.
+bool IsRepeatedRate(const Fact& aFact, const std::vector<Fact>& aFacts) {
+    const Fact* whole = FindFact(aFacts, "bit_rate");
+    const bool fRate =
+        aFact.mName.size() > 8 && aFact.mName.compare(aFact.mName.size() - 8, 8, "bit_rate") == 0;
+    return fRate && whole != nullptr && whole->mWords == aFact.mWords;
+}
+
+std::string RestInWords(const ezMediaInfo& anInfo) {
+    const std::vector<Fact> facts = FactsOf(anInfo);
+    std::string rest;
+    for (const Fact& fact : facts) {
+        if (fact.mName.empty() || fact.mName == "modified" || HasColumn(fact) ||
+            IsRepeatedRate(fact, facts)) {
+            continue;
+        }
+        std::string words;
+        if (fact.mName == "picture_width") {
+            const Fact* height = FindFact(facts, "picture_height");
+            words = fact.mWords + "x" + (height != nullptr ? height->mWords : "?");
+        } else if (fact.mName != "picture_height" || FindFact(facts, "picture_width") == nullptr) {
+            words = ShortWords(fact);
+        }
+        if (!words.empty()) {
+            rest += rest.empty() ? "" : ", ";
+            rest += ForTerminal(words);
+        }
+    }
+    return rest;
+}
+
+std::string CellOf(const ezMediaInfo& anInfo, const char* aKey) {
+    return ForTerminal(anInfo.GetCString(aKey, "-").View());
+}
+
+std::string LineOfExplanation(const std::string& aLabel, const std::string& aWords,
+                              const std::string& aSource) {
+    constexpr std::size_t kLabelWidth = 16;
+    constexpr std::size_t kWordsWidth = 32;
+    const std::string label = ForTerminal(aLabel);
+    const std::string words = ForTerminal(aWords);
+    std::string line = "  " + label + Padding(TerminalWidth(label), kLabelWidth) + " " + words;
+    if (!aSource.empty()) {
+        line += Padding(TerminalWidth(words), kWordsWidth) + "  " + ForTerminal(aSource);
+    }
+    return line + "\n";
+}
+
+std::string EntriesInWords(const std::vector<ExplainedEntry>& anEntries) {
+    std::string words;
+    for (const ExplainedEntry& entry : anEntries) {
+        words += words.empty() ? "" : ", ";
+        words += entry.mName;
+        words += entry.mfExcluded ? " (excluded)" : "";
+    }
+    return words.empty() ? "none for this extension" : words;
+}
+
+} // namespace
+
+std::string TableOutput::Line(const Row& aRow) const {
+    std::string line;
+    for (std::size_t column = 0; column < kColumnCount; ++column) {
+        const std::string padding = Padding(TerminalWidth(aRow[column]), mWidths[column]);
+        line += column == kSize ? padding + aRow[column] : aRow[column] + padding;
+        line += column + 1 < kColumnCount ? "  " : "";
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line + "\n";
+}
+
+void TableOutput::Put(const Announcement& anAnnouncement) {
+    const ezMediaInfo& info = *anAnnouncement.mInfo;
+    Row row;
+    row[kName] = ForTerminal(anAnnouncement.mPath);
+    row[kMimeType] = CellOf(info, kezInfo_MimeType);
+    row[kClass] = CellOf(info, kezInfo_ClassName);
+    row[kDLNA] = anAnnouncement.mfRecognised ? ForTerminal(AnnouncedFourthField(info)) : "-";
+    row[kSize] = SizeInWords(info.GetUInt64(kezInfo_FileSize, 0).ToUInt64());
+    row[kExtension] = CellOf(info, kezInfo_FileExtension);
+    row[kRest] = anAnnouncement.mfRecognised ? RestInWords(info) : "not recognised";
+    mRows.push_back(std::move(row));
+    if (mRows.size() >= kRowsPerBatch) {
+        Finish();
+    }
+}
+
+void TableOutput::Finish() {
+    if (mRows.empty()) {
+        return;
+    }
+    Row header;
+    std::copy(kHeader.begin(), kHeader.end(), header.begin());
+    if (!mfHeaderShown) {
+        mRows.insert(mRows.begin(), header);
+        mfHeaderShown = true;
+    }
+    for (const Row& row : mRows) {
+        for (std::size_t column = 0; column < kColumnCount; ++column) {
+            const std::size_t width = TerminalWidth(row[column]);
+            if (width <= kMaximumWidths[column]) {
+                mWidths[column] = std::max(mWidths[column], width);
+            }
+        }
+    }
+    for (const Row& row : mRows) {
+        mConsole.Print(Line(row));
+    }
+    mRows.clear();
+}
+
+void ExplainedOutput::Put(const Announcement& anAnnouncement) {
+    const Explanation& explanation = *anAnnouncement.mExplanation;
+    std::string text = mfFirst ? "" : "\n";
+    mfFirst = false;
+    text += ForTerminal(anAnnouncement.mPath) + "\n";
+    if (!anAnnouncement.mfRecognised) {
+        text += "  not recognised\n";
+    }
+    bool fHasFourthField = false;
+    for (const ExplainedFact& fact : explanation.mFacts) {
+        text += LineOfExplanation(fact.mFact.mLabel, fact.mFact.mWords, InWords(fact.mSource));
+        fHasFourthField = fHasFourthField || fact.mFact.mName == "dlna";
+    }
+    if (anAnnouncement.mfRecognised && !fHasFourthField) {
+        text += LineOfExplanation("DLNA", "*", "nothing stated a 4th field");
+    }
+    text += LineOfExplanation("entries", EntriesInWords(explanation.mEntries), "");
+    const char* label = "tried";
+    for (const ExplainedAttempt& attempt : explanation.mAttempts) {
+        text += LineOfExplanation(label, std::string(attempt.mDepth * 2, ' ') + InWords(attempt), "");
+        label = "";
+    }
+    mConsole.Print(text);
+}

@@ -19,7 +19,13 @@ ScriptedSystem::Outcome Take(std::deque<ScriptedSystem::Outcome>& anOutcomes) {
 
 } // namespace
 
-ScriptedSystem::ScriptedSystem() : mCalls{sOpen, sClose, sStat, sFStat, sPRead, sAllocate} {
+ScriptedSystem::ScriptedSystem() : mCalls(ezSystem_Real()) {
+    mCalls.mOpen = sOpen;
+    mCalls.mClose = sClose;
+    mCalls.mStat = sStat;
+    mCalls.mFStat = sFStat;
+    mCalls.mPRead = sPRead;
+    mCalls.mAllocate = sAllocate;
     gScript = this;
     ezSystem_Replace(&mCalls);
 }

@@ -1,0 +1,141 @@
+#include "Facts.h"
+#include "SafeText.h"
+
+#include "ezPlatform/base/DateTime.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace {
+
+constexpr uint32 kVariable = 0xFFFFFFFF;
+
+/// Name, or "values." and key where there is none, to the words shown.
+std::map<std::string, std::string> WordsOf(const ezMediaInfo& anInfo) {
+    std::map<std::string, std::string> words;
+    for (const Fact& fact : FactsOf(anInfo)) {
+        words[fact.mName.empty() ? "values." + fact.mKey : fact.mName] = fact.mWords;
+    }
+    return words;
+}
+
+using Words = std::map<std::string, std::string>;
+
+} // namespace
+
+TEST(Facts, RatesAreShownInWordsUnknownOnesNotAndVariableOnesAsSuch) {
+    ezMediaInfo info;
+    info.Set(kezInfo_BitRate, kVariable, true);
+    info.Set(kezInfo_MaxBitRate, 0, true);
+    info.Set(kezInfo_EstimatedBitRate, 1411200, true);
+    info.Set(kezInfo_AudioBitRate, 128000, true);
+    info.Set(kezInfo_VideoBitRate, 999, true);
+    EXPECT_EQ(WordsOf(info), (Words{{"bit_rate", "variable"},
+                                    {"estimated_bit_rate", "1.4 Mbit/s"},
+                                    {"audio_bit_rate", "128 kbit/s"},
+                                    {"video_bit_rate", "999 bit/s"}}));
+    const Fact rate = FactsOf(info).at(0);
+    EXPECT_FALSE(rate.mfNumber);
+    EXPECT_EQ(rate.mText, "variable");
+}
+
+TEST(Facts, LpcmKeepsItsSamplingRateUnderTheAudioBitRate) {
+    ezMediaInfo info;
+    info.Set(kezInfo_AudioCodec, "LPCM", true);
+    info.Set(kezInfo_AudioBitRate, 48000, true);
+    info.Set(kezInfo_BitRate, 48000, true);
+    info.Set(kezInfo_AudioMaxBitRate, 48000, true);
+    info.Set(kezInfo_MaxBitRate, 1536000, true); // not made of the sampling rate
+    EXPECT_EQ(WordsOf(info), (Words{{"audio_codec", "LPCM"},
+                                    {"sampling_rate", "48 kHz"},
+                                    {"max_bit_rate", "1.5 Mbit/s"},
+                                    {"values.br", "48000"},
+                                    {"values.ma", "48000"}}));
+}
+
+TEST(Facts, EveryKeyOfARecordIsAmongThem) {
+    ezMediaInfo info;
+    info.Set(kezInfo_MimeType, "a/b", true);
+    info.Set("zz", "text", true);
+    info.Set("yy", 0, true);
+    info.Set(kezInfo_HasVideoTrack, 1, true);
+    info.Set(kezInfo_Duration, 3725, true);
+    info.Set(kezInfo_AudioChannelCount, 0, true);
+    info.mTitle = "T";
+    info.mCreator = "C";
+    info.mGenre = "G";
+    info.mAlbum = "A";
+    EXPECT_EQ(WordsOf(info), (Words{{"mime_type", "a/b"},
+                                    {"values.zz", "text"},
+                                    {"values.yy", "0"},
+                                    {"has_video", "yes"},
+                                    {"duration", "1:02:05"},
+                                    {"title", "T"},
+                                    {"creator", "C"},
+                                    {"genre", "G"},
+                                    {"album", "A"}}));
+}
+
+TEST(Facts, ATextWhereANumberIsMeantLosesItsName) {
+    ezMediaInfo info;
+    info.Set(kezInfo_Duration, "0:00:12.5", true);
+    info.Set(kezInfo_BitRate, "64000", true); // reads as a number
+    EXPECT_EQ(WordsOf(info), (Words{{"values.du", "0:00:12.5"}, {"bit_rate", "64 kbit/s"}}));
+}
+
+TEST(Facts, TheFourthFieldIsAnAsteriskWhereThereIsNone) {
+    ezMediaInfo info;
+    info.Set(kezInfo_MimeType, "audio/mpeg", true);
+    EXPECT_EQ(ProtocolInfo(info), "http-get:*:audio/mpeg:*");
+    info.Set(kezInfo_DLNA, "DLNA.ORG_PN=MP3", true);
+    EXPECT_EQ(ProtocolInfo(info), "http-get:*:audio/mpeg:DLNA.ORG_PN=MP3");
+    EXPECT_EQ(AnnouncedFourthField(info), "DLNA.ORG_PN=MP3");
+}
+
+TEST(Facts, SizesAreShownInUnits) {
+    EXPECT_EQ(SizeInWords(0), "0 B");
+    EXPECT_EQ(SizeInWords(1023), "1023 B");
+    EXPECT_EQ(SizeInWords(1024), "1 KiB");
+    EXPECT_EQ(SizeInWords(1536), "1.5 KiB");
+    EXPECT_EQ(SizeInWords(1048575), "1 MiB");
+    EXPECT_EQ(SizeInWords(6442450944U), "6 GiB");
+    EXPECT_EQ(SizeInWords(UINT64_MAX), "16 EiB");
+}
+
+TEST(Facts, TimesAreIso8601InUtc) {
+    EXPECT_EQ(Iso8601(ezDateTime()), "");
+    EXPECT_EQ(Iso8601(ezDateTime(0, 0)), "1970-01-01T00:00:00Z");
+    EXPECT_EQ(Iso8601(ezDateTime(951827696, 999999999)), "2000-02-29T12:34:56Z");
+    EXPECT_EQ(Iso8601(ezDateTime(4294967296, 0)), "2106-02-07T06:28:16Z");
+    EXPECT_EQ(Iso8601(ezDateTime(INT64_MAX, 0)), "");
+}
+
+TEST(SafeText, TellsUtf8FromOtherBytes) {
+    for (const char* text : {"", "a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x8E\xB5", "\xF4\x8F\xBF\xBF"}) {
+        EXPECT_TRUE(IsUtf8(text)) << text;
+    }
+    for (const char* text :
+         {"\x80", "\xC3", "\xC3(", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF0\x80\x80\x80",
+          "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF", "a\xE2\x82"}) {
+        EXPECT_FALSE(IsUtf8(text)) << text;
+    }
+}
+
+TEST(SafeText, EveryByteCanBeTold) {
+    EXPECT_EQ(ForTerminal(std::string("\0\x1F\x7F", 3)), "\\x00\\x1f\\x7f");
+    EXPECT_EQ(ForTerminal("\\n\n"), "\\\\n\\n");
+    EXPECT_EQ(ForTerminal("\xE2\x82"), "\\xe2\\x82");
+    EXPECT_EQ(ForTerminal("\xEF\xBB\xBF"), "\\xef\\xbb\\xbf");
+    EXPECT_EQ(ForTerminal("\xE2\x82\xAC"), "\xE2\x82\xAC");
+    EXPECT_EQ(HexBytes("\x0F\xA0z"), "0fa07a");
+}
+
+TEST(SafeText, IsCutBetweenCharacters) {
+    EXPECT_EQ(CutToTerminalWidth("abc", 2), "ab");
+    EXPECT_EQ(CutToTerminalWidth("abc", 3), "abc");
+    EXPECT_EQ(CutToTerminalWidth("\xC3\xA4\xC3\xA4", 1), "\xC3\xA4");
+    EXPECT_EQ(CutToTerminalWidth("", 5), "");
+}

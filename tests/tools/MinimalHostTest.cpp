@@ -1,0 +1,44 @@
+#include "RunProgram.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(MinimalHost, IdentifiesASampleByItsOwnParserAndTheMediaTypesFile) {
+    const std::string bell = EZ_SAMPLES "/music/door-bell.wav";
+    const std::string walk = EZ_SAMPLES "/music/morning-walk.mp3";
+    const ProgramResult result = RunProgram(EZ_MINIMAL_HOST, {EZ_SAMPLES, bell, walk});
+    EXPECT_EQ(result.mStatus, 0);
+    EXPECT_EQ(result.mError, "");
+    EXPECT_EQ(result.mOut,
+              bell +
+                  ": ac=1, ar=352800, br=352800, cn=item.audioItem, ea=352800, eb=352800, ev=0, fe=wav, "
+                  "fs=22198, ma=352800, mb=352800, mt=audio/x-wav, mv=0, sf=22050, ta=1\n" +
+                  walk + ": cn=item.audioItem, fe=mp3, fs=13918, mt=audio/mpeg\n" +
+                  "advertised: audio/x-wav:*\n");
+}
+
+TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
+    const TemporaryFolder folder;
+    const std::string fake = folder.Write("fake.wav", "RIFX not a wave file at all, whatever its name says");
+    const std::string brief = folder.Write("short.wav", "RIFF");
+    const std::string unknown = folder.Write("letter.txt", "hello");
+    const ProgramResult result =
+        RunProgram(EZ_MINIMAL_HOST, {EZ_SAMPLES, fake, brief, unknown, folder.Path("none.wav")});
+    EXPECT_EQ(result.mStatus, 0);
+    // Announced from the extension alone, without the facts that the parser would have read.
+    EXPECT_EQ(result.mOut, fake + ": cn=item.audioItem, fe=wav, fs=51, mt=audio/x-wav\n" + brief +
+                               ": cn=item.audioItem, fe=wav, fs=4, mt=audio/x-wav\n" + unknown +
+                               ": not recognised\n" + folder.Path("none.wav") +
+                               ": not recognised\nadvertised: audio/x-wav:*\n");
+}
+
+TEST(MinimalHost, StaysUnderSixtyLines) {
+    EXPECT_LT(LinesOf(ReadFile(EZ_SOURCES "/examples/minimal-host/main.cpp")).size(), 60U);
+}
+
+TEST(MinimalHost, IsQuotedInTheReadmeAsItIs) {
+    const std::string quoted = "```cpp\n" + ReadFile(EZ_SOURCES "/examples/minimal-host/main.cpp") + "```\n";
+    EXPECT_NE(ReadFile(EZ_SOURCES "/README.md").find(quoted), std::string::npos);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// How a program ended and what it wrote.
+struct ProgramResult {
+    int mStatus = -1; ///< the exit status; -1 when a signal ended it
+    std::string mOut;
+    std::string mError;
+};
+
+struct ProgramOptions {
+    std::string mFolder;            ///< working directory; "" for that of the tests
+    bool mfWithoutRights = false;   ///< permissions refuse it, also when the tests run as root
+    bool mfErrorOnTerminal = false; ///< its standard error is a terminal
+    std::string mOutTo;             ///< the file that standard output goes to instead of mOut
+};
+
+/// Runs a program and waits for its end. Throws where it cannot be started.
+ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
+                         const ProgramOptions& anOptions = ProgramOptions());
+
+/// The lines of a text, without their ends.
+std::vector<std::string> LinesOf(const std::string& aText);
+
+std::string ReadFile(const std::string& aPath);

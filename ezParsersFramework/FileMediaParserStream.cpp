@@ -2,12 +2,12 @@
 
 ezFileMediaParserStream::ezFileMediaParserStream(const ezPathName& aFilePath)
     : mFile(aFilePath.GetFullPath(), ezFileOpenMode_Read) {
-    Init(aFilePath.GetFullPath().c_str());
+    InitFromPath(aFilePath);
 }
 
 ezFileMediaParserStream::ezFileMediaParserStream(const ezCString& aFilePath)
     : mFile(aFilePath, ezFileOpenMode_Read) {
-    Init(aFilePath.c_str());
+    InitFromPath(ezPathName::MakeFilePath(aFilePath));
 }
 
 ezFileMediaParserStream::~ezFileMediaParserStream() {
@@ -15,7 +15,12 @@ ezFileMediaParserStream::~ezFileMediaParserStream() {
 }
 
 void ezFileMediaParserStream::Init(const char* aFilePath) {
-    mFilePath = ezPathName::MakeFilePath(aFilePath);
+    InitFromPath(ezPathName::MakeFilePath(aFilePath));
+}
+
+void ezFileMediaParserStream::InitFromPath(const ezPathName& aFilePath) {
+    // Whole, where a C string would cut a path at a NUL and name another file.
+    mFilePath = aFilePath;
     mMediaFullPath = mFilePath.GetFullPath();
     mLastModificationTime = ezDateTime();
     ezFile::GetTimes(mMediaFullPath, nullptr, &mLastModificationTime, nullptr);

@@ -42,6 +42,10 @@ protected:
     /// Makes the file stand where the next read must start. False when it cannot.
     bool FileSeek();
 
+private:
+    void InitFromPath(const ezPathName& aFilePath);
+
+protected:
     ezFile mFile;
     ezuint64 mSeekPos; ///< where the next read must start
     ezuint64 mFilePos; ///< where the file stands

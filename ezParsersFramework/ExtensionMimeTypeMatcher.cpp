@@ -9,6 +9,7 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <unordered_set>
 
 // A trace carries the source and line; it is formatted only where the level lets it through.
 #define TRACE(...)                                                                                           \
@@ -220,9 +221,10 @@ ezCString ExtensionMimeTypeMatcher::MimeTypeToFileExtension(const ezCString& aMi
 
 ezCSVStringList ExtensionMimeTypeMatcher::MimeTypeToFileExtensionList(const ezCString& aMimeType) {
     ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
+    std::unordered_set<std::string_view> listed;
     for (Entry* entry : ezItems<Entry>(EntriesFromMimeType(aMimeType))) {
         const char* extension = FirstString(entry->mExtensions);
-        if (extension != nullptr && !extensions.Has(extension, true)) {
+        if (extension != nullptr && listed.insert(extension).second) {
             extensions.Add(extension);
         }
     }
@@ -231,6 +233,7 @@ ezCSVStringList ExtensionMimeTypeMatcher::MimeTypeToFileExtensionList(const ezCS
 
 ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCString& anExtension) {
     ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
+    std::unordered_set<std::string_view> listed;
     // Excluded entries are those that the list begins with.
     for (std::size_t i = ezPtrList_GetCount(mExcludedEntries); i < ezPtrList_GetCount(mAllEntries); ++i) {
         const Entry* entry = static_cast<Entry*>(*ezPtrList_GetAt(mAllEntries, i));
@@ -242,7 +245,7 @@ ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCStri
             continue;
         }
         for (const char* extension : ezItems<const char>(entry->mExtensions)) {
-            if (!extensions.Has(extension, true)) {
+            if (listed.insert(extension).second) {
                 extensions.Add(extension);
             }
         }

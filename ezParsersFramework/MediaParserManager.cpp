@@ -12,15 +12,15 @@
 
 namespace {
 
-void ezParserList_Delete(void* aList) {
+void ezParserList_Free(void* aList) {
     delete static_cast<ezParserList*>(aList);
 }
 
 } // namespace
 
 ezMediaParserManager::ezMediaParserManager(ezPropertyList* anEnvironmentInfo)
-    : mParserListByType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Delete})),
-      mParserListByMimeType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Delete})),
+    : mParserListByType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Free})),
+      mParserListByMimeType(ezCustomHashTable_New_String_Other({nullptr, ezParserList_Free})),
       mEnvironmentInfo(anEnvironmentInfo) {}
 
 ezMediaParserManager::~ezMediaParserManager() {
@@ -204,7 +204,7 @@ bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMedi
     if (!ezAssert(aType.Compare("*") != 0, "aType.Compare(\"*\") != 0", "MediaParserManager")) {
         return false;
     }
-    const std::size_t count = list != nullptr ? list->size() : 0;
+    const std::size_t count = list != nullptr && anInfo != nullptr ? list->size() : 0;
     for (std::size_t i = 0; i < count; ++i) {
         ezBaseParser* parser = (*list)[i];
         if (BeginParser(parser) && parser->AdjustDLNAInfo(anInfo)) {

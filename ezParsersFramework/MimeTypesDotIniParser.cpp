@@ -224,6 +224,8 @@ bool ezMimeTypesDotIniParser::AdjustDLNAInfoFromTypes(ezPtrList* aTypes, ezMedia
         return false;
     }
     for (const char* type : ezItems<const char>(aTypes)) {
+        // A type "*" is not passed over: it runs into the manager's assertion, so that whoever deploys such a
+        // table learns of it.
         if (mManager->AdjustDLNAInfoFromType(type, anInfo)) {
             return true;
         }

@@ -42,7 +42,8 @@ private:
 /// below; excluded entries are indexed like the others and come before them.
 ///
 /// Built, loaded once, then only read; several threads may then ask at once. After Cleanup the table is empty
-/// and every question gets the answer for something unknown. Lists that it returns are lent until Cleanup.
+/// and every question gets the answer for something unknown. Lists that it returns are lent until Cleanup or
+/// Load.
 class EZPARSERS_API ExtensionMimeTypeMatcher {
 public:
     /// Reads nothing yet: call Load. The folders are those of ezConfig; an empty aConfigFileName means

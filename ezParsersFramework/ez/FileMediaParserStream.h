@@ -12,13 +12,15 @@
 /// would see no size.
 ///
 /// Seeks are lazy: without afSeekImmediate a seek only records the position, succeeds up to and including the
-/// end of the file, and costs no system call. While the size is 0 every lazy seek beyond 0 fails. A lazy seek
-/// that fails leaves Tell unchanged, but the next read of the source starts at the position that was refused.
+/// end that Open saw, and costs no system call. While the size is 0 every lazy seek beyond 0 fails. A seek
+/// that fails leaves Tell unchanged, but the next read of the source starts at the position that was refused,
+/// or gives 0 bytes where a file cannot stand there. An immediate seek needs an open file. A read of the
+/// source gives at most INT_MAX bytes.
 ///
-/// Open keeps the position and the buffer of the start of the media. After Close a read that has to open the
-/// file again starts at 0 of the file, whatever position a lazy seek had recorded: call Open and seek before
-/// reading on. On a file that is missing or unreadable the reads of the source give 0 bytes, as at the end of
-/// a media.
+/// Open keeps what Tell says and the buffer of the start of the media, but the file itself stands at its
+/// start: seek before reading on. After Close a read that has to open the file again starts at 0 of the file,
+/// whatever position a lazy seek had recorded: call Open and seek before reading on. On a file that is
+/// missing or unreadable the reads of the source give 0 bytes, as at the end of a media.
 class EZPARSERS_API ezFileMediaParserStream : public ezMediaParserStream {
 public:
     explicit ezFileMediaParserStream(const ezPathName& aFilePath);

@@ -14,7 +14,8 @@ public:
     /// The record has MIME type, class, 4th field, codec, sampling rate (Hz, under "ar"), channels and bits
     /// per sample, and the duration in whole seconds where the size of the media is known.
     ezMediaInfo* Parse(ezMediaParserStream& aStream) override;
-    /// Completes any record of the MIME type audio/L16, whatever its rate and channels.
+    /// Completes any record whose MIME type contains "audio/L16", compared with case, whatever its rate and
+    /// channels.
     bool AdjustDLNAInfo(ezMediaInfo* anInfo) override;
     /// The four formats, in any context.
     ezCString GetDLNAInfo() override;

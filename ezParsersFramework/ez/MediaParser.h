@@ -62,8 +62,10 @@ public:
 
     /// Reads aBeginBufferSize bytes where the stream stands and the last aEndBufferSize bytes of the media,
     /// and gives both to Read. A media of known size that is smaller than a block is read whole, into each
-    /// block. Null when the begin block cannot be read; without an end block (its read fails, or the size is
-    /// unknown) it goes on.
+    /// block. Null when a block cannot be had or the begin block cannot be read; without an end block (its
+    /// read fails, or the size is unknown) it goes on. With a begin size of 0 the end block is the first read
+    /// of the stream, which a media that fits into the stream's buffer does not survive: ask for a begin
+    /// block too.
     virtual ezMediaInfo* ParseFromStream(ezMediaParserStream& aMediaStream, std::size_t aBeginBufferSize,
                                          std::size_t aEndBufferSize);
 

@@ -20,9 +20,10 @@ using ezParserList = ezObjectList<ezBaseParser>;
 /// and assembles what the server announces.
 ///
 /// A host creates it, calls AddStandardParsers once, adds parsers of its own, and then asks Parse,
-/// ParseCoverArt, AdjustDLNAInfo and GetDLNAInfo any number of times. Within one request each parser runs at
-/// most once, however it is reached. Not locked: a manager serves one request at a time; parse in parallel
-/// with one manager each.
+/// ParseCoverArt, AdjustDLNAInfo and GetDLNAInfo any number of times. Within one Parse or AdjustDLNAInfo each
+/// parser runs at most once, however it is reached; a parser therefore calls none of the three on its own
+/// manager, which would begin a new request, but ParseFromType and AdjustDLNAInfoFromType. Not locked: a
+/// manager serves one request at a time; parse in parallel with one manager each.
 class EZPARSERS_API ezMediaParserManager {
 public:
     /// @param anEnvironmentInfo  handed to every parser that is added; borrowed, may be null, outlives the
@@ -35,7 +36,8 @@ public:
     ezMediaParserManager& operator=(const ezMediaParserManager&) = delete;
 
     /// Identifies a media: a new record that the caller owns, completed with what the stream knows, or null
-    /// when nothing recognised it. The stream is opened beforehand and stands at its start.
+    /// when nothing recognised it or the winner did not tell the MIME type. The stream is opened beforehand
+    /// and stands at its start.
     virtual ezMediaInfo* Parse(ezMediaParserStream& aStream);
 
     /// Completes the DLNA side of a record from its MIME type through the media types table. False when no
@@ -44,13 +46,13 @@ public:
     virtual bool AdjustDLNAInfo(ezMediaInfo* anInfo);
 
     /// Tries the parsers of one type (any case) that this request has not tried yet, in order of
-    /// registration. The first answer is the result and the caller's; the stream is back where it stood. Null
-    /// when none answers. Part of a request: it begins none, so a host that calls it directly meets the
-    /// parsers of its last request.
+    /// registration. The first answer is the result and the caller's; the stream is put back
+    /// where it stood, as far as it can be moved. Null when none answers. Part of a request: it begins none,
+    /// so a host that calls it directly meets the parsers of its last request.
     virtual ezMediaInfo* ParseFromType(const ezCString& aType, ezMediaParserStream& aStream);
 
     /// Asks the parsers that declare a MIME type and can extract cover art. A new record of the first that
-    /// answers, as it gave it, or null.
+    /// answers, as it gave it, or null. The stream is put back.
     virtual ezMediaInfo* ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream);
 
     /// Adjusts a record by the parsers of one type that this request has not used yet; true with the first
@@ -61,7 +63,7 @@ public:
     /// Takes a parser over: files it under its type and under every MIME type that it declares, gives it this
     /// manager and its environment, and deletes it in the end. A parser added twice is tried once and deleted
     /// once. One that is added while a request runs takes part from the next look at its list on. False only
-    /// for null.
+    /// for null. A parser belongs to one manager.
     bool Add(ezMediaParser* aMediaParser);
 
     /// Adds the parser of the media types ini file. aParseOptions is a set of ezParseOption bits. A second
@@ -80,7 +82,8 @@ protected:
     /// Appends what a parser declares; null and a parser that declares nothing add nothing, not even a comma.
     void AppendDLNAInfo(ezBaseParser* aMediaParser, ezCString& aDLNAInfo);
 
-    /// The list under the lower-case form of a key; where there is none a new one with afAdd, else null.
+    /// The list under the lower-case form of a key; where there is none a new one with afAdd (that owns its
+    /// parsers with afAutoDelete), else null.
     ezParserList* ParserListFrom(ezCustomHashTable* aHashTable, const ezCString& aType, bool afAdd,
                                  bool afAutoDelete);
     ezParserList* ParserListFromType(const ezCString& aType, bool afAdd);

@@ -47,8 +47,10 @@ public:
     ezMediaParserStream(const ezMediaParserStream&) = delete;
     ezMediaParserStream& operator=(const ezMediaParserStream&) = delete;
 
-    /// Makes the media readable and its size known. False on failure.
+    /// Makes the media readable and its size known. False on failure. The base has nothing to open and
+    /// succeeds.
     virtual bool Open();
+    /// Gives the source back. The base does nothing.
     virtual void Close();
 
     /// Adds what the stream knows to a record: modification time and full path always, "fs" unless the record

@@ -13,7 +13,8 @@ struct ezPtrList;
 /// record with the entry's MIME type, class and extension and with the bit rates that follow from the given
 /// ones. Where no parser answers, the last entry of the extension alone makes a record.
 ///
-/// A result that comes from an excluded entry is no result. While the environment's "CTTContext" is 1 a
+/// A parser's answer that comes from an excluded entry is no result; the record that an entry
+/// makes alone may come from an excluded one. While the environment's "CTTContext" is 1 a
 /// conformance test file is recognised by its name (DLNAFileParser) where no parser answers; 2 lets the name
 /// decide always.
 ///

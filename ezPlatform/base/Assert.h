@@ -21,7 +21,7 @@ EZPLATFORM_API void _ezAssert(const char* anExpression, const char* aSource, int
 /// Asserts that a caller kept its side of a contract, and yields whether it did, so that the code behind a
 /// handler that returns (or a build without assertions) can refuse: `if (!ezAssert(...)) return false;`.
 /// The text and the source name are reported as they stand here; they are part of the behaviour.
-/// Never used on anything that comes from a file or a network.
+/// Never used on the content of a media.
 #ifdef EZ_NO_ASSERTIONS
 #define ezAssert(aCondition, aText, aSource) (static_cast<bool>(aCondition))
 #else

@@ -47,7 +47,8 @@ EZPLATFORM_API void ezLog_Append_F(const char* aFormat, ...) __attribute__((form
 EZPLATFORM_API void ezLog_End();
 
 /// Writes one line of the parsers module, if the level lets it through: `ezLog_F(EZLOGLEVEL_DEBUG, "x %s\n",
-/// text)`. The arguments are not evaluated for a line that is dropped.
+/// text)`. The arguments are not evaluated for a line that is dropped, and must not log themselves: a thread
+/// has one line under way.
 #define ezLog_F(aLevel, ...)                                                                                 \
     do {                                                                                                     \
         if (_ezLog_Level > (aLevel)) {                                                                       \

@@ -5,10 +5,10 @@
 #include "ezPlatform/files/File.h"
 
 #include <algorithm>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace {
 
@@ -21,17 +21,17 @@ struct Key {
 };
 
 struct Section {
-    std::deque<Key> mKeys;
-    std::unordered_map<std::string, Key*> mIndex; ///< by the lower-case name
+    std::vector<Key> mKeys;
+    std::unordered_map<std::string, std::size_t> mIndex; ///< places by the lower-case name
 
     void Set(std::string_view aName, std::string_view aValue, bool afReadWrite) {
-        Key*& key = mIndex[std::string(ezCString(aName).Lower().View())];
-        if (key == nullptr) {
+        const auto place = mIndex.emplace(std::string(ezCString(aName).Lower().View()), mKeys.size());
+        if (place.second) {
             mKeys.push_back({ezCString(aName), ezCString(), false});
-            key = &mKeys.back();
         }
-        key->mValue = ezCString(aValue);
-        key->mfInReadWrite |= afReadWrite;
+        Key& key = mKeys[place.first->second];
+        key.mValue = ezCString(aValue);
+        key.mfInReadWrite |= afReadWrite;
     }
 };
 
@@ -85,7 +85,8 @@ void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
     if (aText.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         aText.remove_prefix(kByteOrderMark.size());
     }
-    Section* section = nullptr;
+    std::string name; // a section is made with its first key, so that empty ones cost nothing
+    bool fInSection = false;
     while (!aText.empty()) {
         const std::string_view written = TakeLine(aText);
         if (!written.empty() && (written.front() == ';' || written.front() == '#')) {
@@ -95,17 +96,18 @@ void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
         if (!line.empty() && line.front() == '[') {
             const std::size_t end = line.find(']');
             if (end != std::string_view::npos) {
-                section = &mSections[std::string(line.substr(1, end - 1))];
+                name = line.substr(1, end - 1);
+                fInSection = true;
             }
             continue;
         }
         const std::size_t equals = line.find('=');
-        if (section == nullptr || equals == std::string_view::npos) {
+        if (!fInSection || equals == std::string_view::npos) {
             continue;
         }
         const std::string_view key = ezTrimmed(line.substr(0, equals));
         if (!key.empty()) {
-            section->Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
+            mSections[name].Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
         }
     }
 }
@@ -158,7 +160,7 @@ ezCString ezConfig::GetCString(const ezCString& aSection, const ezCString& aKey,
         return aDefault;
     }
     const auto found = section->mIndex.find(std::string(aKey.Lower().View()));
-    return found != section->mIndex.end() ? found->second->mValue : aDefault;
+    return found != section->mIndex.end() ? section->mKeys[found->second].mValue : aDefault;
 }
 
 void ezConfigConfig::GetConfigPaths(ezCString& aReadOnlyFolder, ezCString& aReadWriteFolder,

@@ -53,6 +53,9 @@ bool ezHashTableEnumerator_MoveNext(ezHashTableEnumerator* anEnumerator) {
 
 void ezHashTableEnumerator_GetValue(ezHashTableEnumerator* anEnumerator, const char** aKey,
                                     std::size_t* aKeyLength, void** aValue) {
+    if (anEnumerator->mNext == 0) {
+        return;
+    }
     const ezOrderedByteMap::Tuple& tuple = anEnumerator->mTable->mMap.GetAt(anEnumerator->mNext - 1);
     if (aKey != nullptr) {
         *aKey = tuple.mKey.c_str();

@@ -27,7 +27,7 @@ EZPLATFORM_API ezHashTableEnumerator* ezHashTableEnumerator_New(ezHashTable* aTa
 /// Goes to the next key; false when there is none.
 EZPLATFORM_API bool ezHashTableEnumerator_MoveNext(ezHashTableEnumerator* anEnumerator);
 /// The key (lent by the table) and the value where the enumerator stands; null for what is not wanted.
-/// Valid only after a MoveNext that was true.
+/// Before the first MoveNext nothing is written.
 EZPLATFORM_API void ezHashTableEnumerator_GetValue(ezHashTableEnumerator* anEnumerator, const char** aKey,
                                                    std::size_t* aKeyLength, void** aValue);
 EZPLATFORM_API void ezHashTableEnumerator_Delete(ezHashTableEnumerator* anEnumerator);

@@ -13,9 +13,9 @@ enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1
 
 /// A regular file on disk, of any size on every target.
 ///
-/// Only regular files open: a folder, pipe, device or socket is refused and never waited for. The object
-/// keeps its own position and reads at it, so moving the position costs no system call. Not shared between
-/// threads.
+/// Only regular files open: a folder, pipe, device or socket is refused and never waited for (but it is
+/// opened for a moment, which a waiting writer of a pipe notices). The object keeps its own position and
+/// reads at it, so moving the position costs no system call. Not shared between threads.
 class EZPLATFORM_API ezFile {
 public:
     ezFile() = default;

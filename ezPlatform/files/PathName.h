@@ -33,6 +33,5 @@ public:
 private:
     ezCString mPath;
     std::size_t mNameStart = 0;
-    std::size_t mDot =
-        0; ///< position of the dot before the extension; the length of the path when there is none
+    std::size_t mDot = 0; ///< where the dot before the extension stands; the length of the path without one
 };

@@ -56,7 +56,8 @@ public:
 
     ezMediaInfo& operator=(const ezMediaInfo&) = delete;
 
-    /// Sets a value. With afOverwrite false a value that is there already stays.
+    /// Sets a value under a key that is not null. With afOverwrite false a value that is there already stays;
+    /// with true an empty text takes it away.
     void Set(const char* aKey, const ezCString& aValue, bool afOverwrite);
     void Set(const char* aKey, const char* aValue, bool afOverwrite) {
         Set(aKey, ezCString(aValue), afOverwrite);
@@ -90,11 +91,11 @@ public:
     /// A new record with the same content, owned by the caller.
     ezMediaInfo* Duplicate() const;
 
-    /// Closes the making of a record; changes nothing that can be seen.
+    /// Closes the making of a record; changes nothing that can be seen, whatever the argument.
     void Finish(bool afComplete);
     /// True when the record says at least what the media is: its MIME type.
     bool IsValid() const { return Has(kezInfo_MimeType); }
-    /// The keyed values as one line "ac=2, mt=audio/L16" for a log.
+    /// The keyed values, "ac=2, mt=audio/L16", as they are: a value may hold any byte.
     ezCString GetOtherProperties() const;
 
     ezCString mFullPath; ///< path or URI

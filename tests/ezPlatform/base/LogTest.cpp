@@ -187,6 +187,19 @@ TEST(Log, ASinkMayLog) {
                                         "outer line that is longer than what is kept in place\n", "next\n"}));
 }
 
+TEST(Log, ALineWhoseArgumentLogsIsStillALineOfItsOwnLevelAndModule) {
+    const LogCatcher log;
+    const auto argument = [] {
+        ezLog_F(EZLOGLEVEL_WARNING, "from the argument\n");
+        return 7;
+    };
+    ezLog_F(EZLOGLEVEL_INFO, "value %d\n", argument());
+    ASSERT_EQ(log.Texts(), (std::vector<std::string>{"from the argument\n", "value 7\n"}));
+    EXPECT_EQ(log.Lines()[0].mLevel, EZLOGLEVEL_WARNING);
+    EXPECT_EQ(log.Lines()[1].mLevel, EZLOGLEVEL_INFO);
+    EXPECT_EQ(log.Lines()[1].mModule, EZLOG_M_PARSERS);
+}
+
 TEST(Log, WritesToStandardErrorUntilASinkIsSetAndAfterNullBringsItBack) {
     testing::internal::CaptureStderr();
     ezLog_F(EZLOGLEVEL_ERROR, "first %d\n", 1);

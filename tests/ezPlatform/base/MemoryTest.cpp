@@ -26,7 +26,7 @@ TEST(Memory, ABlockHoldsWhatWasAskedFor) {
 }
 
 TEST(Memory, ABlockThatCannotBeHadIsNull) {
-    EXPECT_EQ(ezMalloc(PTRDIFF_MAX - 64), nullptr);
+    EXPECT_EQ(ezMalloc(SIZE_MAX - 64), nullptr);
 }
 
 TEST(Memory, ARefusalOfTheSystemIsNullAndTheNextBlockIsHad) {

@@ -259,8 +259,8 @@ TEST_F(OpenFile, OpeningTwiceIsRefusedAndChangesNothing) {
     EXPECT_EQ(ReadText(mFile, 3), "012");
     mSystem.ResetCounts();
     EXPECT_FALSE(mFile.Open());
-    EXPECT_FALSE(mFile.Open(PathOf(other), ezFileOpenMode_Read, ezFileAccessMode_ReadWrite));
     EXPECT_FALSE(mFile.Open(PathOf(mPath), ezFileOpenMode_Read, ezFileAccessMode_ReadWrite));
+    EXPECT_FALSE(mFile.Open(PathOf(other), ezFileOpenMode_Read, ezFileAccessMode_ReadWrite));
     EXPECT_EQ(mSystem.GetCounts().All(), 0U);
     EXPECT_TRUE(mFile.IsOpened());
     EXPECT_EQ(ReadText(mFile, 3), "345");

@@ -15,9 +15,8 @@
 #define TRACE(...)                                                                                           \
     do {                                                                                                     \
         if (_ezLog_Level > EZLOGLEVEL_INFO) {                                                                \
-            ezLog_BeginAt(EZLOGLEVEL_INFO, EZLOG_M_PARSERS, "ExtensionMimeTypeMatcher", __LINE__);           \
-            ezLog_Append_F(__VA_ARGS__);                                                                     \
-            ezLog_End();                                                                                     \
+            ezLog_Line_F(EZLOGLEVEL_INFO, EZLOG_M_PARSERS, "ExtensionMimeTypeMatcher", __LINE__,             \
+                         __VA_ARGS__);                                                                       \
         }                                                                                                    \
     } while (false)
 

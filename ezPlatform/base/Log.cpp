@@ -29,6 +29,21 @@ PendingLine& Pending() {
     return line;
 }
 
+void Append(std::string& aText, const char* aFormat, std::va_list anArguments) {
+    std::va_list measured;
+    va_copy(measured, anArguments);
+    const int length = std::vsnprintf(nullptr, 0, aFormat, measured);
+    va_end(measured);
+    if (length <= 0) {
+        return;
+    }
+    const std::size_t before = aText.size();
+    const std::size_t added = static_cast<std::size_t>(length);
+    aText.resize(before + added + 1); // vsnprintf ends its output with a NUL
+    std::vsnprintf(&aText[before], added + 1, aFormat, anArguments);
+    aText.resize(before + added);
+}
+
 } // namespace
 
 void ezLog_SetSink(ezLogSink aSink, void* aUserData) {
@@ -50,21 +65,19 @@ void ezLog_BeginAt(int aLevel, int aModule, const char* aSource, int aLine) {
 }
 
 void ezLog_Append_F(const char* aFormat, ...) {
-    std::va_list args;
-    va_start(args, aFormat);
-    std::va_list measured;
-    va_copy(measured, args);
-    const int length = std::vsnprintf(nullptr, 0, aFormat, measured);
-    va_end(measured);
-    if (length > 0) {
-        std::string& text = Pending().mText;
-        const std::size_t before = text.size();
-        const std::size_t added = static_cast<std::size_t>(length);
-        text.resize(before + added + 1); // vsnprintf ends its output with a NUL
-        std::vsnprintf(&text[before], added + 1, aFormat, args);
-        text.resize(before + added);
-    }
-    va_end(args);
+    std::va_list arguments;
+    va_start(arguments, aFormat);
+    Append(Pending().mText, aFormat, arguments);
+    va_end(arguments);
+}
+
+void ezLog_Line_F(int aLevel, int aModule, const char* aSource, int aLine, const char* aFormat, ...) {
+    ezLog_BeginAt(aLevel, aModule, aSource, aLine);
+    std::va_list arguments;
+    va_start(arguments, aFormat);
+    Append(Pending().mText, aFormat, arguments);
+    va_end(arguments);
+    ezLog_End();
 }
 
 void ezLog_End() {

@@ -46,14 +46,15 @@ EZPLATFORM_API void ezLog_Append_F(const char* aFormat, ...) __attribute__((form
 /// Hands the line to the sink.
 EZPLATFORM_API void ezLog_End();
 
+/// Begins, formats and ends a line at once. The level has been tested; aSource may be null.
+EZPLATFORM_API void ezLog_Line_F(int aLevel, int aModule, const char* aSource, int aLine, const char* aFormat,
+                                 ...) __attribute__((format(printf, 5, 6)));
+
 /// Writes one line of the parsers module, if the level lets it through: `ezLog_F(EZLOGLEVEL_DEBUG, "x %s\n",
-/// text)`. The arguments are not evaluated for a line that is dropped, and must not log themselves: a thread
-/// has one line under way.
+/// text)`. The arguments are not evaluated for a line that is dropped.
 #define ezLog_F(aLevel, ...)                                                                                 \
     do {                                                                                                     \
         if (_ezLog_Level > (aLevel)) {                                                                       \
-            ezLog_Begin(aLevel, EZLOG_M_PARSERS);                                                            \
-            ezLog_Append_F(__VA_ARGS__);                                                                     \
-            ezLog_End();                                                                                     \
+            ezLog_Line_F(aLevel, EZLOG_M_PARSERS, nullptr, 0, __VA_ARGS__);                                  \
         }                                                                                                    \
     } while (false)

@@ -30,7 +30,8 @@ public:
     ezConfig(const ezConfig&) = delete;
     ezConfig& operator=(const ezConfig&) = delete;
 
-    /// With afMerged the keys of both files, each key once; without only those of the read-write file.
+    /// With afMerged the keys of both files, each key once; without only those of the read-write file, in the
+    /// merged order.
     std::size_t GetKeyCount(const ezCString& aSection, bool afMerged) const;
     /// The key at an index as it is written where it first stands; the empty text behind the end.
     ezCString GetKeyNameCString(const ezCString& aSection, std::size_t anIndex, bool afMerged) const;

@@ -15,7 +15,8 @@ enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1
 ///
 /// Only regular files open: a folder, pipe, device or socket is refused and never waited for (but it is
 /// opened for a moment, which a waiting writer of a pipe notices). The object keeps its own position and
-/// reads at it, so moving the position costs no system call. Not shared between threads.
+/// reads at it, so moving the position costs no system call (counted from the end it asks for the length).
+/// Not shared between threads.
 class EZPLATFORM_API ezFile {
 public:
     ezFile() = default;

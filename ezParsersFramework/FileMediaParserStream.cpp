@@ -1,5 +1,7 @@
 #include "ez/FileMediaParserStream.h"
 
+#include <utility>
+
 ezFileMediaParserStream::ezFileMediaParserStream(const ezPathName& aFilePath)
     : mFile(aFilePath.GetFullPath(), ezFileOpenMode_Read) {
     InitFromPath(aFilePath);
@@ -18,9 +20,9 @@ void ezFileMediaParserStream::Init(const char* aFilePath) {
     InitFromPath(ezPathName::MakeFilePath(aFilePath));
 }
 
-void ezFileMediaParserStream::InitFromPath(const ezPathName& aFilePath) {
+void ezFileMediaParserStream::InitFromPath(ezPathName aFilePath) {
     // Whole, where a C string would cut a path at a NUL and name another file.
-    mFilePath = aFilePath;
+    mFilePath = std::move(aFilePath);
     mMediaFullPath = mFilePath.GetFullPath();
     mLastModificationTime = ezDateTime();
     ezFile::GetTimes(mMediaFullPath, nullptr, &mLastModificationTime, nullptr);

@@ -45,7 +45,7 @@ protected:
     bool FileSeek();
 
 private:
-    void InitFromPath(const ezPathName& aFilePath);
+    void InitFromPath(ezPathName aFilePath);
 
 protected:
     ezFile mFile;

@@ -29,7 +29,7 @@ MemoryFolder::~MemoryFolder() {
 }
 
 std::string MemoryFolder::MakeFolder(const std::string& aName) const {
-    const std::string path = Path(aName);
+    std::string path = Path(aName);
     FuzzCheck(mkdir(path.c_str(), 0700) == 0);
     return path;
 }

@@ -1,0 +1,6 @@
+#pragma once
+
+/// Each adds the benchmarks of one source.
+void AddIdentifyBenches();
+void AddTableBenches();
+void AddManagerBenches();

@@ -1,0 +1,40 @@
+#include "bench/CountedSystem.h"
+
+namespace {
+
+CountedSystem::Counts gCounts;
+
+} // namespace
+
+CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
+    gCounts = Counts();
+    mCalls.mStat = [](const char* aPath, struct stat* aStatus) {
+        ++gCounts.mStat;
+        return ezSystem_Real().mStat(aPath, aStatus);
+    };
+    mCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+        ++gCounts.mOpen;
+        return ezSystem_Real().mOpen(aPath, aFlags, aMode);
+    };
+    mCalls.mFStat = [](int aFile, struct stat* aStatus) {
+        ++gCounts.mFStat;
+        return ezSystem_Real().mFStat(aFile, aStatus);
+    };
+    mCalls.mPRead = [](int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
+        ++gCounts.mRead;
+        return ezSystem_Real().mPRead(aFile, aBuffer, aSize, anOffset);
+    };
+    mCalls.mClose = [](int aFile) {
+        ++gCounts.mClose;
+        return ezSystem_Real().mClose(aFile);
+    };
+    ezSystem_Replace(&mCalls);
+}
+
+CountedSystem::~CountedSystem() {
+    ezSystem_Replace(nullptr);
+}
+
+const CountedSystem::Counts& CountedSystem::GetCounts() const {
+    return gCounts;
+}

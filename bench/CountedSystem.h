@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ezPlatform/base/System.h"
+
+#include <cstddef>
+
+/// Counts the libraries' system calls while it lives. One at a time.
+class CountedSystem {
+public:
+    CountedSystem();
+    ~CountedSystem();
+    CountedSystem(const CountedSystem&) = delete;
+    CountedSystem& operator=(const CountedSystem&) = delete;
+
+    struct Counts {
+        std::size_t mStat = 0;
+        std::size_t mOpen = 0;
+        std::size_t mFStat = 0;
+        std::size_t mRead = 0;
+        std::size_t mClose = 0;
+    };
+    const Counts& GetCounts() const;
+
+private:
+    ezSystemCalls mCalls;
+};

@@ -1,0 +1,184 @@
+#include "bench/Allocations.h"
+#include "bench/Benches.h"
+#include "bench/CountedSystem.h"
+#include "bench/Measure.h"
+
+#include "ez/FileMediaParserStream.h"
+#include "ez/MediaParserManager.h"
+#include "ezPlatform/config/PropertyList.h"
+#include "ezPlatform/media/MediaInfo.h"
+#include "support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kFileCount = 1000;
+constexpr std::size_t kFileSize = 16384; // above what a stream keeps
+constexpr char kMark = 'c';
+
+/// Looks at five places of the start of a media, as the parsers of real formats do.
+class ProbingParser : public ezMediaParser {
+public:
+    ProbingParser() : ezMediaParser("clip", nullptr, false) {}
+
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
+        struct Probe {
+            std::size_t mPosition;
+            std::size_t mSize;
+        };
+        constexpr std::array<Probe, 5> probes = {{{0, 12}, {4, 8}, {512, 16}, {2048, 32}, {8000, 64}}};
+        for (const Probe& probe : probes) {
+            std::array<char, 64> bytes;
+            if (!aStream.ReadFrom(probe.mPosition, probe.mSize, bytes.data()) || bytes[0] != kMark) {
+                return nullptr;
+            }
+        }
+        ezMediaInfo* info = new ezMediaInfo;
+        info->Set(kezInfo_MimeType, "video/mpeg", true);
+        info->Set(kezInfo_ClassName, "item.videoItem", true);
+        return info;
+    }
+
+    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
+};
+
+/// A folder of distinct files and a host that identifies them.
+class Scene {
+public:
+    Scene() : mEnvironment(ezPropertyList_New()) {
+        mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\nclip=clip@video/mpeg@item.videoItem\n");
+        ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", mFolder.GetPath().c_str());
+        ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", mFolder.GetPath().c_str());
+        for (std::size_t i = 0; i < kFileCount; ++i) {
+            const std::string name = "clip-" + std::to_string(1000 + i) + ".clip";
+            mPaths.emplace_back(mFolder.Write(name, std::string(kFileSize, kMark)).c_str());
+        }
+        mByContent = std::make_unique<ezMediaParserManager>(mEnvironment);
+        mByContent->AddStandardParsers(kParseOption_Default);
+        mByContent->Add(new ProbingParser);
+        mByExtension = std::make_unique<ezMediaParserManager>(mEnvironment);
+        mByExtension->AddStandardParsers(kParseOption_Default);
+    }
+
+    ~Scene() {
+        mByContent.reset();
+        mByExtension.reset();
+        ezPropertyList_Delete(mEnvironment);
+    }
+
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+    void IdentifyByContent() const {
+        for (const ezCString& path : mPaths) {
+            ezFileMediaParserStream stream(path);
+            stream.Open();
+            const std::unique_ptr<ezMediaInfo> info(mByContent->Parse(stream));
+            Require(info != nullptr && info->Has(kezInfo_FileSize),
+                    "every file is identified, with its size");
+        }
+    }
+
+    void IdentifyByExtension() const {
+        for (const ezCString& path : mPaths) {
+            ezFileMediaParserStream stream(path);
+            const std::unique_ptr<ezMediaInfo> info(mByExtension->Parse(stream));
+            Require(info != nullptr && !info->Has(kezInfo_FileSize),
+                    "every file is identified, without its size");
+        }
+    }
+
+    void BareCalls() const {
+        for (const ezCString& path : mPaths) {
+            struct stat status = {};
+            std::array<char, kezMediaParserStreamBufferSize> buffer;
+            Require(stat(path.c_str(), &status) == 0, "stat");
+            const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+            Require(file >= 0 && fstat(file, &status) == 0, "open and fstat");
+            Require(read(file, buffer.data(), buffer.size()) == static_cast<ssize_t>(buffer.size()), "read");
+            close(file);
+        }
+    }
+
+    void BareStat() const {
+        for (const ezCString& path : mPaths) {
+            struct stat status = {};
+            Require(stat(path.c_str(), &status) == 0, "stat");
+        }
+    }
+
+private:
+    TemporaryFolder mFolder;
+    ezPropertyList* mEnvironment;
+    std::vector<ezCString> mPaths;
+    std::unique_ptr<ezMediaParserManager> mByContent;
+    std::unique_ptr<ezMediaParserManager> mByExtension;
+};
+
+using Pass = void (Scene::*)() const;
+
+Side MakeSide(const char* aName, const std::shared_ptr<Scene>& aScene, Pass aPass) {
+    return {aName, [aScene, aPass] {
+                return TimeOf([&] { (*aScene.*aPass)(); }) / static_cast<double>(kFileCount);
+            }};
+}
+
+/// The most that a file may cost.
+struct Budget {
+    double mStat;
+    double mOpen;
+    double mFStat;
+    double mRead;
+    double mClose;
+    double mAllocations;
+};
+
+void CountPass(const std::string& aName, const Scene& aScene, Pass aPass, const Budget& aBudget) {
+    (aScene.*aPass)(); // lists that serve all requests have their memory after the first
+    const CountedSystem system;
+    const std::size_t before = Allocations_Count();
+    (aScene.*aPass)();
+    const std::size_t allocations = Allocations_Count() - before;
+    const CountedSystem::Counts& counts = system.GetCounts();
+    const auto note = [&](const char* aWhat, std::size_t aCount, double aBound) {
+        NoteCount(aName + ", " + aWhat + " a file", static_cast<double>(aCount) / kFileCount, aBound);
+    };
+    note("stat", counts.mStat, aBudget.mStat);
+    note("open", counts.mOpen, aBudget.mOpen);
+    note("fstat", counts.mFStat, aBudget.mFStat);
+    note("read", counts.mRead, aBudget.mRead);
+    note("close", counts.mClose, aBudget.mClose);
+    note("allocations", allocations, aBudget.mAllocations);
+}
+
+} // namespace
+
+void AddIdentifyBenches() {
+    const auto ratio = [](const Costs& aCosts) { return aCosts[0] / aCosts[1]; };
+    AddComparison("Identify/Content",
+                  [] {
+                      const auto scene = std::make_shared<Scene>();
+                      return std::vector<Side>{MakeSide("parse", scene, &Scene::IdentifyByContent),
+                                               MakeSide("calls", scene, &Scene::BareCalls)};
+                  },
+                  {{"identify by content / bare stat, open, fstat, read, close", ratio, 1.5}});
+    AddComparison("Identify/Extension",
+                  [] {
+                      const auto scene = std::make_shared<Scene>();
+                      return std::vector<Side>{MakeSide("parse", scene, &Scene::IdentifyByExtension),
+                                               MakeSide("stat", scene, &Scene::BareStat)};
+                  },
+                  {{"identify by extension / bare stat", ratio, 0}});
+    AddCounting("Identify/Counts", [] {
+        const Scene scene;
+        CountPass("identify by content", scene, &Scene::IdentifyByContent, {1, 1, 1, 1, 1, 8});
+        CountPass("identify by extension", scene, &Scene::IdentifyByExtension, {1, 0, 0, 0, 0, 8});
+    });
+}

@@ -1,0 +1,45 @@
+#include "bench/Benches.h"
+#include "bench/Measure.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t kRounds = 31;
+constexpr std::size_t kShortRounds = 9;
+
+/// Takes our own flag out of the arguments, whose others are Google Benchmark's.
+bool TakeFlag(int& aCount, char** anArguments, const char* aFlag) {
+    char** end = std::remove_if(anArguments + 1, anArguments + aCount,
+                                [&](const char* anArgument) { return std::strcmp(anArgument, aFlag) == 0; });
+    const bool fFound = end != anArguments + aCount;
+    aCount = static_cast<int>(end - anArguments);
+    return fFound;
+}
+
+} // namespace
+
+/// Prints Google Benchmark's own lines, then the ratios and counts, which alone are claims. Exit status 0, or
+/// 1 when a bound does not hold, or 2 when nothing could be measured. `--check` is the short form.
+int main(int aCount, char** anArguments) {
+    SetRounds(TakeFlag(aCount, anArguments, "--check") ? kShortRounds : kRounds);
+    AddIdentifyBenches();
+    AddTableBenches();
+    AddManagerBenches();
+    benchmark::Initialize(&aCount, anArguments);
+    if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
+        return 2;
+    }
+#ifndef __OPTIMIZE__
+    std::fprintf(stderr, "ezBench: built without optimisation, so the ratios say nothing of a real build\n");
+#endif
+    if (benchmark::RunSpecifiedBenchmarks() == 0) {
+        return 2;
+    }
+    benchmark::Shutdown();
+    return PrintResults() ? 0 : 1;
+}

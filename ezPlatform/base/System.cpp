@@ -1,5 +1,6 @@
 #include "ezPlatform/base/System.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,6 +15,13 @@ const ezSystemCalls kReal = {
     [](int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
         return pread(aFile, aBuffer, aSize, anOffset);
     },
+    [](int aFile, const void* aBuffer, std::size_t aSize) { return write(aFile, aBuffer, aSize); },
+    [](int aFile) { return fsync(aFile); },
+    [](int aFile, mode_t aMode) { return fchmod(aFile, aMode); },
+    [](const char* aFrom, const char* aTo) { return rename(aFrom, aTo); },
+    [](const char* aPath) { return unlink(aPath); },
+    [](const char* aPath, mode_t aMode) { return mkdir(aPath, aMode); },
+    [](const char* aPath) { return realpath(aPath, nullptr); },
     [](std::size_t aSize) { return std::malloc(aSize); },
 };
 

@@ -13,6 +13,13 @@ struct ezSystemCalls {
     int (*mStat)(const char* aPath, struct stat* aStatus);
     int (*mFStat)(int aFile, struct stat* aStatus);
     ssize_t (*mPRead)(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
+    ssize_t (*mWrite)(int aFile, const void* aBuffer, std::size_t aSize);
+    int (*mFSync)(int aFile);
+    int (*mFChmod)(int aFile, mode_t aMode);
+    int (*mRename)(const char* aFrom, const char* aTo);
+    int (*mUnlink)(const char* aPath);
+    int (*mMkdir)(const char* aPath, mode_t aMode);
+    char* (*mRealPath)(const char* aPath); ///< a block for std::free, or null
     void* (*mAllocate)(std::size_t aSize); ///< for blocks whose size comes from input
 };
 

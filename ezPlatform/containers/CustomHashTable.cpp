@@ -2,6 +2,8 @@
 
 #include "ezPlatform/containers/OrderedByteMap.h"
 
+#include <cstdint>
+
 struct ezCustomHashTable {
     ezOrderedByteMap mMap;
     ezCustomHashTableValueFuncs mFuncs;
@@ -50,4 +52,16 @@ ezCString ezCustomHashTable_GetKeyAtIndex(ezCustomHashTable* aTable, std::size_t
     }
     const std::string& key = aTable->mMap.GetAt(anIndex).mKey;
     return ezCString(key.c_str(), key.size());
+}
+
+ezCustomHashTable* ezCustomHashTable_New_String_UInt32() {
+    return ezCustomHashTable_New_String_Other({nullptr, nullptr});
+}
+
+bool ezCustomHashTable_AddUInt32(ezCustomHashTable* aTable, const ezCString& aKey, uint32 aValue) {
+    return ezCustomHashTable_Add(aTable, aKey, reinterpret_cast<void*>(static_cast<std::uintptr_t>(aValue)));
+}
+
+bool ezCustomHashTable_HasKey(ezCustomHashTable* aTable, const ezCString& aKey) {
+    return aTable != nullptr && aTable->mMap.Find(aKey.View()) != nullptr;
 }

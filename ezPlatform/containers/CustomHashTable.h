@@ -28,3 +28,10 @@ EZPLATFORM_API bool ezCustomHashTable_Add(ezCustomHashTable* aTable, const ezCSt
 EZPLATFORM_API std::size_t ezCustomHashTable_GetTupleCount(const ezCustomHashTable* aTable);
 /// The key at an index, in the order added; the empty text behind the end.
 EZPLATFORM_API ezCString ezCustomHashTable_GetKeyAtIndex(ezCustomHashTable* aTable, std::size_t anIndex);
+
+/// A table from texts to numbers. Used with the two functions below, ezCustomHashTable_HasKey and _Delete.
+EZPLATFORM_API ezCustomHashTable* ezCustomHashTable_New_String_UInt32();
+/// Files a number. False when the key is there already; its number stays.
+EZPLATFORM_API bool ezCustomHashTable_AddUInt32(ezCustomHashTable* aTable, const ezCString& aKey,
+                                                uint32 aValue);
+EZPLATFORM_API bool ezCustomHashTable_HasKey(ezCustomHashTable* aTable, const ezCString& aKey);

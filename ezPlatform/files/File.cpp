@@ -17,11 +17,58 @@ bool HasNUL(const ezCString& aPath) {
     return aPath.View().find('\0') != std::string_view::npos;
 }
 
+int OpenRepeatedly(const ezCString& aPath, int aFlags, mode_t aMode) {
+    int file = -1;
+    do {
+        file = ezSystem().mOpen(aPath.c_str(), aFlags, aMode);
+    } while (file < 0 && errno == EINTR);
+    return file;
+}
+
+bool SyncRepeatedly(int aFile) {
+    int result = -1;
+    do {
+        result = ezSystem().mFSync(aFile);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+constexpr mode_t kModeOfNewFile = 0666;
+constexpr const char* kBesideSuffix = ".ezsave";
+constexpr std::size_t kMaximumBesideName = 240; // with the rest of the name below the usual limit of 255
+
+/// Where a path leads once its links are followed; the path itself where nothing stands yet. Empty when it
+/// leads nowhere that a file could be.
+ezCString Followed(const ezCString& aPath) {
+    const auto realPath = [&] { return ezCString::FromAllocatedString(ezSystem().mRealPath(aPath.c_str())); };
+    ezCString real = realPath();
+    if (!real.IsEmpty() || errno != ENOENT) {
+        return real;
+    }
+    constexpr int kFlags = O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    const int probe = OpenRepeatedly(aPath, kFlags | O_NOFOLLOW, 0);
+    if (probe >= 0 || errno != ELOOP) {
+        if (probe >= 0) {
+            ezSystem().mClose(probe);
+        }
+        return aPath;
+    }
+    // A link to nothing yet: its file is made for a moment, since only what exists has a real path.
+    const int made = OpenRepeatedly(aPath, kFlags | O_CREAT, kModeOfNewFile);
+    if (made >= 0) {
+        ezSystem().mClose(made);
+        real = realPath();
+        ezSystem().mUnlink(real.c_str());
+    }
+    return real;
+}
+
 } // namespace
 
 ezFile::ezFile(const ezCString& aPath, int anOpenMode) : mPath(aPath), mOpenMode(anOpenMode) {}
 
 ezFile::~ezFile() {
+    mfWriteFailed = true; // nobody asked for what was written to be put in place
     Close();
 }
 
@@ -31,10 +78,7 @@ bool ezFile::Open() {
         return false;
     }
     // Non-blocking, or opening a pipe would wait for its writer; regular files do not care.
-    int file = -1;
-    do {
-        file = ezSystem().mOpen(mPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
-    } while (file < 0 && errno == EINTR);
+    const int file = OpenRepeatedly(mPath, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
     if (file < 0) {
         return false;
     }
@@ -58,11 +102,109 @@ bool ezFile::Open(const ezCString& aPath, int anOpenMode, int /*anAccessMode*/) 
     return Open();
 }
 
-void ezFile::Close() {
-    if (IsOpened()) {
-        ezSystem().mClose(mFile);
-        mFile = -1;
+bool ezFile::OpenForWriting(const ezCString& aPath, int aModeOfOld) {
+    const std::string_view target = mTarget.View();
+    const std::size_t separator = target.rfind('/');
+    const std::size_t nameStart = separator == std::string_view::npos ? 0 : separator + 1;
+    // One name a target, so that the next save finds what a killed one left; cut, so that it fits any file
+    // system.
+    mBeside = ezCString(target.substr(0, nameStart)) + "." +
+              ezCString(target.substr(nameStart, kMaximumBesideName)) + kBesideSuffix;
+    ezSystem().mUnlink(mBeside.c_str());
+    mFile = OpenRepeatedly(mBeside, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kModeOfNewFile);
+    if (mFile >= 0) {
+        return aModeOfOld < 0 || ezSystem().mFChmod(mFile, static_cast<mode_t>(aModeOfOld)) == 0;
     }
+    // In place only where the folder refuses: emptying the file because a disk is full would lose it.
+    if (aModeOfOld < 0 || (errno != EACCES && errno != EPERM && errno != EROFS)) {
+        return false;
+    }
+    mBeside = ezCString();
+    mFile = OpenRepeatedly(aPath, O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    return mFile >= 0;
+}
+
+bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode*/) {
+    if (IsOpened() || aPath.IsEmpty() || HasNUL(aPath)) {
+        return false;
+    }
+    mTarget = Followed(aPath);
+    if (mTarget.IsEmpty()) {
+        return false;
+    }
+    // Proves that an old file may be written before anything is done. Non-blocking for a pipe without a
+    // reader.
+    int modeOfOld = -1;
+    const int old = OpenRepeatedly(mTarget, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    if (old >= 0) {
+        struct stat status = {};
+        const bool fRegular = ezSystem().mFStat(old, &status) == 0 && S_ISREG(status.st_mode);
+        ezSystem().mClose(old);
+        if (!fRegular || !afOverwrite) {
+            return false;
+        }
+        modeOfOld = static_cast<int>(status.st_mode & 07777U);
+    } else if (errno != ENOENT) {
+        return false;
+    }
+    mfWriting = true;
+    mfWriteFailed = !OpenForWriting(aPath, modeOfOld);
+    if (mfWriteFailed) {
+        Close();
+        mfWriting = false;
+    }
+    return mfWriting;
+}
+
+int ezFile::Write(const void* aBuffer, std::size_t aSize) {
+    if (!mfWriting) {
+        return -1;
+    }
+    const std::size_t size = std::min<std::size_t>(aSize, INT_MAX);
+    std::size_t count = 0;
+    while (count < size) {
+        const ssize_t piece =
+            ezSystem().mWrite(mFile, static_cast<const char*>(aBuffer) + count, size - count);
+        if (piece < 0 && errno == EINTR) {
+            continue;
+        }
+        if (piece <= 0) {
+            mfWriteFailed = true;
+            return count > 0 ? static_cast<int>(count) : -1;
+        }
+        count += static_cast<std::size_t>(piece);
+    }
+    return static_cast<int>(count);
+}
+
+bool ezFile::IsBesideOurs() const {
+    struct stat written = {};
+    struct stat named = {};
+    return !mBeside.IsEmpty() && ezSystem().mFStat(mFile, &written) == 0 &&
+           ezSystem().mStat(mBeside.c_str(), &named) == 0 && written.st_dev == named.st_dev &&
+           written.st_ino == named.st_ino;
+}
+
+bool ezFile::Close() {
+    if (!IsOpened()) {
+        return false;
+    }
+    // Another writer of the same target may have put a file of its own there, half written.
+    const bool fBeside = mfWriting && IsBesideOurs();
+    // On the disk before it takes the old file's name, or a power cut could leave neither.
+    const bool fWritten =
+        !mfWriting || (!mfWriteFailed && (fBeside || mBeside.IsEmpty()) && SyncRepeatedly(mFile));
+    const bool fClosed = ezSystem().mClose(mFile) == 0;
+    mFile = -1;
+    mfWriting = false;
+    if (!fBeside) {
+        return fWritten && fClosed;
+    }
+    const bool fPlaced = fWritten && fClosed && ezSystem().mRename(mBeside.c_str(), mTarget.c_str()) == 0;
+    if (!fPlaced) {
+        ezSystem().mUnlink(mBeside.c_str());
+    }
+    return fPlaced;
 }
 
 ezFileOffset ezFile::Length() const {
@@ -99,7 +241,7 @@ ezFileOffset ezFile::Seek(ezFileOffset anOffset, int aSeekMode) {
 }
 
 int ezFile::Read(void* aBuffer, std::size_t aSize) {
-    if (!IsOpened()) {
+    if (!IsOpened() || mfWriting) {
         return -1;
     }
     const std::size_t size = std::min<std::size_t>(aSize, INT_MAX);

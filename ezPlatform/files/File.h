@@ -34,7 +34,26 @@ public:
     /// not use it.
     bool Open(const ezCString& aPath, int anOpenMode, int anAccessMode);
     bool IsOpened() const { return mFile >= 0; }
-    void Close();
+
+    /// Begins to write a file anew. With afOverwrite a regular file of that name is replaced, and not lost:
+    /// what is written goes into a file beside it, which Close puts in its place, with the mode of the old
+    /// one; a symbolic link is followed. Only where the folder does not permit a file beside it is the old
+    /// file itself emptied and written, and its content at risk. False, with the old file untouched, when the
+    /// target is no regular file, may not be written, exists without afOverwrite, the file beside it cannot
+    /// be made for another reason (a full disk), or this object is open. Of two that write the same target at
+    /// once, the one that began first fails in Close.
+    /// What a killed writer left beside the target goes with the next Create. anAccessMode
+    /// ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the process's mask.
+    bool Create(const ezCString& aPath, bool afOverwrite, int anAccessMode);
+
+    /// Writes to a file of Create: the count, less than aSize after a failure, or -1 when nothing was
+    /// written. Interrupted and partial writes are repeated. Requests over INT_MAX are taken as INT_MAX.
+    int Write(const void* aBuffer, std::size_t aSize);
+
+    /// Closes. For a file of Create this is what makes the new content stand under its name: a saver calls
+    /// it, and false means that the old file stands as it was (or, written in place, that it may be damaged).
+    /// A file of Create that is destroyed without Close is given up.
+    bool Close();
 
     /// The length now, in bytes: one system call. -1 when not open or not to be had.
     ezFileOffset Length() const;
@@ -57,7 +76,14 @@ public:
                          ezDateTime* anAccess);
 
 private:
+    bool OpenForWriting(const ezCString& aPath, int aModeOfOld);
+    bool IsBesideOurs() const;
+
     ezCString mPath;
+    ezCString mTarget; ///< what Close puts the written file in place of
+    ezCString mBeside; ///< the file that is written; empty when it is the target itself
+    bool mfWriting = false;
+    bool mfWriteFailed = false;
     int mOpenMode = ezFileOpenMode_Read;
     int mFile = -1;
     ezFileOffset mPosition = 0;

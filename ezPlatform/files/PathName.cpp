@@ -1,5 +1,7 @@
 #include "ezPlatform/files/PathName.h"
 
+#include "ezPlatform/base/System.h"
+
 namespace {
 
 bool IsSeparator(char aCharacter) {
@@ -17,6 +19,25 @@ ezPathName ezPathName::MakeFilePath(const ezCString& aPath) {
     const std::size_t dot = text.rfind('.');
     path.mDot = dot == std::string_view::npos || dot <= path.mNameStart ? text.size() : dot;
     return path;
+}
+
+ezPathName ezPathName::MakeDirPath(const ezCString& aPath) {
+    return MakeFilePath(aPath.IsEmpty() || aPath.Last() == '/' ? aPath : aPath + "/");
+}
+
+ezPathName ezPathName::MakeCombinedDirPath(const ezPathName& aFolder, const ezCString& aName) {
+    return MakeDirPath(aFolder.mPath + aName.Replace("\\", "/", true));
+}
+
+ezPathName ezPathName::MakeCombinedFilePath(const ezPathName& aFolder, const ezCString& aName) {
+    return MakeFilePath(aFolder.mPath + aName.Replace("\\", "/", true));
+}
+
+bool ezPathName::FileExists() const {
+    struct stat status = {};
+    // A NUL would cut the path short and find another file than the one that was named.
+    return IsValid() && mPath.View().find('\0') == std::string_view::npos &&
+           ezSystem().mStat(mPath.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
 ezCString ezPathName::GetFileName() const {

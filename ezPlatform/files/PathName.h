@@ -16,6 +16,19 @@ public:
     /// Takes the path of a file. The file need not exist; nothing is resolved or made absolute.
     static ezPathName MakeFilePath(const ezCString& aPath);
 
+    /// Takes the path of a folder: the text, ending in "/" unless it is empty (the working folder).
+    static ezPathName MakeDirPath(const ezCString& aPath);
+    /// A folder or file whose name is relative to a folder of MakeDirPath. "\" in the relative name is
+    /// written "/", as playlists and configuration of other systems mean it; a POSIX name that really holds a
+    /// backslash is not reached this way.
+    static ezPathName MakeCombinedDirPath(const ezPathName& aFolder, const ezCString& aName);
+    static ezPathName MakeCombinedFilePath(const ezPathName& aFolder, const ezCString& aName);
+
+    /// Back to an invalid path.
+    void Reset() { *this = ezPathName(); }
+    /// True when something other than a folder stands under the path: one system call.
+    bool FileExists() const;
+
     /// False for the empty path.
     bool IsValid() const { return !mPath.IsEmpty(); }
     /// The path as it was given.

@@ -1,6 +1,10 @@
 #include "ezPlatform/text/CString.h"
 
+#include "ezPlatform/base/Memory.h"
+
 #include <algorithm>
+#include <cstdarg>
+#include <cstdio>
 
 namespace {
 
@@ -25,6 +29,30 @@ ezCString::ezCString(const char* aText, std::size_t aLength) {
 }
 
 ezCString::ezCString(std::string_view aText) : mText(aText) {}
+
+ezCString ezCString::Format(const char* aFormat, ...) {
+    ezCString text;
+    std::va_list args;
+    va_start(args, aFormat);
+    std::va_list measured;
+    va_copy(measured, args);
+    const int length = std::vsnprintf(nullptr, 0, aFormat, measured);
+    va_end(measured);
+    if (length > 0) {
+        const std::size_t size = static_cast<std::size_t>(length);
+        text.mText.resize(size + 1); // vsnprintf ends its output with a NUL
+        std::vsnprintf(&text.mText[0], size + 1, aFormat, args);
+        text.mText.resize(size);
+    }
+    va_end(args);
+    return text;
+}
+
+ezCString ezCString::FromAllocatedString(char* aText) {
+    ezCString text(aText);
+    ezFree(aText);
+    return text;
+}
 
 ezCString ezCString::Left(std::size_t aCount) const {
     return ezCString(View().substr(0, aCount));
@@ -70,6 +98,22 @@ ezCString ezCString::Upper() const {
 
 ezCString ezCString::TrimLeftRight() const {
     return ezCString(ezTrimmed(View()));
+}
+
+ezCString ezCString::Replace(const char* aFind, const char* aWith, bool afAll) const {
+    const std::string_view find(aFind != nullptr ? aFind : "");
+    const std::string_view with(aWith != nullptr ? aWith : "");
+    ezCString text;
+    std::size_t from = 0;
+    std::size_t at = find.empty() ? std::string::npos : mText.find(find);
+    while (at != std::string::npos) {
+        text.mText.append(mText, from, at - from);
+        text.mText += with;
+        from = at + find.size();
+        at = afAll ? mText.find(find, from) : std::string::npos;
+    }
+    text.mText.append(mText, from, std::string::npos);
+    return text;
 }
 
 bool ezCString::Contains(const char* aText) const {
@@ -134,4 +178,39 @@ bool ezReadDecimal32(std::string_view aText, uint32* aValue) {
     }
     *aValue = static_cast<uint32>(value);
     return true;
+}
+
+bool ezReadInt32(std::string_view aText, std::int32_t* aValue) {
+    const bool fNegative = !aText.empty() && aText.front() == '-';
+    std::uint64_t magnitude = 0;
+    if (!ezReadDecimal(fNegative ? aText.substr(1) : aText, &magnitude)) {
+        return false;
+    }
+    const std::uint64_t limit = static_cast<std::uint64_t>(INT32_MAX) + (fNegative ? 1 : 0);
+    if (magnitude > limit) {
+        return false;
+    }
+    const std::int64_t value = static_cast<std::int64_t>(magnitude);
+    *aValue = static_cast<std::int32_t>(fNegative ? -value : value);
+    return true;
+}
+
+uint32 ezHexWord(std::string_view aText) {
+    if (aText.empty() || aText.size() > 8) {
+        return 0;
+    }
+    uint32 value = 0;
+    for (const char character : aText) {
+        const char lower = ezLower(character);
+        uint32 digit = 0;
+        if (lower >= '0' && lower <= '9') {
+            digit = static_cast<uint32>(lower - '0');
+        } else if (lower >= 'a' && lower <= 'f') {
+            digit = static_cast<uint32>(lower - 'a') + 10;
+        } else {
+            return 0;
+        }
+        value = value << 4 | digit;
+    }
+    return value;
 }

@@ -19,6 +19,12 @@ public:
     ezCString(const char* aText, std::size_t aLength);
     explicit ezCString(std::string_view aText);
 
+    /// Text by a printf format.
+    static ezCString Format(const char* aFormat, ...) __attribute__((format(printf, 1, 2)));
+    /// Takes a text over that a platform function allocated, and frees it with ezFree. Null gives the empty
+    /// text.
+    static ezCString FromAllocatedString(char* aText);
+
     const char* c_str() const { return mText.c_str(); }
     std::size_t GetLength() const { return mText.size(); }
     bool IsEmpty() const { return mText.empty(); }
@@ -42,6 +48,12 @@ public:
     ezCString Upper() const;
     /// Without the blanks, tabs, line ends, vertical tabs and form feeds at both ends.
     ezCString TrimLeftRight() const;
+
+    /// With aWith in place of every occurrence of aFind, or of the first alone without afAll. An empty
+    /// aFind occurs nowhere. Null is the empty text.
+    ezCString Replace(const char* aFind, const char* aWith, bool afAll) const;
+    /// The last byte; NUL for the empty text.
+    char Last() const { return mText.empty() ? '\0' : mText.back(); }
 
     bool Contains(const char* aText) const;
     bool StartsWith(std::string_view aText) const;
@@ -85,3 +97,8 @@ EZPLATFORM_API std::string_view ezTrimmed(std::string_view aText);
 /// True when the whole text is ASCII digits, at least one, and fits; only then is *aValue written.
 EZPLATFORM_API bool ezReadDecimal(std::string_view aText, std::uint64_t* aValue);
 EZPLATFORM_API bool ezReadDecimal32(std::string_view aText, uint32* aValue);
+/// The same with an optional "-" before the digits.
+EZPLATFORM_API bool ezReadInt32(std::string_view aText, std::int32_t* aValue);
+
+/// One to eight hexadecimal digits of either case as a number; 0 for any other text.
+EZPLATFORM_API uint32 ezHexWord(std::string_view aText);

@@ -16,21 +16,35 @@ public:
     bool IsEmpty() const { return mItems.empty(); }
     /// The text at an index; the empty text behind the end.
     ezCString GetAt(std::size_t anIndex) const;
+    /// The text at an index as a signed decimal number, the whole text and no blank; aDefault when it is
+    /// none. *afOk, unless null, tells which.
+    std::int32_t GetAtInt32(std::size_t anIndex, std::int32_t aDefault, bool* afOk) const;
+    /// Takes every text that equals aText to the letter out.
+    void Remove(const char* aText);
+    /// Takes all texts out.
+    void Reset() { mItems.clear(); }
 
 protected:
     std::vector<ezCString> mItems;
 };
 
-/// A list whose text form puts one character between the elements.
+/// A list that has a text form: its elements with one character between them.
 class EZPLATFORM_API ezCSVStringList : public ezStringList {
 public:
-    /// An empty list whose elements are parted by aSeparator. Named, so that nobody takes it for an escape
-    /// character.
+    /// Named constructors, so that nobody takes a separator for an escape character.
+    /// An empty list whose elements are parted by aSeparator.
     static ezCSVStringList WithSeparator(char aSeparator);
+    /// The elements of a text that "," parts; "\," is a comma that belongs to the element and is handed out
+    /// without the backslash, and every other backslash stays. The empty text has no elements. Costs one
+    /// pass.
+    static ezCSVStringList FromText(const ezCString& aText);
 
     char GetSeparator() const { return mSeparator; }
     /// The elements as they are, with the separator between them.
     ezCString Join() const;
+    /// The same with every comma inside an element written "\,", as FromText reads it. An element that ends
+    /// in a backslash has no such form, unless it is the last one.
+    ezCString JoinEscaped() const;
 
 private:
     explicit ezCSVStringList(char aSeparator) : mSeparator(aSeparator) {}

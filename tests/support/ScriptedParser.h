@@ -98,6 +98,7 @@ public:
     using ezMediaParserManager::ParserListFromMimeType;
     using ezMediaParserManager::ParserListFromType;
 
+    using ezMediaParserManager::mDLNAMediaMapperParser;
     using ezMediaParserManager::mDoneParsers;
     using ezMediaParserManager::mEnvironmentInfo;
     using ezMediaParserManager::mMimeTypesDotIniParser;

@@ -1,0 +1,705 @@
+#include "ezPlatform/files/File.h"
+
+#include "ezPlatform/base/System.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdint>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <set>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kAccess = ezFileAccessMode_ReadWrite;
+
+const std::string kOld = "the old content, which is longer than the new one";
+const std::string kNew = "the new content";
+
+bool Create(ezFile& aFile, const std::string& aPath, bool afOverwrite = true) {
+    return aFile.Create(ezCString(aPath.data(), aPath.size()), afOverwrite, kAccess);
+}
+
+bool WriteAll(ezFile& aFile, const std::string& aText) {
+    return aFile.Write(aText.data(), aText.size()) == static_cast<int>(aText.size());
+}
+
+/// Saves as a saver does.
+bool Save(const std::string& aPath, const std::string& aText) {
+    ezFile file;
+    const bool fWritten = Create(file, aPath) && WriteAll(file, aText);
+    return file.Close() && fWritten;
+}
+
+std::string Content(const std::string& aPath) {
+    std::ifstream file(aPath, std::ios::binary);
+    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "<none>";
+}
+
+struct stat StatusOf(const std::string& aPath) {
+    struct stat status = {};
+    EXPECT_EQ(lstat(aPath.c_str(), &status), 0) << aPath;
+    return status;
+}
+
+unsigned ModeOf(const std::string& aPath) {
+    return StatusOf(aPath).st_mode & 07777U;
+}
+
+std::set<std::string> NamesIn(const std::string& aFolder) {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(aFolder)) {
+        names.insert(entry.path().filename().string());
+    }
+    return names;
+}
+
+std::size_t OpenDescriptors() {
+    return NamesIn("/proc/self/fd").size();
+}
+
+using Names = std::set<std::string>;
+
+/// What a child process found out, which ends without destructors as a killed one does.
+int InChild(const std::function<int()>& aWork) {
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(20);
+        _exit(aWork());
+    }
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+/// The same without the rights of root, so that permissions refuse.
+int InUnprivilegedChild(const std::function<int()>& aWork) {
+    return InChild([&] {
+        constexpr uid_t kNobody = 65534;
+        if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
+            return 99;
+        }
+        return aWork();
+    });
+}
+
+/// Ends the process where something waits that must never wait.
+class Watchdog {
+public:
+    Watchdog() { alarm(20); }
+    ~Watchdog() { alarm(0); }
+    Watchdog(const Watchdog&) = delete;
+    Watchdog& operator=(const Watchdog&) = delete;
+};
+
+/// Other system calls, for as long as it lives.
+class ReplacedSystem {
+public:
+    explicit ReplacedSystem(const std::function<void(ezSystemCalls&)>& aReplace) : mCalls(ezSystem_Real()) {
+        aReplace(mCalls);
+        ezSystem_Replace(&mCalls);
+    }
+    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
+    ReplacedSystem(const ReplacedSystem&) = delete;
+    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
+
+private:
+    ezSystemCalls mCalls;
+};
+
+/// Another file mode mask, for as long as it lives.
+class Mask {
+public:
+    explicit Mask(mode_t aMask) : mBefore(umask(aMask)) {}
+    ~Mask() { umask(mBefore); }
+    Mask(const Mask&) = delete;
+    Mask& operator=(const Mask&) = delete;
+
+private:
+    mode_t mBefore;
+};
+
+/// A folder with an old file in it, and nothing left open in the end.
+class FileCreate : public testing::Test {
+protected:
+    FileCreate() : mDescriptors(OpenDescriptors()), mPath(mFolder.Write("table.txt", kOld)) {}
+    ~FileCreate() override { EXPECT_EQ(OpenDescriptors(), mDescriptors) << "a descriptor leaks"; }
+
+    /// The old file stands as it was, and nothing beside it.
+    void ExpectOldFileWhole(const char* aWhat = "") const {
+        EXPECT_EQ(Content(mPath), kOld) << aWhat;
+        EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"})) << aWhat;
+    }
+
+    std::size_t mDescriptors;
+    TemporaryFolder mFolder;
+    std::string mPath;
+};
+
+int gCalls = 0; ///< what the replaced calls below count
+
+} // namespace
+
+TEST_F(FileCreate, WritesANewFile) {
+    const std::string path = mFolder.Path("new.txt");
+    ezFile file;
+    ASSERT_TRUE(Create(file, path));
+    EXPECT_TRUE(file.IsOpened());
+    EXPECT_TRUE(WriteAll(file, "one "));
+    EXPECT_TRUE(WriteAll(file, ""));
+    EXPECT_TRUE(WriteAll(file, "two"));
+    EXPECT_FALSE(std::filesystem::exists(path)) << "it stands under its name when it is whole";
+    EXPECT_TRUE(file.Close());
+    EXPECT_FALSE(file.IsOpened());
+    EXPECT_EQ(Content(path), "one two");
+    EXPECT_FALSE(file.Close()) << "there is nothing left to close";
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"new.txt", "table.txt"}));
+}
+
+TEST_F(FileCreate, ReplacesAnOldFileWhenItIsClosed) {
+    ezFile file;
+    ASSERT_TRUE(Create(file, mPath));
+    EXPECT_TRUE(WriteAll(file, kNew));
+    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}
+
+TEST_F(FileCreate, AnEmptyFileAndOneWithEveryByteAreWritten) {
+    EXPECT_TRUE(Save(mPath, ""));
+    EXPECT_EQ(Content(mPath), "");
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) {
+        bytes += static_cast<char>(byte);
+    }
+    EXPECT_TRUE(Save(mPath, bytes));
+    EXPECT_EQ(Content(mPath), bytes);
+}
+
+TEST_F(FileCreate, ARelativePathIsWrittenInTheWorkingFolder) {
+    EXPECT_EQ(InChild([&] {
+                  return chdir(mFolder.GetPath().c_str()) == 0 && Save("table.txt", "a") && Save("new", "b")
+                             ? 0
+                             : 1;
+              }),
+              0);
+    EXPECT_EQ(Content(mPath), "a");
+    EXPECT_EQ(Content(mFolder.Path("new")), "b");
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"new", "table.txt"}));
+}
+
+TEST_F(FileCreate, TheNewContentIsOnTheDiskBeforeItTakesTheName) {
+    static std::string sOrder;
+    sOrder.clear();
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mFSync = [](int aFile) {
+            sOrder += "sync ";
+            return ezSystem_Real().mFSync(aFile);
+        };
+        aCalls.mRename = [](const char* aFrom, const char* aTo) {
+            sOrder += "rename";
+            return ezSystem_Real().mRename(aFrom, aTo);
+        };
+    });
+    EXPECT_TRUE(Save(mPath, kNew));
+    EXPECT_EQ(sOrder, "sync rename");
+}
+
+TEST_F(FileCreate, AFileThatIsDestroyedWithoutCloseIsGivenUp) {
+    {
+        ezFile file;
+        ASSERT_TRUE(Create(file, mPath));
+        EXPECT_TRUE(WriteAll(file, kNew));
+    }
+    ExpectOldFileWhole();
+    {
+        ezFile file;
+        ASSERT_TRUE(Create(file, mFolder.Path("new.txt")));
+    }
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, WithoutOverwriteAnOldFileIsRefusedAndANewOneIsNot) {
+    ezFile file;
+    EXPECT_FALSE(Create(file, mPath, false));
+    EXPECT_FALSE(file.IsOpened());
+    EXPECT_FALSE(file.Close());
+    ExpectOldFileWhole();
+    EXPECT_TRUE(Create(file, mFolder.Path("new.txt"), false));
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(Content(mFolder.Path("new.txt")), "");
+}
+
+TEST_F(FileCreate, AnObjectThatIsOpenRefusesAnother) {
+    ezFile writing;
+    ASSERT_TRUE(Create(writing, mPath));
+    EXPECT_FALSE(Create(writing, mFolder.Path("other.txt")));
+    EXPECT_TRUE(WriteAll(writing, kNew)) << "and goes on";
+    EXPECT_TRUE(writing.Close());
+    EXPECT_EQ(Content(mPath), kNew);
+
+    ezFile reading(mPath.c_str(), ezFileOpenMode_Read);
+    ASSERT_TRUE(reading.Open());
+    EXPECT_FALSE(Create(reading, mPath));
+    EXPECT_TRUE(reading.IsOpened());
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}
+
+TEST_F(FileCreate, AFileIsEitherReadOrWritten) {
+    ezFile writing;
+    ASSERT_TRUE(Create(writing, mPath));
+    EXPECT_TRUE(WriteAll(writing, kNew));
+    char byte = 0;
+    EXPECT_EQ(writing.Read(&byte, 1), -1);
+    EXPECT_EQ(writing.Length(), static_cast<ezFileOffset>(kNew.size()));
+    EXPECT_TRUE(writing.Close());
+    EXPECT_EQ(writing.Write("x", 1), -1) << "it is closed";
+
+    ezFile reading(mPath.c_str(), ezFileOpenMode_Read);
+    ASSERT_TRUE(reading.Open());
+    EXPECT_EQ(reading.Write("x", 1), -1);
+    EXPECT_TRUE(reading.Close());
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ezFile().Write("x", 1), -1);
+}
+
+TEST_F(FileCreate, AnObjectServesOneFileAfterAnother) {
+    ezFile file(mPath.c_str(), ezFileOpenMode_Read);
+    ASSERT_TRUE(Create(file, mFolder.Path("a.txt")));
+    EXPECT_TRUE(WriteAll(file, "a"));
+    EXPECT_TRUE(file.Close());
+    ASSERT_TRUE(file.Open()) << "the file that was bound";
+    char buffer[100];
+    EXPECT_EQ(file.Read(buffer, sizeof buffer), static_cast<int>(kOld.size()));
+    EXPECT_TRUE(file.Close());
+    ASSERT_TRUE(Create(file, mFolder.Path("b.txt")));
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(Content(mFolder.Path("a.txt")), "a");
+    EXPECT_EQ(Content(mFolder.Path("b.txt")), "");
+}
+
+TEST_F(FileCreate, AFullDiskLeavesTheOldFile) {
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mWrite = [](int, const void*, std::size_t) -> ssize_t {
+            errno = ENOSPC;
+            return -1;
+        };
+    });
+    ezFile file;
+    ASSERT_TRUE(Create(file, mPath));
+    EXPECT_EQ(file.Write(kNew.data(), kNew.size()), -1);
+    EXPECT_FALSE(file.Close());
+    EXPECT_FALSE(file.IsOpened());
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, ADiskThatFillsUpIsAShortWriteAndLeavesTheOldFile) {
+    gCalls = 0;
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mWrite = [](int aFile, const void* aBuffer, std::size_t aSize) -> ssize_t {
+            if (++gCalls == 1) {
+                return ezSystem_Real().mWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 5));
+            }
+            if (gCalls == 2) {
+                errno = ENOSPC;
+                return -1;
+            }
+            return ezSystem_Real().mWrite(aFile, aBuffer, aSize);
+        };
+    });
+    ezFile file;
+    ASSERT_TRUE(Create(file, mPath));
+    EXPECT_EQ(file.Write(kNew.data(), kNew.size()), 5);
+    EXPECT_TRUE(WriteAll(file, "more")) << "there is room again, but a piece is missing";
+    EXPECT_FALSE(file.Close());
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, AWriteThatTakesNothingIsAFailure) {
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mWrite = [](int, const void*, std::size_t) -> ssize_t { return 0; };
+    });
+    const Watchdog watchdog;
+    EXPECT_FALSE(Save(mPath, kNew));
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, PartialAndInterruptedCallsAreRepeated) {
+    gCalls = 0;
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+            errno = EINTR;
+            return ++gCalls % 2 == 1 ? -1 : ezSystem_Real().mOpen(aPath, aFlags, aMode);
+        };
+        aCalls.mWrite = [](int aFile, const void* aBuffer, std::size_t aSize) -> ssize_t {
+            errno = EINTR;
+            return ++gCalls % 2 == 1
+                       ? -1
+                       : ezSystem_Real().mWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 3));
+        };
+        aCalls.mFSync = [](int aFile) {
+            errno = EINTR;
+            return ++gCalls % 2 == 1 ? -1 : ezSystem_Real().mFSync(aFile);
+        };
+    });
+    EXPECT_TRUE(Save(mPath, kNew));
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}
+
+TEST_F(FileCreate, ARequestOverINT_MAXIsTakenAsINT_MAX) {
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mWrite = [](int, const void*, std::size_t aSize) { return static_cast<ssize_t>(aSize); };
+    });
+    ezFile file;
+    ASSERT_TRUE(Create(file, mPath));
+    EXPECT_EQ(file.Write("", static_cast<std::size_t>(INT_MAX) + 10), INT_MAX);
+}
+
+TEST_F(FileCreate, EveryFailingCallLeavesTheOldFile) {
+    struct Case {
+        const char* mWhat;
+        void (*mReplace)(ezSystemCalls&);
+    };
+    const Case cases[] = {
+        {"fsync",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mFSync = [](int) {
+                 errno = EIO;
+                 return -1;
+             };
+         }},
+        {"close",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mClose = [](int aFile) {
+                 ezSystem_Real().mClose(aFile);
+                 errno = EIO;
+                 return -1;
+             };
+         }},
+        {"rename",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mRename = [](const char*, const char*) {
+                 errno = EACCES;
+                 return -1;
+             };
+         }},
+        {"fchmod",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mFChmod = [](int, mode_t) {
+                 errno = EPERM;
+                 return -1;
+             };
+         }},
+        {"fstat",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mFStat = [](int, struct stat*) {
+                 errno = EIO;
+                 return -1;
+             };
+         }},
+        {"realpath",
+         [](ezSystemCalls& aCalls) {
+             aCalls.mRealPath = [](const char*) -> char* {
+                 errno = ENOMEM;
+                 return nullptr;
+             };
+         }},
+    };
+    for (const Case& failing : cases) {
+        {
+            const ReplacedSystem system(failing.mReplace);
+            EXPECT_FALSE(Save(mPath, kNew)) << failing.mWhat;
+        }
+        ExpectOldFileWhole(failing.mWhat);
+    }
+    EXPECT_TRUE(Save(mPath, kNew)) << "and the next save succeeds";
+    EXPECT_EQ(Content(mPath), kNew);
+}
+
+// Emptying the old file because there is no room beside it would lose it.
+TEST_F(FileCreate, WhereNoFileCanBeMadeBesideTheOldOneOnlyARefusalLeadsIntoIt) {
+    for (const int error : {ENOSPC, EDQUOT, EMFILE, ENFILE, EIO, ENOMEM}) {
+        static int sError;
+        sError = error;
+        {
+            const ReplacedSystem system([](ezSystemCalls& aCalls) {
+                aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+                    if ((aFlags & O_CREAT) != 0) {
+                        errno = sError;
+                        return -1;
+                    }
+                    return ezSystem_Real().mOpen(aPath, aFlags, aMode);
+                };
+            });
+            EXPECT_FALSE(Save(mPath, kNew)) << error;
+        }
+        ExpectOldFileWhole();
+    }
+    for (const int error : {EACCES, EPERM, EROFS}) {
+        static int sError;
+        sError = error;
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+                if ((aFlags & O_CREAT) != 0) {
+                    errno = sError;
+                    return -1;
+                }
+                return ezSystem_Real().mOpen(aPath, aFlags, aMode);
+            };
+        });
+        const std::string text = kNew + std::to_string(error);
+        const ino_t before = StatusOf(mPath).st_ino;
+        EXPECT_TRUE(Save(mPath, text)) << error;
+        EXPECT_EQ(Content(mPath), text);
+        EXPECT_EQ(StatusOf(mPath).st_ino, before) << "in place";
+    }
+}
+
+TEST_F(FileCreate, AKilledWriterLeavesTheOldFileAndTheNextSaveClearsUp) {
+    EXPECT_EQ(InChild([&] {
+                  ezFile file;
+                  if (!Create(file, mPath) || !WriteAll(file, std::string(100000, 'x'))) {
+                      return 1;
+                  }
+                  kill(getpid(), SIGKILL);
+                  return 2;
+              }),
+              -SIGKILL);
+    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()).size(), 2U) << "what it had written";
+    EXPECT_TRUE(Save(mPath, kNew));
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}
+
+TEST_F(FileCreate, WhatAKilledWriterLeftGoesEvenWhenTheNextOneGivesUp) {
+    EXPECT_EQ(InChild([&] {
+                  ezFile file;
+                  _exit(Create(file, mPath) && WriteAll(file, "x") ? 7 : 1);
+                  return 2;
+              }),
+              7);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()).size(), 2U);
+    {
+        ezFile file;
+        EXPECT_TRUE(Create(file, mPath));
+    }
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, OfTwoWritersAtOnceTheFirstFailsAndNothingHalfWrittenStands) {
+    ezFile first;
+    ezFile second;
+    ASSERT_TRUE(Create(first, mPath));
+    EXPECT_TRUE(WriteAll(first, "first, whole"));
+    ASSERT_TRUE(Create(second, mPath));
+    EXPECT_TRUE(WriteAll(second, "second, ha"));
+    EXPECT_FALSE(first.Close());
+    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_TRUE(WriteAll(second, "lf and half"));
+    EXPECT_TRUE(second.Close());
+    EXPECT_EQ(Content(mPath), "second, half and half");
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkStaysALinkAndItsTargetIsReplaced) {
+    std::filesystem::create_directory(mFolder.Path("links"));
+    const std::string link = mFolder.Path("links/table.txt");
+    ASSERT_EQ(symlink("../second", link.c_str()), 0);
+    ASSERT_EQ(symlink("table.txt", mFolder.Path("second").c_str()), 0);
+    EXPECT_TRUE(Save(link, kNew));
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path("second")).st_mode));
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_TRUE(S_ISREG(StatusOf(mPath).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.Path("links")), Names({"table.txt"}));
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"links", "second", "table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkToNothingYetStaysALinkAndItsTargetIsMade) {
+    std::filesystem::create_directory(mFolder.Path("target"));
+    const std::string link = mFolder.Path("link");
+    ASSERT_EQ(symlink("target/new.txt", link.c_str()), 0);
+    {
+        ezFile file;
+        ASSERT_TRUE(Create(file, link));
+    }
+    EXPECT_EQ(NamesIn(mFolder.Path("target")), Names()) << "nothing of one that is given up";
+    EXPECT_TRUE(Save(link, kNew));
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(Content(mFolder.Path("target/new.txt")), kNew);
+    EXPECT_EQ(NamesIn(mFolder.Path("target")), Names({"new.txt"}));
+}
+
+TEST_F(FileCreate, ALinkThatLeadsNowhereIsRefusedAndStays) {
+    ASSERT_EQ(symlink("missing/new.txt", mFolder.Path("nowhere").c_str()), 0);
+    ASSERT_EQ(symlink("circle", mFolder.Path("circle").c_str()), 0);
+    for (const char* name : {"nowhere", "circle"}) {
+        EXPECT_FALSE(Save(mFolder.Path(name), kNew)) << name;
+        EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path(name)).st_mode)) << name;
+    }
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"circle", "nowhere", "table.txt"}));
+}
+
+TEST_F(FileCreate, TheModeOfTheOldFileIsKept) {
+    const Mask mask(077);
+    for (const unsigned mode : {0640U, 0600U, 0666U, 0755U}) {
+        ASSERT_EQ(chmod(mPath.c_str(), mode), 0);
+        EXPECT_TRUE(Save(mPath, kNew));
+        EXPECT_EQ(ModeOf(mPath), mode);
+    }
+}
+
+TEST_F(FileCreate, ANewFileIsForEverybodyLessTheMask) {
+    for (const unsigned mask : {0U, 022U, 027U, 077U}) {
+        const Mask inForce(mask);
+        const std::string path = mFolder.Path("new" + std::to_string(mask));
+        EXPECT_TRUE(Save(path, kNew));
+        EXPECT_EQ(ModeOf(path), 0666U & ~mask);
+    }
+}
+
+TEST_F(FileCreate, OnlyARegularFileIsReplacedAndNothingIsWaitedFor) {
+    const Watchdog watchdog;
+    EXPECT_FALSE(Save(mFolder.GetPath(), kNew));
+    EXPECT_FALSE(Save(mFolder.GetPath() + "/", kNew));
+    // Without the rights of root, which could replace the machine's devices by files if this went wrong.
+    for (const char* device : {"/dev/null", "/dev/full"}) {
+        EXPECT_EQ(InUnprivilegedChild([&] {
+                      ezFile file;
+                      return Create(file, device) ? 1 : 42;
+                  }),
+                  42)
+            << device;
+    }
+
+    const std::string pipe = mFolder.Path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(Save(pipe, kNew));
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reader, 0);
+    EXPECT_FALSE(Save(pipe, kNew)) << "with a reader too";
+    char byte = 0;
+    EXPECT_EQ(read(reader, &byte, 1), 0) << "nothing was written into it";
+    close(reader);
+    EXPECT_TRUE(S_ISFIFO(StatusOf(pipe).st_mode));
+
+    const std::string name = mFolder.Path("socket");
+    struct sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(name.size(), sizeof address.sun_path);
+    std::copy(name.begin(), name.end(), address.sun_path);
+    const int socketFile = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(socketFile, reinterpret_cast<struct sockaddr*>(&address), sizeof address), 0);
+    EXPECT_FALSE(Save(name, kNew));
+    close(socketFile);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"pipe", "socket", "table.txt"}));
+}
+
+TEST_F(FileCreate, APathThatNamesNoFileIsRefused) {
+    EXPECT_FALSE(Save("", kNew));
+    EXPECT_FALSE(Save(mFolder.Path("missing/new.txt"), kNew));
+    EXPECT_FALSE(Save(mFolder.Path("table.txt/new.txt"), kNew));
+    EXPECT_FALSE(Save(mFolder.Path("new.txt/"), kNew));
+    EXPECT_FALSE(Save(mPath + std::string("\0x", 2), kNew))
+        << "and does not write what stands before the NUL";
+    EXPECT_FALSE(Save(mFolder.Path(std::string(256, 'n')), kNew));
+    ExpectOldFileWhole();
+}
+
+TEST_F(FileCreate, ANameOf255BytesIsWrittenAndReplaced) {
+    const std::string name(255, 'n');
+    EXPECT_TRUE(Save(mFolder.Path(name), kOld));
+    EXPECT_TRUE(Save(mFolder.Path(name), kNew));
+    EXPECT_EQ(Content(mFolder.Path(name)), kNew);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({name, "table.txt"}));
+}
+
+TEST_F(FileCreate, AFileThatMayNotBeWrittenIsRefusedThoughItsFolderMayBe) {
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0777), 0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0444), 0);
+    const ino_t before = StatusOf(mPath).st_ino;
+    EXPECT_EQ(InUnprivilegedChild([&] { return Save(mPath, kNew) ? 1 : 42; }), 42);
+    ExpectOldFileWhole();
+    EXPECT_EQ(StatusOf(mPath).st_ino, before);
+    EXPECT_EQ(ModeOf(mPath), 0444U);
+}
+
+TEST_F(FileCreate, WhereTheFolderRefusesTheFileIsWrittenInPlace) {
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    const ino_t before = StatusOf(mPath).st_ino;
+    EXPECT_EQ(InUnprivilegedChild([&] { return Save(mPath, kNew) ? 42 : 1; }), 42);
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(StatusOf(mPath).st_ino, before);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+    EXPECT_EQ(InUnprivilegedChild([&] { return Save(mFolder.Path("new.txt"), kNew) ? 1 : 42; }), 42)
+        << "a new file cannot be made there";
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  ezFile file;
+                  return Create(file, mPath, false) ? 1 : 42;
+              }),
+              42);
+    EXPECT_EQ(Content(mPath), kNew);
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
+}
+
+TEST_F(FileCreate, InPlaceALinkIsFollowedToo) {
+    ASSERT_EQ(symlink("table.txt", mFolder.Path("link").c_str()), 0);
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    EXPECT_EQ(InUnprivilegedChild([&] { return Save(mFolder.Path("link"), kNew) ? 42 : 1; }), 42);
+    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path("link")).st_mode));
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
+}
+
+TEST_F(FileCreate, InPlaceAFailureIsReportedByClose) {
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  const ReplacedSystem system([](ezSystemCalls& aCalls) {
+                      aCalls.mFSync = [](int) {
+                          errno = EIO;
+                          return -1;
+                      };
+                  });
+                  ezFile file;
+                  if (!Create(file, mPath) || !WriteAll(file, kNew)) {
+                      return 1;
+                  }
+                  return file.Close() ? 2 : 42;
+              }),
+              42);
+    EXPECT_TRUE(std::filesystem::exists(mPath)) << "the target itself is never removed";
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
+}
+
+TEST_F(FileCreate, AHundredSavesLeaveNothingBehind) {
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(Save(mPath, std::to_string(i)));
+        ezFile refused;
+        EXPECT_FALSE(Create(refused, mPath, false));
+        ezFile givenUp;
+        EXPECT_TRUE(Create(givenUp, mPath));
+    }
+    EXPECT_EQ(Content(mPath), "99");
+    EXPECT_EQ(OpenDescriptors(), mDescriptors);
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
+}

@@ -1,11 +1,14 @@
 #include "ez/MediaParserManager.h"
 
+#include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/containers/CustomHashTable.h"
+#include "ezPlatform/dlna/ProtocolInfoList.h"
+#include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <string_view>
@@ -14,6 +17,51 @@ namespace {
 
 void ezParserList_Free(void* aList) {
     delete static_cast<ezParserList*>(aList);
+}
+
+/// Copies a number from one record to another; 0 where it has none.
+void CopyNumber(ezMediaInfo& anInfo, const ezMediaInfo& aSource, const char* aKey) {
+    anInfo.Set(aKey, aSource.GetUInt32(aKey, 0), true);
+}
+
+/// Lets a number that the media mapper knows replace that of a record. The new one stands first in the
+/// message.
+void MergeMappedNumber(ezMediaInfo& anInfo, const ezMediaInfo& aMapped, const char* aKey, const char* aName) {
+    const uint32 own = anInfo.GetUInt32(aKey, 0);
+    const uint32 mapped = aMapped.GetUInt32(aKey, 0);
+    if (own != mapped && mapped != 0) {
+        ezLog_F(EZLOGLEVEL_INFO, "ezMediaParserManager: Merging media mapper %s, replacing %lu by %lu\n",
+                aName, static_cast<unsigned long>(mapped), static_cast<unsigned long>(own));
+        anInfo.Set(aKey, mapped, true);
+    }
+}
+
+/// Lets the media mapper's record replace the facts that it decides.
+void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
+    // Of a 4th field with further parameters only the profile counts: the same one keeps them.
+    const ezCString ownProfile = anInfo.GetCString(kezInfo_DLNA, "").AfterFirst('=').BeforeFirst(';');
+    const ezCString mappedProfile = aMapped.GetCString(kezInfo_DLNA, "").AfterFirst('=');
+    const ezCString ownType = anInfo.GetCString(kezInfo_MimeType, "");
+    const ezCString mappedType = aMapped.GetCString(kezInfo_MimeType, "");
+    if (mappedProfile == "LPCM") {
+        CopyNumber(anInfo, aMapped, kezInfo_AudioChannelCount);
+        CopyNumber(anInfo, aMapped, kezInfo_AudioBitRate);
+        CopyNumber(anInfo, aMapped, kezInfo_AudioBitsPerSample);
+    }
+    if (ownProfile != mappedProfile || ownType != mappedType) {
+        ezLog_F(EZLOGLEVEL_INFO,
+                "ezMediaParserManager: Merging media mapper profile and mime type, replacing '%s' by '%s' "
+                "and '%s' "
+                "by '%s'\n",
+                ownProfile.c_str(), mappedProfile.c_str(), ownType.c_str(), mappedType.c_str());
+        anInfo.Set(kezInfo_DLNA, "DLNA.ORG_PN=" + mappedProfile, true);
+        anInfo.Set(kezInfo_MimeType, mappedType, true);
+    }
+    MergeMappedNumber(anInfo, aMapped, kezInfo_BitRate, "bitrate");
+    MergeMappedNumber(anInfo, aMapped, kezInfo_Duration, "duration");
+    if (ownType != mappedType) {
+        anInfo.Set(kezInfo_ClassName, aMapped.GetCString(kezInfo_ClassName, ""), true);
+    }
 }
 
 } // namespace
@@ -27,6 +75,7 @@ ezMediaParserManager::~ezMediaParserManager() {
     // The borrowing lists first: their parsers go with the type lists.
     ezCustomHashTable_Delete(mParserListByMimeType);
     ezCustomHashTable_Delete(mParserListByType);
+    delete mDLNAMediaMapperParser;
 }
 
 ezParserList* ezMediaParserManager::ParserListFrom(ezCustomHashTable* aHashTable, const ezCString& aType,
@@ -84,6 +133,13 @@ void ezMediaParserManager::AddStandardParsers(int aParseOptions) {
     }
     mMimeTypesDotIniParser = new ezMimeTypesDotIniParser(mEnvironmentInfo, aParseOptions);
     Add(mMimeTypesDotIniParser);
+}
+
+void ezMediaParserManager::AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper) {
+    if (ezAssert(mDLNAMediaMapperParser == nullptr, "mDLNAMediaMapperParser == NULL", "MediaParserManager") &&
+        aMediaMapper != nullptr) {
+        mDLNAMediaMapperParser = new DLNAMediaMapperParser(aMediaMapper, mEnvironmentInfo);
+    }
 }
 
 bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
@@ -165,8 +221,20 @@ ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezM
     return nullptr;
 }
 
-ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& /*aStream*/,
-                                                       ezMediaInfo* anInfo) {
+ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo) {
+    if (mDLNAMediaMapperParser == nullptr || !ezPathName::MakeFilePath(aStream.GetFullPath()).IsValid()) {
+        return anInfo;
+    }
+    ezMediaInfo* mapped = mDLNAMediaMapperParser->Parse(aStream);
+    if (mapped == nullptr) {
+        return anInfo;
+    }
+    if (anInfo == nullptr) {
+        ezLog_F(EZLOGLEVEL_INFO, "ezMediaParserManager: Using media mapper\n");
+        return mapped;
+    }
+    MergeMapped(*anInfo, *mapped);
+    delete mapped;
     return anInfo;
 }
 
@@ -195,6 +263,17 @@ ezCString ezMediaParserManager::GetDLNAInfo() {
             AppendDLNAInfo((*list)[i], text);
         }
     }
+    AppendDLNAInfo(mDLNAMediaMapperParser, text);
+    return text;
+}
+
+ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
+    ezDLNAProtocolInfoList* list = ezDLNAProtocolInfoList_NewFromProfileInfo(GetDLNAInfo().c_str(), 0);
+    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list); ++i) {
+        ezDLNAProtocolInfo_SetDTCPIP(ezDLNAProtocolInfoList_GetProtocolInfoAt(list, i), nullptr, 0, 1);
+    }
+    const ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list));
+    ezDLNAProtocolInfoList_Delete(list);
     return text;
 }
 

@@ -7,6 +7,8 @@
 #include "ezPlatform/containers/VoidPtrList.h"
 #include "ezPlatform/text/CString.h"
 
+class DLNAMediaMapper;
+class DLNAMediaMapperParser;
 class ezMediaInfo;
 class ezMediaParserStream;
 class ezMimeTypesDotIniParser;
@@ -70,13 +72,21 @@ public:
     /// call is the assertion "mMimeTypesDotIniParser == NULL" and adds nothing.
     void AddStandardParsers(int aParseOptions);
 
+    /// Puts an operator's table in force. It is borrowed, outlives the manager, and is loaded before: what it
+    /// adds to GetDLNAInfo is fixed here. Null adds nothing. A second call is the assertion
+    /// "mDLNAMediaMapperParser == NULL" and changes nothing.
+    void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
+
     /// The parser that AddStandardParsers added, lent; null before.
     ezMimeTypesDotIniParser* GetMimeTypesDotIniParser() const { return mMimeTypesDotIniParser; }
 
     /// What all parsers declare (ezBaseParser::GetDLNAInfo), parted by ",": types in the order in which they
     /// were first registered, parsers of a type in order of registration, so the same in every run. Entries
     /// that two parsers declare stand twice.
+    /// The enabled profiles of the media mapper come last.
     ezCString GetDLNAInfo();
+    /// The same with every entry in its link-protected (DTCP-IP) form.
+    ezCString GetDLNAInfoDTCP();
 
 protected:
     /// Appends what a parser declares; null and a parser that declares nothing add nothing, not even a comma.
@@ -92,7 +102,9 @@ protected:
     /// Files a parser under each MIME type that it declares.
     void AddToMimeTypeList(ezBaseParser* aMediaParser);
 
-    /// The record that stands after the parsers have answered; takes anInfo, which may be null, over.
+    /// Lets the media mapper confirm, change or supply the record; takes anInfo, which may be null, over and
+    /// returns what stands. The mapper wins for profile, MIME type and class, and for bit rate and duration
+    /// where it knows them.
     ezMediaInfo* MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo);
 
     ezCustomHashTable* mParserListByType; ///< lower-case type to ezParserList; the lists own their parsers
@@ -100,6 +112,7 @@ protected:
     ezVoidPtrList mDoneParsers;               ///< the ezBaseParsers tried in this request, in the order tried
     ezPropertyList* mEnvironmentInfo;
     ezMimeTypesDotIniParser* mMimeTypesDotIniParser = nullptr; ///< owned by its type list
+    DLNAMediaMapperParser* mDLNAMediaMapperParser = nullptr;   ///< owned; in no list
 
 private:
     /// Marks a parser as tried in this request; false when it was already.

@@ -112,7 +112,8 @@ TEST(MediaParserManager, OperationsAndFieldsStandInOrder) {
     EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::ParseCoverArt), 5U);
     const OpenManager manager;
     EXPECT_TRUE(AreInOrder({&manager.mParserListByType, &manager.mParserListByMimeType, &manager.mDoneParsers,
-                            &manager.mEnvironmentInfo, &manager.mMimeTypesDotIniParser}));
+                            &manager.mEnvironmentInfo, &manager.mMimeTypesDotIniParser,
+                            &manager.mDLNAMediaMapperParser}));
 }
 
 TEST(MediaParserManager, IsBuiltEmpty) {

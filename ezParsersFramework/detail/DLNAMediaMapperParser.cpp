@@ -1,0 +1,103 @@
+#include "ez/DLNAMediaMapper.h"
+#include "ez/MediaParserStream.h"
+
+#include "ezPlatform/containers/Array.h"
+#include "ezPlatform/dlna/ProtocolInfo.h"
+#include "ezPlatform/media/MediaInfo.h"
+#include "ezPlatform/text/Conversions.h"
+#include "ezPlatform/text/MimeTypeInfo.h"
+
+namespace {
+
+/// The class of a MIME type by its part before the first "/", compared with case; "" for none.
+const char* ClassOf(const ezCString& aMimeType) {
+    const ezCString type = aMimeType.BeforeFirst('/');
+    if (type == "audio") {
+        return "item.audioItem";
+    }
+    if (type == "video") {
+        return "item.videoItem";
+    }
+    return type == "image" ? "item.imageItem" : "";
+}
+
+/// A text as part of a list that commas part.
+ezCString Escaped(const char* aText) {
+    return ezCString(aText).Replace(",", "\\,", true);
+}
+
+/// Sets a key to the number that a parameter of a MIME type states, if it states one.
+void SetFromPart(ezMediaInfo& anInfo, const char* aKey, const ezMimeTypeInfo* aType, const char* aPart) {
+    const char* text = ezMimeTypeInfo_GetPartValueByName(aType, aPart);
+    uint32 value = 0;
+    if (text != nullptr && ezReadDecimal32(text, &value)) {
+        anInfo.Set(aKey, value, true);
+    }
+}
+
+} // namespace
+
+DLNAMediaMapperParser::DLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper, ezPropertyList* anEnvironmentInfo)
+    : ezMediaParser("MediaMapper", anEnvironmentInfo, false), mMediaMapper(aMediaMapper) {
+    CacheDLNAInfo();
+}
+
+DLNAMediaMapperParser::~DLNAMediaMapperParser() = default;
+
+void DLNAMediaMapperParser::CacheDLNAInfo() {
+    ezArray* records = mMediaMapper->NewProfileArray();
+    for (std::size_t i = 0; i < ezArray_GetCount(records); ++i) {
+        const DLNAProfileEntry* record = static_cast<DLNAProfileEntry*>(ezArray_At(records, i));
+        const ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
+        const ezCString mimeType = Escaped(ezDLNAProtocolInfo_GetMimeType(info));
+        if (!record->GetProfileEnabled() || mimeType.IsEmpty()) {
+            continue;
+        }
+        const ezCString profile = Escaped(ezDLNAProtocolInfo_GetProfile(info));
+        const ezCString speeds = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 1));
+        ezCString item = mimeType;
+        if (!profile.IsEmpty()) {
+            item += ":DLNA.ORG_PN=" + profile;
+        }
+        if (!speeds.IsEmpty()) {
+            // Without a profile the speeds follow the MIME type with no ":" between them.
+            item += (profile.IsEmpty() ? "DLNA.ORG_PS=" : ";DLNA.ORG_PS=") + speeds;
+        }
+        mDLNAInfo += mDLNAInfo.IsEmpty() ? item : "," + item;
+    }
+    ezArray_Delete(records);
+}
+
+ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
+    const ezPathName path = ezPathName::MakeFilePath(aStream.GetFullPath());
+    const DLNAMediaMapperEntry* entry =
+        path.IsValid() ? mMediaMapper->GetFileEntry(path.GetFullName()) : nullptr;
+    if (entry == nullptr) {
+        return nullptr;
+    }
+    ezMediaInfo* info = new ezMediaInfo;
+    info->Set(kezInfo_MimeType, entry->mMimeType, true);
+    info->Set(kezInfo_ClassName, ClassOf(entry->mMimeType), true);
+    info->Set(kezInfo_DLNA, "DLNA.ORG_PN=" + entry->mProfile, true);
+    info->Set(kezInfo_BitRate, entry->mBitRate, true);
+    uint32 duration = 0;
+    if (ezConvert_dlnadurationstrtouint32(entry->mDuration.c_str(), &duration, 0) == 0) {
+        info->Set(kezInfo_Duration, duration, true);
+    }
+    if (entry->mProfile == "LPCM") {
+        ezMimeTypeInfo* type = ezMimeTypeInfo_New(entry->mMimeType.c_str());
+        SetFromPart(*info, kezInfo_AudioChannelCount, type, "channels");
+        SetFromPart(*info, kezInfo_AudioBitRate, type, "rate");
+        info->Set(kezInfo_AudioBitsPerSample, 16, true);
+        ezMimeTypeInfo_Delete(type);
+    }
+    return info;
+}
+
+bool DLNAMediaMapperParser::AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) {
+    return false;
+}
+
+ezCString DLNAMediaMapperParser::GetDLNAInfo() {
+    return mDLNAInfo;
+}

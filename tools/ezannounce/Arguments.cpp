@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace {
@@ -32,24 +33,60 @@ struct NamedVerb {
     Verb mVerb;
 };
 
-constexpr std::array<NamedVerb, 3> kVerbs = {
-    {{"parse", Verb::Parse}, {"capabilities", Verb::Capabilities}, {"types", Verb::Types}}};
+constexpr std::array<NamedVerb, 4> kVerbs = {{{"parse", Verb::Parse},
+                                              {"capabilities", Verb::Capabilities},
+                                              {"types", Verb::Types},
+                                              {"mapper", Verb::Mapper}}};
+
+struct NamedMapperVerb {
+    std::string_view mName;
+    MapperVerb mVerb;
+    std::size_t mMinimum; ///< operands, the word behind speeds not counted
+    std::size_t mMaximum;
+    const char* mMissing; ///< what to say below the minimum
+    bool mfOnlyLooks;
+    bool mfJson;
+};
+
+constexpr std::size_t kAnyNumber = SIZE_MAX;
+constexpr const char* kNoProfile = "no profile given";
+
+constexpr std::array<NamedMapperVerb, 8> kMapperVerbs = {{
+    {"list", MapperVerb::List, 0, 0, "", true, true},
+    {"show", MapperVerb::Show, 1, kAnyNumber, "no file name given", true, true},
+    {"profiles", MapperVerb::Profiles, 0, 0, "", true, true},
+    {"check", MapperVerb::Check, 0, 1, "", true, false},
+    {"enable", MapperVerb::Enable, 1, kAnyNumber, kNoProfile, false, false},
+    {"disable", MapperVerb::Disable, 1, kAnyNumber, kNoProfile, false, false},
+    {"speeds", MapperVerb::Speeds, 1, kAnyNumber, kNoProfile, false, false},
+    {"save", MapperVerb::Save, 0, 0, "", false, false},
+}};
 
 constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
                                "       ezannounce [OPTIONS] capabilities\n"
-                               "       ezannounce [OPTIONS] types EXT|MIME...\n";
+                               "       ezannounce [OPTIONS] types EXT|MIME...\n"
+                               "       ezannounce [OPTIONS] mapper VERB [NAME...]\n";
 
 constexpr const char* kFooter =
     "Verbs:\n"
     "  parse PATH...               what each media is and how it is announced; folders are walked\n"
     "  capabilities                the protocolInfo list that a server with this configuration advertises\n"
     "  types EXT|MIME...           look extensions and MIME types up in the media types file\n"
+    "  mapper list                 the entries of the media mapper, the operator's table\n"
+    "  mapper show NAME...         which entry a file name finds, or why none\n"
+    "  mapper profiles             the profiles of the table and what is switched on for them\n"
+    "  mapper check [FILE]         what in a table is skipped, dropped or never answers, by line\n"
+    "  mapper enable PROFILE...    switch profiles on, and save\n"
+    "  mapper disable PROFILE...   switch profiles off, and save\n"
+    "  mapper speeds on|off PROFILE...\n"
+    "                              switch play speeds of profiles on or off, and save\n"
+    "  mapper save                 write the table anew\n"
     "\n"
     "The first word that is no option is the verb if it names one, else a path; \"--\" ends the options and\n"
     "makes all that follows a path.\n"
     "\n"
     "Exit status: 0 all went well; 1 something could not be read or looked up, or a file that was named\n"
-    "itself (not found in a folder) was not recognised; 2 wrong usage.";
+    "itself (not found in a folder) was not recognised, or a check found something; 2 wrong usage.";
 
 class HelpFormatter : public CLI::Formatter {
 public:
@@ -72,9 +109,14 @@ struct OptionTexts {
 void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts) {
     anApp.set_help_flag("--help", "Show this help and exit");
     anApp.set_version_flag("--version", "ezannounce " EZANNOUNCE_VERSION, "Show the version and exit");
-    anApp.add_flag("--json", anArguments.mfJson, "parse: one JSON object a media, one a line");
+    anApp.add_flag("--json", anArguments.mfJson,
+                   "parse, mapper list, show, profiles: one JSON object a line");
     anApp.add_flag("--explain", anArguments.mfExplain,
                    "parse: where each fact comes from, and which parsers were tried");
+    anApp.add_flag("--mapper", anArguments.mfMapper, "parse, capabilities: with the media mapper in force");
+    anApp.add_flag("--no-copy", anArguments.mfNoCopy,
+                   "With the media mapper: the first load copies no file, nothing is written");
+    anApp.add_flag("--dtcp", anArguments.mfDTCP, "capabilities: in their link-protected form");
     const auto addText = [&](const char* aName, std::optional<std::string>& aText, const char* aValue,
                              const char* aHelp) {
         anApp.add_option(aName, aText, aHelp)->type_name(aValue)->take_last();
@@ -107,6 +149,26 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
     return {};
 }
 
+std::string TakeMapperVerb(std::vector<std::string>& aWords, Arguments& anArguments) {
+    if (aWords.empty()) {
+        return "mapper: no verb given";
+    }
+    const auto* verb = Find(kMapperVerbs, aWords.front());
+    if (verb == kMapperVerbs.end()) {
+        return "mapper: not a verb: " + aWords.front();
+    }
+    anArguments.mMapperVerb = verb->mVerb;
+    aWords.erase(aWords.begin());
+    if (verb->mVerb == MapperVerb::Speeds) {
+        if (aWords.empty() || (aWords.front() != "on" && aWords.front() != "off")) {
+            return "mapper speeds: neither on nor off";
+        }
+        anArguments.mfSpeedsOn = aWords.front() == "on";
+        aWords.erase(aWords.begin());
+    }
+    return {};
+}
+
 /// Takes the verb off the words that are no options; an option among them is one that nobody knows.
 std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
     for (const std::string& word : aWords) {
@@ -121,12 +183,64 @@ std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
             aWords.erase(aWords.begin());
         }
     }
+    const std::string error = anArguments.mVerb == Verb::Mapper ? TakeMapperVerb(aWords, anArguments) : "";
+    if (!error.empty()) {
+        return error;
+    }
     anArguments.mOperands.insert(anArguments.mOperands.begin(), aWords.begin(), aWords.end());
+    return {};
+}
+
+const NamedMapperVerb& Described(MapperVerb aVerb) {
+    return *std::find_if(kMapperVerbs.begin(), kMapperVerbs.end(),
+                         [&](const NamedMapperVerb& aNamed) { return aNamed.mVerb == aVerb; });
+}
+
+std::string CheckMapperVerb(const Arguments& anArguments, const OptionTexts& aTexts) {
+    const NamedMapperVerb& verb = Described(anArguments.mMapperVerb);
+    const std::string name = "mapper " + std::string(verb.mName);
+    if (anArguments.mfExplain || aTexts.mParseOptions) {
+        return "--explain and --parse-options go with parse only";
+    }
+    if (anArguments.mfJson && !verb.mfJson) {
+        return "--json goes with parse, mapper list, mapper show and mapper profiles only";
+    }
+    if (anArguments.mfNoCopy && !verb.mfOnlyLooks) {
+        return "--no-copy does not go with " + name + ", which writes the file";
+    }
+    if (anArguments.mOperands.size() < verb.mMinimum) {
+        return name + ": " + verb.mMissing;
+    }
+    if (anArguments.mOperands.size() > verb.mMaximum) {
+        return name + (verb.mMaximum == 0 ? " takes no operand" : " takes one operand");
+    }
+    return {};
+}
+
+/// What of the options about the media mapper and link protection does not go with the verb.
+std::string CheckMapperOptions(const Arguments& anArguments) {
+    const bool fCanHaveMapper = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
+    if (anArguments.mfDTCP && anArguments.mVerb != Verb::Capabilities) {
+        return "--dtcp goes with capabilities only";
+    }
+    if (anArguments.mfMapper && !fCanHaveMapper) {
+        return "--mapper goes with parse and capabilities only";
+    }
+    if (anArguments.mfNoCopy && !anArguments.mfMapper && anArguments.mVerb != Verb::Mapper) {
+        return "--no-copy goes with --mapper and with the verb mapper only";
+    }
     return {};
 }
 
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
+    const std::string error = CheckMapperOptions(anArguments);
+    if (!error.empty()) {
+        return error;
+    }
+    if (anArguments.mVerb == Verb::Mapper) {
+        return CheckMapperVerb(anArguments, aTexts);
+    }
     if (anArguments.mVerb != Verb::Parse) {
         if (anArguments.mfJson || anArguments.mfExplain || aTexts.mParseOptions) {
             return "--json, --explain and --parse-options go with parse only";
@@ -139,6 +253,8 @@ std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aText
         return anArguments.mOperands.empty() ? "" : "capabilities takes no operand";
     case Verb::Types:
         return anArguments.mOperands.empty() ? "no extension or MIME type given" : "";
+    case Verb::Mapper:
+        break;
     }
     return {};
 }

@@ -7,14 +7,22 @@
 /// The exit statuses.
 enum ExitStatus : int { kExitSuccess = 0, kExitSomeFailed = 1, kExitWrongUsage = 2 };
 
-enum class Verb { Parse, Capabilities, Types };
+enum class Verb { Parse, Capabilities, Types, Mapper };
+
+/// What is done with the media mapper.
+enum class MapperVerb { List, Show, Profiles, Check, Enable, Disable, Speeds, Save };
 
 /// What the person asked for.
 struct Arguments {
     Verb mVerb = Verb::Parse;
-    std::vector<std::string> mOperands; ///< paths, or extensions and MIME types
+    MapperVerb mMapperVerb = MapperVerb::List; ///< of Verb::Mapper
+    bool mfSpeedsOn = false;                   ///< of MapperVerb::Speeds
+    std::vector<std::string> mOperands;        ///< paths, extensions and MIME types, names, or profiles
     bool mfJson = false;
     bool mfExplain = false;
+    bool mfMapper = false; ///< the media mapper is in force
+    bool mfNoCopy = false; ///< its first load copies nothing
+    bool mfDTCP = false;   ///< the link-protected capabilities
     unsigned mCTTContext = 0;
     int mParseOptions = 0; ///< a set of ezParseOption bits
     std::optional<std::string> mConfigFolder;
@@ -31,7 +39,7 @@ struct ArgumentsResult {
 };
 
 /// Reads the command line. The first word that is no option is the verb if it names one; everything behind
-/// "--" is an operand.
+/// "--" is an operand. Behind the verb mapper, the next word is what is done with it.
 ArgumentsResult ReadArguments(int anArgCount, const char* const* anArgs, Arguments& anArguments);
 
 /// Reads a set of parse options: names parted by ",", or one number from 0 to 15. False when it is neither.

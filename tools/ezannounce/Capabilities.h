@@ -5,5 +5,5 @@
 #include <vector>
 
 /// The entries of a profile-info text ("TYPE:FIELD" parted by commas; a comma that belongs to an entry is
-/// written "\,") as protocolInfo strings. An entry without a 4th field gets "*".
+/// written "\,", or stands in quotes) as protocolInfo strings. An entry without a 4th field gets "*".
 std::vector<std::string> ProtocolInfosOf(std::string_view aProfileInfo);

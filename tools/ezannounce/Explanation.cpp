@@ -1,5 +1,7 @@
 #include "Explanation.h"
 
+#include "MapperAnswer.h"
+
 #include "ez/DLNAFileParser.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserStream.h"
@@ -56,6 +58,15 @@ ezCString MemberOf(const ezMediaInfo& anInfo, const std::string& aName) {
     return aName == "genre" ? anInfo.mGenre : anInfo.mAlbum;
 }
 
+const Override* FindOverride(const MapperAnswer* anAnswer, const std::string& aKey) {
+    if (anAnswer == nullptr) {
+        return nullptr;
+    }
+    const auto found = std::find_if(anAnswer->mOverrides.begin(), anAnswer->mOverrides.end(),
+                                    [&](const Override& anOverride) { return anOverride.mKey == aKey; });
+    return found != anAnswer->mOverrides.end() ? &*found : nullptr;
+}
+
 Source FromParser(const Answer& anAnswer) {
     return {SourceKind::Parser, anAnswer.mType, HostManager::NameOf(*anAnswer.mParser)};
 }
@@ -76,6 +87,8 @@ const char* CodeOf(SourceKind aKind) {
         return "bit-rates";
     case SourceKind::Stream:
         return "stream";
+    case SourceKind::MediaMapper:
+        return "media-mapper";
     case SourceKind::Afterwards:
         break;
     }
@@ -110,6 +123,8 @@ std::string InWords(const Source& aSource) {
         return "derived from the other bit rates";
     case SourceKind::Stream:
         return "stream";
+    case SourceKind::MediaMapper:
+        return "media mapper: " + aSource.mDetail;
     case SourceKind::Afterwards:
         break;
     }
@@ -135,7 +150,8 @@ Explainer::Explainer(HostManager& aManager, ExtensionMimeTypeMatcher& aMatcher, 
                      int aParseOptions)
     : mManager(aManager), mMatcher(aMatcher), mEnvironment(anEnvironment), mParseOptions(aParseOptions) {}
 
-Explanation Explainer::Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised) {
+Explanation Explainer::Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised,
+                               const MapperAnswer* aMapperAnswer) {
     Explanation explanation;
     for (const Attempt& attempt : mManager.GetAttempts()) {
         const std::string name = attempt.mParser != nullptr ? HostManager::NameOf(*attempt.mParser) : "";
@@ -148,7 +164,9 @@ Explanation Explainer::Explain(ezMediaParserStream& aStream, const ezMediaInfo& 
         FindRecords(aStream);
         mEntryName = WinningEntryName(aStream.GetExtension());
         for (Fact& fact : FactsOf(anInfo)) {
-            Source source = SourceOf(fact, anInfo);
+            const Override* change = FindOverride(aMapperAnswer, fact.mKey);
+            Source source = change != nullptr ? Source{SourceKind::MediaMapper, InWords(*change), {}}
+                                              : SourceOf(fact, anInfo);
             explanation.mFacts.push_back({std::move(fact), std::move(source)});
         }
     }

@@ -9,17 +9,19 @@
 
 class ExtensionMimeTypeMatcher;
 class ezMediaParserStream;
+struct MapperAnswer;
 struct ExtensionMimeTypeMatcherEntry;
 struct ezPropertyList;
 
 enum class SourceKind {
-    Parser,    ///< a parser read it from the media; mDetail is the parser's type
-    Entry,     ///< an entry of the media types file; mDetail is the entry's name
-    TypesFile, ///< the media types file as a whole; mDetail is the MIME type that led to it
-    FileName,  ///< the name of a conformance-test file
-    BitRates,  ///< follows from other bit rates of the record, or was cleared with them
-    Stream,    ///< the file itself: its size, name and time
-    Afterwards ///< stated after all parsers had answered
+    Parser,      ///< a parser read it from the media; mDetail is the parser's type
+    Entry,       ///< an entry of the media types file; mDetail is the entry's name
+    TypesFile,   ///< the media types file as a whole; mDetail is the MIME type that led to it
+    FileName,    ///< the name of a conformance-test file
+    BitRates,    ///< follows from other bit rates of the record, or was cleared with them
+    Stream,      ///< the file itself: its size, name and time
+    MediaMapper, ///< the operator's table; mDetail is what it replaced by what
+    Afterwards   ///< stated after all parsers had answered
 };
 
 struct Source {
@@ -68,7 +70,9 @@ public:
     Explainer(HostManager& aManager, ExtensionMimeTypeMatcher& aMatcher, ezPropertyList* anEnvironment,
               int aParseOptions);
 
-    Explanation Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised);
+    /// @param aMapperAnswer  null where no media mapper is in force or it does not know the media
+    Explanation Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised,
+                        const MapperAnswer* aMapperAnswer);
 
 private:
     void FindRecords(ezMediaParserStream& aStream);

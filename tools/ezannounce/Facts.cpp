@@ -141,8 +141,16 @@ public:
     }
 
 private:
+    /// By its codec, or, where the media mapper alone tells, by its profile.
+    bool IsLpcm() const {
+        if (mInfo.Has(kezInfo_AudioCodec)) {
+            return mInfo.GetCString(kezInfo_AudioCodec, "") == "LPCM";
+        }
+        return mInfo.GetCString(kezInfo_DLNA, "").BeforeFirst(';') == "DLNA.ORG_PN=LPCM";
+    }
+
     const KnownKey& KindOfKey(const KnownKey& aKnown) const {
-        if (mInfo.GetCString(kezInfo_AudioCodec, "") == "LPCM") {
+        if (IsLpcm()) {
             const std::string_view key = aKnown.mKey;
             if (key == kezInfo_AudioBitRate) {
                 return kLpcmSamplingRate;

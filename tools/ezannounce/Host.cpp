@@ -1,32 +1,24 @@
 #include "Host.h"
 
 #include "Explanation.h"
+#include "MapperAnswer.h"
 #include "TypesTableParser.h"
+#include "Unreadable.h"
 
+#include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
 #include "ezPlatform/containers/PtrList.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace {
 
-/// Why a file that did not open does not.
-std::string WhyUnreadable(const std::string& aPath) {
-    struct stat status = {};
-    if (stat(aPath.c_str(), &status) != 0) {
-        return std::strerror(errno);
+/// The record of the last request before the media mapper was asked; null where no parser answered.
+const ezMediaInfo* RecordOfParsers(const HostManager& aManager) {
+    for (const Answer& answer : aManager.GetAnswers()) {
+        if (answer.mDepth == 0) {
+            return answer.mInfo.get();
+        }
     }
-    if (!S_ISREG(status.st_mode)) {
-        return "not a regular file";
-    }
-    if (faccessat(AT_FDCWD, aPath.c_str(), R_OK, AT_EACCESS) != 0) {
-        return std::strerror(errno);
-    }
-    return "cannot be opened";
+    return nullptr;
 }
 
 } // namespace
@@ -57,8 +49,15 @@ Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders)
 Host::~Host() {
     // The parsers use environment and table to the end.
     mManager.reset();
+    mMapper.reset();
     mMatcher.reset();
     ezPropertyList_Delete(mEnvironment);
+}
+
+void Host::Use(std::unique_ptr<DLNAMediaMapper> aMapper) {
+    mMapper = std::move(aMapper);
+    mManager->AddDLNAMediaMapperParser(mMapper.get());
+    mManager->SetTracing(true); // what the table replaces is found in what the parsers answered
 }
 
 bool Host::HasMediaTypes() const {
@@ -78,10 +77,18 @@ bool Host::Announce(const std::string& aPath, Announcement& anAnnouncement, std:
         anAnnouncement.mInfo = std::make_unique<ezMediaInfo>();
         stream.CopyInfo(anAnnouncement.mInfo.get());
     }
+    anAnnouncement.mfMapperInForce = mMapper != nullptr;
+    if (mMapper != nullptr && anAnnouncement.mfRecognised) {
+        std::optional<MapperAnswer> answer =
+            FindMapperAnswer(*mMapper, stream, RecordOfParsers(*mManager), *anAnnouncement.mInfo);
+        if (answer) {
+            anAnnouncement.mMapperAnswer = std::make_unique<MapperAnswer>(std::move(*answer));
+        }
+    }
     if (mfExplain) {
         Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions);
-        anAnnouncement.mExplanation = std::make_unique<Explanation>(
-            explainer.Explain(stream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised));
+        anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
+            stream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
     }
     return true;
 }

@@ -10,7 +10,9 @@
 #include <memory>
 #include <string>
 
+class DLNAMediaMapper;
 struct Explanation;
+struct MapperAnswer;
 
 /// What a media is.
 struct Announcement {
@@ -18,7 +20,9 @@ struct Announcement {
     bool mfRecognised = false;
     /// The record; of a media that was not recognised, what the stream alone knows.
     std::unique_ptr<ezMediaInfo> mInfo;
-    std::unique_ptr<Explanation> mExplanation; ///< only when asked for
+    std::unique_ptr<Explanation> mExplanation;   ///< only when asked for
+    bool mfMapperInForce = false;                ///< the media mapper was asked
+    std::unique_ptr<MapperAnswer> mMapperAnswer; ///< null where it does not know the media
 
     Announcement();
     Announcement(Announcement&&) noexcept;
@@ -35,6 +39,9 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
+    /// Puts a media mapper, loaded, in force. At most once.
+    void Use(std::unique_ptr<DLNAMediaMapper> aMapper);
+
     /// Identifies a file. False, with the reason, when it cannot be read.
     bool Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason);
 
@@ -47,6 +54,7 @@ private:
     ezPropertyList* mEnvironment;
     std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
     std::unique_ptr<HostManager> mManager;
+    std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
     bool mfExplain;
     int mParseOptions;
 };

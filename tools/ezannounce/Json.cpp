@@ -4,6 +4,7 @@
 #include "Explanation.h"
 #include "Facts.h"
 #include "Host.h"
+#include "MapperAnswer.h"
 #include "SafeText.h"
 
 #include <nlohmann/json.hpp>
@@ -52,6 +53,23 @@ Json ExplanationOf(const Explanation& anExplanation) {
     return {{"facts", std::move(facts)}, {"entries", std::move(entries)}, {"tried", std::move(attempts)}};
 }
 
+Json ValueOf(const std::optional<Fact>& aFact) {
+    return aFact ? ValueOf(*aFact) : Json(nullptr);
+}
+
+Json MapperAnswerOf(const MapperAnswer* anAnswer) {
+    if (anAnswer == nullptr) {
+        return nullptr;
+    }
+    Json overrides = Json::object();
+    for (const Override& change : anAnswer->mOverrides) {
+        overrides[NameOf(change)] = {{"old", ValueOf(change.mOld)}, {"new", ValueOf(change.mNew)}};
+    }
+    return {{"file_name", anAnswer->mFileName},
+            {"profile", anAnswer->mProfile},
+            {"overrode", std::move(overrides)}};
+}
+
 } // namespace
 
 void JsonOutput::Put(const Announcement& anAnnouncement) {
@@ -74,6 +92,9 @@ void JsonOutput::Put(const Announcement& anAnnouncement) {
     }
     if (!unnamed.empty()) {
         media["values"] = std::move(unnamed);
+    }
+    if (anAnnouncement.mfMapperInForce) {
+        media["media_mapper"] = MapperAnswerOf(anAnnouncement.mMapperAnswer.get());
     }
     if (anAnnouncement.mExplanation != nullptr) {
         media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);

@@ -4,6 +4,7 @@
 #include "Explanation.h"
 #include "Facts.h"
 #include "Host.h"
+#include "MapperAnswer.h"
 #include "SafeText.h"
 
 #include <algorithm>
@@ -89,6 +90,18 @@ std::string RestInWords(const ezMediaInfo& anInfo) {
     return rest;
 }
 
+/// "media mapper: DLNA, duration": the facts that it decided, whose values the row has.
+std::string OverridesInWords(const MapperAnswer* anAnswer) {
+    std::string words;
+    if (anAnswer != nullptr) {
+        for (const Override& change : anAnswer->mOverrides) {
+            words += words.empty() ? "media mapper: " : ", ";
+            words += ForTerminal(LabelOf(change));
+        }
+    }
+    return words;
+}
+
 std::string CellOf(const ezMediaInfo& anInfo, const char* aKey) {
     return ForTerminal(anInfo.GetCString(aKey, "-").View());
 }
@@ -139,6 +152,10 @@ void TableOutput::Put(const Announcement& anAnnouncement) {
     row[kSize] = SizeInWords(info.GetUInt64(kezInfo_FileSize, 0).ToUInt64());
     row[kExtension] = CellOf(info, kezInfo_FileExtension);
     row[kRest] = anAnnouncement.mfRecognised ? RestInWords(info) : "not recognised";
+    const std::string overrides = OverridesInWords(anAnnouncement.mMapperAnswer.get());
+    if (!overrides.empty()) {
+        row[kRest] += (row[kRest].empty() ? "" : "; ") + overrides;
+    }
     mRows.push_back(std::move(row));
     if (mRows.size() >= kRowsPerBatch) {
         Finish();
@@ -181,6 +198,13 @@ void ExplainedOutput::Put(const Announcement& anAnnouncement) {
     for (const ExplainedFact& fact : explanation.mFacts) {
         text += LineOfExplanation(fact.mFact.mLabel, fact.mFact.mWords, InWords(fact.mSource));
         fHasFourthField = fHasFourthField || fact.mFact.mName == "dlna";
+    }
+    if (anAnnouncement.mMapperAnswer != nullptr) {
+        for (const Override& change : anAnnouncement.mMapperAnswer->mOverrides) {
+            if (!change.mNew) { // what is shown above does not have it any more
+                text += LineOfExplanation(LabelOf(change), "-", "media mapper: " + InWords(change));
+            }
+        }
     }
     if (anAnnouncement.mfRecognised && !fHasFourthField) {
         text += LineOfExplanation("DLNA", "*", "nothing stated a 4th field");

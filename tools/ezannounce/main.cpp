@@ -2,6 +2,7 @@
 #include "ConfigFolders.h"
 #include "Console.h"
 #include "Host.h"
+#include "MapperTable.h"
 #include "Verbs.h"
 
 #include "ezPlatform/base/Log.h"
@@ -39,6 +40,9 @@ int Run(const Arguments& anArguments, Console& aConsole) {
         _ezLog_Level = *anArguments.mLogLevel;
     }
     const ConfigFolders folders = FindConfigFolders(anArguments);
+    if (anArguments.mVerb == Verb::Mapper && anArguments.mMapperVerb != MapperVerb::Show) {
+        return RunMapper(anArguments, folders, aConsole);
+    }
     Host host(anArguments, folders);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
@@ -46,11 +50,21 @@ int Run(const Arguments& anArguments, Console& aConsole) {
                                                 (fOneFolder ? "" : " or " + folders.mReadWrite) +
                                                 "; --config names the folder of the file");
     }
+    if (anArguments.mfMapper) {
+        std::unique_ptr<DLNAMediaMapper> mapper =
+            OpenMapper(folders, host.GetManager().GetMimeTypesDotIniParser(), anArguments.mfNoCopy, aConsole);
+        if (mapper == nullptr) {
+            return kExitSomeFailed; // without the table the answers would not be those that were asked for
+        }
+        host.Use(std::move(mapper));
+    }
     switch (anArguments.mVerb) {
     case Verb::Parse:
         return RunParse(anArguments, host, aConsole);
     case Verb::Capabilities:
-        return RunCapabilities(host, aConsole);
+        return RunCapabilities(anArguments, host, aConsole);
+    case Verb::Mapper:
+        return RunMapperShow(anArguments, folders, host, aConsole);
     case Verb::Types:
         break;
     }

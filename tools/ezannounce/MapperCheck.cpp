@@ -1,0 +1,223 @@
+#include "MapperCheck.h"
+
+#include "MapperFacts.h"
+
+#include "ezPlatform/dlna/ProtocolInfo.h"
+#include "ezPlatform/files/TextFile.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <tuple>
+
+namespace {
+
+/// Longer lines are cut by the library, and then skipped.
+constexpr std::size_t kMaximumLineLength = 1024;
+
+constexpr std::size_t kPlaySpeedField = 4;
+constexpr std::size_t kBitRateField = 6;
+constexpr std::array<const char*, 13> kFieldNames = {
+    "file name", "MIME type", "profile", "duration", "play speeds", "mandatory bits", "bit rate",
+    "IFO file",  "largest",   "width",   "height",   "LP options",  "parameters"};
+
+std::string Quoted(const ezCString& aText) {
+    return "'" + std::string(aText.View()) + "'";
+}
+
+/// The 4th-field parameter that carries the flag word: its domain is fixed when the library is built, so it
+/// is taken from a line that the library writes.
+ezCString FlagWordName() {
+    DLNAMediaMapperEntry entry;
+    return entry.Get().AfterLast(';').BeforeLast('=');
+}
+
+/// One speed as the library reads it; "" when it drops it.
+ezCString AcceptedSpeed(const ezCString& aSpeed) {
+    ezCSVStringList list = ezCSVStringList::WithSeparator(',');
+    list.Add(aSpeed.c_str());
+    DLNAMediaMapperEntry::ValidatePlaySpeedList(list, true);
+    return list.GetAt(0);
+}
+
+class Checker {
+public:
+    explicit Checker(MapperCheck& aCheck) : mCheck(aCheck), mFlagWordName(FlagWordName()) {}
+
+    void Line(std::size_t aNumber, const ezCString& aLine, bool afCut) {
+        mLine = aNumber;
+        const ezCString text = aLine.TrimLeftRight();
+        if (text.IsEmpty() || text.View().front() == '#') {
+            return;
+        }
+        if (afCut) {
+            Lost("longer than " + std::to_string(kMaximumLineLength) + " bytes: skipped");
+            return;
+        }
+        const ezCSVStringList fields = ezCSVStringList::FromText(text);
+        DLNAMediaMapperEntry entry;
+        if (!entry.Set(text)) {
+            Lost(WhyBad(fields) + ": skipped");
+            return;
+        }
+        ++mCheck.mEntryCount;
+        CheckFields(fields);
+        CheckSpeeds(fields, entry);
+        CheckNumbers(fields, entry);
+        Remember(text, entry);
+    }
+
+    void Finish() {
+        for (auto& [base, candidates] : mByBaseName) {
+            CheckCandidates(base, candidates);
+        }
+        std::stable_sort(mCheck.mFindings.begin(), mCheck.mFindings.end(),
+                         [](const MapperFinding& aLeft, const MapperFinding& aRight) {
+                             return aLeft.mLine < aRight.mLine;
+                         });
+    }
+
+private:
+    /// An entry among those of one base name, in the order in which a search meets them.
+    struct Candidate {
+        std::string mProfile;
+        std::size_t mLine;
+        bool mfPcm;
+
+        bool operator<(const Candidate& anOther) const {
+            return std::tie(mProfile, mLine) < std::tie(anOther.mProfile, anOther.mLine);
+        }
+    };
+
+    void Found(const std::string& aText) { mCheck.mFindings.push_back({mLine, aText, false}); }
+    void Lost(const std::string& aText) { mCheck.mFindings.push_back({mLine, aText, true}); }
+
+    static std::string WhyBad(const ezCSVStringList& aFields) {
+        constexpr std::size_t kRequiredCount = 3;
+        if (aFields.GetCount() < kRequiredCount) {
+            return "fewer than 3 fields";
+        }
+        for (std::size_t i = 0; i < kRequiredCount; ++i) {
+            if (aFields.GetAt(i).TrimLeftRight().IsEmpty()) {
+                return std::string("empty ") + kFieldNames[i];
+            }
+        }
+        return "not a line";
+    }
+
+    void CheckFields(const ezCSVStringList& aFields) {
+        for (std::size_t i = 0; i < std::min(aFields.GetCount(), kFieldNames.size()); ++i) {
+            if (i != kPlaySpeedField && aFields.GetAt(i).Contains(",")) {
+                Lost(std::string("comma in the ") + kFieldNames[i] +
+                     ": a save writes it bare, and it then parts the field");
+            }
+        }
+        if (aFields.GetCount() > kFieldNames.size()) {
+            Lost(std::to_string(aFields.GetCount()) + " fields: what stands behind the 13th is not used");
+        }
+    }
+
+    void CheckSpeeds(const ezCSVStringList& aFields, const DLNAMediaMapperEntry& anEntry) {
+        const ezCSVStringList written =
+            ezCSVStringList::FromText(aFields.GetAt(kPlaySpeedField).TrimLeftRight());
+        std::size_t kept = 0; // those that are kept stay in their order
+        for (std::size_t i = 0; i < written.GetCount(); ++i) {
+            const ezCString speed = written.GetAt(i).TrimLeftRight();
+            if (kept < anEntry.mSupportedPlaySpeeds.GetCount() &&
+                anEntry.mSupportedPlaySpeeds.GetAt(kept) == speed) {
+                ++kept;
+            } else if (speed != "1") { // which goes without saying
+                const bool fTwice = !AcceptedSpeed(speed).IsEmpty();
+                Lost("play speed " + Quoted(speed) + " is dropped: " +
+                     (fTwice ? "listed before" : "not a non-zero integer or fraction other than 1"));
+            }
+        }
+    }
+
+    void CheckNumbers(const ezCSVStringList& aFields, const DLNAMediaMapperEntry& anEntry) {
+        if (!anEntry.mDuration.IsEmpty() && !SecondsOf(anEntry)) {
+            Found("duration " + Quoted(anEntry.mDuration) + " does not convert: not used");
+        }
+        const ezCString bits = anEntry.mMandatoryBits;
+        if (!bits.IsEmpty() &&
+            (bits.GetLength() != 8 || bits.View().find_first_not_of("01") != std::string_view::npos)) {
+            Found("mandatory bits " + Quoted(bits) + " are not eight of 0 and 1");
+        }
+        const ezCString rate = aFields.GetAt(kBitRateField);
+        if (!rate.TrimLeftRight().IsEmpty()) {
+            bool fReads = false;
+            if (aFields.GetAtInt32(kBitRateField, 0, &fReads) < 0) {
+                Lost("bit rate " + Quoted(rate) + " is negative");
+            } else if (!fReads) {
+                Lost("bit rate " + Quoted(rate) + " does not read: taken as not known");
+            }
+        }
+        const ezCString word = ezCString::FromAllocatedString(ezDLNAProtocolInfo_S_Get4thFieldValueFromStr(
+            anEntry.m4thFieldPart.c_str(), mFlagWordName.c_str()));
+        if (word.GetLength() > 8 ||
+            word.View().find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
+            Lost("flag word " + Quoted(word) + " does not read: taken as 00000000");
+        }
+    }
+
+    void Remember(const ezCString& aText, const DLNAMediaMapperEntry& anEntry) {
+        const auto [first, fNew] = mLines.emplace(aText.View(), mLine);
+        if (!fNew) {
+            Found("the same line as line " + std::to_string(first->second));
+            return;
+        }
+        const bool fPcm = anEntry.mFileName.AfterLast('.').Lower() == "pcm";
+        mByBaseName[std::string(anEntry.mFileName.BeforeLast('.').Lower().View())].push_back(
+            {std::string(anEntry.mProfile.View()), mLine, fPcm});
+    }
+
+    /// Names the entries that never answer, since the search meets another of the base name first.
+    void CheckCandidates(const std::string& aBaseName, std::vector<Candidate>& aCandidates) {
+        std::sort(aCandidates.begin(), aCandidates.end());
+        const Candidate& winner = aCandidates.front();
+        bool fWavAnswered = !winner.mfPcm;
+        for (std::size_t i = 1; i < aCandidates.size(); ++i) {
+            const Candidate& candidate = aCandidates[i];
+            const bool fForWav = !fWavAnswered && !candidate.mfPcm;
+            fWavAnswered = fWavAnswered || fForWav;
+            mLine = candidate.mLine;
+            Found("'" + aBaseName + "' stands in line " + std::to_string(winner.mLine) +
+                  " too, whose profile '" + winner.mProfile + "' comes first: this one " +
+                  (fForWav ? "answers for .wav alone" : "never answers"));
+        }
+    }
+
+    MapperCheck& mCheck;
+    ezCString mFlagWordName;
+    std::size_t mLine = 0;
+    std::map<std::string, std::size_t, std::less<>> mLines; ///< a line to the first that it stands in
+    std::map<std::string, std::vector<Candidate>> mByBaseName;
+};
+
+} // namespace
+
+std::size_t MapperCheck::CountLostLines() const {
+    std::set<std::size_t> lines;
+    for (const MapperFinding& finding : mFindings) {
+        if (finding.mfLost) {
+            lines.insert(finding.mLine);
+        }
+    }
+    return lines.size();
+}
+
+bool CheckMapperFile(const std::string& aPath, MapperCheck& aCheck) {
+    ezTextFile file(ezCString(aPath), kMaximumLineLength);
+    if (!file.IsOpened()) {
+        return false;
+    }
+    Checker checker(aCheck);
+    ezCString line;
+    bool fCut = false;
+    for (std::size_t number = 1; file.NextLine(&line, &fCut); ++number) {
+        checker.Line(number, line, fCut);
+    }
+    checker.Finish();
+    return true;
+}

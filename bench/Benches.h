@@ -4,3 +4,4 @@
 void AddIdentifyBenches();
 void AddTableBenches();
 void AddManagerBenches();
+void AddMapperBenches();

@@ -30,6 +30,7 @@ int main(int aCount, char** anArguments) {
     AddIdentifyBenches();
     AddTableBenches();
     AddManagerBenches();
+    AddMapperBenches();
     benchmark::Initialize(&aCount, anArguments);
     if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
         return 2;

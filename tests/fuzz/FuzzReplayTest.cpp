@@ -17,6 +17,10 @@ extern "C" {
 int Fuzz_media_types_ini(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_media_parser_stream(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_file_name(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_mapper_line(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_mapper_file(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_protocol_info(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_profile_info_list(const std::uint8_t* aData, std::size_t aSize);
 }
 
 namespace {
@@ -70,4 +74,20 @@ TEST(FuzzReplay, MediaParserStreamKeepsItsContractForEveryKeptInput) {
 
 TEST(FuzzReplay, FileNamesKeepTheirContractForEveryKeptInput) {
     ReplayDoor(Fuzz_file_name, "file_name");
+}
+
+TEST(FuzzReplay, MediaMapperLinesKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_mapper_line, "mapper_line");
+}
+
+TEST(FuzzReplay, MediaMapperFilesKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_mapper_file, "mapper_file");
+}
+
+TEST(FuzzReplay, ProtocolInfosKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_protocol_info, "protocol_info");
+}
+
+TEST(FuzzReplay, ProfileInfoListsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_profile_info_list, "profile_info_list");
 }

@@ -124,10 +124,11 @@ void DLNAMediaMapperEntry::ComputeDLNAProtocolInfo() {
     } else if (fourthField.Last() == ';') {
         fourthField = fourthField.Left(fourthField.GetLength() - 1);
     }
-    mFullProfile = "http-get:*:" + (mMimeType.IsEmpty() ? ezCString("*") : mMimeType) + ":" + fourthField;
-
+    // The MIME type is set and not parsed with the rest: a stray quote or colon in it would reach into the
+    // 4th field.
     ezDLNAProtocolInfo_Delete(mDLNAProtocolInfo);
-    mDLNAProtocolInfo = NewProtocolInfo(mFullProfile);
+    mDLNAProtocolInfo = NewProtocolInfo("http-get:*:*:" + fourthField);
+    ezDLNAProtocolInfo_SetMimeType(mDLNAProtocolInfo, mMimeType.c_str());
     ezDLNAProtocolInfo_SetDLNAVersion(mDLNAProtocolInfo, 1, 5, 0);
     ezDLNAProtocolInfo_Remove4thFieldByName(mDLNAProtocolInfo, kGoldenDMSName);
     mFullProfile = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(mDLNAProtocolInfo));

@@ -150,8 +150,9 @@ struct DLNAMediaMapperSearchInfo {
 /// caller's to edit through GetArray. Not locked.
 class EZPARSERS_API DLNAMediaMapper {
 public:
-    /// @param anIniParser  knows which extensions exist; borrowed, asked by GetFileEntry and AddEntry;
-    /// without one no file is found Makes the writable folder; loads nothing.
+    /// Makes the writable folder; loads nothing.
+    /// @param anIniParser  knows which extensions exist; borrowed, asked by GetFileEntry and AddEntry only;
+    /// without one no file is found
     DLNAMediaMapper(ezMimeTypesDotIniParser* anIniParser, const ezCString& aReadOnlyFolder,
                     const ezCString& aWritableFolder, const ezCString& aSubFolder,
                     const ezCString& aFileName);
@@ -164,7 +165,8 @@ public:
     /// -3 when it cannot be opened or read to its end; nothing of it is taken then.
     ezError Load();
     /// Writes the table to the writable file, at most once a Load: a second time is the assertion "!mfSaved"
-    /// and code -1. Code -1 when it cannot be made or written; the file then stands as it was.
+    /// and code -1; the copy of a first Load counts as one where that Load fails. Code -1 when it cannot be
+    /// made or written; the file then stands as it was.
     ezError Save();
 
     /// The entries themselves: an array of DLNAMediaMapperEntry that it owns.
@@ -238,7 +240,7 @@ private:
 /// Looks a media's file name up in the table instead of reading the media.
 class EZPARSERS_API DLNAMediaMapperParser : public ezMediaParser {
 public:
-    /// @param aMediaMapper       borrowed, outlives the parser; loaded before, since what it declares is
+    /// @param aMediaMapper       borrowed, asked by Parse; loaded before, since what it declares is
     /// fixed here
     /// @param anEnvironmentInfo  borrowed, may be null
     DLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper, ezPropertyList* anEnvironmentInfo);

@@ -72,8 +72,8 @@ public:
     /// call is the assertion "mMimeTypesDotIniParser == NULL" and adds nothing.
     void AddStandardParsers(int aParseOptions);
 
-    /// Puts an operator's table in force. It is borrowed, outlives the manager, and is loaded before: what it
-    /// adds to GetDLNAInfo is fixed here. Null adds nothing. A second call is the assertion
+    /// Puts an operator's table in force. It is borrowed, asked by Parse until the last one, and is loaded
+    /// before: what it adds to GetDLNAInfo is fixed here. Null adds nothing. A second call is the assertion
     /// "mDLNAMediaMapperParser == NULL" and changes nothing.
     void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
 

@@ -335,6 +335,13 @@ const char* ezDLNAProtocolInfo_GetMimeType(const ezDLNAProtocolInfo* anInfo) {
     return anInfo != nullptr ? anInfo->mMimeType.c_str() : "";
 }
 
+void ezDLNAProtocolInfo_SetMimeType(ezDLNAProtocolInfo* anInfo, const char* aMimeType) {
+    if (anInfo != nullptr) {
+        const std::string_view mimeType = ViewOf(aMimeType);
+        anInfo->mMimeType = mimeType.empty() ? std::string_view("*") : mimeType;
+    }
+}
+
 const char* ezDLNAProtocolInfo_GetProfile(const ezDLNAProtocolInfo* anInfo) {
     return anInfo != nullptr ? anInfo->mProfile.c_str() : "";
 }

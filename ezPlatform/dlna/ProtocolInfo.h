@@ -41,6 +41,8 @@ EZPLATFORM_API char* ezDLNAProtocolInfo_GetStr(const ezDLNAProtocolInfo* anInfo)
 EZPLATFORM_API char* ezDLNAProtocolInfo_Get4thFieldStr(const ezDLNAProtocolInfo* anInfo);
 /// The MIME type, lent until the object changes.
 EZPLATFORM_API const char* ezDLNAProtocolInfo_GetMimeType(const ezDLNAProtocolInfo* anInfo);
+/// Null or "" sets "*".
+EZPLATFORM_API void ezDLNAProtocolInfo_SetMimeType(ezDLNAProtocolInfo* anInfo, const char* aMimeType);
 /// The profile name, lent until the object changes; "" when there is none.
 EZPLATFORM_API const char* ezDLNAProtocolInfo_GetProfile(const ezDLNAProtocolInfo* anInfo);
 /// Null or "" takes DLNA.ORG_PN away.

@@ -2,6 +2,8 @@
 
 #include "ezPlatform/base/System.h"
 
+#include <cerrno>
+
 namespace {
 
 bool IsSeparator(char aCharacter) {
@@ -36,8 +38,15 @@ ezPathName ezPathName::MakeCombinedFilePath(const ezPathName& aFolder, const ezC
 bool ezPathName::FileExists() const {
     struct stat status = {};
     // A NUL would cut the path short and find another file than the one that was named.
-    return IsValid() && mPath.View().find('\0') == std::string_view::npos &&
-           ezSystem().mStat(mPath.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    if (!IsValid() || mPath.View().find('\0') != std::string_view::npos) {
+        return false;
+    }
+    if (ezSystem().mStat(mPath.c_str(), &status) == 0) {
+        return !S_ISDIR(status.st_mode);
+    }
+    // What cannot be looked at may well be there, and whoever asks is about to write where it thinks nothing
+    // is.
+    return errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG;
 }
 
 ezCString ezPathName::GetFileName() const {

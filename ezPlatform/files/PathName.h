@@ -26,7 +26,8 @@ public:
 
     /// Back to an invalid path.
     void Reset() { *this = ezPathName(); }
-    /// True when something other than a folder stands under the path: one system call.
+    /// True when something other than a folder stands under the path, and when the system does not let it be
+    /// told: one system call.
     bool FileExists() const;
 
     /// False for the empty path.

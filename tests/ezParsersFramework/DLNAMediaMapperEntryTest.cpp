@@ -757,3 +757,16 @@ RC_GTEST_PROP(DLNAMediaMapperEntry, EveryMemberButTheFurtherParametersSurvivesWr
     RC_ASSERT(Members(again, false) == members);
     RC_ASSERT(Str(again.Get()) == line);
 }
+
+TEST(DLNAMediaMapperEntry, StrayQuoteOrColonInTheMimeTypeDoesNotReachTheOtherFields) {
+    for (const char* mimeType : {"video/x;a=\"b", "video/x:y"}) {
+        DLNAMediaMapperEntry entry;
+        ASSERT_TRUE(entry.Set(ezCString("c.mpg,") + mimeType +
+                              ",P,,,,,,,,,,X_Y=\"1\";BRELVO.COM_GOLDENDMS=10000000"));
+        const ezCString field = "DLNA.ORG_PN=P;DLNA.ORG_FLAGS=00100000000000000000000000000000;X_Y=\"1\"";
+        EXPECT_EQ(entry.mFullProfile, ezCString("http-get:*:") + mimeType + ":" + field);
+        EXPECT_EQ(entry.Get(), ezCString("c.mpg,") + mimeType +
+                                   ",P,,,,,,,,,,DLNA.ORG_FLAGS=00100000000000000000000000000000;X_Y=\"1\";"
+                                   "BRELVO.COM_GOLDENDMS=10000000");
+    }
+}

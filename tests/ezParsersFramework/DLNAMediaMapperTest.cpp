@@ -1047,3 +1047,16 @@ TEST(DLNAMediaMapper, FileThatCannotBeReadToItsEndAddsNothing) {
     EXPECT_FALSE(mapper.Load().IsError());
     EXPECT_EQ(ezArray_GetCount(mapper.GetArray()), 2000U);
 }
+
+TEST(DLNAMediaMapper, TableThatCannotBeLookedAtIsNotReplacedByTheFactoryOne) {
+    TemporaryFolder folder;
+    folder.Write("MediaMapper.txt", "factory.mpg,video/mpeg,MPEG_PS_PAL\n");
+    const std::string path = folder.Write("state/_MediaMapper.txt", "own.mpg,video/mpeg,MPEG_PS_PAL\n");
+    DLNAMediaMapper mapper(nullptr, folder.GetPath().c_str(), folder.Path("state").c_str(), "",
+                           "MediaMapper.txt");
+    ScriptedSystem system;
+    system.mStatOutcomes = {{EIO}};
+    EXPECT_FALSE(mapper.Load().IsError());
+    ASSERT_EQ(ezArray_GetCount(mapper.GetArray()), 1U);
+    EXPECT_EQ(static_cast<DLNAMediaMapperEntry*>(ezArray_At(mapper.GetArray(), 0))->mFileName, "own.mpg");
+}

@@ -29,7 +29,7 @@ inline constexpr uint32 kDLNAMediaMapperPlaySpeed_MediaNotSupported = 0x80000000
 /// width, height, LP options, further 4th-field parameters. The first three must not be empty. The flag word
 /// is one of the further parameters, named by the vendor's domain in upper case and "_GOLDENDMS", in
 /// hexadecimal. Text fields but the play speeds are written as they are: a comma in one of them would part it
-/// when it is read again.
+/// when it is read again, and a backslash at its end would join it with the next.
 class EZPARSERS_API DLNAMediaMapperEntry {
 public:
     DLNAMediaMapperEntry() = default;

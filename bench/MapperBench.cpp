@@ -241,8 +241,9 @@ public:
         : mTables(std::move(aTables)),
           mMapper(std::move(aMapper)),
           mfMapped(afMapped),
-          mPath(
-              mTables->GetFolder().Write("media/" + aBaseName + ".mpg", std::string(16 * 1024, 'c')).c_str()),
+          mPath(mTables->GetFolder()
+                    .Write("media/" + aBaseName + ".mpg", std::string(std::size_t{16} * 1024, 'c'))
+                    .c_str()),
           mEnvironment(ezPropertyList_New()) {
         const std::string types = mTables->GetFolder().Path("types");
         ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", types.c_str());
@@ -326,6 +327,7 @@ void AddMapperBenches() {
         [] {
             const std::shared_ptr<Tables> tables = MakeTables();
             std::vector<Side> sides;
+            sides.reserve(kSizes.size());
             for (const std::size_t size : kSizes) {
                 sides.push_back({std::to_string(size), [tables, size] { return LoadCost(*tables, size); }});
             }

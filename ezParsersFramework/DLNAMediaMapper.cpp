@@ -446,7 +446,7 @@ ezCString DLNAMediaMapper::GetEnabledMimeTypeProfileList(const ezCString& aText)
             ezDLNAProtocolInfoList_Remove(list, i - 1);
         }
     }
-    const ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypeProfileStr(list));
+    ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypeProfileStr(list));
     ezDLNAProtocolInfoList_Delete(list);
     return text;
 }

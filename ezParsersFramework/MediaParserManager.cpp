@@ -272,7 +272,7 @@ ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
     for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list); ++i) {
         ezDLNAProtocolInfo_SetDTCPIP(ezDLNAProtocolInfoList_GetProtocolInfoAt(list, i), nullptr, 0, 1);
     }
-    const ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list));
+    ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list));
     ezDLNAProtocolInfoList_Delete(list);
     return text;
 }

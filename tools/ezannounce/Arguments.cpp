@@ -183,7 +183,7 @@ std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
             aWords.erase(aWords.begin());
         }
     }
-    const std::string error = anArguments.mVerb == Verb::Mapper ? TakeMapperVerb(aWords, anArguments) : "";
+    std::string error = anArguments.mVerb == Verb::Mapper ? TakeMapperVerb(aWords, anArguments) : "";
     if (!error.empty()) {
         return error;
     }
@@ -234,7 +234,7 @@ std::string CheckMapperOptions(const Arguments& anArguments) {
 
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
-    const std::string error = CheckMapperOptions(anArguments);
+    std::string error = CheckMapperOptions(anArguments);
     if (!error.empty()) {
         return error;
     }

@@ -63,7 +63,7 @@ std::vector<std::string> SpeedsOf(const DLNAMediaMapperEntry& anEntry) {
 }
 
 std::string LineOf(DLNAMediaMapperEntry& anEntry) {
-    const std::string line(anEntry.Get().View());
+    std::string line(anEntry.Get().View());
     anEntry.ComputeDLNAProtocolInfo(); // gives back what writing the line takes away
     return line;
 }

@@ -13,11 +13,6 @@ if(EZ_SANITIZE)
     target_compile_options(ezBuildFlags INTERFACE -fsanitize=${EZ_SANITIZE} -fno-sanitize-recover=all
                                                   -fno-omit-frame-pointer)
     target_link_options(ezBuildFlags INTERFACE -fsanitize=${EZ_SANITIZE})
-    # Beside the sanitizers' own code g++ 12 takes members of std::function inside std::regex for uninitialised; the
-    # sanitizers see what really is, and the builds without them keep the warning.
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        target_compile_options(ezBuildFlags INTERFACE -Wno-maybe-uninitialized)
-    endif()
 endif()
 
 # ez_add_library(<name> INCLUDES <folder>... DEPENDS <library>... SOURCES <source>...)

@@ -8,8 +8,10 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 // A trace carries the source and line; it is formatted only where the level lets it through.
 #define TRACE(...)                                                                                           \
@@ -82,6 +84,35 @@ const char* FirstString(const ezPtrList* aList) {
     void** first = ezPtrList_GetAt(aList, 0);
     return first != nullptr ? static_cast<const char*>(*first) : nullptr;
 }
+
+/// Extensions in the order added, each once. A short list, which is the usual one, is walked and takes no
+/// memory besides its own; beyond that a set keeps the cost of adding from growing.
+class DistinctExtensions {
+public:
+    void Add(const char* anExtension) {
+        if (mList.GetCount() < kWalkedSize) {
+            if (mList.Has(anExtension, true)) {
+                return;
+            }
+        } else {
+            for (std::size_t i = 0; mKnown.size() < kWalkedSize; ++i) {
+                mKnown.emplace(mList.GetAt(i).View());
+            }
+            if (!mKnown.emplace(anExtension).second) {
+                return;
+            }
+        }
+        mList.Add(anExtension);
+    }
+
+    ezCSVStringList Take() { return std::move(mList); }
+
+private:
+    static constexpr std::size_t kWalkedSize = 16;
+
+    ezCSVStringList mList = ezCSVStringList::WithSeparator(kExtensionListSeparator);
+    std::unordered_set<std::string> mKnown; ///< empty while the list is walked
+};
 
 } // namespace
 
@@ -219,20 +250,18 @@ ezCString ExtensionMimeTypeMatcher::MimeTypeToFileExtension(const ezCString& aMi
 }
 
 ezCSVStringList ExtensionMimeTypeMatcher::MimeTypeToFileExtensionList(const ezCString& aMimeType) {
-    ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
-    std::unordered_set<std::string_view> listed;
+    DistinctExtensions extensions;
     for (Entry* entry : ezItems<Entry>(EntriesFromMimeType(aMimeType))) {
         const char* extension = FirstString(entry->mExtensions);
-        if (extension != nullptr && listed.insert(extension).second) {
+        if (extension != nullptr) {
             extensions.Add(extension);
         }
     }
-    return extensions;
+    return extensions.Take();
 }
 
 ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCString& anExtension) {
-    ezCSVStringList extensions = ezCSVStringList::WithSeparator(kExtensionListSeparator);
-    std::unordered_set<std::string_view> listed;
+    DistinctExtensions extensions;
     // Excluded entries are those that the list begins with.
     for (std::size_t i = ezPtrList_GetCount(mExcludedEntries); i < ezPtrList_GetCount(mAllEntries); ++i) {
         const Entry* entry = static_cast<Entry*>(*ezPtrList_GetAt(mAllEntries, i));
@@ -244,13 +273,11 @@ ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCStri
             continue;
         }
         for (const char* extension : ezItems<const char>(entry->mExtensions)) {
-            if (listed.insert(extension).second) {
-                extensions.Add(extension);
-            }
+            extensions.Add(extension);
         }
         break;
     }
-    return extensions;
+    return extensions.Take();
 }
 
 bool ExtensionMimeTypeMatcher::IsExcludedEntry(ExtensionMimeTypeMatcherEntry* anEntry) {

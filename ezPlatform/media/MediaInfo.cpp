@@ -7,7 +7,7 @@ namespace {
 
 /// A record that parser, ini entry and stream have completed holds about so many values; taken at once, they
 /// cost one block of memory.
-constexpr std::size_t kUsualEntryCount = 20;
+constexpr std::size_t kUsualEntryCount = 12;
 
 ezCString DecimalText(const ezuint64& aNumber) {
     return ezCString(std::to_string(aNumber.ToUInt64()).c_str());

@@ -4,6 +4,9 @@ target_compile_options(ezBuildFlags INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 if(EZ_WERROR)
     target_compile_options(ezBuildFlags INTERFACE -Werror)
 endif()
+# A stream's thread meets the parsing thread; with older C libraries that takes a library of its own.
+find_package(Threads REQUIRED)
+target_link_libraries(ezBuildFlags INTERFACE Threads::Threads)
 # 64-bit file offsets and times on 32-bit targets.
 target_compile_definitions(ezBuildFlags INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 if(NOT EZ_ASSERTIONS)

@@ -12,3 +12,8 @@ inline bool ezChecked_Add(std::uint64_t aLeft, std::uint64_t aRight, std::uint64
     *aSum = aLeft + aRight;
     return true;
 }
+
+/// Adds two unsigned 32-bit numbers; a sum that would wrap stays at 0xFFFFFFFF.
+inline std::uint32_t ezSaturating_Add(std::uint32_t aLeft, std::uint32_t aRight) {
+    return aRight > UINT32_MAX - aLeft ? UINT32_MAX : aLeft + aRight;
+}

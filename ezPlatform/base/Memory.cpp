@@ -9,6 +9,10 @@ void* ezMalloc(std::size_t aSize) {
     return ezSystem().mAllocate(aSize);
 }
 
+void* ezRealloc(void* aBlock, std::size_t aSize) {
+    return ezSystem().mReallocate(aBlock, aSize);
+}
+
 void ezFree(void* aBlock) {
     std::free(aBlock);
 }

@@ -23,6 +23,7 @@ const ezSystemCalls kReal = {
     [](const char* aPath, mode_t aMode) { return mkdir(aPath, aMode); },
     [](const char* aPath) { return realpath(aPath, nullptr); },
     [](std::size_t aSize) { return std::malloc(aSize); },
+    [](void* aBlock, std::size_t aSize) { return std::realloc(aBlock, aSize); },
 };
 
 const ezSystemCalls* gCalls = &kReal;

@@ -19,8 +19,9 @@ struct ezSystemCalls {
     int (*mRename)(const char* aFrom, const char* aTo);
     int (*mUnlink)(const char* aPath);
     int (*mMkdir)(const char* aPath, mode_t aMode);
-    char* (*mRealPath)(const char* aPath); ///< a block for std::free, or null
-    void* (*mAllocate)(std::size_t aSize); ///< for blocks whose size comes from input
+    char* (*mRealPath)(const char* aPath);                 ///< a block for std::free, or null
+    void* (*mAllocate)(std::size_t aSize);                 ///< for blocks whose size comes from input
+    void* (*mReallocate)(void* aBlock, std::size_t aSize); ///< the same, grown
 };
 
 /// The calls in force.

@@ -6,17 +6,44 @@
 #include <memory>
 #include <utility>
 
+struct ezPtrListNode {
+    void* mData;
+};
+
+/// The nodes are an array, of which those from mBegin to mEnd are in the list. A deletion moves the nodes
+/// before it, never those behind it, so that a walk forward is not disturbed.
 struct ezPtrList {
     // Most lists hold one or two items: those lie in the list itself.
     static constexpr std::size_t kOwnCapacity = 2;
 
-    void** Items() { return mMore != nullptr ? mMore.get() : mOwn; }
+    ezPtrListNode* Nodes() { return mMore != nullptr ? mMore.get() : mOwn; }
+    ezPtrListNode* Begin() { return Nodes() + mBegin; }
+    ezPtrListNode* End() { return Nodes() + mEnd; }
+    std::size_t Count() const { return mEnd - mBegin; }
 
-    std::unique_ptr<void*[]> mMore;
-    std::size_t mCount = 0;
+    /// The capacity is at least the power of two that mEnd has reached.
+    bool IsFull() const { return mEnd >= kOwnCapacity && (mEnd & (mEnd - 1)) == 0; }
+    void MakeRoom();
+
+    std::unique_ptr<ezPtrListNode[]> mMore;
+    std::size_t mBegin = 0;
+    std::size_t mEnd = 0;
     ezPtrListFreeFunc mFreeFunc = nullptr;
-    void* mOwn[kOwnCapacity] = {};
+    ezPtrListNode mOwn[kOwnCapacity] = {};
 };
+
+void ezPtrList::MakeRoom() {
+    const std::size_t count = Count();
+    if (mBegin > 0) {
+        std::copy(Begin(), End(), Nodes());
+    } else {
+        std::unique_ptr<ezPtrListNode[]> more(new ezPtrListNode[mEnd * 2]);
+        std::copy(Begin(), End(), more.get());
+        mMore = std::move(more);
+    }
+    mBegin = 0;
+    mEnd = count;
+}
 
 ezPtrList* ezPtrList_New() {
     return new ezPtrList;
@@ -41,27 +68,23 @@ void ezPtrList_Append(ezPtrList* aList, void* anItem) {
     if (aList == nullptr) {
         return;
     }
-    const std::size_t count = aList->mCount;
-    // The capacity is the power of two that the count has reached.
-    if (count >= ezPtrList::kOwnCapacity && (count & (count - 1)) == 0) {
-        std::unique_ptr<void*[]> more(new void*[count * 2]);
-        std::copy_n(aList->Items(), count, more.get());
-        aList->mMore = std::move(more);
+    if (aList->IsFull()) {
+        aList->MakeRoom();
     }
-    aList->Items()[count] = anItem;
-    ++aList->mCount;
+    aList->End()->mData = anItem;
+    ++aList->mEnd;
 }
 
 std::size_t ezPtrList_GetCount(const ezPtrList* aList) {
-    return aList != nullptr ? aList->mCount : 0;
+    return aList != nullptr ? aList->Count() : 0;
 }
 
 void** ezPtrList_GetAt(const ezPtrList* aList, std::size_t anIndex) {
-    if (aList == nullptr || anIndex >= aList->mCount) {
+    if (aList == nullptr || anIndex >= aList->Count()) {
         return nullptr;
     }
     // The stored pointers are the caller's to exchange, also through a list that it may not lengthen.
-    return const_cast<ezPtrList*>(aList)->Items() + anIndex;
+    return &(const_cast<ezPtrList*>(aList)->Begin() + anIndex)->mData;
 }
 
 void ezPtrList_Clear(ezPtrList* aList) {
@@ -69,11 +92,43 @@ void ezPtrList_Clear(ezPtrList* aList) {
         return;
     }
     // Taken out first: a free function that looks at the list finds it empty.
-    const std::unique_ptr<void*[]> more = std::move(aList->mMore);
-    void* own[ezPtrList::kOwnCapacity] = {aList->mOwn[0], aList->mOwn[1]};
-    void** items = more != nullptr ? more.get() : own;
-    const std::size_t count = std::exchange(aList->mCount, 0);
+    const std::unique_ptr<ezPtrListNode[]> more = std::move(aList->mMore);
+    ezPtrListNode own[ezPtrList::kOwnCapacity] = {aList->mOwn[0], aList->mOwn[1]};
+    const ezPtrListNode* nodes = more != nullptr ? more.get() : own;
+    const std::size_t begin = std::exchange(aList->mBegin, 0);
+    const std::size_t end = std::exchange(aList->mEnd, 0);
     if (aList->mFreeFunc != nullptr) {
-        std::for_each(items, items + count, aList->mFreeFunc);
+        std::for_each(nodes + begin, nodes + end,
+                      [aList](const ezPtrListNode& aNode) { aList->mFreeFunc(aNode.mData); });
+    }
+}
+
+ezPtrListNode* ezPtrList_GetFirst(const ezPtrList* aList) {
+    // Nodes are handed out for deletion through the list, which takes one that may be changed.
+    return ezPtrList_GetCount(aList) != 0 ? const_cast<ezPtrList*>(aList)->Begin() : nullptr;
+}
+
+ezPtrListNode* ezPtrList_GetNext(const ezPtrList* aList, const ezPtrListNode* aNode) {
+    if (aList == nullptr || aNode == nullptr) {
+        return nullptr;
+    }
+    ezPtrList* list = const_cast<ezPtrList*>(aList);
+    ezPtrListNode* next = list->Nodes() + (aNode - list->Nodes()) + 1;
+    return next != list->End() ? next : nullptr;
+}
+
+void* ezPtrListNode_GetData(const ezPtrListNode* aNode) {
+    return aNode != nullptr ? aNode->mData : nullptr;
+}
+
+void ezPtrList_DeleteNode(ezPtrList* aList, ezPtrListNode* aNode) {
+    if (aList == nullptr || aNode == nullptr) {
+        return;
+    }
+    void* item = aNode->mData;
+    std::copy_backward(aList->Begin(), aNode, aNode + 1);
+    ++aList->mBegin;
+    if (aList->mFreeFunc != nullptr) {
+        aList->mFreeFunc(item);
     }
 }

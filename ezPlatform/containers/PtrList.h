@@ -7,6 +7,10 @@
 /// A list of pointers behind free functions. A null list is empty and takes nothing.
 struct ezPtrList;
 
+/// The place of an item in a list. It stays valid until its item is deleted or an item is appended; deleting
+/// one leaves those behind it, so that a walk which has taken the successor beforehand can go on.
+struct ezPtrListNode;
+
 using ezPtrListFreeFunc = void (*)(void* anItem);
 
 /// An empty list without a free function: it borrows its items. Given back with ezPtrList_Delete.
@@ -23,3 +27,12 @@ EZPLATFORM_API std::size_t ezPtrList_GetCount(const ezPtrList* aList);
 EZPLATFORM_API void** ezPtrList_GetAt(const ezPtrList* aList, std::size_t anIndex);
 /// Frees the items through the free function; the list stays, empty.
 EZPLATFORM_API void ezPtrList_Clear(ezPtrList* aList);
+
+/// The first node; null in an empty list.
+EZPLATFORM_API ezPtrListNode* ezPtrList_GetFirst(const ezPtrList* aList);
+/// The node behind a node of this list; null behind the last.
+EZPLATFORM_API ezPtrListNode* ezPtrList_GetNext(const ezPtrList* aList, const ezPtrListNode* aNode);
+/// The item of a node.
+EZPLATFORM_API void* ezPtrListNode_GetData(const ezPtrListNode* aNode);
+/// Takes the item of a node out of the list, and frees it through the free function. Null is ignored.
+EZPLATFORM_API void ezPtrList_DeleteNode(ezPtrList* aList, ezPtrListNode* aNode);

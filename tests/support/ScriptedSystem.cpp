@@ -26,6 +26,7 @@ ScriptedSystem::ScriptedSystem() : mCalls(ezSystem_Real()) {
     mCalls.mFStat = sFStat;
     mCalls.mPRead = sPRead;
     mCalls.mAllocate = sAllocate;
+    mCalls.mReallocate = sReallocate;
     gScript = this;
     ezSystem_Replace(&mCalls);
 }
@@ -63,6 +64,12 @@ ssize_t ScriptedSystem::sPRead(int aFile, void* aBuffer, std::size_t aSize, ezFi
         return -1;
     }
     return ezSystem_Real().mPRead(aFile, aBuffer, std::min(aSize, outcome.mMaximum), anOffset);
+}
+
+void* ScriptedSystem::sReallocate(void* aBlock, std::size_t aSize) {
+    ++gScript->mCounts.mAllocate;
+    return Take(gScript->mAllocateOutcomes).mError != 0 ? nullptr
+                                                        : ezSystem_Real().mReallocate(aBlock, aSize);
 }
 
 void* ScriptedSystem::sAllocate(std::size_t aSize) {

@@ -48,6 +48,7 @@ private:
     static int sFStat(int aFile, struct stat* aStatus);
     static ssize_t sPRead(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
     static void* sAllocate(std::size_t aSize);
+    static void* sReallocate(void* aBlock, std::size_t aSize);
 
     Counts mCounts;
     ezSystemCalls mCalls;

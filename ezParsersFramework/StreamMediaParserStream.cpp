@@ -1,0 +1,162 @@
+#include "ez/StreamMediaParserStream.h"
+
+#include "ezPlatform/streams/Stream.h"
+
+#include <algorithm>
+#include <cstring>
+
+void sStreamThresholdCallBack(void* aUserData) {
+    static_cast<ezStreamMediaParserStream*>(aUserData)->ThresholdReached();
+}
+
+ezStreamMediaParserStream::ezStreamMediaParserStream(ezStream* aStream, bool afOwnStream)
+    : mStream(aStream), mfOwnStream(afOwnStream) {
+    if (mStream != nullptr) {
+        SetExtension(mStream->GetExtension());
+        SetFullPath(mStream->GetURI());
+        Register();
+    }
+}
+
+ezStreamMediaParserStream::~ezStreamMediaParserStream() {
+    ezStreamMediaParserStream::Close();
+}
+
+void ezStreamMediaParserStream::Register() {
+    if (!mfRegistered) {
+        mStream->RegisterThresholdCallBack(sStreamThresholdCallBack, this);
+        mfRegistered = true;
+    }
+}
+
+void ezStreamMediaParserStream::ThresholdReached() {
+    mCondition.Signal();
+}
+
+void ezStreamMediaParserStream::ReadOneByteAndReturn() {
+    const ezuint64 position = Tell();
+    char byte = 0;
+    Read(1, &byte);
+    Seek(position, SeekFromStart, false);
+}
+
+bool ezStreamMediaParserStream::Open() {
+    if (mStream == nullptr) {
+        return false;
+    }
+    Register();
+    ReadOneByteAndReturn();
+    mMediaSize = mStream->GetSize();
+    mSeekPos = 0;
+    StreamSeek(); // refused, the stream stays where it really stands, and reads from 0 fail
+    return mStream->IsOpened();
+}
+
+void ezStreamMediaParserStream::Close() {
+    if (mStream == nullptr) {
+        return;
+    }
+    mStream->UnregisterThresholdCallBack(sStreamThresholdCallBack);
+    mfRegistered = false;
+    if (mfOwnStream) {
+        mStream->Release();
+        mStream = nullptr;
+    }
+}
+
+void ezStreamMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
+    if (anInfo == nullptr) {
+        return;
+    }
+    ReadOneByteAndReturn(); // the stream has started then, and knows what it can tell
+    ezMediaParserStream::CopyInfo(anInfo);
+    if (mStream != nullptr) {
+        mStream->CopyInfo(anInfo);
+    }
+}
+
+bool ezStreamMediaParserStream::StreamSeek() {
+    if (mStream == nullptr) {
+        return false;
+    }
+    if (mStreamPos == mSeekPos) {
+        return true;
+    }
+    if (mStream->Seek(mSeekPos) != ezStreamingStatus_NoError) {
+        return false;
+    }
+    mStreamPos = mSeekPos;
+    return true;
+}
+
+bool ezStreamMediaParserStream::MediaSeek(const ezuint64& anOffset, bool afSeekImmediate) {
+    if (mStream == nullptr) {
+        return false;
+    }
+    mSeekPos = anOffset; // kept also when the seek is refused below
+    if (afSeekImmediate) {
+        return StreamSeek();
+    }
+    return mMediaSize == 0 || mSeekPos <= mMediaSize; // unlike a file, of which size 0 refuses
+}
+
+bool ezStreamMediaParserStream::IsLending() const {
+    return mStream->HasOwnBuffer() && mStream->CanLend(ezStreamAccess_Read + ezStreamAccess_Seek);
+}
+
+bool ezStreamMediaParserStream::WaitForData() {
+    if (!mfRegistered) {
+        return false;
+    }
+    mCondition.Wait();
+    return true;
+}
+
+ezFileOffset ezStreamMediaParserStream::BorrowingRead(void* aBuffer, std::size_t aSize) {
+    const void* data = nullptr;
+    std::size_t count = 0;
+    ezStreamingStatus status = ezStreamingStatus_NoError;
+    do {
+        count = aSize;
+        status = mStream->LendingRead(&data, &count, ezStreamReadFlag_Whole);
+    } while (status == ezStreamingStatus_NoError && count == 0 && WaitForData());
+
+    const bool fLent = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
+    count = std::min(count, aSize);
+    if (!fLent || (count != 0 && data == nullptr)) {
+        mSeekPos -= 1; // an error moves back by one, around 0 too
+        return -1;
+    }
+    if (count != 0) {
+        std::memcpy(aBuffer, data, count);
+        mSeekPos += count; // not mStreamPos: lending moved nothing, and the next read puts the stream there
+    }
+    return static_cast<ezFileOffset>(count);
+}
+
+ezFileOffset ezStreamMediaParserStream::CopyingRead(void* aBuffer, std::size_t aSize) {
+    std::size_t count = 0;
+    ezStreamingStatus status = ezStreamingStatus_NoError;
+    do {
+        count = aSize;
+        status = mStream->Read(aBuffer, &count, ezStreamReadFlag_Whole);
+    } while (status == ezStreamingStatus_NoError && count == 0 && WaitForData());
+
+    count = std::min(count, aSize);
+    if (status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS) {
+        mStreamPos += count;
+    }
+    mSeekPos = mStreamPos;
+    return static_cast<ezFileOffset>(count); // whatever the status: by contract 0 for an error
+}
+
+ezFileOffset ezStreamMediaParserStream::MediaRead(void* aBuffer, std::size_t aSize) {
+    if (!StreamSeek() || aSize == 0) {
+        return 0;
+    }
+    const ezFileOffset count = IsLending() ? BorrowingRead(aBuffer, aSize) : CopyingRead(aBuffer, aSize);
+    if (mMediaSize == 0) {
+        mMediaSize = mStream->GetSize();
+    }
+    return count;
+}

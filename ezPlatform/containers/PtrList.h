@@ -7,8 +7,9 @@
 /// A list of pointers behind free functions. A null list is empty and takes nothing.
 struct ezPtrList;
 
-/// The place of an item in a list. It stays valid until its item is deleted or an item is appended; deleting
-/// one leaves those behind it, so that a walk which has taken the successor beforehand can go on.
+/// The place of an item in a list. It stays valid until its item or one behind it is deleted, or an item is
+/// appended: a deletion leaves the places behind it only, so that a walk which has taken the successor
+/// beforehand can go on.
 struct ezPtrListNode;
 
 using ezPtrListFreeFunc = void (*)(void* anItem);

@@ -36,3 +36,29 @@ RC_GTEST_PROP(CheckedModel, AddIsTheSumOrARefusal, ()) {
     RC_ASSERT(ezChecked_Add(left, right, &sum) == !wraps);
     RC_ASSERT(sum == (wraps ? 42U : left + right));
 }
+
+TEST(Checked, SaturatingAddGivesTheSumUpToTheLargestNumber) {
+    EXPECT_EQ(ezSaturating_Add(0, 0), 0U);
+    EXPECT_EQ(ezSaturating_Add(1316, 188), 1504U);
+    EXPECT_EQ(ezSaturating_Add(UINT32_MAX - 1, 1), UINT32_MAX);
+    EXPECT_EQ(ezSaturating_Add(0, UINT32_MAX), UINT32_MAX);
+    EXPECT_EQ(ezSaturating_Add(UINT32_MAX, 0), UINT32_MAX);
+}
+
+TEST(Checked, SaturatingAddStaysAtTheLargestNumber) {
+    EXPECT_EQ(ezSaturating_Add(UINT32_MAX, 1), UINT32_MAX);
+    EXPECT_EQ(ezSaturating_Add(1, UINT32_MAX), UINT32_MAX);
+    EXPECT_EQ(ezSaturating_Add(UINT32_MAX, UINT32_MAX), UINT32_MAX);
+    EXPECT_EQ(ezSaturating_Add(0x80000000U, 0x80000000U), UINT32_MAX);
+}
+
+RC_GTEST_PROP(CheckedModel, SaturatingAddIsTheSumOrTheLargestNumber, ()) {
+    const auto number = rc::gen::oneOf(rc::gen::arbitrary<std::uint32_t>(),
+                                       rc::gen::map(rc::gen::inRange(0, 4), [](int aBelow) {
+                                           return UINT32_MAX - static_cast<std::uint32_t>(aBelow);
+                                       }));
+    const std::uint32_t left = *number;
+    const std::uint32_t right = *number;
+    const std::uint64_t sum = std::uint64_t{left} + right;
+    RC_ASSERT(ezSaturating_Add(left, right) == (sum > UINT32_MAX ? UINT32_MAX : sum));
+}

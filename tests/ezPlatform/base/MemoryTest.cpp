@@ -64,3 +64,41 @@ TEST(Memory, StrdupCopiesTheText) {
 TEST(Memory, StrdupOfNullIsNull) {
     EXPECT_EQ(ezStrdup(nullptr), nullptr);
 }
+
+TEST(Memory, ReallocOfNullIsANewBlock) {
+    void* block = ezRealloc(nullptr, 100);
+    ASSERT_NE(block, nullptr);
+    std::memset(block, 0xA5, 100);
+    ezFree(block);
+}
+
+TEST(Memory, ReallocKeepsTheContent) {
+    void* block = ezMalloc(10);
+    ASSERT_NE(block, nullptr);
+    std::memcpy(block, "0123456789", 10);
+    block = ezRealloc(block, 10000000);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(std::memcmp(block, "0123456789", 10), 0);
+    static_cast<char*>(block)[9999999] = 'x';
+    block = ezRealloc(block, 4);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(std::memcmp(block, "0123", 4), 0);
+    ezFree(block);
+}
+
+TEST(Memory, AReallocThatCannotBeHadIsNullAndLeavesTheBlock) {
+    void* block = ezMalloc(10);
+    ASSERT_NE(block, nullptr);
+    std::memcpy(block, "0123456789", 10);
+    EXPECT_EQ(ezRealloc(block, SIZE_MAX - 64), nullptr);
+    EXPECT_EQ(std::memcmp(block, "0123456789", 10), 0);
+    ScriptedSystem system;
+    system.mAllocateOutcomes = {{ENOMEM}};
+    EXPECT_EQ(ezRealloc(block, 20), nullptr);
+    EXPECT_EQ(std::memcmp(block, "0123456789", 10), 0);
+    block = ezRealloc(block, 20);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(std::memcmp(block, "0123456789", 10), 0);
+    EXPECT_EQ(system.GetCounts().mAllocate, 2U);
+    ezFree(block);
+}

@@ -5,3 +5,4 @@ void AddIdentifyBenches();
 void AddTableBenches();
 void AddManagerBenches();
 void AddMapperBenches();
+void AddPushBenches();

@@ -31,6 +31,7 @@ int main(int aCount, char** anArguments) {
     AddTableBenches();
     AddManagerBenches();
     AddMapperBenches();
+    AddPushBenches();
     benchmark::Initialize(&aCount, anArguments);
     if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
         return 2;

@@ -192,6 +192,8 @@ void ezUndeterminedEltStreamParser::AddCandidate(ezElementaryStreamParser* aCand
     }
     if (aCandidate != nullptr) {
         ezPtrList_Append(mCandidateList, aCandidate);
+        mCurNode = nullptr; // the nodes may have moved
+        GetCandidate();
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ez/StreamMediaParserStream.h"
 
+#include "ezPlatform/base/Checked.h"
 #include "ezPlatform/streams/Stream.h"
 
 #include <algorithm>
@@ -23,9 +24,15 @@ ezStreamMediaParserStream::~ezStreamMediaParserStream() {
 }
 
 void ezStreamMediaParserStream::Register() {
-    if (!mfRegistered) {
-        mStream->RegisterThresholdCallBack(sStreamThresholdCallBack, this);
-        mfRegistered = true;
+    mStream->RegisterThresholdCallBack(sStreamThresholdCallBack, this);
+    mfRegistered = true;
+}
+
+void ezStreamMediaParserStream::Unregister() {
+    // Once: after Close the stream may be gone, or another adapter's.
+    if (mfRegistered) {
+        mStream->UnregisterThresholdCallBack(sStreamThresholdCallBack);
+        mfRegistered = false;
     }
 }
 
@@ -44,7 +51,11 @@ bool ezStreamMediaParserStream::Open() {
     if (mStream == nullptr) {
         return false;
     }
-    Register();
+    if (!mfRegistered) {
+        Register();
+        mStreamPos = UINT64_MAX; // since Close anybody may have moved the stream
+    }
+    mSeekPos = 0; // what a first read fetches is kept as the start of the media
     ReadOneByteAndReturn();
     mMediaSize = mStream->GetSize();
     mSeekPos = 0;
@@ -56,8 +67,7 @@ void ezStreamMediaParserStream::Close() {
     if (mStream == nullptr) {
         return;
     }
-    mStream->UnregisterThresholdCallBack(sStreamThresholdCallBack);
-    mfRegistered = false;
+    Unregister();
     if (mfOwnStream) {
         mStream->Release();
         mStream = nullptr;
@@ -68,7 +78,9 @@ void ezStreamMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
     if (anInfo == nullptr) {
         return;
     }
-    ReadOneByteAndReturn(); // the stream has started then, and knows what it can tell
+    if (mStream != nullptr) {
+        ReadOneByteAndReturn(); // the stream has started then, and knows what it can tell
+    }
     ezMediaParserStream::CopyInfo(anInfo);
     if (mStream != nullptr) {
         mStream->CopyInfo(anInfo);
@@ -129,7 +141,8 @@ ezFileOffset ezStreamMediaParserStream::BorrowingRead(void* aBuffer, std::size_t
     }
     if (count != 0) {
         std::memcpy(aBuffer, data, count);
-        mSeekPos += count; // not mStreamPos: lending moved nothing, and the next read puts the stream there
+        // Not mStreamPos: lending moved nothing, and the next read puts the stream there.
+        mSeekPos = ezSaturating_Add64(mSeekPos.ToUInt64(), count);
     }
     return static_cast<ezFileOffset>(count);
 }
@@ -144,7 +157,7 @@ ezFileOffset ezStreamMediaParserStream::CopyingRead(void* aBuffer, std::size_t a
 
     count = std::min(count, aSize);
     if (status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS) {
-        mStreamPos += count;
+        mStreamPos = ezSaturating_Add64(mStreamPos.ToUInt64(), count);
     }
     mSeekPos = mStreamPos;
     return static_cast<ezFileOffset>(count); // whatever the status: by contract 0 for an error

@@ -57,7 +57,9 @@ protected:
 /// is a mistake of its author (an assertion) and ends the parse as failed. So does a block that cannot be
 /// had. A size read from the stream is bounded by the format before it is requested.
 ///
-/// Whatever the cuts between packets, the format sees the same requests satisfied with the same bytes.
+/// Whatever the cuts between packets, the format sees the same requests satisfied with the same bytes, as
+/// long as it decides below the limit, which counts whole packets. It places requests and nothing else: to open,
+/// close, reset or interrupt the parser from within its two functions is a mistake.
 ///
 /// One thread at a time.
 class EZPARSERS_API ezElementaryStreamParser {
@@ -158,22 +160,26 @@ private:
 /// those that want data take part.
 ///
 /// The legal order of calls: construct, AddCandidate for each, Open, AddPacket until it returns another
-/// status than MSS_IN_PROGRESS, Close for the winner's record. Without candidates, or when all of them left
-/// in Open, the status stays what it was before (MSS_COMPLETED when new), and Close gives null. The parser
-/// does not count bytes: each candidate keeps its own limit.
+/// status than MSS_IN_PROGRESS, Close for the winner's record; no packets behind Close. Without candidates,
+/// or when all of them left in Open, the status stays what it was before (MSS_COMPLETED when new, or after a
+/// race that was won), and Close gives null. The parser does not count bytes: each candidate keeps its own
+/// limit.
+///
+/// Two candidates that would win within one packet are parted by their order, not by their bytes: formats
+/// that can both complete on one stream make the winner depend on the packets.
 ///
 /// InterruptParsing, ResetParsing, the requests and GetReadData, StartParsing and ContinueParsing belong to
 /// the candidates; on this class each is the assertion "false" and does nothing.
 class EZPARSERS_API ezUndeterminedEltStreamParser : public ezElementaryStreamParser {
 public:
-    /// @param aMediaInfo  owned; each candidate gets its own copy to fill, in place of the record it has.
-    /// Null
-    ///                    leaves the candidates theirs.
+    /// @param aMediaInfo  owned, may be null; each candidate gets a copy of it to fill when the race opens,
+    ///                    in place of the record it has
     ezUndeterminedEltStreamParser(ezElementaryStreamInfo* aEltStreamInfo, ezMediaInfo* aMediaInfo);
     ~ezUndeterminedEltStreamParser() override;
 
     void Open() override;
-    /// The record of the winner, owned by the caller; null when nobody won, and at a second call.
+    /// The record of the winner, owned by the caller; null when nobody won, and at a second call. Only after
+    /// Open: a candidate that was never opened is idle, which reads as completed.
     ezMediaInfo* Close() override;
     parsing_status_t AddPacket(const void* aBuffer, uint32 aSize, bool afLostPackets) override;
 
@@ -184,8 +190,8 @@ public:
     parsing_status_t StartParsing(bool afFromError) override;
     parsing_status_t ContinueParsing(const unsigned char* aBuffer, uint32 aSize) override;
 
-    /// Adds a candidate, once, owned from now on; null is ignored. While open this is the assertion
-    /// "!mIsOpen", and the candidate is deleted.
+    /// Adds a candidate, once, owned from now on; null is ignored. Ends a walk. While open this is the
+    /// assertion "!mIsOpen", and the candidate is deleted.
     virtual void AddCandidate(ezElementaryStreamParser* aCandidate);
 
     /// The candidates' names for a log: "|MP3|AAC|", or "<none>".

@@ -35,7 +35,8 @@ EZPARSERS_API void sStreamThresholdCallBack(void* aUserData);
 /// that has a time-out reports it as an error. A stream that gives less than was asked before its end breaks
 /// the contract of ezStream, and leaves the buffer of the start that short.
 ///
-/// Without a stream (null, or released by Close) opens, seeks and reads of the source answer false or 0.
+/// Without a stream (null, or released by Close) opens, seeks and reads of the source answer false or 0, and
+/// CopyInfo adds what the adapter itself still knows.
 ///
 /// One thread parses. The stream's thread meets it in ThresholdReached only.
 class EZPARSERS_API ezStreamMediaParserStream : public ezMediaParserStream {
@@ -63,6 +64,7 @@ protected:
 
 private:
     void Register();
+    void Unregister();
     void ReadOneByteAndReturn();
     bool IsLending() const;
     ezFileOffset BorrowingRead(void* aBuffer, std::size_t aSize);

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -364,6 +365,74 @@ TEST_P(StreamMediaParserStreamBothWays, DestructionCloses) {
     EXPECT_TRUE(fReleased);
 }
 
+TEST_P(StreamMediaParserStreamBothWays, ClosedAgainItDoesNotTouchTheStream) {
+    auto* stream = new ScriptedStream(TheMedia(), GetParam());
+    {
+        StreamProbe adapter(stream, false);
+        ASSERT_TRUE(adapter.Open());
+        stream->TakeCalls();
+        adapter.Close();
+        adapter.Close();
+        EXPECT_EQ(stream->TakeCalls(), Calls{"unregister"});
+        stream->Release(); // a stream that is not owned outlives the Close, not the adapter
+    }
+}
+
+TEST_P(StreamMediaParserStreamBothWays, AClosedAdapterLeavesTheCallbackOfTheNextOne) {
+    auto first = std::make_unique<StreamProbe>(&mStream, false);
+    first->Close();
+    StreamProbe second(&mStream, false);
+    mStream.TakeCalls();
+    first.reset();
+    EXPECT_EQ(mStream.TakeCalls(), Calls{});
+}
+
+TEST_P(StreamMediaParserStreamBothWays, OpenedAgainItAsksWhereverTheStreamWasLeft) {
+    StreamProbe adapter(&mStream, false);
+    ASSERT_TRUE(adapter.Open());
+    adapter.Close();
+    ASSERT_EQ(mStream.Seek(600), ezStreamingStatus_NoError); // by the host, for itself
+    ASSERT_TRUE(adapter.Open());
+    ASSERT_TRUE(adapter.SeekLazily(0));
+    EXPECT_EQ(ReadExactly(adapter, 9000), TheMedia().substr(0, 9000));
+}
+
+TEST_P(StreamMediaParserStreamBothWays, ASeekBeforeOpenDoesNotMoveTheStartThatIsKept) {
+    StreamProbe adapter(&mStream, false);
+    ASSERT_TRUE(adapter.SeekLazily(5000));
+    ASSERT_TRUE(adapter.Open());
+    EXPECT_EQ(adapter.At(), 5000U);
+    ASSERT_TRUE(adapter.SeekLazily(0));
+    EXPECT_EQ(ReadExactly(adapter, 2), TheMedia().substr(0, 2));
+    ASSERT_TRUE(adapter.SeekLazily(5000));
+    EXPECT_EQ(ReadExactly(adapter, 9000), TheMedia().substr(5000, 9000));
+}
+
+TEST_P(StreamMediaParserStreamBothWays, AShortCountThatBreaksTheContractLeavesTheStartThatShort) {
+    StreamProbe adapter(&mStream, false);
+    mStream.mOutcomes = {{ezStreamingStatus_NoError, 100}};
+    ASSERT_TRUE(adapter.Open());
+    EXPECT_EQ(ReadExactly(adapter, 99), TheMedia().substr(0, 99));
+    ASSERT_TRUE(adapter.SeekLazily(99));
+    EXPECT_EQ(ReadExactly(adapter, 9000), TheMedia().substr(99, 9000))
+        << "what lies behind it is still there";
+}
+
+TEST_P(StreamMediaParserStreamBothWays, APositionThatWouldWrapAsksTheStreamForTheNextOne) {
+    StreamProbe adapter(&mStream, false);
+    mStream.mfSizeKnown = false;
+    ASSERT_TRUE(adapter.Open());
+    mStream.mOutcomes = {{ezStreamingStatus_NoError, 8}};
+    mStream.mfSeeksAnywhere = true;
+    ASSERT_TRUE(adapter.SeekLazily(ezuint64(UINT64_MAX - 1)));
+    char bytes[8] = {};
+    adapter.MediaRead(bytes, sizeof(bytes));
+    EXPECT_EQ(adapter.SeekPos(), UINT64_MAX);
+    mStream.TakeCalls();
+    ASSERT_TRUE(adapter.SeekNow(6));
+    EXPECT_EQ(mStream.TakeCalls(), Calls{"seek 6"});
+}
+
 TEST_P(StreamMediaParserStreamBothWays, OpenAfterCloseRegistersAgain) {
     StreamProbe adapter(&mStream, false);
     ASSERT_TRUE(adapter.Open());
@@ -487,6 +556,17 @@ TEST_P(StreamMediaParserStreamBothWays, CopyInfoReturnsToThePosition) {
     ASSERT_TRUE(adapter.SeekLazily(60000));
     adapter.CopyInfo(&info);
     EXPECT_EQ(adapter.At(), 60000U);
+}
+
+TEST_P(StreamMediaParserStreamBothWays, CopyInfoWithoutTheStreamLeavesThePosition) {
+    StreamProbe adapter(new ScriptedStream(TheMedia(), GetParam(), "/media/a.bin"), true);
+    ASSERT_TRUE(adapter.Open());
+    adapter.Close();
+    ezMediaInfo info;
+    adapter.CopyInfo(&info); // its byte would come from the buffer, and nothing could be sought back
+    EXPECT_EQ(adapter.At(), 0U);
+    EXPECT_EQ(Str(info.mFullPath), "/media/a.bin");
+    EXPECT_EQ(Str(info.GetCString(kezInfo_FileExtension, "")), "bin");
 }
 
 TEST_P(StreamMediaParserStreamBothWays, CopyInfoTellsNoUnknownSize) {

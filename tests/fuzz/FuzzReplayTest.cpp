@@ -21,6 +21,14 @@ int Fuzz_mapper_line(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_mapper_file(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_protocol_info(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_profile_info_list(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_stream_adapter(const std::uint8_t* aData, std::size_t aSize);
+#ifdef EZ_FUZZ_FORMATS
+int Fuzz_es_ac3(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_es_adts(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_es_h264(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_es_mpeg_audio(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_es_mpeg_video(const std::uint8_t* aData, std::size_t aSize);
+#endif
 }
 
 namespace {
@@ -91,3 +99,31 @@ TEST(FuzzReplay, ProtocolInfosKeepTheirContractForEveryKeptInput) {
 TEST(FuzzReplay, ProfileInfoListsKeepTheirContractForEveryKeptInput) {
     ReplayDoor(Fuzz_profile_info_list, "profile_info_list");
 }
+
+TEST(FuzzReplay, StreamAdapterKeepsItsContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_stream_adapter, "stream_adapter");
+}
+
+#ifdef EZ_FUZZ_FORMATS
+
+TEST(FuzzReplay, AC3StreamsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_es_ac3, "es_ac3");
+}
+
+TEST(FuzzReplay, ADTSStreamsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_es_adts, "es_adts");
+}
+
+TEST(FuzzReplay, H264StreamsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_es_h264, "es_h264");
+}
+
+TEST(FuzzReplay, MPEGAudioStreamsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_es_mpeg_audio, "es_mpeg_audio");
+}
+
+TEST(FuzzReplay, MPEGVideoStreamsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_es_mpeg_video, "es_mpeg_video");
+}
+
+#endif

@@ -77,7 +77,8 @@ ezStreamingStatus ScriptedStream::Seek(const ezuint64& aPosition) {
         return mSeekStatus;
     }
     if (aPosition > mContent.size()) {
-        return ezStreamingStatus_OutOfRange;
+        mPosition = mfSeeksAnywhere ? mContent.size() : mPosition;
+        return mfSeeksAnywhere ? ezStreamingStatus_NoError : ezStreamingStatus_OutOfRange;
     }
     mPosition = static_cast<std::size_t>(aPosition.ToUInt64());
     return ezStreamingStatus_NoError;

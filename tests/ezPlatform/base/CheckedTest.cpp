@@ -45,6 +45,13 @@ TEST(Checked, SaturatingAddGivesTheSumUpToTheLargestNumber) {
     EXPECT_EQ(ezSaturating_Add(UINT32_MAX, 0), UINT32_MAX);
 }
 
+TEST(Checked, SaturatingAddOf64BitsStaysAtTheLargestNumber) {
+    EXPECT_EQ(ezSaturating_Add64(UINT32_MAX, 1), 0x100000000U);
+    EXPECT_EQ(ezSaturating_Add64(UINT64_MAX - 1, 1), UINT64_MAX);
+    EXPECT_EQ(ezSaturating_Add64(UINT64_MAX - 1, 8), UINT64_MAX);
+    EXPECT_EQ(ezSaturating_Add64(UINT64_MAX, UINT64_MAX), UINT64_MAX);
+}
+
 TEST(Checked, SaturatingAddStaysAtTheLargestNumber) {
     EXPECT_EQ(ezSaturating_Add(UINT32_MAX, 1), UINT32_MAX);
     EXPECT_EQ(ezSaturating_Add(1, UINT32_MAX), UINT32_MAX);

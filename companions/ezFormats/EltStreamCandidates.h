@@ -1,0 +1,12 @@
+#pragma once
+
+#include "ezFormats/Export.h"
+
+class ezUndeterminedEltStreamParser;
+
+/// Adds a parser of every format of this library to a race, in their fixed order: H264, MPEGVideo, AC3, ADTS,
+/// MPEGAudio, the one with the most telling headers first. Not while the race is open.
+///
+/// All of them search for 2 MiB and leave, if they do, with the same byte. For packets smaller than that
+/// neither the winner, nor its record, nor the order of leaving depends on where the packets are cut.
+EZFORMATS_API void AddEltStreamCandidates(ezUndeterminedEltStreamParser& aRace);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+
+/// Bytes of an AC-3 frame up to the bit that tells of the low frequency channel.
+inline constexpr std::uint32_t kAC3HeaderSize = 7;
+
+inline constexpr std::uint32_t kAC3MinFrameSize = 128;  ///< 32 kbit/s at 48 kHz
+inline constexpr std::uint32_t kAC3MaxFrameSize = 3840; ///< 640 kbit/s at 32 kHz
+
+/// What the header of an AC-3 frame tells (ETSI TS 102 366, ATSC A/52).
+struct ezAC3Header {
+    std::uint32_t mSamplingRate; ///< Hz
+    std::uint32_t mBitRate;      ///< bits a second
+    std::uint32_t mChannels;     ///< the low frequency channel included
+    std::uint32_t mFrameSize;    ///< bytes
+    std::uint32_t mSame;         ///< what is the same in every header of a stream
+};
+
+/// Takes the last three of a header's bytes apart, behind sync word and check sum, as one number. False for
+/// bytes that are no header.
+bool ezAC3Header_ReadFields(std::uint32_t aFields, ezAC3Header& aHeader);
+
+/// Takes the kAC3HeaderSize bytes of a header apart. False for bytes that are none.
+bool ezAC3Header_Read(const unsigned char* aBytes, ezAC3Header& aHeader);
+
+/// The last three of a header's bytes as one number.
+inline std::uint32_t ezAC3Header_Fields(const unsigned char* aBytes) {
+    return std::uint32_t{aBytes[4]} << 16 | std::uint32_t{aBytes[5]} << 8 | aBytes[6];
+}

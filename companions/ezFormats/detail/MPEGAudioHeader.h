@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+/// Bytes of an MPEG audio frame header.
+inline constexpr std::uint32_t kMPEGAudioHeaderSize = 4;
+
+/// The smallest frame with a stated rate: layer III, 8 kbit/s at 24 kHz.
+inline constexpr std::uint32_t kMPEGAudioMinFrameSize = 24;
+
+/// The largest: layer II, 384 kbit/s at 32 kHz, padded.
+inline constexpr std::uint32_t kMPEGAudioMaxFrameSize = 1729;
+
+/// What the header of an MPEG audio frame tells (ISO/IEC 11172-3 and 13818-3, and the half rates of MPEG-2.5
+/// for layer III).
+struct ezMPEGAudioHeader {
+    std::uint32_t mLayer;        ///< 1 to 3
+    std::uint32_t mBitRate;      ///< bits a second; 0: free format, not stated
+    std::uint32_t mSamplingRate; ///< Hz
+    std::uint32_t mChannels;     ///< 1 or 2
+    std::uint32_t mSlotSize;     ///< bytes that padding adds
+    std::uint32_t mFrameSize;    ///< bytes, header and padding included; 0 in free format
+    std::uint32_t mMaxFrameSize; ///< bytes at the highest rate of the layer, padding included
+    std::uint32_t mTagOffset;    ///< where encoders of layer III put their tag: behind the side information
+    bool mfPadded;
+};
+
+/// Takes a header apart. False for bytes that are none.
+bool ezMPEGAudioHeader_Read(std::uint32_t aWord, ezMPEGAudioHeader& aHeader);
+
+/// True when two headers may stand in one stream: padding and the kind of stereo may change, and in layer III
+/// the rate.
+bool ezMPEGAudioHeader_IsSameStream(std::uint32_t aFirst, std::uint32_t aSecond);

@@ -133,6 +133,56 @@ TEST(Arguments, WrongUsageIsNamed) {
     EXPECT_NE(ErrorOf({"x", "--json=maybe"}), "");
 }
 
+TEST(Arguments, StandardInputIsNamedAndReadOnce) {
+    EXPECT_EQ(ReadWords({"-", "--name", "a.mp3"}).mArguments.mName, "a.mp3");
+    EXPECT_EQ(ReadWords({"--name", "", "-"}).mArguments.mName, "");
+    EXPECT_EQ(ReadWords({"-"}).mArguments.mName, std::nullopt);
+    EXPECT_TRUE(ReadWords({"--name", "a", "--", "-"}).mResult.mfRun);
+    EXPECT_EQ(ErrorOf({"-", "a", "-"}), "standard input can be read only once");
+    EXPECT_EQ(ErrorOf({"-", "--", "-"}), "standard input can be read only once");
+    EXPECT_EQ(ErrorOf({"a", "--name", "b"}), "--name goes with - (standard input) only");
+    EXPECT_TRUE(ReadWords({"types", "-", "-"}).mResult.mfRun); // there it is a word like any other
+}
+
+TEST(Arguments, TheTimeoutIsAtLeastASecondAndAtMostADay) {
+    EXPECT_EQ(ReadWords({"http://a"}).mArguments.mTimeout, 30U);
+    EXPECT_EQ(ReadWords({"http://a", "--timeout", "1"}).mArguments.mTimeout, 1U);
+    EXPECT_EQ(ReadWords({"http://a", "--timeout", "86400"}).mArguments.mTimeout, 86400U);
+    for (const char* time : {"0", "86401", "-1", "", "1s", "4294967297"}) {
+        EXPECT_EQ(ErrorOf({"http://a", "--timeout", time}),
+                  std::string("--timeout: not a number from 1 to 86400: ") + time);
+    }
+}
+
+TEST(Arguments, PacketsAreOddOrOfASize) {
+    EXPECT_FALSE(ReadWords({"a"}).mArguments.mfElementary);
+    EXPECT_TRUE(ReadWords({"a", "--es"}).mArguments.mfElementary);
+    EXPECT_EQ(ReadWords({"a", "--es"}).mArguments.mPacketSize, 188U);
+    EXPECT_EQ(ReadWords({"a", "--es", "--packet", "1316"}).mArguments.mPacketSize, 1316U);
+    EXPECT_EQ(ReadWords({"a", "--es", "--packet", "odd"}).mArguments.mPacketSize, 0U);
+    for (const char* size : {"0", "1048577", "even", "", "-1"}) {
+        EXPECT_EQ(ErrorOf({"a", "--es", "--packet", size}),
+                  std::string("--packet: neither odd nor a number from 1 to 1048576: ") + size);
+    }
+    EXPECT_EQ(ErrorOf({"a", "--packet", "1"}), "--packet goes with --es only");
+}
+
+TEST(Arguments, OptionsOfStreamsGoWithParseOnly) {
+    for (const Words& option :
+         {Words{"--name", "a"}, Words{"--timeout", "1"}, Words{"--es"}, Words{"--packet", "1"}}) {
+        for (const Words& verb : {Words{"capabilities"}, Words{"types", "x"}, Words{"mapper", "list"}}) {
+            Words words = verb;
+            words.insert(words.end(), option.begin(), option.end());
+            EXPECT_EQ(ErrorOf(words), "--name, --timeout, --es and --packet go with parse only");
+        }
+    }
+    for (const Words& option : {Words{"--explain"}, Words{"--mapper"}, Words{"--parse-options", "1"}}) {
+        Words words = {"--es", "a"};
+        words.insert(words.end(), option.begin(), option.end());
+        EXPECT_EQ(ErrorOf(words), "--explain, --mapper and --parse-options do not go with --es");
+    }
+}
+
 TEST(CommandLine, WrongUsageGoesToStandardErrorWithStatusTwo) {
     const ProgramResult result = RunTool({"--nonsense"});
     EXPECT_EQ(result.mStatus, 2);
@@ -226,7 +276,7 @@ std::string ManPage() {
 
 TEST(ManPage, NamesEveryOptionOfTheHelpAndNoOther) {
     const std::set<std::string> options = OptionsIn(RunTool({"--help"}).mOut);
-    EXPECT_EQ(options.size(), 12U);
+    EXPECT_EQ(options.size(), 16U);
     EXPECT_EQ(OptionsIn(ManPage()), options);
 }
 
@@ -263,5 +313,5 @@ TEST(ManPage, ItsCommandsRun) {
         EXPECT_EQ(result.mError, "") << line;
         ++count;
     }
-    EXPECT_EQ(count, 9U);
+    EXPECT_EQ(count, 10U);
 }

@@ -11,6 +11,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,7 +54,7 @@ bool DropRights() {
 [[noreturn]] void RunChild(const std::string& aProgram, std::vector<char*>& anArguments,
                            const ProgramOptions& anOptions, int anOut, int anError) {
     constexpr int kCannotStart = 127;
-    const int in = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const int in = anOptions.mIn >= 0 ? anOptions.mIn : open("/dev/null", O_RDONLY | O_CLOEXEC);
     int out = anOut;
     if (!anOptions.mOutTo.empty()) {
         out = open(anOptions.mOutTo.c_str(), O_WRONLY | O_CLOEXEC);
@@ -90,6 +92,10 @@ void ReadAll(int anOut, std::string& aOutText, int anError, std::string& anError
     }
 }
 
+double Seconds(const timeval& aTime) {
+    return static_cast<double>(aTime.tv_sec) + static_cast<double>(aTime.tv_usec) / 1e6;
+}
+
 } // namespace
 
 ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
@@ -114,14 +120,20 @@ ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::str
     }
     close(out.mWrite);
     close(error.mWrite);
+    if (anOptions.mWhenStarted) {
+        anOptions.mWhenStarted(child);
+    }
     ProgramResult result;
     ReadAll(out.mRead, result.mOut, error.mRead, result.mError);
     close(out.mRead);
     close(error.mRead);
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    rusage usage = {};
+    while (wait4(child, &status, 0, &usage) < 0 && errno == EINTR) {
     }
     result.mStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.mSignal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    result.mCpuSeconds = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
     return result;
 }
 

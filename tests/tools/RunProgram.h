@@ -1,11 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 /// How a program ended and what it wrote.
 struct ProgramResult {
-    int mStatus = -1; ///< the exit status; -1 when a signal ended it
+    int mStatus = -1;         ///< the exit status; -1 when a signal ended it
+    int mSignal = 0;          ///< the signal that ended it; 0 when none did
+    double mCpuSeconds = 0.0; ///< that it took, of all its threads
     std::string mOut;
     std::string mError;
 };
@@ -15,6 +19,9 @@ struct ProgramOptions {
     bool mfWithoutRights = false;   ///< permissions refuse it, also when the tests run as root
     bool mfErrorOnTerminal = false; ///< its standard error is a terminal
     std::string mOutTo;             ///< the file that standard output goes to instead of mOut
+    int mIn = -1;                   ///< standard input, borrowed; -1 for an empty one
+    /// Called when the program has been started, with its process.
+    std::function<void(pid_t)> mWhenStarted;
 };
 
 /// Runs a program and waits for its end. Throws where it cannot be started.

@@ -1,5 +1,7 @@
 #include "Arguments.h"
 
+#include "LiveMedia.h"
+
 #include "ez/MediaParserTypes.h"
 #include "ezPlatform/text/CString.h"
 
@@ -24,6 +26,8 @@ constexpr std::array<NamedNumber, 4> kParseOptions = {{
     {"vbr-full", kParseOption_ParseFullFileIfVBR},
 }};
 constexpr unsigned kAllParseOptions = 15;
+constexpr uint32 kMaxTimeout = 86400;       ///< a day
+constexpr uint32 kMaxPacketSize = 1U << 20; ///< more at once is no packet any more
 
 /// Lines of a level are written while _ezLog_Level is above it.
 constexpr std::array<NamedNumber, 4> kLogLevels = {{{"error", 2}, {"warning", 3}, {"info", 4}, {"debug", 5}}};
@@ -69,7 +73,8 @@ constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
 
 constexpr const char* kFooter =
     "Verbs:\n"
-    "  parse PATH...               what each media is and how it is announced; folders are walked\n"
+    "  parse PATH...               what each media is and how it is announced; folders are walked,\n"
+    "                              - is standard input, and http:// and https:// URLs are fetched\n"
     "  capabilities                the protocolInfo list that a server with this configuration advertises\n"
     "  types EXT|MIME...           look extensions and MIME types up in the media types file\n"
     "  mapper list                 the entries of the media mapper, the operator's table\n"
@@ -104,6 +109,8 @@ struct OptionTexts {
     std::optional<std::string> mCTTContext;
     std::optional<std::string> mParseOptions;
     std::optional<std::string> mLogLevel;
+    std::optional<std::string> mTimeout;
+    std::optional<std::string> mPacketSize;
 };
 
 void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts) {
@@ -125,9 +132,36 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
             "Conformance-test context: 0 none, 1 file names decide where no parser does, 2 always");
     addText("--parse-options", aTexts.mParseOptions, "LIST",
             "parse: if-no-extension, if-failed, everytime, vbr-full, parted by commas, or a number");
+    addText("--name", anArguments.mName, "NAME", "parse: the name, and so the extension, of standard input");
+    addText("--timeout", aTexts.mTimeout, "SECONDS",
+            "parse: how long a web server may send nothing (default 30)");
+    anApp.add_flag("--es", anArguments.mfElementary,
+                   "parse: the operands are elementary streams, and all formats race on them");
+    addText("--packet", aTexts.mPacketSize, "SIZE",
+            "With --es: bytes that are pushed at once (default 188), or the word odd");
     addText("--config", anArguments.mConfigFolder, "DIR", "Folder of the read-only configuration");
     addText("--state", anArguments.mStateFolder, "DIR", "Folder of the configuration that lies over it");
     addText("--log", aTexts.mLogLevel, "LEVEL", "Messages of the library: error, warning, info or debug");
+}
+
+std::string ReadStreamTexts(const OptionTexts& aTexts, Arguments& anArguments) {
+    uint32 timeout = 0;
+    if (aTexts.mTimeout) {
+        if (!ezReadDecimal32(*aTexts.mTimeout, &timeout) || timeout == 0 || timeout > kMaxTimeout) {
+            return "--timeout: not a number from 1 to " + std::to_string(kMaxTimeout) + ": " +
+                   *aTexts.mTimeout;
+        }
+        anArguments.mTimeout = timeout;
+    }
+    uint32 packetSize = 0;
+    if (aTexts.mPacketSize && *aTexts.mPacketSize != "odd" &&
+        (!ezReadDecimal32(*aTexts.mPacketSize, &packetSize) || packetSize == 0 ||
+         packetSize > kMaxPacketSize)) {
+        return "--packet: neither odd nor a number from 1 to " + std::to_string(kMaxPacketSize) + ": " +
+               *aTexts.mPacketSize;
+    }
+    anArguments.mPacketSize = aTexts.mPacketSize ? packetSize : anArguments.mPacketSize;
+    return {};
 }
 
 std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
@@ -146,7 +180,7 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
         }
         anArguments.mLogLevel = level->mNumber;
     }
-    return {};
+    return ReadStreamTexts(aTexts, anArguments);
 }
 
 std::string TakeMapperVerb(std::vector<std::string>& aWords, Arguments& anArguments) {
@@ -232,9 +266,38 @@ std::string CheckMapperOptions(const Arguments& anArguments) {
     return {};
 }
 
+/// What of the options about streams does not go with the rest.
+std::string CheckStreamOptions(const Arguments& anArguments, const OptionTexts& aTexts) {
+    const bool fAny = anArguments.mName || aTexts.mTimeout || anArguments.mfElementary || aTexts.mPacketSize;
+    if (fAny && anArguments.mVerb != Verb::Parse) {
+        return "--name, --timeout, --es and --packet go with parse only";
+    }
+    if (anArguments.mVerb != Verb::Parse) {
+        return {};
+    }
+    const auto count =
+        std::count(anArguments.mOperands.begin(), anArguments.mOperands.end(), std::string(kStandardInput));
+    if (count > 1) {
+        return "standard input can be read only once";
+    }
+    if (anArguments.mName && count == 0) {
+        return "--name goes with - (standard input) only";
+    }
+    if (aTexts.mPacketSize && !anArguments.mfElementary) {
+        return "--packet goes with --es only";
+    }
+    if (anArguments.mfElementary && (anArguments.mfExplain || anArguments.mfMapper || aTexts.mParseOptions)) {
+        return "--explain, --mapper and --parse-options do not go with --es";
+    }
+    return {};
+}
+
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
     std::string error = CheckMapperOptions(anArguments);
+    if (error.empty()) {
+        error = CheckStreamOptions(anArguments, aTexts);
+    }
     if (!error.empty()) {
         return error;
     }

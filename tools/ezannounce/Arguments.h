@@ -12,6 +12,9 @@ enum class Verb { Parse, Capabilities, Types, Mapper };
 /// What is done with the media mapper.
 enum class MapperVerb { List, Show, Profiles, Check, Enable, Disable, Speeds, Save };
 
+/// The payload unit of a transport stream, in bytes.
+constexpr unsigned kTransportPacketSize = 188;
+
 /// What the person asked for.
 struct Arguments {
     Verb mVerb = Verb::Parse;
@@ -27,7 +30,11 @@ struct Arguments {
     int mParseOptions = 0; ///< a set of ezParseOption bits
     std::optional<std::string> mConfigFolder;
     std::optional<std::string> mStateFolder;
-    std::optional<int> mLogLevel; ///< for _ezLog_Level
+    std::optional<int> mLogLevel;                ///< for _ezLog_Level
+    std::optional<std::string> mName;            ///< of standard input
+    unsigned mTimeout = 30;                      ///< seconds for which a web server may send nothing
+    bool mfElementary = false;                   ///< the operands are elementary streams
+    unsigned mPacketSize = kTransportPacketSize; ///< bytes that are pushed at once; 0 for odd sizes
 };
 
 /// What came of reading the command line.

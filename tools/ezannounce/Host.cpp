@@ -70,17 +70,23 @@ bool Host::Announce(const std::string& aPath, Announcement& anAnnouncement, std:
         aReason = WhyUnreadable(aPath);
         return false;
     }
-    anAnnouncement.mPath = aPath;
-    anAnnouncement.mInfo.reset(mManager->Parse(stream));
+    Announce(stream, aPath, anAnnouncement);
+    return true;
+}
+
+void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement) {
+    anAnnouncement.mPath = aName;
+    anAnnouncement.mInfo.reset(mManager->Parse(aStream));
     anAnnouncement.mfRecognised = anAnnouncement.mInfo != nullptr;
     if (!anAnnouncement.mfRecognised) {
         anAnnouncement.mInfo = std::make_unique<ezMediaInfo>();
-        stream.CopyInfo(anAnnouncement.mInfo.get());
+        aStream.CopyInfo(anAnnouncement.mInfo.get());
+        anAnnouncement.mInfo->Set(kezInfo_MimeType, "", true); // what a server says of it is not what it is
     }
     anAnnouncement.mfMapperInForce = mMapper != nullptr;
     if (mMapper != nullptr && anAnnouncement.mfRecognised) {
         std::optional<MapperAnswer> answer =
-            FindMapperAnswer(*mMapper, stream, RecordOfParsers(*mManager), *anAnnouncement.mInfo);
+            FindMapperAnswer(*mMapper, aStream, RecordOfParsers(*mManager), *anAnnouncement.mInfo);
         if (answer) {
             anAnnouncement.mMapperAnswer = std::make_unique<MapperAnswer>(std::move(*answer));
         }
@@ -88,7 +94,6 @@ bool Host::Announce(const std::string& aPath, Announcement& anAnnouncement, std:
     if (mfExplain) {
         Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions);
         anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
-            stream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
+            aStream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
     }
-    return true;
 }

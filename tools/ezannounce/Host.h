@@ -11,6 +11,7 @@
 #include <string>
 
 class DLNAMediaMapper;
+class ezMediaParserStream;
 struct Explanation;
 struct MapperAnswer;
 
@@ -44,6 +45,8 @@ public:
 
     /// Identifies a file. False, with the reason, when it cannot be read.
     bool Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason);
+    /// Identifies what an open stream brings, under the name that it is shown by.
+    void Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
 
     HostManager& GetManager() { return *mManager; }
     ExtensionMimeTypeMatcher& GetMatcher() { return *mMatcher; }

@@ -5,6 +5,7 @@
 #include "Facts.h"
 #include "Host.h"
 #include "MapperAnswer.h"
+#include "Race.h"
 #include "SafeText.h"
 
 #include <nlohmann/json.hpp>
@@ -70,7 +71,36 @@ Json MapperAnswerOf(const MapperAnswer* anAnswer) {
             {"overrode", std::move(overrides)}};
 }
 
+/// Of bytes that are no UTF-8 every one becomes U+FFFD: whoever reads a line can parse it, whatever the name
+/// holds.
+std::string LineOf(const Json& anObject) {
+    return anObject.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 } // namespace
+
+std::string InJson(const RaceResult& aResult) {
+    Json race = {{"path", aResult.mPath}};
+    if (!IsUtf8(aResult.mPath)) {
+        race["path_bytes"] = HexBytes(aResult.mPath);
+    }
+    race["winner"] = aResult.mInfo != nullptr ? Json(aResult.mWinner) : Json(nullptr);
+    race["pushed"] = aResult.mPushed;
+    Json left = Json::array();
+    for (const RaceDeparture& departure : aResult.mLeft) {
+        left.push_back({{"candidate", departure.mName}, {"at", departure.mByte}});
+    }
+    race["left"] = std::move(left);
+    race["undecided"] = aResult.mUndecided;
+    Json facts = Json::object();
+    if (aResult.mInfo != nullptr) {
+        for (const Fact& fact : FactsOf(*aResult.mInfo)) {
+            facts[NameOf(fact)] = ValueOf(fact);
+        }
+    }
+    race["facts"] = std::move(facts);
+    return LineOf(race);
+}
 
 void JsonOutput::Put(const Announcement& anAnnouncement) {
     const ezMediaInfo& info = *anAnnouncement.mInfo;
@@ -99,6 +129,5 @@ void JsonOutput::Put(const Announcement& anAnnouncement) {
     if (anAnnouncement.mExplanation != nullptr) {
         media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);
     }
-    // Bytes that are no UTF-8 become U+FFFD: whoever reads a line can parse it, whatever the name holds.
-    mConsole.Print(media.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+    mConsole.Print(LineOf(media));
 }

@@ -2,7 +2,13 @@
 
 #include "Output.h"
 
+#include <string>
+
 class Console;
+struct RaceResult;
+
+/// A race of elementary stream parsers as one object, with the end of its line.
+std::string InJson(const RaceResult& aResult);
 
 /// Announcements as JSON, one object a line.
 class JsonOutput : public Output {

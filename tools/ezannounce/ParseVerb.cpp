@@ -4,6 +4,7 @@
 #include "Explanation.h"
 #include "Host.h"
 #include "Json.h"
+#include "LiveMedia.h"
 #include "Table.h"
 #include "Walk.h"
 
@@ -29,6 +30,18 @@ public:
         }
         // A folder holds all sorts of things, but who names a file takes it for a media.
         mfFailed = mfFailed || (fNamed && !announcement.mfRecognised);
+        mOutput.Put(announcement);
+    }
+
+    /// Standard input, or a URL.
+    void Live(const std::string& anOperand, const Arguments& anArguments) {
+        Announcement announcement;
+        std::string reason;
+        if (!AnnounceLive(anOperand, anArguments, mHost, announcement, reason)) {
+            Problem(anOperand, reason);
+            return;
+        }
+        mfFailed = mfFailed || !announcement.mfRecognised;
         mOutput.Put(announcement);
     }
 
@@ -62,7 +75,11 @@ int RunParse(const Arguments& anArguments, Host& aHost, Console& aConsole) {
     const std::unique_ptr<Output> output = NewOutput(anArguments, aConsole);
     Announcer announcer(aHost, *output, aConsole);
     for (const std::string& path : anArguments.mOperands) {
-        Walk(path, announcer);
+        if (IsLive(path)) {
+            announcer.Live(path, anArguments);
+        } else {
+            Walk(path, announcer);
+        }
     }
     output->Finish();
     return announcer.HasFailed() ? kExitSomeFailed : kExitSuccess;

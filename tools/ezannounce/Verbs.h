@@ -9,6 +9,8 @@ struct ConfigFolders;
 /// Each verb writes its results and its errors, and returns the exit status.
 int RunParse(const Arguments& anArguments, Host& aHost, Console& aConsole);
 int RunCapabilities(const Arguments& anArguments, Host& aHost, Console& aConsole);
+/// parse with --es.
+int RunRaces(const Arguments& anArguments, Console& aConsole);
 int RunTypes(const Arguments& anArguments, Host& aHost, Console& aConsole);
 /// All that is done with the media mapper, but for show: no media types are needed.
 int RunMapper(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole);

@@ -43,6 +43,9 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (anArguments.mVerb == Verb::Mapper && anArguments.mMapperVerb != MapperVerb::Show) {
         return RunMapper(anArguments, folders, aConsole);
     }
+    if (anArguments.mfElementary) {
+        return RunRaces(anArguments, aConsole);
+    }
     Host host(anArguments, folders);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "ezLiveStreams/Export.h"
+
+#include "ezPlatform/base/UInt64.h"
+#include "ezPlatform/streams/Stream.h"
+
+#include <array>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+/// How much of a media a feed buffer holds, in bytes.
+struct ezFeedLimits {
+    /// Bytes that are held as a rule, so that parsers can seek back to what they have seen: parsers look at
+    /// the head of a media, and whole pictures and short songs fit, while a device that looks at a few media
+    /// at a time still has the memory.
+    std::size_t mWindow = std::size_t{1} << 20;
+    /// A single read that is larger than the window makes the window grow, up to this. At least mWindow.
+    std::size_t mLargest = std::size_t{16} << 20;
+};
+
+/// The bytes of a media between the thread on which they arrive, the writer, and the one that reads them: a
+/// window over the media that is bounded, holds its start as long as it can, and can be sought back in.
+///
+/// The writer is held back while the window is full. Bytes are dropped from the front of the window only when
+/// the reader waits for more than fits behind it: as much as the request needs, at least so much that a
+/// quarter of the window becomes free, but nothing at or behind the reader's position. What is dropped so
+/// follows from the reads alone, never from who of the two was faster.
+///
+/// A source that can be read from another place than where it is (SetMovable) is moved when the reader seeks
+/// outside of the window: the window is emptied, and Append answers Moved until StartAt.
+///
+/// The size becomes known by SetSize, or at the end. A media that ends before its known size has failed;
+/// bytes behind the known size are ignored.
+///
+/// The first failure stays; bytes that arrived before it are still given out. The writer's operations belong
+/// to one thread, the reader's to another; Close may be called on any. The notices are called with no lock
+/// held.
+class EZLIVESTREAMS_API ezFeedBuffer {
+public:
+    using Notice = std::function<void()>;
+
+    enum class Push {
+        Taken,  ///< all of it: go on
+        Moved,  ///< the reader wants bytes of another place: WaitForMove tells from where
+        Closed, ///< nobody reads any more: stop
+        Full    ///< the media is complete: what comes behind its known size is not wanted
+    };
+
+    /// A seek so far ahead of what has arrived, in bytes, moves a source that can be moved ahead; a nearer
+    /// one reads on, which costs less than asking anew.
+    static constexpr std::uint64_t kWorthMoving = 256 * 1024;
+
+    /// @param aThreshold   called on the writer's thread for new data, the end, a failure and a full window
+    /// @param anInterrupt  called when the source is to be moved, and by Close: it has to wake a writer that
+    ///                     waits for its source
+    ezFeedBuffer(const ezFeedLimits& aLimits, Notice aThreshold, Notice anInterrupt);
+    ~ezFeedBuffer();
+    ezFeedBuffer(const ezFeedBuffer&) = delete;
+    ezFeedBuffer& operator=(const ezFeedBuffer&) = delete;
+
+    /// @name For the writer
+    /// @{
+
+    /// Takes bytes, which are those behind the ones before. Waits while the window is full.
+    Push Append(const void* aData, std::size_t aSize);
+    /// Tells the size of the whole media. Another size than the one known already is a failure, and false:
+    /// the media is not the same any more.
+    bool SetSize(std::uint64_t aSize);
+    /// Tells where the source can be moved to: back, and also ahead. Without it nowhere.
+    void SetMovable(bool afBack, bool afAhead);
+    /// The media ends here. Ignored while a move is asked for.
+    void End();
+    /// The media cannot be read on, with the reason in words. Ignored while a move is asked for.
+    void Fail(ezStreamingStatus aStatus, const std::string& aText);
+    /// True while the source is to be moved or nobody reads any more: what is under way can be given up.
+    bool IsInterrupted() const;
+    /// Takes up a move: the place that the bytes are wanted from. Waits for one as long as nobody closes, at
+    /// the end of a media. False when closed.
+    bool WaitForMove(std::uint64_t* aPosition);
+    /// The next bytes are those of this place, at or before the one asked for. The window must be empty, as
+    /// it is behind a move.
+    void StartAt(std::uint64_t aPosition);
+
+    /// @}
+    /// @name For the reader, by the contract of ezStream
+    /// @{
+
+    /// As ezStream::Read. ezStreamingStatus_OutOfInternalBuffer for a read that is larger than the largest
+    /// window and does not end with the media.
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag);
+    /// As ezStream::Seek. A seek ahead of what has arrived is remembered, and the bytes before are passed
+    /// over. ezStreamingStatus_OutOfRange before the window of a source that cannot be moved.
+    ezStreamingStatus Seek(std::uint64_t aPosition);
+    /// The size, 0 while it is not known.
+    /// @param afWait  waits until the size is known, the media has failed, or the window is full
+    std::uint64_t GetSize(bool afWait);
+    /// False when the media failed before a byte of it came.
+    bool IsOpened() const;
+    /// True when the reader came upon the failure: by a read, or by waiting for the size. A failure behind
+    /// everything that was read is none of the reader's.
+    bool HasFailed() const;
+    /// Why the media failed; "" while it has not.
+    std::string GetErrorText() const;
+
+    /// @}
+
+    /// Lets the writer go, for good.
+    void Close();
+
+private:
+    static constexpr std::size_t kBlockSize = 64 * 1024;
+    using Block = std::array<unsigned char, kBlockSize>;
+    using Lock = std::unique_lock<std::mutex>;
+
+    std::size_t Held() const { return static_cast<std::size_t>(mEnd - mStart); }
+    std::size_t HeldForReader() const;
+    /// Bytes of a request that the media can have; its whole where the size is not known.
+    std::uint64_t Possible(std::size_t anAsked) const;
+    bool IsBeyondLargest(std::uint64_t aWanted, std::size_t aHeld) const;
+    /// Bytes that fit, after dropping what the reader lets go.
+    std::size_t MakeRoom();
+    void DropBefore(std::uint64_t aPosition);
+    void TakeIn(const unsigned char* aData, std::size_t aSize);
+    void GiveOut(unsigned char* aBuffer, std::size_t aSize);
+    void WaitForRoom(Lock& aLock);
+    void SetFailure(ezStreamingStatus aStatus, const std::string& aText);
+    void MoveTo(std::uint64_t aPosition);
+
+    const ezFeedLimits mLimits;
+    const Notice mThreshold;
+    const Notice mInterrupt;
+
+    mutable std::mutex mMutex; ///< over everything below
+    std::condition_variable mWriterMayGoOn;
+    std::condition_variable mSizeMayBeKnown;
+    std::deque<std::unique_ptr<Block>> mBlocks;
+    std::size_t mFirstOffset = 0; ///< of the byte at mStart in the first block
+    std::uint64_t mStart = 0;     ///< of the window, in the media
+    std::uint64_t mEnd = 0;       ///< of what has arrived
+    std::size_t mWindow;          ///< bytes that the window may hold now
+    std::uint64_t mPosition = 0;  ///< of the reader
+    std::uint64_t mWantedEnd = 0; ///< of the request that the reader waits for; 0 for none
+    std::optional<std::uint64_t> mSize;
+    std::optional<std::uint64_t> mMoveTo;
+    ezStreamingStatus mFailure = ezStreamingStatus_NoError;
+    std::string mErrorText;
+    bool mfFailureSeen = false;
+    bool mfAnyArrived = false;
+    bool mfFull = false; ///< the writer waits for room
+    bool mfMovableBack = false;
+    bool mfMovableAhead = false;
+    bool mfClosed = false;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "ezLiveStreams/FeedStream.h"
+
+#include <chrono>
+#include <memory>
+
+/// What a host chooses about a media of a web server.
+struct ezHttpOptions {
+    ezFeedOptions mFeed;
+    /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
+    /// in which the window is full does not count.
+    std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
+    int mMaxRedirects = 10;
+};
+
+/// A media of a web server, by HTTP or HTTPS, over libcurl; redirects to other schemes are not followed.
+///
+/// The size is that of the headers, where they state it. A seek outside of the window asks the server anew,
+/// for the rest from there (RFC 9110, section 14); a server that does not do that sends all again, which is
+/// passed over up to there. A forward seek is only worth that where the server states that it has ranges;
+/// otherwise, and when it is short, it reads on.
+///
+/// Failures, by GetErrorText: a server that cannot be reached or answers with anything but the media (the
+/// status is named), a redirect too many, a transfer that breaks off or ends before the stated size, a stall,
+/// and a media that has another size or ETag when it is asked for again. The transfer is held back while the
+/// window is full. Proxies are those of the environment.
+///
+/// A record receives the type that the server states as its MIME type, without parameters and where it has
+/// none (application/octet-stream tells nothing and does not count), and the time of the last modification
+/// where it has none.
+///
+/// There where libcurl was missing when the library was built, this class does not exist; the target then
+/// lacks the definition EZ_HAS_HTTP_STREAM.
+class EZLIVESTREAMS_API ezHttpStream : public ezFeedStream {
+public:
+    explicit ezHttpStream(const ezCString& aURL, const ezHttpOptions& anOptions = ezHttpOptions());
+
+    /// True for a text that begins with "http://" or "https://", in any case.
+    static bool IsURL(const ezCString& aText);
+
+    /// Of the last component of the URL's path; its query and fragment do not count.
+    ezCString GetExtension() const override;
+    ezCString GetURI() const override { return mURL; }
+    void CopyInfo(ezMediaInfo* anInfo) override;
+
+protected:
+    ~ezHttpStream() override;
+    void Feed(ezFeedBuffer& aBuffer) override;
+    void Interrupt() override;
+
+private:
+    class Transfer;
+
+    const ezCString mURL;
+    std::unique_ptr<Transfer> mTransfer;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Where in a media the bytes of a partial answer lie: "bytes 100-199/500".
+struct ezContentRange {
+    std::uint64_t mFirst = 0;
+    std::optional<std::uint64_t> mTotal; ///< none for "*"
+};
+
+/// The head of an answer, as its lines come in. An answer that is followed by another one (100, redirects) is
+/// forgotten when the status line of that comes.
+class ezHttpResponse {
+public:
+    /// Takes a line, with or without its end. True for the one that ends the head.
+    bool AddLine(std::string_view aLine);
+
+    int GetStatus() const { return mStatus; }
+    /// True for one that is followed by another: it is none of the media.
+    bool IsInterim() const;
+    /// The value of a field by its lower-case name; of those that come twice the last. "" without it.
+    std::string Get(const char* aName) const;
+
+    /// The size of the body, unless it is not stated or comes in chunks.
+    std::optional<std::uint64_t> GetLength() const;
+    std::optional<ezContentRange> GetRange() const;
+    /// The size of the media that a 416 states: "bytes */500".
+    std::optional<std::uint64_t> GetSizeOfUnsatisfied() const;
+    /// The type without parameters, "" where it is none or tells nothing.
+    std::string GetMimeType() const;
+
+private:
+    int mStatus = 0;
+    bool mfHead = true; ///< within the head: what comes behind a body is no part of it
+    std::map<std::string, std::string> mFields;
+};

@@ -1,0 +1,82 @@
+#include "ezLiveStreams/FeedStream.h"
+
+#ifdef EZ_HAS_HTTP_STREAM
+#include "ezLiveStreams/detail/HttpResponse.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+ezHttpResponse Head(const std::vector<std::string>& aLines) {
+    ezHttpResponse response;
+    for (const std::string& line : aLines) {
+        EXPECT_FALSE(response.AddLine(line + "\r\n")) << line;
+    }
+    EXPECT_TRUE(response.AddLine("\r\n"));
+    return response;
+}
+
+} // namespace
+
+TEST(HttpResponse, TakesStatusAndFieldsInAnyCase) {
+    const ezHttpResponse response = Head({"HTTP/1.1 200 OK", "CONTENT-length:  12 ", "X: a:b"});
+    EXPECT_EQ(response.GetStatus(), 200);
+    EXPECT_EQ(response.GetLength(), 12U);
+    EXPECT_EQ(response.Get("x"), "a:b");
+    EXPECT_EQ(response.Get("y"), "");
+    EXPECT_EQ(Head({"HTTP/2 404"}).GetStatus(), 404);
+    EXPECT_EQ(Head({"HTTP/1.1 2x0 No"}).GetStatus(), 0);
+    EXPECT_EQ(Head({"HTTP/1.1"}).GetStatus(), 0);
+}
+
+TEST(HttpResponse, ALaterAnswerForgetsTheOneBefore) {
+    ezHttpResponse response = Head({"HTTP/1.1 302 Found", "Location: /b", "Content-Length: 5"});
+    EXPECT_TRUE(response.IsInterim());
+    EXPECT_FALSE(response.AddLine("HTTP/1.1 200 OK\r\n"));
+    EXPECT_FALSE(response.IsInterim());
+    EXPECT_EQ(response.GetLength(), std::nullopt);
+    EXPECT_TRUE(Head({"HTTP/1.1 100 Continue"}).IsInterim());
+    EXPECT_FALSE(Head({"HTTP/1.1 304 Not Modified"}).IsInterim());
+    EXPECT_FALSE(Head({"HTTP/1.1 404 No", "Location: /b"}).IsInterim());
+}
+
+TEST(HttpResponse, WhatComesBehindTheHeadIsNoPartOfIt) {
+    ezHttpResponse response = Head({"HTTP/1.1 200 OK"});
+    EXPECT_FALSE(response.AddLine("Content-Length: 5\r\n"));
+    EXPECT_FALSE(response.AddLine("\r\n"));
+    EXPECT_EQ(response.GetLength(), std::nullopt);
+}
+
+TEST(HttpResponse, AFieldThatDoesNotReadIsAbsent) {
+    for (const char* length : {"-1", "1x", "", "99999999999999999999", "0x10", "1,1"}) {
+        EXPECT_EQ(Head({"HTTP/1.1 200 OK", std::string("Content-Length: ") + length}).GetLength(),
+                  std::nullopt);
+    }
+    for (const char* range :
+         {"", "bytes", "bytes 5-9", "bytes x-9/10", "lines 5-9/10", "bytes */10", "bytes /10"}) {
+        EXPECT_FALSE(Head({"HTTP/1.1 206 P", std::string("Content-Range: ") + range}).GetRange()) << range;
+    }
+}
+
+TEST(HttpResponse, ReadsRanges) {
+    const auto range = Head({"HTTP/1.1 206 P", "Content-Range: bytes 5-9/10"}).GetRange();
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->mFirst, 5U);
+    EXPECT_EQ(range->mTotal, 10U);
+    const auto open = Head({"HTTP/1.1 206 P", "Content-Range: bytes 5-9/*"}).GetRange();
+    ASSERT_TRUE(open);
+    EXPECT_EQ(open->mTotal, std::nullopt);
+    EXPECT_EQ(Head({"HTTP/1.1 416 R", "Content-Range: bytes */10"}).GetSizeOfUnsatisfied(), 10U);
+    EXPECT_EQ(Head({"HTTP/1.1 416 R", "Content-Range: bytes 1-2/10"}).GetSizeOfUnsatisfied(), std::nullopt);
+}
+
+TEST(HttpResponse, AnyNumberOfFieldsIsBounded) {
+    std::vector<std::string> lines = {"HTTP/1.1 200 OK"};
+    for (int i = 0; i < 10'000; ++i) {
+        lines.push_back("X-" + std::to_string(i) + ": y");
+    }
+    EXPECT_EQ(Head(lines).Get("x-9999"), "");
+}
+#endif

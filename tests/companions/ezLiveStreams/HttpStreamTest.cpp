@@ -1,0 +1,403 @@
+#include "ezLiveStreams/FeedStream.h"
+
+#ifdef EZ_HAS_HTTP_STREAM
+#include "ezLiveStreams/HttpStream.h"
+
+#include "Media.h"
+#include "support/HttpServer.h"
+
+#include "ez/StreamMediaParserStream.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using std::chrono::milliseconds;
+using Words = std::vector<std::string>;
+
+ezHttpOptions Options(std::size_t aWindow = std::size_t{1} << 20,
+                      milliseconds aStallTime = milliseconds(20'000)) {
+    ezHttpOptions options;
+    options.mFeed.mLimits = {aWindow, std::max(aWindow, std::size_t{1} << 20)};
+    options.mFeed.mfWaitForSize = true;
+    options.mStallTime = aStallTime;
+    return options;
+}
+
+/// A media of a server behind the adapter.
+class Fetched {
+public:
+    explicit Fetched(const std::string& aURL, const ezHttpOptions& anOptions = Options())
+        : mSource(new ezHttpStream(ezCString(aURL), anOptions)), mStream(mSource, true) {
+        mfOpened = mStream.Open();
+    }
+
+    std::string Read(std::uint64_t aPosition, std::size_t aSize) {
+        std::string bytes(aSize, '\0');
+        const bool fRead = mStream.ReadFrom(aPosition, &aSize, bytes.data());
+        return bytes.substr(0, fRead ? aSize : 0);
+    }
+
+    ezHttpStream* mSource;
+    ezStreamMediaParserStream mStream;
+    bool mfOpened = false;
+};
+
+HttpServer::Handler Saying(const std::string& aBytes) {
+    return [aBytes](const HttpRequest&, HttpConnection& aConnection) { aConnection.Send(aBytes); };
+}
+
+void ExpectEqualAtRandomPlaces(Fetched& aFetched, const std::string& aMedia, int aCount) {
+    std::mt19937 random(11);
+    for (int i = 0; i < aCount; ++i) {
+        const std::size_t position = random() % (aMedia.size() + 1);
+        const std::size_t size = random() % 60'000;
+        ASSERT_EQ(aFetched.Read(position, size), aMedia.substr(position, size)) << position << " " << size;
+    }
+}
+
+std::string ReasonOf(const std::string& aURL, const ezHttpOptions& anOptions = Options()) {
+    Fetched fetched(aURL, anOptions);
+    EXPECT_FALSE(fetched.mfOpened);
+    EXPECT_TRUE(fetched.mSource->HasFailed());
+    return fetched.mSource->GetErrorText();
+}
+
+} // namespace
+
+TEST(HttpStream, KnowsURLsInAnyCaseAndNothingElse) {
+    for (const char* url : {"http://a", "HTTP://a", "https://a", "hTTps://"}) {
+        EXPECT_TRUE(ezHttpStream::IsURL(url)) << url;
+    }
+    for (const char* url : {"", "http:/a", "http", "ftp://a", "xhttp://a", " http://a", "https:/a"}) {
+        EXPECT_FALSE(ezHttpStream::IsURL(url)) << url;
+    }
+}
+
+TEST(HttpStream, TheExtensionIsThatOfThePath) {
+    HttpMedia media;
+    const HttpServer server(Serving(media));
+    const std::vector<std::pair<std::string, std::string>> extensions = {{"/a/song.MP3", "MP3"},
+                                                                         {"/a.b/song", ""},
+                                                                         {"/song.mp3?x=a.jpg", "mp3"},
+                                                                         {"/song.mp3#a.jpg", "mp3"},
+                                                                         {"/song?a.jpg", ""},
+                                                                         {"/a/song.mp3?a/b.gif", "mp3"},
+                                                                         {"", ""},
+                                                                         {"/", ""},
+                                                                         {"/.mp3", ""},
+                                                                         {"?a=/b.mp3", ""}};
+    for (const auto& extension : extensions) {
+        const std::unique_ptr<ezHttpStream, ezStreamReleaser> stream(
+            new ezHttpStream(ezCString(server.URL(extension.first))));
+        EXPECT_EQ(stream->GetExtension(), extension.second.c_str()) << extension.first;
+        EXPECT_EQ(stream->GetURI(), server.URL(extension.first).c_str());
+    }
+}
+
+TEST(HttpStream, AMediaThatFitsTheWindowIsFetchedOnce) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(300'000);
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/song.mp3"));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), media.mBytes.size());
+    EXPECT_EQ(fetched.mStream.GetExtension(), "mp3");
+    EXPECT_EQ(fetched.Read(0, 400'000), media.mBytes);
+    EXPECT_EQ(fetched.Read(100, 100), media.mBytes.substr(100, 100));
+    EXPECT_FALSE(fetched.mStream.Seek(300'001, ezMediaParserStream::SeekFromStart, true));
+    EXPECT_EQ(server.GetRequests(), Words{"/song.mp3"});
+}
+
+TEST(HttpStream, WithRangesOnlyWhatIsReadIsAskedFor) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(5'000'000);
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/film.mp4"), Options(100'000));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(4'999'000, 2'000), media.mBytes.substr(4'999'000));
+    EXPECT_EQ(fetched.Read(9'000, 9'000), media.mBytes.substr(9'000, 9'000));
+    EXPECT_EQ(server.GetRequests(), (Words{"/film.mp4", "/film.mp4 from 4999000", "/film.mp4 from 9000"}));
+    ExpectEqualAtRandomPlaces(fetched, media.mBytes, 100);
+}
+
+TEST(HttpStream, WithoutRangesASeekBackBeginsAnewAndOneAheadReadsOn) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(2'000'000);
+    media.mfRanges = false;
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/film.mp4"), Options(100'000));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(1'999'000, 2'000), media.mBytes.substr(1'999'000));
+    EXPECT_EQ(server.GetRequests(), Words{"/film.mp4"});
+    EXPECT_EQ(fetched.Read(500'000, 9'000), media.mBytes.substr(500'000, 9'000));
+    EXPECT_EQ(server.GetRequests(), (Words{"/film.mp4", "/film.mp4 from 500000"}));
+    ExpectEqualAtRandomPlaces(fetched, media.mBytes, 30);
+}
+
+TEST(HttpStream, AServerWithoutALengthTellsItAtTheEnd) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(300'000);
+    media.mfLength = false;
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/a"), Options(100'000));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 0U);
+    EXPECT_EQ(fetched.Read(0, 400'000), media.mBytes);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 300'000U);
+    EXPECT_EQ(fetched.Read(0, 9'000), media.mBytes.substr(0, 9'000));
+}
+
+TEST(HttpStream, ChunksAreNoPartOfTheMedia) {
+    const HttpServer server(Saying(HttpHead("200 OK", "Transfer-Encoding: chunked\r\nContent-Length: 3\r\n") +
+                                   "3\r\nabc\r\n4;x=y\r\ndefg\r\n0\r\nX-Trailer: t\r\n\r\n"));
+    Fetched fetched(server.URL("/a"));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 7U);
+    EXPECT_EQ(fetched.Read(0, 9), "abcdefg");
+}
+
+TEST(HttpStream, OneByteAtATimeIsTheSameMedia) {
+    const std::string media = MediaBytes(2'000);
+    const HttpServer server([&](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("200 OK", "Content-Length: 2000\r\n"));
+        for (std::size_t i = 0; i < media.size() && aConnection.Send(media.substr(i, 1)); ++i) {
+        }
+    });
+    Fetched fetched(server.URL("/a"));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(0, 3'000), media);
+}
+
+TEST(HttpStream, AnEmptyMediaIsNoFailure) {
+    const HttpServer server(Serving(HttpMedia()));
+    Fetched fetched(server.URL("/a"));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(0, 1), "");
+    EXPECT_FALSE(fetched.mSource->HasFailed());
+}
+
+TEST(HttpStream, AnErrorOfTheServerIsNamed) {
+    for (const char* status : {"404 Not Found", "500 Internal Server Error", "204 No Content",
+                               "304 Not Modified", "206 Partial Content", "401 Unauthorized"}) {
+        const HttpServer server(Saying(HttpHead(status, "Content-Length: 9\r\n") + "not media"));
+        EXPECT_EQ(ReasonOf(server.URL("/a")),
+                  "the server answered with status " + std::string(status).substr(0, 3));
+    }
+}
+
+TEST(HttpStream, WhatIsNoServerIsAReason) {
+    std::string url;
+    {
+        const HttpServer server(Serving(HttpMedia()));
+        url = server.URL("/a");
+    }
+    EXPECT_NE(ReasonOf(url), ""); // nobody listens there any more
+    const HttpServer server(Saying("SSH-2.0\r\n"));
+    EXPECT_NE(ReasonOf(server.URL("/a")), "");
+    const HttpServer silent(Saying(""));
+    EXPECT_NE(ReasonOf(silent.URL("/a")), "");
+    EXPECT_NE(ReasonOf("http://"), "");
+    EXPECT_NE(ReasonOf("file:///etc/passwd"), "");
+}
+
+TEST(HttpStream, RedirectsAreFollowedToALimit) {
+    HttpMedia media;
+    media.mBytes = "the media";
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        const int left = std::stoi(aRequest.mTarget.substr(1));
+        if (left == 0) {
+            Serving(media)(aRequest, aConnection);
+        } else {
+            aConnection.Send(
+                HttpHead("302 Found", "Content-Type: text/html\r\nContent-Length: 4\r\nLocation: /" +
+                                          std::to_string(left - 1) + "\r\n") +
+                "gone");
+        }
+    });
+    Fetched fetched(server.URL("/10"));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 9U);
+    EXPECT_EQ(fetched.Read(0, 20), "the media");
+    ezMediaInfo info;
+    fetched.mStream.CopyInfo(&info);
+    EXPECT_FALSE(info.Has(kezInfo_MimeType)); // that of the redirects does not count
+    EXPECT_NE(ReasonOf(server.URL("/11")).find("redirects"), std::string::npos);
+}
+
+TEST(HttpStream, ARedirectToAnotherSchemeIsNotFollowed) {
+    for (const char* target : {"file:///etc/passwd", "ftp://127.0.0.1/a"}) {
+        const HttpServer server(
+            Saying(HttpHead("302 Found", std::string("Content-Length: 0\r\nLocation: ") + target + "\r\n")));
+        EXPECT_NE(ReasonOf(server.URL("/a")).find("not supported"), std::string::npos);
+    }
+}
+
+TEST(HttpStream, ABodyShorterThanStatedIsAFailureBehindItsBytes) {
+    const HttpServer server(Saying(HttpHead("200 OK", "Content-Length: 20000\r\n") + MediaBytes(10'000)));
+    Fetched fetched(server.URL("/a"));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 20'000U);
+    EXPECT_EQ(fetched.Read(0, 10'000), MediaBytes(10'000));
+    EXPECT_FALSE(fetched.mSource->HasFailed());
+    EXPECT_EQ(fetched.Read(10'000, 1), "");
+    EXPECT_TRUE(fetched.mSource->HasFailed());
+    EXPECT_NE(fetched.mSource->GetErrorText(), "");
+}
+
+TEST(HttpStream, AResetInTheMiddleIsAFailure) {
+    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("200 OK", "Content-Length: 20000\r\n") + MediaBytes(10'000));
+        aConnection.Pause(100);
+        aConnection.Reset();
+    });
+    Fetched fetched(server.URL("/a"));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(9'000, 2'000), "");
+    EXPECT_TRUE(fetched.mSource->HasFailed());
+}
+
+TEST(HttpStream, AStallEndsByTheTimeThatTheHostChose) {
+    const Words starts = {"", "HTTP/1.1 200 OK\r\nContent-", HttpHead("200 OK", "Content-Length: 9\r\n")};
+    for (const std::string& start : starts) {
+        const HttpServer server([&](const HttpRequest&, HttpConnection& aConnection) {
+            aConnection.Send(start);
+            aConnection.Stall();
+        });
+        const auto before = std::chrono::steady_clock::now();
+        EXPECT_EQ(ReasonOf(server.URL("/a"), Options(1'000, milliseconds(300))),
+                  "the server sent nothing for 0.300 seconds");
+        EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(300));
+    }
+}
+
+TEST(HttpStream, AServerThatIsSlowButSendsDoesNotStall) {
+    const HttpServer server([&](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("200 OK", "Content-Length: 12\r\n"));
+        for (int i = 0; i < 12 && aConnection.Pause(100); ++i) {
+            aConnection.Send("x");
+        }
+    });
+    Fetched fetched(server.URL("/a"), Options(1'000, milliseconds(600)));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(0, 20), std::string(12, 'x'));
+}
+
+TEST(HttpStream, TimeInWhichTheReaderIsSlowIsNoStall) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(2'000'000);
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/a"), Options(10'000, milliseconds(300)));
+    EXPECT_TRUE(fetched.mfOpened);
+    std::this_thread::sleep_for(milliseconds(700));
+    EXPECT_EQ(fetched.Read(0, 150'000), media.mBytes.substr(0, 150'000));
+    EXPECT_EQ(server.GetRequests().size(), 1U);
+}
+
+TEST(HttpStream, AMediaThatChangesBetweenRequestsHasFailed) {
+    for (const char* what : {"size", "tag"}) {
+        std::size_t count = 0;
+        const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+            ++count;
+            HttpMedia media;
+            media.mBytes = MediaBytes(2'000'000 + (what == std::string("size") ? count : 0));
+            media.mFields = "ETag: \"" + std::to_string(what == std::string("tag") ? count : 0) + "\"\r\n";
+            Serving(media)(aRequest, aConnection);
+        });
+        Fetched fetched(server.URL("/a"), Options(10'000));
+        EXPECT_TRUE(fetched.mfOpened);
+        EXPECT_EQ(fetched.Read(1'900'000, 10), "");
+        EXPECT_EQ(fetched.mSource->GetErrorText(), "the media changed while it was read");
+    }
+}
+
+TEST(HttpStream, AnotherRangeThanAskedForIsAFailure) {
+    const std::string media = MediaBytes(2'000'000);
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        if (!aRequest.mFrom) {
+            aConnection.Send(HttpHead("200 OK", "Accept-Ranges: bytes\r\nContent-Length: 2000000\r\n") +
+                             media);
+        } else {
+            aConnection.Send(
+                HttpHead("206 Partial Content", "Content-Range: bytes 5-9/2000000\r\nContent-Length: 5\r\n") +
+                "xxxxx");
+        }
+    });
+    Fetched fetched(server.URL("/a"), Options(10'000));
+    EXPECT_EQ(fetched.Read(1'900'000, 10), "");
+    EXPECT_EQ(fetched.mSource->GetErrorText(),
+              "the server answered with another range than it was asked for");
+}
+
+TEST(HttpStream, APlaceBehindTheEndOfAnUnknownSizeIsTheEnd) {
+    HttpMedia media;
+    media.mBytes = MediaBytes(1'500'000);
+    media.mfLength = false;
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/a"), Options(10'000));
+    EXPECT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(2'000'000, 10), "");
+    EXPECT_FALSE(fetched.mSource->HasFailed());
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), media.mBytes.size());
+    EXPECT_EQ(fetched.Read(1'499'990, 20), media.mBytes.substr(1'499'990));
+    EXPECT_EQ(server.GetRequests(), (Words{"/a", "/a from 2000000", "/a from 1499990"}));
+}
+
+TEST(HttpStream, ARecordReceivesTypeAndTimeWhereItHasNone) {
+    HttpMedia media;
+    media.mBytes = "x";
+    media.mFields = "Content-Type: audio/mpeg; charset=x\r\nLast-Modified: Tue, 29 Feb 2000 12:34:56 GMT\r\n";
+    const HttpServer server(Serving(media));
+    Fetched fetched(server.URL("/a.mp3"));
+    ezMediaInfo info;
+    fetched.mStream.CopyInfo(&info);
+    EXPECT_EQ(info.GetCString(kezInfo_MimeType, ""), "audio/mpeg");
+    EXPECT_EQ(info.mLastModificationTime, ezDateTime(951827696, 0));
+    EXPECT_EQ(info.mFullPath, server.URL("/a.mp3").c_str());
+    ezMediaInfo other;
+    other.Set(kezInfo_MimeType, "a/b", true);
+    other.mLastModificationTime = ezDateTime(7, 0);
+    fetched.mSource->CopyInfo(&other);
+    EXPECT_EQ(other.GetCString(kezInfo_MimeType, ""), "a/b");
+    EXPECT_EQ(other.mLastModificationTime, ezDateTime(7, 0));
+}
+
+TEST(HttpStream, ATypeThatTellsNothingIsNone) {
+    for (const char* type : {"application/octet-stream", "Application/Octet-Stream; x=y", "none", ""}) {
+        HttpMedia media;
+        media.mBytes = "x";
+        media.mFields = std::string("Content-Type: ") + type + "\r\nLast-Modified: once\r\n";
+        const HttpServer server(Serving(media));
+        Fetched fetched(server.URL("/a.mp3"));
+        ezMediaInfo info;
+        fetched.mStream.CopyInfo(&info);
+        EXPECT_FALSE(info.Has(kezInfo_MimeType)) << type;
+        EXPECT_FALSE(info.mLastModificationTime.IsSet());
+    }
+}
+
+TEST(HttpStream, DestructionDoesNotWaitForTheServer) {
+    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("200 OK", "Content-Length: 9000000\r\n") + "some");
+        aConnection.Stall();
+    });
+    for (int i = 0; i < 30; ++i) {
+        const std::unique_ptr<ezHttpStream, ezStreamReleaser> stream(
+            new ezHttpStream(ezCString(server.URL("/a")), Options()));
+        if (i % 2 == 0) {
+            while (ReadOnce(*stream, 4) == Nothing()) {
+                std::this_thread::yield();
+            }
+        }
+    }
+}
+#endif

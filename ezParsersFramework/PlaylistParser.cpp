@@ -70,6 +70,24 @@ bool URLTitle(const ezCString& aText, ezCString* aTitle) {
     return fURL;
 }
 
+/// The location as a file of this system, relative to a folder.
+ezCString FileURL(const ezPathName& aFolder, const ezCString& anEntryURI) {
+    ezPathName path = ezPathName::MakeFilePath(anEntryURI);
+    if (!path.IsAbsolute()) { // a URL is not, and so becomes a file beside the playlist
+        path = ezPathName::MakeCombinedFilePath(aFolder, anEntryURI);
+    }
+    ezCString url;
+    if (path.IsValid() && !HasNUL(path.GetFullPath())) {
+        ezURI* uri = ezURI_New();
+        ezURI_SetScheme(uri, "file");
+        if (ezURI_SetFilePath(uri, path.GetFullPath().c_str())) {
+            url = ezCString::FromAllocatedString(ezURI_GetStr(uri));
+        }
+        ezURI_Delete(uri);
+    }
+    return url;
+}
+
 } // namespace
 
 PlaylistParser::PlaylistParser() = default;
@@ -119,24 +137,7 @@ ezCString PlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
     if (mParentURL != nullptr) {
         return ezCString::FromAllocatedString(ezURI_S_Combine(mParentURL, anEntryURI.c_str()));
     }
-    return GetFileURLFor(anEntryURI);
-}
-
-ezCString PlaylistParser::GetFileURLFor(const ezCString& anEntryURI) const {
-    ezPathName path = ezPathName::MakeFilePath(anEntryURI);
-    if (!path.IsAbsolute()) { // a URL is not, and so becomes a file beside the playlist
-        path = ezPathName::MakeCombinedFilePath(mFilePath.GetParentPath(), anEntryURI);
-    }
-    ezCString url;
-    if (path.IsValid() && !HasNUL(path.GetFullPath())) {
-        ezURI* uri = ezURI_New();
-        ezURI_SetScheme(uri, "file");
-        if (ezURI_SetFilePath(uri, path.GetFullPath().c_str())) {
-            url = ezCString::FromAllocatedString(ezURI_GetStr(uri));
-        }
-        ezURI_Delete(uri);
-    }
-    return url;
+    return FileURL(mFilePath.GetParentPath(), anEntryURI);
 }
 
 bool PlaylistParser::SeekBytes(const ezuint64& /*aPos*/) {
@@ -162,7 +163,7 @@ ezCString PlaylistParser::GetURLPrefix(uint32 anIPAddress, std::uint16_t aPort, 
                                        uint32* aPlaylistLineLength) {
     unsigned char bytes[sizeof anIPAddress];
     std::memcpy(bytes, &anIPAddress, sizeof bytes);
-    const ezCString prefix =
+    ezCString prefix =
         ezCString::Format("http://%u.%u.%u.%u:%u/%s/", unsigned{bytes[0]}, unsigned{bytes[1]},
                           unsigned{bytes[2]}, unsigned{bytes[3]}, unsigned{aPort}, anID.c_str());
     if (aPlaylistLineLength != nullptr) {

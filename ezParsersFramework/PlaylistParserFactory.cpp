@@ -28,6 +28,10 @@ ezCString BetweenCommas(const ezCString& aText) {
     return "," + aText.Lower() + ",";
 }
 
+void sPlaylistParserBuilderFreeFunc(void* anInfo) {
+    delete static_cast<PlaylistParserFactoryInfo*>(anInfo);
+}
+
 } // namespace
 
 PlaylistParserFactory::PlaylistParserFactory() : mArray(ezArray_New()) {
@@ -36,10 +40,6 @@ PlaylistParserFactory::PlaylistParserFactory() : mArray(ezArray_New()) {
 
 PlaylistParserFactory::~PlaylistParserFactory() {
     ezArray_Delete(mArray);
-}
-
-void PlaylistParserFactory::sPlaylistParserBuilderFreeFunc(void* anInfo) {
-    delete static_cast<PlaylistParserFactoryInfo*>(anInfo);
 }
 
 bool PlaylistParserFactory::Register(PlaylistParserBuilderFunc aPlaylistParserBuilderFunc,

@@ -148,6 +148,4 @@ protected:
 private:
     static bool RegisterBuilder(PlaylistParserFactory* aFactory, PlaylistParserBuilderFunc aBuilderFunc,
                                 const ezCString& aMimeType, const ezCString& anExtensionList);
-
-    ezCString GetFileURLFor(const ezCString& anEntryURI) const;
 };

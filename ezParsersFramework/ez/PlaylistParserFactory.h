@@ -54,7 +54,5 @@ public:
     bool IsSupportedPlaylist(const ezCString& aMimeType, const ezCString& anExtension) const;
 
 private:
-    static void sPlaylistParserBuilderFreeFunc(void* anInfo);
-
     ezArray* mArray; ///< PlaylistParserFactoryInfo in order of registration, owned
 };

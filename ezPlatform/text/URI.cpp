@@ -248,14 +248,13 @@ OwnParts Owned(const LentParts& aParts) {
 /// RFC 3986 section 5.2.2.
 OwnParts Resolved(const LentParts& aBase, const LentParts& aReference) {
     OwnParts target = Owned(aReference);
-    if (aReference.mScheme || aReference.mAuthority) {
-        target.mPath = WithoutDotSegments(aReference.mPath);
-    } else if (aReference.mPath.empty()) {
+    const bool fOnItsOwn = aReference.mScheme || aReference.mAuthority;
+    if (!fOnItsOwn && aReference.mPath.empty()) {
         target.mPath = aBase.mPath;
         if (!aReference.mQuery) {
             target.mQuery = aBase.mQuery;
         }
-    } else if (aReference.mPath.front() == '/') {
+    } else if (fOnItsOwn || aReference.mPath.front() == '/') {
         target.mPath = WithoutDotSegments(aReference.mPath);
     } else {
         target.mPath = WithoutDotSegments(Merged(aBase, aReference.mPath));

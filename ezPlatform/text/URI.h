@@ -37,9 +37,10 @@ EZPLATFORM_API void ezURI_SetScheme(ezURI* aURI, const char* aScheme);
 /// the working folder cannot be told.
 EZPLATFORM_API bool ezURI_SetFilePath(ezURI* aURI, const char* aPath);
 
-/// The whole text, escaped. Bytes that no URI may hold (blanks, control bytes, bytes above 7E, `"<>\^{|}` and
-/// the backtick) are escaped; everything else is written as it was read. Where the text would be read
-/// differently from what it is made of, "/." or "./" is put before the path.
+/// The whole text, escaped. Bytes that no URI may hold (blanks, control bytes, bytes above 7E, quotes, angle
+/// brackets, braces, the backslash, "^", "|" and the grave accent) are escaped; everything else is written as
+/// it was read. Where the text would be read differently from what it is made of, "/." or "./" is put before
+/// the path.
 EZPLATFORM_API char* ezURI_GetStr(const ezURI* aURI);
 
 /// As written, without ":"; null when absent. Schemes and hosts compare without case.

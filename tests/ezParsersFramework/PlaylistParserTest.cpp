@@ -257,7 +257,7 @@ TEST_F(PlaylistParserFetch, AReaderThatDoesNotStopChangesNothing) {
 namespace {
 
 /// Reports the same index, 0, for every entry.
-class Stuttering : public ScriptedPlaylist {
+class Stuttering : public PlaylistParser {
 public:
     void ParseAll(PlaylistParserCallback aCallback, void* aUserData) override {
         for (std::uint64_t pos = mFrom; pos < 100; pos += 10) {

@@ -18,7 +18,7 @@ void ScriptedPlaylist::Add(const std::string& aTitle, const std::string& aURI, u
 }
 
 void ScriptedPlaylist::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
-    mCalls.push_back("walk");
+    mCalls.emplace_back("walk");
     if (mfReportsNull) {
         aCallback(nullptr, aUserData);
     }

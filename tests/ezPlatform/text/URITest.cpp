@@ -20,7 +20,7 @@ std::string Lent(const char* aText) {
 
 /// The same of one that is given, which is freed.
 std::string Given(char* aText) {
-    const std::string text = Lent(aText);
+    std::string text = Lent(aText);
     ezFree(aText);
     return text;
 }

@@ -5,6 +5,8 @@
 
 #include <type_traits>
 
+class ezCString;
+
 /// Unsigned 64-bit value for positions, sizes and durations.
 ///
 /// Takes every integer type; a negative value is the assertion "aValue >= 0" and, where the handler returns,
@@ -23,6 +25,9 @@ public:
 
     /// The value as 32 bits; 0xFFFFFFFF when it is larger.
     uint32 ToUInt32() const { return mValue > UINT32_MAX ? UINT32_MAX : static_cast<uint32>(mValue); }
+
+    /// The value in decimal. Who calls it includes ezPlatform/text/CString.h, where it is made.
+    ezCString ToCString() const;
 
     /// The value as a file offset; -1, which every file operation refuses, when it is above 2^63-1.
     ezFileOffset ToFileOffset() const {
@@ -85,3 +90,6 @@ private:
 
     std::uint64_t mValue = 0;
 };
+
+/// The largest ezuint64; as a position it means none.
+inline constexpr std::uint64_t kezuint64_Max = UINT64_MAX;

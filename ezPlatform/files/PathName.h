@@ -34,6 +34,9 @@ public:
     bool IsValid() const { return !mPath.IsEmpty(); }
     /// The path as it was given.
     const ezCString& GetFullPath() const { return mPath; }
+    /// The folder that the file lies in, as a folder of MakeDirPath: the path up to its last separator, that
+    /// included. Empty, and so the working folder, for a name alone; of a folder it is that folder.
+    ezPathName GetParentPath() const { return MakeFilePath(mPath.Left(mNameStart)); }
     /// The last component, extension included. Empty when the path ends in a separator.
     ezCString GetFullName() const { return mPath.Mid(mNameStart); }
     /// The last component without its dot and extension.

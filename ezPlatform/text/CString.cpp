@@ -1,8 +1,10 @@
 #include "ezPlatform/text/CString.h"
 
 #include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/UInt64.h"
 
 #include <algorithm>
+#include <cinttypes>
 #include <cstdarg>
 #include <cstdio>
 
@@ -100,6 +102,14 @@ ezCString ezCString::TrimLeftRight() const {
     return ezCString(ezTrimmed(View()));
 }
 
+ezCString ezCString::Pad(std::size_t aCount, char aCharacter, bool afBehind) const {
+    ezCString text = *this;
+    if (aCount > mText.size()) {
+        text.mText.insert(afBehind ? mText.size() : 0, aCount - mText.size(), aCharacter);
+    }
+    return text;
+}
+
 ezCString ezCString::Replace(const char* aFind, const char* aWith, bool afAll) const {
     const std::string_view find(aFind != nullptr ? aFind : "");
     const std::string_view with(aWith != nullptr ? aWith : "");
@@ -142,6 +152,10 @@ int ezCString::CompareNoCase(const ezCString& aText) const {
 ezCString& ezCString::operator+=(const ezCString& aText) {
     mText += aText.mText;
     return *this;
+}
+
+ezCString ezuint64::ToCString() const {
+    return ezCString::Format("%" PRIu64, mValue);
 }
 
 std::string_view ezTrimmed(std::string_view aText) {

@@ -49,6 +49,10 @@ public:
     /// Without the blanks, tabs, line ends, vertical tabs and form feeds at both ends.
     ezCString TrimLeftRight() const;
 
+    /// At least aCount bytes long: with aCharacter put behind the text as often as that takes, or before it
+    /// without afBehind. A text that is long enough stays as it is.
+    ezCString Pad(std::size_t aCount, char aCharacter, bool afBehind) const;
+
     /// With aWith in place of every occurrence of aFind, or of the first alone without afAll. An empty
     /// aFind occurs nowhere. Null is the empty text.
     ezCString Replace(const char* aFind, const char* aWith, bool afAll) const;

@@ -1,5 +1,6 @@
 #include "ezPlatform/base/UInt64.h"
 
+#include "ezPlatform/text/CString.h"
 #include "support/Catchers.h"
 #include "support/IntegerTypes.h"
 
@@ -143,6 +144,19 @@ TEST(UInt64, ToFileOffsetRefusesWhatNoFileReaches) {
     EXPECT_EQ((ezuint64(INT64_MAX) + 2).ToFileOffset(), -1);
     EXPECT_EQ(ezuint64(UINT64_MAX - 5).ToFileOffset(), -1);
     EXPECT_EQ(ezuint64(UINT64_MAX).ToFileOffset(), -1);
+}
+
+TEST(UInt64, TheLargestIsAllOnes) {
+    EXPECT_EQ(ezuint64(kezuint64_Max).ToUInt64(), UINT64_MAX);
+    EXPECT_TRUE(ezuint64(UINT64_MAX) == kezuint64_Max);
+    EXPECT_TRUE(ezuint64(UINT64_MAX - 1) < kezuint64_Max);
+}
+
+TEST(UInt64, IsWrittenInDecimal) {
+    EXPECT_EQ(ezuint64(0).ToCString(), "0");
+    EXPECT_EQ(ezuint64(1234).ToCString(), "1234");
+    EXPECT_EQ(ezuint64(UINT32_MAX).ToCString(), "4294967295");
+    EXPECT_EQ(ezuint64(UINT64_MAX).ToCString(), "18446744073709551615");
 }
 
 RC_GTEST_PROP(UInt64Model, IsTheBuiltInType, (std::uint64_t aLeft, std::uint64_t aRight)) {

@@ -66,6 +66,26 @@ TEST(PathNameCombine, BackslashesOfTheRelativeNameAreWrittenAsSlashesAndThoseOfT
     EXPECT_EQ(Full(ezPathName::MakeCombinedDirPath(Folder("/a\\b"), "c\\d\\")), "/a\\b/c/d/");
 }
 
+TEST(PathNameCombine, TheParentIsTheFolderThatAFileLiesIn) {
+    const char* const kParents[][2] = {
+        {"/m/lists/a.m3u", "/m/lists/"},
+        {"/a.m3u", "/"},
+        {"a.m3u", ""},
+        {"lists/a.m3u", "lists/"},
+        {"C:\\m\\a.m3u", "C:\\m\\"},
+        {"/m/lists/", "/m/lists/"},
+        {"C:\\a.m3u", "C:\\"},
+        {"", ""},
+        {"..", ""},
+    };
+    for (const char* const* parent : kParents) {
+        EXPECT_EQ(Full(ezPathName::MakeFilePath(parent[0]).GetParentPath()), parent[1]) << parent[0];
+    }
+    const ezPathName folder = ezPathName::MakeFilePath("C:\\m\\a.m3u").GetParentPath();
+    EXPECT_EQ(Full(ezPathName::MakeCombinedFilePath(folder, "x\\b.mp3")), "C:\\m\\x/b.mp3");
+    EXPECT_FALSE(ezPathName::MakeFilePath("a.m3u").GetParentPath().IsValid());
+}
+
 TEST(PathNameCombine, ResetMakesItInvalid) {
     ezPathName path = ezPathName::MakeFilePath("/a/b.c");
     path.Reset();

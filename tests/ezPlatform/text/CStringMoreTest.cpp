@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -26,6 +27,21 @@ std::string Int32Of(const std::string& aText) {
 }
 
 } // namespace
+
+TEST(CStringPad, FillsUpToALengthBeforeOrBehind) {
+    EXPECT_EQ(ezCString("1234").Pad(8, '0', false), "00001234");
+    EXPECT_EQ(ezCString("/0").Pad(5, '0', true), "/0000");
+    EXPECT_EQ(ezCString("").Pad(2, 'x', true), "xx");
+    EXPECT_EQ(ezCString("ab").Pad(3, '\0', true).View(), std::string_view("ab\0", 3));
+}
+
+TEST(CStringPad, ALongEnoughTextStaysAsItIs) {
+    for (const bool fBehind : {false, true}) {
+        EXPECT_EQ(ezCString("1234").Pad(4, '0', fBehind), "1234");
+        EXPECT_EQ(ezCString("12345").Pad(4, '0', fBehind), "12345");
+        EXPECT_EQ(ezCString("1").Pad(0, '0', fBehind), "1");
+    }
+}
 
 TEST(CStringReplace, ReplacesEveryOccurrenceOrTheFirstAlone) {
     EXPECT_EQ(Replaced("a,b,c", ",", "\\,", true), "a\\,b\\,c");

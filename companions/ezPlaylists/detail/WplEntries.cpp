@@ -3,6 +3,8 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <pugixml.hpp>
+
 namespace {
 
 /// The element behind another in the order of the document, inside of a root; a null node behind the last.

@@ -1,5 +1,7 @@
 #include "ezPlaylists/detail/XmlTree.h"
 
+#include <pugixml.hpp>
+
 #include <algorithm>
 
 namespace {
@@ -17,11 +19,23 @@ std::ptrdiff_t Count(const std::string& aText, char aCharacter) {
 
 } // namespace
 
-XmlTree::XmlTree(const std::string& aText) : mText(aText) {
+struct XmlTree::Tree {
+    pugi::xml_document mDocument;
+    pugi::xml_parse_result mResult;
+};
+
+XmlTree::XmlTree(const std::string& aText) : mText(aText), mTree(std::make_unique<Tree>()) {
     if (Count(aText, '<') <= kMaximumTags && Count(aText, '=') <= kMaximumAttributes) {
         // What could be read before an error stays in the tree.
-        mResult = mDocument.load_buffer(aText.data(), aText.size(), pugi::parse_default, pugi::encoding_utf8);
+        mTree->mResult = mTree->mDocument.load_buffer(aText.data(), aText.size(), pugi::parse_default,
+                                                      pugi::encoding_utf8);
     }
+}
+
+XmlTree::~XmlTree() = default;
+
+pugi::xml_node XmlTree::Root() const {
+    return mTree->mDocument.document_element();
 }
 
 std::size_t XmlTree::OffsetOf(const pugi::xml_node& anElement) {
@@ -29,9 +43,9 @@ std::size_t XmlTree::OffsetOf(const pugi::xml_node& anElement) {
 }
 
 bool XmlTree::HasWholeStartTag(const pugi::xml_node& anElement) const {
-    const bool fBrokenTag = mResult.status == pugi::status_bad_attribute ||
-                            mResult.status == pugi::status_bad_start_element ||
-                            mResult.status == pugi::status_out_of_memory;
+    const bool fBrokenTag = mTree->mResult.status == pugi::status_bad_attribute ||
+                            mTree->mResult.status == pugi::status_bad_start_element ||
+                            mTree->mResult.status == pugi::status_out_of_memory;
     if (!fBrokenTag || anElement.first_child()) {
         return true;
     }
@@ -44,7 +58,7 @@ bool XmlTree::HasWholeStartTag(const pugi::xml_node& anElement) const {
 }
 
 bool XmlTree::IsClosed(const pugi::xml_node& anElement) const {
-    if (mResult || anElement.next_sibling()) {
+    if (mTree->mResult || anElement.next_sibling()) {
         return true;
     }
     const std::size_t end = mText.rfind(std::string("</") + anElement.name());

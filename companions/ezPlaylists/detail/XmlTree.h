@@ -1,23 +1,30 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+
+namespace pugi {
+class xml_node;
+}
 
 /// A document of XML, as far as it can be read.
 ///
 /// No document type is looked at, so no entity that one declares means anything: "&name;" stands for itself,
 /// and neither files nor other documents are read. The five entities of XML and numbers of characters are
-/// decoded. A document with more elements than kMaximumElements is not read at all, as the tree takes many
+/// decoded. A document with too many tags or attributes is not read at all, as the tree takes many
 /// times the memory of the text; depth costs no stack.
 class XmlTree {
 public:
     /// @param aText  UTF-8, borrowed
     explicit XmlTree(const std::string& aText);
 
-    pugi::xml_node Root() const { return mDocument.document_element(); }
+    ~XmlTree();
+    XmlTree(const XmlTree&) = delete;
+    XmlTree& operator=(const XmlTree&) = delete;
+
+    pugi::xml_node Root() const;
 
     /// Where in the text the "<" of an element stands.
     static std::size_t OffsetOf(const pugi::xml_node& anElement);
@@ -39,7 +46,8 @@ public:
     static std::string TextOf(const pugi::xml_node& anElement);
 
 private:
+    struct Tree;
+
     const std::string& mText;
-    pugi::xml_document mDocument;
-    pugi::xml_parse_result mResult;
+    const std::unique_ptr<Tree> mTree;
 };

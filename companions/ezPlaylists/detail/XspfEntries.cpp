@@ -4,6 +4,8 @@
 
 #include "ezPlatform/text/URI.h"
 
+#include <pugixml.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -14,12 +16,28 @@ namespace {
 /// The elements of a track that go into the further lines of its entry.
 constexpr std::array<const char*, 4> kTags = {"creator", "album", "trackNum", "image"};
 
+bool HasScheme(const std::string& aText) {
+    ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
+    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
+    ezURI_Delete(uri);
+    return fScheme;
+}
+
+/// A reference under a base, which may be a relative one itself: then it stays one, and its ".." count from
+/// where the playlist lies.
 std::string Resolved(const std::string& aBase, const std::string& aReference) {
-    if (aBase.empty()) {
+    if (aBase.empty() || aReference.empty()) {
         return aReference; // as it is written
     }
-    return std::string(
-        ezCString::FromAllocatedString(ezURI_S_Combine(aBase.c_str(), aReference.c_str())).View());
+    if (HasScheme(aBase)) {
+        char* url = ezURI_S_Combine(aBase.c_str(), aReference.c_str());
+        return std::string(ezCString::FromAllocatedString(url).View());
+    }
+    if (HasScheme(aReference) || aReference[0] == '/') {
+        return aReference;
+    }
+    const std::string path = aBase.substr(0, aBase.find_first_of("?#"));
+    return path.substr(0, path.rfind('/') + 1) + aReference; // without a "/" that is the reference alone
 }
 
 /// The base inside of an element whose parent has one.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PlaylistOptions.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -7,7 +9,7 @@
 /// The exit statuses.
 enum ExitStatus : int { kExitSuccess = 0, kExitSomeFailed = 1, kExitWrongUsage = 2 };
 
-enum class Verb { Parse, Capabilities, Types, Mapper };
+enum class Verb { Parse, Capabilities, Types, Mapper, Playlist };
 
 /// What is done with the media mapper.
 enum class MapperVerb { List, Show, Profiles, Check, Enable, Disable, Speeds, Save };
@@ -28,6 +30,7 @@ struct Arguments {
     std::optional<std::string> mConfigFolder;
     std::optional<std::string> mStateFolder;
     std::optional<int> mLogLevel; ///< for _ezLog_Level
+    PlaylistOptions mPlaylist;    ///< of Verb::Playlist
 };
 
 /// What came of reading the command line.

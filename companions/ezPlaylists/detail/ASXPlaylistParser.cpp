@@ -2,9 +2,9 @@
 
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
-ASXPlaylistParser::ASXPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
-    : MarkupPlaylistParser(aStream, aPlace, kMimeTypes[0], ReadAsxEntries) {}
+ASXPlaylistParser::ASXPlaylistParser(ezStream* aStream)
+    : MarkupPlaylistParser(aStream, PlaylistPlace(aStream), kMimeTypes[0], ReadAsxEntries) {}
 
 PlaylistParser* ASXPlaylistParser::sBuild(ezStream* aStream) {
-    return aStream != nullptr ? new ASXPlaylistParser(aStream, PlaylistPlace(aStream)) : nullptr;
+    return aStream != nullptr ? new ASXPlaylistParser(aStream) : nullptr;
 }

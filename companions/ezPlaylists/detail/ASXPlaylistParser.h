@@ -15,8 +15,9 @@ class ASXPlaylistParser : public MarkupPlaylistParser {
 public:
     static constexpr const char* kMimeTypes[] = {"video/x-ms-asx", "audio/x-ms-wax", "video/x-ms-wvx"};
     static constexpr const char* kExtensionList = "asx,wax,wvx";
+    /// Null for a null stream.
     static PlaylistParser* sBuild(ezStream* aStream);
 
-private:
-    ASXPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
+    /// @param aStream  opened, borrowed; its URI tells where the playlist lies
+    explicit ASXPlaylistParser(ezStream* aStream);
 };

@@ -33,8 +33,8 @@ private:
     void TakeUtf16(std::string_view aDocument);
 
     std::string mText;
-    Encoding mEncoding = Encoding::Utf8;
-    std::size_t mMarkLength = 0;
+    std::size_t mMarkLength = 0; ///< before the encoding, with which it is found
+    const Encoding mEncoding;
     std::size_t mCursor = 0;           ///< an offset in the text
     std::uint64_t mCursorPosition = 0; ///< where that is in the document
 };

@@ -2,9 +2,9 @@
 
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
-WPLPlaylistParser::WPLPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
-    : MarkupPlaylistParser(aStream, aPlace, kMimeTypes[0], ReadWplEntries) {}
+WPLPlaylistParser::WPLPlaylistParser(ezStream* aStream)
+    : MarkupPlaylistParser(aStream, PlaylistPlace(aStream), kMimeTypes[0], ReadWplEntries) {}
 
 PlaylistParser* WPLPlaylistParser::sBuild(ezStream* aStream) {
-    return aStream != nullptr ? new WPLPlaylistParser(aStream, PlaylistPlace(aStream)) : nullptr;
+    return aStream != nullptr ? new WPLPlaylistParser(aStream) : nullptr;
 }

@@ -9,8 +9,9 @@ class WPLPlaylistParser : public MarkupPlaylistParser {
 public:
     static constexpr const char* kMimeTypes[] = {"application/vnd.ms-wpl"};
     static constexpr const char* kExtensionList = "wpl";
+    /// Null for a null stream.
     static PlaylistParser* sBuild(ezStream* aStream);
 
-private:
-    WPLPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
+    /// @param aStream  opened, borrowed; its URI tells where the playlist lies
+    explicit WPLPlaylistParser(ezStream* aStream);
 };

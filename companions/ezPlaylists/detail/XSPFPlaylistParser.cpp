@@ -7,11 +7,11 @@
 
 #include <string_view>
 
-XSPFPlaylistParser::XSPFPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
-    : MarkupPlaylistParser(aStream, aPlace, kMimeTypes[0], ReadXspfEntries) {}
+XSPFPlaylistParser::XSPFPlaylistParser(ezStream* aStream)
+    : MarkupPlaylistParser(aStream, PlaylistPlace(aStream), kMimeTypes[0], ReadXspfEntries) {}
 
 PlaylistParser* XSPFPlaylistParser::sBuild(ezStream* aStream) {
-    return aStream != nullptr ? new XSPFPlaylistParser(aStream, PlaylistPlace(aStream)) : nullptr;
+    return aStream != nullptr ? new XSPFPlaylistParser(aStream) : nullptr;
 }
 
 ezCString XSPFPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {

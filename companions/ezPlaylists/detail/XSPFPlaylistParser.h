@@ -10,13 +10,14 @@ class XSPFPlaylistParser : public MarkupPlaylistParser {
 public:
     static constexpr const char* kMimeTypes[] = {"application/xspf+xml"};
     static constexpr const char* kExtensionList = "xspf";
+    /// Null for a null stream.
     static PlaylistParser* sBuild(ezStream* aStream);
+
+    /// @param aStream  opened, borrowed; its URI tells where the playlist lies
+    explicit XSPFPlaylistParser(ezStream* aStream);
 
     /// Locations are references to URIs also in a local playlist, and are resolved against its "file:" URL:
     /// "a%20b.mp3" is the file "a b.mp3" beside it, and an absolute URL is kept. Only a Windows path, which
     /// is no URI, is taken as a path.
     ezCString GetFullURLFor(const ezCString& anEntryURI) override;
-
-private:
-    XSPFPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
 };

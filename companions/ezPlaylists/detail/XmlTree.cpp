@@ -61,7 +61,7 @@ bool XmlTree::IsClosed(const pugi::xml_node& anElement) const {
     if (mTree->mResult || anElement.next_sibling()) {
         return true;
     }
-    const std::size_t end = mText.rfind(std::string("</") + anElement.name());
+    const std::size_t end = mText.rfind(std::string("</") + anElement.name() + ">");
     return end != std::string::npos && end > OffsetOf(anElement);
 }
 

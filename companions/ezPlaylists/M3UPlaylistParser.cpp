@@ -10,7 +10,7 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -68,6 +68,53 @@ std::size_t FindTitleComma(std::string_view aText) {
         }
     }
     return std::min(aText.find(','), aText.size());
+}
+
+/// Locations among whole lines, told by the bytes that lines begin with. *afIndented is set where one begins
+/// with a blank, and what it is stands behind that.
+std::size_t CountLocations(std::string_view aLines, bool* afIndented) {
+    const bool fCR = aLines.find('\r') != std::string_view::npos;
+    const char* const end = aLines.data() + aLines.size();
+    std::size_t count = 0;
+    bool fIndented = false;
+    for (const char* at = aLines.data(); at != end;) {
+        const char first = *at;
+        const bool fBlank = first == ' ' || first == '\t' || first == '\v' || first == '\f';
+        count += first != '#' && first != '\n' && first != '\r' ? 1 : 0;
+        fIndented = fIndented || fBlank;
+        const void* lf = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+        const char* next = lf != nullptr ? static_cast<const char*>(lf) + 1 : end;
+        if (fCR) { // it ends the line where it comes first; before LF that makes one blank line more
+            const void* cr = std::memchr(at, '\r', static_cast<std::size_t>(next - at));
+            next = cr != nullptr ? static_cast<const char*>(cr) + 1 : next;
+        }
+        at = next;
+    }
+    *afIndented = fIndented;
+    return count;
+}
+
+/// Moves over locations, fewer than aCount and often nearly as many, without taking lines apart; gives how
+/// many. What is rare (indented and very long lines, the end of the stream) is left to a walk.
+uint32 SkipLocations(PlaylistStreamReader& aReader, uint32 aCount) {
+    constexpr std::size_t kChunk = kPlaylist_MaxLine / 8;
+    uint32 skipped = 0;
+    while (true) {
+        while (aReader.Peek().size() < kChunk && aReader.Grow()) {
+        }
+        const std::string_view chunk = aReader.Peek().substr(0, kChunk);
+        const std::size_t end = chunk.find_last_of("\r\n");
+        if (end == std::string_view::npos) {
+            return skipped;
+        }
+        bool fIndented = false;
+        const std::size_t count = CountLocations(chunk.substr(0, end + 1), &fIndented);
+        if (fIndented || count >= aCount - skipped) {
+            return skipped;
+        }
+        aReader.Skip(end + 1);
+        skipped += static_cast<uint32>(count);
+    }
 }
 
 /// Walks to the locations and to where their entries begin, whatever these say.
@@ -228,8 +275,10 @@ bool M3UPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEnt
     if (anEntry == nullptr || IsHLS() || !SeekBytes(0)) {
         return false;
     }
+    // Less than what is wanted, so that the walk passes a location and knows where the wanted entry begins.
+    uint32 index = SkipLocations(*mReader, anEntryIndex);
     EntryFinder finder(*mLines);
-    for (uint32 index = 0; finder.Next([](std::string_view) {}); ++index) {
+    for (; finder.Next([](std::string_view) {}); ++index) {
         if (index == anEntryIndex) {
             return FetchEntryAtPos(finder.GetStart(), anEntry);
         }

@@ -5,3 +5,5 @@ void AddIdentifyBenches();
 void AddTableBenches();
 void AddManagerBenches();
 void AddMapperBenches();
+/// Only where the companion is built.
+void AddPlaylistBenches();

@@ -31,6 +31,9 @@ int main(int aCount, char** anArguments) {
     AddTableBenches();
     AddManagerBenches();
     AddMapperBenches();
+#ifdef EZ_BENCH_PLAYLISTS
+    AddPlaylistBenches();
+#endif
     benchmark::Initialize(&aCount, anArguments);
     if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
         return 2;

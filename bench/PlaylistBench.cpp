@@ -2,7 +2,12 @@
 #include "bench/Measure.h"
 
 #include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezPlaylists/detail/ASXPlaylistParser.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
+#ifdef EZ_HAS_XML_PLAYLISTS
+#include "ezPlaylists/detail/WPLPlaylistParser.h"
+#include "ezPlaylists/detail/XSPFPlaylistParser.h"
+#endif
 
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/streams/MemoryStream.h"
@@ -41,6 +46,34 @@ std::string PLSText(std::size_t aSize) {
     }
     return text;
 }
+
+std::string ASXText(std::size_t aSize) {
+    std::string text = "<ASX VERSION=3.0>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<ENTRY><TITLE>Some Artist - Some Title</TITLE><REF HREF=\"Some Album/" + Number(i) +
+                " Some Title.mp3\"></ENTRY>\n";
+    }
+    return text + "</ASX>\n";
+}
+
+#ifdef EZ_HAS_XML_PLAYLISTS
+std::string WPLText(std::size_t aSize) {
+    std::string text = "<smil><body><seq>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<media src=\"Some Artist\\Some Album\\" + Number(i) + " Some Title.mp3\"/>\n";
+    }
+    return text + "</seq></body></smil>\n";
+}
+
+std::string XSPFText(std::size_t aSize) {
+    std::string text = "<playlist><trackList>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<track><location>Some%20Album/" + Number(i) +
+                "%20Some%20Title.mp3</location><title>Some Title</title></track>\n";
+    }
+    return text + "</trackList></playlist>\n";
+}
+#endif
 
 ezStreamOwner MemoryPlaylist(const std::string& aText) {
     void* block = ezMalloc(aText.size());
@@ -169,6 +202,14 @@ void AddPlaylistBenches() {
         "Playlist/Next of M3U", [] { return NextSides<M3UPlaylistParser>(M3UText); }, NextClaims("M3U"));
     AddComparison(
         "Playlist/Next of PLS", [] { return NextSides<PLSPlaylistParser>(PLSText); }, NextClaims("PLS"));
+    AddComparison(
+        "Playlist/Next of ASX", [] { return NextSides<ASXPlaylistParser>(ASXText); }, NextClaims("ASX"));
+#ifdef EZ_HAS_XML_PLAYLISTS
+    AddComparison(
+        "Playlist/Next of WPL", [] { return NextSides<WPLPlaylistParser>(WPLText); }, NextClaims("WPL"));
+    AddComparison(
+        "Playlist/Next of XSPF", [] { return NextSides<XSPFPlaylistParser>(XSPFText); }, NextClaims("XSPF"));
+#endif
     AddComparison("Playlist/Index of M3U", IndexSides,
                   {{"entry at index 10,000 / 1,000 of M3U, by the entry",
                     [](const Costs& aCosts) { return aCosts[1] / aCosts[0]; }, 1.3},

@@ -21,6 +21,12 @@ int Fuzz_mapper_line(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_mapper_file(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_protocol_info(const std::uint8_t* aData, std::size_t aSize);
 int Fuzz_profile_info_list(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_uri(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_playlist_asx(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_playlist_m3u(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_playlist_pls(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_playlist_wpl(const std::uint8_t* aData, std::size_t aSize);
+int Fuzz_playlist_xspf(const std::uint8_t* aData, std::size_t aSize);
 }
 
 namespace {
@@ -91,3 +97,31 @@ TEST(FuzzReplay, ProtocolInfosKeepTheirContractForEveryKeptInput) {
 TEST(FuzzReplay, ProfileInfoListsKeepTheirContractForEveryKeptInput) {
     ReplayDoor(Fuzz_profile_info_list, "profile_info_list");
 }
+
+TEST(FuzzReplay, URIsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_uri, "uri");
+}
+
+#ifdef EZ_HAS_PLAYLISTS
+TEST(FuzzReplay, M3UPlaylistsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_playlist_m3u, "playlist_m3u");
+}
+
+TEST(FuzzReplay, PLSPlaylistsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_playlist_pls, "playlist_pls");
+}
+
+TEST(FuzzReplay, ASXPlaylistsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_playlist_asx, "playlist_asx");
+}
+#endif
+
+#ifdef EZ_HAS_XML_PLAYLISTS
+TEST(FuzzReplay, WPLPlaylistsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_playlist_wpl, "playlist_wpl");
+}
+
+TEST(FuzzReplay, XSPFPlaylistsKeepTheirContractForEveryKeptInput) {
+    ReplayDoor(Fuzz_playlist_xspf, "playlist_xspf");
+}
+#endif

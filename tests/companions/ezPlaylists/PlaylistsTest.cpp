@@ -7,6 +7,9 @@
 
 #include "ez/PlaylistParserFactory.h"
 
+#include "ezPlatform/files/File.h"
+#include "ezPlatform/streams/FileStream.h"
+
 namespace {
 
 template <typename Reader>
@@ -48,4 +51,47 @@ TEST(Playlists, ReaderThatTheHostRegisteredFirstWins) {
     ASSERT_TRUE(RegisterPlaylistParsers(factory));
     EXPECT_TRUE(Builds<PLSPlaylistParser>(factory, "", "m3u"));
     EXPECT_TRUE(Builds<M3UPlaylistParser>(factory, "", "m3u8"));
+}
+
+TEST(Playlists, SamplesAreReadAsDescribed) {
+    struct Sample {
+        const char* mName;
+        std::vector<std::string> mLocations;
+        const char* mFirstTitle;
+    };
+    const Sample samples[] = {
+        {"sunday.m3u",
+         {"../music/morning-walk.mp3", "../music/plain-water.flac", "http://radio.example/live.mp3"},
+         "The Test Tones - Morning Walk"},
+        {"old-player.m3u",
+         {"Fr\xFChst\xFC"
+          "ck.mp3",
+          "..\\music\\door-bell.wav", "C:\\Music\\100% Caf\xE9.mp3"},
+         ""},
+        {"breakfast.m3u8",
+         {"Fr\xC3\xBChst\xC3\xBC"
+          "ck.mp3",
+          "../music/evening-train.m4a"},
+         "Fr\xC3\xBChst\xC3\xBC"
+         "ck"},
+        {"live-stream.m3u8", {}, ""},
+        {"stations.pls",
+         {"http://radio.example:8000/stream", "../music/paper-lantern.ogg", "../music/door-bell.wav"},
+         "Radio Example"},
+    };
+    PlaylistParserFactory factory;
+    ASSERT_TRUE(RegisterPlaylistParsers(factory));
+    for (const Sample& sample : samples) {
+        const ezCString path = ezCString(EZ_SAMPLES "/playlists/") + sample.mName;
+        auto* file = new ezFile(path, ezFileOpenMode_Read);
+        ASSERT_TRUE(file->Open()) << sample.mName;
+        const ezStreamOwner stream(ezFileGetStream(file, ezCString(), path));
+        const std::unique_ptr<PlaylistParser> reader(
+            factory.NewPlaylistParser(stream.get(), "", stream->GetExtension()));
+        ASSERT_NE(reader, nullptr) << sample.mName;
+        const PlaylistEntries entries =
+            CheckAgreement(*reader, static_cast<std::size_t>(stream->GetSize().ToUInt64()));
+        EXPECT_EQ(Locations(entries), sample.mLocations) << sample.mName;
+        EXPECT_EQ(entries.empty() ? "" : Str(entries.front().mTitle), sample.mFirstTitle) << sample.mName;
+    }
 }

@@ -191,7 +191,7 @@ std::vector<Side> IndexSides() {
         sides.push_back({"index " + std::to_string(index),
                          [playlist, index] { return IndexCost(playlist->GetReader(), index); }});
     }
-    sides.push_back({"line scan", [text, size] { return LineScanCost(*text, size); }});
+    sides.push_back({"line scan", [text] { return LineScanCost(*text, kSizes.back()); }});
     return sides;
 }
 

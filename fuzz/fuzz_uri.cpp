@@ -6,6 +6,7 @@
 #include "ezPlatform/text/CString.h"
 #include "ezPlatform/text/URI.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -69,10 +70,18 @@ void CheckComponents(const URI& aURI) {
     FuzzCheck(ezURI_GetPort(aURI.get()) <= 65535);
 }
 
+bool IsLetter(char aByte) {
+    return ezLower(aByte) >= 'a' && ezLower(aByte) <= 'z';
+}
+
 /// The scheme by the grammar alone: one letter is one here.
 std::string_view SchemeOf(std::string_view aText) {
-    const std::size_t end = aText.find_first_of(":/?#");
-    return end != std::string_view::npos && aText[end] == ':' ? aText.substr(0, end) : std::string_view();
+    std::size_t size = 0;
+    while (size < aText.size() &&
+           (IsLetter(aText[size]) || (size != 0 && std::strchr("0123456789+-.", aText[size]) != nullptr))) {
+        ++size;
+    }
+    return size < aText.size() && aText[size] == ':' ? aText.substr(0, size) : std::string_view();
 }
 
 void CheckCombine(const std::string& aBase, const std::string& aReference) {
@@ -83,9 +92,12 @@ void CheckCombine(const std::string& aBase, const std::string& aReference) {
     }
     // Resolved is resolved: whatever it is resolved against, and no step up or to the same folder is left.
     FuzzCheck(Taken(ezURI_S_Combine("http://other/x/y", full.c_str())) == full);
-    const std::string path =
-        "/" + full.substr(SchemeOf(full).size() + 1, full.find_first_of("?#") - SchemeOf(full).size() - 1) +
-        "/";
+    std::string path = full.substr(SchemeOf(full).size() + 1);
+    path = path.substr(0, path.find_first_of("?#"));
+    if (path.rfind("//", 0) == 0) {
+        path.erase(0, std::min(path.find('/', 2), path.size())); // the authority may be named ".."
+    }
+    path = "/" + path + "/";
     FuzzCheck(path.find("/../") == std::string::npos);
 }
 

@@ -66,7 +66,7 @@ private:
 
     std::string NextLine() {
         const std::size_t end = std::min(Text().find('\n', mPos), mText.size());
-        const std::string line = mText.substr(mPos, end - mPos);
+        std::string line = mText.substr(mPos, end - mPos);
         mPos = std::min(end + 1, mText.size());
         return line;
     }

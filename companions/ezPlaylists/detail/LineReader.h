@@ -26,7 +26,7 @@ public:
 private:
     bool IsAtLineStart(std::uint64_t aPos);
     void SkipByteOrderMark();
-    bool FindEnd(std::size_t* aSize);
+    bool FindEnd(std::size_t* anEnd);
     std::size_t EndIn(std::string_view aBytes, std::size_t aFrom);
     std::size_t CRIn(std::string_view aBytes, std::size_t aFrom, std::size_t aTo);
     std::size_t EndSizeAt(std::size_t anEnd);

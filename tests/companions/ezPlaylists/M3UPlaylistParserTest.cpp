@@ -74,8 +74,8 @@ TEST(M3UPlaylistParser, PositionInsideAnEntryReadsWhatIsLeftOfIt) {
 TEST(M3UPlaylistParser, LinesEndInAnyWay) {
     const Texts expected = {"a.mp3", "b.mp3", "c.mp3"};
     for (const std::string end : {"\n", "\r\n", "\r"}) {
-        const std::string text = "#EXTM3U" + end + end + "#EXTINF:1,A" + end + "a.mp3" + end + "  \t" + end +
-                                 "b.mp3" + end + "# comment" + end + end + "c.mp3";
+        const std::string text =
+            WithLineEnds("#EXTM3U\n\n#EXTINF:1,A\na.mp3\n  \t\nb.mp3\n# comment\n\nc.mp3", end);
         EXPECT_EQ(Locations(M3U(text)), expected);
         EXPECT_EQ(Locations(M3U(text + end)), expected);
         EXPECT_EQ(M3U(text)[0].mTitle, "A");
@@ -142,8 +142,8 @@ TEST(M3UPlaylistParser, InfoGivesDurationTitleAndAttributes) {
         {"#EXTINF:99999999999999999999999999,T", 4294967295U, "T", ""},
         {"#extinf:7,Title", 7, "Title", ""},
         {"  #EXTINF:7,Title", 7, "Title", ""},
-        {"#EXTINF:-1 tvg-id=\"a\" group-title=\"News, World\",The, Title", 0, "The, Title",
-         "tvg-id=\"a\" group-title=\"News, World\""},
+        {R"(#EXTINF:-1 tvg-id="a" group-title="News, World",The, Title)", 0, "The, Title",
+         R"(tvg-id="a" group-title="News, World")"},
         {"#EXTINF:5 name=\"open,Title", 5, "Title", "name=\"open"},
         {"#EXTINF:5,Twelve 12\" Mix, long", 5, "Twelve 12\" Mix, long", ""},
         {"#EXTINF:1,A\n#EXTINF:2,B", 2, "B", ""},
@@ -220,8 +220,9 @@ TEST(M3UPlaylistParser, LineThatIsTooLongIsReadOverAndNeverCut) {
     for (const std::size_t size :
          {kPlaylist_MaxLine + 1, kPlaylist_MaxLine + 2, kPlaylist_MaxLine * 2, std::size_t{1000000}}) {
         for (const std::string end : {"\n", "\r\n", "\r"}) {
-            const std::string text = "a.mp3" + end + std::string(size, 'x') + end + "#EXTINF:1," +
-                                     std::string(size, 'y') + end + "b.mp3" + end;
+            std::string text = "a.mp3\n";
+            text.append(size, 'x').append("\n#EXTINF:1,").append(size, 'y').append("\nb.mp3\n");
+            text = WithLineEnds(text, end);
             EXPECT_EQ(Locations(M3U(text)), (Texts{"a.mp3", "b.mp3"})) << size;
         }
     }
@@ -232,7 +233,7 @@ TEST(M3UPlaylistParser, LineThatIsTooLongIsReadOverAndNeverCut) {
 TEST(M3UPlaylistParser, LineAtTheLimitIsRead) {
     const std::string longest(kPlaylist_MaxLine, 'x');
     for (const std::string end : {"\n", "\r\n", "\r", ""}) {
-        EXPECT_EQ(Locations(M3U("a\n" + longest + end)), (Texts{"a", longest}));
+        EXPECT_EQ(Locations(M3U(std::string("a\n").append(longest).append(end))), (Texts{"a", longest}));
     }
 }
 

@@ -16,8 +16,9 @@ std::string ManyEntries(std::size_t aCount) {
     std::string text = "[playlist]\n";
     for (std::size_t i = 1; i <= aCount; ++i) {
         const std::string number = std::to_string(i);
-        text += "File" + number + "=folder/song " + number + ".mp3\nTitle" + number + "=Title " + number +
-                "\nLength" + number + "=" + number + "\n";
+        text.append("File").append(number).append("=folder/song ").append(number).append(".mp3\nTitle");
+        text.append(number).append("=Title ").append(number).append("\nLength");
+        text.append(number).append("=").append(number).append("\n");
     }
     return text;
 }
@@ -90,8 +91,9 @@ TEST(PLSPlaylistParser, OnlyTheSectionCounts) {
 TEST(PLSPlaylistParser, LinesAndEncodingsAreThoseOfM3U) {
     for (const std::string end : {"\n", "\r\n", "\r"}) {
         const PlaylistEntries entries =
-            PLS("\xEF\xBB\xBF[playlist]" + end + "; comment" + end + " File1 = a b.mp3 " + end +
-                "Title1=Caf\xE9" + end + end + "Length1= 12.9" + end + "File2=\xE9.mp3");
+            PLS(WithLineEnds("\xEF\xBB\xBF[playlist]\n; comment\n File1 = a b.mp3 \nTitle1=Caf\xE9\n\n"
+                             "Length1= 12.9\nFile2=\xE9.mp3",
+                             end));
         ASSERT_EQ(Locations(entries), (Texts{"a b.mp3", "\xE9.mp3"}));
         EXPECT_EQ(entries[0].mTitle, "Caf\xC3\xA9");
         EXPECT_EQ(entries[0].mDuration, 12U);

@@ -60,7 +60,7 @@ std::string ASXText(std::size_t aSize) {
 std::string WPLText(std::size_t aSize) {
     std::string text = "<smil><body><seq>\n";
     for (std::size_t i = 0; i < aSize; ++i) {
-        text += "<media src=\"Some Artist\\Some Album\\" + Number(i) + " Some Title.mp3\"/>\n";
+        text += R"(<media src="Some Artist\Some Album\)" + Number(i) + " Some Title.mp3\"/>\n";
     }
     return text + "</seq></body></smil>\n";
 }

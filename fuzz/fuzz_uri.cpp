@@ -87,7 +87,9 @@ std::string_view SchemeOf(std::string_view aText) {
 void CheckCombine(const std::string& aBase, const std::string& aReference) {
     const std::string full = Taken(ezURI_S_Combine(aBase.c_str(), aReference.c_str()));
     CheckEscaped(full);
-    if (SchemeOf(full).empty()) {
+    const std::string_view reference = aReference.c_str();
+    const bool fPathOfBase = reference.empty() || reference[0] == '?' || reference[0] == '#';
+    if (SchemeOf(full).empty() || fPathOfBase) { // the base's path is taken as it is written
         return;
     }
     // Resolved is resolved: whatever it is resolved against, and no step up or to the same folder is left.

@@ -6,3 +6,5 @@ void AddTableBenches();
 void AddManagerBenches();
 void AddMapperBenches();
 void AddPushBenches();
+/// Only where the companion is built.
+void AddPlaylistBenches();

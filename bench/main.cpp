@@ -32,6 +32,9 @@ int main(int aCount, char** anArguments) {
     AddManagerBenches();
     AddMapperBenches();
     AddPushBenches();
+#ifdef EZ_BENCH_PLAYLISTS
+    AddPlaylistBenches();
+#endif
     benchmark::Initialize(&aCount, anArguments);
     if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
         return 2;

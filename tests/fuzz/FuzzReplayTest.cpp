@@ -11,26 +11,6 @@
 #include <string>
 #include <vector>
 
-// The entries of the fuzz targets. One that finds a contract broken ends the program, with the condition on
-// standard error.
-extern "C" {
-int Fuzz_media_types_ini(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_media_parser_stream(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_file_name(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_mapper_line(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_mapper_file(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_protocol_info(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_profile_info_list(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_stream_adapter(const std::uint8_t* aData, std::size_t aSize);
-#ifdef EZ_FUZZ_FORMATS
-int Fuzz_es_ac3(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_es_adts(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_es_h264(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_es_mpeg_audio(const std::uint8_t* aData, std::size_t aSize);
-int Fuzz_es_mpeg_video(const std::uint8_t* aData, std::size_t aSize);
-#endif
-}
-
 namespace {
 
 using Entry = int (*)(const std::uint8_t* aData, std::size_t aSize);
@@ -72,58 +52,10 @@ void ReplayDoor(Entry anEntry, const std::string& aDoor) {
 
 } // namespace
 
-TEST(FuzzReplay, MediaTypesIniKeepsItsContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_media_types_ini, "media_types_ini");
-}
-
-TEST(FuzzReplay, MediaParserStreamKeepsItsContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_media_parser_stream, "media_parser_stream");
-}
-
-TEST(FuzzReplay, FileNamesKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_file_name, "file_name");
-}
-
-TEST(FuzzReplay, MediaMapperLinesKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_mapper_line, "mapper_line");
-}
-
-TEST(FuzzReplay, MediaMapperFilesKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_mapper_file, "mapper_file");
-}
-
-TEST(FuzzReplay, ProtocolInfosKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_protocol_info, "protocol_info");
-}
-
-TEST(FuzzReplay, ProfileInfoListsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_profile_info_list, "profile_info_list");
-}
-
-TEST(FuzzReplay, StreamAdapterKeepsItsContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_stream_adapter, "stream_adapter");
-}
-
-#ifdef EZ_FUZZ_FORMATS
-
-TEST(FuzzReplay, AC3StreamsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_es_ac3, "es_ac3");
-}
-
-TEST(FuzzReplay, ADTSStreamsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_es_adts, "es_adts");
-}
-
-TEST(FuzzReplay, H264StreamsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_es_h264, "es_h264");
-}
-
-TEST(FuzzReplay, MPEGAudioStreamsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_es_mpeg_audio, "es_mpeg_audio");
-}
-
-TEST(FuzzReplay, MPEGVideoStreamsKeepTheirContractForEveryKeptInput) {
-    ReplayDoor(Fuzz_es_mpeg_video, "es_mpeg_video");
-}
-
-#endif
+// A door's entry ends the program where it finds a contract broken, with the condition on standard error.
+#define EZ_FUZZ_DOOR(DOOR)                                                                                   \
+    extern "C" int Fuzz_##DOOR(const std::uint8_t* aData, std::size_t aSize);                                \
+    TEST(FuzzReplay, EveryKeptInputKeepsTheContractOf_##DOOR) {                                              \
+        ReplayDoor(Fuzz_##DOOR, #DOOR);                                                                      \
+    }
+#include "FuzzDoors.inc" // one line for each door that is built

@@ -313,5 +313,5 @@ TEST(ManPage, ItsCommandsRun) {
         EXPECT_EQ(result.mError, "") << line;
         ++count;
     }
-    EXPECT_EQ(count, 10U);
+    EXPECT_EQ(count, 13U);
 }

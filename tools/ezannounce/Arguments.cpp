@@ -37,10 +37,11 @@ struct NamedVerb {
     Verb mVerb;
 };
 
-constexpr std::array<NamedVerb, 4> kVerbs = {{{"parse", Verb::Parse},
+constexpr std::array<NamedVerb, 5> kVerbs = {{{"parse", Verb::Parse},
                                               {"capabilities", Verb::Capabilities},
                                               {"types", Verb::Types},
-                                              {"mapper", Verb::Mapper}}};
+                                              {"mapper", Verb::Mapper},
+                                              {"playlist", Verb::Playlist}}};
 
 struct NamedMapperVerb {
     std::string_view mName;
@@ -69,7 +70,8 @@ constexpr std::array<NamedMapperVerb, 8> kMapperVerbs = {{
 constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
                                "       ezannounce [OPTIONS] capabilities\n"
                                "       ezannounce [OPTIONS] types EXT|MIME...\n"
-                               "       ezannounce [OPTIONS] mapper VERB [NAME...]\n";
+                               "       ezannounce [OPTIONS] mapper VERB [NAME...]\n"
+                               "       ezannounce [OPTIONS] playlist FILE|URL|-\n";
 
 constexpr const char* kFooter =
     "Verbs:\n"
@@ -86,12 +88,15 @@ constexpr const char* kFooter =
     "  mapper speeds on|off PROFILE...\n"
     "                              switch play speeds of profiles on or off, and save\n"
     "  mapper save                 write the table anew\n"
+    "  playlist FILE|URL|-         the entries of a playlist and their URLs; - is standard input\n"
     "\n"
     "The first word that is no option is the verb if it names one, else a path; \"--\" ends the options and\n"
     "makes all that follows a path.\n"
     "\n"
     "Exit status: 0 all went well; 1 something could not be read or looked up, or a file that was named\n"
-    "itself (not found in a folder) was not recognised, or a check found something; 2 wrong usage.";
+    "itself (not found in a folder) was not recognised, or a check found something, or a playlist has no "
+    "such\n"
+    "entry; 2 wrong usage.";
 
 class HelpFormatter : public CLI::Formatter {
 public:
@@ -111,13 +116,14 @@ struct OptionTexts {
     std::optional<std::string> mLogLevel;
     std::optional<std::string> mTimeout;
     std::optional<std::string> mPacketSize;
+    PlaylistTexts mPlaylist;
 };
 
 void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts) {
     anApp.set_help_flag("--help", "Show this help and exit");
     anApp.set_version_flag("--version", "ezannounce " EZANNOUNCE_VERSION, "Show the version and exit");
     anApp.add_flag("--json", anArguments.mfJson,
-                   "parse, mapper list, show, profiles: one JSON object a line");
+                   "parse, playlist, mapper list, show, profiles: one JSON object a line");
     anApp.add_flag("--explain", anArguments.mfExplain,
                    "parse: where each fact comes from, and which parsers were tried");
     anApp.add_flag("--mapper", anArguments.mfMapper, "parse, capabilities: with the media mapper in force");
@@ -139,6 +145,7 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
                    "parse: the operands are elementary streams, and all formats race on them");
     addText("--packet", aTexts.mPacketSize, "SIZE",
             "With --es: bytes that are pushed at once (default 188), or the word odd");
+    DeclarePlaylistOptions(anApp, anArguments.mPlaylist, aTexts.mPlaylist);
     addText("--config", anArguments.mConfigFolder, "DIR", "Folder of the read-only configuration");
     addText("--state", anArguments.mStateFolder, "DIR", "Folder of the configuration that lies over it");
     addText("--log", aTexts.mLogLevel, "LEVEL", "Messages of the library: error, warning, info or debug");
@@ -180,7 +187,8 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
         }
         anArguments.mLogLevel = level->mNumber;
     }
-    return ReadStreamTexts(aTexts, anArguments);
+    const std::string error = ReadStreamTexts(aTexts, anArguments);
+    return error.empty() ? ReadPlaylistTexts(aTexts.mPlaylist, anArguments.mPlaylist) : error;
 }
 
 std::string TakeMapperVerb(std::vector<std::string>& aWords, Arguments& anArguments) {
@@ -301,8 +309,17 @@ std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aText
     if (!error.empty()) {
         return error;
     }
+    if (anArguments.mPlaylist.HasAny() && anArguments.mVerb != Verb::Playlist) {
+        return "--index, --at, --next and --serve-lines go with playlist only";
+    }
     if (anArguments.mVerb == Verb::Mapper) {
         return CheckMapperVerb(anArguments, aTexts);
+    }
+    if (anArguments.mVerb == Verb::Playlist) {
+        if (anArguments.mfExplain || aTexts.mParseOptions) {
+            return "--explain and --parse-options go with parse only";
+        }
+        return CheckPlaylistOptions(anArguments.mPlaylist, anArguments.mOperands.size(), anArguments.mfJson);
     }
     if (anArguments.mVerb != Verb::Parse) {
         if (anArguments.mfJson || anArguments.mfExplain || aTexts.mParseOptions) {
@@ -317,6 +334,7 @@ std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aText
     case Verb::Types:
         return anArguments.mOperands.empty() ? "no extension or MIME type given" : "";
     case Verb::Mapper:
+    case Verb::Playlist:
         break;
     }
     return {};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PlaylistOptions.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -7,7 +9,7 @@
 /// The exit statuses.
 enum ExitStatus : int { kExitSuccess = 0, kExitSomeFailed = 1, kExitWrongUsage = 2 };
 
-enum class Verb { Parse, Capabilities, Types, Mapper };
+enum class Verb { Parse, Capabilities, Types, Mapper, Playlist };
 
 /// What is done with the media mapper.
 enum class MapperVerb { List, Show, Profiles, Check, Enable, Disable, Speeds, Save };
@@ -35,6 +37,7 @@ struct Arguments {
     unsigned mTimeout = 30;                      ///< seconds for which a web server may send nothing
     bool mfElementary = false;                   ///< the operands are elementary streams
     unsigned mPacketSize = kTransportPacketSize; ///< bytes that are pushed at once; 0 for odd sizes
+    PlaylistOptions mPlaylist;                   ///< of Verb::Playlist
 };
 
 /// What came of reading the command line.

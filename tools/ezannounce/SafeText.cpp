@@ -131,6 +131,22 @@ std::string ForTerminal(std::string_view aText) {
     return safe;
 }
 
+std::string WithoutUnsafe(std::string_view aText, char aReplacement) {
+    std::string safe;
+    safe.reserve(aText.size());
+    while (!aText.empty()) {
+        const Utf8Character character = FirstUtf8Character(aText);
+        const std::string_view bytes = aText.substr(0, std::max<std::size_t>(character.mLength, 1));
+        if (character.mLength == 0 || IsUnsafe(character.mCodePoint)) {
+            safe.append(bytes.size(), aReplacement);
+        } else {
+            safe += bytes;
+        }
+        aText.remove_prefix(bytes.size());
+    }
+    return safe;
+}
+
 std::size_t TerminalWidth(std::string_view aText) {
     std::size_t width = 0;
     while (!aText.empty()) {

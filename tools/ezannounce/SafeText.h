@@ -21,6 +21,10 @@ bool IsUtf8(std::string_view aText);
 /// "\xHH".
 std::string ForTerminal(std::string_view aText);
 
+/// A text of the same length in which the bytes that ForTerminal would write as "\xHH", and those of line
+/// ends and tabs, are aReplacement.
+std::string WithoutUnsafe(std::string_view aText, char aReplacement);
+
 /// Columns that an escaped text takes on a terminal.
 std::size_t TerminalWidth(std::string_view aText);
 

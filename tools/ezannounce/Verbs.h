@@ -16,3 +16,5 @@ int RunTypes(const Arguments& anArguments, Host& aHost, Console& aConsole);
 int RunMapper(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole);
 int RunMapperShow(const Arguments& anArguments, const ConfigFolders& aFolders, Host& aHost,
                   Console& aConsole);
+/// Needs no configuration.
+int RunPlaylist(const Arguments& anArguments, Console& aConsole);

@@ -46,6 +46,9 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (anArguments.mfElementary) {
         return RunRaces(anArguments, aConsole);
     }
+    if (anArguments.mVerb == Verb::Playlist) {
+        return RunPlaylist(anArguments, aConsole);
+    }
     Host host(anArguments, folders);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
@@ -69,6 +72,7 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     case Verb::Mapper:
         return RunMapperShow(anArguments, folders, host, aConsole);
     case Verb::Types:
+    case Verb::Playlist:
         break;
     }
     return RunTypes(anArguments, host, aConsole);

@@ -1,0 +1,220 @@
+#include "bench/Benches.h"
+#include "bench/Measure.h"
+
+#include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezPlaylists/detail/ASXPlaylistParser.h"
+#include "ezPlaylists/detail/PLSPlaylistParser.h"
+#ifdef EZ_HAS_XML_PLAYLISTS
+#include "ezPlaylists/detail/WPLPlaylistParser.h"
+#include "ezPlaylists/detail/XSPFPlaylistParser.h"
+#endif
+
+#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/streams/MemoryStream.h"
+
+#include <array>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::array<std::size_t, 3> kSizes = {1000, 10000, 100000};
+/// Entries fetched one after the other at each place, and how often that is repeated in a round.
+constexpr std::size_t kRun = 100;
+constexpr std::size_t kRepeats = 100;
+
+std::string Number(std::size_t aNumber) {
+    return std::to_string(kSizes.back() + aNumber); // one length for all, so that no entry is cheaper
+}
+
+std::string M3UText(std::size_t aSize) {
+    std::string text = "#EXTM3U\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "#EXTINF:215,Some Artist - Some Title " + Number(i) + "\nSome Artist/Some Album/" +
+                Number(i) + " Some Title.mp3\n";
+    }
+    return text;
+}
+
+std::string PLSText(std::size_t aSize) {
+    std::string text = "[playlist]\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "File" + Number(i) + "=Some Artist/Some Album/" + Number(i) + " Some Title.mp3\nTitle" +
+                Number(i) + "=Some Artist - Some Title\nLength" + Number(i) + "=215\n";
+    }
+    return text;
+}
+
+std::string ASXText(std::size_t aSize) {
+    std::string text = "<ASX VERSION=3.0>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<ENTRY><TITLE>Some Artist - Some Title</TITLE><REF HREF=\"Some Album/" + Number(i) +
+                " Some Title.mp3\"></ENTRY>\n";
+    }
+    return text + "</ASX>\n";
+}
+
+#ifdef EZ_HAS_XML_PLAYLISTS
+std::string WPLText(std::size_t aSize) {
+    std::string text = "<smil><body><seq>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += R"(<media src="Some Artist\Some Album\)" + Number(i) + " Some Title.mp3\"/>\n";
+    }
+    return text + "</seq></body></smil>\n";
+}
+
+std::string XSPFText(std::size_t aSize) {
+    std::string text = "<playlist><trackList>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<track><location>Some%20Album/" + Number(i) +
+                "%20Some%20Title.mp3</location><title>Some Title</title></track>\n";
+    }
+    return text + "</trackList></playlist>\n";
+}
+#endif
+
+ezStreamOwner MemoryPlaylist(const std::string& aText) {
+    void* block = ezMalloc(aText.size());
+    std::memcpy(block, aText.data(), aText.size());
+    return ezStreamOwner(new ezMemoryStream(block, aText.size(), ezCString()));
+}
+
+/// A playlist in memory, its reader, and an entry a run before its end, in its middle, and at its start.
+template <typename Reader>
+class Playlist {
+public:
+    explicit Playlist(const std::string& aText, std::size_t aSize)
+        : mStream(MemoryPlaylist(aText)), mReader(mStream.get()) {
+        const std::array<std::size_t, 3> indexes = {0, aSize / 2, aSize - kRun - 1};
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            Require(mReader.FetchEntryAtIndex(static_cast<uint32>(indexes[i]), &mPlaces[i]),
+                    "the entry is there");
+        }
+    }
+
+    /// Nanoseconds of a fetch of the next entry at a place.
+    double NextCost(std::size_t aPlace) {
+        double cost = 0;
+        for (std::size_t i = 0; i < kRepeats; ++i) {
+            PlaylistParserEntry entry;
+            Require(mReader.FetchEntryAtPos(mPlaces[aPlace].mStreamPos, &entry), "the place is found");
+            cost += TimeOf([&] {
+                for (std::size_t j = 0; j < kRun; ++j) {
+                    Require(mReader.FetchNextEntry(&entry), "there is a next entry");
+                }
+            });
+        }
+        return cost / (kRun * kRepeats);
+    }
+
+    Reader& GetReader() { return mReader; }
+
+private:
+    ezStreamOwner mStream;
+    Reader mReader;
+    std::array<PlaylistParserEntry, 3> mPlaces;
+};
+
+/// Start, middle and end of each size.
+template <typename Reader>
+std::vector<Side> NextSides(std::string (*aText)(std::size_t)) {
+    std::vector<Side> sides;
+    for (const std::size_t size : kSizes) {
+        const auto playlist = std::make_shared<Playlist<Reader>>(aText(size), size);
+        std::size_t place = 0;
+        for (const char* name : {"start", "middle", "end"}) {
+            sides.push_back({std::to_string(size) + ", " + name,
+                             [playlist, place] { return playlist->NextCost(place); }});
+            ++place;
+        }
+    }
+    return sides;
+}
+
+std::vector<Claim> NextClaims(const std::string& aFormat) {
+    const std::array<const char*, 9> names = {"",
+                                              "middle / start of 1,000",
+                                              "end / start of 1,000",
+                                              "start of 10,000 / of 1,000",
+                                              "middle of 10,000 / start of 1,000",
+                                              "end of 10,000 / start of 1,000",
+                                              "start of 100,000 / of 1,000",
+                                              "middle of 100,000 / start of 1,000",
+                                              "end of 100,000 / start of 1,000"};
+    std::vector<Claim> claims;
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        claims.push_back({"next entry of " + aFormat + ", " + names[i],
+                          [i](const Costs& aCosts) { return aCosts[i] / aCosts[0]; }, 1.3});
+    }
+    return claims;
+}
+
+/// Nanoseconds an entry of finding an entry by its index.
+double IndexCost(M3UPlaylistParser& aReader, std::size_t anIndex) {
+    constexpr std::size_t kEntries = 200000;
+    PlaylistParserEntry entry;
+    const std::size_t repeats = kEntries / anIndex;
+    return TimeOf([&] {
+               for (std::size_t i = 0; i < repeats; ++i) {
+                   Require(aReader.FetchEntryAtIndex(static_cast<uint32>(anIndex), &entry),
+                           "the entry is there");
+               }
+           }) /
+           static_cast<double>(repeats * anIndex);
+}
+
+/// Nanoseconds an entry of finding the ends of all lines in memory.
+double LineScanCost(const std::string& aText, std::size_t anEntries) {
+    constexpr std::size_t kScans = 2;
+    std::size_t lines = 0;
+    const double cost = TimeOf([&] {
+        for (std::size_t i = 0; i < kScans; ++i) {
+            const char* const end = aText.data() + aText.size();
+            for (const char* at = aText.data(); at != end; ++lines) {
+                const void* found = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+                at = static_cast<const char*>(found) + 1; // every line has an end
+            }
+        }
+    });
+    Require(lines == kScans * (2 * anEntries + 1), "every line is found");
+    return cost / static_cast<double>(kScans * anEntries);
+}
+
+std::vector<Side> IndexSides() {
+    const std::size_t size = kSizes.back();
+    const auto text = std::make_shared<std::string>(M3UText(size));
+    const auto playlist = std::make_shared<Playlist<M3UPlaylistParser>>(*text, size);
+    std::vector<Side> sides;
+    for (const std::size_t index : {size / 100, size / 10, size - 1}) {
+        sides.push_back({"index " + std::to_string(index),
+                         [playlist, index] { return IndexCost(playlist->GetReader(), index); }});
+    }
+    sides.push_back({"line scan", [text] { return LineScanCost(*text, kSizes.back()); }});
+    return sides;
+}
+
+} // namespace
+
+void AddPlaylistBenches() {
+    AddComparison(
+        "Playlist/Next of M3U", [] { return NextSides<M3UPlaylistParser>(M3UText); }, NextClaims("M3U"));
+    AddComparison(
+        "Playlist/Next of PLS", [] { return NextSides<PLSPlaylistParser>(PLSText); }, NextClaims("PLS"));
+    AddComparison(
+        "Playlist/Next of ASX", [] { return NextSides<ASXPlaylistParser>(ASXText); }, NextClaims("ASX"));
+#ifdef EZ_HAS_XML_PLAYLISTS
+    AddComparison(
+        "Playlist/Next of WPL", [] { return NextSides<WPLPlaylistParser>(WPLText); }, NextClaims("WPL"));
+    AddComparison(
+        "Playlist/Next of XSPF", [] { return NextSides<XSPFPlaylistParser>(XSPFText); }, NextClaims("XSPF"));
+#endif
+    AddComparison("Playlist/Index of M3U", IndexSides,
+                  {{"entry at index 10,000 / 1,000 of M3U, by the entry",
+                    [](const Costs& aCosts) { return aCosts[1] / aCosts[0]; }, 1.3},
+                   {"entry at index 99,999 / 1,000 of M3U, by the entry",
+                    [](const Costs& aCosts) { return aCosts[2] / aCosts[0]; }, 1.3},
+                   {"entry at index 99,999 of M3U / memchr over its lines",
+                    [](const Costs& aCosts) { return aCosts[2] / aCosts[3]; }, 2}});
+}

@@ -1,0 +1,203 @@
+#include "ezPlaylists/detail/EntryReaders.h"
+#include "ezPlaylists/detail/EntryText.h"
+#include "ezPlaylists/detail/MarkupScanner.h"
+
+#include "ezPlatform/files/PathName.h"
+#include "ezPlatform/text/URI.h"
+
+#include <algorithm>
+
+namespace {
+
+bool HasScheme(const std::string& aText) {
+    ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
+    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
+    ezURI_Delete(uri);
+    return fScheme;
+}
+
+/// A location under a base. A URL as the base is one of a folder, whether it ends in "/" or not; any other
+/// base is put before what is neither URL nor absolute path.
+std::string Based(const std::string& aBase, const std::string& aLocation) {
+    if (aBase.empty() || HasScheme(aLocation)) {
+        return aLocation;
+    }
+    const bool fSlash = aBase.back() == '/' || aBase.back() == '\\';
+    const std::string folder = fSlash ? aBase : aBase + "/";
+    if (HasScheme(aBase)) {
+        char* url = ezURI_S_Combine(folder.c_str(), aLocation.c_str());
+        return std::string(ezCString::FromAllocatedString(url).View());
+    }
+    return ezPathName::MakeFilePath(ezCString(aLocation)).IsAbsolute() ? aLocation : folder + aLocation;
+}
+
+/// Walks over the pieces of a document.
+class AsxWalk {
+public:
+    AsxWalk(DocumentText& aDocument, const EntrySink& aSink) : mDocument(aDocument), mSink(aSink) {}
+
+    void Run() {
+        MarkupScanner scanner(mDocument.Text());
+        MarkupPiece piece;
+        bool fGoOn = true;
+        while (fGoOn && scanner.Next(piece)) {
+            switch (piece.mKind) {
+            case MarkupPiece::Kind::Text:
+                TakeText(piece.mText);
+                break;
+            case MarkupPiece::Kind::StartTag:
+                fGoOn = Start(piece);
+                break;
+            case MarkupPiece::Kind::EndTag:
+                mTextOf.clear();
+                fGoOn = piece.mName != "entry" || Finish();
+                break;
+            }
+        }
+    }
+
+private:
+    /// False when no more is wanted.
+    bool Start(const MarkupPiece& aTag) {
+        mTextOf.clear();
+        if (aTag.mName == "entry") {
+            const bool fGoOn = Finish(); // one that nobody closed
+            mfInEntry = true;
+            mEntry = PlaylistParserEntry();
+            mEntry.mStreamPos = mDocument.PositionOf(aTag.mOffset);
+            mEntryBase = mBase;
+            mLocation.clear();
+            return fGoOn && (!aTag.mfEmptyElement || Finish());
+        }
+        if (aTag.mName == "entryref") {
+            return ListOther(aTag);
+        }
+        if (aTag.mName == "base") {
+            TakeBase(aTag);
+        } else if (mfInEntry) {
+            StartInEntry(aTag);
+        }
+        return true;
+    }
+
+    void StartInEntry(const MarkupPiece& aTag) {
+        const std::string* value = aTag.FindAttribute("value");
+        const std::string* location = aTag.FindAttribute("href");
+        if (aTag.mName == "ref" && location != nullptr && mLocation.empty()) {
+            mLocation = ezTrimmed(*location); // further ones are for a player to fall back on
+        } else if (aTag.mName == "duration" && value != nullptr) {
+            mEntry.mDuration = SecondsOfClock(*value);
+        } else if ((aTag.mName == "title" || aTag.mName == "author") && !aTag.mfEmptyElement) {
+            mTextOf = aTag.mName;
+        }
+    }
+
+    void TakeText(const std::string& aText) {
+        if (mTextOf == "title") {
+            mTitle += aText;
+        } else if (mTextOf == "author") {
+            mAuthor += aText;
+        }
+    }
+
+    void TakeBase(const MarkupPiece& aTag) {
+        const std::string* location = aTag.FindAttribute("href");
+        if (location != nullptr && location->size() <= kMaximumBase) {
+            (mfInEntry ? mEntryBase : mBase) = ezTrimmed(*location);
+        }
+    }
+
+    /// Another playlist is an entry that says so; whether it is followed is the host's to decide.
+    bool ListOther(const MarkupPiece& aTag) {
+        const bool fGoOn = Finish();
+        const std::string* location = aTag.FindAttribute("href");
+        if (!fGoOn || location == nullptr || ezTrimmed(*location).empty()) {
+            return fGoOn;
+        }
+        PlaylistParserEntry entry;
+        entry.mStreamPos = mDocument.PositionOf(aTag.mOffset);
+        entry.mURI = ezCString(Based(mBase, std::string(ezTrimmed(*location))));
+        entry.mSpecificTags = "entryref";
+        return mSink(entry);
+    }
+
+    bool Finish() {
+        const bool fEntry = mfInEntry && !mLocation.empty();
+        mfInEntry = false;
+        mEntry.mTitle = ezCString(OneLine(mTitle));
+        AddTag(mEntry, "author", mAuthor);
+        mTitle.clear();
+        mAuthor.clear();
+        if (!fEntry) {
+            return true;
+        }
+        mEntry.mURI = ezCString(Based(mEntryBase, mLocation));
+        return mSink(mEntry);
+    }
+
+    DocumentText& mDocument;
+    const EntrySink& mSink;
+    PlaylistParserEntry mEntry;
+    std::string mLocation;
+    std::string mTitle;
+    std::string mAuthor;
+    std::string mBase;      ///< of the whole document
+    std::string mEntryBase; ///< of the entry
+    std::string mTextOf;    ///< the element whose text is read; "" for none
+    bool mfInEntry = false;
+};
+
+/// The old form: "Ref1=location" lines, in a section "[Reference]".
+class AsxReferences {
+public:
+    AsxReferences(DocumentText& aDocument, const EntrySink& aSink) : mDocument(aDocument), mSink(aSink) {}
+
+    void Run() {
+        const std::string& text = mDocument.Text();
+        bool fGoOn = true;
+        for (std::size_t start = 0; fGoOn && start < text.size();) {
+            const std::size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+            fGoOn = TakeLine(std::string_view(text).substr(start, end - start), start);
+            start = end + 1;
+        }
+    }
+
+private:
+    bool TakeLine(std::string_view aLine, std::size_t anOffset) {
+        const std::string_view line = ezTrimmed(aLine);
+        if (!line.empty() && line.front() == '[') {
+            mfReference = ezCString(line).CompareNoCase("[Reference]") == 0;
+            return true;
+        }
+        const std::size_t equals = line.find('=');
+        if (!mfReference || equals == std::string_view::npos) {
+            return true;
+        }
+        const std::string_view key = ezTrimmed(line.substr(0, equals));
+        const std::string_view location = ezTrimmed(line.substr(equals + 1));
+        const bool fRef = ezCString(key.substr(0, 3)).CompareNoCase("ref") == 0;
+        const bool fNumber = key.size() > 3 && key.substr(3).find_first_not_of("0123456789") == key.npos;
+        if (!fRef || !fNumber || location.empty()) {
+            return true;
+        }
+        PlaylistParserEntry entry;
+        entry.mStreamPos = mDocument.PositionOf(anOffset);
+        entry.mURI = ezCString(location);
+        return mSink(entry);
+    }
+
+    DocumentText& mDocument;
+    const EntrySink& mSink;
+    bool mfReference = false;
+};
+
+} // namespace
+
+void ReadAsxEntries(DocumentText& aDocument, const EntrySink& aSink) {
+    const std::string_view start = ezTrimmed(std::string_view(aDocument.Text()).substr(0, 64));
+    if (!start.empty() && start.front() == '[') {
+        AsxReferences(aDocument, aSink).Run();
+    } else {
+        AsxWalk(aDocument, aSink).Run();
+    }
+}

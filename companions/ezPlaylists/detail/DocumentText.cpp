@@ -1,0 +1,159 @@
+#include "ezPlaylists/detail/DocumentText.h"
+
+#include "ezPlaylists/detail/Utf8.h"
+
+#include "ezPlatform/text/CString.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+/// What a document begins with tells its encoding.
+struct Mark {
+    std::string_view mBytes;
+    bool mfPartOfText; ///< no byte order mark, but the first character
+};
+
+using namespace std::string_view_literals;
+constexpr Mark kUtf8Mark = {"\xEF\xBB\xBF"sv, false};
+constexpr std::array<Mark, 2> kLittleEndianMarks = {{{"\xFF\xFE"sv, false}, {"<\0"sv, true}}};
+constexpr std::array<Mark, 2> kBigEndianMarks = {{{"\xFE\xFF"sv, false}, {"\0<"sv, true}}};
+
+/// The declared names of the 8-bit sets that are read, as parts of Windows-1252.
+constexpr std::array<std::string_view, 6> kEightBitNames = {
+    {"iso-8859-1", "iso-8859-15", "latin1", "latin-1", "windows-1252", "cp1252"}};
+
+/// Where an XML declaration ends at the latest, so that a long first line is not searched as a whole.
+constexpr std::size_t kMaximumDeclaration = 256;
+
+/// What Windows-1252 has where Latin-1 has control characters; 0 is the control character itself.
+constexpr std::array<char16_t, 32> kWindows1252 = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+bool StartsWith(std::string_view aText, std::string_view aStart) {
+    return aText.substr(0, aStart.size()) == aStart;
+}
+
+template <typename Marks>
+bool HasMark(std::string_view aDocument, const Marks& aMarks, std::size_t& aMarkLength) {
+    const auto mark = std::find_if(aMarks.begin(), aMarks.end(),
+                                   [&](const Mark& aMark) { return StartsWith(aDocument, aMark.mBytes); });
+    if (mark == aMarks.end()) {
+        return false;
+    }
+    aMarkLength = mark->mfPartOfText ? 0 : mark->mBytes.size();
+    return true;
+}
+
+/// The encoding that the XML declaration names, in lower case; "" without one.
+std::string DeclaredEncoding(std::string_view aDocument) {
+    const std::string_view head = aDocument.substr(0, kMaximumDeclaration);
+    const std::string_view declaration = head.substr(0, head.find("?>"));
+    std::size_t at = declaration.find("encoding");
+    if (!StartsWith(declaration, "<?") || at == std::string_view::npos) {
+        return {};
+    }
+    at = declaration.find_first_of("\"'", at);
+    if (at == std::string_view::npos) {
+        return {};
+    }
+    const std::string_view value =
+        declaration.substr(at + 1, declaration.find(declaration[at], at + 1) - at - 1);
+    std::string name(value);
+    std::transform(name.begin(), name.end(), name.begin(), ezLower);
+    return name;
+}
+
+} // namespace
+
+DocumentText::DocumentText(std::string aDocument) : mEncoding(EncodingOf(aDocument, mMarkLength)) {
+    mCursorPosition = mMarkLength;
+    switch (mEncoding) {
+    case Encoding::Utf8:
+        aDocument.erase(0, mMarkLength);
+        mText = std::move(aDocument);
+        break;
+    case Encoding::EightBit:
+        TakeEightBit(aDocument);
+        break;
+    case Encoding::Utf16LittleEndian:
+    case Encoding::Utf16BigEndian:
+        TakeUtf16(std::string_view(aDocument).substr(mMarkLength));
+        break;
+    }
+}
+
+DocumentText::Encoding DocumentText::EncodingOf(std::string_view aDocument, std::size_t& aMarkLength) {
+    aMarkLength = 0;
+    if (StartsWith(aDocument, kUtf8Mark.mBytes)) {
+        aMarkLength = kUtf8Mark.mBytes.size();
+        return Encoding::Utf8;
+    }
+    if (HasMark(aDocument, kLittleEndianMarks, aMarkLength)) {
+        return Encoding::Utf16LittleEndian;
+    }
+    if (HasMark(aDocument, kBigEndianMarks, aMarkLength)) {
+        return Encoding::Utf16BigEndian;
+    }
+    const std::string declared = DeclaredEncoding(aDocument);
+    if (std::find(kEightBitNames.begin(), kEightBitNames.end(), declared) != kEightBitNames.end()) {
+        return Encoding::EightBit;
+    }
+    return declared == "utf-8" || IsWholeUtf8(aDocument) ? Encoding::Utf8 : Encoding::EightBit;
+}
+
+void DocumentText::TakeEightBit(std::string_view aDocument) {
+    mText.reserve(aDocument.size());
+    for (const char character : aDocument) {
+        const unsigned char byte = static_cast<unsigned char>(character);
+        const char16_t special = byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80U] : char16_t{0};
+        AppendUtf8(mText, special != 0 ? special : byte);
+    }
+}
+
+void DocumentText::TakeUtf16(std::string_view aDocument) {
+    const bool fBigEndian = mEncoding == Encoding::Utf16BigEndian;
+    const auto unitAt = [&](std::size_t anOffset) -> char32_t {
+        const auto first = static_cast<unsigned char>(aDocument[anOffset]);
+        const auto second = static_cast<unsigned char>(aDocument[anOffset + 1]);
+        return static_cast<char32_t>(fBigEndian ? first * 256U + second : second * 256U + first);
+    };
+    mText.reserve(aDocument.size() / 2);
+    for (std::size_t i = 0; i + 2 <= aDocument.size(); i += 2) {
+        const char32_t unit = unitAt(i);
+        const bool fLead = unit >= 0xD800 && unit <= 0xDBFF && i + 4 <= aDocument.size();
+        const char32_t next = fLead ? unitAt(i + 2) : 0;
+        if (next >= 0xDC00 && next <= 0xDFFF) {
+            AppendUtf8(mText, 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00));
+            i += 2;
+        } else {
+            AppendUtf8(mText, unit);
+        }
+    }
+}
+
+std::uint64_t DocumentText::PositionOf(std::size_t aTextOffset) {
+    if (mEncoding == Encoding::Utf8) {
+        return mMarkLength + aTextOffset;
+    }
+    if (aTextOffset < mCursor) {
+        mCursor = 0;
+        mCursorPosition = mMarkLength;
+    }
+    while (mCursor < std::min(aTextOffset, mText.size())) {
+        const unsigned char lead = static_cast<unsigned char>(mText[mCursor]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        if (mCursor + length > aTextOffset) {
+            break; // the offset is one inside a character
+        }
+        mCursor += length;
+        const std::uint64_t eightBit = 1;
+        const std::uint64_t utf16 = length == 4 ? 4 : 2;
+        mCursorPosition += mEncoding == Encoding::EightBit ? eightBit : utf16;
+    }
+    return mCursorPosition;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// A document of text as UTF-8, and where in the document each character stands.
+///
+/// The encoding is that of the byte order mark (UTF-8 or UTF-16), of the "<" that a UTF-16 document without
+/// one begins with, or of the XML declaration (UTF-8, or an 8-bit set of western Europe). Where none of these
+/// tells it, or an unknown one is declared, a document that is UTF-8 as a whole is that, and any other is
+/// Windows-1252, of which Latin-1 is a part.
+///
+/// Bytes that break the rules of UTF-8 stay in a document that says that it is UTF-8; half a surrogate pair
+/// becomes U+FFFD.
+class DocumentText {
+public:
+    explicit DocumentText(std::string aDocument);
+
+    /// UTF-8, without the byte order mark.
+    const std::string& Text() const { return mText; }
+
+    /// Where in the document the character stands to which a byte of the text belongs. A row of rising
+    /// offsets costs one walk over the text.
+    std::uint64_t PositionOf(std::size_t aTextOffset);
+
+private:
+    enum class Encoding { Utf8, EightBit, Utf16LittleEndian, Utf16BigEndian };
+
+    static Encoding EncodingOf(std::string_view aDocument, std::size_t& aMarkLength);
+    void TakeEightBit(std::string_view aDocument);
+    void TakeUtf16(std::string_view aDocument);
+
+    std::string mText;
+    std::size_t mMarkLength = 0; ///< before the encoding, with which it is found
+    const Encoding mEncoding;
+    std::size_t mCursor = 0;           ///< an offset in the text
+    std::uint64_t mCursorPosition = 0; ///< where that is in the document
+};

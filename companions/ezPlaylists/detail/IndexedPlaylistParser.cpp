@@ -1,0 +1,102 @@
+#include "ezPlaylists/detail/IndexedPlaylistParser.h"
+
+#include "ezPlaylists/detail/Limits.h"
+#include "ezPlaylists/detail/PlaylistPlace.h"
+
+#include <algorithm>
+#include <numeric>
+
+IndexedPlaylistParser::IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
+    : PlaylistParser(aPlace.GetParentURL()), mReader(aStream) {
+    mFilePath = aPlace.GetFilePath();
+}
+
+IndexedPlaylistParser::~IndexedPlaylistParser() = default;
+
+bool IndexedPlaylistParser::AddEntry(std::uint64_t aPos, std::string_view aURI, std::string_view aTitle,
+                                     uint32 aDuration, std::string_view aTags) {
+    if (aURI.empty()) {
+        return true;
+    }
+    const std::size_t size = aURI.size() + aTitle.size() + aTags.size();
+    if (mRecords.size() >= kPlaylist_MaxIndexed || size > kPlaylist_MaxIndexedText - mTexts.size()) {
+        return false;
+    }
+    mRecords.push_back({aPos, mTexts.size(), static_cast<uint32>(aURI.size()),
+                        static_cast<uint32>(aTitle.size()), static_cast<uint32>(aTags.size()), aDuration});
+    mTexts.append(aURI).append(aTitle).append(aTags);
+    return true;
+}
+
+void IndexedPlaylistParser::EnsureIndex() {
+    if (mfIndexed) {
+        return;
+    }
+    mfIndexed = true;
+    if (mReader.Seek(0)) {
+        ReadEntries(mReader);
+        SortByPosition();
+    }
+}
+
+void IndexedPlaylistParser::SortByPosition() {
+    const auto isBefore = [](const Record& aLeft, const Record& aRight) { return aLeft.mPos < aRight.mPos; };
+    if (std::is_sorted(mRecords.begin(), mRecords.end(), isBefore)) {
+        return;
+    }
+    mByPosition.resize(mRecords.size());
+    std::iota(mByPosition.begin(), mByPosition.end(), std::size_t{0});
+    std::sort(mByPosition.begin(), mByPosition.end(), [this](std::size_t aLeft, std::size_t aRight) {
+        return mRecords[aLeft].mPos < mRecords[aRight].mPos;
+    });
+}
+
+std::size_t IndexedPlaylistParser::IndexFrom(std::uint64_t aPos) const {
+    if (mByPosition.empty()) {
+        const auto found = std::lower_bound(
+            mRecords.begin(), mRecords.end(), aPos,
+            [](const Record& aRecord, std::uint64_t aWanted) { return aRecord.mPos < aWanted; });
+        return static_cast<std::size_t>(found - mRecords.begin());
+    }
+    if (aPos < mRecords[mByPosition.front()].mPos) {
+        return 0;
+    }
+    const auto found = std::lower_bound(
+        mByPosition.begin(), mByPosition.end(), aPos,
+        [this](std::size_t anIndex, std::uint64_t aWanted) { return mRecords[anIndex].mPos < aWanted; });
+    return found != mByPosition.end() ? *found : mRecords.size();
+}
+
+void IndexedPlaylistParser::Fill(std::size_t anIndex, PlaylistParserEntry* anEntry) const {
+    const Record& record = mRecords[anIndex];
+    const std::string_view texts = mTexts;
+    const std::size_t title = record.mText + record.mURISize;
+    anEntry->mURI = ezCString(texts.substr(record.mText, record.mURISize));
+    anEntry->mTitle = ezCString(texts.substr(title, record.mTitleSize));
+    anEntry->mSpecificTags = ezCString(texts.substr(title + record.mTitleSize, record.mTagsSize));
+    anEntry->mDuration = record.mDuration;
+    anEntry->mStreamPos = record.mPos;
+    anEntry->mNextEntryStreamPos = anIndex + 1 < mRecords.size() ? mRecords[anIndex + 1].mPos : kezuint64_Max;
+}
+
+void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
+    EnsureIndex();
+    bool fStop = false;
+    for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.size() && !fStop; ++i) {
+        PlaylistParserEntry entry;
+        Fill(i, &entry);
+        entry.mRelativeEntryIndex = mRelativeEntryIndex++;
+        mWalkPos = entry.mNextEntryStreamPos.ToUInt64();
+        fStop = aCallback(&entry, aUserData);
+    }
+}
+
+bool IndexedPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
+    EnsureIndex();
+    return anEntryIndex < mRecords.size() && FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+}
+
+bool IndexedPlaylistParser::SeekBytes(const ezuint64& aPos) {
+    mWalkPos = aPos.ToUInt64();
+    return PlaylistParser::SeekBytes(aPos);
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "ez/PlaylistParser.h"
+
+#include "ezPlaylists/detail/StreamReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class PlaylistPlace;
+
+/// The base of the readers of formats that cannot be entered in the middle: reads the playlist once, at the
+/// first use, and keeps its entries. From then on every position is entered at the cost of a binary search,
+/// and the stream is not touched any more.
+///
+/// A concrete reader supplies ReadEntries, sets mMimeType, and has kMimeTypes, kExtensionList and sBuild for
+/// PlaylistParser::RegisterTo.
+///
+/// A walk goes in the order of playing, which need not be that of the bytes (PLS). It begins with the entry
+/// at the position that was sought, or else with the first in the bytes behind it; a position before all
+/// entries, and so 0, begins with the first to be played. Behind the last one there is no entry.
+///
+/// What could be read of a playlist that is broken, too long, or whose stream fails stays as it is.
+class IndexedPlaylistParser : public PlaylistParser {
+public:
+    ~IndexedPlaylistParser() override;
+
+    void ParseAll(PlaylistParserCallback aCallback, void* aUserData) override;
+    bool FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) override;
+    /// Always true: a position that no entry stands at is answered by the walk.
+    bool SeekBytes(const ezuint64& aPos) override;
+
+protected:
+    /// @param aStream  borrowed, opened
+    IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
+
+    /// Walks the whole playlist, called once, with the reader at byte 0, and calls AddEntry for each entry in
+    /// the order of playing.
+    virtual void ReadEntries(PlaylistStreamReader& aReader) = 0;
+
+    /// @param aPos  a byte of the playlist that belongs to this entry alone
+    /// An entry without a location is none and left out. False when the index is full: further entries are in
+    /// vain.
+    bool AddEntry(std::uint64_t aPos, std::string_view aURI, std::string_view aTitle, uint32 aDuration,
+                  std::string_view aTags);
+
+    /// Entries that were added.
+    std::size_t GetCount() const { return mRecords.size(); }
+
+private:
+    struct Record {
+        std::uint64_t mPos;
+        std::size_t mText; ///< location, title and tags, one behind the other
+        uint32 mURISize;
+        uint32 mTitleSize;
+        uint32 mTagsSize;
+        uint32 mDuration;
+    };
+
+    void EnsureIndex();
+    void SortByPosition();
+    /// Which is played first of a walk from a position; the count when there is none.
+    std::size_t IndexFrom(std::uint64_t aPos) const;
+    void Fill(std::size_t anIndex, PlaylistParserEntry* anEntry) const;
+
+    PlaylistStreamReader mReader;
+    std::vector<Record> mRecords;         ///< in the order of playing
+    std::vector<std::size_t> mByPosition; ///< indexes of the records; empty when that is the same order
+    std::string mTexts;
+    std::uint64_t mWalkPos = 0; ///< where the next walk begins
+    bool mfIndexed = false;
+};

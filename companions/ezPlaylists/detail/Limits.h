@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+
+/// What playlists of strangers may cost. Each bound lies far above what players write, and keeps the memory
+/// of a reader in the reach of a small device.
+
+/// Bytes of a line, its end not counted: the longest path of any system (32,767 UTF-16 units) in UTF-8 fits
+/// but for the rarest scripts, and so does every URL that servers take. A longer line is skipped whole, since
+/// a location that is cut names something else.
+inline constexpr std::size_t kPlaylist_MaxLine = std::size_t{64} * 1024;
+
+/// Bytes of directive lines that one entry carries; further lines are left out.
+inline constexpr std::size_t kPlaylist_MaxTags = std::size_t{64} * 1024;
+
+/// A read at a place that was jumped to fetches little, as an entry is small; one that goes on fetches twice
+/// as much each time, up to what makes the system calls cheap.
+inline constexpr std::size_t kPlaylist_FirstBlock = std::size_t{4} * 1024;
+inline constexpr std::size_t kPlaylist_LastBlock = std::size_t{64} * 1024;
+
+/// Bytes kept behind the position, so that going back to an entry whose successor was looked up reads
+/// nothing.
+inline constexpr std::size_t kPlaylist_KeptBehind = std::size_t{4} * 1024;
+
+/// Bytes at the start of an M3U in which the tags of HLS are looked for. They stand before its first segment.
+inline constexpr std::size_t kPlaylist_HLSLook = std::size_t{64} * 1024;
+
+/// Entries of a playlist that has to be indexed, and bytes of their texts: what follows is left out. About
+/// 42 MiB at worst; the whole music library of a home takes a tenth.
+inline constexpr std::size_t kPlaylist_MaxIndexed = std::size_t{1} << 18;
+inline constexpr std::size_t kPlaylist_MaxIndexedText = std::size_t{32} * 1024 * 1024;
+
+/// Bytes of a playlist that has to be taken into memory as a whole; a larger one has no entries.
+inline constexpr std::size_t kPlaylist_MaxDocument = std::size_t{16} * 1024 * 1024;

@@ -1,0 +1,222 @@
+#include "ezPlaylists/detail/MarkupScanner.h"
+
+#include "ezPlaylists/detail/Utf8.h"
+
+#include "ezPlatform/text/CString.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n\f\v";
+
+/// A longer one is none that is known; what stands between a stray "&" and the next ";" is not searched.
+constexpr std::size_t kMaximumEntity = 12;
+
+/// Further ones are dropped: each takes many times the memory of its two bytes in the document.
+constexpr std::size_t kMaximumAttributes = 32;
+
+constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
+    {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
+
+bool IsBlank(char aCharacter) {
+    return kBlanks.find(aCharacter) != std::string_view::npos;
+}
+
+bool IsNameCharacter(char aCharacter) {
+    const char lower = ezLower(aCharacter);
+    return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') || lower == ':' || lower == '_' ||
+           lower == '-' || lower == '.';
+}
+
+std::string Lowered(std::string_view aText) {
+    std::string lower(aText);
+    std::transform(lower.begin(), lower.end(), lower.begin(), ezLower);
+    return lower;
+}
+
+/// The value of "#38" or "#x26"; 0 where it is no number of a character.
+char32_t NumberedCharacter(std::string_view anEntity) {
+    std::uint64_t number = 0;
+    if (anEntity.substr(0, 2) == "#x" || anEntity.substr(0, 2) == "#X") {
+        number = ezHexWord(anEntity.substr(2));
+    } else if (anEntity.substr(0, 1) == "#" && !ezReadDecimal(anEntity.substr(1), &number)) {
+        number = 0;
+    }
+    return number <= 0x10FFFF ? static_cast<char32_t>(number) : 0;
+}
+
+/// Puts what an entity means behind a text. False where it means nothing.
+bool AppendMeaning(std::string& aText, std::string_view anEntity) {
+    const auto* known = std::find_if(kEntities.begin(), kEntities.end(),
+                                     [&](const auto& aKnown) { return aKnown.first == anEntity; });
+    if (known != kEntities.end()) {
+        aText += known->second;
+        return true;
+    }
+    const char32_t character = NumberedCharacter(anEntity);
+    if (character != 0) {
+        AppendUtf8(aText, character);
+    }
+    return character != 0;
+}
+
+} // namespace
+
+std::string WithoutEntities(std::string_view aText) {
+    std::string text;
+    text.reserve(aText.size());
+    while (!aText.empty()) {
+        const std::size_t start = std::min(aText.find('&'), aText.size());
+        text += aText.substr(0, start);
+        aText.remove_prefix(start);
+        const std::size_t end = aText.substr(0, kMaximumEntity).find(';');
+        if (end != std::string_view::npos && AppendMeaning(text, aText.substr(1, end - 1))) {
+            aText.remove_prefix(end + 1);
+        } else if (!aText.empty()) {
+            text += '&';
+            aText.remove_prefix(1);
+        }
+    }
+    return text;
+}
+
+const std::string* MarkupPiece::FindAttribute(std::string_view aName) const {
+    const auto found = std::find_if(mAttributes.begin(), mAttributes.end(),
+                                    [&](const Attribute& anAttribute) { return anAttribute.mName == aName; });
+    return found != mAttributes.end() ? &found->mValue : nullptr;
+}
+
+bool MarkupScanner::Next(MarkupPiece& aPiece) {
+    aPiece = MarkupPiece();
+    while (PassOver()) {
+    }
+    if (mAt >= mText.size()) {
+        return false;
+    }
+    if (LooksAt("<![CDATA[")) {
+        return TakeSection(aPiece);
+    }
+    const char second = ezLower(At(mAt + 1));
+    if (mText[mAt] == '<' && ((second >= 'a' && second <= 'z') || second == '/')) {
+        return TakeTag(aPiece);
+    }
+    // The first character may be a "<" that begins nothing.
+    const std::size_t end = std::min(mText.find('<', mAt + 1), mText.size());
+    aPiece.mOffset = mAt;
+    aPiece.mText = WithoutEntities(mText.substr(mAt, end - mAt));
+    mAt = end;
+    return true;
+}
+
+/// Passes over what is neither tag nor text. True when there was something.
+bool MarkupScanner::PassOver() {
+    std::string_view end;
+    if (LooksAt("<!--")) {
+        end = "-->";
+    } else if (LooksAt("<?")) {
+        end = "?>";
+    } else if (LooksAt("<!") && !LooksAt("<![CDATA[")) {
+        end = ">"; // the rest of a declaration in brackets is then text outside of every entry
+    } else {
+        return false;
+    }
+    const std::size_t found = mText.find(end, mAt + 2);
+    mAt = found == std::string_view::npos ? mText.size() : found + end.size();
+    return true;
+}
+
+bool MarkupScanner::TakeSection(MarkupPiece& aPiece) {
+    constexpr std::size_t kStartLength = 9;
+    const std::size_t end = mText.find("]]>", mAt);
+    if (end == std::string_view::npos) {
+        mAt = mText.size();
+        return false;
+    }
+    aPiece.mOffset = mAt;
+    aPiece.mText = mText.substr(mAt + kStartLength, end - mAt - kStartLength);
+    mAt = end + 3;
+    return true;
+}
+
+bool MarkupScanner::TakeTag(MarkupPiece& aPiece) {
+    aPiece.mOffset = mAt;
+    aPiece.mKind = MarkupPiece::Kind::StartTag;
+    ++mAt;
+    if (At(mAt) == '/') {
+        aPiece.mKind = MarkupPiece::Kind::EndTag;
+        ++mAt;
+    }
+    const std::size_t start = mAt;
+    while (IsNameCharacter(At(mAt))) {
+        ++mAt;
+    }
+    aPiece.mName = Lowered(mText.substr(start, mAt - start));
+    return TakeAttributes(aPiece);
+}
+
+/// Up to the end of the tag. False when that does not come.
+bool MarkupScanner::TakeAttributes(MarkupPiece& aPiece) {
+    while (true) {
+        SkipBlanks();
+        if (mAt >= mText.size()) {
+            return false;
+        }
+        if (mText[mAt] == '>') {
+            ++mAt;
+            return true;
+        }
+        if (LooksAt("/>")) {
+            aPiece.mfEmptyElement = true;
+            mAt += 2;
+            return true;
+        }
+        const std::size_t start = mAt;
+        while (IsNameCharacter(At(mAt))) {
+            ++mAt;
+        }
+        MarkupPiece::Attribute attribute;
+        attribute.mName = Lowered(mText.substr(start, mAt - start));
+        SkipBlanks();
+        if (At(mAt) == '=') {
+            ++mAt;
+            if (!TakeValue(attribute.mValue)) {
+                return false;
+            }
+        } else if (mAt == start) {
+            ++mAt; // a character that no tag should have
+            continue;
+        }
+        if (aPiece.mAttributes.size() < kMaximumAttributes) {
+            aPiece.mAttributes.push_back(std::move(attribute));
+        }
+    }
+}
+
+bool MarkupScanner::TakeValue(std::string& aValue) {
+    SkipBlanks();
+    const char quote = At(mAt);
+    std::size_t end = mAt;
+    if (quote == '"' || quote == '\'') {
+        end = mText.find(quote, ++mAt);
+    } else {
+        while (end < mText.size() && !IsBlank(mText[end]) && mText[end] != '>' &&
+               mText.substr(end, 2) != "/>") {
+            ++end;
+        }
+    }
+    if (end >= mText.size()) { // "not found" too
+        mAt = mText.size();
+        return false;
+    }
+    aValue = WithoutEntities(mText.substr(mAt, end - mAt));
+    mAt = quote == '"' || quote == '\'' ? end + 1 : end;
+    return true;
+}
+
+void MarkupScanner::SkipBlanks() {
+    mAt = std::min(mText.find_first_not_of(kBlanks, mAt), mText.size());
+}

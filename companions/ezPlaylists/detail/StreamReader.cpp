@@ -1,0 +1,130 @@
+#include "ezPlaylists/detail/StreamReader.h"
+
+#include "ezPlaylists/detail/Limits.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+/// At hand there is never more than the longest line, its end, and a block.
+constexpr std::size_t kMaxAtHand = kPlaylist_MaxLine + 2;
+
+void sDataArrived(void* aUserData) {
+    static_cast<ezCondition*>(aUserData)->Signal();
+}
+
+bool IsWaiting(ezStreamingStatus aStatus, std::size_t aCount) {
+    return aStatus == ezStreamingStatus_NoError && aCount == 0;
+}
+
+} // namespace
+
+PlaylistStreamReader::PlaylistStreamReader(ezStream* aStream)
+    : mStream(aStream), mBlock(kPlaylist_FirstBlock) {}
+
+bool PlaylistStreamReader::Seek(std::uint64_t aPos) {
+    if (aPos >= mBufferPos && aPos - mBufferPos <= mCount && mCount != 0) {
+        mOffset = static_cast<std::size_t>(aPos - mBufferPos);
+        mfFailed = false;
+        return true;
+    }
+    if (mStream == nullptr || mStream->Seek(aPos) != ezStreamingStatus_NoError) {
+        return false;
+    }
+    mStreamPos = aPos;
+    mBufferPos = aPos;
+    mCount = 0;
+    mOffset = 0;
+    mBlock = kPlaylist_FirstBlock;
+    mfEnd = false;
+    mfFailed = false;
+    return true;
+}
+
+void PlaylistStreamReader::MakeRoom(std::size_t aBlock) {
+    if (mCapacity - mCount >= aBlock) {
+        return;
+    }
+    const std::size_t dropped = mOffset - std::min(mOffset, kPlaylist_KeptBehind);
+    const std::size_t kept = mCount - dropped;
+    if (mCapacity - kept >= aBlock) {
+        std::memmove(mBytes.get(), mBytes.get() + dropped, kept);
+    } else {
+        mCapacity = std::max(kept + aBlock, 2 * mCapacity);
+        std::unique_ptr<char[]> bytes(new char[mCapacity]);
+        if (kept != 0) {
+            std::memcpy(bytes.get(), mBytes.get() + dropped, kept);
+        }
+        mBytes = std::move(bytes);
+    }
+    mBufferPos += dropped;
+    mOffset -= dropped;
+    mCount = kept;
+}
+
+bool PlaylistStreamReader::StandBehindBuffer() {
+    const std::uint64_t wanted = mBufferPos + mCount;
+    if (mStreamPos != wanted) {
+        if (mStream == nullptr || mStream->Seek(wanted) != ezStreamingStatus_NoError) {
+            return false;
+        }
+        mStreamPos = wanted;
+    }
+    return true;
+}
+
+ezStreamingStatus PlaylistStreamReader::WaitingRead(void* aBuffer, std::size_t* aSize) {
+    const std::size_t asked = *aSize;
+    ezStreamingStatus status = mStream->Read(aBuffer, aSize, 0);
+    if (!IsWaiting(status, *aSize)) {
+        return status;
+    }
+    mStream->RegisterThresholdCallBack(sDataArrived, &mArrived);
+    while (true) { // looks again first: what came before the callback was registered fires no more
+        *aSize = asked;
+        status = mStream->Read(aBuffer, aSize, 0);
+        if (!IsWaiting(status, *aSize)) {
+            break;
+        }
+        mArrived.Wait();
+    }
+    mStream->UnregisterThresholdCallBack(sDataArrived);
+    return status;
+}
+
+bool PlaylistStreamReader::Grow() {
+    if (mfEnd || mfFailed || mCount - mOffset > kMaxAtHand) {
+        return false;
+    }
+    if (!StandBehindBuffer()) {
+        mfFailed = true;
+        return false;
+    }
+    MakeRoom(mBlock);
+    std::size_t count = mBlock;
+    const ezStreamingStatus status = WaitingRead(mBytes.get() + mCount, &count);
+    if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
+        mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
+        mfFailed = true;
+        return false;
+    }
+    count = std::min(count, mBlock);
+    mfEnd = status == ezStreamingStatus_EOS;
+    mCount += count;
+    mStreamPos += count;
+    mBlock = std::min(2 * mBlock, kPlaylist_LastBlock);
+    return count != 0;
+}
+
+bool PlaylistStreamReader::ReadAll(std::string* aText, std::size_t aLimit) {
+    do {
+        const std::string_view bytes = Peek();
+        if (bytes.size() > aLimit - aText->size()) {
+            return false;
+        }
+        aText->append(bytes);
+        Skip(bytes.size());
+    } while (Grow());
+    return !mfFailed;
+}

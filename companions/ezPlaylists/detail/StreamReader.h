@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ezPlatform/base/Condition.h"
+#include "ezPlatform/streams/Stream.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
+///
+/// The bytes at hand begin at the position (Peek). Who needs more of them calls Grow, who is done with some
+/// Skip. What lies at hand, and a little behind the position, is sought without a read.
+///
+/// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
+/// a read waits. One thread.
+class PlaylistStreamReader {
+public:
+    /// @param aStream  opened; null is a stream that cannot be read
+    explicit PlaylistStreamReader(ezStream* aStream);
+    PlaylistStreamReader(const PlaylistStreamReader&) = delete;
+    PlaylistStreamReader& operator=(const PlaylistStreamReader&) = delete;
+
+    /// False when the stream refuses; the position stays then.
+    bool Seek(std::uint64_t aPos);
+    std::uint64_t Tell() const { return mBufferPos + mOffset; }
+
+    /// The bytes at hand, lent until Grow or Seek.
+    std::string_view Peek() const { return {mBytes.get() + mOffset, mCount - mOffset}; }
+    /// Moves behind bytes at hand.
+    void Skip(std::size_t aCount) { mOffset += aCount; }
+    /// Brings at least one byte more to hand, or gives false: at the end of the stream, at an error, and when
+    /// more than the longest line is at hand.
+    bool Grow();
+    /// Whether an error stopped the last Grow. A seek takes that back.
+    bool HasFailed() const { return mfFailed; }
+
+    /// Takes all that follows. False when that is more than aLimit bytes, and when the stream fails; the text
+    /// then holds a part.
+    bool ReadAll(std::string* aText, std::size_t aLimit);
+
+private:
+    void MakeRoom(std::size_t aBlock);
+    bool StandBehindBuffer();
+    ezStreamingStatus WaitingRead(void* aBuffer, std::size_t* aSize);
+
+    ezStream* mStream;
+    ezCondition mArrived;
+    std::unique_ptr<char[]> mBytes;
+    std::size_t mCapacity = 0;
+    std::size_t mCount = 0;  ///< bytes in the buffer
+    std::size_t mOffset = 0; ///< of the position in the buffer
+    std::uint64_t mBufferPos = 0;
+    std::uint64_t mStreamPos = UINT64_MAX; ///< where the stream stands; at first nobody knows
+    std::size_t mBlock;                    ///< bytes that the next read fetches
+    bool mfEnd = false;                    ///< the stream ends behind the buffer
+    bool mfFailed = false;
+};

@@ -1,0 +1,68 @@
+#include "ezPlaylists/detail/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kHighest = 0x10FFFF;
+
+/// The forms of a character of several bytes.
+struct Form {
+    unsigned mMask;
+    unsigned mLead;
+    char32_t mMinimum;
+    std::size_t mLength;
+};
+constexpr std::array<Form, 4> kForms = {
+    {{0x80, 0x00, 0x0, 1}, {0xE0, 0xC0, 0x80, 2}, {0xF0, 0xE0, 0x800, 3}, {0xF8, 0xF0, 0x10000, 4}}};
+
+bool IsCharacter(char32_t aCodePoint) {
+    return aCodePoint <= kHighest && (aCodePoint < 0xD800 || aCodePoint > 0xDFFF);
+}
+
+/// Bytes of the character that a text, not empty, begins with; 0 where it is none.
+std::size_t LengthOfFirst(std::string_view aText) {
+    const unsigned lead = static_cast<unsigned char>(aText[0]);
+    const auto* form = std::find_if(kForms.begin(), kForms.end(),
+                                    [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
+    if (form == kForms.end() || aText.size() < form->mLength) {
+        return 0;
+    }
+    char32_t codePoint = lead & ~form->mMask;
+    for (std::size_t i = 1; i < form->mLength; ++i) {
+        const unsigned byte = static_cast<unsigned char>(aText[i]);
+        if ((byte & 0xC0U) != 0x80U) {
+            return 0;
+        }
+        codePoint = (codePoint << 6U) | (byte & 0x3FU);
+    }
+    return codePoint >= form->mMinimum && IsCharacter(codePoint) ? form->mLength : 0;
+}
+
+} // namespace
+
+void AppendUtf8(std::string& aText, char32_t aCharacter) {
+    const char32_t character = IsCharacter(aCharacter) ? aCharacter : kReplacement;
+    const auto form = std::find_if(kForms.rbegin(), kForms.rend(),
+                                   [&](const Form& aForm) { return character >= aForm.mMinimum; });
+    std::size_t shift = 6 * (form->mLength - 1);
+    aText += static_cast<char>(form->mLead | (character >> shift));
+    while (shift > 0) {
+        shift -= 6;
+        aText += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
+    }
+}
+
+bool IsWholeUtf8(std::string_view aText) {
+    while (!aText.empty()) {
+        const std::size_t length = LengthOfFirst(aText);
+        if (length == 0) {
+            return false;
+        }
+        aText.remove_prefix(length);
+    }
+    return true;
+}

@@ -1,0 +1,35 @@
+#include "ezPlaylists/detail/XSPFPlaylistParser.h"
+
+#include "ezPlaylists/detail/PlaylistPlace.h"
+
+#include "ezPlatform/files/PathName.h"
+#include "ezPlatform/text/URI.h"
+
+#include <string_view>
+
+XSPFPlaylistParser::XSPFPlaylistParser(ezStream* aStream)
+    : MarkupPlaylistParser(aStream, PlaylistPlace(aStream), kMimeTypes[0], ReadXspfEntries) {}
+
+PlaylistParser* XSPFPlaylistParser::sBuild(ezStream* aStream) {
+    return aStream != nullptr ? new XSPFPlaylistParser(aStream) : nullptr;
+}
+
+ezCString XSPFPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
+    const std::string_view text = anEntryURI.View();
+    const bool fEndsEarly = text.find('\0') != std::string_view::npos;
+    const bool fWindowsPath = ezPathName::MakeFilePath(anEntryURI).IsAbsolute() && text[0] != '/';
+    if (mParentURL != nullptr || anEntryURI.IsEmpty() || fEndsEarly || fWindowsPath) {
+        return PlaylistParser::GetFullURLFor(anEntryURI);
+    }
+    // A playlist without a name lies in the working folder.
+    const ezCString path = mFilePath.IsValid() ? mFilePath.GetFullPath() : ezCString("./");
+    ezURI* uri = ezURI_New();
+    ezURI_SetScheme(uri, "file");
+    ezCString url;
+    if (ezURI_SetFilePath(uri, path.c_str())) {
+        const ezCString base = ezCString::FromAllocatedString(ezURI_GetStr(uri));
+        url = ezCString::FromAllocatedString(ezURI_S_Combine(base.c_str(), anEntryURI.c_str()));
+    }
+    ezURI_Delete(uri);
+    return url;
+}

@@ -1,0 +1,159 @@
+#include "ezPlaylists/detail/ASXPlaylistParser.h"
+
+#include "PlaylistKit.h"
+
+#include "ezPlaylists/detail/Limits.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+PlaylistEntries ASX(const std::string& aText, const char* aURI = "http://h/list.asx") {
+    return Agreed<ASXPlaylistParser>(aText, aURI);
+}
+
+std::string ManyEntries(std::size_t aCount) {
+    std::string text = "<asx version=3>\n";
+    for (std::size_t i = 0; i < aCount; ++i) {
+        const std::string number = std::to_string(i);
+        text += "<Entry><Title>T & " + number + "</title><ref href=song" + number + ".mp3></ENTRY>\n";
+    }
+    return text + "</ASX>";
+}
+
+} // namespace
+
+TEST(ASXPlaylistParser, EntryIsTheFirstOfItsReferences) {
+    const std::string text = "<ASX VERSION=\"3.0\">\n<TITLE>All</TITLE>\n"
+                             "<ENTRY>\n<TITLE>One &amp;\n two</TITLE><AUTHOR>Me</AUTHOR>\n"
+                             "<DURATION VALUE=\"00:03:25.7\"/>\n"
+                             "<REF HREF=\"\"/><REF HREF=\" a.mp3 \"/><REF HREF=\"b.mp3\"/></ENTRY>\n"
+                             "<ENTRY><REF HREF=\"c.mp3\"/></ENTRY></ASX>";
+    const PlaylistEntries entries = ASX(text);
+    ASSERT_EQ(Locations(entries), (Texts{"a.mp3", "c.mp3"}));
+    EXPECT_EQ(entries[0].mTitle, "One & two");
+    EXPECT_EQ(entries[0].mDuration, 205U);
+    EXPECT_EQ(entries[0].mSpecificTags, "author=Me");
+    EXPECT_EQ(entries[0].mStreamPos, text.find("<ENTRY>"));
+    EXPECT_EQ(entries[1].mTitle, "");
+    EXPECT_EQ(entries[1].mDuration, 0U);
+    EXPECT_EQ(entries[1].mSpecificTags, "");
+    EXPECT_EQ(entries[1].mStreamPos, text.find("<ENTRY><REF"));
+}
+
+TEST(ASXPlaylistParser, CaseQuotesAndAmpersandsMayBeWrong) {
+    const PlaylistEntries entries =
+        ASX("<asx version=3.0><Entry><title>Tom & Jerry</TITLE><Ref Href=http://h/a?b=1&c=2 /></eNTRY>"
+            "<ENTRY><PARAM NAME=x VALUE=y><ref href='b.mp3'></entry></Asx>");
+    ASSERT_EQ(Locations(entries), (Texts{"http://h/a?b=1&c=2", "b.mp3"}));
+    EXPECT_EQ(entries[0].mTitle, "Tom & Jerry");
+}
+
+TEST(ASXPlaylistParser, BaseIsPutBeforeRelativeLocations) {
+    EXPECT_EQ(Locations(ASX("<asx><base href='http://h/m'/><entry><ref href='a b.mp3'/></entry>"
+                            "<entry><ref href='mms://o/x'/></entry><entry><ref href='/y'/></entry>"
+                            "<entry><base href='http://i/'/><ref href='../z'/></entry>"
+                            "<entry><ref href='c'/></entry><entryref href='d.asx'/></asx>")),
+              (Texts{"http://h/m/a%20b.mp3", "mms://o/x", "http://h/y", "http://i/z", "http://h/m/c",
+                     "http://h/m/d.asx"}));
+    EXPECT_EQ(Locations(ASX("<asx><base href='C:\\Music'/><entry><ref href='a b.mp3'/></entry>"
+                            "<entry><ref href='D:\\x.mp3'/></entry></asx>")),
+              (Texts{"C:\\Music/a b.mp3", "D:\\x.mp3"}));
+    EXPECT_EQ(Locations(ASX("<asx><base href='" + std::string(3000, 'x') +
+                            "/'/><entry><ref href='a'/></entry></asx>")),
+              Texts{"a"});
+}
+
+TEST(ASXPlaylistParser, OtherPlaylistIsListedAndNotFollowed) {
+    const PlaylistEntries entries = ASX("<asx><entryref href='list.asx'/><entryref/></asx>");
+    ASSERT_EQ(Locations(entries), Texts{"list.asx"}); // it names itself
+    EXPECT_EQ(entries[0].mSpecificTags, "entryref");
+}
+
+TEST(ASXPlaylistParser, OldFormIsASectionOfReferences) {
+    const std::string text =
+        "[Reference]\r\nRef1=http://h/a.asf\r\nREF2 = b.asf\r\nRefX=c\r\nRef=d\r\nRef3=\r\n"
+        "[Other]\r\nRef4=e\r\n";
+    const PlaylistEntries entries = ASX(text);
+    ASSERT_EQ(Locations(entries), (Texts{"http://h/a.asf", "b.asf"}));
+    EXPECT_EQ(entries[1].mStreamPos, text.find("REF2"));
+}
+
+TEST(ASXPlaylistParser, LocalPathsBecomeFileURLs) {
+    const ezStreamOwner stream =
+        MemoryPlaylist("<asx><entry><ref href='..\\a b.mp3'/></entry></asx>", "/music/lists/list.asx");
+    const std::unique_ptr<PlaylistParser> reader(ASXPlaylistParser::sBuild(stream.get()));
+    PlaylistParserEntry entry;
+    ASSERT_TRUE(reader->FetchEntryAtIndex(0, &entry));
+    EXPECT_EQ(reader->GetFullURLFor(entry.mURI), "file:///music/a%20b.mp3");
+    EXPECT_EQ(reader->GetMimeType(), "video/x-ms-asx");
+}
+
+TEST(ASXPlaylistParser, EveryEncodingHasThePositionsOfItsBytes) {
+    const std::string ascii =
+        "<asx><entry><title>Caf#</title><ref href='a'/></entry><entry><ref href='b'/></entry>";
+    std::string latin = ascii;
+    latin.replace(latin.find('#'), 1, "\xE9");
+    PlaylistEntries entries = ASX(latin);
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].mTitle, "Caf\xC3\xA9");
+    EXPECT_EQ(entries[1].mStreamPos, ascii.rfind("<entry>"));
+    std::string utf16 = "\xFF\xFE";
+    for (const char character : latin) {
+        utf16 += character;
+        utf16 += '\0';
+    }
+    entries = ASX(utf16);
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].mTitle, "Caf\xC3\xA9");
+    EXPECT_EQ(entries[1].mStreamPos, 2 + 2 * ascii.rfind("<entry>"));
+}
+
+TEST(ASXPlaylistParser, EntryThatIsNotWholeIsNone) {
+    const std::string text = "<asx><entry><ref href='a'/></entry><entry><ref href='http://h/bb'/></entry>";
+    const std::size_t first = text.find("<entry><ref href='h");
+    for (std::size_t size = 0; size < text.size(); ++size) {
+        EXPECT_EQ(ASX(text.substr(0, size)).size(), size >= first ? 1U : 0U) << size;
+    }
+    EXPECT_EQ(Locations(ASX("<asx><entry><ref href='a'/><entry><ref href='b'/></entry>")), (Texts{"a", "b"}));
+}
+
+TEST(ASXPlaylistParser, HostileDocumentsAreHarmless) {
+    EXPECT_TRUE(ASX("").empty());
+    EXPECT_TRUE(ASX("<asx>").empty());
+    EXPECT_TRUE(ASX("</entry></asx>").empty());
+    EXPECT_TRUE(ASX("<asx><ref href='outside'/></asx>").empty());
+    std::string deep;
+    for (int i = 0; i < 100000; ++i) {
+        deep += "<entry>";
+    }
+    EXPECT_TRUE(ASX(deep).empty());
+    EXPECT_TRUE(ASX(std::string(1000000, '<')).empty());
+    EXPECT_TRUE(ASX(std::string(1000000, '&')).empty());
+    EXPECT_TRUE(ASX("<asx>" + std::string(1000000, '\0')).empty());
+    EXPECT_EQ(Locations(ASX("<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><asx><entry>"
+                            "<ref href='&x;'/></entry></asx>")),
+              Texts{"&x;"});
+}
+
+TEST(ASXPlaylistParser, DocumentThatIsTooLongHasNoEntries) {
+    std::string text = "<asx><entry><ref href='a'/></entry>";
+    text.resize(kPlaylist_MaxDocument, ' ');
+    EXPECT_EQ(ASX(text).size(), 1U);
+    EXPECT_EQ(ASX(text + " ").size(), 0U);
+}
+
+TEST(ASXPlaylistParser, HundredThousandEntriesAgree) {
+    const PlaylistEntries entries = ASX(ManyEntries(100000));
+    ASSERT_EQ(entries.size(), 100000U);
+    EXPECT_EQ(entries[99999].mTitle, "T & 99999");
+    EXPECT_EQ(entries[99999].mURI, "song99999.mp3");
+}
+
+TEST(ASXPlaylistParser, WhatCameBeforeAFailureStands) {
+    const std::string text = "<asx><entry><ref href='a'/></entry><entry><ref href='b'/></entry></asx>";
+    const auto stream = new ScriptedStream(text, 7, text.rfind("</entry>"));
+    const ezStreamOwner owner(stream);
+    const std::unique_ptr<PlaylistParser> reader(ASXPlaylistParser::sBuild(stream));
+    EXPECT_EQ(Locations(WalkFrom(*reader, 0)), Texts{"a"});
+}

@@ -1,0 +1,294 @@
+#ifdef EZ_HAS_XML_PLAYLISTS
+
+#include "ezPlaylists/detail/WPLPlaylistParser.h"
+#include "ezPlaylists/detail/XSPFPlaylistParser.h"
+
+#include "PlaylistKit.h"
+
+#include "ezPlaylists/detail/Limits.h"
+
+#include "ez/PlaylistParserFactory.h"
+#include "ezPlaylists/Playlists.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+PlaylistEntries XSPF(const std::string& aText, const char* aURI = "/music/list.xspf") {
+    return Agreed<XSPFPlaylistParser>(aText, aURI);
+}
+
+PlaylistEntries WPL(const std::string& aText) {
+    return Agreed<WPLPlaylistParser>(aText, "/music/list.wpl");
+}
+
+std::string InList(const std::string& aTracks, const std::string& anAttributes = "") {
+    return "<?xml version=\"1.0\"?>\n<playlist version=\"1\"" + anAttributes +
+           " xmlns=\"http://xspf.org/ns/0/\"><title>All</title><trackList>" + aTracks +
+           "</trackList></playlist>\n";
+}
+
+std::string Track(const std::string& aContent) {
+    return "<track>" + aContent + "</track>";
+}
+
+std::string FullURL(const char* aListURI, const char* aLocation) {
+    const ezStreamOwner stream = MemoryPlaylist("", aListURI);
+    return Str(XSPFPlaylistParser(stream.get()).GetFullURLFor(aLocation));
+}
+
+std::string Utf16(const std::string& anASCII) {
+    std::string text = "\xFE\xFF";
+    for (const char character : anASCII) {
+        text += '\0';
+        text += character;
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(XSPFPlaylistParser, EntryIsATrackWithALocation) {
+    const std::string text =
+        InList("\n" +
+               Track("<location> a%20b.mp3\n</location><location>c</location>"
+                     "<title>A &amp; B\n C</title><creator>Me</creator>"
+                     "<album>Us</album><duration>62999</duration>") +
+               Track("<title>none</title>") + Track("<location/><location> </location>") +
+               Track("<location>d</location>"));
+    const PlaylistEntries entries = XSPF(text);
+    ASSERT_EQ(Locations(entries), (Texts{"a%20b.mp3", "d"}));
+    EXPECT_EQ(entries[0].mTitle, "A & B C");
+    EXPECT_EQ(entries[0].mDuration, 62U);
+    EXPECT_EQ(entries[0].mSpecificTags, "creator=Me\nalbum=Us");
+    EXPECT_EQ(entries[0].mStreamPos, text.find("<track>"));
+    EXPECT_EQ(entries[1].mTitle, "");
+    EXPECT_EQ(entries[1].mDuration, 0U);
+    EXPECT_EQ(entries[1].mStreamPos, text.rfind("<track>"));
+}
+
+TEST(XSPFPlaylistParser, DurationIsAWholeNumberOfMilliseconds) {
+    const auto durationOf = [](const char* aText) {
+        const PlaylistEntries entries =
+            XSPF(InList(Track(std::string("<location>a</location><duration>") + aText + "</duration>")));
+        return entries.empty() ? UINT32_MAX - 1 : entries[0].mDuration;
+    };
+    EXPECT_EQ(durationOf("999"), 0U);
+    EXPECT_EQ(durationOf(" 1000 "), 1U);
+    EXPECT_EQ(durationOf("18446744073709551615"), UINT32_MAX);
+    for (const char* text : {"", "-1000", "1000.5", "1e6", "18446744073709551616"}) {
+        EXPECT_EQ(durationOf(text), 0U) << text;
+    }
+}
+
+TEST(XSPFPlaylistParser, BaseOfEveryElementAroundApplies) {
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>a</location>") +
+                                        "<track xml:base='c/d/'><location>e</location></track>" +
+                                        Track("<location xml:base='http://o/p/'>q r</location>") +
+                                        Track("<location>ftp://x/y</location>"),
+                                    " xml:base='http://h/b/'"))),
+              (Texts{"http://h/b/a", "http://h/b/c/d/e", "http://o/p/q%20r", "ftp://x/y"}));
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>a%20b</location>") + Track("<location>/c</location>") +
+                                        Track("<location>http://h/</location>"),
+                                    " xml:base='../m/x?y/z'"))),
+              (Texts{"../m/a%20b", "/c", "http://h/"}));
+    EXPECT_EQ(Locations(XSPF(
+                  InList(Track("<location>a</location>"), " xml:base='" + std::string(3000, 'x') + "/'"))),
+              Texts{"a"});
+}
+
+TEST(XSPFPlaylistParser, PrefixOfTheNamespaceMayBeAny) {
+    EXPECT_EQ(Locations(XSPF("<x:playlist><x:trackList><x:track><x:location>a</x:location></x:track>"
+                             "</x:trackList></x:playlist>")),
+              Texts{"a"});
+    EXPECT_TRUE(XSPF("<other><trackList><track><location>a</location></track></trackList></other>").empty());
+}
+
+TEST(XSPFPlaylistParser, LocationsAreURIsAlsoInALocalPlaylist) {
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", "../a%20b.mp3"), "file:///music/a%20b.mp3");
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", "/x/100%25.mp3"), "file:///x/100%25.mp3");
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", "file:///x/y.mp3"), "file:///x/y.mp3");
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", "http://h/../x"), "http://h/x");
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", "C:\\Music\\100%.mp3"), "file:///C:/Music/100%25.mp3");
+    EXPECT_EQ(FullURL("/music/lists/a.xspf", ""), "");
+    EXPECT_EQ(FullURL("http://h/lists/a.xspf", "../a%20b.mp3"), "http://h/a%20b.mp3");
+}
+
+TEST(XSPFPlaylistParser, EveryEncodingHasThePositionsOfItsBytes) {
+    const std::string ascii = InList(Track("<location>a</location>") + Track("<location>b</location>"));
+    const PlaylistEntries wide = XSPF(Utf16(ascii));
+    ASSERT_EQ(Locations(wide), (Texts{"a", "b"}));
+    EXPECT_EQ(wide[1].mStreamPos, 2 + 2 * ascii.rfind("<track>"));
+    const std::string latin =
+        "<?xml version='1.0' encoding='ISO-8859-1'?><playlist><trackList><track><title>\xE9\xE8"
+        "</title><location>a</location></track><track><location>b</location></track>"
+        "</trackList></playlist>";
+    const PlaylistEntries narrow = XSPF(latin);
+    ASSERT_EQ(Locations(narrow), (Texts{"a", "b"}));
+    EXPECT_EQ(narrow[0].mTitle, "\xC3\xA9\xC3\xA8");
+    EXPECT_EQ(narrow[1].mStreamPos, latin.rfind("<track>"));
+    EXPECT_EQ(XSPF("\xEF\xBB\xBF" + ascii)[0].mStreamPos, 3 + ascii.find("<track>"));
+}
+
+TEST(XSPFPlaylistParser, TrackThatIsNotWholeIsNone) {
+    const std::string text =
+        InList(Track("<location>aa</location>") + Track("<location>http://h/b</location>"));
+    const std::size_t first = text.find("</track>") + 8;
+    const std::size_t second = text.rfind("</track>") + 8;
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        const PlaylistEntries entries = XSPF(text.substr(0, size));
+        // Whether a tag that the document cuts counts as its end is left open; half a location never comes.
+        EXPECT_GE(entries.size(), size >= second ? 2U : size >= first ? 1U : 0U) << size;
+        for (const PlaylistParserEntry& entry : entries) {
+            EXPECT_TRUE(entry.mURI == "aa" || entry.mURI == "http://h/b") << size << entry;
+        }
+    }
+    EXPECT_TRUE(XSPF("<playlist><trackList><track><location>http://h/").empty());
+    EXPECT_EQ(Locations(XSPF("<playlist><trackList>" + Track("<location>a</location>") + "</wrong>")),
+              Texts{"a"});
+}
+
+TEST(XSPFPlaylistParser, EntitiesOfDocumentTypesStandForThemselves) {
+    std::string bomb = "<!DOCTYPE playlist [<!ENTITY a0 'lol'>";
+    for (int i = 1; i < 30; ++i) {
+        const std::string before = "&a" + std::to_string(i - 1) + ";";
+        bomb += "<!ENTITY a" + std::to_string(i) + " '" + before + before + "'>";
+    }
+    bomb += "<!ENTITY x SYSTEM 'file:///etc/passwd'>]>";
+    const PlaylistEntries entries =
+        XSPF(bomb + InList(Track("<location>&x;</location><title>&a29;&lt;&#233;</title>")).substr(22));
+    ASSERT_EQ(Locations(entries), Texts{"&x;"});
+    EXPECT_EQ(entries[0].mTitle, "&a29;<\xC3\xA9");
+}
+
+TEST(XSPFPlaylistParser, HostileDocumentsAreHarmless) {
+    EXPECT_TRUE(XSPF("").empty());
+    EXPECT_TRUE(XSPF(std::string(1000, '\0')).empty());
+    EXPECT_TRUE(XSPF(InList("")).empty());
+    EXPECT_TRUE(XSPF("<playlist/>").empty());
+    std::string deep = "<playlist><trackList>";
+    for (int i = 0; i < 500000; ++i) {
+        deep += "<track>";
+    }
+    EXPECT_TRUE(XSPF(deep).empty());
+    std::string tags = "<playlist><trackList>";
+    for (int i = 0; i < 2000001; ++i) {
+        tags += "<a/>";
+    }
+    EXPECT_TRUE(XSPF(tags + Track("<location>a</location>") + "</trackList></playlist>").empty());
+    std::string text =
+        InList(Track("<location>a</location>") + std::string(1, '\0') + Track("<location>b</location>"));
+    EXPECT_EQ(Locations(XSPF(text)), Texts{"a"});
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>" + std::string(1000000, 'x') + "</location>")))),
+              Texts{std::string(1000000, 'x')});
+}
+
+TEST(XSPFPlaylistParser, DocumentThatIsTooLongHasNoEntries) {
+    std::string text = InList(Track("<location>a</location>"));
+    text.resize(kPlaylist_MaxDocument, ' ');
+    EXPECT_EQ(XSPF(text).size(), 1U);
+    EXPECT_EQ(XSPF(text + " ").size(), 0U);
+}
+
+TEST(XSPFPlaylistParser, HundredThousandEntriesAgree) {
+    std::string tracks;
+    for (int i = 0; i < 100000; ++i) {
+        const std::string number = std::to_string(i);
+        tracks += "<track><location>song" + number + ".mp3</location><title>T " + number +
+                  "</title><creator>C</creator><duration>" + number + "000</duration></track>\n";
+    }
+    const PlaylistEntries entries = XSPF(InList(tracks));
+    ASSERT_EQ(entries.size(), 100000U);
+    EXPECT_EQ(entries[99999].mTitle, "T 99999");
+    EXPECT_EQ(entries[99999].mDuration, 99999U);
+}
+
+TEST(WPLPlaylistParser, EntryIsAMediaWithASource) {
+    const std::string text =
+        "<?wpl version=\"1.0\"?>\r\n<smil><head><title>T</title><media src='head.mp3'/></head><body><seq>\r\n"
+        "<media src=\"..\\a &amp; b.mp3\" cid=\"{1}\"/><media cid='2'/><media src=' '/>\r\n"
+        "<seq><media src=\"C:\\it&apos;s.mp3\"></media></seq><smartPlaylist version='1'/></seq>"
+        "<media src='last'/></body></smil>";
+    const PlaylistEntries entries = WPL(text);
+    ASSERT_EQ(Locations(entries), (Texts{"..\\a & b.mp3", "C:\\it's.mp3", "last"}));
+    EXPECT_EQ(entries[0].mStreamPos, text.find("<media src=\""));
+    EXPECT_EQ(entries[1].mStreamPos, text.find("<media src=\"C"));
+    EXPECT_EQ(entries[0].mTitle, "");
+    EXPECT_EQ(entries[0].mDuration, 0U);
+    const ezStreamOwner stream = MemoryPlaylist(text, "/music/lists/list.wpl");
+    WPLPlaylistParser reader(stream.get());
+    EXPECT_EQ(reader.GetFullURLFor(entries[0].mURI), "file:///music/a%20&%20b.mp3");
+    EXPECT_EQ(reader.GetFullURLFor(entries[1].mURI), "file:///C:/it's.mp3");
+}
+
+TEST(WPLPlaylistParser, SourceThatIsCutIsNone) {
+    const std::string text = "<smil><body><seq><media src=\"aa\"/><media src=\"bb\"/></seq></body></smil>";
+    const std::size_t first = text.find("/><media") + 2;
+    const std::size_t second = text.find("/></seq") + 2;
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        const PlaylistEntries entries = WPL(text.substr(0, size));
+        EXPECT_GE(entries.size(), size >= second ? 2U : size >= first ? 1U : 0U) << size;
+        for (const PlaylistParserEntry& entry : entries) {
+            EXPECT_TRUE(entry.mURI == "aa" || entry.mURI == "bb") << size << entry;
+        }
+    }
+}
+
+TEST(WPLPlaylistParser, EveryEncodingHasThePositionsOfItsBytes) {
+    const std::string ascii = "<smil><body><media src='a'/><media src='b'/></body></smil>";
+    const PlaylistEntries entries = WPL(Utf16(ascii));
+    ASSERT_EQ(Locations(entries), (Texts{"a", "b"}));
+    EXPECT_EQ(entries[1].mStreamPos, 2 + 2 * ascii.rfind("<media"));
+    EXPECT_EQ(Locations(WPL("<smil><body><media src='\xE9'/></body></smil>")), Texts{"\xC3\xA9"});
+}
+
+TEST(WPLPlaylistParser, HostileDocumentsAreHarmless) {
+    EXPECT_TRUE(WPL("").empty());
+    EXPECT_TRUE(WPL("<smil/>").empty());
+    EXPECT_TRUE(WPL("<smil><body/></smil>").empty());
+    EXPECT_TRUE(WPL("<other><body><media src='a'/></body></other>").empty());
+    std::string deep = "<smil><body>";
+    for (int i = 0; i < 500000; ++i) {
+        deep += "<media>";
+    }
+    EXPECT_TRUE(WPL(deep).empty());
+    std::string attributes = "<smil><body><media";
+    for (int i = 0; i < 2000001; ++i) {
+        attributes += " a=''";
+    }
+    EXPECT_TRUE(WPL(attributes + " src='a'/></body></smil>").empty());
+}
+
+TEST(WPLPlaylistParser, HundredThousandEntriesAgree) {
+    std::string text = "<smil><body><seq>";
+    for (int i = 0; i < 100000; ++i) {
+        text += "<media src=\"folder\\song " + std::to_string(i) + ".mp3\"/>\n";
+    }
+    const PlaylistEntries entries = WPL(text + "</seq></body></smil>");
+    ASSERT_EQ(entries.size(), 100000U);
+    EXPECT_EQ(entries[99999].mURI, "folder\\song 99999.mp3");
+}
+
+TEST(XMLPlaylists, ReadersAreFoundByExtensionAndMimeType) {
+    PlaylistParserFactory factory;
+    ASSERT_TRUE(RegisterPlaylistParsers(factory));
+    const ezStreamOwner stream = MemoryPlaylist("");
+    const auto typeOf = [&](const char* aMimeType, const char* anExtension) {
+        const std::unique_ptr<PlaylistParser> reader(
+            factory.NewPlaylistParser(stream.get(), aMimeType, anExtension));
+        return reader != nullptr ? Str(reader->GetMimeType()) : "none";
+    };
+    EXPECT_EQ(typeOf("", "xspf"), "application/xspf+xml");
+    EXPECT_EQ(typeOf("application/xspf+xml", ""), "application/xspf+xml");
+    EXPECT_EQ(typeOf("", ".WPL"), "application/vnd.ms-wpl");
+    for (const char* extension : {"asx", "wax", "wvx"}) {
+        EXPECT_EQ(typeOf("", extension), "video/x-ms-asx");
+    }
+    EXPECT_EQ(typeOf("audio/x-ms-wax", ""), "video/x-ms-asx");
+    EXPECT_EQ(typeOf("video/x-ms-asf", "asx"), "none"); // that is a media
+    for (const char* extension : {"asx", "wpl", "xspf"}) {
+        EXPECT_EQ(factory.NewPlaylistParser(nullptr, "", extension), nullptr);
+    }
+}
+
+#endif

@@ -1,0 +1,187 @@
+#include "PlaylistSource.h"
+
+#include "Unreadable.h"
+
+#include "ez/PlaylistParser.h"
+#include "ez/PlaylistParserFactory.h"
+#include "ezPlatform/base/Condition.h"
+#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/media/MediaInfo.h"
+#include "ezPlatform/streams/FileStream.h"
+#include "ezPlatform/streams/MemoryStream.h"
+#ifdef EZ_HAS_HTTP_STREAM
+#include "ezLiveStreams/HttpStream.h"
+#endif
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{64} * 1024;
+
+/// What does not come from a file is held in memory: half a million entries with long names.
+constexpr std::size_t kMaximumSize = std::size_t{64} * 1024 * 1024;
+constexpr const char* kTooLarge = "larger than 64 MiB";
+
+struct Beginning {
+    std::string_view mText; ///< lower case
+    const char* mExtension;
+};
+
+/// How the formats begin, behind a byte order mark, blanks and the XML declaration.
+constexpr std::array<Beginning, 6> kBeginnings = {{{"[playlist]", "pls"},
+                                                   {"[reference]", "asx"},
+                                                   {"<asx", "asx"},
+                                                   {"<?wpl", "wpl"},
+                                                   {"<smil", "wpl"},
+                                                   {"<playlist", "xspf"}}};
+
+bool IsURL(std::string_view aName) {
+    const ezCString name = ezCString(aName.substr(0, std::strlen("https://"))).Lower();
+    return name.StartsWith("http://") || name.StartsWith("https://");
+}
+
+/// The first letters of a document in any encoding of a home: lower case, without NULs and byte order marks.
+std::string Letters(std::string_view aBytes) {
+    constexpr std::size_t kLooked = 1024;
+    std::string letters;
+    for (const char byte : aBytes.substr(0, kLooked)) {
+        const bool fMark =
+            byte == '\xEF' || byte == '\xBB' || byte == '\xBF' || byte == '\xFE' || byte == '\xFF';
+        if (byte != '\0' && !(fMark && letters.empty())) {
+            letters += ezLower(byte);
+        }
+    }
+    return letters;
+}
+
+/// The extension of the format that bytes are in: M3U, which is any list of names, where nothing else fits.
+std::string ExtensionOf(std::string_view aBytes) {
+    const std::string letters = Letters(aBytes);
+    std::string_view rest = ezTrimmed(letters);
+    for (const char* head : {"<?xml", "<!--"}) {
+        const std::string_view end = head[1] == '?' ? "?>" : "-->";
+        const std::size_t at = rest.find(end);
+        if (rest.substr(0, std::strlen(head)) == head && at != std::string_view::npos) {
+            rest = ezTrimmed(rest.substr(at + end.size()));
+        }
+    }
+    const auto* found =
+        std::find_if(kBeginnings.begin(), kBeginnings.end(), [&](const Beginning& aBeginning) {
+            return rest.substr(0, aBeginning.mText.size()) == aBeginning.mText;
+        });
+    return found != kBeginnings.end() ? found->mExtension : "m3u";
+}
+
+#ifdef EZ_HAS_HTTP_STREAM
+void sDataArrived(void* aCondition) {
+    static_cast<ezCondition*>(aCondition)->Signal();
+}
+
+/// All of a stream, waiting for what has not arrived. False when it fails or is too large.
+bool ReadAll(ezStream& aStream, std::string& aBytes) {
+    ezCondition arrived;
+    aStream.RegisterThresholdCallBack(sDataArrived, &arrived);
+    std::vector<char> block(kBlock);
+    ezStreamingStatus status = ezStreamingStatus_NoError;
+    while (status == ezStreamingStatus_NoError && aBytes.size() <= kMaximumSize) {
+        std::size_t count = block.size();
+        status = aStream.Read(block.data(), &count, 0);
+        aBytes.append(block.data(), count);
+        if (status == ezStreamingStatus_NoError && count == 0) {
+            arrived.Wait();
+        }
+    }
+    aStream.UnregisterThresholdCallBack(sDataArrived);
+    return status == ezStreamingStatus_EOS && aBytes.size() <= kMaximumSize;
+}
+#endif
+
+} // namespace
+
+PlaylistSource::PlaylistSource() = default;
+PlaylistSource::~PlaylistSource() = default;
+
+bool PlaylistSource::Open(const std::string& aName, std::string& aReason) {
+    if (aName == "-") {
+        return OpenInput(aReason);
+    }
+    mfFromNetwork = IsURL(aName);
+    return mfFromNetwork ? OpenURL(aName, aReason) : OpenFile(aName, aReason);
+}
+
+bool PlaylistSource::OpenFile(const std::string& aName, std::string& aReason) {
+    auto file = std::make_unique<ezFile>();
+    if (!file->Open(ezCString(aName), ezFileOpenMode_Read, 0)) {
+        aReason = WhyUnreadable(aName);
+        return false;
+    }
+    mStream.reset(ezFileGetStream(file.release(), "", ezCString(aName)));
+    mExtension = mStream->GetExtension().View();
+    return true;
+}
+
+#ifdef EZ_HAS_HTTP_STREAM
+bool PlaylistSource::OpenURL(const std::string& aName, std::string& aReason) {
+    ezHttpStream* http = new ezHttpStream{ezCString(aName)};
+    const ezStreamOwner owner(http);
+    std::string bytes;
+    if (!ReadAll(*http, bytes)) {
+        aReason = bytes.size() > kMaximumSize ? kTooLarge : http->GetErrorText();
+        return false;
+    }
+    ezMediaInfo info;
+    http->CopyInfo(&info);
+    mMimeType = info.GetCString(kezInfo_MimeType, "").View();
+    mExtension = http->GetExtension().View();
+    TakeBytes(bytes, aName);
+    return true;
+}
+#else
+bool PlaylistSource::OpenURL(const std::string& /*aName*/, std::string& aReason) {
+    aReason = "built without HTTP";
+    return false;
+}
+#endif
+
+bool PlaylistSource::OpenInput(std::string& aReason) {
+    std::string bytes;
+    std::vector<char> block(kBlock);
+    for (std::size_t count = kBlock; count == kBlock && bytes.size() <= kMaximumSize;) {
+        count = std::fread(block.data(), 1, block.size(), stdin);
+        bytes.append(block.data(), count);
+    }
+    if (std::ferror(stdin) != 0 || bytes.size() > kMaximumSize) {
+        aReason = bytes.size() > kMaximumSize ? kTooLarge : std::strerror(errno);
+        return false;
+    }
+    mExtension = ExtensionOf(bytes);
+    TakeBytes(bytes, "");
+    return true;
+}
+
+void PlaylistSource::TakeBytes(const std::string& aBytes, const std::string& aName) {
+    void* block = ezMalloc(std::max<std::size_t>(aBytes.size(), 1));
+    const std::size_t size = block != nullptr ? aBytes.size() : 0;
+    if (size != 0) {
+        std::memcpy(block, aBytes.data(), size);
+    }
+    auto* stream = new ezMemoryStream(block, size, ezCString(mMimeType));
+    stream->SetURI(ezCString(aName));
+    mStream.reset(stream);
+}
+
+PlaylistParser* PlaylistSource::NewReader(const PlaylistParserFactory& aFactory) {
+    // Servers send playlists under all sorts of types, so one that nobody reads does not count.
+    const ezCString mimeType(mMimeType);
+    const bool fKnownType = aFactory.IsSupportedPlaylist(mimeType, "");
+    mReader.reset(aFactory.NewPlaylistParser(mStream.get(), fKnownType ? mimeType : ezCString(),
+                                             ezCString(mExtension)));
+    return mReader.get();
+}

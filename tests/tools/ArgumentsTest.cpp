@@ -276,7 +276,7 @@ std::string ManPage() {
 
 TEST(ManPage, NamesEveryOptionOfTheHelpAndNoOther) {
     const std::set<std::string> options = OptionsIn(RunTool({"--help"}).mOut);
-    EXPECT_EQ(options.size(), 16U);
+    EXPECT_EQ(options.size(), 20U);
     EXPECT_EQ(OptionsIn(ManPage()), options);
 }
 

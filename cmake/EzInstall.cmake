@@ -13,6 +13,7 @@ install(TARGETS ezPlatform ezParsersFramework EXPORT ezParsersFrameworkTargets
 install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
         FILES_MATCHING PATTERN "*.h"
         PATTERN "System.h" EXCLUDE
+        PATTERN "CacheName.h" EXCLUDE
         PATTERN "OrderedByteMap.h" EXCLUDE)
 install(DIRECTORY ezParsersFramework/ez DESTINATION ${EZ_INSTALL_EZ_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 

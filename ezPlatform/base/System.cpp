@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace {
@@ -15,7 +16,9 @@ const ezSystemCalls kReal = {
     [](int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
         return pread(aFile, aBuffer, aSize, anOffset);
     },
-    [](int aFile, const void* aBuffer, std::size_t aSize) { return write(aFile, aBuffer, aSize); },
+    [](int aFile, const void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
+        return pwrite(aFile, aBuffer, aSize, anOffset);
+    },
     [](int aFile) { return fsync(aFile); },
     [](int aFile, mode_t aMode) { return fchmod(aFile, aMode); },
     [](const char* aFrom, const char* aTo) { return rename(aFrom, aTo); },
@@ -24,6 +27,13 @@ const ezSystemCalls kReal = {
     [](const char* aPath) { return realpath(aPath, nullptr); },
     [](std::size_t aSize) { return std::malloc(aSize); },
     [](void* aBlock, std::size_t aSize) { return std::realloc(aBlock, aSize); },
+    [](int aFile, ezFileOffset aLength) { return ftruncate(aFile, aLength); },
+    [](int aFile, const struct timespec* aTimes) { return futimens(aFile, aTimes); },
+    [](int aFile, int anOperation) { return flock(aFile, anOperation); },
+    [](const char* aPath, struct stat* aStatus) { return lstat(aPath, aStatus); },
+    [](const char* aPath) { return opendir(aPath); },
+    [](DIR* aFolder) { return readdir(aFolder); },
+    [](DIR* aFolder) { return closedir(aFolder); },
 };
 
 const ezSystemCalls* gCalls = &kReal;

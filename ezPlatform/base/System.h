@@ -2,6 +2,7 @@
 
 #include "ezPlatform/base/Types.h"
 
+#include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -13,7 +14,7 @@ struct ezSystemCalls {
     int (*mStat)(const char* aPath, struct stat* aStatus);
     int (*mFStat)(int aFile, struct stat* aStatus);
     ssize_t (*mPRead)(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
-    ssize_t (*mWrite)(int aFile, const void* aBuffer, std::size_t aSize);
+    ssize_t (*mPWrite)(int aFile, const void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
     int (*mFSync)(int aFile);
     int (*mFChmod)(int aFile, mode_t aMode);
     int (*mRename)(const char* aFrom, const char* aTo);
@@ -22,6 +23,13 @@ struct ezSystemCalls {
     char* (*mRealPath)(const char* aPath);                 ///< a block for std::free, or null
     void* (*mAllocate)(std::size_t aSize);                 ///< for blocks whose size comes from input
     void* (*mReallocate)(void* aBlock, std::size_t aSize); ///< the same, grown
+    int (*mFTruncate)(int aFile, ezFileOffset aLength);
+    int (*mFUTimens)(int aFile, const struct timespec* aTimes);
+    int (*mFLock)(int aFile, int anOperation);
+    int (*mLStat)(const char* aPath, struct stat* aStatus);
+    DIR* (*mOpenDir)(const char* aPath);
+    struct dirent* (*mReadDir)(DIR* aFolder);
+    int (*mCloseDir)(DIR* aFolder);
 };
 
 /// The calls in force.

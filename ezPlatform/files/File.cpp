@@ -73,23 +73,30 @@ ezFile::~ezFile() {
 }
 
 bool ezFile::Open() {
+    return !IsOpened() && mOpenMode == ezFileOpenMode_Read && OpenRegular(mPath, 0);
+}
+
+bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
     // A NUL would cut the path short and open another file than the one that was named.
-    if (IsOpened() || mOpenMode != ezFileOpenMode_Read || HasNUL(mPath)) {
+    if (HasNUL(aPath)) {
+        errno = EINVAL;
         return false;
     }
     // Non-blocking, or opening a pipe would wait for its writer; regular files do not care.
-    const int file = OpenRepeatedly(mPath, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    const int file = OpenRepeatedly(aPath, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | aMoreFlags, 0);
     if (file < 0) {
         return false;
     }
     struct stat status = {};
     if (ezSystem().mFStat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
         ezSystem().mClose(file);
+        errno = EINVAL;
         return false;
     }
     mFile = file;
     mPosition = 0;
     mLengthAtOpen = status.st_size;
+    mModifiedAtOpen = FromTimespec(status.st_mtim);
     return true;
 }
 
@@ -148,6 +155,8 @@ bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode
         return false;
     }
     mfWriting = true;
+    mPosition = 0;
+    mLengthAtOpen = 0;
     mfWriteFailed = !OpenForWriting(aPath, modeOfOld);
     if (mfWriteFailed) {
         Close();
@@ -164,7 +173,7 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
     std::size_t count = 0;
     while (count < size) {
         const ssize_t piece =
-            ezSystem().mWrite(mFile, static_cast<const char*>(aBuffer) + count, size - count);
+            ezSystem().mPWrite(mFile, static_cast<const char*>(aBuffer) + count, size - count, mPosition);
         if (piece < 0 && errno == EINTR) {
             continue;
         }
@@ -173,8 +182,62 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
             return count > 0 ? static_cast<int>(count) : -1;
         }
         count += static_cast<std::size_t>(piece);
+        mPosition += piece;
+        mLengthAtOpen = std::max(mLengthAtOpen, mPosition);
     }
     return static_cast<int>(count);
+}
+
+bool ezFile::Empty() {
+    if (!mfWriting) {
+        return false;
+    }
+    int result = -1;
+    do {
+        result = ezSystem().mFTruncate(mFile, 0);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) {
+        return false;
+    }
+    mPosition = 0;
+    mLengthAtOpen = 0;
+    mfWriteFailed = false;
+    return true;
+}
+
+bool ezFile::BeginFilling(const ezCString& aBeside) {
+    mFile = OpenRepeatedly(aBeside, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kModeOfNewFile);
+    if (mFile < 0) {
+        return false;
+    }
+    mBeside = aBeside;
+    mfWriting = true;
+    mfFilling = true;
+    return true;
+}
+
+bool ezFile::PutInPlace(const ezCString& aTarget) {
+    // On the disk before it has a name, or a power cut could leave the name without its content.
+    const bool fWritten = mfFilling && !mfWriteFailed && (mLengthAtOpen == 0 || SyncRepeatedly(mFile));
+    if (!fWritten) {
+        Empty();
+        mLengthAtOpen = 0; // nobody takes what did not reach the disk for the content
+    }
+    if (!fWritten || !IsBesideOurs() || ezSystem().mRename(mBeside.c_str(), aTarget.c_str()) != 0) {
+        GiveUp();
+        return false;
+    }
+    mfWriting = false;
+    mfFilling = false;
+    return true;
+}
+
+void ezFile::GiveUp() {
+    if (mfFilling && IsBesideOurs()) {
+        ezSystem().mUnlink(mBeside.c_str());
+    }
+    mfWriting = false;
+    mfFilling = false;
 }
 
 bool ezFile::IsBesideOurs() const {
@@ -188,6 +251,9 @@ bool ezFile::IsBesideOurs() const {
 bool ezFile::Close() {
     if (!IsOpened()) {
         return false;
+    }
+    if (mfFilling) {
+        GiveUp();
     }
     // Another writer of the same target may have put a file of its own there, half written.
     const bool fBeside = mfWriting && IsBesideOurs();
@@ -241,7 +307,7 @@ ezFileOffset ezFile::Seek(ezFileOffset anOffset, int aSeekMode) {
 }
 
 int ezFile::Read(void* aBuffer, std::size_t aSize) {
-    if (!IsOpened() || mfWriting) {
+    if (!IsOpened() || (mfWriting && !mfFilling)) {
         return -1;
     }
     const std::size_t size = std::min<std::size_t>(aSize, INT_MAX);

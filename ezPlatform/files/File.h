@@ -17,6 +17,7 @@ enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1
 /// opened for a moment, which a waiting writer of a pipe notices). The object keeps its own position and
 /// reads at it, so moving the position costs no system call (counted from the end it asks for the length).
 /// Not shared between threads.
+/// A file of a cache that is being filled (ezFileCacheManager) is read and written through one object.
 class EZPLATFORM_API ezFile {
 public:
     ezFile() = default;
@@ -46,18 +47,24 @@ public:
     /// ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the process's mask.
     bool Create(const ezCString& aPath, bool afOverwrite, int anAccessMode);
 
-    /// Writes to a file of Create: the count, less than aSize after a failure, or -1 when nothing was
-    /// written. Interrupted and partial writes are repeated. Requests over INT_MAX are taken as INT_MAX.
+    /// Writes at the position, to a file of Create or one being filled, and moves the position: the count,
+    /// less than aSize after a failure, or -1 when nothing was written. Interrupted and partial writes are
+    /// repeated. Requests over INT_MAX are taken as INT_MAX.
     int Write(const void* aBuffer, std::size_t aSize);
+
+    /// Makes a file that is being written empty, and puts it at its start: what a writer that failed half-way
+    /// wrote is gone, and so is the memory of its failure. False, the file left as it was, when the file is
+    /// not being written or the system refuses.
+    bool Empty();
 
     /// Closes. For a file of Create this is what makes the new content stand under its name: a saver calls
     /// it, and false means that the old file stands as it was (or, written in place, that it may be damaged).
-    /// A file of Create that is destroyed without Close is given up.
+    /// A file of Create that is destroyed without Close is given up. A file being filled is given up by both.
     bool Close();
 
     /// The length now, in bytes: one system call. -1 when not open or not to be had.
     ezFileOffset Length() const;
-    /// The length that Open saw: no system call. -1 when not open.
+    /// The length that Open saw, or that writing reached: no system call. -1 when not open.
     ezFileOffset LengthAtOpen() const { return IsOpened() ? mLengthAtOpen : -1; }
 
     /// Moves the position, beyond the end too. The new position, or -1 (position unchanged) when the file is
@@ -76,6 +83,17 @@ public:
                          ezDateTime* anAccess);
 
 private:
+    friend class ezFileCacheManager;
+
+    /// Opens for reading with more flags; errno tells why it was refused.
+    bool OpenRegular(const ezCString& aPath, int aMoreFlags);
+    /// Begins to fill a new file that is not to be seen by others yet; errno tells why it was refused.
+    bool BeginFilling(const ezCString& aBeside);
+    /// Puts what was filled under its name and goes on reading it. False: it is given up.
+    bool PutInPlace(const ezCString& aTarget);
+    /// Takes the name of what was filled away and goes on reading it.
+    void GiveUp();
+
     bool OpenForWriting(const ezCString& aPath, int aModeOfOld);
     bool IsBesideOurs() const;
 
@@ -84,8 +102,10 @@ private:
     ezCString mBeside; ///< the file that is written; empty when it is the target itself
     bool mfWriting = false;
     bool mfWriteFailed = false;
+    bool mfFilling = false; ///< written and read; nothing stands in its place until PutInPlace
     int mOpenMode = ezFileOpenMode_Read;
     int mFile = -1;
     ezFileOffset mPosition = 0;
     ezFileOffset mLengthAtOpen = 0;
+    ezDateTime mModifiedAtOpen;
 };

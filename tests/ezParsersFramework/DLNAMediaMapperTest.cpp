@@ -500,7 +500,7 @@ using DLNAMediaMapperFailingSave = FailingSave;
 
 TEST_F(DLNAMediaMapperFailingSave, FullDiskAtOnce) {
     ReplacedSystem system;
-    system.mCalls.mWrite = [](int, const void*, std::size_t) -> ssize_t {
+    system.mCalls.mPWrite = [](int, const void*, std::size_t, ezFileOffset) -> ssize_t {
         errno = ENOSPC;
         return -1;
     };
@@ -511,14 +511,15 @@ TEST_F(DLNAMediaMapperFailingSave, FullDiskAtOnce) {
 TEST_F(DLNAMediaMapperFailingSave, FullDiskInTheMiddle) {
     gBytesOnDisk = 100;
     ReplacedSystem system;
-    system.mCalls.mWrite = [](int aFile, const void* aBuffer, std::size_t aSize) -> ssize_t {
+    system.mCalls.mPWrite = [](int aFile, const void* aBuffer, std::size_t aSize,
+                               ezFileOffset anOffset) -> ssize_t {
         if (gBytesOnDisk == 0) {
             errno = ENOSPC;
             return -1;
         }
         const std::size_t size = aSize < 100 ? aSize : 100;
         gBytesOnDisk = 0;
-        return ezSystem_Real().mWrite(aFile, aBuffer, size);
+        return ezSystem_Real().mPWrite(aFile, aBuffer, size, anOffset);
     };
     ExpectUnableTo("write", mMapper->Save());
     ExpectPreviousFile();

@@ -295,7 +295,7 @@ TEST_F(FileCreate, AnObjectServesOneFileAfterAnother) {
 
 TEST_F(FileCreate, AFullDiskLeavesTheOldFile) {
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
-        aCalls.mWrite = [](int, const void*, std::size_t) -> ssize_t {
+        aCalls.mPWrite = [](int, const void*, std::size_t, ezFileOffset) -> ssize_t {
             errno = ENOSPC;
             return -1;
         };
@@ -311,15 +311,16 @@ TEST_F(FileCreate, AFullDiskLeavesTheOldFile) {
 TEST_F(FileCreate, ADiskThatFillsUpIsAShortWriteAndLeavesTheOldFile) {
     gCalls = 0;
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
-        aCalls.mWrite = [](int aFile, const void* aBuffer, std::size_t aSize) -> ssize_t {
+        aCalls.mPWrite = [](int aFile, const void* aBuffer, std::size_t aSize,
+                            ezFileOffset anOffset) -> ssize_t {
             if (++gCalls == 1) {
-                return ezSystem_Real().mWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 5));
+                return ezSystem_Real().mPWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 5), anOffset);
             }
             if (gCalls == 2) {
                 errno = ENOSPC;
                 return -1;
             }
-            return ezSystem_Real().mWrite(aFile, aBuffer, aSize);
+            return ezSystem_Real().mPWrite(aFile, aBuffer, aSize, anOffset);
         };
     });
     ezFile file;
@@ -332,7 +333,7 @@ TEST_F(FileCreate, ADiskThatFillsUpIsAShortWriteAndLeavesTheOldFile) {
 
 TEST_F(FileCreate, AWriteThatTakesNothingIsAFailure) {
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
-        aCalls.mWrite = [](int, const void*, std::size_t) -> ssize_t { return 0; };
+        aCalls.mPWrite = [](int, const void*, std::size_t, ezFileOffset) -> ssize_t { return 0; };
     });
     const Watchdog watchdog;
     EXPECT_FALSE(Save(mPath, kNew));
@@ -346,11 +347,12 @@ TEST_F(FileCreate, PartialAndInterruptedCallsAreRepeated) {
             errno = EINTR;
             return ++gCalls % 2 == 1 ? -1 : ezSystem_Real().mOpen(aPath, aFlags, aMode);
         };
-        aCalls.mWrite = [](int aFile, const void* aBuffer, std::size_t aSize) -> ssize_t {
+        aCalls.mPWrite = [](int aFile, const void* aBuffer, std::size_t aSize,
+                            ezFileOffset anOffset) -> ssize_t {
             errno = EINTR;
             return ++gCalls % 2 == 1
                        ? -1
-                       : ezSystem_Real().mWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 3));
+                       : ezSystem_Real().mPWrite(aFile, aBuffer, std::min<std::size_t>(aSize, 3), anOffset);
         };
         aCalls.mFSync = [](int aFile) {
             errno = EINTR;
@@ -364,7 +366,9 @@ TEST_F(FileCreate, PartialAndInterruptedCallsAreRepeated) {
 
 TEST_F(FileCreate, ARequestOverINT_MAXIsTakenAsINT_MAX) {
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
-        aCalls.mWrite = [](int, const void*, std::size_t aSize) { return static_cast<ssize_t>(aSize); };
+        aCalls.mPWrite = [](int, const void*, std::size_t aSize, ezFileOffset) {
+            return static_cast<ssize_t>(aSize);
+        };
     });
     ezFile file;
     ASSERT_TRUE(Create(file, mPath));

@@ -1,0 +1,159 @@
+#include "ez/ThumbnailProvider.h"
+
+#include "ezPlatform/base/Assert.h"
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/LogDuration.h"
+#include "ezPlatform/containers/Items.h"
+#include "ezPlatform/files/File.h"
+#include "ezPlatform/files/FileCacheManager.h"
+
+#include <memory>
+#include <string_view>
+
+/// One line of the thumbnail module, if the level lets it through.
+#define Thumbnail_Log(aLevel, ...)                                                                           \
+    do {                                                                                                     \
+        if (_ezLog_Level > (aLevel)) {                                                                       \
+            ezLog_Line_F(aLevel, EZLOG_M_THUMBNAIL, nullptr, 0, __VA_ARGS__);                                \
+        }                                                                                                    \
+    } while (false)
+
+namespace {
+
+unsigned long ULong(uint32 aValue) {
+    return static_cast<unsigned long>(aValue);
+}
+
+/// The identity is put in as bytes: a NUL in it would end a "%s", and two items would share a name.
+ezCString NameFor(const ThumbnailInfo& anInfo, const ezCString& anIdentity) {
+    const ezCString name =
+        ezCString::Format(kThumbnail_TempFileName, "", ULong(anInfo.mWidth), ULong(anInfo.mHeight),
+                          ULong(anInfo.mWidthMax), ULong(anInfo.mHeightMax), ULong(anInfo.mPixelRatioHeight),
+                          ULong(anInfo.mPixelRatioWidth), anInfo.mfParentalLocked ? '1' : '0');
+    const std::size_t identityAt = std::string_view(kThumbnail_TempFileName).find("%s");
+    return name.Left(identityAt) + anIdentity + name.Mid(identityAt);
+}
+
+} // namespace
+
+ezThumbnailProviderManager::ezThumbnailProviderManager(ezFileCacheManager* aFileCacheManager,
+                                                       ezThumbnailGenerator* anThumbnailGenerator)
+    : mThumbnailProviderList(ezPtrList_New()),
+      mThumbnailGenerator(anThumbnailGenerator),
+      mFileCacheManager(aFileCacheManager) {
+    ezPtrList_SetFreeFunc(mThumbnailProviderList, ThumbnailProvider_Free);
+}
+
+ezThumbnailProviderManager::~ezThumbnailProviderManager() {
+    ezPtrList_Delete(mThumbnailProviderList);
+    delete mThumbnailGenerator; // before the default provider: no provider touches it in the end
+    delete mDefaultThumbnailProvider;
+}
+
+void ezThumbnailProviderManager::ThumbnailProvider_Free(void* aThumbnailProvider) {
+    delete static_cast<ezThumbnailProvider*>(aThumbnailProvider);
+}
+
+void ezThumbnailProviderManager::Add(ezThumbnailProvider* aThumbnailProvider) {
+    if (aThumbnailProvider == nullptr) {
+        return;
+    }
+    ezPtrList_Append(mThumbnailProviderList, aThumbnailProvider);
+    Thumbnail_Log(EZLOGLEVEL_INFO, "Added thumbnail provider '%s' to thumbnail provider manager %p\n",
+                  aThumbnailProvider->GetName(), static_cast<void*>(this));
+}
+
+void ezThumbnailProviderManager::SetDefaultProvider(ezThumbnailProvider* aThumbnailProvider) {
+    if (aThumbnailProvider != mDefaultThumbnailProvider) {
+        delete mDefaultThumbnailProvider;
+        mDefaultThumbnailProvider = aThumbnailProvider;
+    }
+}
+
+uint32 ezThumbnailProviderManager::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    uint32 possible =
+        mDefaultThumbnailProvider != nullptr ? mDefaultThumbnailProvider->GetPossibleThumbnailFor(anInfo) : 0;
+    for (ezThumbnailProvider* provider : ezItems<ezThumbnailProvider>(mThumbnailProviderList)) {
+        if (possible != 0) {
+            break;
+        }
+        possible = provider->GetPossibleThumbnailFor(anInfo);
+    }
+    return possible;
+}
+
+ezCString ezThumbnailProviderManager::GetThumbnailFileName(const ThumbnailInfo* anInfo,
+                                                           bool afUseDefaultProvider) {
+    const uint32 wanted = anInfo->mThumbnailID;
+    if (!ezAssert((wanted & (kJPEGThumbnailID | kPNGThumbnailID)) != 0,
+                  "ezThumbnailProviderManager: Unknown thumbnail ID", "ThumbnailProviderManager")) {
+        return {};
+    }
+    const ezCString identity =
+        afUseDefaultProvider ? anInfo->mMimeType.BeforeFirst('/').Lower() : anInfo->mUniqueID;
+    return NameFor(*anInfo, identity) + ((wanted & kJPEGThumbnailID) != 0 ? ".jpg" : ".png");
+}
+
+bool ezThumbnailProviderManager::Build(const ThumbnailInfo* anInfo, bool afUseDefaultProvider,
+                                       ezFile* aFile) {
+    if (afUseDefaultProvider && mDefaultThumbnailProvider != nullptr) {
+        return mDefaultThumbnailProvider->BuildThumbnail(anInfo, aFile);
+    }
+    // True when nobody is able: the empty file is remembered, so that nobody is asked in vain again.
+    bool fSuccess = true;
+    for (ezThumbnailProvider* provider : ezItems<ezThumbnailProvider>(mThumbnailProviderList)) {
+        if (!provider->CanProvideThumbnailFor(anInfo)) {
+            continue;
+        }
+        // What another one left half-written is not the beginning of this one's.
+        fSuccess = aFile->Empty() && provider->BuildThumbnail(anInfo, aFile);
+        if (fSuccess) {
+            break;
+        }
+    }
+    return fSuccess;
+}
+
+ezFile* ezThumbnailProviderManager::GetCachedThumbnail(const ThumbnailInfo* anInfo,
+                                                       bool afUseDefaultProvider) {
+    const ezCString name = GetThumbnailFileName(anInfo, afUseDefaultProvider);
+    if (name.IsEmpty()) {
+        return nullptr;
+    }
+    Thumbnail_Log(EZLOGLEVEL_DEBUG, "GetCachedThumbnail: %s\n", mFileCacheManager->GetFullPath(name).c_str());
+    bool fNew = false;
+    std::unique_ptr<ezFile> file(mFileCacheManager->OpenCachedFile(name, &fNew, 0));
+    if (file == nullptr) {
+        return nullptr;
+    }
+    if (fNew) {
+        const bool fSuccess = Build(anInfo, afUseDefaultProvider, file.get());
+        mFileCacheManager->SetCachedFileState(name, file.get(), fSuccess);
+        if (!fSuccess) {
+            return nullptr;
+        }
+    }
+    // Below 0 when a provider closed it.
+    if (file->LengthAtOpen() <= 0 || file->Seek(0, ezFileSeekMode_Begin) != 0) {
+        return nullptr;
+    }
+    return file.release();
+}
+
+ezFile* ezThumbnailProviderManager::GetThumbnail(const ThumbnailInfo* anInfo, bool afUseDefault) {
+    const ezCString fullName = anInfo->mFilePath.GetFullName();
+    const ezLogDuration duration(EZLOGLEVEL_DEBUG, EZLOG_M_THUMBNAIL, kezLogDuration_Duration,
+                                 "Retrieving thumbnail for '%s'\n", fullName.c_str());
+    ezFile* file = GetCachedThumbnail(anInfo, false);
+    if (file == nullptr && afUseDefault) {
+        file = GetCachedThumbnail(anInfo, true);
+    }
+    Thumbnail_Log(EZLOGLEVEL_WARNING, "%s able to retrieve thumbnail for '%s'\n",
+                  file != nullptr ? "Was" : "NOT", fullName.c_str());
+    return file;
+}
+
+ezCString ezThumbnailProviderManager::GetThumbnailDLNAProfiles() {
+    return ezCString("image/jpeg:DLNA.ORG_PN=JPEG_TN") + kezThumbnailDLNAFlags +
+           ",image/png:DLNA.ORG_PN=PNG_TN" + kezThumbnailDLNAFlags;
+}

@@ -1,0 +1,278 @@
+#include "ezPlatform/files/FileCacheManager.h"
+
+#include "ezPlatform/base/System.h"
+#include "ezPlatform/files/CacheName.h"
+#include "ezPlatform/files/Dir.h"
+#include "ezPlatform/files/File.h"
+#include "ezPlatform/files/PathName.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <memory>
+#include <string_view>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::string_view kFillingPrefix = ".fill-"; // no cached file's name begins with a dot
+constexpr std::size_t kMaximumCandidates = 1024;
+constexpr std::size_t kScanShare = 8; // a scan is due when an eighth of a bound was added
+constexpr int kMaximumTries = 8;
+constexpr std::int64_t kNanoseconds = 1000000000;
+
+std::int64_t Pid() {
+    return static_cast<std::int64_t>(getpid());
+}
+
+std::pair<std::int64_t, std::int64_t> UsedAt(const struct stat& aStatus) {
+    return {aStatus.st_mtim.tv_sec, aStatus.st_mtim.tv_nsec};
+}
+
+std::pair<std::int64_t, std::int64_t> Now() {
+    struct timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return {now.tv_sec, now.tv_nsec};
+}
+
+} // namespace
+
+ezFileCacheManager::ezFileCacheManager(const ezCString& aFolder, std::uint64_t aMaximumBytes,
+                                       std::size_t aMaximumFiles)
+    : mFolder(ezPathName::MakeDirPath(aFolder).GetFullPath() + "ezcache/"),
+      mMaximumBytes(aMaximumBytes),
+      mMaximumFiles(aMaximumFiles) {}
+
+bool ezFileCacheManager::sUsedBefore(const Candidate& aLeft, const Candidate& aRight) {
+    return aLeft.mUsed < aRight.mUsed;
+}
+
+ezCString ezFileCacheManager::GetFullPath(const ezCString& aName) const {
+    return mFolder + ezCacheName(aName.View());
+}
+
+ezFileCacheManager::Stamp ezFileCacheManager::NextStamp() {
+    // A device without a clock of its own begins in 1970 again: what is used now still counts as the latest.
+    Stamp next = {mLastStamp.first, mLastStamp.second + 1};
+    if (next.second >= kNanoseconds) {
+        next = {next.first + 1, 0};
+    }
+    mLastStamp = std::max(Now(), next);
+    return mLastStamp;
+}
+
+void ezFileCacheManager::MarkUsed(ezFile& aFile) {
+    const Stamp stamp = NextStamp();
+    struct timespec time = {};
+    time.tv_sec = static_cast<decltype(time.tv_sec)>(stamp.first);
+    time.tv_nsec = static_cast<decltype(time.tv_nsec)>(stamp.second);
+    const struct timespec times[2] = {time, time};
+    ezSystem().mFUTimens(aFile.mFile, times); // refused, the file just goes earlier
+}
+
+ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, int /*anOption*/) {
+    *afNew = false;
+    std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
+    // A link would lead out of the folder.
+    if (file->OpenRegular(GetFullPath(aName), O_NOFOLLOW)) {
+        const ezDateTime& time = file->mModifiedAtOpen;
+        const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
+        if (!mfScanned && used > Now()) {
+            Scan(); // for the latest, which the clock has fallen behind
+        }
+        mLastStamp = std::max(mLastStamp, used);
+        MarkUsed(*file);
+        return file.release();
+    }
+    if (errno != ENOENT && errno != ELOOP) {
+        return nullptr;
+    }
+    ezFile* made = OpenNew();
+    *afNew = made != nullptr;
+    return made;
+}
+
+ezFile* ezFileCacheManager::OpenNew() {
+    if (!mfScanned) {
+        Scan(); // before anything else: also who is killed again and again removes what that left
+    }
+    std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
+    for (int tries = 0; tries < kMaximumTries; ++tries) {
+        const Stamp stamp = NextStamp();
+        const ezCString path =
+            mFolder + ezCString::Format("%.*s%lld-%lld-%lld-%lu", static_cast<int>(kFillingPrefix.size()),
+                                        kFillingPrefix.data(), static_cast<long long>(Pid()),
+                                        static_cast<long long>(stamp.first),
+                                        static_cast<long long>(stamp.second),
+                                        static_cast<unsigned long>(mFillings++));
+        if (OpenNewAt(*file, path)) {
+            return file.release();
+        }
+        if (errno == ENOENT && !ezDir_CreateRecursively(mFolder)) {
+            return nullptr;
+        }
+        if (errno != ENOENT && errno != EEXIST && errno != EAGAIN) {
+            return nullptr;
+        }
+    }
+    return nullptr;
+}
+
+bool ezFileCacheManager::OpenNewAt(ezFile& aFile, const ezCString& aPath) {
+    if (!aFile.BeginFilling(aPath)) {
+        return false;
+    }
+    // The lock tells others that somebody is filling the file; it goes with the process. Between making and
+    // locking it another may have taken the file for one that was left behind.
+    const bool fTaken = ezSystem().mFLock(aFile.mFile, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (fTaken || !aFile.IsBesideOurs()) {
+        aFile.Close();
+        errno = EAGAIN;
+        return false;
+    }
+    return true;
+}
+
+void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFile, bool afGood) {
+    if (aFile == nullptr) {
+        return;
+    }
+    if (aFile->mfFilling) {
+        if (afGood) {
+            Keep(aName, *aFile);
+        } else {
+            aFile->GiveUp();
+        }
+    } else if (!afGood) {
+        ezSystem().mUnlink(GetFullPath(aName).c_str());
+    }
+}
+
+void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
+    const auto size = static_cast<std::uint64_t>(aFile.LengthAtOpen());
+    if (!aFile.mfWriteFailed && (size > mMaximumBytes || mMaximumFiles == 0)) {
+        aFile.GiveUp();
+        return;
+    }
+    const ezCString path = GetFullPath(aName);
+    struct stat old = {};
+    const bool fReplaces = ezSystem().mLStat(path.c_str(), &old) == 0;
+    MarkUsed(aFile);
+    if (!aFile.PutInPlace(path)) {
+        return;
+    }
+    if (fReplaces) {
+        Forget(static_cast<std::uint64_t>(old.st_size));
+    }
+    ++mFiles;
+    ++mAddedFiles;
+    mBytes += size;
+    mAddedBytes += size;
+    if (IsScanDue()) {
+        Scan();
+    }
+    Evict(path);
+}
+
+bool ezFileCacheManager::IsScanDue() const {
+    return mAddedFiles >= mMaximumFiles / kScanShare || mAddedBytes >= mMaximumBytes / kScanShare;
+}
+
+void ezFileCacheManager::Forget(std::uint64_t aSize) {
+    mFiles -= std::min<std::size_t>(mFiles, 1);
+    mBytes -= std::min(mBytes, aSize);
+}
+
+void ezFileCacheManager::Scan() {
+    mfScanned = true;
+    mFiles = 0;
+    mBytes = 0;
+    mAddedFiles = 0;
+    mAddedBytes = 0;
+    mCandidates.clear();
+    DIR* folder = ezSystem().mOpenDir(mFolder.c_str());
+    if (folder == nullptr) {
+        return;
+    }
+    while (const struct dirent* entry = ezSystem().mReadDir(folder)) {
+        LookAt(static_cast<const char*>(entry->d_name));
+    }
+    ezSystem().mCloseDir(folder);
+    std::sort_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
+    std::reverse(mCandidates.begin(), mCandidates.end());
+}
+
+void ezFileCacheManager::LookAt(const char* aName) {
+    const std::string_view name = aName;
+    const ezCString path = mFolder + aName;
+    if (name.substr(0, kFillingPrefix.size()) == kFillingPrefix) {
+        RemoveIfStale(path);
+        return;
+    }
+    struct stat status = {};
+    if (name[0] == '.' || ezSystem().mLStat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return;
+    }
+    const Stamp used = UsedAt(status);
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    ++mFiles;
+    mBytes += size;
+    mLastStamp = std::max(mLastStamp, used);
+    // The latest of the candidates stands first, and leaves when there are too many of them.
+    if (mCandidates.size() == kMaximumCandidates) {
+        if (used >= mCandidates.front().mUsed) {
+            return;
+        }
+        std::pop_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
+        mCandidates.pop_back();
+    }
+    mCandidates.push_back({used, size, aName});
+    std::push_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
+}
+
+void ezFileCacheManager::RemoveIfStale(const ezCString& aPath) {
+    const int file = ezSystem().mOpen(aPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+    if (file < 0) {
+        return;
+    }
+    if (ezSystem().mFLock(file, LOCK_EX | LOCK_NB) == 0) {
+        ezSystem().mUnlink(aPath.c_str());
+    }
+    ezSystem().mClose(file);
+}
+
+void ezFileCacheManager::Evict(const ezCString& aKeptPath) {
+    bool fFresh = false;
+    while (IsOverBounds()) {
+        if (mCandidates.empty()) {
+            if (fFresh) {
+                return; // what is left cannot be removed
+            }
+            Scan();
+            fFresh = true;
+            continue;
+        }
+        const Candidate candidate = std::move(mCandidates.back());
+        mCandidates.pop_back();
+        if (mFolder + candidate.mName != aKeptPath) {
+            EvictOne(candidate);
+        }
+    }
+}
+
+void ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
+    const ezCString path = mFolder + aCandidate.mName;
+    struct stat status = {};
+    if (ezSystem().mLStat(path.c_str(), &status) != 0) {
+        if (errno == ENOENT) {
+            Forget(aCandidate.mSize); // another process was faster
+        }
+        return;
+    }
+    // Used since the scan, it is no longer among the oldest.
+    if (UsedAt(status) == aCandidate.mUsed && ezSystem().mUnlink(path.c_str()) == 0) {
+        Forget(aCandidate.mSize);
+    }
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "ezPlatform/base/Export.h"
+#include "ezPlatform/base/Types.h"
+#include "ezPlatform/text/CString.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+class ezFile;
+
+/// Files that can be made again, kept under names of any text within bounds on their number and total size.
+///
+/// A host asks OpenCachedFile for a name. What is cached comes open for reading; else an empty file comes to
+/// be filled, which is then reported by SetCachedFileState. Only what was reported as good is handed out
+/// later: a file that is being filled stands under a name of its own, and a process that is killed on the way
+/// leaves nothing behind but that, which the next one removes.
+///
+/// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed.
+/// Nothing outside of it is touched, symbolic links are not followed there, and foreign files beside it are
+/// safe; whatever lies in it belongs to the cache. A hit is marked by the file's time of modification.
+///
+/// Any number of processes and objects may use one folder. Two that fill the same name at once each fill a
+/// file of their own, and the last one stays. Each looks the folder through now and then, so that with n of
+/// them the bounds may be exceeded by n/8 for a while; one alone keeps them to the file. An object is used by
+/// one thread at a time.
+class EZPLATFORM_API ezFileCacheManager {
+public:
+    /// @param aFolder        where the cache lies; it need not exist, and nothing is done before the first
+    /// use
+    /// @param aMaximumBytes  bound on the sum of the lengths; a file that is longer is handed out, not kept
+    /// @param aMaximumFiles  bound on the number of files, the empty ones included; 0 keeps none
+    /// When a bound is exceeded, what was not used for the longest time goes first.
+    ezFileCacheManager(const ezCString& aFolder, std::uint64_t aMaximumBytes, std::size_t aMaximumFiles);
+
+    ezFileCacheManager(const ezFileCacheManager&) = delete;
+    ezFileCacheManager& operator=(const ezFileCacheManager&) = delete;
+
+    /// The file cached under a name, at its start; the caller's. The cost does not depend on how many there
+    /// are.
+    /// @param aName    any bytes, of any number; different names have different files
+    /// @param afNew    receives true when the file is new: empty, at its start, to be written and read. The
+    ///                 caller fills it and calls SetCachedFileState; destroyed without that, it is given up.
+    /// @param anOption 0; no other is known
+    /// Null, *afNew false, when the file cannot be opened, or a new one cannot be made (a full disk).
+    ezFile* OpenCachedFile(const ezCString& aName, bool* afNew, int anOption);
+
+    /// Tells what became of filling a new file. With afGood it is cached from now on, or, where it cannot be
+    /// kept, just goes on to be readable; if its content could not be written, it is empty then. Without
+    /// afGood nothing is kept, and the name is new at the next request; a file that was not new loses its
+    /// name this way. The file stays the caller's and open, for reading. Null is ignored.
+    void SetCachedFileState(const ezCString& aName, ezFile* aFile, bool afGood);
+
+    /// The path of the file that a name has, whether it is cached or not.
+    ezCString GetFullPath(const ezCString& aName) const;
+
+private:
+    using Stamp = std::pair<std::int64_t, std::int64_t>; ///< seconds and nanoseconds
+
+    /// A file that may have to go.
+    struct Candidate {
+        Stamp mUsed;
+        std::uint64_t mSize;
+        ezCString mName;
+    };
+
+    static bool sUsedBefore(const Candidate& aLeft, const Candidate& aRight);
+
+    Stamp NextStamp();
+    void MarkUsed(ezFile& aFile);
+    ezFile* OpenNew();
+    bool OpenNewAt(ezFile& aFile, const ezCString& aPath);
+    void Keep(const ezCString& aName, ezFile& aFile);
+    void Scan();
+    void LookAt(const char* aName);
+    void RemoveIfStale(const ezCString& aPath);
+    bool IsOverBounds() const { return mFiles > mMaximumFiles || mBytes > mMaximumBytes; }
+    bool IsScanDue() const;
+    void Evict(const ezCString& aKeptPath);
+    void EvictOne(const Candidate& aCandidate);
+    void Forget(std::uint64_t aSize);
+
+    ezCString mFolder; ///< ends in "/"
+    std::uint64_t mMaximumBytes;
+    std::size_t mMaximumFiles;
+
+    bool mfScanned = false;
+    std::size_t mFiles = 0; ///< as far as this object knows, as are the other sums
+    std::uint64_t mBytes = 0;
+    std::size_t mAddedFiles = 0; ///< since the last scan
+    std::uint64_t mAddedBytes = 0;
+    std::vector<Candidate> mCandidates; ///< those that were oldest at the last scan, the oldest last
+    Stamp mLastStamp = {0, 0};
+    std::uint32_t mFillings = 0;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ezThumbnails/Export.h"
+
+#include "ez/ThumbnailProvider.h"
+
+/// Makes thumbnails of JPEG and PNG pictures.
+///
+/// The kind of a source is seen from its bytes, whatever its MIME type says. JPEG may be of any kind that
+/// libjpeg-turbo decodes with 8 bits a sample: baseline, progressive, grey, CMYK. PNG may be of any kind. The
+/// orientation of an Exif block (also of one in a PNG) is applied, and the final size computed of the picture
+/// as it is seen. A PNG with a gamma of its own is brought to that of sRGB; colour profiles are not applied.
+///
+/// It writes a baseline JPEG with 4:2:0 subsampling (JFIF 1.02, standard Huffman tables), in which what is
+/// transparent is white, or a PNG of 8 bits a sample without interlace, which keeps transparency. Within 160
+/// by 160 pixels these are the DLNA profiles JPEG_TN and PNG_TN. Every pixel is the average of the area that
+/// it covers in the original.
+///
+/// A picture that is cut short, corrupt, or fails a check sum fails, and so does one that would cost more
+/// than the limits below; nothing is written then. The cost of a JPEG in memory is that of a few rows, of a
+/// progressive one that of its coefficients, of an interlaced PNG that of the whole picture.
+///
+/// A source that has not arrived yet is waited for. Stateless; one thread at a time uses an object.
+class EZTHUMBNAILS_API PictureThumbnailGenerator : public ezThumbnailGenerator {
+public:
+    /// Pixels that an original may have: those of the largest sensors in telephones, 16320 by 12240.
+    static constexpr uint32 kMaxPixels = 200'000'000;
+    /// The longest side of an original: what a JPEG is able to state.
+    static constexpr uint32 kMaxSide = 65535;
+    /// Bytes that decoding may hold at a time: a progressive JPEG of 32 million pixels at 4:2:0.
+    static constexpr uint32 kMaxMemory = 96U << 20;
+    /// Scans that a JPEG may have: encoders write about 10, and each costs a walk through the whole picture.
+    static constexpr int kMaxScans = 64;
+    /// Bytes of a source: beyond a JPEG of so many pixels with the least compression.
+    static constexpr uint32 kMaxSourceBytes = 512U << 20;
+    /// Pixels that a thumbnail may have: the largest picture of DLNA's JPEG profiles, 4096 by 4096.
+    static constexpr uint32 kMaxThumbnailPixels = 4096 * 4096;
+
+    PictureThumbnailGenerator();
+    ~PictureThumbnailGenerator() override;
+
+    /// Both formats of a JPEG or PNG MIME type (any case, parameters ignored), nothing of others.
+    uint32 CanConvert(const ezCString& aMimeType) override;
+    /// With mfFastRescale a JPEG may be decoded smaller than it is wanted, and be enlarged.
+    bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
+                        ezFile* aFile) override;
+};

@@ -1,0 +1,80 @@
+#include "ezThumbnails/detail/PictureReader.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+void sDataArrived(void* aUserData) {
+    static_cast<ezCondition*>(aUserData)->Signal();
+}
+
+bool IsWaiting(ezStreamingStatus aStatus, std::size_t aCount) {
+    return aStatus == ezStreamingStatus_NoError && aCount == 0;
+}
+
+} // namespace
+
+ezStreamingStatus PictureReader::WaitingRead(unsigned char* aBuffer, std::size_t* aSize) {
+    const std::size_t asked = *aSize;
+    ezStreamingStatus status = mStream->Read(aBuffer, aSize, 0);
+    if (!IsWaiting(status, *aSize)) {
+        return status;
+    }
+    mStream->RegisterThresholdCallBack(sDataArrived, &mArrived);
+    while (true) { // looks again first: what came before the callback was registered fires no more
+        *aSize = asked;
+        status = mStream->Read(aBuffer, aSize, 0);
+        if (!IsWaiting(status, *aSize)) {
+            break;
+        }
+        mArrived.Wait();
+    }
+    mStream->UnregisterThresholdCallBack(sDataArrived);
+    return status;
+}
+
+/// Reads behind the bytes of the block.
+bool PictureReader::Append() {
+    if (mfEnd) {
+        return false;
+    }
+    const std::size_t asked = kBlock - mCount;
+    std::size_t count = asked;
+    const ezStreamingStatus status = WaitingRead(mBlock + mCount, &count);
+    const bool fBytes = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
+    count = fBytes ? std::min(count, asked) : 0;
+    mfEnd = status != ezStreamingStatus_NoError || count > mLeft;
+    if (count > mLeft) {
+        return false;
+    }
+    mLeft -= count;
+    mCount += count;
+    return count != 0;
+}
+
+bool PictureReader::Fill() {
+    mCount = 0;
+    mOffset = 0;
+    return Append();
+}
+
+bool PictureReader::Gather(std::size_t aCount) {
+    while (mCount < aCount && Append()) {
+    }
+    return mCount != 0;
+}
+
+bool PictureReader::Read(unsigned char* aBuffer, std::size_t aCount) {
+    while (aCount > 0) {
+        if (GetCount() == 0 && !Fill()) {
+            return false;
+        }
+        const std::size_t count = std::min(aCount, GetCount());
+        std::memcpy(aBuffer, GetData(), count);
+        Skip(count);
+        aBuffer += count;
+        aCount -= count;
+    }
+    return true;
+}

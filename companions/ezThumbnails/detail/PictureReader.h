@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ezPlatform/base/Condition.h"
+#include "ezPlatform/streams/Stream.h"
+
+#include <cstddef>
+#include <cstdint>
+
+/// Reads a picture's stream from where it stands, block by block; waits for what has not arrived yet.
+///
+/// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
+/// a read waits. One thread.
+class PictureReader {
+public:
+    /// @param aLimit  bytes after which the reader fails
+    PictureReader(ezStream* aStream, std::uint64_t aLimit) : mStream(aStream), mLeft(aLimit) {}
+    PictureReader(const PictureReader&) = delete;
+    PictureReader& operator=(const PictureReader&) = delete;
+
+    /// The bytes at hand, lent until Fill.
+    const unsigned char* GetData() const { return mBlock + mOffset; }
+    std::size_t GetCount() const { return mCount - mOffset; }
+    /// Moves behind bytes at hand.
+    void Skip(std::size_t aCount) { mOffset += aCount; }
+    /// Brings a block to hand in place of one that is used up. False at the end and after a failure.
+    bool Fill();
+    /// Brings the first bytes of the stream to hand, at least so many (no more than a block) if it has them.
+    /// False when there is none.
+    bool Gather(std::size_t aCount);
+    /// Copies exactly so many bytes, and moves behind them. False when there are not so many.
+    bool Read(unsigned char* aBuffer, std::size_t aCount);
+
+private:
+    ezStreamingStatus WaitingRead(unsigned char* aBuffer, std::size_t* aSize);
+    bool Append();
+
+    static constexpr std::size_t kBlock = 16 * 1024;
+
+    ezStream* mStream;
+    ezCondition mArrived;
+    std::uint64_t mLeft;
+    std::size_t mCount = 0;
+    std::size_t mOffset = 0;
+    bool mfEnd = false;
+    unsigned char mBlock[kBlock] = {};
+};

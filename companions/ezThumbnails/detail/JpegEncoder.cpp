@@ -74,20 +74,29 @@ private:
         mInfo.dest = &mDestination;
         mInfo.image_width = mPicture.mWidth;
         mInfo.image_height = mPicture.mHeight;
-        mInfo.input_components = static_cast<int>(mPicture.mChannels);
-        mInfo.in_color_space = mPicture.mChannels == 1 ? JCS_GRAYSCALE : JCS_RGB;
-        jpeg_set_defaults(&mInfo);
-        jpeg_set_colorspace(&mInfo, JCS_YCbCr);
-        mInfo.comp_info[0].h_samp_factor = 2;
-        mInfo.comp_info[0].v_samp_factor = 2;
+        mInfo.input_components = 3;
+        mInfo.in_color_space = JCS_RGB;
+        jpeg_set_defaults(&mInfo);    // YCbCr, 4:2:0
         mInfo.JFIF_minor_version = 2; // what the DLNA profiles want at least
         jpeg_set_quality(&mInfo, kQuality, TRUE);
     }
 
     void WriteRows() {
         jpeg_start_compress(&mInfo, TRUE);
+        const bool fGrey = mPicture.mChannels == 1;
+        JSAMPARRAY spread = nullptr; // of the library; it makes no colours of grey by itself
+        if (fGrey) {
+            spread = mInfo.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&mInfo), JPOOL_IMAGE,
+                                             3 * mPicture.mWidth, 1);
+        }
         while (mInfo.next_scanline < mInfo.image_height) {
             JSAMPROW row = mPicture.mBytes.get() + mPicture.GetRowBytes() * mInfo.next_scanline;
+            if (fGrey) {
+                for (std::size_t i = 0; i < std::size_t{3} * mPicture.mWidth; ++i) {
+                    spread[0][i] = row[i / 3];
+                }
+                row = spread[0];
+            }
             jpeg_write_scanlines(&mInfo, &row, 1);
         }
         jpeg_finish_compress(&mInfo);

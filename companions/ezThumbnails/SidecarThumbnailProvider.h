@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ezThumbnails/Export.h"
+
+#include "ez/ThumbnailProvider.h"
+
+#include <cstddef>
+#include <vector>
+
+/// Makes thumbnails of a picture that lies beside the media.
+///
+/// Tried are, for "film.mkv", "film.cover" and "film", and then "cover", "folder", "front", "albumart" and
+/// "poster", each with the extensions "jpg", "jpeg" and "png" in this order; A to Z in any case. Of names
+/// that differ in case alone the one in the case given here comes first, then the others in the order of
+/// their bytes. The media itself is none of them, under no name that it has, and what is not a regular file
+/// (or a symbolic link to one) neither. The extension tells the MIME type.
+///
+/// The folder is listed once for each walk over the candidates, and nothing of it is kept. A host that serves
+/// pictures asks its provider of pictures first, or every photo beside a "cover.jpg" would look like that.
+class EZTHUMBNAILS_API SidecarThumbnailProvider : public ezIndirectThumbnailProvider {
+public:
+    /// @param aThumbnailGenerator  borrowed, the manager's
+    explicit SidecarThumbnailProvider(ezThumbnailGenerator* aThumbnailGenerator)
+        : ezIndirectThumbnailProvider("sidecar", aThumbnailGenerator) {}
+    ~SidecarThumbnailProvider() override;
+
+    void GetFirstPath(const ThumbnailInfo* anInfo) override;
+    void GetNextPath(const ThumbnailInfo* anInfo) override;
+
+private:
+    std::vector<ezCString> mPaths;
+    std::size_t mNextPath = 0;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ezThumbnails/detail/Cover.h"
+
+class ezStream;
+
+/// The cover of a media, by the container it is in. A stream that is no such container, is damaged before the
+/// cover, or has none, gives a cover that is not found. All sizes are held against what they lie in; a tag or
+/// box that claims more is not looked into. The stream is left anywhere.
+///
+/// A tag at the start of the stream, versions 2.2 to 2.4, from APIC and PIC frames. Compressed and encrypted
+/// frames, and those inside other frames (chapters), are passed over.
+Cover FindID3Cover(ezStream& aStream);
+
+/// FLAC, from its PICTURE blocks; an ID3v2 tag before it is passed over.
+Cover FindFLACCover(ezStream& aStream);
+
+/// MP4 and its kin, from moov/udta/meta/ilst/covr, wherever moov lies. The first picture is the cover, as
+/// they have no types.
+Cover FindMP4Cover(ezStream& aStream);
+
+/// Ogg with Vorbis or Opus, from METADATA_BLOCK_PICTURE comments of the first such stream. Text that goes
+/// across pages, as that of most covers does, comes in several pieces, with the page headers left out.
+Cover FindOggCover(ezStream& aStream);

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What looking for a cover in a file of strangers may cost.
+
+/// A finder reads its file by blocks of this size, one kept, and this often; then it gives up. That is 16
+/// MiB: every box, frame or page that is stepped over costs a block at most, so a walk over thousands of them
+/// fits, and so does a tag of the largest size that has to be read byte by byte.
+inline constexpr std::size_t kCover_BlockSize = 4096;
+inline constexpr std::uint32_t kCover_MaxBlocks = 4096;
+
+/// The largest picture that stays in the file: what the 24 bits of a FLAC block can hold. Covers are below 1.
+inline constexpr std::uint32_t kCover_MaxSize = std::uint32_t{16} * 1024 * 1024;
+
+/// The largest picture, as it is stored, that is gathered in memory: it is there next to the decoder's own.
+inline constexpr std::uint32_t kCover_MaxHeldSize = std::uint32_t{8} * 1024 * 1024;
+
+/// The longest MIME type or description before a picture in an ID3 tag, in bytes. A title fits many times.
+inline constexpr std::uint32_t kCover_MaxText = 4096;
+
+/// Base64 characters in which the description of a picture ends and its data begins: 3 KiB when decoded.
+inline constexpr std::size_t kCover_MaxBase64Head = 4096;
+
+/// Boxes of an MP4 that are stepped over, all levels together. A film in fragments has some thousand at the
+/// top, behind the box with the cover.
+inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
+
+/// Pages of an Ogg up to the end of the comments, other streams' included: the largest picture in pages of 4
+/// KiB, as low-delay encoders write them, fits.
+inline constexpr std::uint32_t kCover_MaxPages = 3072;

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "ezThumbnails/detail/Cover.h"
+
+#include "ez/ThumbnailProvider.h"
+
+/// A picture that lies in a file in pieces, or with stuffing in between: its stream holds it in memory.
+class GatheredCoverSource : public ezThumbnailSource {
+public:
+    /// @param aFilePath the file
+    /// @param aCover    found in it
+    GatheredCoverSource(const ezPathName& aFilePath, const Cover& aCover);
+    ~GatheredCoverSource() override;
+
+    bool Exists() const override;
+    /// Null when the file does not open, is not as long as it was, there is no memory for the picture, or it
+    /// is larger than kCover_MaxHeldSize.
+    ezStream* GetStream() const override;
+
+private:
+    ezPathName mFilePath;
+    Cover mCover;
+};

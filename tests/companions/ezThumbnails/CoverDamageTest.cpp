@@ -1,0 +1,118 @@
+#include "CoverKit.h"
+
+namespace {
+
+struct Sample {
+    const char* mName;
+    CoverFinder mFinder;
+    std::string mBytes;
+};
+
+/// One file for each way that a cover is stored, its last byte that of the cover or of what has to be whole.
+std::vector<Sample> Samples() {
+    const std::string picture = Jpeg("front");
+    const std::string back = Png("back");
+    const std::string block = PictureOfFlac(3, Jpeg(std::string(200, 'x')));
+    std::string pages = VorbisHead(7);
+    for (const std::string& page : OggPages(7, "\x03vorbis" + Comments({PictureComment(block)}), 255)) {
+        pages += page;
+    }
+    return {
+        {"ID3 2.2", FindID3Cover, ID3(2, 0, Frame22("PIC", "\0JPG\3\0"s + picture))},
+        {"ID3 2.3", FindID3Cover,
+         ID3(3, 0x40,
+             Big(6, 4) + std::string(6, '\0') + Frame23("APIC", Apic(4, back)) +
+                 Frame23("APIC", Apic(3, picture)))},
+        {"ID3 2.3, unsynchronised", FindID3Cover,
+         ID3(3, 0x80, Unsynchronised(Frame23("APIC", Apic(3, picture))))},
+        {"ID3 2.4", FindID3Cover,
+         ID3(4, 0x40,
+             Syncsafe(6) + "\1\0"s +
+                 Frame24("APIC",
+                         "g" + Syncsafe(30) + Unsynchronised("\1image/jpeg\0\3\xFF\xFE\0\0"s + picture),
+                         0x43))},
+        {"FLAC", FindFLACCover,
+         ID3(4, 0, "") + "fLaC" + FlacBlock(0, std::string(34, 's')) +
+             FlacBlock(6, PictureOfFlac(3, picture))},
+        {"MP4", FindMP4Cover, Ftyp() + LongBox("mdat", "samples") + Moov(DataBox(13, picture))},
+        {"Ogg on one page", FindOggCover,
+         VorbisHead(7) +
+             OggPage(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, picture))}), true)},
+        {"Ogg across pages", FindOggCover, pages},
+    };
+}
+
+/// What holds for every cover, whatever the bytes.
+void ExpectWithin(const Cover& aCover, std::size_t aFileSize) {
+    if (!aCover.IsFound()) {
+        return;
+    }
+    ASSERT_FALSE(aCover.mPieces.empty());
+    for (const CoverPiece& piece : aCover.mPieces) {
+        ASSERT_GT(piece.mSize, 0U);
+        ASSERT_LE(piece.mOffset, aFileSize);
+        ASSERT_LE(piece.mSize, aFileSize - piece.mOffset);
+    }
+}
+
+} // namespace
+
+TEST(CoverDamage, WhatIsWholeHasACoverAndWhatIsCutAnywhereHasNone) {
+    for (const Sample& sample : Samples()) {
+        EXPECT_TRUE(FindCover(sample.mFinder, sample.mBytes).IsFound()) << sample.mName;
+        for (std::size_t length = 0; length < sample.mBytes.size(); ++length) {
+            EXPECT_FALSE(FindCover(sample.mFinder, sample.mBytes.substr(0, length)).IsFound())
+                << sample.mName << " " << length;
+        }
+    }
+}
+
+TEST(CoverDamage, EveryBitFlippedLeavesTheCoverWithinTheFile) {
+    for (const Sample& sample : Samples()) {
+        for (std::size_t bit = 0; bit < sample.mBytes.size() * 8; ++bit) {
+            std::string bytes = sample.mBytes;
+            bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ 1 << bit % 8);
+            SCOPED_TRACE(sample.mName + " bit "s + std::to_string(bit));
+            ExpectWithin(FindCover(sample.mFinder, bytes), bytes.size());
+        }
+    }
+}
+
+TEST(CoverDamage, EveryByteFlippedIsReadToAnEnd) {
+    for (const Sample& sample : Samples()) {
+        for (std::size_t i = 0; i < sample.mBytes.size(); ++i) {
+            std::string bytes = sample.mBytes;
+            bytes[i] = static_cast<char>(~bytes[i]);
+            SCOPED_TRACE(sample.mName + " byte "s + std::to_string(i));
+            ExpectWithin(FindCover(sample.mFinder, bytes), bytes.size());
+            for (const std::string& cover : CoversOf(bytes)) {
+                EXPECT_LE(cover.size(), bytes.size() + 100);
+                EXPECT_EQ(cover.find("<error>"), std::string::npos);
+            }
+        }
+    }
+}
+
+TEST(CoverDamage, TheSameBytesInEveryFinderAreOnlyOnesCover) {
+    const CoverFinder finders[] = {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover};
+    for (const Sample& sample : Samples()) {
+        for (const CoverFinder finder : finders) {
+            EXPECT_EQ(FindCover(finder, sample.mBytes).IsFound(), finder == sample.mFinder) << sample.mName;
+        }
+    }
+}
+
+TEST(CoverDamage, AStreamThatIsNotOpenHasNoCover) {
+    for (const CoverFinder finder : {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover}) {
+        const ezStreamOwner stream = MemoryFile("");
+        EXPECT_FALSE(finder(*stream).IsFound());
+    }
+}
+
+TEST(CoverDamage, LookingReadsABoundedPartOfTheFile) {
+    // Unsynchronisation makes every byte be read: a frame of more than that is not stepped over.
+    const std::string frame = Frame24("APIC", Apic(3, Jpeg("front")));
+    const std::string tag = Frame23("PRIV", std::string(20 * 1024 * 1024, 'p'));
+    EXPECT_FALSE(FindCover(FindID3Cover, ID3(3, 0x80, tag + frame)).IsFound());
+    EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0, tag + frame)).IsFound());
+}

@@ -1,0 +1,123 @@
+#include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/detail/Sidecars.h"
+
+#include "support/ScriptedThumbnails.h"
+#include "support/Str.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// A folder with files, each of which holds its own name.
+struct Folder {
+    explicit Folder(const Names& aNames) {
+        for (const std::string& name : aNames) {
+            mFolder.Write(name, name);
+        }
+    }
+    /// The names of what is tried for a media of the folder.
+    Names Tried(const std::string& aMedia) const {
+        Names names;
+        for (const ezCString& path : FindSidecars(Bytes(mFolder.Path(aMedia)))) {
+            names.push_back(Str(path).substr(mFolder.GetPath().size() + 1));
+        }
+        return names;
+    }
+    TemporaryFolder mFolder;
+};
+
+const Names kOrder = {"film.cover.jpg", "film.cover.jpeg", "film.cover.png", "film.jpg",   "film.jpeg",
+                      "film.png",       "cover.jpg",       "cover.jpeg",     "cover.png",  "folder.jpg",
+                      "folder.jpeg",    "folder.png",      "front.jpg",      "front.jpeg", "front.png",
+                      "albumart.jpg",   "albumart.jpeg",   "albumart.png",   "poster.jpg", "poster.jpeg",
+                      "poster.png"};
+
+} // namespace
+
+TEST(Sidecars, AreTriedInTheGivenOrder) {
+    Names files = kOrder;
+    std::reverse(files.begin(), files.end());
+    files.insert(files.end(),
+                 {"film.mkv", "film.gif", "other.jpg", "film.mkv.jpg", "cover", "covers.jpg", "jpg"});
+    EXPECT_EQ(Folder(files).Tried("film.mkv"), kOrder);
+}
+
+TEST(Sidecars, EachAloneIsFoundInAnyCase) {
+    for (const std::string& name : kOrder) {
+        const std::string upper = Str(Bytes(name).Upper());
+        EXPECT_EQ(Folder({"film.mkv", name}).Tried("film.mkv"), Names{name});
+        EXPECT_EQ(Folder({"film.mkv", upper}).Tried("film.mkv"), Names{upper});
+    }
+}
+
+TEST(Sidecars, OfNamesThatDifferInCaseAloneTheExactOneComesFirst) {
+    EXPECT_EQ(Folder({"cover.JPG", "Cover.jpg", "COVER.JPG", "cover.jpg"}).Tried("film.mkv"),
+              (Names{"cover.jpg", "COVER.JPG", "Cover.jpg", "cover.JPG"}));
+    // Each of two media has its own.
+    const Folder two({"Film.mkv", "film.mkv", "Film.jpg", "film.jpg"});
+    EXPECT_EQ(two.Tried("Film.mkv"), (Names{"Film.jpg", "film.jpg"}));
+    EXPECT_EQ(two.Tried("film.mkv"), (Names{"film.jpg", "Film.jpg"}));
+}
+
+TEST(Sidecars, TheMediaItselfIsNone) {
+    EXPECT_EQ(Folder({"cover.jpg", "folder.png"}).Tried("cover.jpg"), Names{"folder.png"});
+    EXPECT_EQ(Folder({"photo.jpg"}).Tried("photo.jpg"), Names());
+    const Folder linked({"song.mp3", "poster.png"});
+    ASSERT_EQ(symlink(linked.mFolder.Path("song.mp3").c_str(), linked.mFolder.Path("song.jpg").c_str()), 0);
+    ASSERT_EQ(link(linked.mFolder.Path("song.mp3").c_str(), linked.mFolder.Path("cover.jpg").c_str()), 0);
+    EXPECT_EQ(linked.Tried("song.mp3"), Names{"poster.png"});
+}
+
+TEST(Sidecars, OnlyRegularFilesCount) {
+    const Folder folder({"film.mkv", "cover.jpg/inner", "Cover.jpg", "picture"});
+    ASSERT_EQ(mkfifo(folder.mFolder.Path("folder.jpg").c_str(), 0600), 0);
+    ASSERT_EQ(symlink("nowhere", folder.mFolder.Path("front.jpg").c_str()), 0);
+    ASSERT_EQ(symlink("picture", folder.mFolder.Path("poster.jpg").c_str()), 0);
+    EXPECT_EQ(folder.Tried("film.mkv"), (Names{"Cover.jpg", "poster.jpg"}));
+}
+
+TEST(Sidecars, NamesOfMediaMayBeOdd) {
+    // Without an extension, with a leading dot, with two dots, with a backslash.
+    EXPECT_EQ(Folder({"film", "film.jpg"}).Tried("film"), Names{"film.jpg"});
+    EXPECT_EQ(Folder({".film", ".film.jpg"}).Tried(".film"), Names{".film.jpg"});
+    EXPECT_EQ(Folder({"a.b.mkv", "a.b.jpg", "a.jpg"}).Tried("a.b.mkv"), Names{"a.b.jpg"});
+    EXPECT_EQ(Folder({"AC\\DC.mp3", "AC\\DC.jpg", "DC.jpg"}).Tried("AC\\DC.mp3"), Names{"AC\\DC.jpg"});
+    // The media need not be there; without a name or a folder there is nothing beside it.
+    EXPECT_EQ(Folder({"film.jpg"}).Tried("film.mkv"), Names{"film.jpg"});
+    EXPECT_EQ(Folder({"film.jpg"}).Tried("absent/film.mkv"), Names());
+    EXPECT_EQ(Folder({"film.jpg", ".jpg"}).Tried(""), Names());
+    EXPECT_TRUE(FindSidecars("").empty());
+}
+
+TEST(SidecarThumbnailProvider, BuildsFromTheFirstThatConvertsWithTheTypeOfItsExtension) {
+    const Folder folder({"film.mkv", "film.JPEG", "cover.png"});
+    folder.mFolder.Write("film.JPEG", "corrupt");
+    ThumbnailTrace trace;
+    ScriptedGenerator generator(trace);
+    generator.mFormats = {{"image/jpeg", kJPEGThumbnailID}, {"image/png", kJPEGThumbnailID}};
+    SidecarThumbnailProvider provider(&generator);
+    ThumbnailInfo info;
+    info.mMimeType = "video/x-matroska";
+    info.mThumbnailID = kJPEGThumbnailID;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.mFolder.Path("film.mkv")));
+    EXPECT_TRUE(provider.CanProvideThumbnailFor(&info));
+    ezFile file;
+    ASSERT_TRUE(file.Create(Bytes(folder.mFolder.Path("out")), true, ezFileAccessMode_ReadWrite));
+    EXPECT_TRUE(provider.BuildThumbnail(&info, &file));
+    ASSERT_TRUE(file.Close());
+    EXPECT_EQ(trace, (ThumbnailTrace{"convert image/jpeg", "convert image/jpeg", "build corrupt",
+                                     "convert image/png", "build cover.png"}));
+    // Another request starts anew, and sees what has changed.
+    ASSERT_EQ(unlink(folder.mFolder.Path("film.JPEG").c_str()), 0);
+    ASSERT_EQ(unlink(folder.mFolder.Path("cover.png").c_str()), 0);
+    EXPECT_FALSE(provider.CanProvideThumbnailFor(&info));
+    EXPECT_FALSE(provider.SourceToTry());
+}

@@ -152,7 +152,7 @@ struct JpegDecoder::State {
     /// Looks for the orientation in an APP1; keeps nothing else of it, however many there are.
     static boolean OnApp1(j_decompress_ptr anInfo) {
         State* const state = Of(anInfo);
-        std::size_t count = state->NextByte(anInfo) * 256U;
+        std::size_t count = std::size_t{state->NextByte(anInfo)} << 8;
         count += state->NextByte(anInfo);
         if (count < 2) {
             ERREXIT(anInfo, JERR_BAD_LENGTH);

@@ -34,7 +34,7 @@ private:
     ezStreamingStatus WaitingRead(unsigned char* aBuffer, std::size_t* aSize);
     bool Append();
 
-    static constexpr std::size_t kBlock = 16 * 1024;
+    static constexpr std::size_t kBlock = 16384;
 
     ezStream* mStream;
     ezCondition mArrived;

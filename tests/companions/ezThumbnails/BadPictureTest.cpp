@@ -1,0 +1,209 @@
+#include "GeneratorKit.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// A stream that counts what is read of it.
+class CountedStream : public ezStream {
+public:
+    CountedStream(std::string aBytes, std::size_t* aCount) : mBytes(std::move(aBytes)), mCount(aCount) {
+        *mCount = 0;
+    }
+    ezCString GetExtension() const override { return {}; }
+    ezCString GetURI() const override { return {}; }
+    ezuint64 GetSize() override { return mBytes.size(); }
+    bool IsOpened() override { return true; }
+    ezStreamingStatus Seek(const ezuint64& /*aPosition*/) override { return ezStreamingStatus_NotSupported; }
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int /*aFlag*/) override {
+        const std::size_t asked = *aSize;
+        *aSize = std::min(asked, mBytes.size() - *mCount);
+        std::memcpy(aBuffer, mBytes.data() + *mCount, *aSize);
+        *mCount += *aSize;
+        return *aSize < asked ? ezStreamingStatus_EOS : ezStreamingStatus_NoError;
+    }
+
+private:
+    std::string mBytes;
+    std::size_t* mCount;
+};
+
+constexpr std::size_t kFewBytes = 40'000;
+
+class BadPicture : public ThumbnailGenerator {
+protected:
+    void SetUp() override {
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+    }
+    /// Nothing is printed, whatever the picture is.
+    void TearDown() override {
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    }
+
+    template <typename Source>
+    bool Fails(const Source& aSource) {
+        return Build(aSource) == "<failed>";
+    }
+
+    /// Refused at its header: hardly anything of the picture is read.
+    void ExpectRefusedAtOnce(const std::string& aBytes) {
+        ASSERT_GT(aBytes.size(), 2 * kFewBytes);
+        std::size_t read = 0;
+        EXPECT_TRUE(Fails(BytesSource(new CountedStream(aBytes, &read))));
+        EXPECT_LT(read, kFewBytes);
+    }
+};
+
+// ---- pictures that would cost too much ----
+
+TEST_F(BadPicture, OfTooManyPixelsIsRefusedAtItsHeader) {
+    const std::string jpeg = MakeJpeg(Noise(400, 400, 3), JCS_RGB);
+    const std::string png = MakePng(Noise(400, 400, 3), PNG_COLOR_TYPE_RGB);
+    ASSERT_FALSE(Fails(jpeg));
+    ASSERT_FALSE(Fails(png));
+    ASSERT_EQ(WithPngSize(png, 400, 400), png);
+    ExpectRefusedAtOnce(WithJpegSize(jpeg, 60000, 60000));
+    ExpectRefusedAtOnce(WithJpegSize(jpeg, 14143, 14143)); // just above 200,000,000
+    ExpectRefusedAtOnce(WithPngSize(png, 60000, 60000));
+    ExpectRefusedAtOnce(WithPngSize(png, 14143, 14143));
+    ExpectRefusedAtOnce(WithPngSize(png, 65536, 10));
+    ExpectRefusedAtOnce(WithPngSize(png, 10, 0x7FFFFFFF));
+    ExpectRefusedAtOnce(WithPngSize(png, 0, 10));
+    ExpectRefusedAtOnce(WithJpegSize(jpeg, 0, 10));
+}
+
+TEST_F(BadPicture, ThatWouldHoldTooMuchMemoryIsRefusedBeforeItIsDecoded) {
+    const std::string progressive = MakeJpeg(Noise(400, 400, 3), JCS_RGB, jpeg_simple_progression);
+    const std::string interlaced = MakePng(Noise(400, 400, 3), PNG_COLOR_TYPE_RGB, 8, true);
+    ASSERT_FALSE(Fails(progressive));
+    ASSERT_FALSE(Fails(interlaced));
+    ExpectRefusedAtOnce(WithJpegSize(progressive, 12000, 12000));
+    ExpectRefusedAtOnce(WithPngSize(interlaced, 12000, 12000));
+    // The same size is read where a few rows are all that is held.
+    std::size_t read = 0;
+    const std::string plain = WithPngSize(MakePng(Noise(400, 400, 3), PNG_COLOR_TYPE_RGB), 12000, 12000);
+    EXPECT_TRUE(Fails(BytesSource(new CountedStream(plain, &read))));
+    EXPECT_GT(read, kFewBytes);
+}
+
+TEST_F(BadPicture, OfTooManyScansIsRefused) {
+    for (const int scans : {64, 65, 127}) {
+        std::vector<jpeg_scan_info> script(1, jpeg_scan_info{1, {0}, 0, 0, 0, 0});
+        for (int band = 1; band <= 63; ++band) {
+            script.push_back({1, {0}, band, band, 0, 1});
+        }
+        for (int band = 1; band <= 63; ++band) {
+            script.push_back({1, {0}, band, band, 1, 0});
+        }
+        const std::string source =
+            MakeJpeg(Noise(64, 64, 1), JCS_GRAYSCALE, [&script, scans](jpeg_compress_struct* anInfo) {
+                anInfo->scan_info = script.data();
+                anInfo->num_scans = scans;
+            });
+        EXPECT_EQ(Fails(source), scans > PictureThumbnailGenerator::kMaxScans) << scans;
+    }
+}
+
+TEST_F(BadPicture, WithMuchBesideThePictureIsTakenWithoutKeepingIt) {
+    const std::vector<JpegMarker> markers(500, {JPEG_APP0 + 1, std::string(65000, 'x')});
+    EXPECT_NE(Build(MakeJpeg(Quarters(40, 30, kRGBW), JCS_RGB, nullptr, markers)), "<failed>");
+    std::string text(3 << 20, 'x');
+    EXPECT_NE(Build(MakePng(Quarters(40, 30, kRGBW), PNG_COLOR_TYPE_RGB, 8, false,
+                            [&text](png_structp aPng, png_infop anInfo) {
+                                png_text comment = {};
+                                comment.compression = PNG_TEXT_COMPRESSION_zTXt;
+                                char key[] = "Comment";
+                                comment.key = key;
+                                comment.text = text.data();
+                                comment.text_length = text.size();
+                                png_set_text(aPng, anInfo, &comment, 1);
+                            })),
+              "<failed>");
+}
+
+// ---- pictures that are damaged ----
+
+std::vector<std::string> Samples() {
+    const TestPicture noise = Noise(50, 40, 3);
+    std::string exif = TiffBlock(6, true);
+    const auto withExif = [&exif](png_structp aPng, png_infop anInfo) {
+        png_set_eXIf_1(aPng, anInfo, static_cast<png_uint_32>(exif.size()),
+                       reinterpret_cast<png_bytep>(exif.data()));
+    };
+    return {MakePng(noise, PNG_COLOR_TYPE_RGB, 8, false, withExif),
+            MakePng(noise, PNG_COLOR_TYPE_RGB, 16, true),
+            MakePng(Noise(50, 40, 4), PNG_COLOR_TYPE_RGB_ALPHA),
+            MakeJpeg(noise, JCS_RGB, nullptr, {ExifMarker(6)}),
+            MakeJpeg(noise, JCS_RGB, jpeg_simple_progression),
+            MakeJpeg(noise, JCS_RGB, [](jpeg_compress_struct* anInfo) { anInfo->restart_interval = 2; }),
+            MakeJpeg(Noise(50, 40, 4), JCS_CMYK),
+            MakeJpeg(noise, JCS_RGB, [](jpeg_compress_struct* anInfo) { anInfo->arith_code = TRUE; })};
+}
+
+TEST_F(BadPicture, CutShortAnywhereFails) {
+    for (const std::string& sample : Samples()) {
+        ASSERT_FALSE(Fails(sample));
+        for (std::size_t count = 0; count < sample.size(); count += count < 700 ? 7 : 211) {
+            EXPECT_TRUE(Fails(sample.substr(0, count))) << count;
+        }
+        for (std::size_t missing = 1; missing <= 20; ++missing) {
+            EXPECT_TRUE(Fails(sample.substr(0, sample.size() - missing))) << missing;
+        }
+    }
+}
+
+TEST_F(BadPicture, APngWithAnyBitFlippedFails) {
+    for (const std::string& sample : Samples()) {
+        for (std::size_t at = 0; sample[0] != '\xFF' && at < sample.size(); at += at < 200 ? 1 : 61) {
+            std::string flipped = sample;
+            flipped[at] = static_cast<char>(flipped[at] ^ 1 << at % 8);
+            EXPECT_TRUE(Fails(flipped)) << at;
+        }
+    }
+}
+
+TEST_F(BadPicture, AJpegWithABitFlippedFailsOrGivesAWholeThumbnail) {
+    std::size_t failed = 0;
+    std::size_t built = 0;
+    for (const std::string& sample : Samples()) {
+        for (std::size_t at = 0; sample[0] == '\xFF' && at < sample.size(); at += at < 700 ? 3 : 83) {
+            std::string flipped = sample;
+            flipped[at] = static_cast<char>(flipped[at] ^ 1 << at % 8);
+            const std::string thumbnail = Build(flipped);
+            if (thumbnail == "<failed>") {
+                ++failed;
+                continue;
+            }
+            ++built;
+            const ReadJpeg read(thumbnail);
+            EXPECT_LE(std::max(read.mPicture.mWidth, read.mPicture.mHeight), 160U) << at;
+            EXPECT_EQ(read.mWarnings, 0) << at;
+        }
+    }
+    EXPECT_GT(failed, 0U);
+    EXPECT_GT(built, 0U); // not every bit of a JPEG is guarded
+}
+
+TEST_F(BadPicture, AJpegWithBytesTooManyBetweenItsMarkersIsTaken) {
+    std::string jpeg = MakeJpeg(Quarters(40, 30, kRGBW), JCS_RGB);
+    jpeg.insert(jpeg.find("\xFF\xDB"), "pad");
+    ExpectCorners(ReadJpeg(Build(jpeg)).mPicture, kRGBW, 6);
+    EXPECT_FALSE(Fails(MakeJpeg(Quarters(40, 30, kRGBW), JCS_RGB) + "behind"));
+}
+
+TEST_F(BadPicture, AJpegWhoseDataEndsBeforeItsEndMarkerFails) {
+    const std::string jpeg = MakeJpeg(Noise(100, 100, 3), JCS_RGB);
+    for (std::size_t at = jpeg.size() / 2; at + 300 < jpeg.size(); at += 500) {
+        std::string gap = jpeg;
+        gap.erase(at, gap.size() - 2 - at);
+        EXPECT_TRUE(Fails(gap)) << at;
+    }
+}
+
+} // namespace

@@ -169,6 +169,12 @@ TEST(OggCover, APacketWithAMissingPageHasNoCover) {
         withoutLast += i + 1 == pages.size() ? OggPage(7, 0, "audio", true) : pages[i];
     }
     EXPECT_EQ(CoversOf(withoutFirst), Covers());
+    // The second page begins a packet anew, where the first has left one open.
+    std::string anew = VorbisHead(7);
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        anew += i == 1 ? std::string(pages[i]).replace(5, 1, 1, '\0') : pages[i];
+    }
+    EXPECT_EQ(CoversOf(anew), Covers());
     EXPECT_EQ(CoversOf(withoutLast), Covers());
 }
 

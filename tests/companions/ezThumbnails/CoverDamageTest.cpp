@@ -111,8 +111,10 @@ TEST(CoverDamage, AStreamThatIsNotOpenHasNoCover) {
 
 TEST(CoverDamage, LookingReadsABoundedPartOfTheFile) {
     // Unsynchronisation makes every byte be read: a frame of more than that is not stepped over.
-    const std::string frame = Frame24("APIC", Apic(3, Jpeg("front")));
-    const std::string tag = Frame23("PRIV", std::string(20 * 1024 * 1024, 'p'));
-    EXPECT_FALSE(FindCover(FindID3Cover, ID3(3, 0x80, tag + frame)).IsFound());
-    EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0, tag + frame)).IsFound());
+    const std::string frame = Frame23("APIC", Apic(3, Jpeg("front")));
+    const std::string small = Frame23("PRIV", std::string(1024 * 1024, 'p'));
+    const std::string large = Frame23("PRIV", std::string(20 * 1024 * 1024, 'p'));
+    EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0x80, small + Unsynchronised(frame))).IsFound());
+    EXPECT_FALSE(FindCover(FindID3Cover, ID3(3, 0x80, large + Unsynchronised(frame))).IsFound());
+    EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0, large + frame)).IsFound());
 }

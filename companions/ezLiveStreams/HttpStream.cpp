@@ -61,7 +61,7 @@ std::string_view PathOf(std::string_view aURL) {
 class ezHttpStream::Transfer {
 public:
     Transfer(const ezCString& aURL, const ezHttpOptions& anOptions, ezFeedBuffer& aBuffer)
-        : mOptions(anOptions), mBuffer(aBuffer) {
+        : mOptions(anOptions), mBuffer(aBuffer), mFinalURL(aURL.View()) {
         InitializeOnce();
         mEasy.reset(curl_easy_init());
         mMulti.reset(curl_multi_init());
@@ -93,6 +93,11 @@ public:
         if (!anInfo.mLastModificationTime.IsSet()) {
             anInfo.mLastModificationTime = mModified;
         }
+    }
+
+    ezCString GetFinalURL() {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        return ezCString(mFinalURL);
     }
 
 private:
@@ -230,7 +235,12 @@ private:
     void TakeFacts() {
         const std::string modified = mResponse.Get("last-modified");
         const time_t time = modified.empty() ? -1 : curl_getdate(modified.c_str(), nullptr);
+        const char* url = nullptr;
+        const bool fURL = curl_easy_getinfo(mEasy.get(), CURLINFO_EFFECTIVE_URL, &url) == CURLE_OK;
         const std::lock_guard<std::mutex> lock(mMutex);
+        if (fURL && url != nullptr) {
+            mFinalURL = url;
+        }
         mMimeType = mResponse.GetMimeType();
         if (time >= 0) {
             mModified = ezDateTime(time, 0);
@@ -367,6 +377,7 @@ private:
     Clock::time_point mBegin; ///< of the request
 
     std::mutex mMutex;
+    std::string mFinalURL;
     std::string mMimeType;
     ezDateTime mModified;
 };
@@ -389,6 +400,10 @@ bool ezHttpStream::IsURL(const ezCString& aText) {
 
 ezCString ezHttpStream::GetExtension() const {
     return ezPathName::MakeFilePath(ezCString(PathOf(mURL.View()))).GetExtension();
+}
+
+ezCString ezHttpStream::GetFinalURI() const {
+    return mTransfer->GetFinalURL();
 }
 
 void ezHttpStream::CopyInfo(ezMediaInfo* anInfo) {

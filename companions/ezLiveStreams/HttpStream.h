@@ -46,6 +46,10 @@ public:
     /// Of the last component of the URL's path; its query and fragment do not count.
     ezCString GetExtension() const override;
     ezCString GetURI() const override { return mURL; }
+    /// The URL that the latest answer came from, behind all redirects: what relative references in the media
+    /// are resolved against (RFC 3986, section 5.1.3). The URL that was asked for until there is an answer
+    /// with the media. May be called on any thread.
+    ezCString GetFinalURI() const;
     void CopyInfo(ezMediaInfo* anInfo) override;
 
 protected:

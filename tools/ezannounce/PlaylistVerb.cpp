@@ -41,7 +41,7 @@ ezCString URLOf(const ezCString& aLocation) {
     ezURI* uri = ezURI_NewFromEscapedStr(aLocation.c_str());
     const bool fURL =
         ezURI_GetScheme(uri) != nullptr && aLocation.View().find('\0') == std::string_view::npos;
-    const ezCString url = fURL ? ezCString::FromAllocatedString(ezURI_GetStr(uri)) : ezCString();
+    ezCString url = fURL ? ezCString::FromAllocatedString(ezURI_GetStr(uri)) : ezCString();
     ezURI_Delete(uri);
     return url;
 }

@@ -195,7 +195,7 @@ void CountSkips() {
 
 // The race
 
-constexpr std::size_t kRaceBytes = 1024 * 1024; ///< below what the formats search
+constexpr std::size_t kRaceBytes = 1024UL * 1024; ///< below what the formats search
 constexpr std::array<uint32, 5> kRaceRequests = {16, 100, 1000, 4096, 65536};
 
 using MakeParser = std::function<std::unique_ptr<ezElementaryStreamParser>()>;
@@ -228,8 +228,9 @@ std::unique_ptr<ezElementaryStreamParser> MakeFormatRace() {
 
 std::vector<MakeParser> GathererMakers() {
     std::vector<MakeParser> makers;
+    makers.reserve(kRaceRequests.size());
     for (const uint32 size : kRaceRequests) {
-        makers.push_back([size] { return std::make_unique<GatheringParser>(size); });
+        makers.emplace_back([size] { return std::make_unique<GatheringParser>(size); });
     }
     return makers;
 }
@@ -262,7 +263,7 @@ double RaceRatio(const Costs& aCosts) {
 
 // The adapter
 
-constexpr std::size_t kMediaSize = 4 * 1024 * 1024;
+constexpr std::size_t kMediaSize = 4UL * 1024 * 1024;
 constexpr std::size_t kProbeParses = 2000;
 constexpr std::size_t kReadSize = 4096;
 

@@ -157,12 +157,16 @@ uint32 H264EltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
 
 void H264EltStreamParser::Fill(ezMediaInfo& anInfo) const {
     const ezH264SequenceSet& set = mFound->mWinner;
-    const uint32 bitRate = static_cast<uint32>(std::min<std::uint64_t>(set.mBitRate.mBitRate, kVariable));
+    // What does not fit is left out: its largest value says something else.
+    const bool fFits = set.mBitRate.mBitRate < kVariable;
+    const uint32 bitRate = fFits ? static_cast<uint32>(set.mBitRate.mBitRate) : 0;
     anInfo.Set(kezInfo_HasVideoTrack, 1, true);
     anInfo.Set(kezInfo_VideoCodec, "H264", true);
     anInfo.Set(kezInfo_PictureWidth, set.mWidth, true);
     anInfo.Set(kezInfo_PictureHeight, set.mHeight, true);
-    anInfo.Set(kezInfo_VideoBitRate, set.mBitRate.mfConstant ? bitRate : kVariable, true);
+    if (fFits || !set.mBitRate.mfConstant) {
+        anInfo.Set(kezInfo_VideoBitRate, set.mBitRate.mfConstant ? bitRate : kVariable, true);
+    }
     if (bitRate != 0 && !set.mBitRate.mfConstant) {
         anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);
     }

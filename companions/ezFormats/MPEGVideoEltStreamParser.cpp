@@ -172,15 +172,20 @@ uint32 MPEGVideoEltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
 
 void MPEGVideoEltStreamParser::Fill(ezMediaInfo& anInfo) const {
     const ezMPEGSequence& sequence = mFound->mSequence;
-    const uint32 bitRate = static_cast<uint32>(std::min<std::uint64_t>(sequence.mBitRate, kVariable));
+    // What does not fit is left out: its largest value says something else.
+    const bool fFits = sequence.mBitRate < kVariable;
+    const uint32 bitRate = fFits ? static_cast<uint32>(sequence.mBitRate) : 0;
     const bool fMaximum =
         mFound->mfMPEG2 && mFound->mPicture.mfVariableBitRate && !sequence.mfVariableBitRate;
     anInfo.Set(kezInfo_HasVideoTrack, 1, true);
     anInfo.Set(kezInfo_VideoCodec, mFound->mfMPEG2 ? "MPEG2" : "MPEG1", true);
     anInfo.Set(kezInfo_PictureWidth, sequence.mWidth, true);
     anInfo.Set(kezInfo_PictureHeight, sequence.mHeight, true);
-    anInfo.Set(kezInfo_VideoBitRate, fMaximum || sequence.mfVariableBitRate ? kVariable : bitRate, true);
-    if (fMaximum) {
+    const bool fVariable = fMaximum || sequence.mfVariableBitRate;
+    if (fFits || fVariable) {
+        anInfo.Set(kezInfo_VideoBitRate, fVariable ? kVariable : bitRate, true);
+    }
+    if (fMaximum && fFits) {
         anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);
     }
 }

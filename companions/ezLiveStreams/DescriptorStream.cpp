@@ -20,11 +20,25 @@ std::string TextOfError(int anError) {
     return std::generic_category().message(anError); // unlike strerror safe beside other threads
 }
 
+/// Why a descriptor cannot be read from: what a read of it would say; 0 when it can.
+int ErrorOf(int aDescriptor) {
+    const int flags = fcntl(aDescriptor, F_GETFL);
+    if (flags < 0) {
+        return errno;
+    }
+    return (flags & O_ACCMODE) == O_WRONLY ? EBADF : 0;
+}
+
 } // namespace
 
 ezDescriptorStream::ezDescriptorStream(int aDescriptor, const ezCString& aName,
                                        const ezFeedOptions& anOptions)
     : ezFeedStream(anOptions), mDescriptor(aDescriptor), mName(aName) {
+    // Before the pipe is made, which takes the number of a descriptor that is closed.
+    if (const int error = ErrorOf(mDescriptor)) {
+        GetBuffer().Fail(ezStreamingStatus_ReadError, TextOfError(error));
+        return;
+    }
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         GetBuffer().Fail(ezStreamingStatus_ReadError, TextOfError(errno));
@@ -50,7 +64,7 @@ ezCString ezDescriptorStream::GetExtension() const {
 
 void ezDescriptorStream::FindSize() {
     struct stat status = {};
-    if (fstat(mDescriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (fstat(mDescriptor, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
         return;
     }
     const off_t offset = lseek(mDescriptor, 0, SEEK_CUR);
@@ -75,7 +89,7 @@ void ezDescriptorStream::Interrupt() {
 }
 
 ezDescriptorStream::Outcome ezDescriptorStream::WaitForData() {
-    if (mfFile || mDescriptor < 0) {
+    if (mfFile) {
         return Outcome::Data; // the read itself tells; a file's interruptions are met at the next Append
     }
     std::array<pollfd, 2> descriptors = {{{mDescriptor, POLLIN, 0}, {mWakeRead, POLLIN, 0}}};

@@ -8,7 +8,8 @@
 ///
 /// What comes through a pipe has no size before its end, and can be sought back in only as far as the window
 /// reaches. A regular file is the media from the descriptor's file offset on; it knows its size at once and
-/// can be sought in anywhere, and its offset is left as it is.
+/// can be sought in anywhere, and its offset is left as it is. One that states no bytes is read as a pipe is:
+/// the files of /proc have bytes all the same.
 ///
 /// The descriptor is borrowed until the destruction, which returns at once also while nothing comes. Nobody
 /// else may read from it meanwhile.

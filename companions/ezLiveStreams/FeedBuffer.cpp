@@ -117,6 +117,9 @@ bool ezFeedBuffer::SetSize(std::uint64_t aSize) {
     bool fSame = false;
     {
         const Lock lock(mMutex);
+        if (mMoveTo) { // mEnd is the place asked for, which may well lie behind the size
+            return true;
+        }
         fSame = aSize >= mEnd && (!mSize || *mSize == aSize);
         if (fSame) {
             mSize = aSize;
@@ -230,6 +233,8 @@ ezStreamingStatus ezFeedBuffer::Read(void* aBuffer, std::size_t* aSize, int aFla
         return mFailure;
     }
     if (IsBeyondLargest(wanted, held)) {
+        mfFailureSeen = true;
+        mErrorText = "a read of " + std::to_string(asked) + " bytes is larger than what is held";
         return ezStreamingStatus_OutOfInternalBuffer;
     }
     mWantedEnd = SumUpToMaximum(mPosition, wanted);
@@ -246,6 +251,7 @@ void ezFeedBuffer::MoveTo(std::uint64_t aPosition) {
     mEnd = aPosition;
     mPosition = aPosition;
     mMoveTo = aPosition;
+    mFailure = ezStreamingStatus_NoError;
     mWriterMayGoOn.notify_all();
 }
 
@@ -260,9 +266,11 @@ ezStreamingStatus ezFeedBuffer::Seek(std::uint64_t aPosition) {
             return ezStreamingStatus_OutOfRange;
         }
         const bool fAhead = aPosition > mEnd;
-        const bool fNear = fAhead && (!mfMovableAhead || aPosition - mEnd <= kWorthMoving);
+        const bool fFailed = mFailure != ezStreamingStatus_NoError;
+        const bool fReadsOn = !mfMovableAhead || (!fFailed && aPosition - mEnd <= kWorthMoving);
+        const bool fNear = fAhead && fReadsOn;
         const bool fInWindow = aPosition >= mStart && !fAhead;
-        const bool fLeft = mFailure != ezStreamingStatus_NoError || aPosition == mSize;
+        const bool fLeft = (fFailed && mRetriesLeft == 0) || aPosition == mSize;
         if (fInWindow || fNear || (fAhead && fLeft)) {
             mPosition = aPosition;
             return ezStreamingStatus_NoError;
@@ -270,6 +278,7 @@ ezStreamingStatus ezFeedBuffer::Seek(std::uint64_t aPosition) {
         if (fLeft || !(fAhead ? mfMovableAhead : mfMovableBack)) {
             return ezStreamingStatus_OutOfRange;
         }
+        mRetriesLeft -= fFailed ? 1 : 0;
         MoveTo(aPosition);
     }
     mInterrupt();

@@ -40,9 +40,9 @@ struct ezFeedLimits {
 /// The size becomes known by SetSize, or at the end. A media that ends before its known size has failed;
 /// bytes behind the known size are ignored.
 ///
-/// The first failure stays; bytes that arrived before it are still given out. The writer's operations belong
-/// to one thread, the reader's to another; Close may be called on any. The notices are called with no lock
-/// held.
+/// The first failure stays; bytes that arrived before it are still given out. Only a source that can be moved
+/// is tried again, kRetries times at most, by a seek outside of the window. The writer's operations belong to
+/// one thread, the reader's to another; Close may be called on any. The notices are called with no lock held.
 class EZLIVESTREAMS_API ezFeedBuffer {
 public:
     using Notice = std::function<void()>;
@@ -56,7 +56,10 @@ public:
 
     /// A seek so far ahead of what has arrived, in bytes, moves a source that can be moved ahead; a nearer
     /// one reads on, which costs less than asking anew.
-    static constexpr std::uint64_t kWorthMoving = 256 * 1024;
+    static constexpr std::uint64_t kWorthMoving = std::uint64_t{256} * 1024;
+    /// So often a failed source is moved. A server that stalls costs the reader a whole time-out each time,
+    /// so they are few.
+    static constexpr int kRetries = 3;
 
     /// @param aThreshold   called on the writer's thread for new data, the end, a failure and a full window
     /// @param anInterrupt  called when the source is to be moved, and by Close: it has to wake a writer that
@@ -72,7 +75,8 @@ public:
     /// Takes bytes, which are those behind the ones before. Waits while the window is full.
     Push Append(const void* aData, std::size_t aSize);
     /// Tells the size of the whole media. Another size than the one known already is a failure, and false:
-    /// the media is not the same any more.
+    /// the media is not the same any more. Ignored, and true, while a move is asked for: what has arrived
+    /// says nothing then, and whoever takes the move up tells the size again.
     bool SetSize(std::uint64_t aSize);
     /// Tells where the source can be moved to: back, and also ahead. Without it nowhere.
     void SetMovable(bool afBack, bool afAhead);
@@ -104,10 +108,11 @@ public:
     std::uint64_t GetSize(bool afWait);
     /// False when the media failed before a byte of it came.
     bool IsOpened() const;
-    /// True when the reader came upon the failure: by a read, or by waiting for the size. A failure behind
-    /// everything that was read is none of the reader's.
+    /// True when the reader came upon a failure: by a read, or by waiting for the size. A failure behind
+    /// everything that was read is none of the reader's; a read that was refused for its size is one. It
+    /// stays true also when the media can be read again.
     bool HasFailed() const;
-    /// Why the media failed; "" while it has not.
+    /// Why the media failed, or a read was refused for its size; "" while neither was.
     std::string GetErrorText() const;
 
     /// @}
@@ -116,7 +121,7 @@ public:
     void Close();
 
 private:
-    static constexpr std::size_t kBlockSize = 64 * 1024;
+    static constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
     using Block = std::array<unsigned char, kBlockSize>;
     using Lock = std::unique_lock<std::mutex>;
 
@@ -153,6 +158,7 @@ private:
     ezStreamingStatus mFailure = ezStreamingStatus_NoError;
     std::string mErrorText;
     bool mfFailureSeen = false;
+    int mRetriesLeft = kRetries;
     bool mfAnyArrived = false;
     bool mfFull = false; ///< the writer waits for room
     bool mfMovableBack = false;

@@ -40,7 +40,8 @@ public:
     }
 
     /// True when a read, or the wait for the size, came upon a failure of the media. One behind everything
-    /// that was asked for does not count, so the answer is the same however fast the media came.
+    /// that was asked for does not count, so the answer is the same however fast the media came. A read that
+    /// was refused for its size counts too.
     bool HasFailed() const { return mBuffer.HasFailed(); }
     /// Why the media failed, in words: those of the system for an error of it. "" while it has not.
     std::string GetErrorText() const { return mBuffer.GetErrorText(); }

@@ -18,6 +18,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kCannotBegin = "the transfer cannot be set up";
+constexpr const char* kChanged = "the media changed while it was read";
+constexpr std::chrono::milliseconds kLongestPoll{60'000};
+constexpr int kStallTimesToHead = 4; ///< in which the head of the answer has to be there
 
 // libcurl's two kinds of handles are the same type to the compiler.
 struct EasyDeleter {
@@ -25,6 +28,9 @@ struct EasyDeleter {
 };
 struct MultiDeleter {
     void operator()(CURLM* aHandle) const { curl_multi_cleanup(aHandle); }
+};
+struct FieldsDeleter {
+    void operator()(curl_slist* aList) const { curl_slist_free_all(aList); }
 };
 
 /// Has to come before everything else of libcurl, once.
@@ -55,7 +61,7 @@ std::string_view PathOf(std::string_view aURL) {
 class ezHttpStream::Transfer {
 public:
     Transfer(const ezCString& aURL, const ezHttpOptions& anOptions, ezFeedBuffer& aBuffer)
-        : mOptions(anOptions), mBuffer(aBuffer) {
+        : mOptions(anOptions), mBuffer(aBuffer), mFinalURL(aURL.View()) {
         InitializeOnce();
         mEasy.reset(curl_easy_init());
         mMulti.reset(curl_multi_init());
@@ -67,7 +73,11 @@ public:
     void Run() {
         std::uint64_t position = 0;
         do {
-            RunFrom(position);
+            mfContinues = false;
+            while (const std::optional<std::uint64_t> next = RunFrom(position)) {
+                position = *next;
+                mfContinues = true;
+            }
         } while (mBuffer.WaitForMove(&position));
     }
 
@@ -85,9 +95,17 @@ public:
         }
     }
 
+    ezCString GetFinalURL() {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        return ezCString(mFinalURL);
+    }
+
 private:
     void SetUp(const char* aURL) {
         CURL* easy = mEasy.get();
+        // Not by CURLOPT_ACCEPT_ENCODING, which would make libcurl decode what is encoded all the same.
+        mFields.reset(curl_slist_append(nullptr, "Accept-Encoding: identity"));
+        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, mFields.get());
         curl_easy_setopt(easy, CURLOPT_URL, aURL);
 #if LIBCURL_VERSION_NUM >= 0x075500
         curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
@@ -98,18 +116,20 @@ private:
 #endif
         curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
         curl_easy_setopt(easy, CURLOPT_MAXREDIRS, static_cast<long>(mOptions.mMaxRedirects));
+        // The head of a proxy's answer is none of the server's.
+        curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
         curl_easy_setopt(easy, CURLOPT_USERAGENT, "ezLiveStreams");
         curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
         curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, mCurlText.data());
         // The time that the host chose is watched here; libcurl's own limit must not come before it.
         curl_easy_setopt(
             easy, CURLOPT_CONNECTTIMEOUT_MS,
-            static_cast<long>(std::min<std::int64_t>(mOptions.mStallTime.count() * 2, INT32_MAX)));
+            static_cast<long>(std::min<std::int64_t>(mOptions.mStallTime.count(), INT32_MAX / 2) * 2));
         curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &sHeader);
         curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
         curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &sBody);
         curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-        mfReady = true;
+        mfReady = mFields != nullptr;
     }
 
     static std::size_t sHeader(char* aData, std::size_t aSize, std::size_t aCount, void* aTransfer) {
@@ -122,9 +142,28 @@ private:
 
     static std::size_t sBody(char* aData, std::size_t aSize, std::size_t aCount, void* aTransfer) {
         auto* transfer = static_cast<Transfer*>(aTransfer);
-        const ezFeedBuffer::Push push = transfer->mBuffer.Append(aData, aSize * aCount);
+        const bool fGoOn = transfer->TakeBody(std::string_view(aData, aSize * aCount));
         transfer->mLastProgress = Clock::now(); // behind Append: while that waits the server is not to blame
-        return push == ezFeedBuffer::Push::Taken ? aSize * aCount : 0;
+        return fGoOn ? aSize * aCount : 0;
+    }
+
+    /// False when nothing more is wanted.
+    bool TakeBody(std::string_view aData) {
+        if (!mfAccepted) {
+            return Refuse("the server sent data without an answer");
+        }
+        const auto passed = static_cast<std::size_t>(std::min<std::uint64_t>(mToPass, aData.size()));
+        mToPass -= passed;
+        aData.remove_prefix(passed);
+        const auto count =
+            static_cast<std::size_t>(std::min<std::uint64_t>(mLeft.value_or(UINT64_MAX), aData.size()));
+        if (mBuffer.Append(aData.data(), count) != ezFeedBuffer::Push::Taken) {
+            return false;
+        }
+        if (mLeft) {
+            *mLeft -= count;
+        }
+        return count == aData.size() || Refuse("the server sent more than the range that it stated");
     }
 
     /// Takes up the head of the answer. False when it is not what was asked for.
@@ -141,27 +180,49 @@ private:
         if (!fWhole && (!range || range->mFirst != mRequested)) {
             return Refuse("the server answered with another range than it was asked for");
         }
+        if (mResponse.IsEncoded()) {
+            return Refuse("the server sends the media encoded, which it was not asked for");
+        }
         mfRangesRefused = mfRangesRefused || (fWhole && mRequested > 0);
-        mBuffer.SetMovable(true, !mfRangesRefused && (!fWhole || mResponse.Get("accept-ranges") == "bytes"));
-        mBuffer.StartAt(fWhole ? 0 : mRequested);
+        mBuffer.SetMovable(true, !mfRangesRefused && (!fWhole || mResponse.AcceptsRanges()));
+        StartAt(fWhole ? 0 : mRequested);
         TakeFacts();
-        const std::string tag = mResponse.Get("etag");
+        const std::string tag = mResponse.GetTag();
         if (mTag && *mTag != tag) {
-            return Refuse("the media changed while it was read");
+            return Refuse(kChanged);
         }
         mTag = tag;
+        if (!fWhole) {
+            mLeft = range->mLast - range->mFirst + 1;
+            mNext = range->mLast + 1;
+        }
         const std::optional<std::uint64_t> size = fWhole ? mResponse.GetLength() : range->mTotal;
-        return !size || mBuffer.SetSize(*size);
+        mfAccepted = !size || mBuffer.SetSize(*size);
+        return mfAccepted;
+    }
+
+    /// The body begins at this place of the media. One that continues another finds the window filled.
+    void StartAt(std::uint64_t aPosition) {
+        if (mfContinues) {
+            mToPass = mRequested - aPosition;
+        } else {
+            mBuffer.StartAt(aPosition);
+        }
     }
 
     /// The place asked for lies at or behind the end of a media whose size was not known before.
     bool BeginBehindTheEnd() {
-        const std::optional<std::uint64_t> size = mResponse.GetSizeOfUnsatisfied();
+        std::optional<std::uint64_t> size = mResponse.GetSizeOfUnsatisfied();
+        if (!size && mfContinues) {
+            size = mRequested; // nothing lies behind what came before
+        }
         if (!size || *size > mRequested) {
             return Refuse("the server answered with status 416");
         }
         mfBehindTheEnd = true;
-        mBuffer.StartAt(*size);
+        if (!mfContinues) {
+            mBuffer.StartAt(*size);
+        }
         mBuffer.SetSize(*size);
         return false;
     }
@@ -174,30 +235,57 @@ private:
     void TakeFacts() {
         const std::string modified = mResponse.Get("last-modified");
         const time_t time = modified.empty() ? -1 : curl_getdate(modified.c_str(), nullptr);
+        const char* url = nullptr;
+        const bool fURL = curl_easy_getinfo(mEasy.get(), CURLINFO_EFFECTIVE_URL, &url) == CURLE_OK;
         const std::lock_guard<std::mutex> lock(mMutex);
+        if (fURL && url != nullptr) {
+            mFinalURL = url;
+        }
         mMimeType = mResponse.GetMimeType();
         if (time >= 0) {
             mModified = ezDateTime(time, 0);
         }
     }
 
-    void RunFrom(std::uint64_t aPosition) {
+    void Reset(std::uint64_t aPosition) {
         mRequested = aPosition;
         mResponse = ezHttpResponse();
         mReason.clear();
+        mfAccepted = false;
         mfBehindTheEnd = false;
+        mToPass = 0;
+        mLeft.reset();
+        mNext = 0;
         mCurlText[0] = '\0';
         mLastProgress = Clock::now();
+        mBegin = mLastProgress;
+    }
+
+    /// Where to ask for what follows; none when there is no more to ask for.
+    std::optional<std::uint64_t> RunFrom(std::uint64_t aPosition) {
+        Reset(aPosition);
         const std::string range = std::to_string(aPosition) + "-";
         if (!mfReady ||
             curl_easy_setopt(mEasy.get(), CURLOPT_RANGE, aPosition > 0 ? range.c_str() : nullptr) !=
                 CURLE_OK ||
             curl_multi_add_handle(mMulti.get(), mEasy.get()) != CURLM_OK) {
             mBuffer.Fail(ezStreamingStatus_ReadError, kCannotBegin);
-            return;
+            return std::nullopt;
         }
-        Conclude(Perform());
+        const std::optional<CURLcode> result = Perform();
         curl_multi_remove_handle(mMulti.get(), mEasy.get());
+        if (IsPartDone(result)) {
+            return mNext;
+        }
+        Conclude(result);
+        return std::nullopt;
+    }
+
+    /// True when all of a range came that is not the rest of the media, as far as that is known.
+    bool IsPartDone(std::optional<CURLcode> aResult) const {
+        const bool fDone = aResult == CURLE_OK && mfAccepted && mLeft == std::uint64_t{0};
+        const std::uint64_t size = mBuffer.GetSize(false);
+        return fDone && !mBuffer.IsInterrupted() && (size == 0 || mNext < size);
     }
 
     /// What the transfer came to; none when it was given up: interrupted, or stalled with a reason.
@@ -207,22 +295,43 @@ private:
             if (curl_multi_perform(mMulti.get(), &running) != CURLM_OK) {
                 return CURLE_FAILED_INIT;
             }
-            int left = 0;
-            if (const CURLMsg* message = curl_multi_info_read(mMulti.get(), &left)) {
+            int others = 0;
+            if (const CURLMsg* message = curl_multi_info_read(mMulti.get(), &others)) {
                 return message->data.result;
             }
             if (mBuffer.IsInterrupted()) {
                 return std::nullopt;
             }
-            const auto idle =
-                std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - mLastProgress);
-            if (idle >= mOptions.mStallTime) {
-                mReason = "the server sent nothing for " + Seconds(mOptions.mStallTime) + " seconds";
+            const std::chrono::milliseconds left = TimeLeft();
+            if (!mReason.empty()) {
                 return std::nullopt;
             }
-            const std::int64_t wait = std::min<std::int64_t>((mOptions.mStallTime - idle).count(), 60000);
+            const std::int64_t wait = std::min(left, kLongestPoll).count();
             curl_multi_poll(mMulti.get(), nullptr, 0, static_cast<int>(wait) + 1, nullptr);
         }
+    }
+
+    /// How long the server has for its next bytes; with the reason set, none any more.
+    std::chrono::milliseconds TimeLeft() {
+        using std::chrono::milliseconds;
+        const Clock::time_point now = Clock::now();
+        const auto idle = std::chrono::duration_cast<milliseconds>(now - mLastProgress);
+        if (idle >= mOptions.mStallTime) {
+            mReason = "the server sent nothing for " + Seconds(mOptions.mStallTime) + " seconds";
+            return milliseconds(0);
+        }
+        const milliseconds left = mOptions.mStallTime - idle;
+        // Divided instead of multiplied: the host's time may be the largest there is.
+        const auto share = std::chrono::duration_cast<milliseconds>(now - mBegin) / kStallTimesToHead;
+        if (mfAccepted) {
+            return left;
+        }
+        if (share >= mOptions.mStallTime) {
+            mReason = "the server did not answer within " + Seconds(mOptions.mStallTime * kStallTimesToHead) +
+                      " seconds";
+            return milliseconds(0);
+        }
+        return std::min(left, std::min(mOptions.mStallTime - share, kLongestPoll) * kStallTimesToHead);
     }
 
     /// Tells the buffer how the transfer ended. One that the reader gave up is no failure.
@@ -231,6 +340,12 @@ private:
             mBuffer.Fail(ezStreamingStatus_ReadError, mReason);
         } else if (mBuffer.IsInterrupted() || !aResult) {
             return;
+        } else if (*aResult == CURLE_OK && !mfAccepted) {
+            mBuffer.Fail(ezStreamingStatus_ReadError, "the server sent no answer");
+        } else if (*aResult == CURLE_OK && mLeft.value_or(0) > 0) {
+            mBuffer.Fail(ezStreamingStatus_ReadError, "the server sent less than the range that it stated");
+        } else if (*aResult == CURLE_OK && mToPass > 0) {
+            mBuffer.Fail(ezStreamingStatus_ReadError, kChanged);
         } else if (*aResult == CURLE_OK || mfBehindTheEnd || *aResult == CURLE_WRITE_ERROR) {
             mBuffer.End(); // a write error: more than the stated size, which nobody wants
         } else {
@@ -243,18 +358,26 @@ private:
     ezFeedBuffer& mBuffer;
     std::unique_ptr<CURLM, MultiDeleter> mMulti;
     std::unique_ptr<CURL, EasyDeleter> mEasy;
+    std::unique_ptr<curl_slist, FieldsDeleter> mFields;
     bool mfReady = false;
     std::array<char, CURL_ERROR_SIZE> mCurlText = {};
 
     std::uint64_t mRequested = 0; ///< the first byte that the server was asked for
     ezHttpResponse mResponse;
-    std::string mReason; ///< why the transfer is given up; "" while it is not
+    std::string mReason;                ///< why the transfer is given up; "" while it is not
+    bool mfContinues = false;           ///< a range that the server made shorter than it was asked for
+    bool mfAccepted = false;            ///< there is a head, and what follows is of the media
+    std::uint64_t mToPass = 0;          ///< bytes of the body that are known already
+    std::optional<std::uint64_t> mLeft; ///< bytes of the stated range that are still to come
+    std::uint64_t mNext = 0;            ///< behind the stated range
     bool mfBehindTheEnd = false;
     bool mfRangesRefused = false;
     std::optional<std::string> mTag; ///< of the first answer
     Clock::time_point mLastProgress;
+    Clock::time_point mBegin; ///< of the request
 
     std::mutex mMutex;
+    std::string mFinalURL;
     std::string mMimeType;
     ezDateTime mModified;
 };
@@ -277,6 +400,10 @@ bool ezHttpStream::IsURL(const ezCString& aText) {
 
 ezCString ezHttpStream::GetExtension() const {
     return ezPathName::MakeFilePath(ezCString(PathOf(mURL.View()))).GetExtension();
+}
+
+ezCString ezHttpStream::GetFinalURI() const {
+    return mTransfer->GetFinalURL();
 }
 
 void ezHttpStream::CopyInfo(ezMediaInfo* anInfo) {

@@ -9,7 +9,8 @@
 struct ezHttpOptions {
     ezFeedOptions mFeed;
     /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
-    /// in which the window is full does not count.
+    /// in which the window is full does not count. The head of its answer, with redirects before it, has to
+    /// be there within four times this, however steadily it comes.
     std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
     int mMaxRedirects = 10;
 };
@@ -17,14 +18,17 @@ struct ezHttpOptions {
 /// A media of a web server, by HTTP or HTTPS, over libcurl; redirects to other schemes are not followed.
 ///
 /// The size is that of the headers, where they state it. A seek outside of the window asks the server anew,
-/// for the rest from there (RFC 9110, section 14); a server that does not do that sends all again, which is
-/// passed over up to there. A forward seek is only worth that where the server states that it has ranges;
-/// otherwise, and when it is short, it reads on.
+/// for the rest from there (RFC 9110, section 14); a server that gives less than the rest is asked again for
+/// what follows, and one that has no ranges sends all again, which is passed over up to there. A forward seek
+/// is only worth that where the server states that it has ranges; otherwise, and when it is short, it reads
+/// on.
 ///
 /// Failures, by GetErrorText: a server that cannot be reached or answers with anything but the media (the
-/// status is named), a redirect too many, a transfer that breaks off or ends before the stated size, a stall,
-/// and a media that has another size or ETag when it is asked for again. The transfer is held back while the
-/// window is full. Proxies are those of the environment.
+/// status is named), or with an encoding of it, a redirect too many, a transfer that breaks off or ends
+/// before the stated size or range, or goes beyond that range, a stall, and a media that has another size or
+/// ETag, by the weak comparison, when it is asked for again. Behind a failure a seek outside of the window
+/// asks once more, a few times. The transfer is held back while the window is full. Proxies are those of the
+/// environment.
 ///
 /// A record receives the type that the server states as its MIME type, without parameters and where it has
 /// none (application/octet-stream tells nothing and does not count), and the time of the last modification
@@ -42,6 +46,10 @@ public:
     /// Of the last component of the URL's path; its query and fragment do not count.
     ezCString GetExtension() const override;
     ezCString GetURI() const override { return mURL; }
+    /// The URL that the latest answer came from, behind all redirects: what relative references in the media
+    /// are resolved against (RFC 3986, section 5.1.3). The URL that was asked for until there is an answer
+    /// with the media. May be called on any thread.
+    ezCString GetFinalURI() const;
     void CopyInfo(ezMediaInfo* anInfo) override;
 
 protected:

@@ -2,6 +2,7 @@
 
 #include "ezPlaylists/detail/Limits.h"
 #include "ezPlaylists/detail/LineReader.h"
+#include "ezPlaylists/detail/Location.h"
 #include "ezPlaylists/detail/PlaylistPlace.h"
 #include "ezPlaylists/detail/PlaylistText.h"
 #include "ezPlaylists/detail/StreamReader.h"
@@ -55,6 +56,12 @@ LineKind KindOf(std::string_view aLine) {
     return StartsWithOneOf(text, kEntryDirectives) && !StartsWithOneOf(text, kPlaylistDirectives)
                ? LineKind::Directive
                : LineKind::Nothing;
+}
+
+/// A URL without the blanks around it; they may belong to a name.
+std::string_view LocationOf(std::string_view aLine) {
+    const std::string_view trimmed = ezTrimmed(aLine);
+    return trimmed.size() != aLine.size() && HasScheme(trimmed) ? trimmed : aLine;
 }
 
 /// The first comma outside of quotes; where a quote stays open, the first of all.
@@ -168,7 +175,7 @@ public:
         if (!mFinder.Next([&](std::string_view aDirective) { TakeDirective(aDirective, anEntry); })) {
             return false;
         }
-        anEntry->mURI = ezCString(mFinder.GetLocation());
+        anEntry->mURI = ezCString(LocationOf(mFinder.GetLocation()));
         anEntry->mStreamPos = mFinder.GetStart();
         anEntry->mSpecificTags = ezCString(Tags());
         return true;
@@ -222,8 +229,11 @@ M3UPlaylistParser::M3UPlaylistParser(ezStream* aStream, const PlaylistPlace& aPl
 M3UPlaylistParser::~M3UPlaylistParser() = default;
 
 bool M3UPlaylistParser::LookForHLS() {
+    ++mMoves;
     PlaylistLine line;
     while (mLines->Next(&line) && line.mPos < kPlaylist_HLSLook) {
+        const std::string_view mark = line.mPos == 0 ? line.mText.substr(0, 2) : std::string_view();
+        mfUTF16 = mfUTF16 || mark == "\xFF\xFE" || mark == "\xFE\xFF";
         if (StartsWithOneOf(WithoutIndent(line.mText), kHLSTags)) {
             return true;
         }
@@ -242,7 +252,12 @@ bool M3UPlaylistParser::IsHLS() {
     return mHLS.value_or(false);
 }
 
+bool M3UPlaylistParser::MayHaveEntries() {
+    return !IsHLS() && !mfUTF16;
+}
+
 bool M3UPlaylistParser::SeekBytes(const ezuint64& aPos) {
+    ++mMoves;
     if (!mLines->StartAt(aPos.ToUInt64())) {
         return false;
     }
@@ -251,9 +266,10 @@ bool M3UPlaylistParser::SeekBytes(const ezuint64& aPos) {
 }
 
 void M3UPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
-    if (IsHLS() || !mLines->StartAt(mWalkPos.ToUInt64())) {
+    if (!MayHaveEntries() || !mLines->StartAt(mWalkPos.ToUInt64())) {
         return;
     }
+    const unsigned move = ++mMoves;
     EntryReader reader(*mLines, mfUTF8);
     PlaylistParserEntry entry;
     PlaylistParserEntry next;
@@ -263,7 +279,7 @@ void M3UPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserDa
         entry.mNextEntryStreamPos = fEntry ? next.mStreamPos : ezuint64(kezuint64_Max);
         entry.mRelativeEntryIndex = mRelativeEntryIndex++;
         mWalkPos = entry.mNextEntryStreamPos;
-        if (aCallback(&entry, aUserData)) {
+        if (aCallback(&entry, aUserData) || move != mMoves) {
             return;
         }
         std::swap(entry, next);
@@ -272,7 +288,7 @@ void M3UPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserDa
 
 bool M3UPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
     // As the base does it, but what is passed by is not made into entries.
-    if (anEntry == nullptr || IsHLS() || !SeekBytes(0)) {
+    if (anEntry == nullptr || !MayHaveEntries() || !SeekBytes(0)) {
         return false;
     }
     // Less than what is wanted, so that the walk passes a location and knows where the wanted entry begins.
@@ -284,4 +300,8 @@ bool M3UPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEnt
         }
     }
     return false;
+}
+
+ezCString M3UPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
+    return PlaylistParser::GetFullURLFor(mParentURL != nullptr ? URLReference(anEntryURI) : anEntryURI);
 }

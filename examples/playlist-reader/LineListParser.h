@@ -68,6 +68,9 @@ private:
         const std::size_t end = std::min(Text().find('\n', mPos), mText.size());
         std::string line = mText.substr(mPos, end - mPos);
         mPos = std::min(end + 1, mText.size());
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back(); // the other half of a line end of Windows
+        }
         return line;
     }
 

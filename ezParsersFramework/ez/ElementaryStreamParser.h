@@ -58,8 +58,8 @@ protected:
 /// had. A size read from the stream is bounded by the format before it is requested.
 ///
 /// Whatever the cuts between packets, the format sees the same requests satisfied with the same bytes, as
-/// long as it decides below the limit, which counts whole packets. It places requests and nothing else: to open,
-/// close, reset or interrupt the parser from within its two functions is a mistake.
+/// long as it decides below the limit, which counts whole packets. It places requests and nothing else:
+/// opening, closing, resetting or interrupting the parser from within its two functions is a mistake.
 ///
 /// One thread at a time.
 class EZPARSERS_API ezElementaryStreamParser {

@@ -46,8 +46,9 @@ using PlaylistParserCallback = bool (*)(PlaylistParserEntry* anEntry, void* aUse
 ///
 /// Every fetch seeks, so fetches may come in any order and a walk of one's own (SeekBytes, then ParseAll)
 /// disturbs none of them. An entry of an earlier fetch stays good; hand it to FetchNextEntry for the one
-/// behind it. Entries come from strangers: no field is bounded, and a title may hold any byte. Not locked: a
-/// reader and its stream serve one thread at a time.
+/// behind it. A callback, though, neither fetches nor seeks nor walks with the reader that calls it: there is
+/// one place of reading, and its walk would not go on where it was. Entries come from strangers: no field is
+/// bounded, and a title may hold any byte. Not locked: a reader and its stream serve one thread at a time.
 class EZPARSERS_API PlaylistParser {
 public:
     /// Of a local playlist: there is no parent URL.

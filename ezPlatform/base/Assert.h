@@ -23,7 +23,10 @@ EZPLATFORM_API void _ezAssert(const char* anExpression, const char* aSource, int
 /// The text and the source name are reported as they stand here; they are part of the behaviour.
 /// Never used on the content of a media.
 #ifdef EZ_NO_ASSERTIONS
-#define ezAssert(aCondition, aText, aSource) (static_cast<bool>(aCondition))
+inline bool ezAssert_Holds(bool afHolds, const char* /*aText*/, const char* /*aSource*/) {
+    return afHolds;
+}
+#define ezAssert(aCondition, aText, aSource) ezAssert_Holds(static_cast<bool>(aCondition), aText, aSource)
 #else
 #define ezAssert(aCondition, aText, aSource)                                                                 \
     (static_cast<bool>(aCondition) || (_ezAssert(aText, aSource, __LINE__, aText), false))

@@ -307,7 +307,8 @@ TEST(MediaParserStream, AnyOtherSeekModeIsAnAssertionAndMovesNothing) {
         EXPECT_FALSE(stream.Seek(60, mode, false));
         EXPECT_EQ(
             assertions.Failures(),
-            (Calls{"(aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart) @ MediaParserStream"}));
+            AssertCatcher::Noted(
+                {"(aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart) @ MediaParserStream"}));
     }
     EXPECT_EQ(At(stream), 50U);
     EXPECT_EQ(stream.TakeCalls(), Calls());
@@ -359,18 +360,18 @@ TEST(MediaParserStream, NullCountIsAnAssertionAndReadsNothing) {
     {
         AssertCatcher assertions;
         EXPECT_FALSE(stream.Read(none, &byte));
-        EXPECT_EQ(assertions.Failures(), (Calls{"aSize != NULL @ MediaParserStream"}));
+        EXPECT_EQ(assertions.Failures(), AssertCatcher::Noted({"aSize != NULL @ MediaParserStream"}));
     }
     {
         AssertCatcher assertions;
         EXPECT_FALSE(stream.ReadFromEnd(none, &byte));
-        EXPECT_EQ(assertions.Failures(), (Calls{"aSize != NULL @ MediaParserStream"}));
+        EXPECT_EQ(assertions.Failures(), AssertCatcher::Noted({"aSize != NULL @ MediaParserStream"}));
     }
     EXPECT_EQ(stream.TakeCalls(), Calls());
     {
         AssertCatcher assertions;
         EXPECT_FALSE(stream.ReadFrom(5, none, &byte));
-        EXPECT_EQ(assertions.Failures(), (Calls{"aSize != NULL @ MediaParserStream"}));
+        EXPECT_EQ(assertions.Failures(), AssertCatcher::Noted({"aSize != NULL @ MediaParserStream"}));
     }
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 5 lazy"}));
     EXPECT_EQ(byte, kUntouched);
@@ -382,7 +383,7 @@ TEST(MediaParserStream, NullCountIsAnAssertionBeforeTheSizeIsLookedAt) {
     std::size_t* const none = nullptr;
     AssertCatcher assertions;
     EXPECT_FALSE(stream.ReadFromEnd(none, nullptr));
-    EXPECT_EQ(assertions.Failures(), (Calls{"aSize != NULL @ MediaParserStream"}));
+    EXPECT_EQ(assertions.Failures(), AssertCatcher::Noted({"aSize != NULL @ MediaParserStream"}));
 }
 
 // ---- filling the buffer ----

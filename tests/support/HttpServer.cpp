@@ -25,6 +25,7 @@ bool WaitFor(int aSocket, short someEvents, int aStop, int aMilliseconds, bool* 
 
 HttpRequest RequestOf(const std::string& aHead) {
     HttpRequest request;
+    request.mHead = aHead;
     const std::size_t target = aHead.find(' ') + 1;
     request.mTarget = aHead.substr(target, aHead.find(' ', target) - target);
     const std::string field = "Range: bytes=";

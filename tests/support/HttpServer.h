@@ -12,6 +12,7 @@
 struct HttpRequest {
     std::string mTarget;                ///< "/song.mp3?x"
     std::optional<std::uint64_t> mFrom; ///< "Range: bytes=N-"
+    std::string mHead;                  ///< all of it as it came
 };
 
 /// The way back to the client that is being answered.

@@ -163,6 +163,36 @@ TEST(StandardInput, AReadErrorIsAnErrorInTheWordsOfTheSystem) {
     close(options.mIn);
 }
 
+TEST(StandardInput, AClosedOneIsAnError) {
+    for (const char* options : {"--name a.mp3", "--es"}) {
+        const std::string command = EZANNOUNCE " --config " EZ_SAMPLES " " + std::string(options) + " - <&-";
+        const ProgramResult result = RunProgram("/bin/sh", {"-c", command});
+        EXPECT_EQ(result.mStatus, 1);
+        EXPECT_EQ(result.mOut, "");
+        EXPECT_EQ(result.mError, kFailing + std::string("Bad file descriptor\n"));
+    }
+}
+
+TEST(StandardInput, OneThatIsOpenForWritingOnlyIsAnError) {
+    const TemporaryFolder folder;
+    for (const char* content : {"", "abc"}) {
+        ProgramOptions options;
+        options.mIn = open(folder.Write("a", content).c_str(), O_WRONLY | O_CLOEXEC);
+        const ProgramResult result = Announce({"--name", "a.mp3", "-"}, options);
+        EXPECT_EQ(result.mStatus, 1);
+        EXPECT_EQ(result.mError, kFailing + std::string("Bad file descriptor\n"));
+        close(options.mIn);
+    }
+}
+
+TEST(StandardInput, ASizeThatIsNotKnownIsShownAsNone) {
+    const ProgramResult larger =
+        AnnouncePiped({"--name", "a.mp3", "-"}, Writing(std::string((std::size_t{1} << 20) + 1, 'x')));
+    EXPECT_EQ(LinesOf(larger.mOut).at(1), "a.mp3  audio/mpeg  item.audioItem  *        -  mp3");
+    const ProgramResult fits = AnnouncePiped({"--name", "a.mp3", "-"}, Writing("x"));
+    EXPECT_EQ(LinesOf(fits.mOut).at(1), "a.mp3  audio/mpeg  item.audioItem  *      1 B  mp3");
+}
+
 TEST(StandardInput, AWriterThatBreaksOffIsAnError) {
     std::array<int, 2> ends = {};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);

@@ -1,11 +1,14 @@
 #include "Announce.h"
 #include "Arguments.h"
+#include "PlaylistStream.h"
 #include "SafeText.h"
+#include "support/HttpServer.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -60,6 +63,44 @@ std::string UsageError(Words aWords) {
     Arguments arguments;
     return ReadArguments(static_cast<int>(words.size()), words.data(), arguments).mError;
 }
+
+/// Answers every read alike.
+class AnsweringStream : public ezStream {
+public:
+    explicit AnsweringStream(ezStreamingStatus aStatus) : mStatus(aStatus) {}
+    ezCString GetExtension() const override { return "m3u"; }
+    ezCString GetURI() const override { return "/a.m3u"; }
+    ezuint64 GetSize() override { return 1; }
+    bool IsOpened() override { return true; }
+    ezStreamingStatus Seek(const ezuint64& /*aPosition*/) override { return ezStreamingStatus_OutOfRange; }
+    ezStreamingStatus Read(void* /*aBuffer*/, std::size_t* aSize, int /*aFlag*/) override {
+        *aSize = 0;
+        return mStatus;
+    }
+
+private:
+    const ezStreamingStatus mStatus;
+};
+
+#ifdef EZ_HAS_HTTP_STREAM
+/// Serves a list under every path, with further header lines.
+HttpServer::Handler ServingList(const std::string& aList, const std::string& aFields) {
+    HttpMedia media;
+    media.mBytes = aList;
+    media.mFields = aFields;
+    return Serving(media);
+}
+
+/// The URLs of a list of a server; its error line where it has one.
+Words URLsAt(const std::string& aURL) {
+    const ProgramResult result = Playlist({aURL, "--json"});
+    Words urls = LinesOf(result.mError);
+    for (const std::string& line : LinesOf(result.mOut)) {
+        urls.push_back(Json::parse(line)["url"]);
+    }
+    return urls;
+}
+#endif
 
 } // namespace
 
@@ -246,6 +287,78 @@ TEST(Playlist, EmptyPlaylistIsAnEmptyTable) {
     EXPECT_TRUE(JsonOf({folder.Path("a.m3u")}).empty());
 }
 
+TEST(Playlist, EmptyPlaylistIsToldOf) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("a.m3u", "#EXTM3U\n");
+    const std::string error = "ezannounce: " + path + ": no entries\n";
+    EXPECT_EQ(Playlist({path}).mError, error);
+    EXPECT_EQ(Playlist({path, "--json"}).mError, error);
+    const ProgramResult lines = Playlist({"--serve-lines", "1.2.3.4", "80", "x", path});
+    EXPECT_EQ(lines.mError, error);
+    EXPECT_EQ(lines.mOut, "");
+    EXPECT_EQ(lines.mStatus, 0);
+}
+
+TEST(Playlist, HLSPlaylistIsAnErrorThatSaysWhatItIs) {
+    const std::string path = EZ_SAMPLES "/playlists/live-stream.m3u8";
+    for (const Words& options : {Words{}, Words{"--json"}, Words{"--index", "0"}, Words{"--at", "0"},
+                                 Words{"--serve-lines", "1.2.3.4", "80", "x"}}) {
+        Words words = options;
+        words.push_back(path);
+        const ProgramResult result = Playlist(words);
+        EXPECT_EQ(result.mStatus, 1);
+        EXPECT_EQ(result.mOut, "");
+        EXPECT_EQ(result.mError,
+                  "ezannounce: " + path + ": an HLS playlist: segments of one media, not a list of media\n");
+    }
+}
+
+TEST(Playlist, ReadErrorAtTheFirstByteIsNamed) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("a.m3u");
+    std::filesystem::create_symlink("/proc/self/mem", path); // nothing is mapped at its start
+    const ProgramResult result = Playlist({path});
+    EXPECT_EQ(result.mStatus, 1);
+    EXPECT_EQ(result.mOut, "");
+    EXPECT_EQ(result.mError, "ezannounce: " + path + ": Input/output error\n");
+}
+
+TEST(Playlist, FileThatStatesNoSizeIsReadAllTheSame) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("a.m3u");
+    std::filesystem::create_symlink("/proc/sys/kernel/ostype", path);
+    const std::vector<Json> entries = JsonOf({path});
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0]["location"], "Linux");
+    EXPECT_EQ(entries[0]["url"], FileURL(folder.Path("Linux")));
+}
+
+TEST(Playlist, URLsOfALocalListAreHandedOutEscaped) {
+    const TemporaryFolder folder;
+    const std::vector<Json> entries =
+        JsonOf({folder.Write("a.m3u", "http://h/a b\xC3\xA9.mp3\nhttp://h/a%20b.mp3?x=<1>&y=%25\n")});
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0]["url"], "http://h/a%20b%C3%A9.mp3");
+    EXPECT_EQ(entries[0]["location"], "http://h/a b\xC3\xA9.mp3");
+    EXPECT_EQ(entries[1]["url"], "http://h/a%20b.mp3?x=%3C1%3E&y=%25");
+}
+
+TEST(PlaylistStream, OnlyAFailedReadIsAFailure) {
+    for (const ezStreamingStatus status :
+         {ezStreamingStatus_NoError, ezStreamingStatus_EOS, ezStreamingStatus_NotSupported,
+          ezStreamingStatus_ReadError, ezStreamingStatus_Interrupted, ezStreamingStatus_InvalidState}) {
+        auto* stream = new PlaylistStream(ezStreamOwner(new AnsweringStream(status)));
+        const ezStreamOwner owner(stream);
+        EXPECT_EQ(stream->Seek(7), ezStreamingStatus_OutOfRange);
+        EXPECT_FALSE(stream->HasFailed());
+        char byte = 0;
+        std::size_t size = 1;
+        EXPECT_EQ(stream->Read(&byte, &size, 0), status);
+        EXPECT_EQ(stream->HasFailed(),
+                  status >= ezStreamingStatus_InvalidParam && status != ezStreamingStatus_NotSupported);
+    }
+}
+
 TEST(Playlist, LongTableComesInBatches) {
     const TemporaryFolder folder;
     std::string list;
@@ -256,6 +369,79 @@ TEST(Playlist, LongTableComesInBatches) {
     ASSERT_EQ(lines.size(), 2501U);
     EXPECT_EQ(lines[2500].substr(0, 5), "2499 ");
 }
+
+#ifdef EZ_HAS_HTTP_STREAM
+
+TEST(PlaylistOfAServer, LocationsAreBesideItsURL) {
+    const HttpServer server(ServingList("a b.mp3\n../c.mp3\nhttp://h/d.mp3\n", ""));
+    EXPECT_EQ(URLsAt(server.URL("/music/list.m3u?x=/y/z")),
+              (Words{server.URL("/music/a%20b.mp3"), server.URL("/c.mp3"), "http://h/d.mp3"}));
+}
+
+TEST(PlaylistOfAServer, BehindARedirectLocationsAreBesideWhereItLed) {
+    const HttpServer::Handler list = ServingList("a.mp3\n../b.mp3\n", "");
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        if (aRequest.mTarget == "/go.m3u" || aRequest.mTarget == "/x/go") {
+            const std::string to = aRequest.mTarget == "/x/go" ? "../deep/er/list.m3u" : "/x/go";
+            aConnection.Send(HttpHead("302 Found", "Content-Length: 0\r\nLocation: " + to + "\r\n"));
+            return;
+        }
+        list(aRequest, aConnection);
+    });
+    const Words urls = {server.URL("/deep/er/a.mp3"), server.URL("/deep/b.mp3")};
+    EXPECT_EQ(URLsAt(server.URL("/go.m3u")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/x/go")), urls);
+    EXPECT_EQ(server.GetRequests(),
+              (Words{"/go.m3u", "/x/go", "/deep/er/list.m3u", "/x/go", "/deep/er/list.m3u"}));
+}
+
+TEST(PlaylistOfAServer, ExtensionAskedForCountsWhereTheRedirectLedToNone) {
+    const HttpServer::Handler list = ServingList("[playlist]\nFile1=a.mp3\n", "");
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        if (aRequest.mTarget == "/a.m3u") { // read as M3U the list would have two entries
+            aConnection.Send(HttpHead("302 Found", "Content-Length: 0\r\nLocation: /b.pls\r\n"));
+        } else if (aRequest.mTarget == "/c.pls") {
+            aConnection.Send(HttpHead("302 Found", "Content-Length: 0\r\nLocation: /d/e.cgi\r\n"));
+        } else {
+            list(aRequest, aConnection);
+        }
+    });
+    EXPECT_EQ(URLsAt(server.URL("/a.m3u")), Words{server.URL("/a.mp3")});
+    EXPECT_EQ(URLsAt(server.URL("/c.pls")), Words{server.URL("/d/a.mp3")});
+}
+
+TEST(PlaylistOfAServer, TypeWithAReaderCountsBeforeTheExtension) {
+    const HttpServer server(
+        ServingList("[playlist]\nFile1=a.mp3\n", "Content-Type: Audio/X-SCPLS; charset=utf-8\r\n"));
+    const Words urls = {server.URL("/a.mp3")};
+    EXPECT_EQ(URLsAt(server.URL("/list.m3u")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/list.cgi")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/list")), urls);
+}
+
+TEST(PlaylistOfAServer, TypeWithoutAReaderLeavesItToTheExtensionAndThenToTheBeginning) {
+    const HttpServer server(ServingList("[playlist]\nFile1=a.mp3\n", "Content-Type: text/plain\r\n"));
+    const Words urls = {server.URL("/a.mp3")};
+    EXPECT_EQ(URLsAt(server.URL("/list.PLS")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/list")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/")), urls);
+    EXPECT_EQ(URLsAt(server.URL("/list.m3u")),
+              (Words{server.URL("/[playlist]"), server.URL("/File1=a.mp3")}));
+    EXPECT_EQ(URLsAt(server.URL("/list.cgi")),
+              Words{"ezannounce: " + server.URL("/list.cgi") + ": no reader for this kind of playlist"});
+}
+
+TEST(PlaylistOfAServer, AnswerThatIsNoMediaIsNamed) {
+    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("404 Not Found", "Content-Length: 0\r\n"));
+    });
+    const ProgramResult result = Playlist({server.URL("/a.m3u")});
+    EXPECT_EQ(result.mStatus, 1);
+    EXPECT_EQ(result.mError,
+              "ezannounce: " + server.URL("/a.m3u") + ": the server answered with status 404\n");
+}
+
+#endif
 
 TEST(PlaylistArguments, WrongUsageIsToldByName) {
     EXPECT_EQ(UsageError({"a"}), "");
@@ -274,8 +460,32 @@ TEST(PlaylistArguments, WrongUsageIsToldByName) {
     EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", "a/b"}), "--serve-lines: not an identifier: a/b");
     EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", "x", "--json"}),
               "--serve-lines does not go with --index, --at and --json");
-    EXPECT_NE(UsageError({"a", lines, "1.2.3.4", "80"}), "");
+    for (const char* id : {"a?b", "a#b", "a%20b", "a b", "a\tb", "", "\xC3\xA9"}) {
+        EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", id}),
+                  "--serve-lines: not an identifier: " + std::string(id));
+    }
     EXPECT_EQ(UsageError({"a", "--explain"}), "--explain and --parse-options go with parse only");
+}
+
+TEST(PlaylistArguments, ServeLinesTakesThreeWordsWhereverItStands) {
+    const char* lines = "--serve-lines";
+    EXPECT_EQ(UsageError({lines, "1.2.3.4", "80", "x", "a"}), "");
+    EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", "x", "--log", "error"}), "");
+    EXPECT_EQ(UsageError({lines, "1.2.3.4", "80", "x", lines, "5.6.7.8", "90", "y", "a"}), "");
+    EXPECT_EQ(UsageError({lines, "1.2.3.4", "80", "x", "--", "a"}), "");
+    const std::string count = "--serve-lines takes three words: IP PORT ID";
+    EXPECT_EQ(UsageError({"a", lines}), count);
+    EXPECT_EQ(UsageError({"a", lines, "1.2.3.4"}), count);
+    EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80"}), count);
+    EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", "--log", "error"}), count);
+    EXPECT_EQ(UsageError({"a", lines, "1.2.3.4", "80", lines, "5.6.7.8", "90", "y"}), count);
+    EXPECT_EQ(UsageError({lines, "1.2.3.4", "80", "x", "y", "a"}), "playlist takes one operand");
+
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("a.m3u", "a.mp3\n");
+    const ProgramResult result = Playlist({lines, "1.2.3.4", "80", "x", lines, "5.6.7.8", "90", "y", path});
+    EXPECT_EQ(result.mStatus, 0) << result.mError;
+    EXPECT_EQ(result.mOut.substr(0, 20), "http://5.6.7.8:90/y/");
 }
 
 TEST(PlaylistArguments, TheyGoWithThatVerbOnly) {

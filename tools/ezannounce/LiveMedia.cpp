@@ -81,7 +81,7 @@ bool LiveMedia::Open(std::string& aReason) {
         aReason = "there is no data";
         return false;
     }
-    return true;
+    return IsWhole(aReason); // the first byte may not have come
 }
 
 ezMediaParserStream& LiveMedia::GetStream() {

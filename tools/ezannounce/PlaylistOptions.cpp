@@ -6,34 +6,42 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <cstring>
 
 namespace {
 
-constexpr std::size_t kServeLinesWords = 3;
+constexpr int kServeLinesWords = 3;
 constexpr uint32 kMaximumPort = 65535;
 
-/// It stands in a URL, between two slashes, and in a line.
+/// It stands as it is in the path of a URL, between two slashes, and in a line.
 bool IsIdentifier(const std::string& aText) {
     return !aText.empty() && std::all_of(aText.begin(), aText.end(), [](char aCharacter) {
-        return aCharacter > ' ' && aCharacter < '\x7F' && aCharacter != '/';
+        return aCharacter > ' ' && aCharacter < '\x7F' && std::strchr("/?#%", aCharacter) == nullptr;
     });
 }
 
+/// Of words that were given more than once the last three count.
 std::string ReadServedAt(const std::vector<std::string>& aWords, ServedAt& aServedAt) {
+    if (aWords.size() % kServeLinesWords != 0) {
+        return "--serve-lines takes three words: IP PORT ID";
+    }
+    const std::string& host = aWords[aWords.size() - 3];
+    const std::string& portText = aWords[aWords.size() - 2];
+    const std::string& id = aWords[aWords.size() - 1];
     in_addr address = {};
-    if (aWords.size() != kServeLinesWords || inet_pton(AF_INET, aWords[0].c_str(), &address) != 1) {
-        return "--serve-lines: not an IPv4 address: " + aWords[0];
+    if (inet_pton(AF_INET, host.c_str(), &address) != 1) {
+        return "--serve-lines: not an IPv4 address: " + host;
     }
     uint32 port = 0;
-    if (!ezReadDecimal32(aWords[1], &port) || port > kMaximumPort) {
-        return "--serve-lines: not a port: " + aWords[1];
+    if (!ezReadDecimal32(portText, &port) || port > kMaximumPort) {
+        return "--serve-lines: not a port: " + portText;
     }
-    if (!IsIdentifier(aWords[2])) {
-        return "--serve-lines: not an identifier: " + aWords[2];
+    if (!IsIdentifier(id)) {
+        return "--serve-lines: not an identifier: " + id;
     }
     aServedAt.mAddress = address.s_addr;
     aServedAt.mPort = static_cast<std::uint16_t>(port);
-    aServedAt.mID = aWords[2];
+    aServedAt.mID = id;
     return {};
 }
 
@@ -51,8 +59,11 @@ void DeclarePlaylistOptions(CLI::App& anApp, PlaylistOptions& anOptions, Playlis
         .add_option("--serve-lines", aTexts.mServeLines,
                     "playlist: the lines of equal length by which a server serves it again")
         ->type_name("IP PORT ID")
-        ->type_size(kServeLinesWords)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+        // Fewer are taken, too, so that neither an option nor the playlist is taken for one of them
+        // unnoticed.
+        ->expected(0, kServeLinesWords)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 std::string ReadPlaylistTexts(const PlaylistTexts& aTexts, PlaylistOptions& anOptions) {

@@ -6,9 +6,11 @@
 #include "ez/PlaylistParserFactory.h"
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/base/Memory.h"
+#include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/streams/FileStream.h"
 #include "ezPlatform/streams/MemoryStream.h"
+#include "ezPlatform/text/URI.h"
 #ifdef EZ_HAS_HTTP_STREAM
 #include "ezLiveStreams/HttpStream.h"
 #endif
@@ -19,7 +21,6 @@
 #include <cstdio>
 #include <cstring>
 #include <string_view>
-#include <vector>
 
 namespace {
 
@@ -79,7 +80,30 @@ std::string ExtensionOf(std::string_view aBytes) {
     return found != kBeginnings.end() ? found->mExtension : "m3u";
 }
 
+/// All of what a function reads a block of, whose count is negative when it fails. False, with the reason,
+/// then and when it is too large.
+template <typename Read>
+bool ReadToEnd(const Read& aRead, std::string& aBytes, std::string& aReason) {
+    std::vector<char> block(kBlock);
+    int count = 0;
+    while (aBytes.size() <= kMaximumSize && (count = aRead(block.data(), block.size())) > 0) {
+        aBytes.append(block.data(), static_cast<std::size_t>(count));
+    }
+    if (count < 0 || aBytes.size() > kMaximumSize) {
+        aReason = count < 0 ? std::strerror(errno) : kTooLarge;
+        return false;
+    }
+    return true;
+}
+
 #ifdef EZ_HAS_HTTP_STREAM
+std::string ExtensionOfURL(const ezCString& aURL) {
+    ezURI* uri = ezURI_NewFromEscapedStr(aURL.c_str());
+    const ezCString name = ezCString::FromAllocatedString(ezURI_GetLastPathSegment(uri));
+    ezURI_Delete(uri);
+    return std::string(ezPathName::MakeFilePath(name).GetExtension().View());
+}
+
 void sDataArrived(void* aCondition) {
     static_cast<ezCondition*>(aCondition)->Signal();
 }
@@ -122,8 +146,18 @@ bool PlaylistSource::OpenFile(const std::string& aName, std::string& aReason) {
         aReason = WhyUnreadable(aName);
         return false;
     }
-    mStream.reset(ezFileGetStream(file.release(), "", ezCString(aName)));
-    mExtension = mStream->GetExtension().View();
+    mExtensions.emplace_back(ezPathName::MakeFilePath(ezCString(aName)).GetExtension().View());
+    if (file->LengthAtOpen() > 0) {
+        TakeStream(ezFileGetStream(file.release(), "", ezCString(aName)));
+        return true;
+    }
+    // A file of the kernel's may state no size and have bytes, or an error, all the same.
+    std::string bytes;
+    const auto read = [&](char* aBlock, std::size_t aSize) { return file->Read(aBlock, aSize); };
+    if (!ReadToEnd(read, bytes, aReason)) {
+        return false;
+    }
+    TakeBytes(bytes, aName);
     return true;
 }
 
@@ -139,8 +173,16 @@ bool PlaylistSource::OpenURL(const std::string& aName, std::string& aReason) {
     ezMediaInfo info;
     http->CopyInfo(&info);
     mMimeType = info.GetCString(kezInfo_MimeType, "").View();
-    mExtension = http->GetExtension().View();
-    TakeBytes(bytes, aName);
+    const ezCString place = http->GetFinalURI();
+    for (const std::string& extension : {ExtensionOfURL(place), ExtensionOfURL(http->GetURI())}) {
+        if (!extension.empty()) {
+            mExtensions.push_back(extension);
+        }
+    }
+    if (mExtensions.empty()) {
+        mExtensions.push_back(ExtensionOf(bytes));
+    }
+    TakeBytes(bytes, std::string(place.View()));
     return true;
 }
 #else
@@ -152,16 +194,14 @@ bool PlaylistSource::OpenURL(const std::string& /*aName*/, std::string& aReason)
 
 bool PlaylistSource::OpenInput(std::string& aReason) {
     std::string bytes;
-    std::vector<char> block(kBlock);
-    for (std::size_t count = kBlock; count == kBlock && bytes.size() <= kMaximumSize;) {
-        count = std::fread(block.data(), 1, block.size(), stdin);
-        bytes.append(block.data(), count);
-    }
-    if (std::ferror(stdin) != 0 || bytes.size() > kMaximumSize) {
-        aReason = bytes.size() > kMaximumSize ? kTooLarge : std::strerror(errno);
+    const auto read = [](char* aBlock, std::size_t aSize) {
+        const std::size_t count = std::fread(aBlock, 1, aSize, stdin);
+        return count == 0 && std::ferror(stdin) != 0 ? -1 : static_cast<int>(count);
+    };
+    if (!ReadToEnd(read, bytes, aReason)) {
         return false;
     }
-    mExtension = ExtensionOf(bytes);
+    mExtensions.push_back(ExtensionOf(bytes));
     TakeBytes(bytes, "");
     return true;
 }
@@ -174,14 +214,22 @@ void PlaylistSource::TakeBytes(const std::string& aBytes, const std::string& aNa
     }
     auto* stream = new ezMemoryStream(block, size, ezCString(mMimeType));
     stream->SetURI(ezCString(aName));
-    mStream.reset(stream);
+    TakeStream(stream);
+}
+
+void PlaylistSource::TakeStream(ezStream* aStream) {
+    mStream.reset(new PlaylistStream(ezStreamOwner(aStream)));
 }
 
 PlaylistParser* PlaylistSource::NewReader(const PlaylistParserFactory& aFactory) {
     // Servers send playlists under all sorts of types, so one that nobody reads does not count.
-    const ezCString mimeType(mMimeType);
+    const ezCString mimeType = ezCString(mMimeType).Lower();
     const bool fKnownType = aFactory.IsSupportedPlaylist(mimeType, "");
-    mReader.reset(aFactory.NewPlaylistParser(mStream.get(), fKnownType ? mimeType : ezCString(),
-                                             ezCString(mExtension)));
+    const auto found =
+        std::find_if(mExtensions.begin(), mExtensions.end(), [&](const std::string& anExtension) {
+            return aFactory.IsSupportedPlaylist("", ezCString(anExtension));
+        });
+    const ezCString extension = found != mExtensions.end() ? ezCString(*found) : ezCString();
+    mReader.reset(aFactory.NewPlaylistParser(mStream.get(), fKnownType ? mimeType : ezCString(), extension));
     return mReader.get();
 }

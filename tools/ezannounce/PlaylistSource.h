@@ -1,9 +1,10 @@
 #pragma once
 
-#include "ezPlatform/streams/Stream.h"
+#include "PlaylistStream.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class PlaylistParser;
 class PlaylistParserFactory;
@@ -24,8 +25,12 @@ public:
     /// True when it came from a web server, so that its URL is its parent.
     bool IsFromNetwork() const { return mfFromNetwork; }
 
-    /// A reader for it: by the type that a web server states where a reader has it, else by the extension;
-    /// for standard input, which has neither, by how it begins. Lent; null when there is none.
+    /// True when a read of it failed, so that what its reader found need not be all.
+    bool HasFailed() const { return mStream != nullptr && mStream->HasFailed(); }
+
+    /// A reader for it: by the type that a web server states where a reader has it, else by the extension, of
+    /// a URL that of where it was found and then that of where it was asked for; for what has neither by how
+    /// it begins. Lent; null when there is none.
     PlaylistParser* NewReader(const PlaylistParserFactory& aFactory);
 
 private:
@@ -33,10 +38,11 @@ private:
     bool OpenURL(const std::string& aName, std::string& aReason);
     bool OpenInput(std::string& aReason);
     void TakeBytes(const std::string& aBytes, const std::string& aName);
+    void TakeStream(ezStream* aStream);
 
-    ezStreamOwner mStream;
+    std::unique_ptr<PlaylistStream, ezStreamReleaser> mStream;
     bool mfFromNetwork = false;
     std::string mMimeType;
-    std::string mExtension;
+    std::vector<std::string> mExtensions;    ///< the first that has a reader counts
     std::unique_ptr<PlaylistParser> mReader; ///< reads mStream
 };

@@ -9,6 +9,7 @@
 #include "ez/PlaylistParserFactory.h"
 #include "ezPlatform/text/URI.h"
 #ifdef EZ_HAS_PLAYLISTS
+#include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/Playlists.h"
 #endif
 
@@ -35,17 +36,20 @@ std::string Text(const ezCString& aText) {
     return std::string(aText.View());
 }
 
-bool IsURL(const ezCString& aLocation) {
+/// A location that is a URL, escaped; "" for another.
+ezCString URLOf(const ezCString& aLocation) {
     ezURI* uri = ezURI_NewFromEscapedStr(aLocation.c_str());
     const bool fURL =
         ezURI_GetScheme(uri) != nullptr && aLocation.View().find('\0') == std::string_view::npos;
+    ezCString url = fURL ? ezCString::FromAllocatedString(ezURI_GetStr(uri)) : ezCString();
     ezURI_Delete(uri);
-    return fURL;
+    return url;
 }
 
 /// A URL in a local playlist stands for itself: to the reader it would be the name of a file.
 std::string FullURL(PlaylistParser& aReader, bool afLocal, const ezCString& aLocation) {
-    return Text(afLocal && IsURL(aLocation) ? aLocation : aReader.GetFullURLFor(aLocation));
+    const ezCString url = afLocal ? URLOf(aLocation) : ezCString();
+    return Text(url.IsEmpty() ? aReader.GetFullURLFor(aLocation) : url);
 }
 
 /// A playlist with its reader.
@@ -87,7 +91,10 @@ public:
         }
     }
 
+    bool HasAny() const { return mfAny; }
+
     void Put(const Shown& aShown) {
+        mfAny = true;
         if (mfJson) {
             PutJson(aShown);
             return;
@@ -133,6 +140,7 @@ private:
 
     Console& mConsole;
     const bool mfJson;
+    bool mfAny = false;
     std::vector<Row> mRows;
 };
 
@@ -152,6 +160,7 @@ struct Serving {
     const Opened& mOpened;
     Console& mConsole;
     ezCString mPrefix;
+    bool mfAny = false;
 };
 
 bool sServe(PlaylistParserEntry* anEntry, void* aServing) {
@@ -160,17 +169,30 @@ bool sServe(PlaylistParserEntry* anEntry, void* aServing) {
     // One byte for another, so that a line is a line, of its length, whatever a stranger called his song.
     entry.mTitle = ezCString(WithoutUnsafe(entry.mTitle.View(), '_'));
     entry.mURI = ezCString(WithoutUnsafe(entry.mURI.View(), '_'));
+    serving->mfAny = true;
     serving->mConsole.Print(PlaylistParser::GetURLFor(serving->mPrefix, &entry).View());
     return false;
 }
 
-void Serve(const Opened& anOpened, const ServedAt& aServedAt, Console& aConsole) {
+/// False when there is no entry.
+bool Serve(const Opened& anOpened, const ServedAt& aServedAt, Console& aConsole) {
     Serving serving = {
         anOpened, aConsole,
         PlaylistParser::GetURLPrefix(aServedAt.mAddress, aServedAt.mPort, ezCString(aServedAt.mID), nullptr)};
     if (anOpened.mReader.SeekBytes(0)) {
         anOpened.mReader.ParseAll(sServe, &serving);
     }
+    return serving.mfAny;
+}
+
+/// False when there is no entry.
+bool List(const Opened& anOpened, EntryOutput& anOutput) {
+    Listing listing = {anOpened, anOutput};
+    if (anOpened.mReader.SeekBytes(0)) {
+        anOpened.mReader.ParseAll(sList, &listing);
+    }
+    anOutput.Finish();
+    return anOutput.HasAny();
 }
 
 /// One entry. False, with the reason, when there is none.
@@ -195,6 +217,7 @@ bool PutOne(const Opened& anOpened, const PlaylistOptions& anOptions, EntryOutpu
         index = index ? std::optional<uint32>(*index + 1) : std::nullopt;
     }
     anOutput.Put(ShownOf(anOpened, entry, index));
+    anOutput.Finish();
     return true;
 }
 
@@ -204,12 +227,38 @@ void RegisterReaders([[maybe_unused]] PlaylistParserFactory& aFactory) {
 #endif
 }
 
+bool IsHLS([[maybe_unused]] PlaylistParser& aReader) {
+#ifdef EZ_HAS_PLAYLISTS
+    auto* m3u = dynamic_cast<M3UPlaylistParser*>(&aReader);
+    return m3u != nullptr && m3u->IsHLS();
+#else
+    return false;
+#endif
+}
+
+/// Shows what of the playlist was asked for. A playlist that is empty is told of, but is no failure.
+/// @param aReason  takes what there is to tell; "" for nothing
+int Show(const Opened& anOpened, const Arguments& anArguments, Console& aConsole, std::string& aReason) {
+    const PlaylistOptions& options = anArguments.mPlaylist;
+    if (IsHLS(anOpened.mReader)) {
+        aReason = "an HLS playlist: segments of one media, not a list of media";
+        return kExitSomeFailed;
+    }
+    EntryOutput output(aConsole, anArguments.mfJson);
+    if (options.mIndex || options.mAt) {
+        return PutOne(anOpened, options, output, aReason) ? kExitSuccess : kExitSomeFailed;
+    }
+    const bool fAny =
+        options.mServedAt ? Serve(anOpened, *options.mServedAt, aConsole) : List(anOpened, output);
+    aReason = fAny ? "" : "no entries";
+    return kExitSuccess;
+}
+
 } // namespace
 
 int RunPlaylist(const Arguments& anArguments, Console& aConsole) {
     const std::string& name = anArguments.mOperands.front();
     const std::string shownName = name == "-" ? "standard input" : name;
-    const PlaylistOptions& options = anArguments.mPlaylist;
     PlaylistParserFactory factory;
     RegisterReaders(factory);
     PlaylistSource source;
@@ -223,21 +272,13 @@ int RunPlaylist(const Arguments& anArguments, Console& aConsole) {
         aConsole.Error(shownName, "no reader for this kind of playlist");
         return kExitSomeFailed;
     }
-    const Opened opened = {*reader, !source.IsFromNetwork()};
-    if (options.mServedAt) {
-        Serve(opened, *options.mServedAt, aConsole);
-        return kExitSuccess;
+    int status = Show({*reader, !source.IsFromNetwork()}, anArguments, aConsole, reason);
+    if (source.HasFailed()) { // whatever else there is to tell comes of it
+        reason = "cannot be read to its end";
+        status = kExitSomeFailed;
     }
-    EntryOutput output(aConsole, anArguments.mfJson);
-    if (options.mIndex || options.mAt) {
-        if (!PutOne(opened, options, output, reason)) {
-            aConsole.Error(shownName, reason);
-            return kExitSomeFailed;
-        }
-    } else if (reader->SeekBytes(0)) {
-        Listing listing = {opened, output};
-        reader->ParseAll(sList, &listing);
+    if (!reason.empty()) {
+        aConsole.Error(shownName, reason);
     }
-    output.Finish();
-    return kExitSuccess;
+    return status;
 }

@@ -4,6 +4,7 @@
 #include "Explanation.h"
 #include "Facts.h"
 #include "Host.h"
+#include "LiveMedia.h"
 #include "MapperAnswer.h"
 #include "SafeText.h"
 
@@ -106,6 +107,17 @@ std::string CellOf(const ezMediaInfo& anInfo, const char* aKey) {
     return ForTerminal(anInfo.GetCString(aKey, "-").View());
 }
 
+/// A file's record lacks the size when it is 0, a live media's when it is not known: that is never empty, and
+/// a name given to standard input has no time as a file has.
+std::string SizeCell(const Announcement& anAnnouncement) {
+    const ezMediaInfo& info = *anAnnouncement.mInfo;
+    const bool fFile = !IsLive(anAnnouncement.mPath) && info.mLastModificationTime.IsSet();
+    if (!fFile && !info.Has(kezInfo_FileSize)) {
+        return "-";
+    }
+    return SizeInWords(info.GetUInt64(kezInfo_FileSize, 0).ToUInt64());
+}
+
 std::string LineOfExplanation(const std::string& aLabel, const std::string& aWords,
                               const std::string& aSource) {
     constexpr std::size_t kLabelWidth = 16;
@@ -149,7 +161,7 @@ void TableOutput::Put(const Announcement& anAnnouncement) {
     row[kMimeType] = CellOf(info, kezInfo_MimeType);
     row[kClass] = CellOf(info, kezInfo_ClassName);
     row[kDLNA] = anAnnouncement.mfRecognised ? ForTerminal(AnnouncedFourthField(info)) : "-";
-    row[kSize] = SizeInWords(info.GetUInt64(kezInfo_FileSize, 0).ToUInt64());
+    row[kSize] = SizeCell(anAnnouncement);
     row[kExtension] = CellOf(info, kezInfo_FileExtension);
     row[kRest] = anAnnouncement.mfRecognised ? RestInWords(info) : "not recognised";
     const std::string overrides = OverridesInWords(anAnnouncement.mMapperAnswer.get());

@@ -3,10 +3,14 @@
 #include "ezPlatform/text/CString.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
-constexpr std::size_t kMaxFields = 100; ///< of them a few are asked for; a server may send any number
+/// The fields that are asked for.
+constexpr std::array<std::string_view, 9> kFields = {
+    "accept-ranges", "content-encoding", "content-length", "content-range",    "content-type",
+    "etag",          "last-modified",    "location",       "transfer-encoding"};
 
 std::string_view Trimmed(std::string_view aText) {
     constexpr std::string_view kBlanks = " \t\r\n";
@@ -29,7 +33,7 @@ std::optional<std::uint64_t> Number(std::string_view aText) {
 /// What stands behind "bytes " in a content range.
 std::string_view BytesOf(std::string_view aRange) {
     constexpr std::string_view kUnit = "bytes ";
-    return aRange.substr(0, kUnit.size()) == kUnit ? aRange.substr(kUnit.size()) : std::string_view();
+    return Lower(aRange.substr(0, kUnit.size())) == kUnit ? aRange.substr(kUnit.size()) : std::string_view();
 }
 
 } // namespace
@@ -50,14 +54,18 @@ bool ezHttpResponse::AddLine(std::string_view aLine) {
         return fEnd;
     }
     const std::size_t colon = line.find(':');
-    if (mfHead && colon != std::string_view::npos && mFields.size() < kMaxFields) {
-        mFields[Lower(line.substr(0, colon))] = Trimmed(line.substr(colon + 1));
+    if (mfHead && colon != std::string_view::npos) {
+        const std::string name = Lower(line.substr(0, colon));
+        if (std::find(kFields.begin(), kFields.end(), name) != kFields.end()) {
+            mFields[name] = Trimmed(line.substr(colon + 1));
+        }
     }
     return false;
 }
 
 bool ezHttpResponse::IsInterim() const {
-    return mStatus < 200 || (mStatus >= 300 && mStatus < 400 && !Get("location").empty());
+    return (mStatus >= 100 && mStatus < 200 && mStatus != 101) ||
+           (mStatus >= 300 && mStatus < 400 && !Get("location").empty());
 }
 
 std::string ezHttpResponse::Get(const char* aName) const {
@@ -74,11 +82,32 @@ std::optional<ezContentRange> ezHttpResponse::GetRange() const {
     const std::string_view bytes = BytesOf(field);
     const std::size_t dash = std::min(bytes.find('-'), bytes.size());
     const std::size_t slash = bytes.find('/');
-    const std::optional<std::uint64_t> first = Number(bytes.substr(0, dash));
-    if (!first || slash == std::string_view::npos) {
+    if (slash == std::string_view::npos || dash > slash) {
         return std::nullopt;
     }
-    return ezContentRange{*first, Number(bytes.substr(slash + 1))};
+    const std::optional<std::uint64_t> first = Number(bytes.substr(0, dash));
+    const std::optional<std::uint64_t> last = Number(bytes.substr(dash + 1, slash - dash - 1));
+    const std::string_view size = bytes.substr(slash + 1);
+    const std::optional<std::uint64_t> total = Number(size);
+    const bool fOrdered = first && last && *first <= *last && *last < UINT64_MAX;
+    if (!fOrdered || (total ? *last >= *total : size != "*")) {
+        return std::nullopt;
+    }
+    return ezContentRange{*first, *last, total};
+}
+
+bool ezHttpResponse::AcceptsRanges() const {
+    return Lower(Get("accept-ranges")) == "bytes";
+}
+
+bool ezHttpResponse::IsEncoded() const {
+    const std::string coding = Lower(Get("content-encoding"));
+    return !coding.empty() && coding != "identity";
+}
+
+std::string ezHttpResponse::GetTag() const {
+    const std::string tag = Get("etag");
+    return tag.substr(0, 2) == "W/" ? tag.substr(2) : tag;
 }
 
 std::optional<std::uint64_t> ezHttpResponse::GetSizeOfUnsatisfied() const {

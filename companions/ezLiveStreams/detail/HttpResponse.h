@@ -9,6 +9,7 @@
 /// Where in a media the bytes of a partial answer lie: "bytes 100-199/500".
 struct ezContentRange {
     std::uint64_t mFirst = 0;
+    std::uint64_t mLast = 0;             ///< at or behind mFirst, and within the total
     std::optional<std::uint64_t> mTotal; ///< none for "*"
 };
 
@@ -20,14 +21,23 @@ public:
     bool AddLine(std::string_view aLine);
 
     int GetStatus() const { return mStatus; }
-    /// True for one that is followed by another: it is none of the media.
+    /// True for one that is followed by another: it is none of the media. 101 is none of those: behind it
+    /// another protocol is spoken.
     bool IsInterim() const;
-    /// The value of a field by its lower-case name; of those that come twice the last. "" without it.
+    /// The value of a field by its lower-case name; of those that come twice the last. "" without it. Only
+    /// the fields that a media can be told by are kept, so that an answer takes little however many it has.
     std::string Get(const char* aName) const;
 
     /// The size of the body, unless it is not stated or comes in chunks.
     std::optional<std::uint64_t> GetLength() const;
+    /// None also for one that contradicts itself.
     std::optional<ezContentRange> GetRange() const;
+    /// True when it states that it gives parts.
+    bool AcceptsRanges() const;
+    /// True when the body is not the media but an encoding of it.
+    bool IsEncoded() const;
+    /// The entity tag without the mark of a weak one, as the weak comparison has it. "" without one.
+    std::string GetTag() const;
     /// The size of the media that a 416 states: "bytes */500".
     std::optional<std::uint64_t> GetSizeOfUnsatisfied() const;
     /// The type without parameters, "" where it is none or tells nothing.

@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/EntryReaders.h"
 #include "ezPlaylists/detail/EntryText.h"
+#include "ezPlaylists/detail/Location.h"
 #include "ezPlaylists/detail/MarkupScanner.h"
 
 #include "ezPlatform/files/PathName.h"
@@ -9,23 +10,16 @@
 
 namespace {
 
-bool HasScheme(const std::string& aText) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
-    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
-    ezURI_Delete(uri);
-    return fScheme;
-}
-
 /// A location under a base. A URL as the base is one of a folder, whether it ends in "/" or not; any other
-/// base is put before what is neither URL nor absolute path.
+/// base is put before what is neither URL nor absolute path. A Windows path is under no base.
 std::string Based(const std::string& aBase, const std::string& aLocation) {
-    if (aBase.empty() || HasScheme(aLocation)) {
+    if (aBase.empty() || HasScheme(aLocation) || IsWindowsPath(aLocation)) {
         return aLocation;
     }
     const bool fSlash = aBase.back() == '/' || aBase.back() == '\\';
     const std::string folder = fSlash ? aBase : aBase + "/";
     if (HasScheme(aBase)) {
-        char* url = ezURI_S_Combine(folder.c_str(), aLocation.c_str());
+        char* url = ezURI_S_Combine(folder.c_str(), URLReference(ezCString(aLocation)).c_str());
         return std::string(ezCString::FromAllocatedString(url).View());
     }
     return ezPathName::MakeFilePath(ezCString(aLocation)).IsAbsolute() ? aLocation : folder + aLocation;
@@ -57,6 +51,12 @@ public:
     }
 
 private:
+    /// Text of an element of an entry; of several such elements the first counts that says something.
+    struct Line {
+        std::string mText;
+        bool mfSaid = false;
+    };
+
     /// False when no more is wanted.
     bool Start(const MarkupPiece& aTag) {
         mTextOf.clear();
@@ -87,17 +87,21 @@ private:
             mLocation = ezTrimmed(*location); // further ones are for a player to fall back on
         } else if (aTag.mName == "duration" && value != nullptr) {
             mEntry.mDuration = SecondsOfClock(*value);
-        } else if ((aTag.mName == "title" || aTag.mName == "author") && !aTag.mfEmptyElement) {
-            mTextOf = aTag.mName;
+        } else if (Line* line = LineOf(aTag.mName); line != nullptr && !line->mfSaid) {
+            mTextOf = aTag.mfEmptyElement ? "" : aTag.mName;
         }
     }
 
     void TakeText(const std::string& aText) {
-        if (mTextOf == "title") {
-            mTitle += aText;
-        } else if (mTextOf == "author") {
-            mAuthor += aText;
+        Line* line = LineOf(mTextOf);
+        if (line != nullptr) {
+            line->mText += aText;
+            line->mfSaid = line->mfSaid || !ezTrimmed(aText).empty();
         }
+    }
+
+    Line* LineOf(std::string_view aName) {
+        return aName == "title" ? &mTitle : aName == "author" ? &mAuthor : nullptr;
     }
 
     void TakeBase(const MarkupPiece& aTag) {
@@ -124,10 +128,10 @@ private:
     bool Finish() {
         const bool fEntry = mfInEntry && !mLocation.empty();
         mfInEntry = false;
-        mEntry.mTitle = ezCString(OneLine(mTitle));
-        AddTag(mEntry, "author", mAuthor);
-        mTitle.clear();
-        mAuthor.clear();
+        mEntry.mTitle = ezCString(OneLine(mTitle.mText));
+        AddTag(mEntry, "author", mAuthor.mText);
+        mTitle = Line();
+        mAuthor = Line();
         if (!fEntry) {
             return true;
         }
@@ -139,8 +143,8 @@ private:
     const EntrySink& mSink;
     PlaylistParserEntry mEntry;
     std::string mLocation;
-    std::string mTitle;
-    std::string mAuthor;
+    Line mTitle;
+    Line mAuthor;
     std::string mBase;      ///< of the whole document
     std::string mEntryBase; ///< of the entry
     std::string mTextOf;    ///< the element whose text is read; "" for none

@@ -28,12 +28,6 @@ constexpr std::array<std::string_view, 6> kEightBitNames = {
 /// Where an XML declaration ends at the latest, so that a long first line is not searched as a whole.
 constexpr std::size_t kMaximumDeclaration = 256;
 
-/// What Windows-1252 has where Latin-1 has control characters; 0 is the control character itself.
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
 bool StartsWith(std::string_view aText, std::string_view aStart) {
     return aText.substr(0, aStart.size()) == aStart;
 }
@@ -108,10 +102,8 @@ DocumentText::Encoding DocumentText::EncodingOf(std::string_view aDocument, std:
 
 void DocumentText::TakeEightBit(std::string_view aDocument) {
     mText.reserve(aDocument.size());
-    for (const char character : aDocument) {
-        const unsigned char byte = static_cast<unsigned char>(character);
-        const char16_t special = byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80U] : char16_t{0};
-        AppendUtf8(mText, special != 0 ? special : byte);
+    for (const char byte : aDocument) {
+        AppendUtf8(mText, FromWindows1252(static_cast<unsigned char>(byte)));
     }
 }
 

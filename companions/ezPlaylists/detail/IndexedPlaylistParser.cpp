@@ -1,6 +1,7 @@
 #include "ezPlaylists/detail/IndexedPlaylistParser.h"
 
 #include "ezPlaylists/detail/Limits.h"
+#include "ezPlaylists/detail/Location.h"
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
 #include <algorithm>
@@ -81,13 +82,14 @@ void IndexedPlaylistParser::Fill(std::size_t anIndex, PlaylistParserEntry* anEnt
 
 void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
     EnsureIndex();
+    const unsigned move = ++mMoves;
     bool fStop = false;
     for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.size() && !fStop; ++i) {
         PlaylistParserEntry entry;
         Fill(i, &entry);
         entry.mRelativeEntryIndex = mRelativeEntryIndex++;
         mWalkPos = entry.mNextEntryStreamPos.ToUInt64();
-        fStop = aCallback(&entry, aUserData);
+        fStop = aCallback(&entry, aUserData) || move != mMoves;
     }
 }
 
@@ -97,6 +99,11 @@ bool IndexedPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParse
 }
 
 bool IndexedPlaylistParser::SeekBytes(const ezuint64& aPos) {
+    ++mMoves;
     mWalkPos = aPos.ToUInt64();
     return PlaylistParser::SeekBytes(aPos);
+}
+
+ezCString IndexedPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
+    return PlaylistParser::GetFullURLFor(mParentURL != nullptr ? URLReference(anEntryURI) : anEntryURI);
 }

@@ -32,6 +32,8 @@ public:
     bool FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) override;
     /// Always true: a position that no entry stands at is answered by the walk.
     bool SeekBytes(const ezuint64& aPos) override;
+    /// As the base, but in a relative location of a playlist from a server "\" is "/".
+    ezCString GetFullURLFor(const ezCString& anEntryURI) override;
 
 protected:
     /// @param aStream  borrowed, opened
@@ -71,5 +73,6 @@ private:
     std::vector<std::size_t> mByPosition; ///< indexes of the records; empty when that is the same order
     std::string mTexts;
     std::uint64_t mWalkPos = 0; ///< where the next walk begins
+    unsigned mMoves = 0;        ///< seeks and walks: a walk ends when its callback made one
     bool mfIndexed = false;
 };

@@ -64,6 +64,16 @@ bool AppendMeaning(std::string& aText, std::string_view anEntity) {
     return character != 0;
 }
 
+/// Whether the "/" before ">" belongs to an unquoted value: at the end of a URL that names no file.
+bool EndsInSlash(std::string_view aValue) {
+    const std::size_t authority = aValue.find("://");
+    if (authority == std::string_view::npos) {
+        return false;
+    }
+    const std::string_view path = aValue.substr(std::min(aValue.find('/', authority + 3), aValue.size()));
+    return path.find('.', path.rfind('/') + 1) == std::string_view::npos; // no "/": from the start
+}
+
 } // namespace
 
 std::string WithoutEntities(std::string_view aText) {
@@ -213,7 +223,11 @@ bool MarkupScanner::TakeValue(std::string& aValue) {
         return false;
     }
     aValue = WithoutEntities(mText.substr(mAt, end - mAt));
-    mAt = quote == '"' || quote == '\'' ? end + 1 : end;
+    const bool fQuoted = quote == '"' || quote == '\'';
+    if (!fQuoted && mText[end] == '/' && EndsInSlash(aValue)) {
+        aValue += '/'; // it ends the tag all the same
+    }
+    mAt = fQuoted ? end + 1 : end;
     return true;
 }
 

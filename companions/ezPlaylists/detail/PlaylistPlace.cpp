@@ -3,13 +3,28 @@
 #include "ezPlatform/streams/Stream.h"
 #include "ezPlatform/text/URI.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 
 namespace {
 
 struct URIDelete {
     void operator()(ezURI* aURI) const { ezURI_Delete(aURI); }
 };
+
+/// The path of a "file:" URL. One on another host is a path of Windows ("\\host\share\..."), of which a
+/// full URL with the same host is made again.
+ezPathName FilePathOf(const ezURI* aURI) {
+    const ezCString host = ezURI_GetHostName(aURI);
+    const ezCString path = ezURI_GetPath(aURI);
+    if (host.IsEmpty() || host.CompareNoCase("localhost") == 0) {
+        return ezPathName::MakeFilePath(path);
+    }
+    std::string text = "//" + std::string(host.View()) + std::string(path.View());
+    std::replace(text.begin(), text.end(), '/', '\\');
+    return ezPathName::MakeFilePath(ezCString(text));
+}
 
 } // namespace
 
@@ -23,7 +38,7 @@ PlaylistPlace::PlaylistPlace(const ezStream* aStream) {
     if (scheme == "http" || scheme == "https") {
         mParentURL = place;
     } else if (scheme == "file") {
-        mFilePath = ezPathName::MakeFilePath(ezURI_GetPath(uri.get()));
+        mFilePath = FilePathOf(uri.get());
     } else {
         mFilePath = ezPathName::MakeFilePath(place);
     }

@@ -23,8 +23,30 @@ bool IsCharacter(char32_t aCodePoint) {
     return aCodePoint <= kHighest && (aCodePoint < 0xD800 || aCodePoint > 0xDFFF);
 }
 
-/// Bytes of the character that a text, not empty, begins with; 0 where it is none.
-std::size_t LengthOfFirst(std::string_view aText) {
+/// What Windows-1252 has at 80 to 9F.
+constexpr std::array<char16_t, 32> kWindows1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+} // namespace
+
+void AppendUtf8(std::string& aText, char32_t aCharacter) {
+    const char32_t character = IsCharacter(aCharacter) ? aCharacter : kReplacement;
+    const auto form = std::find_if(kForms.rbegin(), kForms.rend(),
+                                   [&](const Form& aForm) { return character >= aForm.mMinimum; });
+    std::size_t shift = 6 * (form->mLength - 1);
+    aText += static_cast<char>(form->mLead | (character >> shift));
+    while (shift > 0) {
+        shift -= 6;
+        aText += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
+    }
+}
+
+std::size_t LengthOfFirstUtf8(std::string_view aText) {
+    if (aText.empty()) {
+        return 0;
+    }
     const unsigned lead = static_cast<unsigned char>(aText[0]);
     const auto* form = std::find_if(kForms.begin(), kForms.end(),
                                     [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
@@ -42,27 +64,18 @@ std::size_t LengthOfFirst(std::string_view aText) {
     return codePoint >= form->mMinimum && IsCharacter(codePoint) ? form->mLength : 0;
 }
 
-} // namespace
-
-void AppendUtf8(std::string& aText, char32_t aCharacter) {
-    const char32_t character = IsCharacter(aCharacter) ? aCharacter : kReplacement;
-    const auto form = std::find_if(kForms.rbegin(), kForms.rend(),
-                                   [&](const Form& aForm) { return character >= aForm.mMinimum; });
-    std::size_t shift = 6 * (form->mLength - 1);
-    aText += static_cast<char>(form->mLead | (character >> shift));
-    while (shift > 0) {
-        shift -= 6;
-        aText += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
-    }
-}
-
 bool IsWholeUtf8(std::string_view aText) {
     while (!aText.empty()) {
-        const std::size_t length = LengthOfFirst(aText);
+        const std::size_t length = LengthOfFirstUtf8(aText);
         if (length == 0) {
             return false;
         }
         aText.remove_prefix(length);
     }
     return true;
+}
+
+char32_t FromWindows1252(unsigned char aByte) {
+    const bool fSpecial = aByte >= 0x80 && aByte < 0x80 + kWindows1252.size();
+    return fSpecial ? kWindows1252[aByte - 0x80U] : aByte;
 }

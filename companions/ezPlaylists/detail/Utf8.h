@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -7,5 +8,12 @@
 /// U+FFFD.
 void AppendUtf8(std::string& aText, char32_t aCharacter);
 
+/// Bytes of the character that a text begins with; 0 where it begins with none, and for an empty text.
+std::size_t LengthOfFirstUtf8(std::string_view aText);
+
 /// True when the whole text is UTF-8: no overlong form, no surrogate, no value above U+10FFFF.
 bool IsWholeUtf8(std::string_view aText);
+
+/// The character of a byte in Windows-1252, of which Latin-1 is a part: letters and quotes stand at 80 to 9F,
+/// where Latin-1 has control characters that no title holds. Its five holes stay those.
+char32_t FromWindows1252(unsigned char aByte);

@@ -19,7 +19,8 @@ ezCString XSPFPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
     const bool fEndsEarly = text.find('\0') != std::string_view::npos;
     const bool fWindowsPath = ezPathName::MakeFilePath(anEntryURI).IsAbsolute() && text[0] != '/';
     if (mParentURL != nullptr || anEntryURI.IsEmpty() || fEndsEarly || fWindowsPath) {
-        return PlaylistParser::GetFullURLFor(anEntryURI);
+        // Past the indexed readers' own: a backslash in a URI is no separator.
+        return PlaylistParser::GetFullURLFor(anEntryURI); // NOLINT(bugprone-parent-virtual-call): on purpose
     }
     // A playlist without a name lies in the working folder.
     const ezCString path = mFilePath.IsValid() ? mFilePath.GetFullPath() : ezCString("./");

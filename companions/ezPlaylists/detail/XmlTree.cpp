@@ -61,8 +61,16 @@ bool XmlTree::IsClosed(const pugi::xml_node& anElement) const {
     if (mTree->mResult || anElement.next_sibling()) {
         return true;
     }
-    const std::size_t end = mText.rfind(std::string("</") + anElement.name() + ">");
-    return end != std::string::npos && end > OffsetOf(anElement);
+    const std::string tag = std::string("</") + anElement.name();
+    const std::size_t start = OffsetOf(anElement);
+    for (std::size_t at = mText.rfind(tag); at != std::string::npos && at > start;
+         at = mText.rfind(tag, at - 1)) {
+        const std::size_t end = mText.find_first_not_of(" \t\r\n", at + tag.size());
+        if (end != std::string::npos && mText[end] == '>') {
+            return true; // the whole name: what follows is no further letter of a longer one
+        }
+    }
+    return false;
 }
 
 std::string_view XmlTree::LocalName(const pugi::xml_node& anElement) {

@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/EntryReaders.h"
 #include "ezPlaylists/detail/EntryText.h"
+#include "ezPlaylists/detail/Location.h"
 #include "ezPlaylists/detail/XmlTree.h"
 
 #include "ezPlatform/text/URI.h"
@@ -16,17 +17,10 @@ namespace {
 /// The elements of a track that go into the further lines of its entry.
 constexpr std::array<const char*, 4> kTags = {"creator", "album", "trackNum", "image"};
 
-bool HasScheme(const std::string& aText) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
-    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
-    ezURI_Delete(uri);
-    return fScheme;
-}
-
 /// A reference under a base, which may be a relative one itself: then it stays one, and its ".." count from
 /// where the playlist lies.
 std::string Resolved(const std::string& aBase, const std::string& aReference) {
-    if (aBase.empty() || aReference.empty()) {
+    if (aBase.empty() || aReference.empty() || IsWindowsPath(aReference)) {
         return aReference; // as it is written
     }
     if (HasScheme(aBase)) {

@@ -193,6 +193,18 @@ TEST(MPEGVideoEltStreamParser, SequencePictureAndSliceAreAStream) {
     }
 }
 
+TEST(MPEGVideoEltStreamParser, ARateThatDoesNotFitIsLeftOut) {
+    std::string sequence = kSequence;
+    sequence.replace(8, 3, Hex({0xFF, 0xFF, 0xA0}));
+    std::string extension = kSequenceExtension; // the upper bits of the rate, and its marker
+    extension.replace(6, 2, Hex({0x1F, 0xFF}));
+    ExpectRecord<MPEGVideoEltStreamParser>(sequence + extension + kPicture + kPictureExtension + kSlice,
+                                           "he=288\nvc=\"MPEG2\"\nvt=1\nwi=352\n");
+    ExpectRecord<MPEGVideoEltStreamParser>(sequence + extension + kVaryingPicture + kPictureExtension +
+                                               kSlice,
+                                           "he=288\nvc=\"MPEG2\"\nvr=4294967295\nvt=1\nwi=352\n");
+}
+
 TEST(MPEGVideoEltStreamParser, ARateThatVariesIsAMaximumOfMPEG2) {
     ExpectRecord<MPEGVideoEltStreamParser>(kSequence + kSequenceExtension + kVaryingPicture +
                                                kPictureExtension + kSlice,

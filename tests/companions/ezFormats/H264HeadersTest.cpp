@@ -21,6 +21,7 @@ struct Fields {
     bool mfCropped = true;
     unsigned mBottom = 6;
     int mBitRate = -1; ///< of a buffer description, as coded
+    unsigned mBitRateScale = 0;
     unsigned mConstant = 1;
     Bits mSetEnd = Bits();
     unsigned mPictureID = 0;
@@ -64,7 +65,7 @@ struct Fields {
             bits.Put(1, 1).Put(255, 8).Put(12, 16).Put(11, 16).Put(1, 1).Put(0, 1); // shape, overscan
             bits.Put(1, 1).Put(5, 3).Put(0, 1).Put(1, 1).Put(0x010101, 24);         // colours
             bits.Put(1, 1).UE(0).UE(1).Put(1, 1).Put(1, 32).Put(50, 32).Put(1, 1);  // places, time
-            bits.Put(1, 1).UE(0).Put(0, 4).Put(0, 4);                               // one buffer
+            bits.Put(1, 1).UE(0).Put(mBitRateScale, 4).Put(0, 4);                   // one buffer
             bits.UE(static_cast<unsigned>(mBitRate)).UE(9).Put(mConstant, 1).Put(0, 20);
             bits.Put(0, 1).Put(0, 1).Put(0, 1).Put(1, 1).Put(1, 1); // no other, delay, structure, bounds
             bits.UE(0).UE(0).UE(16).UE(16).UE(0).UE(1);
@@ -167,6 +168,19 @@ TEST(H264Headers, TellTheRateOfABufferDescription) {
                   f.mConstant = 0;
               }),
               "he=180\nmv=1000000\nvc=\"H264\"\nvr=4294967295\nvt=1\nwi=320\n");
+}
+
+TEST(H264Headers, ARateThatDoesNotFitIsLeftOut) {
+    const auto huge = [](Fields& f) {
+        f.mBitRate = 99'999'999;
+        f.mBitRateScale = 15;
+    };
+    EXPECT_EQ(RecordWith(huge), "he=180\nvc=\"H264\"\nvt=1\nwi=320\n");
+    EXPECT_EQ(RecordWith([&](Fields& f) {
+                  huge(f);
+                  f.mConstant = 0;
+              }),
+              "he=180\nvc=\"H264\"\nvr=4294967295\nvt=1\nwi=320\n");
 }
 
 TEST(H264Headers, OneBrokenFieldOfTheSequenceSetIsNoStream) {

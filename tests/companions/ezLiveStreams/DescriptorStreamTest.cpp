@@ -151,6 +151,48 @@ TEST(DescriptorStream, AReadErrorIsToldInTheWordsOfTheSystem) {
     EXPECT_FALSE(none.Open());
 }
 
+TEST(DescriptorStream, AClosedDescriptorIsNotTakenForAnother) {
+    // The lowest number that is free: the next descriptor that is made has it.
+    const int closed = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(close(closed), 0);
+    ezFeedOptions options; // without the wait: it would be one for ever
+    auto* source = new ezDescriptorStream(closed, "", options);
+    ezStreamMediaParserStream stream(source, true);
+    EXPECT_FALSE(stream.Open());
+    EXPECT_EQ(source->GetErrorText(), "Bad file descriptor");
+}
+
+TEST(DescriptorStream, WhatIsOpenForWritingOnlyIsAReadError) {
+    const TemporaryFolder folder;
+    for (const char* content : {"", "abc"}) {
+        const int file = open(folder.Write("a", content).c_str(), O_WRONLY | O_CLOEXEC);
+        auto* source = new ezDescriptorStream(file, "", Waiting());
+        ezStreamMediaParserStream stream(source, true);
+        EXPECT_FALSE(stream.Open());
+        EXPECT_EQ(source->GetErrorText(), "Bad file descriptor");
+        stream.Close();
+        close(file);
+    }
+}
+
+TEST(DescriptorStream, AFileThatStatesNoBytesIsReadToItsEnd) {
+    const int file = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
+    ASSERT_GE(file, 0);
+    ezStreamMediaParserStream stream(new ezDescriptorStream(file, "", Waiting()), true);
+    ASSERT_TRUE(stream.Open());
+    EXPECT_GT(stream.GetMediaSize(), 0U);
+    EXPECT_EQ(ReadWaiting(stream, 5), Got("Name:"));
+    stream.Close();
+    close(file);
+    const TemporaryFolder folder;
+    const int empty = open(folder.Write("a", "").c_str(), O_RDONLY | O_CLOEXEC);
+    ezStreamMediaParserStream nothing(new ezDescriptorStream(empty, "", Waiting()), true);
+    EXPECT_TRUE(nothing.Open());
+    EXPECT_EQ(ReadWaiting(nothing, 1), Got(""));
+    nothing.Close();
+    close(empty);
+}
+
 TEST(DescriptorStream, AResetBehindSomeBytesIsAReadError) {
     std::array<int, 2> ends = {};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);

@@ -185,9 +185,55 @@ TEST_F(FeedBuffer, ARequestAboveTheLimitIsRefusedWhereTheSizeIsKnown) {
     std::size_t huge = SIZE_MAX;
     EXPECT_EQ(mBuffer.Read(nullptr, &huge, ezStreamReadFlag_Whole), ezStreamingStatus_OutOfInternalBuffer);
     EXPECT_EQ(huge, 0U);
-    EXPECT_FALSE(mBuffer.HasFailed()); // the request has, not the media
     mBuffer.Seek(3);
     EXPECT_EQ(mFeed.Read(kLargest), Nothing()); // what is left fits
+}
+
+TEST_F(FeedBuffer, ARefusedRequestIsAFailureThatWasMetAndNotTheEndOfTheMedia) {
+    mBuffer.SetSize(kLargest + 2);
+    EXPECT_FALSE(mBuffer.HasFailed());
+    EXPECT_EQ(mFeed.Read(kLargest + 1), Failed(ezStreamingStatus_OutOfInternalBuffer));
+    EXPECT_TRUE(mBuffer.HasFailed());
+    EXPECT_EQ(mBuffer.GetErrorText(), "a read of 65 bytes is larger than what is held");
+    EXPECT_TRUE(mBuffer.IsOpened());
+    mFeed.Append("abcd");
+    EXPECT_EQ(mFeed.Read(4), Got("abcd"));
+}
+
+TEST_F(FeedBuffer, ASizeThatIsToldWhileAMoveIsAskedForDoesNotCount) {
+    mBuffer.SetMovable(true, true);
+    EXPECT_EQ(mBuffer.Seek(2 * ezFeedBuffer::kWorthMoving), ezStreamingStatus_NoError);
+    EXPECT_TRUE(mBuffer.IsInterrupted());
+    EXPECT_TRUE(mBuffer.SetSize(100)); // the place that was sought lies behind it
+    EXPECT_EQ(mBuffer.GetErrorText(), "");
+    EXPECT_EQ(mBuffer.GetSize(false), 0U);
+    std::uint64_t position = 0;
+    EXPECT_TRUE(mBuffer.WaitForMove(&position));
+    mBuffer.StartAt(100);
+    EXPECT_TRUE(mBuffer.SetSize(100));
+    mBuffer.End();
+    EXPECT_EQ(mFeed.Read(1), AtEnd(""));
+}
+
+TEST_F(FeedBuffer, AFailedSourceThatCanBeMovedIsTriedAgainAFewTimes) {
+    mBuffer.SetMovable(true, true);
+    std::uint64_t place = ezFeedBuffer::kWorthMoving;
+    for (int i = 0; i < ezFeedBuffer::kRetries; ++i) {
+        mBuffer.Fail(ezStreamingStatus_ReadError, "broken");
+        EXPECT_EQ(mFeed.Read(1), Failed(ezStreamingStatus_ReadError));
+        EXPECT_EQ(mBuffer.Seek(++place), ezStreamingStatus_NoError); // however near it lies
+        ASSERT_TRUE(mBuffer.IsInterrupted());
+        EXPECT_EQ(mFeed.Read(1), Nothing());
+        std::uint64_t position = 0;
+        EXPECT_TRUE(mBuffer.WaitForMove(&position));
+        EXPECT_EQ(position, place);
+        mBuffer.StartAt(position);
+    }
+    EXPECT_TRUE(mBuffer.HasFailed());
+    mBuffer.Fail(ezStreamingStatus_ReadError, "for good");
+    EXPECT_EQ(mBuffer.Seek(0), ezStreamingStatus_OutOfRange);
+    EXPECT_EQ(mFeed.Read(1), Failed(ezStreamingStatus_ReadError));
+    EXPECT_FALSE(mBuffer.IsInterrupted());
 }
 
 TEST_F(FeedBuffer, ASeekFarAheadPassesOverWhatComesBefore) {

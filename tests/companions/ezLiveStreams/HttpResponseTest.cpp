@@ -21,11 +21,11 @@ ezHttpResponse Head(const std::vector<std::string>& aLines) {
 } // namespace
 
 TEST(HttpResponse, TakesStatusAndFieldsInAnyCase) {
-    const ezHttpResponse response = Head({"HTTP/1.1 200 OK", "CONTENT-length:  12 ", "X: a:b"});
+    const ezHttpResponse response = Head({"HTTP/1.1 200 OK", "CONTENT-length:  12 ", "ETag: a:b"});
     EXPECT_EQ(response.GetStatus(), 200);
     EXPECT_EQ(response.GetLength(), 12U);
-    EXPECT_EQ(response.Get("x"), "a:b");
-    EXPECT_EQ(response.Get("y"), "");
+    EXPECT_EQ(response.Get("etag"), "a:b");
+    EXPECT_EQ(response.Get("location"), "");
     EXPECT_EQ(Head({"HTTP/2 404"}).GetStatus(), 404);
     EXPECT_EQ(Head({"HTTP/1.1 2x0 No"}).GetStatus(), 0);
     EXPECT_EQ(Head({"HTTP/1.1"}).GetStatus(), 0);
@@ -40,6 +40,9 @@ TEST(HttpResponse, ALaterAnswerForgetsTheOneBefore) {
     EXPECT_TRUE(Head({"HTTP/1.1 100 Continue"}).IsInterim());
     EXPECT_FALSE(Head({"HTTP/1.1 304 Not Modified"}).IsInterim());
     EXPECT_FALSE(Head({"HTTP/1.1 404 No", "Location: /b"}).IsInterim());
+    EXPECT_TRUE(Head({"HTTP/1.1 103 Early Hints"}).IsInterim());
+    EXPECT_FALSE(Head({"HTTP/1.1 101 Switching Protocols"}).IsInterim()); // nothing of HTTP follows
+    EXPECT_FALSE(Head({"HTTP/1.1 0x0 No"}).IsInterim());
 }
 
 TEST(HttpResponse, WhatComesBehindTheHeadIsNoPartOfIt) {
@@ -54,8 +57,9 @@ TEST(HttpResponse, AFieldThatDoesNotReadIsAbsent) {
         EXPECT_EQ(Head({"HTTP/1.1 200 OK", std::string("Content-Length: ") + length}).GetLength(),
                   std::nullopt);
     }
-    for (const char* range :
-         {"", "bytes", "bytes 5-9", "bytes x-9/10", "lines 5-9/10", "bytes */10", "bytes /10"}) {
+    for (const char* range : {"", "bytes", "bytes 5-9", "bytes x-9/10", "lines 5-9/10", "bytes */10",
+                              "bytes /10", "bytes 5-4/10", "bytes 5-10/10", "bytes 5-9/5", "bytes 5-/10",
+                              "bytes 5-9/x", "bytes 5/9-10", "bytes 5-18446744073709551615/*"}) {
         EXPECT_FALSE(Head({"HTTP/1.1 206 P", std::string("Content-Range: ") + range}).GetRange()) << range;
     }
 }
@@ -64,6 +68,7 @@ TEST(HttpResponse, ReadsRanges) {
     const auto range = Head({"HTTP/1.1 206 P", "Content-Range: bytes 5-9/10"}).GetRange();
     ASSERT_TRUE(range);
     EXPECT_EQ(range->mFirst, 5U);
+    EXPECT_EQ(range->mLast, 9U);
     EXPECT_EQ(range->mTotal, 10U);
     const auto open = Head({"HTTP/1.1 206 P", "Content-Range: bytes 5-9/*"}).GetRange();
     ASSERT_TRUE(open);
@@ -78,5 +83,37 @@ TEST(HttpResponse, AnyNumberOfFieldsIsBounded) {
         lines.push_back("X-" + std::to_string(i) + ": y");
     }
     EXPECT_EQ(Head(lines).Get("x-9999"), "");
+}
+
+TEST(HttpResponse, WhatIsAskedForIsFoundBehindAnyNumberOfFields) {
+    std::vector<std::string> lines = {"HTTP/1.1 302 Found"};
+    for (int i = 0; i < 200; ++i) {
+        lines.push_back("X-" + std::to_string(i) + ": y");
+    }
+    lines.insert(lines.end(), {"Location: /b", "Content-Length: 5"});
+    EXPECT_TRUE(Head(lines).IsInterim());
+    EXPECT_EQ(Head(lines).GetLength(), 5U);
+}
+
+TEST(HttpResponse, UnitsAreTheSameInAnyCase) {
+    EXPECT_TRUE(Head({"HTTP/1.1 206 P", "Content-Range: BYTES 5-9/10"}).GetRange());
+    EXPECT_EQ(Head({"HTTP/1.1 416 R", "Content-Range: Bytes */10"}).GetSizeOfUnsatisfied(), 10U);
+    EXPECT_TRUE(Head({"HTTP/1.1 200 OK", "Accept-Ranges: Bytes"}).AcceptsRanges());
+    EXPECT_FALSE(Head({"HTTP/1.1 200 OK", "Accept-Ranges: none"}).AcceptsRanges());
+    EXPECT_FALSE(Head({"HTTP/1.1 200 OK"}).AcceptsRanges());
+}
+
+TEST(HttpResponse, TagsAreWithoutTheMarkOfAWeakOne) {
+    EXPECT_EQ(Head({"HTTP/1.1 200 OK", "ETag: W/\"a\""}).GetTag(), "\"a\"");
+    EXPECT_EQ(Head({"HTTP/1.1 200 OK", "ETag: \"W/\""}).GetTag(), "\"W/\"");
+}
+
+TEST(HttpResponse, EveryCodingButIdentityIsAnEncoding) {
+    for (const char* coding : {"gzip", "br", "GZIP", "identity, gzip", "x"}) {
+        EXPECT_TRUE(Head({"HTTP/1.1 200 OK", std::string("Content-Encoding: ") + coding}).IsEncoded());
+    }
+    for (const char* coding : {"", "identity", "Identity"}) {
+        EXPECT_FALSE(Head({"HTTP/1.1 200 OK", std::string("Content-Encoding: ") + coding}).IsEncoded());
+    }
 }
 #endif

@@ -338,6 +338,201 @@ TEST(HttpStream, AnotherRangeThanAskedForIsAFailure) {
               "the server answered with another range than it was asked for");
 }
 
+TEST(HttpStream, AnAnswerThatIsNoneIsAReasonAndItsBytesAreNoMedia) {
+    const HttpServer other(Saying("HTTP/1.1 101 Switching Protocols\r\n\r\n" + MediaBytes(500)));
+    EXPECT_EQ(ReasonOf(other.URL("/a")), "the server answered with status 101");
+    const HttpServer hints(Saying("HTTP/1.1 103 Early Hints\r\n\r\n"));
+    EXPECT_NE(ReasonOf(hints.URL("/a")), "");
+    const HttpServer both(
+        Saying("HTTP/1.1 103 Early Hints\r\n\r\n" + HttpHead("200 OK", "Content-Length: 3\r\n") + "abc"));
+    EXPECT_EQ(Fetched(both.URL("/a")).Read(0, 9), "abc");
+}
+
+TEST(HttpStream, ItAsksForTheMediaItselfAndTakesNothingElse) {
+    std::string asked;
+    std::string coding = "identity";
+    bool fEncodedPart = false;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        asked = aRequest.mHead;
+        HttpMedia media;
+        media.mBytes = MediaBytes(2'000'000);
+        media.mFields = "Content-Encoding: " + (aRequest.mFrom && fEncodedPart ? "br" : coding) + "\r\n";
+        Serving(media)(aRequest, aConnection);
+    });
+    EXPECT_EQ(Fetched(server.URL("/a"), Options(10'000)).Read(5, 7), MediaBytes(12).substr(5));
+    EXPECT_NE(asked.find("\r\nAccept-Encoding: identity\r\n"), std::string::npos) << asked;
+    constexpr const char* kReason = "the server sends the media encoded, which it was not asked for";
+    coding = "gzip";
+    EXPECT_EQ(ReasonOf(server.URL("/a")), kReason);
+    coding = "identity";
+    fEncodedPart = true;
+    Fetched part(server.URL("/a"), Options(10'000));
+    EXPECT_EQ(part.Read(1'900'000, 10), "");
+    EXPECT_EQ(part.mSource->GetErrorText(), kReason);
+}
+
+namespace {
+
+/// Answers with parts of this size where a range is asked for, and with all of the media else. Where the
+/// total is not told, neither is the size.
+HttpServer::Handler InParts(const std::string& aMedia, std::size_t aPart, bool afTotal) {
+    return [=](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        const std::string size = std::to_string(aMedia.size());
+        const std::string ranges = "Accept-Ranges: Bytes\r\n";
+        if (!aRequest.mFrom) {
+            const std::string length = afTotal ? "Content-Length: " + size + "\r\n" : "";
+            aConnection.Send(HttpHead("200 OK", ranges + length) + aMedia);
+        } else if (*aRequest.mFrom >= aMedia.size()) {
+            aConnection.Send(HttpHead("416 R", afTotal ? "Content-Range: bytes */" + size + "\r\n" : ""));
+        } else {
+            const std::size_t from = *aRequest.mFrom;
+            const std::string part = aMedia.substr(from, aPart);
+            aConnection.Send(HttpHead("206 Partial Content", "Content-Range: Bytes " + std::to_string(from) +
+                                                                 "-" +
+                                                                 std::to_string(from + part.size() - 1) +
+                                                                 "/" + (afTotal ? size : "*") + "\r\n") +
+                             part);
+        }
+    };
+}
+
+} // namespace
+
+TEST(HttpStream, APartThatIsShorterThanAskedForIsContinued) {
+    const std::string media = MediaBytes(2'000'000);
+    for (const bool fTotal : {true, false}) {
+        const HttpServer server(InParts(media, 40'000, fTotal));
+        Fetched fetched(server.URL("/a"), Options(10'000));
+        ASSERT_TRUE(fetched.mfOpened);
+        EXPECT_EQ(fetched.Read(1'900'000, 99'000), media.substr(1'900'000, 99'000));
+        EXPECT_EQ(fetched.Read(1'990'000, 20'000), media.substr(1'990'000));
+        EXPECT_EQ(fetched.mStream.GetMediaSize(), media.size());
+        EXPECT_EQ(fetched.Read(50'000, 150'000), media.substr(50'000, 150'000));
+        EXPECT_FALSE(fetched.mSource->HasFailed());
+        ExpectEqualAtRandomPlaces(fetched, media, 20);
+    }
+}
+
+TEST(HttpStream, APartIsContinuedAlsoByAServerThatThenSendsAll) {
+    const std::string media = MediaBytes(2'000'000);
+    int count = 0;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        HttpRequest request = aRequest;
+        if (++count > 2) {
+            request.mFrom.reset();
+        }
+        InParts(media, 5'000, true)(request, aConnection);
+    });
+    Fetched fetched(server.URL("/a"), Options(10'000));
+    ASSERT_TRUE(fetched.mfOpened);
+    EXPECT_EQ(fetched.Read(1'900'000, 20'000), media.substr(1'900'000, 20'000));
+    EXPECT_EQ(server.GetRequests(), (Words{"/a", "/a from 1900000", "/a from 1905000"}));
+}
+
+TEST(HttpStream, APartThatIsContinuedByAMediaThatDoesNotReachItIsAFailure) {
+    const std::string media = MediaBytes(2'000'000);
+    int count = 0;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        if (++count > 2) {
+            aConnection.Send(HttpHead("200 OK", "") + media.substr(0, 1'000));
+        } else {
+            InParts(media, 5'000, false)(aRequest, aConnection);
+        }
+    });
+    Fetched fetched(server.URL("/a"), Options(10'000));
+    EXPECT_EQ(fetched.Read(1'900'000, 5'000), media.substr(1'900'000, 5'000));
+    EXPECT_EQ(fetched.Read(1'900'000, 5'001), "");
+    EXPECT_EQ(fetched.mSource->GetErrorText(), "the media changed while it was read");
+}
+
+TEST(HttpStream, APartOfAnotherLengthThanItsRangeIsAFailureBehindItsBytes) {
+    const std::string media = MediaBytes(2'000'000);
+    for (const std::size_t size : {50U, 150U}) {
+        const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+            if (!aRequest.mFrom) {
+                InParts(media, 1, true)(aRequest, aConnection);
+                return;
+            }
+            const std::size_t from = *aRequest.mFrom;
+            aConnection.Send(HttpHead("206 P", "Content-Range: bytes " + std::to_string(from) + "-" +
+                                                   std::to_string(from + 99) + "/2000000\r\n") +
+                             media.substr(from, size));
+        });
+        Fetched fetched(server.URL("/a"), Options(10'000));
+        EXPECT_EQ(fetched.Read(1'900'000, 50), media.substr(1'900'000, 50));
+        EXPECT_FALSE(fetched.mSource->HasFailed());
+        EXPECT_EQ(fetched.Read(1'900'000, 101), "");
+        EXPECT_EQ(fetched.mSource->GetErrorText(),
+                  size == 50 ? "the server sent less than the range that it stated"
+                             : "the server sent more than the range that it stated");
+    }
+}
+
+TEST(HttpStream, AWeakTagIsTheSameMedia) {
+    int count = 0;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        HttpMedia media;
+        media.mBytes = MediaBytes(2'000'000);
+        media.mFields = std::string("ETag: ") + (++count % 2 == 0 ? "W/" : "") + "\"a\"\r\n";
+        Serving(media)(aRequest, aConnection);
+    });
+    Fetched fetched(server.URL("/a"), Options(10'000));
+    EXPECT_EQ(fetched.Read(1'900'000, 10), MediaBytes(1'900'010).substr(1'900'000));
+}
+
+TEST(HttpStream, ManyFieldsHideNothing) {
+    std::string fields;
+    for (int i = 0; i < 200; ++i) {
+        fields += "X-" + std::to_string(i) + ": y\r\n";
+    }
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        aConnection.Send(aRequest.mTarget == "/a"
+                             ? HttpHead("302 Found", fields + "Content-Length: 0\r\nLocation: /b\r\n")
+                             : HttpHead("200 OK", fields + "Content-Length: 3\r\n") + "abc");
+    });
+    Fetched fetched(server.URL("/a"));
+    EXPECT_EQ(fetched.mStream.GetMediaSize(), 3U);
+    EXPECT_EQ(fetched.Read(0, 9), "abc");
+}
+
+TEST(HttpStream, AHeadThatComesSteadilyButDoesNotEndIsGivenUp) {
+    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send("HTTP/1.1 200 OK\r\n");
+        for (int i = 0; i < 100 && aConnection.Pause(100); ++i) {
+            aConnection.Send("X-" + std::to_string(i) + ": y\r\n");
+        }
+        aConnection.Send("\r\nabc");
+    });
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(ReasonOf(server.URL("/a"), Options(1'000, milliseconds(400))),
+              "the server did not answer within 1.600 seconds");
+    EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(1'600));
+}
+
+TEST(HttpStream, AFailedRequestIsTriedAgainByALaterSeekAFewTimes) {
+    const std::string media = MediaBytes(2'000'000);
+    int refusals = 1;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        if (aRequest.mFrom && refusals > 0) {
+            --refusals;
+            aConnection.Send(HttpHead("503 Later", "Content-Length: 0\r\n"));
+        } else {
+            InParts(media, media.size(), true)(aRequest, aConnection);
+        }
+    });
+    Fetched once(server.URL("/a"), Options(10'000));
+    EXPECT_EQ(once.Read(1'900'000, 10), "");
+    EXPECT_EQ(once.Read(1'000'000, 10), media.substr(1'000'000, 10));
+    EXPECT_TRUE(once.mSource->HasFailed()); // something could not be read
+    EXPECT_EQ(once.mSource->GetErrorText(), "the server answered with status 503");
+    refusals = 1'000;
+    Fetched never(server.URL("/a"), Options(10'000));
+    for (std::size_t i = 10; i > 0; --i) {
+        EXPECT_EQ(never.Read(100'000 * i, 10), "");
+    }
+    EXPECT_EQ(refusals, 1'000 - 1 - ezFeedBuffer::kRetries);
+}
+
 TEST(HttpStream, APlaceBehindTheEndOfAnUnknownSizeIsTheEnd) {
     HttpMedia media;
     media.mBytes = MediaBytes(1'500'000);

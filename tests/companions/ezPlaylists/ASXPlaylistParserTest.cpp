@@ -64,6 +64,37 @@ TEST(ASXPlaylistParser, BaseIsPutBeforeRelativeLocations) {
               Texts{"a"});
 }
 
+TEST(ASXPlaylistParser, WindowsPathUnderABaseThatIsAURLStays) {
+    EXPECT_EQ(Locations(ASX("<asx><base href='http://h/m/'/><entry><ref href='D:\\x y.mp3'/></entry>"
+                            "<entry><ref href='d:/x.mp3'/></entry>"
+                            "<entry><ref href='\\\\srv\\share\\x.mp3'/></entry>"
+                            "<entry><ref href='..\\a\\b.mp3'/></entry></asx>")),
+              (Texts{"D:\\x y.mp3", "d:/x.mp3", "\\\\srv\\share\\x.mp3", "http://h/a/b.mp3"}));
+}
+
+TEST(ASXPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
+    const ezStreamOwner stream = MemoryPlaylist("", "https://h/m/lists/list.asx");
+    ASXPlaylistParser reader(stream.get());
+    EXPECT_EQ(Str(reader.GetFullURLFor("..\\a b\\c.mp3")), "https://h/m/a%20b/c.mp3");
+}
+
+TEST(ASXPlaylistParser, LastSlashOfAnUnquotedURLOfAFolderIsItsOwn) {
+    EXPECT_EQ(
+        Locations(ASX("<asx><entry><ref href=http://h/a/></entry><entry><ref href=mms://h.i/></entry>"
+                      "<entry><ref href=http://h/a.mp3/></entry><entry><ref href=b.mp3/></entry></asx>")),
+        (Texts{"http://h/a/", "mms://h.i/", "http://h/a.mp3", "b.mp3"}));
+}
+
+TEST(ASXPlaylistParser, OfTwoTitlesTheFirstThatSaysSomethingCounts) {
+    const PlaylistEntries entries =
+        ASX("<asx><entry><title> </title><title>A<![CDATA[B]]></title><title>C</title><author>D</author>"
+            "<author>E</author><ref href='a'/></entry><entry><title>F</title><ref href='b'/></entry></asx>");
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].mTitle, "AB");
+    EXPECT_EQ(entries[0].mSpecificTags, "author=D");
+    EXPECT_EQ(entries[1].mTitle, "F");
+}
+
 TEST(ASXPlaylistParser, OtherPlaylistIsListedAndNotFollowed) {
     const PlaylistEntries entries = ASX("<asx><entryref href='list.asx'/><entryref/></asx>");
     ASSERT_EQ(Locations(entries), Texts{"list.asx"}); // it names itself

@@ -206,6 +206,71 @@ TEST(M3UPlaylistParser, LocationsOfEveryKindAreListed) {
     EXPECT_EQ(Locations(M3U(text)), locations);
 }
 
+TEST(M3UPlaylistParser, BlanksAroundAURLGoAndThoseOfANameStay) {
+    EXPECT_EQ(Locations(M3U("http://h/a.mp3 \n\t https://h/b.mp3\t\nname.mp3 \n C: d.mp3 \nC:\\e.mp3 \n")),
+              (Texts{"http://h/a.mp3", "https://h/b.mp3", "name.mp3 ", " C: d.mp3 ", "C:\\e.mp3 "}));
+}
+
+TEST(M3UPlaylistParser, TextOf16BitUnitsHasNoEntries) {
+    for (const bool fBigEndian : {false, true}) {
+        std::string text = fBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+        for (const char byte : std::string("#EXTM3U\r\n#EXTINF:1,A\r\na.mp3\r\nb.mp3\r\n")) {
+            text += fBigEndian ? std::string{'\0', byte} : std::string{byte, '\0'};
+        }
+        EXPECT_TRUE(M3U(text).empty());
+    }
+    EXPECT_EQ(Locations(M3U("a.mp3\n\xFF\xFE.mp3\n")), (Texts{"a.mp3", "\xFF\xFE.mp3"}));
+}
+
+TEST(M3UPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {
+    struct Walk {
+        M3UPlaylistParser* mReader;
+        int mMove;
+        int mCalls;
+    };
+    const ezStreamOwner stream = MemoryPlaylist("a.mp3\nb.mp3\nc.mp3\n");
+    M3UPlaylistParser reader(stream.get());
+    const auto disturb = [](PlaylistParserEntry*, void* aUserData) {
+        Walk* walk = static_cast<Walk*>(aUserData);
+        PlaylistParserEntry entry;
+        PlaylistEntries entries;
+        switch (walk->mMove) {
+        case 0:
+            EXPECT_TRUE(walk->mReader->FetchEntryAtPos(0, &entry));
+            break;
+        case 1:
+            EXPECT_TRUE(walk->mReader->FetchEntryAtIndex(1, &entry));
+            break;
+        case 2:
+            EXPECT_TRUE(walk->mReader->SeekBytes(0));
+            break;
+        default:
+            walk->mReader->ParseAll(sCollect, &entries);
+        }
+        return ++walk->mCalls == 100;
+    };
+    for (int move = 0; move < 4; ++move) {
+        Walk walk = {&reader, move, 0};
+        ASSERT_TRUE(reader.SeekBytes(0));
+        reader.ParseAll(disturb, &walk);
+        EXPECT_EQ(walk.mCalls, 1) << move;
+        EXPECT_EQ(Locations(WalkFrom(reader, 0)), (Texts{"a.mp3", "b.mp3", "c.mp3"}));
+    }
+}
+
+TEST(M3UPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
+    const ezStreamOwner stream = MemoryPlaylist("", "https://h:8443/m/lists/list.m3u");
+    M3UPlaylistParser reader(stream.get());
+    EXPECT_EQ(Str(reader.GetFullURLFor("..\\a b\\c.mp3?d=\\")), "https://h:8443/m/a%20b/c.mp3?d=%5C");
+    EXPECT_EQ(Str(reader.GetFullURLFor("\\root.mp3")), "https://h:8443/root.mp3");
+    EXPECT_EQ(Str(reader.GetFullURLFor("http://o/x\\y")), "http://o/x%5Cy");
+    EXPECT_EQ(Str(reader.GetFullURLFor("c.mp3")), "https://h:8443/m/lists/c.mp3");
+    for (const char* location : {"C:\\Music\\a.mp3", "\\\\srv\\share\\a.mp3"}) { // never a host of the net
+        EXPECT_EQ(Str(reader.GetFullURLFor(location)), Str(reader.PlaylistParser::GetFullURLFor(location)));
+    }
+    EXPECT_EQ(reader.GetFullURLFor(""), "");
+}
+
 TEST(M3UPlaylistParser, NULIsAByteLikeAnyOther) {
     const std::string text("#EXTINF:1,T\0x\na\0b.mp3\nc.mp3\n", 27);
     const PlaylistEntries entries = M3U(text);
@@ -258,6 +323,21 @@ TEST(M3UPlaylistParser, SongsAreNoHLS) {
         const ezStreamOwner stream = MemoryPlaylist(text);
         M3UPlaylistParser reader(stream.get());
         EXPECT_FALSE(reader.IsHLS()) << text;
+    }
+}
+
+TEST(M3UPlaylistParser, HLSIsRecognisedOnceItsStreamRecovers) {
+    const std::string text = "#EXTM3U\n#EXTINF:9,\nfirst.ts\n#EXT-X-TARGETDURATION:10\nsecond.ts\n";
+    for (std::size_t failing = 0; failing < text.find("10\n"); ++failing) {
+        ScriptedStream* stream = new ScriptedStream(text, ScriptedStream::kNever, failing);
+        const ezStreamOwner owner(stream);
+        M3UPlaylistParser reader(stream);
+        EXPECT_FALSE(reader.IsHLS()) << failing;
+        stream->SetFailingAt(ScriptedStream::kNever);
+        EXPECT_TRUE(WalkFrom(reader, 0).empty()) << failing;
+        PlaylistParserEntry entry = SomeEntry();
+        EXPECT_FALSE(reader.FetchEntryAtIndex(0, &entry)) << failing;
+        EXPECT_TRUE(reader.IsHLS()) << failing;
     }
 }
 
@@ -421,6 +501,9 @@ TEST(M3UPlaylistParser, TakesItsPlaceFromTheURIOfTheStream) {
     const Case cases[] = {
         {"/music/list.m3u", "/music/list.m3u", "file:///music/x%20y.mp3"},
         {"http://host/a/list.m3u?q", "", "http://host/a/x%20y.mp3"},
+        {"https://host:8443/a/list.m3u", "", "https://host:8443/a/x%20y.mp3"},
+        {"file://srv/my%20share/list.m3u", "\\\\srv\\my share\\list.m3u", "file://srv/my%20share/x%20y.mp3"},
+        {"file://LocalHost/m/list.m3u", "/m/list.m3u", "file:///m/x%20y.mp3"},
         {"HTTPS://host/list.m3u", "", "HTTPS://host/x%20y.mp3"},
         {"file:///my%20music/list.m3u", "/my music/list.m3u", "file:///my%20music/x%20y.mp3"},
         {"C:\\Music\\list.m3u", "C:\\Music\\list.m3u", "file:///C:/Music/x%20y.mp3"},

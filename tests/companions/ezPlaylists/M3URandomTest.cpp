@@ -4,6 +4,8 @@
 
 #include <rapidcheck/gtest.h>
 
+#include <regex>
+
 // Playlists of random pieces, read by a second statement of the rules: the whole text is cut into lines at
 // once.
 
@@ -35,6 +37,13 @@ std::vector<PlainLine> LinesOf(const std::string& aText) {
     return lines;
 }
 
+/// A URL without the blanks around it, a name with them.
+std::string LocationOf(const std::string& aLine) {
+    static const std::regex url("[ \t]*([A-Za-z][A-Za-z0-9+.-]+://.*[^ \t])[ \t]*");
+    std::smatch match;
+    return std::regex_match(aLine, match, url) ? match[1].str() : aLine;
+}
+
 std::vector<PlainEntry> EntriesOf(const std::string& aText) {
     std::vector<PlainEntry> entries;
     std::uint64_t start = UINT64_MAX;
@@ -45,7 +54,7 @@ std::vector<PlainEntry> EntriesOf(const std::string& aText) {
         }
         const std::string text = line.mText.substr(first);
         if (text[0] != '#') {
-            entries.push_back({line.mText, std::min(start, line.mPos)});
+            entries.push_back({LocationOf(line.mText), std::min(start, line.mPos)});
             start = UINT64_MAX;
         } else if (text.rfind("#EXT", 0) == 0 && text.rfind("#EXTM3U", 0) != 0) {
             start = std::min(start, line.mPos);

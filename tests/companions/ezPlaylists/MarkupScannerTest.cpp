@@ -38,7 +38,7 @@ std::string Scanned(std::string_view aText) {
 TEST(MarkupScanner, NamesAreLowerCaseAndValuesNeedNoQuotes) {
     EXPECT_EQ(Scanned("<Ref HREF = http://h/a?b=1&c=2 X='y \"z' Alone/>"),
               "0 ref href='http://h/a?b=1&c=2' x='y \"z' alone='' /\n");
-    EXPECT_EQ(Scanned("<a b=http://h/x/><c d=e>"), "0 a b='http://h/x' /\n17 c d='e'\n");
+    EXPECT_EQ(Scanned("<a b=http://h/x/><c d=e>"), "0 a b='http://h/x/' /\n17 c d='e'\n");
     EXPECT_EQ(Scanned("<a b=\"1>2\"></A >"), "0 a b='1>2'\n11 /a\n");
 }
 

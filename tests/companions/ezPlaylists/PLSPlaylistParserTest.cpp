@@ -182,3 +182,35 @@ TEST(PLSPlaylistParser, KnowsItsMimeTypeAndPlace) {
     EXPECT_EQ(Str(reader.GetFullURLFor("a.mp3")), "http://host/x/a.mp3");
     EXPECT_FALSE(reader.GetFilePath().IsValid());
 }
+
+TEST(PLSPlaylistParser, TextOf16BitUnitsHasNoEntries) {
+    std::string text = "\xFF\xFE";
+    for (const char byte : std::string("[playlist]\nFile1=a.mp3\n")) {
+        text += std::string{byte, '\0'};
+    }
+    EXPECT_TRUE(Agreed<PLSPlaylistParser>(text).empty());
+}
+
+TEST(PLSPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {
+    struct Walk {
+        PlaylistParser* mReader;
+        int mCalls;
+    };
+    const ezStreamOwner stream = MemoryPlaylist("[playlist]\nFile1=a.mp3\nFile2=b.mp3\n");
+    PLSPlaylistParser reader(stream.get());
+    Walk walk = {&reader, 0};
+    const auto fetch = [](PlaylistParserEntry*, void* aUserData) {
+        Walk* current = static_cast<Walk*>(aUserData);
+        PlaylistParserEntry entry;
+        EXPECT_TRUE(current->mReader->FetchEntryAtIndex(0, &entry));
+        return ++current->mCalls == 100;
+    };
+    reader.ParseAll(fetch, &walk);
+    EXPECT_EQ(walk.mCalls, 1);
+}
+
+TEST(PLSPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
+    const ezStreamOwner stream = MemoryPlaylist("", "https://h/m/lists/list.pls");
+    PLSPlaylistParser reader(stream.get());
+    EXPECT_EQ(Str(reader.GetFullURLFor("..\\a b\\c.mp3")), "https://h/m/a%20b/c.mp3");
+}

@@ -28,6 +28,12 @@ TEST(WritingAReader, ExampleAgreesWithItselfFromEveryPosition) {
     EXPECT_EQ(Agreed<LineListParser>("\n\na").size(), 1U);
 }
 
+TEST(WritingAReader, ExampleReadsLinesThatEndInCRLF) {
+    const PlaylistEntries entries = Agreed<LineListParser>("#One\r\na.mp3\r\n\r\nb.mp3\r\n");
+    ASSERT_EQ(Locations(entries), (std::vector<std::string>{"a.mp3", "b.mp3"}));
+    EXPECT_EQ(entries[0].mTitle, "One");
+}
+
 TEST(WritingAReader, ExampleIsFoundByItsExtensionAndWaitsForItsStream) {
     PlaylistParserFactory factory;
     ASSERT_TRUE(PlaylistParser::RegisterTo<LineListParser>(&factory));

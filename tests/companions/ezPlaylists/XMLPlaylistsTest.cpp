@@ -97,6 +97,13 @@ TEST(XSPFPlaylistParser, BaseOfEveryElementAroundApplies) {
               Texts{"a"});
 }
 
+TEST(XSPFPlaylistParser, WindowsPathUnderABaseThatIsAURLStays) {
+    EXPECT_EQ(Locations(XSPF(
+                  InList(Track("<location>C:\\a.mp3</location>") + Track("<location>\\\\s\\b</location>"),
+                         " xml:base='http://h/b/'"))),
+              (Texts{"C:\\a.mp3", "\\\\s\\b"}));
+}
+
 TEST(XSPFPlaylistParser, PrefixOfTheNamespaceMayBeAny) {
     EXPECT_EQ(Locations(XSPF("<x:playlist><x:trackList><x:track><x:location>a</x:location></x:track>"
                              "</x:trackList></x:playlist>")),
@@ -146,6 +153,14 @@ TEST(XSPFPlaylistParser, TrackThatIsNotWholeIsNone) {
     EXPECT_TRUE(XSPF("<playlist><trackList><track><location>http://h/").empty());
     EXPECT_EQ(Locations(XSPF("<playlist><trackList>" + Track("<location>a</location>") + "</wrong>")),
               Texts{"a"});
+}
+
+TEST(XSPFPlaylistParser, EndTagOfTheLastTrackIsKnownByItsNameAlone) {
+    const std::string list = "<playlist><trackList><track><location>a</location>";
+    EXPECT_EQ(Locations(XSPF(list + "</track\r\n >")), Texts{"a"});
+    EXPECT_EQ(Locations(XSPF(list + "</track></wrong>")), Texts{"a"});
+    EXPECT_TRUE(XSPF(list + "</trackX>").empty());
+    EXPECT_TRUE(XSPF(list + "</trackList>").empty());
 }
 
 TEST(XSPFPlaylistParser, EntitiesOfDocumentTypesStandForThemselves) {
@@ -219,6 +234,12 @@ TEST(WPLPlaylistParser, EntryIsAMediaWithASource) {
     WPLPlaylistParser reader(stream.get());
     EXPECT_EQ(reader.GetFullURLFor(entries[0].mURI), "file:///music/a%20&%20b.mp3");
     EXPECT_EQ(reader.GetFullURLFor(entries[1].mURI), "file:///C:/it's.mp3");
+}
+
+TEST(WPLPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
+    const ezStreamOwner stream = MemoryPlaylist("", "https://h/m/lists/list.wpl");
+    WPLPlaylistParser reader(stream.get());
+    EXPECT_EQ(Str(reader.GetFullURLFor("..\\a b\\c.mp3")), "https://h/m/a%20b/c.mp3");
 }
 
 TEST(WPLPlaylistParser, SourceThatIsCutIsNone) {

@@ -1,0 +1,32 @@
+#include "ezPlaylists/detail/Location.h"
+
+#include "ezPlatform/text/URI.h"
+
+#include <algorithm>
+#include <string>
+
+bool HasScheme(std::string_view aLocation) {
+    ezURI* uri = ezURI_NewFromEscapedStr(std::string(aLocation).c_str());
+    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
+    ezURI_Delete(uri);
+    return fScheme;
+}
+
+bool IsWindowsPath(std::string_view aLocation) {
+    if (aLocation.substr(0, 2) == "\\\\") {
+        return true;
+    }
+    const char drive = aLocation.empty() ? '\0' : ezLower(aLocation[0]);
+    return drive >= 'a' && drive <= 'z' && aLocation.size() >= 3 && aLocation[1] == ':' &&
+           (aLocation[2] == '\\' || aLocation[2] == '/');
+}
+
+ezCString URLReference(const ezCString& aLocation) {
+    std::string text(aLocation.View());
+    if (text.find('\\') == std::string::npos || IsWindowsPath(text) || HasScheme(text)) {
+        return aLocation;
+    }
+    const std::size_t end = std::min(text.find_first_of("?#"), text.size());
+    std::replace(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\\', '/');
+    return ezCString(text);
+}

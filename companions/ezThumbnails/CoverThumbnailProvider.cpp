@@ -24,7 +24,7 @@ ezThumbnailSource* SourceOf(const Cover& aCover, const ezPathName& aPath) {
     if (!aCover.IsFilePart()) {
         return new GatheredCoverSource(aPath, aCover);
     }
-    const CoverPiece& piece = aCover.mPieces.front();
+    const BytePiece& piece = aCover.mPieces.front();
     return new ezFilePartThumbnailSource(aCover.mMimeType, aPath, static_cast<ezFileOffset>(piece.mOffset),
                                          static_cast<uint32>(piece.mSize), aCover.mfBase64,
                                          aCover.mEncodedOffset);

@@ -1,6 +1,6 @@
 #include "ezFormats/detail/AC3Header.h"
 
-#include "ezFormats/detail/BitReader.h"
+#include "ezBytes/BitReader.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "ezFormats/detail/H264Headers.h"
 
-#include "ezFormats/detail/BitReader.h"
+#include "ezBytes/BitReader.h"
 #include "ezFormats/detail/Limits.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ezFormats/detail/MPEGVideoHeaders.h"
 
-#include "ezFormats/detail/BitReader.h"
+#include "ezBytes/BitReader.h"
 
 #include <algorithm>
 #include <array>

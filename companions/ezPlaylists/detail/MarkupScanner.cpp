@@ -1,6 +1,6 @@
 #include "ezPlaylists/detail/MarkupScanner.h"
 
-#include "ezPlaylists/detail/Utf8.h"
+#include "ezBytes/Utf8.h"
 
 #include "ezPlatform/text/CString.h"
 

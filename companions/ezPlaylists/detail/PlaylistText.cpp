@@ -1,6 +1,6 @@
 #include "ezPlaylists/detail/PlaylistText.h"
 
-#include "ezPlaylists/detail/Utf8.h"
+#include "ezBytes/Utf8.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -41,13 +41,13 @@ ezCString CoverMimeType(std::string_view aFirstBytes, const ezCString& aStated) 
     return "image/" + (type == "jpg" ? ezCString("jpeg") : type);
 }
 
-Cover CoverOfRest(const CoverReader& aReader, const ezCString& aStatedMimeType) {
+Cover CoverOfRest(const ByteReader& aReader, const ezCString& aStatedMimeType) {
     Cover cover;
     const std::uint64_t size = aReader.GetLeft();
     if (size == 0 || size > (aReader.IsUnsynchronised() ? kCover_MaxHeldSize : kCover_MaxSize)) {
         return cover;
     }
-    CoverReader first = aReader;
+    ByteReader first = aReader;
     std::string bytes;
     while (bytes.size() < kSignatureSize && first.GetLeft() != 0) {
         bytes.push_back(static_cast<char>(first.ReadByte()));
@@ -68,7 +68,7 @@ void CoverChoice::Offer(std::uint32_t aType, const Cover& aCover) {
     mfFront = isFront;
 }
 
-bool ReadPictureBlock(CoverReader& aReader, std::uint64_t aBlockSize, PictureBlock* aBlock) {
+bool ReadPictureBlock(ByteReader& aReader, std::uint64_t aBlockSize, PictureBlock* aBlock) {
     const std::uint64_t start = aReader.GetPosition();
     aBlock->mType = aReader.ReadBig32();
     const std::uint32_t mimeSize = aReader.ReadBig32();

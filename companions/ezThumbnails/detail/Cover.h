@@ -1,6 +1,8 @@
 #pragma once
 
-#include "ezThumbnails/detail/CoverReader.h"
+#include "ezBytes/ByteReader.h"
+
+#include "ezThumbnails/detail/CoverLimits.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -11,7 +13,7 @@
 /// Where a file holds a picture, and how.
 struct Cover {
     ezCString mMimeType;              ///< empty: there is no picture
-    std::vector<CoverPiece> mPieces;  ///< never empty for a picture; within the file
+    std::vector<BytePiece> mPieces;   ///< never empty for a picture; within the file
     bool mfUnsynchronised = false;    ///< a zero behind a 0xFF is stuffing
     bool mfBase64 = false;            ///< the pieces together are base64 text
     std::uint32_t mEncodedOffset = 0; ///< where the picture begins in what the text decodes to
@@ -27,7 +29,7 @@ ezCString CoverMimeType(std::string_view aFirstBytes, const ezCString& aStated);
 
 /// The picture of a rest of bytes: all that is left in aReader, which stays where it is. Not found when that
 /// is nothing, too much, or no picture.
-Cover CoverOfRest(const CoverReader& aReader, const ezCString& aStatedMimeType);
+Cover CoverOfRest(const ByteReader& aReader, const ezCString& aStatedMimeType);
 
 /// Which of a file's typed pictures is its cover: the first that is typed as front; else the first of another
 /// type, but no file icon.
@@ -59,4 +61,4 @@ struct PictureBlock {
 
 /// Reads it, up to the picture's data. False when it does not end in aReader, or the data not within a block
 /// of aBlockSize bytes.
-bool ReadPictureBlock(CoverReader& aReader, std::uint64_t aBlockSize, PictureBlock* aBlock);
+bool ReadPictureBlock(ByteReader& aReader, std::uint64_t aBlockSize, PictureBlock* aBlock);

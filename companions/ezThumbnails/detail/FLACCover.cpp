@@ -1,9 +1,11 @@
 #include "ezThumbnails/detail/CoverFinders.h"
-#include "ezThumbnails/detail/ID3Tag.h"
+#include "ezThumbnails/detail/CoverStreamBytes.h"
+
+#include "ezBytes/ID3Tag.h"
 
 namespace {
 
-void OfferPicture(CoverReader& aBody, CoverChoice& aChoice) {
+void OfferPicture(ByteReader& aBody, CoverChoice& aChoice) {
     PictureBlock block;
     if (ReadPictureBlock(aBody, aBody.GetLeft(), &block) && block.mMimeType != "-->") {
         aChoice.Offer(block.mType, CoverOfRest(aBody.Take(block.mDataSize), block.mMimeType));
@@ -16,8 +18,8 @@ Cover FindFLACCover(ezStream& aStream) {
     constexpr unsigned kLast = 0x80;
     constexpr unsigned kPicture = 6;
     CoverStreamBytes bytes(aStream);
-    CoverReader reader(bytes);
-    CoverReader start = reader;
+    ByteReader reader(bytes);
+    ByteReader start = reader;
     ID3Tag tag;
     if (ReadID3Tag(start, &tag)) {
         reader = start;
@@ -29,7 +31,7 @@ Cover FindFLACCover(ezStream& aStream) {
     for (bool isLast = false; !isLast && !reader.HasFailed() && !choice.IsFinal();) {
         const unsigned head = reader.ReadByte();
         isLast = (head & kLast) != 0;
-        CoverReader body = reader.Take(reader.ReadBig(3));
+        ByteReader body = reader.Take(reader.ReadBig(3));
         if (!body.HasFailed() && (head & ~kLast) == kPicture) {
             OfferPicture(body, choice);
         }

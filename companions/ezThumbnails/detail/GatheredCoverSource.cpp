@@ -22,7 +22,7 @@ struct Block {
     std::size_t mSize = 0;
 };
 
-bool Append(ezFile& aFile, const CoverPiece& aPiece, Block& aBlock) {
+bool Append(ezFile& aFile, const BytePiece& aPiece, Block& aBlock) {
     const auto offset = static_cast<ezFileOffset>(aPiece.mOffset);
     const auto size = static_cast<std::size_t>(aPiece.mSize);
     if (aFile.Seek(offset, ezFileSeekMode_Begin) != offset ||
@@ -77,7 +77,7 @@ bool GatheredCoverSource::Exists() const {
 
 ezStream* GatheredCoverSource::GetStream() const {
     std::uint64_t size = 0;
-    for (const CoverPiece& piece : mCover.mPieces) {
+    for (const BytePiece& piece : mCover.mPieces) {
         size += piece.mSize;
     }
     ezFile file(mFilePath.GetFullPath(), ezFileOpenMode_Read);
@@ -88,7 +88,7 @@ ezStream* GatheredCoverSource::GetStream() const {
     if (block.mBytes == nullptr) {
         return nullptr;
     }
-    for (const CoverPiece& piece : mCover.mPieces) {
+    for (const BytePiece& piece : mCover.mPieces) {
         if (!Append(file, piece, block)) {
             return nullptr;
         }

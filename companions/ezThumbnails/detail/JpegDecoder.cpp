@@ -1,8 +1,8 @@
 #include "ezThumbnails/detail/JpegDecoder.h"
 
+#include "ezBytes/Exif.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/detail/AreaScaler.h"
-#include "ezThumbnails/detail/Exif.h"
 #include "ezThumbnails/detail/PictureReader.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 #include "ezThumbnails/detail/CoverFinders.h"
+#include "ezThumbnails/detail/CoverStreamBytes.h"
 
 #include "ezPlatform/text/Base64.h"
 
@@ -28,7 +29,7 @@ struct Page {
 };
 
 /// Reads a page; gives a reader of what it holds.
-CoverReader ReadPage(CoverReader& aReader, Page* aPage) {
+ByteReader ReadPage(ByteReader& aReader, Page* aPage) {
     aReader.Require(aReader.ReadText(4) == "OggS" && aReader.ReadByte() == 0);
     const unsigned flags = aReader.ReadByte();
     aPage->mfContinues = (flags & 1) != 0;
@@ -49,9 +50,9 @@ CoverReader ReadPage(CoverReader& aReader, Page* aPage) {
     return aReader.Take(size);
 }
 
-const Codec* CodecOf(CoverReader aBody) {
+const Codec* CodecOf(ByteReader aBody) {
     for (const Codec& codec : kCodecs) {
-        CoverReader head = aBody;
+        ByteReader head = aBody;
         if (head.ReadText(codec.mHead.size()).View() == codec.mHead) {
             return &codec;
         }
@@ -61,12 +62,12 @@ const Codec* CodecOf(CoverReader aBody) {
 
 /// Finds the second packet of the first stream with comments, which begins on that stream's second page. Null
 /// when there is none, or it is not whole.
-const Codec* FindComments(CoverReader aFile, std::vector<CoverPiece>* aPieces) {
+const Codec* FindComments(ByteReader aFile, std::vector<BytePiece>* aPieces) {
     const Codec* codec = nullptr;
     std::uint32_t serial = 0;
     for (std::uint32_t i = 0; i < kCover_MaxPages && !aFile.HasFailed(); ++i) {
         Page page;
-        CoverReader body = ReadPage(aFile, &page);
+        ByteReader body = ReadPage(aFile, &page);
         if (body.HasFailed()) {
             return nullptr;
         }
@@ -90,7 +91,7 @@ const Codec* FindComments(CoverReader aFile, std::vector<CoverPiece>* aPieces) {
 }
 
 /// The decoded start of a base64 text, in which the picture begins, or nothing that is of use does.
-std::string DecodedHead(CoverReader aText) {
+std::string DecodedHead(ByteReader aText) {
     const auto count = static_cast<std::size_t>(
         aText.GetLeft() < kCover_MaxBase64Head ? aText.GetLeft() : kCover_MaxBase64Head);
     const ezCString text = aText.ReadText(count);
@@ -100,14 +101,14 @@ std::string DecodedHead(CoverReader aText) {
 }
 
 /// aText is the value of a comment.
-void OfferPicture(const CoverReader& aText, const CoverPieceBytes& aBytes, CoverChoice& aChoice) {
+void OfferPicture(const ByteReader& aText, const PieceBytes& aBytes, CoverChoice& aChoice) {
     const std::uint64_t size = aText.GetLeft();
     if (size > kCover_MaxHeldSize) {
         return;
     }
     const std::string head = DecodedHead(aText);
-    CoverBlockBytes bytes(reinterpret_cast<const unsigned char*>(head.data()), head.size());
-    CoverReader reader(bytes);
+    BlockBytes bytes(reinterpret_cast<const unsigned char*>(head.data()), head.size());
+    ByteReader reader(bytes);
     PictureBlock block;
     // Characters that are no base64 only make it less than this.
     if (!ReadPictureBlock(reader, size * 3 / 4, &block) || block.mDataSize == 0 || block.mMimeType == "-->") {
@@ -125,20 +126,20 @@ void OfferPicture(const CoverReader& aText, const CoverPieceBytes& aBytes, Cover
 
 Cover FindOggCover(ezStream& aStream) {
     CoverStreamBytes bytes(aStream);
-    std::vector<CoverPiece> pieces;
-    const Codec* const codec = FindComments(CoverReader(bytes), &pieces);
+    std::vector<BytePiece> pieces;
+    const Codec* const codec = FindComments(ByteReader(bytes), &pieces);
     if (codec == nullptr) {
         return {};
     }
-    CoverPieceBytes packet(bytes, std::move(pieces));
-    CoverReader reader(packet);
+    PieceBytes packet(bytes, std::move(pieces));
+    ByteReader reader(packet);
     reader.Require(reader.ReadText(codec->mComments.size()).View() == codec->mComments);
     reader.Skip(reader.ReadLittle32()); // who wrote it
     CoverChoice choice;
     // Each takes four bytes at least, so an absurd number of them ends with the packet.
     for (std::uint32_t left = reader.ReadLittle32(); left != 0 && !reader.HasFailed() && !choice.IsFinal();
          --left) {
-        CoverReader comment = reader.Take(reader.ReadLittle32());
+        ByteReader comment = reader.Take(reader.ReadLittle32());
         if (comment.GetLeft() > kFieldName.size() &&
             comment.ReadText(kFieldName.size()).Upper().View() == kFieldName) {
             OfferPicture(comment, packet, choice);

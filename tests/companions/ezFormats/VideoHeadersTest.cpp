@@ -1,4 +1,4 @@
-#include "ezFormats/detail/BitReader.h"
+#include "ezBytes/BitReader.h"
 #include "ezFormats/detail/MPEGVideoHeaders.h"
 
 #include "EltStreamKit.h"

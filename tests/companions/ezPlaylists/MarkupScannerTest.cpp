@@ -2,7 +2,7 @@
 
 #include "ezPlaylists/detail/DocumentText.h"
 #include "ezPlaylists/detail/EntryText.h"
-#include "ezPlaylists/detail/Utf8.h"
+#include "ezBytes/Utf8.h"
 
 #include "support/Str.h"
 

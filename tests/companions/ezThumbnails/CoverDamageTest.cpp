@@ -48,7 +48,7 @@ void ExpectWithin(const Cover& aCover, std::size_t aFileSize) {
         return;
     }
     ASSERT_FALSE(aCover.mPieces.empty());
-    for (const CoverPiece& piece : aCover.mPieces) {
+    for (const BytePiece& piece : aCover.mPieces) {
         ASSERT_GT(piece.mSize, 0U);
         ASSERT_LE(piece.mOffset, aFileSize);
         ASSERT_LE(piece.mSize, aFileSize - piece.mOffset);

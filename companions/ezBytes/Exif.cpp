@@ -1,4 +1,4 @@
-#include "ezThumbnails/detail/Exif.h"
+#include "ezBytes/Exif.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "ezPlaylists/detail/Utf8.h"
+#include "ezBytes/Utf8.h"
 
 #include <algorithm>
 #include <array>

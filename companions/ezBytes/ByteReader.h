@@ -1,0 +1,65 @@
+#pragma once
+
+#include "ezBytes/ByteSource.h"
+
+#include "ezPlatform/text/CString.h"
+
+#include <cstddef>
+#include <cstdint>
+
+/// Reads numbers and texts of a range of bytes. What goes beyond the range fails and gives 0, and from then
+/// on everything does: whoever reads a header asks once, in the end.
+class ByteReader {
+public:
+    /// All of aBytes, borrowed.
+    explicit ByteReader(ByteSource& aBytes) : ByteReader(aBytes, 0, aBytes.GetSize()) {}
+
+    bool HasFailed() const { return mfFailed; }
+    /// Fails the reader unless what was read keeps a rule.
+    bool Require(bool afKept) {
+        mfFailed = mfFailed || !afKept;
+        return !mfFailed;
+    }
+
+    std::uint64_t GetPosition() const { return mPosition; }
+    std::uint64_t GetEnd() const { return mEnd; }
+    /// Bytes up to the end, stuffing included; 0 after a failure.
+    std::uint64_t GetLeft() const { return mfFailed ? 0 : mEnd - mPosition; }
+
+    /// From here on the zero that stands behind every 0xFF is stuffing (unsynchronisation of ID3v2), which no
+    /// read, count or text sees.
+    void SetUnsynchronised() { mfUnsynchronised = true; }
+    bool IsUnsynchronised() const { return mfUnsynchronised; }
+
+    /// Numbers of 1 to 8 bytes.
+    std::uint64_t ReadBig(unsigned aByteCount);
+    std::uint64_t ReadLittle(unsigned aByteCount);
+    std::uint32_t ReadBig32() { return static_cast<std::uint32_t>(ReadBig(4)); }
+    std::uint32_t ReadLittle32() { return static_cast<std::uint32_t>(ReadLittle(4)); }
+    std::uint8_t ReadByte() { return static_cast<std::uint8_t>(ReadBig(1)); }
+    /// Four bytes of seven bits, as ID3v2 has them; one with an eighth bit fails.
+    std::uint32_t ReadSyncsafe32();
+    /// aCount bytes into a block of that size. False, the block holding anything, where they are not there.
+    bool Read(unsigned char* aBlock, std::size_t aCount);
+    /// aCount bytes; empty after a failure. For few: nothing but the file bounds it.
+    ezCString ReadText(std::size_t aCount);
+    /// The bytes up to a NUL, which is read as well; fails when there is none within aMaximum bytes.
+    ezCString ReadZeroTerminated(std::size_t aMaximum);
+
+    void Skip(std::uint64_t aCount);
+    /// A reader of the next aCount bytes, which this one skips; a failed one of none where they are not
+    /// there.
+    ByteReader Take(std::uint64_t aCount);
+
+private:
+    ByteReader(ByteSource& aBytes, std::uint64_t aStart, std::uint64_t anEnd)
+        : mBytes(&aBytes), mPosition(aStart), mEnd(anEnd) {}
+    unsigned char Next();
+    void SkipStuffing();
+
+    ByteSource* mBytes; ///< borrowed
+    std::uint64_t mPosition;
+    std::uint64_t mEnd;
+    bool mfUnsynchronised = false;
+    bool mfFailed = false;
+};

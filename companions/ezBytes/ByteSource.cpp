@@ -1,0 +1,86 @@
+#include "ezBytes/ByteSource.h"
+
+#include <algorithm>
+#include <utility>
+
+ByteSource::~ByteSource() = default;
+BlockwiseBytes::~BlockwiseBytes() = default;
+PieceBytes::~PieceBytes() = default;
+BlockBytes::~BlockBytes() = default;
+
+BlockwiseBytes::BlockwiseBytes(std::size_t aBlockSize, std::uint32_t aMaxFetches)
+    : mBlockSize(aBlockSize), mFetchesLeft(aMaxFetches) {}
+
+std::size_t BlockwiseBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition >= GetSize()) {
+        return 0;
+    }
+    const std::uint64_t blockStart = aPosition - aPosition % mBlockSize;
+    if (blockStart != mBlockStart || mBlockLength == 0) {
+        mBlockLength = 0;
+        if (mFetchesLeft == 0) {
+            return 0;
+        }
+        --mFetchesLeft;
+        mBlock.resize(mBlockSize);
+        const std::uint64_t left = GetSize() - blockStart;
+        mBlockStart = blockStart;
+        mBlockLength =
+            std::min(mBlockSize, Fetch(blockStart, mBlock.data(),
+                                       static_cast<std::size_t>(std::min<std::uint64_t>(mBlockSize, left))));
+    }
+    const auto place = static_cast<std::size_t>(aPosition - blockStart);
+    if (place >= mBlockLength) {
+        return 0; // a file that was cut since it was opened
+    }
+    *aBytes = mBlock.data() + place;
+    return mBlockLength - place;
+}
+
+PieceBytes::PieceBytes(ByteSource& aBytes, std::vector<BytePiece> aPieces)
+    : mBytes(aBytes), mPieces(std::move(aPieces)) {
+    for (const BytePiece& piece : mPieces) {
+        mSize += piece.mSize;
+    }
+}
+
+std::size_t PieceBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition >= mSize) {
+        return 0;
+    }
+    if (aPosition < mPieceStart) {
+        mPiece = 0;
+        mPieceStart = 0;
+    }
+    while (aPosition - mPieceStart >= mPieces[mPiece].mSize) {
+        mPieceStart += mPieces[mPiece].mSize;
+        ++mPiece;
+    }
+    const std::uint64_t place = aPosition - mPieceStart;
+    const std::size_t count = mBytes.Lend(mPieces[mPiece].mOffset + place, aBytes);
+    return static_cast<std::size_t>(std::min<std::uint64_t>(count, mPieces[mPiece].mSize - place));
+}
+
+std::vector<BytePiece> PieceBytes::Slice(std::uint64_t aPosition, std::uint64_t aSize) const {
+    std::vector<BytePiece> slice;
+    std::uint64_t skipped = aPosition;
+    std::uint64_t left = aSize;
+    for (const BytePiece& piece : mPieces) {
+        const std::uint64_t before = std::min(skipped, piece.mSize);
+        const std::uint64_t size = std::min(left, piece.mSize - before);
+        if (size != 0) {
+            slice.push_back({piece.mOffset + before, size});
+        }
+        skipped -= before;
+        left -= size;
+    }
+    return slice;
+}
+
+std::size_t BlockBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition >= mSize) {
+        return 0;
+    }
+    *aBytes = mBlock + aPosition;
+    return mSize - static_cast<std::size_t>(aPosition);
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// A range of bytes of another range.
+struct BytePiece {
+    std::uint64_t mOffset = 0;
+    std::uint64_t mSize = 0;
+};
+
+/// Bytes that can be read at any position.
+class ByteSource {
+public:
+    ByteSource() = default;
+    virtual ~ByteSource();
+    ByteSource(const ByteSource&) = delete;
+    ByteSource& operator=(const ByteSource&) = delete;
+
+    /// 2^64-1 when it is not known.
+    virtual std::uint64_t GetSize() const = 0;
+
+    /// Lends bytes from a position on, as many as are at hand, until the next call. 0 when the byte there is
+    /// not to be had; *aBytes is then left as it is.
+    virtual std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) = 0;
+
+    /// False when the byte is not to be had.
+    bool Get(std::uint64_t aPosition, unsigned char* aByte) {
+        const unsigned char* bytes = nullptr;
+        if (Lend(aPosition, &bytes) == 0) {
+            return false;
+        }
+        *aByte = *bytes;
+        return true;
+    }
+};
+
+/// Bytes that are fetched by blocks, one of which is kept; and only so many times, which bounds what a walk
+/// over a stranger's file may cost.
+class BlockwiseBytes : public ByteSource {
+public:
+    ~BlockwiseBytes() override;
+
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+protected:
+    /// aBlockSize is not 0.
+    BlockwiseBytes(std::size_t aBlockSize, std::uint32_t aMaxFetches);
+
+    /// Fetches up to aSize bytes from a position on: how many there were, 0 on a failure.
+    virtual std::size_t Fetch(std::uint64_t aPosition, unsigned char* aBlock, std::size_t aSize) = 0;
+
+private:
+    std::vector<unsigned char> mBlock; ///< made by the first fetch
+    std::size_t mBlockSize;
+    std::uint64_t mBlockStart = 0;
+    std::size_t mBlockLength = 0;
+    std::uint32_t mFetchesLeft;
+};
+
+/// Pieces of other bytes, one behind the other. Reading forth is cheap, back it starts over.
+class PieceBytes : public ByteSource {
+public:
+    /// aBytes is borrowed.
+    PieceBytes(ByteSource& aBytes, std::vector<BytePiece> aPieces);
+    ~PieceBytes() override;
+
+    std::uint64_t GetSize() const override { return mSize; }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    /// Where aSize bytes from aPosition on, which must be there, lie in the other bytes.
+    std::vector<BytePiece> Slice(std::uint64_t aPosition, std::uint64_t aSize) const;
+
+private:
+    ByteSource& mBytes;
+    std::vector<BytePiece> mPieces;
+    std::uint64_t mSize = 0;
+    std::size_t mPiece = 0;        ///< the one of the last byte
+    std::uint64_t mPieceStart = 0; ///< its position here
+};
+
+/// Those of a block of memory, borrowed.
+class BlockBytes : public ByteSource {
+public:
+    BlockBytes(const unsigned char* aBlock, std::size_t aSize) : mBlock(aBlock), mSize(aSize) {}
+    ~BlockBytes() override;
+
+    std::uint64_t GetSize() const override { return mSize; }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+private:
+    const unsigned char* mBlock;
+    std::size_t mSize;
+};

@@ -42,6 +42,20 @@ inline constexpr const char* kezInfo_AudioSamplingRate = "sf"; ///< Hz, for ever
 inline constexpr const char* kezInfo_VideoCodec = "vc";        ///< video codec name: "H264"
 inline constexpr const char* kezInfo_PictureWidth = "wi";      ///< pixels
 inline constexpr const char* kezInfo_PictureHeight = "he";     ///< pixels
+inline constexpr const char* kezInfo_FrameRate = "fr";         ///< pictures in 1000 seconds: 29970
+inline constexpr const char* kezInfo_VideoProfile = "vp"; ///< in the codec's words, no blanks: "Baseline"
+inline constexpr const char* kezInfo_VideoLevel = "vl";   ///< ten times the codec's level: 31 is 3.1; 9 is 1b
+/// How a picture is coded: "baseline", "extended", "progressive", "lossless" or "arithmetic" of a JPEG,
+/// "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video.
+inline constexpr const char* kezInfo_PictureProcess = "pr";
+/// What a picture's colours are and how they are sampled: "grey", "4:2:0", "4:2:2", "4:4:4" and so on,
+/// "CMYK", "RGB", "RGBA", "grey-alpha", "palette".
+inline constexpr const char* kezInfo_PictureColours = "cr";
+inline constexpr const char* kezInfo_PictureBitDepth = "cd"; ///< bits of a sample or of a palette index
+inline constexpr const char* kezInfo_Orientation = "ud";     ///< 1 to 8 as Exif has it, when not 1
+/// Where the duration is from: "header", "counted" (the frames of the whole file were), or "estimate: " and
+/// how.
+inline constexpr const char* kezInfo_DurationMethod = "md";
 /// @}
 
 /// What is known of one media: texts and unsigned numbers under two-letter keys, and a few facts of their

@@ -1,0 +1,112 @@
+#include "ezFormats/FormatParser.h"
+
+#include "ezFormats/detail/MediaBytes.h"
+
+#include "ez/MediaParserStream.h"
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/dlna/ProtocolInfo.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+namespace {
+
+constexpr const char* kImageClass = "item.imageItem";
+constexpr const char* kVideoClass = "item.videoItem";
+constexpr const char* kAudioClass = "item.audioItem";
+
+/// Version 1.5, background transfer, and interactive or streaming transfer (DLNA guidelines 7.4.1.3.24).
+constexpr const char* kImageFlags = ";DLNA.ORG_FLAGS=00D00000000000000000000000000000";
+constexpr const char* kStreamFlags = ";DLNA.ORG_FLAGS=01500000000000000000000000000000";
+
+const char* ClassOf(const ezCString& aMimeType) {
+    if (aMimeType.StartsWith("image/")) {
+        return kImageClass;
+    }
+    return aMimeType.StartsWith("video/") ? kVideoClass : kAudioClass;
+}
+
+/// A MIME type as it is compared: without parameters, in lower case.
+ezCString BareType(const ezCString& aMimeType) {
+    return aMimeType.BeforeFirst(';').Lower();
+}
+
+} // namespace
+
+FormatParser::FormatParser(const char* aName, const char* aType, const char* aMimeTypes,
+                           const Budget& aBudget, std::shared_ptr<const ProfileRules> aRules)
+    : ezMediaParser(aType, nullptr, false),
+      mName(aName),
+      mMimeTypes(aMimeTypes),
+      mBudget(aBudget),
+      mRules(std::move(aRules)) {}
+
+FormatParser::~FormatParser() = default;
+
+ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
+    MediaBytes bytes(aStream, mBudget.mReads, mBudget.mBytes);
+    const unsigned char* start = nullptr;
+    if (bytes.Lend(0, &start) == 0) {
+        Refuse(bytes.HasReadFailed() ? Cause::ReadError : Cause::Malformed, "nothing to read");
+        return nullptr;
+    }
+    auto info = std::make_unique<ezMediaInfo>();
+    if (!ReadFormat(bytes, *info)) {
+        return nullptr;
+    }
+    Announce(*info, bytes.IsSizeKnown());
+    return info.release();
+}
+
+bool FormatParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
+    if (anInfo == nullptr || !IsOurs(anInfo->GetCString(kezInfo_MimeType, ""))) {
+        return false;
+    }
+    Announce(*anInfo, anInfo->GetUInt64(kezInfo_FileSize, 0) != 0U);
+    return true;
+}
+
+ezCString FormatParser::GetDLNAInfo() {
+    return mRules->GetProfileInfo(mMimeTypes);
+}
+
+bool FormatParser::IsOurs(const ezCString& aMimeType) const {
+    const ezCString type = BareType(aMimeType);
+    const ezCString all = "," + ezCString(mMimeTypes) + ",";
+    return !type.IsEmpty() && all.Contains(("," + type + ",").c_str());
+}
+
+void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
+    const char* const className = ClassOf(BareType(anInfo.GetCString(kezInfo_MimeType, "")));
+    const ezCString profile = mRules->FindProfile(anInfo);
+    ezCString field;
+    if (!profile.IsEmpty()) {
+        field = "DLNA.ORG_PN=" + profile;
+    }
+    if (afSizeKnown) {
+        field += field.IsEmpty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01";
+    }
+    if (!profile.IsEmpty()) {
+        field += className == kImageClass ? kImageFlags : kStreamFlags;
+    }
+    anInfo.Set(kezInfo_ClassName, className, false);
+    anInfo.Set(kezInfo_DLNA, field.IsEmpty() ? ezCString("*") : field, false);
+}
+
+bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
+    if (_ezLog_Level <= EZLOGLEVEL_DEBUG) {
+        return false;
+    }
+    static constexpr std::array<const char*, 4> kCauses = {"malformed", "unsupported", "limit", "read error"};
+    std::array<char, 256> reason = {};
+    va_list arguments;
+    va_start(arguments, aFormat);
+    std::vsnprintf(reason.data(), reason.size(), aFormat, arguments);
+    va_end(arguments);
+    ezLog_F(EZLOGLEVEL_DEBUG, "%s: %s: %s\n", mName, kCauses[static_cast<std::size_t>(aCause)],
+            reason.data());
+    return false;
+}

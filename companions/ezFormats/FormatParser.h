@@ -1,0 +1,67 @@
+#pragma once
+
+#include "ez/MediaParser.h"
+
+#include "ezFormats/Export.h"
+#include "ezFormats/ProfileRules.h"
+
+#include <memory>
+
+class MediaBytes;
+
+/// The base of the parsers of this library: it reads the media within a budget, lets the format fill a
+/// record, and announces what the format found.
+///
+/// A format states its MIME type and its facts; class and 4th field follow from these. The 4th field holds
+/// the profile that the rules give, if they do; "DLNA.ORG_OP=01" for a media of known size, which can be
+/// read from any byte on; and, with a profile, the flags: version 1.5, background transfer, and interactive
+/// transfer for a picture, streaming for all else. DLNA.ORG_CI is left out, as it always is 0, and old
+/// renderers prefer any resource that states it. Without a profile there are no flags (DLNA guidelines
+/// 7.4.1.3.17).
+class EZFORMATS_API FormatParser : public ezMediaParser {
+public:
+    ~FormatParser() override;
+
+    /// The first read is at the start of the media, wherever the stream stands.
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) final;
+
+    /// Completes class and 4th field of a record that has one of the parser's MIME types; what is there
+    /// stays. The size ("fs") must be stated for a media that can be read from any byte on.
+    bool AdjustDLNAInfo(ezMediaInfo* anInfo) final;
+
+    /// The profiles that the rules can give, and the MIME types alone.
+    ezCString GetDLNAInfo() final;
+
+protected:
+    /// What one parse may cost, whatever the file holds.
+    struct Budget {
+        std::uint32_t mReads; ///< reads of the stream, each with a seek before it
+        std::uint64_t mBytes;
+    };
+
+    /// @param aName       the class, as the log names it; must live as long as the parser
+    /// @param aType       the name of the parser in the media types file
+    /// @param aMimeTypes  those that the parser may state, parted by ","; must live as long as the parser
+    /// @param aRules      not null
+    FormatParser(const char* aName, const char* aType, const char* aMimeTypes, const Budget& aBudget,
+                 std::shared_ptr<const ProfileRules> aRules);
+
+    /// Reads the media and fills the record with its MIME type and facts. False, after Refuse said why, for
+    /// what is not of the format; the record is then thrown away.
+    virtual bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) = 0;
+
+    enum class Cause { Malformed, Unsupported, Limit, ReadError };
+
+    /// Logs why a media is refused, for a person who looks for the reason. Always false. The format is of
+    /// printf, without a line end.
+    bool Refuse(Cause aCause, const char* aFormat, ...) const __attribute__((format(printf, 3, 4)));
+
+private:
+    bool IsOurs(const ezCString& aMimeType) const;
+    void Announce(ezMediaInfo& anInfo, bool afSizeKnown) const;
+
+    const char* mName;
+    const char* mMimeTypes;
+    Budget mBudget;
+    std::shared_ptr<const ProfileRules> mRules;
+};

@@ -1,0 +1,16 @@
+#include "ezFormats/FormatParsers.h"
+
+#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/JPEGParser.h"
+#include "ezFormats/MPEGAudioParser.h"
+#include "ezFormats/PNGParser.h"
+
+#include "ez/MediaParserManager.h"
+
+void RegisterFormatParsers(ezMediaParserManager& aManager, std::shared_ptr<const ProfileRules> aRules) {
+    const std::shared_ptr<const ProfileRules> rules = aRules != nullptr ? aRules : ProfileRules::BuiltIn();
+    aManager.Add(new MPEGAudioParser(rules));
+    aManager.Add(new JPEGParser(rules));
+    aManager.Add(new PNGParser(rules));
+    aManager.Add(new ISOMediaParser(rules));
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ezBytes/ByteSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+class ezMediaParserStream;
+
+/// The bytes of a parser's stream, read within a budget. The first read is that of the start, which the
+/// stream keeps for the next parser; bytes behind it are read as far as they are asked for, in blocks that
+/// grow while the asking goes straight on. Reading back by a little stays within the block.
+class MediaBytes : public ByteSource {
+public:
+    /// aStream is borrowed.
+    MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes);
+    ~MediaBytes() override;
+
+    /// 2^64-1 when it is not known.
+    std::uint64_t GetSize() const override { return mSize; }
+    bool IsSizeKnown() const;
+
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+    /// Reads the block of the next Lend from a position on: for a tail of which all bytes are going to be
+    /// asked for, in any order. At most 64 KiB.
+    bool Load(std::uint64_t aPosition, std::size_t aSize);
+
+    /// Raises what the parse may cost: the whole media, once.
+    void AllowWholeMedia();
+
+    bool IsBudgetUsedUp() const { return mfBudgetUsedUp; }
+    bool HasReadFailed() const { return mfReadFailed; }
+
+private:
+    bool Fetch(std::uint64_t aPosition, std::size_t aSize);
+
+    ezMediaParserStream& mStream;
+    std::uint64_t mSize;
+    std::vector<unsigned char> mBlock;
+    std::uint64_t mBlockStart = 0;
+    std::size_t mBlockLength = 0;
+    std::size_t mLastSize = 0;
+    std::uint32_t mReadsLeft;
+    std::uint64_t mBytesLeft;
+    bool mfStarted = false;
+    bool mfBudgetUsedUp = false;
+    bool mfReadFailed = false;
+};

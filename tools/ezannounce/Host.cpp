@@ -1,15 +1,12 @@
 #include "Host.h"
 
-#include "Capabilities.h"
 #include "Explanation.h"
 #include "MapperAnswer.h"
-#include "RefusalLog.h"
 #include "TypesTableParser.h"
 #include "Unreadable.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
-#include "ezFormats/FormatParsers.h"
 #include "ezPlatform/containers/PtrList.h"
 
 namespace {
@@ -31,8 +28,7 @@ Announcement::Announcement(Announcement&&) noexcept = default;
 Announcement& Announcement::operator=(Announcement&&) noexcept = default;
 Announcement::~Announcement() = default;
 
-Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-           std::shared_ptr<const ProfileRules> aRules, Console* aConsole)
+Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders)
     : mEnvironment(ezPropertyList_New()),
       mfExplain(anArguments.mfExplain),
       mParseOptions(anArguments.mParseOptions) {
@@ -47,11 +43,7 @@ Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
     mManager = std::make_unique<HostManager>(mEnvironment);
     mManager->SetTracing(mfExplain);
     mManager->AddStandardParsers(mParseOptions);
-    RegisterFormatParsers(*mManager, std::move(aRules));
-    mManager->Add(new TypesTableParser(*mMatcher, ProtocolInfosOf(mManager->GetDLNAInfo().View())));
-    if (mfExplain) {
-        mRefusals = std::make_unique<RefusalLog>(aConsole);
-    }
+    mManager->Add(new TypesTableParser(*mMatcher));
 }
 
 Host::~Host() {
@@ -100,7 +92,7 @@ void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Anno
         }
     }
     if (mfExplain) {
-        Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions, mRefusals->Take());
+        Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions);
         anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
             aStream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
     }

@@ -85,7 +85,7 @@ protected:
 };
 
 TEST_F(FullFileCache, LooksThroughItsFolderOnceForEveryEighthThatGoes) {
-    constexpr std::size_t kFiles = 24000;
+    constexpr std::size_t kFiles = 16000;
     const CountingSystem system;
     MakeFull(kFiles);
     // 8 for the folder, one for what goes, and one for what is perhaps replaced.

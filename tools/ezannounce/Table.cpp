@@ -60,8 +60,8 @@ const Fact* FindFact(const std::vector<Fact>& aFacts, const std::string& aName) 
     return fact != aFacts.end() ? &*fact : nullptr;
 }
 
-/// Rates that only repeat another: the maximum the rate, the estimate the maximum too, and the rate of a track
-/// that of the whole media.
+/// Rates that only repeat another: the maximum the rate, the estimate the maximum too, and the rate of a
+/// track that of the whole media.
 bool IsRepeatedRate(const Fact& aFact, const std::vector<Fact>& aFacts) {
     constexpr std::string_view kSuffix = "bit_rate";
     const std::string& name = aFact.mName;

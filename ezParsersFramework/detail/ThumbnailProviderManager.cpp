@@ -71,6 +71,9 @@ void ezThumbnailProviderManager::SetDefaultProvider(ezThumbnailProvider* aThumbn
 }
 
 uint32 ezThumbnailProviderManager::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    if (anInfo == nullptr) {
+        return kNoThumbnailID;
+    }
     uint32 possible =
         mDefaultThumbnailProvider != nullptr ? mDefaultThumbnailProvider->GetPossibleThumbnailFor(anInfo) : 0;
     for (ezThumbnailProvider* provider : ezItems<ezThumbnailProvider>(mThumbnailProviderList)) {
@@ -84,6 +87,9 @@ uint32 ezThumbnailProviderManager::GetPossibleThumbnailFor(const ThumbnailInfo* 
 
 ezCString ezThumbnailProviderManager::GetThumbnailFileName(const ThumbnailInfo* anInfo,
                                                            bool afUseDefaultProvider) {
+    if (anInfo == nullptr) {
+        return {};
+    }
     const uint32 wanted = anInfo->mThumbnailID;
     if (!ezAssert((wanted & (kJPEGThumbnailID | kPNGThumbnailID)) != 0,
                   "ezThumbnailProviderManager: Unknown thumbnail ID", "ThumbnailProviderManager")) {
@@ -117,7 +123,7 @@ bool ezThumbnailProviderManager::Build(const ThumbnailInfo* anInfo, bool afUseDe
 ezFile* ezThumbnailProviderManager::GetCachedThumbnail(const ThumbnailInfo* anInfo,
                                                        bool afUseDefaultProvider) {
     const ezCString name = GetThumbnailFileName(anInfo, afUseDefaultProvider);
-    if (name.IsEmpty()) {
+    if (name.IsEmpty() || mFileCacheManager == nullptr) {
         return nullptr;
     }
     Thumbnail_Log(EZLOGLEVEL_DEBUG, "GetCachedThumbnail: %s\n", mFileCacheManager->GetFullPath(name).c_str());
@@ -141,6 +147,9 @@ ezFile* ezThumbnailProviderManager::GetCachedThumbnail(const ThumbnailInfo* anIn
 }
 
 ezFile* ezThumbnailProviderManager::GetThumbnail(const ThumbnailInfo* anInfo, bool afUseDefault) {
+    if (anInfo == nullptr) {
+        return nullptr;
+    }
     const ezCString fullName = anInfo->mFilePath.GetFullName();
     const ezLogDuration duration(EZLOGLEVEL_DEBUG, EZLOG_M_THUMBNAIL, kezLogDuration_Duration,
                                  "Retrieving thumbnail for '%s'\n", fullName.c_str());

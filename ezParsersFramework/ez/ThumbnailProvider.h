@@ -19,6 +19,7 @@ struct ezPtrList;
 /// - The manager (ezThumbnailProviderManager) asks its providers, and keeps what they built in a file cache.
 ///
 /// Sizes are in pixels. Nothing here is locked: one thread a manager, with its providers and its generator.
+/// A null request, generator, file or cache is a plain failure: nothing is possible, built or returned.
 
 /// Formats of a thumbnail: bits, combined in masks.
 enum ezThumbnailID : uint32 {
@@ -184,7 +185,7 @@ public:
     const char* GetName() const { return mName; }
     /// True when a wanted format is among the possible ones.
     bool CanProvideThumbnailFor(const ThumbnailInfo* anInfo) {
-        return (anInfo->mThumbnailID & GetPossibleThumbnailFor(anInfo)) != 0;
+        return anInfo != nullptr && (anInfo->mThumbnailID & GetPossibleThumbnailFor(anInfo)) != 0;
     }
 
 protected:
@@ -316,6 +317,6 @@ private:
 /// It is computed in single precision and cut to whole pixels at every step, alike on every target. A side
 /// may come out as 0 (a picture of 4000 by 10 in 160 by 160), which the caller takes for 1. An original
 /// height of 0 is an endless aspect, and 0 by 0 has the full height of the box and no width. What is too
-/// large for 32 bits is 0xFFFFFFFF.
+/// large for 32 bits is 0xFFFFFFFF. Without a request, or a place for either side, nothing is written.
 EZPARSERS_API void GetThumbnailFinalSize(const ThumbnailInfo* anInfo, uint32 aOriginalWidth,
                                          uint32 aOriginalHeight, uint32* aFinalWidth, uint32* aFinalHeight);

@@ -37,6 +37,14 @@ std::pair<std::int64_t, std::int64_t> Now() {
     return {now.tv_sec, now.tv_nsec};
 }
 
+/// True when a path is, without a link being followed, the name of an open file.
+bool IsNameOf(const ezCString& aPath, int aFile) {
+    struct stat file = {};
+    struct stat named = {};
+    return ezSystem().mFStat(aFile, &file) == 0 && ezSystem().mLStat(aPath.c_str(), &named) == 0 &&
+           file.st_dev == named.st_dev && file.st_ino == named.st_ino;
+}
+
 } // namespace
 
 ezFileCacheManager::ezFileCacheManager(const ezCString& aFolder, std::uint64_t aMaximumBytes,
@@ -53,10 +61,22 @@ ezCString ezFileCacheManager::GetFullPath(const ezCString& aName) const {
     return mFolder + ezCacheName(aName.View());
 }
 
+bool ezFileCacheManager::IsFolderOurs() {
+    if (mFolderState == kFolderUnknown) {
+        struct stat status = {};
+        const ezCString name = mFolder.Left(mFolder.GetLength() - 1);
+        // A NUL would cut the path short, and a link lead out of the folder that was given.
+        const bool fForeign = mFolder.View().find('\0') != std::string_view::npos ||
+                              (ezSystem().mLStat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode));
+        mFolderState = fForeign ? kFolderForeign : kFolderOurs;
+    }
+    return mFolderState == kFolderOurs;
+}
+
 ezFileCacheManager::Stamp ezFileCacheManager::NextStamp() {
     // A device without a clock of its own begins in 1970 again: what is used now still counts as the latest.
     Stamp next = {mLastStamp.first, mLastStamp.second + 1};
-    if (next.second >= kNanoseconds) {
+    if (next.second >= kNanoseconds && next.first < INT64_MAX) { // some file systems take any time
         next = {next.first + 1, 0};
     }
     mLastStamp = std::max(Now(), next);
@@ -73,7 +93,13 @@ void ezFileCacheManager::MarkUsed(ezFile& aFile) {
 }
 
 ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, int /*anOption*/) {
+    if (afNew == nullptr) {
+        return nullptr;
+    }
     *afNew = false;
+    if (!IsFolderOurs()) {
+        return nullptr;
+    }
     std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
     // A link would lead out of the folder.
     if (file->OpenRegular(GetFullPath(aName), O_NOFOLLOW)) {
@@ -139,28 +165,28 @@ void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFil
     if (aFile == nullptr) {
         return;
     }
+    const ezCString path = GetFullPath(aName);
     if (aFile->mfFilling) {
-        if (afGood) {
-            Keep(aName, *aFile);
+        if (afGood && IsFolderOurs()) {
+            Keep(path, *aFile);
         } else {
             aFile->GiveUp();
         }
-    } else if (!afGood) {
-        ezSystem().mUnlink(GetFullPath(aName).c_str());
+    } else if (!afGood && IsFolderOurs() && IsNameOf(path, aFile->mFile)) { // not what replaced it since
+        ezSystem().mUnlink(path.c_str());
     }
 }
 
-void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
+void ezFileCacheManager::Keep(const ezCString& aPath, ezFile& aFile) {
     const auto size = static_cast<std::uint64_t>(aFile.LengthAtOpen());
     if (!aFile.mfWriteFailed && (size > mMaximumBytes || mMaximumFiles == 0)) {
         aFile.GiveUp();
         return;
     }
-    const ezCString path = GetFullPath(aName);
     struct stat old = {};
-    const bool fReplaces = ezSystem().mLStat(path.c_str(), &old) == 0;
+    const bool fReplaces = ezSystem().mLStat(aPath.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     MarkUsed(aFile);
-    if (!aFile.PutInPlace(path)) {
+    if (!aFile.PutInPlace(aPath)) {
         return;
     }
     if (fReplaces) {
@@ -173,7 +199,7 @@ void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
     if (IsScanDue()) {
         Scan();
     }
-    Evict(path);
+    Evict(aPath);
 }
 
 bool ezFileCacheManager::IsScanDue() const {
@@ -244,35 +270,35 @@ void ezFileCacheManager::RemoveIfStale(const ezCString& aPath) {
 }
 
 void ezFileCacheManager::Evict(const ezCString& aKeptPath) {
-    bool fFresh = false;
+    bool fRemoved = true; // since the last scan, or before it
     while (IsOverBounds()) {
         if (mCandidates.empty()) {
-            if (fFresh) {
+            if (!fRemoved) {
                 return; // what is left cannot be removed
             }
             Scan();
-            fFresh = true;
+            fRemoved = false;
             continue;
         }
         const Candidate candidate = std::move(mCandidates.back());
         mCandidates.pop_back();
         if (mFolder + candidate.mName != aKeptPath) {
-            EvictOne(candidate);
+            fRemoved = EvictOne(candidate) || fRemoved;
         }
     }
 }
 
-void ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
+bool ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
     const ezCString path = mFolder + aCandidate.mName;
     struct stat status = {};
+    bool fGone = false;
     if (ezSystem().mLStat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) {
-            Forget(aCandidate.mSize); // another process was faster
-        }
-        return;
+        fGone = errno == ENOENT;                     // another process was faster
+    } else if (UsedAt(status) == aCandidate.mUsed) { // else used since, it is no longer among the oldest
+        fGone = ezSystem().mUnlink(path.c_str()) == 0;
     }
-    // Used since the scan, it is no longer among the oldest.
-    if (UsedAt(status) == aCandidate.mUsed && ezSystem().mUnlink(path.c_str()) == 0) {
+    if (fGone) {
         Forget(aCandidate.mSize);
     }
+    return fGone;
 }

@@ -19,8 +19,9 @@ class ezFile;
 /// leaves nothing behind but that, which the next one removes.
 ///
 /// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed.
-/// Nothing outside of it is touched, symbolic links are not followed there, and foreign files beside it are
-/// safe; whatever lies in it belongs to the cache. A hit is marked by the file's time of modification.
+/// Nothing outside of it is touched, symbolic links are not followed there, one that stands in its own place
+/// is refused, and foreign files beside it are safe; whatever lies in it belongs to the cache. A hit is
+/// marked by the file's time of modification.
 ///
 /// Any number of processes and objects may use one folder. Two that fill the same name at once each fill a
 /// file of their own, and the last one stays. Each looks the folder through now and then, so that with n of
@@ -44,13 +45,15 @@ public:
     /// @param afNew    receives true when the file is new: empty, at its start, to be written and read. The
     ///                 caller fills it and calls SetCachedFileState; destroyed without that, it is given up.
     /// @param anOption 0; no other is known
-    /// Null, *afNew false, when the file cannot be opened, or a new one cannot be made (a full disk).
+    /// Null, *afNew false, when the file cannot be opened (also where a folder stands under its path), or a
+    /// new one cannot be made (a full disk). Null without afNew too.
     ezFile* OpenCachedFile(const ezCString& aName, bool* afNew, int anOption);
 
     /// Tells what became of filling a new file. With afGood it is cached from now on, or, where it cannot be
     /// kept, just goes on to be readable; if its content could not be written, it is empty then. Without
     /// afGood nothing is kept, and the name is new at the next request; a file that was not new loses its
-    /// name this way. The file stays the caller's and open, for reading. Null is ignored.
+    /// name this way, unless another one has it by now. The file stays the caller's and open, for reading.
+    /// Null and a file that was closed are ignored.
     void SetCachedFileState(const ezCString& aName, ezFile* aFile, bool afGood);
 
     /// The path of the file that a name has, whether it is cached or not.
@@ -66,26 +69,30 @@ private:
         ezCString mName;
     };
 
+    enum FolderState { kFolderUnknown, kFolderOurs, kFolderForeign };
+
     static bool sUsedBefore(const Candidate& aLeft, const Candidate& aRight);
 
+    bool IsFolderOurs();
     Stamp NextStamp();
     void MarkUsed(ezFile& aFile);
     ezFile* OpenNew();
     bool OpenNewAt(ezFile& aFile, const ezCString& aPath);
-    void Keep(const ezCString& aName, ezFile& aFile);
+    void Keep(const ezCString& aPath, ezFile& aFile);
     void Scan();
     void LookAt(const char* aName);
     void RemoveIfStale(const ezCString& aPath);
     bool IsOverBounds() const { return mFiles > mMaximumFiles || mBytes > mMaximumBytes; }
     bool IsScanDue() const;
     void Evict(const ezCString& aKeptPath);
-    void EvictOne(const Candidate& aCandidate);
+    bool EvictOne(const Candidate& aCandidate);
     void Forget(std::uint64_t aSize);
 
     ezCString mFolder; ///< ends in "/"
     std::uint64_t mMaximumBytes;
     std::size_t mMaximumFiles;
 
+    FolderState mFolderState = kFolderUnknown;
     bool mfScanned = false;
     std::size_t mFiles = 0; ///< as far as this object knows, as are the other sums
     std::uint64_t mBytes = 0;

@@ -71,6 +71,10 @@ int Run(const Arguments& anArguments, Console& aConsole) {
         return RunCapabilities(anArguments, host, aConsole);
     case Verb::Mapper:
         return RunMapperShow(anArguments, folders, host, aConsole);
+    case Verb::Thumbnail:
+        return RunThumbnail(anArguments, host, aConsole);
+    case Verb::ContactSheet:
+        return RunContactSheet(anArguments, host, aConsole);
     case Verb::Types:
     case Verb::Playlist:
         break;

@@ -12,6 +12,7 @@
 #include "ezPlaylists/Playlists.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
 
@@ -34,10 +35,12 @@ ezCString GetPathWithin(const fs::path& aFolder, const ezCString& aURL) {
     const bool fFile = ezCString(ezURI_GetScheme(uri)).CompareNoCase("file") == 0;
     const ezCString path = ezURI_GetPath(uri);
     ezURI_Delete(uri);
-    std::error_code error;
-    const std::string folder = (fs::canonical(aFolder, error) / "").string();
-    const std::string real = fs::canonical(fs::path(path.View()), error).string();
-    return fFile && !error && real.compare(0, folder.size(), folder) == 0 ? ezCString(real) : ezCString();
+    std::error_code noFolder;
+    std::error_code noFile;
+    const std::string folder = (fs::canonical(aFolder, noFolder) / "").string();
+    const std::string real = fs::canonical(fs::path(path.View()), noFile).string();
+    const bool fWithin = fFile && !noFolder && !noFile && real.compare(0, folder.size(), folder) == 0;
+    return fWithin ? ezCString(real) : ezCString();
 }
 
 void Show(ezMediaParserManager& aManager, PlaylistParser& aReader, const fs::path& aMediaFolder) {
@@ -57,6 +60,24 @@ void Show(ezMediaParserManager& aManager, PlaylistParser& aReader, const fs::pat
     }
 }
 
+/// Shows a playlist; false when it is none.
+bool ShowFile(ezMediaParserManager& aManager, const PlaylistParserFactory& aFactory, const char* aPath,
+              const fs::path& aMediaFolder) {
+    std::error_code error;
+    const ezCString path(fs::absolute(aPath, error).c_str()); // its relative locations begin at its folder
+    auto file = std::make_unique<ezFile>(path, ezFileOpenMode_Read);
+    if (!file->Open()) {
+        return false;
+    }
+    const ezStreamOwner stream(ezFileGetStream(file.release(), "", path)); // outlives the reader
+    const std::unique_ptr<PlaylistParser> reader(
+        aFactory.NewPlaylistParser(stream.get(), "", stream->GetExtension()));
+    if (reader != nullptr) {
+        Show(aManager, *reader, aMediaFolder);
+    }
+    return reader != nullptr;
+}
+
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
@@ -69,23 +90,12 @@ int main(int anArgCount, char** anArgs) {
     AddParsers(manager);
 
     PlaylistParserFactory factory;
-    PlaylistParser::RegisterTo<LineListParser>(&factory);
+    PlaylistParser::RegisterTo<LineListParser>(&factory); // before the others, so that it wins over them
     RegisterPlaylistParsers(factory);
 
     for (int i = 3; i < anArgCount; ++i) {
-        std::error_code error;
-        const ezCString path(
-            fs::absolute(anArgs[i], error).c_str()); // what its relative locations are behind
-        auto file = std::make_unique<ezFile>(path, ezFileOpenMode_Read);
-        file->Open(); // of a file that does not open the stream is not open either
-        const ezStreamOwner stream(ezFileGetStream(file.release(), "", path));
-        const std::unique_ptr<PlaylistParser> reader(
-            stream->IsOpened() ? factory.NewPlaylistParser(stream.get(), "", stream->GetExtension())
-                               : nullptr);
-        if (reader == nullptr) {
+        if (!ShowFile(manager, factory, anArgs[i], anArgs[2])) {
             std::printf("%s: no playlist\n", anArgs[i]);
-        } else {
-            Show(manager, *reader, anArgs[2]);
         }
     }
     return 0;

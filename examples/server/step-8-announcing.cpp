@@ -34,7 +34,7 @@ ezCString ProtocolInfoOf(const ezMediaInfo& anInfo) {
     const ezCString text =
         "http-get:*:" + anInfo.GetCString(kezInfo_MimeType, "*") + ":" + anInfo.GetCString(kezInfo_DLNA, "*");
     ezDLNAProtocolInfo* info = ezDLNAProtocolInfo_New(text.c_str(), 0, 0);
-    const ezCString ordered = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(info));
+    ezCString ordered = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(info));
     ezDLNAProtocolInfo_Delete(info);
     return ordered;
 }

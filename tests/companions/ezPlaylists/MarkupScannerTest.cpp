@@ -1,8 +1,8 @@
 #include "ezPlaylists/detail/MarkupScanner.h"
 
+#include "ezBytes/Utf8.h"
 #include "ezPlaylists/detail/DocumentText.h"
 #include "ezPlaylists/detail/EntryText.h"
-#include "ezBytes/Utf8.h"
 
 #include "support/Str.h"
 

@@ -14,6 +14,7 @@
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
+#include <vector>
 
 namespace {
 
@@ -32,10 +33,19 @@ public:
         if (mNext < std::size(kKinds)) {
             const Kind& kind = kKinds[mNext++];
             auto source = std::make_unique<ezFileThumbnailSource>(anInfo);
-            source->SetFileName(".posters/" + anInfo->mFilePath.GetFileName() + kind.mExtension);
+            source->SetPath(ezPathName::MakeFilePath(PathOf(*anInfo, kind)));
             source->SetMimeType(kind.mMimeType);
             mTrySource = source.release(); // the base deletes it
         }
+    }
+
+    /// The paths of what could be taken for an item, in the order in which they are tried.
+    static std::vector<ezCString> CandidatePaths(const ThumbnailInfo* anInfo) {
+        std::vector<ezCString> paths;
+        for (const Kind& kind : kKinds) {
+            paths.push_back(PathOf(*anInfo, kind));
+        }
+        return paths;
     }
 
 private:
@@ -44,6 +54,12 @@ private:
         const char* mMimeType;
     };
     static constexpr Kind kKinds[] = {{".jpg", "image/jpeg"}, {".png", "image/png"}};
+
+    static ezCString PathOf(const ThumbnailInfo& anInfo, const Kind& aKind) {
+        return anInfo.mFilePath.GetParentPath().GetFullPath() + ".posters/" + anInfo.mFilePath.GetFileName() +
+               aKind.mExtension;
+    }
+
     std::size_t mNext = 0;
 };
 
@@ -59,36 +75,24 @@ std::string StateOf(const ezCString& aPath) {
     return std::to_string(state.st_size) + " " + time(state.st_mtim) + " " + time(state.st_ctim);
 }
 
-/// A provider whose candidates the host is able to look at.
-template <class Provider>
-class Watched : public Provider {
-public:
-    using Provider::Provider;
-
-    /// Path and state of every file that could be taken for a media, in the order in which they are tried.
-    std::string StateOfCandidates(const ThumbnailInfo& anInfo) {
-        std::string states;
-        for (this->GetFirstPath(&anInfo); this->SourceToTry(); this->GetNextPath(&anInfo)) {
-            if (const auto* file = dynamic_cast<const ezFileThumbnailSource*>(this->mTrySource)) {
-                const ezCString path = file->GetFullPath();
-                states.append(path.View()).append(1, '\0').append(StateOf(path)).append(1, '\0');
-            }
-        }
-        return states;
+/// Path and state of every file that could be taken for an item.
+std::string StateOfCandidates(const std::vector<ezCString>& aPaths) {
+    std::string states;
+    for (const ezCString& path : aPaths) {
+        states.append(path.View()).append(1, '\0').append(StateOf(path)).append(1, '\0');
     }
-};
+    return states;
+}
 
 class ThumbnailHost {
 public:
     explicit ThumbnailHost(const ezCString& aCacheFolder)
         : mCache(aCacheFolder, kCacheBytes, kCacheFiles), mManager(&mCache, new PictureThumbnailGenerator) {
         ezThumbnailGenerator* generator = mManager.GetThumbnailGenerator(); // lent
-        mPosters = new Watched<PosterProvider>(generator);
-        mSidecars = new Watched<SidecarThumbnailProvider>(generator);
         // The manager deletes them all. Those added first are asked first.
         mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
-        mManager.Add(mPosters);
-        mManager.Add(mSidecars);
+        mManager.Add(new PosterProvider(generator));
+        mManager.Add(new SidecarThumbnailProvider(generator));
         mManager.Add(new CoverThumbnailProvider(generator));
         mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
     }
@@ -119,15 +123,13 @@ private:
         for (const ezCString& part : {path, ezCString(StateOf(path)), anInfo.mMimeType}) {
             identity.append(1, '\0').append(part.View());
         }
-        identity.append(1, '\0').append(mPosters->StateOfCandidates(anInfo));
-        identity.append(1, '\0').append(mSidecars->StateOfCandidates(anInfo));
+        identity.append(1, '\0').append(StateOfCandidates(PosterProvider::CandidatePaths(&anInfo)));
+        identity.append(1, '\0').append(StateOfCandidates(SidecarThumbnailProvider::CandidatePaths(&anInfo)));
         return ezCString(identity);
     }
 
     ezFileCacheManager mCache; // before the manager, which borrows it
     ezThumbnailProviderManager mManager;
-    Watched<PosterProvider>* mPosters = nullptr; // the manager's
-    Watched<SidecarThumbnailProvider>* mSidecars = nullptr;
 };
 
 /// Sends the body of the answer.

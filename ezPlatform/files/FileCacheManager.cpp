@@ -18,8 +18,11 @@
 namespace {
 
 constexpr std::string_view kFillingPrefix = ".fill-"; // no cached file's name begins with a dot
-constexpr std::size_t kMaximumCandidates = 1024;
-constexpr std::size_t kScanShare = 8; // a scan is due when an eighth of a bound was added
+// A scan is due when an eighth of a bound was added; it remembers so many of the oldest files that they last
+// until the next one, as far as the memory for them is bounded.
+constexpr std::size_t kScanShare = 8;
+constexpr std::size_t kMinimumCandidates = 1024;
+constexpr std::size_t kMaximumCandidates = 16384;
 constexpr int kMaximumTries = 8;
 constexpr std::int64_t kNanoseconds = 1000000000;
 
@@ -101,8 +104,10 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
         return nullptr;
     }
     std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
+    mPath = mFolder; // into the memory of the last one
+    mPath += ezCacheName(aName.View());
     // A link would lead out of the folder.
-    if (file->OpenRegular(GetFullPath(aName), O_NOFOLLOW)) {
+    if (file->OpenRegular(mPath, O_NOFOLLOW)) {
         const ezDateTime& time = file->mModifiedAtOpen;
         const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
         if (!mfScanned && used > Now()) {
@@ -213,6 +218,8 @@ void ezFileCacheManager::Forget(std::uint64_t aSize) {
 
 void ezFileCacheManager::Scan() {
     mfScanned = true;
+    mMaximumOfCandidates =
+        std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
     mFiles = 0;
     mBytes = 0;
     mAddedFiles = 0;
@@ -247,7 +254,7 @@ void ezFileCacheManager::LookAt(const char* aName) {
     mBytes += size;
     mLastStamp = std::max(mLastStamp, used);
     // The latest of the candidates stands first, and leaves when there are too many of them.
-    if (mCandidates.size() == kMaximumCandidates) {
+    if (mCandidates.size() == mMaximumOfCandidates) {
         if (used >= mCandidates.front().mUsed) {
             return;
         }

@@ -23,6 +23,9 @@ class ezFile;
 /// is refused, and foreign files beside it are safe; whatever lies in it belongs to the cache. A hit is
 /// marked by the file's time of modification.
 ///
+/// What is needed in memory is bounded: of the files that may go next it knows an eighth of all, 1,024 at the
+/// least and 16,384 at the most, of which each takes some 100 to 250 bytes (4 MiB at the most).
+///
 /// Any number of processes and objects may use one folder. Two that fill the same name at once each fill a
 /// file of their own, and the last one stays. Each looks the folder through now and then, so that with n of
 /// them the bounds may be exceeded by n/8 for a while; one alone keeps them to the file. An object is used by
@@ -40,7 +43,8 @@ public:
     ezFileCacheManager& operator=(const ezFileCacheManager&) = delete;
 
     /// The file cached under a name, at its start; the caller's. The cost does not depend on how many there
-    /// are.
+    /// are; that of a new one in a full cache is, up to 131,072 files, one look through the folder for every
+    /// eighth of them that went, and grows with the number beyond.
     /// @param aName    any bytes, of any number; different names have different files
     /// @param afNew    receives true when the file is new: empty, at its start, to be written and read. The
     ///                 caller fills it and calls SetCachedFileState; destroyed without that, it is given up.
@@ -89,6 +93,7 @@ private:
     void Forget(std::uint64_t aSize);
 
     ezCString mFolder; ///< ends in "/"
+    ezCString mPath;   ///< of the file that was asked for last
     std::uint64_t mMaximumBytes;
     std::size_t mMaximumFiles;
 
@@ -98,6 +103,7 @@ private:
     std::uint64_t mBytes = 0;
     std::size_t mAddedFiles = 0; ///< since the last scan
     std::uint64_t mAddedBytes = 0;
+    std::size_t mMaximumOfCandidates = 0;
     std::vector<Candidate> mCandidates; ///< those that were oldest at the last scan, the oldest last
     Stamp mLastStamp = {0, 0};
     std::uint32_t mFillings = 0;

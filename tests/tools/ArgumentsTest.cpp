@@ -177,11 +177,36 @@ TEST(Arguments, OptionsOfStreamsGoWithParseOnly) {
             EXPECT_EQ(ErrorOf(words), "--name, --timeout, --es and --packet go with parse only");
         }
     }
-    for (const Words& option : {Words{"--explain"}, Words{"--mapper"}, Words{"--parse-options", "1"}}) {
+    for (const Words& option :
+         {Words{"--explain"}, Words{"--mapper"}, Words{"--profiles", "a"}, Words{"--parse-options", "1"}}) {
         Words words = {"--es", "a"};
         words.insert(words.end(), option.begin(), option.end());
-        EXPECT_EQ(ErrorOf(words), "--explain, --mapper and --parse-options do not go with --es");
+        EXPECT_EQ(ErrorOf(words), "--explain, --mapper, --profiles and --parse-options do not go with --es");
     }
+}
+
+TEST(Arguments, ProfileRulesAreNamedWhereMediaAreAnnounced) {
+    EXPECT_EQ(ReadWords({"a"}).mArguments.mProfiles, std::nullopt);
+    EXPECT_EQ(ReadWords({"a", "--profiles", "b"}).mArguments.mProfiles, "b");
+    EXPECT_EQ(ReadWords({"capabilities", "--profiles", ""}).mArguments.mProfiles, "");
+    for (const Words& verb : {Words{"types", "x"}, Words{"mapper", "list"}, Words{"playlist", "a"},
+                              Words{"profiles"}, Words{"thumbnail", "a", "-o", "b"}}) {
+        Words words = verb;
+        words.insert(words.end(), {"--profiles", "c"});
+        EXPECT_EQ(ErrorOf(words), "--profiles goes with parse and capabilities only");
+    }
+}
+
+TEST(Arguments, TheVerbProfilesTakesAnyNumberOfFiles) {
+    for (const Words& files : {Words{}, Words{"a"}, Words{"a", "-", "b"}}) {
+        Words words = files;
+        words.insert(words.begin(), "profiles");
+        const Read read = ReadWords(words);
+        EXPECT_TRUE(read.mResult.mfRun);
+        EXPECT_EQ(read.mArguments.mVerb, Verb::Profiles);
+        EXPECT_EQ(read.mArguments.mOperands, files);
+    }
+    EXPECT_EQ(ErrorOf({"profiles", "--json"}), "--json, --explain and --parse-options go with parse only");
 }
 
 TEST(Arguments, AThumbnailIsAskedForBySizeOrByBox) {
@@ -306,6 +331,8 @@ TEST(CommandLine, HelpTellsVerbsOptionsAndStatuses) {
                              "--log LEVEL",
                              "--version",
                              "--help",
+                             "profiles [FILE...]",
+                             "--profiles FILE",
                              "thumbnail FILE -o OUT",
                              "contact-sheet DIR -o OUT",
                              "--size WxH",
@@ -371,7 +398,7 @@ std::string ManPage() {
 
 TEST(ManPage, NamesEveryOptionOfTheHelpAndNoOther) {
     const std::set<std::string> options = OptionsIn(RunTool({"--help"}).mOut);
-    EXPECT_EQ(options.size(), 27U);
+    EXPECT_EQ(options.size(), 28U);
     EXPECT_EQ(OptionsIn(ManPage()), options);
 }
 
@@ -419,7 +446,7 @@ TEST(ManPage, ItsCommandsRun) {
         EXPECT_NE(result.mOut, "") << line;
         EXPECT_EQ(result.mError, "") << line;
     }
-    EXPECT_EQ(count, 19U);
+    EXPECT_EQ(count, 22U);
 }
 
 #ifdef EZ_HAS_THUMBNAILS

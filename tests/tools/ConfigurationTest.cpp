@@ -15,6 +15,12 @@ namespace {
 using Lines = std::vector<std::string>;
 
 constexpr const char* kIni = "mediaCTRLMediaTypes.ini";
+/// What the parsers of file formats declare before the types of the media types file come.
+const std::string& OfFormats() {
+    static const std::string text = RunTool({"capabilities", "--config", TemporaryFolder().GetPath()}).mOut;
+    return text;
+}
+
 const std::string kNote = "ezannounce: mediaCTRLMediaTypes.ini: no media types found in ";
 
 } // namespace
@@ -28,7 +34,25 @@ TEST(Capabilities, AreTheTypesOfTheMediaTypesFile) {
     const ProgramResult result = RunTool({"capabilities", "--config", folder.GetPath()});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
-    EXPECT_EQ(result.mOut, "http-get:*:video/b:*\nhttp-get:*:audio/a:*\nhttp-get:*:audio/l16;rate=44100:*\n");
+    EXPECT_EQ(result.mOut, OfFormats() + "http-get:*:video/b:*\nhttp-get:*:audio/a:*\n"
+                                         "http-get:*:audio/l16;rate=44100:*\n");
+}
+
+TEST(Capabilities, BeginWithTheProfilesOfTheFormats) {
+    const Lines lines = LinesOf(OfFormats());
+    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 3),
+              (Lines{"http-get:*:audio/mpeg:DLNA.ORG_PN=MP3", "http-get:*:audio/mpeg:DLNA.ORG_PN=MP3X",
+                     "http-get:*:audio/mpeg:*"}));
+    EXPECT_EQ(lines.back(), "http-get:*:audio/3gpp2:*");
+    EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(), lines.size());
+}
+
+TEST(Capabilities, NameATypeOfAFormatNotAgainForTheMediaTypesFile) {
+    const TemporaryFolder folder;
+    folder.Write(kIni, "[MimeTypes]\nmp3=mp3@AUDIO/mpeg@item.audioItem\nown=own@audio/own@item.audioItem\n"
+                       "par=p@image/jpeg;x=1@item.imageItem\n");
+    EXPECT_EQ(RunTool({"capabilities", "--config", folder.GetPath()}).mOut,
+              OfFormats() + "http-get:*:audio/own:*\nhttp-get:*:image/jpeg;x=1:*\n");
 }
 
 TEST(Capabilities, UnderAConformanceTestBeginWithItsFormats) {
@@ -36,12 +60,13 @@ TEST(Capabilities, UnderAConformanceTestBeginWithItsFormats) {
     const ProgramResult bare = RunTool({"capabilities", "--ctt", "1", "--config", folder.GetPath()});
     EXPECT_EQ(bare.mStatus, 0);
     const Lines lines = LinesOf(bare.mOut);
-    ASSERT_EQ(lines.size(), 26U);
+    ASSERT_EQ(lines.size(), 26U + LinesOf(OfFormats()).size());
     EXPECT_EQ(lines.front(), "http-get:*:video/mp4:DLNA.ORG_PN=AVC_MP4_BL_CIF15_AAC_520");
-    EXPECT_EQ(lines.back(), "http-get:*:audio/L16;rate=48000;channels=2:DLNA.ORG_PN=LPCM");
+    EXPECT_EQ(lines[25], "http-get:*:audio/L16;rate=48000;channels=2:DLNA.ORG_PN=LPCM");
+    EXPECT_EQ(Lines(lines.begin() + 26, lines.end()), LinesOf(OfFormats()));
 
     const Lines all = LinesOf(Announce({"capabilities", "--ctt", "1"}).mOut);
-    ASSERT_GT(all.size(), 26U);
+    ASSERT_GT(all.size(), lines.size());
     EXPECT_TRUE(std::equal(lines.begin(), lines.end(), all.begin()));
     EXPECT_EQ(all.back(), "http-get:*:video/x-ms-wvx:*");
 }
@@ -170,9 +195,9 @@ TEST(Configuration, OfTheStateFolderLiesOverTheOther) {
     config.Write(kIni, "[MimeTypes]\nfoo=foo@audio/foo@item.audioItem\nbar=bar@audio/bar@item.audioItem\n");
     state.Write(kIni, "[MimeTypes]\nfoo=foo@audio/changed@item.audioItem\n");
     EXPECT_EQ(RunTool({"capabilities", "--config", config.GetPath(), "--state", state.GetPath()}).mOut,
-              "http-get:*:audio/changed:*\nhttp-get:*:audio/bar:*\n");
+              OfFormats() + "http-get:*:audio/changed:*\nhttp-get:*:audio/bar:*\n");
     EXPECT_EQ(RunTool({"capabilities", "--config", config.GetPath()}).mOut,
-              "http-get:*:audio/foo:*\nhttp-get:*:audio/bar:*\n");
+              OfFormats() + "http-get:*:audio/foo:*\nhttp-get:*:audio/bar:*\n");
 }
 
 TEST(Configuration, OfTheWorkingDirectoryIsUsedUnlessAFolderIsNamed) {
@@ -182,11 +207,11 @@ TEST(Configuration, OfTheWorkingDirectoryIsUsedUnlessAFolderIsNamed) {
     named.Write(kIni, "[MimeTypes]\nname=n@audio/name@item.audioItem\n");
     ProgramOptions options;
     options.mFolder = working.GetPath();
-    EXPECT_EQ(RunTool({"capabilities"}, options).mOut, "http-get:*:audio/work:*\n");
+    EXPECT_EQ(RunTool({"capabilities"}, options).mOut, OfFormats() + "http-get:*:audio/work:*\n");
     EXPECT_EQ(RunTool({"capabilities", "--config", named.GetPath()}, options).mOut,
-              "http-get:*:audio/name:*\n");
+              OfFormats() + "http-get:*:audio/name:*\n");
     EXPECT_EQ(RunTool({"capabilities", "--state", named.GetPath()}, options).mOut,
-              "http-get:*:audio/work:*\nhttp-get:*:audio/name:*\n");
+              OfFormats() + "http-get:*:audio/work:*\nhttp-get:*:audio/name:*\n");
 }
 
 TEST(Configuration, IsFoundThroughConfigPathInTheWorkingDirectory) {
@@ -196,7 +221,7 @@ TEST(Configuration, IsFoundThroughConfigPathInTheWorkingDirectory) {
     working.Write("ConfigPath.ini", "[ConfigPath]\nReadOnly=" + named.GetPath() + "\n");
     ProgramOptions options;
     options.mFolder = working.GetPath();
-    EXPECT_EQ(RunTool({"capabilities"}, options).mOut, "http-get:*:audio/name:*\n");
+    EXPECT_EQ(RunTool({"capabilities"}, options).mOut, OfFormats() + "http-get:*:audio/name:*\n");
 }
 
 TEST(Configuration, ThatWasInstalledIsUsedWhereTheWorkingDirectoryHasNone) {
@@ -211,9 +236,9 @@ TEST(Configuration, ThatWasInstalledIsUsedWhereTheWorkingDirectoryHasNone) {
     const auto capabilities = [&] {
         return RunProgram(installed.Path("bin/ezannounce"), {"capabilities"}, options).mOut;
     };
-    EXPECT_EQ(capabilities(), "http-get:*:audio/installed:*\n");
+    EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/installed:*\n");
     working.Write(kIni, "[MimeTypes]\nwork=w@audio/work@item.audioItem\n");
-    EXPECT_EQ(capabilities(), "http-get:*:audio/work:*\n");
+    EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/work:*\n");
 }
 
 TEST(ParseOptions, ReachTheLibrary) {

@@ -79,6 +79,47 @@ TEST(Facts, EveryKeyOfARecordIsAmongThem) {
                                     {"album", "A"}}));
 }
 
+TEST(Facts, FrameRatesAreOfASecondAndLevelsAsTheCodecWritesThem) {
+    const std::map<uint32, std::string> rates = {
+        {29970, "29.97"}, {25000, "25"}, {23976, "23.976"}, {12500, "12.5"}, {5, "0.005"}};
+    for (const auto& [rate, words] : rates) {
+        ezMediaInfo info;
+        info.Set(kezInfo_FrameRate, rate, true);
+        EXPECT_EQ(WordsOf(info), (Words{{"frame_rate", words}}));
+        EXPECT_EQ(FactsOf(info).at(0).mDivisor, 1000U);
+    }
+    const std::map<uint32, std::string> levels = {{0, "0"}, {9, "1b"}, {10, "1"}, {31, "3.1"}, {62, "6.2"}};
+    for (const auto& [level, words] : levels) {
+        ezMediaInfo info;
+        info.Set(kezInfo_VideoLevel, level, true);
+        EXPECT_EQ(WordsOf(info), (Words{{"video_level", words}}));
+        EXPECT_FALSE(FactsOf(info).at(0).mfNumber);
+        EXPECT_EQ(FactsOf(info).at(0).mText, words);
+    }
+    ezMediaInfo info;
+    info.Set(kezInfo_VideoCodec, "MPEG4", true);
+    info.Set(kezInfo_VideoLevel, 9, true);
+    info.Set(kezInfo_FrameRate, 0, true); // not known
+    EXPECT_EQ(WordsOf(info), (Words{{"video_codec", "MPEG4"}, {"video_level", "0b"}}));
+}
+
+TEST(Facts, OfPicturesHaveNamesAndLabels) {
+    ezMediaInfo info;
+    info.Set(kezInfo_VideoProfile, "Main", true);
+    info.Set(kezInfo_PictureProcess, "baseline", true);
+    info.Set(kezInfo_PictureColours, "4:2:0", true);
+    info.Set(kezInfo_PictureBitDepth, 8, true);
+    info.Set(kezInfo_Orientation, 6, true);
+    info.Set(kezInfo_DurationMethod, "estimate: of the first frames", true);
+    EXPECT_EQ(WordsOf(info), (Words{{"video_profile", "Main"},
+                                    {"process", "baseline"},
+                                    {"colours", "4:2:0"},
+                                    {"bit_depth", "8"},
+                                    {"orientation", "6"},
+                                    {"duration_from", "estimate: of the first frames"}}));
+    EXPECT_EQ(FactsOf(info).at(0).mLabel, "duration from");
+}
+
 TEST(Facts, ATextWhereANumberIsMeantLosesItsName) {
     ezMediaInfo info;
     info.Set(kezInfo_Duration, "0:00:12.5", true);

@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,31 +36,43 @@ std::string WithoutModified(std::string aText) {
 } // namespace
 
 TEST(MapperInForce, ExplainsWhatItReplacedByWhat) {
-    const ProgramResult result = WithMapper({"--explain", "music/morning-walk.mp3"});
+    const ProgramResult result = WithMapper({"--explain", "pictures/windmill.gif"});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(WithoutModified(result.mOut),
-              "music/morning-walk.mp3\n"
-              "  MIME type        audio/mpeg                        entry \"mp3\" of the media types file\n"
-              "  class            item.audioItem                    entry \"mp3\" of the media types file\n"
-              "  DLNA             DLNA.ORG_PN=MP3                   media mapper: * -> DLNA.ORG_PN=MP3\n"
-              "  size             13.6 KiB                          stream\n"
-              "  extension        mp3                               entry \"mp3\" of the media types file\n"
-              "  duration         0:00:01                           media mapper: nothing -> 0:00:01\n"
-              "  bit rate         128 kbit/s                        media mapper: nothing -> 128 kbit/s\n"
-              "  entries          mp3\n"
+              "pictures/windmill.gif\n"
+              "  MIME type        image/gif                         entry \"gif\" of the media types file\n"
+              "  class            item.imageItem                    entry \"gif\" of the media types file\n"
+              "  DLNA             DLNA.ORG_PN=GIF_LRG               media mapper: * -> DLNA.ORG_PN=GIF_LRG\n"
+              "  size             8.6 KiB                           stream\n"
+              "  extension        gif                               entry \"gif\" of the media types file\n"
+              "  entries          gif\n"
               "  tried            * (ezMimeTypesDotIniParser): answered\n"
-              "                     mp3: there is no such parser\n"
-              "                     mp2: there is no such parser\n");
+              "                     gif: there is no such parser\n");
+}
+
+TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
+    const Lines lines = LinesOf(WithMapper({"--explain", "music/uneven-road-vbr.mp3"}).mOut);
+    const std::set<std::string> expected = {
+        "  DLNA             DLNA.ORG_PN=MP3X                  media mapper: "
+        "DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000 -> DLNA.ORG_PN=MP3X",
+        "  duration         0:00:01                           media mapper: 0:00:00 -> 0:00:01",
+        "  bit rate         64 kbit/s                         media mapper: variable -> 64 kbit/s",
+        "  max. audio rate  320 kbit/s                        parser mp3 (MPEGAudioParser)",
+        "  title            Uneven Road                       parser mp3 (MPEGAudioParser)"};
+    for (const std::string& line : expected) {
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), line), 1) << line;
+    }
 }
 
 TEST(MapperInForce, ShowsTheOverridingFactsInTheTable) {
     const ProgramResult result = WithMapper({"music/morning-walk.mp3", "conformance/B-LPCM-2.pcm"});
     const Lines lines = LinesOf(result.mOut);
     ASSERT_EQ(lines.size(), 3U);
-    EXPECT_NE(lines[1].find("DLNA.ORG_PN=MP3"), std::string::npos);
-    EXPECT_NE(lines[1].find("0:00:01, 128 kbit/s; media mapper: DLNA, duration, bit rate"),
-              std::string::npos);
+    // The parser had found the profile and the rate too, and more of the 4th field.
+    EXPECT_NE(lines[1].find("DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS="), std::string::npos);
+    EXPECT_NE(lines[1].find("  0:00:01, 128 kbit/s, MP3, 44.1 kHz, 2 channels, "), std::string::npos);
+    EXPECT_NE((lines[1] + "\n").find("; media mapper: duration\n"), std::string::npos);
     EXPECT_NE(lines[2].find("audio/L16;rate=44100;channels=2"), std::string::npos);
     EXPECT_NE(lines[2].find("0:00:01, 44.1 kHz, 2 channels, 16 bit; media mapper: MIME type, DLNA, duration, "
                             "channels, sampling rate, bits per sample"),
@@ -84,7 +98,7 @@ TEST(MapperInForce, ShowsOldAndNewInJson) {
 }
 
 TEST(MapperInForce, IsNotNamedWhereItWasNotAskedFor) {
-    const Json media = Json::parse(Announce({"--json", EZ_SAMPLES "/music/morning-walk.mp3"}).mOut);
+    const Json media = Json::parse(Announce({"--json", EZ_SAMPLES "/pictures/windmill.gif"}).mOut);
     EXPECT_FALSE(media.contains("media_mapper"));
     EXPECT_EQ(media["dlna"], "*");
 }

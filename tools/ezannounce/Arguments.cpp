@@ -37,11 +37,12 @@ struct NamedVerb {
     Verb mVerb;
 };
 
-constexpr std::array<NamedVerb, 7> kVerbs = {{{"parse", Verb::Parse},
+constexpr std::array<NamedVerb, 8> kVerbs = {{{"parse", Verb::Parse},
                                               {"capabilities", Verb::Capabilities},
                                               {"types", Verb::Types},
                                               {"mapper", Verb::Mapper},
                                               {"playlist", Verb::Playlist},
+                                              {"profiles", Verb::Profiles},
                                               {"thumbnail", Verb::Thumbnail},
                                               {"contact-sheet", Verb::ContactSheet}}};
 
@@ -74,6 +75,7 @@ constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
                                "       ezannounce [OPTIONS] types EXT|MIME...\n"
                                "       ezannounce [OPTIONS] mapper VERB [NAME...]\n"
                                "       ezannounce [OPTIONS] playlist FILE|URL|-\n"
+                               "       ezannounce [OPTIONS] profiles [FILE...]\n"
                                "       ezannounce [OPTIONS] thumbnail FILE -o OUT\n"
                                "       ezannounce [OPTIONS] contact-sheet DIR -o OUT\n";
 
@@ -93,6 +95,8 @@ constexpr const char* kFooter =
     "                              switch play speeds of profiles on or off, and save\n"
     "  mapper save                 write the table anew\n"
     "  playlist FILE|URL|-         the entries of a playlist and their URLs; - is standard input\n"
+    "  profiles [FILE...]          the built-in table of profile rules, or what is wrong with others, by "
+    "line\n"
     "  thumbnail FILE -o OUT       a small picture of a media: of itself, the cover in it, or a picture\n"
     "                              beside it\n"
     "  contact-sheet DIR -o OUT    the thumbnails of a folder's media on one JPEG page\n"
@@ -155,6 +159,8 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
             "With --es: bytes that are pushed at once (default 188), or the word odd");
     DeclarePlaylistOptions(anApp, anArguments.mPlaylist, aTexts.mPlaylist);
     DeclareThumbnailOptions(anApp, anArguments.mThumbnail, aTexts.mThumbnail);
+    addText("--profiles", anArguments.mProfiles, "FILE",
+            "parse, capabilities: the profile rules of this file in place of the built-in ones");
     addText("--config", anArguments.mConfigFolder, "DIR", "Folder of the read-only configuration");
     addText("--state", anArguments.mStateFolder, "DIR", "Folder of the configuration that lies over it");
     addText("--log", aTexts.mLogLevel, "LEVEL", "Messages of the library: error, warning, info or debug");
@@ -271,14 +277,17 @@ std::string CheckMapperVerb(const Arguments& anArguments, const OptionTexts& aTe
     return {};
 }
 
-/// What of the options about the media mapper and link protection does not go with the verb.
-std::string CheckMapperOptions(const Arguments& anArguments) {
-    const bool fCanHaveMapper = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
+/// What of the options about the media mapper, link protection and profile rules does not go with the verb.
+std::string CheckTableOptions(const Arguments& anArguments) {
+    const bool fAnnounces = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
     if (anArguments.mfDTCP && anArguments.mVerb != Verb::Capabilities) {
         return "--dtcp goes with capabilities only";
     }
-    if (anArguments.mfMapper && !fCanHaveMapper) {
+    if (anArguments.mfMapper && !fAnnounces) {
         return "--mapper goes with parse and capabilities only";
+    }
+    if (anArguments.mProfiles && !fAnnounces) {
+        return "--profiles goes with parse and capabilities only";
     }
     if (anArguments.mfNoCopy && !anArguments.mfMapper && anArguments.mVerb != Verb::Mapper) {
         return "--no-copy goes with --mapper and with the verb mapper only";
@@ -306,8 +315,9 @@ std::string CheckStreamOptions(const Arguments& anArguments, const OptionTexts& 
     if (aTexts.mPacketSize && !anArguments.mfElementary) {
         return "--packet goes with --es only";
     }
-    if (anArguments.mfElementary && (anArguments.mfExplain || anArguments.mfMapper || aTexts.mParseOptions)) {
-        return "--explain, --mapper and --parse-options do not go with --es";
+    const bool fAnnouncement = anArguments.mfExplain || anArguments.mfMapper || anArguments.mProfiles;
+    if (anArguments.mfElementary && (fAnnouncement || aTexts.mParseOptions)) {
+        return "--explain, --mapper, --profiles and --parse-options do not go with --es";
     }
     return {};
 }
@@ -344,6 +354,7 @@ std::string CheckOperands(const Arguments& anArguments) {
         return CheckContactSheet(anArguments.mThumbnail, operands);
     case Verb::Mapper:
     case Verb::Playlist:
+    case Verb::Profiles:
         break;
     }
     return {};
@@ -351,7 +362,7 @@ std::string CheckOperands(const Arguments& anArguments) {
 
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
-    std::string error = CheckMapperOptions(anArguments);
+    std::string error = CheckTableOptions(anArguments);
     if (error.empty()) {
         error = CheckStreamOptions(anArguments, aTexts);
     }

@@ -1,27 +1,23 @@
 #include "Console.h"
+#include "ProfileTable.h"
 #include "SafeText.h"
-#include "Unreadable.h"
 #include "Verbs.h"
-
-#include "ezFormats/ProfileRules.h"
 
 namespace {
 
 /// Writes the problems of a table of profile rules. True when there is none.
 bool CheckRules(const std::string& aPath, Console& aConsole) {
-    std::vector<ProfileRulesProblem> problems;
-    ProfileRules::FromFile(aPath.c_str(), &problems);
-    if (problems.size() == 1 && problems.front().mLine == 0) {
-        const std::string why = WhyUnreadable(aPath);
-        aConsole.Error(aPath, why == "cannot be opened" ? problems.front().mText : why);
+    const ProfileRulesFile file = ReadProfileRules(aPath);
+    if (!file.mUnreadable.empty()) {
+        aConsole.Error(aPath, file.mUnreadable);
         return false;
     }
     const std::string name = ForTerminal(aPath);
-    for (const ProfileRulesProblem& problem : problems) {
+    for (const ProfileRulesProblem& problem : file.mProblems) {
         aConsole.Print(name + ":" + std::to_string(problem.mLine) + ": " + problem.mText + "\n");
     }
-    aConsole.Print(name + ": problems: " + std::to_string(problems.size()) + "\n");
-    return problems.empty();
+    aConsole.Print(name + ": problems: " + std::to_string(file.mProblems.size()) + "\n");
+    return file.mProblems.empty();
 }
 
 } // namespace

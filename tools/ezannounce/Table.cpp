@@ -9,6 +9,8 @@
 #include "SafeText.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace {
 
@@ -19,7 +21,7 @@ enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, 
 constexpr std::array<const char*, 7> kHeader = {"NAME", "MIME TYPE", "CLASS", "DLNA", "SIZE", "EXT", "KNOWN"};
 
 /// A longer text pushes its own row to the right instead of widening the column of all rows.
-constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 24, 48, 10, 8, 0};
+constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 24, 104, 10, 8, 0};
 
 std::string Padding(std::size_t aWidth, std::size_t aColumn) {
     return std::string(aWidth < aColumn ? aColumn - aWidth : 0, ' ');
@@ -33,11 +35,15 @@ bool HasColumn(const Fact& aFact) {
 
 /// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
 std::string ShortWords(const Fact& aFact) {
-    const bool fPlain = aFact.mName == "duration" || aFact.mName == "bit_rate" ||
-                        aFact.mName == "sampling_rate" || aFact.mName == "audio_codec" ||
-                        aFact.mName == "video_codec";
+    constexpr std::array<std::string_view, 8> kPlain = {"duration",    "bit_rate",    "sampling_rate",
+                                                        "audio_codec", "video_codec", "video_profile",
+                                                        "process",     "colours"};
+    const bool fPlain = std::find(kPlain.begin(), kPlain.end(), aFact.mName) != kPlain.end();
     if (fPlain && aFact.mWords != "variable") {
         return aFact.mWords;
+    }
+    if (aFact.mName == "frame_rate") {
+        return aFact.mWords + " fps";
     }
     if (aFact.mName == "channels") {
         return aFact.mWords + (aFact.mNumber == 1 ? " channel" : " channels");
@@ -45,11 +51,11 @@ std::string ShortWords(const Fact& aFact) {
     if (aFact.mName == "audio_tracks") {
         return aFact.mNumber == 1 ? "" : aFact.mWords + " audio tracks";
     }
-    if (aFact.mName == "bits_per_sample") {
+    if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
     }
-    if (aFact.mName == "has_video") {
-        return ""; // the class tells
+    if (aFact.mName == "has_video" || aFact.mName == "duration_from") {
+        return ""; // the class tells; how sure the duration is, is a matter of explanations
     }
     return aFact.mLabel + " " + aFact.mWords;
 }
@@ -60,12 +66,27 @@ const Fact* FindFact(const std::vector<Fact>& aFacts, const std::string& aName) 
     return fact != aFacts.end() ? &*fact : nullptr;
 }
 
-/// Rates that only repeat the rate of the whole media.
+/// Rates that only repeat another: the maximum the rate, the estimate the maximum too, and the rate of a
+/// track that of the whole media.
 bool IsRepeatedRate(const Fact& aFact, const std::vector<Fact>& aFacts) {
-    const Fact* whole = FindFact(aFacts, "bit_rate");
-    const bool fRate =
-        aFact.mName.size() > 8 && aFact.mName.compare(aFact.mName.size() - 8, 8, "bit_rate") == 0;
-    return fRate && whole != nullptr && whole->mWords == aFact.mWords;
+    constexpr std::string_view kSuffix = "bit_rate";
+    const std::string& name = aFact.mName;
+    if (name.size() <= kSuffix.size() ||
+        name.compare(name.size() - kSuffix.size(), kSuffix.size(), kSuffix) != 0) {
+        return false;
+    }
+    const std::string track = name.substr(0, name.find('_') + 1); // "audio_", or what no rate begins with
+    std::vector<std::string> others = {"bit_rate"};
+    if (name.find("max_") != std::string::npos || name.find("estimated_") != std::string::npos) {
+        others.push_back(track + "bit_rate");
+    }
+    if (name.find("estimated_") != std::string::npos) {
+        others.insert(others.end(), {"max_bit_rate", track + "max_bit_rate"});
+    }
+    return std::any_of(others.begin(), others.end(), [&](const std::string& anOther) {
+        const Fact* other = anOther != name ? FindFact(aFacts, anOther) : nullptr;
+        return other != nullptr && other->mWords == aFact.mWords;
+    });
 }
 
 std::string RestInWords(const ezMediaInfo& anInfo) {

@@ -8,22 +8,6 @@
 
 namespace {
 
-/// The candidates of the provider without the building, for which alone it has a generator.
-class SidecarWalk : public SidecarThumbnailProvider {
-public:
-    SidecarWalk() : SidecarThumbnailProvider(nullptr) {}
-
-    std::vector<std::string> Paths(const ThumbnailInfo& anInfo) {
-        std::vector<std::string> paths;
-        for (GetFirstPath(&anInfo); SourceToTry(); GetNextPath(&anInfo)) {
-            if (const auto* file = dynamic_cast<const ezFileThumbnailSource*>(mTrySource)) {
-                paths.emplace_back(file->GetFullPath().View());
-            }
-        }
-        return paths;
-    }
-};
-
 /// No path holds it, and no number: what stands on both sides of one cannot be mistaken.
 constexpr char kEnd = '\0';
 
@@ -50,7 +34,11 @@ std::string FullPath(const std::string& aPath) {
 } // namespace
 
 std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo) {
-    return SidecarWalk().Paths(anInfo);
+    std::vector<std::string> paths;
+    for (const ezCString& path : SidecarThumbnailProvider::CandidatePaths(&anInfo)) {
+        paths.emplace_back(path.View());
+    }
+    return paths;
 }
 
 ezCString ThumbnailIdentity(const ThumbnailInfo& anInfo, const std::vector<std::string>& aSidecars) {

@@ -8,3 +8,5 @@ void AddMapperBenches();
 void AddPushBenches();
 /// Only where the companion is built.
 void AddPlaylistBenches();
+/// The same.
+void AddThumbnailBenches();

@@ -28,6 +28,14 @@ CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
         ++gCounts.mClose;
         return ezSystem_Real().mClose(aFile);
     };
+    mCalls.mFSync = [](int aFile) {
+        ++gCounts.mFSync;
+        return ezSystem_Real().mFSync(aFile);
+    };
+    mCalls.mFUTimens = [](int aFile, const struct timespec* aTimes) {
+        ++gCounts.mFUTimens;
+        return ezSystem_Real().mFUTimens(aFile, aTimes);
+    };
     ezSystem_Replace(&mCalls);
 }
 

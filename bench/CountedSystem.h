@@ -18,6 +18,8 @@ public:
         std::size_t mFStat = 0;
         std::size_t mRead = 0;
         std::size_t mClose = 0;
+        std::size_t mFSync = 0;
+        std::size_t mFUTimens = 0;
     };
     const Counts& GetCounts() const;
 

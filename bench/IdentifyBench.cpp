@@ -2,6 +2,7 @@
 #include "bench/Benches.h"
 #include "bench/CountedSystem.h"
 #include "bench/Measure.h"
+#include "bench/ProbingParser.h"
 
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
@@ -21,33 +22,6 @@ namespace {
 
 constexpr std::size_t kFileCount = 1000;
 constexpr std::size_t kFileSize = 16384; // above what a stream keeps
-constexpr char kMark = 'c';
-
-/// Looks at five places of the start of a media, as the parsers of real formats do.
-class ProbingParser : public ezMediaParser {
-public:
-    ProbingParser() : ezMediaParser("clip", nullptr, false) {}
-
-    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
-        struct Probe {
-            std::size_t mPosition;
-            std::size_t mSize;
-        };
-        constexpr std::array<Probe, 5> probes = {{{0, 12}, {4, 8}, {512, 16}, {2048, 32}, {8000, 64}}};
-        for (const Probe& probe : probes) {
-            std::array<char, 64> bytes;
-            if (!aStream.ReadFrom(probe.mPosition, probe.mSize, bytes.data()) || bytes[0] != kMark) {
-                return nullptr;
-            }
-        }
-        ezMediaInfo* info = new ezMediaInfo;
-        info->Set(kezInfo_MimeType, "video/mpeg", true);
-        info->Set(kezInfo_ClassName, "item.videoItem", true);
-        return info;
-    }
-
-    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
-};
 
 /// A folder of distinct files and a host that identifies them.
 class Scene {
@@ -58,7 +32,7 @@ public:
         ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", mFolder.GetPath().c_str());
         for (std::size_t i = 0; i < kFileCount; ++i) {
             const std::string name = "clip-" + std::to_string(1000 + i) + ".clip";
-            mPaths.emplace_back(mFolder.Write(name, std::string(kFileSize, kMark)).c_str());
+            mPaths.emplace_back(mFolder.Write(name, std::string(kFileSize, ProbingParser::kMark)).c_str());
         }
         mByContent = std::make_unique<ezMediaParserManager>(mEnvironment);
         mByContent->AddStandardParsers(kParseOption_Default);

@@ -1,6 +1,7 @@
 #include "bench/Allocations.h"
 #include "bench/Benches.h"
 #include "bench/Measure.h"
+#include "bench/ProbingParser.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
@@ -207,32 +208,6 @@ void CountQuestions() {
 
 // Requests
 
-/// Reads five places of a media's start, as the parsers of real formats do.
-class ProbingParser : public ezMediaParser {
-public:
-    ProbingParser() : ezMediaParser("clip", nullptr, false) {}
-
-    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
-        struct Probe {
-            std::size_t mPosition;
-            std::size_t mSize;
-        };
-        constexpr std::array<Probe, 5> probes = {{{0, 12}, {4, 8}, {512, 16}, {2048, 32}, {8000, 64}}};
-        for (const Probe& probe : probes) {
-            std::array<char, 64> bytes;
-            if (!aStream.ReadFrom(probe.mPosition, probe.mSize, bytes.data()) || bytes[0] != 'c') {
-                return nullptr;
-            }
-        }
-        ezMediaInfo* info = new ezMediaInfo;
-        info->Set(kezInfo_MimeType, "video/mpeg", true);
-        info->Set(kezInfo_ClassName, "item.videoItem", true);
-        return info;
-    }
-
-    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
-};
-
 /// A host with or without a mapper, and the file that it parses.
 class Host {
 public:
@@ -242,7 +217,8 @@ public:
           mMapper(std::move(aMapper)),
           mfMapped(afMapped),
           mPath(mTables->GetFolder()
-                    .Write("media/" + aBaseName + ".mpg", std::string(std::size_t{16} * 1024, 'c'))
+                    .Write("media/" + aBaseName + ".mpg",
+                           std::string(std::size_t{16} * 1024, ProbingParser::kMark))
                     .c_str()),
           mEnvironment(ezPropertyList_New()) {
         const std::string types = mTables->GetFolder().Path("types");

@@ -1,6 +1,7 @@
 #include "bench/Allocations.h"
 #include "bench/Benches.h"
 #include "bench/Measure.h"
+#include "bench/ProbingParser.h"
 
 #include "ez/ElementaryStreamParser.h"
 #include "ez/FileMediaParserStream.h"
@@ -26,7 +27,6 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -283,14 +283,12 @@ std::shared_ptr<ezStream> MakeMemory(const std::string& aBytes) {
     return std::shared_ptr<ezStream>(new Stream(block, aBytes.size(), "video/mpeg"), ezStreamReleaser());
 }
 
-/// Reads five places of the media's start, as the parsers of real formats do.
+/// Reads where the parsers of real formats look.
 void ParseStart(ezMediaParserStream& aStream) {
-    constexpr std::array<std::pair<std::size_t, std::size_t>, 5> probes = {
-        {{0, 12}, {4, 8}, {512, 16}, {2048, 32}, {8000, 64}}};
-    std::array<char, 64> bytes = {};
+    std::array<char, kLargestProbe> bytes = {};
     Require(aStream.Open(), "the media opens");
-    for (const auto& [position, size] : probes) {
-        Require(aStream.ReadFrom(position, size, bytes.data()), "the start can be read");
+    for (const Probe& probe : kProbes) {
+        Require(aStream.ReadFrom(probe.mPosition, probe.mSize, bytes.data()), "the start can be read");
     }
     aStream.Close();
 }

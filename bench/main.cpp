@@ -35,6 +35,9 @@ int main(int aCount, char** anArguments) {
 #ifdef EZ_BENCH_PLAYLISTS
     AddPlaylistBenches();
 #endif
+#ifdef EZ_BENCH_THUMBNAILS
+    AddThumbnailBenches();
+#endif
     benchmark::Initialize(&aCount, anArguments);
     if (benchmark::ReportUnrecognizedArguments(aCount, anArguments)) {
         return 2;

@@ -33,7 +33,8 @@ ezThumbnailGenerator::~ezThumbnailGenerator() = default;
 ezThumbnailProvider::~ezThumbnailProvider() = default;
 
 ezFileThumbnailSource::ezFileThumbnailSource(const ThumbnailInfo* anInfo)
-    : ezThumbnailSource(anInfo->mMimeType), mFilePath(anInfo->mFilePath) {}
+    : ezThumbnailSource(anInfo != nullptr ? anInfo->mMimeType : ezCString()),
+      mFilePath(anInfo != nullptr ? anInfo->mFilePath : ezPathName()) {}
 
 ezFileThumbnailSource::~ezFileThumbnailSource() = default;
 
@@ -124,10 +125,15 @@ ezStream* ezFilePartThumbnailSource::Decode(const char* aText, std::size_t aCoun
 ezPictureThumbnailProvider::~ezPictureThumbnailProvider() = default;
 
 uint32 ezPictureThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
-    return mThumbnailGenerator->CanConvert(anInfo->mMimeType);
+    return mThumbnailGenerator != nullptr && anInfo != nullptr
+               ? mThumbnailGenerator->CanConvert(anInfo->mMimeType)
+               : kNoThumbnailID;
 }
 
 bool ezPictureThumbnailProvider::BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) {
+    if (mThumbnailGenerator == nullptr || anInfo == nullptr || aFile == nullptr) {
+        return false;
+    }
     const ezFileThumbnailSource source(anInfo);
     return mThumbnailGenerator->BuildThumbnail(anInfo, &source, aFile);
 }
@@ -144,6 +150,9 @@ void ezIndirectThumbnailProvider::EndTries() {
 // Neither of the two loops ends the tries: what succeeded stays until the next first path.
 
 uint32 ezIndirectThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    if (mThumbnailGenerator == nullptr || anInfo == nullptr) {
+        return 0;
+    }
     for (GetFirstPath(anInfo); SourceToTry(); GetNextPath(anInfo)) {
         if (!mTrySource->Exists()) {
             continue;
@@ -158,6 +167,9 @@ uint32 ezIndirectThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo*
 }
 
 bool ezIndirectThumbnailProvider::BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) {
+    if (mThumbnailGenerator == nullptr || anInfo == nullptr || aFile == nullptr) {
+        return false;
+    }
     const uint32 wanted = anInfo->mThumbnailID;
     for (GetFirstPath(anInfo); SourceToTry(); GetNextPath(anInfo)) {
         // All wanted formats, where the question of what is possible takes any.

@@ -13,9 +13,11 @@ macro(ez_add_doors LIBRARY)
 endmacro()
 
 ez_add_doors(ezParsersFramework_inside
-    file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list protocol_info
-    stream_adapter uri)
-ez_add_doors(ezFormats_inside es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video)
+    base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list
+    protocol_info stream_adapter uri)
+ez_add_doors(ezFormats_inside
+    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video format_iso_media format_jpeg format_mpeg_audio format_png
+    profile_rules)
 ez_add_doors(ezPlaylists_inside playlist_asx playlist_m3u playlist_pls)
 if(TARGET ezPlaylists_inside)
     get_target_property(EZ_PLAYLIST_DEFINITIONS ezPlaylists_inside INTERFACE_COMPILE_DEFINITIONS)
@@ -23,3 +25,4 @@ if(TARGET ezPlaylists_inside)
         ez_add_doors(ezPlaylists_inside playlist_wpl playlist_xspf)
     endif()
 endif()
+ez_add_doors(ezThumbnails_inside cover_flac cover_id3 cover_mp4 cover_ogg picture)

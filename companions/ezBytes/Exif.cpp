@@ -1,64 +1,65 @@
 #include "ezBytes/Exif.h"
 
-#include <cstring>
-
 namespace {
 
-constexpr std::size_t kHeaderBytes = 8;
-constexpr std::size_t kEntryBytes = 12;
+constexpr unsigned kUpright = 1;
+constexpr std::uint64_t kLittleEndian = 0x49492A00; // "II", and 42 in its byte order
+constexpr std::uint64_t kBigEndian = 0x4D4D002A;    // "MM"
 constexpr unsigned kTagOrientation = 0x0112;
 constexpr unsigned kTypeShort = 3;
+/// A first directory holds some thirty entries; TIFF would allow 65535.
+constexpr unsigned kMaxEntries = 1024;
 
-/// Numbers in the block's byte order. What lies outside of it is 0.
-class TiffNumbers {
+/// A reader in the byte order of a block.
+class TiffReader {
 public:
-    TiffNumbers(const unsigned char* aBlock, std::size_t aSize)
-        : mBlock(aBlock), mSize(aSize), mfLittle(aSize > 0 && aBlock[0] == 'I') {}
+    TiffReader(const ByteReader& aBytes, bool afLittle) : mBytes(aBytes), mfLittle(afLittle) {}
 
-    unsigned Short(std::size_t anOffset) const {
-        if (anOffset > mSize || mSize - anOffset < 2) {
-            return 0;
-        }
-        const unsigned first = mBlock[anOffset];
-        const unsigned second = mBlock[anOffset + 1];
-        return mfLittle ? second << 8 | first : first << 8 | second;
-    }
-
-    std::size_t Long(std::size_t anOffset) const {
-        const std::size_t first = Short(anOffset);
-        const std::size_t second = Short(anOffset + 2);
-        return mfLittle ? second << 16 | first : first << 16 | second;
-    }
+    bool HasFailed() const { return mBytes.HasFailed(); }
+    void Skip(std::uint64_t aCount) { mBytes.Skip(aCount); }
+    unsigned Short() { return static_cast<unsigned>(Number(2)); }
+    std::uint64_t Long() { return Number(4); }
 
 private:
-    const unsigned char* mBlock;
-    std::size_t mSize;
+    std::uint64_t Number(unsigned aByteCount) {
+        return mfLittle ? mBytes.ReadLittle(aByteCount) : mBytes.ReadBig(aByteCount);
+    }
+
+    ByteReader mBytes;
     bool mfLittle;
 };
 
+/// The orientation of the directory that a reader stands at.
+unsigned OrientationOf(TiffReader& aDirectory) {
+    const unsigned count = aDirectory.Short();
+    for (unsigned i = 0; i < count && i < kMaxEntries && !aDirectory.HasFailed(); ++i) {
+        const unsigned tag = aDirectory.Short();
+        const unsigned type = aDirectory.Short();
+        aDirectory.Skip(4); // how many values
+        const unsigned value = aDirectory.Short();
+        if (tag == kTagOrientation && type == kTypeShort) {
+            return value >= 1 && value <= 8 ? value : kUpright;
+        }
+        aDirectory.Skip(2);
+    }
+    return kUpright;
+}
+
 } // namespace
 
+unsigned ExifOrientation(const ByteReader& aBlock) {
+    ByteReader header = aBlock;
+    const std::uint64_t mark = header.ReadBig(4);
+    if (mark != kLittleEndian && mark != kBigEndian) {
+        return kUpright;
+    }
+    const bool fLittle = mark == kLittleEndian;
+    TiffReader directory(aBlock, fLittle);
+    directory.Skip(TiffReader(header, fLittle).Long());
+    return OrientationOf(directory);
+}
+
 unsigned ExifOrientation(const unsigned char* aBlock, std::size_t aSize) {
-    const bool fTiff = aSize >= kHeaderBytes &&
-                       (std::memcmp(aBlock, "II*\0", 4) == 0 || std::memcmp(aBlock, "MM\0*", 4) == 0);
-    if (!fTiff) {
-        return 1;
-    }
-    const TiffNumbers numbers(aBlock, aSize);
-    const std::size_t directory = numbers.Long(4);
-    if (directory >= aSize) {
-        return 1;
-    }
-    const unsigned count = numbers.Short(directory);
-    for (unsigned i = 0; i < count; ++i) {
-        const std::size_t entry = directory + 2 + kEntryBytes * i;
-        if (entry >= aSize) {
-            break;
-        }
-        if (numbers.Short(entry) == kTagOrientation && numbers.Short(entry + 2) == kTypeShort) {
-            const unsigned orientation = numbers.Short(entry + 8);
-            return orientation >= 1 && orientation <= 8 ? orientation : 1;
-        }
-    }
-    return 1;
+    BlockBytes bytes(aBlock, aSize);
+    return ExifOrientation(ByteReader(bytes));
 }

@@ -12,6 +12,7 @@ struct FrameFlags {
     unsigned mUnsynchronised;
     unsigned mHasDataLength; ///< four bytes follow
 };
+constexpr std::uint64_t kFlagsSize = 2; ///< from 2.3 on
 constexpr FrameFlags kFlags23 = {0xC0, 0x20, 0, 0};
 constexpr FrameFlags kFlags24 = {0x0C, 0x40, 0x02, 0x01};
 
@@ -68,12 +69,35 @@ void ID3Frames::SkipExtendedHeader() {
     }
 }
 
+/// True when a frame whose flags are to be read next, of a size, is followed by another, by padding, or by
+/// nothing.
+bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
+    ByteReader behind = mFrames;
+    behind.Skip(kFlagsSize + aSize);
+    if (behind.HasFailed() || behind.GetLeft() == 0) {
+        return !behind.HasFailed();
+    }
+    const ezCString id =
+        behind.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(4, behind.GetLeft())));
+    return !id.IsEmpty() && (id.View().front() == '\0' || (id.View().size() == 4 && IsFrameID(id)));
+}
+
+/// The size of a frame of 2.4.
+std::uint64_t ID3Frames::ReadSize24() {
+    const std::uint32_t plain = mFrames.ReadBig32();
+    if ((plain & 0x80808080U) != 0) {
+        return plain;
+    }
+    const std::uint32_t size =
+        (plain & 0x7FU) | (plain & 0x7F00U) >> 1 | (plain & 0x7F0000U) >> 2 | (plain & 0x7F000000U) >> 3;
+    return size == plain || LeadsOn(size) || !LeadsOn(plain) ? size : plain;
+}
+
 /// Reads the header of a frame; the reader of its body is a failed one where the frames end.
 ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     aFrame->mID = mFrames.ReadText(mVersion == 2 ? 3 : 4);
     mFrames.Require(IsFrameID(aFrame->mID)); // padding begins with a zero
-    const std::uint64_t size =
-        mVersion == 4 ? mFrames.ReadSyncsafe32() : mFrames.ReadBig(mVersion == 2 ? 3 : 4);
+    const std::uint64_t size = mVersion == 4 ? ReadSize24() : mFrames.ReadBig(mVersion == 2 ? 3 : 4);
     aFrame->mFlags = mVersion == 2 ? 0 : static_cast<unsigned>(mFrames.ReadBig(2));
     return mFrames.Take(size);
 }

@@ -20,7 +20,10 @@ struct ID3Tag {
 bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag);
 
 /// The frames of a tag, one after the other (ID3v2.2 to 2.4). Frames that are compressed or encrypted are
-/// passed over. A tag of another version has none.
+/// passed over. A tag of another version has none, and neither has one that claims more bytes than there are.
+///
+/// Writers of 2.4 have stated the sizes of frames in plain bytes, where seven bits of each count. Such a size
+/// is read as a plain one where that leads to a frame, the padding or the end, and the other does not.
 class ID3Frames {
 public:
     /// aReader stands behind the header of the tag and is left there.
@@ -34,6 +37,8 @@ private:
     struct Frame;
 
     ByteReader ReadFrame(Frame* aFrame);
+    std::uint64_t ReadSize24();
+    bool LeadsOn(std::uint64_t aSize) const;
     bool OpenFrame(ByteReader& aBody, unsigned aFlags) const;
     void SkipExtendedHeader();
 

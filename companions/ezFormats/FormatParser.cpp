@@ -31,7 +31,7 @@ const char* ClassOf(const ezCString& aMimeType) {
 
 /// A MIME type as it is compared: without parameters, in lower case.
 ezCString BareType(const ezCString& aMimeType) {
-    return aMimeType.BeforeFirst(';').Lower();
+    return aMimeType.BeforeFirst(';').TrimLeftRight().Lower();
 }
 
 } // namespace
@@ -76,7 +76,7 @@ ezCString FormatParser::GetDLNAInfo() {
 bool FormatParser::IsOurs(const ezCString& aMimeType) const {
     const ezCString type = BareType(aMimeType);
     const ezCString all = "," + ezCString(mMimeTypes) + ",";
-    return !type.IsEmpty() && all.Contains(("," + type + ",").c_str());
+    return !type.IsEmpty() && !type.Contains(",") && all.Contains(("," + type + ",").c_str());
 }
 
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
@@ -109,4 +109,14 @@ bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
     ezLog_F(EZLOGLEVEL_DEBUG, "%s: %s: %s\n", mName, kCauses[static_cast<std::size_t>(aCause)],
             reason.data());
     return false;
+}
+
+bool FormatParser::RefuseCut(const MediaBytes& aBytes, const char* aBefore) const {
+    if (aBytes.HasReadFailed()) {
+        return Refuse(Cause::ReadError, "before %s", aBefore);
+    }
+    if (aBytes.IsBudgetUsedUp()) {
+        return Refuse(Cause::Limit, "budget used up before %s", aBefore);
+    }
+    return Refuse(Cause::Malformed, "ends before %s", aBefore);
 }

@@ -55,6 +55,9 @@ protected:
     /// Logs why a media is refused, for a person who looks for the reason. Always false. The format is of
     /// printf, without a line end.
     bool Refuse(Cause aCause, const char* aFormat, ...) const __attribute__((format(printf, 3, 4)));
+    /// Refuses a media of which a reading did not get so far, because it ends, because the budget does, or by
+    /// an error of the stream. Always false.
+    bool RefuseCut(const MediaBytes& aBytes, const char* aBefore) const;
 
 private:
     bool IsOurs(const ezCString& aMimeType) const;

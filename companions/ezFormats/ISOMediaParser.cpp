@@ -1,9 +1,20 @@
 #include "ezFormats/ISOMediaParser.h"
 
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/ISOFragments.h"
+#include "ezFormats/detail/ISOMovie.h"
+#include "ezFormats/detail/ISONumbers.h"
+#include "ezFormats/detail/ISORecord.h"
+#include "ezFormats/detail/ISOSampleEntry.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -11,13 +22,144 @@ namespace {
 constexpr const char* kMimeTypes =
     "video/mp4,audio/mp4,video/quicktime,video/3gpp,audio/3gpp,video/3gpp2,audio/3gpp2";
 
+constexpr const char* kQuickTime = "qt  ";
+
+/// What a file may begin with: QuickTime files of before "ftyp" have one of the others.
+constexpr std::array<std::string_view, 6> kFirstBoxes = {"ftyp", "moov", "mdat", "wide", "free", "skip"};
+
+/// Major brands of files that hold pictures.
+constexpr std::array<std::string_view, 14> kPictureBrands = {"mif1", "mif2", "msf1", "heic", "heix",
+                                                             "heim", "heis", "hevc", "hevx", "avif",
+                                                             "avis", "jp2 ", "mj2s", "crx "};
+
+struct BrandTypes {
+    std::string_view mStart; ///< of the brand
+    const char* mVideo;
+    const char* mAudio;
+};
+/// The first that fits decides.
+constexpr std::array<BrandTypes, 5> kBrandTypes = {{{"qt  ", "video/quicktime", "video/quicktime"},
+                                                    {"3g2", "video/3gpp2", "audio/3gpp2"},
+                                                    {"kddi", "video/3gpp2", "audio/3gpp2"},
+                                                    {"3g", "video/3gpp", "audio/3gpp"},
+                                                    {"", "video/mp4", "audio/mp4"}}};
+
+template <std::size_t Size>
+bool IsIn(const std::array<std::string_view, Size>& aTexts, const ezCString& aText) {
+    return std::find(aTexts.begin(), aTexts.end(), aText.View()) != aTexts.end();
+}
+
+const char* MimeTypeOf(const ezCString& aBrand, bool afVideo) {
+    const auto* const types =
+        std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
+                     [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
+    return afVideo ? types->mVideo : types->mAudio;
+}
+
+/// What the boxes at the top tell.
+struct Top {
+    ezCString mFirst; ///< type of the first one; empty where there is none
+    ezCString mBrand = kQuickTime;
+    std::optional<ByteReader> mMovie;
+};
+
+/// Looks for "moov" from the start on.
+Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
+    Top top;
+    BoxWalk walk(ByteReader(aBytes), aBoxBudget);
+    ezCString type;
+    ByteReader content(aBytes);
+    while (!top.mMovie.has_value() && walk.Next(&type, &content)) {
+        top.mFirst = top.mFirst.IsEmpty() ? type : top.mFirst;
+        if (!IsIn(kFirstBoxes, top.mFirst)) {
+            break;
+        }
+        if (type == "moov") {
+            top.mMovie = content;
+        } else if (type == "ftyp") {
+            top.mBrand = content.ReadText(4);
+            if (IsIn(kPictureBrands, top.mBrand)) {
+                break;
+            }
+        } else if (content.GetLeft() > kISO_TailSize) {
+            aBytes.Load(content.GetEnd(), kISO_TailSize);
+        }
+    }
+    return top;
+}
+
+/// The duration of a movie with fragments, which may have been told before they are reached.
+void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aBoxBudget, ISOMedia& aMedia) {
+    const ISOMovie& movie = aMedia.mMovie;
+    const bool fTold = movie.mWholeDuration != 0;
+    aMedia.mFragments = ReadFragments(aBytes, aStart, movie,
+                                      fTold ? kISO_FragmentsForRates : kISO_MaxFragments, !fTold, aBoxBudget);
+    const ISOFragments& fragments = aMedia.mFragments;
+    aMedia.mfFragmentsCounted = fragments.mfComplete && !fragments.mfIndexed;
+    if (fTold) {
+        aMedia.mDuration = std::max(aMedia.mDuration, movie.mWholeDuration);
+        return;
+    }
+    std::uint64_t duration = fragments.mDuration;
+    const char* method = fragments.mfIndexed ? "header" : "counted";
+    if (!fragments.mfComplete) {
+        // What is behind may run slower; players stop at the announced time, so an eighth more.
+        const std::uint64_t all = aMedia.mSize - std::min(fragments.mStart, aMedia.mSize);
+        const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
+        duration = ISONumber_Microseconds(ISONumber_Add(estimate, estimate / 8), 1000000);
+        method = "estimate: the first fragments, by their share of the bytes";
+    }
+    if (duration > aMedia.mDuration) {
+        aMedia.mDuration = duration;
+        aMedia.mDurationMethod = method;
+        aMedia.mfDurationEstimated = !fragments.mfComplete;
+    }
+    if (fragments.mfIndexed) { // nothing has been seen of those that the indices tell of
+        aMedia.mFragments = ReadFragments(aBytes, aStart, movie, kISO_FragmentsForRates, false, aBoxBudget);
+    }
+}
+
 } // namespace
 
 ISOMediaParser::ISOMediaParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("ISOMediaParser", "mp4", kMimeTypes, {16, 256 * 1024}, std::move(aRules)) {}
+    : FormatParser("ISOMediaParser", "mp4", kMimeTypes, {kISO_MaxReads, kISO_MaxBytes}, std::move(aRules)) {}
 
 ISOMediaParser::~ISOMediaParser() = default;
 
-bool ISOMediaParser::ReadFormat(MediaBytes& /*aBytes*/, ezMediaInfo& /*anInfo*/) {
-    return Refuse(Cause::Unsupported, "not read yet");
+bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+    std::uint32_t boxBudget = kISO_MaxBoxes;
+    const Top top = FindMovie(aBytes, boxBudget);
+    if (top.mFirst.IsEmpty()) {
+        return RefuseCut(aBytes, "the end of its first box");
+    }
+    if (!IsIn(kFirstBoxes, top.mFirst)) {
+        return Refuse(Cause::Malformed, "begins with a box \"%s\"", ISOFormatName(top.mFirst).c_str());
+    }
+    if (IsIn(kPictureBrands, top.mBrand)) {
+        return Refuse(Cause::Unsupported, "pictures of the brand \"%s\"", ISOFormatName(top.mBrand).c_str());
+    }
+    if (!top.mMovie.has_value()) {
+        return RefuseCut(aBytes, "a \"moov\" box");
+    }
+    ISOMedia media;
+    media.mMovie = ReadMovie(*top.mMovie, boxBudget);
+    media.mSize = aBytes.IsSizeKnown() ? aBytes.GetSize() : 0;
+    media.mDuration = media.mMovie.mDuration;
+    if (aBytes.HasReadFailed()) {
+        return RefuseCut(aBytes, "the end of \"moov\"");
+    }
+    const bool fVideo = media.mMovie.mVideo.has_value();
+    if (!fVideo && media.mMovie.mAudioCount == 0) {
+        return Refuse(Cause::Unsupported, "no audio or video in %u tracks", media.mMovie.mTrackCount);
+    }
+    if (media.mMovie.mfFragmented) {
+        ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
+    }
+    anInfo.Set(kezInfo_MimeType, MimeTypeOf(top.mBrand, fVideo), true);
+    StoreFacts(media, anInfo);
+    // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
+    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+        return RefuseCut(aBytes, "the end of the fragments");
+    }
+    return true;
 }

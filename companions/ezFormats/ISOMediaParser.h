@@ -3,6 +3,34 @@
 #include "ezFormats/FormatParser.h"
 
 /// ISO base media files and their relatives (mp4, m4a, m4v, mov, 3gp).
+///
+/// A file is one when it begins with "ftyp", or as QuickTime files of before that box do ("moov", "mdat",
+/// "wide", "free", "skip"), and has a "moov" box with a track of audio or video. Pictures in such boxes
+/// (HEIF, AVIF, JPEG 2000, raw photos) are refused. The MIME type follows from brand and tracks: a file of
+/// QuickTime is video/quicktime whatever it holds, there is no other type for it.
+///
+/// Facts are those of the first enabled track of audio and of video. Covers, and the pictures of chapters
+/// (less than one JPEG or PNG a second), are no video. The codec of encrypted samples is named
+/// "encrypted:" and the plain one, which no rule meets. Sampling rate and channels are what is heard: with
+/// band replication or parametric stereo, when the file announces these, the doubled ones. Width and height
+/// are those of the cropped picture.
+///
+/// A bit rate that the file states as an average stands before one measured: kezInfo_AudioBitRate or
+/// kezInfo_VideoBitRate, while a larger stated maximum is kezInfo_AudioMaxBitRate or kezInfo_VideoMaxBitRate.
+/// Without an average the sizes of all samples are added up if their table is of 256 KiB at most, or those of
+/// all fragments if they were read for the duration. Else there is the estimate alone: by the first samples
+/// for audio of a film, by the size of the media less the other tracks for the rest. kezInfo_BitRate is that
+/// of the whole, from size and duration.
+///
+/// The duration is the longest that the movie's header and the enabled tracks tell, edit lists applied. With
+/// fragments it is that of their header ("mehd"), else of their indices ("sidx"), both "header"; else it is
+/// "counted" over up to 48 fragments, and where there are more, estimated by their share of the bytes and an
+/// eighth more.
+///
+/// Texts are those of iTunes, else of 3GPP, else of QuickTime.
+///
+/// One parse costs at most 96 reads, each with a seek, and 1 MiB. A film of any size with "moov" at its end
+/// costs about ten: the start, the end, and one for each jump over a table.
 class EZFORMATS_API ISOMediaParser : public FormatParser {
 public:
     explicit ISOMediaParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());

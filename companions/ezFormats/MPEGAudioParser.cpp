@@ -1,7 +1,11 @@
 #include "ezFormats/MPEGAudioParser.h"
 
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MPEGAudioFile.h"
 #include "ezFormats/detail/MediaBytes.h"
 
+#include "ez/MediaParserManager.h"
+#include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <utility>
@@ -10,13 +14,61 @@ namespace {
 
 constexpr const char* kMimeTypes = "audio/mpeg";
 
+using LongLong = unsigned long long; // for printf
+
+/// True when frames fewer than make a stream are all that the file holds; the last may be cut.
+bool IsShortFile(MediaBytes& aBytes, const MPEGAudioFrames& aFrames, std::uint64_t anEnd) {
+    unsigned char byte = 0;
+    if (!aBytes.IsSizeKnown()) {
+        return aFrames.GetCount() > 1 && !aBytes.Get(aFrames.GetEnd(), &byte);
+    }
+    return aFrames.GetCount() > 1 ? aFrames.GetEnd() >= anEnd : aFrames.GetEnd() == anEnd;
+}
+
 } // namespace
 
 MPEGAudioParser::MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("MPEGAudioParser", "mp3", kMimeTypes, {16, 256 * 1024}, std::move(aRules)) {}
+    : FormatParser("MPEGAudioParser", "mp3", kMimeTypes, {32, std::uint64_t{512} * 1024}, std::move(aRules)) {
+}
 
 MPEGAudioParser::~MPEGAudioParser() = default;
 
-bool MPEGAudioParser::ReadFormat(MediaBytes& /*aBytes*/, ezMediaInfo& /*anInfo*/) {
-    return Refuse(Cause::Unsupported, "not read yet");
+bool MPEGAudioParser::MayReadWhole() const {
+    const ezMimeTypesDotIniParser* const parser =
+        mManager != nullptr ? mManager->GetMimeTypesDotIniParser() : nullptr;
+    return parser != nullptr && parser->IsParseFullFileIfVBR();
+}
+
+bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+    LeadingTags tags = ReadLeadingTags(aBytes);
+    const char* const other = OtherFormatAt(aBytes, tags.mEnd);
+    if (other != nullptr) {
+        return Refuse(Cause::Unsupported, "%s at %llu", other, static_cast<LongLong>(tags.mEnd));
+    }
+    const bool fTagged = tags.mEnd != 0 && tags.mfBelieved;
+    const auto start = static_cast<LongLong>(fTagged ? BehindZeros(aBytes, tags.mEnd) : tags.mEnd);
+    MPEGAudioFrames frames(aBytes);
+    if (!frames.Find(start)) {
+        const Cause cause = aBytes.HasReadFailed()    ? Cause::ReadError
+                            : aBytes.IsBudgetUsedUp() ? Cause::Limit
+                                                      : Cause::Malformed;
+        return Refuse(cause, "no frames within %u bytes of %llu%s", unsigned{kMPEGAudio_SearchSize}, start,
+                      tags.mfBelieved ? "" : ", behind a tag that claims the whole file");
+    }
+    MPEGAudioMeasure measure(aBytes, frames);
+    measure.LookAtStart();
+    AudioTails tails;
+    if (aBytes.IsSizeKnown()) {
+        tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);
+        tags.mTexts.Complete(ReadTailTexts(aBytes, tails));
+    }
+    if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mAudioEnd)) {
+        return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none behind them",
+                      unsigned{frames.GetCount()}, static_cast<LongLong>(frames.GetFirst().mPosition),
+                      static_cast<LongLong>(frames.GetEnd()));
+    }
+    measure.Finish(tails, MayReadWhole());
+    measure.Store(anInfo);
+    tags.mTexts.Store(anInfo);
+    return true;
 }

@@ -2,7 +2,29 @@
 
 #include "ezFormats/FormatParser.h"
 
-/// MPEG audio files: layers I to III of MPEG-1, MPEG-2 and MPEG-2.5 (mp3, mp2, mpa).
+/// MPEG audio files: layers I to III of MPEG-1 and MPEG-2, and layer III of MPEG-2.5 (mp3, mp2, mpa).
+///
+/// A file is one when four frames follow each other at its start or behind its leading tags (ID3v2, APE), or
+/// fewer that reach its end; or eight anywhere in the 64 KiB behind. In free format it takes eight. A file
+/// that begins as another format does is none, whatever sound it holds. A tag that claims to reach the end of
+/// the file or beyond is not believed: the frames are looked for behind its header.
+///
+/// Of the record: kezInfo_AudioCodec "MP1", "MP2" or "MP3", sampling rate, channels, and
+/// kezInfo_AudioBitRate, which is 0xFFFFFFFF where it varies. A varying one has its mean as
+/// kezInfo_AudioEstimatedBitRate, and as kezInfo_AudioMaxBitRate the highest of its frames if all were seen,
+/// else the highest that its layer allows. Free format has no rate at all, and so no rule on rates takes it.
+///
+/// The duration is "header" when the first frame states a count (Xing, Info, VBRI) that the file can hold,
+/// less the samples that the encoder put around the music; "counted" when all frames were seen; else an
+/// estimate from the size without the tags, and the rates at up to four places of the file, of which the
+/// lowest counts. Without a size there is no estimate. Only with kParseOption_ParseFullFileIfVBR, and for a
+/// varying rate without a count, all frames of the file are read.
+///
+/// Texts are those of ID3v2 before the sound, and of APE items, ID3v1 and its enhanced form behind it: for
+/// each the first of these that has it.
+///
+/// One parse costs, the whole file apart, at most 32 reads and 512 KiB. Usual are the first 8 KiB, a read
+/// behind a large tag, and the last 16 KiB; and four reads of 16 KiB more where no count is stated.
 class EZFORMATS_API MPEGAudioParser : public FormatParser {
 public:
     explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
@@ -10,4 +32,7 @@ public:
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;
+
+private:
+    bool MayReadWhole() const;
 };

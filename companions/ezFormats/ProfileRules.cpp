@@ -1,33 +1,134 @@
 #include "ezFormats/ProfileRules.h"
 
-struct ProfileRules::Rule {};
+#include "ezFormats/detail/BuiltInProfileRules.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/ListItems.h"
+#include "ezFormats/detail/ProfileRule.h"
+#include "ezFormats/detail/ProfileRuleReader.h"
+
+#include "ezPlatform/files/File.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Entries as they are announced, each once.
+class Entries {
+public:
+    void Add(std::string_view aMimeType, std::string_view aField) {
+        std::string entry(aMimeType);
+        entry.append(":").append(aField);
+        if (std::find(mEntries.begin(), mEntries.end(), entry) == mEntries.end()) {
+            mEntries.push_back(std::move(entry));
+        }
+    }
+
+    ezCString Join() const {
+        std::string text;
+        for (const std::string& entry : mEntries) {
+            text.append(text.empty() ? "" : ",").append(entry);
+        }
+        return ezCString(std::string_view(text));
+    }
+
+private:
+    std::vector<std::string> mEntries;
+};
+
+bool ReadWhole(const ezCString& aPath, std::string* aText, std::string* aProblem) {
+    ezFile file(aPath, ezFileOpenMode_Read);
+    if (!file.Open()) {
+        *aProblem = "the file cannot be opened";
+        return false;
+    }
+    if (file.LengthAtOpen() > static_cast<ezFileOffset>(kProfileRules_MaxTextSize)) {
+        *aProblem = "the table is larger than " + std::to_string(kProfileRules_MaxTextSize) + " bytes";
+        return false;
+    }
+    aText->resize(static_cast<std::size_t>(file.LengthAtOpen()));
+    const int count = file.Read(&(*aText)[0], aText->size());
+    if (count < 0 || static_cast<std::size_t>(count) != aText->size()) {
+        *aProblem = "the file cannot be read";
+        return false;
+    }
+    return true;
+}
+
+} // namespace
 
 ProfileRules::ProfileRules() = default;
 ProfileRules::~ProfileRules() = default;
 
 std::shared_ptr<const ProfileRules> ProfileRules::BuiltIn() {
-    static const std::shared_ptr<const ProfileRules> sRules(new ProfileRules);
+    static const std::shared_ptr<const ProfileRules> sRules = FromText(BuiltInText(), nullptr);
     return sRules;
 }
 
 std::string_view ProfileRules::BuiltInText() {
-    return {};
+    return BuiltInProfileRules_Text();
 }
 
-std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view,
-                                                           std::vector<ProfileRulesProblem>*) {
-    return BuiltIn();
+std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aText,
+                                                           std::vector<ProfileRulesProblem>* aProblems) {
+    std::vector<ProfileRulesProblem> problems;
+    const std::shared_ptr<ProfileRules> rules(new ProfileRules);
+    rules->mRules = ProfileRules_Read(aText, &problems);
+    ProfileRules_FindLosers(rules->mRules, &problems);
+    std::stable_sort(problems.begin(), problems.end(),
+                     [](const ProfileRulesProblem& aLeft, const ProfileRulesProblem& aRight) {
+                         return aLeft.mLine < aRight.mLine;
+                     });
+    const bool fSound = problems.empty();
+    if (aProblems != nullptr) {
+        *aProblems = std::move(problems);
+    }
+    return fSound ? rules : nullptr;
 }
 
-std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString&,
-                                                           std::vector<ProfileRulesProblem>*) {
-    return BuiltIn();
+std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString& aPath,
+                                                           std::vector<ProfileRulesProblem>* aProblems) {
+    std::string text;
+    std::string problem;
+    if (ReadWhole(aPath, &text, &problem)) {
+        return FromText(text, aProblems);
+    }
+    if (aProblems != nullptr) {
+        aProblems->assign(1, {0, problem});
+    }
+    return nullptr;
 }
 
-ezCString ProfileRules::FindProfile(const ezMediaInfo&) const {
-    return {};
+ezCString ProfileRules::FindProfile(const ezMediaInfo& anInfo) const {
+    const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
+    if (type == 0) {
+        return {};
+    }
+    const ProfileFactValues values(anInfo);
+    const auto winner = std::find_if(mRules.begin(), mRules.end(), [type, &values](const ProfileRule& aRule) {
+        return (aRule.mMimeTypes & type) != 0 && ProfileRule_IsMet(aRule, values);
+    });
+    return winner == mRules.end() ? ezCString() : winner->mProfile;
 }
 
-ezCString ProfileRules::GetProfileInfo(std::string_view) const {
-    return {};
+ezCString ProfileRules::GetProfileInfo(std::string_view aMimeTypes) const {
+    Entries entries;
+    std::string_view type;
+    for (const ProfileRule& rule : mRules) {
+        ListItems types(aMimeTypes);
+        while (types.Next(&type)) {
+            if ((rule.mMimeTypes & FormatMimeType_Bit(type)) != 0) {
+                entries.Add(type, "DLNA.ORG_PN=" + std::string(rule.mProfile.View()));
+            }
+        }
+    }
+    ListItems types(aMimeTypes);
+    while (types.Next(&type)) {
+        if (!type.empty()) {
+            entries.Add(type, "*");
+        }
+    }
+    return entries.Join();
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 class ezMediaInfo;
+struct ProfileRule;
 
 /// What is wrong with a table of profile rules, and where.
 struct ProfileRulesProblem {
@@ -20,18 +21,20 @@ struct ProfileRulesProblem {
 
 /// Which DLNA profile a media keeps, decided by a table that an operator can read and edit:
 ///
+// clang-format off
 /// ```
-/// # profile   MIME types   conditions
-/// MP3         audio/mpeg   audio-codec=MP3 sampling-rate=32000,44100,48000 channels=1-2
-/// audio-bit-rate=32000-320000 JPEG_SM     image/jpeg   process=baseline colours=grey,4:2:0,4:2:2 width=1-640
-/// height=1-480
+/// # profile  MIME types  conditions
+/// MP3        audio/mpeg  audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+/// JPEG_SM    image/jpeg  process=baseline colours=grey,4:2:0,4:2:2 width=1-640 height=1-480
 /// ```
+// clang-format on
 ///
 /// Columns are parted by blanks, items of a column by commas; "#" begins a comment where a word could. A
-/// condition names a fact of the record and what it may be: words, numbers, or ranges with both ends in. A
-/// fact that the record does not state, or that varies without a bound, meets no condition. The first rule
-/// all of whose conditions are met decides; a media that meets none has no profile. The facts and their names
-/// are listed at the head of the built-in table.
+/// condition names a fact of the record and what it may be: words, numbers, or ranges with both ends in
+/// ("1-2", and "2-" or "-2" where one end is open); words compare with case. A fact that the record does not
+/// state, or that varies without a bound, meets no condition. The first rule all of whose conditions are met
+/// decides; a media that meets none has no profile. The facts and their names are listed at the head of the
+/// built-in table.
 ///
 /// Immutable once it is made, and shared by all parsers and threads.
 class EZFORMATS_API ProfileRules {
@@ -45,26 +48,29 @@ public:
     /// Its text, with the comments that explain it: what an operator starts from.
     static std::string_view BuiltInText();
 
-    /// Null when there is a problem; *aProblems, unless null, receives every one, in the order of the lines:
-    /// a line that cannot be read, a profile that DLNA does not know, a MIME type that no parser here gives,
-    /// a condition that nothing can meet, and a rule that can never win, because an earlier one wins
-    /// whenever it would.
+    /// Null when there is a problem; *aProblems, unless null, then holds every one and nothing else, in the
+    /// order of the lines: a line that cannot be read, a profile that DLNA does not know, a MIME type that no
+    /// parser here gives, a condition that nothing can meet, and a rule that can never win, because for each
+    /// of its MIME types one earlier rule wins whenever it would. A text of more than 256 KiB is a problem of
+    /// line 0, and a rule behind the 10,000th one of its line; neither is read on. Problems are printable
+    /// ASCII, whatever the text holds. A text without a rule is sound, and gives no media a profile.
     static std::shared_ptr<const ProfileRules> FromText(std::string_view aText,
                                                         std::vector<ProfileRulesProblem>* aProblems);
     /// The same of a file. One that cannot be read, or is larger than a table can be, is a problem of line 0.
     static std::shared_ptr<const ProfileRules> FromFile(const ezCString& aPath,
                                                         std::vector<ProfileRulesProblem>* aProblems);
 
-    /// The profile that a record keeps, by its MIME type and facts alone; empty when none.
+    /// The profile that a record keeps, by its MIME type (whose case and parameters do not matter) and facts
+    /// alone; empty when none.
     ezCString FindProfile(const ezMediaInfo& anInfo) const;
 
     /// What media of some MIME types (parted by ",") can be announced as: "MIME:DLNA.ORG_PN=X" of every rule,
-    /// each once, in the order of the table, and then "MIME:*" of each type. Entries are parted by ",".
+    /// each once, in the order of the table (of one rule in the order asked), and then "MIME:*" of each type.
+    /// Entries are parted by ",".
     ezCString GetProfileInfo(std::string_view aMimeTypes) const;
 
 private:
-    struct Rule;
     ProfileRules();
 
-    std::vector<Rule> mRules;
+    std::vector<ProfileRule> mRules;
 };

@@ -41,7 +41,7 @@ public:
 
     /// Both formats of a JPEG or PNG MIME type (any case, parameters ignored), nothing of others.
     uint32 CanConvert(const ezCString& aMimeType) override;
-    /// With mfFastRescale a JPEG may be decoded smaller than it is wanted, and be enlarged.
+    /// Of JPEG and PNG, wanted together, it writes JPEG. With mfFastRescale a JPEG may be decoded smaller than it is wanted, and be enlarged.
     bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                         ezFile* aFile) override;
 };

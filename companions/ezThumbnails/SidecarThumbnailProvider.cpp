@@ -6,8 +6,12 @@
 
 SidecarThumbnailProvider::~SidecarThumbnailProvider() = default;
 
+std::vector<ezCString> SidecarThumbnailProvider::CandidatePaths(const ThumbnailInfo* anInfo) {
+    return anInfo != nullptr ? FindSidecars(anInfo->mFilePath.GetFullPath()) : std::vector<ezCString>();
+}
+
 void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
-    mPaths = FindSidecars(anInfo->mFilePath.GetFullPath());
+    mPaths = CandidatePaths(anInfo);
     mNextPath = 0;
     GetNextPath(anInfo);
 }

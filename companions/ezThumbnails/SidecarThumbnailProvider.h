@@ -15,6 +15,8 @@
 /// their bytes. The media itself is none of them, under no name that it has, and what is not a regular file
 /// (or a symbolic link to one) neither. The extension tells the MIME type.
 ///
+/// Every candidate is an ezFileThumbnailSource, and a walk over them needs no generator.
+///
 /// The folder is listed once for each walk over the candidates, and nothing of it is kept. A host that serves
 /// pictures asks its provider of pictures first, or every photo beside a "cover.jpg" would look like that.
 class EZTHUMBNAILS_API SidecarThumbnailProvider : public ezIndirectThumbnailProvider {
@@ -23,6 +25,11 @@ public:
     explicit SidecarThumbnailProvider(ezThumbnailGenerator* aThumbnailGenerator)
         : ezIndirectThumbnailProvider("sidecar", aThumbnailGenerator) {}
     ~SidecarThumbnailProvider() override;
+
+    /// The paths of the pictures that could be taken for an item, in the order in which they are tried; all
+    /// are there at the time. For the item's identity: neither a provider nor a generator is needed. Empty
+    /// without an item. It costs one listing of the folder.
+    static std::vector<ezCString> CandidatePaths(const ThumbnailInfo* anInfo);
 
     void GetFirstPath(const ThumbnailInfo* anInfo) override;
     void GetNextPath(const ThumbnailInfo* anInfo) override;

@@ -79,6 +79,9 @@ Size WithPixelRatio(const ThumbnailInfo& anInfo) {
 
 void GetThumbnailFinalSize(const ThumbnailInfo* anInfo, uint32 aOriginalWidth, uint32 aOriginalHeight,
                            uint32* aFinalWidth, uint32* aFinalHeight) {
+    if (anInfo == nullptr || aFinalWidth == nullptr || aFinalHeight == nullptr) {
+        return;
+    }
     const bool fBox = anInfo->mWidthMax != 0 && anInfo->mHeightMax != 0;
     // The pixel ratio is dropped with a box: it bounds what is shown, not what was asked for.
     Size size = fBox ? FitInBox(*anInfo, Ratio(aOriginalWidth, aOriginalHeight)) : WithPixelRatio(*anInfo);

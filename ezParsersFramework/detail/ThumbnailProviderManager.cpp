@@ -7,7 +7,11 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 
+#include <charconv>
+#include <iterator>
+#include <limits>
 #include <memory>
+#include <string>
 #include <string_view>
 
 /// One line of the thumbnail module, if the level lets it through.
@@ -20,18 +24,37 @@
 
 namespace {
 
-unsigned long ULong(uint32 aValue) {
-    return static_cast<unsigned long>(aValue);
+constexpr std::size_t kMaximumDigits = std::numeric_limits<uint32>::digits10 + 1;
+
+void AppendNumber(std::string& aText, uint32 aNumber) {
+    char digits[kMaximumDigits];
+    aText.append(digits, std::to_chars(std::begin(digits), std::end(digits), aNumber).ptr);
 }
 
-/// The identity is put in as bytes: a NUL in it would end a "%s", and two items would share a name.
-ezCString NameFor(const ThumbnailInfo& anInfo, const ezCString& anIdentity) {
-    const ezCString name =
-        ezCString::Format(kThumbnail_TempFileName, "", ULong(anInfo.mWidth), ULong(anInfo.mHeight),
-                          ULong(anInfo.mWidthMax), ULong(anInfo.mHeightMax), ULong(anInfo.mPixelRatioHeight),
-                          ULong(anInfo.mPixelRatioWidth), anInfo.mfParentalLocked ? '1' : '0');
-    const std::size_t identityAt = std::string_view(kThumbnail_TempFileName).find("%s");
-    return name.Left(identityAt) + anIdentity + name.Mid(identityAt);
+/// kThumbnail_TempFileName filled in, and the extension. The identity is put in as bytes: a NUL in it would
+/// end a "%s" of printf, and two items would share a name.
+ezCString NameFor(const ThumbnailInfo& anInfo, std::string_view anIdentity, std::string_view anExtension) {
+    const uint32 numbers[] = {anInfo.mWidth,     anInfo.mHeight,           anInfo.mWidthMax,
+                              anInfo.mHeightMax, anInfo.mPixelRatioHeight, anInfo.mPixelRatioWidth};
+    constexpr std::string_view kFormat = kThumbnail_TempFileName;
+    constexpr std::size_t kMaximumOfNumbers = std::size(numbers) * kMaximumDigits;
+    const uint32* number = std::begin(numbers);
+    std::string name;
+    name.reserve(kFormat.size() + kMaximumOfNumbers + anIdentity.size() + anExtension.size());
+    for (std::size_t i = 0; i < kFormat.size(); ++i) {
+        if (kFormat[i] != '%') {
+            name += kFormat[i];
+        } else if (kFormat[++i] == 's') {
+            name += anIdentity;
+        } else if (kFormat[i] == 'c') {
+            name += anInfo.mfParentalLocked ? '1' : '0';
+        } else { // "%lu"
+            ++i;
+            AppendNumber(name, *number++);
+        }
+    }
+    name += anExtension;
+    return ezCString(name);
 }
 
 } // namespace
@@ -71,6 +94,9 @@ void ezThumbnailProviderManager::SetDefaultProvider(ezThumbnailProvider* aThumbn
 }
 
 uint32 ezThumbnailProviderManager::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    if (anInfo == nullptr) {
+        return kNoThumbnailID;
+    }
     uint32 possible =
         mDefaultThumbnailProvider != nullptr ? mDefaultThumbnailProvider->GetPossibleThumbnailFor(anInfo) : 0;
     for (ezThumbnailProvider* provider : ezItems<ezThumbnailProvider>(mThumbnailProviderList)) {
@@ -84,14 +110,18 @@ uint32 ezThumbnailProviderManager::GetPossibleThumbnailFor(const ThumbnailInfo* 
 
 ezCString ezThumbnailProviderManager::GetThumbnailFileName(const ThumbnailInfo* anInfo,
                                                            bool afUseDefaultProvider) {
+    if (anInfo == nullptr) {
+        return {};
+    }
     const uint32 wanted = anInfo->mThumbnailID;
     if (!ezAssert((wanted & (kJPEGThumbnailID | kPNGThumbnailID)) != 0,
                   "ezThumbnailProviderManager: Unknown thumbnail ID", "ThumbnailProviderManager")) {
         return {};
     }
-    const ezCString identity =
-        afUseDefaultProvider ? anInfo->mMimeType.BeforeFirst('/').Lower() : anInfo->mUniqueID;
-    return NameFor(*anInfo, identity) + ((wanted & kJPEGThumbnailID) != 0 ? ".jpg" : ".png");
+    const std::string_view extension = (wanted & kJPEGThumbnailID) != 0 ? ".jpg" : ".png";
+    return afUseDefaultProvider
+               ? NameFor(*anInfo, anInfo->mMimeType.BeforeFirst('/').Lower().View(), extension)
+               : NameFor(*anInfo, anInfo->mUniqueID.View(), extension);
 }
 
 bool ezThumbnailProviderManager::Build(const ThumbnailInfo* anInfo, bool afUseDefaultProvider,
@@ -117,7 +147,7 @@ bool ezThumbnailProviderManager::Build(const ThumbnailInfo* anInfo, bool afUseDe
 ezFile* ezThumbnailProviderManager::GetCachedThumbnail(const ThumbnailInfo* anInfo,
                                                        bool afUseDefaultProvider) {
     const ezCString name = GetThumbnailFileName(anInfo, afUseDefaultProvider);
-    if (name.IsEmpty()) {
+    if (name.IsEmpty() || mFileCacheManager == nullptr) {
         return nullptr;
     }
     Thumbnail_Log(EZLOGLEVEL_DEBUG, "GetCachedThumbnail: %s\n", mFileCacheManager->GetFullPath(name).c_str());
@@ -141,6 +171,9 @@ ezFile* ezThumbnailProviderManager::GetCachedThumbnail(const ThumbnailInfo* anIn
 }
 
 ezFile* ezThumbnailProviderManager::GetThumbnail(const ThumbnailInfo* anInfo, bool afUseDefault) {
+    if (anInfo == nullptr) {
+        return nullptr;
+    }
     const ezCString fullName = anInfo->mFilePath.GetFullName();
     const ezLogDuration duration(EZLOGLEVEL_DEBUG, EZLOG_M_THUMBNAIL, kezLogDuration_Duration,
                                  "Retrieving thumbnail for '%s'\n", fullName.c_str());

@@ -19,6 +19,7 @@ struct ezPtrList;
 /// - The manager (ezThumbnailProviderManager) asks its providers, and keeps what they built in a file cache.
 ///
 /// Sizes are in pixels. Nothing here is locked: one thread a manager, with its providers and its generator.
+/// A null request, generator, file or cache is a plain failure: nothing is possible, built or returned.
 
 /// Formats of a thumbnail: bits, combined in masks.
 enum ezThumbnailID : uint32 {
@@ -37,21 +38,28 @@ inline constexpr char kezThumbnailDLNAFlags[] =
     ";DLNA.ORG_OP=01;DLNA.ORG_CI=1;DLNA.ORG_FLAGS=04F00000000000000000000000000000";
 
 /// A request: a media item, and the thumbnail that is wanted of it.
+///
+/// The name in the cache has identity, format, both sizes, pixel ratio and lock, and nothing else. A request
+/// that differs in the rest alone gets what is cached: whoever varies mfFastRescale, say, puts it into the
+/// identity.
+///
+/// Of mThumbnailID ask for one format. With both a generator that makes PNG alone counts as able for the
+/// provider of pictures, and its PNG is cached, and served, as ".jpg".
 struct ThumbnailInfo {
-    bool mfParentalLocked = false; ///< the item is locked: its thumbnail is cached apart
-    uint32 mWidth = 0;             ///< wanted
-    uint32 mHeight = 0;            ///< wanted
+    bool mfParentalLocked = false; ///< the item is locked: this tells its name in the cache, and no more
+    uint32 mWidth = 0;             ///< wanted; with a box it counts in the cache's name alone: leave it 0
+    uint32 mHeight = 0;            ///< the same
     uint32 mWidthMax = 0;          ///< of the bounding box; 0 when there is none
     uint32 mHeightMax = 0;         ///< of the bounding box; 0 when there is none
     ezCString mUniqueID;           ///< the item's identity, any bytes; the cache knows the item by it alone,
                                    ///< so it changes when the picture that the thumbnail is made of does
     uint32 mThumbnailID = kNoThumbnailID; ///< wanted formats, a set of ezThumbnailID; of both JPEG is cached
     ezCString mMimeType;                  ///< of the item; before its "/" stands the media class
-    ezCString mDLNAInfo;                  ///< DLNA information of the item
+    ezCString mDLNAInfo;                  ///< DLNA information of the item; nothing in here reads it
     ezPathName mFilePath;                 ///< the item's file
-    bool mfFastRescale = false;           ///< the generator may scale fast, at a lower quality
-    uint32 mPixelRatioHeight = 0;         ///< height part of the pixels' aspect ratio
-    uint32 mPixelRatioWidth = 0;          ///< width part of it; equal parts are square pixels
+    bool mfFastRescale = false;   ///< the generator may scale fast, at a lower quality; not in the name
+    uint32 mPixelRatioHeight = 0; ///< height part of the pixels' aspect ratio
+    uint32 mPixelRatioWidth = 0;  ///< width part of it; equal parts are square pixels
 };
 
 /// A place where the data of a picture can be read. Made for one build.
@@ -111,7 +119,10 @@ public:
     /// @param aMimeType       of the picture
     /// @param aFilePath       the file that holds it
     /// @param aStartOffset    where its data begins, in bytes; below 0 there is no data
-    /// @param aSize           bytes that the data takes in the file; what goes beyond its end is not there
+    /// @param aSize           bytes that the data takes in the file; what goes beyond its end is not there.
+    ///                        Base64 text is held in memory as a whole, with what it decodes to, up to this
+    ///                        size and that of the file, which may be 2 GiB: whoever takes aSize from a
+    ///                        stranger's file bounds it before
     /// @param afBase64        the data is base64 text, as ezBase64_Decode takes it
     /// @param anEncodedOffset bytes to drop from the start of the decoded data; not used without afBase64
     ezFilePartThumbnailSource(const ezCString& aMimeType, const ezPathName& aFilePath,
@@ -153,7 +164,7 @@ public:
     /// thumbnail that anInfo asks for to aFile, which is empty and at its start. GetThumbnailFinalSize
     /// computes the size from the picture's; a side of 0 is the generator's to make 1. It writes only a
     /// picture that is finished, and returns true only when all of it was written. Nothing is kept of the
-    /// three.
+    /// three, and aFile is not closed: it would be given up, and there is no thumbnail.
     virtual bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                                 ezFile* aFile) = 0;
 
@@ -177,14 +188,15 @@ public:
 
     /// The formats, a set of ezThumbnailID, that it could provide for the item.
     virtual uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) = 0;
-    /// Writes the thumbnail to a file that is being written and is empty, at its start. False when it could
-    /// not; what is in the file then is worth nothing.
+    /// Writes the thumbnail to a file that is being written and is empty, at its start, and does not close
+    /// it: it would be given up, and there is no thumbnail. False when it could not; what is in the file then
+    /// is worth nothing.
     virtual bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) = 0;
 
     const char* GetName() const { return mName; }
     /// True when a wanted format is among the possible ones.
     bool CanProvideThumbnailFor(const ThumbnailInfo* anInfo) {
-        return (anInfo->mThumbnailID & GetPossibleThumbnailFor(anInfo)) != 0;
+        return anInfo != nullptr && (anInfo->mThumbnailID & GetPossibleThumbnailFor(anInfo)) != 0;
     }
 
 protected:
@@ -316,6 +328,6 @@ private:
 /// It is computed in single precision and cut to whole pixels at every step, alike on every target. A side
 /// may come out as 0 (a picture of 4000 by 10 in 160 by 160), which the caller takes for 1. An original
 /// height of 0 is an endless aspect, and 0 by 0 has the full height of the box and no width. What is too
-/// large for 32 bits is 0xFFFFFFFF.
+/// large for 32 bits is 0xFFFFFFFF. Without a request, or a place for either side, nothing is written.
 EZPARSERS_API void GetThumbnailFinalSize(const ThumbnailInfo* anInfo, uint32 aOriginalWidth,
                                          uint32 aOriginalHeight, uint32* aFinalWidth, uint32* aFinalHeight);

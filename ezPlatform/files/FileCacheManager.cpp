@@ -18,8 +18,11 @@
 namespace {
 
 constexpr std::string_view kFillingPrefix = ".fill-"; // no cached file's name begins with a dot
-constexpr std::size_t kMaximumCandidates = 1024;
-constexpr std::size_t kScanShare = 8; // a scan is due when an eighth of a bound was added
+// A scan is due when an eighth of a bound was added; it remembers so many of the oldest files that they last
+// until the next one, as far as the memory for them is bounded.
+constexpr std::size_t kScanShare = 8;
+constexpr std::size_t kMinimumCandidates = 1024;
+constexpr std::size_t kMaximumCandidates = 16384;
 constexpr int kMaximumTries = 8;
 constexpr std::int64_t kNanoseconds = 1000000000;
 
@@ -35,6 +38,14 @@ std::pair<std::int64_t, std::int64_t> Now() {
     struct timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     return {now.tv_sec, now.tv_nsec};
+}
+
+/// True when a path is, without a link being followed, the name of an open file.
+bool IsNameOf(const ezCString& aPath, int aFile) {
+    struct stat file = {};
+    struct stat named = {};
+    return ezSystem().mFStat(aFile, &file) == 0 && ezSystem().mLStat(aPath.c_str(), &named) == 0 &&
+           file.st_dev == named.st_dev && file.st_ino == named.st_ino;
 }
 
 } // namespace
@@ -53,10 +64,22 @@ ezCString ezFileCacheManager::GetFullPath(const ezCString& aName) const {
     return mFolder + ezCacheName(aName.View());
 }
 
+bool ezFileCacheManager::IsFolderOurs() {
+    if (mFolderState == kFolderUnknown) {
+        struct stat status = {};
+        const ezCString name = mFolder.Left(mFolder.GetLength() - 1);
+        // A NUL would cut the path short, and a link lead out of the folder that was given.
+        const bool fForeign = mFolder.View().find('\0') != std::string_view::npos ||
+                              (ezSystem().mLStat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode));
+        mFolderState = fForeign ? kFolderForeign : kFolderOurs;
+    }
+    return mFolderState == kFolderOurs;
+}
+
 ezFileCacheManager::Stamp ezFileCacheManager::NextStamp() {
     // A device without a clock of its own begins in 1970 again: what is used now still counts as the latest.
     Stamp next = {mLastStamp.first, mLastStamp.second + 1};
-    if (next.second >= kNanoseconds) {
+    if (next.second >= kNanoseconds && next.first < INT64_MAX) { // some file systems take any time
         next = {next.first + 1, 0};
     }
     mLastStamp = std::max(Now(), next);
@@ -73,10 +96,18 @@ void ezFileCacheManager::MarkUsed(ezFile& aFile) {
 }
 
 ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, int /*anOption*/) {
+    if (afNew == nullptr) {
+        return nullptr;
+    }
     *afNew = false;
+    if (!IsFolderOurs()) {
+        return nullptr;
+    }
     std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
+    mPath = mFolder; // into the memory of the last one
+    mPath += ezCacheName(aName.View());
     // A link would lead out of the folder.
-    if (file->OpenRegular(GetFullPath(aName), O_NOFOLLOW)) {
+    if (file->OpenRegular(mPath, O_NOFOLLOW)) {
         const ezDateTime& time = file->mModifiedAtOpen;
         const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
         if (!mfScanned && used > Now()) {
@@ -139,28 +170,28 @@ void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFil
     if (aFile == nullptr) {
         return;
     }
+    const ezCString path = GetFullPath(aName);
     if (aFile->mfFilling) {
-        if (afGood) {
-            Keep(aName, *aFile);
+        if (afGood && IsFolderOurs()) {
+            Keep(path, *aFile);
         } else {
             aFile->GiveUp();
         }
-    } else if (!afGood) {
-        ezSystem().mUnlink(GetFullPath(aName).c_str());
+    } else if (!afGood && IsFolderOurs() && IsNameOf(path, aFile->mFile)) { // not what replaced it since
+        ezSystem().mUnlink(path.c_str());
     }
 }
 
-void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
+void ezFileCacheManager::Keep(const ezCString& aPath, ezFile& aFile) {
     const auto size = static_cast<std::uint64_t>(aFile.LengthAtOpen());
     if (!aFile.mfWriteFailed && (size > mMaximumBytes || mMaximumFiles == 0)) {
         aFile.GiveUp();
         return;
     }
-    const ezCString path = GetFullPath(aName);
     struct stat old = {};
-    const bool fReplaces = ezSystem().mLStat(path.c_str(), &old) == 0;
+    const bool fReplaces = ezSystem().mLStat(aPath.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     MarkUsed(aFile);
-    if (!aFile.PutInPlace(path)) {
+    if (!aFile.PutInPlace(aPath)) {
         return;
     }
     if (fReplaces) {
@@ -173,7 +204,7 @@ void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
     if (IsScanDue()) {
         Scan();
     }
-    Evict(path);
+    Evict(aPath);
 }
 
 bool ezFileCacheManager::IsScanDue() const {
@@ -187,6 +218,8 @@ void ezFileCacheManager::Forget(std::uint64_t aSize) {
 
 void ezFileCacheManager::Scan() {
     mfScanned = true;
+    mMaximumOfCandidates =
+        std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
     mFiles = 0;
     mBytes = 0;
     mAddedFiles = 0;
@@ -221,7 +254,7 @@ void ezFileCacheManager::LookAt(const char* aName) {
     mBytes += size;
     mLastStamp = std::max(mLastStamp, used);
     // The latest of the candidates stands first, and leaves when there are too many of them.
-    if (mCandidates.size() == kMaximumCandidates) {
+    if (mCandidates.size() == mMaximumOfCandidates) {
         if (used >= mCandidates.front().mUsed) {
             return;
         }
@@ -244,35 +277,35 @@ void ezFileCacheManager::RemoveIfStale(const ezCString& aPath) {
 }
 
 void ezFileCacheManager::Evict(const ezCString& aKeptPath) {
-    bool fFresh = false;
+    bool fRemoved = true; // since the last scan, or before it
     while (IsOverBounds()) {
         if (mCandidates.empty()) {
-            if (fFresh) {
+            if (!fRemoved) {
                 return; // what is left cannot be removed
             }
             Scan();
-            fFresh = true;
+            fRemoved = false;
             continue;
         }
         const Candidate candidate = std::move(mCandidates.back());
         mCandidates.pop_back();
         if (mFolder + candidate.mName != aKeptPath) {
-            EvictOne(candidate);
+            fRemoved = EvictOne(candidate) || fRemoved;
         }
     }
 }
 
-void ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
+bool ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
     const ezCString path = mFolder + aCandidate.mName;
     struct stat status = {};
+    bool fGone = false;
     if (ezSystem().mLStat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) {
-            Forget(aCandidate.mSize); // another process was faster
-        }
-        return;
+        fGone = errno == ENOENT;                     // another process was faster
+    } else if (UsedAt(status) == aCandidate.mUsed) { // else used since, it is no longer among the oldest
+        fGone = ezSystem().mUnlink(path.c_str()) == 0;
     }
-    // Used since the scan, it is no longer among the oldest.
-    if (UsedAt(status) == aCandidate.mUsed && ezSystem().mUnlink(path.c_str()) == 0) {
+    if (fGone) {
         Forget(aCandidate.mSize);
     }
+    return fGone;
 }

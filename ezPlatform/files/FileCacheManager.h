@@ -19,8 +19,12 @@ class ezFile;
 /// leaves nothing behind but that, which the next one removes.
 ///
 /// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed.
-/// Nothing outside of it is touched, symbolic links are not followed there, and foreign files beside it are
-/// safe; whatever lies in it belongs to the cache. A hit is marked by the file's time of modification.
+/// Nothing outside of it is touched, symbolic links are not followed there, one that stands in its own place
+/// is refused, and foreign files beside it are safe; whatever lies in it belongs to the cache. A hit is
+/// marked by the file's time of modification.
+///
+/// What is needed in memory is bounded: of the files that may go next it knows an eighth of all, 1,024 at the
+/// least and 16,384 at the most, of which each takes some 100 to 250 bytes (4 MiB at the most).
 ///
 /// Any number of processes and objects may use one folder. Two that fill the same name at once each fill a
 /// file of their own, and the last one stays. Each looks the folder through now and then, so that with n of
@@ -39,18 +43,21 @@ public:
     ezFileCacheManager& operator=(const ezFileCacheManager&) = delete;
 
     /// The file cached under a name, at its start; the caller's. The cost does not depend on how many there
-    /// are.
+    /// are; that of a new one in a full cache is, up to 131,072 files, one look through the folder for every
+    /// eighth of them that went, and grows with the number beyond.
     /// @param aName    any bytes, of any number; different names have different files
     /// @param afNew    receives true when the file is new: empty, at its start, to be written and read. The
     ///                 caller fills it and calls SetCachedFileState; destroyed without that, it is given up.
     /// @param anOption 0; no other is known
-    /// Null, *afNew false, when the file cannot be opened, or a new one cannot be made (a full disk).
+    /// Null, *afNew false, when the file cannot be opened (also where a folder stands under its path), or a
+    /// new one cannot be made (a full disk). Null without afNew too.
     ezFile* OpenCachedFile(const ezCString& aName, bool* afNew, int anOption);
 
     /// Tells what became of filling a new file. With afGood it is cached from now on, or, where it cannot be
     /// kept, just goes on to be readable; if its content could not be written, it is empty then. Without
     /// afGood nothing is kept, and the name is new at the next request; a file that was not new loses its
-    /// name this way. The file stays the caller's and open, for reading. Null is ignored.
+    /// name this way, unless another one has it by now. The file stays the caller's and open, for reading.
+    /// Null and a file that was closed are ignored.
     void SetCachedFileState(const ezCString& aName, ezFile* aFile, bool afGood);
 
     /// The path of the file that a name has, whether it is cached or not.
@@ -66,31 +73,37 @@ private:
         ezCString mName;
     };
 
+    enum FolderState { kFolderUnknown, kFolderOurs, kFolderForeign };
+
     static bool sUsedBefore(const Candidate& aLeft, const Candidate& aRight);
 
+    bool IsFolderOurs();
     Stamp NextStamp();
     void MarkUsed(ezFile& aFile);
     ezFile* OpenNew();
     bool OpenNewAt(ezFile& aFile, const ezCString& aPath);
-    void Keep(const ezCString& aName, ezFile& aFile);
+    void Keep(const ezCString& aPath, ezFile& aFile);
     void Scan();
     void LookAt(const char* aName);
     void RemoveIfStale(const ezCString& aPath);
     bool IsOverBounds() const { return mFiles > mMaximumFiles || mBytes > mMaximumBytes; }
     bool IsScanDue() const;
     void Evict(const ezCString& aKeptPath);
-    void EvictOne(const Candidate& aCandidate);
+    bool EvictOne(const Candidate& aCandidate);
     void Forget(std::uint64_t aSize);
 
     ezCString mFolder; ///< ends in "/"
+    ezCString mPath;   ///< of the file that was asked for last
     std::uint64_t mMaximumBytes;
     std::size_t mMaximumFiles;
 
+    FolderState mFolderState = kFolderUnknown;
     bool mfScanned = false;
     std::size_t mFiles = 0; ///< as far as this object knows, as are the other sums
     std::uint64_t mBytes = 0;
     std::size_t mAddedFiles = 0; ///< since the last scan
     std::uint64_t mAddedBytes = 0;
+    std::size_t mMaximumOfCandidates = 0;
     std::vector<Candidate> mCandidates; ///< those that were oldest at the last scan, the oldest last
     Stamp mLastStamp = {0, 0};
     std::uint32_t mFillings = 0;

@@ -25,6 +25,9 @@ constexpr std::array<std::uint8_t, 256> kValues = MakeValues();
 } // namespace
 
 std::size_t ezBase64_Decode(const char* aText, void* anOutput, std::size_t aCapacity) {
+    if (aText == nullptr) {
+        return 0;
+    }
     unsigned char* const output = static_cast<unsigned char*>(anOutput);
     std::size_t count = 0;
     std::uint32_t bits = 0;

@@ -11,5 +11,5 @@
 /// of the other alphabet) is skipped; the first "=" ends the data, and so does the end of the text where
 /// padding is missing. Of a group that is not complete the whole bytes count: two characters give one byte,
 /// three give two, and a single one gives none. Unused bits may be anything. n characters never give more
-/// than n * 3 / 4 bytes.
+/// than n * 3 / 4 bytes. A null text is empty.
 EZPLATFORM_API std::size_t ezBase64_Decode(const char* aText, void* anOutput, std::size_t aCapacity);

@@ -55,6 +55,8 @@ TEST(ThumbnailFinalSize, OnlyTheBoxOfTheProfilesDoesNotEnlarge) {
     EXPECT_EQ(FinalSize(Box(160, 160), 160, 90), Size(160, 90));
     EXPECT_EQ(FinalSize(Box(160, 160), 161, 90), Size(160, 89));
     EXPECT_EQ(FinalSize(Box(160, 160), 0, 0), Size(0, 0));
+    EXPECT_EQ(FinalSize(Box(160, 160), 1920, 0), Size(1920, 0)); // its height would not become smaller
+    EXPECT_EQ(FinalSize(Box(160, 160), 0, 1920), Size(0, 1920));
 }
 
 TEST(ThumbnailFinalSize, WithoutABoxTheRequestIsReducedByThePixelRatio) {
@@ -82,6 +84,11 @@ TEST(ThumbnailFinalSize, ABoxDiscardsThePixelRatio) {
     EXPECT_EQ(FinalSize(info, 400, 300), FinalSize(Box(320, 320), 400, 300));
 }
 
+TEST(ThumbnailFinalSize, ASquareIsFittedByItsWidth) {
+    // Told only by the side that went through single precision.
+    EXPECT_EQ(FinalSize(Box(16777217, 16777217), 5, 5), Size(16777217, 16777216));
+}
+
 TEST(ThumbnailFinalSize, ASideMayComeOutAsZero) {
     EXPECT_EQ(FinalSize(Box(160, 160), 4000, 10), Size(160, 0));
     EXPECT_EQ(FinalSize(Box(160, 160), 10, 4000), Size(0, 160));
@@ -103,6 +110,15 @@ TEST(ThumbnailFinalSize, TheResultsMayStandWhereTheRequestDoes) {
     ThumbnailInfo info = Box(160, 160);
     GetThumbnailFinalSize(&info, 1920, 1080, &info.mWidth, &info.mHeight);
     EXPECT_EQ(Size(info.mWidth, info.mHeight), Size(160, 90));
+}
+
+TEST(ThumbnailFinalSize, WithoutARequestOrAPlaceForASideNothingIsWritten) {
+    const ThumbnailInfo info = Box(160, 160);
+    uint32 side = 7;
+    GetThumbnailFinalSize(nullptr, 1920, 1080, &side, &side);
+    GetThumbnailFinalSize(&info, 1920, 1080, nullptr, &side);
+    GetThumbnailFinalSize(&info, 1920, 1080, &side, nullptr);
+    EXPECT_EQ(side, 7U);
 }
 
 // ---- against a computation of its own, in integers: single precision by hand ----

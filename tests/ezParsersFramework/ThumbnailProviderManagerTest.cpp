@@ -16,6 +16,7 @@
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <random>
 #include <regex>
 #include <set>
 #include <string>
@@ -156,6 +157,26 @@ TEST_F(ThumbnailProviderManager, TheNameHoldsIdentityGeometryRatioAndLock) {
     EXPECT_STREQ(kThumbnail_TempFileName, "thumb_%s_%lu_%lu_%lu_%lu_%lu_%lu_%c");
 }
 
+TEST_F(ThumbnailProviderManager, AnyGeometryRatioAndLockStandInTheNameInTheirOrder) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 2000; ++i) {
+        std::string expected = "id";
+        for (uint32 ThumbnailInfo::*field :
+             {&ThumbnailInfo::mWidth, &ThumbnailInfo::mHeight, &ThumbnailInfo::mWidthMax,
+              &ThumbnailInfo::mHeightMax, &ThumbnailInfo::mPixelRatioHeight,
+              &ThumbnailInfo::mPixelRatioWidth}) {
+            mInfo.*field = static_cast<uint32>(random()) >> random() % 32;
+            expected += "_" + std::to_string(mInfo.*field);
+        }
+        mInfo.mfParentalLocked = random() % 2 == 0;
+        mInfo.mThumbnailID = 1 + static_cast<uint32>(random()) % 3;
+        expected += mInfo.mfParentalLocked ? "_1" : "_0";
+        expected += mInfo.mThumbnailID == kPNGThumbnailID ? ".png" : ".jpg";
+        ASSERT_EQ(Name(), "thumb_" + expected);
+        ASSERT_EQ(Name(true), "thumb_video" + expected.substr(2));
+    }
+}
+
 TEST_F(ThumbnailProviderManager, WhatDoesNotShapeThePictureIsNotInTheName) {
     const std::string before = Name();
     mInfo.mMimeType = "audio/mpeg";
@@ -184,6 +205,8 @@ TEST_F(ThumbnailProviderManager, TheIdentityOfADefaultThumbnailIsTheMediaClass) 
     EXPECT_EQ(Name(true), "thumb_video_160_160_160_160_1_1_0.jpg");
     mInfo.mMimeType = "AUDIO";
     EXPECT_EQ(Name(true), "thumb_audio_160_160_160_160_1_1_0.jpg");
+    mInfo.mMimeType = "Image/x/y";
+    EXPECT_EQ(Name(true), "thumb_image_160_160_160_160_1_1_0.jpg");
     mInfo.mMimeType = "";
     EXPECT_EQ(Name(true), "thumb__160_160_160_160_1_1_0.jpg");
 }

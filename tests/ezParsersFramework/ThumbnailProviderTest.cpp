@@ -218,6 +218,48 @@ TEST_F(ThumbnailProvider, WhatSucceededStaysUntilTheNextFirstPathOrTheEndOfTries
     } // and the one left goes with the provider, which the leak check sees
 }
 
+TEST_F(ThumbnailProvider, WhoeverReplacesACandidateDisposesOfItAlsoInTheMiddle) {
+    mFolder.Write("first", "1");
+    mFolder.Write("second", "2");
+    TriedProvider provider = Tried({{"first", "image/jpeg"}, {"second", "image/jpeg"}});
+    provider.GetFirstPath(&mInfo);
+    provider.GetFirstPath(&mInfo);
+    EXPECT_EQ(provider.mLiving, 1);
+    provider.GetNextPath(&mInfo);
+    EXPECT_EQ(provider.mLiving, 1);
+    EXPECT_TRUE(provider.SourceToTry());
+    EXPECT_EQ(Built(provider), "thumbnail of 1"); // from the first one again
+    provider.GetNextPath(&mInfo);
+    provider.GetNextPath(&mInfo);
+    provider.GetNextPath(&mInfo); // behind the end
+    EXPECT_FALSE(provider.SourceToTry());
+    EXPECT_EQ(provider.mLiving, 0);
+}
+
+TEST_F(ThumbnailProvider, WithoutRequestGeneratorOrFileNothingIsTried) {
+    mFolder.Write("first", "1");
+    const TriedProvider::Candidates candidates = {{mFolder.Path("first"), "image/jpeg"}};
+    TriedProvider tried(&mGenerator, candidates);
+    TriedProvider orphan(nullptr, candidates);
+    ezPictureThumbnailProvider pictures(&mGenerator, "pictures");
+    ezPictureThumbnailProvider idle(nullptr, "idle");
+    ezFile file;
+    EXPECT_TRUE(file.Create(mFolder.Path("out").c_str(), true, ezFileAccessMode_ReadWrite));
+    for (ezThumbnailProvider* provider :
+         {static_cast<ezThumbnailProvider*>(&tried), static_cast<ezThumbnailProvider*>(&pictures)}) {
+        EXPECT_EQ(provider->GetPossibleThumbnailFor(nullptr), 0U);
+        EXPECT_FALSE(provider->BuildThumbnail(nullptr, &file));
+        EXPECT_FALSE(provider->BuildThumbnail(&mInfo, nullptr));
+    }
+    for (ezThumbnailProvider* provider :
+         {static_cast<ezThumbnailProvider*>(&orphan), static_cast<ezThumbnailProvider*>(&idle)}) {
+        EXPECT_EQ(provider->GetPossibleThumbnailFor(&mInfo), 0U);
+        EXPECT_FALSE(provider->BuildThumbnail(&mInfo, &file));
+    }
+    EXPECT_EQ(mTrace, (Trace{}));
+    EXPECT_FALSE(tried.SourceToTry());
+}
+
 TEST_F(ThumbnailProvider, AFileThatCannotBeEmptiedIsNotBuiltInto) {
     mFolder.Write("first", "1");
     TriedProvider provider = Tried({{"first", "image/jpeg"}});

@@ -14,7 +14,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <type_traits>
+#include <sys/stat.h>
+#include <vector>
 
 namespace {
 
@@ -65,6 +66,27 @@ TEST_F(FileThumbnailSource, OfAFileThatDoesNotOpenTheStreamIsNotOpen) {
         const ezFileThumbnailSource source(&info);
         EXPECT_FALSE(source.Exists()) << path;
         EXPECT_EQ(ReadAll(source.GetStream()), "<closed>") << path;
+    }
+}
+
+TEST_F(FileThumbnailSource, WithoutARequestThereIsNoFile) {
+    const ezFileThumbnailSource source(nullptr);
+    EXPECT_EQ(Str(source.GetMimeType()), "");
+    EXPECT_EQ(Str(source.GetFullPath()), "");
+    EXPECT_FALSE(source.Exists());
+    EXPECT_EQ(ReadAll(source.GetStream()), "<closed>");
+}
+
+TEST_F(FileThumbnailSource, WhatIsNoFileIsNeitherWaitedForNorRead) {
+    const std::string pipe = mFolder.Path("pipe.jpg");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {pipe, mFolder.Write("a.jpg", "picture") + std::string("\0.png", 5)}) {
+        const ThumbnailInfo info = ItemAt(path);
+        EXPECT_EQ(ReadAll(ezFileThumbnailSource(&info).GetStream()), "<closed>");
+        EXPECT_EQ(ReadAll(ezFilePartThumbnailSource("", info.mFilePath, 0, 4, false, 0).GetStream()),
+                  "<null>");
+        EXPECT_EQ(ReadAll(ezFilePartThumbnailSource("", info.mFilePath, 0, 4, true, 0).GetStream()),
+                  "<null>");
     }
 }
 
@@ -198,6 +220,36 @@ TEST_F(FilePartThumbnailSource, EveryLengthOfTextDecodesToItsWholeBytes) {
     for (uint32 size = 1; size <= text.size(); ++size) {
         for (uint32 offset = 0; offset <= size * 3 / 4; ++offset) {
             EXPECT_EQ(Decoded(text, 0, size, offset), bytes.substr(offset, size * 3 / 4 - offset)) << size;
+        }
+    }
+}
+
+TEST_F(FilePartThumbnailSource, EveryPieceOfATextWithLineEndsAndPaddingDecodesToItsWholeBytes) {
+    // 3, 2 and 1 bytes in their last group, in lines as mails and tags have them.
+    for (const std::string text : {"AAEC\r\nAwQF\r\nBgcI\r\n", "AAEC\nAwQF\nBgc=\n", "AAECA wQFBg\t==\n  "}) {
+        for (std::size_t from = 0; from <= text.size(); ++from) {
+            for (std::size_t size = 0; size <= text.size() - from + 2; ++size) {
+                const std::string piece = text.substr(from, size);
+                std::string bytes;
+                unsigned bits = 0;
+                unsigned count = 0;
+                for (const char character : piece.substr(0, piece.find('='))) {
+                    const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+                    const std::size_t value = (alphabet + "0123456789+/").find(character);
+                    if (value == std::string::npos) {
+                        continue;
+                    }
+                    bits = bits << 6 | static_cast<unsigned>(value);
+                    count += 6;
+                    if (count >= 8) {
+                        count -= 8;
+                        bytes += static_cast<char>(bits >> count & 0xFF);
+                    }
+                }
+                const std::string expected = piece.empty() ? "<null>" : bytes;
+                const auto offset = static_cast<ezFileOffset>(from);
+                ASSERT_EQ(Decoded(text, offset, static_cast<uint32>(size)), expected) << from << "+" << size;
+            }
         }
     }
 }

@@ -63,6 +63,10 @@ bool DropRights() {
                         dup2(anError, STDERR_FILENO) >= 0 &&
                         (anOptions.mFolder.empty() || chdir(anOptions.mFolder.c_str()) == 0) &&
                         (!anOptions.mfWithoutRights || DropRights());
+    for (const std::string& variable : anOptions.mEnvironment) {
+        // The name alone is taken away; the texts outlive what is executed here.
+        putenv(const_cast<char*>(variable.c_str()));
+    }
     if (fReady) {
         execv(aProgram.c_str(), anArguments.data());
     }

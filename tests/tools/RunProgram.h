@@ -19,7 +19,9 @@ struct ProgramOptions {
     bool mfWithoutRights = false;   ///< permissions refuse it, also when the tests run as root
     bool mfErrorOnTerminal = false; ///< its standard error is a terminal
     std::string mOutTo;             ///< the file that standard output goes to instead of mOut
-    int mIn = -1;                   ///< standard input, borrowed; -1 for an empty one
+    /// Variables of its environment that are not those of the tests, as "NAME=VALUE"; "NAME" takes one away.
+    std::vector<std::string> mEnvironment;
+    int mIn = -1; ///< standard input, borrowed; -1 for an empty one
     /// Called when the program has been started, with its process.
     std::function<void(pid_t)> mWhenStarted;
 };

@@ -37,11 +37,14 @@ struct NamedVerb {
     Verb mVerb;
 };
 
-constexpr std::array<NamedVerb, 5> kVerbs = {{{"parse", Verb::Parse},
+constexpr std::array<NamedVerb, 8> kVerbs = {{{"parse", Verb::Parse},
                                               {"capabilities", Verb::Capabilities},
                                               {"types", Verb::Types},
                                               {"mapper", Verb::Mapper},
-                                              {"playlist", Verb::Playlist}}};
+                                              {"playlist", Verb::Playlist},
+                                              {"profiles", Verb::Profiles},
+                                              {"thumbnail", Verb::Thumbnail},
+                                              {"contact-sheet", Verb::ContactSheet}}};
 
 struct NamedMapperVerb {
     std::string_view mName;
@@ -71,7 +74,10 @@ constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
                                "       ezannounce [OPTIONS] capabilities\n"
                                "       ezannounce [OPTIONS] types EXT|MIME...\n"
                                "       ezannounce [OPTIONS] mapper VERB [NAME...]\n"
-                               "       ezannounce [OPTIONS] playlist FILE|URL|-\n";
+                               "       ezannounce [OPTIONS] playlist FILE|URL|-\n"
+                               "       ezannounce [OPTIONS] profiles [FILE...]\n"
+                               "       ezannounce [OPTIONS] thumbnail FILE -o OUT\n"
+                               "       ezannounce [OPTIONS] contact-sheet DIR -o OUT\n";
 
 constexpr const char* kFooter =
     "Verbs:\n"
@@ -89,6 +95,11 @@ constexpr const char* kFooter =
     "                              switch play speeds of profiles on or off, and save\n"
     "  mapper save                 write the table anew\n"
     "  playlist FILE|URL|-         the entries of a playlist and their URLs; - is standard input\n"
+    "  profiles [FILE...]          the built-in table of profile rules, or what is wrong with others, by "
+    "line\n"
+    "  thumbnail FILE -o OUT       a small picture of a media: of itself, the cover in it, or a picture\n"
+    "                              beside it\n"
+    "  contact-sheet DIR -o OUT    the thumbnails of a folder's media on one JPEG page\n"
     "\n"
     "The first word that is no option is the verb if it names one, else a path; \"--\" ends the options and\n"
     "makes all that follows a path.\n"
@@ -96,7 +107,7 @@ constexpr const char* kFooter =
     "Exit status: 0 all went well; 1 something could not be read or looked up, or a file that was named\n"
     "itself (not found in a folder) was not recognised, or a check found something, or a playlist has no "
     "such\n"
-    "entry; 2 wrong usage.";
+    "entry, or there is no thumbnail or a file could not be written; 2 wrong usage.";
 
 class HelpFormatter : public CLI::Formatter {
 public:
@@ -117,6 +128,7 @@ struct OptionTexts {
     std::optional<std::string> mTimeout;
     std::optional<std::string> mPacketSize;
     PlaylistTexts mPlaylist;
+    ThumbnailTexts mThumbnail;
 };
 
 void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts) {
@@ -146,6 +158,9 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
     addText("--packet", aTexts.mPacketSize, "SIZE",
             "With --es: bytes that are pushed at once (default 188), or the word odd");
     DeclarePlaylistOptions(anApp, anArguments.mPlaylist, aTexts.mPlaylist);
+    DeclareThumbnailOptions(anApp, anArguments.mThumbnail, aTexts.mThumbnail);
+    addText("--profiles", anArguments.mProfiles, "FILE",
+            "parse, capabilities: the profile rules of this file in place of the built-in ones");
     addText("--config", anArguments.mConfigFolder, "DIR", "Folder of the read-only configuration");
     addText("--state", anArguments.mStateFolder, "DIR", "Folder of the configuration that lies over it");
     addText("--log", aTexts.mLogLevel, "LEVEL", "Messages of the library: error, warning, info or debug");
@@ -187,8 +202,11 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
         }
         anArguments.mLogLevel = level->mNumber;
     }
-    const std::string error = ReadStreamTexts(aTexts, anArguments);
-    return error.empty() ? ReadPlaylistTexts(aTexts.mPlaylist, anArguments.mPlaylist) : error;
+    std::string error = ReadStreamTexts(aTexts, anArguments);
+    if (error.empty()) {
+        error = ReadPlaylistTexts(aTexts.mPlaylist, anArguments.mPlaylist);
+    }
+    return error.empty() ? ReadThumbnailTexts(aTexts.mThumbnail, anArguments.mThumbnail) : error;
 }
 
 std::string TakeMapperVerb(std::vector<std::string>& aWords, Arguments& anArguments) {
@@ -259,14 +277,17 @@ std::string CheckMapperVerb(const Arguments& anArguments, const OptionTexts& aTe
     return {};
 }
 
-/// What of the options about the media mapper and link protection does not go with the verb.
-std::string CheckMapperOptions(const Arguments& anArguments) {
-    const bool fCanHaveMapper = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
+/// What of the options about the media mapper, link protection and profile rules does not go with the verb.
+std::string CheckTableOptions(const Arguments& anArguments) {
+    const bool fAnnounces = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
     if (anArguments.mfDTCP && anArguments.mVerb != Verb::Capabilities) {
         return "--dtcp goes with capabilities only";
     }
-    if (anArguments.mfMapper && !fCanHaveMapper) {
+    if (anArguments.mfMapper && !fAnnounces) {
         return "--mapper goes with parse and capabilities only";
+    }
+    if (anArguments.mProfiles && !fAnnounces) {
+        return "--profiles goes with parse and capabilities only";
     }
     if (anArguments.mfNoCopy && !anArguments.mfMapper && anArguments.mVerb != Verb::Mapper) {
         return "--no-copy goes with --mapper and with the verb mapper only";
@@ -294,23 +315,62 @@ std::string CheckStreamOptions(const Arguments& anArguments, const OptionTexts& 
     if (aTexts.mPacketSize && !anArguments.mfElementary) {
         return "--packet goes with --es only";
     }
-    if (anArguments.mfElementary && (anArguments.mfExplain || anArguments.mfMapper || aTexts.mParseOptions)) {
-        return "--explain, --mapper and --parse-options do not go with --es";
+    const bool fAnnouncement = anArguments.mfExplain || anArguments.mfMapper || anArguments.mProfiles;
+    if (anArguments.mfElementary && (fAnnouncement || aTexts.mParseOptions)) {
+        return "--explain, --mapper, --profiles and --parse-options do not go with --es";
+    }
+    return {};
+}
+
+/// What of the options of one verb, or of two, does not go with another.
+std::string CheckForeignOptions(const Arguments& anArguments) {
+    const Verb verb = anArguments.mVerb;
+    const ThumbnailOptions& thumbnail = anArguments.mThumbnail;
+    if (anArguments.mPlaylist.HasAny() && verb != Verb::Playlist) {
+        return "--index, --at, --next and --serve-lines go with playlist only";
+    }
+    if (verb == Verb::Thumbnail || verb == Verb::ContactSheet) {
+        return {};
+    }
+    if (thumbnail.HasAnyOfThumbnail()) {
+        return "--size, --box, --png and --default go with thumbnail only";
+    }
+    return thumbnail.HasAnyOfBoth() ? "-o, --fast and --cache go with thumbnail and contact-sheet only" : "";
+}
+
+/// What of the operands does not go with the verb.
+std::string CheckOperands(const Arguments& anArguments) {
+    const std::vector<std::string>& operands = anArguments.mOperands;
+    switch (anArguments.mVerb) {
+    case Verb::Parse:
+        return operands.empty() ? "no path given" : "";
+    case Verb::Capabilities:
+        return operands.empty() ? "" : "capabilities takes no operand";
+    case Verb::Types:
+        return operands.empty() ? "no extension or MIME type given" : "";
+    case Verb::Thumbnail:
+        return CheckThumbnail(anArguments.mThumbnail, operands);
+    case Verb::ContactSheet:
+        return CheckContactSheet(anArguments.mThumbnail, operands);
+    case Verb::Mapper:
+    case Verb::Playlist:
+    case Verb::Profiles:
+        break;
     }
     return {};
 }
 
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
-    std::string error = CheckMapperOptions(anArguments);
+    std::string error = CheckTableOptions(anArguments);
     if (error.empty()) {
         error = CheckStreamOptions(anArguments, aTexts);
     }
+    if (error.empty()) {
+        error = CheckForeignOptions(anArguments);
+    }
     if (!error.empty()) {
         return error;
-    }
-    if (anArguments.mPlaylist.HasAny() && anArguments.mVerb != Verb::Playlist) {
-        return "--index, --at, --next and --serve-lines go with playlist only";
     }
     if (anArguments.mVerb == Verb::Mapper) {
         return CheckMapperVerb(anArguments, aTexts);
@@ -326,18 +386,7 @@ std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aText
             return "--json, --explain and --parse-options go with parse only";
         }
     }
-    switch (anArguments.mVerb) {
-    case Verb::Parse:
-        return anArguments.mOperands.empty() ? "no path given" : "";
-    case Verb::Capabilities:
-        return anArguments.mOperands.empty() ? "" : "capabilities takes no operand";
-    case Verb::Types:
-        return anArguments.mOperands.empty() ? "no extension or MIME type given" : "";
-    case Verb::Mapper:
-    case Verb::Playlist:
-        break;
-    }
-    return {};
+    return CheckOperands(anArguments);
 }
 
 } // namespace

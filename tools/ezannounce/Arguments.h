@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PlaylistOptions.h"
+#include "ThumbnailOptions.h"
 
 #include <optional>
 #include <string>
@@ -9,7 +10,7 @@
 /// The exit statuses.
 enum ExitStatus : int { kExitSuccess = 0, kExitSomeFailed = 1, kExitWrongUsage = 2 };
 
-enum class Verb { Parse, Capabilities, Types, Mapper, Playlist };
+enum class Verb { Parse, Capabilities, Types, Mapper, Playlist, Profiles, Thumbnail, ContactSheet };
 
 /// What is done with the media mapper.
 enum class MapperVerb { List, Show, Profiles, Check, Enable, Disable, Speeds, Save };
@@ -32,12 +33,14 @@ struct Arguments {
     int mParseOptions = 0; ///< a set of ezParseOption bits
     std::optional<std::string> mConfigFolder;
     std::optional<std::string> mStateFolder;
+    std::optional<std::string> mProfiles;        ///< a file of profile rules
     std::optional<int> mLogLevel;                ///< for _ezLog_Level
     std::optional<std::string> mName;            ///< of standard input
     unsigned mTimeout = 30;                      ///< seconds for which a web server may send nothing
     bool mfElementary = false;                   ///< the operands are elementary streams
     unsigned mPacketSize = kTransportPacketSize; ///< bytes that are pushed at once; 0 for odd sizes
     PlaylistOptions mPlaylist;                   ///< of Verb::Playlist
+    ThumbnailOptions mThumbnail;                 ///< of Verb::Thumbnail and Verb::ContactSheet
 };
 
 /// What came of reading the command line.

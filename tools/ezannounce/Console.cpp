@@ -38,12 +38,16 @@ void sLogSink(const ezLogLine& aLine, void* aConsole) {
 } // namespace
 
 Console::Console() : mfTerminal(isatty(STDERR_FILENO) == 1), mLastProgress(Clock::now()) {
-    ezLog_SetSink(sLogSink, this);
+    TakeLog();
 }
 
 Console::~Console() {
     ezLog_SetSink(nullptr, nullptr);
     ClearProgress();
+}
+
+void Console::TakeLog() {
+    ezLog_SetSink(sLogSink, this);
 }
 
 void Console::Print(std::string_view aText) {

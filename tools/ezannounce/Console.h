@@ -14,6 +14,9 @@ public:
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
+    /// Makes the library's log come here, as it does from the start on.
+    void TakeLog();
+
     /// Writes a result as it is.
     void Print(std::string_view aText);
 

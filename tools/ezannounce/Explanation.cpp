@@ -137,7 +137,8 @@ std::string InWords(const ExplainedAttempt& anAttempt) {
     case Outcome::Answered:
         return words + " (" + anAttempt.mParserName + "): answered";
     case Outcome::Declined:
-        return words + " (" + anAttempt.mParserName + "): declined";
+        return words + " (" + anAttempt.mParserName + "): declined" +
+               (anAttempt.mReason.empty() ? "" : ": ") + anAttempt.mReason;
     case Outcome::NoParser:
         return words + ": there is no such parser";
     case Outcome::TriedBefore:
@@ -147,15 +148,30 @@ std::string InWords(const ExplainedAttempt& anAttempt) {
 }
 
 Explainer::Explainer(HostManager& aManager, ExtensionMimeTypeMatcher& aMatcher, ezPropertyList* anEnvironment,
-                     int aParseOptions)
-    : mManager(aManager), mMatcher(aMatcher), mEnvironment(anEnvironment), mParseOptions(aParseOptions) {}
+                     int aParseOptions, std::vector<Refusal> aRefusals)
+    : mManager(aManager),
+      mMatcher(aMatcher),
+      mEnvironment(anEnvironment),
+      mParseOptions(aParseOptions),
+      mRefusals(std::move(aRefusals)) {}
+
+std::string Explainer::ReasonOf(const Attempt& anAttempt, const std::string& aParserName) const {
+    std::string reasons;
+    for (const Refusal& refusal : mRefusals) {
+        if (anAttempt.mOutcome == Outcome::Declined && refusal.mParserName == aParserName) {
+            reasons += (reasons.empty() ? "" : "; ") + refusal.mReason;
+        }
+    }
+    return reasons;
+}
 
 Explanation Explainer::Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised,
                                const MapperAnswer* aMapperAnswer) {
     Explanation explanation;
     for (const Attempt& attempt : mManager.GetAttempts()) {
         const std::string name = attempt.mParser != nullptr ? HostManager::NameOf(*attempt.mParser) : "";
-        explanation.mAttempts.push_back({attempt.mType, name, attempt.mOutcome, attempt.mDepth});
+        explanation.mAttempts.push_back(
+            {attempt.mType, name, attempt.mOutcome, attempt.mDepth, ReasonOf(attempt, name)});
     }
     for (Entry* entry : ezItems<Entry>(mMatcher.EntriesFromExtension(aStream.GetExtension()))) {
         explanation.mEntries.push_back({NameOf(*entry), mMatcher.IsExcludedEntry(entry)});

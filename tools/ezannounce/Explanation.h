@@ -2,6 +2,7 @@
 
 #include "Facts.h"
 #include "HostManager.h"
+#include "RefusalLog.h"
 
 #include <memory>
 #include <string>
@@ -50,6 +51,7 @@ struct ExplainedAttempt {
     std::string mParserName; ///< "" where the type led to no parser
     Outcome mOutcome;
     std::size_t mDepth;
+    std::string mReason; ///< why the parser declined, where it said so
 };
 
 std::string InWords(const ExplainedAttempt& anAttempt);
@@ -66,15 +68,16 @@ struct Explanation {
 /// that came out.
 class Explainer {
 public:
-    /// Everything is borrowed.
+    /// Everything but what the parsers said when they refused is borrowed.
     Explainer(HostManager& aManager, ExtensionMimeTypeMatcher& aMatcher, ezPropertyList* anEnvironment,
-              int aParseOptions);
+              int aParseOptions, std::vector<Refusal> aRefusals);
 
     /// @param aMapperAnswer  null where no media mapper is in force or it does not know the media
     Explanation Explain(ezMediaParserStream& aStream, const ezMediaInfo& anInfo, bool afRecognised,
                         const MapperAnswer* aMapperAnswer);
 
 private:
+    std::string ReasonOf(const Attempt& anAttempt, const std::string& aParserName) const;
     void FindRecords(ezMediaParserStream& aStream);
     std::string WinningEntryName(const ezCString& anExtension);
     Source SourceOf(const Fact& aFact, const ezMediaInfo& anInfo) const;
@@ -85,6 +88,7 @@ private:
     ExtensionMimeTypeMatcher& mMatcher;
     ezPropertyList* mEnvironment;
     int mParseOptions;
+    std::vector<Refusal> mRefusals;
 
     const Answer* mOuter = nullptr;       ///< whose record the request ended with
     const Answer* mInner = nullptr;       ///< whose record the media types ini parser completed

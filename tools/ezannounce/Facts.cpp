@@ -12,8 +12,12 @@ namespace {
 
 /// A bit rate that varies or cannot be told.
 constexpr std::uint64_t kVariableRate = 0xFFFFFFFF;
+/// A record has pictures in so many seconds.
+constexpr unsigned kFrameRateDivisor = 1000;
+/// What a record has for the level just below 1.
+constexpr std::uint64_t kLevelBelowOne = 9;
 
-enum class Kind { Text, Bytes, Seconds, Rate, Hertz, Count, Flag };
+enum class Kind { Text, Bytes, Seconds, Rate, Hertz, Count, Flag, FrameRate, Level };
 
 struct KnownKey {
     const char* mKey;
@@ -22,13 +26,14 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 24> kKnownKeys = {{
+constexpr std::array<KnownKey, 32> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
     {kezInfo_FileSize, "size", "size", Kind::Bytes},
     {kezInfo_FileExtension, "extension", "extension", Kind::Text},
     {kezInfo_Duration, "duration", "duration", Kind::Seconds},
+    {kezInfo_DurationMethod, "duration_from", "duration from", Kind::Text},
     {kezInfo_BitRate, "bit_rate", "bit rate", Kind::Rate},
     {kezInfo_MaxBitRate, "max_bit_rate", "max. bit rate", Kind::Rate},
     {kezInfo_EstimatedBitRate, "estimated_bit_rate", "est. bit rate", Kind::Rate},
@@ -42,8 +47,15 @@ constexpr std::array<KnownKey, 24> kKnownKeys = {{
     {kezInfo_AudioBitsPerSample, "bits_per_sample", "bits per sample", Kind::Count},
     {kezInfo_HasVideoTrack, "has_video", "video", Kind::Flag},
     {kezInfo_VideoCodec, "video_codec", "video codec", Kind::Text},
+    {kezInfo_VideoProfile, "video_profile", "video profile", Kind::Text},
+    {kezInfo_VideoLevel, "video_level", "video level", Kind::Level},
     {kezInfo_PictureWidth, "picture_width", "picture width", Kind::Count},
     {kezInfo_PictureHeight, "picture_height", "picture height", Kind::Count},
+    {kezInfo_FrameRate, "frame_rate", "frame rate", Kind::FrameRate},
+    {kezInfo_PictureProcess, "process", "process", Kind::Text},
+    {kezInfo_PictureColours, "colours", "colours", Kind::Text},
+    {kezInfo_PictureBitDepth, "bit_depth", "bit depth", Kind::Count},
+    {kezInfo_Orientation, "orientation", "orientation", Kind::Count},
     {kezInfo_VideoBitRate, "video_bit_rate", "video bit rate", Kind::Rate},
     {kezInfo_VideoMaxBitRate, "video_max_bit_rate", "max. video rate", Kind::Rate},
     {kezInfo_VideoEstimatedBitRate, "video_estimated_bit_rate", "est. video rate", Kind::Rate},
@@ -87,6 +99,22 @@ std::string DurationInWords(std::uint64_t aSeconds) {
     return text.data();
 }
 
+/// "29.97" of 29970, "25" of 25000.
+std::string ThousandthsInWords(std::uint64_t aNumber) {
+    std::string fraction = std::to_string(kFrameRateDivisor + aNumber % kFrameRateDivisor).substr(1);
+    fraction.erase(fraction.find_last_not_of('0') + 1);
+    return std::to_string(aNumber / kFrameRateDivisor) + (fraction.empty() ? "" : ".") + fraction;
+}
+
+/// "3.1" of 31, "3" of 30. The level just below 1 is "0b" in MPEG-4 part 2 and "1b" elsewhere.
+std::string LevelInWords(std::uint64_t aNumber, bool afMpeg4) {
+    if (aNumber == kLevelBelowOne) {
+        return afMpeg4 ? "0b" : "1b";
+    }
+    const std::uint64_t tenths = aNumber % 10;
+    return std::to_string(aNumber / 10) + (tenths != 0 ? "." + std::to_string(tenths) : "");
+}
+
 std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     switch (aKind) {
     case Kind::Bytes:
@@ -99,8 +127,11 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
         return ThousandsInWords(aNumber, "Hz");
     case Kind::Flag:
         return aNumber != 0 ? "yes" : "no";
+    case Kind::FrameRate:
+        return ThousandthsInWords(aNumber);
     case Kind::Text:
     case Kind::Count:
+    case Kind::Level:
         break;
     }
     return std::to_string(aNumber);
@@ -108,7 +139,8 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
 
 /// 0 of these means that nobody knows, so there is nothing to tell.
 bool IsUnknown(Kind aKind, std::uint64_t aNumber) {
-    return aNumber == 0 && (aKind == Kind::Rate || aKind == Kind::Hertz || aKind == Kind::Count);
+    constexpr std::array<Kind, 4> kKinds = {Kind::Rate, Kind::Hertz, Kind::Count, Kind::FrameRate};
+    return aNumber == 0 && std::find(kKinds.begin(), kKinds.end(), aKind) != kKinds.end();
 }
 
 class FactMaker {
@@ -172,22 +204,34 @@ private:
         return mInfo.GetUInt64(aKey, 0) == mInfo.GetUInt64(aKey, 1);
     }
 
+    /// False for a number that tells nothing.
+    bool FillNumber(Fact& aFact, Kind aKind) const {
+        aFact.mNumber = mInfo.GetUInt64(aFact.mKey.c_str(), 0).ToUInt64();
+        if (IsUnknown(aKind, aFact.mNumber)) {
+            return false;
+        }
+        aFact.mfNumber = true;
+        aFact.mfFlag = aKind == Kind::Flag;
+        aFact.mDivisor = aKind == Kind::FrameRate ? kFrameRateDivisor : 1;
+        aFact.mWords = NumberInWords(aKind, aFact.mNumber);
+        if (aKind == Kind::Level) {
+            aFact.mWords = LevelInWords(aFact.mNumber, mInfo.GetCString(kezInfo_VideoCodec, "") == "MPEG4");
+        }
+        if (aKind == Kind::Level || (aKind == Kind::Rate && aFact.mNumber == kVariableRate)) {
+            aFact.mfNumber = false;
+            aFact.mText = aFact.mWords;
+        }
+        return true;
+    }
+
     void AddKey(const char* aKey, const KnownKey& aKnown) {
         Fact fact;
         fact.mKey = aKey;
         fact.mName = aKnown.mName;
         fact.mLabel = fact.mName.empty() ? fact.mKey : aKnown.mLabel;
         if (IsToBeShownAsNumber(aKey, aKnown)) {
-            fact.mfNumber = true;
-            fact.mNumber = mInfo.GetUInt64(aKey, 0).ToUInt64();
-            if (IsUnknown(aKnown.mKind, fact.mNumber)) {
+            if (!FillNumber(fact, aKnown.mKind)) {
                 return;
-            }
-            fact.mfFlag = aKnown.mKind == Kind::Flag;
-            fact.mWords = NumberInWords(aKnown.mKind, fact.mNumber);
-            if (aKnown.mKind == Kind::Rate && fact.mNumber == kVariableRate) {
-                fact.mfNumber = false;
-                fact.mText = fact.mWords;
             }
         } else {
             fact.mText = mInfo.GetCString(aKey, "").View();

@@ -13,9 +13,10 @@ struct Fact {
     std::string mName;     ///< for programs: "bit_rate"; "" for a key that has no name of its own
     std::string mLabel;    ///< for people: "bit rate"
     std::string mWords;    ///< for people: "128 kbit/s"; not escaped
-    bool mfNumber = false; ///< the value is mNumber, else mText
+    bool mfNumber = false; ///< the value is mNumber, in mDivisor-ths, else mText
     bool mfFlag = false;   ///< the value is a yes or no: mNumber 1 or 0
     std::uint64_t mNumber = 0;
+    unsigned mDivisor = 1; ///< 1000 of a frame rate
     std::string mText;
 };
 

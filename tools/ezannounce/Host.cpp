@@ -1,12 +1,15 @@
 #include "Host.h"
 
+#include "Capabilities.h"
 #include "Explanation.h"
 #include "MapperAnswer.h"
+#include "RefusalLog.h"
 #include "TypesTableParser.h"
 #include "Unreadable.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
+#include "ezFormats/FormatParsers.h"
 #include "ezPlatform/containers/PtrList.h"
 
 namespace {
@@ -28,7 +31,8 @@ Announcement::Announcement(Announcement&&) noexcept = default;
 Announcement& Announcement::operator=(Announcement&&) noexcept = default;
 Announcement::~Announcement() = default;
 
-Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders)
+Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
+           std::shared_ptr<const ProfileRules> aRules, Console* aConsole)
     : mEnvironment(ezPropertyList_New()),
       mfExplain(anArguments.mfExplain),
       mParseOptions(anArguments.mParseOptions) {
@@ -43,7 +47,11 @@ Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders)
     mManager = std::make_unique<HostManager>(mEnvironment);
     mManager->SetTracing(mfExplain);
     mManager->AddStandardParsers(mParseOptions);
-    mManager->Add(new TypesTableParser(*mMatcher));
+    RegisterFormatParsers(*mManager, std::move(aRules));
+    mManager->Add(new TypesTableParser(*mMatcher, ProtocolInfosOf(mManager->GetDLNAInfo().View())));
+    if (mfExplain) {
+        mRefusals = std::make_unique<RefusalLog>(aConsole);
+    }
 }
 
 Host::~Host() {
@@ -92,7 +100,7 @@ void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Anno
         }
     }
     if (mfExplain) {
-        Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions);
+        Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions, mRefusals->Take());
         anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
             aStream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
     }

@@ -10,7 +10,10 @@
 #include <memory>
 #include <string>
 
+class Console;
 class DLNAMediaMapper;
+class ProfileRules;
+class RefusalLog;
 class ezMediaParserStream;
 struct Explanation;
 struct MapperAnswer;
@@ -35,7 +38,10 @@ struct Announcement {
 /// look things up in.
 class Host {
 public:
-    Host(const Arguments& anArguments, const ConfigFolders& aFolders);
+    /// @param aRules    which profile a media keeps; null for the built-in table
+    /// @param aConsole  where the library's log goes to; borrowed; null for standard error
+    Host(const Arguments& anArguments, const ConfigFolders& aFolders,
+         std::shared_ptr<const ProfileRules> aRules = nullptr, Console* aConsole = nullptr);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -58,6 +64,7 @@ private:
     std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
     std::unique_ptr<HostManager> mManager;
     std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
+    std::unique_ptr<RefusalLog> mRefusals;    ///< only to explain
     bool mfExplain;
     int mParseOptions;
 };

@@ -18,6 +18,9 @@ Json ValueOf(const Fact& aFact) {
     if (aFact.mfFlag) {
         return aFact.mNumber != 0;
     }
+    if (aFact.mDivisor != 1) {
+        return static_cast<double>(aFact.mNumber) / aFact.mDivisor;
+    }
     if (aFact.mfNumber) {
         return aFact.mNumber;
     }
@@ -48,8 +51,12 @@ Json ExplanationOf(const Explanation& anExplanation) {
     Json attempts = Json::array();
     for (const ExplainedAttempt& attempt : anExplanation.mAttempts) {
         Json parser = attempt.mParserName.empty() ? Json(nullptr) : Json(attempt.mParserName);
-        attempts.push_back(
-            {{"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mOutcome)}});
+        Json tried = {
+            {"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mOutcome)}};
+        if (!attempt.mReason.empty()) {
+            tried["reason"] = attempt.mReason;
+        }
+        attempts.push_back(std::move(tried));
     }
     return {{"facts", std::move(facts)}, {"entries", std::move(entries)}, {"tried", std::move(attempts)}};
 }

@@ -9,6 +9,8 @@
 #include "SafeText.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace {
 
@@ -33,11 +35,15 @@ bool HasColumn(const Fact& aFact) {
 
 /// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
 std::string ShortWords(const Fact& aFact) {
-    const bool fPlain = aFact.mName == "duration" || aFact.mName == "bit_rate" ||
-                        aFact.mName == "sampling_rate" || aFact.mName == "audio_codec" ||
-                        aFact.mName == "video_codec";
+    constexpr std::array<std::string_view, 8> kPlain = {"duration",    "bit_rate",    "sampling_rate",
+                                                        "audio_codec", "video_codec", "video_profile",
+                                                        "process",     "colours"};
+    const bool fPlain = std::find(kPlain.begin(), kPlain.end(), aFact.mName) != kPlain.end();
     if (fPlain && aFact.mWords != "variable") {
         return aFact.mWords;
+    }
+    if (aFact.mName == "frame_rate") {
+        return aFact.mWords + " fps";
     }
     if (aFact.mName == "channels") {
         return aFact.mWords + (aFact.mNumber == 1 ? " channel" : " channels");
@@ -45,11 +51,11 @@ std::string ShortWords(const Fact& aFact) {
     if (aFact.mName == "audio_tracks") {
         return aFact.mNumber == 1 ? "" : aFact.mWords + " audio tracks";
     }
-    if (aFact.mName == "bits_per_sample") {
+    if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
     }
-    if (aFact.mName == "has_video") {
-        return ""; // the class tells
+    if (aFact.mName == "has_video" || aFact.mName == "duration_from") {
+        return ""; // the class tells; how sure the duration is, is a matter of explanations
     }
     return aFact.mLabel + " " + aFact.mWords;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -34,8 +35,8 @@ bool IsMimeType(std::string_view aText) {
            std::all_of(parameters.begin(), parameters.end(), IsParameterCharacter);
 }
 
-TypesTableParser::TypesTableParser(ExtensionMimeTypeMatcher& aMatcher)
-    : ezMediaParser("types-table", nullptr, false), mMatcher(aMatcher) {}
+TypesTableParser::TypesTableParser(ExtensionMimeTypeMatcher& aMatcher, std::vector<std::string> aDeclared)
+    : ezMediaParser("types-table", nullptr, false), mMatcher(aMatcher), mDeclared(std::move(aDeclared)) {}
 
 bool TypesTableParser::AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) {
     return false;
@@ -43,17 +44,15 @@ bool TypesTableParser::AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) {
 
 ezCString TypesTableParser::GetDLNAInfo() {
     std::string text;
-    std::set<std::string_view> declared;
+    std::set<std::string> declared(mDeclared.begin(), mDeclared.end());
     for (ExtensionMimeTypeMatcherEntry* entry :
          ezItems<ExtensionMimeTypeMatcherEntry>(mMatcher.AllEntries())) {
         if (ezPtrList_GetCount(entry->mMimeTypes) == 0 || mMatcher.IsExcludedEntry(entry)) {
             continue;
         }
-        const std::string_view mimeType = static_cast<const char*>(*ezPtrList_GetAt(entry->mMimeTypes, 0));
-        if (IsMimeType(mimeType) && declared.insert(mimeType).second) {
-            text += text.empty() ? "" : ",";
-            text += mimeType;
-            text += ":*";
+        const std::string mimeType = static_cast<const char*>(*ezPtrList_GetAt(entry->mMimeTypes, 0));
+        if (IsMimeType(mimeType) && declared.insert("http-get:*:" + mimeType + ":*").second) {
+            text += (text.empty() ? "" : ",") + mimeType + ":*";
         }
     }
     return ezCString(text);

@@ -18,3 +18,9 @@ int RunMapperShow(const Arguments& anArguments, const ConfigFolders& aFolders, H
                   Console& aConsole);
 /// Needs no configuration.
 int RunPlaylist(const Arguments& anArguments, Console& aConsole);
+/// The table of profile rules. Needs no configuration.
+int RunProfiles(const Arguments& anArguments, Console& aConsole);
+/// The thumbnail of one media, into a file.
+int RunThumbnail(const Arguments& anArguments, Host& aHost, Console& aConsole);
+/// Those of a folder's media, on one page.
+int RunContactSheet(const Arguments& anArguments, Host& aHost, Console& aConsole);

@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "Host.h"
 #include "MapperTable.h"
+#include "ProfileTable.h"
 #include "Verbs.h"
 
 #include "ezPlatform/base/Log.h"
@@ -28,20 +29,23 @@ std::string CheckFolder(const std::optional<std::string>& aFolder) {
     return S_ISDIR(status.st_mode) ? "" : "not a folder";
 }
 
-int Run(const Arguments& anArguments, Console& aConsole) {
+/// False, after an error line, when a folder that was given is none.
+bool CheckFolders(const Arguments& anArguments, Console& aConsole) {
     for (const auto* folder : {&anArguments.mConfigFolder, &anArguments.mStateFolder}) {
         const std::string problem = CheckFolder(*folder);
         if (!problem.empty()) {
             aConsole.Error(**folder, problem);
-            return kExitWrongUsage;
+            return false;
         }
     }
-    if (anArguments.mLogLevel) {
-        _ezLog_Level = *anArguments.mLogLevel;
-    }
-    const ConfigFolders folders = FindConfigFolders(anArguments);
+    return true;
+}
+
+/// What has no need of a host; nothing for all else.
+std::optional<int> RunWithoutHost(const Arguments& anArguments, const ConfigFolders& aFolders,
+                                  Console& aConsole) {
     if (anArguments.mVerb == Verb::Mapper && anArguments.mMapperVerb != MapperVerb::Show) {
-        return RunMapper(anArguments, folders, aConsole);
+        return RunMapper(anArguments, aFolders, aConsole);
     }
     if (anArguments.mfElementary) {
         return RunRaces(anArguments, aConsole);
@@ -49,7 +53,49 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (anArguments.mVerb == Verb::Playlist) {
         return RunPlaylist(anArguments, aConsole);
     }
-    Host host(anArguments, folders);
+    if (anArguments.mVerb == Verb::Profiles) {
+        return RunProfiles(anArguments, aConsole);
+    }
+    return std::nullopt;
+}
+
+int RunOnHost(const Arguments& anArguments, const ConfigFolders& aFolders, Host& aHost, Console& aConsole) {
+    switch (anArguments.mVerb) {
+    case Verb::Parse:
+        return RunParse(anArguments, aHost, aConsole);
+    case Verb::Capabilities:
+        return RunCapabilities(anArguments, aHost, aConsole);
+    case Verb::Mapper:
+        return RunMapperShow(anArguments, aFolders, aHost, aConsole);
+    case Verb::Thumbnail:
+        return RunThumbnail(anArguments, aHost, aConsole);
+    case Verb::ContactSheet:
+        return RunContactSheet(anArguments, aHost, aConsole);
+    case Verb::Types:
+    case Verb::Playlist:
+    case Verb::Profiles:
+        break;
+    }
+    return RunTypes(anArguments, aHost, aConsole);
+}
+
+int Run(const Arguments& anArguments, Console& aConsole) {
+    if (!CheckFolders(anArguments, aConsole)) {
+        return kExitWrongUsage;
+    }
+    if (anArguments.mLogLevel) {
+        _ezLog_Level = *anArguments.mLogLevel;
+    }
+    const ConfigFolders folders = FindConfigFolders(anArguments);
+    if (const std::optional<int> status = RunWithoutHost(anArguments, folders, aConsole)) {
+        return *status;
+    }
+    const bool fAnnounces = anArguments.mVerb == Verb::Parse || anArguments.mVerb == Verb::Capabilities;
+    const ProfileTable rules = fAnnounces ? OpenProfileTable(anArguments, folders, aConsole) : ProfileTable();
+    if (rules.mStatus == kExitWrongUsage) {
+        return kExitWrongUsage;
+    }
+    Host host(anArguments, folders, rules.mRules, &aConsole);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
         aConsole.Error(kMediaTypesFileName, "no media types found in " + folders.mReadOnly +
@@ -64,18 +110,8 @@ int Run(const Arguments& anArguments, Console& aConsole) {
         }
         host.Use(std::move(mapper));
     }
-    switch (anArguments.mVerb) {
-    case Verb::Parse:
-        return RunParse(anArguments, host, aConsole);
-    case Verb::Capabilities:
-        return RunCapabilities(anArguments, host, aConsole);
-    case Verb::Mapper:
-        return RunMapperShow(anArguments, folders, host, aConsole);
-    case Verb::Types:
-    case Verb::Playlist:
-        break;
-    }
-    return RunTypes(anArguments, host, aConsole);
+    const int status = RunOnHost(anArguments, folders, host, aConsole);
+    return status == kExitSuccess ? rules.mStatus : status;
 }
 
 int RunCommandLine(int anArgCount, char** anArgs) {

@@ -47,6 +47,13 @@ std::uint32_t FrameSize(const ezMPEGAudioHeader& aHeader, std::uint32_t aVersion
     return samplesInBytes * aBitRate / aHeader.mSamplingRate;
 }
 
+std::uint32_t SampleCount(std::uint32_t aLayer, std::uint32_t aVersion) {
+    if (aLayer == 1) {
+        return 384;
+    }
+    return aLayer == 3 && aVersion != kVersion1 ? 576 : 1152;
+}
+
 std::uint32_t SideInformationSize(std::uint32_t aVersion, std::uint32_t aChannels) {
     if (aVersion == kVersion1) {
         return aChannels == 1 ? 17 : 32;
@@ -79,8 +86,10 @@ bool ezMPEGAudioHeader_Read(std::uint32_t aWord, ezMPEGAudioHeader& aHeader) {
     aHeader.mfPadded = Bits(aWord, 9, 1) != 0;
     const std::uint32_t padding = aHeader.mfPadded ? aHeader.mSlotSize : 0;
     aHeader.mFrameSize = bitRate == 0 ? 0 : FrameSize(aHeader, version, aHeader.mBitRate) + padding;
-    aHeader.mMaxFrameSize =
-        FrameSize(aHeader, version, bitRates[layer - 1].back() * 1000) + aHeader.mSlotSize;
+    aHeader.mMinFrameSize = FrameSize(aHeader, version, bitRates[layer - 1][1] * 1000);
+    aHeader.mMaxBitRate = bitRates[layer - 1].back() * 1000;
+    aHeader.mMaxFrameSize = FrameSize(aHeader, version, aHeader.mMaxBitRate) + aHeader.mSlotSize;
+    aHeader.mSampleCount = SampleCount(layer, version);
     aHeader.mTagOffset = kMPEGAudioHeaderSize + SideInformationSize(version, aHeader.mChannels);
     return true;
 }

@@ -20,7 +20,10 @@ struct ezMPEGAudioHeader {
     std::uint32_t mChannels;     ///< 1 or 2
     std::uint32_t mSlotSize;     ///< bytes that padding adds
     std::uint32_t mFrameSize;    ///< bytes, header and padding included; 0 in free format
+    std::uint32_t mMinFrameSize; ///< bytes at the lowest stated rate of the layer, without padding
     std::uint32_t mMaxFrameSize; ///< bytes at the highest rate of the layer, padding included
+    std::uint32_t mMaxBitRate;   ///< bits a second, the highest of the layer
+    std::uint32_t mSampleCount;  ///< samples of a channel in a frame
     std::uint32_t mTagOffset;    ///< where encoders of layer III put their tag: behind the side information
     bool mfPadded;
 };

@@ -4,6 +4,7 @@
 #include "ez/MediaParserTypes.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -33,10 +34,10 @@ std::size_t MediaBytes::Lend(std::uint64_t aPosition, const unsigned char** aByt
     if (aPosition >= mSize) {
         return 0;
     }
-    if (aPosition < mBlockStart || aPosition - mBlockStart >= mBlockLength) {
+    if (!HasAtHand(aPosition, 1)) {
         const bool fStraightOn = mBlockLength != 0 && aPosition == mBlockStart + mBlockLength;
         const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
-        if (!Load(aPosition, size)) {
+        if (!ReadStart(aPosition) || (!HasAtHand(aPosition, 1) && !Fetch(aPosition, size))) {
             return 0;
         }
     }
@@ -46,37 +47,77 @@ std::size_t MediaBytes::Lend(std::uint64_t aPosition, const unsigned char** aByt
 }
 
 bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
-    // The stream takes its first read for the start of the media, and answers later ones from it.
-    if (!mfStarted || aPosition < kezMediaParserStreamBufferSize) {
-        mfStarted = true;
-        if (!Fetch(0, kezMediaParserStreamBufferSize)) {
-            return false;
-        }
-        if (aPosition < mBlockLength) {
-            return true;
-        }
+    if (aPosition >= mSize) {
+        return false;
     }
-    return Fetch(aPosition, std::min(aSize, kLargestBlock));
+    const std::size_t size = std::min(aSize, kLargestBlock);
+    if (HasAtHand(aPosition, size)) {
+        return true;
+    }
+    if (!HasAtHand(aPosition, 1) && !ReadStart(aPosition)) {
+        return false;
+    }
+    return HasAtHand(aPosition, size) || Fetch(aPosition, size);
 }
 
+/// The stream takes its first read for the start of the media, and answers later ones from it: reads that
+/// where it is the first read, or holds the position.
+bool MediaBytes::ReadStart(std::uint64_t aPosition) {
+    if (mfStarted && aPosition >= kezMediaParserStreamBufferSize) {
+        return true;
+    }
+    mfStarted = true;
+    return Fetch(0, kezMediaParserStreamBufferSize);
+}
+
+/// Makes the block that of a position. Bytes of it that are at hand are not read again.
 bool MediaBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
-    mBlockLength = 0;
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - aPosition));
+    std::size_t kept = 0;
+    if (HasAtHand(aPosition, 1)) {
+        const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
+        kept = mBlockLength - place;
+        std::memmove(mBlock.data(), mBlock.data() + place, kept);
+    }
     mBlockStart = aPosition;
-    std::size_t size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - aPosition));
-    if (mReadsLeft == 0 || mBytesLeft < size) {
+    mBlockLength = kept;
+    if (mReadsLeft == 0 || mBytesLeft < size - kept) {
         mfBudgetUsedUp = true;
-        return false;
+        return kept != 0;
     }
     --mReadsLeft;
     mBlock.resize(std::max(mBlock.size(), size));
-    if (!mStream.ReadFrom(ezuint64(aPosition), &size, reinterpret_cast<char*>(mBlock.data()))) {
-        mfReadFailed = true;
+    const std::size_t count = Fill(kept, size);
+    mBytesLeft -= count;
+    mBlockLength = kept + count;
+    mLastSize = std::max(mBlockLength, kLeastBlock);
+    return mBlockLength != 0;
+}
+
+/// Reads into the block from a place of it up to another: a source may give fewer bytes at a time than there
+/// are. How many there were.
+std::size_t MediaBytes::Fill(std::size_t aPlace, std::size_t anEnd) {
+    std::size_t done = aPlace;
+    while (done < anEnd) {
+        std::size_t count = anEnd - done;
+        auto* const place = reinterpret_cast<char*>(mBlock.data() + done);
+        const bool fRead = done == aPlace ? mStream.ReadFrom(ezuint64(mBlockStart + done), &count, place)
+                                          : mStream.Read(&count, place);
+        mfReadFailed = mfReadFailed || !fRead;
+        if (!fRead || count == 0) {
+            break;
+        }
+        done += count;
+    }
+    return done - aPlace;
+}
+
+bool MediaBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
+    if (aPosition < mBlockStart || aPosition >= mSize || aPosition - mBlockStart >= mBlockLength) {
         return false;
     }
-    mBytesLeft -= size;
-    mBlockLength = size;
-    mLastSize = std::max(size, kLeastBlock);
-    return size != 0;
+    const std::uint64_t there = std::min<std::uint64_t>(aSize, mSize - aPosition);
+    return there <= mBlockLength - (aPosition - mBlockStart);
 }
 
 void MediaBytes::AllowWholeMedia() {

@@ -24,8 +24,12 @@ public:
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
     /// Reads the block of the next Lend from a position on: for a tail of which all bytes are going to be
-    /// asked for, in any order. At most 64 KiB.
+    /// asked for, in any order. At most 64 KiB. What is at hand of them is not read again. False when there
+    /// is none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);
+
+    /// True when all bytes of a range that the media has, and there is one, can be lent without a read.
+    bool HasAtHand(std::uint64_t aPosition, std::size_t aSize) const;
 
     /// Raises what the parse may cost: the whole media, once.
     void AllowWholeMedia();
@@ -35,6 +39,8 @@ public:
 
 private:
     bool Fetch(std::uint64_t aPosition, std::size_t aSize);
+    bool ReadStart(std::uint64_t aPosition);
+    std::size_t Fill(std::size_t aPlace, std::size_t anEnd);
 
     ezMediaParserStream& mStream;
     std::uint64_t mSize;

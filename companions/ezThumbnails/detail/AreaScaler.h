@@ -26,12 +26,13 @@ public:
     bool IsComplete() const { return mResult != nullptr && mResultRow == mResult->mHeight; }
 
 private:
-    void SumRow(const unsigned char* aRow);
     void AddSums(uint32 aPart);
     void FinishRow();
 
     uint32 mWidth = 0;
     uint32 mHeight = 0;
+    void (*mSumRow)(const unsigned char* aRow, uint32 aWidth, uint32 aResultWidth,
+                    std::uint32_t* aSums) = nullptr; ///< for the number of channels
     Picture* mResult = nullptr;
     uint32 mResultRow = 0;
     uint32 mRoom = 0; ///< of the row of the result, in parts of a row of the original

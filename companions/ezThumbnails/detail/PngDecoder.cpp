@@ -7,6 +7,7 @@
 
 #include <csetjmp>
 #include <cstddef>
+#include <cstdlib>
 
 #include <png.h>
 
@@ -14,6 +15,10 @@ namespace {
 
 /// What a chunk that is kept may take: an Exif block is far below.
 constexpr png_alloc_size_t kMaxChunk = 1 << 20;
+
+/// The largest block that the codec may take. It asks for as much as some chunks (eXIf) state, whatever the
+/// limit on chunks; the largest row of an allowed picture stays well below.
+constexpr png_alloc_size_t kMaxBlock = 4 << 20;
 
 /// Chunks of no use here that can be large or many: they are skipped, their check sums looked at.
 constexpr png_byte kSkippedChunks[] = "iCCP\0iTXt\0tEXt\0zTXt\0sPLT\0hIST\0pCAL\0sCAL";
@@ -62,6 +67,11 @@ struct PngDecoder::State {
 
     static void OnWarning(png_structp /*aPng*/, png_const_charp /*aText*/) {} // the base prints
 
+    static png_voidp OnAllocate(png_structp /*aPng*/, png_alloc_size_t aSize) {
+        return aSize <= kMaxBlock ? std::malloc(aSize) : nullptr;
+    }
+    static void OnFree(png_structp /*aPng*/, png_voidp aBlock) { std::free(aBlock); }
+
     static void OnRead(png_structp aPng, png_bytep aBuffer, std::size_t aCount) {
         if (!static_cast<State*>(png_get_io_ptr(aPng))->mReader->Read(aBuffer, aCount)) {
             png_error(aPng, "cut short");
@@ -71,7 +81,8 @@ struct PngDecoder::State {
     // ---- the steps ----
 
     static void ReadHeader(State* aState) {
-        aState->mPng = png_create_read_struct(PNG_LIBPNG_VER_STRING, aState, OnError, OnWarning);
+        aState->mPng = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, aState, OnError, OnWarning, nullptr,
+                                                OnAllocate, OnFree);
         png_structp png = aState->mPng;
         if (png == nullptr) {
             return;

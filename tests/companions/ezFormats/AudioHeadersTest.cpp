@@ -77,6 +77,33 @@ TEST(MPEGAudioHeader, TellsWhatItsFieldsSay) {
     }
 }
 
+TEST(MPEGAudioHeader, TellsWhatAFrameOfItsLayerMayHold) {
+    struct Bounds {
+        std::uint32_t mWord;
+        std::uint32_t mSampleCount;
+        std::uint32_t mMinFrameSize;
+        std::uint32_t mMaxFrameSize;
+        std::uint32_t mMaxBitRate;
+    };
+    constexpr Bounds kBounds[] = {
+        {0xFFFB9000, 1152, 104, 1045, 320000}, // MPEG-1 layer III at 44.1 kHz
+        {0xFFFB0000, 1152, 104, 1045, 320000}, // of free format
+        {0xFFFDA400, 1152, 96, 1153, 384000},  // layer II at 48 kHz
+        {0xFFFFC000, 384, 32, 488, 448000},    // layer I at 44.1 kHz
+        {0xFFF384C0, 576, 24, 481, 160000},    // MPEG-2 layer III at 24 kHz
+        {0xFFF58400, 1152, 48, 961, 160000},   // layer II
+        {0xFFE348C0, 576, 72, 1441, 160000},   // MPEG-2.5 at 8 kHz
+    };
+    for (const Bounds& expected : kBounds) {
+        ezMPEGAudioHeader header = {};
+        ASSERT_TRUE(ezMPEGAudioHeader_Read(expected.mWord, header)) << std::hex << expected.mWord;
+        EXPECT_EQ(header.mSampleCount, expected.mSampleCount) << std::hex << expected.mWord;
+        EXPECT_EQ(header.mMinFrameSize, expected.mMinFrameSize) << std::hex << expected.mWord;
+        EXPECT_EQ(header.mMaxFrameSize, expected.mMaxFrameSize) << std::hex << expected.mWord;
+        EXPECT_EQ(header.mMaxBitRate, expected.mMaxBitRate) << std::hex << expected.mWord;
+    }
+}
+
 TEST(MPEGAudioHeader, OneBrokenFieldIsNoHeader) {
     for (const std::uint32_t word : kNoMPEGAudio) {
         ezMPEGAudioHeader header = {};

@@ -4,19 +4,11 @@
 
 #include "ez/PlaylistParserFactory.h"
 
-#include <fstream>
-#include <iterator>
+#include "support/Guide.h"
+
+#include <algorithm>
 
 // The reader that the guide for writers of readers shows.
-
-namespace {
-
-std::string ReadFile(const char* aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-} // namespace
 
 TEST(WritingAReader, ExampleAgreesWithItselfFromEveryPosition) {
     const std::string text = "#One\na.mp3\n\nb.mp3\n#Two\n#Three\nc d.mp3\n#no location";
@@ -48,8 +40,9 @@ TEST(WritingAReader, ExampleIsFoundByItsExtensionAndWaitsForItsStream) {
 }
 
 TEST(WritingAReader, GuideShowsTheExampleAsItIs) {
-    const std::string example = ReadFile(EZ_SAMPLES "/../examples/playlist-reader/LineListParser.h");
-    const std::string guide = ReadFile(EZ_SAMPLES "/../docs/writing-a-playlist-reader.md");
+    const std::string example = ReadText(EZ_SAMPLES "/../examples/playlist-reader/LineListParser.h");
     ASSERT_FALSE(example.empty());
-    EXPECT_NE(guide.find("```cpp\n" + example + "```\n"), std::string::npos);
+    const std::vector<std::string> blocks =
+        GuideBlocks(ReadText(EZ_SAMPLES "/../docs/writing-a-playlist-reader.md"), "cpp");
+    EXPECT_EQ(std::count(blocks.begin(), blocks.end(), example), 1);
 }

@@ -65,6 +65,64 @@ TEST(AreaScaler, EveryPixelIsTheAverageOfWhatItCovers) {
     }
 }
 
+/// By the definition in whole numbers, one result's pixel after the other.
+std::vector<unsigned char> ExactlyScaled(const std::vector<unsigned char>& aBytes, unsigned aWidth,
+                                         unsigned aHeight, unsigned aChannels, unsigned aResultWidth,
+                                         unsigned aResultHeight) {
+    const auto common = [](unsigned aStart, unsigned aSize, unsigned aResultStart, unsigned aResultSize) {
+        const unsigned from = std::max(aStart * aResultSize, aResultStart * aSize);
+        const unsigned to = std::min((aStart + 1) * aResultSize, (aResultStart + 1) * aSize);
+        return from < to ? std::uint64_t{to - from} : 0;
+    };
+    std::vector<unsigned char> result;
+    for (unsigned at = 0; at < aResultWidth * aResultHeight; ++at) {
+        std::vector<std::uint64_t> sums(aChannels);
+        for (unsigned from = 0; from < aWidth * aHeight; ++from) {
+            const std::uint64_t parts = common(from % aWidth, aWidth, at % aResultWidth, aResultWidth) *
+                                        common(from / aWidth, aHeight, at / aResultWidth, aResultHeight);
+            const unsigned char* const pixel = &aBytes[std::size_t{from} * aChannels];
+            for (unsigned c = 0; c < aChannels; ++c) {
+                sums[c] += parts * pixel[c] * (aChannels == 4 && c != 3 ? pixel[3] : 1);
+            }
+        }
+        const std::uint64_t area = std::uint64_t{aWidth} * aHeight;
+        for (unsigned c = 0; c < aChannels; ++c) {
+            const std::uint64_t count = aChannels == 4 && c != 3 ? sums[3] : area;
+            result.push_back(count == 0 ? 0 : static_cast<unsigned char>((sums[c] + count / 2) / count));
+        }
+    }
+    return result;
+}
+
+TEST(AreaScaler, EveryByteIsTheExactAverageRounded) {
+    std::uint32_t state = 4;
+    const auto random = [&state](unsigned aLimit) {
+        state = state * 1664525U + 1013904223U;
+        return (state >> 16) % aLimit;
+    };
+    for (int i = 0; i < 300; ++i) {
+        const unsigned width = random(24) + 1;
+        const unsigned height = random(24) + 1;
+        const unsigned channels = std::vector<unsigned>{1, 3, 4}[random(3)];
+        const unsigned resultWidth = random(24) + 1;
+        const unsigned resultHeight = random(24) + 1;
+        const bool fExtreme = random(3) == 0;
+        std::vector<unsigned char> bytes(static_cast<std::size_t>(width) * height * channels);
+        for (unsigned char& byte : bytes) {
+            byte = static_cast<unsigned char>(fExtreme ? random(2) * 255 : random(256));
+        }
+        AreaScaler scaler;
+        Picture result;
+        ASSERT_TRUE(scaler.Begin(width, height, channels, resultWidth, resultHeight, &result));
+        for (unsigned y = 0; y < height; ++y) {
+            scaler.AddRow(&bytes[static_cast<std::size_t>(y) * width * channels]);
+        }
+        const unsigned char* const scaled = result.mBytes.get();
+        EXPECT_EQ(std::vector<unsigned char>(scaled, scaled + result.GetByteCount()),
+                  ExactlyScaled(bytes, width, height, channels, resultWidth, resultHeight));
+    }
+}
+
 TEST(AreaScaler, TheLongestSidesDoNotOverflow) {
     constexpr unsigned kSide = 65535;
     const std::vector<unsigned char> row(std::size_t{kSide} * 4, 255);

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -30,6 +32,27 @@ public:
 private:
     std::string mBytes;
     std::size_t* mCount;
+};
+
+/// The address space of this process, in bytes.
+std::size_t AddressSpace() {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A stream that looks at each reading how much address space there is.
+class WatchingStream : public CountedStream {
+public:
+    WatchingStream(std::string aBytes, std::size_t* aCount, std::size_t* aMostSpace)
+        : CountedStream(std::move(aBytes), aCount), mMostSpace(aMostSpace) {}
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag) override {
+        *mMostSpace = std::max(*mMostSpace, AddressSpace());
+        return CountedStream::Read(aBuffer, aSize, aFlag);
+    }
+
+private:
+    std::size_t* mMostSpace;
 };
 
 constexpr std::size_t kFewBytes = 40'000;
@@ -125,6 +148,29 @@ TEST_F(BadPicture, WithMuchBesideThePictureIsTakenWithoutKeepingIt) {
                                 png_set_text(aPng, anInfo, &comment, 1);
                             })),
               "<failed>");
+}
+
+TEST_F(BadPicture, ThatStatesALargeBlockIsNotGivenTheMemoryForIt) {
+    constexpr std::uint32_t kStated = 640U << 20;
+    std::string exif = TiffBlock(1, true);
+    const std::string png = MakePng(Noise(400, 400, 3), PNG_COLOR_TYPE_RGB, 8, false,
+                                    [&exif](png_structp aPng, png_infop anInfo) {
+                                        png_set_eXIf_1(aPng, anInfo, static_cast<png_uint_32>(exif.size()),
+                                                       reinterpret_cast<png_bytep>(exif.data()));
+                                    });
+    const std::size_t chunk = png.find("eXIf");
+    ASSERT_NE(chunk, std::string::npos);
+    ASSERT_FALSE(Fails(png));
+    std::string lying = png;
+    PutBig32(&lying, chunk - 4, kStated);
+    std::size_t read = 0;
+    std::size_t most = 0;
+    const std::size_t before = AddressSpace();
+    ASSERT_GT(before, 0U);
+    EXPECT_TRUE(Fails(BytesSource(new WatchingStream(lying, &read, &most))));
+    EXPECT_EQ(read, lying.size()); // what is stated is passed over, and is not there
+    ASSERT_GT(most, 0U);
+    EXPECT_LT(most, before + kStated / 4);
 }
 
 // ---- pictures that are damaged ----

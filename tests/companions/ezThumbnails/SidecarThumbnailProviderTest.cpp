@@ -50,6 +50,36 @@ TEST(Sidecars, AreTriedInTheGivenOrder) {
     EXPECT_EQ(Folder(files).Tried("film.mkv"), kOrder);
 }
 
+TEST(SidecarThumbnailProvider, TellsItsCandidatesWithoutAGenerator) {
+    const Folder folder({"film.mkv", "poster.png", "film.jpg", "other.jpg"});
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.mFolder.Path("film.mkv")));
+    const std::vector<ezCString> paths = SidecarThumbnailProvider::CandidatePaths(&info);
+    EXPECT_EQ(paths, (std::vector<ezCString>{Bytes(folder.mFolder.Path("film.jpg")),
+                                             Bytes(folder.mFolder.Path("poster.png"))}));
+    EXPECT_TRUE(SidecarThumbnailProvider::CandidatePaths(nullptr).empty());
+}
+
+TEST(SidecarThumbnailProvider, WalksOverItsCandidatesWithoutAGenerator) {
+    struct Walk : SidecarThumbnailProvider {
+        Walk() : SidecarThumbnailProvider(nullptr) {}
+        std::vector<ezCString> Paths(const ThumbnailInfo& anInfo) {
+            std::vector<ezCString> paths;
+            for (GetFirstPath(&anInfo); SourceToTry(); GetNextPath(&anInfo)) {
+                const auto* const file = dynamic_cast<const ezFileThumbnailSource*>(mTrySource);
+                paths.push_back(file != nullptr ? file->GetFullPath() : ezCString("<no file>"));
+            }
+            return paths;
+        }
+    };
+    const Folder folder({"film.mkv", "poster.png", "film.jpg", "other.jpg"});
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.mFolder.Path("film.mkv")));
+    Walk walk;
+    EXPECT_EQ(walk.Paths(info), SidecarThumbnailProvider::CandidatePaths(&info));
+    EXPECT_EQ(walk.Paths(info).size(), 2U);
+}
+
 TEST(Sidecars, EachAloneIsFoundInAnyCase) {
     for (const std::string& name : kOrder) {
         const std::string upper = Str(Bytes(name).Upper());

@@ -100,6 +100,12 @@ TEST(Base64, ATextEndsAtItsZero) {
     EXPECT_EQ(ezBase64_Decode(text, output, sizeof output), 3U);
 }
 
+TEST(Base64, ANullTextIsEmpty) {
+    char output = '#';
+    EXPECT_EQ(ezBase64_Decode(nullptr, &output, 1), 0U);
+    EXPECT_EQ(output, '#');
+}
+
 TEST(Base64, NothingIsWrittenBehindTheCapacity) {
     for (std::size_t capacity = 0; capacity < 8; ++capacity) {
         EXPECT_EQ(Decoded("Zm9vYmFy", capacity), std::string("foobar").substr(0, capacity));

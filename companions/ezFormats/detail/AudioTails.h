@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+class MediaBytes;
+
+/// What writers of tags put behind the sound of a file, one behind the other: ID3v1 with its enhanced part,
+/// APE of either version with or without a header, Lyrics3 of either version, and ID3v2 with a footer.
+struct AudioTails {
+    std::uint64_t mAudioEnd = 0; ///< where the first of them begins; the size of the media when there is none
+    /// Positions of those that hold texts; 0 when there is none, as sound stands before them.
+    std::uint64_t mID3v1 = 0;
+    std::uint64_t mEnhancedID3v1 = 0;
+    std::uint64_t mAPEItems = 0;
+    std::uint64_t mAPEEnd = 0; ///< where the items end
+    std::uint32_t mAPEVersion = 0;
+};
+
+/// Finds them, with one read of the end of a media of known size. None reaches before aStart; one that claims
+/// to is not believed, and neither is what stands before it.
+AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart);

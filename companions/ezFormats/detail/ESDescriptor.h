@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+
+#include "ezFormats/detail/Limits.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+/// What the descriptor of an elementary stream tells (ISO/IEC 14496-1, 7.2.6).
+struct ESDescriptor {
+    std::uint32_t mObjectType = 0; ///< what the samples are (object type indication)
+    std::uint32_t mMaxBitRate = 0; ///< bits a second; 0: not told
+    std::uint32_t mBitRate = 0;    ///< average
+    std::array<unsigned char, kISO_MaxDecoderConfig> mConfig = {}; ///< of the decoder, its start
+    std::size_t mConfigSize = 0;
+};
+
+/// Reads the content of an "esds" box. False when no decoder is described in it.
+bool ReadESDescriptor(ByteReader aBox, ESDescriptor& aDescriptor);

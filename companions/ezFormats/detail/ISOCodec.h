@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+
+#include "ezPlatform/text/CString.h"
+
+#include <cstdint>
+
+/// What the description of a track's samples tells. Numbers are 0 and texts empty where it does not.
+struct ISOCodec {
+    static constexpr std::uint32_t kNoLevel = UINT32_MAX;
+
+    ezCString mName; ///< as a record has it
+    // Audio
+    std::uint32_t mSamplingRate = 0; ///< Hz, of what is heard
+    std::uint32_t mChannels = 0;
+    std::uint32_t mBitsPerSample = 0; ///< of codecs without loss
+    // Video
+    std::uint32_t mWidth = 0;
+    std::uint32_t mHeight = 0;
+    ezCString mProfile;
+    std::uint32_t mLevel = kNoLevel; ///< ten times the codec's
+    ezCString mScan;                 ///< "progressive" or "interlaced"
+    bool mfPictures = false;         ///< each sample is a picture file, as of a cover or a chapter
+    // Both: bits a second, as stated
+    std::uint32_t mBitRate = 0; ///< average
+    std::uint32_t mMaxBitRate = 0;
+};
+
+/// Reads the first description of a table of them ("stsd" of ISO/IEC 14496-12 and of QuickTime). What is
+/// damaged tells nothing. aBoxBudget counts down the boxes.
+ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget);
+ISOCodec ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget);

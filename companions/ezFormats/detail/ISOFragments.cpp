@@ -1,0 +1,236 @@
+#include "ezFormats/detail/ISOFragments.h"
+
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/ISONumbers.h"
+#include "ezFormats/detail/MediaBytes.h"
+
+#include <algorithm>
+
+namespace {
+
+// Flags of "tfhd" and "trun": what is stated.
+constexpr std::uint32_t kHeadOffset = 0x1;
+constexpr std::uint32_t kHeadDescription = 0x2;
+constexpr std::uint32_t kHeadTicks = 0x8;
+constexpr std::uint32_t kHeadSize = 0x10;
+constexpr std::uint32_t kRunOffset = 0x1;
+constexpr std::uint32_t kRunFirstFlags = 0x4;
+constexpr std::uint32_t kRunTicks = 0x100;
+constexpr std::uint32_t kRunSize = 0x200;
+constexpr std::uint32_t kRunFlags = 0x400;
+constexpr std::uint32_t kRunDelay = 0x800;
+
+/// A track on its way through the fragments.
+struct Track {
+    const ISOTrack* mTrack = nullptr; ///< null: the movie has none of the kind
+    std::uint64_t mStart = 0;
+    std::uint64_t mNow = 0; ///< ticks
+    bool mfStarted = false;
+    ISOFragmentTrack mFound;
+
+    /// The movie's own samples come before those of the fragments.
+    void Begin(const std::optional<ISOTrack>& aTrack) {
+        mTrack = aTrack.has_value() ? &*aTrack : nullptr;
+        mfStarted = mTrack != nullptr && mTrack->mTables.mSizes.mCount != 0;
+        mNow = mfStarted ? mTrack->mDuration : 0;
+    }
+    void MoveTo(std::uint64_t aTime) {
+        mNow = aTime;
+        if (!mfStarted) {
+            mStart = aTime;
+            mfStarted = true;
+        }
+    }
+    void Add(std::uint64_t aSamples, std::uint64_t aTicks, std::uint64_t aBytes) {
+        mfStarted = true;
+        mNow = ISONumber_Add(mNow, aTicks);
+        mFound.mSamples = ISONumber_Add(mFound.mSamples, aSamples);
+        mFound.mSampleTicks = ISONumber_Add(mFound.mSampleTicks, aTicks);
+        mFound.mBytes = ISONumber_Add(mFound.mBytes, aBytes);
+        mFound.mTicks = std::max(mFound.mTicks, mNow - std::min(mStart, mNow));
+    }
+    std::uint64_t GetDuration() const {
+        return mTrack != nullptr ? ISONumber_Microseconds(mFound.mTicks, mTrack->mTimescale) : 0;
+    }
+};
+
+/// What the runs of a track leave out.
+struct Defaults {
+    std::uint32_t mTicks = 0;
+    std::uint32_t mSize = 0;
+};
+
+/// Adds a run of samples to a track.
+void ReadRun(ByteReader aBox, const Defaults& aDefaults, Track& aTrack) {
+    const std::uint32_t flags = aBox.ReadBig32();
+    const std::uint32_t count = aBox.ReadBig32();
+    aBox.Skip((flags & kRunOffset) != 0 ? 4 : 0);
+    aBox.Skip((flags & kRunFirstFlags) != 0 ? 4 : 0);
+    if (aBox.HasFailed()) {
+        return;
+    }
+    if ((flags & (kRunTicks | kRunSize)) == 0) {
+        aTrack.Add(count, std::uint64_t{count} * aDefaults.mTicks, std::uint64_t{count} * aDefaults.mSize);
+        return;
+    }
+    const unsigned rest = ((flags & kRunFlags) != 0 ? 4U : 0U) + ((flags & kRunDelay) != 0 ? 4U : 0U);
+    std::uint64_t ticks = 0;
+    std::uint64_t bytes = 0;
+    for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
+        ticks += (flags & kRunTicks) != 0 ? aBox.ReadBig32() : aDefaults.mTicks;
+        bytes += (flags & kRunSize) != 0 ? aBox.ReadBig32() : aDefaults.mSize;
+        aBox.Skip(rest);
+    }
+    if (!aBox.HasFailed()) {
+        aTrack.Add(count, ticks, bytes);
+    }
+}
+
+/// Walks over the boxes at the top, behind "moov".
+class FragmentReading {
+public:
+    FragmentReading(MediaBytes& aBytes, const ISOMovie& aMovie, std::uint32_t& aBoxBudget)
+        : mBytes(aBytes), mBoxBudget(aBoxBudget) {
+        mAudio.Begin(aMovie.mAudio);
+        mVideo.Begin(aMovie.mVideo);
+    }
+
+    ISOFragments Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex);
+
+private:
+    bool Next(std::uint64_t aPosition, ezCString* aType, ByteReader* aContent);
+    void ReadFragment(const ByteReader& aBox);
+    void ReadTrackFragment(const ByteReader& aBox);
+    Track* ReadHead(ByteReader aBox, Defaults& aDefaults);
+    std::uint64_t ReadIndex(ByteReader aBox);
+
+    MediaBytes& mBytes;
+    std::uint32_t& mBoxBudget;
+    Track mAudio;
+    Track mVideo;
+    std::uint64_t mIndexed = 0; ///< microseconds
+};
+
+/// The box at a position.
+bool FragmentReading::Next(std::uint64_t aPosition, ezCString* aType, ByteReader* aContent) {
+    ByteReader reader(mBytes);
+    reader.Skip(aPosition);
+    return BoxWalk(reader, mBoxBudget).Next(aType, aContent);
+}
+
+/// Of "tfhd": whose fragment it is, null for a track that does not matter, and its defaults.
+Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
+    const std::uint32_t flags = aBox.ReadBig32();
+    const std::uint32_t identifier = aBox.ReadBig32();
+    Track* found = nullptr;
+    for (Track* track : {&mAudio, &mVideo}) {
+        if (track->mTrack != nullptr && track->mTrack->mID == identifier) {
+            found = track;
+        }
+    }
+    if (found == nullptr) {
+        return nullptr;
+    }
+    aBox.Skip((flags & kHeadOffset) != 0 ? 8 : 0);
+    aBox.Skip((flags & kHeadDescription) != 0 ? 4 : 0);
+    aDefaults.mTicks = (flags & kHeadTicks) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultTicks;
+    aDefaults.mSize = (flags & kHeadSize) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultSize;
+    return aBox.HasFailed() ? nullptr : found;
+}
+
+void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
+    BoxWalk walk(aBox, mBoxBudget);
+    ezCString type;
+    ByteReader content = aBox;
+    Defaults defaults;
+    Track* track = nullptr;
+    while (walk.Next(&type, &content)) {
+        if (type == "tfhd") {
+            track = ReadHead(content, defaults);
+        } else if (type == "tfdt" && track != nullptr) {
+            const unsigned size = content.ReadByte() == 1 ? 8 : 4;
+            content.Skip(3);
+            const std::uint64_t time = content.ReadBig(size);
+            if (!content.HasFailed()) {
+                track->MoveTo(time);
+            }
+        } else if (type == "trun" && track != nullptr) {
+            ReadRun(content, defaults, *track);
+        }
+    }
+}
+
+void FragmentReading::ReadFragment(const ByteReader& aBox) {
+    BoxWalk walk(aBox, mBoxBudget);
+    ezCString type;
+    ByteReader content = aBox;
+    while (walk.Next(&type, &content)) {
+        if (type == "traf") {
+            ReadTrackFragment(content);
+        }
+    }
+}
+
+/// Of "sidx": adds its durations up. The position behind what it is an index of; 0 where it is damaged.
+std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(7); // flags, whose index it is
+    const std::uint32_t timescale = aBox.ReadBig32();
+    aBox.Skip(size); // time of the first picture
+    std::uint64_t end = ISONumber_Add(aBox.GetEnd(), aBox.ReadBig(size));
+    aBox.Skip(2);
+    const auto count = static_cast<std::uint32_t>(aBox.ReadBig(2));
+    std::uint64_t ticks = 0;
+    for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
+        end = ISONumber_Add(end, aBox.ReadBig32() & 0x7FFFFFFFU);
+        ticks += aBox.ReadBig32();
+        aBox.Skip(4); // where pictures can be started from
+    }
+    const std::uint64_t duration = ISONumber_Microseconds(ticks, timescale);
+    if (aBox.HasFailed() || duration == 0 || end > mBytes.GetSize()) {
+        return 0;
+    }
+    mIndexed = ISONumber_Add(mIndexed, duration);
+    return end;
+}
+
+ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex) {
+    ISOFragments fragments;
+    ezCString type;
+    ByteReader content(mBytes);
+    std::uint64_t position = aStart;
+    std::uint32_t count = 0;
+    while (count < aMaxFragments && Next(position, &type, &content)) {
+        position = content.GetEnd();
+        if (type == "moof") {
+            ++count;
+            ReadFragment(content);
+        } else if (type == "sidx" && afIndex) {
+            const std::uint64_t end = ReadIndex(content);
+            count += end != 0 ? 1 : 0;
+            position = std::max(position, end);
+            fragments.mfIndexed = fragments.mfIndexed || end != 0;
+        }
+    }
+    // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
+    ByteReader rest(mBytes);
+    rest.Skip(position);
+    const std::uint32_t size = rest.ReadBig32();
+    constexpr std::uint32_t kLeastBox = 8;
+    const bool fCut = count < aMaxFragments && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp() &&
+                      (rest.HasFailed() || size == 1 || size >= kLeastBox);
+    fragments.mfComplete = fCut || position >= mBytes.GetSize();
+    fragments.mStart = aStart;
+    fragments.mEnd = position;
+    fragments.mAudio = mAudio.mFound;
+    fragments.mVideo = mVideo.mFound;
+    fragments.mDuration = ISONumber_Add(mIndexed, std::max(mAudio.GetDuration(), mVideo.GetDuration()));
+    return fragments;
+}
+
+} // namespace
+
+ISOFragments ReadFragments(MediaBytes& aBytes, std::uint64_t aStart, const ISOMovie& aMovie,
+                           std::uint32_t aMaxFragments, bool afIndex, std::uint32_t& aBoxBudget) {
+    return FragmentReading(aBytes, aMovie, aBoxBudget).Read(aStart, aMaxFragments, afIndex);
+}

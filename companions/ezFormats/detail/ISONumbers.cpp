@@ -1,0 +1,58 @@
+#include "ezFormats/detail/ISONumbers.h"
+
+#include "ezFormats/detail/Limits.h"
+
+namespace {
+
+constexpr std::uint64_t kTopBit = UINT64_C(1) << 63;
+constexpr std::uint64_t kMicro = 1000000;
+
+/// What a record can tell as a number: its largest value says that a rate varies.
+std::uint32_t AsRate(std::uint64_t aValue) {
+    return aValue < UINT32_MAX ? static_cast<std::uint32_t>(aValue) : 0;
+}
+
+} // namespace
+
+std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::uint64_t aDivisor) {
+    if (aDivisor == 0 || aDivisor >= kTopBit) {
+        return 0;
+    }
+    const std::uint64_t whole = aValue / aDivisor;
+    const std::uint64_t rest = aValue % aDivisor;
+    std::uint64_t quotient = 0;
+    std::uint64_t remainder = 0;
+    const auto carry = [&] {
+        if (remainder >= aDivisor) {
+            remainder -= aDivisor;
+            quotient = ISONumber_Add(quotient, 1);
+        }
+    };
+    for (unsigned bit = 64; bit-- > 0;) {
+        quotient = ISONumber_Add(quotient, quotient); // at the largest number it stays
+        remainder *= 2;
+        carry();
+        if ((aFactor >> bit & 1U) != 0) {
+            quotient = ISONumber_Add(quotient, whole);
+            remainder += rest;
+            carry();
+        }
+    }
+    return quotient;
+}
+
+std::uint64_t ISONumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale) {
+    const std::uint64_t time = ISONumber_Scale(aTicks, kMicro, aTimescale);
+    return time <= kISO_MaxSeconds * kMicro ? time : 0;
+}
+
+std::uint32_t ISONumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale) {
+    return aBytes > UINT64_MAX / 8 ? 0 : AsRate(ISONumber_Scale(aBytes * 8, aTimescale, aTicks));
+}
+
+std::uint32_t ISONumber_FrameRate(std::uint64_t aPictures, std::uint64_t aTicks, std::uint32_t aTimescale) {
+    constexpr std::uint64_t kTwice = 2000;
+    const std::uint64_t twice =
+        aPictures > UINT64_MAX / kTwice ? 0 : ISONumber_Scale(aPictures * kTwice, aTimescale, aTicks);
+    return AsRate(twice / 2 + twice % 2);
+}

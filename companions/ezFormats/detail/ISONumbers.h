@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+/// aValue * aFactor / aDivisor, the remainder dropped; 2^64-1 when it does not fit. 0 for a divisor of 0, and
+/// for one of 2^63 or more, which no time of a file is.
+std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::uint64_t aDivisor);
+
+/// The sum, 2^64-1 when it does not fit.
+inline std::uint64_t ISONumber_Add(std::uint64_t aLeft, std::uint64_t aRight) {
+    return aLeft > UINT64_MAX - aRight ? UINT64_MAX : aLeft + aRight;
+}
+
+/// Microseconds of so many ticks, aTimescale of which are a second. 0, not known, without a timescale and for
+/// what is longer than any recording.
+std::uint64_t ISONumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale);
+
+/// Bits a second of so many bytes in so many ticks; 0 when it cannot be told as a number of 32 bits.
+std::uint32_t ISONumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale);
+
+/// Pictures in 1000 seconds, rounded; 0 when it cannot be told as a number of 32 bits.
+std::uint32_t ISONumber_FrameRate(std::uint64_t aPictures, std::uint64_t aTicks, std::uint32_t aTimescale);

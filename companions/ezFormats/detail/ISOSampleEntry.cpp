@@ -1,0 +1,55 @@
+#include "ezFormats/detail/ISOSampleEntry.h"
+
+#include "ezBytes/BoxWalk.h"
+
+#include <string>
+
+ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
+    : mfFound(false), mTableVersion(aTable.ReadByte()), mContent(aTable) {
+    aTable.Skip(7); // flags, number of entries
+    mfFound = BoxWalk(aTable, aBoxBudget).Next(&mFormat, &mContent);
+    mContent.Require(mfFound);
+    mContent.Skip(8);
+}
+
+ezCString ISOFormatName(const ezCString& aFormat) {
+    std::string name(aFormat.View());
+    while (!name.empty() && (name.back() == ' ' || name.back() == '\0')) {
+        name.pop_back();
+    }
+    for (char& character : name) {
+        const char lower = ezLower(character);
+        const bool fWord = (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') ||
+                           character == '-' || character == '_';
+        character = fWord ? character : '.';
+    }
+    return ezCString(std::string_view(name));
+}
+
+ezCString ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    ByteReader content = aBox;
+    return BoxWalk(aBox, aBoxBudget).Find("frma", &content) ? content.ReadText(4) : ezCString();
+}
+
+void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {
+    constexpr std::uint32_t kVariable = UINT32_MAX;
+    if (aCodec.mBitRate == 0 && anAverage != kVariable) {
+        aCodec.mBitRate = anAverage;
+    }
+    if (aCodec.mMaxBitRate == 0 && aMaximum != kVariable) {
+        aCodec.mMaxBitRate = aMaximum;
+    }
+}
+
+void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
+    aBox.Skip(4); // size of a buffer
+    const std::uint32_t maximum = aBox.ReadBig32();
+    const std::uint32_t average = aBox.ReadBig32();
+    if (!aBox.HasFailed()) {
+        TakeRates(maximum, average, aCodec);
+    }
+}
+
+void MarkEncrypted(ISOCodec& aCodec) {
+    aCodec.mName = "encrypted:" + aCodec.mName;
+}

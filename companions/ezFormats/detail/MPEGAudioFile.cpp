@@ -1,0 +1,289 @@
+#include "ezFormats/detail/MPEGAudioFile.h"
+
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/ID3Tag.h"
+
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+using namespace std::string_view_literals;
+
+namespace {
+
+constexpr std::uint32_t kVariable = 0xFFFFFFFF;
+constexpr std::array<const char*, 4> kCodecs = {"", "MP1", "MP2", "MP3"};
+
+/// Bytes of which only so many are read that are not at hand.
+class FewReads : public ByteSource {
+public:
+    FewReads(MediaBytes& aBytes, std::uint32_t aMaxReads) : mBytes(aBytes), mReadsLeft(aMaxReads) {}
+    ~FewReads() override;
+
+    std::uint64_t GetSize() const override { return mBytes.GetSize(); }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (!mBytes.HasAtHand(aPosition, 1)) {
+            if (mReadsLeft == 0) {
+                return 0;
+            }
+            --mReadsLeft;
+        }
+        return mBytes.Lend(aPosition, aBytes);
+    }
+
+private:
+    MediaBytes& mBytes;
+    std::uint32_t mReadsLeft;
+};
+
+FewReads::~FewReads() = default;
+
+ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
+    ByteReader reader(aBytes);
+    reader.Skip(aPosition);
+    return reader;
+}
+
+/// Bytes of a header and what follows of an APE tag that stands before the sound; 0 when none does.
+std::uint64_t SizeOfLeadingAPE(ByteReader aReader) {
+    constexpr std::uint32_t kIsHeader = 0x20000000;
+    constexpr std::uint64_t kHeaderSize = 32;
+    const bool fTag = aReader.ReadText(8) == "APETAGEX";
+    aReader.Skip(4); // version
+    const std::uint64_t size = aReader.ReadLittle32();
+    aReader.Skip(4); // how many items
+    const bool fHeader = (aReader.ReadLittle32() & kIsHeader) != 0;
+    return fTag && fHeader && !aReader.HasFailed() ? kHeaderSize + size : 0;
+}
+
+/// A word that a file of a format has at a place.
+struct Mark {
+    unsigned mPlace;
+    std::string_view mWord;
+    const char* mFormat;
+};
+constexpr Mark kMarks[] = {
+    {0, "RIFF"sv, "RIFF"},
+    {0, "RIFX"sv, "RIFF"},
+    {0, "RF64"sv, "RIFF"},
+    {0, "FORM"sv, "IFF"},
+    {0, "OggS"sv, "Ogg"},
+    {0, "fLaC"sv, "FLAC"},
+    {0, "\x1A\x45\xDF\xA3"sv, "Matroska"},
+    {0, "\x30\x26\xB2\x75\x8E\x66\xCF\x11"sv, "ASF"},
+    {0, "\xFF\xD8\xFF"sv, "JPEG"},
+    {0, "\x89PNG"sv, "PNG"},
+    {0, "GIF8"sv, "GIF"},
+    {0, "FLV\x01"sv, "FLV"},
+    {0, ".RMF"sv, "RealMedia"},
+    {0, "MPCK"sv, "Musepack"},
+    {0, "MP+"sv, "Musepack"},
+    {0, "MAC "sv, "APE sound"},
+    {0, "wvpk"sv, "WavPack"},
+    {0, "ADIF"sv, "ADIF"},
+    {0, "#!AMR"sv, "AMR"},
+    {0, "PK\x03\x04"sv, "ZIP"},
+    {0, "%PDF"sv, "PDF"},
+    {0, "\x0B\x77"sv, "AC-3"},
+    {0, "\0\0\x01\xBA"sv, "program stream"},
+    {0, "\0\0\x01\xB3"sv, "MPEG video"},
+    {4, "ftyp"sv, "ISO media"},
+    {4, "moov"sv, "ISO media"},
+    {4, "mdat"sv, "ISO media"},
+    {4, "free"sv, "ISO media"},
+    {4, "skip"sv, "ISO media"},
+    {4, "wide"sv, "ISO media"},
+};
+
+/// True for sync bytes of three packets in a row.
+bool IsTransportStream(MediaBytes& aBytes, std::uint64_t aPosition, std::uint64_t aPeriod) {
+    for (unsigned i = 0; i < 3; ++i) {
+        unsigned char byte = 0;
+        if (!aBytes.Get(aPosition + i * aPeriod, &byte) || byte != 0x47) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Layer 0, which MPEG audio has not and ADTS always has.
+bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
+    return (ReaderAt(aBytes, aPosition).ReadBig(2) & 0xFFF6) == 0xFFF0;
+}
+
+} // namespace
+
+LeadingTags ReadLeadingTags(MediaBytes& aBytes) {
+    LeadingTags tags;
+    FewReads few(aBytes, kMusicTexts_MaxReads);
+    for (std::uint32_t count = 0; count < kMPEGAudio_MaxLeadingTags; ++count) {
+        if (!aBytes.HasAtHand(tags.mEnd, 1)) {
+            aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
+        }
+        ByteReader reader = ReaderAt(aBytes, tags.mEnd);
+        ID3Tag tag;
+        const bool fID3 = ReadID3Tag(reader, &tag);
+        const std::uint64_t size = fID3 ? tag.GetRest() : SizeOfLeadingAPE(ReaderAt(aBytes, tags.mEnd));
+        if (size == 0 && !fID3) {
+            break;
+        }
+        const std::uint64_t start = fID3 ? reader.GetPosition() : tags.mEnd;
+        tags.mfBelieved = size < aBytes.GetSize() - start;
+        if (fID3 && !tags.mTexts.IsComplete()) {
+            tag.mSize =
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mSize, aBytes.GetSize() - start));
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, start), tag));
+        }
+        tags.mEnd = tags.mfBelieved ? start + size : reader.GetPosition();
+        if (!tags.mfBelieved) {
+            return tags;
+        }
+    }
+    return tags;
+}
+
+std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
+    unsigned char byte = 0;
+    if (!aBytes.Get(aPosition, &byte) || byte != 0) {
+        return aPosition;
+    }
+    aBytes.Load(aPosition, kMPEGAudio_SearchSize);
+    std::uint64_t position = aPosition;
+    while (aBytes.HasAtHand(position, 1) && aBytes.Get(position, &byte) && byte == 0) {
+        ++position;
+    }
+    return position;
+}
+
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails) {
+    FewReads few(aBytes, kMusicTexts_MaxReads);
+    // ID3v1 stands in the last bytes, which are at hand now.
+    const MusicTexts plain = ReadID3v1Texts(few, aTails);
+    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails) : MusicTexts();
+    texts.Complete(plain);
+    return texts;
+}
+
+const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
+    for (const Mark& mark : kMarks) {
+        if (ReaderAt(aBytes, aPosition + mark.mPlace).ReadText(mark.mWord.size()).View() == mark.mWord) {
+            return mark.mFormat;
+        }
+    }
+    if (IsTransportStream(aBytes, aPosition, 188) || IsTransportStream(aBytes, aPosition + 4, 192)) {
+        return "transport stream";
+    }
+    return IsADTS(aBytes, aPosition) ? "ADTS" : nullptr;
+}
+
+MPEGAudioMeasure::MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames)
+    : mBytes(aBytes), mFrames(aFrames), mSound(aFrames.GetFirst()) {}
+
+void MPEGAudioMeasure::LookAtStart() {
+    const MPEGAudioFrame& first = mFrames.GetFirst();
+    mCount = ReadMPEGAudioCount(mBytes, first);
+    MPEGAudioFrame second;
+    // A lone frame with a count has no sound, but tells what sound there would be.
+    if (mCount.mKind != MPEGAudioCount::Kind::None && mFrames.Next(first, &second)) {
+        mSound = second;
+    }
+    const std::uint64_t limit =
+        mCount.mFrames != 0 ? mFrames.GetEnd() : first.mPosition + kMPEGAudio_SurveySize;
+    mSurvey = SurveyFrames(mFrames, mSound, limit);
+    if (mSurvey.mLowestRate != mSurvey.mHighestRate) {
+        mCount.mKind = MPEGAudioCount::Kind::Variable;
+    }
+}
+
+void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
+    const std::uint64_t start = mFrames.GetFirst().mPosition;
+    const bool fKnown = mBytes.IsSizeKnown();
+    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, mBytes.GetSize(), fKnown});
+    if (!mLength.mfKnown && fKnown) {
+        Estimate(aTails, afMayReadWhole);
+    } else if (!mLength.mfKnown) {
+        mLength.mAverageRate = LengthOfFrames(mSurvey, mCount, mSound).mAverageRate;
+    }
+}
+
+void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
+    const std::uint64_t end = aTails.mAudioEnd;
+    MPEGAudioSurvey slowest = mSurvey;
+    mfAllSeen = mSurvey.mEnd + kMPEGAudioMinFrameSize > end;
+    if (!mfAllSeen) {
+        LookAround(end, &slowest);
+    }
+    if (!mfAllSeen && afMayReadWhole && IsVariable() && !mFrames.IsFreeFormat()) {
+        mfAllSeen = CountAll(end);
+    }
+    mLength = mfAllSeen ? LengthOfFrames(mSurvey, mCount, mSound)
+                        : LengthOfSize(end - mSound.mPosition, mSurvey, slowest, mSound);
+}
+
+/// Looks at three more places. One rate at the start alone may be that of silence.
+void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest) {
+    const std::uint64_t size = anEnd - mSound.mPosition;
+    if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat() ||
+        size < std::uint64_t{8} * kMPEGAudio_SurveySize) {
+        return; // no rate changes, or there is little that was not seen
+    }
+    for (unsigned quarter = 1; quarter < 4; ++quarter) {
+        MPEGAudioFrame frame;
+        const std::uint64_t place = mSound.mPosition + size / 4 * quarter;
+        if (mFrames.FindNear(place, kMPEGAudio_SurveySize, &frame)) {
+            const MPEGAudioSurvey survey =
+                SurveyFrames(mFrames, frame, place + kMPEGAudio_SurveySize - kMPEGAudioMaxFrameSize);
+            mSurvey.Add(survey);
+            const bool fSlower = survey.mBytes * aSlowest->mFrames < aSlowest->mBytes * survey.mFrames;
+            *aSlowest = fSlower ? survey : *aSlowest;
+        }
+    }
+}
+
+/// Looks at all frames. False where the file holds so much else that they cannot be counted.
+bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd) {
+    constexpr std::uint32_t kBlock = std::uint32_t{64} * 1024;
+    mBytes.AllowWholeMedia();
+    mFrames.SetStep(kBlock);
+    MPEGAudioSurvey all = SurveyFrames(mFrames, mSound, anEnd);
+    MPEGAudioFrame frame;
+    while (all.mEnd < anEnd && mFrames.FindNear(all.mEnd, kBlock, &frame)) {
+        const MPEGAudioSurvey more = SurveyFrames(mFrames, frame, anEnd);
+        all.Add(more);
+        all.mEnd = more.mEnd;
+    }
+    // What stands behind the last frame may be a tag of a kind that nobody knows.
+    if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed()) {
+        return false;
+    }
+    mSurvey = all;
+    return true;
+}
+
+bool MPEGAudioMeasure::IsVariable() const {
+    return mCount.mKind == MPEGAudioCount::Kind::Variable || mSurvey.mLowestRate != mSurvey.mHighestRate;
+}
+
+void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
+    const ezMPEGAudioHeader& header = mSound.mHeader;
+    anInfo.Set(kezInfo_MimeType, "audio/mpeg", true);
+    anInfo.Set(kezInfo_AudioTrackCount, 1, true);
+    anInfo.Set(kezInfo_AudioCodec, kCodecs[header.mLayer], true);
+    anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
+    anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
+    const bool fStated = !mFrames.IsFreeFormat() && !IsVariable();
+    anInfo.Set(kezInfo_AudioBitRate, fStated ? header.mBitRate : kVariable, true);
+    if (!mFrames.IsFreeFormat() && IsVariable()) {
+        anInfo.Set(kezInfo_AudioMaxBitRate, mfAllSeen ? mSurvey.mHighestRate : header.mMaxBitRate, true);
+        anInfo.Set(kezInfo_AudioEstimatedBitRate, mLength.mAverageRate, true);
+    }
+    if (mLength.mfKnown) {
+        anInfo.Set(kezInfo_Duration, mLength.mSeconds, true);
+        anInfo.Set(kezInfo_DurationMethod, mLength.mMethod, true);
+    }
+}

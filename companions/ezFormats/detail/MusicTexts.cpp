@@ -1,0 +1,185 @@
+#include "ezFormats/detail/MusicTexts.h"
+
+#include "ezFormats/detail/AudioTails.h"
+#include "ezFormats/detail/Limits.h"
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/ID3Tag.h"
+#include "ezBytes/TextBytes.h"
+
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace {
+
+/// Where a text of a tag goes, and whether several of them go together.
+struct Field {
+    const char* mID22;
+    const char* mID23;
+    const char* mAPEKey;
+    ezCString MusicTexts::*mPlace;
+    bool mfSeveral;
+};
+constexpr std::array<Field, 4> kFields = {{
+    {"TT2", "TIT2", "title", &MusicTexts::mTitle, false},
+    {"TP1", "TPE1", "artist", &MusicTexts::mCreator, true},
+    {"TAL", "TALB", "album", &MusicTexts::mAlbum, false},
+    {"TCO", "TCON", "genre", &MusicTexts::mGenre, true},
+}};
+
+/// The bytes of a text, as far as they are looked at. What stuffing there is makes their count unknown.
+std::string ReadBytes(ByteReader& aBody) {
+    std::string bytes;
+    while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
+        bytes.push_back(static_cast<char>(aBody.ReadByte()));
+    }
+    return aBody.HasFailed() ? std::string() : bytes;
+}
+
+ezCString Join(const Field& aField, const std::vector<ezCString>& aTexts) {
+    const bool fGenre = aField.mPlace == &MusicTexts::mGenre;
+    std::string joined;
+    for (const ezCString& text : aTexts) {
+        AddMusicName(joined, (fGenre ? MusicGenreOf(text.View()) : text).View());
+    }
+    return CleanText(joined, TextEncoding::Utf8);
+}
+
+/// The first of these takes the place, unless an earlier frame has it.
+void Keep(const Field& aField, std::string_view aBytes, TextEncoding anEncoding, bool afSeveral,
+          MusicTexts& aTexts) {
+    ezCString& place = aTexts.*aField.mPlace;
+    if (place.IsEmpty()) {
+        const std::size_t count = aField.mfSeveral && afSeveral ? kMusicTexts_MaxCount : 1;
+        place = Join(aField, CleanTexts(aBytes, anEncoding, count));
+    }
+}
+
+/// A text frame: its encoding, and the text. What states no encoding there is begins with its first letter.
+void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, MusicTexts& aTexts) {
+    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Latin1, TextEncoding::Utf16,
+                                                        TextEncoding::Utf16Big, TextEncoding::Utf8};
+    const std::string bytes = ReadBytes(aBody);
+    if (bytes.empty()) {
+        return;
+    }
+    const auto encoding = static_cast<unsigned char>(bytes[0]);
+    const bool fStated = encoding < kEncodings.size();
+    const std::string_view text = std::string_view(bytes).substr(encoding < ' ' ? 1 : 0);
+    Keep(aField, text, fStated ? kEncodings[encoding] : TextEncoding::Utf8OrLatin1, aVersion == 4, aTexts);
+}
+
+std::string ReadField(ByteSource& aBytes, std::uint64_t aPosition, std::size_t aSize) {
+    ByteReader reader(aBytes);
+    reader.Skip(aPosition);
+    return std::string(reader.ReadText(aSize).View());
+}
+
+std::string WithoutEnd(const std::string& aText) {
+    return aText.substr(0, std::min(aText.find('\0'), aText.size()));
+}
+
+/// A text of ID3v1, which goes on in the enhanced part when it fills its place.
+ezCString ReadID3v1Field(ByteSource& aBytes, const AudioTails& aTails, std::uint64_t aPlace,
+                         std::uint64_t anEnhancedPlace) {
+    constexpr std::size_t kSize = 30;
+    std::string text = WithoutEnd(ReadField(aBytes, aTails.mID3v1 + aPlace, kSize));
+    if (aTails.mEnhancedID3v1 != 0 && text.size() == kSize) {
+        text += WithoutEnd(ReadField(aBytes, aTails.mEnhancedID3v1 + anEnhancedPlace, 2 * kSize));
+    }
+    return CleanText(text, TextEncoding::Utf8OrLatin1);
+}
+
+/// The genre's own words in the enhanced part, or its number.
+ezCString ReadID3v1Genre(ByteSource& aBytes, const AudioTails& aTails) {
+    constexpr std::uint64_t kEnhancedGenre = 185;
+    constexpr std::uint64_t kGenre = 127;
+    ezCString genre;
+    if (aTails.mEnhancedID3v1 != 0) {
+        genre = CleanText(ReadField(aBytes, aTails.mEnhancedID3v1 + kEnhancedGenre, 30),
+                          TextEncoding::Utf8OrLatin1);
+    }
+    unsigned char number = 0xFF;
+    aBytes.Get(aTails.mID3v1 + kGenre, &number);
+    return genre.IsEmpty() ? ezCString(MusicGenreName(number)) : genre;
+}
+
+void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t aVersion, MusicTexts& aTexts) {
+    const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Utf8OrLatin1;
+    for (const Field& field : kFields) {
+        if (aKey.CompareNoCase(field.mAPEKey) == 0) {
+            Keep(field, aBytes, encoding, true, aTexts);
+        }
+    }
+}
+
+} // namespace
+
+bool MusicTexts::IsComplete() const {
+    return !mTitle.IsEmpty() && !mCreator.IsEmpty() && !mAlbum.IsEmpty() && !mGenre.IsEmpty();
+}
+
+void MusicTexts::Complete(const MusicTexts& aTexts) {
+    for (const Field& field : kFields) {
+        ezCString& place = this->*field.mPlace;
+        place = place.IsEmpty() ? aTexts.*field.mPlace : place;
+    }
+}
+
+void MusicTexts::Store(ezMediaInfo& anInfo) const {
+    anInfo.mTitle = mTitle;
+    anInfo.mCreator = mCreator;
+    anInfo.mAlbum = mAlbum;
+    anInfo.mGenre = mGenre;
+}
+
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag) {
+    MusicTexts texts;
+    ID3Frames frames(aReader, aTag);
+    ezCString id;
+    ByteReader body = aReader;
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && !texts.IsComplete(); ++count) {
+        if (!frames.Next(&id, &body)) {
+            break;
+        }
+        for (const Field& field : kFields) {
+            if (id == (aTag.mVersion == 2 ? field.mID22 : field.mID23)) {
+                KeepFrame(field, body, aTag.mVersion, texts);
+            }
+        }
+    }
+    return texts;
+}
+
+MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails) {
+    MusicTexts texts;
+    if (aTails.mID3v1 != 0) {
+        texts.mTitle = ReadID3v1Field(aBytes, aTails, 3, 4);
+        texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64);
+        texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124);
+        texts.mGenre = ReadID3v1Genre(aBytes, aTails);
+    }
+    return texts;
+}
+
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails) {
+    constexpr std::size_t kMaxKey = 256;
+    constexpr std::uint32_t kKindMask = 0x6; // 0: text
+    MusicTexts texts;
+    ByteReader items(aBytes);
+    items.Skip(aTails.mAPEItems);
+    items = items.Take(aTails.mAPEEnd - aTails.mAPEItems);
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && items.GetLeft() != 0; ++count) {
+        const std::uint32_t size = items.ReadLittle32();
+        const std::uint32_t flags = items.ReadLittle32();
+        const ezCString key = items.ReadZeroTerminated(kMaxKey);
+        ByteReader value = items.Take(size);
+        if (!items.HasFailed() && (flags & kKindMask) == 0 && !texts.IsComplete()) {
+            KeepAPEItem(key, ReadBytes(value), aTails.mAPEVersion, texts);
+        }
+    }
+    return texts;
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ezPlatform/text/CString.h"
+
+#include <string>
+#include <string_view>
+
+class ByteReader;
+class ByteSource;
+class ezMediaInfo;
+struct ID3Tag;
+struct AudioTails;
+
+/// What tags tell of a piece of music, each text as CleanText has it.
+struct MusicTexts {
+    ezCString mTitle;
+    ezCString mCreator;
+    ezCString mAlbum;
+    ezCString mGenre;
+
+    bool IsComplete() const;
+    /// Fills what is still empty from another.
+    void Complete(const MusicTexts& aTexts);
+    /// Moves the texts that there are into a record.
+    void Store(ezMediaInfo& anInfo) const;
+};
+
+/// Those of an ID3v2 tag; aReader stands behind its header. Of a frame with several texts the first is the
+/// title or album, and all, parted by ", ", are the creators or genres; up to version 2.3 the first alone
+/// counts.
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag);
+
+/// Those of ID3v1, of which the enhanced part holds the rest of longer texts; of APE items.
+MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails);
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails);
+
+/// Puts a name behind others, parted by ", ", unless it is among them.
+void AddMusicName(std::string& aList, std::string_view aName);
+
+/// A genre as writers of ID3v2 state it, by names: "17", "(17)", "(17)(4)Rock", "RX" and "CR" among words.
+/// Each name once, parted by ", ". Empty for a number that means none.
+ezCString MusicGenreOf(std::string_view aText);
+
+/// The name of a number; empty for one that has none.
+std::string_view MusicGenreName(unsigned aNumber);

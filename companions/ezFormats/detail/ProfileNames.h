@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string_view>
+
+/// True for a media format profile of the DLNA guidelines (IEC 62481-2), to the letter.
+bool ProfileNames_Has(std::string_view aName);

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ezPlatform/base/Types.h"
+#include "ezPlatform/text/CString.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+class ezMediaInfo;
+
+enum class ProfileFactKind { Word, Number };
+
+/// A fact that a rule can ask for.
+struct ProfileFact {
+    std::string_view mName;
+    std::string_view mKey; ///< its other name: the key that holds it, or the first choice among those
+    ProfileFactKind mKind;
+    /// Where the record holds it: the first key that states a number counts. Null ends them.
+    std::array<const char*, 3> mKeys;
+    uint32 mScale = 1;         ///< the record holds this many times the number that a table states
+    uint32 mTolerance = 0;     ///< how far beside a stated number the record's may lie and meet it still
+    bool mfZeroCounts = false; ///< 0 is a value, and not the lack of one
+};
+
+inline constexpr std::size_t kProfileFactCount = 17;
+extern const std::array<ProfileFact, kProfileFactCount> kProfileFacts;
+
+/// The index of a fact by one of its names; kProfileFactCount when there is none.
+std::size_t ProfileFact_Find(std::string_view aName);
+
+/// What a record says of them, read once.
+class ProfileFactValues {
+public:
+    /// The largest number that is one: the next one stands for what varies.
+    static constexpr uint32 kMaximum = 0xFFFFFFFE;
+
+    explicit ProfileFactValues(const ezMediaInfo& anInfo);
+
+    /// False when the record does not state it, or states that it varies without a bound.
+    bool IsStated(std::size_t aFact) const;
+    uint32 GetNumber(std::size_t aFact) const { return mNumbers[aFact]; }
+    std::string_view GetWord(std::size_t aFact) const { return mWords[aFact].View(); }
+
+private:
+    std::array<uint32, kProfileFactCount> mNumbers = {};
+    std::array<ezCString, kProfileFactCount> mWords;
+};

@@ -1,0 +1,15 @@
+// The door: an MP4 file, or a relative of it.
+
+#include "fuzz/support/FormatDoor.h"
+
+#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
+    static ISOMediaParser sParser; // holds nothing between two parses
+    FormatDoor_Check(aData, aSize, sParser, {kISOMedia_MimeTypes, kISO_MaxReads, kISO_MaxBytes});
+    return 0;
+}

@@ -1,0 +1,403 @@
+#include "ProfileKit.h"
+
+#include "ezFormats/FormatParsers.h"
+#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/JPEGParser.h"
+#include "ezFormats/MPEGAudioParser.h"
+#include "ezFormats/PNGParser.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/ProfileRuleReader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+// The table that the library brings: its rules one by one, made to win and to lose, and media as they are
+// met.
+
+namespace {
+
+/// Values of facts by their index: texts as a record holds them.
+using Facts = std::map<std::size_t, std::string>;
+
+const std::vector<ProfileRule>& BuiltInRules() {
+    static const std::vector<ProfileRule> sRules = [] {
+        std::vector<ProfileRulesProblem> problems;
+        return ProfileRules_Read(ProfileRules::BuiltInText(), &problems);
+    }();
+    return sRules;
+}
+
+std::string FirstTypeOf(const ProfileRule& aRule) {
+    std::size_t index = 0;
+    while ((aRule.mMimeTypes >> index & 1) == 0) {
+        ++index;
+    }
+    return std::string(FormatMimeType_At(index));
+}
+
+std::unique_ptr<ezMediaInfo> RecordWith(const ProfileRule& aRule, const Facts& aFacts) {
+    std::unique_ptr<ezMediaInfo> info = RecordOf("mt=" + FirstTypeOf(aRule));
+    for (const auto& [fact, value] : aFacts) {
+        info->Set(kProfileFacts[fact].mKeys[0], value.c_str(), true);
+    }
+    return info;
+}
+
+/// What meets a condition: its words, the ends of its ranges.
+std::vector<std::string> MeetingValues(const ProfileCondition& aCondition) {
+    std::vector<std::string> values = aCondition.mWords;
+    for (const ProfileRange& range : aCondition.mRanges) {
+        values.push_back(std::to_string(range.mMost));
+        values.push_back(std::to_string(range.mLeast));
+    }
+    return values;
+}
+
+/// What lies just outside a condition.
+std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
+    std::vector<std::string> values = {""};
+    for (const std::string& word : aCondition.mWords) {
+        values.push_back(word + "x");
+        values.push_back(word.substr(1));
+        for (const ezCString& other : {ezCString(word.c_str()).Lower(), ezCString(word.c_str()).Upper()}) {
+            if (Str(other) != word) {
+                values.push_back(Str(other));
+            }
+        }
+    }
+    for (const ProfileRange& range : aCondition.mRanges) {
+        values.push_back(std::to_string(range.mMost + 1));
+        values.emplace_back("4294967295");
+        if (range.mLeast > 0) {
+            values.push_back(std::to_string(range.mLeast - 1));
+        }
+    }
+    return values;
+}
+
+/// The rule that gives a record its name; null when none.
+const ProfileRule* WinnerOf(const ezMediaInfo& anInfo) {
+    const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
+    const ProfileFactValues values(anInfo);
+    for (const ProfileRule& rule : BuiltInRules()) {
+        if ((rule.mMimeTypes & type) != 0 && ProfileRule_IsMet(rule, values)) {
+            return &rule;
+        }
+    }
+    return nullptr;
+}
+
+/// Changes one fact so that the other rule, which comes before, is not met and this one still is.
+bool Evade(const ProfileRule& aRule, const ProfileRule& anOther, Facts* aFacts) {
+    for (const ProfileCondition& condition : aRule.mConditions) {
+        for (const std::string& value : MeetingValues(condition)) {
+            Facts facts = *aFacts;
+            facts[condition.mFact] = value;
+            if (!ProfileRule_IsMet(anOther, ProfileFactValues(*RecordWith(aRule, facts)))) {
+                *aFacts = facts;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// Facts by which a rule wins.
+Facts WinningFacts(const ProfileRule& aRule) {
+    Facts facts;
+    for (const ProfileCondition& condition : aRule.mConditions) {
+        facts[condition.mFact] = MeetingValues(condition).front();
+    }
+    for (std::size_t i = 0; i < BuiltInRules().size(); ++i) {
+        const ProfileRule* const winner = WinnerOf(*RecordWith(aRule, facts));
+        if (winner == nullptr || winner == &aRule || !Evade(aRule, *winner, &facts)) {
+            break;
+        }
+    }
+    return facts;
+}
+
+std::string Where(const ProfileRule& aRule) {
+    return Str(aRule.mProfile) + " of line " + std::to_string(aRule.mLine);
+}
+
+} // namespace
+
+TEST(BuiltInProfileRules, HaveNoProblem) {
+    EXPECT_EQ(ProblemsOf(std::string(ProfileRules::BuiltInText())), std::vector<std::string>());
+    EXPECT_GT(BuiltInRules().size(), 50U);
+    EXPECT_NE(ProfileRules::BuiltIn(), nullptr);
+}
+
+TEST(BuiltInProfileRules, EachWinsForARecordThatKeepsIt) {
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
+        EXPECT_EQ(WinnerOf(*info), &rule) << Where(rule);
+        EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)), Str(rule.mProfile)) << Where(rule);
+    }
+}
+
+TEST(BuiltInProfileRules, NoneGivesItsNameJustOutsideOfAnyOfItsConditions) {
+    std::size_t count = 0;
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const Facts facts = WinningFacts(rule);
+        for (const ProfileCondition& condition : rule.mConditions) {
+            for (const std::string& value : MissingValues(condition)) {
+                Facts missing = facts;
+                missing[condition.mFact] = value;
+                const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, missing);
+                const ProfileRule* const winner = WinnerOf(*info);
+                EXPECT_NE(winner, &rule)
+                    << Where(rule) << " by " << kProfileFacts[condition.mFact].mName << "=" << value;
+                EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)),
+                          winner == nullptr ? "" : Str(winner->mProfile));
+                ++count;
+            }
+        }
+    }
+    EXPECT_GT(count, 1000U);
+}
+
+TEST(BuiltInProfileRules, NoneGivesItsNameToAnotherMimeType) {
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
+        for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
+            info->Set(kezInfo_MimeType, ezCString(FormatMimeType_At(i)), true);
+            if ((rule.mMimeTypes >> i & 1) == 0) {
+                EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << FormatMimeType_At(i);
+            }
+        }
+    }
+}
+
+TEST(BuiltInProfileRules, EachStatesAllThatItsKindNeeds) {
+    const std::map<std::string, std::vector<const char*>> needed = {
+        {"image", {"process", "colours", "width", "height"}},
+        {"audio", {"audio-codec", "channels", "audio-bit-rate"}},
+        {"video",
+         {"video-codec", "video-profile", "video-level", "width", "height", "frame-rate", "video-bit-rate",
+          "audio-codec", "sampling-rate", "channels", "audio-bit-rate"}}};
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::string type = FirstTypeOf(rule);
+        for (const char* const fact : needed.at(type.substr(0, 5))) {
+            EXPECT_TRUE(std::any_of(rule.mConditions.begin(), rule.mConditions.end(),
+                                    [fact](const ProfileCondition& aCondition) {
+                                        return kProfileFacts[aCondition.mFact].mName == fact;
+                                    }))
+                << Where(rule) << " without " << fact;
+        }
+    }
+}
+
+TEST(BuiltInProfileRules, HeadListsEveryFactByBothItsNames) {
+    const std::string text(ProfileRules::BuiltInText());
+    for (const ProfileFact& fact : kProfileFacts) {
+        std::string line = "\n# " + std::string(fact.mName);
+        line.resize(20, ' ');
+        EXPECT_NE(text.find(line + std::string(fact.mKey) + "  "), std::string::npos) << fact.mName;
+    }
+}
+
+TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
+    const auto listed = [](const char* aTypes) {
+        return Str(ProfileRules::BuiltIn()->GetProfileInfo(aTypes));
+    };
+    EXPECT_EQ(listed("audio/mpeg"), "audio/mpeg:DLNA.ORG_PN=MP3,audio/mpeg:DLNA.ORG_PN=MP3X,audio/mpeg:*");
+    EXPECT_EQ(listed("image/jpeg"), "image/jpeg:DLNA.ORG_PN=JPEG_SM,image/jpeg:DLNA.ORG_PN=JPEG_MED,"
+                                    "image/jpeg:DLNA.ORG_PN=JPEG_LRG,image/jpeg:*");
+    EXPECT_EQ(listed("image/png"), "image/png:DLNA.ORG_PN=PNG_LRG,image/png:*");
+    EXPECT_EQ(
+        listed("audio/mp4"),
+        "audio/mp4:DLNA.ORG_PN=AAC_ISO_320,audio/mp4:DLNA.ORG_PN=AAC_ISO,audio/mp4:DLNA.ORG_PN=AAC_MULT5_ISO,"
+        "audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO,"
+        "audio/mp4:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/mp4:DLNA.ORG_PN=AMR_3GPP,audio/mp4:*");
+    EXPECT_EQ(listed("audio/3gpp"),
+              "audio/3gpp:DLNA.ORG_PN=AAC_ISO_320,audio/3gpp:DLNA.ORG_PN=AAC_ISO,audio/"
+              "3gpp:DLNA.ORG_PN=AAC_MULT5_ISO,"
+              "audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO,"
+              "audio/3gpp:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/3gpp:DLNA.ORG_PN=AMR_3GPP,"
+              "audio/3gpp:DLNA.ORG_PN=AMR_WBplus,audio/3gpp:*");
+    EXPECT_EQ(listed("video/3gpp"), "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AAC,"
+                                    "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AMR,video/3gpp:*");
+    EXPECT_EQ(listed("video/quicktime,video/3gpp2,audio/3gpp2"),
+              "video/quicktime:*,video/3gpp2:*,audio/3gpp2:*");
+    std::string mp4;
+    for (const char* const name :
+         {"AVC_MP4_BL_CIF15_AAC_520",  "AVC_MP4_BL_CIF15_AAC",       "AVC_MP4_BL_CIF30_AAC_940",
+          "AVC_MP4_BL_L2_CIF30_AAC",   "AVC_MP4_BL_CIF30_AAC_MULT5", "AVC_MP4_BL_CIF30_AC3",
+          "AVC_MP4_BL_CIF30_MPEG1_L3", "AVC_MP4_BL_L3_SD_AAC",       "AVC_MP4_BL_L3L_SD_AAC",
+          "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",      "AVC_MP4_MP_SD_AAC_MULT5",
+          "AVC_MP4_MP_SD_AC3",         "AVC_MP4_MP_SD_MPEG1_L3",     "AVC_MP4_MP_HD_720p_AAC",
+          "AVC_MP4_MP_HD_1080i_AAC",   "AVC_MP4_HP_HD_AAC",          "AVC_MP4_HP_HD_EAC3",
+          "MPEG4_P2_MP4_SP_L2_AAC",    "MPEG4_P2_MP4_SP_AAC",        "MPEG4_P2_MP4_SP_VGA_AAC",
+          "MPEG4_P2_MP4_SP_L5_AAC",    "MPEG4_P2_MP4_SP_L6_AAC"}) {
+        mp4 += std::string("video/mp4:DLNA.ORG_PN=") + name + ",";
+    }
+    EXPECT_EQ(listed("video/mp4"), mp4 + "video/mp4:*");
+}
+
+TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {
+    const std::shared_ptr<const ProfileRules> none = ProfileRules::FromText("", nullptr);
+    MPEGAudioParser audio(none);
+    JPEGParser jpeg(none);
+    PNGParser png(none);
+    ISOMediaParser iso(none);
+    std::set<std::string> given;
+    for (FormatParser* const parser : std::initializer_list<FormatParser*>{&audio, &jpeg, &png, &iso}) {
+        std::istringstream entries(Str(parser->GetDLNAInfo()));
+        for (std::string entry; std::getline(entries, entry, ',');) {
+            given.insert(entry);
+        }
+    }
+    std::set<std::string> listed;
+    for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
+        listed.insert(std::string(FormatMimeType_At(i)) + ":*");
+        EXPECT_EQ(FormatMimeType_Bit(FormatMimeType_At(i)), std::uint32_t{1} << i);
+    }
+    EXPECT_EQ(given, listed);
+}
+
+// Media as they are met. The limits stand here once more, so that no slip of the table goes unseen.
+
+TEST(BuiltInProfileRules, MPEGAudioKeepsMP3AndMP3X) {
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=128000"), "MP3");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=48000 ac=1 ar=4294967295 ma=320000"), "MP3");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=32000 ac=1 ar=4294967295 ea=32000"), "MP3");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=4294967295"), "");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=22050 ac=2 ar=64000"), "MP3X");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=31999"), "MP3X");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=16000 ac=2 ar=8000"), "MP3X");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=11025 ac=2 ar=64000"), "") << "MPEG-2.5";
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=320001"), "");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP2 sf=44100 ac=2 ar=128000"), "");
+    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP1 sf=44100 ac=2 ar=128000"), "");
+}
+
+TEST(BuiltInProfileRules, PicturesKeepTheSmallestSizeThatHoldsBothSides) {
+    const std::string jpeg = "mt=image/jpeg pr=baseline cr=4:2:0 cd=8 ";
+    EXPECT_EQ(ProfileOf(jpeg + "wi=640 he=480"), "JPEG_SM");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=160 he=160"), "JPEG_SM") << "no thumbnail";
+    EXPECT_EQ(ProfileOf(jpeg + "wi=480 he=640"), "JPEG_MED");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=641 he=480"), "JPEG_MED");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=1024 he=768"), "JPEG_MED");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=768 he=1024"), "JPEG_LRG");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=4096 he=4096"), "JPEG_LRG");
+    EXPECT_EQ(ProfileOf(jpeg + "wi=4097 he=1"), "");
+    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=grey cd=8 wi=1 he=1"), "JPEG_SM");
+    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=progressive cr=4:2:0 cd=8 wi=1 he=1"), "");
+    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=CMYK cd=8 wi=1 he=1"), "");
+    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=4:4:4 cd=8 wi=1 he=1"), "");
+    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGBA cd=8 wi=4096 he=4096"), "PNG_LRG");
+    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=grey cd=16 wi=9 he=9"), "PNG_LRG");
+    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGB cd=16 wi=9 he=9"), "");
+    EXPECT_EQ(ProfileOf("mt=image/png pr=interlaced cr=RGB cd=8 wi=9 he=9"), "");
+    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGB cd=8 wi=9 he=4097"), "");
+}
+
+TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
+    for (const std::string type : {"mt=audio/mp4 ", "mt=audio/3gpp "}) {
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=320000"), "AAC_ISO_320");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=320001"), "AAC_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=576000"), "AAC_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=576001"), "AAC_MULT5_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=8000 ac=6 ar=128000"), "AAC_MULT5_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=96000 ac=2 ar=128000"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=48000 ac=8 ar=128000"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=2 ar=64000"), "HEAAC_L2_ISO_320");
+        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=2 ar=400000"), "HEAAC_L2_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=6 ar=64000"), "HEAAC_MULT5_ISO");
+        EXPECT_EQ(ProfileOf(type + "ca=HE-AACv2 sf=48000 ac=2 ar=64000"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=AAC-Main sf=48000 ac=2 ar=64000"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=ALAC sf=48000 ac=2 ar=64000"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=AMR sf=8000 ac=1 ar=12800"), "AMR_3GPP");
+        EXPECT_EQ(ProfileOf(type + "ca=AMR sf=8000 ac=2 ar=12800"), "");
+        EXPECT_EQ(ProfileOf(type + "ca=AMR-WB sf=16000 ac=1 ar=12800"), "");
+    }
+    EXPECT_EQ(ProfileOf("mt=audio/3gpp ca=AMR-WB+ ac=2 ar=48000"), "AMR_WBplus");
+    EXPECT_EQ(ProfileOf("mt=audio/mp4 ca=AMR-WB+ ac=2 ar=48000"), "");
+    EXPECT_EQ(ProfileOf("mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000"), "");
+}
+
+TEST(BuiltInProfileRules, H264KeepsTheNarrowestOfItsProfile) {
+    const std::string cif15 = "mt=video/mp4 vc=H264 vp=Baseline wi=352 he=288 fr=15000 ca=AAC sf=44100 ac=2 ";
+    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384000 br=520000 ar=128000"), "AVC_MP4_BL_CIF15_AAC_520");
+    EXPECT_EQ(ProfileOf(cif15 + "vl=9 vr=384000 br=520001 ar=128000"), "AVC_MP4_BL_CIF15_AAC");
+    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384000 br=600000 ar=200000"), "AVC_MP4_BL_CIF15_AAC");
+    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384001 br=600000 ar=128000"), "AVC_MP4_BL_CIF30_AAC_940");
+    EXPECT_EQ(ProfileOf(cif15 + "vl=20 vr=384000 br=600000 ar=200000"), "AVC_MP4_BL_L2_CIF30_AAC");
+    const std::string cif30 = "mt=video/mp4 vc=H264 vp=Baseline vl=20 wi=352 he=288 fr=29970 sf=48000 ";
+    EXPECT_EQ(ProfileOf(cif30 + "vr=1100000 br=1300000 ca=AAC ac=2 ar=200000"), "AVC_MP4_BL_L2_CIF30_AAC");
+    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=AAC ac=6 ar=400000"), "AVC_MP4_BL_CIF30_AAC_MULT5");
+    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=AC3 ac=6 ar=640000"), "AVC_MP4_BL_CIF30_AC3");
+    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=MP3 ac=2 ar=320000"), "AVC_MP4_BL_CIF30_MPEG1_L3");
+    EXPECT_EQ(ProfileOf(cif30 + "vr=2000001 br=3000000 ca=MP3 ac=2 ar=320000"), "");
+    const std::string sd = "mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ";
+    EXPECT_EQ(ProfileOf(sd + "wi=720 he=576 fr=25000 vr=4000000"), "AVC_MP4_BL_L3_SD_AAC");
+    EXPECT_EQ(ProfileOf(sd + "wi=720 he=480 fr=29970 vr=4500000"), "AVC_MP4_BL_L3L_SD_AAC");
+    EXPECT_EQ(ProfileOf(sd + "wi=640 he=360 fr=30000 vr=1000000"), "AVC_MP4_BL_L3_SD_AAC");
+    EXPECT_EQ(ProfileOf(sd + "wi=720 he=576 fr=30000 vr=4000000"), "");
+    EXPECT_EQ(ProfileOf(sd + "wi=704 he=576 fr=25000 vr=4000000"), "");
+    EXPECT_EQ(ProfileOf(sd + "wi=704 he=576 fr=25000 vr=4000000 br=4300000"), "AVC_MP4_BL_L31_HD_AAC");
+    const std::string hd = "mt=video/mp4 vc=H264 vp=Baseline ca=AAC sf=48000 ac=2 ar=256000 wi=1280 he=720 ";
+    EXPECT_EQ(ProfileOf(hd + "vl=31 fr=30000 vr=14000000 br=15000000"), "AVC_MP4_BL_L31_HD_AAC");
+    EXPECT_EQ(ProfileOf(hd + "vl=32 fr=60000 vr=20000000 br=21000000"), "AVC_MP4_BL_L32_HD_AAC");
+    EXPECT_EQ(ProfileOf(hd + "vl=40 fr=30000 vr=14000000 br=15000000"), "");
+    const std::string main = "mt=video/mp4 vc=H264 vp=Main sf=48000 ";
+    EXPECT_EQ(ProfileOf(main + "vl=30 wi=720 he=576 fr=25000 vr=10000000 ca=AAC ac=6 ar=384000"),
+              "AVC_MP4_MP_SD_AAC_MULT5");
+    EXPECT_EQ(ProfileOf(main + "vl=30 wi=720 he=480 fr=29970 vr=10000000 ca=AC3 ac=2 ar=192000"),
+              "AVC_MP4_MP_SD_AC3");
+    EXPECT_EQ(ProfileOf(main + "vl=30 wi=640 he=480 fr=29970 vr=10000000 ca=MP3 ac=2 ar=192000"),
+              "AVC_MP4_MP_SD_MPEG1_L3");
+    EXPECT_EQ(ProfileOf(main + "vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ac=2 ar=192000"),
+              "AVC_MP4_MP_HD_720p_AAC");
+    EXPECT_EQ(
+        ProfileOf(main + "vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000"),
+        "AVC_MP4_MP_HD_1080i_AAC");
+    EXPECT_EQ(
+        ProfileOf(main + "vl=41 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000"), "");
+    const std::string high = "mt=video/mp4 vc=H264 vp=High vl=40 sf=48000 vr=25000000 ";
+    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976 ca=AAC ac=2 ar=192000"), "AVC_MP4_HP_HD_AAC");
+    EXPECT_EQ(ProfileOf(high + "wi=1280 he=720 fr=59940 ca=AAC ac=2 ar=192000"), "AVC_MP4_HP_HD_AAC");
+    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=30000 ca=EAC3 ac=6 ar=448000"), "AVC_MP4_HP_HD_EAC3");
+    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=50000 ca=AAC ac=2 ar=192000"), "");
+    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976 ca=AC3 ac=2 ar=192000"), "");
+    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976"), "") << "without audio";
+    EXPECT_EQ(ProfileOf("mt=video/quicktime vc=H264 vp=High vl=40 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
+                        "ca=AAC ac=2 ar=192000"),
+              "");
+    EXPECT_EQ(ProfileOf("mt=video/mp4 vc=H265 vp=Main vl=30 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
+                        "ca=AAC ac=2 ar=192000"),
+              "");
+}
+
+TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
+    const std::string simple = "mt=video/mp4 vc=MPEG4 vp=Simple ca=AAC sf=44100 ac=2 ";
+    EXPECT_EQ(ProfileOf(simple + "vl=20 wi=352 he=288 fr=15000 vr=128000 ar=128000"),
+              "MPEG4_P2_MP4_SP_L2_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=10 wi=176 he=144 fr=30000 vr=64000 ar=128000"),
+              "MPEG4_P2_MP4_SP_L2_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=0 wi=176 he=144 fr=15000 vr=64000 ar=216000"), "MPEG4_P2_MP4_SP_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=30 wi=352 he=288 fr=30000 vr=384000 ar=216000"), "MPEG4_P2_MP4_SP_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=30 wi=352 he=288 fr=30000 vr=384001 ar=216000"),
+              "MPEG4_P2_MP4_SP_VGA_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000"),
+              "MPEG4_P2_MP4_SP_VGA_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000"),
+              "MPEG4_P2_MP4_SP_L5_AAC");
+    EXPECT_EQ(ProfileOf(simple + "vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000"),
+              "MPEG4_P2_MP4_SP_L6_AAC");
+    EXPECT_EQ(
+        ProfileOf(
+            "mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 ca=AAC sf=44100 "
+            "ac=2 ar=128000"),
+        "");
+    const std::string phone =
+        "mt=video/3gpp vc=MPEG4 vp=Simple wi=176 he=144 fr=15000 vr=128000 ac=1 sf=8000 ";
+    EXPECT_EQ(ProfileOf(phone + "vl=9 ca=AAC ar=64000"), "MPEG4_P2_3GPP_SP_L0B_AAC");
+    EXPECT_EQ(ProfileOf(phone + "vl=0 ca=AMR ar=12800"), "MPEG4_P2_3GPP_SP_L0B_AMR");
+    EXPECT_EQ(ProfileOf(phone + "vl=10 ca=AMR ar=12800"), "");
+}

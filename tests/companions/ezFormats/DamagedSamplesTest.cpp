@@ -1,0 +1,143 @@
+#include "FormatHost.h"
+#include "LargestAllocation.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+// Every parser, over every sample cut and damaged.
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define EZ_ALLOCATOR_IS_TAKEN
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#define EZ_ALLOCATOR_IS_TAKEN
+#endif
+#endif
+
+namespace {
+
+std::atomic<std::size_t> gLargest{0};
+
+void Note(std::size_t aSize) {
+    std::size_t largest = gLargest;
+    while (aSize > largest && !gLargest.compare_exchange_weak(largest, aSize)) {
+    }
+}
+
+} // namespace
+
+void LargestAllocation::Reset() {
+    gLargest = 0;
+}
+
+std::size_t LargestAllocation::Get() {
+    return gLargest;
+}
+
+#ifdef EZ_ALLOCATOR_IS_TAKEN
+
+// The sanitizers have an allocator of their own, which can be listened to.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*aMallocHook)(const volatile void*,
+                                                                             std::size_t),
+                                                         void (*aFreeHook)(const volatile void*));
+
+namespace {
+
+const int gHooked = __sanitizer_install_malloc_and_free_hooks(
+    [](const volatile void*, std::size_t aSize) { Note(aSize); }, [](const volatile void*) {});
+
+} // namespace
+
+#else
+
+void* operator new(std::size_t aSize) {
+    Note(aSize);
+    void* block = std::malloc(aSize != 0 ? aSize : 1);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
+void operator delete(void* aBlock) noexcept {
+    std::free(aBlock);
+}
+
+void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
+    std::free(aBlock);
+}
+
+#endif
+
+namespace {
+
+/// No parse needs a block larger than this, whatever the numbers in the file say.
+constexpr std::size_t kLargestBlock = std::size_t{256} * 1024;
+constexpr std::size_t kSmallSample = std::size_t{4} * 1024;
+
+/// Places of a sample: all of a small one; of others the start, the end, and some between.
+std::vector<std::size_t> PlacesOf(const std::string& aBytes) {
+    constexpr std::size_t kStart = 256;
+    constexpr std::size_t kEnd = 64;
+    constexpr std::size_t kBetween = 61;
+    const std::size_t size = aBytes.size();
+    std::vector<std::size_t> places;
+    for (std::size_t at = 0; at < size;) {
+        places.push_back(at);
+        const bool fEach = size < kSmallSample || at < kStart || at + kEnd >= size;
+        at += fEach ? 1 : std::min((size - kStart - kEnd) / kBetween, size - kEnd - at);
+    }
+    return places;
+}
+
+/// Parses by every parser; what one finds must be announced completely.
+void ExpectHarmless(const std::vector<std::unique_ptr<ezMediaParser>>& aParsers, const std::string& aBytes,
+                    const std::string& aWhat) {
+    for (const auto& parser : aParsers) {
+        AwkwardStream stream(aBytes, Delivery());
+        LargestAllocation::Reset();
+        const Record record(parser->Parse(stream));
+        EXPECT_LE(LargestAllocation::Get(), kLargestBlock) << parser->GetType().c_str() << ", " << aWhat;
+        if (record != nullptr) {
+            EXPECT_TRUE(record->Has(kezInfo_MimeType) && record->Has(kezInfo_ClassName) &&
+                        record->Has(kezInfo_DLNA))
+                << aWhat << ": " << DumpRecord(record.get());
+        }
+    }
+}
+
+} // namespace
+
+TEST(DamagedSamples, AreRefusedOrCompletelyAnnouncedWhereverTheyAreCut) {
+    const auto parsers = AllParsers();
+    for (const SampleFile& sample : AllSamples()) {
+        for (const std::size_t size : PlacesOf(sample.mBytes)) {
+            ExpectHarmless(parsers, sample.mBytes.substr(0, size),
+                           sample.mName + " cut to " + std::to_string(size));
+        }
+    }
+}
+
+TEST(DamagedSamples, AreRefusedOrCompletelyAnnouncedWhicheverByteIsFlipped) {
+    const auto parsers = AllParsers();
+    for (const SampleFile& sample : AllSamples()) {
+        std::string damaged = sample.mBytes;
+        for (const std::size_t place : PlacesOf(sample.mBytes)) {
+            const int bit = 1 << place % 8;
+            for (const int bits : {bit, 0xFF}) {
+                damaged[place] = static_cast<char>(sample.mBytes[place] ^ bits);
+                ExpectHarmless(parsers, damaged,
+                               sample.mName + ", byte " + std::to_string(place) + " ^ " +
+                                   std::to_string(bits));
+            }
+            damaged[place] = sample.mBytes[place];
+        }
+    }
+}
+
+TEST(DamagedSamples, LargestAllocationIsSeen) {
+    LargestAllocation::Reset();
+    const std::vector<char> block(1000000);
+    EXPECT_GE(LargestAllocation::Get(), block.size());
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "ezFormats/FormatParsers.h"
+#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/JPEGParser.h"
+#include "ezFormats/MPEGAudioParser.h"
+#include "ezFormats/PNGParser.h"
+
+#include "ez/MediaParserManager.h"
+
+#include "support/AwkwardStream.h"
+#include "support/Catchers.h"
+#include "support/Record.h"
+
+#include "ezPlatform/config/PropertyList.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A file of the samples.
+struct SampleFile {
+    std::string mName; ///< "pictures/harbour.png"
+    std::string mBytes;
+};
+
+/// Every media below the samples, by name. What lies in the folder of the samples itself is about them, and
+/// playlists are no media.
+inline const std::vector<SampleFile>& AllSamples() {
+    static const std::vector<SampleFile> sSamples = [] {
+        const std::filesystem::path folder(EZ_SAMPLES);
+        std::vector<SampleFile> samples;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+            const std::filesystem::path name = entry.path().lexically_relative(folder);
+            const bool fMedia = name.has_parent_path() && name.parent_path() != "playlists";
+            if (entry.is_regular_file() && fMedia) {
+                std::ifstream file(entry.path(), std::ios::binary);
+                samples.push_back({name.string(), {std::istreambuf_iterator<char>(file), {}}});
+            }
+        }
+        std::sort(samples.begin(), samples.end(),
+                  [](const auto& aLeft, const auto& aRight) { return aLeft.mName < aRight.mName; });
+        return samples;
+    }();
+    return sSamples;
+}
+
+/// One parser of each file format.
+inline std::vector<std::unique_ptr<ezMediaParser>> AllParsers() {
+    std::vector<std::unique_ptr<ezMediaParser>> parsers;
+    parsers.push_back(std::make_unique<MPEGAudioParser>());
+    parsers.push_back(std::make_unique<JPEGParser>());
+    parsers.push_back(std::make_unique<PNGParser>());
+    parsers.push_back(std::make_unique<ISOMediaParser>());
+    return parsers;
+}
+
+/// A host with the parsers of this library and the media types file of the samples.
+class FormatHost {
+public:
+    /// @param aParseOptions  a set of ezParseOption bits
+    explicit FormatHost(int aParseOptions = kParseOption_Default) {
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", EZ_SAMPLES);
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", EZ_SAMPLES);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mManager->AddStandardParsers(aParseOptions);
+        RegisterFormatParsers(*mManager);
+    }
+
+    Record Parse(const std::string& aBytes, const std::string& aPath) {
+        AwkwardStream stream(aBytes, Delivery(), aPath.c_str());
+        return Record(mManager->Parse(stream));
+    }
+
+    /// The type of the parser that knows a media; "-" when none does, and at most its name decides.
+    std::string Winner(const std::string& aBytes, const std::string& aPath) {
+        const LogCatcher log;
+        Parse(aBytes, aPath);
+        for (const std::string& text : log.Texts()) {
+            const std::string mark = "Winner: ";
+            const std::size_t at = text.find(mark);
+            if (at != std::string::npos) {
+                const std::string type = text.substr(at + mark.size(), text.find('\n') - at - mark.size());
+                return type == "*" ? "-" : type;
+            }
+        }
+        return "-";
+    }
+
+private:
+    struct ListDelete {
+        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
+    };
+
+    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    std::unique_ptr<ezMediaParserManager> mManager;
+};

@@ -1,0 +1,98 @@
+#include "ISOBytes.h"
+
+#include <gtest/gtest.h>
+
+using namespace iso;
+
+namespace {
+
+std::string Texts(const std::string& aMore) {
+    return Values(Parsed(File({Track()}, aMore)), {"title", "creator", "album", "genre"});
+}
+
+/// A text of 3GPP: language, text.
+std::string Asset(const std::string& aType, const std::string& aText) {
+    return FullBox(aType, Big(0x15C7, 2) + aText);
+}
+
+/// Texts of QuickTime: length, language, text, of as many as there are.
+std::string Phrase(const std::string& aType, const std::string& aText, unsigned aLanguage = 0) {
+    return Box(aType, Big(aText.size(), 2) + Big(aLanguage, 2) + aText + Big(5, 2) + Big(1, 2) + "Autre");
+}
+
+} // namespace
+
+TEST(ISOTags, ItemsAreRead) {
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", "Title") +
+                          Item("\xA9"
+                               "ART",
+                               "Artist") +
+                          Item("\xA9"
+                               "alb",
+                               "Album") +
+                          Item("\xA9gen", "Genre"))),
+              "title=\"Title\" creator=\"Artist\" album=\"Album\" genre=\"Genre\"");
+    // The artist of the album stands in for that of the song, and a number for a genre: 8 is Jazz, from 1.
+    EXPECT_EQ(Texts(Items(Item("aART", "Album Artist") + Item("gnre", Big(9, 2), 0))),
+              "creator=\"Album Artist\" genre=\"Jazz\"");
+    EXPECT_EQ(
+        Texts(Items(Item("aART", "Album Artist") + Item("gnre", Big(9, 2), 0) + Item("\xA9gen", "Folk") +
+                    Item("\xA9"
+                         "ART",
+                         "Artist"))),
+        "creator=\"Artist\" genre=\"Folk\"");
+    EXPECT_EQ(Texts(Items(Item("gnre", Big(0, 2), 0))), "");
+    EXPECT_EQ(Texts(Items(Item("gnre", Big(60000, 2), 0))), "");
+}
+
+TEST(ISOTags, ItemsOfEitherEncodingAreUtf8WithoutControlCharacters) {
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", std::string("\0G\0r\0\xFC\0n", 8), 2))), "title=\"Gr\xC3\xBCn\"");
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", "Gr\xC3\xBCn"))), "title=\"Gr\xC3\xBCn\"");
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", "Gr\xFCn"))), "title=\"Gr\xC3\xBCn\""); // by mistake
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", "A\x1B[2J\nB"))), "title=\"A[2J B\"");
+    EXPECT_EQ(Texts(Items(Item("\xA9nam", ""))), "");
+    EXPECT_EQ(Texts(Items(Box("\xA9nam", "no data box"))), "");
+    // A picture among them is stepped over.
+    EXPECT_EQ(Texts(Items(Item("covr", std::string(200000, 'p'), 13) + Item("\xA9nam", "Behind"))),
+              "title=\"Behind\"");
+}
+
+TEST(ISOTags, LengthOfATextIsBounded) {
+    const std::string title = Texts(Items(Item("\xA9nam", std::string(100000, 'x'))));
+    EXPECT_EQ(title, "title=\"" + std::string(1024, 'x') + "\"");
+}
+
+TEST(ISOTags, AssetsOf3GPPAreRead) {
+    const std::string nul(1, '\0');
+    EXPECT_EQ(Texts(Box("udta", Asset("titl", "Title" + nul) + Asset("perf", "Performer" + nul) +
+                                    Asset("albm", "Album" + nul + "\x07") + Asset("gnre", "Genre" + nul))),
+              "title=\"Title\" creator=\"Performer\" album=\"Album\" genre=\"Genre\"");
+    EXPECT_EQ(Texts(Box("udta", Asset("auth", "Author" + nul) +
+                                    Asset("titl", std::string("\xFE\xFF\0T\0\xE9\0\0", 8)))),
+              "title=\"T\xC3\xA9\" creator=\"Author\"");
+    EXPECT_EQ(Texts(Box("udta", Asset("auth", "Author" + nul) + Asset("perf", "Performer" + nul))),
+              "creator=\"Performer\"");
+}
+
+TEST(ISOTags, PhrasesOfQuickTimeAreRead) {
+    const std::string art = "\xA9"
+                            "ART";
+    EXPECT_EQ(Texts(Box("udta", Phrase("\xA9nam", "Title") + Phrase(art, "Artist"))),
+              "title=\"Title\" creator=\"Artist\"");
+    // By Macintosh number 8E is an e with an accent; UTF-8 stays what it is; from 0x400 on it is stated.
+    EXPECT_EQ(Texts(Box("udta", Phrase("\xA9nam", "Th\x8E"))), "title=\"Th\xC3\xA9\"");
+    EXPECT_EQ(Texts(Box("udta", Phrase("\xA9nam", "Th\xC3\xA9"))), "title=\"Th\xC3\xA9\"");
+    EXPECT_EQ(Texts(Box("udta", Phrase("\xA9nam", std::string("\xFE\xFF\0T", 4), 0x15C7))), "title=\"T\"");
+    // A length beyond the box.
+    EXPECT_EQ(Texts(Box("udta", Box("\xA9nam", Big(500, 2) + Big(0, 2) + "short"))), "");
+}
+
+TEST(ISOTags, ItemsGoBeforeAssetsAndAssetsBeforePhrases) {
+    const std::string meta = Items(Item("\xA9nam", "Item")).substr(8);
+    const std::string all = Phrase("\xA9nam", "Phrase") + Asset("titl", "Asset") + meta;
+    EXPECT_EQ(Texts(Box("udta", all)), "title=\"Item\"");
+    EXPECT_EQ(Texts(Box("udta", Phrase("\xA9nam", "Phrase") + Asset("titl", "Asset"))), "title=\"Asset\"");
+    // Items beside the user's data, and in a box without a version, as QuickTime writes it.
+    EXPECT_EQ(Texts(meta), "title=\"Item\"");
+    EXPECT_EQ(Texts(Box("meta", meta.substr(12))), "title=\"Item\"");
+}

@@ -1,0 +1,194 @@
+#include "MPEGAudioKit.h"
+
+#include "ezFormats/detail/MusicTexts.h"
+
+#include <gtest/gtest.h>
+
+using namespace mpegaudio;
+
+namespace {
+
+std::string Title23(const std::string& aBody, unsigned aFlags = 0) {
+    return Texts(ID3(3, 0, Frame23("TIT2", aBody, aFlags)) + Song());
+}
+std::string Title24(const std::string& aBody, unsigned aFlags = 0, unsigned aTagFlags = 0) {
+    return Texts(ID3(4, aTagFlags, Frame24("TIT2", aBody, aFlags)) + Song());
+}
+std::string Genre(const std::string& aText) {
+    return Str(MusicGenreOf(aText));
+}
+
+/// With a zero behind every 0xFF.
+std::string Unsynchronised(const std::string& aBytes) {
+    std::string bytes;
+    for (const char byte : aBytes) {
+        bytes.push_back(byte);
+        if (byte == '\xFF') {
+            bytes.push_back('\0');
+        }
+    }
+    return bytes;
+}
+
+} // namespace
+
+TEST(MPEGAudioTexts, AreThoseOfEveryVersionOfTheTag) {
+    EXPECT_EQ(Texts(ID3(2, 0,
+                        Frame22("TT2", "\0Title"s) + Frame22("TP1", "\0Artist"s) +
+                            Frame22("TAL", "\0Album"s) + Frame22("TCO", "\0(17)"s)) +
+                    Song()),
+              "Title|Artist|Album|Rock");
+    EXPECT_EQ(
+        Texts(ID3(3, 0,
+                  Frame23("TCON", "\0(80)"s) + Frame23("TALB", "\0Album"s) + Frame23("TPE2", "\0Band"s) +
+                      Frame23("TPE1", "\0Artist"s) + Frame23("TIT2", "\0Title"s)) +
+              Song()),
+        "Title|Artist|Album|Folk");
+    EXPECT_EQ(Texts(ID3(4, 0,
+                        Frame24("TIT2", "\3Title\0"s) + Frame24("TPE1", "\3Artist\0"s) +
+                            Frame24("TALB", "\3Album\0"s) +
+                            Frame24("TCON", "\3"
+                                            "8\0"s)) +
+                    Song()),
+              "Title|Artist|Album|Jazz");
+}
+
+TEST(MPEGAudioTexts, EveryEncodingIsRead) {
+    EXPECT_EQ(Title23("\0Gr\xFC\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title23("\1\xFF\xFEG\0r\0\xFC\0\xDF\0"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title23("\1\xFE\xFF\0G\0r\0\xFC\0\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title24("\2\0G\0r\0\xFC\0\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title24("\3Gr\xC3\xBC\xC3\x9F"s), "Gr\xC3\xBC\xC3\x9F|||");
+    // What no version has: an encoding of another kind, and none at all.
+    EXPECT_EQ(Title24("\7Gr\xC3\xBC\xC3\x9F"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title23("Gr\xFC\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title23(""), "|||");
+    EXPECT_EQ(Title23("\0"s), "|||");
+    EXPECT_EQ(Title23("\3\1\2\n x \n\0"s), "x|||");
+}
+
+TEST(MPEGAudioTexts, OfSeveralTheFirstIsTheTitleAndAllAreTheCreators) {
+    const std::string frames = Frame24("TIT2", "\3One\0Two"s) + Frame24("TPE1", "\3Ann\0Bob\0"s) +
+                               Frame24("TALB", "\3A\0B"s) +
+                               Frame24("TCON", "\3"
+                                               "17\0RX\0Rock\0Odd"s);
+    EXPECT_EQ(Texts(ID3(4, 0, frames) + Song()), "One|Ann, Bob|A|Rock, Remix, Odd");
+    // Up to 2.3 nothing behind the zero counts.
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TPE1", "\0Ann\0Bob"s)) + Song()), "|Ann||");
+    // The first frame of a kind is kept, and the first tag.
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TIT2", "\0A"s) + Frame23("TIT2", "\0B"s)) +
+                    ID3(3, 0, Frame23("TIT2", "\0C"s) + Frame23("TALB", "\0D"s)) + Song()),
+              "A||D|");
+}
+
+TEST(MPEGAudioTexts, GenresAreNamed) {
+    EXPECT_EQ(Genre("(17)"), "Rock");
+    EXPECT_EQ(Genre("17"), "Rock");
+    EXPECT_EQ(Genre("(0)"), "Blues");
+    EXPECT_EQ(Genre("(17)(4)Rock"), "Rock, Disco");
+    EXPECT_EQ(Genre("(4)Eurodisco"), "Disco, Eurodisco");
+    EXPECT_EQ(Genre("RX"), "Remix");
+    EXPECT_EQ(Genre("(CR)"), "Cover");
+    EXPECT_EQ(Genre("(RX)(17)"), "Remix, Rock");
+    EXPECT_EQ(Genre("((odd) words"), "(odd) words");
+    EXPECT_EQ(Genre("(17)((odd)"), "Rock, (odd)");
+    EXPECT_EQ(Genre("Rock"), "Rock");
+    EXPECT_EQ(Genre("(17"), "(17");
+    EXPECT_EQ(Genre("()"), "()");
+    EXPECT_EQ(Genre("(255)"), "") << "none";
+    EXPECT_EQ(Genre("192"), "");
+    EXPECT_EQ(Genre("1980"), "1980") << "no number of a genre";
+    EXPECT_EQ(Genre("79"), "Hard Rock");
+    EXPECT_EQ(Genre("80"), "Folk");
+    EXPECT_EQ(Genre("125"), "Dance Hall");
+    EXPECT_EQ(Genre("147"), "Synthpop");
+    EXPECT_EQ(Genre("191"), "Psybient");
+    EXPECT_EQ(Genre(""), "");
+}
+
+TEST(MPEGAudioTexts, UnsynchronisationIsTakenBack) {
+    const std::string text = "\1\xFF\xFE\xFF\0a\0"s; // y with dots, and a
+    const std::string expected = "\xC3\xBF"
+                                 "a|||";
+    EXPECT_EQ(Title23(text), expected);
+    EXPECT_EQ(Texts(ID3(3, 0x80, Unsynchronised(Frame23("TIT2", text))) + Song()), expected);
+    EXPECT_EQ(Texts(ID3(2, 0x80, Unsynchronised(Frame22("TT2", text))) + Song()), expected);
+    EXPECT_EQ(Title24(Unsynchronised(text), 0x02), expected) << "of the frame";
+    EXPECT_EQ(Title24(Unsynchronised(text), 0, 0x80), expected) << "of the tag";
+    EXPECT_EQ(Title24(Syncsafe(text.size()) + Unsynchronised(text), 0x03), expected) << "with a size";
+}
+
+TEST(MPEGAudioTexts, FramesThatCannotBeReadAreLeftOut) {
+    EXPECT_EQ(Title23("\0Title"s, 0x80), "|||") << "compressed";
+    EXPECT_EQ(Title23("\0Title"s, 0x40), "|||") << "encrypted";
+    EXPECT_EQ(Title24("\0Title"s, 0x08), "|||");
+    EXPECT_EQ(Title24("\0Title"s, 0x04), "|||");
+    EXPECT_EQ(Title23("g\0Title"s, 0x20), "Title|||") << "in a group";
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TIT2", "\0A"s, 0x80) + Frame23("TIT2", "\0B"s)) + Song()), "B|||");
+}
+
+TEST(MPEGAudioTexts, PlainSizesInANewTagAreFollowedWhereTheyLeadOn) {
+    const std::string title = "\0"s + std::string(300, 't');
+    const auto plain = [](const std::string& anID, const std::string& aBody) {
+        return Frame23(anID, aBody); // the header of 2.3 differs in the size alone
+    };
+    const std::string artist = Frame24("TPE1", "\0Artist"s);
+    const std::string expected = std::string(300, 't') + "|Artist||";
+    EXPECT_EQ(Texts(ID3(4, 0, Frame24("TIT2", title) + artist) + Song()), expected);
+    EXPECT_EQ(Texts(ID3(4, 0, plain("TIT2", title) + artist) + Song()), expected); // 00 00 01 2D
+    EXPECT_EQ(Texts(ID3(4, 0, artist + plain("TIT2", title)) + Song()), expected) << "the last one";
+    EXPECT_EQ(Texts(ID3(4, 0, artist + plain("TIT2", title) + std::string(500, '\0')) + Song()), expected);
+    // A byte of more than seven bits: 00 00 00 C9.
+    EXPECT_EQ(Texts(ID3(4, 0, plain("TIT2", "\0"s + std::string(200, 't')) + artist) + Song()),
+              std::string(200, 't') + "|Artist||");
+    EXPECT_EQ(Texts(ID3(4, 0, plain("APIC", std::string(70000, 'p')) + artist) + Song()), "|Artist||");
+    // Neither size leads on: that of the standard counts, and what is behind it is lost.
+    EXPECT_EQ(Texts(ID3(4, 0, Frame24("TIT2", title) + "x" + artist) + Song()),
+              std::string(300, 't') + "|||");
+}
+
+TEST(MPEGAudioTexts, TheOldTagHelpsOut) {
+    const std::string song = Song();
+    EXPECT_EQ(Texts(song + ID3v1("Title", "Artist", "Album", 17)), "Title|Artist|Album|Rock");
+    EXPECT_EQ(Texts(song + ID3v1("Title", "Artist", "Album", 80, ' ')), "Title|Artist|Album|Folk");
+    EXPECT_EQ(Texts(song + ID3v1("Gr\xFC\xDF", "\xC3\xA9", "", 255)), "Gr\xC3\xBC\xC3\x9F|\xC3\xA9||");
+    const std::string cut = std::string(29, 'x') + "\xC3"; // of two bytes one has found place
+    EXPECT_EQ(Texts(song + ID3v1("\xC3\xA9" + cut.substr(2), "", "", 255)),
+              "\xC3\xA9" + std::string(27, 'x') + "|||");
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TIT2", "\0New"s)) + song + ID3v1("Old", "Artist", "", 255)),
+              "New|Artist||");
+    // The enhanced part holds the rest of what is longer than 30 bytes.
+    const std::string enhanced = "TAG+" + Padded("and its end", 60) + Padded("not this", 60) +
+                                 Padded("", 60) + "\2" + Padded("Sea Shanty", 30) + Padded("", 12);
+    ASSERT_EQ(enhanced.size(), 227U);
+    EXPECT_EQ(Texts(song + enhanced + ID3v1("A title of thirty characters, ", "Artist", "", 17)),
+              "A title of thirty characters, and its end|Artist||Sea Shanty");
+}
+
+TEST(MPEGAudioTexts, APEItemsComeBeforeTheOldTag) {
+    const std::string song = Song();
+    const std::string items = APEItem("TITLE", "Gr\xC3\xBC\xC3\x9F") + APEItem("Cover Art", "\0\1\2"s, 2) +
+                              APEItem("Artist", "Ann\0Bob"s) + APEItem("genre", "17");
+    EXPECT_EQ(Texts(song + APE2(items)), "Gr\xC3\xBC\xC3\x9F|Ann, Bob||Rock");
+    EXPECT_EQ(Texts(song + APE2(items) + ID3v1("Old", "Old", "Album", 0)),
+              "Gr\xC3\xBC\xC3\x9F|Ann, Bob|Album|Rock");
+    EXPECT_EQ(Texts(song + APE1(APEItem("Title", "Gr\xFC\xDF"))), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Texts(song + APE2(APEItem("Title", "binary", 2))), "|||");
+    // An item that claims more than there is ends them.
+    EXPECT_EQ(Texts(song + APE2(APEItem("Album", "A") + Little(5000) + APEItem("Title", "T"))), "||A|");
+}
+
+TEST(MPEGAudioTexts, TextsAreBounded) {
+    const std::string title = Title23("\0"s + std::string(100000, 't'));
+    EXPECT_EQ(title, std::string(1024, 't') + "|||");
+    std::string many = "\3";
+    for (unsigned i = 0; i < 600; ++i) {
+        many += std::to_string(i) + "\0"s;
+    }
+    EXPECT_EQ(Texts(ID3(4, 0, Frame24("TPE1", many)) + Song()), "|0, 1, 2, 3, 4, 5, 6, 7||");
+    std::string frames;
+    for (unsigned i = 0; i < 600; ++i) {
+        frames += Frame23("PRIV", "");
+    }
+    EXPECT_EQ(Texts(ID3(3, 0, frames + Frame23("TIT2", "\0Title"s)) + Song()), "|||");
+}

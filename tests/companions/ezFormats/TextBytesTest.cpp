@@ -1,0 +1,141 @@
+#include "ezBytes/TextBytes.h"
+#include "ezBytes/Utf8.h"
+
+#include "support/Str.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace std::string_literals;
+
+namespace {
+
+std::string Clean(const std::string& aBytes, TextEncoding anEncoding,
+                  std::size_t aMaximum = kCleanText_MaxLength) {
+    return Str(CleanText(aBytes, anEncoding, aMaximum));
+}
+
+std::vector<std::string> CleanAll(const std::string& aBytes, TextEncoding anEncoding,
+                                  std::size_t aMaxCount = 8) {
+    std::vector<std::string> texts;
+    for (const ezCString& text : CleanTexts(aBytes, anEncoding, aMaxCount)) {
+        texts.push_back(Str(text));
+    }
+    return texts;
+}
+
+using Texts = std::vector<std::string>;
+constexpr TextEncoding kAll[] = {TextEncoding::Latin1,      TextEncoding::Utf16, TextEncoding::Utf16Big,
+                                 TextEncoding::Utf16Little, TextEncoding::Utf8,  TextEncoding::Utf8OrLatin1};
+
+} // namespace
+
+TEST(TextBytes, EveryEncodingGivesTheSameText) {
+    const std::string expected = "\xC3\x9C\xE2\x82\xAC\xC3\xA9"; // U umlaut, euro, e acute
+    EXPECT_EQ(Clean("\xDC\x80\xE9", TextEncoding::Latin1), expected) << "the euro as Windows has it";
+    EXPECT_EQ(Clean("\0\xDC\x20\xAC\0\xE9"s, TextEncoding::Utf16Big), expected);
+    EXPECT_EQ(Clean("\xDC\0\xAC\x20\xE9\0"s, TextEncoding::Utf16Little), expected);
+    EXPECT_EQ(Clean("\xFE\xFF\0\xDC\x20\xAC\0\xE9"s, TextEncoding::Utf16), expected);
+    EXPECT_EQ(Clean("\xFF\xFE\xDC\0\xAC\x20\xE9\0"s, TextEncoding::Utf16), expected);
+    EXPECT_EQ(Clean("\xFF\xFE\xDC\0\xAC\x20\xE9\0"s, TextEncoding::Utf16Big), expected)
+        << "a mark is believed";
+    EXPECT_EQ(Clean(expected, TextEncoding::Utf8), expected);
+    EXPECT_EQ(Clean("\xEF\xBB\xBF" + expected, TextEncoding::Utf8), expected);
+    EXPECT_EQ(Clean(expected, TextEncoding::Utf8OrLatin1), expected);
+    EXPECT_EQ(Clean(expected, TextEncoding::Latin1),
+              "\xC3\x83\xC5\x93\xC3\xA2\xE2\x80\x9A\xC2\xAC\xC3\x83\xC2\xA9");
+}
+
+TEST(TextBytes, WithoutAMarkTheOrderIsThatOfPlainLetters) {
+    EXPECT_EQ(Clean("\0A\0b"s, TextEncoding::Utf16), "Ab");
+    EXPECT_EQ(Clean("A\0b\0"s, TextEncoding::Utf16), "Ab");
+    EXPECT_EQ(Clean("\x30\x42"s, TextEncoding::Utf16), "\xE3\x81\x82") << "hiragana, as network order has it";
+}
+
+TEST(TextBytes, SurrogatesMakeOneCharacterAndHalvesNone) {
+    EXPECT_EQ(Clean("\xD8\x3C\xDF\xB5"s, TextEncoding::Utf16Big), "\xF0\x9F\x8E\xB5");
+    EXPECT_EQ(Clean("\0a\xD8\x3C\0b"s, TextEncoding::Utf16Big), "a\xEF\xBF\xBD"
+                                                                "b");
+    EXPECT_EQ(Clean("\0a\xDF\xB5\0b"s, TextEncoding::Utf16Big), "a\xEF\xBF\xBD"
+                                                                "b");
+    EXPECT_EQ(Clean("\0a\xD8\x3C"s, TextEncoding::Utf16Big), "a\xEF\xBF\xBD");
+    EXPECT_EQ(Clean("\0a\0"s, TextEncoding::Utf16Big), "a") << "half a unit";
+}
+
+TEST(TextBytes, WhatIsNoUtf8WasWrittenInLatin1) {
+    EXPECT_EQ(Clean("Caf\xE9", TextEncoding::Utf8OrLatin1), "Caf\xC3\xA9");
+    EXPECT_EQ(Clean("Caf\xE9 noir", TextEncoding::Utf8), "Caf\xC3\xA9 noir");
+    EXPECT_EQ(Clean("\xC3\xA9t\xC3", TextEncoding::Utf8OrLatin1), "\xC3\xA9t") << "cut within a character";
+    EXPECT_EQ(Clean("t\xC3", TextEncoding::Utf8), "t");
+    EXPECT_EQ(Clean("t\xC3", TextEncoding::Utf8OrLatin1), "t\xC3\x83") << "it may as well be Latin-1";
+    EXPECT_EQ(Clean("\xED\xA0\x80", TextEncoding::Utf8), "\xC3\xAD\xC2\xA0\xE2\x82\xAC") << "a surrogate";
+}
+
+TEST(TextBytes, ControlCharactersAndOuterBlanksAreLeftOut) {
+    EXPECT_EQ(Clean("  a\tb\r\n\x01\x1F\x7F"
+                    "c  ",
+                    TextEncoding::Utf8),
+              "a b  c");
+    EXPECT_EQ(Clean("a\x81\x8D"
+                    "b",
+                    TextEncoding::Latin1),
+              "ab")
+        << "the holes of the code page";
+    EXPECT_EQ(Clean("a\xC2\x85\xEF\xBF\xBE\xEF\xBF\xBF"
+                    "b",
+                    TextEncoding::Utf8),
+              "ab");
+    EXPECT_EQ(Clean(" \t\n", TextEncoding::Utf8), "");
+    EXPECT_EQ(Clean("\x01 a", TextEncoding::Utf8), "a");
+}
+
+TEST(TextBytes, ATextEndsAtItsFirstZero) {
+    EXPECT_EQ(Clean("a\0b"s, TextEncoding::Latin1), "a");
+    EXPECT_EQ(Clean("\1\0\0\1\0\0\0b"s, TextEncoding::Utf16Big), "\xC4\x80") << "two zeros, at an even place";
+    for (const TextEncoding encoding : kAll) {
+        EXPECT_EQ(Clean("", encoding), "");
+        EXPECT_EQ(Clean("\0\0ab"s, encoding), "");
+    }
+}
+
+TEST(TextBytes, TextsArePartedByZeros) {
+    EXPECT_EQ(CleanAll("a\0\0b\0"s, TextEncoding::Latin1), (Texts{"a", "b"}));
+    EXPECT_EQ(CleanAll("\xFF\xFE"
+                       "a\0\0\0b\0"s,
+                       TextEncoding::Utf16),
+              (Texts{"a", "b"}))
+        << "one mark for both";
+    EXPECT_EQ(CleanAll("\xFF\xFE"
+                       "a\0\0\0\xFE\xFF\0b"s,
+                       TextEncoding::Utf16),
+              (Texts{"a", "b"}));
+    EXPECT_EQ(CleanAll("a\0b\0c"s, TextEncoding::Utf8, 2), (Texts{"a", "b"}));
+    EXPECT_EQ(CleanAll("", TextEncoding::Utf16), Texts());
+}
+
+TEST(TextBytes, LongTextsAreCutBetweenCharacters) {
+    EXPECT_EQ(Clean(std::string(5000, 'x'), TextEncoding::Utf8), std::string(kCleanText_MaxLength, 'x'));
+    EXPECT_EQ(Clean("abc\xC3\xA9", TextEncoding::Utf8, 4), "abc");
+    EXPECT_EQ(Clean("abc\xC3\xA9", TextEncoding::Utf8, 5), "abc\xC3\xA9");
+    EXPECT_EQ(Clean("ab  c", TextEncoding::Utf8, 4), "ab");
+}
+
+TEST(TextBytes, AnyBytesGiveCleanUtf8) {
+    std::uint64_t state = 1;
+    for (unsigned round = 0; round < 20000; ++round) {
+        std::string bytes;
+        for (unsigned i = 0; i < round % 24; ++i) {
+            state = state * UINT64_C(6364136223846793005) + UINT64_C(1442695040888963407);
+            bytes.push_back(static_cast<char>(state >> 56));
+        }
+        const TextEncoding encoding = kAll[round % std::size(kAll)];
+        const std::string text = Clean(bytes, encoding, round % 40);
+        ASSERT_TRUE(IsWholeUtf8(text)) << round;
+        ASSERT_LE(text.size(), round % 40);
+        for (const char character : text) {
+            ASSERT_TRUE(static_cast<unsigned char>(character) >= 0x20 && character != 0x7F) << round;
+        }
+    }
+}

@@ -1,0 +1,181 @@
+#include "Thumbnails.h"
+
+#include "PictureFacts.h"
+#include "ThumbnailIdentity.h"
+
+#include "ezPlatform/base/Log.h"
+#include "ezPlatform/files/File.h"
+#include "ezThumbnails/CoverThumbnailProvider.h"
+#include "ezThumbnails/DefaultThumbnailProvider.h"
+#include "ezThumbnails/PictureThumbnailGenerator.h"
+#include "ezThumbnails/SidecarThumbnailProvider.h"
+
+#include <climits>
+#include <cstring>
+#include <sys/stat.h>
+#include <type_traits>
+#include <utility>
+
+namespace {
+
+/// The box of the DLNA profiles of thumbnails.
+constexpr PixelSize kDefaultBox = {160, 160};
+
+/// The names of the providers, by which those of ezThumbnails are told as well.
+constexpr char kPictureProvider[] = "picture";
+constexpr char kCoverProvider[] = "cover";
+constexpr char kSidecarProvider[] = "sidecar";
+
+/// A provider that takes down what it does. It calls the generator no more in its destructor than its base.
+template <class Base>
+class Traced : public Base {
+public:
+    template <class... Words>
+    explicit Traced(ThumbnailTrace& aTrace, Words... aWords) : Base(aWords...), mTrace(aTrace) {}
+
+    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override {
+        mTrace.mfAsked = true;
+        return Base::GetPossibleThumbnailFor(anInfo);
+    }
+
+    bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) override {
+        mTrace.mfAsked = true;
+        if (!Base::BuildThumbnail(anInfo, aFile)) {
+            mTrace.mfFailed = true;
+            return false;
+        }
+        mTrace.mBuiltBy = this->GetName();
+        if constexpr (std::is_base_of_v<ezIndirectThumbnailProvider, Base>) {
+            // What succeeded stays until the next tries.
+            if (const auto* file = dynamic_cast<const ezFileThumbnailSource*>(this->mTrySource)) {
+                mTrace.mBuiltFrom = file->GetFullPath().c_str();
+            }
+        }
+        return true;
+    }
+
+private:
+    ThumbnailTrace& mTrace;
+};
+
+std::string ReadAll(ezFile& aFile) {
+    const ezFileOffset length = aFile.LengthAtOpen();
+    if (length <= 0 || length > INT_MAX) {
+        return {};
+    }
+    std::string bytes(static_cast<std::size_t>(length), '\0');
+    const int count = aFile.Read(bytes.data(), bytes.size());
+    bytes.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    return bytes;
+}
+
+} // namespace
+
+template <class Provider, class... Words>
+Provider* Thumbnails::NewProvider(Words... aWords) {
+    return new Traced<Provider>(mTrace, mManager.GetThumbnailGenerator(), aWords...);
+}
+
+Thumbnails::Thumbnails(const std::string& aCacheFolder)
+    : mCacheFolder(aCacheFolder),
+      mCache(ezCString(aCacheFolder), kCacheBytes, kCacheFiles),
+      mManager(&mCache, new PictureThumbnailGenerator) {
+    mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));
+    mManager.Add(NewProvider<CoverThumbnailProvider>());
+    mManager.Add(NewProvider<SidecarThumbnailProvider>());
+    mManager.SetDefaultProvider(NewProvider<DefaultThumbnailProvider>());
+}
+
+Thumbnails::~Thumbnails() = default;
+
+std::unique_ptr<ezFile> Thumbnails::Request(const ThumbnailInfo& anInfo, bool afGeneric) {
+    mTrace = ThumbnailTrace();
+    return std::unique_ptr<ezFile>(afGeneric ? mManager.GetCachedThumbnail(&anInfo, true)
+                                             : mManager.GetThumbnail(&anInfo, false));
+}
+
+bool Thumbnails::Fetch(const ThumbnailInfo& anInfo, bool afGeneric, Thumbnail& aThumbnail) {
+    std::unique_ptr<ezFile> file = Request(anInfo, afGeneric);
+    std::string bytes = file != nullptr ? ReadAll(*file) : std::string();
+    if (file != nullptr && !mTrace.mfAsked && !ReadPictureFacts(bytes)) {
+        // What a failing disk or a stranger left in the cache would stand there for good.
+        mCache.SetCachedFileState(mManager.GetThumbnailFileName(&anInfo, afGeneric), file.get(), false);
+        file = Request(anInfo, afGeneric);
+        bytes = file != nullptr ? ReadAll(*file) : std::string();
+    }
+    if (bytes.empty()) {
+        return false;
+    }
+    aThumbnail.mBytes = std::move(bytes);
+    aThumbnail.mfGeneric = afGeneric;
+    aThumbnail.mOrigin = Origin(afGeneric);
+    if (_ezLog_Level > EZLOGLEVEL_DEBUG) {
+        ezLog_Line_F(EZLOGLEVEL_DEBUG, EZLOG_M_THUMBNAIL, nullptr, 0, "Thumbnail of '%s': %s\n",
+                     anInfo.mFilePath.GetFullPath().c_str(), aThumbnail.mOrigin.c_str());
+    }
+    return true;
+}
+
+std::string Thumbnails::Origin(bool afGeneric) const {
+    if (afGeneric) {
+        return std::string("generic picture of the media's class, ") +
+               (mTrace.mfAsked ? "built" : "from the cache");
+    }
+    if (!mTrace.mfAsked) {
+        return "from the cache";
+    }
+    if (mTrace.mBuiltBy == kSidecarProvider) {
+        return "built from " + mTrace.mBuiltFrom;
+    }
+    return mTrace.mBuiltBy == kCoverProvider ? "built from the cover in it" : "built from the picture itself";
+}
+
+void Thumbnails::Explain(const ThumbnailInfo& anInfo, bool afGeneric, Thumbnail& aThumbnail) {
+    struct stat status = {};
+    const ezCString cached = mCache.GetFullPath(mManager.GetThumbnailFileName(&anInfo, afGeneric));
+    const bool fRemembered = stat(cached.c_str(), &status) == 0;
+    if (!mTrace.mBuiltBy.empty() || (!mTrace.mfAsked && !fRemembered)) {
+        aThumbnail.mfCacheFails = true;
+        aThumbnail.mReason =
+            "the cache in " + mCacheFolder + " cannot be read or written; --cache names another folder";
+    } else if (mTrace.mfFailed) {
+        aThumbnail.mReason = "no thumbnail: its picture is damaged, too large, or of a kind that is not read";
+    } else {
+        aThumbnail.mReason = "no thumbnail: it is no JPEG or PNG, has no cover, and no picture beside it; "
+                             "--default gives the generic one";
+    }
+}
+
+Thumbnail Thumbnails::Get(const ThumbnailInfo& anInfo, bool afUseGeneric) {
+    Thumbnail thumbnail;
+    const bool fOwn = Fetch(anInfo, false, thumbnail);
+    thumbnail.mfFromCache = !mTrace.mfAsked;
+    if (!fOwn) {
+        Explain(anInfo, false, thumbnail);
+        if (afUseGeneric && !thumbnail.mfCacheFails && !Fetch(anInfo, true, thumbnail)) {
+            Explain(anInfo, true, thumbnail);
+        }
+    }
+    return thumbnail;
+}
+
+ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeType, const ezCString& aDLNA,
+                               const ThumbnailOptions& anOptions, std::vector<std::string>& aSidecars) {
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(ezCString(aPath));
+    info.mMimeType = aMimeType;
+    info.mDLNAInfo = aDLNA;
+    info.mThumbnailID = anOptions.mfPng ? kPNGThumbnailID : kJPEGThumbnailID;
+    info.mfFastRescale = anOptions.mfFast;
+    if (anOptions.mSize) {
+        info.mWidth = anOptions.mSize->mWidth;
+        info.mHeight = anOptions.mSize->mHeight;
+    } else {
+        const PixelSize box = anOptions.mBox.value_or(kDefaultBox);
+        info.mWidthMax = box.mWidth;
+        info.mHeightMax = box.mHeight;
+    }
+    aSidecars = SidecarsOf(info);
+    info.mUniqueID = ThumbnailIdentity(info, aSidecars);
+    return info;
+}

@@ -16,6 +16,11 @@ constexpr std::array<const char*, kSystemCallCount> kNames = {
     "fsync",     "fchmod",   "rename", "unlink",  "mkdir",   "realpath", "readlink",
     "ftruncate", "futimens", "flock",  "opendir", "readdir", "closedir", "memory"};
 
+/// What each of them is known to fail with.
+constexpr std::array<int, kSystemCallCount> kErrors = {EMFILE, EIO,   EIO,    EIO,    EIO,    EIO, ENOSPC,
+                                                       EIO,    EPERM, ENOSPC, EACCES, ENOSPC, EIO, EIO,
+                                                       EIO,    EPERM, ENOLCK, EMFILE, EIO,    EIO, ENOMEM};
+
 /// An operation that goes on failing for ever must end some time.
 constexpr std::size_t kMostPoints = 5000;
 
@@ -92,7 +97,7 @@ FaultySystem::FaultySystem(std::vector<Fault> aFaults)
     Take<SystemCall::LStat, &ezSystemCalls::mLStat>(mCalls);
     mCalls.mPRead = PRead;
     mCalls.mPWrite = PWrite;
-    Take<SystemCall::FSync, &ezSystemCalls::mFSync>(mCalls);
+    mCalls.mFSync = [](int) { return Fails(SystemCall::FSync) ? -1 : 0; };
     Take<SystemCall::FChmod, &ezSystemCalls::mFChmod>(mCalls);
     Take<SystemCall::Rename, &ezSystemCalls::mRename>(mCalls);
     Take<SystemCall::Unlink, &ezSystemCalls::mUnlink>(mCalls);
@@ -193,6 +198,22 @@ std::string SweepFaults(const FaultManner& aManner, const FaultyOperation& anOpe
     }
     ADD_FAILURE() << "no end of " << NameOf(aManner.mCall);
     return outcomes;
+}
+
+void ExpectOutcomes(const FaultyOperation& anOperation, const std::vector<FaultOutcomes>& anOutcomes) {
+    for (std::size_t i = 0; i < kSystemCallCount; ++i) {
+        const auto call = static_cast<SystemCall>(i);
+        const auto expected = std::find_if(anOutcomes.begin(), anOutcomes.end(),
+                                           [&](const FaultOutcomes& aRow) { return aRow.mCall == call; });
+        const bool fExpected = expected != anOutcomes.end();
+        FaultManner manner;
+        manner.mCall = call;
+        manner.mError = kErrors[i];
+        EXPECT_EQ(SweepFaults(manner, anOperation), fExpected ? expected->mOnce : "") << kNames[i] << " once";
+        manner.mfForGood = true;
+        EXPECT_EQ(SweepFaults(manner, anOperation), fExpected ? expected->mForGood : "")
+            << kNames[i] << " for good";
+    }
 }
 
 std::string RunInterrupted(std::size_t aMaximum, const FaultyOperation& anOperation) {

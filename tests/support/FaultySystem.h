@@ -52,7 +52,8 @@ struct Fault {
 
 /// Lets the libraries' system calls fail while it lives, and counts them. One at a time.
 ///
-/// A close that fails has closed all the same, as it does on Linux.
+/// A close that fails has closed all the same, as it does on Linux. No fsync reaches the disk, which would
+/// only take time.
 class FaultySystem {
 public:
     /// Without a fault it only counts.
@@ -105,6 +106,18 @@ using FaultyOperation = std::function<std::string(const std::vector<Fault>& aFau
 /// What came of it, a line for each run of calls with the same outcome: "1-3: OUTCOME\n4: OUTCOME\n". Empty
 /// when the operation makes no such call.
 std::string SweepFaults(const FaultManner& aManner, const FaultyOperation& anOperation);
+
+/// The outcomes (SweepFaults) that a kind of call has when one call fails, and when that and all that follow
+/// fail.
+struct FaultOutcomes {
+    SystemCall mCall;
+    std::string mOnce;
+    std::string mForGood;
+};
+
+/// Sweeps every kind of call, each with an error that it is known for, and expects these outcomes; of a kind
+/// that is not listed, that the operation does not make such a call.
+void ExpectOutcomes(const FaultyOperation& anOperation, const std::vector<FaultOutcomes>& anOutcomes);
 
 /// What comes of an operation of which every call that can be interrupted is interrupted, once each; and
 /// every read and write moves aMaximum bytes at most.

@@ -73,7 +73,7 @@ std::string Playlist(const std::string& anExtension) {
     std::string text = fM3U ? "#EXTM3U\n" : fPLS ? "[playlist]\n" : "<asx version=\"3.0\">\n";
     for (int i = 0; i < 3; ++i) {
         const std::string name = "song " + std::to_string(i) + ".mp3";
-        for (int line = 0; line < 3000; ++line) {
+        for (int line = 0; line < 1000; ++line) {
             text += fM3U ? "# nothing here\n" : fPLS ? "; nothing here\n" : "<!-- nothing -->\n";
         }
         text += fM3U   ? name + "\n"
@@ -98,24 +98,51 @@ FaultyOperation Walk(const std::string& anExtension) {
             *afStruck = system.HasStruck();
         }
         text += ", then " + playlist->Walk() + (playlist->Has(2) ? "" : " without the last");
-        {
-            // The last thing that goes wrong is the close.
-            const FaultySystem system(aFaults);
-            playlist.reset();
-        }
         EXPECT_EQ(OpenedPlaylist(path).Walk(), "3");
         EXPECT_TRUE(asserts.Failures().empty());
         return text;
     };
 }
 
+/// Of a walk over a playlist: that of one that is not opened, and of reads that fail once and for good.
+void ExpectOutcomesOf(const char* anExtension, const std::string& aNotOpened, const std::string& aReadsOnce,
+                      const std::string& aReadsForGood) {
+    SCOPED_TRACE(anExtension);
+    const std::string notOpened =
+        "1: not opened " + aNotOpened + ", then not opened " + aNotOpened + " without the last\n";
+    EXPECT_EQ(RunUndisturbed(Walk(anExtension)), "3, then 3");
+    ExpectOutcomes(Walk(anExtension), {{SystemCall::Open, notOpened, notOpened},
+                                       {SystemCall::FStat, notOpened, notOpened},
+                                       {SystemCall::PRead, aReadsOnce, aReadsForGood}});
+    EXPECT_EQ(RunInterrupted(100, Walk(anExtension)), "3, then 3");
+}
+
 } // namespace
 
-TEST(PlaylistFaults, A) {
-    for (const char* extension : {"m3u", "pls", "asx"}) {
-        SCOPED_TRACE(extension);
-        EXPECT_EQ(RunUndisturbed(Walk(extension)), "3, then 3");
-        ExpectOutcomes(Walk(extension), {});
-        EXPECT_EQ(RunInterrupted(1, Walk(extension)), "3, then 3");
+TEST(PlaylistFaults, AWalkGivesWholeEntriesUpToTheFailureAndAllTheNextTime) {
+    // The first reads of M3U look for a playlist of another kind, and may fail.
+    ExpectOutcomesOf("m3u", "no start", "1-4: 3, then 3\n5-7: 0, then 3\n8: 1, then 3\n",
+                     "1-7: 0, then 3\n8: 1, then 3\n");
+    const std::string indexed = "1-3: 0, then 3\n4: 1, then 3\n";
+    ExpectOutcomesOf("pls", "0", indexed, indexed);
+    ExpectOutcomesOf("asx", "0", indexed, indexed);
+}
+
+TEST(PlaylistFaults, ReadsThatComeShortBeforeTheyFailGiveNoPartOfAnEntry) {
+    FaultManner manner;
+    manner.mCall = SystemCall::PRead;
+    manner.mMaximum = 4090;
+    const std::string indexed = "1-3: 0, then 3\n4: 1, then 3\n";
+    for (const auto& expected :
+         {std::make_pair("m3u", "1-7: 0, then 3\n8: 1, then 3\n"), std::make_pair("pls", indexed.c_str()),
+          std::make_pair("asx", indexed.c_str())}) {
+        const FaultyOperation walk = Walk(expected.first);
+        manner.mError = 0;
+        const std::string whole = SweepFaults(manner, walk);
+        EXPECT_EQ(whole.substr(whole.find(':')), ": 3, then 3\n") << expected.first;
+        manner.mError = EIO;
+        manner.mfForGood = true;
+        EXPECT_EQ(SweepFaults(manner, walk), expected.second) << expected.first;
+        manner.mfForGood = false;
     }
 }

@@ -27,13 +27,13 @@
 #include <utility>
 #include <vector>
 
-// Every system call of a request for a thumbnail goes wrong once, and for good: while it is built, and when it
-// comes from the cache.
+// Every system call of a request for a thumbnail goes wrong once, and for good: while it is built, and when
+// it comes from the cache.
 
 namespace {
 
-/// Faults of the calls that the finder of pictures beside a media makes by itself, as do those of the libraries
-/// below it.
+/// Faults of the calls that the finder of pictures beside a media makes by itself, as do those of the
+/// libraries below it.
 class DirectFaults;
 DirectFaults* gDirect = nullptr;
 
@@ -139,7 +139,8 @@ class Thumbnails {
 public:
     explicit Thumbnails(const Home& aHome)
         : mCache(aHome.Path("cache").c_str(), 10000000, 100),
-          mManager(&mCache, new PictureThumbnailGenerator), mHome(aHome) {
+          mManager(&mCache, new PictureThumbnailGenerator),
+          mHome(aHome) {
         mManager.Add(new ezPictureThumbnailProvider(mManager.GetThumbnailGenerator(), "picture"));
         mManager.Add(new SidecarThumbnailProvider(mManager.GetThumbnailGenerator()));
         mManager.Add(new CoverThumbnailProvider(mManager.GetThumbnailGenerator()));
@@ -158,7 +159,8 @@ public:
             return "nothing";
         }
         std::string bytes(static_cast<std::size_t>(std::max<ezFileOffset>(file->LengthAtOpen(), 0)), 'x');
-        return file->Read(bytes.data(), bytes.size()) == static_cast<int>(bytes.size()) ? bytes : "unreadable";
+        return file->Read(bytes.data(), bytes.size()) == static_cast<int>(bytes.size()) ? bytes
+                                                                                        : "unreadable";
     }
 
 private:
@@ -167,4 +169,176 @@ private:
     const Home& mHome;
 };
 
+/// An item and the thumbnail that stands for it when nothing goes wrong.
+struct Item {
+    const char* mName;
+    const char* mMimeType;
+};
+constexpr Item kPicture = {"media/harbour.png", "image/png"};
+constexpr Item kFilm = {"media/film.mkv", "video/x-matroska"};
+constexpr Item kSong = {"covers/song.mp3", "audio/mpeg"};
+constexpr Item kStuffedSong = {"covers/stuffed.mp3", "audio/mpeg"};
+
+std::string GoodThumbnail(const Item& anItem) {
+    const Home home;
+    return Thumbnails(home).Get(anItem.mName, anItem.mMimeType);
+}
+
+enum class Cache { Empty, Filled };
+
+/// One request under faults, and the next ones of the same server and of one that starts anew.
+template <typename System>
+FaultyOperation Get(const Item& anItem, Cache aCache) {
+    const std::string good = GoodThumbnail(anItem);
+    EXPECT_EQ(good.substr(0, 3), "\xFF\xD8\xFF");
+    return [anItem, aCache, good](const std::vector<Fault>& aFaults, bool* afStruck) {
+        const AssertCatcher asserts;
+        const Home home;
+        const auto nameOf = [&good](const std::string& aBytes) {
+            return aBytes == good                                  ? "thumbnail"
+                   : aBytes == "nothing" || aBytes == "unreadable" ? aBytes
+                                                                   : "a part";
+        };
+        if (aCache == Cache::Filled) {
+            const FaultySystem counting;
+            EXPECT_EQ(Thumbnails(home).Get(anItem.mName, anItem.mMimeType), good);
+        }
+        Thumbnails thumbnails(home);
+        std::string text;
+        {
+            const System system(aFaults);
+            text = nameOf(thumbnails.Get(anItem.mName, anItem.mMimeType));
+            *afStruck = system.HasStruck();
+        }
+        const FaultySystem counting;
+        text += ", then " + nameOf(thumbnails.Get(anItem.mName, anItem.mMimeType));
+        EXPECT_EQ(nameOf(Thumbnails(home).Get(anItem.mName, anItem.mMimeType)), "thumbnail");
+        EXPECT_TRUE(asserts.Failures().empty());
+        return text;
+    };
+}
+
+const std::string kThumbnail = "thumbnail, then thumbnail\n";
+const std::string kNothing = "nothing, then thumbnail\n";
+const std::string kUnreadable = "unreadable, then thumbnail\n"; // opened, but then
+
+/// The folders above the cache are there; the last three calls make it, and its own folder, by its path with
+/// the
+/// "/" too. One that fails alone is found there all the same.
+std::string Mkdirs(bool afForGood) {
+    const Home home;
+    const std::string path = home.Path("cache/ezcache/");
+    const auto all = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+    const std::string last = std::to_string(all) + ": ";
+    return afForGood ? "1-" + last + kNothing
+                     : "1-" + std::to_string(all - 3) + ": " + kThumbnail + std::to_string(all - 2) + "-" +
+                           last + kNothing;
+}
+
+/// Sweeps one kind of call, with an error, once and for good.
+void ExpectSwept(const Item& anItem, SystemCall aCall, int anError, const std::string& anOutcome) {
+    FaultManner manner;
+    manner.mCall = aCall;
+    manner.mError = anError;
+    for (const bool fForGood : {false, true}) {
+        manner.mfForGood = fForGood;
+        EXPECT_EQ(SweepFaults(manner, Get<FaultySystem>(anItem, Cache::Empty)), anOutcome) << anItem.mName;
+    }
+}
+
 } // namespace
+
+TEST(ThumbnailFaults, PictureBesideTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
+    ExpectOutcomes(
+        Get<FaultySystem>(kFilm, Cache::Empty),
+        {{SystemCall::Open, "1-4: " + kNothing, "1-4: " + kNothing},
+         {SystemCall::Close, "1-2: " + kThumbnail, "1-2: " + kThumbnail},
+         {SystemCall::Stat, "1: " + kNothing + "2-5: " + kThumbnail,
+          "1-2: " + kNothing + "3-5: " + kThumbnail},
+         {SystemCall::FStat, "1: " + kThumbnail + "2: " + kNothing + "3: " + kThumbnail,
+          "1-2: " + kNothing + "3: " + kThumbnail},
+         {SystemCall::LStat, "1: " + kNothing + "2: " + kThumbnail, "1: " + kNothing + "2: " + kThumbnail},
+         {SystemCall::PRead, "1: " + kNothing + "2: " + kUnreadable, "1: " + kNothing + "2: " + kUnreadable},
+         {SystemCall::PWrite, "1: " + kNothing, "1: " + kNothing},
+         {SystemCall::FSync, "1: " + kNothing, "1: " + kNothing},
+         {SystemCall::Rename, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::FTruncate, "1-2: " + kNothing, "1-2: " + kNothing},
+         {SystemCall::FUTimens, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::FLock, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::OpenDir, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::Memory, "1-5: " + kNothing, "1-5: " + kNothing},
+         {SystemCall::Mkdir, Mkdirs(false), Mkdirs(true)}});
+}
+
+TEST(ThumbnailFaults, CoverInTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
+    // Of the finders of covers the first finds none in this file, and may fail.
+    ExpectOutcomes(
+        Get<FaultySystem>(kSong, Cache::Empty),
+        {{SystemCall::Open, "1-3: " + kNothing + "4: " + kThumbnail + "5-6: " + kNothing, "1-6: " + kNothing},
+         {SystemCall::Close, "1-4: " + kThumbnail, "1-4: " + kThumbnail},
+         {SystemCall::Stat, "1: " + kNothing + "2-5: " + kThumbnail,
+          "1-2: " + kNothing + "3-5: " + kThumbnail},
+         {SystemCall::FStat, "1-2: " + kThumbnail + "3-4: " + kNothing + "5: " + kThumbnail,
+          "1-4: " + kNothing + "5: " + kThumbnail},
+         {SystemCall::LStat, "1: " + kNothing + "2: " + kThumbnail, "1: " + kNothing + "2: " + kThumbnail},
+         {SystemCall::PRead, "1-3: " + kThumbnail + "4-5: " + kNothing + "6: " + kUnreadable,
+          "1-5: " + kNothing + "6: " + kUnreadable},
+         {SystemCall::PWrite, "1: " + kNothing, "1: " + kNothing},
+         {SystemCall::FSync, "1: " + kNothing, "1: " + kNothing},
+         {SystemCall::Rename, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::FTruncate, "1-2: " + kNothing, "1-2: " + kNothing},
+         {SystemCall::FUTimens, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::FLock, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::OpenDir, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::Memory, "1-5: " + kNothing, "1-5: " + kNothing},
+         {SystemCall::Mkdir, Mkdirs(false), Mkdirs(true)}});
+}
+
+TEST(ThumbnailFaults, ThumbnailOfTheCacheComesWholeOrNotAndStays) {
+    ExpectOutcomes(Get<FaultySystem>(kFilm, Cache::Filled),
+                   {{SystemCall::Open, "1: " + kNothing, "1: " + kNothing},
+                    {SystemCall::Close, "1: " + kThumbnail, "1: " + kThumbnail},
+                    {SystemCall::FStat, "1: " + kNothing, "1: " + kNothing},
+                    {SystemCall::LStat, "1: " + kNothing, "1: " + kNothing},
+                    {SystemCall::PRead, "1: " + kUnreadable, "1: " + kUnreadable},
+                    {SystemCall::FUTimens, "1: " + kThumbnail, "1: " + kThumbnail}});
+}
+
+TEST(ThumbnailFaults, FolderThatCannotBeListedIsNotOneWithoutPictures) {
+    // Of the cache's folder, which is looked through first, all may fail.
+    ExpectOutcomes(Get<DirectFaults>(kFilm, Cache::Empty),
+                   {{SystemCall::Stat,
+                     "1: " + kNothing + "2-5: " + kThumbnail + "6-7: " + kNothing + "8-9: " + kThumbnail,
+                     "1-7: " + kNothing + "8-9: " + kThumbnail},
+                    {SystemCall::OpenDir, "1-2: " + kThumbnail + "3: " + kNothing, "1-3: " + kNothing},
+                    {SystemCall::ReadDir, "1-6: " + kThumbnail + "7-12: " + kNothing, "1-12: " + kNothing}});
+}
+
+TEST(ThumbnailFaults, MemoryThatIsRefusedGivesNothingAndThenTheThumbnail) {
+    ExpectSwept(kPicture, SystemCall::Memory, ENOMEM, "1-14: " + kNothing);
+    ExpectSwept(kStuffedSong, SystemCall::Memory, ENOMEM, "1-15: " + kNothing);
+}
+
+TEST(ThumbnailFaults, ReadsAndWritesThatComeShortBeforeTheyFailMakeNoPartOfAThumbnail) {
+    FaultManner manner;
+    manner.mCall = SystemCall::PRead;
+    manner.mError = EIO;
+    manner.mfForGood = true;
+    manner.mMaximum = 2000;
+    EXPECT_EQ(SweepFaults(manner, Get<FaultySystem>(kPicture, Cache::Empty)),
+              "1: " + kNothing + "2: " + kUnreadable);
+    EXPECT_EQ(SweepFaults(manner, Get<FaultySystem>(kFilm, Cache::Empty)),
+              "1: " + kNothing + "2: " + kUnreadable);
+    manner.mCall = SystemCall::PWrite;
+    manner.mError = ENOSPC;
+    EXPECT_EQ(SweepFaults(manner, Get<FaultySystem>(kFilm, Cache::Empty)), "1: " + kNothing);
+}
+
+TEST(ThumbnailFaults, InterruptionsAndShortReadsAndWritesChangeNothing) {
+    for (const Item& item : {kPicture, kFilm, kSong, kStuffedSong}) {
+        for (const Cache cache : {Cache::Empty, Cache::Filled}) {
+            EXPECT_EQ(RunUndisturbed(Get<FaultySystem>(item, cache)) + "\n", kThumbnail) << item.mName;
+            EXPECT_EQ(RunInterrupted(7, Get<FaultySystem>(item, cache)) + "\n", kThumbnail) << item.mName;
+        }
+    }
+}

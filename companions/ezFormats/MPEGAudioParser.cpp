@@ -68,6 +68,11 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                       static_cast<LongLong>(frames.GetEnd()));
     }
     measure.Finish(tails, MayReadWhole());
+    // Length and rates of the places that could be read would be other ones. Without a size, the end may be
+    // met as an error of the stream.
+    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+        return RefuseCut(aBytes, "all that tells the length");
+    }
     measure.Store(anInfo);
     tags.mTexts.Store(anInfo);
     return true;

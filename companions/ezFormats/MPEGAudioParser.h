@@ -17,7 +17,8 @@
 /// The duration is "header" when the first frame states a count (Xing, Info, VBRI) that the file can hold,
 /// less the samples that the encoder put around the music; "counted" when all frames were seen; else an
 /// estimate from the size without the tags, and the rates at up to four places of the file, of which the
-/// lowest counts. Without a size there is no estimate. Only with kParseOption_ParseFullFileIfVBR, and for a
+/// lowest counts. Without a size there is no estimate; with one, a file that cannot be read at one of these
+/// places is refused. Only with kParseOption_ParseFullFileIfVBR, and for a
 /// varying rate without a count, all frames of the file are read.
 ///
 /// Texts are those of ID3v2 before the sound, and of APE items, ID3v1 and its enhanced form behind it: for

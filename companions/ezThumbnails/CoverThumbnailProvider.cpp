@@ -14,10 +14,28 @@ namespace {
 /// FLAC comes before the tag that may stand before it, which others put there.
 constexpr Cover (*kFinders[])(ezStream&) = {FindFLACCover, FindID3Cover, FindMP4Cover, FindOggCover};
 
-ezStreamOwner OpenedStream(const ezCString& aPath) {
-    auto file = std::make_unique<ezFile>(aPath, ezFileOpenMode_Read);
-    file->Open(); // or not: the stream tells
-    return ezStreamOwner(ezFileGetStream(file.release(), "", aPath));
+/// The file, which notes that it could not be read.
+class LookedThrough : public ezFileStream {
+public:
+    LookedThrough(ezFile* aFile, const ezCString& aPath, bool* afFailed)
+        : ezFileStream(aFile, "", aPath), mfFailed(afFailed) {}
+
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag) override {
+        const ezStreamingStatus status = ezFileStream::Read(aBuffer, aSize, aFlag);
+        *mfFailed = *mfFailed || status == ezStreamingStatus_ReadError;
+        return status;
+    }
+
+private:
+    bool* mfFailed;
+};
+
+ezStreamOwner OpenedStream(const ezPathName& aPath, bool* afFailed) {
+    auto file = std::make_unique<ezFile>(aPath.GetFullPath(), ezFileOpenMode_Read);
+    if (!file->Open()) { // the stream tells
+        *afFailed = *afFailed || aPath.FileExists();
+    }
+    return ezStreamOwner(new LookedThrough(file.release(), aPath.GetFullPath(), afFailed));
 }
 
 ezThumbnailSource* SourceOf(const Cover& aCover, const ezPathName& aPath) {
@@ -34,8 +52,16 @@ ezThumbnailSource* SourceOf(const Cover& aCover, const ezPathName& aPath) {
 
 CoverThumbnailProvider::~CoverThumbnailProvider() = default;
 
+uint32 CoverThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    mfFailed = false;
+    const uint32 possible = ezIndirectThumbnailProvider::GetPossibleThumbnailFor(anInfo);
+    // A build that fails is tried again; what nobody could build is remembered for ever.
+    return possible == 0 && mfFailed ? mThumbnailGenerator->CanConvert("image/jpeg") : possible;
+}
+
 void CoverThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
     mNextFinder = 0;
+    mfFailed = false;
     GetNextPath(anInfo);
 }
 
@@ -44,7 +70,7 @@ void CoverThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     if (mNextFinder == std::size(kFinders)) {
         return;
     }
-    const ezStreamOwner stream = OpenedStream(anInfo->mFilePath.GetFullPath());
+    const ezStreamOwner stream = OpenedStream(anInfo->mFilePath, &mfFailed);
     while (mNextFinder < std::size(kFinders)) {
         const Cover cover = kFinders[mNextFinder++](*stream);
         if (cover.IsFound()) {

@@ -27,9 +27,13 @@ public:
         : ezIndirectThumbnailProvider("cover", aThumbnailGenerator) {}
     ~CoverThumbnailProvider() override;
 
+    /// Where the file is there and cannot be read: all that the generator makes of a picture, so that the
+    /// build is tried and fails, and the next request tries again.
+    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override;
     void GetFirstPath(const ThumbnailInfo* anInfo) override;
     void GetNextPath(const ThumbnailInfo* anInfo) override;
 
 private:
     std::size_t mNextFinder = 0;
+    bool mfFailed = false; ///< the looking, since the first path
 };

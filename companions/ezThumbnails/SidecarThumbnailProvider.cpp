@@ -10,8 +10,15 @@ std::vector<ezCString> SidecarThumbnailProvider::CandidatePaths(const ThumbnailI
     return anInfo != nullptr ? FindSidecars(anInfo->mFilePath.GetFullPath()) : std::vector<ezCString>();
 }
 
+uint32 SidecarThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
+    mfFailed = false;
+    const uint32 possible = ezIndirectThumbnailProvider::GetPossibleThumbnailFor(anInfo);
+    // A build that fails is tried again; what nobody could build is remembered for ever.
+    return possible == 0 && mfFailed ? mThumbnailGenerator->CanConvert("image/jpeg") : possible;
+}
+
 void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
-    mPaths = CandidatePaths(anInfo);
+    mPaths = FindSidecars(anInfo->mFilePath.GetFullPath(), &mfFailed);
     mNextPath = 0;
     GetNextPath(anInfo);
 }

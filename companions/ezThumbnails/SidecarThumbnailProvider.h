@@ -31,10 +31,14 @@ public:
     /// without an item. It costs one listing of the folder.
     static std::vector<ezCString> CandidatePaths(const ThumbnailInfo* anInfo);
 
+    /// Where the system is in trouble (no descriptor is left, the disk fails): all that the generator makes
+    /// of a picture, so that the build is tried and fails, and the next request tries again.
+    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override;
     void GetFirstPath(const ThumbnailInfo* anInfo) override;
     void GetNextPath(const ThumbnailInfo* anInfo) override;
 
 private:
     std::vector<ezCString> mPaths;
     std::size_t mNextPath = 0;
+    bool mfFailed = false; ///< the last listing
 };

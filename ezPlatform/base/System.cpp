@@ -34,6 +34,7 @@ const ezSystemCalls kReal = {
     [](const char* aPath) { return opendir(aPath); },
     [](DIR* aFolder) { return readdir(aFolder); },
     [](DIR* aFolder) { return closedir(aFolder); },
+    [](const char* aPath, char* aBuffer, std::size_t aSize) { return readlink(aPath, aBuffer, aSize); },
 };
 
 const ezSystemCalls* gCalls = &kReal;

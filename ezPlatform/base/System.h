@@ -30,6 +30,7 @@ struct ezSystemCalls {
     DIR* (*mOpenDir)(const char* aPath);
     struct dirent* (*mReadDir)(DIR* aFolder);
     int (*mCloseDir)(DIR* aFolder);
+    ssize_t (*mReadLink)(const char* aPath, char* aBuffer, std::size_t aSize);
 };
 
 /// The calls in force.

@@ -75,9 +75,15 @@ void ezConfig::Contents::ReadFile(const ezCString& aPath, bool afReadWrite) {
         return;
     }
     const ezDataBuffer buffer(static_cast<std::size_t>(file.LengthAtOpen()));
-    const int count = file.Read(buffer.data(), buffer.GetSize());
-    if (count > 0) {
-        ReadText({static_cast<const char*>(buffer.data()), static_cast<std::size_t>(count)}, afReadWrite);
+    // Whole or not at all: half a line says something else.
+    std::size_t count = 0;
+    int piece = 0;
+    do {
+        piece = file.Read(static_cast<char*>(buffer.data()) + count, buffer.GetSize() - count);
+        count += static_cast<std::size_t>(std::max(piece, 0));
+    } while (piece > 0 && count < buffer.GetSize());
+    if (piece >= 0) {
+        ReadText({static_cast<const char*>(buffer.data()), count}, afReadWrite);
     }
 }
 

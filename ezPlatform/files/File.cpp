@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
+#include <utility>
 
 namespace {
 
@@ -35,32 +36,38 @@ bool SyncRepeatedly(int aFile) {
 
 constexpr mode_t kModeOfNewFile = 0666;
 constexpr const char* kBesideSuffix = ".ezsave";
+constexpr int kMaximumLinks = 40;               // as many as Linux follows
 constexpr std::size_t kMaximumBesideName = 240; // with the rest of the name below the usual limit of 255
 
-/// Where a path leads once its links are followed; the path itself where nothing stands yet. Empty when it
-/// leads nowhere that a file could be.
+/// What a link says, from where it stands; empty for what is no link, or cannot be read.
+ezCString LinkedFrom(const ezCString& aPath) {
+    char text[PATH_MAX];
+    const ssize_t length = ezSystem().mReadLink(aPath.c_str(), text, sizeof text);
+    if (length <= 0 || static_cast<std::size_t>(length) == sizeof text) {
+        return ezCString();
+    }
+    const ezCString target(std::string_view(text, static_cast<std::size_t>(length)));
+    const std::string_view path = aPath.View();
+    return text[0] == '/' ? target : ezCString(path.substr(0, path.rfind('/') + 1)) + target;
+}
+
+/// Where a path leads once its links are followed, also to where nothing stands yet. Empty when it leads
+/// nowhere that a file could be.
 ezCString Followed(const ezCString& aPath) {
-    const auto realPath = [&] { return ezCString::FromAllocatedString(ezSystem().mRealPath(aPath.c_str())); };
-    ezCString real = realPath();
-    if (!real.IsEmpty() || errno != ENOENT) {
-        return real;
-    }
-    constexpr int kFlags = O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const int probe = OpenRepeatedly(aPath, kFlags | O_NOFOLLOW, 0);
-    if (probe >= 0 || errno != ELOOP) {
-        if (probe >= 0) {
-            ezSystem().mClose(probe);
+    ezCString path = aPath;
+    for (int links = 0; links < kMaximumLinks; ++links) {
+        ezCString real = ezCString::FromAllocatedString(ezSystem().mRealPath(path.c_str()));
+        if (!real.IsEmpty() || errno != ENOENT) {
+            return real;
         }
-        return aPath;
+        // Only what exists has a real path: a link to nothing yet is followed by hand.
+        ezCString next = LinkedFrom(path);
+        if (next.IsEmpty()) {
+            return errno == EINVAL || errno == ENOENT ? path : ezCString();
+        }
+        path = std::move(next);
     }
-    // A link to nothing yet: its file is made for a moment, since only what exists has a real path.
-    const int made = OpenRepeatedly(aPath, kFlags | O_CREAT, kModeOfNewFile);
-    if (made >= 0) {
-        ezSystem().mClose(made);
-        real = realPath();
-        ezSystem().mUnlink(real.c_str());
-    }
-    return real;
+    return ezCString();
 }
 
 } // namespace
@@ -260,7 +267,8 @@ bool ezFile::Close() {
     // On the disk before it takes the old file's name, or a power cut could leave neither.
     const bool fWritten =
         !mfWriting || (!mfWriteFailed && (fBeside || mBeside.IsEmpty()) && SyncRepeatedly(mFile));
-    const bool fClosed = ezSystem().mClose(mFile) == 0;
+    // Interrupted, it is closed all the same, and what was written is on the disk by now.
+    const bool fClosed = ezSystem().mClose(mFile) == 0 || errno == EINTR;
     mFile = -1;
     mfWriting = false;
     if (!fBeside) {

@@ -40,6 +40,15 @@ std::pair<std::int64_t, std::int64_t> Now() {
     return {now.tv_sec, now.tv_nsec};
 }
 
+/// Takes the lock that tells others that a file is being filled, if nobody has it.
+bool Lock(int aFile) {
+    int result = -1;
+    do {
+        result = ezSystem().mFLock(aFile, LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
 /// True when a path is, without a link being followed, the name of an open file.
 bool IsNameOf(const ezCString& aPath, int aFile) {
     struct stat file = {};
@@ -69,8 +78,14 @@ bool ezFileCacheManager::IsFolderOurs() {
         struct stat status = {};
         const ezCString name = mFolder.Left(mFolder.GetLength() - 1);
         // A NUL would cut the path short, and a link lead out of the folder that was given.
-        const bool fForeign = mFolder.View().find('\0') != std::string_view::npos ||
-                              (ezSystem().mLStat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode));
+        bool fForeign = mFolder.View().find('\0') != std::string_view::npos;
+        if (!fForeign) {
+            const bool fThere = ezSystem().mLStat(name.c_str(), &status) == 0;
+            if (!fThere && errno != ENOENT) {
+                return false; // it may be a link: the next request looks again
+            }
+            fForeign = fThere && S_ISLNK(status.st_mode);
+        }
         mFolderState = fForeign ? kFolderForeign : kFolderOurs;
     }
     return mFolderState == kFolderOurs;
@@ -157,7 +172,7 @@ bool ezFileCacheManager::OpenNewAt(ezFile& aFile, const ezCString& aPath) {
     }
     // The lock tells others that somebody is filling the file; it goes with the process. Between making and
     // locking it another may have taken the file for one that was left behind.
-    const bool fTaken = ezSystem().mFLock(aFile.mFile, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    const bool fTaken = !Lock(aFile.mFile) && errno == EWOULDBLOCK;
     if (fTaken || !aFile.IsBesideOurs()) {
         aFile.Close();
         errno = EAGAIN;
@@ -266,11 +281,14 @@ void ezFileCacheManager::LookAt(const char* aName) {
 }
 
 void ezFileCacheManager::RemoveIfStale(const ezCString& aPath) {
-    const int file = ezSystem().mOpen(aPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+    int file = -1;
+    do {
+        file = ezSystem().mOpen(aPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+    } while (file < 0 && errno == EINTR);
     if (file < 0) {
         return;
     }
-    if (ezSystem().mFLock(file, LOCK_EX | LOCK_NB) == 0) {
+    if (Lock(file)) {
         ezSystem().mUnlink(aPath.c_str());
     }
     ezSystem().mClose(file);

@@ -33,11 +33,15 @@ void IndexedPlaylistParser::EnsureIndex() {
     if (mfIndexed) {
         return;
     }
-    mfIndexed = true;
-    if (mReader.Seek(0)) {
+    mRecords.clear();
+    mByPosition.clear();
+    mTexts.clear();
+    const bool fStarted = mReader.Seek(0);
+    if (fStarted) {
         ReadEntries(mReader);
         SortByPosition();
     }
+    mfIndexed = fStarted && !mReader.HasFailed(); // else the next look may see more
 }
 
 void IndexedPlaylistParser::SortByPosition() {

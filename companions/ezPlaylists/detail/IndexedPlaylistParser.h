@@ -23,7 +23,8 @@ class PlaylistPlace;
 /// at the position that was sought, or else with the first in the bytes behind it; a position before all
 /// entries, and so 0, begins with the first to be played. Behind the last one there is no entry.
 ///
-/// What could be read of a playlist that is broken, too long, or whose stream fails stays as it is.
+/// What could be read of a playlist that is broken or too long stays as it is. Of one whose stream fails it
+/// serves the operation that met the failure; the next one reads the playlist again.
 class IndexedPlaylistParser : public PlaylistParser {
 public:
     ~IndexedPlaylistParser() override;
@@ -39,8 +40,8 @@ protected:
     /// @param aStream  borrowed, opened
     IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
 
-    /// Walks the whole playlist, called once, with the reader at byte 0, and calls AddEntry for each entry in
-    /// the order of playing.
+    /// Walks the whole playlist, called once while the stream does not fail, with the reader at byte 0, and
+    /// calls AddEntry for each entry in the order of playing.
     virtual void ReadEntries(PlaylistStreamReader& aReader) = 0;
 
     /// @param aPos  a byte of the playlist that belongs to this entry alone

@@ -5,9 +5,10 @@
 #include "ezThumbnails/detail/AreaScaler.h"
 #include "ezThumbnails/detail/PictureReader.h"
 
+#include "ezPlatform/base/Memory.h"
+
 #include <csetjmp>
 #include <cstddef>
-#include <cstdlib>
 
 #include <png.h>
 
@@ -68,9 +69,9 @@ struct PngDecoder::State {
     static void OnWarning(png_structp /*aPng*/, png_const_charp /*aText*/) {} // the base prints
 
     static png_voidp OnAllocate(png_structp /*aPng*/, png_alloc_size_t aSize) {
-        return aSize <= kMaxBlock ? std::malloc(aSize) : nullptr;
+        return aSize <= kMaxBlock ? ezMalloc(aSize) : nullptr;
     }
-    static void OnFree(png_structp /*aPng*/, png_voidp aBlock) { std::free(aBlock); }
+    static void OnFree(png_structp /*aPng*/, png_voidp aBlock) { ezFree(aBlock); }
 
     static void OnRead(png_structp aPng, png_bytep aBuffer, std::size_t aCount) {
         if (!static_cast<State*>(png_get_io_ptr(aPng))->mReader->Read(aBuffer, aCount)) {

@@ -1,6 +1,7 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <string_view>
 
@@ -70,13 +71,26 @@ bool HasExtension(const ezCString& aName) {
     return !SidecarMimeType(aName).IsEmpty();
 }
 
-std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted) {
+/// Whether an error says that there is nothing to be had, and not that the system is in trouble.
+bool IsAnswer(int anError) {
+    return anError == ENOENT || anError == ENOTDIR || anError == EACCES || anError == ELOOP;
+}
+
+std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
+                               bool* afFailed) {
     std::vector<Match> matches;
     const std::unique_ptr<DIR, DirCloser> dir(opendir(aFolder.c_str()));
     if (dir == nullptr) {
+        *afFailed = *afFailed || !IsAnswer(errno);
         return matches;
     }
-    while (const dirent* const entry = readdir(dir.get())) {
+    while (true) {
+        errno = 0; // else its end is not told from its failure
+        const dirent* const entry = readdir(dir.get());
+        if (entry == nullptr) {
+            *afFailed = *afFailed || errno != 0;
+            break;
+        }
         const ezCString name(entry->d_name);
         if (!HasExtension(name)) {
             continue; // most are not, and this is quick
@@ -105,25 +119,38 @@ ezCString SidecarMimeType(const ezCString& aPath) {
     return {};
 }
 
-std::vector<ezCString> FindSidecars(const ezCString& aMediaPath) {
+std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed) {
     std::vector<ezCString> paths;
+    bool fFailed = false;
     const Place media(aMediaPath);
     if (media.mName.empty()) {
         return paths;
     }
+    const auto look = [&fFailed](const ezCString& aPath, struct stat* aState) {
+        const bool isThere = stat(aPath.c_str(), aState) == 0;
+        fFailed = fFailed || (!isThere && !IsAnswer(errno));
+        return isThere;
+    };
     struct stat mediaState = {};
-    const bool isThere = stat(aMediaPath.c_str(), &mediaState) == 0;
+    const bool isThere = look(aMediaPath, &mediaState);
     const ezCString folder(media.mFolder);
-    for (const Match& match : FindMatches(folder.IsEmpty() ? "." : folder, WantedNames(media.mName))) {
+    for (const Match& match :
+         FindMatches(folder.IsEmpty() ? "." : folder, WantedNames(media.mName), &fFailed)) {
         const ezCString path = folder + match.mName;
         struct stat state = {};
-        const bool isRegular = stat(path.c_str(), &state) == 0 && S_ISREG(state.st_mode);
+        const bool isRegular = look(path, &state) && S_ISREG(state.st_mode);
         // By what it is, not by its name: a link to the media is the media.
         const bool isMedia =
             isThere && state.st_dev == mediaState.st_dev && state.st_ino == mediaState.st_ino;
         if (isRegular && !isMedia && match.mName.View() != media.mName) {
             paths.push_back(path);
         }
+    }
+    if (fFailed) {
+        paths.clear(); // the best of them may be missing
+    }
+    if (afFailed != nullptr) {
+        *afFailed = fFailed;
     }
     return paths;
 }

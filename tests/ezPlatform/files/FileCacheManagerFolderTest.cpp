@@ -83,6 +83,28 @@ TEST_F(FileCacheManagerFolder, ALinkInThePlaceOfTheCachesOwnFolderIsRefused) {
     EXPECT_EQ(CountIn(mFolder.Path("photos")), 2U);
 }
 
+TEST_F(FileCacheManagerFolder, APlaceThatCannotBeLookedAtMayBeALinkAndIsLookedAtAgain) {
+    std::filesystem::create_directories(mFolder.Path("photos"));
+    std::filesystem::create_directories(mFolder.Path("cache"));
+    std::filesystem::create_directory_symlink(mFolder.Path("photos"), mFolder.Path("cache/ezcache"));
+    static bool sfFails;
+    sfFails = true;
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mLStat = [](const char* aPath, struct stat* aStatus) {
+        errno = EIO;
+        return sfFails ? -1 : ezSystem_Real().mLStat(aPath, aStatus);
+    };
+    ezSystem_Replace(&calls);
+    const std::string first = Ask("a");
+    sfFails = false;
+    const std::string second = Ask("a");
+    std::filesystem::remove(mFolder.Path("cache/ezcache"));
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(first, "<null>");
+    EXPECT_EQ(second, "<null>");
+    EXPECT_TRUE(std::filesystem::is_empty(mFolder.Path("photos")));
+}
+
 TEST_F(FileCacheManagerFolder, ALinkToTheFolderThatIsGivenIsFollowed) {
     std::filesystem::create_directory(mFolder.Path("elsewhere"));
     std::filesystem::create_directory_symlink(mFolder.Path("elsewhere"), mFolder.Path("cache"));

@@ -361,10 +361,12 @@ void ParsersSubject::AdjustRecord(const Operation& anOperation) {
     if (!type.empty()) {
         expected["mt"] = type;
     }
-    if (!mModel->HasStandardParsers()) {
-        return; // a host that adjusts has them
-    }
+    const AssertCatcher asserts;
     const bool fAdjusted = mManager->AdjustDLNAInfo(&info);
+    if (!mModel->HasStandardParsers()) {
+        Agree("assertions of an adjustment", asserts.Failures(),
+              AssertCatcher::Noted({"mMimeTypesDotIniParser != NULL @ MediaParserManager"}));
+    }
     Agree("a record is adjusted", fAdjusted, mModel->Adjust(expected));
     Agree("the adjusted record", ValuesOf(info), expected);
 }

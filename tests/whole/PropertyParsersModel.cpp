@@ -312,6 +312,9 @@ std::optional<RecordValues> ParsersModel::ParseCover(const std::string& aMimeTyp
 
 bool ParsersModel::Adjust(RecordValues& aRecord) {
     mDone.clear();
+    if (!mfStandard) {
+        return false;
+    }
     for (const TypesEntry* entry : EntriesOfMimeType(ValueOf(aRecord, "mt"))) {
         std::vector<std::string> types = entry->mFurtherTypes;
         types.insert(types.begin(), entry->mKey);

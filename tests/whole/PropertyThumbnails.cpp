@@ -32,13 +32,13 @@ std::string ContentOf(const std::string& aMaker, std::size_t aLength) {
     return content.substr(0, aLength);
 }
 
-std::string TakenContent(ezFile* aFile) {
+/// All of a file, from where it stands, which must be its start.
+std::string ContentOf(ezFile* aFile) {
     if (aFile == nullptr) {
         return "<null>";
     }
-    const std::unique_ptr<ezFile> file(aFile);
-    std::string content(static_cast<std::size_t>(file->Length()), '\0');
-    const int count = file->Read(content.data(), content.size());
+    std::string content(static_cast<std::size_t>(aFile->Length()), '\0');
+    const int count = aFile->Read(content.data(), content.size());
     return count == static_cast<int>(content.size()) ? content : "<not at its start>";
 }
 
@@ -252,9 +252,12 @@ void ThumbnailsSubject::Request(const Operation& anOperation) {
     const ThumbnailInfo info = RequestOf(anOperation);
     // Without a default provider a generic one would be made by the list, of whichever item comes first.
     const bool fGeneric = anOperation.mC % 2 != 0;
+    Agree("the possible formats", static_cast<unsigned>(mManager->GetPossibleThumbnailFor(&info)),
+          Possible());
     mTrace.clear();
     mModelTrace.clear();
-    const std::string content = TakenContent(mManager->GetThumbnail(&info, fGeneric));
+    std::unique_ptr<ezFile> file(mManager->GetThumbnail(&info, fGeneric));
+    const std::string content = ContentOf(file.get());
     std::optional<std::string> expected = Cached(info, false);
     if (!expected && fGeneric) {
         expected = Cached(info, true);
@@ -262,6 +265,22 @@ void ThumbnailsSubject::Request(const Operation& anOperation) {
     }
     Agree("the thumbnail", content, expected.value_or("<null>"));
     Agree("what was asked of the providers", mTrace, mModelTrace);
+    if (file != nullptr) {
+        mServed = std::move(file);
+        mServedContent = content;
+    }
+}
+
+unsigned ThumbnailsSubject::Possible() const {
+    if (mDefault && mDefault->mPossible != 0) {
+        return mDefault->mPossible;
+    }
+    for (const Provider& provider : mProviders) {
+        if (provider.mPossible != 0) {
+            return provider.mPossible;
+        }
+    }
+    return 0;
 }
 
 void ThumbnailsSubject::FillTwice(const Operation& anOperation) {
@@ -304,6 +323,10 @@ void ThumbnailsSubject::ForgetOne(const Operation& anOperation) {
 }
 
 void ThumbnailsSubject::CompareFiles() {
+    if (mServed != nullptr) {
+        Agree("where it is read again", mServed->Seek(0, ezFileSeekMode_Begin), ezFileOffset{0});
+        Agree("the thumbnail that is being served", ContentOf(mServed.get()), mServedContent);
+    }
     std::sort(mNames.begin(), mNames.end());
     mNames.erase(std::unique(mNames.begin(), mNames.end()), mNames.end());
     std::vector<std::string> there;

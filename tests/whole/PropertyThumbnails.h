@@ -66,6 +66,7 @@ private:
     /// What the model gives for one of the two thumbnails of a request.
     std::optional<std::string> Cached(const ThumbnailInfo& anInfo, bool afDefault);
     bool Build(const ThumbnailInfo& anInfo, bool afDefault, std::string* aContent);
+    unsigned Possible() const;
     void CompareFiles();
 
     const TemporaryFolder& mFolder;
@@ -79,4 +80,6 @@ private:
     std::vector<Provider> mProviders;
     std::optional<Provider> mDefault;
     std::vector<std::string> mNames; ///< that were asked for
+    std::unique_ptr<ezFile> mServed; ///< the last one given, which stays whole whatever becomes of the cache
+    std::string mServedContent;
 };

@@ -5,6 +5,7 @@
 #include "ezPlatform/files/FileCacheManager.h"
 
 #include <algorithm>
+#include <iterator>
 #include <sys/stat.h>
 #include <utility>
 
@@ -14,8 +15,10 @@ struct Bounds {
     std::size_t mBytes;
     std::size_t mFiles;
 };
-const Bounds kBounds[] = {{1000000, 1000}, {1000000, 2}, {1000000, 1}, {60, 1000},
-                          {25, 3},         {0, 5},       {1000, 0}};
+const Bounds kBounds[] = {{1000000, 1000}, {1000000, 2}, {1000000, 1}, {60, 1000}, {25, 3},
+                          {0, 5},          {1000, 0},    {300, 1000},  {200, 1000}};
+
+static_assert(std::size(kBounds) == ThumbnailsSubject::kBoundsOfCache, "each can be chosen");
 
 const char* const kIdentities[] = {"one", "two", "three", "four", "a/../b"};
 const char* const kClasses[] = {"Video/mpeg", "audio/mpeg", "image/png"};

@@ -43,6 +43,7 @@ public:
     ThumbnailsSubject(const TemporaryFolder& aFolder, unsigned aBounds);
     ~ThumbnailsSubject();
 
+    static constexpr unsigned kBoundsOfCache = 9;
     static std::string Describe(const Operation& anOperation);
     static std::string DescribeBounds(unsigned aBounds);
     void Apply(const Operation& anOperation);

@@ -70,7 +70,7 @@ const VerbRow kVerbs[] = {
     {Verb::AddProvider, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::SetDefaultProvider, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RequestThumbnail, 12, Part::Thumbnails, ThumbnailsSubject::Describe},
-    {Verb::FillTwice, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
+    {Verb::FillTwice, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::ForgetThumbnail, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RestartCache, 1, Part::Thumbnails, ThumbnailsSubject::Describe},
 };

@@ -212,6 +212,28 @@ TEST_F(FileCacheManager, ACachedFileReportedBadLosesItsName) {
     EXPECT_EQ(Ask("a.jpg"), "<new>");
 }
 
+TEST_F(FileCacheManager, WhatLostItsNameTakesNoRoomAnyMore) {
+    mCache = Make(300);
+    const std::string content(30, 'x');
+    for (int i = 0; i < 10; ++i) {
+        Fill("file " + std::to_string(i), content);
+    }
+    {
+        bool fNew = false;
+        const FileOwner file(mCache->OpenCachedFile("file 0", &fNew, 0));
+        ASSERT_TRUE(file != nullptr && !fNew);
+        mCache->SetCachedFileState("file 0", file.get(), false);
+    }
+    Fill("file 10", content); // 300 bytes again: nothing has to go
+    for (int i = 1; i <= 10; ++i) {
+        const std::string path = Str(mCache->GetFullPath(("file " + std::to_string(i)).c_str()));
+        EXPECT_EQ(ContentAt(path), content) << i;
+    }
+    Fill("file 11", "y"); // one byte too many: one has to, and it was not forgotten twice
+    EXPECT_EQ(ContentAt(Str(mCache->GetFullPath("file 1"))), "<none>");
+    EXPECT_EQ(ContentAt(Str(mCache->GetFullPath("file 2"))), content);
+}
+
 TEST_F(FileCacheManager, NamesOfAnyBytesHaveFilesOfTheirOwnInsideTheCache) {
     const std::string longName(300, 'n');
     const std::set<std::string> names = {"a",

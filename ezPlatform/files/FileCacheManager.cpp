@@ -193,7 +193,9 @@ void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFil
             aFile->GiveUp();
         }
     } else if (!afGood && IsFolderOurs() && IsNameOf(path, aFile->mFile)) { // not what replaced it since
-        ezSystem().mUnlink(path.c_str());
+        if (ezSystem().mUnlink(path.c_str()) == 0) {
+            ForgetRemoved(ezCacheName(aName.View()), static_cast<std::uint64_t>(aFile->LengthAtOpen()));
+        }
     }
 }
 
@@ -229,6 +231,15 @@ bool ezFileCacheManager::IsScanDue() const {
 void ezFileCacheManager::Forget(std::uint64_t aSize) {
     mFiles -= std::min<std::size_t>(mFiles, 1);
     mBytes -= std::min(mBytes, aSize);
+}
+
+void ezFileCacheManager::ForgetRemoved(const ezCString& aFileName, std::uint64_t aSize) {
+    // As a candidate it would be forgotten a second time, when it is found gone.
+    mCandidates.erase(
+        std::remove_if(mCandidates.begin(), mCandidates.end(),
+                       [&](const Candidate& aCandidate) { return aCandidate.mName == aFileName; }),
+        mCandidates.end());
+    Forget(aSize);
 }
 
 void ezFileCacheManager::Scan() {

@@ -91,6 +91,7 @@ private:
     void Evict(const ezCString& aKeptPath);
     bool EvictOne(const Candidate& aCandidate);
     void Forget(std::uint64_t aSize);
+    void ForgetRemoved(const ezCString& aFileName, std::uint64_t aSize);
 
     ezCString mFolder; ///< ends in "/"
     ezCString mPath;   ///< of the file that was asked for last

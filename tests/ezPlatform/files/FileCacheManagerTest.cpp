@@ -212,6 +212,31 @@ TEST_F(FileCacheManager, ACachedFileReportedBadLosesItsName) {
     EXPECT_EQ(Ask("a.jpg"), "<new>");
 }
 
+TEST_F(FileCacheManager, WhatLostItsNameTakesNoRoomAnyMore) {
+    const std::string content(30, 'x');
+    for (const char* const lost : {"file 5", "file 0"}) { // the oldest is the next that would go
+        mCache = Make(300);
+        for (int i = 0; i < 10; ++i) {
+            Fill("file " + std::to_string(i), content);
+        }
+        bool fNew = false;
+        const FileOwner file(mCache->OpenCachedFile(lost, &fNew, 0));
+        ASSERT_TRUE(file != nullptr && !fNew);
+        mCache->SetCachedFileState(lost, file.get(), false);
+        Fill("file 10", content); // 300 bytes again: nothing has to go
+        for (int i = 0; i <= 10; ++i) {
+            const std::string name = "file " + std::to_string(i);
+            const std::string path = Str(mCache->GetFullPath(name.c_str()));
+            EXPECT_EQ(ContentAt(path), name == lost ? "<none>" : content) << name;
+        }
+        Fill("file 11", "y"); // one byte too many: the oldest has to, whatever was lost
+        const char* const oldest = std::string(lost) == "file 0" ? "file 1" : "file 0";
+        EXPECT_EQ(ContentAt(Str(mCache->GetFullPath(oldest))), "<none>") << lost;
+        EXPECT_EQ(ContentAt(Str(mCache->GetFullPath("file 2"))), content) << lost;
+        std::filesystem::remove_all(mFolder.Path("cache"));
+    }
+}
+
 TEST_F(FileCacheManager, NamesOfAnyBytesHaveFilesOfTheirOwnInsideTheCache) {
     const std::string longName(300, 'n');
     const std::set<std::string> names = {"a",

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "PropertyOperation.h"
+
+#include "support/MapperFolder.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+class ezMimeTypesDotIniParser;
+
+/// What a line of the table says, as far as a host of the property writes it.
+struct Mapping {
+    std::string mName;
+    std::string mMimeType;
+    std::string mProfile;
+    std::string mDuration;
+    std::uint32_t mBitRate = 0;
+    std::uint32_t mFlags = 0;
+
+    friend bool operator==(const Mapping& aLeft, const Mapping& aRight) {
+        return aLeft.mName == aRight.mName && aLeft.mMimeType == aRight.mMimeType &&
+               aLeft.mProfile == aRight.mProfile && aLeft.mDuration == aRight.mDuration &&
+               aLeft.mBitRate == aRight.mBitRate && aLeft.mFlags == aRight.mFlags;
+    }
+    friend std::ostream& operator<<(std::ostream& aStream, const Mapping& aMapping);
+
+    bool IsEnabled() const;
+    bool CanPlayAtSpeeds() const; ///< it is audio or video
+};
+
+/// The table: a map from profile to mappings in the order in which they came, and the file that it was
+/// written to.
+class MapperModel {
+public:
+    /// @param aReadOnly  what the read-only file holds; none where it is missing
+    explicit MapperModel(std::optional<std::vector<Mapping>> aReadOnly) : mReadOnly(std::move(aReadOnly)) {}
+
+    /// Another start over the same files.
+    void Restart();
+    bool Load();
+    bool Save();
+    void Add(const Mapping& aMapping) { mByProfile[aMapping.mProfile].push_back(aMapping); }
+    void Change(std::size_t anIndex, const Mapping& aMapping);
+    void Remove(std::size_t anIndex);
+    /// Switches the profile of an index, and writes what every profile has chosen into all of its mappings.
+    /// True when something changed.
+    bool Switch(std::size_t anIndex, bool afEnabled, bool* afProfileChanged);
+
+    std::vector<Mapping> InOrder() const;
+    std::size_t ProfileCount() const { return mByProfile.size(); }
+    /// What is found for the name of a media.
+    const Mapping* Find(const std::string& aName) const;
+    /// The enabled profiles as they are announced.
+    std::string Announced() const;
+    bool IsDisabled(const std::string& aProfile) const { return mDisabled.count(aProfile) != 0; }
+    bool IsLoaded(const std::string& aProfile) const { return mLoaded.count(aProfile) != 0; }
+
+private:
+    using Group = std::vector<Mapping>;
+
+    void Take(const std::vector<Mapping>& aFile);
+    /// The one that speaks for a profile.
+    static const Mapping& SpeakerOf(const Group& aGroup);
+    Mapping* At(std::size_t anIndex, std::map<std::string, Group>::iterator* aGroup);
+
+    std::optional<std::vector<Mapping>> mReadOnly;
+    std::optional<std::vector<Mapping>> mFile;
+    std::map<std::string, Group> mByProfile;
+    std::set<std::string> mKnownNames; ///< lower-case base names that a file brought
+    std::set<std::string> mDisabled;   ///< at the last load
+    std::set<std::string> mLoaded;     ///< profiles that stood in the table at a load
+    bool mfSaved = false;
+};
+
+/// The media mapper of a host beside its model.
+class MapperSubject {
+public:
+    /// @param aLines  so many mappings stand in the read-only file; it is missing above kMostLines
+    MapperSubject(const TemporaryFolder& aFolder, unsigned aLines);
+
+    static constexpr unsigned kMostLines = 3;
+    static std::string Describe(const Operation& anOperation);
+    void Apply(const Operation& anOperation);
+    /// A new table over the same files, loaded.
+    void Restart();
+
+    DLNAMediaMapper* Mapper() { return mMapper.get(); }
+    const MapperModel& Model() const { return mModel; }
+
+private:
+    void Add(const Mapping& aMapping);
+    void Change(std::size_t anIndex, const Mapping& aMapping);
+    void Remove(std::size_t anIndex);
+    void LookUp(const Operation& anOperation);
+    void Switch(const Operation& anOperation);
+    void Save();
+    void Load();
+    void Compare(const std::string& aWhen);
+    std::vector<Mapping> HostInOrder();
+
+    const TemporaryFolder& mFolder;
+    std::unique_ptr<ezMimeTypesDotIniParser> mTypes;
+    std::unique_ptr<OpenMapper> mMapper;
+    MapperModel mModel;
+};
+
+/// The name of a media that an operation is about: "clip.aaa".
+std::string MediaNameOf(unsigned aBase, unsigned anExtension);

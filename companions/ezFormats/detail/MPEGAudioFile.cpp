@@ -1,5 +1,6 @@
 #include "ezFormats/detail/MPEGAudioFile.h"
 
+#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
@@ -271,7 +272,7 @@ bool MPEGAudioMeasure::IsVariable() const {
 
 void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     const ezMPEGAudioHeader& header = mSound.mHeader;
-    anInfo.Set(kezInfo_MimeType, "audio/mpeg", true);
+    anInfo.Set(kezInfo_MimeType, kMPEGAudio_MimeTypes, true);
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, kCodecs[header.mLayer], true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);

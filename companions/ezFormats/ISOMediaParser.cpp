@@ -1,6 +1,7 @@
 #include "ezFormats/ISOMediaParser.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/ISOFragments.h"
 #include "ezFormats/detail/ISOMovie.h"
 #include "ezFormats/detail/ISONumbers.h"
@@ -18,9 +19,6 @@
 #include <utility>
 
 namespace {
-
-constexpr const char* kMimeTypes =
-    "video/mp4,audio/mp4,video/quicktime,video/3gpp,audio/3gpp,video/3gpp2,audio/3gpp2";
 
 constexpr const char* kQuickTime = "qt  ";
 
@@ -122,7 +120,8 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
 } // namespace
 
 ISOMediaParser::ISOMediaParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("ISOMediaParser", "mp4", kMimeTypes, {kISO_MaxReads, kISO_MaxBytes}, std::move(aRules)) {}
+    : FormatParser("ISOMediaParser", "mp4", kISOMedia_MimeTypes, {kISO_MaxReads, kISO_MaxBytes},
+                   std::move(aRules)) {}
 
 ISOMediaParser::~ISOMediaParser() = default;
 

@@ -20,12 +20,14 @@
 /// Without an average the sizes of all samples are added up if their table is of 256 KiB at most, or those of
 /// all fragments if they were read for the duration. Else there is the estimate alone: by the first samples
 /// for audio of a film, by the size of the media less the other tracks for the rest. kezInfo_BitRate is that
-/// of the whole, from size and duration.
+/// of the whole, from size and duration, and kezInfo_MaxBitRate the sum of the tracks' highest, or
+/// kezInfo_BitRate where that is higher.
 ///
-/// The duration is the longest that the movie's header and the enabled tracks tell, edit lists applied. With
-/// fragments it is that of their header ("mehd"), else of their indices ("sidx"), both "header"; else it is
-/// "counted" over up to 48 fragments, and where there are more, estimated by their share of the bytes and an
-/// eighth more.
+/// The duration is the longest that the movie's header and the enabled tracks tell, or all of them where none
+/// is enabled, edit lists applied; a track whose header leaves it open tells it by the times of its samples.
+/// With fragments it is that of their header ("mehd"), else of their indices ("sidx"), both "header"; else it
+/// is "counted" over up to 48 fragments, and where there are more, estimated by their share of the bytes and
+/// an eighth more.
 ///
 /// Texts are those of iTunes, else of 3GPP, else of QuickTime.
 ///

@@ -1,5 +1,6 @@
 #include "ezFormats/MPEGAudioParser.h"
 
+#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MPEGAudioFile.h"
 #include "ezFormats/detail/MediaBytes.h"
@@ -11,8 +12,6 @@
 #include <utility>
 
 namespace {
-
-constexpr const char* kMimeTypes = "audio/mpeg";
 
 using LongLong = unsigned long long; // for printf
 
@@ -28,8 +27,8 @@ bool IsShortFile(MediaBytes& aBytes, const MPEGAudioFrames& aFrames, std::uint64
 } // namespace
 
 MPEGAudioParser::MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("MPEGAudioParser", "mp3", kMimeTypes, {32, std::uint64_t{512} * 1024}, std::move(aRules)) {
-}
+    : FormatParser("MPEGAudioParser", "mp3", kMPEGAudio_MimeTypes, {kMPEGAudio_MaxReads, kMPEGAudio_MaxBytes},
+                   std::move(aRules)) {}
 
 MPEGAudioParser::~MPEGAudioParser() = default;
 

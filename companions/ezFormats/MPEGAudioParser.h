@@ -14,18 +14,18 @@
 /// kezInfo_AudioEstimatedBitRate, and as kezInfo_AudioMaxBitRate the highest of its frames if all were seen,
 /// else the highest that its layer allows. Free format has no rate at all, and so no rule on rates takes it.
 ///
-/// The duration is "header" when the first frame states a count (Xing, Info, VBRI) that the file can hold,
-/// less the samples that the encoder put around the music; "counted" when all frames were seen; else an
-/// estimate from the size without the tags, and the rates at up to four places of the file, of which the
-/// lowest counts. Without a size there is no estimate; with one, a file that cannot be read at one of these
-/// places is refused. Only with kParseOption_ParseFullFileIfVBR, and for a
-/// varying rate without a count, all frames of the file are read.
+/// The duration is "header" when the first frame states a count (Xing, Info, VBRI) that the file can hold and
+/// behind which no sound goes on, less the samples that the encoder put around the music; "counted" when all
+/// frames were seen; else an estimate from the size without the tags, and the rates at up to four places of
+/// the file, of which the lowest counts. Without a size there is no estimate; with one, a file that cannot be
+/// read at one of these places is refused. Only with kParseOption_ParseFullFileIfVBR, and for a varying rate
+/// without a count, all frames of the file are read.
 ///
 /// Texts are those of ID3v2 before the sound, and of APE items, ID3v1 and its enhanced form behind it: for
 /// each the first of these that has it.
 ///
-/// One parse costs, the whole file apart, at most 32 reads and 512 KiB. Usual are the first 8 KiB, a read
-/// behind a large tag, and the last 16 KiB; and four reads of 16 KiB more where no count is stated.
+/// One parse costs, the whole file apart, at most 32 reads, 33 seeks and 512 KiB. Usual are the first 8 KiB,
+/// a read behind a large tag, and the last 16 KiB; and four reads of 16 KiB more where no count is stated.
 class EZFORMATS_API MPEGAudioParser : public FormatParser {
 public:
     explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());

@@ -45,8 +45,8 @@ inline constexpr const char* kezInfo_PictureHeight = "he";     ///< pixels
 inline constexpr const char* kezInfo_FrameRate = "fr";         ///< pictures in 1000 seconds: 29970
 inline constexpr const char* kezInfo_VideoProfile = "vp"; ///< in the codec's words, no blanks: "Baseline"
 inline constexpr const char* kezInfo_VideoLevel = "vl";   ///< ten times the codec's level: 31 is 3.1; 9 is 1b
-/// How a picture is coded: "baseline", "extended", "progressive", "lossless" or "arithmetic" of a JPEG,
-/// "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video.
+/// How a picture is coded: "baseline", "extended", "progressive", "lossless", "arithmetic" or "hierarchical"
+/// of a JPEG, "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video.
 inline constexpr const char* kezInfo_PictureProcess = "pr";
 /// What a picture's colours are and how they are sampled: "grey", "4:2:0", "4:2:2", "4:4:4" and so on,
 /// "CMYK", "RGB", "RGBA", "grey-alpha", "palette".

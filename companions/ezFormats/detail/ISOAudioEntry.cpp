@@ -84,14 +84,20 @@ std::uint32_t ReadFloatRate(ByteReader& aReader) {
     return rate >= 1 && rate <= kMaximum ? static_cast<std::uint32_t>(rate) : 0;
 }
 
+/// A number of 32 bits where the other versions have 16; 0 for one that they could not hold.
+std::uint32_t ReadSmall(ByteReader& aReader) {
+    const std::uint32_t number = aReader.ReadBig32();
+    return number <= UINT16_MAX ? number : 0;
+}
+
 /// The second version of QuickTime's sound description, behind the part that all have.
 void ReadSoundVersion2(ByteReader& aReader, AudioEntry& anEntry) {
     constexpr std::uint32_t kFloat = 1;
     aReader.Skip(4); // its size
     anEntry.mCodec.mSamplingRate = ReadFloatRate(aReader);
-    anEntry.mCodec.mChannels = aReader.ReadBig32();
+    anEntry.mCodec.mChannels = ReadSmall(aReader);
     aReader.Skip(4);
-    anEntry.mCodec.mBitsPerSample = aReader.ReadBig32();
+    anEntry.mCodec.mBitsPerSample = ReadSmall(aReader);
     anEntry.mfFloat = (aReader.ReadBig32() & kFloat) != 0;
     aReader.Skip(8);
 }

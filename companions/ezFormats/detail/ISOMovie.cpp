@@ -53,7 +53,7 @@ Edits ReadEdits(ByteReader aBox) {
     const std::uint32_t count = aBox.ReadBig32();
     aBox.Require(count <= kISO_MaxEdits);
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
-        const std::uint64_t duration = aBox.ReadBig(size);
+        const std::uint64_t duration = ReadDuration(aBox, size);
         const std::uint64_t start = aBox.ReadBig(size);
         aBox.Skip(4); // speed
         edits.mDuration = ISONumber_Add(edits.mDuration, duration);
@@ -79,7 +79,7 @@ struct TrackReading {
 void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
     aTrack.mfEnabled = (aBox.ReadBig(3) & 1U) != 0;
-    aBox.Skip(2 * size); // dates
+    aBox.Skip(std::uint64_t{2} * size); // dates
     aTrack.mID = aBox.ReadBig32();
 }
 
@@ -172,13 +172,23 @@ public:
 
 private:
     void TakeTrack(const ByteReader& aBox);
+    void TakeDuration(const TrackReading& aReading);
     void TakeFragmentDefaults(const ByteReader& aBox);
     void TakeTrackDefaults(ByteReader aBox);
 
     std::uint32_t& mBoxBudget;
     ISOMovie mMovie;
     std::uint32_t mTimescale = 0;
+    bool mfEnabled = false;              ///< one of the tracks is
+    std::uint64_t mDisabledDuration = 0; ///< microseconds, the longest of the others
 };
+
+void MovieReading::TakeDuration(const TrackReading& aReading) {
+    const bool fEnabled = aReading.mTrack.mfEnabled;
+    std::uint64_t& longest = fEnabled ? mMovie.mDuration : mDisabledDuration;
+    longest = std::max(longest, PresentationOf(aReading, mTimescale));
+    mfEnabled = mfEnabled || fEnabled;
+}
 
 void MovieReading::TakeTrack(const ByteReader& aBox) {
     TrackReading reading = ReadTrack(aBox, mBoxBudget);
@@ -190,15 +200,14 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
     const bool fAudio = track.mKind == ISOTrackKind::kAudio;
     std::optional<ISOTrack>& place = fAudio ? mMovie.mAudio : mMovie.mVideo;
     mMovie.mAudioCount += fAudio ? 1 : 0;
-    if (track.mfEnabled) {
-        mMovie.mDuration = std::max(mMovie.mDuration, PresentationOf(reading, mTimescale));
+    const bool fTables = IsWanted(place, track) && reading.mfMediaInformation &&
+                         Enter(reading.mMediaInformation, "stbl", mBoxBudget);
+    if (fTables) {
+        track.mTables = ReadTables(reading.mMediaInformation, track.mKind, mBoxBudget);
+        track.mDuration = track.mDuration != 0 ? track.mDuration : track.mTables.mTicks;
     }
-    if (!IsWanted(place, track) || !reading.mfMediaInformation ||
-        !Enter(reading.mMediaInformation, "stbl", mBoxBudget)) {
-        return;
-    }
-    track.mTables = ReadTables(reading.mMediaInformation, track.mKind, mBoxBudget);
-    if (fAudio || !IsSlideShow(track)) {
+    TakeDuration(reading);
+    if (fTables && (fAudio || !IsSlideShow(track))) {
         place = track;
     }
 }
@@ -251,6 +260,9 @@ ISOMovie MovieReading::Read(const ByteReader& aBox) {
         } else if (type == "udta" || type == "meta") {
             ReadTags(content, type == "meta", mBoxBudget, mMovie.mTags);
         }
+    }
+    if (!mfEnabled) {
+        mMovie.mDuration = std::max(mMovie.mDuration, mDisabledDuration);
     }
     if (fragments.has_value()) { // which tracks they are for is known now
         mMovie.mfFragmented = true;

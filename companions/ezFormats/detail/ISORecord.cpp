@@ -159,15 +159,15 @@ void EstimateRest(const ISOMovie& aMovie, std::uint32_t aWhole, Rates& anAudio, 
     }
 }
 
-/// Rate of the whole, from its size: all that is sent. The maximum is that of the parts, where one of them
-/// states its own.
+/// Rate of the whole, from its size: all that is sent. The maximum is that of the parts, but not below the
+/// rate.
 void StoreWhole(const ISOMedia& aMedia, std::uint32_t aWhole, const Rates& anAudio, const Rates& aVideo,
                 ezMediaInfo& anInfo) {
     StoreNumber(anInfo, kezInfo_BitRate, aWhole);
     const std::uint64_t highest = std::uint64_t{anAudio.GetHighest()} + aVideo.GetHighest();
     const bool fKnown = (anAudio.GetHighest() != 0 || !aMedia.mMovie.mAudio.has_value()) &&
                         (aVideo.GetHighest() != 0 || !aMedia.mMovie.mVideo.has_value());
-    if (fKnown && (anAudio.mMaximum != 0 || aVideo.mMaximum != 0) && highest < UINT32_MAX) {
+    if (fKnown && highest < UINT32_MAX) {
         StoreNumber(anInfo, kezInfo_MaxBitRate, std::max(static_cast<std::uint32_t>(highest), aWhole));
     }
 }

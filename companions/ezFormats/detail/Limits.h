@@ -47,6 +47,11 @@ inline constexpr std::uint32_t kJPEG_MaxJunk = 4096;
 inline constexpr std::size_t kProfileRules_MaxTextSize = std::size_t{256} * 1024;
 inline constexpr std::size_t kProfileRules_MaxRules = 10000;
 
+/// Reads and bytes of one parse of an MPEG audio file, the whole file apart. A usual one takes three reads,
+/// and seven where no count is stated; the rest is for tags with pictures on either side of the sound.
+inline constexpr std::uint32_t kMPEGAudio_MaxReads = 32;
+inline constexpr std::uint64_t kMPEGAudio_MaxBytes = std::uint64_t{512} * 1024;
+
 /// How far an MPEG audio file is searched for its first frames, behind the tags. What a station's recorder
 /// cut off, or a writer of tags left, is shorter than a frame or a few thousand bytes.
 inline constexpr std::uint32_t kMPEGAudio_SearchSize = std::uint32_t{64} * 1024;

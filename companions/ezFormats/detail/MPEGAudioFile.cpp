@@ -1,5 +1,6 @@
 #include "ezFormats/detail/MPEGAudioFile.h"
 
+#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
@@ -221,12 +222,30 @@ void MPEGAudioMeasure::LookAtStart() {
 void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
     const std::uint64_t start = mFrames.GetFirst().mPosition;
     const bool fKnown = mBytes.IsSizeKnown();
-    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, mBytes.GetSize(), fKnown});
+    const bool fGoesOn = fKnown && GoesOnBehindCount(aTails.mAudioEnd);
+    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, mBytes.GetSize(), fKnown, fGoesOn});
     if (!mLength.mfKnown && fKnown) {
         Estimate(aTails, afMayReadWhole);
     } else if (!mLength.mfKnown) {
         mLength.mAverageRate = LengthOfFrames(mSurvey, mCount, mSound).mAverageRate;
     }
+}
+
+/// Looks for frames where the counted ones end, or behind the tag of another file that was put there. Only
+/// where a second or more may have been forgotten: a few frames are an encoder's own way to count.
+bool MPEGAudioMeasure::GoesOnBehindCount(std::uint64_t anEnd) {
+    const std::uint64_t start = mFrames.GetFirst().mPosition;
+    const std::uint64_t size = SizeOfCount(mCount, mSound);
+    if (size == 0 || mFrames.IsFreeFormat() || size > anEnd - start ||
+        anEnd - start - size < kMPEGAudio_SurveySize) {
+        return false;
+    }
+    ByteReader reader = ReaderAt(mBytes, start + size);
+    ID3Tag tag;
+    const bool fTag = ReadID3Tag(reader, &tag);
+    const std::uint64_t place = fTag ? reader.GetPosition() + tag.GetRest() : start + size;
+    MPEGAudioFrame frame;
+    return place < anEnd && mFrames.FindNear(place, kMPEGAudio_SurveySize, &frame);
 }
 
 void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
@@ -289,7 +308,7 @@ bool MPEGAudioMeasure::IsVariable() const {
 
 void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     const ezMPEGAudioHeader& header = mSound.mHeader;
-    anInfo.Set(kezInfo_MimeType, "audio/mpeg", true);
+    anInfo.Set(kezInfo_MimeType, kMPEGAudio_MimeTypes, true);
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, kCodecs[header.mLayer], true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);

@@ -46,6 +46,7 @@ public:
 
 private:
     void Estimate(const AudioTails& aTails, bool afMayReadWhole);
+    bool GoesOnBehindCount(std::uint64_t anEnd);
     bool CountAll(std::uint64_t anEnd);
     void LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest);
     bool IsVariable() const;

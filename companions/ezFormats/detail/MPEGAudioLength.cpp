@@ -90,15 +90,26 @@ struct Bounds {
     bool Hold(std::uint64_t aSize) const { return aSize >= mLeast && aSize <= mMost; }
 };
 
-Bounds BoundsOf(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
+/// True when all frames have one size but for padding.
+bool HasOneSize(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
+    return aSound.mHeader.mFrameSize == 0 || aCount.mKind == MPEGAudioCount::Kind::Constant;
+}
+
+/// Of the frames alone.
+Bounds BoundsOfFrames(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
     const ezMPEGAudioHeader& header = aSound.mHeader;
     const std::uint64_t frames = aCount.mFrames;
-    if (header.mFrameSize == 0 || aCount.mKind == MPEGAudioCount::Kind::Constant) {
-        // All frames have one size but for padding, and what stands behind them may be no tag that is known.
-        const std::uint64_t least = frames * (aSound.mSize - header.mSlotSize);
-        return {least, 2 * (least + frames * header.mSlotSize) + header.mMaxFrameSize};
+    if (HasOneSize(aCount, aSound)) {
+        const std::uint64_t plain = aSound.mSize - (header.mfPadded ? header.mSlotSize : 0);
+        return {frames * plain, frames * (plain + header.mSlotSize) + header.mMaxFrameSize};
     }
     return {frames * header.mMinFrameSize, (frames + 1) * header.mMaxFrameSize};
+}
+
+/// Of a file that holds them: what stands behind the last frame may be no tag that is known.
+Bounds BoundsOfSound(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
+    const Bounds frames = BoundsOfFrames(aCount, aSound);
+    return {frames.mLeast, HasOneSize(aCount, aSound) ? 2 * frames.mMost : frames.mMost};
 }
 
 } // namespace
@@ -124,11 +135,21 @@ MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFra
     return count;
 }
 
+std::uint64_t SizeOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
+    const Bounds bounds = BoundsOfFrames(aCount, aSound);
+    if (aCount.mFrames == 0) {
+        return 0;
+    }
+    if (bounds.Hold(aCount.mBytes)) {
+        return aCount.mBytes;
+    }
+    return HasOneSize(aCount, aSound) ? bounds.mMost : 0;
+}
+
 MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound,
                               const MPEGAudioExtent& anExtent) {
     const ezMPEGAudioHeader& header = aSound.mHeader;
-    const Bounds bounds = BoundsOf(aCount, aSound);
-    const bool fBytes = bounds.Hold(aCount.mBytes);
+    const bool fBytes = BoundsOfFrames(aCount, aSound).Hold(aCount.mBytes);
     if (aCount.mFrames == 0) {
         return {};
     }
@@ -139,14 +160,14 @@ MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame
         return length;
     }
     const bool fCut = aCount.mBytes > anExtent.mMediaSize;
-    const bool fMore = anExtent.mSoundSize / 2 > aCount.mBytes;
+    const bool fMore = anExtent.mfGoesOn || anExtent.mSoundSize / 2 > aCount.mBytes;
     if (fBytes && (fCut || fMore)) {
         length.mSeconds = RoundedUp(anExtent.mSoundSize, SpeedOf(aCount.mBytes, aCount.mFrames, header));
         length.mMethod = fCut ? "estimate: the header's count, of a cut file"
                               : "estimate: the header's count, of a part of the file";
         return length;
     }
-    if (!bounds.Hold(anExtent.mSoundSize)) {
+    if (anExtent.mfGoesOn || !BoundsOfSound(aCount, aSound).Hold(anExtent.mSoundSize)) {
         return {};
     }
     if (!fBytes) {

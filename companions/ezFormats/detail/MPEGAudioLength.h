@@ -34,8 +34,12 @@ struct MPEGAudioLength {
 struct MPEGAudioExtent {
     std::uint64_t mSoundSize = 0;
     std::uint64_t mMediaSize = 0;
-    bool mfKnown = false; ///< false: neither size is
+    bool mfKnown = false;  ///< false: neither size is
+    bool mfGoesOn = false; ///< more of the sound stands behind the bytes of the count
 };
+
+/// Bytes that the counted frames take at most, the first one included; 0 where the count does not tell.
+std::uint64_t SizeOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound);
 
 /// The length that a count tells. Not known where the file can hold no such count of frames, or holds far
 /// more; an estimate where the count is of another size than the file: it was cut, or others were put behind

@@ -17,11 +17,8 @@ constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
 } // namespace
 
 MediaBytes::MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes)
-    : mStream(aStream),
-      mSize(aStream.GetMediaSize().ToUInt64()),
-      mReadsLeft(aMaxReads),
-      mBytesLeft(aMaxBytes) {
-    mSize = mSize == 0 ? kUnknown : mSize;
+    : mStream(aStream), mSize(kUnknown), mReadsLeft(aMaxReads), mBytesLeft(aMaxBytes) {
+    TakeSize();
 }
 
 MediaBytes::~MediaBytes() = default;
@@ -66,8 +63,20 @@ bool MediaBytes::ReadStart(std::uint64_t aPosition) {
     if (mfStarted && aPosition >= kezMediaParserStreamBufferSize) {
         return true;
     }
+    const bool fFirst = !mfStarted;
     mfStarted = true;
-    return Fetch(0, kezMediaParserStreamBufferSize);
+    const bool fRead = Fetch(0, kezMediaParserStreamBufferSize);
+    if (fFirst && !IsSizeKnown()) {
+        TakeSize();
+    }
+    return fRead;
+}
+
+/// A stream that opens itself with its first read knows its size from then on.
+void MediaBytes::TakeSize() {
+    const std::uint64_t size = mStream.GetMediaSize().ToUInt64();
+    mSize = size == 0 ? kUnknown : size;
+    mBlockLength = static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, mSize));
 }
 
 /// Makes the block that of a position. Bytes of it that are at hand are not read again.

@@ -17,7 +17,7 @@ public:
     MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes);
     ~MediaBytes() override;
 
-    /// 2^64-1 when it is not known.
+    /// 2^64-1 when it is not known: maybe till the first read.
     std::uint64_t GetSize() const override { return mSize; }
     bool IsSizeKnown() const;
 
@@ -40,6 +40,7 @@ public:
 private:
     bool Fetch(std::uint64_t aPosition, std::size_t aSize);
     bool ReadStart(std::uint64_t aPosition);
+    void TakeSize();
     std::size_t Fill(std::size_t aPlace, std::size_t anEnd);
 
     ezMediaParserStream& mStream;

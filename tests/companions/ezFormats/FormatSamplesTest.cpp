@@ -1,5 +1,7 @@
 #include "FormatHost.h"
 
+#include "ez/FileMediaParserStream.h"
+
 #include <cstdlib>
 
 namespace {
@@ -63,5 +65,20 @@ TEST(FormatSamples, SecondParseFindsTheSame) {
     for (const SampleFile& sample : AllSamples()) {
         const std::string first = DumpRecord(host.Parse(sample.mBytes, sample.mName).get());
         EXPECT_EQ(DumpRecord(host.Parse(sample.mBytes, sample.mName).get()), first) << sample.mName;
+    }
+}
+
+TEST(FormatSamples, StreamThatOpensItselfWithItsFirstReadGivesTheSameRecord) {
+    for (const SampleFile& sample : AllSamples()) {
+        const ezCString path(std::string(EZ_SAMPLES "/") + sample.mName);
+        for (const auto& parser : AllParsers()) {
+            ezFileMediaParserStream opened(path);
+            ASSERT_TRUE(opened.Open()) << sample.mName;
+            ezFileMediaParserStream closed(path);
+            ASSERT_EQ(closed.GetMediaSize(), 0U) << sample.mName;
+            const Record record(parser->Parse(closed));
+            EXPECT_EQ(DumpRecord(record.get()), DumpRecord(Record(parser->Parse(opened)).get()))
+                << sample.mName;
+        }
     }
 }

@@ -244,6 +244,9 @@ TEST(ISOAudio, PlainSamplesKeepTheirSamplingRateWhereOthersHaveTheBitRate) {
     EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 3, 32, 0x9)),
               "ca=\"lpcm\" sf=96000 ac=3");
     EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x7FF8000000000000), 3, 32, 0x9)), "ca=\"lpcm\" ac=3");
+    // Numbers that the other versions have no room for are damage.
+    EXPECT_EQ(plain(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 0x10000, 0xFFFFFFFF, 0xC)),
+              "ca=\"LPCM\" ar=96000");
 }
 
 TEST(ISOAudio, QuickTimeKeepsTheDescriptorInABoxOfItsOwn) {

@@ -72,6 +72,7 @@ TEST(ISOMediaParser, SongIsRead) {
         "cn=\"item.audioItem\"\n"
         "dl=\"DLNA.ORG_PN=AAC_ISO_320;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
         "du=0\n"
+        "mb=110770\n"
         "md=\"header\"\n"
         "mt=\"audio/mp4\"\n"
         "sf=44100\n"
@@ -356,6 +357,18 @@ TEST(ISOMediaParser, DurationIsTheLongestOfTheHeaders) {
     EXPECT_EQ(Times(File({track, longer})), "du=70 md=\"header\"");
     longer.mfEnabled = false;
     EXPECT_EQ(Times(File({track, longer})), "du=65 md=\"header\"");
+    track.mfEnabled = false; // nothing is enabled: whatever is played is one of these
+    EXPECT_EQ(Times(File({track, longer})), "du=70 md=\"header\"");
+}
+
+TEST(ISOMediaParser, DurationThatAMediaHeaderLeavesOpenIsThatOfItsSamples) {
+    Track track;
+    track.mSizes.assign(42, 10);
+    for (const std::uint64_t untold : {std::uint64_t{0}, std::uint64_t{UINT32_MAX}}) {
+        track.mDuration = untold;
+        EXPECT_EQ(Times(File({track})), "du=4 md=\"header\"");
+        EXPECT_EQ(ValueOf(Parsed(File({track})), "ar"), "800");
+    }
 }
 
 TEST(ISOMediaParser, TimesOfEightBytesAreRead) {
@@ -386,6 +399,8 @@ TEST(ISOMediaParser, EditListsShortenAndDelay) {
     track.mEdits = {{3000, -1}, {8000, 0}}; // behind a delay
     EXPECT_EQ(Times(File({track})), "du=11 md=\"header\"");
     track.mEdits = {{0, 44100}}; // from the first second to the end
+    EXPECT_EQ(Times(File({track})), "du=9 md=\"header\"");
+    track.mEdits = {{UINT32_MAX, 44100}}; // the same: not known
     EXPECT_EQ(Times(File({track})), "du=9 md=\"header\"");
     track.mEdits = {{3000, -1}}; // nothing is presented: no such list
     EXPECT_EQ(Times(File({track})), "du=10 md=\"header\"");
@@ -520,6 +535,15 @@ TEST(ISOMediaParser, StatedRatesGoBeforeMeasuredOnes) {
     EXPECT_EQ(Values(Parsed(AudioFile(AudioEntry("mp4a", ESDS(0x40, kAACConfig) + rates))), keys),
               "ar=60000 ma=70000");
     EXPECT_EQ(Values(Parsed(VideoFile(VideoEntry("avc1", rates))), {"vr", "mv", "ev"}), "vr=60000 mv=70000");
+}
+
+TEST(ISOMediaParser, MaximumOfTheWholeIsNeverBelowItsRate) {
+    const std::string song = Parsed(AudioFile(AAC(0, 8000)));
+    EXPECT_EQ(Values(song, {"ar", "br", "mb"}),
+              "ar=8000 br=" + ValueOf(song, "br") + " mb=" + ValueOf(song, "br"));
+    EXPECT_GT(std::stoi(ValueOf(song, "br")), 8000); // the boxes are sent, too
+    EXPECT_EQ(ValueOf(Parsed(AudioFile(AAC(0, 64000))), "mb"), "64000");
+    EXPECT_EQ(ValueOf(Parsed(AudioFile(AAC(96000, 64000))), "mb"), "96000");
 }
 
 TEST(ISOMediaParser, RestOfTheWholeIsTheVideos) {

@@ -101,6 +101,32 @@ TEST(MPEGAudioLength, ACountOfAnotherSizeThanTheFilesIsScaled) {
               "32 estimate: the header's count, of a part of the file");
 }
 
+TEST(MPEGAudioLength, SoundBehindWhatIsCountedIsNotForgotten) {
+    // 400 frames are counted, and 300 more follow: 18.29 s.
+    const std::string tag = ID3(3, 0, Frame23("APIC", std::string(100000, 'p')));
+    const std::string part = "19 estimate: the header's count, of a part of the file";
+    const std::string whole = "19 estimate: size and the one rate of 111 frames";
+    EXPECT_EQ(Length(WithCount("Xing", Fields(kCount, kBytes)) + Song(300)), part);
+    EXPECT_EQ(Length(WithCount("Info", Fields(kCount, kBytes)) + Song(300)), part);
+    EXPECT_EQ(Length(WithCount("Info", Fields(kCount, 0)) + Song(300)), whole);
+    EXPECT_EQ(Length(WithCount("Info", Fields(kCount, kBytes + 417 * 300)) + Song(300)), whole)
+        << "bytes that no 400 frames of one rate have";
+    // Files that were put one behind the other bring their tags along, which count as what they hold.
+    EXPECT_GE(std::stoi(Length(WithCount("Xing", Fields(kCount, kBytes)) + tag + Song(300))), 19);
+    // What is no sound changes nothing, and neither does what an encoder adds behind the last frame.
+    const std::string header = "10 header";
+    EXPECT_EQ(Length(WithCount("Xing", Fields(kCount, kBytes)) + std::string(100000, 'j')), header);
+    EXPECT_EQ(Length(WithCount("Info", Fields(kCount, 0)) + tag), header);
+    EXPECT_EQ(Length(WithCount("Info", Fields(kCount, kBytes - 417)) + Song(1)), header);
+}
+
+TEST(MPEGAudioLength, PaddedFramesAreNoMoreThanWhatIsCounted) {
+    // 20000 frames, of which nearly all have a byte of padding that the first has not.
+    const std::string file =
+        CountFrame("Info", Fields(20000, 0)) + Frames(kMP3, 417, 800) + Frames(kMP3 | 0x200, 418, 19200);
+    EXPECT_EQ(Length(file), "522 header");
+}
+
 TEST(MPEGAudioLength, TagsAreNoSound) {
     // 400 frames of which the size tells the count: 166800 bytes at 16000 a second are 10.425 s; with 12000
     // bytes of tags it were 11.2.

@@ -6,6 +6,7 @@ void AddTableBenches();
 void AddManagerBenches();
 void AddMapperBenches();
 void AddPushBenches();
+void AddFormatsBenches();
 /// Only where the companion is built.
 void AddPlaylistBenches();
 /// The same.

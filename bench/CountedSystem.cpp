@@ -36,6 +36,18 @@ CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
         ++gCounts.mFUTimens;
         return ezSystem_Real().mFUTimens(aFile, aTimes);
     };
+    mCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
+        ++gCounts.mOther;
+        return ezSystem_Real().mLStat(aPath, aStatus);
+    };
+    mCalls.mRealPath = [](const char* aPath) {
+        ++gCounts.mOther;
+        return ezSystem_Real().mRealPath(aPath);
+    };
+    mCalls.mOpenDir = [](const char* aPath) {
+        ++gCounts.mOther;
+        return ezSystem_Real().mOpenDir(aPath);
+    };
     ezSystem_Replace(&mCalls);
 }
 

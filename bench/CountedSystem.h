@@ -20,6 +20,7 @@ public:
         std::size_t mClose = 0;
         std::size_t mFSync = 0;
         std::size_t mFUTimens = 0;
+        std::size_t mOther = 0; ///< of those that reading a file could need: lstat, realpath, opendir
     };
     const Counts& GetCounts() const;
 

@@ -18,6 +18,7 @@ struct RatioResult {
     double mMedian;
     double mUpperQuartile;
     double mBound;
+    bool mfSecond; ///< of the second measurement
 };
 
 struct CountResult {
@@ -27,6 +28,7 @@ struct CountResult {
 };
 
 std::size_t gRounds = 0;
+std::size_t gSecondRounds = 0;
 std::vector<RatioResult> gRatios;
 std::vector<CountResult> gCounts;
 
@@ -34,14 +36,23 @@ double At(const std::vector<double>& aSorted, double aPart) {
     return aSorted[static_cast<std::size_t>(std::lround(aPart * static_cast<double>(aSorted.size() - 1)))];
 }
 
-RatioResult Summarise(const Claim& aClaim, const std::vector<Costs>& aRounds) {
+RatioResult Summarise(const Claim& aClaim, const std::vector<Costs>& aRounds, bool afSecond) {
     std::vector<double> ratios;
     ratios.reserve(aRounds.size());
     for (const Costs& costs : aRounds) {
         ratios.push_back(aClaim.mRatio(costs));
     }
     std::sort(ratios.begin(), ratios.end());
-    return {aClaim.mText, At(ratios, 0.25), At(ratios, 0.5), At(ratios, 0.75), aClaim.mBound};
+    return {aClaim.mText, At(ratios, 0.25), At(ratios, 0.5), At(ratios, 0.75), aClaim.mBound, afSecond};
+}
+
+/// A ratio fails when three quarters of the rounds are above the bound: that is no longer noise.
+bool Holds(const RatioResult& aResult) {
+    return aResult.mBound == 0 || aResult.mLowerQuartile <= aResult.mBound;
+}
+
+bool Holds(const CountResult& aResult) {
+    return aResult.mValue <= aResult.mBound;
 }
 
 double MedianCost(const std::vector<Costs>& aRounds, std::size_t aSide) {
@@ -54,31 +65,66 @@ double MedianCost(const std::vector<Costs>& aRounds, std::size_t aSide) {
     return At(costs, 0.5);
 }
 
+/// All sides once, every other round from the last one on.
+Costs RunRound(const std::vector<Side>& aSides, bool afBackward) {
+    Costs costs(aSides.size());
+    for (std::size_t i = 0; i < aSides.size(); ++i) {
+        const std::size_t side = afBackward ? aSides.size() - 1 - i : i;
+        costs[side] = aSides[side].mCost();
+    }
+    return costs;
+}
+
+std::vector<RatioResult> SummariseAll(const std::vector<Claim>& aClaims, const std::vector<Costs>& aRounds,
+                                      bool afSecond) {
+    std::vector<RatioResult> results;
+    results.reserve(aClaims.size());
+    for (const Claim& claim : aClaims) {
+        results.push_back(Summarise(claim, aRounds, afSecond));
+    }
+    return results;
+}
+
+/// Measures for longer, with new rounds alone, and replaces the results that did not hold: a machine that was
+/// busy for a moment passes, what is too slow does not.
+void MeasureAgain(const std::vector<Side>& aSides, const std::vector<Claim>& aClaims,
+                  std::vector<RatioResult>& aResults) {
+    std::vector<Costs> rounds;
+    for (std::size_t i = 0; i < gSecondRounds; ++i) {
+        rounds.push_back(RunRound(aSides, i % 2 == 1));
+    }
+    const std::vector<RatioResult> second = SummariseAll(aClaims, rounds, true);
+    for (std::size_t i = 0; i < aResults.size(); ++i) {
+        if (!Holds(aResults[i])) {
+            aResults[i] = second[i];
+        }
+    }
+}
+
 void RunComparison(benchmark::State& aState, const MakeSides& aMakeSides, const std::vector<Claim>& aClaims) {
     const std::vector<Side> sides = aMakeSides();
-    const auto runSide = [&sides](Costs& aCosts, std::size_t aSide) { aCosts[aSide] = sides[aSide].mCost(); };
     std::vector<Costs> rounds;
-    Costs warmUp(sides.size());
-    for (std::size_t i = 0; i < sides.size(); ++i) {
-        runSide(warmUp, i);
-    }
+    RunRound(sides, false); // does not count
     for ([[maybe_unused]] auto _ : aState) {
         const bool fBackward = rounds.size() % 2 == 1;
-        Costs costs(sides.size());
-        aState.SetIterationTime(TimeOf([&] {
-                                    for (std::size_t i = 0; i < sides.size(); ++i) {
-                                        runSide(costs, fBackward ? sides.size() - 1 - i : i);
-                                    }
-                                }) *
-                                1e-9);
+        Costs costs;
+        aState.SetIterationTime(TimeOf([&] { costs = RunRound(sides, fBackward); }) * 1e-9);
         rounds.push_back(std::move(costs));
     }
     for (std::size_t i = 0; i < sides.size(); ++i) {
-        aState.counters[sides[i].mName + " (ns)"] = MedianCost(rounds, i);
+        const double cost = MedianCost(rounds, i);
+        aState.counters[sides[i].mName + " (ns)"] = cost;
+        if (sides[i].mUnits != nullptr) {
+            aState.counters[sides[i].mName + " (" + sides[i].mUnits + "/s)"] = 1e9 / cost;
+        }
     }
-    for (const Claim& claim : aClaims) {
-        gRatios.push_back(Summarise(claim, rounds));
+    std::vector<RatioResult> results = SummariseAll(aClaims, rounds, false);
+    const bool fAllHold = std::all_of(results.begin(), results.end(),
+                                      [](const RatioResult& aResult) { return Holds(aResult); });
+    if (!fAllHold && gSecondRounds != 0) {
+        MeasureAgain(sides, aClaims, results);
     }
+    gRatios.insert(gRatios.end(), results.begin(), results.end());
 }
 
 const char* Verdict(bool afHolds, double aBound) {
@@ -86,15 +132,6 @@ const char* Verdict(bool afHolds, double aBound) {
         return "shown only";
     }
     return afHolds ? "holds" : "DOES NOT HOLD";
-}
-
-/// A ratio fails when three quarters of the rounds are above the bound: that is no longer noise.
-bool Holds(const RatioResult& aResult) {
-    return aResult.mBound == 0 || aResult.mLowerQuartile <= aResult.mBound;
-}
-
-bool Holds(const CountResult& aResult) {
-    return aResult.mValue <= aResult.mBound;
 }
 
 void PrintBound(double aBound) {
@@ -135,6 +172,10 @@ void SetRounds(std::size_t aRounds) {
     gRounds = aRounds;
 }
 
+void SetSecondRounds(std::size_t aRounds) {
+    gSecondRounds = aRounds;
+}
+
 bool PrintResults() {
     bool fAllHold = true;
     if (!gRatios.empty()) {
@@ -143,7 +184,8 @@ bool PrintResults() {
             std::printf("%-66s %7.2f  %6.2f - %6.2f", result.mText.c_str(), result.mMedian,
                         result.mLowerQuartile, result.mUpperQuartile);
             PrintBound(result.mBound);
-            std::printf("  %s\n", Verdict(Holds(result), result.mBound));
+            std::printf("  %s%s\n", Verdict(Holds(result), result.mBound),
+                        result.mfSecond ? ", measured twice" : "");
             fAllHold = fAllHold && Holds(result);
         }
     }

@@ -16,6 +16,7 @@ using Costs = std::vector<double>;
 struct Side {
     std::string mName;
     std::function<double()> mCost; ///< does one round of the work; nanoseconds for a unit of it
+    const char* mUnits = nullptr;  ///< what units are called where their number a second is shown too
 };
 
 /// What is said about the sides of a comparison.
@@ -29,7 +30,8 @@ struct Claim {
 using MakeSides = std::function<std::vector<Side>()>;
 
 /// Adds a benchmark that runs all sides round by round, forward and backward in turn, after one round that
-/// does not count.
+/// does not count. Where a claim does not hold then, and SetSecondRounds allows it, all is measured once more
+/// at once, and the claims that did not hold are held against that alone.
 void AddComparison(const std::string& aName, MakeSides aMakeSides, std::vector<Claim> aClaims);
 
 /// Adds a benchmark that runs once and calls NoteCount.
@@ -40,6 +42,9 @@ void NoteCount(const std::string& aText, double aValue, double aBound);
 
 /// Rounds of each comparison added from now on.
 void SetRounds(std::size_t aRounds);
+/// Rounds of the second measurement of a comparison with a claim that does not hold; 0, the default, for
+/// none.
+void SetSecondRounds(std::size_t aRounds);
 
 /// Prints what was measured. False when a bound does not hold.
 bool PrintResults();

@@ -129,11 +129,11 @@ std::vector<Side> LookupSides(const Question& aQuestion, bool afAllKeys) {
 }
 
 /// The two larger sizes against the smallest.
-std::vector<Claim> ClaimsOfSizes(const std::string& aText, double aBound) {
+std::vector<Claim> ClaimsOfSizes(const std::string& aText, double aBound, double aLargestBound) {
     return {
         {aText + ", 10,000 / 1,000 keys", [](const Costs& aCosts) { return aCosts[1] / aCosts[0]; }, aBound},
         {aText + ", 100,000 / 1,000 keys", [](const Costs& aCosts) { return aCosts[2] / aCosts[0]; },
-         aBound}};
+         aLargestBound}};
 }
 
 } // namespace
@@ -150,14 +150,15 @@ void AddTableBenches() {
             }
             return sides;
         },
-        ClaimsOfSizes("load, cost of a key", 2));
+        // The memory of the largest shares the processor's last cache with all else that runs.
+        ClaimsOfSizes("load, cost of a key", 2, 2.5));
     for (const Question& question : kQuestions) {
         const std::string name = question.mName;
         AddComparison(
             "Table/Lookup by " + name, [&question] { return LookupSides(question, false); },
-            ClaimsOfSizes("lookup by " + name, 1.5));
+            ClaimsOfSizes("lookup by " + name, 1.5, 1.5));
     }
     AddComparison(
         "Table/Lookup of every key", [] { return LookupSides(kQuestions[0], true); },
-        ClaimsOfSizes("lookup of every key in turn", 0));
+        ClaimsOfSizes("lookup of every key in turn", 0, 0));
 }

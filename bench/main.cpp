@@ -24,14 +24,18 @@ bool TakeFlag(int& aCount, char** anArguments, const char* aFlag) {
 } // namespace
 
 /// Prints Google Benchmark's own lines, then the ratios and counts, which alone are claims. Exit status 0, or
-/// 1 when a bound does not hold, or 2 when nothing could be measured. `--check` is the short form.
+/// 1 when a bound does not hold, or 2 when nothing could be measured. `--check` is the short form, which
+/// measures again, and for longer, where a bound does not hold.
 int main(int aCount, char** anArguments) {
-    SetRounds(TakeFlag(aCount, anArguments, "--check") ? kShortRounds : kRounds);
+    const bool fCheck = TakeFlag(aCount, anArguments, "--check");
+    SetRounds(fCheck ? kShortRounds : kRounds);
+    SetSecondRounds(fCheck ? kRounds : 0);
     AddIdentifyBenches();
     AddTableBenches();
     AddManagerBenches();
     AddMapperBenches();
     AddPushBenches();
+    AddFormatsBenches();
 #ifdef EZ_BENCH_PLAYLISTS
     AddPlaylistBenches();
 #endif

@@ -77,7 +77,7 @@ Delivery DecodeDelivery(FuzzInput& anInput) {
     Delivery delivery;
     const std::uint8_t flags = anInput.Byte();
     if ((flags & 1) != 0) {
-        delivery.mMaximumRead = 1 + anInput.Number(2);
+        delivery.mMaximumRead = 1 + static_cast<std::size_t>(anInput.Number(2));
     }
     if ((flags & 2) != 0) {
         delivery.mFailingRead = anInput.Byte();

@@ -117,7 +117,7 @@ private:
         const std::size_t left = mContent.size() - mPosition;
         const std::size_t needed = std::min(wanted, left);
         if (mPosition + needed > mArrived) {
-            mArrived = std::min(mArrived + 1 + mInput.Number(2), mContent.size());
+            mArrived = std::min(mArrived + 1 + static_cast<std::size_t>(mInput.Number(2)), mContent.size());
             *aSize = 0;
             FireThreshold();
             return ezStreamingStatus_NoError;
@@ -171,7 +171,7 @@ public:
     void Operate(FuzzInput& anInput) {
         const std::uint8_t verb = anInput.Byte() % 8;
         const std::uint64_t position = anInput.Byte() % 8 == 7 ? anInput.Number(8) : anInput.Number(2) * 2;
-        const std::size_t size = anInput.Number(2) % kLargestRead;
+        const std::size_t size = static_cast<std::size_t>(anInput.Number(2)) % kLargestRead;
         switch (verb) {
         case 0:
         case 1:

@@ -1,13 +1,28 @@
 #include "ezBytes/BoxWalk.h"
 
+#include <array>
+#include <cstdint>
+
+namespace {
+
+ezCString TypeOf(std::uint32_t aCode) {
+    const std::array<char, 4> letters = {
+        static_cast<char>(aCode >> 24), static_cast<char>(aCode >> 16 & 0xFF),
+        static_cast<char>(aCode >> 8 & 0xFF), static_cast<char>(aCode & 0xFF)};
+    return {letters.data(), letters.size()};
+}
+
+} // namespace
+
 bool BoxWalk::Next(ezCString* aType, ByteReader* aContent) {
     if (mBudget == 0 || mReader.GetLeft() == 0) {
         return false;
     }
     --mBudget;
-    std::uint64_t headSize = 8;
-    std::uint64_t size = mReader.ReadBig32();
-    *aType = mReader.ReadText(4);
+    unsigned headSize = 8;
+    const std::uint64_t head = mReader.ReadBig(headSize);
+    std::uint64_t size = head >> 32;
+    *aType = mReader.HasFailed() ? ezCString() : TypeOf(static_cast<std::uint32_t>(head));
     if (size == 1) {
         headSize = 16;
         size = mReader.ReadBig(8);

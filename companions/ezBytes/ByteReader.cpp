@@ -23,8 +23,23 @@ void ByteReader::SkipStuffing() {
     }
 }
 
+const unsigned char* ByteReader::TakeAtHand(std::size_t aCount) {
+    const unsigned char* bytes = nullptr;
+    if (mfUnsynchronised || aCount == 0 || aCount > GetLeft() || mBytes->Lend(mPosition, &bytes) < aCount) {
+        return nullptr;
+    }
+    mPosition += aCount;
+    return bytes;
+}
+
 std::uint64_t ByteReader::ReadBig(unsigned aByteCount) {
     std::uint64_t value = 0;
+    if (const unsigned char* const bytes = TakeAtHand(aByteCount)) {
+        for (unsigned i = 0; i < aByteCount; ++i) {
+            value = value << 8 | bytes[i];
+        }
+        return value;
+    }
     for (unsigned i = 0; i < aByteCount; ++i) {
         value = value << 8 | Next();
     }
@@ -69,6 +84,9 @@ bool ByteReader::Read(unsigned char* aBlock, std::size_t aCount) {
 }
 
 ezCString ByteReader::ReadText(std::size_t aCount) {
+    if (const unsigned char* const bytes = TakeAtHand(aCount)) {
+        return ezCString(reinterpret_cast<const char*>(bytes), aCount);
+    }
     std::string text;
     if (Require(aCount <= GetLeft())) {
         for (std::size_t i = 0; i < aCount && !mfFailed; ++i) {

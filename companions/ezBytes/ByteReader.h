@@ -54,6 +54,9 @@ public:
 private:
     ByteReader(ByteSource& aBytes, std::uint64_t aStart, std::uint64_t anEnd)
         : mBytes(&aBytes), mPosition(aStart), mEnd(anEnd) {}
+    /// The next bytes where the source has all of them at hand, and none is stuffing: lent until the next
+    /// call, and passed. Else null, and nothing is passed: byte by byte there may be some.
+    const unsigned char* TakeAtHand(std::size_t aCount);
     unsigned char Next();
     void SkipStuffing();
 

@@ -32,6 +32,10 @@ constexpr std::array<char16_t, 32> kWindows1252 = {
 } // namespace
 
 void AppendUtf8(std::string& aText, char32_t aCharacter) {
+    if (aCharacter < 0x80) { // nearly all
+        aText += static_cast<char>(aCharacter);
+        return;
+    }
     const char32_t character = IsCharacter(aCharacter) ? aCharacter : kReplacement;
     const auto form = std::find_if(kForms.rbegin(), kForms.rend(),
                                    [&](const Form& aForm) { return character >= aForm.mMinimum; });
@@ -48,6 +52,9 @@ std::size_t LengthOfFirstUtf8(std::string_view aText) {
         return 0;
     }
     const unsigned lead = static_cast<unsigned char>(aText[0]);
+    if (lead < 0x80) {
+        return 1;
+    }
     const auto* form = std::find_if(kForms.begin(), kForms.end(),
                                     [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
     if (form == kForms.end() || aText.size() < form->mLength) {

@@ -21,13 +21,11 @@ struct ProfileRulesProblem {
 
 /// Which DLNA profile a media keeps, decided by a table that an operator can read and edit:
 ///
-// clang-format off
 /// ```
 /// # profile  MIME types  conditions
 /// MP3        audio/mpeg  audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
 /// JPEG_SM    image/jpeg  process=baseline colours=grey,4:2:0,4:2:2 width=1-640 height=1-480
 /// ```
-// clang-format on
 ///
 /// Columns are parted by blanks, items of a column by commas; "#" begins a comment where a word could. A
 /// condition names a fact of the record and what it may be: words, numbers, or ranges with both ends in

@@ -18,15 +18,15 @@ class PlaylistStreamReader;
 /// - Lines end in LF, CRLF or CR, the last one also at the end of the stream. Blank lines, comments (other
 ///   lines that begin with "#", blanks before it allowed) and lines of more than 64 KiB are read over.
 /// - An entry begins at its first directive, or at its location where it has none. Comments and the
-///   directives of the playlist as a whole (#EXTM3U, #EXTENC:, #PLAYLIST:) belong to no entry. A position
-///   inside a line stands for the next line, so that inside an entry what is left of it is read.
+///   directives of the playlist as a whole (`#EXTM3U`, `#EXTENC:`, `#PLAYLIST:`) belong to no entry. A
+///   position inside a line stands for the next line, so that inside an entry what is left of it is read.
 /// - mURI is the line of the location, byte for byte, in whatever encoding. Blanks around a URL are left out,
 ///   those of a name belong to it. So a title that FixEntry makes of a location is in the encoding of that.
-/// - mDuration are the whole seconds of #EXTINF, 0 when negative or absent. The title is what follows the
+/// - mDuration are the whole seconds of `#EXTINF`, 0 when negative or absent. The title is what follows the
 ///   first comma outside of quotes, in UTF-8: what is not valid UTF-8 is taken as Latin-1 with the additions
-///   of Windows, or in a stream with the extension "m3u8" mended with U+FFFD. Of several #EXTINF the last
+///   of Windows, or in a stream with the extension "m3u8" mended with U+FFFD. Of several `#EXTINF` the last
 ///   counts.
-/// - mSpecificTags are lines parted by "\n": the attributes of #EXTINF (key="value", as they are written)
+/// - mSpecificTags are lines parted by "\n": the attributes of `#EXTINF` (key="value", as they are written)
 ///   first, then all further directives, as they are written, up to 64 KiB.
 /// - A playlist in UTF-16, told by its byte order mark, has no entries.
 /// - An HLS playlist describes one media, not a list of songs: it has no entries.

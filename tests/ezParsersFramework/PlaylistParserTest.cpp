@@ -444,10 +444,11 @@ TEST(PlaylistParserLine, EntryNBeginsAtNTimesTheLength) {
     const ezCString prefix = PlaylistParser::GetURLPrefix(Address(192, 168, 1, 10), 9000, "pl", &length);
     std::string served;
     std::vector<std::string> lines;
-    for (std::uint64_t i = 0; i < 10000; ++i) {
+    for (std::size_t i = 0; i < 10000; ++i) {
+        const std::uint64_t wide = i;
         const std::string title(i % 47, static_cast<char>(i % 251));
         const std::string location = "x" + std::string(i % 2, '.') + std::string(i % 11, 'y');
-        const PlaylistParserEntry entry = Entry(title, location, i * i * i * i * i);
+        const PlaylistParserEntry entry = Entry(title, location, wide * wide * wide * wide * wide);
         lines.push_back(Str(PlaylistParser::GetURLFor(prefix, &entry)));
         served += lines.back();
     }

@@ -165,6 +165,7 @@ HttpServer::Handler Serving(const HttpMedia& aMedia) {
         fields += "Content-Length: " + std::to_string(bytes.size() - from) + "\r\n";
         fields += "Content-Range: bytes " + std::to_string(from) + "-" + std::to_string(bytes.size() - 1) +
                   "/" + size + "\r\n";
-        aConnection.Send(HttpHead("206 Partial Content", fields) + bytes.substr(from));
+        aConnection.Send(HttpHead("206 Partial Content", fields) +
+                         bytes.substr(static_cast<std::size_t>(from)));
     };
 }

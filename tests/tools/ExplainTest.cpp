@@ -25,23 +25,41 @@ TEST(Explain, TellsTheSourceOfEachFactInWords) {
     EXPECT_NE(text.substr(modified, text.find('\n', modified) - modified).find("Z              stream"),
               std::string::npos);
     text.erase(modified, text.find('\n', modified) + 1 - modified);
-    EXPECT_EQ(text,
-              "music/morning-walk.mp3\n"
-              "  MIME type        audio/mpeg                        entry \"mp3\" of the media types file\n"
-              "  class            item.audioItem                    entry \"mp3\" of the media types file\n"
-              "  size             13.6 KiB                          stream\n"
-              "  extension        mp3                               entry \"mp3\" of the media types file\n"
-              "  DLNA             *                                 nothing stated a 4th field\n"
-              "  entries          mp3\n"
-              "  tried            * (ezMimeTypesDotIniParser): answered\n"
-              "                     mp3: there is no such parser\n"
-              "                     mp2: there is no such parser\n"
-              "\n"
-              "README.md\n"
-              "  not recognised\n"
-              "  entries          text (excluded)\n"
-              "  tried            * (ezMimeTypesDotIniParser): declined\n"
-              "                     text: there is no such parser\n");
+    EXPECT_EQ(
+        text,
+        "music/morning-walk.mp3\n"
+        "  MIME type        audio/mpeg                        parser mp3 (MPEGAudioParser)\n"
+        "  class            item.audioItem                    parser mp3 (MPEGAudioParser)\n"
+        "  DLNA             DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000  "
+        "parser mp3 (MPEGAudioParser)\n"
+        "  size             13.6 KiB                          stream\n"
+        "  extension        mp3                               "
+        "first extension of audio/mpeg in the media types file\n"
+        "  duration         0:00:00                           parser mp3 (MPEGAudioParser)\n"
+        "  duration from    header                            parser mp3 (MPEGAudioParser)\n"
+        "  bit rate         128 kbit/s                        derived from the other bit rates\n"
+        "  max. bit rate    128 kbit/s                        derived from the other bit rates\n"
+        "  est. bit rate    128 kbit/s                        derived from the other bit rates\n"
+        "  audio tracks     1                                 parser mp3 (MPEGAudioParser)\n"
+        "  audio codec      MP3                               parser mp3 (MPEGAudioParser)\n"
+        "  audio bit rate   128 kbit/s                        parser mp3 (MPEGAudioParser)\n"
+        "  max. audio rate  128 kbit/s                        derived from the other bit rates\n"
+        "  est. audio rate  128 kbit/s                        derived from the other bit rates\n"
+        "  sampling rate    44.1 kHz                          parser mp3 (MPEGAudioParser)\n"
+        "  channels         2                                 parser mp3 (MPEGAudioParser)\n"
+        "  title            Morning Walk                      parser mp3 (MPEGAudioParser)\n"
+        "  creator          The Test Tones                    parser mp3 (MPEGAudioParser)\n"
+        "  genre            Folk                              parser mp3 (MPEGAudioParser)\n"
+        "  album            Half a Second                     parser mp3 (MPEGAudioParser)\n"
+        "  entries          mp3\n"
+        "  tried            * (ezMimeTypesDotIniParser): answered\n"
+        "                     mp3 (MPEGAudioParser): answered\n"
+        "\n"
+        "README.md\n"
+        "  not recognised\n"
+        "  entries          text (excluded)\n"
+        "  tried            * (ezMimeTypesDotIniParser): declined\n"
+        "                     text: there is no such parser\n");
 }
 
 TEST(Explain, TellsTheSameInJson) {

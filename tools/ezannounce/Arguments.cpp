@@ -135,7 +135,7 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
     anApp.set_help_flag("--help", "Show this help and exit");
     anApp.set_version_flag("--version", "ezannounce " EZANNOUNCE_VERSION, "Show the version and exit");
     anApp.add_flag("--json", anArguments.mfJson,
-                   "parse, playlist, mapper list, show, profiles: one JSON object a line");
+                   "parse, playlist, and mapper list, show, profiles: one JSON object a line");
     anApp.add_flag("--explain", anArguments.mfExplain,
                    "parse: where each fact comes from, and which parsers were tried");
     anApp.add_flag("--mapper", anArguments.mfMapper, "parse, capabilities: with the media mapper in force");

@@ -18,6 +18,9 @@ std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::
     if (aDivisor == 0 || aDivisor >= kTopBit) {
         return 0;
     }
+    if (aFactor == 0 || aValue <= UINT64_MAX / aFactor) {
+        return aValue * aFactor / aDivisor;
+    }
     const std::uint64_t whole = aValue / aDivisor;
     const std::uint64_t rest = aValue % aDivisor;
     std::uint64_t quotient = 0;

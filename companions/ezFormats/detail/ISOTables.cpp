@@ -57,6 +57,14 @@ ISOSizeTable ReadSizeTable(ByteReader aBox, bool afCompact) {
 /// Adds up the sizes of a block, each of so many bits.
 std::uint64_t SumBlock(const unsigned char* aBytes, std::size_t aCount, unsigned aBits) {
     std::uint64_t sum = 0;
+    if (aBits == 32) { // of the long tables most
+        for (std::size_t i = 0; i < aCount; ++i) {
+            const unsigned char* const size = aBytes + 4 * i;
+            sum += std::uint32_t{size[0]} << 24 | std::uint32_t{size[1]} << 16 | std::uint32_t{size[2]} << 8 |
+                   size[3];
+        }
+        return sum;
+    }
     for (std::size_t i = 0; i < aCount; ++i) {
         std::uint32_t size = 0;
         if (aBits == 4) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 using namespace std::string_view_literals;
@@ -100,6 +101,21 @@ constexpr Mark kMarks[] = {
     {4, "wide"sv, "ISO media"},
 };
 
+/// The bytes from a position on in which all marks lie, or those that there are.
+constexpr std::size_t kMarkedSize = 8;
+std::string HeadAt(ByteSource& aBytes, std::uint64_t aPosition) {
+    const unsigned char* lent = nullptr;
+    if (aBytes.Lend(aPosition, &lent) >= kMarkedSize) {
+        return {reinterpret_cast<const char*>(lent), kMarkedSize};
+    }
+    std::string head;
+    unsigned char byte = 0;
+    while (head.size() < kMarkedSize && aBytes.Get(aPosition + head.size(), &byte)) {
+        head.push_back(static_cast<char>(byte));
+    }
+    return head;
+}
+
 /// True for sync bytes of three packets in a row.
 bool IsTransportStream(MediaBytes& aBytes, std::uint64_t aPosition, std::uint64_t aPeriod) {
     for (unsigned i = 0; i < 3; ++i) {
@@ -170,8 +186,10 @@ MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails) {
 }
 
 const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
+    const std::string head = HeadAt(aBytes, aPosition);
     for (const Mark& mark : kMarks) {
-        if (ReaderAt(aBytes, aPosition + mark.mPlace).ReadText(mark.mWord.size()).View() == mark.mWord) {
+        if (head.compare(std::min<std::size_t>(mark.mPlace, head.size()), mark.mWord.size(), mark.mWord) ==
+            0) {
             return mark.mFormat;
         }
     }

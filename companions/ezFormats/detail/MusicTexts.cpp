@@ -32,6 +32,11 @@ constexpr std::array<Field, 4> kFields = {{
 
 /// The bytes of a text, as far as they are looked at. What stuffing there is makes their count unknown.
 std::string ReadBytes(ByteReader& aBody) {
+    if (!aBody.IsUnsynchronised()) {
+        const auto size =
+            static_cast<std::size_t>(std::min<std::uint64_t>(aBody.GetLeft(), kMusicTexts_MaxSize));
+        return std::string(aBody.ReadText(size).View());
+    }
     std::string bytes;
     while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
         bytes.push_back(static_cast<char>(aBody.ReadByte()));

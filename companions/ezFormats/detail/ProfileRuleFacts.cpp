@@ -79,22 +79,35 @@ std::size_t ProfileFact_Find(std::string_view aName) {
     return kProfileFactCount;
 }
 
-ProfileFactValues::ProfileFactValues(const ezMediaInfo& anInfo) {
-    for (std::size_t i = 0; i < kProfileFactCount; ++i) {
-        const ProfileFact& fact = kProfileFacts[i];
-        if (fact.mKind == ProfileFactKind::Word) {
-            mWords[i] = anInfo.GetCString(fact.mKeys[0], "");
-        } else {
-            mNumbers[i] = FirstNumber(anInfo, fact);
-        }
+void ProfileFactValues::Read(std::size_t aFact) const {
+    if (mfRead[aFact]) {
+        return;
     }
-    if (mWords[kAudioCodec] == kLPCM) {
-        mNumbers[kSamplingRate] = SamplingRateOfLPCM(anInfo);
-        mNumbers[kAudioBitRate] = kNotStated; // what is derived of it was taken from the sampling rate
+    mfRead[aFact] = true;
+    const ProfileFact& fact = kProfileFacts[aFact];
+    if (fact.mKind == ProfileFactKind::Word) {
+        mWords[aFact] = mInfo.GetCString(fact.mKeys[0], "");
+        return;
+    }
+    mNumbers[aFact] = FirstNumber(mInfo, fact);
+    if ((aFact == kSamplingRate || aFact == kAudioBitRate) && GetWord(kAudioCodec) == kLPCM) {
+        // What is derived of the bit rate was taken from the sampling rate.
+        mNumbers[aFact] = aFact == kSamplingRate ? SamplingRateOfLPCM(mInfo) : kNotStated;
     }
 }
 
 bool ProfileFactValues::IsStated(std::size_t aFact) const {
+    Read(aFact);
     return kProfileFacts[aFact].mKind == ProfileFactKind::Word ? !mWords[aFact].IsEmpty()
                                                                : mNumbers[aFact] != kNotStated;
+}
+
+uint32 ProfileFactValues::GetNumber(std::size_t aFact) const {
+    Read(aFact);
+    return mNumbers[aFact];
+}
+
+std::string_view ProfileFactValues::GetWord(std::size_t aFact) const {
+    Read(aFact);
+    return mWords[aFact].View();
 }

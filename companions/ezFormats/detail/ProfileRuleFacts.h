@@ -30,20 +30,25 @@ extern const std::array<ProfileFact, kProfileFactCount> kProfileFacts;
 /// The index of a fact by one of its names; kProfileFactCount when there is none.
 std::size_t ProfileFact_Find(std::string_view aName);
 
-/// What a record says of them, read once.
+/// What a record says of them. Most rules fail at their first condition, so a fact is read when it is asked
+/// for, once. The record is borrowed, and stays as it is meanwhile. For one thread.
 class ProfileFactValues {
 public:
     /// The largest number that is one: the next one stands for what varies.
     static constexpr uint32 kMaximum = 0xFFFFFFFE;
 
-    explicit ProfileFactValues(const ezMediaInfo& anInfo);
+    explicit ProfileFactValues(const ezMediaInfo& anInfo) : mInfo(anInfo) {}
 
     /// False when the record does not state it, or states that it varies without a bound.
     bool IsStated(std::size_t aFact) const;
-    uint32 GetNumber(std::size_t aFact) const { return mNumbers[aFact]; }
-    std::string_view GetWord(std::size_t aFact) const { return mWords[aFact].View(); }
+    uint32 GetNumber(std::size_t aFact) const;
+    std::string_view GetWord(std::size_t aFact) const;
 
 private:
-    std::array<uint32, kProfileFactCount> mNumbers = {};
-    std::array<ezCString, kProfileFactCount> mWords;
+    void Read(std::size_t aFact) const;
+
+    const ezMediaInfo& mInfo;
+    mutable std::array<bool, kProfileFactCount> mfRead = {};
+    mutable std::array<uint32, kProfileFactCount> mNumbers = {};
+    mutable std::array<ezCString, kProfileFactCount> mWords;
 };

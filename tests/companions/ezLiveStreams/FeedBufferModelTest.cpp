@@ -38,7 +38,9 @@ public:
         const std::uint64_t there = mPosition >= mStart && mPosition < mEnd ? mEnd - mPosition : 0;
         if (there >= std::min(aSize, left) || (!afWhole && there > 0)) {
             const std::uint64_t count = std::min({aSize, left, there});
-            const std::string bytes = count == 0 ? "" : mMedia.substr(mPosition, count);
+            const std::string bytes = count == 0 ? ""
+                                                 : mMedia.substr(static_cast<std::size_t>(mPosition),
+                                                                 static_cast<std::size_t>(count));
             mPosition += count;
             return {count < aSize && count == left ? ezStreamingStatus_EOS : ezStreamingStatus_NoError,
                     bytes};
@@ -86,11 +88,11 @@ RC_GTEST_PROP(FeedBufferModel, EveryOrderOfOperationsGivesWhatTheRulesSay, ()) {
         const int operation = *rc::gen::inRange(0, 20);
         if (operation < 8) {
             const std::uint64_t size = *rc::gen::inRange<std::uint64_t>(0, kLargest + 1);
-            const std::uint64_t some = std::min(size, model.Room());
+            const auto some = static_cast<std::size_t>(std::min(size, model.Room()));
             model.Append(some);
             RC_ASSERT(buffer.Append(media.data() + model.mEnd - some, some) == ezFeedBuffer::Push::Taken);
         } else if (operation < 14) {
-            const std::uint64_t size = *rc::gen::inRange<std::uint64_t>(0, kLargest + 1);
+            const std::size_t size = *rc::gen::inRange<std::size_t>(0, kLargest + 1);
             const int flag = *rc::gen::inRange(0, 5) == 0 ? 0 : ezStreamReadFlag_Whole;
             RC_ASSERT(ReadOnce(buffer, size, flag) == model.Read(size, flag != 0));
         } else if (operation < 18) {
@@ -113,7 +115,7 @@ RC_GTEST_PROP(FeedBufferModel, EveryOrderOfOperationsGivesWhatTheRulesSay, ()) {
     }
     for (int i = 0; i < 10; ++i) { // behind the end or failure
         const std::uint64_t position = *rc::gen::inRange<std::uint64_t>(0, kMediaSize + 1000);
-        const std::uint64_t size = *rc::gen::inRange<std::uint64_t>(0, kLargest + 1);
+        const std::size_t size = *rc::gen::inRange<std::size_t>(0, kLargest + 1);
         RC_ASSERT(buffer.Seek(position) == model.Seek(position));
         RC_ASSERT(ReadOnce(buffer, size) == model.Read(size, true));
     }

@@ -155,7 +155,8 @@ TEST(FeedStream, AMovableSourceIsReadAnywhere) {
             aBuffer.StartAt(position);
             Push push = Push::Taken;
             while (push == Push::Taken && position < media.size()) {
-                const std::size_t count = std::min<std::size_t>(3'000, media.size() - position);
+                const std::size_t count =
+                    static_cast<std::size_t>(std::min<std::uint64_t>(3'000, media.size() - position));
                 push = aBuffer.Append(media.data() + position, count);
                 position += count;
             }

@@ -385,7 +385,7 @@ HttpServer::Handler InParts(const std::string& aMedia, std::size_t aPart, bool a
         } else if (*aRequest.mFrom >= aMedia.size()) {
             aConnection.Send(HttpHead("416 R", afTotal ? "Content-Range: bytes */" + size + "\r\n" : ""));
         } else {
-            const std::size_t from = *aRequest.mFrom;
+            const auto from = static_cast<std::size_t>(*aRequest.mFrom);
             const std::string part = aMedia.substr(from, aPart);
             aConnection.Send(HttpHead("206 Partial Content", "Content-Range: Bytes " + std::to_string(from) +
                                                                  "-" +
@@ -453,7 +453,7 @@ TEST(HttpStream, APartOfAnotherLengthThanItsRangeIsAFailureBehindItsBytes) {
                 InParts(media, 1, true)(aRequest, aConnection);
                 return;
             }
-            const std::size_t from = *aRequest.mFrom;
+            const auto from = static_cast<std::size_t>(*aRequest.mFrom);
             aConnection.Send(HttpHead("206 P", "Content-Range: bytes " + std::to_string(from) + "-" +
                                                    std::to_string(from + 99) + "/2000000\r\n") +
                              media.substr(from, size));

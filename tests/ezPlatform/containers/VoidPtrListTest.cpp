@@ -50,11 +50,12 @@ void* operator new(std::size_t aSize) {
     return block;
 }
 
-void operator delete(void* aBlock) noexcept {
+// Not inlined: g++ would see a block of new given to free, and warn of a mismatched pair.
+__attribute__((noinline)) void operator delete(void* aBlock) noexcept {
     std::free(aBlock);
 }
 
-void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
+__attribute__((noinline)) void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
     std::free(aBlock);
 }
 

@@ -1,0 +1,89 @@
+#include "bench/FormatFiles.h"
+
+#include "bench/Measure.h"
+#include "companions/ezFormats/ISOBytes.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+constexpr std::uint64_t kBytesASecond = 575000;
+constexpr std::size_t kAudioFramesASecond = 47; // of 1024 samples at 48 kHz
+constexpr std::size_t kPicturesASecond = 25;
+
+FormatFile SampleFile(const std::string& aName, const std::string& anExtension) {
+    std::ifstream file(EZ_SAMPLES "/" + aName, std::ios::binary);
+    FormatFile sample = {aName, anExtension, {std::istreambuf_iterator<char>(file), {}}};
+    Require(!sample.mBytes.empty(), "the samples are there");
+    return sample;
+}
+
+std::string Repeated(const std::string& aText, std::size_t aCount) {
+    std::string all;
+    for (std::size_t i = 0; i < aCount; ++i) {
+        all += aText;
+    }
+    return all;
+}
+
+} // namespace
+
+std::vector<FormatFile> FormatFiles_MPEGAudio() {
+    FormatFile uncounted = SampleFile("elementary/slow-clock.mp2", "mp2");
+    uncounted.mName = "song without a count";
+    uncounted.mBytes = Repeated(uncounted.mBytes, 20);
+    return {SampleFile("music/morning-walk.mp3", "mp3"), SampleFile("music/uneven-road-vbr.mp3", "mp3"),
+            SampleFile("music/night-ferry.mp3", "mp3"), uncounted};
+}
+
+std::vector<FormatFile> FormatFiles_JPEG() {
+    // As of a camera: 20 KB of Exif, its own thumbnail among it, before the frame.
+    const std::string head = pictures::Exif(pictures::Tiff(6) + std::string(20000, '.'));
+    pictures::JPEGFrameHeader frame;
+    frame.mWidth = 4000;
+    frame.mHeight = 3000;
+    return {SampleFile("pictures/harbour.jpg", "jpg"),
+            SampleFile("conformance/B-JPEG_S-1.jpg", "jpg"),
+            {"photo", "jpg", pictures::JPEG(frame, head) + std::string(100000, '.')}};
+}
+
+std::vector<FormatFile> FormatFiles_PNG() {
+    // As of a picture editor: 3 KB of colour profile and 12 KB of its own notes before the picture.
+    const std::string before =
+        pictures::Chunk("iCCP", std::string(3000, '.')) + pictures::Chunk("iTXt", std::string(12000, '.'));
+    return {SampleFile("pictures/harbour.png", "png"),
+            SampleFile("conformance/B-PNG_L-1.png", "png"),
+            {"edited picture", "png", pictures::PNG(pictures::PNGHeader(), before, std::string(50000, '.'))}};
+}
+
+std::vector<FormatFile> FormatFiles_ISOMedia() {
+    const Film film = FormatFiles_Film(1 << 18, 2);
+    const std::string hole(static_cast<std::size_t>(film.mSize) - film.mStart.size() - film.mMovie.size(),
+                           '\0');
+    return {SampleFile("music/evening-train.m4a", "m4a"),
+            SampleFile("video/kite-day.mp4", "mp4"),
+            SampleFile("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4", "mp4"),
+            {"film, movie last", "mp4", film.mStart + hole + film.mMovie}};
+}
+
+std::uint64_t FormatFiles_SecondsOf(std::uint64_t aSize) {
+    return aSize / kBytesASecond + 1;
+}
+
+Film FormatFiles_Film(std::uint64_t aSize, std::uint64_t aTableSeconds) {
+    const std::uint64_t milliseconds = FormatFiles_SecondsOf(aSize) * 1000;
+    const auto seconds = static_cast<std::size_t>(aTableSeconds);
+    iso::Track audio;
+    audio.mDuration = milliseconds;
+    audio.mSizes.assign(seconds * kAudioFramesASecond, 300);
+    iso::Track video = iso::VideoTrack();
+    video.mDuration = milliseconds;
+    video.mSizes.assign(seconds * kPicturesASecond, 20000);
+    Film film;
+    film.mMovie = iso::Movie({video, audio}, iso::Items(iso::Item("\xA9nam", "Film")),
+                             iso::MovieHead(1000, milliseconds));
+    film.mStart = iso::FileType() + iso::Big(1, 4) + "mdat" + iso::Big(aSize, 8);
+    film.mSize = iso::FileType().size() + aSize + film.mMovie.size();
+    return film;
+}

@@ -1,0 +1,14 @@
+// Step 3: the formats that the companion library knows: step-3-format-parsers CONFIG_FOLDER FILE...
+#include "Environment.h"
+#include "Parsers.h"
+#include "Record.h"
+
+int main(int anArgCount, char** anArgs) {
+    const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
+    ezMediaParserManager manager(environment.Get());
+    AddParsers(manager);
+    for (int i = 2; i < anArgCount; ++i) {
+        Print(anArgs[i], Identify(manager, anArgs[i]).get());
+    }
+    return 0;
+}

@@ -1,0 +1,29 @@
+// Step 4: the operator's table wins over what was found:
+// step-4-media-mapper CONFIG_FOLDER STATE_FOLDER FILE...
+#include "Environment.h"
+#include "Parsers.h"
+#include "Record.h"
+
+#include "ez/DLNAMediaMapper.h"
+
+int main(int anArgCount, char** anArgs) {
+    if (anArgCount < 3) {
+        std::fprintf(stderr, "usage: step-4-media-mapper CONFIG_FOLDER STATE_FOLDER FILE...\n");
+        return 2;
+    }
+    const Environment environment(anArgs[1]);
+    ezMediaParserManager manager(environment.Get());
+    AddParsers(manager);
+
+    DLNAMediaMapper mapper(manager.GetMimeTypesDotIniParser(), anArgs[1], anArgs[2], "", "MediaMapper.txt");
+    if (const ezError error = mapper.Load(); error.IsError()) {
+        std::fprintf(stderr, "no media mapper: %s\n", error.ToString());
+    } else {
+        manager.AddDLNAMediaMapperParser(&mapper); // lent
+    }
+
+    for (int i = 3; i < anArgCount; ++i) {
+        Print(anArgs[i], Identify(manager, anArgs[i]).get());
+    }
+    return 0;
+}

@@ -1,0 +1,3 @@
+# Given to CMake as CMAKE_PROJECT_ezParsersFramework_INCLUDE: the same sources as the version that comes after.
+math(EXPR PROJECT_VERSION_PATCH "${PROJECT_VERSION_PATCH} + 1")
+set(PROJECT_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH})

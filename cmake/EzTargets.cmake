@@ -17,6 +17,12 @@ if(EZ_SANITIZE)
                                                   -fno-omit-frame-pointer)
     target_link_options(ezBuildFlags INTERFACE -fsanitize=${EZ_SANITIZE})
 endif()
+if(EZ_COVERAGE)
+    # The counters stand in the profile itself, so that a test's process that ends by a signal leaves them there.
+    target_compile_options(ezBuildFlags INTERFACE -fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic
+                                                  "SHELL:-mllvm -runtime-counter-relocation")
+    target_link_options(ezBuildFlags INTERFACE -fprofile-instr-generate)
+endif()
 
 # ez_add_library(<name> INCLUDES <folder>... DEPENDS <library>... SOURCES <source>...)
 #

@@ -182,9 +182,7 @@ void ExtensionMimeTypeMatcher::Cleanup() {
 
 bool ExtensionMimeTypeMatcher::Load() {
     Cleanup();
-    if (!LoadMimeType(kExcludedSection)) {
-        return false;
-    }
+    LoadMimeType(kExcludedSection);
     for (Entry* entry : ezItems<Entry>(mAllEntries)) {
         ezPtrList_Append(mExcludedEntries, entry);
     }

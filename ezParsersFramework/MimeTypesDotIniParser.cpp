@@ -162,7 +162,7 @@ ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezM
         entry = candidate;
         info = ParseFromTypes(entry->mTypes, aStream);
         if (context == kCTTContext_NameDecides || (info == nullptr && context != 0)) {
-            fTestFile = ConsultTestFileName(aStream, info) || fTestFile;
+            fTestFile = ConsultTestFileName(aStream, info);
         }
         if (info != nullptr) {
             break;

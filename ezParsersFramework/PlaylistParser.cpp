@@ -77,7 +77,7 @@ ezCString FileURL(const ezPathName& aFolder, const ezCString& anEntryURI) {
         path = ezPathName::MakeCombinedFilePath(aFolder, anEntryURI);
     }
     ezCString url;
-    if (path.IsValid() && !HasNUL(path.GetFullPath())) {
+    if (!HasNUL(path.GetFullPath())) {
         ezURI* uri = ezURI_New();
         ezURI_SetScheme(uri, "file");
         if (ezURI_SetFilePath(uri, path.GetFullPath().c_str())) {

@@ -92,11 +92,8 @@ ezCString DLNAMediaMapperEntry::Get() {
     ezDLNAProtocolInfo_RemovePlaySpeedSupport(mDLNAProtocolInfo);
     const ezCString flags = ezCString::Format("%08lX", static_cast<unsigned long>(mGoldenDMSFlags));
     ezDLNAProtocolInfo_Set4thFieldValue(mDLNAProtocolInfo, kGoldenDMSName, flags.c_str());
-    ezCString fourthField =
+    const ezCString fourthField =
         ezCString::FromAllocatedString(ezDLNAProtocolInfo_Get4thFieldStr(mDLNAProtocolInfo));
-    if (fourthField == "*") {
-        fourthField = ezCString();
-    }
     const ezCString speeds = mSupportedPlaySpeeds.Join().Replace(",", "\\,", true);
     const ezCString bitRate =
         mBitRate != 0 ? ezCString::Format("%lu", static_cast<unsigned long>(mBitRate)) : ezCString();

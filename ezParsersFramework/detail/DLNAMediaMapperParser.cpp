@@ -49,13 +49,12 @@ void DLNAMediaMapperParser::CacheDLNAInfo() {
     for (std::size_t i = 0; i < ezArray_GetCount(records); ++i) {
         const DLNAProfileEntry* record = static_cast<DLNAProfileEntry*>(ezArray_At(records, i));
         const ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
-        const ezCString mimeType = Escaped(ezDLNAProtocolInfo_GetMimeType(info));
-        if (!record->GetProfileEnabled() || mimeType.IsEmpty()) {
+        if (!record->GetProfileEnabled()) {
             continue;
         }
         const ezCString profile = Escaped(ezDLNAProtocolInfo_GetProfile(info));
         const ezCString speeds = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 1));
-        ezCString item = mimeType;
+        ezCString item = Escaped(ezDLNAProtocolInfo_GetMimeType(info));
         if (!profile.IsEmpty()) {
             item += ":DLNA.ORG_PN=" + profile;
         }

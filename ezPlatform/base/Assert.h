@@ -29,5 +29,5 @@ inline bool ezAssert_Holds(bool afHolds, const char* /*aText*/, const char* /*aS
 #define ezAssert(aCondition, aText, aSource) ezAssert_Holds(static_cast<bool>(aCondition), aText, aSource)
 #else
 #define ezAssert(aCondition, aText, aSource)                                                                 \
-    (static_cast<bool>(aCondition) || (_ezAssert(aText, aSource, __LINE__, aText), false))
+    (static_cast<bool>(aCondition) ? true : (_ezAssert(aText, aSource, __LINE__, aText), false))
 #endif

@@ -225,7 +225,7 @@ bool ezFile::BeginFilling(const ezCString& aBeside) {
 
 bool ezFile::PutInPlace(const ezCString& aTarget) {
     // On the disk before it has a name, or a power cut could leave the name without its content.
-    const bool fWritten = mfFilling && !mfWriteFailed && (mLengthAtOpen == 0 || SyncRepeatedly(mFile));
+    const bool fWritten = !mfWriteFailed && (mLengthAtOpen == 0 || SyncRepeatedly(mFile));
     if (!fWritten) {
         Empty();
         mLengthAtOpen = 0; // nobody takes what did not reach the disk for the content
@@ -240,7 +240,7 @@ bool ezFile::PutInPlace(const ezCString& aTarget) {
 }
 
 void ezFile::GiveUp() {
-    if (mfFilling && IsBesideOurs()) {
+    if (IsBesideOurs()) {
         ezSystem().mUnlink(mBeside.c_str());
     }
     mfWriting = false;

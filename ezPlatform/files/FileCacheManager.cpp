@@ -156,10 +156,10 @@ ezFile* ezFileCacheManager::OpenNew() {
         if (OpenNewAt(*file, path)) {
             return file.release();
         }
-        if (errno == ENOENT && !ezDir_CreateRecursively(mFolder)) {
-            return nullptr;
-        }
-        if (errno != ENOENT && errno != EEXIST && errno != EAGAIN) {
+        const int error = errno; // making the folder changes it, also where that succeeds
+        const bool fAgain =
+            error == ENOENT ? ezDir_CreateRecursively(mFolder) : error == EEXIST || error == EAGAIN;
+        if (!fAgain) {
             return nullptr;
         }
     }

@@ -19,7 +19,7 @@ bool ezTextFile::NextCharacter(char* aCharacter) {
     }
     if (mBufferPosition == mBufferLength) {
         const int count = mFile.Read(mBuffer.data(), mBuffer.size());
-        mfFailed = mfFailed || count < 0;
+        mfFailed = count < 0;
         mBufferPosition = 0;
         mBufferLength = count > 0 ? static_cast<std::size_t>(count) : 0;
         if (mBufferLength == 0) {

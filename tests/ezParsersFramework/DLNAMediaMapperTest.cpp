@@ -238,6 +238,18 @@ TEST(DLNAMediaMapper, CopyThatCannotBeSavedIsLoggedAndLeavesTheLinesOnce) {
     EXPECT_EQ(FoundIn(*mapper, "a.mp3"), "a.mp3");
 }
 
+TEST(DLNAMediaMapper, FailuresAreLoggedOnlyWhereTheLevelLetsErrorsThrough) {
+    const MapperFolder folder;
+    const LogCatcher log(EZLOGLEVEL_ERROR); // nothing
+    EXPECT_EQ(folder.New()->Load().GetCode(), -3);
+    folder.WriteReadOnly("a.mp3,audio/mpeg,A\n");
+    std::filesystem::create_directory(folder.WritablePath());
+    const std::unique_ptr<OpenMapper> mapper = folder.New();
+    EXPECT_EQ(mapper->Load().GetCode(), -3);
+    EXPECT_EQ(mapper->Names(), (Names{"a.mp3"}));
+    EXPECT_TRUE(log.Lines().empty());
+}
+
 TEST(DLNAMediaMapper, WritableFolderThatCannotBeMadeLeavesNoWritableFile) {
     const MapperFolder folder;
     folder.WriteReadOnly("a.mp3,audio/mpeg,A\n");

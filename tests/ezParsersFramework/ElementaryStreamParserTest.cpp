@@ -675,6 +675,19 @@ TEST(ElementaryStreamParser, AFirstRequestOfNothingEndsAsFailure) {
     }
 }
 
+TEST(ElementaryStreamParser, OfAnEmptyPacketNothingIsTaken) {
+    const AssertCatcher assertions;
+    ScriptedEltStreamParser parser({EltStep::OfRead(4)});
+    parser.Open();
+    const unsigned char* source = nullptr;
+    uint32 size = 0;
+    parser.GetReadData(source, size);
+    EXPECT_EQ(source, nullptr);
+    EXPECT_EQ(size, 0U);
+    EXPECT_EQ(parser.ReadCurrentSize(), 0U);
+    EXPECT_TRUE(assertions.Failures().empty());
+}
+
 TEST(ElementaryStreamParser, ARequestThatIsNotRenewedEndsAsFailureWithinThePacket) {
     const AssertCatcher assertions;
     LogCatcher log;

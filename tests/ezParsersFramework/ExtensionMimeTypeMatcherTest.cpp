@@ -489,6 +489,20 @@ TEST(ExtensionMimeTypeMatcher, ExtensionListHoldsEachExtensionOnce) {
     EXPECT_EQ(Of(table->MimeTypeToFileExtensionList("x/y")), (Strings{"e", "f"}));
 }
 
+TEST(ExtensionMimeTypeMatcher, LongExtensionListsHoldEachExtensionOnceToo) {
+    std::string content = "[MimeTypes]\n";
+    Strings expected;
+    for (int i = 0; i < 60; ++i) {
+        const std::string extension = "e" + std::to_string(i % 40); // the last 20 again
+        content += "k" + std::to_string(i) + "=" + extension + "@x/y\n";
+        if (i < 40) {
+            expected.push_back(extension);
+        }
+    }
+    Table table(content);
+    EXPECT_EQ(Of(table->MimeTypeToFileExtensionList("x/y")), expected);
+}
+
 TEST(ExtensionMimeTypeMatcher, ExtensionListsHaveABackslashBetweenTheElements) {
     Table table("[MimeTypes]\na=e,g@x/y\nb=f@x/y\n");
     EXPECT_EQ(table->MimeTypeToFileExtensionList("x/y").GetSeparator(), '\\');

@@ -269,6 +269,16 @@ TEST(MediaParserManagerAdjustFromType, WithoutSuccessOrListItSaysSo) {
     EXPECT_EQ(OpenManager::KeysOf(manager.mParserListByType), Texts{"mp3"});
 }
 
+TEST(MediaParserManagerAdjustFromType, WithoutARecordNoParserIsAsked) {
+    ParserTrace trace;
+    OpenManager manager;
+    Add(manager, trace, (new ScriptedParser(trace, "first", "mp3"))->Adjusting("x"));
+    const LogCatcher log;
+    EXPECT_FALSE(manager.AdjustDLNAInfoFromType("mp3", nullptr));
+    ExpectDebugLines(log, {Adjusting("mp3"), kFailed});
+    EXPECT_TRUE(trace.empty());
+}
+
 TEST(MediaParserManagerAdjustFromType, LogsNothingAtALowerLevel) {
     ParserTrace trace;
     OpenManager manager;

@@ -3,6 +3,7 @@
 #include "support/Catchers.h"
 #include "support/ScriptedPlaylist.h"
 #include "support/Str.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -198,6 +199,23 @@ TEST_F(PlaylistParserFetch, AtAnIndexWalksToItAndReadsItAgainFromItsPosition) {
               Calls({"seek 0", "walk", "entry 0", "entry 10", "seek 10", "walk", "entry 10"}));
     EXPECT_TRUE(mPlaylist.FetchEntryAtIndex(0, &mEntry)) << "from the start, wherever the reader stands";
     EXPECT_EQ(Described(mEntry), "One|one.mp3|61|0|10|0|#A");
+}
+
+TEST(PlaylistParserFetchOdd, AnIndexWhosePositionCannotBeSoughtLeavesTheEntryAlone) {
+    class AtItsStart : public ScriptedPlaylist {
+    public:
+        bool SeekBytes(const ezuint64& aPos) override {
+            return aPos == 0 && ScriptedPlaylist::SeekBytes(aPos);
+        }
+    };
+    AtItsStart playlist;
+    playlist.Add("One", "one.mp3");
+    playlist.Add("Two", "two.mp3");
+    PlaylistParserEntry entry = Used();
+    EXPECT_FALSE(playlist.FetchEntryAtIndex(1, &entry));
+    EXPECT_EQ(Described(entry), kUsed);
+    EXPECT_TRUE(playlist.FetchEntryAtIndex(0, &entry));
+    EXPECT_EQ(Str(entry.mTitle), "One");
 }
 
 TEST_F(PlaylistParserFetch, AtAnIndexPastTheEndLeavesTheEntryAlone) {
@@ -607,6 +625,18 @@ TEST(PlaylistParserFullURL, OfAPlaylistInTheWorkingFolderIsAbsoluteToo) {
         EXPECT_EQ(url, LocalURL((folder + "/l.m3u").c_str(), "a.mp3"));
     }
     EXPECT_EQ(LocalURL("x/l.m3u", "a.mp3"), LocalURL((folder + "/x/l.m3u").c_str(), "a.mp3"));
+}
+
+TEST(PlaylistParserFullURL, WithoutAWorkingFolderARelativeFileHasNone) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    {
+        const TemporaryFolder folder;
+        std::filesystem::current_path(folder.GetPath());
+        std::filesystem::remove(folder.GetPath());
+        EXPECT_EQ(LocalURL("l.m3u", "a.mp3"), "");
+        EXPECT_EQ(LocalURL("l.m3u", "/m/a.mp3"), "file:///m/a.mp3");
+    }
+    std::filesystem::current_path(before);
 }
 
 TEST(PlaylistParserFullURL, AURLInALocalPlaylistIsTakenForAPath) {

@@ -257,3 +257,13 @@ TEST(Log, EachThreadHasALineOfItsOwnAndItsSinkRunsOnIt) {
     EXPECT_EQ(sink.mTexts, (std::vector<std::string>{"other\n", "begun ended\n"}));
     EXPECT_EQ(sink.mThreads, (std::vector<std::thread::id>{otherId, std::this_thread::get_id()}));
 }
+
+TEST(Log, NothingAppendedChangesNothing) {
+    const LogCatcher log;
+    ezLog_Begin(EZLOGLEVEL_ERROR, EZLOG_M_PARSERS);
+    ezLog_Append_F("%s", "");
+    ezLog_Append_F("text\n");
+    ezLog_Append_F("%s", "");
+    ezLog_End();
+    EXPECT_EQ(log.Texts(), std::vector<std::string>{"text\n"});
+}

@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <sys/resource.h>
+#include <unistd.h>
 
 // A refused block is an ordinary failure here, also under the sanitizer, which would end the process by
 // itself.
@@ -102,3 +105,21 @@ TEST(Memory, AReallocThatCannotBeHadIsNullAndLeavesTheBlock) {
     EXPECT_EQ(system.GetCounts().mAllocate, 2U);
     ezFree(block);
 }
+
+#ifndef EZ_EMULATED // the emulator takes memory of its own and keeps no such limit
+namespace {
+
+void CopyWithoutMoreMemory(const std::string& aText) {
+    struct rlimit none = {};
+    setrlimit(RLIMIT_AS, &none);
+    ezStrdup(aText.c_str());
+    _exit(0);
+}
+
+} // namespace
+
+TEST(MemoryDeathTest, ATextThatCannotBeCopiedEndsTheProcess) {
+    const std::string text(64 << 20, 'x');
+    EXPECT_EXIT(CopyWithoutMoreMemory(text), testing::KilledBySignal(SIGABRT), "");
+}
+#endif

@@ -1,5 +1,6 @@
 #include "ezPlatform/config/Config.h"
 
+#include "ezPlatform/base/System.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -616,4 +618,21 @@ TEST(ConfigConfig, ReadsItsFileOnce) {
     ezConfigConfig::GetConfigPaths(readOnly, readWrite, "ConfigPath.ini");
     EXPECT_EQ(Str(readOnly), "/rom");
     EXPECT_EQ(system.GetCounts().mOpen, 1U);
+}
+
+TEST(Config, FilesOfTwoDevicesAreTwoAlsoWithOneNumber) {
+    const TemporaryFolder folder;
+    folder.Write("ro/" + std::string(kFile), "[A]\na=1\n");
+    folder.Write("rw/" + std::string(kFile), "[A]\nb=2\n");
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mStat = [](const char* aPath, struct stat* aStatus) {
+        const int result = ezSystem_Real().mStat(aPath, aStatus);
+        aStatus->st_dev = std::string_view(aPath).find("/ro/") != std::string_view::npos ? 1 : 2;
+        aStatus->st_ino = 7;
+        return result;
+    };
+    ezSystem_Replace(&calls);
+    const ezConfig config(folder.Path("ro").c_str(), folder.Path("rw").c_str(), kFile);
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(KeysOf(config, "A"), (Keys{{"a", "1"}, {"b", "2"}}));
 }

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -209,4 +213,41 @@ RC_GTEST_PROP(HashTableModel, IsAMapInTheOrderFirstAdded, ()) {
         RC_ASSERT((Get(table, key) == (entry != nullptr ? entry->second : nullptr)));
     }
     RC_ASSERT((Enumerate(table) == model));
+}
+
+TEST(HashTable, BeforeTheFirstMoveThereIsNoEntry) {
+    const Table table = NewTable();
+    Add(table, "mpg", &gValues[0]);
+    const Enumerator enumerator(ezHashTableEnumerator_New(table.get()));
+    const char* key = "untouched";
+    std::size_t length = 9;
+    void* value = &gValues[7];
+    ezHashTableEnumerator_GetValue(enumerator.get(), &key, &length, &value);
+    EXPECT_STREQ(key, "untouched");
+    EXPECT_EQ(length, 9U);
+    EXPECT_EQ(value, &gValues[7]);
+    EXPECT_TRUE(ezHashTableEnumerator_MoveNext(enumerator.get()));
+    EXPECT_EQ(Current(enumerator), (std::pair<std::string, void*>("mpg", &gValues[0])));
+}
+
+// The table tells keys apart by 32 bits of their hash first, so that two of many thousands are alike there.
+TEST(HashTable, KeysOfOneHashAreKeptApart) {
+    std::unordered_map<std::uint32_t, std::string> seen;
+    std::string first;
+    std::string second;
+    for (int i = 0; first.empty(); ++i) {
+        const std::string key = std::to_string(i);
+        const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(key));
+        const auto place = seen.emplace(hash, key);
+        if (!place.second) {
+            first = place.first->second;
+            second = key;
+        }
+    }
+    const Table table = NewTable();
+    Add(table, first, &gValues[0]);
+    EXPECT_EQ(Get(table, second), nullptr);
+    Add(table, second, &gValues[1]);
+    EXPECT_EQ(Get(table, first), &gValues[0]);
+    EXPECT_EQ(Get(table, second), &gValues[1]);
 }

@@ -863,3 +863,16 @@ RC_GTEST_PROP(ProtocolInfoModel, PlaySpeedsAreTheDistinctFractionsOtherThan1, ()
     ezDLNAProtocolInfo_MergePlaySpeeds(info, list.c_str());
     RC_ASSERT(info.Speeds() == expected);
 }
+
+TEST(ProtocolInfo, AMimeTypeIsReplacedAndNoneStandsForAny) {
+    const Info info("http-get:*:video/mpeg:DLNA.ORG_PN=P");
+    ezDLNAProtocolInfo_SetMimeType(info, "audio/mpeg");
+    EXPECT_EQ(info.Text(), "http-get:*:audio/mpeg:DLNA.ORG_PN=P");
+    ezDLNAProtocolInfo_SetMimeType(info, "");
+    EXPECT_EQ(info.Type(), "*");
+    ezDLNAProtocolInfo_SetMimeType(info, "audio/mpeg");
+    ezDLNAProtocolInfo_SetMimeType(info, nullptr);
+    EXPECT_EQ(info.Text(), "http-get:*:*:DLNA.ORG_PN=P");
+    ezDLNAProtocolInfo_SetMimeType(nullptr, "audio/mpeg");
+    EXPECT_STREQ(ezDLNAProtocolInfo_GetMimeType(nullptr), "");
+}

@@ -30,6 +30,7 @@ TEST(CacheName, EveryOtherByteIsWrittenInDigits) {
     EXPECT_EQ(Name(std::string("a\0b", 3)), "a%00b");
     EXPECT_EQ(Name("100%"), "100%25");
     EXPECT_EQ(Name("Film"), "%46ilm");
+    EXPECT_EQ(Name("`a{z~"), "%60a%7bz%7e");
     EXPECT_EQ(Name("\xc3\xa9\\ :\n"), "%c3%a9%5c%20%3a%0a");
 }
 

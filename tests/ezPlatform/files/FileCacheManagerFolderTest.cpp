@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -312,6 +313,112 @@ TEST_F(FileCacheManagerFolder, TheVeryLastTimeThereIsIsFollowedByNone) {
     ezSystem_Replace(nullptr);
     EXPECT_EQ(answer, "<new>");
     EXPECT_EQ(Ask("b"), "filled");
+}
+
+TEST_F(FileCacheManagerFolder, TheTimeBehindTheLastOfASecondIsInTheNextOne) {
+    const std::string latest = mFolder.Write("cache/ezcache/a", "x");
+    struct stat status = {};
+    ASSERT_EQ(stat(latest.c_str(), &status), 0);
+    struct timespec time = status.st_mtim;
+    time.tv_sec += 1000000;
+    time.tv_nsec = 999999999;
+    const struct timespec times[2] = {time, time};
+    ASSERT_EQ(utimensat(AT_FDCWD, latest.c_str(), times, 0), 0);
+    EXPECT_EQ(Ask("b"), "<new>");
+    ASSERT_EQ(stat(At("b").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mtim.tv_sec, time.tv_sec + 1);
+    EXPECT_LT(status.st_mtim.tv_nsec, 1000);
+}
+
+// ---- failures of the system ----
+
+TEST_F(FileCacheManagerFolder, WithoutAFolderNothingIsCached) {
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mMkdir = [](const char*, mode_t) {
+        errno = EACCES;
+        return -1;
+    };
+    ezSystem_Replace(&calls);
+    const std::string answer = Ask("a");
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(answer, "<null>");
+    EXPECT_FALSE(std::filesystem::exists(At("")));
+}
+
+// A mounted parent may refuse to be made otherwise than by telling that it stands.
+TEST_F(FileCacheManagerFolder, AFolderThatIsMadeIsUsedHoweverItsParentsRefused) {
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mMkdir = [](const char* aPath, mode_t aMode) {
+        const int result = ezSystem_Real().mMkdir(aPath, aMode);
+        errno = EACCES;
+        return result;
+    };
+    ezSystem_Replace(&calls);
+    const std::string answer = Ask("a");
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(answer, "<new>");
+    EXPECT_EQ(Ask("a"), "filled");
+}
+
+TEST_F(FileCacheManagerFolder, AFileReportedBadThatIsGoneTakesNothingAway) {
+    EXPECT_EQ(Ask("a"), "<new>");
+    bool fNew = true;
+    const FileOwner file(mCache.OpenCachedFile("a", &fNew, 0));
+    ASSERT_TRUE(file != nullptr && !fNew);
+    std::filesystem::remove(At("a"));
+    static int sUnlinked;
+    sUnlinked = 0;
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mUnlink = [](const char*) {
+        ++sUnlinked;
+        return 0;
+    };
+    ezSystem_Replace(&calls);
+    mCache.SetCachedFileState("a", file.get(), false);
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(sUnlinked, 0);
+    EXPECT_EQ(Content(*file), "filled");
+}
+
+TEST_F(FileCacheManagerFolder, AFileReportedBadDoesNotTakeTheNameOfOneOnAnotherDevice) {
+    EXPECT_EQ(Ask("a"), "<new>");
+    bool fNew = true;
+    const FileOwner file(mCache.OpenCachedFile("a", &fNew, 0));
+    ASSERT_TRUE(file != nullptr && !fNew);
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mLStat = [](const char* aPath, struct stat* aStatus) {
+        const int result = ezSystem_Real().mLStat(aPath, aStatus);
+        ++aStatus->st_dev;
+        return result;
+    };
+    ezSystem_Replace(&calls);
+    mCache.SetCachedFileState("a", file.get(), false);
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(Ask("a"), "filled");
+}
+
+TEST_F(FileCacheManagerFolder, EmptyingIsRepeatedWhenInterrupted) {
+    bool fNew = false;
+    const FileOwner file(mCache.OpenCachedFile("a", &fNew, 0));
+    ASSERT_TRUE(file != nullptr && fNew);
+    EXPECT_EQ(file->Write("filled", 6), 6);
+    static int sInterruptions;
+    sInterruptions = 2;
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mFTruncate = [](int aFile, ezFileOffset aLength) {
+        if (sInterruptions > 0) {
+            --sInterruptions;
+            errno = EINTR;
+            return -1;
+        }
+        return ezSystem_Real().mFTruncate(aFile, aLength);
+    };
+    ezSystem_Replace(&calls);
+    EXPECT_TRUE(file->Empty());
+    ezSystem_Replace(nullptr);
+    EXPECT_EQ(sInterruptions, 0);
+    EXPECT_EQ(file->Length(), 0);
+    EXPECT_EQ(file->LengthAtOpen(), 0);
 }
 
 } // namespace

@@ -707,3 +707,35 @@ TEST_F(FileCreate, AHundredSavesLeaveNothingBehind) {
     EXPECT_EQ(OpenDescriptors(), mDescriptors);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
+
+TEST_F(FileCreate, AFileThatIsMadeWhileItIsLookedForIsReplaced) {
+    const std::string path = mFolder.Write("a.txt", kOld);
+    const std::size_t descriptors = OpenDescriptors();
+    {
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            aCalls.mRealPath = [](const char*) -> char* {
+                errno = ENOENT; // what is true when it is asked for
+                return nullptr;
+            };
+        });
+        EXPECT_TRUE(Save(path, kNew));
+    }
+    EXPECT_EQ(Content(path), kNew);
+    EXPECT_EQ(OpenDescriptors(), descriptors);
+}
+
+TEST_F(FileCreate, AFileOfAnotherDeviceInThePlaceOfTheWrittenOneIsNotPutInPlace) {
+    const std::string path = mFolder.Write("a.txt", kOld);
+    ezFile file;
+    ASSERT_TRUE(Create(file, path));
+    ASSERT_TRUE(WriteAll(file, kNew));
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mStat = [](const char* aPath, struct stat* aStatus) {
+            const int result = ezSystem_Real().mStat(aPath, aStatus);
+            ++aStatus->st_dev;
+            return result;
+        };
+    });
+    EXPECT_FALSE(file.Close());
+    EXPECT_EQ(Content(path), kOld);
+}

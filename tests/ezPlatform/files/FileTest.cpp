@@ -667,3 +667,21 @@ TEST(FileTimes, AFailureWritesNothing) {
     EXPECT_TRUE(modification == ezDateTime(3, 4));
     EXPECT_TRUE(access == ezDateTime(5, 6));
 }
+
+TEST(File, ACloseThatFailsSaysSoAndLeavesNothingOpen) {
+    const TemporaryFolder folder;
+    ezFile file(PathOf(folder.Write("real", kDigits)), ezFileOpenMode_Read);
+    ASSERT_TRUE(file.Open());
+    ezSystemCalls calls = ezSystem_Real();
+    calls.mClose = [](int aFile) {
+        ezSystem_Real().mClose(aFile);
+        errno = EIO;
+        return -1;
+    };
+    ezSystem_Replace(&calls);
+    EXPECT_FALSE(file.Close());
+    ezSystem_Replace(nullptr);
+    EXPECT_FALSE(file.IsOpened());
+    EXPECT_TRUE(file.Open());
+    EXPECT_TRUE(file.Close());
+}

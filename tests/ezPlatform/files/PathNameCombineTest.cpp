@@ -104,6 +104,7 @@ TEST(PathNameCombine, WhatIsNoFolderExists) {
     EXPECT_FALSE(Exists(folder.GetPath()));
     EXPECT_FALSE(Exists(folder.GetPath() + "/"));
     EXPECT_FALSE(Exists(folder.Path("a.txt/b")));
+    EXPECT_FALSE(Exists(folder.Path(std::string(300, 'x')))) << "no file has so long a name";
     EXPECT_FALSE(Exists(""));
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     EXPECT_TRUE(Exists(folder.Path("pipe")));

@@ -175,8 +175,11 @@ TEST(TextFile, AFileThatFailsToBeReadEndsThere) {
     };
     ezSystem_Replace(&calls);
     ezTextFile file(path.c_str(), 1024);
+    EXPECT_FALSE(file.HasFailed());
     EXPECT_EQ(LinesOf(file), Whole({"a", "b"}));
+    EXPECT_TRUE(file.HasFailed());
     ezSystem_Replace(nullptr);
+    EXPECT_EQ(LinesOf(file), Lines()) << "what stands behind a gap is no line of the file";
 }
 
 TEST(TextFile, ALineOf10MBTakesNoMoreMemoryThanItsLimit) {

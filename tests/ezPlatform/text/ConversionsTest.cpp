@@ -99,6 +99,7 @@ TEST(Conversions, AMalformedFractionOfADurationIsRefused) {
     EXPECT_EQ(Seconds("0:00:10./3"), "refused");
     EXPECT_EQ(Seconds("0:00:10.1/"), "refused");
     EXPECT_EQ(Seconds("0:00:10./"), "refused");
+    EXPECT_EQ(Seconds("0:00:10.a/9"), "refused");
     EXPECT_EQ(Seconds("0:00:10.1/2/3"), "refused");
     EXPECT_EQ(Seconds("0:00:10.5.5"), "refused");
     EXPECT_EQ(Seconds("0:00:10.5s"), "refused");

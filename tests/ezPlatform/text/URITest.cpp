@@ -507,3 +507,14 @@ TEST(URI, MegabytesCostOnePass) {
         }
     }
 }
+
+TEST(URICombine, APathOfDotsAloneIsEmpty) {
+    EXPECT_EQ(Combined("http://a/b", "x:."), "x:");
+    EXPECT_EQ(Combined("http://a/b", "x:.."), "x:");
+    EXPECT_EQ(Combined("http://a/b", "x:..a"), "x:..a");
+}
+
+TEST(URICombine, ACharacterBehindTheLettersMakesNoScheme) {
+    EXPECT_EQ(Combined("http://a/b/c", "x{y:z"), "http://a/b/x%7By:z");
+    EXPECT_EQ(Combined("http://a/b/c", "{y:z"), "http://a/b/%7By:z");
+}

@@ -64,7 +64,7 @@ bool MakeWish(const ThumbnailInfo& anInfo, const PictureHeader& aHeader, Picture
 /// Reads the picture in the size that is asked for, as it is meant to be seen.
 bool ReadPicture(const ThumbnailInfo& anInfo, ezStream* aStream, Picture* aPicture) {
     PictureReader reader(aStream, PictureThumbnailGenerator::kMaxSourceBytes);
-    if (!reader.Gather(sizeof(kPngStart))) {
+    if (!reader.Fill()) {
         return false;
     }
     const std::unique_ptr<PictureDecoder> decoder = NewDecoder(&reader);

@@ -56,11 +56,7 @@ bool PictureReader::Append() {
 bool PictureReader::Fill() {
     mCount = 0;
     mOffset = 0;
-    return Append();
-}
-
-bool PictureReader::Gather(std::size_t aCount) {
-    while (mCount < aCount && Append()) {
+    while (mCount < kBlock && Append()) {
     }
     return mCount != 0;
 }

@@ -8,6 +8,9 @@
 
 /// Reads a picture's stream from where it stands, block by block; waits for what has not arrived yet.
 ///
+/// Blocks are whole, however little a read brings: of a damaged picture the codecs make what depends on how
+/// much is at hand, and a thumbnail is not to depend on the speed of a disk.
+///
 /// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
 /// a read waits. One thread.
 class PictureReader {
@@ -24,9 +27,6 @@ public:
     void Skip(std::size_t aCount) { mOffset += aCount; }
     /// Brings a block to hand in place of one that is used up. False at the end and after a failure.
     bool Fill();
-    /// Brings the first bytes of the stream to hand, at least so many (no more than a block) if it has them.
-    /// False when there is none.
-    bool Gather(std::size_t aCount);
     /// Copies exactly so many bytes, and moves behind them. False when there are not so many.
     bool Read(unsigned char* aBuffer, std::size_t aCount);
 

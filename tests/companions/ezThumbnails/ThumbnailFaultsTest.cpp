@@ -230,17 +230,19 @@ const std::string kThumbnail = "thumbnail, then thumbnail\n";
 const std::string kNothing = "nothing, then thumbnail\n";
 const std::string kUnreadable = "unreadable, then thumbnail\n"; // opened, but then
 
-/// The folders above the cache are there; the last three calls make it, and its own folder, by its path with
-/// the
-/// "/" too. One that fails alone is found there all the same.
+/// The folders above the cache are there; the last three calls make it, its own folder, and that by its path
+/// with the "/" too. What one call leaves undone, a later one may do.
 std::string Mkdirs(bool afForGood) {
     const Home home(kFilm);
     const std::string path = home.Path("cache/ezcache/");
     const auto all = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
-    const std::string last = std::to_string(all) + ": ";
-    return afForGood ? "1-" + last + kNothing
-                     : "1-" + std::to_string(all - 3) + ": " + kThumbnail + std::to_string(all - 2) + "-" +
-                           last + kNothing;
+    const std::string last = std::to_string(all) + ": " + kThumbnail;
+    const auto calls = [](std::size_t aFirst, std::size_t aLast) {
+        return std::to_string(aFirst) + "-" + std::to_string(aLast) + ": ";
+    };
+    return afForGood ? calls(1, all - 1) + kNothing + last
+                     : calls(1, all - 3) + kThumbnail + std::to_string(all - 2) + ": " + kNothing +
+                           calls(all - 1, all) + kThumbnail;
 }
 
 /// Sweeps one kind of call, with an error, once and for good.
@@ -289,7 +291,7 @@ TEST(ThumbnailFaults, CoverInTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
          {SystemCall::FStat, "1-2: " + kThumbnail + "3-4: " + kNothing + "5: " + kThumbnail,
           "1-4: " + kNothing + "5: " + kThumbnail},
          {SystemCall::LStat, "1: " + kNothing + "2: " + kThumbnail, "1: " + kNothing + "2: " + kThumbnail},
-         {SystemCall::PRead, "1-3: " + kThumbnail + "4-5: " + kNothing + "6: " + kUnreadable,
+         {SystemCall::PRead, "1-4: " + kThumbnail + "5: " + kNothing + "6: " + kUnreadable,
           "1-5: " + kNothing + "6: " + kUnreadable},
          {SystemCall::PWrite, "1: " + kNothing, "1: " + kNothing},
          {SystemCall::FSync, "1: " + kNothing, "1: " + kNothing},

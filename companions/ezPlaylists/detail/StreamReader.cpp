@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/StreamReader.h"
 
+#include "ezBytes/WaitingRead.h"
 #include "ezPlaylists/detail/Limits.h"
 
 #include <algorithm>
@@ -9,14 +10,6 @@ namespace {
 
 /// At hand there is never more than the longest line, its end, and a block.
 constexpr std::size_t kMaxAtHand = kPlaylist_MaxLine + 2;
-
-void sDataArrived(void* aUserData) {
-    static_cast<ezCondition*>(aUserData)->Signal();
-}
-
-bool IsWaiting(ezStreamingStatus aStatus, std::size_t aCount) {
-    return aStatus == ezStreamingStatus_NoError && aCount == 0;
-}
 
 } // namespace
 
@@ -74,25 +67,6 @@ bool PlaylistStreamReader::StandBehindBuffer() {
     return true;
 }
 
-ezStreamingStatus PlaylistStreamReader::WaitingRead(void* aBuffer, std::size_t* aSize) {
-    const std::size_t asked = *aSize;
-    ezStreamingStatus status = mStream->Read(aBuffer, aSize, 0);
-    if (!IsWaiting(status, *aSize)) {
-        return status;
-    }
-    mStream->RegisterThresholdCallBack(sDataArrived, &mArrived);
-    while (true) { // looks again first: what came before the callback was registered fires no more
-        *aSize = asked;
-        status = mStream->Read(aBuffer, aSize, 0);
-        if (!IsWaiting(status, *aSize)) {
-            break;
-        }
-        mArrived.Wait();
-    }
-    mStream->UnregisterThresholdCallBack(sDataArrived);
-    return status;
-}
-
 bool PlaylistStreamReader::Grow() {
     if (mfEnd || mfFailed || mCount - mOffset > kMaxAtHand) {
         return false;
@@ -103,7 +77,7 @@ bool PlaylistStreamReader::Grow() {
     }
     MakeRoom(mBlock);
     std::size_t count = mBlock;
-    const ezStreamingStatus status = WaitingRead(mBytes.get() + mCount, &count);
+    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBytes.get() + mCount, &count);
     if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
         mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
         mfFailed = true;

@@ -44,7 +44,6 @@ public:
 private:
     void MakeRoom(std::size_t aBlock);
     bool StandBehindBuffer();
-    ezStreamingStatus WaitingRead(void* aBuffer, std::size_t* aSize);
 
     ezStream* mStream;
     ezCondition mArrived;

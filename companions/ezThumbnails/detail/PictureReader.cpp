@@ -1,38 +1,9 @@
 #include "ezThumbnails/detail/PictureReader.h"
 
+#include "ezBytes/WaitingRead.h"
+
 #include <algorithm>
 #include <cstring>
-
-namespace {
-
-void sDataArrived(void* aUserData) {
-    static_cast<ezCondition*>(aUserData)->Signal();
-}
-
-bool IsWaiting(ezStreamingStatus aStatus, std::size_t aCount) {
-    return aStatus == ezStreamingStatus_NoError && aCount == 0;
-}
-
-} // namespace
-
-ezStreamingStatus PictureReader::WaitingRead(unsigned char* aBuffer, std::size_t* aSize) {
-    const std::size_t asked = *aSize;
-    ezStreamingStatus status = mStream->Read(aBuffer, aSize, 0);
-    if (!IsWaiting(status, *aSize)) {
-        return status;
-    }
-    mStream->RegisterThresholdCallBack(sDataArrived, &mArrived);
-    while (true) { // looks again first: what came before the callback was registered fires no more
-        *aSize = asked;
-        status = mStream->Read(aBuffer, aSize, 0);
-        if (!IsWaiting(status, *aSize)) {
-            break;
-        }
-        mArrived.Wait();
-    }
-    mStream->UnregisterThresholdCallBack(sDataArrived);
-    return status;
-}
 
 /// Reads behind the bytes of the block.
 bool PictureReader::Append() {
@@ -41,7 +12,7 @@ bool PictureReader::Append() {
     }
     const std::size_t asked = kBlock - mCount;
     std::size_t count = asked;
-    const ezStreamingStatus status = WaitingRead(mBlock + mCount, &count);
+    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBlock + mCount, &count);
     const bool fBytes = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
     count = fBytes ? std::min(count, asked) : 0;
     mfEnd = status != ezStreamingStatus_NoError || count > mLeft;

@@ -31,7 +31,6 @@ public:
     bool Read(unsigned char* aBuffer, std::size_t aCount);
 
 private:
-    ezStreamingStatus WaitingRead(unsigned char* aBuffer, std::size_t* aSize);
     bool Append();
 
     static constexpr std::size_t kBlock = 16384;

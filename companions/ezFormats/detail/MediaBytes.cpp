@@ -80,18 +80,23 @@ bool MediaBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
         std::memmove(mBlock.data(), mBlock.data() + place, kept);
     }
     mBlockStart = aPosition;
-    mBlockLength = kept;
     if (mReadsLeft == 0 || mBytesLeft < size - kept) {
         mfBudgetUsedUp = true;
-        return kept != 0;
+        return Keep(kept);
     }
     --mReadsLeft;
     mBlock.resize(std::max(mBlock.size(), size));
     const std::size_t count = Fill(kept, size);
     mBytesLeft -= count;
-    mBlockLength = kept + count;
-    mLastSize = std::max(mBlockLength, kLeastBlock);
-    return mBlockLength != 0;
+    mLastSize = std::max(kept + count, kLeastBlock);
+    return Keep(kept + count);
+}
+
+/// The block is so long from now on. False when it is empty.
+bool MediaBytes::Keep(std::size_t aLength) {
+    mBlockLength = aLength;
+    KeepAtHand(mBlock.data(), mBlockStart, aLength);
+    return aLength != 0;
 }
 
 /// Reads into the block from a place of it up to another: a source may give fewer bytes at a time than there

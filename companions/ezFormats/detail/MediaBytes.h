@@ -41,6 +41,7 @@ private:
     bool Fetch(std::uint64_t aPosition, std::size_t aSize);
     bool ReadStart(std::uint64_t aPosition);
     std::size_t Fill(std::size_t aPlace, std::size_t anEnd);
+    bool Keep(std::size_t aLength);
 
     ezMediaParserStream& mStream;
     std::uint64_t mSize;

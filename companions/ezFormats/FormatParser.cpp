@@ -10,6 +10,8 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -21,6 +23,8 @@ constexpr const char* kAudioClass = "item.audioItem";
 /// Version 1.5, background transfer, and interactive or streaming transfer (DLNA guidelines 7.4.1.3.24).
 constexpr const char* kImageFlags = ";DLNA.ORG_FLAGS=00D00000000000000000000000000000";
 constexpr const char* kStreamFlags = ";DLNA.ORG_FLAGS=01500000000000000000000000000000";
+
+constexpr std::size_t kUsualFieldSize = 128;
 
 const char* ClassOf(const ezCString& aMimeType) {
     if (aMimeType.StartsWith("image/")) {
@@ -82,18 +86,19 @@ bool FormatParser::IsOurs(const ezCString& aMimeType) const {
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
     const char* const className = ClassOf(BareType(anInfo.GetCString(kezInfo_MimeType, "")));
     const ezCString profile = mRules->FindProfile(anInfo);
-    ezCString field;
+    std::string field;
+    field.reserve(kUsualFieldSize);
     if (!profile.IsEmpty()) {
-        field = "DLNA.ORG_PN=" + profile;
+        field.append("DLNA.ORG_PN=").append(profile.View());
     }
     if (afSizeKnown) {
-        field += field.IsEmpty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01";
+        field.append(field.empty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01");
     }
     if (!profile.IsEmpty()) {
-        field += className == kImageClass ? kImageFlags : kStreamFlags;
+        field.append(className == kImageClass ? kImageFlags : kStreamFlags);
     }
     anInfo.Set(kezInfo_ClassName, className, false);
-    anInfo.Set(kezInfo_DLNA, field.IsEmpty() ? ezCString("*") : field, false);
+    anInfo.Set(kezInfo_DLNA, ezCString(field.empty() ? std::string_view("*") : field), false);
 }
 
 bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {

@@ -10,6 +10,9 @@ namespace {
 /// once, they cost one block of memory.
 constexpr std::size_t kUsualEntryCount = 26;
 
+/// Up to so many, comparing with all of them is faster than a search, whose branches no processor foresees.
+constexpr std::size_t kScannedEntryCount = 40;
+
 constexpr uint32 kMaximumPlace = 0x7FFFFFFF;
 
 ezCString DecimalText(const ezuint64& aNumber) {
@@ -45,7 +48,9 @@ std::string KeyOf(uint32 aStart, const ezCString& aText) {
 
 } // namespace
 
-ezMediaInfo::Key::Key(const char* aKey) {
+// Inline, since an exported function is a call even from beside it.
+
+inline ezMediaInfo::Key::Key(const char* aKey) {
     const char* at = aKey;
     for (unsigned shift = 32; shift != 0 && *at != '\0'; ++at) {
         shift -= 8;
@@ -56,10 +61,14 @@ ezMediaInfo::Key::Key(const char* aKey) {
     }
 }
 
-ezMediaInfo::~ezMediaInfo() = default;
-
-std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
+inline std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
     std::size_t first = 0;
+    if (!aKey.IsLong() && mEntries.size() <= kScannedEntryCount) {
+        for (const Entry& entry : mEntries) {
+            first += entry.mStart < aKey.mStart ? 1 : 0;
+        }
+        return first;
+    }
     std::size_t count = mEntries.size();
     while (count != 0) {
         const std::size_t half = count / 2;
@@ -74,7 +83,7 @@ std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
     return first;
 }
 
-bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
+inline bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
     if (anIndex == mEntries.size() || GetSorted(anIndex).mStart != aKey.mStart) {
         return false;
     }
@@ -82,13 +91,7 @@ bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
     return text.View().substr(0, RestOfKey(aKey.mStart, text)) == aKey.mRest;
 }
 
-const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
-    const Key key(aKey);
-    const std::size_t at = LowerBound(key);
-    return IsAt(at, key) ? &GetSorted(at) : nullptr;
-}
-
-ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite) {
+inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite) {
     const std::size_t at = LowerBound(aKey);
     if (IsAt(at, aKey)) {
         return afOverwrite ? &mEntries[mEntries[at].mPlace] : nullptr;
@@ -105,7 +108,7 @@ ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite)
     return &mEntries[last];
 }
 
-void ezMediaInfo::Erase(std::size_t anIndex) {
+inline void ezMediaInfo::Erase(std::size_t anIndex) {
     const uint32 place = mEntries[anIndex].mPlace;
     for (std::size_t i = anIndex; i + 1 < mEntries.size(); ++i) {
         mEntries[i].mPlace = mEntries[i + 1].mPlace;
@@ -124,6 +127,14 @@ void ezMediaInfo::Erase(std::size_t anIndex) {
         gap.mText = std::move(mEntries[last].mText);
     }
     mEntries.pop_back();
+}
+
+ezMediaInfo::~ezMediaInfo() = default;
+
+const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
+    const Key key(aKey);
+    const std::size_t at = LowerBound(key);
+    return IsAt(at, key) ? &GetSorted(at) : nullptr;
 }
 
 void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrite) {

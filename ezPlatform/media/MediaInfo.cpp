@@ -10,9 +10,6 @@ namespace {
 /// once, they cost one block of memory.
 constexpr std::size_t kUsualEntryCount = 26;
 
-/// Up to so many, comparing with all of them is faster than a search, whose branches no processor foresees.
-constexpr std::size_t kScannedEntryCount = 40;
-
 constexpr uint32 kMaximumPlace = 0x7FFFFFFF;
 
 ezCString DecimalText(const ezuint64& aNumber) {
@@ -61,13 +58,20 @@ inline ezMediaInfo::Key::Key(const char* aKey) {
     }
 }
 
+/// Without a branch: those of a search are ones that no processor foresees.
+inline std::size_t ezMediaInfo::Starts::CountBelow(uint32 aStart) const {
+    const auto letters = static_cast<std::uint16_t>(aStart >> 16);
+    std::uint16_t count = 0;
+    for (const std::uint16_t other : mLetters) {
+        count = static_cast<std::uint16_t>(count + (other < letters ? 1 : 0));
+    }
+    return count;
+}
+
 inline std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
     std::size_t first = 0;
-    if (!aKey.IsLong() && mEntries.size() <= kScannedEntryCount) {
-        for (const Entry& entry : mEntries) {
-            first += entry.mStart < aKey.mStart ? 1 : 0;
-        }
-        return first;
+    if (aKey.IsUsual() && mEntries.size() <= mStarts.mLetters.size()) {
+        return mStarts.CountBelow(aKey.mStart);
     }
     std::size_t count = mEntries.size();
     while (count != 0) {
@@ -105,6 +109,7 @@ inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOve
         mEntries[i].mPlace = mEntries[i - 1].mPlace;
     }
     mEntries[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
+    mStarts.Set(last, aKey.mStart);
     return &mEntries[last];
 }
 
@@ -122,11 +127,13 @@ inline void ezMediaInfo::Erase(std::size_t anIndex) {
         }
         Entry& gap = mEntries[place];
         gap.mStart = mEntries[last].mStart;
+        mStarts.Set(place, gap.mStart);
         gap.mfNumber = mEntries[last].mfNumber;
         gap.mNumber = mEntries[last].mNumber;
         gap.mText = std::move(mEntries[last].mText);
     }
     mEntries.pop_back();
+    mStarts.Set(last, UINT32_MAX);
 }
 
 ezMediaInfo::~ezMediaInfo() = default;

@@ -6,6 +6,8 @@
 #include "ezPlatform/base/UInt64.h"
 #include "ezPlatform/text/CString.h"
 
+#include <array>
+#include <cstdint>
 #include <string_view>
 #include <type_traits>
 #include <vector>
@@ -129,6 +131,8 @@ private:
         explicit Key(const char* aKey);
         /// Longer than the number can tell.
         bool IsLong() const { return (mStart & 0xFFU) != 0; }
+        /// Of two letters or fewer.
+        bool IsUsual() const { return (mStart & 0xFFFFU) == 0; }
 
         uint32 mStart = 0; ///< the first four bytes, the first of them on top; zeros behind a shorter key
         std::string_view mRest; ///< what is behind these, lent
@@ -143,6 +147,20 @@ private:
         ezCString mText; ///< empty for a number; behind the rest of a long key and a NUL
     };
 
+    /// The first two letters of the keys of the first entries, as Entry has them, and the largest number
+    /// where there is no entry: so many are compared with a key by a few instructions.
+    struct Starts {
+        Starts() { mLetters.fill(UINT16_MAX); }
+        void Set(std::size_t aPlace, uint32 aStart) {
+            if (aPlace < mLetters.size()) {
+                mLetters[aPlace] = static_cast<std::uint16_t>(aStart >> 16);
+            }
+        }
+        std::size_t CountBelow(uint32 aStart) const;
+
+        std::array<std::uint16_t, 32> mLetters;
+    };
+
     const Entry& GetSorted(std::size_t anIndex) const { return mEntries[mEntries[anIndex].mPlace]; }
     /// The index of a key among the sorted, or of the first one behind it.
     std::size_t LowerBound(const Key& aKey) const;
@@ -154,4 +172,5 @@ private:
     void SetSigned(const char* aKey, std::int64_t aValue, bool afOverwrite);
 
     std::vector<Entry> mEntries; ///< as they were set
+    Starts mStarts;
 };

@@ -144,8 +144,12 @@ bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, 
 }
 
 void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntry) {
-    anInfo.Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), false);
-    anInfo.Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), false);
+    if (!anInfo.Has(kezInfo_MimeType)) {
+        anInfo.Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), true);
+    }
+    if (!anInfo.Has(kezInfo_ClassName)) {
+        anInfo.Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), true);
+    }
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
         anInfo.Set(kezInfo_FileExtension, MimeTypeToFileExtension(anInfo.GetCString(kezInfo_MimeType, "")),

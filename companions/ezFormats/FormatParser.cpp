@@ -7,6 +7,7 @@
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -26,11 +27,19 @@ constexpr const char* kStreamFlags = ";DLNA.ORG_FLAGS=01500000000000000000000000
 
 constexpr std::size_t kUsualFieldSize = 128;
 
+/// Whatever the case of the type; the start is in lower case.
+bool BeginsWith(std::string_view aMimeType, std::string_view aStart) {
+    return aMimeType.size() >= aStart.size() &&
+           std::equal(aStart.begin(), aStart.end(), aMimeType.begin(),
+                      [](char aLower, char aCharacter) { return aLower == ezLower(aCharacter); });
+}
+
 const char* ClassOf(const ezCString& aMimeType) {
-    if (aMimeType.StartsWith("image/")) {
+    const std::string_view type = ezTrimmed(aMimeType.View());
+    if (BeginsWith(type, "image/")) {
         return kImageClass;
     }
-    return aMimeType.StartsWith("video/") ? kVideoClass : kAudioClass;
+    return BeginsWith(type, "video/") ? kVideoClass : kAudioClass;
 }
 
 /// A MIME type as it is compared: without parameters, in lower case.
@@ -84,7 +93,7 @@ bool FormatParser::IsOurs(const ezCString& aMimeType) const {
 }
 
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
-    const char* const className = ClassOf(BareType(anInfo.GetCString(kezInfo_MimeType, "")));
+    const char* const className = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
     const ezCString profile = mRules->FindProfile(anInfo);
     std::string field;
     field.reserve(kUsualFieldSize);

@@ -8,7 +8,7 @@ namespace {
 
 /// A record that parser, ini entry and stream have completed holds at most about so many values; taken at
 /// once, they cost one block of memory.
-constexpr std::size_t kUsualEntryCount = 26;
+constexpr std::size_t kUsualEntryCount = 32;
 
 constexpr uint32 kMaximumPlace = 0x7FFFFFFF;
 

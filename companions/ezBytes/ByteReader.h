@@ -39,6 +39,10 @@ public:
             return ReadBigAcross(aByteCount);
         }
         mPosition += aByteCount;
+        if (aByteCount == 4 || aByteCount == 8) { // each a load where the compiler sees the count
+            return aByteCount == 4 ? Big32At(bytes)
+                                   : std::uint64_t{Big32At(bytes)} << 32 | Big32At(bytes + 4);
+        }
         std::uint64_t value = 0;
         for (unsigned i = 0; i < aByteCount; ++i) {
             value = value << 8 | bytes[i];
@@ -79,6 +83,10 @@ public:
 private:
     ByteReader(ByteSource& aBytes, std::uint64_t aStart, std::uint64_t anEnd)
         : mBytes(&aBytes), mPosition(aStart), mEnd(anEnd) {}
+    static std::uint32_t Big32At(const unsigned char* aBytes) {
+        return std::uint32_t{aBytes[0]} << 24 | std::uint32_t{aBytes[1]} << 16 |
+               std::uint32_t{aBytes[2]} << 8 | aBytes[3];
+    }
     /// The next bytes where the source has all of them at hand, and none is stuffing: lent until the next
     /// call, and passed. Else null, and nothing is passed: byte by byte there may be some.
     const unsigned char* TakeAtHand(std::size_t aCount);

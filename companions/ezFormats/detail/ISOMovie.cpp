@@ -80,7 +80,7 @@ struct TrackReading {
 void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
     aTrack.mfEnabled = (aBox.ReadBig(3) & 1U) != 0;
-    aBox.Skip(2 * size); // dates
+    aBox.Skip(std::uint64_t{2} * size); // dates
     aTrack.mID = aBox.ReadBig32();
 }
 

@@ -3,7 +3,7 @@
 #include <string>
 
 ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
-    : mfFound(false), mTableVersion(aTable.ReadByte()), mContent(aTable) {
+    : mTableVersion(aTable.ReadByte()), mContent(aTable) {
     aTable.Skip(7); // flags, number of entries
     mfFound = BoxWalk(aTable, aBoxBudget).Next(&mFormat, &mContent);
     mContent.Require(mfFound);

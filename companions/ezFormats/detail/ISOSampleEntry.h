@@ -14,7 +14,7 @@ struct ISOSampleEntry {
     explicit ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget);
 
     /// True when there is one; else the rest holds nothing.
-    bool mfFound;
+    bool mfFound = false;
     std::uint32_t mTableVersion;
     BoxType mFormat;
     ByteReader mContent; ///< behind the number of the data reference

@@ -35,13 +35,11 @@ constexpr std::size_t kLargestRead = std::size_t{64} * 1024;
 
 /// The most that a file of a family may cost.
 struct FormatBudget {
-    double mRatio;       ///< of the time of the bare calls
+    double mHostRatio;   ///< of the time of the bare calls, by a host
+    double mParserRatio; ///< the same by the parser alone
     double mReads;       ///< in the mean
     double mAllocations; ///< the same
 };
-
-/// A movie has some forty boxes, and a record of it twenty values.
-constexpr double kISOMediaRatio = 3;
 
 struct Family {
     const char* mName;
@@ -56,10 +54,10 @@ std::unique_ptr<ezMediaParser> Make() {
 }
 
 constexpr std::array<Family, 4> kFamilies = {
-    {{"MPEG audio", FormatFiles_MPEGAudio, Make<MPEGAudioParser>, {2, 2, 24}},
-     {"JPEG", FormatFiles_JPEG, Make<JPEGParser>, {2, 1.34, 16}},
-     {"PNG", FormatFiles_PNG, Make<PNGParser>, {2, 1.34, 16}},
-     {"ISO media", FormatFiles_ISOMedia, Make<ISOMediaParser>, {kISOMediaRatio, 1.25, 17}}}};
+    {{"MPEG audio", FormatFiles_MPEGAudio, Make<MPEGAudioParser>, {2, 2, 2, 22}},
+     {"JPEG", FormatFiles_JPEG, Make<JPEGParser>, {2, 2, 1.34, 13}},
+     {"PNG", FormatFiles_PNG, Make<PNGParser>, {2, 2, 1.34, 13}},
+     {"ISO media", FormatFiles_ISOMedia, Make<ISOMediaParser>, {2.25, 2, 1.25, 14}}}};
 
 /// A file on the disk, and where a parse of it reads.
 struct ParsedFile {
@@ -204,8 +202,8 @@ void AddFamily(const Family& aFamily) {
                                                MakeSide("host", shelf, &Shelf::ParseByHost, 2),
                                                MakeSide("parser", shelf, &Shelf::ParseByParser, 2)};
                   },
-                  {Ratio(name + " by a host / bare calls, the same reads", 1, 0, aFamily.mBudget.mRatio),
-                   Ratio(name + " by its parser alone / the same", 2, 0, aFamily.mBudget.mRatio)});
+                  {Ratio(name + " by a host / bare calls, the same reads", 1, 0, aFamily.mBudget.mHostRatio),
+                   Ratio(name + " by its parser alone / the same", 2, 0, aFamily.mBudget.mParserRatio)});
 }
 
 /// Notes what a file costs in the mean.
@@ -243,6 +241,8 @@ constexpr std::array<const char*, 3> kFilmNames = {"4 MB", "400 MB", "4.5 GB"};
 /// longer.
 constexpr std::array<double, 3> kFilmReads = {2, 15, 8};
 constexpr std::size_t kFilmPasses = 200;
+/// The sizes of some fifty thousand samples are added up, which takes longer than to read them.
+constexpr double kFilmRatio = 2.75;
 /// Seconds that the tables tell where they are the same at every size.
 constexpr std::uint64_t kSameTables = 7;
 
@@ -284,7 +284,7 @@ std::vector<Claim> FilmClaims() {
             claims.push_back(Ratio(name + " / of 4 MB, the same tables", 3 * i, 0, 1.2));
             claims.push_back(Ratio(name + " / of 4 MB, the tables of its length", 3 * i + 1, 1, 0));
         }
-        claims.push_back(Ratio(name + " / bare calls, the same reads", 3 * i + 1, 3 * i + 2, kISOMediaRatio));
+        claims.push_back(Ratio(name + " / bare calls, the same reads", 3 * i + 1, 3 * i + 2, kFilmRatio));
     }
     return claims;
 }

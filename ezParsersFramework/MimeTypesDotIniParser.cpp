@@ -84,21 +84,22 @@ ezMimeTypesDotIniParser::~ezMimeTypesDotIniParser() {
 
 ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
     ExtensionMimeTypeMatcher& matcher = *mExtensionMimeTypeMatcher;
-    ezMediaInfo known;
-    aStream.CopyInfo(&known);
-    const ezCString extension = known.GetCString(kezInfo_FileExtension, "");
-
+    ezCString extension;
+    ezCString mimeType;
+    {
+        ezMediaInfo known; // whose memory the parsers can have
+        aStream.CopyInfo(&known);
+        extension = known.GetCString(kezInfo_FileExtension, "");
+        mimeType = known.GetCString(kezInfo_MimeType, "");
+    }
     ezMediaInfo* info = nullptr;
     bool fAllTried = false;
     if ((mParseOptions & kParseOption_ParseWithAllParserEverytime) != 0) {
         info = ParseFromEntries(matcher.AllEntries(), aStream, false);
         fAllTried = true;
     }
-    if (info == nullptr && !fAllTried) {
-        const ezCString mimeType = known.GetCString(kezInfo_MimeType, "");
-        if (!mimeType.IsEmpty()) {
-            info = ParseFromEntries(matcher.EntriesFromMimeType(mimeType), aStream, false);
-        }
+    if (info == nullptr && !fAllTried && !mimeType.IsEmpty()) {
+        info = ParseFromEntries(matcher.EntriesFromMimeType(mimeType), aStream, false);
     }
     if (info == nullptr && !fAllTried && extension.IsEmpty() &&
         (mParseOptions & kParseOption_ParseWithAllParserIfNoExtension) != 0) {
@@ -143,8 +144,12 @@ bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, 
 }
 
 void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntry) {
-    anInfo.Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), false);
-    anInfo.Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), false);
+    if (!anInfo.Has(kezInfo_MimeType)) {
+        anInfo.Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), true);
+    }
+    if (!anInfo.Has(kezInfo_ClassName)) {
+        anInfo.Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), true);
+    }
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
         anInfo.Set(kezInfo_FileExtension, MimeTypeToFileExtension(anInfo.GetCString(kezInfo_MimeType, "")),

@@ -3,18 +3,14 @@
 #include <array>
 #include <cstdint>
 
-namespace {
-
-ezCString TypeOf(std::uint32_t aCode) {
+ezCString BoxType::GetText() const {
     const std::array<char, 4> letters = {
-        static_cast<char>(aCode >> 24), static_cast<char>(aCode >> 16 & 0xFF),
-        static_cast<char>(aCode >> 8 & 0xFF), static_cast<char>(aCode & 0xFF)};
+        static_cast<char>(mCode >> 24), static_cast<char>(mCode >> 16 & 0xFF),
+        static_cast<char>(mCode >> 8 & 0xFF), static_cast<char>(mCode & 0xFF)};
     return {letters.data(), letters.size()};
 }
 
-} // namespace
-
-bool BoxWalk::Next(ezCString* aType, ByteReader* aContent) {
+bool BoxWalk::Next(BoxType* aType, ByteReader* aContent) {
     if (mBudget == 0 || mReader.GetLeft() == 0) {
         return false;
     }
@@ -22,7 +18,7 @@ bool BoxWalk::Next(ezCString* aType, ByteReader* aContent) {
     unsigned headSize = 8;
     const std::uint64_t head = mReader.ReadBig(headSize);
     std::uint64_t size = head >> 32;
-    *aType = mReader.HasFailed() ? ezCString() : TypeOf(static_cast<std::uint32_t>(head));
+    *aType = BoxType(static_cast<std::uint32_t>(head));
     if (size == 1) {
         headSize = 16;
         size = mReader.ReadBig(8);
@@ -34,8 +30,8 @@ bool BoxWalk::Next(ezCString* aType, ByteReader* aContent) {
     return !mReader.HasFailed();
 }
 
-bool BoxWalk::Find(const char* aType, ByteReader* aContent) {
-    ezCString type;
+bool BoxWalk::Find(BoxType aType, ByteReader* aContent) {
+    BoxType type;
     while (Next(&type, aContent)) {
         if (type == aType) {
             return true;
@@ -48,7 +44,7 @@ void SkipMetaVersion(ByteReader& aMeta) {
     // The type of the first box stands where the standard's "meta" has that box's size.
     ByteReader ahead = aMeta;
     ahead.Skip(4);
-    if (ahead.ReadText(4) != "hdlr") {
+    if (BoxType::Read(ahead) != "hdlr") {
         aMeta.Skip(4);
     }
 }

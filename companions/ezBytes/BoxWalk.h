@@ -6,6 +6,30 @@
 
 #include <cstdint>
 
+/// The four characters that name a box, a brand or a kind of samples, compared as one number.
+class BoxType {
+public:
+    /// Four NULs: none that there is.
+    constexpr BoxType() = default;
+    constexpr explicit BoxType(std::uint32_t aCode) : mCode(aCode) {}
+    // implicit: a type is compared with literals
+    constexpr BoxType(const char (&aText)[5])
+        : mCode(ByteOf(aText[0]) << 24 | ByteOf(aText[1]) << 16 | ByteOf(aText[2]) << 8 | ByteOf(aText[3])) {}
+
+    /// The next four bytes; four NULs where they are not there.
+    static BoxType Read(ByteReader& aReader) { return BoxType(aReader.ReadBig32()); }
+
+    ezCString GetText() const;
+
+    friend constexpr bool operator==(BoxType aLeft, BoxType aRight) { return aLeft.mCode == aRight.mCode; }
+    friend constexpr bool operator!=(BoxType aLeft, BoxType aRight) { return aLeft.mCode != aRight.mCode; }
+
+private:
+    static constexpr std::uint32_t ByteOf(char aCharacter) { return static_cast<unsigned char>(aCharacter); }
+
+    std::uint32_t mCode = 0;
+};
+
 /// The boxes of one that holds boxes, or of a file, one after the other (ISO/IEC 14496-12, 4.2).
 class BoxWalk {
 public:
@@ -14,10 +38,10 @@ public:
 
     /// The next box and a reader of its content; false behind the last one, where one is damaged, and when
     /// the budget is used up.
-    bool Next(ezCString* aType, ByteReader* aContent);
+    bool Next(BoxType* aType, ByteReader* aContent);
 
     /// The first of a type from here on.
-    bool Find(const char* aType, ByteReader* aContent);
+    bool Find(BoxType aType, ByteReader* aContent);
 
 private:
     ByteReader mReader;

@@ -25,14 +25,17 @@ void ByteReader::SkipStuffing() {
 
 const unsigned char* ByteReader::TakeAtHand(std::size_t aCount) {
     const unsigned char* bytes = nullptr;
-    if (mfUnsynchronised || aCount == 0 || aCount > GetLeft() || mBytes->Lend(mPosition, &bytes) < aCount) {
+    if (mfUnsynchronised || aCount == 0 || aCount > GetLeft()) {
+        return nullptr;
+    }
+    if (mBytes->LendAtHand(mPosition, &bytes) < aCount && mBytes->Lend(mPosition, &bytes) < aCount) {
         return nullptr;
     }
     mPosition += aCount;
     return bytes;
 }
 
-std::uint64_t ByteReader::ReadBig(unsigned aByteCount) {
+std::uint64_t ByteReader::ReadBigAcross(unsigned aByteCount) {
     std::uint64_t value = 0;
     if (const unsigned char* const bytes = TakeAtHand(aByteCount)) {
         for (unsigned i = 0; i < aByteCount; ++i) {
@@ -106,25 +109,12 @@ ezCString ByteReader::ReadZeroTerminated(std::size_t aMaximum) {
     return mfFailed ? ezCString() : ezCString(std::string_view(text));
 }
 
-void ByteReader::Skip(std::uint64_t aCount) {
+void ByteReader::SkipWithStuffing(std::uint64_t aCount) {
     if (!Require(aCount <= GetLeft())) {
-        return;
-    }
-    if (!mfUnsynchronised) {
-        mPosition += aCount;
         return;
     }
     // Only the bytes themselves tell how many of them are stuffing.
     for (std::uint64_t i = 0; i < aCount && !mfFailed; ++i) {
         Next();
     }
-}
-
-ByteReader ByteReader::Take(std::uint64_t aCount) {
-    ByteReader part(*mBytes, mPosition, mPosition);
-    part.mfUnsynchronised = mfUnsynchronised;
-    Skip(aCount);
-    part.mfFailed = mfFailed;
-    part.mEnd = mfFailed ? part.mPosition : mPosition;
-    return part;
 }

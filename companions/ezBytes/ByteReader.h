@@ -32,7 +32,23 @@ public:
     bool IsUnsynchronised() const { return mfUnsynchronised; }
 
     /// Numbers of 1 to 8 bytes.
-    std::uint64_t ReadBig(unsigned aByteCount);
+    std::uint64_t ReadBig(unsigned aByteCount) {
+        const unsigned char* bytes = nullptr;
+        if (mfUnsynchronised || aByteCount > GetLeft() ||
+            mBytes->LendAtHand(mPosition, &bytes) < aByteCount) {
+            return ReadBigAcross(aByteCount);
+        }
+        mPosition += aByteCount;
+        if (aByteCount == 4 || aByteCount == 8) { // each a load where the compiler sees the count
+            return aByteCount == 4 ? Big32At(bytes)
+                                   : std::uint64_t{Big32At(bytes)} << 32 | Big32At(bytes + 4);
+        }
+        std::uint64_t value = 0;
+        for (unsigned i = 0; i < aByteCount; ++i) {
+            value = value << 8 | bytes[i];
+        }
+        return value;
+    }
     std::uint64_t ReadLittle(unsigned aByteCount);
     std::uint32_t ReadBig32() { return static_cast<std::uint32_t>(ReadBig(4)); }
     std::uint32_t ReadLittle32() { return static_cast<std::uint32_t>(ReadLittle(4)); }
@@ -46,19 +62,39 @@ public:
     /// The bytes up to a NUL, which is read as well; fails when there is none within aMaximum bytes.
     ezCString ReadZeroTerminated(std::size_t aMaximum);
 
-    void Skip(std::uint64_t aCount);
+    void Skip(std::uint64_t aCount) {
+        if (mfUnsynchronised) {
+            SkipWithStuffing(aCount);
+        } else if (Require(aCount <= GetLeft())) {
+            mPosition += aCount;
+        }
+    }
     /// A reader of the next aCount bytes, which this one skips; a failed one of none where they are not
     /// there.
-    ByteReader Take(std::uint64_t aCount);
+    ByteReader Take(std::uint64_t aCount) {
+        ByteReader part(*mBytes, mPosition, mPosition);
+        part.mfUnsynchronised = mfUnsynchronised;
+        Skip(aCount);
+        part.mfFailed = mfFailed;
+        part.mEnd = mfFailed ? part.mPosition : mPosition;
+        return part;
+    }
 
 private:
     ByteReader(ByteSource& aBytes, std::uint64_t aStart, std::uint64_t anEnd)
         : mBytes(&aBytes), mPosition(aStart), mEnd(anEnd) {}
+    static std::uint32_t Big32At(const unsigned char* aBytes) {
+        return std::uint32_t{aBytes[0]} << 24 | std::uint32_t{aBytes[1]} << 16 |
+               std::uint32_t{aBytes[2]} << 8 | aBytes[3];
+    }
     /// The next bytes where the source has all of them at hand, and none is stuffing: lent until the next
     /// call, and passed. Else null, and nothing is passed: byte by byte there may be some.
     const unsigned char* TakeAtHand(std::size_t aCount);
+    /// Where not all of the bytes are at hand yet, or some may be stuffing.
+    std::uint64_t ReadBigAcross(unsigned aByteCount);
     unsigned char Next();
     void SkipStuffing();
+    void SkipWithStuffing(std::uint64_t aCount);
 
     ByteSource* mBytes; ///< borrowed
     std::uint64_t mPosition;

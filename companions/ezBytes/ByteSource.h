@@ -25,15 +25,39 @@ public:
     /// not to be had; *aBytes is then left as it is.
     virtual std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) = 0;
 
+    /// The same of the block that the source keeps at hand, if it keeps one: most reads are of a few bytes of
+    /// it, and this is no call.
+    std::size_t LendAtHand(std::uint64_t aPosition, const unsigned char** aBytes) const {
+        const std::uint64_t place = aPosition - mAtHandStart; // very large before the start
+        if (place >= mAtHandLength) {
+            return 0;
+        }
+        *aBytes = mAtHand + place;
+        return mAtHandLength - static_cast<std::size_t>(place);
+    }
+
     /// False when the byte is not to be had.
     bool Get(std::uint64_t aPosition, unsigned char* aByte) {
         const unsigned char* bytes = nullptr;
-        if (Lend(aPosition, &bytes) == 0) {
+        if (LendAtHand(aPosition, &bytes) == 0 && Lend(aPosition, &bytes) == 0) {
             return false;
         }
         *aByte = *bytes;
         return true;
     }
+
+protected:
+    /// States what block there is, whenever that changes. Lend gives the same of it as LendAtHand.
+    void KeepAtHand(const unsigned char* aBlock, std::uint64_t aStart, std::size_t aLength) {
+        mAtHand = aBlock;
+        mAtHandStart = aStart;
+        mAtHandLength = aLength;
+    }
+
+private:
+    const unsigned char* mAtHand = nullptr;
+    std::uint64_t mAtHandStart = 0;
+    std::size_t mAtHandLength = 0;
 };
 
 /// Bytes that are fetched by blocks, one of which is kept; and only so many times, which bounds what a walk

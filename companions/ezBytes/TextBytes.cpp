@@ -157,7 +157,15 @@ void PutBytes(std::string_view aBytes, TextEncoding anEncoding, CleanTextWriter&
     }
 }
 
+/// Plain letters, of which a clean text keeps all but blanks at its ends: most texts.
+bool IsPlain(std::string_view aBytes) {
+    return std::all_of(aBytes.begin(), aBytes.end(), [](char aByte) { return aByte >= ' ' && aByte <= '~'; });
+}
+
 ezCString CleanOne(std::string_view aBytes, TextEncoding anEncoding, std::size_t aMaximum) {
+    if (!IsUtf16(anEncoding) && aBytes.size() <= aMaximum && IsPlain(aBytes)) {
+        return ezCString(ezTrimmed(aBytes));
+    }
     CleanTextWriter writer(aMaximum);
     if (IsUtf16(anEncoding)) {
         PutUtf16(aBytes, anEncoding == TextEncoding::Utf16Little, writer);

@@ -7,9 +7,12 @@
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -22,11 +25,21 @@ constexpr const char* kAudioClass = "item.audioItem";
 constexpr const char* kImageFlags = ";DLNA.ORG_FLAGS=00D00000000000000000000000000000";
 constexpr const char* kStreamFlags = ";DLNA.ORG_FLAGS=01500000000000000000000000000000";
 
+constexpr std::size_t kUsualFieldSize = 128;
+
+/// Whatever the case of the type; the start is in lower case.
+bool BeginsWith(std::string_view aMimeType, std::string_view aStart) {
+    return aMimeType.size() >= aStart.size() &&
+           std::equal(aStart.begin(), aStart.end(), aMimeType.begin(),
+                      [](char aLower, char aCharacter) { return aLower == ezLower(aCharacter); });
+}
+
 const char* ClassOf(const ezCString& aMimeType) {
-    if (aMimeType.StartsWith("image/")) {
+    const std::string_view type = ezTrimmed(aMimeType.View());
+    if (BeginsWith(type, "image/")) {
         return kImageClass;
     }
-    return aMimeType.StartsWith("video/") ? kVideoClass : kAudioClass;
+    return BeginsWith(type, "video/") ? kVideoClass : kAudioClass;
 }
 
 /// A MIME type as it is compared: without parameters, in lower case.
@@ -80,20 +93,21 @@ bool FormatParser::IsOurs(const ezCString& aMimeType) const {
 }
 
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
-    const char* const className = ClassOf(BareType(anInfo.GetCString(kezInfo_MimeType, "")));
+    const char* const className = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
     const ezCString profile = mRules->FindProfile(anInfo);
-    ezCString field;
+    std::string field;
+    field.reserve(kUsualFieldSize);
     if (!profile.IsEmpty()) {
-        field = "DLNA.ORG_PN=" + profile;
+        field.append("DLNA.ORG_PN=").append(profile.View());
     }
     if (afSizeKnown) {
-        field += field.IsEmpty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01";
+        field.append(field.empty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01");
     }
     if (!profile.IsEmpty()) {
-        field += className == kImageClass ? kImageFlags : kStreamFlags;
+        field.append(className == kImageClass ? kImageFlags : kStreamFlags);
     }
     anInfo.Set(kezInfo_ClassName, className, false);
-    anInfo.Set(kezInfo_DLNA, field.IsEmpty() ? ezCString("*") : field, false);
+    anInfo.Set(kezInfo_DLNA, ezCString(field.empty() ? std::string_view("*") : field), false);
 }
 
 bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {

@@ -20,15 +20,14 @@
 
 namespace {
 
-constexpr const char* kQuickTime = "qt  ";
+constexpr BoxType kQuickTime = "qt  ";
 
 /// What a file may begin with: QuickTime files of before "ftyp" have one of the others.
-constexpr std::array<std::string_view, 6> kFirstBoxes = {"ftyp", "moov", "mdat", "wide", "free", "skip"};
+constexpr std::array<BoxType, 6> kFirstBoxes = {"ftyp", "moov", "mdat", "wide", "free", "skip"};
 
 /// Major brands of files that hold pictures.
-constexpr std::array<std::string_view, 14> kPictureBrands = {"mif1", "mif2", "msf1", "heic", "heix",
-                                                             "heim", "heis", "hevc", "hevx", "avif",
-                                                             "avis", "jp2 ", "mj2s", "crx "};
+constexpr std::array<BoxType, 14> kPictureBrands = {"mif1", "mif2", "msf1", "heic", "heix", "heim", "heis",
+                                                    "hevc", "hevx", "avif", "avis", "jp2 ", "mj2s", "crx "};
 
 struct BrandTypes {
     std::string_view mStart; ///< of the brand
@@ -43,21 +42,22 @@ constexpr std::array<BrandTypes, 5> kBrandTypes = {{{"qt  ", "video/quicktime", 
                                                     {"", "video/mp4", "audio/mp4"}}};
 
 template <std::size_t Size>
-bool IsIn(const std::array<std::string_view, Size>& aTexts, const ezCString& aText) {
-    return std::find(aTexts.begin(), aTexts.end(), aText.View()) != aTexts.end();
+bool IsIn(const std::array<BoxType, Size>& aTypes, BoxType aType) {
+    return std::find(aTypes.begin(), aTypes.end(), aType) != aTypes.end();
 }
 
-const char* MimeTypeOf(const ezCString& aBrand, bool afVideo) {
+const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
+    const ezCString brand = aBrand.GetText();
     const auto* const types =
         std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
-                     [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
+                     [&](const BrandTypes& aKnown) { return brand.StartsWith(aKnown.mStart); });
     return afVideo ? types->mVideo : types->mAudio;
 }
 
 /// What the boxes at the top tell.
 struct Top {
-    ezCString mFirst; ///< type of the first one; empty where there is none
-    ezCString mBrand = kQuickTime;
+    std::optional<BoxType> mFirst; ///< type of the first one
+    BoxType mBrand = kQuickTime;
     std::optional<ByteReader> mMovie;
 };
 
@@ -65,17 +65,17 @@ struct Top {
 Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
     Top top;
     BoxWalk walk(ByteReader(aBytes), aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content(aBytes);
     while (!top.mMovie.has_value() && walk.Next(&type, &content)) {
-        top.mFirst = top.mFirst.IsEmpty() ? type : top.mFirst;
-        if (!IsIn(kFirstBoxes, top.mFirst)) {
+        top.mFirst = top.mFirst.value_or(type);
+        if (!IsIn(kFirstBoxes, *top.mFirst)) {
             break;
         }
         if (type == "moov") {
             top.mMovie = content;
         } else if (type == "ftyp") {
-            top.mBrand = content.ReadText(4);
+            top.mBrand = BoxType::Read(content);
             if (IsIn(kPictureBrands, top.mBrand)) {
                 break;
             }
@@ -128,11 +128,11 @@ ISOMediaParser::~ISOMediaParser() = default;
 bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     std::uint32_t boxBudget = kISO_MaxBoxes;
     const Top top = FindMovie(aBytes, boxBudget);
-    if (top.mFirst.IsEmpty()) {
+    if (!top.mFirst.has_value()) {
         return RefuseCut(aBytes, "the end of its first box");
     }
-    if (!IsIn(kFirstBoxes, top.mFirst)) {
-        return Refuse(Cause::Malformed, "begins with a box \"%s\"", ISOFormatName(top.mFirst).c_str());
+    if (!IsIn(kFirstBoxes, *top.mFirst)) {
+        return Refuse(Cause::Malformed, "begins with a box \"%s\"", ISOFormatName(*top.mFirst).c_str());
     }
     if (IsIn(kPictureBrands, top.mBrand)) {
         return Refuse(Cause::Unsupported, "pictures of the brand \"%s\"", ISOFormatName(top.mBrand).c_str());

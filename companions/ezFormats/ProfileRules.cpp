@@ -6,6 +6,7 @@
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/detail/ProfileRule.h"
 #include "ezFormats/detail/ProfileRuleReader.h"
+#include "ezFormats/detail/ProfileRuleTable.h"
 
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -76,6 +77,7 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aTex
     std::vector<ProfileRulesProblem> problems;
     const std::shared_ptr<ProfileRules> rules(new ProfileRules);
     rules->mRules = ProfileRules_Read(aText, &problems);
+    rules->mTable = std::make_unique<ProfileRuleTable>(rules->mRules);
     ProfileRules_FindLosers(rules->mRules, &problems);
     std::stable_sort(problems.begin(), problems.end(),
                      [](const ProfileRulesProblem& aLeft, const ProfileRulesProblem& aRight) {
@@ -106,11 +108,8 @@ ezCString ProfileRules::FindProfile(const ezMediaInfo& anInfo) const {
     if (type == 0) {
         return {};
     }
-    const ProfileFactValues values(anInfo);
-    const auto winner = std::find_if(mRules.begin(), mRules.end(), [type, &values](const ProfileRule& aRule) {
-        return (aRule.mMimeTypes & type) != 0 && ProfileRule_IsMet(aRule, values);
-    });
-    return winner == mRules.end() ? ezCString() : winner->mProfile;
+    const std::size_t winner = mTable->FindMet(type, ProfileFactValues(anInfo));
+    return winner == mRules.size() ? ezCString() : mRules[winner].mProfile;
 }
 
 ezCString ProfileRules::GetProfileInfo(std::string_view aMimeTypes) const {

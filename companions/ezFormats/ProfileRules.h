@@ -12,6 +12,7 @@
 
 class ezMediaInfo;
 struct ProfileRule;
+class ProfileRuleTable;
 
 /// What is wrong with a table of profile rules, and where.
 struct ProfileRulesProblem {
@@ -71,4 +72,5 @@ private:
     ProfileRules();
 
     std::vector<ProfileRule> mRules;
+    std::unique_ptr<const ProfileRuleTable> mTable; ///< of them
 };

@@ -2,65 +2,172 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace {
 
-/// A record that parser, ini entry and stream have completed holds about so many values; taken at once, they
-/// cost one block of memory.
-constexpr std::size_t kUsualEntryCount = 12;
+/// A record that parser, ini entry and stream have completed holds at most about so many values; taken at
+/// once, they cost one block of memory.
+constexpr std::size_t kUsualEntryCount = 32;
+
+constexpr uint32 kMaximumPlace = 0x7FFFFFFF;
 
 ezCString DecimalText(const ezuint64& aNumber) {
     return ezCString(std::to_string(aNumber.ToUInt64()).c_str());
 }
 
-template <typename Entry>
-bool KeyIsBelow(const Entry& anEntry, std::string_view aKey) {
-    return anEntry.mKey.View() < aKey;
+bool IsLongKey(uint32 aStart) {
+    return (aStart & 0xFFU) != 0;
+}
+
+/// Bytes of an entry's text that belong to its key, without the NUL behind them.
+std::size_t RestOfKey(uint32 aStart, const ezCString& aText) {
+    return IsLongKey(aStart) ? aText.View().find('\0') : 0;
+}
+
+std::string_view ValueOf(uint32 aStart, const ezCString& aText) {
+    return IsLongKey(aStart) ? aText.View().substr(RestOfKey(aStart, aText) + 1) : aText.View();
+}
+
+ezCString StoredText(std::string_view aRestOfKey, std::string_view aValue) {
+    std::string text(aRestOfKey);
+    text.push_back('\0');
+    return ezCString(std::string_view(text.append(aValue)));
+}
+
+std::string KeyOf(uint32 aStart, const ezCString& aText) {
+    std::string key;
+    for (uint32 rest = aStart; rest != 0; rest <<= 8) {
+        key.push_back(static_cast<char>(rest >> 24));
+    }
+    return key.append(aText.View().substr(0, RestOfKey(aStart, aText)));
 }
 
 } // namespace
 
-ezMediaInfo::~ezMediaInfo() = default;
+// Inline, since an exported function is a call even from beside it.
 
-const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
-    const std::string_view key(aKey);
-    const auto at = std::lower_bound(mEntries.begin(), mEntries.end(), key, KeyIsBelow<Entry>);
-    return at != mEntries.end() && at->mKey.View() == key ? &*at : nullptr;
+inline ezMediaInfo::Key::Key(const char* aKey) {
+    const char* at = aKey;
+    for (unsigned shift = 32; shift != 0 && *at != '\0'; ++at) {
+        shift -= 8;
+        mStart |= static_cast<uint32>(static_cast<unsigned char>(*at)) << shift;
+    }
+    if (IsLongKey(mStart)) {
+        mRest = at;
+    }
 }
 
-ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const char* aKey, bool afOverwrite) {
-    const std::string_view key(aKey);
-    const auto at = std::lower_bound(mEntries.begin(), mEntries.end(), key, KeyIsBelow<Entry>);
-    if (at != mEntries.end() && at->mKey.View() == key) {
-        return afOverwrite ? &*at : nullptr;
+/// Without a branch: those of a search are ones that no processor foresees.
+inline std::size_t ezMediaInfo::Starts::CountBelow(uint32 aStart) const {
+    const auto letters = static_cast<std::uint16_t>(aStart >> 16);
+    std::uint16_t count = 0;
+    for (const std::uint16_t other : mLetters) {
+        count = static_cast<std::uint16_t>(count + (other < letters ? 1 : 0));
     }
-    const std::ptrdiff_t index = at - mEntries.begin();
+    return count;
+}
+
+inline std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
+    std::size_t first = 0;
+    if (aKey.IsUsual() && mEntries.size() <= mStarts.mLetters.size()) {
+        return mStarts.CountBelow(aKey.mStart);
+    }
+    std::size_t count = mEntries.size();
+    while (count != 0) {
+        const std::size_t half = count / 2;
+        const Entry& entry = GetSorted(first + half);
+        const bool fBelow =
+            entry.mStart != aKey.mStart
+                ? entry.mStart < aKey.mStart
+                : entry.mText.View().substr(0, RestOfKey(entry.mStart, entry.mText)) < aKey.mRest;
+        first += fBelow ? half + 1 : 0;
+        count = fBelow ? count - half - 1 : half;
+    }
+    return first;
+}
+
+inline bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
+    if (anIndex == mEntries.size() || GetSorted(anIndex).mStart != aKey.mStart) {
+        return false;
+    }
+    const ezCString& text = GetSorted(anIndex).mText;
+    return text.View().substr(0, RestOfKey(aKey.mStart, text)) == aKey.mRest;
+}
+
+inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite) {
+    const std::size_t at = LowerBound(aKey);
+    if (IsAt(at, aKey)) {
+        return afOverwrite ? &mEntries[mEntries[at].mPlace] : nullptr;
+    }
     if (mEntries.empty()) {
         mEntries.reserve(kUsualEntryCount);
     }
-    return &*mEntries.insert(mEntries.begin() + index, Entry{ezCString(key), ezCString(), 0U, false});
+    mEntries.push_back(Entry{aKey.mStart, 0, 0, 0U, ezCString()});
+    const std::size_t last = mEntries.size() - 1;
+    for (std::size_t i = last; i > at; --i) { // numbers move here, and no texts
+        mEntries[i].mPlace = mEntries[i - 1].mPlace;
+    }
+    mEntries[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
+    mStarts.Set(last, aKey.mStart);
+    return &mEntries[last];
+}
+
+inline void ezMediaInfo::Erase(std::size_t anIndex) {
+    const uint32 place = mEntries[anIndex].mPlace;
+    for (std::size_t i = anIndex; i + 1 < mEntries.size(); ++i) {
+        mEntries[i].mPlace = mEntries[i + 1].mPlace;
+    }
+    const std::size_t last = mEntries.size() - 1;
+    if (place != last) { // which fills the gap
+        for (Entry& entry : mEntries) {
+            if (entry.mPlace == last) {
+                entry.mPlace = place & kMaximumPlace;
+            }
+        }
+        Entry& gap = mEntries[place];
+        gap.mStart = mEntries[last].mStart;
+        mStarts.Set(place, gap.mStart);
+        gap.mfNumber = mEntries[last].mfNumber;
+        gap.mNumber = mEntries[last].mNumber;
+        gap.mText = std::move(mEntries[last].mText);
+    }
+    mEntries.pop_back();
+    mStarts.Set(last, UINT32_MAX);
+}
+
+ezMediaInfo::~ezMediaInfo() = default;
+
+const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
+    const Key key(aKey);
+    const std::size_t at = LowerBound(key);
+    return IsAt(at, key) ? &GetSorted(at) : nullptr;
 }
 
 void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrite) {
+    const Key key(aKey);
     if (aValue.IsEmpty()) {
-        const Entry* entry = Find(aKey);
-        if (entry != nullptr && afOverwrite) {
-            mEntries.erase(mEntries.begin() + (entry - mEntries.data()));
+        const std::size_t at = LowerBound(key);
+        if (afOverwrite && IsAt(at, key)) {
+            Erase(at);
         }
         return;
     }
-    if (Entry* entry = EntryToWrite(aKey, afOverwrite)) {
-        entry->mText = aValue;
+    if (Entry* entry = EntryToWrite(key, afOverwrite)) {
+        entry->mText = key.IsLong() ? StoredText(key.mRest, aValue.View()) : aValue;
         entry->mNumber = 0U;
-        entry->mfNumber = false;
+        entry->mfNumber = 0;
     }
 }
 
 void ezMediaInfo::Set(const char* aKey, const ezuint64& aValue, bool afOverwrite) {
-    if (Entry* entry = EntryToWrite(aKey, afOverwrite)) {
-        entry->mText = ezCString();
+    const Key key(aKey);
+    if (Entry* entry = EntryToWrite(key, afOverwrite)) {
+        if (key.IsLong() || !entry->mText.IsEmpty()) {
+            entry->mText = key.IsLong() ? StoredText(key.mRest, {}) : ezCString();
+        }
         entry->mNumber = aValue;
-        entry->mfNumber = true;
+        entry->mfNumber = 1;
     }
 }
 
@@ -77,7 +184,10 @@ ezCString ezMediaInfo::GetCString(const char* aKey, const ezCString& aDefault) c
     if (entry == nullptr) {
         return aDefault;
     }
-    return entry->mfNumber ? DecimalText(entry->mNumber) : entry->mText;
+    if (entry->mfNumber != 0) {
+        return DecimalText(entry->mNumber);
+    }
+    return IsLongKey(entry->mStart) ? ezCString(ValueOf(entry->mStart, entry->mText)) : entry->mText;
 }
 
 uint32 ezMediaInfo::GetUInt32(const char* aKey, uint32 aDefault) const {
@@ -89,16 +199,21 @@ ezuint64 ezMediaInfo::GetUInt64(const char* aKey, const ezuint64& aDefault) cons
     if (entry == nullptr) {
         return aDefault;
     }
-    if (entry->mfNumber) {
+    if (entry->mfNumber != 0) {
         return entry->mNumber;
     }
     std::uint64_t value = 0;
-    return ezReadDecimal(entry->mText.View(), &value) ? ezuint64(value) : aDefault;
+    return ezReadDecimal(ValueOf(entry->mStart, entry->mText), &value) ? ezuint64(value) : aDefault;
 }
 
 bool ezMediaInfo::IsNumber(const char* aKey) const {
     const Entry* entry = Find(aKey);
-    return entry != nullptr && entry->mfNumber;
+    return entry != nullptr && entry->mfNumber != 0;
+}
+
+ezCString ezMediaInfo::GetKeyAt(std::size_t anIndex) const {
+    const Entry& entry = GetSorted(anIndex);
+    return ezCString(std::string_view(KeyOf(entry.mStart, entry.mText)));
 }
 
 ezMediaInfo* ezMediaInfo::Duplicate() const {
@@ -109,13 +224,15 @@ void ezMediaInfo::Finish(bool /*afComplete*/) {}
 
 ezCString ezMediaInfo::GetOtherProperties() const {
     ezCString text;
-    for (const Entry& entry : mEntries) {
+    for (std::size_t i = 0; i < mEntries.size(); ++i) {
+        const Entry& entry = GetSorted(i);
         if (!text.IsEmpty()) {
             text += ", ";
         }
-        text += entry.mKey;
+        text += GetKeyAt(i);
         text += "=";
-        text += entry.mfNumber ? DecimalText(entry.mNumber) : entry.mText;
+        text +=
+            entry.mfNumber != 0 ? DecimalText(entry.mNumber) : ezCString(ValueOf(entry.mStart, entry.mText));
     }
     return text;
 }

@@ -6,6 +6,9 @@
 #include "ezPlatform/base/UInt64.h"
 #include "ezPlatform/text/CString.h"
 
+#include <array>
+#include <cstdint>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -98,7 +101,7 @@ public:
 
     std::size_t GetCount() const { return mEntries.size(); }
     /// The key at an index below GetCount(), in byte order.
-    ezCString GetKeyAt(std::size_t anIndex) const { return mEntries[anIndex].mKey; }
+    ezCString GetKeyAt(std::size_t anIndex) const;
     /// True when the value of the key was set as a number.
     bool IsNumber(const char* aKey) const;
 
@@ -123,17 +126,51 @@ protected:
     ezMediaInfo(const ezMediaInfo&) = default;
 
 private:
-    struct Entry {
-        ezCString mKey;
-        ezCString mText; ///< empty for a number
-        ezuint64 mNumber;
-        bool mfNumber;
+    /// A key as it is compared. The letters of the usual keys are a number, which orders as they do.
+    struct Key {
+        explicit Key(const char* aKey);
+        /// Longer than the number can tell.
+        bool IsLong() const { return (mStart & 0xFFU) != 0; }
+        /// Of two letters or fewer.
+        bool IsUsual() const { return (mStart & 0xFFFFU) == 0; }
+
+        uint32 mStart = 0; ///< the first four bytes, the first of them on top; zeros behind a shorter key
+        std::string_view mRest; ///< what is behind these, lent
     };
 
+    /// Small, as every record takes room for many at once.
+    struct Entry {
+        uint32 mStart;      ///< of the key
+        uint32 mPlace : 31; ///< of the entry that is at this one's index when they are sorted by key
+        uint32 mfNumber : 1;
+        ezuint64 mNumber;
+        ezCString mText; ///< empty for a number; behind the rest of a long key and a NUL
+    };
+
+    /// The first two letters of the keys of the first entries, as Entry has them, and the largest number
+    /// where there is no entry: so many are compared with a key by a few instructions.
+    struct Starts {
+        Starts() { mLetters.fill(UINT16_MAX); }
+        void Set(std::size_t aPlace, uint32 aStart) {
+            if (aPlace < mLetters.size()) {
+                mLetters[aPlace] = static_cast<std::uint16_t>(aStart >> 16);
+            }
+        }
+        std::size_t CountBelow(uint32 aStart) const;
+
+        std::array<std::uint16_t, 32> mLetters;
+    };
+
+    const Entry& GetSorted(std::size_t anIndex) const { return mEntries[mEntries[anIndex].mPlace]; }
+    /// The index of a key among the sorted, or of the first one behind it.
+    std::size_t LowerBound(const Key& aKey) const;
+    bool IsAt(std::size_t anIndex, const Key& aKey) const;
     const Entry* Find(const char* aKey) const;
     /// The entry to write, new or old; null where a value stands that must stay.
-    Entry* EntryToWrite(const char* aKey, bool afOverwrite);
+    Entry* EntryToWrite(const Key& aKey, bool afOverwrite);
+    void Erase(std::size_t anIndex);
     void SetSigned(const char* aKey, std::int64_t aValue, bool afOverwrite);
 
-    std::vector<Entry> mEntries; ///< sorted by key
+    std::vector<Entry> mEntries; ///< as they were set
+    Starts mStarts;
 };

@@ -18,17 +18,10 @@ constexpr char UpperCharacter(char aCharacter) {
 
 } // namespace
 
-ezCString::ezCString(const char* aText) {
-    if (aText != nullptr) {
-        mText = aText;
-    }
-}
+ezCString::ezCString(const char* aText) : mText(aText != nullptr ? aText : "") {}
 
-ezCString::ezCString(const char* aText, std::size_t aLength) {
-    if (aText != nullptr) {
-        mText.assign(aText, aLength);
-    }
-}
+ezCString::ezCString(const char* aText, std::size_t aLength)
+    : mText(aText != nullptr ? aText : "", aText != nullptr ? aLength : 0) {}
 
 ezCString::ezCString(std::string_view aText) : mText(aText) {}
 

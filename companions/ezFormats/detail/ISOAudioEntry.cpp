@@ -14,18 +14,16 @@
 #include <optional>
 #include <string_view>
 
-using namespace std::string_view_literals;
-
 namespace {
 
 struct AudioFormat {
-    std::string_view mFormat;
+    BoxType mFormat;
     const char* mName;
     std::uint32_t mSamplingRate; ///< the only one of the codec, and it has one channel; 0: the entry tells
     std::uint32_t mBitsPerSample;
 };
 constexpr std::array<AudioFormat, 18> kFormats = {{{".mp3", "MP3", 0, 0},
-                                                   {"ms\0\x55"sv, "MP3", 0, 0},
+                                                   {"ms\0\x55", "MP3", 0, 0},
                                                    {"ac-3", "AC3", 0, 0},
                                                    {"ec-3", "EAC3", 0, 0},
                                                    {"alac", "ALAC", 0, 0},
@@ -67,9 +65,9 @@ constexpr std::uint32_t kObjectLastAAC = 0x68;
 /// The fixed part of an entry, and what its boxes tell.
 struct AudioEntry {
     ISOCodec mCodec;
-    bool mfFloat = false;      ///< the samples are no integers
-    bool mfConfigured = false; ///< a box has told rate and channels
-    ezCString mOriginal;       ///< of what is encrypted
+    bool mfFloat = false;             ///< the samples are no integers
+    bool mfConfigured = false;        ///< a box has told rate and channels
+    std::optional<BoxType> mOriginal; ///< of what is encrypted
     std::optional<ESDescriptor> mStream;
     std::optional<ByteReader> mWave; ///< QuickTime's box around the decoder's own
 };
@@ -211,7 +209,7 @@ void KeepWave(ByteReader aBox, AudioEntry& anEntry) {
 }
 
 struct BoxReader {
-    const char* mType;
+    BoxType mType;
     void (*mRead)(ByteReader aBox, AudioEntry& anEntry);
 };
 constexpr std::array<BoxReader, 8> kBoxReaders = {{{"esds", ReadStream},
@@ -225,7 +223,7 @@ constexpr std::array<BoxReader, 8> kBoxReaders = {{{"esds", ReadStream},
 
 void ReadBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, AudioEntry& anEntry) {
     BoxWalk walk(aBoxes, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBoxes;
     while (walk.Next(&type, &content)) {
         for (const BoxReader& reader : kBoxReaders) {
@@ -265,9 +263,9 @@ bool NameByStream(AudioEntry& anEntry) {
 }
 
 /// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(const ezCString& aFormat, AudioEntry& anEntry) {
+bool NameByFormat(BoxType aFormat, AudioEntry& anEntry) {
     const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const AudioFormat& aKnown) {
-        return aFormat.View() == aKnown.mFormat;
+        return aFormat == aKnown.mFormat;
     });
     if (known == kFormats.end() || anEntry.mfFloat) {
         return false;
@@ -305,8 +303,8 @@ ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
         const ByteReader wave = *entry.mWave;
         ReadBoxes(wave, aBoxBudget, entry); // one in it is not entered
     }
-    const bool fEncrypted = sample.mFormat == "enca" || sample.mFormat.StartsWith("drm");
-    const ezCString format = fEncrypted && !entry.mOriginal.IsEmpty() ? entry.mOriginal : sample.mFormat;
+    const bool fEncrypted = sample.mFormat == "enca" || sample.mFormat.GetText().StartsWith("drm");
+    const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
     const bool fNamed =
         entry.mStream.has_value() && format == "mp4a" ? NameByStream(entry) : NameByFormat(format, entry);
     if (!fNamed) {

@@ -98,7 +98,7 @@ public:
     ISOFragments Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex);
 
 private:
-    bool Next(std::uint64_t aPosition, ezCString* aType, ByteReader* aContent);
+    bool Next(std::uint64_t aPosition, BoxType* aType, ByteReader* aContent);
     void ReadFragment(const ByteReader& aBox);
     void ReadTrackFragment(const ByteReader& aBox);
     Track* ReadHead(ByteReader aBox, Defaults& aDefaults);
@@ -112,7 +112,7 @@ private:
 };
 
 /// The box at a position.
-bool FragmentReading::Next(std::uint64_t aPosition, ezCString* aType, ByteReader* aContent) {
+bool FragmentReading::Next(std::uint64_t aPosition, BoxType* aType, ByteReader* aContent) {
     ByteReader reader(mBytes);
     reader.Skip(aPosition);
     return BoxWalk(reader, mBoxBudget).Next(aType, aContent);
@@ -140,7 +140,7 @@ Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
 
 void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
     BoxWalk walk(aBox, mBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     Defaults defaults;
     Track* track = nullptr;
@@ -162,7 +162,7 @@ void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
 
 void FragmentReading::ReadFragment(const ByteReader& aBox) {
     BoxWalk walk(aBox, mBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "traf") {
@@ -196,7 +196,7 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
 
 ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex) {
     ISOFragments fragments;
-    ezCString type;
+    BoxType type;
     ByteReader content(mBytes);
     std::uint64_t position = aStart;
     std::uint32_t count = 0;

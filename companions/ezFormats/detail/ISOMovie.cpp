@@ -5,6 +5,7 @@
 #include "ezFormats/detail/Limits.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -85,7 +86,7 @@ void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
 
 ISOTrackKind ReadKind(ByteReader aBox) {
     aBox.Skip(8); // version, flags, QuickTime's kind of component
-    const ezCString kind = aBox.ReadText(4);
+    const BoxType kind = BoxType::Read(aBox);
     return kind == "soun"   ? ISOTrackKind::kAudio
            : kind == "vide" ? ISOTrackKind::kVideo
                             : ISOTrackKind::kOther;
@@ -94,7 +95,7 @@ ISOTrackKind ReadKind(ByteReader aBox) {
 /// The media of a track, but its tables: they are read when its kind is known.
 void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& aReading) {
     BoxWalk walk(aBox, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "mdhd") {
@@ -111,7 +112,7 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
 }
 
 /// The content of the only box of a type in a box that holds it; true when it is there.
-bool Enter(ByteReader& aReader, const char* aType, std::uint32_t& aBoxBudget) {
+bool Enter(ByteReader& aReader, BoxType aType, std::uint32_t& aBoxBudget) {
     ByteReader content = aReader;
     const bool fFound = BoxWalk(aReader, aBoxBudget).Find(aType, &content);
     aReader = content;
@@ -121,7 +122,7 @@ bool Enter(ByteReader& aReader, const char* aType, std::uint32_t& aBoxBudget) {
 TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     TrackReading reading(aBox);
     BoxWalk walk(aBox, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "tkhd") {
@@ -168,7 +169,8 @@ class MovieReading {
 public:
     explicit MovieReading(std::uint32_t& aBoxBudget) : mBoxBudget(aBoxBudget) {}
 
-    ISOMovie Read(const ByteReader& aBox);
+    void Read(const ByteReader& aBox);
+    ISOMovie Take() { return std::move(mMovie); }
 
 private:
     void TakeTrack(const ByteReader& aBox);
@@ -208,7 +210,7 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
     }
     TakeDuration(reading);
     if (fTables && (fAudio || !IsSlideShow(track))) {
-        place = track;
+        place = std::move(track);
     }
 }
 
@@ -231,7 +233,7 @@ void MovieReading::TakeTrackDefaults(ByteReader aBox) {
 
 void MovieReading::TakeFragmentDefaults(const ByteReader& aBox) {
     BoxWalk walk(aBox, mBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "mehd") {
@@ -242,7 +244,7 @@ void MovieReading::TakeFragmentDefaults(const ByteReader& aBox) {
     }
 }
 
-ISOMovie MovieReading::Read(const ByteReader& aBox) {
+void MovieReading::Read(const ByteReader& aBox) {
     ByteReader content = aBox;
     if (Enter(content, "mvhd", mBoxBudget)) { // edits count in its ticks, wherever it stands
         const Times times = ReadTimes(content);
@@ -251,7 +253,7 @@ ISOMovie MovieReading::Read(const ByteReader& aBox) {
     }
     std::optional<ByteReader> fragments;
     BoxWalk walk(aBox, mBoxBudget);
-    ezCString type;
+    BoxType type;
     while (walk.Next(&type, &content)) {
         if (type == "trak") {
             TakeTrack(content);
@@ -268,11 +270,12 @@ ISOMovie MovieReading::Read(const ByteReader& aBox) {
         mMovie.mfFragmented = true;
         TakeFragmentDefaults(*fragments);
     }
-    return mMovie;
 }
 
 } // namespace
 
 ISOMovie ReadMovie(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
-    return MovieReading(aBoxBudget).Read(aBox);
+    MovieReading reading(aBoxBudget);
+    reading.Read(aBox);
+    return reading.Take();
 }

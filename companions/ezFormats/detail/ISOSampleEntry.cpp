@@ -1,19 +1,17 @@
 #include "ezFormats/detail/ISOSampleEntry.h"
 
-#include "ezBytes/BoxWalk.h"
-
 #include <string>
 
 ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
-    : mfFound(false), mTableVersion(aTable.ReadByte()), mContent(aTable) {
+    : mTableVersion(aTable.ReadByte()), mContent(aTable) {
     aTable.Skip(7); // flags, number of entries
     mfFound = BoxWalk(aTable, aBoxBudget).Next(&mFormat, &mContent);
     mContent.Require(mfFound);
     mContent.Skip(8);
 }
 
-ezCString ISOFormatName(const ezCString& aFormat) {
-    std::string name(aFormat.View());
+ezCString ISOFormatName(BoxType aFormat) {
+    std::string name(aFormat.GetText().View());
     while (!name.empty() && (name.back() == ' ' || name.back() == '\0')) {
         name.pop_back();
     }
@@ -26,9 +24,11 @@ ezCString ISOFormatName(const ezCString& aFormat) {
     return ezCString(std::string_view(name));
 }
 
-ezCString ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     ByteReader content = aBox;
-    return BoxWalk(aBox, aBoxBudget).Find("frma", &content) ? content.ReadText(4) : ezCString();
+    content.Require(BoxWalk(aBox, aBoxBudget).Find("frma", &content));
+    const BoxType format = BoxType::Read(content);
+    return content.HasFailed() ? std::nullopt : std::make_optional(format);
 }
 
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {

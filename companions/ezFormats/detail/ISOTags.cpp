@@ -14,7 +14,7 @@ namespace {
 
 /// Which text a box is, of those that MusicTexts has, and whether one that is more to the point goes before.
 struct TextBox {
-    const char* mType;
+    BoxType mType;
     ezCString MusicTexts::*mText;
     bool mfSecond;
 };
@@ -48,10 +48,10 @@ constexpr std::array<TextBox, 5> kPhrases = {{{"\xA9nam", &MusicTexts::mTitle, f
                                               {"\xA9gen", &MusicTexts::mGenre, false}}};
 
 /// The rest of a box, or its start where that is more than a record keeps.
-std::string ReadBytes(ByteReader& aReader) {
+ezCString ReadBytes(ByteReader& aReader) {
     const auto size =
         static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), kMusicTexts_MaxSize));
-    return std::string(aReader.ReadText(size).View());
+    return aReader.ReadText(size);
 }
 
 // --- iTunes
@@ -70,7 +70,7 @@ ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget, std::ui
 ezCString ReadItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     std::uint32_t kind = 0;
     ByteReader data = OpenItem(anItem, aBoxBudget, &kind);
-    return CleanText(ReadBytes(data),
+    return CleanText(ReadBytes(data).View(),
                      kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Utf8OrLatin1);
 }
 
@@ -85,7 +85,7 @@ ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     MusicTexts second;
     BoxWalk walk(aList, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
         for (const TextBox& box : kItems) {
@@ -115,8 +115,9 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
 /// follows the text's NUL, the number of a track, is left.
 ezCString ReadAsset(ByteReader aBox) {
     aBox.Skip(6);
-    const std::string bytes = ReadBytes(aBox);
-    const std::string_view mark = std::string_view(bytes).substr(0, 2);
+    const ezCString text = ReadBytes(aBox);
+    const std::string_view bytes = text.View();
+    const std::string_view mark = bytes.substr(0, 2);
     const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
     return CleanText(bytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
 }
@@ -152,17 +153,18 @@ ezCString ReadPhrase(ByteReader aBox) {
     const std::uint64_t size = aBox.ReadBig(2);
     const std::uint64_t language = aBox.ReadBig(2);
     ByteReader content = aBox.Take(size);
-    const std::string bytes = ReadBytes(content);
+    const ezCString text = ReadBytes(content);
+    const std::string_view bytes = text.View();
     if (language < kFirstPackedLanguage && !IsWholeUtf8(bytes)) {
         return CleanText(Utf8OfMacRoman(bytes), TextEncoding::Utf8);
     }
-    const std::string_view mark = std::string_view(bytes).substr(0, 2);
+    const std::string_view mark = bytes.substr(0, 2);
     const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
     return CleanText(bytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
 }
 
 template <std::size_t Size>
-void TakeText(const ezCString& aType, const std::array<TextBox, Size>& aBoxes, const ByteReader& aContent,
+void TakeText(BoxType aType, const std::array<TextBox, Size>& aBoxes, const ByteReader& aContent,
               ezCString (*aRead)(ByteReader), MusicTexts& aFirst, MusicTexts& aSecond) {
     for (const TextBox& box : aBoxes) {
         ezCString& text = (box.mfSecond ? aSecond : aFirst).*box.mText;
@@ -189,7 +191,7 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
     MusicTexts secondAssets;
     MusicTexts secondPhrases;
     BoxWalk walk(aBox, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "meta") {

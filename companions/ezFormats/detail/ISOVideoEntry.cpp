@@ -19,7 +19,7 @@ constexpr const char* kProgressive = "progressive";
 constexpr const char* kInterlaced = "interlaced";
 
 struct VideoFormat {
-    std::string_view mFormat;
+    BoxType mFormat;
     const char* mName;
     bool mfPictures;
 };
@@ -70,7 +70,7 @@ const char* ProfileName(const std::array<Profile, Size>& aProfiles, std::uint32_
 /// The fixed part of an entry, and what its boxes tell.
 struct VideoEntry {
     ISOCodec mCodec;
-    ezCString mOriginal; ///< of what is encrypted
+    std::optional<BoxType> mOriginal; ///< of what is encrypted
     std::optional<ESDescriptor> mStream;
 };
 
@@ -199,7 +199,7 @@ void ReadBitRates(ByteReader aBox, VideoEntry& anEntry) {
 }
 
 struct BoxReader {
-    const char* mType;
+    BoxType mType;
     void (*mRead)(ByteReader aBox, VideoEntry& anEntry);
 };
 constexpr std::array<BoxReader, 5> kBoxReaders = {{{"avcC", ReadAVC},
@@ -218,7 +218,7 @@ void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
 
 void ReadBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, VideoEntry& anEntry) {
     BoxWalk walk(aBoxes, aBoxBudget);
-    ezCString type;
+    BoxType type;
     ByteReader content = aBoxes;
     while (walk.Next(&type, &content)) {
         for (const BoxReader& reader : kBoxReaders) {
@@ -264,9 +264,9 @@ bool NameByStream(VideoEntry& anEntry) {
 }
 
 /// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(const ezCString& aFormat, ISOCodec& aCodec) {
+bool NameByFormat(BoxType aFormat, ISOCodec& aCodec) {
     const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const VideoFormat& aKnown) {
-        return aFormat.View() == aKnown.mFormat;
+        return aFormat == aKnown.mFormat;
     });
     if (known == kFormats.end()) {
         return false;
@@ -288,8 +288,8 @@ ISOCodec ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
         return entry.mCodec;
     }
     ReadBoxes(sample.mContent, aBoxBudget, entry);
-    const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.StartsWith("drm");
-    const ezCString format = fEncrypted && !entry.mOriginal.IsEmpty() ? entry.mOriginal : sample.mFormat;
+    const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
+    const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
     const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry)
                                                                       : NameByFormat(format, entry.mCodec);
     if (!fNamed) {

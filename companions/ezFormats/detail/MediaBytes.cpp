@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -39,7 +40,7 @@ std::size_t MediaBytes::Lend(std::uint64_t aPosition, const unsigned char** aByt
         }
     }
     const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
-    *aBytes = mBlock.data() + place;
+    *aBytes = mBlock.get() + place;
     return mBlockLength - place;
 }
 
@@ -86,21 +87,38 @@ bool MediaBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
     if (HasAtHand(aPosition, 1)) {
         const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
         kept = mBlockLength - place;
-        std::memmove(mBlock.data(), mBlock.data() + place, kept);
+        std::memmove(mBlock.get(), mBlock.get() + place, kept);
     }
     mBlockStart = aPosition;
-    mBlockLength = kept;
     if (mReadsLeft == 0 || mBytesLeft < size - kept) {
         mfBudgetUsedUp = true;
-        return kept != 0;
+        return Keep(kept);
     }
     --mReadsLeft;
-    mBlock.resize(std::max(mBlock.size(), size));
+    Reserve(size, kept);
     const std::size_t count = Fill(kept, size);
     mBytesLeft -= count;
-    mBlockLength = kept + count;
-    mLastSize = std::max(mBlockLength, kLeastBlock);
-    return mBlockLength != 0;
+    mLastSize = std::max(kept + count, kLeastBlock);
+    return Keep(kept + count);
+}
+
+/// Makes room for a block of so many bytes, the first of which are there.
+void MediaBytes::Reserve(std::size_t aSize, std::size_t aKept) {
+    if (aSize > mBlockSize) {
+        std::unique_ptr<unsigned char[]> block(new unsigned char[aSize]);
+        if (aKept != 0) {
+            std::memcpy(block.get(), mBlock.get(), aKept);
+        }
+        mBlock = std::move(block);
+        mBlockSize = aSize;
+    }
+}
+
+/// The block is so long from now on. False when it is empty.
+bool MediaBytes::Keep(std::size_t aLength) {
+    mBlockLength = aLength;
+    KeepAtHand(mBlock.get(), mBlockStart, aLength);
+    return aLength != 0;
 }
 
 /// Reads into the block from a place of it up to another: a source may give fewer bytes at a time than there
@@ -109,7 +127,7 @@ std::size_t MediaBytes::Fill(std::size_t aPlace, std::size_t anEnd) {
     std::size_t done = aPlace;
     while (done < anEnd) {
         std::size_t count = anEnd - done;
-        auto* const place = reinterpret_cast<char*>(mBlock.data() + done);
+        auto* const place = reinterpret_cast<char*>(mBlock.get() + done);
         const bool fRead = done == aPlace ? mStream.ReadFrom(ezuint64(mBlockStart + done), &count, place)
                                           : mStream.Read(&count, place);
         mfReadFailed = mfReadFailed || !fRead;

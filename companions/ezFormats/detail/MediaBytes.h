@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 class ezMediaParserStream;
 
@@ -42,10 +42,13 @@ private:
     bool ReadStart(std::uint64_t aPosition);
     void TakeSize();
     std::size_t Fill(std::size_t aPlace, std::size_t anEnd);
+    void Reserve(std::size_t aSize, std::size_t aKept);
+    bool Keep(std::size_t aLength);
 
     ezMediaParserStream& mStream;
     std::uint64_t mSize;
-    std::vector<unsigned char> mBlock;
+    std::unique_ptr<unsigned char[]> mBlock; ///< not cleared: only its first mBlockLength bytes are ever read
+    std::size_t mBlockSize = 0;
     std::uint64_t mBlockStart = 0;
     std::size_t mBlockLength = 0;
     std::size_t mLastSize = 0;

@@ -130,7 +130,9 @@ bool MusicTexts::IsComplete() const {
 void MusicTexts::Complete(const MusicTexts& aTexts) {
     for (const Field& field : kFields) {
         ezCString& place = this->*field.mPlace;
-        place = place.IsEmpty() ? aTexts.*field.mPlace : place;
+        if (place.IsEmpty()) {
+            place = aTexts.*field.mPlace;
+        }
     }
 }
 

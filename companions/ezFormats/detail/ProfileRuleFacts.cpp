@@ -80,13 +80,11 @@ std::size_t ProfileFact_Find(std::string_view aName) {
 }
 
 void ProfileFactValues::Read(std::size_t aFact) const {
-    if (mfRead[aFact]) {
-        return;
-    }
     mfRead[aFact] = true;
     const ProfileFact& fact = kProfileFacts[aFact];
     if (fact.mKind == ProfileFactKind::Word) {
         mWords[aFact] = mInfo.GetCString(fact.mKeys[0], "");
+        mfStated[aFact] = !mWords[aFact].IsEmpty();
         return;
     }
     mNumbers[aFact] = FirstNumber(mInfo, fact);
@@ -94,20 +92,5 @@ void ProfileFactValues::Read(std::size_t aFact) const {
         // What is derived of the bit rate was taken from the sampling rate.
         mNumbers[aFact] = aFact == kSamplingRate ? SamplingRateOfLPCM(mInfo) : kNotStated;
     }
-}
-
-bool ProfileFactValues::IsStated(std::size_t aFact) const {
-    Read(aFact);
-    return kProfileFacts[aFact].mKind == ProfileFactKind::Word ? !mWords[aFact].IsEmpty()
-                                                               : mNumbers[aFact] != kNotStated;
-}
-
-uint32 ProfileFactValues::GetNumber(std::size_t aFact) const {
-    Read(aFact);
-    return mNumbers[aFact];
-}
-
-std::string_view ProfileFactValues::GetWord(std::size_t aFact) const {
-    Read(aFact);
-    return mWords[aFact].View();
+    mfStated[aFact] = mNumbers[aFact] != kNotStated;
 }

@@ -40,15 +40,30 @@ public:
     explicit ProfileFactValues(const ezMediaInfo& anInfo) : mInfo(anInfo) {}
 
     /// False when the record does not state it, or states that it varies without a bound.
-    bool IsStated(std::size_t aFact) const;
-    uint32 GetNumber(std::size_t aFact) const;
-    std::string_view GetWord(std::size_t aFact) const;
+    bool IsStated(std::size_t aFact) const {
+        ReadOnce(aFact);
+        return mfStated[aFact];
+    }
+    uint32 GetNumber(std::size_t aFact) const {
+        ReadOnce(aFact);
+        return mNumbers[aFact];
+    }
+    std::string_view GetWord(std::size_t aFact) const {
+        ReadOnce(aFact);
+        return mWords[aFact].View();
+    }
 
 private:
+    void ReadOnce(std::size_t aFact) const {
+        if (!mfRead[aFact]) {
+            Read(aFact);
+        }
+    }
     void Read(std::size_t aFact) const;
 
     const ezMediaInfo& mInfo;
     mutable std::array<bool, kProfileFactCount> mfRead = {};
+    mutable std::array<bool, kProfileFactCount> mfStated = {};
     mutable std::array<uint32, kProfileFactCount> mNumbers = {};
     mutable std::array<ezCString, kProfileFactCount> mWords;
 };

@@ -20,17 +20,18 @@ Cover FindMP4Cover(ezStream& aStream) {
     ByteReader reader(bytes);
     ByteReader start = reader;
     start.Skip(4);
-    if (start.ReadText(4) != "ftyp") {
+    if (BoxType::Read(start) != "ftyp") {
         return {};
     }
     std::uint32_t budget = kCover_MaxBoxes;
-    for (const char* type : {"moov", "udta", "meta", "ilst", "covr"}) {
+    constexpr BoxType kMeta = "meta";
+    for (const BoxType type : {BoxType("moov"), BoxType("udta"), kMeta, BoxType("ilst"), BoxType("covr")}) {
         ByteReader content = reader;
         if (!BoxWalk(reader, budget).Find(type, &content)) {
             return {};
         }
         reader = content;
-        if (ezCString(type) == "meta") {
+        if (type == kMeta) {
             SkipMetaVersion(reader);
         }
     }

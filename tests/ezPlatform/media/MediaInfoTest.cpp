@@ -324,6 +324,23 @@ TEST(MediaInfo, HoldsMoreKeysThanARecordUsuallyHas) {
     EXPECT_TRUE(std::is_sorted(keys.begin(), keys.end()));
 }
 
+TEST(MediaInfo, KeysOfAnyLengthAreKeys) {
+    ezMediaInfo info;
+    info.Set("duration", 12, true);
+    info.Set("dura", "1", true);
+    info.Set("dur", 3, true);
+    info.Set("duration in frames", "a text", true);
+    EXPECT_EQ(KeysOf(info), (std::vector<std::string>{"dur", "dura", "duration", "duration in frames"}));
+    EXPECT_EQ(Str(info.GetOtherProperties()), "dur=3, dura=1, duration=12, duration in frames=a text");
+    EXPECT_EQ(Number(info, "dura"), 1U);
+    info.Set("duration", "", true);
+    info.Set("dura", 7, true);
+    EXPECT_FALSE(info.Has("duration"));
+    EXPECT_TRUE(info.IsNumber("dura"));
+    EXPECT_EQ(Text(info, "duration in frames"), "a text");
+    EXPECT_EQ(info.GetCount(), 3U);
+}
+
 // The record.
 
 TEST(MediaInfo, IsValidWhenItHasAMimeType) {
@@ -427,7 +444,21 @@ std::uint64_t PatternOf(std::int64_t aValue) {
 } // namespace
 
 RC_GTEST_PROP(MediaInfoModel, IsAMapOfTextsAndNumbers, ()) {
-    const std::vector<std::string> keys = {"a", "ac", "mt", "vt", "Z"};
+    // Those of four bytes and more are held in another way.
+    const std::vector<std::string> keys = {"a",
+                                           "ac",
+                                           "mt",
+                                           "vt",
+                                           "Z",
+                                           "",
+                                           "abc",
+                                           "abcd",
+                                           "abce",
+                                           "abcde",
+                                           "abcd\x01",
+                                           "abcd\xFF",
+                                           "an extraordinary key",
+                                           "an extraordinary kez"};
     ezMediaInfo info;
     std::map<std::string, Value> model;
     const int steps = *rc::gen::inRange(0, 50);

@@ -7,8 +7,10 @@
 
 #include "ez/MediaParserManager.h"
 
+#include <utility>
+
 void RegisterFormatParsers(ezMediaParserManager& aManager, std::shared_ptr<const ProfileRules> aRules) {
-    const std::shared_ptr<const ProfileRules> rules = aRules != nullptr ? aRules : ProfileRules::BuiltIn();
+    const auto rules = aRules != nullptr ? std::move(aRules) : ProfileRules::BuiltIn();
     aManager.Add(new MPEGAudioParser(rules));
     aManager.Add(new JPEGParser(rules));
     aManager.Add(new PNGParser(rules));

@@ -94,7 +94,7 @@ std::uint32_t ReadProgram(ezBitReader& aBits, std::size_t aBitsBefore) {
     aBits.Skip(aBits.ReadFlag() ? 4 : 0); // to two
     aBits.Skip(aBits.ReadFlag() ? 3 : 0); // by a matrix
     const std::uint32_t channels = ReadElements(aBits, front + side + back) + low;
-    aBits.Skip(4 * (low + data) + std::size_t{5} * coupled);
+    aBits.Skip(std::size_t{4} * (low + data) + std::size_t{5} * coupled);
     const std::size_t used = start - aBits.GetBitsLeft();
     aBits.Skip((8 - used % 8) % 8);
     aBits.Skip(std::size_t{8} * aBits.Read(8)); // a comment

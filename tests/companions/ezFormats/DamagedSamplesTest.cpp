@@ -51,7 +51,8 @@ const int gHooked = __sanitizer_install_malloc_and_free_hooks(
 
 #else
 
-void* operator new(std::size_t aSize) {
+// Not inlined: of new and free in one function an optimising compiler says that they do not match.
+__attribute__((noinline)) void* operator new(std::size_t aSize) {
     Note(aSize);
     void* block = std::malloc(aSize != 0 ? aSize : 1);
     if (block == nullptr) {
@@ -60,11 +61,11 @@ void* operator new(std::size_t aSize) {
     return block;
 }
 
-void operator delete(void* aBlock) noexcept {
+__attribute__((noinline)) void operator delete(void* aBlock) noexcept {
     std::free(aBlock);
 }
 
-void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
+__attribute__((noinline)) void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
     std::free(aBlock);
 }
 

@@ -115,9 +115,9 @@ struct Track {
     std::vector<std::uint32_t> mSizes = std::vector<std::uint32_t>(10, 100);
     std::uint32_t mSampleTicks = 100;
     std::vector<Edit> mEdits = {};
-    unsigned mVersion = 0;       ///< of boxes with times
-    std::string mSizeTable = ""; ///< in place of the one of mSizes
-    unsigned mTableVersion = 0;  ///< of the descriptions
+    unsigned mVersion = 0;      ///< of boxes with times
+    std::string mSizeTable;     ///< in place of the one of mSizes
+    unsigned mTableVersion = 0; ///< of the descriptions
 
     std::string Times() const {
         const int size = mVersion == 1 ? 8 : 4;

@@ -243,7 +243,7 @@ constexpr std::array<double, 3> kFilmReads = {2, 15, 8};
 constexpr std::size_t kFilmPasses = 200;
 /// Of the middle one the sizes of some fifty thousand samples are added up, which takes longer than to read
 /// them.
-constexpr std::array<double, 3> kFilmRatios = {2.5, 3.5, 2.5};
+constexpr std::array<double, 3> kFilmRatios = {2.5, 2.75, 2.5};
 /// Seconds that the tables tell where they are the same at every size.
 constexpr std::uint64_t kSameTables = 7;
 

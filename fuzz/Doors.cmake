@@ -18,6 +18,12 @@ ez_add_doors(ezParsersFramework_inside
 ez_add_doors(ezFormats_inside
     es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video format_iso_media format_jpeg format_mpeg_audio format_png
     profile_rules)
+if(TARGET ezLiveStreams_inside)
+    get_target_property(EZ_LIVE_STREAM_DEFINITIONS ezLiveStreams_inside INTERFACE_COMPILE_DEFINITIONS)
+    if("EZ_HAS_HTTP_STREAM" IN_LIST EZ_LIVE_STREAM_DEFINITIONS)
+        ez_add_doors(ezLiveStreams_inside http_response)
+    endif()
+endif()
 ez_add_doors(ezPlaylists_inside playlist_asx playlist_m3u playlist_pls)
 if(TARGET ezPlaylists_inside)
     get_target_property(EZ_PLAYLIST_DEFINITIONS ezPlaylists_inside INTERFACE_COMPILE_DEFINITIONS)

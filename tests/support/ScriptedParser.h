@@ -87,7 +87,6 @@ public:
     ezMediaInfo* ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) override;
 
     const std::vector<std::string>& TypesAsked() const { return mTypesAsked; }
-    void ForgetTypesAsked() { mTypesAsked.clear(); }
     /// The keys of a table in its index order.
     static std::vector<std::string> KeysOf(ezCustomHashTable* aTable);
 

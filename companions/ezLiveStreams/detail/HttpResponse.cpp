@@ -22,7 +22,7 @@ std::string_view Trimmed(std::string_view aText) {
 }
 
 std::string Lower(std::string_view aText) {
-    return ezCString(aText).Lower().c_str();
+    return std::string(ezCString(aText).Lower().View()); // a NUL in it does not end it
 }
 
 std::optional<std::uint64_t> Number(std::string_view aText) {

@@ -103,6 +103,15 @@ TEST(HttpResponse, UnitsAreTheSameInAnyCase) {
     EXPECT_FALSE(Head({"HTTP/1.1 200 OK"}).AcceptsRanges());
 }
 
+TEST(HttpResponse, ATextEndsWhereItsLineEndsAndNotAtANul) {
+    const std::string nul(1, '\0');
+    EXPECT_EQ(Head({"HTTP/1.1 200 OK", "Content-Length" + nul + "x: 5"}).GetLength(), std::nullopt);
+    EXPECT_TRUE(Head({"HTTP/1.1 200 OK", "Content-Encoding: identity" + nul + "gzip"}).IsEncoded());
+    EXPECT_FALSE(Head({"HTTP/1.1 200 OK", "Accept-Ranges: bytes" + nul + "x"}).AcceptsRanges());
+    const std::string type = "application/octet-stream" + nul + "x";
+    EXPECT_EQ(Head({"HTTP/1.1 200 OK", "Content-Type: " + type}).GetMimeType(), type);
+}
+
 TEST(HttpResponse, TagsAreWithoutTheMarkOfAWeakOne) {
     EXPECT_EQ(Head({"HTTP/1.1 200 OK", "ETag: W/\"a\""}).GetTag(), "\"a\"");
     EXPECT_EQ(Head({"HTTP/1.1 200 OK", "ETag: \"W/\""}).GetTag(), "\"W/\"");

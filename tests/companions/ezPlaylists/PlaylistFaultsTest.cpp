@@ -16,7 +16,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 // Every system call of a walk over a playlist's file goes wrong once, and for good.
@@ -66,29 +65,51 @@ private:
     std::unique_ptr<PlaylistParser> mParser;
 };
 
+/// How a playlist of a format is written.
+struct Format {
+    const char* mExtension;
+    const char* mHead;
+    const char* mComment;
+    const char* mBefore; ///< a location; "#" is the number of the song
+    const char* mBehind;
+    const char* mFoot;
+};
+
+constexpr Format kM3U = {"m3u", "#EXTM3U\n", "# nothing here\n", "", "\n", ""};
+
+/// Those that are read as a whole.
+constexpr Format kIndexed[] = {
+    {"pls", "[playlist]\n", "; nothing here\n", "File#=", "\n", ""},
+    {"asx", "<asx version=\"3.0\">\n", "<!-- nothing -->\n", "<entry><ref href=\"", "\"/></entry>\n",
+     "</asx>\n"},
+#ifdef EZ_HAS_XML_PLAYLISTS
+    {"xspf", "<playlist version=\"1\"><trackList>\n", "<!-- nothing -->\n", "<track><location>",
+     "</location></track>\n", "</trackList></playlist>\n"},
+    {"wpl", "<smil><body><seq>\n", "<!-- nothing -->\n", "<media src=\"", "\"/>\n", "</seq></body></smil>\n"},
+#endif
+};
+
 /// A playlist of three songs and many reads: comments between the songs that nobody wants.
-std::string Playlist(const std::string& anExtension) {
-    const bool fM3U = anExtension == "m3u";
-    const bool fPLS = anExtension == "pls";
-    std::string text = fM3U ? "#EXTM3U\n" : fPLS ? "[playlist]\n" : "<asx version=\"3.0\">\n";
+std::string Playlist(const Format& aFormat) {
+    std::string text = aFormat.mHead;
     for (int i = 0; i < 3; ++i) {
-        const std::string name = "song " + std::to_string(i) + ".mp3";
         for (int line = 0; line < 1000; ++line) {
-            text += fM3U ? "# nothing here\n" : fPLS ? "; nothing here\n" : "<!-- nothing -->\n";
+            text += aFormat.mComment;
         }
-        text += fM3U   ? name + "\n"
-                : fPLS ? "File" + std::to_string(i + 1) + "=" + name + "\n"
-                       : "<entry><ref href=\"" + name + "\"/></entry>\n";
+        for (const char* next = aFormat.mBefore; *next != '\0'; ++next) {
+            text += *next == '#' ? std::to_string(i + 1) : std::string(1, *next);
+        }
+        text += "song " + std::to_string(i) + ".mp3" + aFormat.mBehind;
     }
-    return text + (fM3U || fPLS ? "" : "</asx>\n");
+    return text + aFormat.mFoot;
 }
 
 /// Walks, then walks and fetches again with nothing going wrong any more.
-FaultyOperation Walk(const std::string& anExtension) {
-    return [anExtension](const std::vector<Fault>& aFaults, bool* afStruck) {
+FaultyOperation Walk(const Format& aFormat) {
+    return [aFormat](const std::vector<Fault>& aFaults, bool* afStruck) {
         const AssertCatcher asserts;
         const TemporaryFolder folder;
-        const std::string path = folder.Write("list." + anExtension, Playlist(anExtension));
+        const std::string path = folder.Write(std::string("list.") + aFormat.mExtension, Playlist(aFormat));
         std::unique_ptr<OpenedPlaylist> playlist;
         std::string text;
         {
@@ -105,44 +126,46 @@ FaultyOperation Walk(const std::string& anExtension) {
 }
 
 /// Of a walk over a playlist: that of one that is not opened, and of reads that fail once and for good.
-void ExpectOutcomesOf(const char* anExtension, const std::string& aNotOpened, const std::string& aReadsOnce,
+void ExpectOutcomesOf(const Format& aFormat, const std::string& aNotOpened, const std::string& aReadsOnce,
                       const std::string& aReadsForGood) {
-    SCOPED_TRACE(anExtension);
+    SCOPED_TRACE(aFormat.mExtension);
     const std::string notOpened =
         "1: not opened " + aNotOpened + ", then not opened " + aNotOpened + " without the last\n";
-    EXPECT_EQ(RunUndisturbed(Walk(anExtension)), "3, then 3");
-    ExpectOutcomes(Walk(anExtension), {{SystemCall::Open, notOpened, notOpened},
-                                       {SystemCall::FStat, notOpened, notOpened},
-                                       {SystemCall::PRead, aReadsOnce, aReadsForGood}});
-    EXPECT_EQ(RunInterrupted(100, Walk(anExtension)), "3, then 3");
+    EXPECT_EQ(RunUndisturbed(Walk(aFormat)), "3, then 3");
+    ExpectOutcomes(Walk(aFormat), {{SystemCall::Open, notOpened, notOpened},
+                                   {SystemCall::FStat, notOpened, notOpened},
+                                   {SystemCall::PRead, aReadsOnce, aReadsForGood}});
+    EXPECT_EQ(RunInterrupted(100, Walk(aFormat)), "3, then 3");
+}
+
+/// Of a walk whose reads come short, and of one whose reads then fail for good.
+void ExpectShortOutcomesOf(const Format& aFormat, const std::string& aBroken) {
+    SCOPED_TRACE(aFormat.mExtension);
+    FaultManner manner;
+    manner.mCall = SystemCall::PRead;
+    manner.mMaximum = 4090;
+    const std::string whole = SweepFaults(manner, Walk(aFormat));
+    EXPECT_EQ(whole.substr(whole.find(':')), ": 3, then 3\n");
+    manner.mError = EIO;
+    manner.mfForGood = true;
+    EXPECT_EQ(SweepFaults(manner, Walk(aFormat)), aBroken);
 }
 
 } // namespace
 
 TEST(PlaylistFaults, AWalkGivesWholeEntriesUpToTheFailureAndAllTheNextTime) {
     // The first reads of M3U look for a playlist of another kind, and may fail.
-    ExpectOutcomesOf("m3u", "no start", "1-4: 3, then 3\n5-7: 0, then 3\n8: 1, then 3\n",
+    ExpectOutcomesOf(kM3U, "no start", "1-4: 3, then 3\n5-7: 0, then 3\n8: 1, then 3\n",
                      "1-7: 0, then 3\n8: 1, then 3\n");
     const std::string indexed = "1-3: 0, then 3\n4: 1, then 3\n";
-    ExpectOutcomesOf("pls", "0", indexed, indexed);
-    ExpectOutcomesOf("asx", "0", indexed, indexed);
+    for (const Format& format : kIndexed) {
+        ExpectOutcomesOf(format, "0", indexed, indexed);
+    }
 }
 
 TEST(PlaylistFaults, ReadsThatComeShortBeforeTheyFailGiveNoPartOfAnEntry) {
-    FaultManner manner;
-    manner.mCall = SystemCall::PRead;
-    manner.mMaximum = 4090;
-    const std::string indexed = "1-3: 0, then 3\n4: 1, then 3\n";
-    for (const auto& expected :
-         {std::make_pair("m3u", "1-7: 0, then 3\n8: 1, then 3\n"), std::make_pair("pls", indexed.c_str()),
-          std::make_pair("asx", indexed.c_str())}) {
-        const FaultyOperation walk = Walk(expected.first);
-        manner.mError = 0;
-        const std::string whole = SweepFaults(manner, walk);
-        EXPECT_EQ(whole.substr(whole.find(':')), ": 3, then 3\n") << expected.first;
-        manner.mError = EIO;
-        manner.mfForGood = true;
-        EXPECT_EQ(SweepFaults(manner, walk), expected.second) << expected.first;
-        manner.mfForGood = false;
+    ExpectShortOutcomesOf(kM3U, "1-7: 0, then 3\n8: 1, then 3\n");
+    for (const Format& format : kIndexed) {
+        ExpectShortOutcomesOf(format, "1-3: 0, then 3\n4: 1, then 3\n");
     }
 }

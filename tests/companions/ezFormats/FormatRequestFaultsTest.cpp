@@ -172,7 +172,7 @@ void ExpectOutcomesOf(const std::string& aPath, unsigned aReads, const char* aBr
 
 } // namespace
 
-TEST(RequestFaults, AFileThatCannotBeReadIsKnownByItsNameAlone) {
+TEST(FormatRequestFaults, AFileThatCannotBeReadIsKnownByItsNameAlone) {
     ExpectOutcomesOf(Sample("pictures/harbour.jpg"), 1);
     // All that is told of it stands in its first bytes.
     ExpectOutcomesOf(Sample("pictures/harbour.png"), 1, "whole");
@@ -181,7 +181,7 @@ TEST(RequestFaults, AFileThatCannotBeReadIsKnownByItsNameAlone) {
     ExpectOutcomesOf(Sample("video/kite-day.mp4"), 1);
 }
 
-TEST(RequestFaults, AFileThatCannotBeReadInPartIsKnownByItsNameAlone) {
+TEST(FormatRequestFaults, AFileThatCannotBeReadInPartIsKnownByItsNameAlone) {
     const TemporaryFolder folder;
     ExpectOutcomesOf(folder.Write("long.mp3", LongMusic()), 6);
 }

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
@@ -206,7 +205,8 @@ void MeasurePackets() {
     constexpr std::size_t kPacket = 2048;
     static unsigned char stream[2 * kPacket];
     for (std::size_t i = 0; i + 2 <= sizeof stream; i += FramesParser::kHeader + FramesParser::kRest) {
-        std::memcpy(stream + i, "EZ", 2);
+        stream[i] = 'E';
+        stream[i + 1] = 'Z';
     }
     FramesParser parser;
     parser.Open();

@@ -37,7 +37,7 @@ configure_package_config_file(cmake/ezParsersFrameworkConfig.cmake.in
                               ${PROJECT_BINARY_DIR}/ezParsersFrameworkConfig.cmake
                               INSTALL_DESTINATION ${EZ_INSTALL_PACKAGEDIR})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ezParsersFrameworkConfigVersion.cmake
-                                 COMPATIBILITY SameMinorVersion)
+                                 COMPATIBILITY ${EZ_COMPATIBLE})
 install(FILES ${PROJECT_BINARY_DIR}/ezParsersFrameworkConfig.cmake
               ${PROJECT_BINARY_DIR}/ezParsersFrameworkConfigVersion.cmake
         DESTINATION ${EZ_INSTALL_PACKAGEDIR} COMPONENT Development)

@@ -37,7 +37,7 @@ endforeach()
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 
 # Libraries of two binary interfaces can be installed side by side.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libezparsersframework${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libezparsersframework${EZ_ABI_VERSION})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "identification of media for DLNA media servers
 The library tells a DLNA media server what a media is and how it is

@@ -1,3 +1,13 @@
+# The version of the binary interface, which names the shared libraries and the package of them. Until 1.0.0 the second
+# number of ours may change interfaces, from then on only the first.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(EZ_ABI_VERSION 0.${PROJECT_VERSION_MINOR})
+    set(EZ_COMPATIBLE SameMinorVersion)
+else()
+    set(EZ_ABI_VERSION ${PROJECT_VERSION_MAJOR})
+    set(EZ_COMPATIBLE SameMajorVersion)
+endif()
+
 # What every target of ours is compiled with. Linked privately, so that nothing of it reaches a user of the libraries.
 add_library(ezBuildFlags INTERFACE)
 target_compile_options(ezBuildFlags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast)
@@ -40,7 +50,7 @@ function(ez_add_library NAME)
     add_library(${NAME} SHARED)
     add_library(ez::${NAME} ALIAS ${NAME})
     target_link_libraries(${NAME} PRIVATE ezBuildFlags ${NAME}_objects)
-    set_target_properties(${NAME} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set_target_properties(${NAME} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${EZ_ABI_VERSION})
     target_compile_features(${NAME} PUBLIC cxx_std_17)
     if(NOT EZ_SANITIZE) # the sanitizers' own symbols come from the program
         target_link_options(${NAME} PRIVATE -Wl,--no-undefined)

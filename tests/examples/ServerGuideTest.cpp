@@ -1,7 +1,7 @@
 #include "support/Guide.h"
 #include "support/HttpServer.h"
+#include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
-#include "tools/RunProgram.h"
 
 #include <gtest/gtest.h>
 

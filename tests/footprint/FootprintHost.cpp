@@ -1,19 +1,21 @@
-// footprint-host CONFIG_FOLDER SCRATCH_FOLDER FILE: what starting and the requests of a host take. The table
-// in CONFIG_FOLDER names the extension "mp3", which FILE has, and MediaMapper.txt there is an operator's
-// table. SCRATCH_FOLDER may be written to.
+// footprint-host CONFIG_FOLDER SCRATCH_FOLDER FILE PLAYLIST: what starting and the requests of a host take.
+// The table in CONFIG_FOLDER names the extension "mp3", which FILE has, and MediaMapper.txt there is an
+// operator's table. PLAYLIST has a location a line, two at the least. SCRATCH_FOLDER may be written to.
 #include "Heap.h"
+#include "OwnParts.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/config/PropertyList.h"
+#include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/media/MediaInfo.h"
+#include "ezPlatform/streams/FileStream.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
@@ -93,62 +95,46 @@ void PrintStart(const char* aName, const Cost& aCost) {
     std::printf("%s.peak %zu\n", aName, aCost.mPeak);
 }
 
-/// A host's parser as format parsers are: a block from the start, 128 bytes from the end.
-class MP3Parser : public ezMediaParser {
-public:
-    MP3Parser() : ezMediaParser("mp3", nullptr, false) {}
-
-    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
-        return ParseFromStream(aStream, kezMediaParser_DefaultBeginBufferSize, 128);
-    }
-    bool AdjustDLNAInfo(ezMediaInfo* anInfo) override {
-        anInfo->Set(kezInfo_DLNA, "DLNA.ORG_PN=MP3;DLNA.ORG_OP=01", true);
-        return true;
-    }
-    ezCString GetDLNAInfo() override { return "audio/mpeg:DLNA.ORG_PN=MP3"; }
-
-protected:
-    ezMediaInfo* Read(uint8* aBegin, std::size_t aBeginSize, uint8* /*anEnd*/, std::size_t anEndSize,
-                      const ezuint64& /*aMediaSize*/) override {
-        if (aBeginSize < 3 || anEndSize != 128 || std::memcmp(aBegin, "ID3", 3) != 0) {
-            return nullptr;
-        }
-        auto* info = new ezMediaInfo;
-        info->Set(kezInfo_AudioTrackCount, 1, true);
-        info->Set(kezInfo_AudioChannelCount, 2, true);
-        info->Set(kezInfo_AudioSamplingRate, 44100, true);
-        info->Set(kezInfo_AudioBitRate, 128000, true);
-        info->mTitle = "A title of the usual length";
-        info->mCreator = "A performer of the usual length";
-        return info;
-    }
+/// The folders and files that are measured with.
+struct Places {
+    const char* mConfig;
+    const char* mScratch;
+    const char* mMedia;
+    const char* mPlaylist;
 };
 
-/// The thread that measures.
-void* Measure(void* anArgs) {
-    char** const args = static_cast<char**>(anArgs);
-    const char* config = args[1];
-    const char* scratch = args[2];
-    const char* file = args[3];
+/// A save can follow a load once, so every run has a table of its own that was loaded before.
+void MeasureSaving(ezMimeTypesDotIniParser* aTypes, const Places& aPlaces) {
+    std::unique_ptr<DLNAMediaMapper> mappers[2];
+    for (std::unique_ptr<DLNAMediaMapper>& mapper : mappers) {
+        mapper = std::make_unique<DLNAMediaMapper>(aTypes, aPlaces.mConfig, aPlaces.mScratch, "",
+                                                   "MediaMapper.txt");
+        Require(mapper->Load().GetCode() == 0, "the table that the first start has copied is loaded");
+    }
+    std::size_t next = 0;
+    PrintRequest("save",
+                 [&] { Require(mappers[next++]->Save().GetCode() == 0, "the operator's table is saved"); });
+}
 
+void MeasureParsing(const Places& aPlaces) {
     ezPropertyList* environment = nullptr;
     std::unique_ptr<ezMediaParserManager> manager;
     PrintStart("start", CostOf([&] {
                    environment = ezPropertyList_New();
-                   ezPropertyList_Set_charPtr(environment, "ReadOnlyConfigPath", config);
+                   ezPropertyList_Set_charPtr(environment, "ReadOnlyConfigPath", aPlaces.mConfig);
                    manager = std::make_unique<ezMediaParserManager>(environment);
                    manager->AddStandardParsers(kParseOption_Default);
                }));
 
     PrintRequest("extension", [&] {
-        ezFileMediaParserStream stream{ezCString(file)};
+        ezFileMediaParserStream stream{ezCString(aPlaces.mMedia)};
         const std::unique_ptr<ezMediaInfo> info(manager->Parse(stream));
         Require(info != nullptr, "the extension tells the media");
     });
 
     manager->Add(new MP3Parser);
     const auto parse = [&] {
-        ezFileMediaParserStream stream{ezCString(file)};
+        ezFileMediaParserStream stream{ezCString(aPlaces.mMedia)};
         Require(stream.Open(), "the media can be opened");
         const std::unique_ptr<ezMediaInfo> info(manager->Parse(stream));
         Require(info != nullptr && info->GetUInt32(kezInfo_AudioSamplingRate, 0) == 44100,
@@ -158,8 +144,9 @@ void* Measure(void* anArgs) {
 
     std::unique_ptr<DLNAMediaMapper> mapper;
     PrintStart("mapper", CostOf([&] {
-                   mapper = std::make_unique<DLNAMediaMapper>(manager->GetMimeTypesDotIniParser(), config,
-                                                              scratch, "", "MediaMapper.txt");
+                   mapper =
+                       std::make_unique<DLNAMediaMapper>(manager->GetMimeTypesDotIniParser(), aPlaces.mConfig,
+                                                         aPlaces.mScratch, "", "MediaMapper.txt");
                    Require(mapper->Load().GetCode() == 0, "the operator's table is loaded");
                    manager->AddDLNAMediaMapperParser(mapper.get());
                }));
@@ -167,16 +154,87 @@ void* Measure(void* anArgs) {
 
     PrintRequest("declared", [&] { Require(!manager->GetDLNAInfo().IsEmpty(), "something is declared"); });
 
+    MeasureSaving(manager->GetMimeTypesDotIniParser(), aPlaces);
+
     manager.reset();
     mapper.reset();
     ezPropertyList_Delete(environment);
+}
+
+/// The stream says where the playlist lies: a path from the root on, as hosts have them, that is the same for
+/// every tree.
+void MeasurePlaylist(const Places& aPlaces) {
+    PrintRequest("entry", [&] {
+        auto file = std::make_unique<ezFile>(aPlaces.mPlaylist, ezFileOpenMode_Read);
+        Require(file->Open(), "the playlist can be opened");
+        const ezStreamOwner stream(
+            ezFileGetStream(file.release(), "audio/x-mpegurl", "/media/lists/sunday.m3u"));
+        LocationsParser reader(*stream);
+        PlaylistParserEntry entry;
+        Require(reader.FetchEntryAtIndex(1, &entry), "the playlist has a second entry");
+        PlaylistParser::FixEntry(&entry);
+        Require(!reader.GetFullURLFor(entry.mURI).IsEmpty() && !entry.mTitle.IsEmpty(),
+                "the entry has a URL and a title");
+    });
+}
+
+void MeasureThumbnail(const Places& aPlaces) {
+    ezFileCacheManager cache(aPlaces.mScratch, 1000000, 100);
+    ezThumbnailProviderManager manager(&cache, nullptr);
+    auto* provider = new OnePictureProvider;
+    manager.Add(provider);
+    ThumbnailInfo wanted;
+    wanted.mUniqueID = "0123456789abcdef";
+    wanted.mThumbnailID = kJPEGThumbnailID;
+    wanted.mMimeType = "image/jpeg";
+    wanted.mWidthMax = 160;
+    wanted.mHeightMax = 160;
+    const auto serve = [&] {
+        const std::unique_ptr<ezFile> file(manager.GetThumbnail(&wanted, false));
+        char start[2] = {};
+        Require(file != nullptr && file->Read(start, sizeof start) == 2 && start[0] == '\xFF',
+                "there is a thumbnail");
+    };
+    serve();
+    PrintRequest("thumbnail", serve);
+    Require(provider->mBuilt == 1, "the thumbnail came from the cache");
+}
+
+/// Packets of the size that a program stream has, which the frames do not care for.
+void MeasurePackets() {
+    constexpr std::size_t kPacket = 2048;
+    static unsigned char stream[2 * kPacket];
+    for (std::size_t i = 0; i + 2 <= sizeof stream; i += FramesParser::kHeader + FramesParser::kRest) {
+        stream[i] = 'E';
+        stream[i + 1] = 'Z';
+    }
+    FramesParser parser;
+    parser.Open();
+    std::size_t sent = 0;
+    PrintRequest("packet", [&] {
+        parser.AddPacket(stream + sent, kPacket, false);
+        sent += kPacket;
+    });
+    Require(parser.mFrames == 5 && parser.GetParserStatus() == ezElementaryStreamParser::MSS_IN_PROGRESS,
+            "the frames of both packets were gathered");
+    delete parser.Close();
+}
+
+/// The thread that measures.
+void* Measure(void* anArgs) {
+    char** const args = static_cast<char**>(anArgs);
+    const Places places = {args[1], args[2], args[3], args[4]};
+    MeasureParsing(places);
+    MeasurePlaylist(places);
+    MeasureThumbnail(places);
+    MeasurePackets();
     return nullptr;
 }
 
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
-    Require(anArgCount == 4, "the arguments are CONFIG_FOLDER SCRATCH_FOLDER FILE");
+    Require(anArgCount == 5, "the arguments are CONFIG_FOLDER SCRATCH_FOLDER FILE PLAYLIST");
     void* stack = mmap(nullptr, kStackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     Require(stack != MAP_FAILED, "there is memory for a stack");
     gStack = static_cast<unsigned char*>(stack);

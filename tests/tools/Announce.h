@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RunProgram.h"
+#include "support/RunProgram.h"
 
 #include <string>
 #include <vector>

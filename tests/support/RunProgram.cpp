@@ -1,4 +1,4 @@
-#include "RunProgram.h"
+#include "support/RunProgram.h"
 
 #include <array>
 #include <cerrno>

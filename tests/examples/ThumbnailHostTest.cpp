@@ -1,5 +1,5 @@
-#include "RunProgram.h"
 #include "support/Guide.h"
+#include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
 
+#include "support/Folders.h"
 #include "support/Record.h"
 
 #include "ezPlatform/config/PropertyList.h"

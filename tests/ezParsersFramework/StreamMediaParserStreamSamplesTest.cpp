@@ -2,6 +2,7 @@
 #include "ez/MediaParserManager.h"
 #include "ez/StreamMediaParserStream.h"
 
+#include "support/Folders.h"
 #include "support/Record.h"
 #include "support/ScriptedStream.h"
 

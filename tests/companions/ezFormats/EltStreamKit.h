@@ -5,6 +5,7 @@
 #include "ez/ElementaryStreamParser.h"
 
 #include "support/Catchers.h"
+#include "support/Folders.h"
 #include "support/Record.h"
 
 #include "ezPlatform/media/MediaInfo.h"

@@ -10,6 +10,7 @@
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
+#include "support/Folders.h"
 #include "support/Record.h"
 
 #include "ezPlatform/config/PropertyList.h"

@@ -7,6 +7,7 @@
 
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
+#include "support/Folders.h"
 #include "support/Record.h"
 #include "support/ScriptedParser.h"
 #include "support/TemporaryFolder.h"

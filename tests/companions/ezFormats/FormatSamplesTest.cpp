@@ -2,6 +2,8 @@
 
 #include "ez/FileMediaParserStream.h"
 
+#include "support/Folders.h"
+
 #include <cstdlib>
 
 namespace {

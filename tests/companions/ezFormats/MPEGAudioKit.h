@@ -4,6 +4,7 @@
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
+#include "support/Folders.h"
 #include "support/Record.h"
 #include "support/Str.h"
 

@@ -4,6 +4,8 @@
 #include "ezFormats/MPEGAudioParser.h"
 #include "ezFormats/detail/ProfileRuleFacts.h"
 
+#include "support/Folders.h"
+
 #include <gtest/gtest.h>
 
 // The examples of the guide to the table of profile rules.

@@ -4,6 +4,8 @@
 
 #include "ezPlatform/text/StringList.h"
 
+#include "support/Folders.h"
+
 #include <map>
 #include <set>
 #include <sstream>

@@ -1,3 +1,4 @@
+#include "support/Folders.h"
 #include "support/Guide.h"
 
 #include <gtest/gtest.h>

@@ -10,6 +10,8 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/FileStream.h"
 
+#include "support/Folders.h"
+
 namespace {
 
 template <typename Reader>

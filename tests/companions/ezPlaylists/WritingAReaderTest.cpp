@@ -4,6 +4,7 @@
 
 #include "ez/PlaylistParserFactory.h"
 
+#include "support/Folders.h"
 #include "support/Guide.h"
 
 #include <algorithm>

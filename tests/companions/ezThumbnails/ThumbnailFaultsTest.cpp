@@ -9,6 +9,7 @@
 #include "ezPlatform/files/FileCacheManager.h"
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
+#include "support/Folders.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

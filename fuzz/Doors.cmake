@@ -13,7 +13,7 @@ macro(ez_add_doors LIBRARY)
 endmacro()
 
 ez_add_doors(ezParsersFramework_inside
-    base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list
+    base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini mime_type profile_info_list
     protocol_info stream_adapter uri)
 ez_add_doors(ezFormats_inside
     es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video format_iso_media format_jpeg format_mpeg_audio format_png

@@ -18,6 +18,8 @@ public:
 
     /// Returns when a signal has come since the last wait returned.
     void Wait();
+    /// Makes one Wait return: one that is under way, else the next. Whoever waited may destroy the condition
+    /// as soon as that Wait has returned.
     void Signal();
 
 private:

@@ -17,10 +17,13 @@ class EZPLATFORM_API ezuint64 {
 public:
     constexpr ezuint64() = default;
 
+    /// Takes a value of any integer type, but no bool. A negative one is the assertion "aValue >= 0" and,
+    /// where the handler returns, 0.
     template <typename Integer, typename = std::enable_if_t<std::is_integral<Integer>::value &&
                                                             !std::is_same<Integer, bool>::value>>
     ezuint64(Integer aValue) : mValue(FromInteger(aValue)) {} // implicit: `position + 4` is everyday use
 
+    /// The value as the built-in type, whole.
     std::uint64_t ToUInt64() const { return mValue; }
 
     /// The value as 32 bits; 0xFFFFFFFF when it is larger.
@@ -34,6 +37,8 @@ public:
         return mValue > static_cast<std::uint64_t>(INT64_MAX) ? -1 : static_cast<ezFileOffset>(mValue);
     }
 
+    /// Adds to or subtracts from this value; wraps at 2^64.
+    /// @{
     ezuint64& operator+=(const ezuint64& aValue) {
         mValue += aValue.mValue;
         return *this;
@@ -42,7 +47,10 @@ public:
         mValue -= aValue.mValue;
         return *this;
     }
+    /// @}
 
+    /// Sum, difference and product; they wrap at 2^64.
+    /// @{
     friend ezuint64 operator+(const ezuint64& aLeft, const ezuint64& aRight) {
         return aLeft.mValue + aRight.mValue;
     }
@@ -52,10 +60,14 @@ public:
     friend ezuint64 operator*(const ezuint64& aLeft, const ezuint64& aRight) {
         return aLeft.mValue * aRight.mValue;
     }
+    /// @}
+    /// The quotient without its fraction. A divisor of 0 is the assertion "aValue != 0" and gives 0.
     friend ezuint64 operator/(const ezuint64& aLeft, const ezuint64& aRight) {
         return Divide(aLeft.mValue, aRight.mValue);
     }
 
+    /// Compare as unsigned numbers; a built-in integer on either side is converted first.
+    /// @{
     friend bool operator==(const ezuint64& aLeft, const ezuint64& aRight) {
         return aLeft.mValue == aRight.mValue;
     }
@@ -74,6 +86,7 @@ public:
     friend bool operator>=(const ezuint64& aLeft, const ezuint64& aRight) {
         return aLeft.mValue >= aRight.mValue;
     }
+    /// @}
 
 private:
     template <typename Integer>

@@ -24,6 +24,10 @@ public:
     /// In bytes. Configuration is small; a file beyond this is a mistake, and this is a small device.
     static constexpr ezFileOffset kMaximumFileSize = ezFileOffset{64} * 1024 * 1024;
 
+    /// Reads the file of that name in both folders. Never fails: what cannot be read has no sections.
+    /// @param aReadOnlyFolder   with or without "/" at its end; "" is the working folder
+    /// @param aReadWriteFolder  the same; its values lie over those of the read-only one
+    /// @param aFileName         the name in both
     ezConfig(const ezCString& aReadOnlyFolder, const ezCString& aReadWriteFolder, const ezCString& aFileName);
     ~ezConfig();
 

@@ -12,6 +12,7 @@ using ezHookCallback = void (*)(ezHook* aHook, const char* aName, va_list anArgu
 
 /// Given back with ezHook_Delete.
 EZPLATFORM_API ezHook* ezHook_New();
+/// Frees the hook, not what its properties point to. Null is ignored.
 EZPLATFORM_API void ezHook_Delete(ezHook* aHook);
 /// The callback to call; null for none.
 EZPLATFORM_API void ezHook_SetCallback(ezHook* aHook, ezHookCallback aCallback);

@@ -9,8 +9,11 @@ struct ezPropertyList;
 
 /// Given back with ezPropertyList_Delete.
 EZPLATFORM_API ezPropertyList* ezPropertyList_New();
+/// Frees the list and with it every text that it lent. Null is ignored.
 EZPLATFORM_API void ezPropertyList_Delete(ezPropertyList* aList);
 
+/// Sets a number, in place of whatever the property was; as a text it reads in decimal. A null name sets
+/// nothing.
 EZPLATFORM_API void ezPropertyList_Set_uint32(ezPropertyList* aList, const char* aName, uint32 aValue);
 /// Copies the text; a null text takes the property away.
 EZPLATFORM_API void ezPropertyList_Set_charPtr(ezPropertyList* aList, const char* aName, const char* aValue);

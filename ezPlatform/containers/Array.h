@@ -7,6 +7,7 @@
 /// An array of pointers behind free functions, sorted on demand. A null array is empty and takes nothing.
 struct ezArray;
 
+/// Frees an item that leaves an array that owns its items.
 using ezArrayFreeFunc = void (*)(void* anItem);
 /// Below, equal to or above 0 as the left item sorts before, with or behind the right one.
 using ezArraySortFunc = int (*)(const void* aLeft, const void* aRight);
@@ -19,7 +20,9 @@ EZPLATFORM_API ezArray* ezArray_New();
 EZPLATFORM_API void ezArray_Delete(ezArray* anArray);
 /// Makes the array own its items: the function is run once on each item that leaves it.
 EZPLATFORM_API void ezArray_SetFreeFunc(ezArray* anArray, ezArrayFreeFunc aFreeFunc);
+/// Says what order ezArray_Sort makes; sorts nothing yet. Null takes the order away.
 EZPLATFORM_API void ezArray_SetSortFunc(ezArray* anArray, ezArraySortFunc aSortFunc);
+/// Adds an item behind the last, sorted or not; the array owns it if it has a free function.
 EZPLATFORM_API void ezArray_Append(ezArray* anArray, void* anItem);
 /// The item at an index; null behind the end.
 EZPLATFORM_API void* ezArray_At(const ezArray* anArray, std::size_t anIndex);
@@ -27,6 +30,7 @@ EZPLATFORM_API void* ezArray_At(const ezArray* anArray, std::size_t anIndex);
 EZPLATFORM_API bool ezArray_SetAt(ezArray* anArray, std::size_t anIndex, void* anItem);
 /// Takes the item at an index out and frees it. False behind the end.
 EZPLATFORM_API bool ezArray_Remove(ezArray* anArray, std::size_t anIndex);
+/// The number of items; 0 of a null array.
 EZPLATFORM_API std::size_t ezArray_GetCount(const ezArray* anArray);
 /// Sorts by the sort function; items that compare equal keep their order. Without a function nothing happens.
 EZPLATFORM_API void ezArray_Sort(ezArray* anArray);

@@ -25,6 +25,7 @@ EZPLATFORM_API void ezCustomHashTable_Delete(ezCustomHashTable* aTable);
 EZPLATFORM_API void* ezCustomHashTable_Lookup(ezCustomHashTable* aTable, const ezCString& aKey);
 /// Files a value. False, and the value stays the caller's, when the key is there already.
 EZPLATFORM_API bool ezCustomHashTable_Add(ezCustomHashTable* aTable, const ezCString& aKey, void* aValue);
+/// The number of keys; indices are below it. 0 of a null table.
 EZPLATFORM_API std::size_t ezCustomHashTable_GetTupleCount(const ezCustomHashTable* aTable);
 /// The key at an index, in the order added; the empty text behind the end.
 EZPLATFORM_API ezCString ezCustomHashTable_GetKeyAtIndex(ezCustomHashTable* aTable, std::size_t anIndex);
@@ -34,4 +35,5 @@ EZPLATFORM_API ezCustomHashTable* ezCustomHashTable_New_String_UInt32();
 /// Files a number. False when the key is there already; its number stays.
 EZPLATFORM_API bool ezCustomHashTable_AddUInt32(ezCustomHashTable* aTable, const ezCString& aKey,
                                                 uint32 aValue);
+/// True when the key is there, with whatever value; to the letter. False for a null table.
 EZPLATFORM_API bool ezCustomHashTable_HasKey(ezCustomHashTable* aTable, const ezCString& aKey);

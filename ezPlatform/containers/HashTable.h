@@ -30,4 +30,5 @@ EZPLATFORM_API bool ezHashTableEnumerator_MoveNext(ezHashTableEnumerator* anEnum
 /// Before the first MoveNext nothing is written.
 EZPLATFORM_API void ezHashTableEnumerator_GetValue(ezHashTableEnumerator* anEnumerator, const char** aKey,
                                                    std::size_t* aKeyLength, void** aValue);
+/// Ends the walk; the table stays as it is. Null is ignored.
 EZPLATFORM_API void ezHashTableEnumerator_Delete(ezHashTableEnumerator* anEnumerator);

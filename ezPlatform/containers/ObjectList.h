@@ -10,6 +10,7 @@
 template <typename T>
 class ezObjectList {
 public:
+    /// A place in the list, good until an item is added or the items are taken out.
     using const_iterator = typename std::vector<T*>::const_iterator;
 
     ezObjectList() = default;
@@ -18,9 +19,13 @@ public:
     ezObjectList(const ezObjectList&) = delete;
     ezObjectList& operator=(const ezObjectList&) = delete;
 
+    /// Makes the list own its items, those that are in it already too, or borrow them, as it does at first.
     void SetAutoDelete(bool afAutoDelete) { mfAutoDelete = afAutoDelete; }
 
+    /// Adds an item at the end, null too; the list owns it with auto-delete. It may stand there more than
+    /// once.
     void push_back(T* anItem) { mItems.push_back(anItem); }
+    /// The first place of anItem, or end(). Its cost grows with the list.
     const_iterator find(const T* anItem) const { return std::find(mItems.begin(), mItems.end(), anItem); }
 
     /// Takes all items out; deletes them with auto-delete.
@@ -37,10 +42,16 @@ public:
         }
     }
 
+    /// The number of items, and whether it is 0; an item that stands twice counts twice.
+    /// @{
     std::size_t size() const { return mItems.size(); }
     bool empty() const { return mItems.empty(); }
+    /// @}
+    /// The first place and the one behind the last.
+    /// @{
     const_iterator begin() const { return mItems.begin(); }
     const_iterator end() const { return mItems.end(); }
+    /// @}
     /// The item at an index below size(). Walking by index stays valid while items are added.
     T* operator[](std::size_t anIndex) const { return mItems[anIndex]; }
 

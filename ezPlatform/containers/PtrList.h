@@ -12,6 +12,7 @@ struct ezPtrList;
 /// beforehand can go on.
 struct ezPtrListNode;
 
+/// Frees an item that leaves a list that owns its items.
 using ezPtrListFreeFunc = void (*)(void* anItem);
 
 /// An empty list without a free function: it borrows its items. Given back with ezPtrList_Delete.
@@ -22,7 +23,10 @@ EZPLATFORM_API void ezPtrList_Delete(ezPtrList* aList);
 EZPLATFORM_API void ezPtrList_SetFreeFunc(ezPtrList* aList, ezPtrListFreeFunc aFreeFunc);
 /// A free function for items that came from ezStrdup or ezMalloc.
 EZPLATFORM_API void ezPtrList_DefaultFreeFunc(void* anItem);
+/// Adds an item at the end; the list owns it if it has a free function. Nodes and addresses taken before are
+/// good no more.
 EZPLATFORM_API void ezPtrList_Append(ezPtrList* aList, void* anItem);
+/// The number of items; 0 of a null list.
 EZPLATFORM_API std::size_t ezPtrList_GetCount(const ezPtrList* aList);
 /// The address of the stored pointer, valid until the list changes; null behind the end.
 EZPLATFORM_API void** ezPtrList_GetAt(const ezPtrList* aList, std::size_t anIndex);

@@ -22,10 +22,12 @@
 /// (ezCString::FromAllocatedString); null objects give null texts, false and 0 and take nothing. Not locked.
 struct ezDLNAProtocolInfo;
 
-/// The first bytes of DLNA.ORG_FLAGS.
-inline constexpr uint32 kezDLNAFlag_HTTPStalling = 0x00200000;
-inline constexpr uint32 kezDLNAFlag_DLNAVersion15 = 0x00100000;
-inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000;
+/// @name The flags of DLNA.ORG_FLAGS that the library knows, as its first eight digits have them
+/// @{
+inline constexpr uint32 kezDLNAFlag_HTTPStalling = 0x00200000;  ///< a client may pause by not reading on
+inline constexpr uint32 kezDLNAFlag_DLNAVersion15 = 0x00100000; ///< of version 1.5 or later
+inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goes out link-protected
+/// @}
 
 /// Parses "protocol:network:MIME type:4th field": it is split at the first three colons outside quotes, and
 /// parts that are missing are "*". Null or empty text gives "http-get:*:*:*". aLength is in bytes, 0 for the
@@ -33,6 +35,7 @@ inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000;
 /// with ezDLNAProtocolInfo_Delete.
 EZPLATFORM_API ezDLNAProtocolInfo* ezDLNAProtocolInfo_New(const char* aText, std::size_t aLength,
                                                           int aReserved);
+/// Frees the object and with it every text that it lent. Null is ignored.
 EZPLATFORM_API void ezDLNAProtocolInfo_Delete(ezDLNAProtocolInfo* anInfo);
 
 /// The whole protocolInfo.
@@ -55,12 +58,15 @@ EZPLATFORM_API void ezDLNAProtocolInfo_SetPlaySpeeds(ezDLNAProtocolInfo* anInfo,
 /// The play speeds as a comma list, "" when there are none. With afEscape 1 the commas are written "\,", as
 /// inside an entry of a list; with 0 plain.
 EZPLATFORM_API char* ezDLNAProtocolInfo_GetPlaySpeedStr(const ezDLNAProtocolInfo* anInfo, int afEscape);
+/// Takes all play speeds away: DLNA.ORG_PS is not written any more.
 EZPLATFORM_API void ezDLNAProtocolInfo_RemovePlaySpeedSupport(ezDLNAProtocolInfo* anInfo);
 
 /// Any other 4th-field parameter; for the five known names these do what the functions of their own do.
+/// @{
 EZPLATFORM_API void ezDLNAProtocolInfo_Set4thFieldValue(ezDLNAProtocolInfo* anInfo, const char* aName,
                                                         const char* aValue);
 EZPLATFORM_API void ezDLNAProtocolInfo_Remove4thFieldByName(ezDLNAProtocolInfo* anInfo, const char* aName);
+/// @}
 
 /// Sets the version bit of DLNA.ORG_FLAGS for version 1.5 and later. The last argument is reserved and 0.
 EZPLATFORM_API void ezDLNAProtocolInfo_SetDLNAVersion(ezDLNAProtocolInfo* anInfo, int aMajor, int aMinor,
@@ -70,12 +76,14 @@ EZPLATFORM_API uint32 ezDLNAProtocolInfo_GetFlags(const ezDLNAProtocolInfo* anIn
 
 /// The http-stalling flag, and byte and time seek (second and first digit of DLNA.ORG_OP). Setting to false
 /// what is not stated writes nothing.
+/// @{
 EZPLATFORM_API bool ezDLNAProtocolInfo_GetHTTPStalling(const ezDLNAProtocolInfo* anInfo);
 EZPLATFORM_API void ezDLNAProtocolInfo_SetHTTPStalling(ezDLNAProtocolInfo* anInfo, bool afStalling);
 EZPLATFORM_API bool ezDLNAProtocolInfo_GetByteBasedSeek(const ezDLNAProtocolInfo* anInfo);
 EZPLATFORM_API void ezDLNAProtocolInfo_SetByteBasedSeek(ezDLNAProtocolInfo* anInfo, bool afSeek);
 EZPLATFORM_API bool ezDLNAProtocolInfo_GetTimeBasedSeek(const ezDLNAProtocolInfo* anInfo);
 EZPLATFORM_API void ezDLNAProtocolInfo_SetTimeBasedSeek(ezDLNAProtocolInfo* anInfo, bool afSeek);
+/// @}
 
 /// Unites anOther into anInfo: what anInfo lacks is taken, seeks, flags and play speeds of both are kept.
 EZPLATFORM_API void ezDLNAProtocolInfo_Merge(ezDLNAProtocolInfo* anInfo, const ezDLNAProtocolInfo* anOther);

@@ -11,7 +11,9 @@ struct ezDLNAProtocolInfoList;
 /// back with ezDLNAProtocolInfoList_Delete.
 EZPLATFORM_API ezDLNAProtocolInfoList* ezDLNAProtocolInfoList_NewFromProfileInfo(const char* aText,
                                                                                  int aReserved);
+/// Frees the list and the protocolInfos in it. Null is ignored.
 EZPLATFORM_API void ezDLNAProtocolInfoList_Delete(ezDLNAProtocolInfoList* aList);
+/// The number of entries; 0 of a null list.
 EZPLATFORM_API std::size_t ezDLNAProtocolInfoList_GetCount(const ezDLNAProtocolInfoList* aList);
 /// Lent until it is removed; null behind the end.
 EZPLATFORM_API ezDLNAProtocolInfo*

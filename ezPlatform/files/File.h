@@ -7,8 +7,11 @@
 
 #include <cstddef>
 
+/// What a file is opened for: reading. What is written is begun with ezFile::Create.
 enum ezFileOpenMode : int { ezFileOpenMode_Read = 1 };
+/// Who may use a file that is made: everybody may read and write it, less the process's mask.
 enum ezFileAccessMode : int { ezFileAccessMode_ReadWrite = 3 };
+/// Where ezFile::Seek counts from: the start, the position, or the length of the moment.
 enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1, ezFileSeekMode_End = 2 };
 
 /// A regular file on disk, of any size on every target.
@@ -34,6 +37,7 @@ public:
     /// is not ezFileOpenMode_Read. anAccessMode says what a file that is created would allow; reading does
     /// not use it.
     bool Open(const ezCString& aPath, int anOpenMode, int anAccessMode);
+    /// True from a successful Open or Create to Close, and of a file that a cache gave out, to Close too.
     bool IsOpened() const { return mFile >= 0; }
 
     /// Begins to write a file anew. With afOverwrite a regular file of that name is replaced, and not lost:

@@ -21,8 +21,10 @@ public:
     /// A folder or file whose name is relative to a folder of MakeDirPath. "\" in the relative name is
     /// written "/", as playlists and configuration of other systems mean it; a POSIX name that really holds a
     /// backslash is not reached this way.
+    /// @{
     static ezPathName MakeCombinedDirPath(const ezPathName& aFolder, const ezCString& aName);
     static ezPathName MakeCombinedFilePath(const ezPathName& aFolder, const ezCString& aName);
+    /// @}
 
     /// Back to an invalid path.
     void Reset() { *this = ezPathName(); }

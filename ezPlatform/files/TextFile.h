@@ -16,6 +16,7 @@ public:
     /// length.
     ezTextFile(const ezCString& aPath, std::size_t aMaximumLineLength);
 
+    /// False when the constructor could not open the file, which then has no lines.
     bool IsOpened() const { return mFile.IsOpened(); }
     /// The next line without its end; false behind the last one. *afCut, unless null, tells that the line was
     /// longer than the limit and is not whole: its rest has been skipped. A file that cannot be read on ends

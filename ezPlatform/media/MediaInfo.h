@@ -73,12 +73,16 @@ public:
 
     ezMediaInfo& operator=(const ezMediaInfo&) = delete;
 
-    /// Sets a value under a key that is not null. With afOverwrite false a value that is there already stays;
-    /// with true an empty text takes it away.
+    /// Sets a text under a key that is not null. With afOverwrite false a value that is there already stays;
+    /// with true an empty or null text takes it away.
+    /// @{
     void Set(const char* aKey, const ezCString& aValue, bool afOverwrite);
     void Set(const char* aKey, const char* aValue, bool afOverwrite) {
         Set(aKey, ezCString(aValue), afOverwrite);
     }
+    /// @}
+    /// Sets a number under a key that is not null, 0 too: a number is never absent. With afOverwrite false a
+    /// value that is there already stays.
     void Set(const char* aKey, const ezuint64& aValue, bool afOverwrite);
 
     /// Sets a number of any integer type. A negative value of at most 32 bits is kept as its 32-bit pattern;
@@ -92,13 +96,16 @@ public:
         }
     }
 
+    /// True when the key has a value, text or number, 0 included. The key is not null, here and below.
     bool Has(const char* aKey) const { return Find(aKey) != nullptr; }
+    /// The text of a key, a number in decimal; aDefault when absent.
     ezCString GetCString(const char* aKey, const ezCString& aDefault) const;
     /// aDefault when absent or no number; 0xFFFFFFFF when the number is larger.
     uint32 GetUInt32(const char* aKey, uint32 aDefault) const;
     /// aDefault when absent or no number.
     ezuint64 GetUInt64(const char* aKey, const ezuint64& aDefault) const;
 
+    /// The number of keys that have a value.
     std::size_t GetCount() const { return mEntries.size(); }
     /// The key at an index below GetCount(), in byte order.
     ezCString GetKeyAt(std::size_t anIndex) const;
@@ -115,14 +122,15 @@ public:
     /// The keyed values, "ac=2, mt=audio/L16", as they are: a value may hold any byte.
     ezCString GetOtherProperties() const;
 
-    ezCString mFullPath; ///< path or URI
-    ezDateTime mLastModificationTime;
-    ezCString mTitle;
-    ezCString mCreator;
-    ezCString mGenre;
-    ezCString mAlbum;
+    ezCString mFullPath;              ///< path or URI
+    ezDateTime mLastModificationTime; ///< of the file or resource; not set when not known
+    ezCString mTitle;   ///< of the piece, in UTF-8, as the media states it; empty when it does not
+    ezCString mCreator; ///< its artist or author, likewise
+    ezCString mGenre;   ///< likewise, in words
+    ezCString mAlbum;   ///< the collection that it belongs to, likewise
 
 protected:
+    /// For Duplicate and for derived records; others copy by Duplicate, so that no record is copied unawares.
     ezMediaInfo(const ezMediaInfo&) = default;
 
 private:

@@ -38,6 +38,8 @@ private:
 /// A whole file as a media. Everything else is as for a part of a file.
 class EZPLATFORM_API ezFileStream : public ezFilePartStream {
 public:
+    /// The parameters are those of a part of a file, from 0 to the length that the file had when it was
+    /// opened.
     ezFileStream(ezFile* aFile, const ezCString& aMimeType, const ezCString& aPath);
 };
 

@@ -119,6 +119,7 @@ private:
 
 /// Gives a stream back: for std::unique_ptr.
 struct ezStreamReleaser {
+    /// Releases a stream that is not null, as std::unique_ptr calls it.
     void operator()(ezStream* aStream) const { aStream->Release(); }
 };
 

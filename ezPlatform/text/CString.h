@@ -16,7 +16,9 @@ public:
     ezCString() = default;
     /// A null pointer gives the empty text.
     ezCString(const char* aText); // implicit: literals are everyday arguments
+    /// Copies aLength bytes, NUL included. A null pointer gives the empty text, whatever the length.
     ezCString(const char* aText, std::size_t aLength);
+    /// Copies the bytes of a view.
     explicit ezCString(std::string_view aText);
 
     /// Text by a printf format.
@@ -25,8 +27,12 @@ public:
     /// text.
     static ezCString FromAllocatedString(char* aText);
 
+    /// The text with a NUL behind it, never null, lent until this text changes. A NUL within ends it early
+    /// for whoever reads it as a C string.
     const char* c_str() const { return mText.c_str(); }
+    /// Bytes, without the NUL that c_str() puts behind them.
     std::size_t GetLength() const { return mText.size(); }
+    /// True when there is not a byte.
     bool IsEmpty() const { return mText.empty(); }
     /// The bytes, lent until this text changes.
     std::string_view View() const { return mText; }
@@ -39,13 +45,18 @@ public:
     /// What stands before or behind the first or last aCharacter. Where the character is absent, AfterFirst
     /// gives the empty text and the other three the whole text: whoever splits a base from an extension tests
     /// for the dot.
+    /// @{
     ezCString BeforeFirst(char aCharacter) const;
     ezCString AfterFirst(char aCharacter) const;
     ezCString BeforeLast(char aCharacter) const;
     ezCString AfterLast(char aCharacter) const;
+    /// @}
 
+    /// With every A to Z as a to z, or the other way round; all other bytes stay.
+    /// @{
     ezCString Lower() const;
     ezCString Upper() const;
+    /// @}
     /// Without the blanks, tabs, line ends, vertical tabs and form feeds at both ends.
     ezCString TrimLeftRight() const;
 
@@ -59,7 +70,9 @@ public:
     /// The last byte; NUL for the empty text.
     char Last() const { return mText.empty() ? '\0' : mText.back(); }
 
+    /// True when aText stands somewhere in this text, to the letter; "" stands in every text, null in none.
     bool Contains(const char* aText) const;
+    /// True when this text begins with aText, to the letter; every text begins with "".
     bool StartsWith(std::string_view aText) const;
 
     /// Below, equal to or above 0 as this text sorts before, with or behind the other, byte by byte.
@@ -67,13 +80,18 @@ public:
     /// The same with A to Z taken as a to z.
     int CompareNoCase(const ezCString& aText) const;
 
+    /// Puts aText, which may be this very text, behind this one.
     ezCString& operator+=(const ezCString& aText);
 
+    /// A new text: aRight behind aLeft.
     friend ezCString operator+(const ezCString& aLeft, const ezCString& aRight) {
         ezCString sum = aLeft;
         sum += aRight;
         return sum;
     }
+    /// Equal when all bytes are, case included; a null pointer equals the empty text. A C string ends at its
+    /// first NUL, the text does not.
+    /// @{
     friend bool operator==(const ezCString& aLeft, const ezCString& aRight) {
         return aLeft.mText == aRight.mText;
     }
@@ -82,6 +100,8 @@ public:
         return aRight == nullptr ? aLeft.IsEmpty() : aLeft.mText == aRight;
     }
     friend bool operator!=(const ezCString& aLeft, const char* aRight) { return !(aLeft == aRight); }
+    /// @}
+    /// True when aLeft sorts before aRight, byte by byte as Compare does.
     friend bool operator<(const ezCString& aLeft, const ezCString& aRight) {
         return aLeft.mText < aRight.mText;
     }
@@ -99,8 +119,10 @@ constexpr char ezLower(char aCharacter) {
 EZPLATFORM_API std::string_view ezTrimmed(std::string_view aText);
 
 /// True when the whole text is ASCII digits, at least one, and fits; only then is *aValue written.
+/// @{
 EZPLATFORM_API bool ezReadDecimal(std::string_view aText, std::uint64_t* aValue);
 EZPLATFORM_API bool ezReadDecimal32(std::string_view aText, uint32* aValue);
+/// @}
 /// The same with an optional "-" before the digits.
 EZPLATFORM_API bool ezReadInt32(std::string_view aText, std::int32_t* aValue);
 

@@ -8,6 +8,7 @@ struct ezMimeTypeInfo;
 /// Never null: a text that is no MIME type has no parameters, and a part that is no parameter (no "=", no
 /// name, a quote that is never closed) is skipped. Given back with ezMimeTypeInfo_Delete.
 EZPLATFORM_API ezMimeTypeInfo* ezMimeTypeInfo_New(const char* aMimeType);
+/// Frees the object and with it every text that it lent. Null is ignored.
 EZPLATFORM_API void ezMimeTypeInfo_Delete(ezMimeTypeInfo* anInfo);
 /// The value of a parameter (name of any case, the first of that name, quotes taken off), lent until the
 /// object is deleted; null when there is none.

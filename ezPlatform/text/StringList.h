@@ -9,11 +9,15 @@
 /// Texts in the order added; a text may stand in it more than once.
 class EZPLATFORM_API ezStringList {
 public:
+    /// Copies a text to the end; null is the empty text.
     void Add(const char* aText) { mItems.emplace_back(aText); }
     /// True if the text is in the list: to the letter with afExactCase, else with A to Z taken as a to z.
     bool Has(const char* aText, bool afExactCase) const;
+    /// The number of texts, empty ones counted, and whether it is 0.
+    /// @{
     std::size_t GetCount() const { return mItems.size(); }
     bool IsEmpty() const { return mItems.empty(); }
+    /// @}
     /// The text at an index; the empty text behind the end.
     ezCString GetAt(std::size_t anIndex) const;
     /// The text at an index as a signed decimal number, the whole text and no blank; aDefault when it is
@@ -25,7 +29,7 @@ public:
     void Reset() { mItems.clear(); }
 
 protected:
-    std::vector<ezCString> mItems;
+    std::vector<ezCString> mItems; ///< in the order added; a derived list may fill and change it as it likes
 };
 
 /// A list that has a text form: its elements with one character between them.
@@ -39,6 +43,7 @@ public:
     /// pass.
     static ezCSVStringList FromText(const ezCString& aText);
 
+    /// The character that Join puts between elements. "," for a list of FromText.
     char GetSeparator() const { return mSeparator; }
     /// The elements as they are, with the separator between them.
     ezCString Join() const;

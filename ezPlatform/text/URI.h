@@ -23,6 +23,7 @@ EZPLATFORM_API ezURI* ezURI_New();
 /// Takes a text apart whose components are escaped; null is the empty text. Never null; given back with
 /// ezURI_Delete.
 EZPLATFORM_API ezURI* ezURI_NewFromEscapedStr(const char* aText);
+/// Frees the object and with it every component that it lent. Null is ignored.
 EZPLATFORM_API void ezURI_Delete(ezURI* aURI);
 
 /// Sets the scheme. Null, and a text that is no scheme of two characters or more, takes it away.

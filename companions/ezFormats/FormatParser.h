@@ -36,7 +36,7 @@ protected:
     /// What one parse may cost, whatever the file holds.
     struct Budget {
         std::uint32_t mReads; ///< reads of the stream, each with a seek before it
-        std::uint64_t mBytes;
+        std::uint64_t mBytes; ///< bytes that these may bring in all
     };
 
     /// @param aName       the class, as the log names it; must live as long as the parser
@@ -50,6 +50,8 @@ protected:
     /// what is not of the format; the record is then thrown away.
     virtual bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) = 0;
 
+    /// Why a media is refused, as the log says it: it breaks its format, or ends early; it is a kind of the
+    /// format that is not read; it needs more than one parse may cost or hold; the stream failed.
     enum class Cause { Malformed, Unsupported, Limit, ReadError };
 
     /// Logs why a media is refused, for a person who looks for the reason. Always false. The format is of

@@ -22,9 +22,9 @@ public:
 protected:
     /// Bytes of a header and of frames; a header of at most 16 bytes, and frames of less than 8192.
     struct Shape {
-        uint32 mHeaderSize;
+        uint32 mHeaderSize;   ///< that ReadHeader looks at
         uint32 mMinFrameSize; ///< header included
-        uint32 mMaxFrameSize;
+        uint32 mMaxFrameSize; ///< header included
     };
 
     /// A header as the search keeps it.
@@ -33,6 +33,8 @@ protected:
         uint32 mFrameSize = 0; ///< 0: the header does not tell
     };
 
+    /// The parameters are those of ezElementaryStreamParser; the limit is 2 MiB.
+    /// @param aShape  copied
     FrameChainEltStreamParser(const char* aName, const Shape& aShape, ezElementaryStreamInfo* aEltStreamInfo,
                               ezMediaInfo* aMediaInfo);
 

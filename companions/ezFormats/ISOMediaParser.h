@@ -35,6 +35,7 @@
 /// costs about ten: the start, the end, and one for each jump over a table.
 class EZFORMATS_API ISOMediaParser : public FormatParser {
 public:
+    /// @param aRules  decide the profile that a media is announced with; not null, shared
     explicit ISOMediaParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
     ~ISOMediaParser() override;
 

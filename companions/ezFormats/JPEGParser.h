@@ -13,6 +13,7 @@ struct JPEGComponents;
 /// more for an Exif directory out of all proportion: 192 reads, 193 seeks and 1 MiB at most.
 class EZFORMATS_API JPEGParser : public FormatParser {
 public:
+    /// @param aRules  decide the profile that a media is announced with; not null, shared
     explicit JPEGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
     ~JPEGParser() override;
 

@@ -28,6 +28,7 @@
 /// a read behind a large tag, and the last 16 KiB; and four reads of 16 KiB more where no count is stated.
 class EZFORMATS_API MPEGAudioParser : public FormatParser {
 public:
+    /// @param aRules  decide the profile that a media is announced with; not null, shared
     explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
     ~MPEGAudioParser() override;
 

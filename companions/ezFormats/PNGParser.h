@@ -11,6 +11,7 @@ class ByteReader;
 /// 65 seeks and 384 KiB at most.
 class EZFORMATS_API PNGParser : public FormatParser {
 public:
+    /// @param aRules  decide the profile that a media is announced with; not null, shared
     explicit PNGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
     ~PNGParser() override;
 

@@ -17,7 +17,7 @@ class ProfileRuleTable;
 /// What is wrong with a table of profile rules, and where.
 struct ProfileRulesProblem {
     std::size_t mLine; ///< from 1; 0 for the file as a whole
-    std::string mText;
+    std::string mText; ///< for a person: printable ASCII without a line end
 };
 
 /// Which DLNA profile a media keeps, decided by a table that an operator can read and edit:

@@ -29,9 +29,10 @@ protected:
 
     /// The bytes that were kept, lent.
     struct Unit {
+        /// Those behind the code, as Keep has them; may be null when there are none.
         const unsigned char* mBytes;
-        uint32 mSize;
-        uint8 mCode;
+        uint32 mSize; ///< bytes that were kept: no more than aMaxUnitSize
+        uint8 mCode;  ///< the byte behind 00 00 01
         bool mfWhole; ///< nothing but zeros is missing, and no byte sequence in it is forbidden
     };
 

@@ -45,8 +45,10 @@ struct ezFeedLimits {
 /// one thread, the reader's to another; Close may be called on any. The notices are called with no lock held.
 class EZLIVESTREAMS_API ezFeedBuffer {
 public:
+    /// Wakes the other side. Not empty; called with no lock held, so that it may ask the buffer.
     using Notice = std::function<void()>;
 
+    /// What became of the bytes that the writer appended.
     enum class Push {
         Taken,  ///< all of it: go on
         Moved,  ///< the reader wants bytes of another place: WaitForMove tells from where

@@ -10,7 +10,7 @@
 
 /// What a host chooses about a stream that is fed by a thread of its own.
 struct ezFeedOptions {
-    ezFeedLimits mLimits;
+    ezFeedLimits mLimits; ///< of the window
     /// GetSize waits until the size is known, the media has failed, or the window is full. A media without a
     /// stated size that fits the window then has its size from the start, and one that does not never has it
     /// from the start: what is found out about a media does not depend on how fast it came. Without it
@@ -47,6 +47,8 @@ public:
     std::string GetErrorText() const { return mBuffer.GetErrorText(); }
 
 protected:
+    /// Makes the buffer; the thread runs from Start on.
+    /// @param anOptions  copied
     explicit ezFeedStream(const ezFeedOptions& anOptions);
     ~ezFeedStream() override;
 
@@ -61,6 +63,7 @@ protected:
     /// Lets Feed end, and returns when it has. May be called again.
     void Stop();
 
+    /// The buffer that Feed is given, for the constructor of a concrete stream; it goes with the stream.
     ezFeedBuffer& GetBuffer() { return mBuffer; }
 
 private:

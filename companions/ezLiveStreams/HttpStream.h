@@ -7,11 +7,12 @@
 
 /// What a host chooses about a media of a web server.
 struct ezHttpOptions {
-    ezFeedOptions mFeed;
+    ezFeedOptions mFeed; ///< of the window, and whether GetSize waits
     /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
     /// in which the window is full does not count. The head of its answer, with redirects before it, has to
     /// be there within four times this, however steadily it comes.
     std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
+    /// So many redirects are followed for one answer; one more is a failure of the media. 0 follows none.
     int mMaxRedirects = 10;
 };
 
@@ -38,6 +39,9 @@ struct ezHttpOptions {
 /// lacks the definition EZ_HAS_HTTP_STREAM.
 class EZLIVESTREAMS_API ezHttpStream : public ezFeedStream {
 public:
+    /// Begins to fetch at once, on a thread of its own; a server that cannot be reached is told by the reads.
+    /// @param aURL       absolute, escaped
+    /// @param anOptions  copied
     explicit ezHttpStream(const ezCString& aURL, const ezHttpOptions& anOptions = ezHttpOptions());
 
     /// True for a text that begins with "http://" or "https://", in any case.

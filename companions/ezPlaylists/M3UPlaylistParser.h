@@ -39,8 +39,11 @@ class PlaylistStreamReader;
 /// with the reader ends its own walk.
 class EZPLAYLISTS_API M3UPlaylistParser : public PlaylistParser {
 public:
+    /// What PlaylistParser::RegisterTo registers the reader under. GetMimeType tells the first, whichever it
+    /// was asked for by.
     static constexpr const char* kMimeTypes[] = {"audio/x-mpegurl", "audio/mpegurl", "application/x-mpegurl",
                                                  "application/vnd.apple.mpegurl"};
+    /// The extensions that come with each of these, parted by ",".
     static constexpr const char* kExtensionList = "m3u,m3u8";
     /// Null for a null stream.
     static PlaylistParser* sBuild(ezStream* aStream);

@@ -15,12 +15,21 @@ struct ezArray;
 struct ezCustomHashTable;
 struct ezDLNAProtocolInfo;
 
-/// Bits of an entry's flag word. Others are carried through unchanged.
+/// @name Bits of an entry's flag word
+/// Others are carried through unchanged.
+/// @{
+
+/// The media cannot be sought by bytes.
 inline constexpr uint32 kDLNAMediaMapperByteSeek_MediaNotSupported = 0x01000000;
+/// The profile is switched off.
 inline constexpr uint32 kDLNAMediaMapperProfile_Disabled = 0x10000000;
+/// Play speeds are switched on for the profile. They are announced where this and the next bit say so.
 inline constexpr uint32 kDLNAMediaMapperPlaySpeed_ProfileEnabled = 0x20000000;
+/// The play speeds of this media are switched on.
 inline constexpr uint32 kDLNAMediaMapperPlaySpeed_MediaEnabled = 0x40000000;
+/// The media cannot be played at speeds: the two bits before do not count.
 inline constexpr uint32 kDLNAMediaMapperPlaySpeed_MediaNotSupported = 0x80000000;
+/// @}
 
 /// One line of the media mapper file: what a server must announce for one named media.
 ///
@@ -53,39 +62,54 @@ public:
     /// Back to a new entry.
     void Reset();
 
+    /// True unless the flag word switches the profile off.
     bool ProfileEnabled() const;
+    /// True unless the flag word says that the media cannot be sought by bytes.
     bool CanSupportByteSeek() const;
+    /// True for the MIME types of audio and video.
     bool CanSupportTimeSeek() const;
+    /// True for the MIME types of audio and video, unless the flag word says that the media cannot be played
+    /// at speeds.
     bool CanSupportPlaySpeed() const;
+    /// The flag word's half of CanSupportPlaySpeed alone, whatever the MIME type.
     bool GetPlaySpeedMediaSupported() const;
     /// It can play at speeds, and lists one other than "1".
     bool HasPlaySpeedDefined() const;
+    /// Its play speeds are switched on, and it has some (HasPlaySpeedDefined).
     bool GetPlaySpeedMediaEnabled() const;
+    /// Play speeds are switched on for its profile, and it can be played at speeds.
     bool GetPlaySpeedProfileEnabled() const;
-    /// Enabling takes effect only where a speed is defined, or can be supported; else it disables.
+    /// Writes the switch of the media or of the profile into the flag word. Enabling takes effect only where
+    /// a speed is defined, or for the profile can be supported; else it disables.
+    /// @{
     void SetPlaySpeedMediaEnabled(bool afEnabled);
     void SetPlaySpeedProfileEnabled(bool afEnabled);
+    /// @}
 
     /// A field without white space at both ends; "" where there is none.
     static ezCString GetTrimmed(const ezCSVStringList& aFields, std::ptrdiff_t anIndex);
     /// Takes normal speed and what is no play speed out of a list. The flag is not used.
     static void ValidatePlaySpeedList(ezCSVStringList& aSpeeds, bool afUnused);
 
-    ezCString mFileName;
-    ezCString mMimeType;
-    ezCString mProfile;
+    ezCString mFileName; ///< of the media, with its extension
+    ezCString mMimeType; ///< as written
+    ezCString mProfile;  ///< the DLNA profile name, to the letter
     ezCString mDuration; ///< as written
+    /// Without normal speed and what is no speed, where Set made it.
     ezCSVStringList mSupportedPlaySpeeds = ezCSVStringList::WithSeparator(',');
     ezCString mMandatoryBits; ///< eight of "0" and "1"
     uint32 mBitRate = 0;      ///< peak, bits a second; 0 is not known
-    ezCString mIFOFileName;
-    ezCString mLargest;
-    ezCString mWidth;
-    ezCString mHeight;
-    ezCString mLPOptions;
-    ezCString m4thFieldPart; ///< "name=value" parted by ";", the flag word among them
-    ezCString mFullProfile;  ///< the protocolInfo
-    uint32 mGoldenDMSFlags = 0;
+    /// @name Fields that are kept as written, for the file alone: nothing here reads them
+    /// @{
+    ezCString mIFOFileName; ///< "IFO file"
+    ezCString mLargest;     ///< "largest"
+    ezCString mWidth;       ///< "width", a text too
+    ezCString mHeight;      ///< "height", a text too
+    ezCString mLPOptions;   ///< "LP options"
+    /// @}
+    ezCString m4thFieldPart;    ///< "name=value" parted by ";", the flag word among them
+    ezCString mFullProfile;     ///< the protocolInfo
+    uint32 mGoldenDMSFlags = 0; ///< the flag word: bits named kDLNAMediaMapper..., and any others
     ezDLNAProtocolInfo* mDLNAProtocolInfo = nullptr; ///< owned; null until computed
     bool mfMandatory = false;                        ///< character 7 of mMandatoryBits
     bool mfCVPNA1Mandatory = false;                  ///< character 6
@@ -102,17 +126,26 @@ public:
     DLNAProfileEntry(const DLNAProfileEntry&) = delete;
     DLNAProfileEntry& operator=(const DLNAProfileEntry&) = delete;
 
+    /// What media of the profile can be used with, as the entry told that this was taken from.
+    /// @{
     bool CanSupportByteSeek() const { return mfCanSupportByteSeek; }
     bool CanSupportTimeSeek() const { return mfCanSupportTimeSeek; }
     bool CanSupportPlaySpeed() const { return mfCanSupportPlaySpeed; }
+    /// @}
+    /// Whether play speeds of the profile are chosen: what EnablePlaySpeed said, at first what the entry
+    /// said.
     bool GetPlaySpeedEnabled() const { return mfPlaySpeedProfileEnabled; }
+    /// Whether the entry announced its speeds when this was taken from it: for it and for the profile they
+    /// were switched on. EnablePlaySpeed does not change it.
     bool GetPlaySpeedMediaEnabled() const { return mfPlaySpeedMediaEnabled; }
+    /// Whether the profile is chosen: what EnableProfile said, at first what the entry said.
     bool GetProfileEnabled() const { return mfProfileEnabled; }
     /// Lent; its seek and stalling settings are the host's to change before MergeBack.
     ezDLNAProtocolInfo* GetDLNAProtocolInfo() const { return mDLNAProtocolInfo; }
 
     /// Without effect where the profile cannot play at speeds.
     void EnablePlaySpeed(bool afEnable) { mfPlaySpeedProfileEnabled = afEnable && mfCanSupportPlaySpeed; }
+    /// Switches the profile on or off; entries learn of it by MergeBack.
     void EnableProfile(bool afEnable) { mfProfileEnabled = afEnable; }
 
     /// Writes the choices into an entry of the profile: its flag word and its protocolInfo object, not its
@@ -135,7 +168,7 @@ private:
 
 /// Key of a search by file name.
 struct DLNAMediaMapperSearchInfo {
-    ezCString mFileName;
+    ezCString mFileName; ///< of the media, with its extension; any of the same base name may answer
     ezMimeTypesDotIniParser* mMimeTypesDotIniParser; ///< borrowed
 };
 
@@ -200,21 +233,28 @@ public:
     /// Case-blind; false for null and "".
     bool IsDisabledProfile(const char* aName);
 
-    /// True for the MIME types of audio and video.
+    /// True for the MIME types of audio and video, in any case.
+    /// @{
     static bool MimeTypeSupportTimeSeek(const ezCString& aMimeType);
     static bool MimeTypeSupportPlaySpeed(const ezCString& aMimeType);
+    /// @}
 
     /// A hook callback: applies the table, found as the hook's pointer property "DLNAMediaMapper", to the
     /// ezDLNAProtocolInfo* that is the first argument.
     static void Hook_AdjustProtocolInfo(ezHook* aHook, const char* aName, va_list anArguments);
 
     /// Callbacks of an array of DLNAProfileEntry: search by profile name (a C string), sort by it, delete.
+    /// @{
     static int DLNAProfileEntry_Search(const void* aRecord, const void* aName);
     static int DLNAProfileEntry_Sort(const void* aLeft, const void* aRight);
     static void DLNAProfileEntry_Free(void* aRecord);
+    /// @}
 
 protected:
+    /// Adds the entries of a file and lets the table be saved again. Code -3, and nothing changes, when the
+    /// file cannot be opened or read to its end.
     ezError LoadFile(const ezPathName& aPath);
+    /// Save to a file of any name, with the same codes; it counts as the one save of a Load.
     ezError SaveFile(const ezPathName& aPath);
     /// The path of a file in a sub-folder of a folder; with afCreate the folders are made, and the path is
     /// invalid where they cannot be.

@@ -16,12 +16,14 @@ public:
     ezElementaryStreamInfo(const char* aName, uint32 anID) : mName(aName), mID(anID) {}
     virtual ~ezElementaryStreamInfo();
 
+    /// The name as it was given, still lent by whoever gave it.
     const char* GetName() const { return mName; }
+    /// The identifier as it was given; what it means is the carrier's affair.
     uint32 GetID() const { return mID; }
 
 protected:
-    const char* mName;
-    uint32 mID;
+    const char* mName; ///< borrowed
+    uint32 mID;        ///< in whatever carries the stream
 };
 
 // clang-format off
@@ -64,6 +66,7 @@ protected:
 /// One thread at a time.
 class EZPARSERS_API ezElementaryStreamParser {
 public:
+    /// Where a parser stands, and what a step of a format came to.
     enum parsing_status_t : int {
         MSS_COMPLETED = 0,          ///< parsed; also idle
         MSS_IN_PROGRESS = 1,        ///< wants more data
@@ -112,8 +115,12 @@ public:
     /// Takes the aSize bytes of a satisfied request, lent until the next request is placed.
     virtual parsing_status_t ContinueParsing(const unsigned char* aBuffer, uint32 aSize) = 0;
 
+    /// The name that log lines and GetCandidateList show, still lent by whoever gave it.
     const char* GetName() const { return mName; }
+    /// Bytes pushed without a decision at which the parse fails. 0 of an ezUndeterminedEltStreamParser, which
+    /// has no limit of its own.
     uint32 GetMaxReadSize() const { return mMaxReadSize; }
+    /// Where the parser stands now: behind Open and AddPacket what they came to.
     parsing_status_t GetParserStatus() const { return mGlobalStatus; }
     /// Lent; null when there is none.
     ezElementaryStreamInfo* GetEltStreamInfo() const { return mEltStreamInfo; }
@@ -122,8 +129,11 @@ public:
     /// Takes another record, and deletes the one before.
     void SetMediaInfo(ezMediaInfo* aMediaInfo);
 
+    /// For StartParsing and ContinueParsing: wants the next aSize bytes, in one block.
     void RequestRead(uint32 aSize) { RequestReadOrSkip(aSize, false, false); }
+    /// The same, but aSize more bytes behind those of the request before.
     void RequestAppend(uint32 aSize) { RequestReadOrSkip(aSize, false, true); }
+    /// The same, but aSize bytes are passed over.
     void RequestSkip(uint32 aSize) { RequestReadOrSkip(aSize, true, false); }
 
 private:
@@ -136,17 +146,18 @@ private:
     void CheckDecision(uint32 aLeftSize);
 
 protected:
-    const char* mName;
-    const uint32 mMaxReadSize;
-    ezElementaryStreamInfo* mEltStreamInfo;
-    ezMediaInfo* mMediaInfo;
+    const char* mName;                      ///< borrowed; for the log
+    const uint32 mMaxReadSize;              ///< bytes without a decision at which the parse fails
+    ezElementaryStreamInfo* mEltStreamInfo; ///< owned; null when none was given
+    ezMediaInfo* mMediaInfo;     ///< owned; what a format fills. Null when none was given, and after Close
     uint32 mTotalReadSize = 0;   ///< bytes pushed since Open; stays at 0xFFFFFFFF
     uint32 mReadCurrentSize = 0; ///< bytes gathered or passed over for the request; never above its size
-    uint32 mReadRequestSize = 0;
-    bool mSkipRead = false; ///< the request is a skip
-    uint32 mReadBufferSize = 0;
-    unsigned char* mReadBuffer = nullptr; ///< of ezRealloc
-    parsing_status_t mGlobalStatus = MSS_COMPLETED;
+    uint32 mReadRequestSize = 0; ///< bytes of the request, with those that it appends to; 0 without one
+    bool mSkipRead = false;      ///< the request is a skip
+    uint32 mReadBufferSize = 0;  ///< bytes that mReadBuffer takes; it grows with the requests
+    unsigned char* mReadBuffer = nullptr;           ///< of ezRealloc
+    parsing_status_t mGlobalStatus = MSS_COMPLETED; ///< what GetParserStatus tells; a format returns a status
+                                                    ///< and leaves this one to the base
 
 private:
     bool mfBufferRefused = false; ///< the block for the latest request could not be had
@@ -199,8 +210,12 @@ public:
 
     /// @name A walk over the candidates, which survives the deletion of the one that it is at
     /// @{
+    /// Goes to the first candidate.
     void Iter_Init();
+    /// True while the walk is at a candidate: not behind the last one, nor where CheckCurCandidate has
+    /// deleted the one that it was at and Iter_Next has not gone on.
     bool Iter_Test() const { return mCurNode != nullptr; }
+    /// Goes to the candidate that stood behind when the walk came to this one.
     void Iter_Next();
     /// Takes the candidate of the node that the walk has come to, and the node behind it.
     void GetCandidate();
@@ -209,12 +224,13 @@ public:
     /// Deletes the candidate that the walk is at unless it is in progress.
     void CheckCurCandidate();
 
+    /// Deletes a candidate: the free function of the list.
     static void FreeCandidate(void* aCandidate);
 
 protected:
-    ezPtrList* mCandidateList;
-    bool mIsOpen = false; ///< between Open and Close
-    ezPtrListNode* mCurNode = nullptr;
-    ezPtrListNode* mNextNode = nullptr;
-    ezElementaryStreamParser* mCurCandidate = nullptr;
+    ezPtrList* mCandidateList;          ///< of ezElementaryStreamParser, owned, in the order added
+    bool mIsOpen = false;               ///< between Open and Close
+    ezPtrListNode* mCurNode = nullptr;  ///< where the walk is; null when it is at no candidate
+    ezPtrListNode* mNextNode = nullptr; ///< where it goes next; taken beforehand, as mCurNode may be deleted
+    ezElementaryStreamParser* mCurCandidate = nullptr; ///< that of mCurNode, lent; null with it
 };

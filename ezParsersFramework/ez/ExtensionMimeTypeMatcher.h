@@ -79,6 +79,8 @@ public:
     ezPtrList* EntriesFromMimeType(const ezCString& aMimeType);
     /// Every entry, excluded ones first. Never null.
     ezPtrList* AllEntries() { return mAllEntries; }
+    /// True for an entry of the section "MimeTypesExcluded". The very object counts: a copy of such an entry
+    /// is none.
     bool IsExcludedEntry(ExtensionMimeTypeMatcherEntry* anEntry);
 
     /// The list under a key, which is lower-cased first with afLower; null when there is none.

@@ -23,8 +23,12 @@
 /// missing or unreadable the reads of the source give 0 bytes, as at the end of a media.
 class EZPARSERS_API ezFileMediaParserStream : public ezMediaParserStream {
 public:
+    /// Takes the path of a file, which need not exist, with its extension and modification time. Opens
+    /// nothing.
+    /// @{
     explicit ezFileMediaParserStream(const ezPathName& aFilePath);
     explicit ezFileMediaParserStream(const ezCString& aFilePath);
+    /// @}
     ~ezFileMediaParserStream() override;
 
     /// Takes path, extension and modification time from a path, and the size if the file is open.
@@ -48,8 +52,8 @@ private:
     void InitFromPath(ezPathName aFilePath);
 
 protected:
-    ezFile mFile;
-    ezuint64 mSeekPos; ///< where the next read must start
-    ezuint64 mFilePos; ///< where the file stands
-    ezPathName mFilePath;
+    ezFile mFile;         ///< open from Open, or the first read, to Close
+    ezuint64 mSeekPos;    ///< where the next read must start
+    ezuint64 mFilePos;    ///< where the file stands
+    ezPathName mFilePath; ///< as it was given to the constructor or Init
 };

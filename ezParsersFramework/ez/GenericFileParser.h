@@ -18,8 +18,8 @@ public:
     ezMediaInfo* Parse(ezMediaParserStream& aStream) override;
 
 protected:
-    ezCString mMimeType;
-    ezCString mItemClassName;
-    ezCString mExtension;
-    ezCString mName; ///< "ezGenericFileParser(mp3 -> audio/mpeg,item.audioItem)", for diagnostics
+    ezCString mMimeType;      ///< of the answer
+    ezCString mItemClassName; ///< of the answer
+    ezCString mExtension;     ///< that is answered, compared exactly
+    ezCString mName;          ///< "ezGenericFileParser(mp3 -> audio/mpeg,item.audioItem)", for diagnostics
 };

@@ -38,8 +38,12 @@ public:
     /// and a DLNA 4th field. The base declares nothing.
     virtual ezCString GetDLNAInfo();
 
+    /// Exchanges the environment: borrowed, null for none. ezMediaParserManager::Add calls it with the
+    /// manager's, whatever the parser had.
     void SetEnvironmentInfo(ezPropertyList* anEnvironmentInfo) { mEnvironmentInfo = anEnvironmentInfo; }
+    /// The key under which a manager files the parser, as it was given. Empty where null was given.
     ezCString GetType() const { return mType; }
+    /// True when ezMediaParserManager::ParseCoverArt is to ask this parser.
     bool CanExtractCoverArt() const { return mCanExtractCoverArt; }
 
 protected:
@@ -48,15 +52,16 @@ protected:
     /// The environment's "CTTContext": not 0 while a DLNA conformance test tool is at work; 0 without one.
     uint32 GetCTTContext() const;
 
-    ezPropertyList* mEnvironmentInfo;
-    ezCString mType;
-    bool mCanExtractCoverArt;
+    ezPropertyList* mEnvironmentInfo; ///< borrowed; null when there is none
+    ezCString mType;                  ///< what GetType tells; a manager looks once, when the parser is added
+    bool mCanExtractCoverArt;         ///< what CanExtractCoverArt tells; a manager looks each time
 };
 
 /// A parser for a file format: one block from the start and one from the end of the media, read once, are
 /// then looked at in memory. A format overrides Read, and calls ParseFromStream in its Parse.
 class EZPARSERS_API ezMediaParser : public ezBaseParser {
 public:
+    /// The parameters are those of ezBaseParser.
     ezMediaParser(const char* aType, ezPropertyList* anEnvironmentInfo, bool afCanExtractCoverArt);
     ~ezMediaParser() override;
 
@@ -75,6 +80,8 @@ protected:
     virtual ezMediaInfo* Read(uint8* aBegin, std::size_t aBeginSize, uint8* aEnd, std::size_t aEndSize,
                               const ezuint64& aMediaSize);
 
+    /// True where numbers lie in memory with their highest byte first: for a format that takes them as they
+    /// lie.
     static bool IsBigEndianPlatform();
 
     ezMediaParserManager* mManager =

@@ -96,7 +96,9 @@ protected:
     /// parsers with afAutoDelete), else null.
     ezParserList* ParserListFrom(ezCustomHashTable* aHashTable, const ezCString& aType, bool afAdd,
                                  bool afAutoDelete);
+    /// The list of a type, of parsers that it owns. A new one with afAdd, else null, where there is none.
     ezParserList* ParserListFromType(const ezCString& aType, bool afAdd);
+    /// The same for a MIME type; the list borrows its parsers.
     ezParserList* ParserListFromMimeType(const ezCString& aMimeType, bool afAdd);
 
     /// Files a parser under each MIME type that it declares.
@@ -110,7 +112,7 @@ protected:
     ezCustomHashTable* mParserListByType; ///< lower-case type to ezParserList; the lists own their parsers
     ezCustomHashTable* mParserListByMimeType; ///< lower-case MIME type to ezParserList; the lists borrow
     ezVoidPtrList mDoneParsers;               ///< the ezBaseParsers tried in this request, in the order tried
-    ezPropertyList* mEnvironmentInfo;
+    ezPropertyList* mEnvironmentInfo;         ///< borrowed; null when there is none
     ezMimeTypesDotIniParser* mMimeTypesDotIniParser = nullptr; ///< owned by its type list
     DLNAMediaMapperParser* mDLNAMediaMapperParser = nullptr;   ///< owned; in no list
 

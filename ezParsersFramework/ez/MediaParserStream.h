@@ -38,8 +38,8 @@ class ezMediaInfo;
 /// such a read goes to the source. A stream belongs to one parse at a time and is not locked.
 class EZPARSERS_API ezMediaParserStream {
 public:
-    static constexpr int SeekFromStart = 0;
-    static constexpr int SeekFromCurrent = 1;
+    static constexpr int SeekFromStart = 0; ///< a mode of Seek: the offset counts from the start of the media
+    static constexpr int SeekFromCurrent = 1; ///< a mode of Seek: it counts from the position
 
     ezMediaParserStream() = default;
     virtual ~ezMediaParserStream();
@@ -75,21 +75,27 @@ public:
     bool Read(std::size_t* aSize, void* aBuffer);
 
     /// A seek from the start and the read of the same form; not read when the seek fails.
+    /// @{
     bool ReadFrom(ezuint64 aPos, std::size_t aSize, char* aBuffer);
     bool ReadFrom(ezuint64 aPos, std::size_t* aSize, char* aBuffer);
+    /// @}
 
-    /// Read of the last aSize bytes.
+    /// Exact read of the last aSize bytes.
     bool ReadFromEnd(std::size_t aSize, char* aBuffer);
+    /// Read of up to the last *aSize bytes; *aSize receives the count. A null aSize is the assertion
+    /// "aSize != NULL".
     bool ReadFromEnd(std::size_t* aSize, char* aBuffer);
 
     /// Moves the position. From the current position only forward: offsets are unsigned. A mode other than
     /// the two is the assertion "(aSeekMode == SeekFromCurrent) || (aSeekMode == SeekFromStart)".
     bool Seek(ezuint64 anOffset, int aSeekMode, bool afSeekImmediate);
 
+    /// Where the next read begins, in bytes from the start of the media.
     ezuint64 Tell() const { return mMediaPos; }
 
     /// Path or URI of the media.
     ezCString GetFullPath() const { return mMediaFullPath; }
+    /// Sets what GetFullPath and a record tell. An ezFileMediaParserStream opens this path at its next Open.
     void SetFullPath(const ezCString& aFullPath) { mMediaFullPath = aFullPath; }
 
     /// Bytes; 0 when not known.
@@ -97,14 +103,15 @@ public:
 
     /// Lower case, without the dot.
     ezCString GetExtension() const { return mMediaExtension; }
+    /// Sets the extension by which parsers are picked; put into lower case here. Give it without the dot.
     void SetExtension(const ezCString& anExtension) { mMediaExtension = anExtension.Lower(); }
 
 protected:
-    ezCString mMediaFullPath;
-    ezuint64 mMediaSize;
-    ezuint64 mMediaPos;
-    ezCString mMediaExtension;
-    ezDateTime mLastModificationTime;
+    ezCString mMediaFullPath;         ///< what GetFullPath tells
+    ezuint64 mMediaSize;              ///< what GetMediaSize tells; set by a concrete stream that knows it
+    ezuint64 mMediaPos;               ///< what Tell tells; Read and Seek move it, a concrete stream does not
+    ezCString mMediaExtension;        ///< what GetExtension tells
+    ezDateTime mLastModificationTime; ///< what CopyInfo tells; not set until a concrete stream sets it
 
 private:
     /// Where a read of aSize bytes would end; 2^64-1 when it would pass that.

@@ -22,6 +22,8 @@ enum ezParseOption : int {
 /// Environment property: what a parser may rely on beyond the published formats.
 inline constexpr const char* kProperty_Parser_SpecsLevel = "ParserSpecsLevel";
 
+/// The values of kProperty_Parser_SpecsLevel, as ezBaseParser::GetSpecsLevel hands them to a parser. What a
+/// parser does at a level is its own affair; those of the library do not ask.
 enum ezParserSpecsLevel : int {
     kProperty_Parser_SpecsLevel_Normal = 0,
     kProperty_Parser_SpecsLevel_CVP2 = 1,

@@ -39,13 +39,16 @@ public:
     /// What a server advertises during a conformance test; "" outside one.
     ezCString GetDLNAInfo() override;
 
+    /// True when kParseOption_ParseFullFileIfVBR is among the options: parsers may then read a whole file.
     bool IsParseFullFileIfVBR() const { return (mParseOptions & kParseOption_ParseFullFileIfVBR) != 0; }
 
     /// Questions to the table; see ExtensionMimeTypeMatcher.
+    /// @{
     ezCString FileExtensionToMimeType(const ezCString& anExtension);
     ezCString MimeTypeToFileExtension(const ezCString& aMimeType);
     ezCSVStringList MimeTypeToFileExtensionList(const ezCString& aMimeType);
     ezCSVStringList ExtensionToExtensionList(const ezCString& anExtension);
+    /// @}
 
 protected:
     /// The first answer of the parsers of these types. Null for a null list.
@@ -54,7 +57,10 @@ protected:
     /// alone makes a record where none does. Null for a null list.
     ezMediaInfo* ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
                                   bool afForceCreateMediaInfo);
+    /// Has the parsers of these types adjust a record, until one does. False when none does, for a null list
+    /// and without a manager.
     bool AdjustDLNAInfoFromTypes(ezPtrList* aTypes, ezMediaInfo* anInfo);
+    /// The same with the types of each entry.
     bool AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo);
 
 private:

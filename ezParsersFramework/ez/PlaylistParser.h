@@ -30,7 +30,7 @@ struct PlaylistParserEntry {
 /// What a search by index wants and has found.
 struct PlaylistParserAtEntry {
     ezuint64 mPos = kezuint64_Max; ///< kezuint64_Max until it is found
-    uint32 mEntryIndex = 0;
+    uint32 mEntryIndex = 0;        ///< wanted; counted from 0 where the walk begins
 };
 
 /// Is handed the entries of a walk one by one, lent for the call. True stops the walk.
@@ -101,6 +101,7 @@ public:
 
     /// Of a local playlist; not valid for another.
     const ezPathName& GetFilePath() const { return mFilePath; }
+    /// That of the playlist as the reader states it, lent; empty when the reader states none.
     const ezCString& GetMimeType() const { return mMimeType; }
 
     /// One line of the playlist as the server serves it again: the prefix and exactly 55 bytes, whatever the
@@ -141,8 +142,8 @@ public:
     }
 
 protected:
-    ezPathName mFilePath;
-    ezCString mMimeType;
+    ezPathName mFilePath;           ///< what GetFilePath tells; set by a reader of a local playlist
+    ezCString mMimeType;            ///< what GetMimeType tells; set by a reader
     uint32 mRelativeEntryIndex = 0; ///< of the entry that a walk meets next; a reader counts it up
     char* mParentURL = nullptr;     ///< owned; null for a local playlist
 

@@ -9,8 +9,8 @@ struct ezArray;
 
 /// One registration of a reader.
 struct PlaylistParserFactoryInfo {
-    PlaylistParserBuilderFunc mBuilderFunc = nullptr;
-    ezCString mMimeType;      ///< as it was registered; may be empty
+    PlaylistParserBuilderFunc mBuilderFunc = nullptr; ///< makes the reader; not null in a registration
+    ezCString mMimeType;                              ///< as it was registered; may be empty
     ezCString mExtensionList; ///< lower case, a comma before the first and behind the last: ",m3u,m3u8,"
 };
 

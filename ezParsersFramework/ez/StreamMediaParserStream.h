@@ -73,11 +73,11 @@ private:
     bool WaitForData();
 
 protected:
-    ezStream* mStream;
-    ezuint64 mSeekPos;   ///< where the next read must start
-    ezuint64 mStreamPos; ///< where the stream stands
-    ezCondition mCondition;
-    bool mfOwnStream;
+    ezStream* mStream;      ///< null when none was given, and when Close has released it
+    ezuint64 mSeekPos;      ///< where the next read must start
+    ezuint64 mStreamPos;    ///< where the stream stands
+    ezCondition mCondition; ///< what ThresholdReached signals and a reader waits for
+    bool mfOwnStream;       ///< Close and destruction release the stream
 
 private:
     bool mfRegistered = false;

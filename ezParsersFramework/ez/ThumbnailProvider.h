@@ -66,6 +66,7 @@ struct ThumbnailInfo {
 class EZPARSERS_API ezThumbnailSource {
 public:
     ezThumbnailSource() = default;
+    /// @param aMimeType  of the picture; "" when it is not known
     explicit ezThumbnailSource(const ezCString& aMimeType) : mMimeType(aMimeType) {}
     virtual ~ezThumbnailSource();
 
@@ -80,10 +81,11 @@ public:
 
     /// The MIME type of the picture.
     ezCString GetMimeType() const { return mMimeType; }
+    /// Sets the MIME type that GetMimeType and the streams made from now on tell.
     void SetMimeType(const ezCString& aMimeType) { mMimeType = aMimeType; }
 
 protected:
-    ezCString mMimeType;
+    ezCString mMimeType; ///< what GetMimeType tells
 };
 
 /// A picture that is a file of its own.
@@ -98,7 +100,9 @@ public:
     /// Never null: of a file that does not open it is a stream that is not open and reads nothing.
     ezStream* GetStream() const override;
 
+    /// Where the picture lies, lent until the source changes; not valid where it was made of no request.
     const ezPathName& GetPath() const { return mFilePath; }
+    /// The same as a text; empty where the path is not valid.
     ezCString GetFullPath() const { return mFilePath.GetFullPath(); }
     /// Replaces the whole path.
     void SetPath(const ezPathName& aPath) { mFilePath = aPath; }
@@ -110,7 +114,7 @@ public:
     void SetExtension(const ezCString& anExtension);
 
 protected:
-    ezPathName mFilePath;
+    ezPathName mFilePath; ///< of the picture
 };
 
 /// A picture that is a part of a file: a cover within a media, stored as it is or as base64 text.
@@ -137,11 +141,11 @@ public:
     ezStream* GetStream() const override;
 
 protected:
-    ezPathName mFilePath;
-    ezFileOffset mStartOffset;
-    uint32 mSize;
-    bool mfBase64;
-    uint32 mEncodedOffset;
+    ezPathName mFilePath;      ///< of the file that holds the picture
+    ezFileOffset mStartOffset; ///< of the data in the file; below 0 there is none
+    uint32 mSize;              ///< bytes of the data in the file
+    bool mfBase64;             ///< the data is base64 text
+    uint32 mEncodedOffset;     ///< bytes to drop from the start of what that decodes to
 
 private:
     ezStream* GetDecodedStream(ezFile& aFile) const;
@@ -168,10 +172,11 @@ public:
     virtual bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                                 ezFile* aFile) = 0;
 
+    /// The name as it was given, still lent by whoever gave it.
     const char* GetName() const { return mName; }
 
 protected:
-    const char* mName;
+    const char* mName; ///< borrowed
 };
 
 /// Finds a picture for a media item and has a thumbnail built of it.
@@ -193,6 +198,7 @@ public:
     /// is worth nothing.
     virtual bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) = 0;
 
+    /// The name that log lines show, still lent by whoever gave it.
     const char* GetName() const { return mName; }
     /// True when a wanted format is among the possible ones.
     bool CanProvideThumbnailFor(const ThumbnailInfo* anInfo) {
@@ -200,7 +206,7 @@ public:
     }
 
 protected:
-    const char* mName;
+    const char* mName; ///< borrowed
 };
 
 /// For items that are pictures: their own file is the source.
@@ -216,7 +222,7 @@ public:
     bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) override;
 
 protected:
-    ezThumbnailGenerator* mThumbnailGenerator;
+    ezThumbnailGenerator* mThumbnailGenerator; ///< borrowed; null is one that converts nothing
 };
 
 /// Tries one candidate source after the other, such as pictures beside the media. A derived class supplies
@@ -249,8 +255,8 @@ public:
     bool SourceToTry() const { return mTrySource != nullptr; }
 
 protected:
-    ezThumbnailGenerator* mThumbnailGenerator;
-    ezThumbnailSource* mTrySource = nullptr; ///< owned
+    ezThumbnailGenerator* mThumbnailGenerator; ///< borrowed; null is one that converts nothing
+    ezThumbnailSource* mTrySource = nullptr;   ///< owned
 };
 
 /// Returns thumbnails: from the cache, or built by the providers and then cached.
@@ -309,10 +315,10 @@ protected:
     /// The free function of the list.
     static void ThumbnailProvider_Free(void* aThumbnailProvider);
 
-    ezPtrList* mThumbnailProviderList; ///< of ezThumbnailProvider, owned
-    ezThumbnailGenerator* mThumbnailGenerator;
-    ezFileCacheManager* mFileCacheManager;
-    ezThumbnailProvider* mDefaultThumbnailProvider = nullptr;
+    ezPtrList* mThumbnailProviderList;         ///< of ezThumbnailProvider, owned
+    ezThumbnailGenerator* mThumbnailGenerator; ///< owned; may be null
+    ezFileCacheManager* mFileCacheManager;     ///< borrowed; null is no cache, and no thumbnail
+    ezThumbnailProvider* mDefaultThumbnailProvider = nullptr; ///< owned; null when there is none
 
 private:
     bool Build(const ThumbnailInfo* anInfo, bool afUseDefaultProvider, ezFile* aFile);

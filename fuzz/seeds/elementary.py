@@ -10,6 +10,30 @@ def filler(size):
     return bytes((11 * i + 5) % 199 for i in range(size))
 
 
+# --- What wraps a stream, and what only looks like one
+
+
+def pack(mpeg2=True, stuffing=0):
+    head = b"\0\0\1\xBA"
+    if not mpeg2:
+        return head + b"\x21\0\1\0\1\x80\0\1"
+    return head + b"\x44\0\4\0\4\1\0\0\3" + bytes([0xF8 | stuffing]) + b"\xFF" * stuffing
+
+
+def packet(content):
+    return b"\0\0\1\xBD" + len(content).to_bytes(2, "big") + content
+
+
+def wrapped(frames):
+    """In programs of both kinds, and in transport packets; what is behind the wrapping is found."""
+    yield "in-a-program", pack(True, 2) + packet(frames) + b"\0\0" + pack() + packet(frames) + b"\0\0\1\xB9" + frames
+    yield "in-an-mpeg1-program", pack(False) + packet(frames) + b"\0\0\1\xB9"
+    yield "behind-what-is-no-program", (pack()[:-1] + b"\x10" + b"\0\0\1\xBA\x24\0\0\0\0\0\0\0\0\0" + pack() + b"\7"
+                                        + pack() + b"\0\1" + pack() + b"\0\0\1\xE0\0\0" + frames)
+    packets = b"".join(b"\x47" + bytes(7) + (frames * 9)[180 * i : 180 * i + 180] for i in range(5))
+    yield "in-a-transport", packets + frames + frames
+
+
 # --- AC-3
 
 AC3_KILOBITS = [32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512, 576, 640]
@@ -32,6 +56,10 @@ def ac3():
     yield "32-khz", 2 * ac3_frame(2)
     yield "half-rate", 2 * ac3_frame(version=9)
     yield "quarter-rate", 2 * ac3_frame(version=10)
+    others = [b"\x0B\x77\0\0\xC0\x40\x40\0", b"\x0B\x77\0\0\0\x58\x40\0"]
+    yield "behind-what-is-no-header", b"".join(others) + 2 * ac3_frame()
+    yield "changes-its-channels", ac3_frame() + 2 * ac3_frame(mode=7)
+    yield from wrapped(2 * ac3_frame())
 
 
 # --- ADTS
@@ -49,6 +77,8 @@ def adts():
     yield "mpeg-4-long-term-prediction", 2 * adts_frame(40, mpeg2=0, profile=3)
     yield "check-sums", 2 * adts_frame(40, check_sum=1)
     yield "channels-in-the-stream", 2 * adts_frame(40, channels=0)
+    others = [b"\xFF\xF1\x74\x80\5\0\0", b"\xFF\xF9\xD0\x80\5\0\0"]
+    yield "behind-what-is-no-header", b"".join(others) + 2 * adts_frame(40)
     yield "mpeg-2-main", 2 * adts_frame(40, profile=0, rate=12, channels=7)
 
 
@@ -78,6 +108,18 @@ def mpeg_audio():
     free = [mpeg_frame(800 + padding, rate=0, padding=padding, body=bytes([i]) + filler(800))
             for i, padding in enumerate((1, 0, 1, 0, 1))]
     yield "free-format-padded", b"".join(free)
+    xing = mpeg_frame(144 * 64000 // 44100, rate=5, body=bytes(32) + b"Xing" + bytes(22))
+    yield "xing", xing + mpeg_frame(144 * 64000 // 44100, rate=5)
+    others = [b"\xFF\xEB\x90\0", b"\xFF\xFB\x9C\0", b"\xFF\xFB\x90\2", b"\xFF\xE5\x90\0"]
+    yield "behind-what-is-no-header", b"".join(others) + 2 * mpeg_frame(144 * 32000 // 44100, rate=1)
+    once = 144 * 32000 // 44100
+    yield "stereo-then-mono", mpeg_frame(once, rate=1) + 2 * mpeg_frame(once, rate=1, mode=3)
+    yield "layer-2-changes-its-rate", (mpeg_frame(once, layer=2, rate=1) + mpeg_frame(144 * 48000 // 44100, layer=2, rate=2)
+                                       + mpeg_frame(once, layer=2, rate=1))
+    yield "states-a-rate-once", mpeg_frame(once, rate=1) + mpeg_frame(once, rate=0) + mpeg_frame(once, rate=1)
+    yield "free-format-repeats-itself", 5 * mpeg_frame(800, rate=0)
+    uneven = [mpeg_frame(size, rate=0, body=bytes([i])) for i, size in enumerate((700, 800, 700, 5000, 900))]
+    yield "free-format-of-uneven-frames", b"".join(uneven)
 
 
 # --- MPEG video
@@ -151,6 +193,21 @@ def mpeg_video():
     yield "mpeg2-fastest-variable", sequence() + sequence_extension(rate=0xFFF) + picture(delay=0xFFFF) + tail
     yield "mpeg2-taller-than-its-codes", sequence(1920, 2816) + sequence_extension() + picture() + tail
     yield "mpeg2-large", sequence(0, 16) + sequence_extension(width=1, height=0) + picture() + tail
+    behind = sequence() + picture() + SLICE
+    yield "behind-what-is-no-profile", sequence() + sequence_extension(0x68) + sequence() + sequence_extension(0x41) + behind
+    yield "behind-what-is-no-size", (sequence(352, 0) + sequence(aspect=0) + sequence(aspect=15) + sequence(rate=0)
+                                     + sequence()[:7] + b"\x10" + bytes(4) + start(0xB3) + sequence()[4:7] + b"\x13\1\0\0\0"
+                                     + behind)
+    yield "behind-headers-out-of-order", (mpeg2 + picture() + USER_DATA + sequence() + group() + picture_extension()
+                                          + sequence() + sequence_extension() + picture() + SLICE
+                                          + mpeg2 + later[0] + sequence() + USER_DATA + display
+                                          + sequence() + picture() + picture_extension()
+                                          + mpeg2 + picture() + picture_extension(0, 0xAAAA) + sequence() + start(0xB5)
+                                          + sequence()[:-1] + b"\7" + sequence() + sequence_extension() + display + b"\1"
+                                          + mpeg2 + picture() + picture_extension() + display
+                                          + sequence()[:-1] + bytes(300) + b"\1" + behind)
+    yield "slice-below-the-picture", sequence() + picture() + start(0x40) + filler(8) + SLICE
+    yield from wrapped(behind)
     yield "zeros-before-codes", sequence() + bytes(5) + picture() + bytes(40) + SLICE
 
 
@@ -170,13 +227,14 @@ def unit(kind, content):
 
 
 def scaling(bits, lists):
-    """One list whose scale ends early, one that is all there, none for the others."""
+    """One list whose scale ends early, one that is all there, and one of the large; none for the others."""
     bits.put(1, 1).se(-8)
     bits.put(1, 1)
     for _ in range(16):
         bits.se(1)
-    for _ in range(lists - 2):
-        bits.put(0, 1)
+    bits.put(0, 4)
+    if lists > 6:
+        bits.put(1, 1).se(-8).put(0, lists - 7)
 
 
 def buffer_description(bits, rate, constant, count=1):
@@ -186,14 +244,18 @@ def buffer_description(bits, rate, constant, count=1):
     bits.put(0, 20)
 
 
-def usability(bits, everything, rates=()):
-    bits.put(everything, 1)
+def usability(bits, everything, rates=(), shape=0, plain=0):
+    bits.put(everything or shape, 1)
     if everything:
         bits.put(255, 8).put(0, 32)
+    elif shape:
+        bits.put(shape, 8)
     bits.put(everything, 1).put(0, everything)  # overscan
-    bits.put(everything, 1)
+    bits.put(everything or plain, 1)
     if everything:
         bits.put(5 << 1, 4).put(1, 1).put(0x010101, 24)
+    elif plain:
+        bits.put(5 << 1, 4).put(0, 1)
     bits.put(everything, 1)
     if everything:
         bits.ue(0).ue(0)
@@ -201,7 +263,7 @@ def usability(bits, everything, rates=()):
     if everything:
         bits.put(1, 32).put(50, 32).put(1, 1)
     for i in range(2):
-        if i < len(rates):
+        if i < len(rates) and rates[i] is not None:
             buffer_description(bits, *rates[i])
         else:
             bits.put(0, 1)
@@ -213,7 +275,7 @@ def usability(bits, everything, rates=()):
 
 
 def sequence_set(profile=66, number=0, chroma=None, planes=0, lists=0, order=0, fields=0, crop=None, rates=None,
-                 everything=0, side=11):
+                 everything=0, side=11, high=9, shape=0, plain=0):
     bits = Bits().put(profile, 8).put(0, 8).put(30, 8).ue(number)
     if chroma is not None:
         bits.ue(chroma)
@@ -227,14 +289,14 @@ def sequence_set(profile=66, number=0, chroma=None, planes=0, lists=0, order=0, 
         bits.ue(0)
     elif order == 1:
         bits.put(0, 1).se(0).se(-1).ue(2).se(1).se(2)
-    bits.ue(1).put(0, 1).ue(side - 1).ue(8).put(1 - fields, 1)
+    bits.ue(1).put(0, 1).ue(side - 1).ue(high - 1).put(1 - fields, 1)
     bits.put(0, fields).put(1, 1)
     bits.put(crop is not None, 1)
     for edge in crop or ():
         bits.ue(edge)
     bits.put(rates is not None, 1)
     if rates is not None:
-        usability(bits, everything, rates)
+        usability(bits, everything, rates, shape, plain)
     return unit(0x67, bits.ended())
 
 
@@ -266,12 +328,12 @@ def picture_set(number=0, of=0, groups=None, large=None, lists=0, chroma=1):
     return unit(0x68, bits.ended())
 
 
-def slice_of(instant=1, number=0, planes=0, field=None, order=4, kind=7):
-    bits = Bits().ue(0).ue(kind).ue(number).put(0, 2 * planes).put(0, 4)
+def slice_of(instant=1, number=0, planes=0, field=None, order=4, kind=7, frame=0, first=0, plane=0):
+    bits = Bits().ue(first).ue(kind).ue(number).put(plane, 2 * planes).put(frame, 4)
     if field is not None:
         bits.put(field, 1).put(0, field)
     if instant:
-        bits.ue(1)
+        bits.ue(instant)
     bits.put(3, order)
     return unit(0x65 if instant else 0x41, bits.bytes() + filler(12))
 
@@ -304,6 +366,26 @@ def h264():
     fast = 0xFFFFFFF
     yield "fastest-constant", sequence_set(rates=((fast, 1),)) + picture_set() + slice_of()
     yield "fastest-variable", sequence_set(rates=((fast, 0),)) + picture_set() + slice_of()
+    yield "shape-from-a-table", sequence_set(rates=(), shape=1) + picture_set() + slice_of()
+    yield "colours-by-default", sequence_set(rates=(), shape=1, plain=1) + picture_set() + slice_of()
+    yield "buffer-of-slices", sequence_set(rates=(None, (888, 0))) + picture_set() + slice_of()
+    behind = sequence_set() + picture_set() + slice_of()
+    yield "behind-other-profiles", (sequence_set(99) + sequence_set()[:7] + b"\x63" + sequence_set()[8:]
+                                    + sequence_set(crop=(99, 0, 0, 0)) + sequence_set(77, fields=1, side=1024, high=1024)
+                                    + sequence_set(side=1024, high=1024) + unit(0x67, bytes(9)) + unit(0x68, b"")
+                                    + unit(0x67, b"\x42\0\x1E\xFF\xFF\xFF") + behind)
+    yield "behind-a-slice-of-no-picture", (sequence_set() + picture_set() + slice_of(kind=10) + slice_of(number=256)
+                                           + slice_of(number=3) + slice_of(kind=5) + slice_of(frame=1) + slice_of(first=999)
+                                           + unit(0x65, b"\x88") + slice_of(instant=70000) + slice_of())
+    yield "behind-planes-of-no-colour", (sequence_set(244, chroma=3, planes=1) + picture_set()
+                                         + slice_of(planes=1, plane=3, kind=10) + slice_of(planes=1, kind=10)
+                                         + slice_of(planes=1))
+    unescaped = bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 2, 0xFF])
+    yield "behind-units-not-escaped", (unescaped + bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 3, 9]) + bytes([0, 0, 0, 1, 0x67, 66])
+                                       + bytes(4) + b"\5" + sequence_set() + picture_set()
+                                       + bytes([0, 0, 0, 1, 0x65, 0x88, 0, 0, 2]) + bytes([0, 0, 0, 1, 0x65]) + bytes(40)
+                                       + sequence_set()[:-1] + bytes([0xF1] * 700) + behind)
+    yield from wrapped(behind)
     yield "several-sets", (sequence_set() + sequence_set(number=1, side=22) + sequence_set(side=22) + picture_set()
                            + picture_set(1, 1) + unit(6, b"\x05\x01x\x80") + slice_of(number=1))
 

@@ -25,17 +25,15 @@ set(PLATFORM ezPlatform)
 set(FRAMEWORK ezParsersFramework)
 ez_add_door(ezParsersFramework_inside base64_part ${PLATFORM}/text/Base64.cpp ${FRAMEWORK}/ThumbnailProvider.cpp)
 ez_add_door(ezParsersFramework_inside file_name
-    ${PLATFORM}/files/PathName.cpp ${PLATFORM}/text/MimeTypeInfo.cpp ${FRAMEWORK}/DLNAFileParser.cpp)
+    ${PLATFORM}/files/PathName.cpp ${FRAMEWORK}/DLNAFileParser.cpp)
 ez_add_door(ezParsersFramework_inside mapper_file
     ${PLATFORM}/files/TextFile.cpp ${FRAMEWORK}/DLNAMediaMapper.cpp ${FRAMEWORK}/detail/DLNAMediaMapperParser.cpp)
-ez_add_door(ezParsersFramework_inside mapper_line
-    ${FRAMEWORK}/detail/DLNAMediaMapperEntry.cpp ${FRAMEWORK}/detail/BitRates.cpp)
+ez_add_door(ezParsersFramework_inside mapper_line ${FRAMEWORK}/detail/DLNAMediaMapperEntry.cpp)
 ez_add_door(ezParsersFramework_inside media_parser_stream
     ${FRAMEWORK}/MediaParserStream.cpp ${FRAMEWORK}/FileMediaParserStream.cpp)
 ez_add_door(ezParsersFramework_inside media_types_ini
     ${PLATFORM}/config/Config.cpp ${FRAMEWORK}/ExtensionMimeTypeMatcher.cpp ${FRAMEWORK}/MimeTypesDotIniParser.cpp)
-ez_add_door(ezParsersFramework_inside profile_info_list
-    ${PLATFORM}/dlna/ProtocolInfoList.cpp ${PLATFORM}/text/StringList.cpp)
+ez_add_door(ezParsersFramework_inside profile_info_list ${PLATFORM}/dlna/ProtocolInfoList.cpp)
 ez_add_door(ezParsersFramework_inside protocol_info ${PLATFORM}/dlna/ProtocolInfo.cpp)
 ez_add_door(ezParsersFramework_inside stream_adapter ${FRAMEWORK}/StreamMediaParserStream.cpp)
 ez_add_door(ezParsersFramework_inside uri ${PLATFORM}/text/URI.cpp)

@@ -407,7 +407,109 @@ def files():
                                     phrase("\xa9gen", b"\xFE\xFF\0G", 0x15C7)))
 
 
+def cut(file, kind, keep):
+    """The box ends after so many bytes of its content; what is left becomes a free one."""
+    start = file.index(kind) - 4
+    size = int.from_bytes(file[start : start + 4], "big")
+    kept = 8 + keep
+    assert size - kept >= 8, (kind, size)
+    content = file[start + 8 : start + kept]
+    return file[:start] + n(kept) + kind + content + n(size - kept) + b"free" + file[start + kept + 8 :]
+
+
+def damaged():
+    """Each refused, or read without what is damaged, for another reason."""
+    one = movie(audio())
+    film = movie(video(avc("high")))
+    for kind, keep in ((b"mvhd", 10), (b"mdhd", 10), (b"stts", 8), (b"stsz", 14), (b"stsd", 20), (b"esds", 4), (b"esds", 6),
+                       (b"esds", 12), (b"mdia", 0), (b"minf", 0), (b"stbl", 0)):
+        yield f"{kind.decode()}-cut-at-{keep}", cut(one, kind, keep)
+    yield "avc-cut", cut(film, b"avcC", 2)
+    yield "avc-set-cut", cut(film, b"avcC", 9)
+    yield "picture-cut", cut(film, b"avc1", 30)
+    for name, units in (("short", (b"\x67",)), ("of-another-kind", (b"\x68\xCE\x38\x80",)), ("long", (b"\x67" * 5000,))):
+        yield "avc-set-" + name, movie(video(picture("avc1", avcc(UNIT["high"], *units))))
+    for name in ("66", "77", "88"):
+        yield "avc-level-11-of-" + name, movie(video(picture("avc1", avcc(bytes([int(name), 0, 11])))))
+    yield "hevc-cut", movie(video(picture("hvc1", box("hvcC", b"\1\1"))))
+    yield "h263-cut", movie(video(picture("s263", box("d263", b"ours"))))
+    yield "descriptor-cut", movie(video(picture("mp4v", box("esds", bytes(4)))))
+    yield "descriptor-of-nothing", movie(audio(sound("mp4a", box("esds", bytes(4), descriptor(9, b"")))))
+    yield "descriptor-without-decoder", movie(audio(sound("mp4a", box("esds", bytes(4), descriptor(3, b"\0\1\0" + descriptor(6, b"\2"))))))
+    yield "descriptor-without-config", movie(audio(sound("mp4a", esds(0x40))))
+    yield "config-cut", movie(audio(sound("mp4a", esds(0x40, b"\x12"))))
+    yield "config-of-no-rate", movie(audio(sound("mp4a", esds(0x40, b"\x16\x90\0\0"))))
+    yield "config-of-rate-0", movie(audio(sound("mp4a", esds(0x40, config(2, 13).bytes()[:1] + b"\x80\0\0\0\x10"))))
+    late = general(config(2, 7)).put(0x2B7, 11).put(5, 5)
+    yield "config-late-rate-of-nobody", movie(audio(sound("mp4a", esds(0x40, Bits()._with(late.text).put(1, 1).put(14, 4).bytes()))))
+    yield "config-late-rate-0", movie(audio(sound("mp4a", esds(0x40, Bits()._with(late.text).put(1, 1).put(15, 4).put(0, 24).put(0, 7).bytes()))))
+    yield "ac3-cut", movie(audio(sound("ac-3", box("dac3", b"\x10"))))
+    yield "ac3-rate-of-nobody", movie(audio(sound("ac-3", dac3(2, rate=3))))
+    yield "eac3-cut", movie(audio(sound("ec-3", box("dec3", b"\6"))))
+    yield "eac3-rate-of-nobody", movie(audio(sound("ec-3", box("dec3", b"\6\0\xC0\0"))))
+    for name, alac in (("cut", bytes(10)), ("no-channels", bytes(28)), ("no-rate", bytes(13) + b"\2" + bytes(14))):
+        yield "alac-" + name, movie(audio(sound("alac", box("alac", alac))))
+    yield "large-rate-cut", movie(audio(sound("fLaC", box("srat", b"\0"))))
+    yield "large-rate-0", movie(audio(sound("fLaC", box("srat", bytes(8)))))
+    yield "large-rate-behind-another", movie(audio(sound("ac-3", dac3(2), box("srat", n(0), n(96000)))))
+    yield "bit-rates-cut", movie(audio(sound("fLaC", box("btrt", n(0)))))
+    yield "bit-rates-twice", movie(audio(sound("fLaC", box("btrt", n(0), n(9), n(8)), box("btrt", n(0), n(7), n(6)))))
+    yield "sinf-cut", movie(audio(sound("enca", box("sinf", box("frma", b"mp")))))
+    yield "stream-of-another-codec", movie(audio(sound("fLaC", esds(0x40, AAC))))
+    yield "stream-of-another-video-codec", movie(video(picture("vp09", esds(0x20, b""))))
+    yield "float-rate-below-1", movie(audio(sound("lpcm", version=2, more=quicktime_version_2(0x3FE0000000000000))))
+    for name, kind in (("blanks", b"    "), ("zeros", b"\0\0\0\0"), ("a blank behind", b"zz  "), ("odd letters", b"z-_{"),
+                       ("a colon", b"zz:1"), ("a zero behind", b"zz\0\0")):
+        yield "codec-named-by-" + name.replace(" ", "-"), movie(audio(sound(kind)))
+    yield "sound-of-channels-by-itself", movie(audio(sound("mp4a", esds(0x40, general(config(29, 7, 2).put(4, 4).put(2, 5)).bytes()))))
+    yield "object-34-late", movie(audio(sound("mp4a", esds(0x40, general(config(22)).put(0, 20).bytes()))))
+    yield "sync-word-of-nobody-late", movie(audio(sound("mp4a", esds(0x40, Bits()._with(general(config(2, 7, 1)).put(
+        0x2B7, 11).put(5, 5).put(1, 1).put(4, 4).put(0x123, 11).put(0, 9).text).bytes()))))
+    yield "runs-too-many", movie(track("soun", (description(sound("samr")), full("stts", n(300)), stsz(1))))
+    yield "sizes-of-7-bits", movie(track("soun", (description(sound("samr")), full("stz2", n(7), n(1), b"\0\0"))))
+    yield "sizes-of-more-than-there-are", movie(track("soun", (description(sound("samr")), full("stsz", n(0), n(9), n(1)))))
+    yield "edits-cut", movie(audio(edits=box("edts", full("elst", n(9), n(1), n(2)))))
+    yield "edits-twice", movie(audio(edits=edit_list((500, 0), (500, 600))))
+    yield "edits-of-nothing-at-all", movie(audio(edits=edit_list((0, 0xFFFFFFFF), (500, 0))))
+    yield "movie-without-ticks", FTYP + box("moov", times("mvhd", 0, 0), audio(edits=edit_list((500, 0)))) + MDAT
+    yield "movie-without-head", FTYP + box("moov", audio()) + MDAT
+    yield "two-sounds-not-enabled", movie(audio(flags=0), audio(flags=0, number=3))
+    yield "media-with-others", movie(box("trak", head(), box("mdia", times("mdhd"), box("elng", b"de\0\0"), full(
+        "hdlr", bytes(4), b"soun", bytes(12)), box("minf", box("smhd", bytes(8))))))
+    yield "defaults-cut", fragmented(fragment(1, 0x300, [n(100) + n(50)]), mvex=box("trex", n(0), n(1)) + box("free"))
+    yield "run-cut", fragmented(box("moof", box("traf", full("tfhd", n(1)), full("trun", n(9), n(1), flags=0x100))) + MDAT)
+    yield "run-without-offset", fragmented(box("moof", box("traf", full("tfhd", n(1)), full("trun", n(9), flags=5))) + MDAT)
+    yield "run-head-cut", fragmented(box("moof", box("traf", full("tfhd", n(1), flags=0x1B), full("trun", n(9)))) + MDAT)
+    yield "run-time-cut", fragmented(box("moof", box("traf", full("tfhd", n(1)), full("tfdt", b"\0"))) + MDAT)
+    yield "index-cut", fragmented(full("sidx", n(1), n(1000), bytes(8), n(0, 2), n(9, 2), bytes(12)), fragment(1, 0x300, [n(1) + n(1)]))
+    yield "index-of-nothing", fragmented(sidx(0, 5), fragment(1, 0x300, [n(1) + n(1)]))
+    whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
+    yield "index-before-two-more", fragmented(sidx(500, len(whole)), whole, sidx(500, len(whole)), whole)
+    yield "fragments-cut-in-a-head", fragmented(whole, b"\0\0")
+    yield "fragments-cut-in-a-large-box", fragmented(whole, n(1) + b"moof" + bytes(4))
+    yield "fragments-cut-in-a-box", fragmented(whole, n(99) + b"moof" + bytes(4))
+    yield "fragments-then-a-box-of-no-size", fragmented(whole, n(5) + b"moof" + bytes(4))
+    yield "fragments-shorter-than-told", fragmented(whole, tracks=(audio(duration=60000),))
+    huge = full("mvhd", bytes(16), n(1), n(1 << 62, 8), bytes(4), version=1)
+    yield "duration-beyond-all", FTYP + box("moov", huge, audio()) + MDAT
+    huge = full("mvhd", bytes(16), n(1 << 31), n((1 << 64) - 2, 8), bytes(4), version=1)
+    yield "duration-of-many-ticks", FTYP + box("moov", huge, audio()) + MDAT
+    plain = (FTYP + box("moov", times("mvhd", 1000, 0), track("soun", (description(sound("zz 1")),), duration=0)) + MDAT)
+    yield "nothing-told", plain
+    stated = picture("vp09", box("btrt", n(0), n(0xFFFFFFFE), n(0xFFFFFFFE)))
+    yield "rates-beyond-a-number", movie(audio(sound("fLaC", box("btrt", n(0), n(9), n(0xFFFFFFF0)))), video(stated))
+    yield "no-sizes-of-the-video", movie(audio(sound("fLaC", box("btrt", n(0), n(9), n(8)))), video(sizes=()))
+    yield "no-sizes-of-a-silent-film", movie(video(sizes=()))
+    yield "not-a-first-box", box("ours", b"x") + one
+    yield "not-whole-in-the-first-box", b"\0\0\0\x18ftypiso"
+    yield "not-with-a-movie", FTYP + MDAT
+    yield "not-with-a-whole-movie", one[:60]
+    yield "box-smaller-than-its-head", FTYP + n(5) + b"moov" + one
+
+
 def seeds():
+    for name, content in damaged():
+        yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
     for name, entry in sounds():
         entry, version = entry if isinstance(entry, tuple) else (entry, 0)
         yield "format_iso_media", "sound-" + name, movie(audio(entry, version)) + DELIVERED_AS_IT_IS

@@ -32,6 +32,7 @@ def wrapped(frames):
                                         + pack() + b"\0\1" + pack() + b"\0\0\1\xE0\0\0" + frames)
     packets = b"".join(b"\x47" + bytes(7) + (frames * 9)[180 * i : 180 * i + 180] for i in range(5))
     yield "in-a-transport", packets + frames + frames
+    yield "behind-a-transport", 4 * (b"\x47" + filler(187)) + 9 * frames
 
 
 # --- AC-3
@@ -205,7 +206,8 @@ def mpeg_video():
                                           + mpeg2 + picture() + picture_extension(0, 0xAAAA) + sequence() + start(0xB5)
                                           + sequence()[:-1] + b"\7" + sequence() + sequence_extension() + display + b"\1"
                                           + mpeg2 + picture() + picture_extension() + display
-                                          + sequence()[:-1] + bytes(300) + b"\1" + behind)
+                                          + sequence()[:-1] + bytes(300) + b"\5" + filler(9) + mpeg2 + picture() + picture_extension()
+                                          + start(0xB5) + b"\x60" + behind)
     yield "slice-below-the-picture", sequence() + picture() + start(0x40) + filler(8) + SLICE
     yield from wrapped(behind)
     yield "zeros-before-codes", sequence() + bytes(5) + picture() + bytes(40) + SLICE

@@ -236,7 +236,7 @@ def visual(profile, *layer):
     return content
 
 
-def layer(aspect=1, control=0, buffer=0, identifier=1, version=1, shape=0, fixed=0, interlaced=0):
+def layer(aspect=1, control=0, buffer=0, identifier=1, version=1, shape=0, fixed=0, interlaced=0, height=240):
     bits = Bits().put(0, 9).put(identifier, 1)
     if identifier:
         bits.put(version, 4).put(1, 3)
@@ -246,7 +246,7 @@ def layer(aspect=1, control=0, buffer=0, identifier=1, version=1, shape=0, fixed
     bits.put(shape, 2).put(0, 4 if shape == 3 and identifier and version != 1 else 0)
     bits.put(1, 1).put(25, 16).put(1, 1).put(fixed, 1).put(1, 5 * fixed)
     if shape == 0:
-        bits.put(1, 1).put(320, 13).put(1, 1).put(240, 13).put(1, 1).put(interlaced, 1)
+        bits.put(1, 1).put(320, 13).put(1, 1).put(height, 13).put(1, 1).put(interlaced, 1)
     return bits.put(0, 16)
 
 
@@ -269,6 +269,7 @@ def pictures():
                          ("buffer", visual(3, layer(control=1, buffer=1))),
                          ("first-version", visual(3, layer(identifier=0))),
                          ("fixed-rate-interlaced", visual(0xF5, layer(fixed=1, interlaced=1))),
+                         ("of-no-height", visual(3, layer(height=0))),
                          ("grey", visual(0x42, layer(shape=3, version=2))),
                          ("grey-of-the-first-version", visual(0x42, layer(shape=3)))):
         yield "mpeg4-" + name, picture("mp4v", esds(0x20, stream))
@@ -377,6 +378,10 @@ def files():
     yield "fragments-of-a-film", fragmented(plain, fragment(2, 0x300, [n(100) + n(50)] * 5), tracks=both,
                                             mvex=trex(1) + trex(2) + trex(7))
     yield "fragments-told-64-bits", fragmented(plain, mvex=full("mehd", n(900, 8), version=1) + trex(1))
+    yield "fragments-of-a-film-told", fragmented(plain, fragment(2, 0x300, [n(100) + n(50)] * 5), tracks=both,
+                                                 mvex=full("mehd", n(90000)) + trex(1) + trex(2))
+    bare = box("mdia", times("mdhd"), full("hdlr", bytes(4), b"soun", bytes(12)))
+    yield "first-sound-without-tables", movie(box("trak", head(), bare), video())
     yield "fragments-many", fragmented(*[plain] * 140)
     yield "fragments-many-of-a-film", fragmented(*[plain + fragment(2, 0x300, [n(100) + n(50)])] * 70, tracks=both,
                                                  mvex=trex(1) + trex(2))
@@ -517,3 +522,6 @@ def seeds():
         yield "format_iso_media", "picture-" + name, movie(video(entry)) + DELIVERED_AS_IT_IS
     for name, content in files():
         yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
+    unknown = bytes([8]) + bytes(7)
+    yield "format_iso_media", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
+    yield "format_iso_media", "trickling", movie(audio(), video()) + bytes([1, 2]) + bytes(6)

@@ -101,13 +101,21 @@ def tags():
     yield "five-hundred-frames", id3(text23(b"TXXX", b"") * 520 + text23(b"TIT2", b"\0T")) + SOUND
     sizes = text23(b"TIT2", b"\0" + b"T" * 139, version=4)
     yield "size-of-7-bits", id3(sizes, text23(b"TALB", b"\0A", version=4), version=4) + SOUND
-    plain = b"TIT2" + n(140) + bytes(2) + b"\0" + b"T" * 139
+    plain = b"TIT2" + n(140) + bytes(2) + b"\0" + b"t" * 139
     yield "size-of-8-bits-before-another", id3(plain, b"TALB" + n(2) + bytes(2) + b"\0A", version=4) + SOUND
-    plain = b"TIT2" + n(257) + bytes(2) + b"\0" + b"T" * 256
+    plain = b"TIT2" + n(257) + bytes(2) + b"\0" + b"t" * 256
     yield "size-of-8-bits-at-the-end", id3(plain, version=4) + SOUND
     yield "size-of-8-bits-before-padding", id3(plain, version=4, padding=20) + SOUND
     yield "size-of-8-bits-before-what-is-none", id3(plain, b"tit2" + bytes(9), version=4) + SOUND
     yield "size-of-8-bits-too-large", id3(b"TIT2" + n(300) + bytes(2) + b"\0" + b"T" * 210, version=4) + SOUND
+    yield "size-of-8-bits-before-two-bytes", id3(plain, b"ab", version=4) + SOUND
+    yield "text-utf-16-of-odd-letters", id3(text23(b"TIT2", b"\1\0a\0\0"), text23(b"TALB", b"\1abcd")) + SOUND
+    yield "text-with-a-delete", id3(text23(b"TIT2", b"\0a\x7F")) + SOUND
+    yield "text-plain-in-an-unsynchronised-tag", id3(text23(b"TIT2", b"\0" + b"a" * 5000), flags=0x80) + SOUND
+    yield "text-of-odd-bytes-in-an-unsynchronised-tag", id3(text23(b"TIT2", b"\0a\xFFb\xFF"), flags=0x80) + SOUND
+    yield "frames-cut-in-an-unsynchronised-tag", id3(b"TIT2" + n(90) + bytes(2) + b"\0a\xFF", flags=0x80) + SOUND
+    yield "tag-of-nothing", id3() + SOUND
+    yield "ape-larger-than-what-is-looked-at", SOUND + ape(ape_item(b"x", b"x" * 17000))
     yield "size-of-high-bits", id3(b"TIT2" + n(0x80) + bytes(2) + b"\0" + b"T" * 127, version=4) + SOUND
     yield "names-of-frames-odd", id3(b"TIT[" + n(1) + bytes(3)) + id3(b"TIT:" + n(1) + bytes(3)) + id3(b"TI") + SOUND
     yield "version-1", id3(text23(b"TIT2", b"\0T"), version=1) + SOUND
@@ -174,6 +182,20 @@ def lengths():
     other[2] = other[2] & 0xF3 | 4
     yield "xing-frame-of-another-rate", bytes(other)
     yield "xing-free-format", xing(3, 8, whole, rate=9)[: 144 * 128000 // 44100] + 8 * mpeg_frame(one, rate=0)
+    yield "info-in-free-format", b"".join(mpeg_frame(FREE, rate=0, body=bytes(32) + b"Info" + n(1) + n(8) + bytes([i]))
+                                          for i in range(50))
+    yield "info-then-a-tag-to-the-end", (xing(3, 8, 9 * one, name=b"Info", rate=1)[: 9 * one]
+                                         + id3(text23(b"TXXX", b"x" * 17000)))
+    yield "info-of-more-bytes-than-that", xing(3, 8, 1000000, name=b"Info", rate=1)
+    yield "info-of-a-part-without-bytes", xing(1, 8, name=b"Info", rate=1)[: 9 * one] + 200 * mpeg_frame(one, rate=1)
+    yield "free-then-rated", mpeg_frame(FREE, rate=0) + SOUND
+    lame = mpeg_frame(72 * 8000 // 22050, version=2, rate=1, mode=3, body=bytes(9) + b"Xing" + n(0) + b"LAME")
+    yield "xing-cut-behind-the-encoder", lame + 8 * mpeg_frame(72 * 8000 // 22050, version=2, rate=1, mode=3)
+    yield "whole-seconds", 250 * mpeg_frame(96, layer=2, rate=1, frequency=1)
+    yield "free-headers-of-no-frames", b"".join(mpeg_frame(4, rate=0) + filler(40 + 3 * i) for i in range(30)) + SOUND
+    yield "one-frame-of-unknown-size", mpeg_frame(one, rate=1)
+    yield "three-frames-and-others-of-unknown-size", 3 * mpeg_frame(one, rate=1) + filler(300)
+    yield "transport-cut", b"\x47" + filler(200)
     yield "padded", 8 * mpeg_frame(one + 1, rate=1, padding=1)
     yield "free-format-padded", b"".join(mpeg_frame(FREE + i % 2, rate=0, padding=i % 2, body=bytes([i])) for i in range(12))
     yield "free-format-long", b"".join(mpeg_frame(FREE, rate=0, body=bytes([i])) for i in range(40))
@@ -199,6 +221,7 @@ def seeds():
     one = mpeg_frame(144 * 320000 // 44100, rate=14)
     slow = mpeg_frame(144 * 256000 // 44100, rate=13)
     hole = delivered(0, 20 * len(one), 100, 10)
-    yield "format_mpeg_audio", "long-and-slower-later", 20 * one + 48 * slow + hole
+    lone = b"\xFF\xF3\x40\0" + filler(50) + b"\xFF\xFB\x90\0" + filler(90)
+    yield "format_mpeg_audio", "long-and-slower-later", 20 * one + lone + 48 * slow + hole
     yield "format_mpeg_audio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
     yield "format_mpeg_audio", "unknown-size-and-short", 3 * mpeg_frame(104, rate=1) + delivered(8)

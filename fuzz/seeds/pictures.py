@@ -94,7 +94,38 @@ def png():
     yield "not-with-300-chunks", header() + chunk(b"tEXt", b"") * 300 + data
 
 
+# --- What thumbnails are made of
+
+SMALL = bytes([2, 160, 0, 160, 0])  # a PNG within 160x160
+
+
+def whole_png(*chunks, width=8, depth=8, colours=2, data=None):
+    row = b"\0" + bytes(range(24))
+    data = zlib.compress(row * 8) if data is None else data
+    return SIGNATURE + header(width, depth, colours) + b"".join(chunks) + chunk(b"IDAT", data) + chunk(b"IEND", b"")
+
+
+def pictures():
+    """A request, and the picture."""
+    for orientation in range(1, 10):
+        yield f"orientation-{orientation}", SMALL + whole_png(chunk(b"eXIf", tiff(((0x112, 3, orientation),))))
+    yield "gamma-too-low", SMALL + whole_png(chunk(b"gAMA", n(1, 4)))
+    yield "gamma-too-high", SMALL + whole_png(chunk(b"gAMA", n(99999999, 4)))
+    yield "gamma-of-a-screen", SMALL + whole_png(chunk(b"gAMA", n(45455, 4)))
+    yield "nothing", SMALL
+    yield "three-bytes", SMALL + b"\x89PN"
+    yield "too-wide", SMALL + whole_png(width=70000)
+    yield "width-0", SMALL + whole_png(width=0)
+    yield "rows-missing", SMALL + whole_png(data=zlib.compress(bytes(50)))
+    yield "data-of-nothing", SMALL + whole_png(data=b"")
+    exact = bytes([34]) + b"{}" + bytes([1, 1])
+    yield "wish-too-wide", exact.replace(b"{}", b"\xFA\xFF\x08\0") + whole_png()
+    yield "wish-too-high", exact.replace(b"{}", b"\x08\0\xFA\xFF") + whole_png()
+
+
 def seeds():
+    for name, content in pictures():
+        yield "picture", name, content
     for name, content in jpeg():
         yield "format_jpeg", name, b"\xFF\xD8" + content + DELIVERED_AS_IT_IS
     yield "format_jpeg", "not-a-jpeg", b"ours" + DELIVERED_AS_IT_IS

@@ -30,6 +30,7 @@ def pls():
     yield "without-a-section", "File1=a.mp3\nTitle1=A\n"
     yield "section-again", "[playlist]\nFile1=a.mp3\n[Other]\nFile2=b.mp3\n[PLAYLIST]\nFile3=c.mp3\n[cut\nFile4=d.mp3"
     yield "windows-paths", "[playlist]\nFile1=\\\\host\\share\\a.mp3\nFile2=c:\\a.mp3\nFile3=c:/a.mp3\nFile4=a\\b?c\\d.mp3\nFile5=c:x\n"
+    yield "backslashes", "[playlist]\nFile1=a\\\nFile2={a\\b\nFile3=http://h/a\\b\nFile4=c:x\\y\nFile5=c:\\\n"
     yield "comments", "; ours\n[playlist]\n;File1=a.mp3\n# File2=b.mp3\nFile3=c.mp3\n"
     yield "number-too-large", "[playlist]\nFile99999999999=a.mp3\nFile4294967296=b.mp3\nFile4294967295=c.mp3\n"
 
@@ -59,6 +60,7 @@ def asx_documents():
                                        + "<ref href='a.mp3'/></entry>") + "<!-- open"
     yield "section-open", asx("<entry><ref href='a.mp3'/></entry>") + "<![CDATA[ open"
     yield "names", asx("<x:y_z-1.2 a:b_c-d.e=1/><entry><Ref Href=a.mp3 é='1' 2=3 =4></entry>< b<3<{</entry>")
+    yield "names-of-brackets", asx("<entry {a=1><ref h{=2 href='a.mp3'/></entry>")
     yield "values-without-quotes", asx("<entry><ref href=http://h/a/><ref href=http://h/a.mp3/></entry><entry><ref href=a/></entry>"
                                        + "<entry><ref href=http://h/></entry><entry><ref href=http://h></entry>"
                                        + "<entry><ref href='it''s'/></entry><entry><ref href = \"b.mp3\" ></entry>")
@@ -95,6 +97,7 @@ def wpl():
                                                                   "f\\g?h\\i"))) + "</body></smil>"
     yield "cut-in-a-tag", "<smil><body>" + media("a.mp3") + "<media src='b.mp3' c="
     yield "cut-in-a-name", "<smil><body>" + media("a.mp3") + "<media src='b.mp3'/><"
+    yield "cut-in-a-bad-name", "<smil><body>" + media("a.mp3") + "<1"
     yield "cut-with-a-child", "<smil><body><media src='a.mp3'><x/><y a="
 
 

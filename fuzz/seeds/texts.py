@@ -53,8 +53,31 @@ def mapper_lines():
     yield "speeds-of-no-support", "film.mpg,video/mpeg,MPEG_PS_PAL,,2\\,4,,,,,,,,BRELVO.COM_GOLDENDMS=10000000"
 
 
+def media_types():
+    yield "comments-and-blanks", "\n# ours\n; ours\n[MimeTypes]\n\n# ours\nmp3=mp3@audio/mpeg@item.audioItem\n"
+    yield "before-any-section", "mp3=mp3@audio/mpeg@item.audioItem\n[MimeTypes]\nno value\n[MimeTypes\nmp4=mp4@video/mp4@item.videoItem\n"
+    yield "many-extensions", "[MimeTypes]\nmp3=" + ",".join(f"e{i}" for i in range(80)) + "@audio/mpeg@item.audioItem\n"
+    yield "many-entries-of-a-type", "[MimeTypes]\n" + "".join(f"t{i}=e{i},f{i % 7}@audio/mpeg@item.audioItem\n" for i in range(80))
+    yield "types-of-nothing", "[MimeTypes]\na=a@@item.audioItem\nb=b@x/y\nc=@x/y@item\n"
+
+
+def mapper_files():
+    yield "carriage-returns", "a.mp3,audio/mpeg,MP3\rb,c,d\r\nc.mp3,audio/mpeg,MP3X\r"
+    yield "carriage-returns-twice", "a.mp3,audio/mpeg,MP3\r\r\nb.mp3,audio/mpeg,MP3\r\r"
+    yield "mark-alone", "\ufeff"
+    yield "numbered-names", ("film (1).mpg,video/mpeg,MPEG_PS_PAL\nfilm (x).mpg,video/mpeg,MPEG_PS_PAL\n"
+                             + "film 1).mpg,video/mpeg,MPEG_PS_PAL\nfilm.mpg,video/mpeg,MPEG_PS_PAL\n(1),video/mpeg,MPEG_PS_PAL")
+    yield "speeds-of-one-profile", ("a.mpg,video/mpeg,MPEG_PS_PAL,,1,00000000\n"
+                                    + "b.mpg,video/mpeg,MPEG_PS_PAL,0:00:01,-2\\,1/2\\,1\\,4,00000001,9800000,,,352,288,,"
+                                    + "DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS=70000000")
+    yield "no-profiles", "a.mpg,video/mpeg,,,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000\nb.mpg,video/mpeg,,"
+
+
 def profile_rules():
     yield "exact-sizes", "JPEG_RES_640_480 image/jpeg\nJPEG_RES_640 image/jpeg\nJPEG_RES_x_1 image/jpeg\nJPEG_RES_1_ image/jpeg"
+    yield "exact-sizes-of-nobody", "JPEG_RES_1_12345678901 image/jpeg\nJPEG_RES_01_1 image/jpeg\nJPEG_RES_!_1 image/jpeg"
+    yield "one-word", "MP3 audio/mpeg audio-codec=AAA"
+    yield "fraction-of-one", "MP3 audio/mpeg sampling-rate=1.0001k"
     yield "types-twice", "MP3 audio/mpeg,audio/mpeg\nMP3 audio/mpeg;q=1"
     yield "not-conditions", "MP3 audio/mpeg channels\nMP3 audio/mpeg " + "x" * 50 + "=1"
     yield "short-names", "MP3 audio/mpeg ca=MP3 sf=32k,44.1k ac=1-2 ar=32k-320k"
@@ -76,6 +99,7 @@ def seeds():
         yield "uri", name, (base + "\n" + reference).encode()
     for name, *lines in protocol_infos():
         yield "protocol_info", name, "\n".join(lines).encode()
-    for door, texts in (("mapper_line", mapper_lines()), ("profile_rules", profile_rules())):
+    for door, texts in (("mapper_line", mapper_lines()), ("profile_rules", profile_rules()),
+                        ("media_types_ini", media_types()), ("mapper_file", mapper_files())):
         for name, content in texts:
             yield door, name, content.encode()

@@ -4,6 +4,16 @@ from bits import Bits
 DELIVERED_AS_IT_IS = bytes(8)
 
 
+def with_hole(file, hole, failing=None):
+    """A file whose zeros, as many as that, are delivered as a hole: the seed is without them. A read may fail, counted from 0."""
+    shift = 11
+    assert hole % (1 << shift) == 0 and hole >> shift < 256
+    place = file.index(bytes(hole))
+    flags, failing = (0, 0) if failing is None else (2, failing)
+    delivery = bytes([flags, 0, 0, failing]) + place.to_bytes(2, "little") + bytes([hole >> shift, shift])
+    return file[:place] + file[place + hole :] + delivery
+
+
 def n(value, size=4):
     return value.to_bytes(size, "big")
 
@@ -344,7 +354,6 @@ def files():
     yield "brand-kddi", movie(one, brand=box("ftyp", b"kddi", n(0), b"kddi"))
     yield "wide-first", movie(one, brand=box("wide"))
     yield "free-and-skip", movie(one, brand=FTYP + box("free", bytes(8)) + box("skip"))
-    yield "data-longer-than-a-tail", FTYP + box("mdat", bytes(70000)) + movie(one, brand=b"", rest=b"")
     yield "duration-of-64-bits", movie(box("trak", head(version=1), one[8 + len(head()):]))
     yield "two-sounds", movie(audio(flags=0), audio(number=3), audio(number=4))
     yield "edits-to-the-end", movie(audio(edits=edit_list((200, 0xFFFFFFFF), (0, 100))))
@@ -360,10 +369,6 @@ def files():
     yield "sound-of-unknown-duration", movie(audio(duration=0xFFFFFFFF), duration=0xFFFFFFFF)
     yield "nothing-known-of-the-sound", movie(audio(sizes=()), video())
     yield "nothing-known-of-the-video", movie(one, video(sizes=()))
-    long_table = full("stsz", n(0), n(40000), n(100) * 40000)
-    entry = description(sound("mp4a", esds(0x40, AAC)))
-    yield "long-table-of-sizes", movie(track("soun", (entry, stts((40000, 100)), long_table), duration=4000000), video(),
-                                       rest=b"")
     plain = fragment(1, 0x300, [n(100) + n(50)] * 5)
     yield "fragments-every-field", fragmented(fragment(1, 0xF05, [n(100) + n(50) + n(0) + n(0)] * 5))
     yield "fragments-ticks-alone", fragmented(fragment(1, 0x100, [n(100)] * 5), mvex=trex(1, 0, 50))
@@ -383,6 +388,7 @@ def files():
     bare = box("mdia", times("mdhd"), full("hdlr", bytes(4), b"soun", bytes(12)))
     yield "first-sound-without-tables", movie(box("trak", head(), bare), video())
     yield "fragments-many", fragmented(*[plain] * 140)
+    yield "fragments-to-the-last-byte", fragmented(*[plain] * 47, plain[: -len(MDAT)])
     yield "fragments-many-of-a-film", fragmented(*[plain + fragment(2, 0x300, [n(100) + n(50)])] * 70, tracks=both,
                                                  mvex=trex(1) + trex(2))
     yield "index-64-bits", fragmented(sidx(500, len(plain), version=1), plain)
@@ -524,4 +530,18 @@ def seeds():
         yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
     unknown = bytes([8]) + bytes(7)
     yield "format_iso_media", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
+    hole = 50 << 11
+    told = fragmented(fragment(1, 0x300, [n(100) + n(50)] * 5) + box("free", bytes(hole)), MDAT)
+    behind = movie(audio(), brand=FTYP + box("mdat", bytes(hole)), rest=b"")
+    yield "format_iso_media", "data-longer-than-a-tail", with_hole(behind, hole)
+    for read in range(3):
+        yield "format_iso_media", f"fails-at-{read}", with_hole(behind, hole, read)
+        yield "format_iso_media", f"fragments-fail-at-{read}", with_hole(told, hole, read)
+    hole = 200 << 11
+    sizes = full("stsz", n(0), n(10 + hole // 4), n(100) * 10, bytes(hole))
+    for name, kind, more in (("sound-of-a-film", "soun", (video(),)), ("video", "vide", ())):
+        entry = sound("mp4a", esds(0x40, AAC)) if kind == "soun" else picture("vp09")
+        long = track(kind, (description(entry), stts((10 + hole // 4, 100)), sizes), duration=10000000)
+        yield "format_iso_media", "long-table-of-a-" + name, with_hole(movie(long, *more, rest=b""), hole)
+    yield "format_iso_media", "byte-by-byte", movie(audio(), video()) + bytes([1]) + bytes(7)
     yield "format_iso_media", "trickling", movie(audio(), video()) + bytes([1, 2]) + bytes(6)

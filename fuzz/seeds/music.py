@@ -1,5 +1,6 @@
 """Seeds of MPEG audio files: tags, counts and lengths."""
 from elementary import filler, mpeg_frame
+from iso_media import with_hole
 
 DELIVERED_AS_IT_IS = bytes(8)
 FREE = 500
@@ -217,6 +218,12 @@ def seeds():
         yield "format_mpeg_audio", name, content + DELIVERED_AS_IT_IS
     for name, content in lengths():
         yield "format_mpeg_audio", name, content + delivered(8 if "unknown-size" in name else 0)
+    hole = 10 << 11
+    for read in range(4):
+        long = id3(text23(b"TIT2", b"\0T"), padding=hole) + 20 * SOUND
+        yield "format_mpeg_audio", f"fails-at-{read}", with_hole(long, hole, read)
+    yield "format_mpeg_audio", "not-behind-a-tag-of-all", b"ID3\3\0\0" + sync(5000) + filler(300) + DELIVERED_AS_IT_IS
+    yield "format_mpeg_audio", "byte-by-byte", SOUND + bytes([1]) + bytes(7)
     # Long enough to be looked at in other places: zeros stand between what is there.
     one = mpeg_frame(144 * 320000 // 44100, rate=14)
     slow = mpeg_frame(144 * 256000 // 44100, rate=13)

@@ -1,6 +1,8 @@
 """Seeds of the files of pictures. Those that begin with "not-" are refused, each for another reason."""
 import zlib
 
+from iso_media import with_hole
+
 DELIVERED_AS_IT_IS = bytes(8)
 
 
@@ -119,8 +121,8 @@ def pictures():
     yield "rows-missing", SMALL + whole_png(data=zlib.compress(bytes(50)))
     yield "data-of-nothing", SMALL + whole_png(data=b"")
     exact = bytes([34]) + b"{}" + bytes([1, 1])
-    yield "wish-too-wide", exact.replace(b"{}", b"\xFA\xFF\x08\0") + whole_png()
-    yield "wish-too-high", exact.replace(b"{}", b"\x08\0\xFA\xFF") + whole_png()
+    yield "wish-too-wide", exact.replace(b"{}", b"\xFB\xFF\x08\0") + whole_png()
+    yield "wish-too-high", exact.replace(b"{}", b"\x08\0\xFB\xFF") + whole_png()
 
 
 def seeds():
@@ -129,6 +131,10 @@ def seeds():
     for name, content in jpeg():
         yield "format_jpeg", name, b"\xFF\xD8" + content + DELIVERED_AS_IT_IS
     yield "format_jpeg", "not-a-jpeg", b"ours" + DELIVERED_AS_IT_IS
+    hole = 30 << 11
+    for read in range(3):
+        far = b"\xFF\xD8" + segment(0xFE, bytes(hole)) + frame()
+        yield "format_jpeg", f"fails-at-{read}", with_hole(far, hole, read)
     for name, content in png():
         yield "format_png", name, SIGNATURE + content + DELIVERED_AS_IT_IS
     yield "format_png", "not-a-png", bytes(8) + header() + DELIVERED_AS_IT_IS

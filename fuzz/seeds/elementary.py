@@ -380,7 +380,7 @@ def h264():
                                            + slice_of(number=3) + slice_of(kind=5) + slice_of(frame=1) + slice_of(first=999)
                                            + unit(0x65, b"\x88") + slice_of(instant=70000) + slice_of())
     yield "behind-planes-of-no-colour", (sequence_set(244, chroma=3, planes=1) + picture_set()
-                                         + slice_of(planes=1, plane=3, kind=10) + slice_of(planes=1, kind=10)
+                                         + slice_of(planes=1, plane=3) + slice_of(planes=1, kind=10)
                                          + slice_of(planes=1))
     unescaped = bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 2, 0xFF])
     yield "behind-units-not-escaped", (unescaped + bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 3, 9]) + bytes([0, 0, 0, 1, 0x67, 66])

@@ -196,7 +196,7 @@ def lengths():
     yield "free-headers-of-no-frames", b"".join(mpeg_frame(4, rate=0) + filler(40 + 3 * i) for i in range(30)) + SOUND
     yield "one-frame-of-unknown-size", mpeg_frame(one, rate=1)
     yield "three-frames-and-others-of-unknown-size", 3 * mpeg_frame(one, rate=1) + filler(300)
-    yield "transport-cut", b"\x47" + filler(200)
+    yield "transport-cut", b"\x47" + filler(187) + b"\x47" + filler(10)
     yield "padded", 8 * mpeg_frame(one + 1, rate=1, padding=1)
     yield "free-format-padded", b"".join(mpeg_frame(FREE + i % 2, rate=0, padding=i % 2, body=bytes([i])) for i in range(12))
     yield "free-format-long", b"".join(mpeg_frame(FREE, rate=0, body=bytes([i])) for i in range(40))

@@ -1,4 +1,5 @@
 """Seeds of the files of pictures. Those that begin with "not-" are refused, each for another reason."""
+import os
 import zlib
 
 from iso_media import with_hole
@@ -107,8 +108,36 @@ def whole_png(*chunks, width=8, depth=8, colours=2, data=None):
     return SIGNATURE + header(width, depth, colours) + b"".join(chunks) + chunk(b"IDAT", data) + chunk(b"IEND", b"")
 
 
+def request(width, height, flags=1, piece=None):
+    how = bytes([flags]) if piece is None else bytes([flags | 16, piece])
+    return how + width.to_bytes(2, "little") + height.to_bytes(2, "little")
+
+
+def jpegs():
+    """Made of the seed of a whole JPEG."""
+    with open(os.path.join(os.path.dirname(__file__), "..", "corpus", "picture", "jpeg-baseline"), "rb") as seed:
+        content = seed.read()
+    content = content[content.index(b"\xFF\xD8") + 2 :]
+    scan = content.index(b"\xFF\xDA") + 20
+    within = request(160, 160)
+    for name, before in (("application-of-no-length", b"\xFF\xE1\0\1"), ("application-of-three-bytes", segment(0xE1, b"Exi")),
+                         ("two-orientations", exif((0x112, 3, 3)) + exif((0x112, 3, 6))),
+                         ("application-of-others", segment(0xE1, b"http://ns/x"))):
+        yield name, within + b"\xFF\xD8" + before + content
+    yield "orientation-in-pieces", request(160, 160, piece=0) + b"\xFF\xD8" + exif((0x112, 3, 6)) + content
+    yield "comment-in-pieces", request(160, 160, piece=2) + b"\xFF\xD8" + segment(0xFE, bytes(300)) + content
+    yield "header-alone", within + b"\xFF\xD8"
+    yield "no-tables", within + b"\xFF\xD8" + content[content.index(b"\xFF\xC0") :]
+    yield "damaged-picture", within + b"\xFF\xD8" + content[:scan] + b"\x55\xAA" * 20 + content[scan + 40 :]
+    yield "marker-in-the-picture", within + b"\xFF\xD8" + content[:scan] + b"\xFF\xD3" + content[scan + 2 :]
+    for width, height in ((1, 1), (1, 160), (160, 1), (7, 100), (100, 7)):
+        yield f"within-{width}x{height}", request(width, height) + b"\xFF\xD8" + content
+
+
 def pictures():
     """A request, and the picture."""
+    for name, content in jpegs():
+        yield "jpeg-" + name, content
     for orientation in range(1, 10):
         yield f"orientation-{orientation}", SMALL + whole_png(chunk(b"eXIf", tiff(((0x112, 3, orientation),))))
     yield "gamma-too-low", SMALL + whole_png(chunk(b"gAMA", n(1, 4)))

@@ -45,12 +45,19 @@ def protocol_infos():
 
 
 def mapper_lines():
-    yield "no-type", "a.mp3,,MP3,,,00000001"
-    yield "no-profile", "a.mp3,audio/mpeg,,,,00000000"
-    yield "one-speed", "film.mpg,video/mpeg,MPEG_PS_PAL,,1,,,,,,,,BRELVO.COM_GOLDENDMS=60000000"
-    yield "speed-of-two", "film.mpg,video/mpeg,MPEG_PS_PAL,,2,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
-    yield "speeds-of-a-picture", "a.jpg,image/jpeg,JPEG_SM,,2\\,4,,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
-    yield "speeds-of-no-support", "film.mpg,video/mpeg,MPEG_PS_PAL,,2\\,4,,,,,,,,BRELVO.COM_GOLDENDMS=10000000"
+    def line(bits="00000001", speeds="2\\,4", flags="70000000", mime_type="video/mpeg", profile="MPEG_PS_PAL"):
+        return f"film.mpg,{mime_type},{profile},0:00:01,{speeds},{bits},9800000,,,352,288,,DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS={flags}"
+
+    yield "no-type", line(mime_type="")
+    yield "no-profile", line(profile="")
+    yield "no-mandatory-bits", line("00000000")
+    yield "seven-bits", line("0000000")
+    yield "one-speed", line(speeds="1")
+    yield "speed-of-two", line(speeds="2")
+    yield "speeds-of-a-picture", line(mime_type="image/jpeg")
+    yield "speeds-not-supported", line(flags="F0000000")
+    yield "speeds-of-the-media-alone", line(flags="40000000")
+    yield "speeds-of-the-profile-alone", line(flags="20000000")
 
 
 def media_types():

@@ -2,6 +2,7 @@
 
 #include "bench/Measure.h"
 #include "companions/ezFormats/ISOBytes.h"
+#include "support/Folders.h"
 
 #include <fstream>
 #include <iterator>

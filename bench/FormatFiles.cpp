@@ -4,6 +4,7 @@
 
 #include "bench/Measure.h"
 #include "companions/ezFormats/ISOBytes.h"
+#include "support/Folders.h"
 
 namespace {
 

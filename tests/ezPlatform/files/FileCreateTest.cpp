@@ -18,6 +18,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -540,6 +541,57 @@ TEST_F(FileCreate, ALinkThatLeadsNowhereIsRefusedAndStays) {
         EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path(name)).st_mode)) << name;
     }
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"circle", "nowhere", "table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkToNothingYetMayNameItFromTheRoot) {
+    std::filesystem::create_directories(mFolder.Path("links"));
+    std::filesystem::create_directories(mFolder.Path("target"));
+    const std::string link = mFolder.Path("links/link");
+    ASSERT_EQ(symlink(mFolder.Path("target/new.txt").c_str(), link.c_str()), 0);
+    EXPECT_TRUE(Save(link, kNew));
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(Content(mFolder.Path("target/new.txt")), kNew);
+    EXPECT_EQ(NamesIn(mFolder.Path("links")), Names({"link"}));
+    EXPECT_EQ(NamesIn(mFolder.Path("target")), Names({"new.txt"}));
+}
+
+TEST_F(FileCreate, ALinkThatDoesNotFitAPathIsRefusedAndStays) {
+    const std::string link = mFolder.Path("link");
+    ASSERT_EQ(symlink("new.txt", link.c_str()), 0);
+    {
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            // "new.txt", and a rest that there is no room for.
+            aCalls.mReadLink = [](const char*, char* aBuffer, std::size_t aSize) {
+                std::fill_n(aBuffer, aSize, '/');
+                const std::string_view name = "new.txt";
+                std::copy(name.begin(), name.end(), aBuffer);
+                return static_cast<ssize_t>(aSize);
+            };
+        });
+        EXPECT_FALSE(Save(link, kNew));
+    }
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"link", "table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkThatTurnsElsewhereWheneverItIsFollowedIsFollowedForAWhileOnly) {
+    const std::string link = mFolder.Path("link");
+    ASSERT_EQ(symlink("new.txt", link.c_str()), 0);
+    gCalls = 0;
+    {
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            aCalls.mReadLink = [](const char*, char* aBuffer, std::size_t aSize) {
+                const std::string next = "turn" + std::to_string(++gCalls);
+                const std::size_t size = std::min(aSize, next.size());
+                std::copy_n(next.begin(), size, aBuffer);
+                return static_cast<ssize_t>(size);
+            };
+        });
+        EXPECT_FALSE(Save(link, kNew));
+    }
+    EXPECT_EQ(gCalls, 40) << "as many as the system itself follows";
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"link", "table.txt"}));
 }
 
 TEST_F(FileCreate, TheModeOfTheOldFileIsKept) {

@@ -1,5 +1,6 @@
 #include "ezLiveStreams/HttpStream.h"
 
+#include "ezLiveStreams/detail/HttpDate.h"
 #include "ezLiveStreams/detail/HttpResponse.h"
 
 #include "ezPlatform/files/PathName.h"
@@ -233,8 +234,7 @@ private:
     }
 
     void TakeFacts() {
-        const std::string modified = mResponse.Get("last-modified");
-        const time_t time = modified.empty() ? -1 : curl_getdate(modified.c_str(), nullptr);
+        const std::optional<std::int64_t> time = ezReadHttpDate(mResponse.Get("last-modified"));
         const char* url = nullptr;
         const bool fURL = curl_easy_getinfo(mEasy.get(), CURLINFO_EFFECTIVE_URL, &url) == CURLE_OK;
         const std::lock_guard<std::mutex> lock(mMutex);
@@ -242,8 +242,8 @@ private:
             mFinalURL = url;
         }
         mMimeType = mResponse.GetMimeType();
-        if (time >= 0) {
-            mModified = ezDateTime(time, 0);
+        if (time) {
+            mModified = ezDateTime(*time, 0);
         }
     }
 

@@ -1,5 +1,7 @@
 #include "support/RunProgram.h"
 
+#include "support/Emulator.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -13,6 +15,7 @@
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -49,8 +52,8 @@ bool DropRights() {
                               prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH) == 0);
 }
 
-[[noreturn]] void RunChild(const std::string& aProgram, std::vector<char*>& anArguments,
-                           const ProgramOptions& anOptions, int anOut, int anError) {
+[[noreturn]] void RunChild(const std::vector<char*>& aWords, const ProgramOptions& anOptions, int anOut,
+                           int anError) {
     constexpr int kCannotStart = 127;
     const int in = anOptions.mIn >= 0 ? anOptions.mIn : open("/dev/null", O_RDONLY | O_CLOEXEC);
     int out = anOut;
@@ -66,7 +69,7 @@ bool DropRights() {
         putenv(const_cast<char*>(variable.c_str()));
     }
     if (fReady) {
-        execv(aProgram.c_str(), anArguments.data());
+        execvp(aWords.front(), aWords.data()); // an emulator is looked for, all else comes with its folder
     }
     _exit(kCannotStart);
 }
@@ -98,18 +101,20 @@ double Seconds(const timeval& aTime) {
     return static_cast<double>(aTime.tv_sec) + static_cast<double>(aTime.tv_usec) / 1e6;
 }
 
-} // namespace
+/// The words that run a program of this build.
+std::vector<std::string> WordsOf(const std::string& aProgram) {
+    std::vector<std::string> words = EZ_EMULATOR;
+    words.push_back(aProgram);
+    return words;
+}
 
-ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
-                         const ProgramOptions& anOptions) {
-    std::vector<std::string> words = anArguments;
-    words.insert(words.begin(), aProgram);
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
+ProgramResult RunWords(std::vector<std::string> aWords, const ProgramOptions& anOptions) {
+    std::vector<char*> words;
+    words.reserve(aWords.size() + 1);
+    for (std::string& word : aWords) {
+        words.push_back(word.data());
     }
-    arguments.push_back(nullptr);
+    words.push_back(nullptr);
 
     const Channel out = NewPipe();
     const Channel error = anOptions.mfErrorOnTerminal ? NewTerminal() : NewPipe();
@@ -118,7 +123,7 @@ ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::str
         throw std::runtime_error("no child");
     }
     if (child == 0) {
-        RunChild(aProgram, arguments, anOptions, out.mWrite, error.mWrite);
+        RunChild(words, anOptions, out.mWrite, error.mWrite);
     }
     close(out.mWrite);
     close(error.mWrite);
@@ -137,6 +142,30 @@ ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::str
     result.mSignal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     result.mCpuSeconds = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
     return result;
+}
+
+} // namespace
+
+ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
+                         const ProgramOptions& anOptions) {
+    std::vector<std::string> words = WordsOf(aProgram);
+    words.insert(words.end(), anArguments.begin(), anArguments.end());
+    return RunWords(std::move(words), anOptions);
+}
+
+ProgramResult RunSystemProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
+                               const ProgramOptions& anOptions) {
+    std::vector<std::string> words = anArguments;
+    words.insert(words.begin(), aProgram);
+    return RunWords(std::move(words), anOptions);
+}
+
+std::string ShellWordsOf(const std::string& aProgram) {
+    std::string text;
+    for (const std::string& word : WordsOf(aProgram)) {
+        text += (text.empty() ? "'" : " '") + word + "'"; // no folder of a build has a quote in its name
+    }
+    return text;
 }
 
 std::vector<std::string> LinesOf(const std::string& aText) {

@@ -26,9 +26,17 @@ struct ProgramOptions {
     std::function<void(pid_t)> mWhenStarted;
 };
 
-/// Runs a program and waits for its end. Throws where it cannot be started.
+/// Runs a program of this build, by the emulator where the build is for another machine, and waits for its
+/// end. Throws where it cannot be started.
 ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
                          const ProgramOptions& anOptions = ProgramOptions());
+
+/// The same for a program of the system that the tests run on, such as its shell: no emulator runs that.
+ProgramResult RunSystemProgram(const std::string& aProgram, const std::vector<std::string>& anArguments,
+                               const ProgramOptions& anOptions = ProgramOptions());
+
+/// What a shell's command line begins with to run a program of this build.
+std::string ShellWordsOf(const std::string& aProgram);
 
 /// The lines of a text, without their ends.
 std::vector<std::string> LinesOf(const std::string& aText);

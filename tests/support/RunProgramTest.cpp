@@ -5,11 +5,24 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
 
 // The shell is there wherever programs are run.
 
+namespace {
+
+/// This program, as one of this build.
+std::string Itself() {
+    return std::filesystem::read_symlink("/proc/self/exe").string();
+}
+
+constexpr const char* kListed = "RunProgram.\n  SplitsATextIntoLines\n";
+
+} // namespace
+
 TEST(RunProgram, TellsHowAProgramEndedAndWhatItWrote) {
-    const ProgramResult result = RunProgram("/bin/sh", {"-c", "echo out; echo \"$0\" >&2; exit 7", "error"});
+    const ProgramResult result =
+        RunSystemProgram("/bin/sh", {"-c", "echo out; echo \"$0\" >&2; exit 7", "error"});
     EXPECT_EQ(result.mStatus, 7);
     EXPECT_EQ(result.mSignal, 0);
     EXPECT_EQ(result.mOut, "out\n");
@@ -17,7 +30,7 @@ TEST(RunProgram, TellsHowAProgramEndedAndWhatItWrote) {
 }
 
 TEST(RunProgram, TellsTheSignalThatEndedAProgram) {
-    const ProgramResult result = RunProgram("/bin/sh", {"-c", "kill -KILL $$"});
+    const ProgramResult result = RunSystemProgram("/bin/sh", {"-c", "kill -KILL $$"});
     EXPECT_EQ(result.mStatus, -1);
     EXPECT_EQ(result.mSignal, SIGKILL);
 }
@@ -29,10 +42,27 @@ TEST(RunProgram, GivesFolderEnvironmentAndOutputAsAsked) {
     options.mFolder = folder.Path("");
     options.mOutTo = out;
     options.mEnvironment = {"EZ_RUN=there", "PWD"};
-    const ProgramResult result = RunProgram("/bin/sh", {"-c", "echo $EZ_RUN; ls; cat"}, options);
+    const ProgramResult result = RunSystemProgram("/bin/sh", {"-c", "echo $EZ_RUN; ls; cat"}, options);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mOut, "");
     EXPECT_EQ(ReadWholeFile(out), "there\nout\n");
+}
+
+TEST(RunProgram, RunsAProgramOfThisBuildWhereverItIsFor) {
+    const ProgramResult result =
+        RunProgram(Itself(), {"--gtest_list_tests", "--gtest_filter=RunProgram.SplitsATextIntoLines"});
+    EXPECT_EQ(result.mStatus, 0);
+    EXPECT_EQ(result.mError, "");
+    EXPECT_NE(result.mOut.find(kListed), std::string::npos) << result.mOut;
+}
+
+TEST(RunProgram, GivesAShellTheWordsThatRunAProgramOfThisBuild) {
+    const std::string command = ShellWordsOf(Itself()) + " --gtest_list_tests --gtest_filter=\"$0\"";
+    const ProgramResult result =
+        RunSystemProgram("/bin/sh", {"-c", command, "RunProgram.SplitsATextIntoLines"});
+    EXPECT_EQ(result.mStatus, 0);
+    EXPECT_EQ(result.mError, "");
+    EXPECT_NE(result.mOut.find(kListed), std::string::npos) << result.mOut;
 }
 
 TEST(RunProgram, SplitsATextIntoLines) {

@@ -166,8 +166,9 @@ TEST(StandardInput, AReadErrorIsAnErrorInTheWordsOfTheSystem) {
 
 TEST(StandardInput, AClosedOneIsAnError) {
     for (const char* options : {"--name a.mp3", "--es"}) {
-        const std::string command = EZANNOUNCE " --config " EZ_SAMPLES " " + std::string(options) + " - <&-";
-        const ProgramResult result = RunProgram("/bin/sh", {"-c", command});
+        const std::string command =
+            ShellWordsOf(EZANNOUNCE) + " --config " EZ_SAMPLES " " + std::string(options) + " - <&-";
+        const ProgramResult result = RunSystemProgram("/bin/sh", {"-c", command});
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError, kFailing + std::string("Bad file descriptor\n"));

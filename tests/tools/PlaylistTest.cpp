@@ -45,7 +45,8 @@ std::vector<Json> JsonOf(Words aWords) {
 
 /// Runs it with a file as standard input.
 ProgramResult FromInput(const std::string& aFile, const std::string& anArguments) {
-    return RunProgram("/bin/sh", {"-c", "\"$0\" playlist " + anArguments + " - < \"$1\"", EZANNOUNCE, aFile});
+    return RunSystemProgram(
+        "/bin/sh", {"-c", ShellWordsOf(EZANNOUNCE) + " playlist " + anArguments + " - < \"$0\"", aFile});
 }
 
 std::string FileURL(const std::string& aPath) {

@@ -256,11 +256,11 @@ TEST_F(ThumbnailTool, AFileIsWrittenWholeOrNotAtAll) {
     ASSERT_TRUE(Holds(Thumbnail(path, words), kItself)); // so that the cache has it
     const std::string target = mFolder.Write("there/target.png", "what was there");
     // Files may have 100 blocks of 512 bytes; what goes beyond is an error in place of a signal.
-    const std::string command = "trap '' XFSZ; ulimit -f 100; exec " EZANNOUNCE " --config " EZ_SAMPLES
-                                " thumbnail " +
-                                path + " --png --box 300x300 --cache " + mFolder.Path("cache") + " -o ";
+    const std::string command = "trap '' XFSZ; ulimit -f 100; exec " + ShellWordsOf(EZANNOUNCE) +
+                                " --config " EZ_SAMPLES " thumbnail " + path +
+                                " --png --box 300x300 --cache " + mFolder.Path("cache") + " -o ";
     for (const std::string& out : {target, mFolder.Path("there/new.png")}) {
-        const ProgramResult result = RunProgram("/bin/sh", {"-c", command + out});
+        const ProgramResult result = RunSystemProgram("/bin/sh", {"-c", command + out});
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError, "ezannounce: " + out + ": File too large\n");

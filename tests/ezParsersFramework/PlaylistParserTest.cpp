@@ -73,7 +73,7 @@ std::string Line(const std::string& aTitle, const std::string& aURI) {
     return Str(PlaylistParser::GetURLFor("", &entry));
 }
 
-const std::string kAt1234 = "00000000000000001234"; // NOLINT(cert-err58-cpp)
+const std::string kAt1234 = "00000000000000001234";
 
 std::string Zeros(std::size_t aCount) {
     return std::string(aCount, '0');

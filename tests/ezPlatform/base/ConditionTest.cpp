@@ -12,14 +12,14 @@
 TEST(Condition, ASignalBeforeTheWaitIsKept) {
     ezCondition condition;
     condition.Signal();
-    condition.Wait();
+    condition.Wait(); // a signal that is lost fails by the time limit of the test
 }
 
 TEST(Condition, EveryWaitTakesOneSignal) {
     ezCondition condition;
     for (int i = 0; i < 1000; ++i) {
         condition.Signal();
-        condition.Wait();
+        condition.Wait(); // a signal that is lost fails by the time limit of the test
     }
 }
 
@@ -113,7 +113,7 @@ TEST(ConditionThreads, AWaiterThatWokeMayDestroyIt) {
         auto condition = std::make_unique<ezCondition>();
         std::thread signaller([it = condition.get()] { it->Signal(); });
         condition->Wait();
-        condition.reset();
+        condition.reset(); // a signaller that still needs it hangs, or is seen by the sanitizers
         signaller.join();
     }
 }

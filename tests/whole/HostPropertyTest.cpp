@@ -1,3 +1,4 @@
+#include "PropertyFormat.h"
 #include "PropertyMapper.h"
 #include "PropertyOperation.h"
 #include "PropertyPackets.h"
@@ -34,7 +35,7 @@ constexpr int kSequences = 2000;
 
 /// Who does what a verb says, and who tells it in words.
 using Words = std::string (*)(const Operation&);
-enum class Part { Parsers, Mapper, Playlist, Packets, Thumbnails };
+enum class Part { Parsers, Mapper, Playlist, Packets, Format, Thumbnails };
 struct VerbRow {
     Verb mVerb;
     std::size_t mWeight;
@@ -73,6 +74,11 @@ const VerbRow kVerbs[] = {
     {Verb::OpenRace, 3, Part::Packets, PacketsSubject::Describe},
     {Verb::PushPacket, 9, Part::Packets, PacketsSubject::Describe},
     {Verb::CloseRace, 2, Part::Packets, PacketsSubject::Describe},
+    {Verb::OpenFormat, 2, Part::Format, FormatSubject::Describe},
+    {Verb::PushToFormat, 6, Part::Format, FormatSubject::Describe},
+    {Verb::GiveUpFormat, 1, Part::Format, FormatSubject::Describe},
+    {Verb::ResetFormat, 1, Part::Format, FormatSubject::Describe},
+    {Verb::CloseFormat, 1, Part::Format, FormatSubject::Describe},
     {Verb::AddProvider, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::SetDefaultProvider, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RequestThumbnail, 12, Part::Thumbnails, ThumbnailsSubject::Describe},
@@ -151,6 +157,8 @@ public:
             return mPlaylist.Apply(anOperation);
         case Part::Packets:
             return mPackets.Apply(anOperation);
+        case Part::Format:
+            return mFormat.Apply(anOperation);
         case Part::Thumbnails:
             return mThumbnails.Apply(anOperation);
         }
@@ -165,6 +173,7 @@ private:
     ParsersSubject mParsers;
     PlaylistSubject mPlaylist;
     PacketsSubject mPackets;
+    FormatSubject mFormat;
     ThumbnailsSubject mThumbnails;
 };
 
@@ -261,6 +270,13 @@ const char* const kMustBeMet[] = {
     "a race is won",
     "a race is lost by all",
     "a candidate leaves a race",
+    "a format has decided",
+    "a format is given up",
+    "a format that decided is given up",
+    "a format is started anew",
+    "a format that is not at work is started anew",
+    "a format gives its record",
+    "a format has given its record before",
     "a thumbnail is built",
     "a thumbnail cannot be built",
     "nobody is able to build a thumbnail",

@@ -3,6 +3,7 @@
 #include "PropertyOperation.h"
 #include "PropertyPackets.h"
 #include "PropertyParsers.h"
+#include "PropertyPictures.h"
 #include "PropertyPlaylist.h"
 #include "PropertyThumbnails.h"
 #include "PropertyTypes.h"
@@ -35,7 +36,7 @@ constexpr int kSequences = 2000;
 
 /// Who does what a verb says, and who tells it in words.
 using Words = std::string (*)(const Operation&);
-enum class Part { Parsers, Mapper, Playlist, Packets, Format, Thumbnails };
+enum class Part { Parsers, Mapper, Playlist, Packets, Format, Thumbnails, Pictures };
 struct VerbRow {
     Verb mVerb;
     std::size_t mWeight;
@@ -70,6 +71,8 @@ const VerbRow kVerbs[] = {
     {Verb::AddSong, 5, Part::Playlist, PlaylistSubject::Describe},
     {Verb::RemoveSong, 1, Part::Playlist, PlaylistSubject::Describe},
     {Verb::ReadPlaylist, 3, Part::Playlist, PlaylistSubject::Describe},
+    {Verb::RegisterReader, 1, Part::Playlist, PlaylistSubject::Describe},
+    {Verb::AskForReader, 3, Part::Playlist, PlaylistSubject::Describe},
     {Verb::FeedMedia, 2, Part::Packets, PacketsSubject::Describe},
     {Verb::OpenRace, 3, Part::Packets, PacketsSubject::Describe},
     {Verb::PushPacket, 9, Part::Packets, PacketsSubject::Describe},
@@ -85,6 +88,13 @@ const VerbRow kVerbs[] = {
     {Verb::FillTwice, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::ForgetThumbnail, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RestartCache, 1, Part::Thumbnails, ThumbnailsSubject::Describe},
+    {Verb::WritePicture, 7, Part::Pictures, PicturesSubject::Describe},
+    {Verb::RemovePicture, 1, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ReadSource, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ReadPart, 3, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ParsePicture, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::MakeThumbnail, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::AnnounceThumbnails, 1, Part::Pictures, PicturesSubject::Describe},
 };
 
 const VerbRow& RowOf(Verb aVerb) {
@@ -145,7 +155,8 @@ public:
           mMapper(mFolder, aTerms.mLines),
           mParsers(mFolder, mMapper, static_cast<int>(aTerms.mOptions)),
           mPlaylist(mFolder),
-          mThumbnails(mFolder, aTerms.mBounds) {}
+          mThumbnails(mFolder, aTerms.mBounds),
+          mPictures(mFolder) {}
 
     void Apply(const Operation& anOperation) {
         switch (RowOf(anOperation.mVerb).mPart) {
@@ -161,6 +172,8 @@ public:
             return mFormat.Apply(anOperation);
         case Part::Thumbnails:
             return mThumbnails.Apply(anOperation);
+        case Part::Pictures:
+            return mPictures.Apply(anOperation);
         }
     }
 
@@ -175,6 +188,7 @@ private:
     PacketsSubject mPackets;
     FormatSubject mFormat;
     ThumbnailsSubject mThumbnails;
+    PicturesSubject mPictures;
 };
 
 /// Deep states of one part need many operations on it, and mixed ones few on each.
@@ -265,6 +279,13 @@ const char* const kMustBeMet[] = {
     "a playlist is read: m3u8",
     "a playlist is read: pls",
     "a playlist is read: asx",
+#ifdef EZ_HAS_XML_PLAYLISTS
+    "a playlist is read: xspf",
+    "a playlist is read: wpl",
+#endif
+    "a reader of the libraries answers",
+    "a reader of the host answers",
+    "no reader answers",
     "a fed media is read to its end",
     "a fed media fails",
     "a race is won",
@@ -287,6 +308,16 @@ const char* const kMustBeMet[] = {
     "the cache gives up a thumbnail",
     "two fill a thumbnail at once",
     "a thumbnail is forgotten",
+    "a source is read",
+    "a source is not there",
+    "a part is read",
+    "a part is decoded",
+    "there is no such part",
+    "a picture is parsed",
+    "what is no picture is parsed",
+    "a thumbnail is made of a picture",
+    "there is no picture beside the film",
+    "thumbnails are announced",
 };
 
 } // namespace

@@ -47,15 +47,6 @@ Mapping MappingOf(const Operation& anOperation) {
     return mapping;
 }
 
-/// What the read-only file holds.
-std::vector<Mapping> FactoryMappings(unsigned aLines) {
-    std::vector<Mapping> mappings;
-    for (unsigned i = 0; i < aLines; ++i) {
-        mappings.push_back(MappingOf({Verb::AddMapping, i, i, i, 2 - i}));
-    }
-    return mappings;
-}
-
 std::string LineOf(const Mapping& aMapping) {
     std::string speeds;
     for (const char byte : aMapping.mSpeeds) {
@@ -63,6 +54,24 @@ std::string LineOf(const Mapping& aMapping) {
     }
     return aMapping.mName + "," + aMapping.mMimeType + "," + aMapping.mProfile + "," + aMapping.mDuration +
            "," + speeds + ",," + (aMapping.mBitRate != 0 ? std::to_string(aMapping.mBitRate) : "");
+}
+
+std::unique_ptr<DLNAMediaMapperEntry> NewEntry(const Mapping& aMapping) {
+    auto entry = std::make_unique<DLNAMediaMapperEntry>();
+    Agree("a good line is taken", entry->Set(LineOf(aMapping).c_str()), true);
+    entry->mGoldenDMSFlags = aMapping.mFlags;
+    entry->ComputeDLNAProtocolInfo();
+    return entry;
+}
+
+/// What the read-only file holds.
+std::vector<Mapping> FactoryMappings(unsigned aLines) {
+    std::vector<Mapping> mappings;
+    for (unsigned i = 0; i < aLines; ++i) {
+        mappings.push_back(MappingOf({Verb::AddMapping, i, i, i, 2 - i}));
+        mappings.back().mFlags = i == 1 ? kBothSpeeds : 0;
+    }
+    return mappings;
 }
 
 /// The speeds that a protocolInfo states.
@@ -100,7 +109,7 @@ MapperSubject::MapperSubject(const TemporaryFolder& aFolder, unsigned aLines)
     if (aLines <= kMostLines) {
         std::string text = "# made in the factory\n\n";
         for (const Mapping& mapping : FactoryMappings(aLines)) {
-            text += LineOf(mapping) + "\n";
+            text += Str(NewEntry(mapping)->Get()) + "\n";
         }
         mFolder.Write("ro/MediaMapper.txt", text);
     }
@@ -205,11 +214,7 @@ void MapperSubject::Apply(const Operation& anOperation) {
 }
 
 void MapperSubject::Add(const Mapping& aMapping) {
-    auto* entry = new DLNAMediaMapperEntry;
-    Agree("a good line is taken", entry->Set(LineOf(aMapping).c_str()), true);
-    entry->mGoldenDMSFlags = aMapping.mFlags;
-    entry->ComputeDLNAProtocolInfo();
-    mMapper->AddEntry(entry);
+    mMapper->AddEntry(NewEntry(aMapping).release());
     mModel.Add(aMapping);
     Compare("after adding a mapping");
 }

@@ -37,6 +37,8 @@ enum class Verb : unsigned {
     AddSong,
     RemoveSong,
     ReadPlaylist,
+    RegisterReader,
+    AskForReader,
     FeedMedia,
     OpenRace,
     PushPacket,
@@ -52,6 +54,13 @@ enum class Verb : unsigned {
     FillTwice,
     ForgetThumbnail,
     RestartCache,
+    WritePicture,
+    RemovePicture,
+    ReadSource,
+    ReadPart,
+    ParsePicture,
+    MakeThumbnail,
+    AnnounceThumbnails,
 };
 
 /// One operation: a verb, and numbers below kNumbers of which the verb makes what it needs. Every number

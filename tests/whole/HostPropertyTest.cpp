@@ -45,11 +45,11 @@ struct VerbRow {
 };
 
 const VerbRow kVerbs[] = {
-    {Verb::AddParser, 9, Part::Parsers, ParsersSubject::Describe},
+    {Verb::AddParser, 10, Part::Parsers, ParsersSubject::Describe},
     {Verb::AddParserAgain, 1, Part::Parsers, ParsersSubject::Describe},
     {Verb::AddStandardParsers, 4, Part::Parsers, ParsersSubject::Describe},
     {Verb::UseMapper, 3, Part::Parsers, ParsersSubject::Describe},
-    {Verb::ParseMedia, 12, Part::Parsers, ParsersSubject::Describe},
+    {Verb::ParseMedia, 15, Part::Parsers, ParsersSubject::Describe},
     {Verb::ParseType, 3, Part::Parsers, ParsersSubject::Describe},
     {Verb::ParseCover, 3, Part::Parsers, ParsersSubject::Describe},
     {Verb::AdjustRecord, 3, Part::Parsers, ParsersSubject::Describe},
@@ -81,7 +81,7 @@ const VerbRow kVerbs[] = {
     {Verb::PushToFormat, 6, Part::Format, FormatSubject::Describe},
     {Verb::GiveUpFormat, 1, Part::Format, FormatSubject::Describe},
     {Verb::ResetFormat, 1, Part::Format, FormatSubject::Describe},
-    {Verb::CloseFormat, 1, Part::Format, FormatSubject::Describe},
+    {Verb::CloseFormat, 2, Part::Format, FormatSubject::Describe},
     {Verb::AddProvider, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::SetDefaultProvider, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RequestThumbnail, 12, Part::Thumbnails, ThumbnailsSubject::Describe},
@@ -91,7 +91,7 @@ const VerbRow kVerbs[] = {
     {Verb::WritePicture, 7, Part::Pictures, PicturesSubject::Describe},
     {Verb::RemovePicture, 1, Part::Pictures, PicturesSubject::Describe},
     {Verb::ReadSource, 2, Part::Pictures, PicturesSubject::Describe},
-    {Verb::ReadPart, 3, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ReadPart, 4, Part::Pictures, PicturesSubject::Describe},
     {Verb::ParsePicture, 2, Part::Pictures, PicturesSubject::Describe},
     {Verb::MakeThumbnail, 2, Part::Pictures, PicturesSubject::Describe},
     {Verb::AnnounceThumbnails, 1, Part::Pictures, PicturesSubject::Describe},

@@ -40,6 +40,8 @@ private:
     static PictureFile FileOf(const Operation& anOperation);
     std::string Path(const std::string& aName) const { return mFolder.Path("films/" + aName); }
     ThumbnailInfo Film() const;
+    std::string OneOfThoseThere(unsigned aNumber) const;
+    ezMediaParserManager& Manager();
 
     void Write(const Operation& anOperation);
     void Remove(const Operation& anOperation);
@@ -51,7 +53,7 @@ private:
 
     const TemporaryFolder& mFolder;
     Environment mEnvironment;
-    std::unique_ptr<ezMediaParserManager> mManager;
+    std::unique_ptr<ezMediaParserManager> mManager; ///< null until a picture is parsed
     std::unique_ptr<ezThumbnailGenerator> mGenerator;
     std::unique_ptr<ezThumbnailProvider> mProvider;
     std::map<std::string, PictureFile> mFiles;

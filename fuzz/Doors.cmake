@@ -16,7 +16,7 @@ ez_add_doors(ezParsersFramework_inside
     base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list
     protocol_info stream_adapter uri)
 ez_add_doors(ezFormats_inside
-    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video format_iso_media format_jpeg format_mpeg_audio format_png
+    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video es_race format_iso_media format_jpeg format_mpeg_audio format_png
     profile_rules)
 if(TARGET ezLiveStreams_inside)
     get_target_property(EZ_LIVE_STREAM_DEFINITIONS ezLiveStreams_inside INTERFACE_COMPILE_DEFINITIONS)

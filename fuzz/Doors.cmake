@@ -16,8 +16,8 @@ ez_add_doors(ezParsersFramework_inside
     base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list
     protocol_info stream_adapter uri)
 ez_add_doors(ezFormats_inside
-    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video es_race format_iso_media format_jpeg format_mpeg_audio format_png
-    profile_rules)
+    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video es_race format_iso_media format_jpeg format_mpeg_audio
+    format_png profile_rules)
 if(TARGET ezLiveStreams_inside)
     get_target_property(EZ_LIVE_STREAM_DEFINITIONS ezLiveStreams_inside INTERFACE_COMPILE_DEFINITIONS)
     if("EZ_HAS_HTTP_STREAM" IN_LIST EZ_LIVE_STREAM_DEFINITIONS)
@@ -32,3 +32,4 @@ if(TARGET ezPlaylists_inside)
     endif()
 endif()
 ez_add_doors(ezThumbnails_inside cover_flac cover_id3 cover_mp4 cover_ogg picture)
+ez_add_doors(ezannounce_inside tool_mapper_check tool_text)

@@ -9,7 +9,7 @@
 namespace {
 
 EltScript ScriptOf(const FormatPlan& aPlan) {
-    return {EltStep::OfRead(aPlan.mFirst),
+    return {aPlan.mfAppends ? EltStep::OfAppend(aPlan.mFirst) : EltStep::OfRead(aPlan.mFirst),
             aPlan.mfSkips ? EltStep::OfSkip(aPlan.mSecond) : EltStep::OfAppend(aPlan.mSecond),
             aPlan.mfFails ? EltStep::OfFailure() : EltStep::OfCompletion()};
 }
@@ -26,6 +26,7 @@ FormatPlan FormatPlan::Of(char aName, unsigned aNumber) {
     plan.mName = aName;
     plan.mFirst = 1 + aNumber % 6;
     plan.mSecond = 1 + aNumber / 6 % 5;
+    plan.mfAppends = aNumber % 4 == 3;
     plan.mfSkips = aNumber / 30 % 2 != 0;
     plan.mfFails = aNumber / 60 % 2 != 0;
     plan.mLimit = aNumber / 120 % 2 != 0 ? 6 : 1000;
@@ -34,8 +35,8 @@ FormatPlan FormatPlan::Of(char aName, unsigned aNumber) {
 
 std::string FormatPlan::InWords() const {
     std::ostringstream text;
-    text << mName << " (" << mFirst << " bytes, then " << mSecond << (mfSkips ? " passed over" : " more")
-         << (mfFails ? ", fails" : "") << ", limit " << mLimit << ")";
+    text << mName << " (" << mFirst << (mfAppends ? " bytes appended, then " : " bytes, then ") << mSecond
+         << (mfSkips ? " passed over" : " more") << (mfFails ? ", fails" : "") << ", limit " << mLimit << ")";
     return text.str();
 }
 

@@ -16,7 +16,8 @@ struct FormatPlan {
     char mName = 'A';
     unsigned mFirst = 1;
     unsigned mSecond = 1;
-    bool mfSkips = false; ///< the second request
+    bool mfAppends = false; ///< the first request, which is the same where nothing was gathered
+    bool mfSkips = false;   ///< the second request
     bool mfFails = false;
     unsigned mLimit = 0;
 

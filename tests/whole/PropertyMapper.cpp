@@ -83,6 +83,18 @@ std::string SpeedsIn(const std::string& aProtocolInfo) {
                : aProtocolInfo.substr(at + name.size(), aProtocolInfo.find(';', at) - at - name.size());
 }
 
+/// The speeds of each record of a profile array, by its profile.
+std::vector<std::string> SpeedsOf(const ezArray* anArray) {
+    std::vector<std::string> speeds;
+    for (std::size_t i = 0; i < ezArray_GetCount(anArray); ++i) {
+        const ezDLNAProtocolInfo* info =
+            static_cast<DLNAProfileEntry*>(ezArray_At(anArray, i))->GetDLNAProtocolInfo();
+        speeds.push_back(std::string(ezDLNAProtocolInfo_GetProfile(info)) + " " +
+                         Taken(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 0)));
+    }
+    return speeds;
+}
+
 std::vector<std::string> AskedFor(const Operation& anOperation) {
     return {Chosen(kAsked, anOperation.mA), Chosen(kAsked, anOperation.mB), Chosen(kAsked, anOperation.mC)};
 }
@@ -305,6 +317,7 @@ void MapperSubject::Switch(MapperModel::What aWhat, const Operation& anOperation
     ezArray* records = mMapper->NewProfileArray();
     const std::size_t count = ezArray_GetCount(records);
     Agree("number of profiles", count, mModel.ProfileCount());
+    Agree("the speeds of the profiles", SpeedsOf(records), mModel.Speeds());
     if (count != 0) {
         const bool fEnabled = anOperation.mB % 2 != 0;
         const std::size_t index = anOperation.mA % count;

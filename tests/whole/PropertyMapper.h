@@ -73,6 +73,8 @@ public:
     /// What is found for the name of a media.
     const Mapping* Find(const std::string& aName) const;
     const Mapping* FirstOf(const std::string& aProfile) const;
+    /// The speeds of each profile, by its name.
+    std::vector<std::string> Speeds() const;
     /// The enabled profiles as they are announced.
     std::vector<Announcement> Announced() const;
     bool IsEnabled(const std::string& aProfile) const;

@@ -215,6 +215,14 @@ std::string MapperModel::SpeedsOf(const Group& aGroup) {
     return speeds;
 }
 
+std::vector<std::string> MapperModel::Speeds() const {
+    std::vector<std::string> speeds;
+    for (const auto& [profile, group] : mByProfile) {
+        speeds.push_back(profile + " " + SpeedsOf(group));
+    }
+    return speeds;
+}
+
 std::vector<Announcement> MapperModel::Announced() const {
     std::vector<Announcement> announced;
     for (const auto& [profile, group] : mByProfile) {

@@ -1,10 +1,10 @@
 #include "bench/FormatFiles.h"
 
+#include "support/WholeFile.h"
+
 #include "bench/Measure.h"
 #include "companions/ezFormats/ISOBytes.h"
-
-#include <fstream>
-#include <iterator>
+#include "support/Folders.h"
 
 namespace {
 
@@ -13,8 +13,7 @@ constexpr std::size_t kAudioFramesASecond = 47; // of 1024 samples at 48 kHz
 constexpr std::size_t kPicturesASecond = 25;
 
 FormatFile SampleFile(const std::string& aName, const std::string& anExtension) {
-    std::ifstream file(EZ_SAMPLES "/" + aName, std::ios::binary);
-    FormatFile sample = {aName, anExtension, {std::istreambuf_iterator<char>(file), {}}};
+    FormatFile sample = {aName, anExtension, ReadWholeFile(EZ_SAMPLES "/" + aName)};
     Require(!sample.mBytes.empty(), "the samples are there");
     return sample;
 }
@@ -83,7 +82,7 @@ Film FormatFiles_Film(std::uint64_t aSize, std::uint64_t aTableSeconds) {
     Film film;
     film.mMovie = iso::Movie({video, audio}, iso::Items(iso::Item("\xA9nam", "Film")),
                              iso::MovieHead(1000, milliseconds));
-    film.mStart = iso::FileType() + iso::Big(1, 4) + "mdat" + iso::Big(aSize, 8);
+    film.mStart = iso::FileType() + Big(1, 4) + "mdat" + Big(aSize, 8);
     film.mSize = iso::FileType().size() + aSize + film.mMovie.size();
     return film;
 }

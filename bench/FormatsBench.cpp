@@ -14,6 +14,7 @@
 #include "ezFormats/PNGParser.h"
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
+#include "support/Folders.h"
 #include "support/TemporaryFolder.h"
 
 #include <fcntl.h>

@@ -150,8 +150,7 @@ void AddTableBenches() {
             }
             return sides;
         },
-        // The memory of the largest shares the processor's last cache with all else that runs.
-        ClaimsOfSizes("load, cost of a key", 2, 2.5));
+        ClaimsOfSizes("load, cost of a key", 2, 2));
     for (const Question& question : kQuestions) {
         const std::string name = question.mName;
         AddComparison(

@@ -3,13 +3,13 @@
 #include "bench/CountedSystem.h"
 #include "bench/HeapPeak.h"
 #include "bench/Measure.h"
-#include "bench/MemoryFolder.h"
 #include "bench/Photo.h"
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
+#include "support/ReplacedSystem.h"
 #include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -60,21 +60,6 @@ public:
     }
 };
 
-/// Leaves out what waits for a disk and costs the processor nothing, while it lives.
-class NoSync {
-public:
-    NoSync() : mCalls(ezSystem_Real()) {
-        mCalls.mFSync = [](int /*aFile*/) { return 0; };
-        ezSystem_Replace(&mCalls);
-    }
-    ~NoSync() { ezSystem_Replace(nullptr); }
-    NoSync(const NoSync&) = delete;
-    NoSync& operator=(const NoSync&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
-
 /// A cache that is full, and its thumbnails.
 template <typename Folder>
 class FullCache {
@@ -122,7 +107,7 @@ public:
 
     /// Nanoseconds a thumbnail that is built, put into the cache, and takes another one's place there.
     double MissCost() {
-        const NoSync noSync;
+        const ReplacedSystem noSync(WithoutSync); // waiting for a disk costs the processor nothing
         return TimeOf([&] {
                    for (std::size_t i = 0; i < mMisses; ++i) {
                        const ThumbnailInfo info = InfoOf("new " + std::to_string(++mNew), 160);
@@ -153,7 +138,12 @@ private:
 };
 
 using DiskCache = FullCache<TemporaryFolder>; ///< where caches usually lie
-using MemoryCache = FullCache<MemoryFolder>;
+/// In memory where there is room for very many small files.
+class RoomyMemoryFolder : public MemoryFolder {
+public:
+    RoomyMemoryFolder() : MemoryFolder(std::uintmax_t{1} << 30) {}
+};
+using MemoryCache = FullCache<RoomyMemoryFolder>;
 
 /// Nanoseconds a thumbnail.
 template <typename Cache>

@@ -1,35 +1,112 @@
-# The doors that outside bytes come through, as far as they are built: EZ_FUZZ_DOORS, and the library of each in
-# EZ_FUZZ_LIBRARY_<door>. A door is a source fuzz_<door>.cpp and the folders corpus/<door> and regressions/<door>.
+# The doors that outside bytes come through, as far as they are built: EZ_FUZZ_DOORS, and of each its library,
+# EZ_FUZZ_LIBRARY_<door>, and the sources that it is about, EZ_FUZZ_SOURCES_<door>. A door is a source fuzz_<door>.cpp and
+# the folders corpus/<door> and regressions/<door>.
 set(EZ_FUZZ_DOORS)
 
-# ez_add_doors(<library> <door>...): nothing where the library is not built.
-macro(ez_add_doors LIBRARY)
+# ez_add_door(<library> <door> <source>...): nothing where the library is not built. The sources are those whose every
+# branch the door's corpus reaches if a valid input does; what only carries bytes to them is another door's. Some stand
+# behind several doors.
+macro(ez_add_door LIBRARY DOOR)
     if(TARGET ${LIBRARY})
-        foreach(DOOR ${ARGN})
-            list(APPEND EZ_FUZZ_DOORS ${DOOR})
-            set(EZ_FUZZ_LIBRARY_${DOOR} ${LIBRARY})
+        list(APPEND EZ_FUZZ_DOORS ${DOOR})
+        set(EZ_FUZZ_LIBRARY_${DOOR} ${LIBRARY})
+        set(EZ_FUZZ_SOURCES_${DOOR})
+        foreach(PATTERN ${ARGN})
+            file(GLOB FOUND RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${PATTERN})
+            if(NOT FOUND)
+                message(FATAL_ERROR "The door ${DOOR} is about ${PATTERN}, which is not there")
+            endif()
+            list(APPEND EZ_FUZZ_SOURCES_${DOOR} ${FOUND})
         endforeach()
     endif()
 endmacro()
 
-ez_add_doors(ezParsersFramework_inside
-    base64_part file_name mapper_file mapper_line media_parser_stream media_types_ini profile_info_list
-    protocol_info stream_adapter uri)
-ez_add_doors(ezFormats_inside
-    es_ac3 es_adts es_h264 es_mpeg_audio es_mpeg_video es_race format_iso_media format_jpeg format_mpeg_audio
-    format_png profile_rules)
+set(PLATFORM ezPlatform)
+set(FRAMEWORK ezParsersFramework)
+ez_add_door(ezParsersFramework_inside base64_part ${PLATFORM}/text/Base64.cpp ${FRAMEWORK}/ThumbnailProvider.cpp)
+ez_add_door(ezParsersFramework_inside file_name
+    ${PLATFORM}/files/PathName.cpp ${FRAMEWORK}/DLNAFileParser.cpp)
+ez_add_door(ezParsersFramework_inside mapper_file
+    ${PLATFORM}/files/TextFile.cpp ${FRAMEWORK}/DLNAMediaMapper.cpp ${FRAMEWORK}/detail/DLNAMediaMapperParser.cpp)
+ez_add_door(ezParsersFramework_inside mapper_line ${FRAMEWORK}/detail/DLNAMediaMapperEntry.cpp)
+ez_add_door(ezParsersFramework_inside media_parser_stream
+    ${FRAMEWORK}/MediaParserStream.cpp ${FRAMEWORK}/FileMediaParserStream.cpp)
+ez_add_door(ezParsersFramework_inside media_types_ini
+    ${PLATFORM}/config/Config.cpp ${FRAMEWORK}/ExtensionMimeTypeMatcher.cpp ${FRAMEWORK}/MimeTypesDotIniParser.cpp)
+ez_add_door(ezParsersFramework_inside mime_type ${PLATFORM}/text/MimeTypeInfo.cpp)
+ez_add_door(ezParsersFramework_inside profile_info_list ${PLATFORM}/dlna/ProtocolInfoList.cpp)
+ez_add_door(ezParsersFramework_inside protocol_info ${PLATFORM}/dlna/ProtocolInfo.cpp)
+ez_add_door(ezParsersFramework_inside stream_adapter ${FRAMEWORK}/StreamMediaParserStream.cpp)
+ez_add_door(ezParsersFramework_inside uri ${PLATFORM}/text/URI.cpp)
+
+set(BYTES companions/ezBytes)
+set(FORMATS companions/ezFormats)
+set(FRAME_CHAIN ${FORMATS}/FrameChainEltStreamParser.cpp ${FORMATS}/detail/WrapperWatch.cpp)
+set(START_CODE ${FORMATS}/StartCodeEltStreamParser.cpp ${FORMATS}/detail/WrapperWatch.cpp)
+ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/AC3EltStreamParser.cpp ${FORMATS}/detail/AC3Header.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_adts ${FORMATS}/ADTSEltStreamParser.cpp ${FORMATS}/detail/ADTSHeader.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_h264 ${FORMATS}/H264EltStreamParser.cpp ${FORMATS}/detail/H264Headers.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_mpeg_audio
+    ${FORMATS}/MPEGAudioEltStreamParser.cpp ${FORMATS}/detail/MPEGAudioHeader.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_mpeg_video
+    ${FORMATS}/MPEGVideoEltStreamParser.cpp ${FORMATS}/detail/MPEGVideoHeaders.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
+
+# What every parser of files stands on.
+set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/ByteReader.cpp ${BYTES}/ByteSource.cpp)
+set(TEXTS ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
+ez_add_door(ezFormats_inside format_iso_media
+    ${FORMATS}/ISOMediaParser.cpp ${FORMATS}/detail/ISO*.cpp ${FORMATS}/detail/AC3Header.cpp
+    ${FORMATS}/detail/AudioSpecificConfig.cpp ${FORMATS}/detail/ESDescriptor.cpp ${FORMATS}/detail/H264Headers.cpp
+    ${FORMATS}/detail/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${FILES} ${TEXTS})
+ez_add_door(ezFormats_inside format_jpeg
+    ${FORMATS}/JPEGParser.cpp ${FORMATS}/detail/JPEGFrame.cpp ${BYTES}/Exif.cpp ${FILES})
+ez_add_door(ezFormats_inside format_mpeg_audio
+    ${FORMATS}/MPEGAudioParser.cpp ${FORMATS}/detail/MPEGAudio*.cpp ${FORMATS}/detail/AudioTails.cpp
+    ${FORMATS}/detail/Music*.cpp ${FORMATS}/detail/WrapperWatch.cpp ${BYTES}/ID3Tag.cpp ${FILES} ${TEXTS})
+ez_add_door(ezFormats_inside format_png ${FORMATS}/PNGParser.cpp ${BYTES}/Exif.cpp ${FILES})
+ez_add_door(ezFormats_inside profile_rules
+    ${FORMATS}/ProfileRules.cpp ${FORMATS}/detail/ProfileRule*.cpp ${FORMATS}/detail/ProfileNames.cpp)
+
 if(TARGET ezLiveStreams_inside)
     get_target_property(EZ_LIVE_STREAM_DEFINITIONS ezLiveStreams_inside INTERFACE_COMPILE_DEFINITIONS)
     if("EZ_HAS_HTTP_STREAM" IN_LIST EZ_LIVE_STREAM_DEFINITIONS)
-        ez_add_doors(ezLiveStreams_inside http_response)
+        ez_add_door(ezLiveStreams_inside http_response companions/ezLiveStreams/detail/HttpResponse.cpp)
     endif()
 endif()
-ez_add_doors(ezPlaylists_inside playlist_asx playlist_m3u playlist_pls)
+
+set(PLAYLISTS companions/ezPlaylists/detail)
+set(LINES ${PLAYLISTS}/LineReader.cpp ${PLAYLISTS}/StreamReader.cpp ${PLAYLISTS}/PlaylistText.cpp
+    ${PLAYLISTS}/PlaylistPlace.cpp ${PLAYLISTS}/Location.cpp)
+set(DOCUMENT ${PLAYLISTS}/DocumentText.cpp ${PLAYLISTS}/MarkupPlaylistParser.cpp ${PLAYLISTS}/EntryText.cpp
+    ${PLAYLISTS}/IndexedPlaylistParser.cpp ${PLAYLISTS}/StreamReader.cpp ${PLAYLISTS}/PlaylistPlace.cpp
+    ${PLAYLISTS}/Location.cpp)
+ez_add_door(ezPlaylists_inside playlist_asx
+    ${PLAYLISTS}/ASXPlaylistParser.cpp ${PLAYLISTS}/AsxEntries.cpp ${PLAYLISTS}/MarkupScanner.cpp ${DOCUMENT})
+ez_add_door(ezPlaylists_inside playlist_m3u companions/ezPlaylists/M3UPlaylistParser.cpp ${LINES})
+ez_add_door(ezPlaylists_inside playlist_pls
+    ${PLAYLISTS}/PLSPlaylistParser.cpp ${PLAYLISTS}/IndexedPlaylistParser.cpp ${LINES})
 if(TARGET ezPlaylists_inside)
     get_target_property(EZ_PLAYLIST_DEFINITIONS ezPlaylists_inside INTERFACE_COMPILE_DEFINITIONS)
     if("EZ_HAS_XML_PLAYLISTS" IN_LIST EZ_PLAYLIST_DEFINITIONS)
-        ez_add_doors(ezPlaylists_inside playlist_wpl playlist_xspf)
+        ez_add_door(ezPlaylists_inside playlist_wpl
+            ${PLAYLISTS}/WPLPlaylistParser.cpp ${PLAYLISTS}/WplEntries.cpp ${PLAYLISTS}/XmlTree.cpp ${DOCUMENT})
+        ez_add_door(ezPlaylists_inside playlist_xspf
+            ${PLAYLISTS}/XSPFPlaylistParser.cpp ${PLAYLISTS}/XspfEntries.cpp ${PLAYLISTS}/XmlTree.cpp ${DOCUMENT})
     endif()
 endif()
-ez_add_doors(ezThumbnails_inside cover_flac cover_id3 cover_mp4 cover_ogg picture)
-ez_add_doors(ezannounce_inside tool_mapper_check tool_text)
+
+set(THUMBNAILS companions/ezThumbnails/detail)
+set(COVER ${THUMBNAILS}/Cover.cpp ${THUMBNAILS}/CoverStreamBytes.cpp ${THUMBNAILS}/GatheredCoverSource.cpp)
+ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_id3 ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})
+ez_add_door(ezThumbnails_inside picture
+    ${THUMBNAILS}/AreaScaler.cpp ${THUMBNAILS}/JpegDecoder.cpp ${THUMBNAILS}/JpegEncoder.cpp ${THUMBNAILS}/Picture.cpp
+    ${THUMBNAILS}/PictureReader.cpp ${THUMBNAILS}/PngDecoder.cpp ${THUMBNAILS}/PngEncoder.cpp
+    companions/ezThumbnails/PictureThumbnailGenerator.cpp)
+
+set(TOOL tools/ezannounce)
+ez_add_door(ezannounce_inside tool_mapper_check ${TOOL}/MapperCheck.cpp)
+ez_add_door(ezannounce_inside tool_text ${TOOL}/Columns.cpp ${TOOL}/PlaylistBeginning.cpp ${TOOL}/SafeText.cpp)

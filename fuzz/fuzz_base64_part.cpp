@@ -3,10 +3,11 @@
 
 #include "fuzz/support/Check.h"
 #include "fuzz/support/FuzzInput.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/streams/Stream.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <array>

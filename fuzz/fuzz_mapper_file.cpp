@@ -3,12 +3,13 @@
 
 #include "fuzz/support/Check.h"
 #include "fuzz/support/MapperEntry.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,12 +2,13 @@
 
 #include "fuzz/support/Check.h"
 #include "fuzz/support/FuzzInput.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserStream.h"
 #include "ezPlatform/base/System.h"
 #include "ezPlatform/media/MediaInfo.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // file that lies over it.
 
 #include "fuzz/support/Check.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
@@ -11,6 +11,7 @@
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdint>

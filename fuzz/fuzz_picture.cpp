@@ -3,13 +3,13 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/FuzzInput.h"
 #include "fuzz/support/HeapBound.h"
-#include "fuzz/support/MemoryFolder.h"
 #include "fuzz/support/PictureForm.h"
 
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/MemoryStream.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <array>

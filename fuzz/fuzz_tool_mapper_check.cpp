@@ -2,11 +2,12 @@
 // save loses. The library itself is asked whether that is so.
 
 #include "fuzz/support/Check.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 #include "tools/ezannounce/MapperCheck.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ezPlatform/containers/Array.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdint>

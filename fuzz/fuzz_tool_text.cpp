@@ -10,6 +10,7 @@
 #include "tools/ezannounce/PlaylistBeginning.h"
 #include "tools/ezannounce/SafeText.h"
 
+#include "ezBytes/Utf8.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <nlohmann/json.hpp>
@@ -75,16 +76,16 @@ void CheckSafe(const std::string& aText) {
 void CheckTerminal(const std::string& aText) {
     const std::string safe = ForTerminal(aText);
     CheckSafe(safe);
-    FuzzCheck(IsUtf8(safe) && Unescaped(safe) == aText);
+    FuzzCheck(IsWholeUtf8(safe) && Unescaped(safe) == aText);
     const std::string replaced = WithoutUnsafe(aText, '?');
     CheckSafe(replaced);
-    FuzzCheck(replaced.size() == aText.size() && IsUtf8(replaced));
+    FuzzCheck(replaced.size() == aText.size() && IsWholeUtf8(replaced));
 
     const std::size_t width = TerminalWidth(safe);
     FuzzCheck(width <= safe.size());
     for (const std::size_t wanted : {std::size_t{0}, width / 2, width, width + 1}) {
         const std::string cut = CutToTerminalWidth(safe, wanted);
-        FuzzCheck(safe.compare(0, cut.size(), cut) == 0 && IsUtf8(cut) && TerminalWidth(cut) <= wanted);
+        FuzzCheck(safe.compare(0, cut.size(), cut) == 0 && IsWholeUtf8(cut) && TerminalWidth(cut) <= wanted);
         FuzzCheck(wanted < width || cut == safe);
         const std::size_t next = FirstUtf8Character(std::string_view(safe).substr(cut.size())).mLength;
         FuzzCheck(next == 0 || TerminalWidth(safe.substr(0, cut.size() + next)) > wanted);
@@ -115,10 +116,10 @@ void CheckJson(const std::string& aText) {
     announcement.mInfo->Set(kezInfo_MimeType, ezCString(std::string_view(aText)), true);
     announcement.mInfo->mTitle = ezCString(std::string_view(aText));
     const std::string line = InJson(announcement);
-    FuzzCheck(std::count(line.begin(), line.end(), '\n') == 1 && line.back() == '\n' && IsUtf8(line));
+    FuzzCheck(std::count(line.begin(), line.end(), '\n') == 1 && line.back() == '\n' && IsWholeUtf8(line));
     const nlohmann::json media = nlohmann::json::parse(line, nullptr, false);
     FuzzCheck(media.is_object());
-    if (IsUtf8(aText)) {
+    if (IsWholeUtf8(aText)) {
         FuzzCheck(media["path"] == aText && !media.contains("path_bytes"));
         FuzzCheck(aText.empty() || media["mime_type"] == aText);
     } else {

@@ -47,28 +47,33 @@ void AppendUtf8(std::string& aText, char32_t aCharacter) {
     }
 }
 
-std::size_t LengthOfFirstUtf8(std::string_view aText) {
+Utf8Character FirstUtf8Character(std::string_view aText) {
     if (aText.empty()) {
-        return 0;
+        return {};
     }
     const unsigned lead = static_cast<unsigned char>(aText[0]);
     if (lead < 0x80) {
-        return 1;
+        return {lead, 1};
     }
     const auto* form = std::find_if(kForms.begin(), kForms.end(),
                                     [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
     if (form == kForms.end() || aText.size() < form->mLength) {
-        return 0;
+        return {};
     }
     char32_t codePoint = lead & ~form->mMask;
     for (std::size_t i = 1; i < form->mLength; ++i) {
         const unsigned byte = static_cast<unsigned char>(aText[i]);
         if ((byte & 0xC0U) != 0x80U) {
-            return 0;
+            return {};
         }
         codePoint = (codePoint << 6U) | (byte & 0x3FU);
     }
-    return codePoint >= form->mMinimum && IsCharacter(codePoint) ? form->mLength : 0;
+    const bool fWellFormed = codePoint >= form->mMinimum && IsCharacter(codePoint);
+    return fWellFormed ? Utf8Character{codePoint, form->mLength} : Utf8Character();
+}
+
+std::size_t LengthOfFirstUtf8(std::string_view aText) {
+    return FirstUtf8Character(aText).mLength;
 }
 
 bool IsWholeUtf8(std::string_view aText) {

@@ -2,35 +2,58 @@
 
 #include "ezPlatform/base/System.h"
 #include "ezPlatform/containers/DataBuffer.h"
+#include "ezPlatform/containers/HashSlots.h"
 #include "ezPlatform/files/File.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+/// Parts of the files' texts, which stay in memory: a key of its own costs a place in a list and no more.
 struct Key {
-    ezCString mName; ///< as written where it first stands
-    ezCString mValue;
+    std::string_view mName; ///< as written where it first stands
+    std::string_view mValue;
     bool mfInReadWrite;
 };
 
+std::uint32_t HashNoCase(std::string_view aName) {
+    return ezHashSlots::Hash(ezCString(aName).Lower().View());
+}
+
+bool IsEqualNoCase(std::string_view aLeft, std::string_view aRight) {
+    return std::equal(aLeft.begin(), aLeft.end(), aRight.begin(), aRight.end(),
+                      [](char aCharacter, char anOther) { return ezLower(aCharacter) == ezLower(anOther); });
+}
+
 struct Section {
     std::vector<Key> mKeys;
-    std::unordered_map<std::string, std::size_t> mIndex; ///< places by the lower-case name
+    ezHashSlots mSlots; ///< places by the name, without case
+
+    const Key* Find(std::string_view aName, std::uint32_t aHash) const {
+        const std::size_t found = mSlots.Find(
+            aHash, [&](std::size_t anIndex) { return IsEqualNoCase(mKeys[anIndex].mName, aName); });
+        return found != 0 ? &mKeys[found - 1] : nullptr;
+    }
 
     void Set(std::string_view aName, std::string_view aValue, bool afReadWrite) {
-        const auto place = mIndex.emplace(std::string(ezCString(aName).Lower().View()), mKeys.size());
-        if (place.second) {
-            mKeys.push_back({ezCString(aName), ezCString(), false});
+        const std::uint32_t hash = HashNoCase(aName);
+        const Key* known = Find(aName, hash);
+        if (known == nullptr) {
+            mKeys.push_back({aName, aValue, afReadWrite});
+            mSlots.Add(hash);
+            return;
         }
-        Key& key = mKeys[place.first->second];
-        key.mValue = ezCString(aValue);
+        Key& key = mKeys[static_cast<std::size_t>(known - mKeys.data())];
+        key.mValue = aValue;
         key.mfInReadWrite |= afReadWrite;
     }
 };
@@ -58,10 +81,12 @@ std::string_view TakeLine(std::string_view& aRest) {
 } // namespace
 
 struct ezConfig::Contents {
+    std::vector<std::unique_ptr<ezDataBuffer>> mTexts; ///< of the files that have a key
     std::unordered_map<std::string, Section> mSections;
 
     void ReadFile(const ezCString& aPath, bool afReadWrite);
-    void ReadText(std::string_view aText, bool afReadWrite);
+    /// True when there is a key in it: then the text is to stay.
+    bool ReadText(std::string_view aText, bool afReadWrite);
 
     const Section* Find(const ezCString& aSection) const {
         const auto found = mSections.find(std::string(aSection.View()));
@@ -74,25 +99,27 @@ void ezConfig::Contents::ReadFile(const ezCString& aPath, bool afReadWrite) {
     if (!file.Open() || file.LengthAtOpen() > kMaximumFileSize) {
         return;
     }
-    const ezDataBuffer buffer(static_cast<std::size_t>(file.LengthAtOpen()));
+    auto buffer = std::make_unique<ezDataBuffer>(static_cast<std::size_t>(file.LengthAtOpen()));
     // Whole or not at all: half a line says something else.
     std::size_t count = 0;
     int piece = 0;
     do {
-        piece = file.Read(static_cast<char*>(buffer.data()) + count, buffer.GetSize() - count);
+        piece = file.Read(static_cast<char*>(buffer->data()) + count, buffer->GetSize() - count);
         count += static_cast<std::size_t>(std::max(piece, 0));
-    } while (piece > 0 && count < buffer.GetSize());
-    if (piece >= 0) {
-        ReadText({static_cast<const char*>(buffer.data()), count}, afReadWrite);
+    } while (piece > 0 && count < buffer->GetSize());
+    if (piece >= 0 && ReadText({static_cast<const char*>(buffer->data()), count}, afReadWrite)) {
+        mTexts.push_back(std::move(buffer));
     }
 }
 
-void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
+bool ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
     if (aText.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         aText.remove_prefix(kByteOrderMark.size());
     }
     std::string name; // a section is made with its first key, so that empty ones cost nothing
     bool fInSection = false;
+    bool fAnyKey = false;
+    Section* section = nullptr;
     while (!aText.empty()) {
         const std::string_view written = TakeLine(aText);
         if (!written.empty() && (written.front() == ';' || written.front() == '#')) {
@@ -104,6 +131,7 @@ void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
             if (end != std::string_view::npos) {
                 name = line.substr(1, end - 1);
                 fInSection = true;
+                section = nullptr;
             }
             continue;
         }
@@ -112,10 +140,16 @@ void ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
             continue;
         }
         const std::string_view key = ezTrimmed(line.substr(0, equals));
-        if (!key.empty()) {
-            mSections[name].Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
+        if (key.empty()) {
+            continue;
         }
+        if (section == nullptr) {
+            section = &mSections[name];
+        }
+        section->Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
+        fAnyKey = true;
     }
+    return fAnyKey;
 }
 
 ezConfig::ezConfig(const ezCString& aReadOnlyFolder, const ezCString& aReadWriteFolder,
@@ -149,11 +183,11 @@ ezCString ezConfig::GetKeyNameCString(const ezCString& aSection, std::size_t anI
         return ezCString();
     }
     if (afMerged) {
-        return anIndex < section->mKeys.size() ? section->mKeys[anIndex].mName : ezCString();
+        return anIndex < section->mKeys.size() ? ezCString(section->mKeys[anIndex].mName) : ezCString();
     }
     for (const Key& key : section->mKeys) {
         if (key.mfInReadWrite && anIndex-- == 0) {
-            return key.mName;
+            return ezCString(key.mName);
         }
     }
     return ezCString();
@@ -165,8 +199,8 @@ ezCString ezConfig::GetCString(const ezCString& aSection, const ezCString& aKey,
     if (section == nullptr) {
         return aDefault;
     }
-    const auto found = section->mIndex.find(std::string(aKey.Lower().View()));
-    return found != section->mIndex.end() ? section->mKeys[found->second].mValue : aDefault;
+    const Key* key = section->Find(aKey.View(), HashNoCase(aKey.View()));
+    return key != nullptr ? ezCString(key->mValue) : aDefault;
 }
 
 void ezConfigConfig::GetConfigPaths(ezCString& aReadOnlyFolder, ezCString& aReadWriteFolder,

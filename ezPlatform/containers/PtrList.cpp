@@ -3,8 +3,8 @@
 #include "ezPlatform/base/Memory.h"
 
 #include <algorithm>
+#include <climits>
 #include <memory>
-#include <utility>
 
 struct ezPtrListNode {
     void* mData;
@@ -13,10 +13,12 @@ struct ezPtrListNode {
 /// The nodes are an array, of which those from mBegin to mEnd are in the list. A deletion moves the nodes
 /// before it, never those behind it, so that a walk forward is not disturbed.
 struct ezPtrList {
-    // Most lists hold one or two items: those lie in the list itself.
+    // Most lists hold one or two items: those lie in the list itself. Tables are made of lists by the hundred
+    // thousand, so that each word counts: the array that a longer list has stands in the place of its own
+    // nodes.
     static constexpr std::size_t kOwnCapacity = 2;
 
-    ezPtrListNode* Nodes() { return mMore != nullptr ? mMore.get() : mOwn; }
+    ezPtrListNode* Nodes() { return mfMore ? mMore : mOwn; }
     ezPtrListNode* Begin() { return Nodes() + mBegin; }
     ezPtrListNode* End() { return Nodes() + mEnd; }
     std::size_t Count() const { return mEnd - mBegin; }
@@ -25,11 +27,16 @@ struct ezPtrList {
     bool IsFull() const { return mEnd >= kOwnCapacity && (mEnd & (mEnd - 1)) == 0; }
     void MakeRoom();
 
-    std::unique_ptr<ezPtrListNode[]> mMore;
-    std::size_t mBegin = 0;
+    std::size_t mfMore : 1;
+    std::size_t mBegin : sizeof(std::size_t) * CHAR_BIT - 1;
     std::size_t mEnd = 0;
     ezPtrListFreeFunc mFreeFunc = nullptr;
-    ezPtrListNode mOwn[kOwnCapacity] = {};
+    union {
+        ezPtrListNode mOwn[kOwnCapacity];
+        ezPtrListNode* mMore; ///< with mfMore; owned
+    };
+
+    ezPtrList() : mfMore(0), mBegin(0), mOwn{} {}
 };
 
 void ezPtrList::MakeRoom() {
@@ -37,9 +44,11 @@ void ezPtrList::MakeRoom() {
     if (mBegin > 0) {
         std::copy(Begin(), End(), Nodes());
     } else {
-        std::unique_ptr<ezPtrListNode[]> more(new ezPtrListNode[mEnd * 2]);
-        std::copy(Begin(), End(), more.get());
-        mMore = std::move(more);
+        ezPtrListNode* more = new ezPtrListNode[mEnd * 2];
+        std::copy(Begin(), End(), more);
+        const std::unique_ptr<ezPtrListNode[]> before(mfMore ? mMore : nullptr);
+        mMore = more;
+        mfMore = 1;
     }
     mBegin = 0;
     mEnd = count;
@@ -92,14 +101,18 @@ void ezPtrList_Clear(ezPtrList* aList) {
         return;
     }
     // Taken out first: a free function that looks at the list finds it empty.
-    const std::unique_ptr<ezPtrListNode[]> more = std::move(aList->mMore);
-    ezPtrListNode own[ezPtrList::kOwnCapacity] = {aList->mOwn[0], aList->mOwn[1]};
-    const ezPtrListNode* nodes = more != nullptr ? more.get() : own;
-    const std::size_t begin = std::exchange(aList->mBegin, 0);
-    const std::size_t end = std::exchange(aList->mEnd, 0);
+    const std::unique_ptr<ezPtrListNode[]> more(aList->mfMore ? aList->mMore : nullptr);
+    ezPtrListNode own[ezPtrList::kOwnCapacity] = {};
+    if (more == nullptr) {
+        std::copy(aList->Begin(), aList->End(), own);
+    }
+    const ezPtrListNode* begin = more != nullptr ? more.get() + aList->mBegin : own;
+    const ezPtrListNode* end = begin + aList->Count();
+    aList->mfMore = 0;
+    aList->mBegin = 0;
+    aList->mEnd = 0;
     if (aList->mFreeFunc != nullptr) {
-        std::for_each(nodes + begin, nodes + end,
-                      [aList](const ezPtrListNode& aNode) { aList->mFreeFunc(aNode.mData); });
+        std::for_each(begin, end, [aList](const ezPtrListNode& aNode) { aList->mFreeFunc(aNode.mData); });
     }
 }
 

@@ -39,11 +39,15 @@ constexpr const char* kBesideSuffix = ".ezsave";
 constexpr int kMaximumLinks = 40;               // as many as Linux follows
 constexpr std::size_t kMaximumBesideName = 240; // with the rest of the name below the usual limit of 255
 
-/// What a link says, from where it stands; empty for what is no link, or cannot be read.
+/// What a link says, from where it stands; empty, with errno, for what is no link or cannot be read whole.
 ezCString LinkedFrom(const ezCString& aPath) {
     char text[PATH_MAX];
     const ssize_t length = ezSystem().mReadLink(aPath.c_str(), text, sizeof text);
-    if (length <= 0 || static_cast<std::size_t>(length) == sizeof text) {
+    if (length <= 0) {
+        return ezCString();
+    }
+    if (static_cast<std::size_t>(length) == sizeof text) {
+        errno = ENAMETOOLONG; // it may be cut, and what a cut one names is another file
         return ezCString();
     }
     const ezCString target(std::string_view(text, static_cast<std::size_t>(length)));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fuzz/support/Check.h"
-#include "fuzz/support/MemoryFolder.h"
+#include "fuzz/support/WriteFile.h"
 
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverLimits.h"
@@ -9,6 +9,7 @@
 
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/streams/MemoryStream.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,5 @@
 #include "support/Guide.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -62,7 +63,7 @@ std::vector<fs::path> Documents() {
 TEST(Documents, EveryLinkLeadsToAFileOfTheTree) {
     std::size_t links = 0;
     for (const fs::path& document : Documents()) {
-        for (const std::string& link : LinksOf(ReadText(document.string()))) {
+        for (const std::string& link : LinksOf(ReadWholeFile(document.string()))) {
             EXPECT_TRUE(fs::exists(document.parent_path() / link)) << document << ": " << link;
             ++links;
         }
@@ -75,7 +76,7 @@ TEST(Documents, GuidesAreReachedFromTheReadmeOrFromAGuideThatIs) {
     std::vector<fs::path> reached = {fs::path(EZ_SOURCES) / "README.md"};
     for (std::size_t i = 0; i < reached.size(); ++i) {
         const fs::path document = reached[i]; // the list grows below
-        for (const std::string& link : LinksOf(ReadText(document.string()))) {
+        for (const std::string& link : LinksOf(ReadWholeFile(document.string()))) {
             const fs::path target = (document.parent_path() / link).lexically_normal();
             if (target.extension() == ".md" &&
                 std::find(reached.begin(), reached.end(), target) == reached.end()) {

@@ -1,5 +1,6 @@
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -35,10 +36,11 @@ TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
 }
 
 TEST(MinimalHost, StaysUnderSixtyLines) {
-    EXPECT_LT(LinesOf(ReadFile(EZ_SOURCES "/examples/minimal-host/main.cpp")).size(), 60U);
+    EXPECT_LT(LinesOf(ReadWholeFile(EZ_SOURCES "/examples/minimal-host/main.cpp")).size(), 60U);
 }
 
 TEST(MinimalHost, IsQuotedInTheReadmeAsItIs) {
-    const std::string quoted = "```cpp\n" + ReadFile(EZ_SOURCES "/examples/minimal-host/main.cpp") + "```\n";
-    EXPECT_NE(ReadFile(EZ_SOURCES "/README.md").find(quoted), std::string::npos);
+    const std::string quoted =
+        "```cpp\n" + ReadWholeFile(EZ_SOURCES "/examples/minimal-host/main.cpp") + "```\n";
+    EXPECT_NE(ReadWholeFile(EZ_SOURCES "/README.md").find(quoted), std::string::npos);
 }

@@ -2,6 +2,7 @@
 #include "support/HttpServer.h"
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -101,14 +102,15 @@ TEST(ServerGuide, Step3FindsProfilesByTheContent) {
 TEST(ServerGuide, Step4LetsTheTableWin) {
     const TemporaryFolder folder;
     const std::string config = folder.Path("config");
-    folder.Write("config/mediaCTRLMediaTypes.ini", ReadFile(kSamples + "/mediaCTRLMediaTypes.ini"));
+    folder.Write("config/mediaCTRLMediaTypes.ini", ReadWholeFile(kSamples + "/mediaCTRLMediaTypes.ini"));
     folder.Write("config/MediaMapper.txt", "night.bin.flac,audio/x-night,NIGHT,0:02:05\n");
     const std::string night = folder.Write("night.bin.flac", "nothing that a parser knows");
     const Words arguments = {config, folder.Path("state"), night, kWater};
     const Words expected = {night + ": mt=audio/x-night cn=item.audioItem dl=DLNA.ORG_PN=NIGHT du=125",
                             kWater + ": mt=audio/flac cn=item.audioItem sf=44100 ac=2"};
     EXPECT_EQ(LinesOfStep("4-media-mapper", arguments), expected);
-    const std::string copy = ReadFile(folder.Path("state/_MediaMapper.txt")); // the operator's from here on
+    const std::string copy =
+        ReadWholeFile(folder.Path("state/_MediaMapper.txt")); // the operator's from here on
     EXPECT_NE(copy.find("\nnight.bin.flac,audio/x-night,NIGHT,0:02:05,"), std::string::npos) << copy;
     folder.Write("config/MediaMapper.txt", "");
     EXPECT_EQ(LinesOfStep("4-media-mapper", arguments), expected);
@@ -117,7 +119,7 @@ TEST(ServerGuide, Step4LetsTheTableWin) {
 TEST(ServerGuide, Step4GoesOnWithoutATable) {
     const TemporaryFolder folder;
     const std::string config = folder.Path("config");
-    folder.Write("config/mediaCTRLMediaTypes.ini", ReadFile(kSamples + "/mediaCTRLMediaTypes.ini"));
+    folder.Write("config/mediaCTRLMediaTypes.ini", ReadWholeFile(kSamples + "/mediaCTRLMediaTypes.ini"));
     const ProgramResult result = RunStep("4-media-mapper", {config, folder.Path("state"), kWater});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_NE(result.mError.find("\nno media mapper: Unable to open media mapper file: '" +
@@ -178,31 +180,31 @@ TEST(ServerGuide, Step5KnowsItsOwnPlaylistsBesideThoseOfTheCompanion) {
 TEST(ServerGuide, Step6MakesAThumbnailAndThenTakesItFromTheCache) {
     const TemporaryFolder folder;
     const std::string out = folder.Path("out.jpg");
-    const std::string photo = folder.Write("photo.jpg", ReadFile(kSamples + "/pictures/harbour.jpg"));
+    const std::string photo = folder.Write("photo.jpg", ReadWholeFile(kSamples + "/pictures/harbour.jpg"));
     const Words arguments = {kSamples, folder.Path("cache"), photo, out};
     EXPECT_EQ(LinesOfStep("6-thumbnails", arguments),
               Words{photo + ": http-get:*:image/jpeg:DLNA.ORG_PN=JPEG_TN;DLNA.ORG_OP=01;DLNA.ORG_CI=1;"
                             "DLNA.ORG_FLAGS=04F00000000000000000000000000000"});
-    EXPECT_TRUE(Begins(ReadFile(out), "\xFF\xD8\xFF"));
+    EXPECT_TRUE(Begins(ReadWholeFile(out), "\xFF\xD8\xFF"));
     Words kept;
     for (const auto& entry : std::filesystem::directory_iterator(folder.Path("cache/ezcache"))) {
         kept.push_back(entry.path().filename().string());
     }
     ASSERT_EQ(kept.size(), 1U);
-    EXPECT_EQ(ReadFile(folder.Path("cache/ezcache/" + kept[0])), ReadFile(out));
+    EXPECT_EQ(ReadWholeFile(folder.Path("cache/ezcache/" + kept[0])), ReadWholeFile(out));
     folder.Write("cache/ezcache/" + kept[0], "from the cache");
     LinesOfStep("6-thumbnails", arguments);
-    EXPECT_EQ(ReadFile(out), "from the cache");
-    folder.Write("photo.jpg", ReadFile(kSamples + "/conformance/B-JPEG_S-1.jpg")); // another picture
+    EXPECT_EQ(ReadWholeFile(out), "from the cache");
+    folder.Write("photo.jpg", ReadWholeFile(kSamples + "/conformance/B-JPEG_S-1.jpg")); // another picture
     LinesOfStep("6-thumbnails", arguments);
-    EXPECT_TRUE(Begins(ReadFile(out), "\xFF\xD8\xFF"));
+    EXPECT_TRUE(Begins(ReadWholeFile(out), "\xFF\xD8\xFF"));
 }
 
 TEST(ServerGuide, Step6HasAPictureForSongsAndNoneForWhatIsNoMedia) {
     const TemporaryFolder folder;
     const std::string out = folder.Path("out.jpg");
     LinesOfStep("6-thumbnails", {kSamples, folder.Path("cache"), kBell, out});
-    EXPECT_TRUE(Begins(ReadFile(out), "\xFF\xD8\xFF"));
+    EXPECT_TRUE(Begins(ReadWholeFile(out), "\xFF\xD8\xFF"));
     const std::string letter = folder.Write("letter.txt", "hello");
     const ProgramResult result = RunStep("6-thumbnails", {kSamples, folder.Path("cache"), letter, out});
     EXPECT_EQ(result.mStatus, 1);
@@ -283,11 +285,11 @@ TEST(ServerGuide, ShowsTheStepsAsTheyAre) {
     Words sources;
     Words names;
     for (const auto& entry : std::filesystem::directory_iterator(EZ_SOURCES "/examples/server")) {
-        sources.push_back(ReadFile(entry.path().string()));
+        sources.push_back(ReadWholeFile(entry.path().string()));
         names.push_back(entry.path().filename().string());
         EXPECT_LE(LinesOf(sources.back()).size(), 130U) << names.back(); // small enough to be read
     }
-    const std::string guide = ReadFile(EZ_SOURCES "/docs/writing-a-server.md");
+    const std::string guide = ReadWholeFile(EZ_SOURCES "/docs/writing-a-server.md");
     const Words blocks = GuideBlocks(guide, "cpp");
     for (const std::string& block : blocks) {
         EXPECT_NE(block, "");
@@ -300,7 +302,7 @@ TEST(ServerGuide, ShowsTheStepsAsTheyAre) {
 }
 
 TEST(ServerGuide, ShowsWhatTheFirstStepsPrint) {
-    const std::string guide = ReadFile(EZ_SOURCES "/docs/writing-a-server.md");
+    const std::string guide = ReadWholeFile(EZ_SOURCES "/docs/writing-a-server.md");
     const std::string folder = kSamples + "/music/";
     const Words printed = {LinesOfStep("1-identify", {kSamples, kWalk}).at(0),
                            LinesOfStep("2-own-parser", {kSamples, kWater}).at(0)};

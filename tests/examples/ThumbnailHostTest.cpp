@@ -1,6 +1,7 @@
 #include "support/Guide.h"
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -31,9 +32,9 @@ std::string SongWith(const std::string& aJpeg) {
     return "ID3\3\0\0"s + Number(frame.size(), 7) + frame + "\xFF\xFB\x90\x64"s + std::string(413, '\0');
 }
 
-const std::string kHarbour = ReadFile(EZ_SAMPLES "/pictures/harbour.jpg");
-const std::string kHarbourPng = ReadFile(EZ_SAMPLES "/pictures/harbour.png");
-const std::string kOther = ReadFile(EZ_SAMPLES "/conformance/B-JPEG_S-1.jpg");
+const std::string kHarbour = ReadWholeFile(EZ_SAMPLES "/pictures/harbour.jpg");
+const std::string kHarbourPng = ReadWholeFile(EZ_SAMPLES "/pictures/harbour.png");
+const std::string kOther = ReadWholeFile(EZ_SAMPLES "/conformance/B-JPEG_S-1.jpg");
 
 /// The host over a folder of media, with a cache beside it.
 class ThumbnailHost : public testing::Test {
@@ -48,7 +49,7 @@ protected:
         fs::remove(mFolder.Path("out.jpg"));
         mLast = RunProgram(EZ_THUMBNAIL_HOST, {aMedia, mFolder.Path("cache"), mFolder.Path("out.jpg")});
         EXPECT_TRUE(mLast.mStatus == 0 || mLast.mStatus == 1) << mLast.mStatus;
-        return ReadFile(mFolder.Path("out.jpg"));
+        return ReadWholeFile(mFolder.Path("out.jpg"));
     }
     /// What a picture becomes when it is a media of its own, far from any other.
     std::string Made(const std::string& aJpeg) {
@@ -94,7 +95,7 @@ TEST_F(ThumbnailHost, MediaHasOneIdentityWhateverFolderTheHostIsStartedIn) {
     ProgramOptions options;
     options.mFolder = mFolder.Path("media");
     RunProgram(EZ_THUMBNAIL_HOST, {"photo.jpg", mFolder.Path("cache"), mFolder.Path("near.jpg")}, options);
-    EXPECT_EQ(ReadFile(mFolder.Path("near.jpg")), mark);
+    EXPECT_EQ(ReadWholeFile(mFolder.Path("near.jpg")), mark);
 }
 
 TEST_F(ThumbnailHost, SidecarThatIsAddedChangedOrRemovedGivesAFreshThumbnail) {
@@ -179,17 +180,17 @@ TEST_F(ThumbnailHost, AnswersNothingWithoutAPlaceForTheCache) {
     const std::string file = mFolder.Write("cache", "a file where the folder should be");
     EXPECT_EQ(Ask(Media("photo.jpg", kHarbour)), "");
     EXPECT_EQ(mLast.mStatus, 1);
-    EXPECT_EQ(ReadFile(file), "a file where the folder should be");
+    EXPECT_EQ(ReadWholeFile(file), "a file where the folder should be");
     EXPECT_EQ(RunProgram(EZ_THUMBNAIL_HOST, {"one"}).mStatus, 2);
 }
 
 TEST(ThumbnailGuide, ShowsTheExampleAsItIs) {
     const std::vector<std::string> sources = {
-        ReadFile(EZ_SOURCES "/examples/thumbnail-host/main.cpp"),
-        ReadFile(EZ_SOURCES "/examples/thumbnail-host/FittingPngGenerator.h")};
+        ReadWholeFile(EZ_SOURCES "/examples/thumbnail-host/main.cpp"),
+        ReadWholeFile(EZ_SOURCES "/examples/thumbnail-host/FittingPngGenerator.h")};
     EXPECT_LE(LinesOf(sources[0]).size(), 200U);
     const std::vector<std::string> blocks =
-        GuideBlocks(ReadFile(EZ_SOURCES "/docs/serving-thumbnails.md"), "cpp");
+        GuideBlocks(ReadWholeFile(EZ_SOURCES "/docs/serving-thumbnails.md"), "cpp");
     for (const std::string& block : blocks) {
         EXPECT_EQ(CountOfTextsWith(sources, block), 1U) << block;
     }

@@ -7,6 +7,7 @@
 
 #include "support/Catchers.h"
 #include "support/MapperFolder.h"
+#include "support/ReplacedSystem.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -51,17 +52,6 @@ const std::string kHeader =
 std::string Written(const std::string& aThreeFields) {
     return aThreeFields + ",,,,,,,,,," + kFlags + ";BRELVO.COM_GOLDENDMS=00000000\n";
 }
-
-/// The system's calls with some of them exchanged.
-class ReplacedSystem {
-public:
-    ReplacedSystem() : mCalls(ezSystem_Real()) { ezSystem_Replace(&mCalls); }
-    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
-    ReplacedSystem(const ReplacedSystem&) = delete;
-    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
-
-    ezSystemCalls mCalls;
-};
 
 /// What waitpid tells of a child that does something and then leaves with 0.
 template <typename Action>
@@ -512,48 +502,52 @@ int gBytesOnDisk = 0;
 using DLNAMediaMapperFailingSave = FailingSave;
 
 TEST_F(DLNAMediaMapperFailingSave, FullDiskAtOnce) {
-    ReplacedSystem system;
-    system.mCalls.mPWrite = [](int, const void*, std::size_t, ezFileOffset) -> ssize_t {
-        errno = ENOSPC;
-        return -1;
-    };
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mPWrite = [](int, const void*, std::size_t, ezFileOffset) -> ssize_t {
+            errno = ENOSPC;
+            return -1;
+        };
+    });
     ExpectUnableTo("write", mMapper->Save());
     ExpectPreviousFile();
 }
 
 TEST_F(DLNAMediaMapperFailingSave, FullDiskInTheMiddle) {
     gBytesOnDisk = 100;
-    ReplacedSystem system;
-    system.mCalls.mPWrite = [](int aFile, const void* aBuffer, std::size_t aSize,
-                               ezFileOffset anOffset) -> ssize_t {
-        if (gBytesOnDisk == 0) {
-            errno = ENOSPC;
-            return -1;
-        }
-        const std::size_t size = aSize < 100 ? aSize : 100;
-        gBytesOnDisk = 0;
-        return ezSystem_Real().mPWrite(aFile, aBuffer, size, anOffset);
-    };
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mPWrite = [](int aFile, const void* aBuffer, std::size_t aSize,
+                            ezFileOffset anOffset) -> ssize_t {
+            if (gBytesOnDisk == 0) {
+                errno = ENOSPC;
+                return -1;
+            }
+            const std::size_t size = aSize < 100 ? aSize : 100;
+            gBytesOnDisk = 0;
+            return ezSystem_Real().mPWrite(aFile, aBuffer, size, anOffset);
+        };
+    });
     ExpectUnableTo("write", mMapper->Save());
     ExpectPreviousFile();
 }
 
 TEST_F(DLNAMediaMapperFailingSave, DiskThatFailsWhenItIsFlushed) {
-    ReplacedSystem system;
-    system.mCalls.mFSync = [](int) {
-        errno = EIO;
-        return -1;
-    };
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mFSync = [](int) {
+            errno = EIO;
+            return -1;
+        };
+    });
     ExpectUnableTo("write", mMapper->Save());
     ExpectPreviousFile();
 }
 
 TEST_F(DLNAMediaMapperFailingSave, FailingRename) {
-    ReplacedSystem system;
-    system.mCalls.mRename = [](const char*, const char*) {
-        errno = EIO;
-        return -1;
-    };
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mRename = [](const char*, const char*) {
+            errno = EIO;
+            return -1;
+        };
+    });
     ExpectUnableTo("write", mMapper->Save());
     ExpectPreviousFile();
 }
@@ -591,11 +585,12 @@ TEST_F(DLNAMediaMapperFailingSave, FileThatMayNotBeWritten) {
 
 TEST_F(DLNAMediaMapperFailingSave, KillBetweenCreateAndClose) {
     const int status = StatusOfChild([&]() {
-        ReplacedSystem system;
-        system.mCalls.mFSync = [](int) {
-            kill(getpid(), SIGKILL); // everything is written, and the new file has no name yet
-            return 0;
-        };
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            aCalls.mFSync = [](int) {
+                kill(getpid(), SIGKILL); // everything is written, and the new file has no name yet
+                return 0;
+            };
+        });
         mMapper->Save();
     });
     EXPECT_TRUE(WIFSIGNALED(status));

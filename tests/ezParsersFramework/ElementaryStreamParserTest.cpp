@@ -5,6 +5,7 @@
 
 #include "support/Catchers.h"
 #include "support/Record.h"
+#include "support/ReplacedSystem.h"
 #include "support/ScriptedEltStreamParser.h"
 #include "support/ScriptedSystem.h"
 
@@ -57,15 +58,9 @@ private:
 };
 
 /// Grows blocks by moving them, always. One block at a time.
-class MovingSystem {
+class MovingSystem : public ReplacedSystem {
 public:
-    MovingSystem() : mCalls(ezSystem_Real()) {
-        mCalls.mReallocate = sReallocate;
-        ezSystem_Replace(&mCalls);
-    }
-    ~MovingSystem() { ezSystem_Replace(nullptr); }
-    MovingSystem(const MovingSystem&) = delete;
-    MovingSystem& operator=(const MovingSystem&) = delete;
+    MovingSystem() : ReplacedSystem([](ezSystemCalls& aCalls) { aCalls.mReallocate = sReallocate; }) {}
 
 private:
     static void* sReallocate(void* aBlock, std::size_t aSize) {
@@ -80,8 +75,6 @@ private:
     }
 
     inline static std::size_t gSize = 0;
-
-    ezSystemCalls mCalls;
 };
 
 /// The smallest format: wants bytes for ever.

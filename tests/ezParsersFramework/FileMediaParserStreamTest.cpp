@@ -3,6 +3,7 @@
 #include "support/Catchers.h"
 #include "support/Record.h"
 #include "support/ScriptedSystem.h"
+#include "support/StreamReads.h"
 #include "support/TemporaryFolder.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -17,7 +18,6 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <random>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -29,18 +29,7 @@
 
 namespace {
 
-constexpr char kUntouched = '\x5E';
 constexpr std::uint64_t kLastOffset = static_cast<std::uint64_t>(INT64_MAX);
-
-/// Bytes in which no stretch of the media looks like another.
-std::string Media(std::size_t aSize) {
-    std::mt19937 random(8192);
-    std::string bytes(aSize, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random() & 0xFFU);
-    }
-    return bytes;
-}
 
 /// The file stream with its inner side turned out.
 class OpenedUpStream : public ezFileMediaParserStream {
@@ -61,31 +50,6 @@ public:
         return std::is_sorted(std::begin(fields), std::end(fields), std::less<const void*>());
     }
 };
-
-/// What one read gave.
-struct Outcome {
-    bool mfResult;
-    std::size_t mCount;
-    std::string mBuffer;
-    std::string Bytes() const { return mBuffer.substr(0, mCount); }
-    bool IsUntouched() const { return mBuffer.find_first_not_of(kUntouched) == std::string::npos; }
-};
-
-Outcome Exact(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
-    outcome.mfResult = aStream.Read(aSize, &outcome.mBuffer[0]);
-    return outcome;
-}
-
-Outcome UpTo(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
-    outcome.mfResult = aStream.Read(&outcome.mCount, &outcome.mBuffer[0]);
-    return outcome;
-}
-
-std::uint64_t At(const ezMediaParserStream& aStream) {
-    return aStream.Tell().ToUInt64();
-}
 
 std::uint64_t Size(const ezMediaParserStream& aStream) {
     return aStream.GetMediaSize().ToUInt64();
@@ -128,7 +92,7 @@ void ExpectNotReadable(const std::string& aPath) {
     EXPECT_FALSE(opened.IsOpened());
 
     OpenedUpStream upTo{ezCString(aPath.c_str())};
-    const Outcome read = UpTo(upTo, 10);
+    const ReadOutcome read = UpTo(upTo, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_TRUE(read.IsUntouched());
@@ -145,7 +109,7 @@ protected:
     }
 
     TemporaryFolder mFolder;
-    const std::string mMedia = Media(20000);
+    const std::string mMedia = RandomMedia(20000);
 };
 
 } // namespace
@@ -516,7 +480,7 @@ TEST_F(FileMediaParserStream, ReadBehindARefusedSeekStartsWhereItWasRefused) {
     ASSERT_TRUE(Exact(stream, 10).mfResult);
     std::ofstream(path, std::ios::binary | std::ios::app) << std::string(20000, 'x') << "THERE";
     EXPECT_FALSE(SeekLazily(stream, 40000)); // the size is that of opening
-    const Outcome read = UpTo(stream, 9000);
+    const ReadOutcome read = UpTo(stream, 9000);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.Bytes(), "THERE");
     EXPECT_EQ(At(stream), 15U);
@@ -526,7 +490,7 @@ TEST_F(FileMediaParserStream, FirstReadBehindARefusedSeekFindsTheEnd) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(stream.Open());
     EXPECT_FALSE(SeekLazily(stream, 20001));
-    const Outcome read = UpTo(stream, 10);
+    const ReadOutcome read = UpTo(stream, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_EQ(Exact(stream, 10).mBuffer, mMedia.substr(0, 10)); // directly: the buffer is filled with nothing
@@ -566,7 +530,7 @@ TEST_F(FileMediaParserStream, ImmediateSeekMovesTheFileAlsoBehindItsEnd) {
     EXPECT_EQ(stream.FilePos(), 30000U);
     EXPECT_EQ(stream.SeekPos(), 30000U);
     EXPECT_EQ(At(stream), 30000U);
-    const Outcome read = UpTo(stream, 10);
+    const ReadOutcome read = UpTo(stream, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_FALSE(Exact(stream, 10).mfResult);
@@ -597,7 +561,7 @@ TEST_F(FileMediaParserStream, ReadWhereTheFileCannotStandGivesNothing) {
     EXPECT_EQ(stream.MediaRead(bytes, sizeof(bytes)), 0);
     EXPECT_EQ(system.GetCounts().mPRead, 0U);
     EXPECT_EQ(stream.SeekPos(), kLastOffset + 1);
-    const Outcome read = UpTo(stream, 9000);
+    const ReadOutcome read = UpTo(stream, 9000);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_FALSE(Exact(stream, 9000).mfResult);
@@ -660,10 +624,10 @@ TEST_F(FileMediaParserStream, ReadErrorFailsTheReadsAsTheirFormsSay) {
     ScriptedSystem system;
     OpenedUpStream upTo{ezCString(path.c_str())};
     system.mPReadOutcomes = {{EIO}, {EIO}};
-    const Outcome filling = UpTo(upTo, 10);
+    const ReadOutcome filling = UpTo(upTo, 10);
     EXPECT_FALSE(filling.mfResult);
     EXPECT_EQ(filling.mCount, 10U);
-    const Outcome direct = UpTo(upTo, 10);
+    const ReadOutcome direct = UpTo(upTo, 10);
     EXPECT_FALSE(direct.mfResult);
     EXPECT_EQ(direct.mCount, 10U);
     EXPECT_EQ(UpTo(upTo, 10).mBuffer, mMedia.substr(0, 10));
@@ -693,7 +657,7 @@ TEST_F(FileMediaParserStream, HundredByteFile) {
     EXPECT_FALSE(Exact(exact, 200).mfResult);
     EXPECT_EQ(At(exact), 100U);
     OpenedUpStream upTo{ezCString(path.c_str())};
-    const Outcome read = UpTo(upTo, 200);
+    const ReadOutcome read = UpTo(upTo, 200);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 100U);
     EXPECT_EQ(read.Bytes(), mMedia.substr(0, 100));
@@ -728,7 +692,7 @@ TEST_F(FileMediaParserStream, EmptyFile) {
     EXPECT_EQ(Size(stream), 0U);
     EXPECT_TRUE(SeekLazily(stream, 0));
     EXPECT_FALSE(SeekLazily(stream, 1));
-    const Outcome read = UpTo(stream, 10);
+    const ReadOutcome read = UpTo(stream, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_FALSE(Exact(stream, 1).mfResult);
@@ -753,7 +717,7 @@ TEST_F(FileMediaParserStream, FileThatShrinksIsReadToItsNewEnd) {
     EXPECT_TRUE(SeekLazily(filling, 20000)); // checked against the size of opening
     EXPECT_EQ(UpTo(filling, 10).mCount, 0U);
 
-    const Outcome read = UpTo(direct, 9000);
+    const ReadOutcome read = UpTo(direct, 9000);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 60U);
     EXPECT_EQ(read.Bytes(), mMedia.substr(0, 60));
@@ -814,7 +778,7 @@ TEST_F(FileMediaParserStream, MissingFileReadsAsAnEmptyMedia) {
 
 TEST_F(FileMediaParserStream, MissingFileThatAppearsLaterIsReadButNeverBuffered) {
     OpenedUpStream stream{ezCString(mFolder.Path("late.mpg").c_str())};
-    const Outcome missing = UpTo(stream, 10);
+    const ReadOutcome missing = UpTo(stream, 10);
     EXPECT_TRUE(missing.mfResult);
     EXPECT_EQ(missing.mCount, 0U);
     Write("late.mpg", mMedia);
@@ -852,7 +816,7 @@ TEST_F(FileMediaParserStream, PipeIsRefusedWithoutWaitingForItsOtherEnd) {
     const int status = InChild([&pipe] {
         OpenedUpStream stream{ezCString(pipe.c_str())};
         const bool opened = stream.Open();
-        const Outcome read = UpTo(stream, 10);
+        const ReadOutcome read = UpTo(stream, 10);
         return !opened && read.mfResult && read.mCount == 0 && !Exact(stream, 9000).mfResult ? 0 : 1;
     });
     EXPECT_EQ(status, 0);
@@ -897,7 +861,7 @@ TEST_F(FileMediaParserStream, UnreadableFileReadsAsAnEmptyMedia) {
         }
         OpenedUpStream stream{ezCString(path.c_str())};
         const bool opened = stream.Open();
-        const Outcome read = UpTo(stream, 10);
+        const ReadOutcome read = UpTo(stream, 10);
         return !opened && read.mfResult && read.mCount == 0 && !Exact(stream, 9000).mfResult &&
                        ModificationTime(stream).IsSet()
                    ? 0

@@ -1,6 +1,7 @@
 #include "ez/MediaParserStream.h"
 
 #include "support/AwkwardStream.h"
+#include "support/StreamReads.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -19,7 +20,6 @@
 
 namespace {
 
-constexpr char kUntouched = '\x5E';
 constexpr std::uint64_t kEndless = UINT64_MAX; ///< a media that has bytes at every position
 
 /// The byte at an offset of any media here: no stretch looks like another.

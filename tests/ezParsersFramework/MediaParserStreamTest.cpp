@@ -3,6 +3,7 @@
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
 #include "support/Record.h"
+#include "support/StreamReads.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -14,7 +15,6 @@
 #include <deque>
 #include <functional>
 #include <iterator>
-#include <random>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -23,18 +23,6 @@
 namespace {
 
 using Calls = std::vector<std::string>;
-
-constexpr char kUntouched = '\x5E';
-
-/// Bytes in which no stretch of the media looks like another.
-std::string Media(std::size_t aSize) {
-    std::mt19937 random(20000);
-    std::string bytes(aSize, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random() & 0xFFU);
-    }
-    return bytes;
-}
 
 /// A media in memory that notes every call of the two primitives.
 class RecordingStream : public ezMediaParserStream {
@@ -114,53 +102,28 @@ private:
     Calls mCalls;
 };
 
-/// What one read gave.
-struct Outcome {
-    bool mfResult;
-    std::size_t mCount;  ///< up-to forms: what the count says; exact forms: what was asked for
-    std::string mBuffer; ///< the caller's whole buffer
-    std::string Bytes() const { return mBuffer.substr(0, mCount); }
-    bool IsUntouched() const { return mBuffer.find_first_not_of(kUntouched) == std::string::npos; }
-};
-
-Outcome Exact(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
-    outcome.mfResult = aStream.Read(aSize, &outcome.mBuffer[0]);
-    return outcome;
-}
-
-Outcome UpTo(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
-    outcome.mfResult = aStream.Read(&outcome.mCount, &outcome.mBuffer[0]);
-    return outcome;
-}
-
-Outcome ExactFrom(ezMediaParserStream& aStream, const ezuint64& aPosition, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
+ReadOutcome ExactFrom(ezMediaParserStream& aStream, const ezuint64& aPosition, std::size_t aSize) {
+    ReadOutcome outcome{false, aSize, std::string(aSize, kUntouched)};
     outcome.mfResult = aStream.ReadFrom(aPosition, aSize, &outcome.mBuffer[0]);
     return outcome;
 }
 
-Outcome UpToFrom(ezMediaParserStream& aStream, const ezuint64& aPosition, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
+ReadOutcome UpToFrom(ezMediaParserStream& aStream, const ezuint64& aPosition, std::size_t aSize) {
+    ReadOutcome outcome{false, aSize, std::string(aSize, kUntouched)};
     outcome.mfResult = aStream.ReadFrom(aPosition, &outcome.mCount, &outcome.mBuffer[0]);
     return outcome;
 }
 
-Outcome ExactFromEnd(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
+ReadOutcome ExactFromEnd(ezMediaParserStream& aStream, std::size_t aSize) {
+    ReadOutcome outcome{false, aSize, std::string(aSize, kUntouched)};
     outcome.mfResult = aStream.ReadFromEnd(aSize, &outcome.mBuffer[0]);
     return outcome;
 }
 
-Outcome UpToFromEnd(ezMediaParserStream& aStream, std::size_t aSize) {
-    Outcome outcome{false, aSize, std::string(aSize, kUntouched)};
+ReadOutcome UpToFromEnd(ezMediaParserStream& aStream, std::size_t aSize) {
+    ReadOutcome outcome{false, aSize, std::string(aSize, kUntouched)};
     outcome.mfResult = aStream.ReadFromEnd(&outcome.mCount, &outcome.mBuffer[0]);
     return outcome;
-}
-
-std::uint64_t At(const ezMediaParserStream& aStream) {
-    return aStream.Tell().ToUInt64();
 }
 
 bool SeekTo(ezMediaParserStream& aStream, const ezuint64& aPosition) {
@@ -219,10 +182,10 @@ TEST(MediaParserStream, BaseRefusesSeeksAndFailsReads) {
     ezMediaParserStream stream;
     EXPECT_FALSE(SeekTo(stream, 0));
     EXPECT_FALSE(stream.Seek(0, ezMediaParserStream::SeekFromCurrent, true));
-    const Outcome filling = UpTo(stream, 10);
+    const ReadOutcome filling = UpTo(stream, 10);
     EXPECT_FALSE(filling.mfResult); // -1, not the end: at the end this would be true with count 0
     EXPECT_EQ(filling.mCount, 10U);
-    const Outcome direct = UpTo(stream, 10000);
+    const ReadOutcome direct = UpTo(stream, 10000);
     EXPECT_FALSE(direct.mfResult);
     EXPECT_EQ(direct.mCount, 10000U);
     EXPECT_FALSE(Exact(stream, 10).mfResult);
@@ -255,7 +218,7 @@ TEST(MediaParserStream, ExtensionIsStoredInLowerCase) {
 
 TEST(MediaParserStream, FailuresAreNotLogged) {
     LogCatcher log;
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     stream.mClaims = {-1, -1};
     EXPECT_FALSE(Exact(stream, 10).mfResult);
     EXPECT_FALSE(UpTo(stream, 10000).mfResult);
@@ -270,7 +233,7 @@ TEST(MediaParserStream, FailuresAreNotLogged) {
 // ---- seek ----
 
 TEST(MediaParserStream, SeekFromStartPassesTargetAndUrgencyOn) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     EXPECT_TRUE(stream.Seek(300, ezMediaParserStream::SeekFromStart, true));
     EXPECT_EQ(At(stream), 300U);
     EXPECT_TRUE(stream.Seek(20, ezMediaParserStream::SeekFromStart, false));
@@ -279,7 +242,7 @@ TEST(MediaParserStream, SeekFromStartPassesTargetAndUrgencyOn) {
 }
 
 TEST(MediaParserStream, SeekFromCurrentAddsToThePosition) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     EXPECT_TRUE(stream.Seek(300, ezMediaParserStream::SeekFromCurrent, false));
     EXPECT_TRUE(stream.Seek(40, ezMediaParserStream::SeekFromCurrent, true));
     EXPECT_EQ(At(stream), 340U);
@@ -289,7 +252,7 @@ TEST(MediaParserStream, SeekFromCurrentAddsToThePosition) {
 }
 
 TEST(MediaParserStream, RefusedSeekLeavesThePosition) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 50));
     stream.mfRefuseSeeks = true;
     EXPECT_FALSE(SeekTo(stream, 60));
@@ -299,7 +262,7 @@ TEST(MediaParserStream, RefusedSeekLeavesThePosition) {
 }
 
 TEST(MediaParserStream, AnyOtherSeekModeIsAnAssertionAndMovesNothing) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 50));
     stream.TakeCalls();
     for (const int mode : {2, -1, 3, 256}) {
@@ -315,13 +278,13 @@ TEST(MediaParserStream, AnyOtherSeekModeIsAnAssertionAndMovesNothing) {
 }
 
 TEST(MediaParserStream, SeekDoesNotTouchTheBuffer) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     Fill(stream);
     EXPECT_TRUE(SeekTo(stream, 15000));
     EXPECT_TRUE(stream.Seek(8000, ezMediaParserStream::SeekFromStart, true));
-    const Outcome read = Exact(stream, 100);
+    const ReadOutcome read = Exact(stream, 100);
     EXPECT_TRUE(read.mfResult);
-    EXPECT_EQ(read.mBuffer, Media(20000).substr(8000, 100));
+    EXPECT_EQ(read.mBuffer, RandomMedia(20000).substr(8000, 100));
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 15000 lazy", "seek 8000 now", "seek 8100 lazy"}));
 }
 
@@ -333,7 +296,7 @@ TEST(MediaParserStream, ExactReadOfNothingSucceedsEvenWhereNothingCanBeRead) {
     EXPECT_TRUE(base.Read(nothing, nullptr));
     EXPECT_EQ(At(base), 0U);
 
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     ASSERT_TRUE(SeekTo(stream, 500));
     stream.TakeCalls();
     EXPECT_TRUE(stream.Read(nothing, nullptr));
@@ -347,14 +310,14 @@ TEST(MediaParserStream, UpToReadOfNothingSucceedsAndReadsNothing) {
     EXPECT_TRUE(base.Read(&size, nullptr));
     EXPECT_EQ(size, 0U);
 
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     EXPECT_TRUE(stream.Read(&size, nullptr));
     EXPECT_EQ(size, 0U);
     EXPECT_EQ(stream.TakeCalls(), Calls()); // the buffer is not filled either
 }
 
 TEST(MediaParserStream, NullCountIsAnAssertionAndReadsNothing) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     std::size_t* const none = nullptr;
     char byte = kUntouched;
     {
@@ -378,7 +341,7 @@ TEST(MediaParserStream, NullCountIsAnAssertionAndReadsNothing) {
 }
 
 TEST(MediaParserStream, NullCountIsAnAssertionBeforeTheSizeIsLookedAt) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     stream.SetMediaSize(0);
     std::size_t* const none = nullptr;
     AssertCatcher assertions;
@@ -390,11 +353,11 @@ TEST(MediaParserStream, NullCountIsAnAssertionBeforeTheSizeIsLookedAt) {
 
 TEST(MediaParserStream, FirstSmallReadFillsTheBufferByOneReadOfEightKiB) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
-        const Outcome outcome = read(stream, 10);
+        RecordingStream stream(RandomMedia(20000));
+        const ReadOutcome outcome = read(stream, 10);
         EXPECT_TRUE(outcome.mfResult);
         EXPECT_EQ(outcome.mCount, 10U);
-        EXPECT_EQ(outcome.mBuffer, Media(20000).substr(0, 10));
+        EXPECT_EQ(outcome.mBuffer, RandomMedia(20000).substr(0, 10));
         EXPECT_EQ(At(stream), 10U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"read 8192", "seek 10 lazy"})); // no seek to 0 before the fill
     }
@@ -402,52 +365,53 @@ TEST(MediaParserStream, FirstSmallReadFillsTheBufferByOneReadOfEightKiB) {
 
 TEST(MediaParserStream, ReadEndingAtEightKiBFills) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream whole(Media(20000));
-        EXPECT_EQ(read(whole, 8192).mBuffer, Media(20000).substr(0, 8192));
+        RecordingStream whole(RandomMedia(20000));
+        EXPECT_EQ(read(whole, 8192).mBuffer, RandomMedia(20000).substr(0, 8192));
         EXPECT_EQ(whole.TakeCalls(), (Calls{"read 8192", "seek 8192 lazy"}));
 
-        RecordingStream behind(Media(20000));
+        RecordingStream behind(RandomMedia(20000));
         behind.mfSourceStays = true; // so that the buffer mirrors the start although the position is ahead
         ASSERT_TRUE(SeekTo(behind, 8000));
-        EXPECT_EQ(read(behind, 192).mBuffer, Media(20000).substr(8000, 192));
+        EXPECT_EQ(read(behind, 192).mBuffer, RandomMedia(20000).substr(8000, 192));
         EXPECT_EQ(behind.TakeCalls(), (Calls{"seek 8000 lazy", "read 8192", "seek 8192 lazy"}));
     }
 }
 
 TEST(MediaParserStream, ReadEndingBehindEightKiBLeavesTheBufferUnfilled) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
-        const Outcome large = read(stream, 8193);
+        RecordingStream stream(RandomMedia(20000));
+        const ReadOutcome large = read(stream, 8193);
         EXPECT_TRUE(large.mfResult);
-        EXPECT_EQ(large.mBuffer, Media(20000).substr(0, 8193));
+        EXPECT_EQ(large.mBuffer, RandomMedia(20000).substr(0, 8193));
         EXPECT_EQ(At(stream), 8193U);
         ASSERT_TRUE(SeekTo(stream, 8100));
-        EXPECT_EQ(read(stream, 93).mBuffer, Media(20000).substr(8100, 93));
+        EXPECT_EQ(read(stream, 93).mBuffer, RandomMedia(20000).substr(8100, 93));
         EXPECT_EQ(stream.TakeCalls(), (Calls{"read 8193", "seek 8100 lazy", "read 93"}));
 
         ASSERT_TRUE(SeekTo(stream, 0));
-        EXPECT_EQ(read(stream, 20).mBuffer, Media(20000).substr(0, 20));
+        EXPECT_EQ(read(stream, 20).mBuffer, RandomMedia(20000).substr(0, 20));
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 0 lazy", "read 8192", "seek 20 lazy"}));
     }
 }
 
 TEST(MediaParserStream, BufferIsFilledFromWhereverTheSourceStandsAndTakenAsTheStart) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         ASSERT_TRUE(SeekTo(stream, 50));
-        const Outcome first = read(stream, 10);
+        const ReadOutcome first = read(stream, 10);
         EXPECT_TRUE(first.mfResult);
-        EXPECT_EQ(first.mBuffer, Media(20000).substr(100, 10)); // byte 50 of the media is filed as offset 0
+        EXPECT_EQ(first.mBuffer,
+                  RandomMedia(20000).substr(100, 10)); // byte 50 of the media is filed as offset 0
         EXPECT_EQ(At(stream), 60U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 50 lazy", "read 8192", "seek 60 lazy"}));
         ASSERT_TRUE(SeekTo(stream, 0));
-        EXPECT_EQ(read(stream, 10).mBuffer, Media(20000).substr(50, 10));
+        EXPECT_EQ(read(stream, 10).mBuffer, RandomMedia(20000).substr(50, 10));
     }
 }
 
 TEST(MediaParserStream, ShortFillOfAnExactReadMovesToTheEndOfTheData) {
-    RecordingStream stream(Media(100));
-    const Outcome read = Exact(stream, 200);
+    RecordingStream stream(RandomMedia(100));
+    const ReadOutcome read = Exact(stream, 200);
     EXPECT_FALSE(read.mfResult);
     EXPECT_TRUE(read.IsUntouched());
     EXPECT_EQ(At(stream), 100U);
@@ -455,7 +419,7 @@ TEST(MediaParserStream, ShortFillOfAnExactReadMovesToTheEndOfTheData) {
 }
 
 TEST(MediaParserStream, ShortFillOfAnExactReadMayMoveBackwards) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     ASSERT_TRUE(SeekTo(stream, 80)); // 20 bytes are left, filed as 0 to 19
     EXPECT_FALSE(Exact(stream, 1).mfResult);
     EXPECT_EQ(At(stream), 20U);
@@ -463,41 +427,41 @@ TEST(MediaParserStream, ShortFillOfAnExactReadMayMoveBackwards) {
 }
 
 TEST(MediaParserStream, ExactReadOfAllThatTheFillGaveSucceeds) {
-    RecordingStream stream(Media(100));
-    const Outcome read = Exact(stream, 100);
+    RecordingStream stream(RandomMedia(100));
+    const ReadOutcome read = Exact(stream, 100);
     EXPECT_TRUE(read.mfResult);
-    EXPECT_EQ(read.mBuffer, Media(100));
+    EXPECT_EQ(read.mBuffer, RandomMedia(100));
     EXPECT_EQ(At(stream), 100U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"read 8192", "seek 100 lazy"}));
 }
 
 TEST(MediaParserStream, ShortFillOfAnUpToReadGivesWhatThereIs) {
-    RecordingStream stream(Media(100));
-    const Outcome read = UpTo(stream, 200);
+    RecordingStream stream(RandomMedia(100));
+    const ReadOutcome read = UpTo(stream, 200);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 100U);
-    EXPECT_EQ(read.mBuffer, Media(100) + std::string(100, kUntouched));
+    EXPECT_EQ(read.mBuffer, RandomMedia(100) + std::string(100, kUntouched));
     EXPECT_EQ(At(stream), 100U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"read 8192", "seek 100 lazy"}));
 }
 
 TEST(MediaParserStream, ShortFillOfAnUpToReadCountsFromThePosition) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     stream.mfSourceStays = true;
     ASSERT_TRUE(SeekTo(stream, 30));
-    const Outcome read = UpTo(stream, 200);
+    const ReadOutcome read = UpTo(stream, 200);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 70U);
-    EXPECT_EQ(read.Bytes(), Media(100).substr(30));
+    EXPECT_EQ(read.Bytes(), RandomMedia(100).substr(30));
     EXPECT_EQ(At(stream), 100U);
 }
 
 TEST(MediaParserStream, UpToReadThatFillsBehindTheDataCopiesNothing) {
     for (const std::uint64_t position : {100U, 101U, 8000U}) {
-        RecordingStream behind(Media(100));
+        RecordingStream behind(RandomMedia(100));
         behind.mfSourceStays = true;
         ASSERT_TRUE(SeekTo(behind, position));
-        const Outcome read = UpTo(behind, 50);
+        const ReadOutcome read = UpTo(behind, 50);
         EXPECT_TRUE(read.mfResult);
         EXPECT_EQ(read.mCount, 0U);
         EXPECT_TRUE(read.IsUntouched());
@@ -514,58 +478,58 @@ TEST(MediaParserStream, FillOfAnEmptyMediaIsTheEnd) {
     EXPECT_EQ(exact.TakeCalls(), (Calls{"read 8192", "seek 0 lazy"}));
 
     RecordingStream upTo("");
-    const Outcome read = UpTo(upTo, 10);
+    const ReadOutcome read = UpTo(upTo, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_EQ(upTo.TakeCalls(), (Calls{"read 8192", "seek 0 lazy"}));
 }
 
 TEST(MediaParserStream, FailedFillOfAnExactReadGoesToZeroAndLeavesTheBufferEmptyForGood) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     stream.mfSourceStays = true;
     ASSERT_TRUE(SeekTo(stream, 40));
     stream.mClaims = {-1};
-    const Outcome read = Exact(stream, 10);
+    const ReadOutcome read = Exact(stream, 10);
     EXPECT_FALSE(read.mfResult);
     EXPECT_TRUE(read.IsUntouched());
     EXPECT_EQ(At(stream), 0U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 40 lazy", "read 8192", "seek 0 lazy"}));
 
-    EXPECT_EQ(Exact(stream, 10).mBuffer, Media(20000).substr(0, 10));
-    EXPECT_EQ(UpTo(stream, 10).mBuffer, Media(20000).substr(10, 10));
+    EXPECT_EQ(Exact(stream, 10).mBuffer, RandomMedia(20000).substr(0, 10));
+    EXPECT_EQ(UpTo(stream, 10).mBuffer, RandomMedia(20000).substr(10, 10));
     EXPECT_EQ(stream.TakeCalls(), (Calls{"read 10", "read 10"}));
 }
 
 TEST(MediaParserStream, FailedFillOfAnUpToReadMovesNothingAndLeavesTheBufferEmptyForGood) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     stream.mfSourceStays = true;
     ASSERT_TRUE(SeekTo(stream, 40));
     stream.mClaims = {-1};
-    const Outcome read = UpTo(stream, 10);
+    const ReadOutcome read = UpTo(stream, 10);
     EXPECT_FALSE(read.mfResult);
     EXPECT_EQ(read.mCount, 10U);
     EXPECT_TRUE(read.IsUntouched());
     EXPECT_EQ(At(stream), 40U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 40 lazy", "read 8192"}));
 
-    EXPECT_EQ(UpTo(stream, 10).mBuffer, Media(20000).substr(0, 10)); // the source still stands at 0
+    EXPECT_EQ(UpTo(stream, 10).mBuffer, RandomMedia(20000).substr(0, 10)); // the source still stands at 0
     EXPECT_EQ(At(stream), 50U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"read 10"}));
 }
 
 TEST(MediaParserStream, BufferIsNeverRefreshed) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         Fill(stream);
         stream.mContent = std::string(30000, 'x');
         stream.Close();
         ASSERT_TRUE(stream.Open());
         ASSERT_TRUE(stream.Seek(0, ezMediaParserStream::SeekFromStart, true));
-        EXPECT_EQ(read(stream, 8191).mBuffer, Media(20000).substr(0, 8191));
+        EXPECT_EQ(read(stream, 8191).mBuffer, RandomMedia(20000).substr(0, 8191));
         ASSERT_TRUE(SeekTo(stream, 8192));
         EXPECT_EQ(read(stream, 10).mBuffer, "xxxxxxxxxx");
         ASSERT_TRUE(SeekTo(stream, 10));
-        EXPECT_EQ(read(stream, 10).mBuffer, Media(20000).substr(10, 10));
+        EXPECT_EQ(read(stream, 10).mBuffer, RandomMedia(20000).substr(10, 10));
     }
 }
 
@@ -573,31 +537,31 @@ TEST(MediaParserStream, BufferIsNeverRefreshed) {
 
 TEST(MediaParserStream, BufferedReadKeepsTheSourceInStepByALazySeek) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         Fill(stream);
-        EXPECT_EQ(read(stream, 100).mBuffer, Media(20000).substr(0, 100));
-        EXPECT_EQ(read(stream, 8).mBuffer, Media(20000).substr(100, 8));
+        EXPECT_EQ(read(stream, 100).mBuffer, RandomMedia(20000).substr(0, 100));
+        EXPECT_EQ(read(stream, 8).mBuffer, RandomMedia(20000).substr(100, 8));
         EXPECT_EQ(At(stream), 108U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 100 lazy", "seek 108 lazy"}));
-        EXPECT_EQ(read(stream, 9000).mBuffer, Media(20000).substr(108, 9000));
+        EXPECT_EQ(read(stream, 9000).mBuffer, RandomMedia(20000).substr(108, 9000));
     }
 }
 
 TEST(MediaParserStream, BufferedReadsSucceedWhereTheSeekThatFollowsFails) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         stream.mfRefuseSeeks = true;
-        EXPECT_EQ(read(stream, 10).mBuffer, Media(20000).substr(0, 10));
-        const Outcome second = read(stream, 10);
+        EXPECT_EQ(read(stream, 10).mBuffer, RandomMedia(20000).substr(0, 10));
+        const ReadOutcome second = read(stream, 10);
         EXPECT_TRUE(second.mfResult);
-        EXPECT_EQ(second.mBuffer, Media(20000).substr(10, 10));
+        EXPECT_EQ(second.mBuffer, RandomMedia(20000).substr(10, 10));
         EXPECT_EQ(At(stream), 20U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"read 8192", "seek 10 lazy", "seek 20 lazy"}));
     }
 }
 
 TEST(MediaParserStream, ShortFillOfAnExactReadIgnoresTheResultOfItsSeek) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     stream.mfRefuseSeeks = true;
     EXPECT_FALSE(Exact(stream, 200).mfResult);
     EXPECT_EQ(At(stream), 100U);
@@ -605,15 +569,15 @@ TEST(MediaParserStream, ShortFillOfAnExactReadIgnoresTheResultOfItsSeek) {
 
 TEST(MediaParserStream, ExactReadEndingAtBufferEndGoesToTheSource) {
     for (const std::size_t size : {100U, 8192U}) { // the media is shorter than, and longer than, the buffer
-        RecordingStream stream(Media(size == 100 ? 100 : 20000));
+        RecordingStream stream(RandomMedia(size == 100 ? 100 : 20000));
         Fill(stream);
-        const Outcome within = Exact(stream, size - 1);
+        const ReadOutcome within = Exact(stream, size - 1);
         EXPECT_TRUE(within.mfResult);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek " + std::to_string(size - 1) + " lazy"}));
         ASSERT_TRUE(SeekTo(stream, 0));
         stream.TakeCalls();
         stream.mContent = std::string(20000, 'x');
-        const Outcome whole = Exact(stream, size);
+        const ReadOutcome whole = Exact(stream, size);
         EXPECT_TRUE(whole.mfResult);
         EXPECT_EQ(whole.mBuffer, std::string(size, 'x'));
         EXPECT_EQ(At(stream), size);
@@ -623,35 +587,35 @@ TEST(MediaParserStream, ExactReadEndingAtBufferEndGoesToTheSource) {
 
 TEST(MediaParserStream, UpToReadEndingAtBufferEndIsServedFromTheBuffer) {
     for (const std::size_t size : {100U, 8192U}) {
-        RecordingStream stream(Media(size == 100 ? 100 : 20000));
+        RecordingStream stream(RandomMedia(size == 100 ? 100 : 20000));
         Fill(stream);
         stream.mContent = std::string(20000, 'x');
-        const Outcome whole = UpTo(stream, size);
+        const ReadOutcome whole = UpTo(stream, size);
         EXPECT_TRUE(whole.mfResult);
         EXPECT_EQ(whole.mCount, size);
-        EXPECT_EQ(whole.mBuffer, Media(20000).substr(0, size));
+        EXPECT_EQ(whole.mBuffer, RandomMedia(20000).substr(0, size));
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek " + std::to_string(size) + " lazy"}));
     }
 }
 
 TEST(MediaParserStream, ReadAcrossTheBufferEndGoesWhollyToTheSource) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         Fill(stream);
         ASSERT_TRUE(SeekTo(stream, 8000));
-        EXPECT_EQ(read(stream, 193).mBuffer, Media(20000).substr(8000, 193));
+        EXPECT_EQ(read(stream, 193).mBuffer, RandomMedia(20000).substr(8000, 193));
         EXPECT_EQ(At(stream), 8193U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 8000 lazy", "read 193"})); // and no seek follows
     }
 }
 
 TEST(MediaParserStream, ShortMediaIsReadAgainBehindItsBuffer) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     Fill(stream);
-    const Outcome upTo = UpTo(stream, 101); // the buffer is filled: its 100 bytes do not serve this read
+    const ReadOutcome upTo = UpTo(stream, 101); // the buffer is filled: its 100 bytes do not serve this read
     EXPECT_TRUE(upTo.mfResult);
     EXPECT_EQ(upTo.mCount, 100U);
-    EXPECT_EQ(upTo.Bytes(), Media(100));
+    EXPECT_EQ(upTo.Bytes(), RandomMedia(100));
     EXPECT_EQ(stream.TakeCalls(), (Calls{"read 101"}));
 }
 
@@ -659,39 +623,39 @@ TEST(MediaParserStream, ShortMediaIsReadAgainBehindItsBuffer) {
 
 TEST(MediaParserStream, DirectReadBeforeTheEnd) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         ASSERT_TRUE(SeekTo(stream, 10000));
-        const Outcome outcome = read(stream, 9000);
+        const ReadOutcome outcome = read(stream, 9000);
         EXPECT_TRUE(outcome.mfResult);
         EXPECT_EQ(outcome.mCount, 9000U);
-        EXPECT_EQ(outcome.mBuffer, Media(20000).substr(10000, 9000));
+        EXPECT_EQ(outcome.mBuffer, RandomMedia(20000).substr(10000, 9000));
         EXPECT_EQ(At(stream), 19000U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 10000 lazy", "read 9000"}));
     }
 }
 
 TEST(MediaParserStream, DirectReadAcrossTheEnd) {
-    RecordingStream exact(Media(20000));
+    RecordingStream exact(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(exact, 19990));
     EXPECT_FALSE(Exact(exact, 11).mfResult);
     EXPECT_EQ(At(exact), 20000U);
     EXPECT_EQ(exact.TakeCalls(), (Calls{"seek 19990 lazy", "read 11"}));
 
-    RecordingStream upTo(Media(20000));
+    RecordingStream upTo(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(upTo, 19990));
-    const Outcome read = UpTo(upTo, 11);
+    const ReadOutcome read = UpTo(upTo, 11);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 10U);
-    EXPECT_EQ(read.Bytes(), Media(20000).substr(19990));
+    EXPECT_EQ(read.Bytes(), RandomMedia(20000).substr(19990));
     EXPECT_EQ(At(upTo), 20000U);
     EXPECT_EQ(upTo.TakeCalls(), (Calls{"seek 19990 lazy", "read 11"}));
 }
 
 TEST(MediaParserStream, DirectReadEndingAtTheEnd) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         ASSERT_TRUE(SeekTo(stream, 19990));
-        const Outcome outcome = read(stream, 10);
+        const ReadOutcome outcome = read(stream, 10);
         EXPECT_TRUE(outcome.mfResult);
         EXPECT_EQ(outcome.mCount, 10U);
         EXPECT_EQ(At(stream), 20000U);
@@ -699,16 +663,16 @@ TEST(MediaParserStream, DirectReadEndingAtTheEnd) {
 }
 
 TEST(MediaParserStream, DirectReadAtTheEnd) {
-    RecordingStream exact(Media(20000));
+    RecordingStream exact(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(exact, 20000));
-    const Outcome failed = Exact(exact, 1);
+    const ReadOutcome failed = Exact(exact, 1);
     EXPECT_FALSE(failed.mfResult);
     EXPECT_TRUE(failed.IsUntouched());
     EXPECT_EQ(At(exact), 20000U);
 
-    RecordingStream upTo(Media(20000));
+    RecordingStream upTo(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(upTo, 20000));
-    const Outcome read = UpTo(upTo, 10);
+    const ReadOutcome read = UpTo(upTo, 10);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_TRUE(read.IsUntouched());
@@ -716,26 +680,26 @@ TEST(MediaParserStream, DirectReadAtTheEnd) {
 }
 
 TEST(MediaParserStream, DirectReadOfAFailingSourceMovesNothing) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 10000));
     stream.mClaims = {-1, -1};
     EXPECT_FALSE(Exact(stream, 100).mfResult);
     EXPECT_EQ(At(stream), 10000U);
-    const Outcome upTo = UpTo(stream, 100);
+    const ReadOutcome upTo = UpTo(stream, 100);
     EXPECT_FALSE(upTo.mfResult);
     EXPECT_EQ(upTo.mCount, 100U);
     EXPECT_EQ(At(stream), 10000U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 10000 lazy", "read 100", "read 100"}));
-    EXPECT_EQ(Exact(stream, 100).mBuffer, Media(20000).substr(10000, 100)); // it may be tried again
+    EXPECT_EQ(Exact(stream, 100).mBuffer, RandomMedia(20000).substr(10000, 100)); // it may be tried again
 }
 
 TEST(MediaParserStream, ReadOfABufferedStreamAtItsEnd) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     Fill(stream);
     ASSERT_TRUE(SeekTo(stream, 100));
     EXPECT_FALSE(Exact(stream, 1).mfResult);
     EXPECT_EQ(At(stream), 100U);
-    const Outcome upTo = UpTo(stream, 1);
+    const ReadOutcome upTo = UpTo(stream, 1);
     EXPECT_TRUE(upTo.mfResult);
     EXPECT_EQ(upTo.mCount, 0U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 100 lazy", "read 1", "read 1"}));
@@ -745,35 +709,35 @@ TEST(MediaParserStream, ReadOfABufferedStreamAtItsEnd) {
 
 TEST(MediaParserStream, FillThatClaimsMoreThanTheBufferIsTakenAsAFullBuffer) {
     for (const auto read : {Exact, UpTo}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         stream.mClaims = {INT64_MAX};
-        EXPECT_EQ(read(stream, 10).mBuffer, Media(20000).substr(0, 10));
+        EXPECT_EQ(read(stream, 10).mBuffer, RandomMedia(20000).substr(0, 10));
         stream.TakeCalls();
         ASSERT_TRUE(SeekTo(stream, 8100));
-        EXPECT_EQ(read(stream, 93).mBuffer, Media(20000).substr(8100, 93));
+        EXPECT_EQ(read(stream, 93).mBuffer, RandomMedia(20000).substr(8100, 93));
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 8100 lazy", "read 93"})); // byte 8192 is not in the buffer
     }
 }
 
 TEST(MediaParserStream, DirectUpToReadThatClaimsMoreThanAskedIsClamped) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 10000));
     stream.mClaims = {101};
-    const Outcome read = UpTo(stream, 100);
+    const ReadOutcome read = UpTo(stream, 100);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 100U);
     EXPECT_EQ(At(stream), 10100U);
 }
 
 TEST(MediaParserStream, DirectExactReadThatClaimsMoreThanAskedFails) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 10000));
     stream.mClaims = {101};
     EXPECT_FALSE(Exact(stream, 100).mfResult); // not the count that was asked for
 }
 
 TEST(MediaParserStream, DirectExactReadThatClaimsMoreThanAskedMovesByNoMoreThanAsked) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     ASSERT_TRUE(SeekTo(stream, 10000));
     stream.mClaims = {INT64_MAX};
     Exact(stream, 100);
@@ -781,12 +745,12 @@ TEST(MediaParserStream, DirectExactReadThatClaimsMoreThanAskedMovesByNoMoreThanA
 }
 
 TEST(MediaParserStream, AnyNegativeCountIsAnError) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     stream.mClaims = {INT64_MIN, -2, -8192};
-    const Outcome filling = UpTo(stream, 10);
+    const ReadOutcome filling = UpTo(stream, 10);
     EXPECT_FALSE(filling.mfResult);
     EXPECT_EQ(filling.mCount, 10U);
-    const Outcome direct = UpTo(stream, 9000);
+    const ReadOutcome direct = UpTo(stream, 9000);
     EXPECT_FALSE(direct.mfResult);
     EXPECT_EQ(direct.mCount, 9000U);
     EXPECT_FALSE(Exact(stream, 9000).mfResult);
@@ -796,7 +760,7 @@ TEST(MediaParserStream, AnyNegativeCountIsAnError) {
 // ---- positions near 2^64 ----
 
 TEST(MediaParserStream, SeekReachesTheLastPosition) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     EXPECT_TRUE(SeekTo(stream, UINT64_MAX));
     EXPECT_EQ(At(stream), UINT64_MAX);
     EXPECT_TRUE(stream.Seek(0, ezMediaParserStream::SeekFromCurrent, false));
@@ -806,7 +770,7 @@ TEST(MediaParserStream, SeekReachesTheLastPosition) {
 }
 
 TEST(MediaParserStream, RelativeSeekBehindTheLastPositionFails) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     ASSERT_TRUE(SeekTo(stream, 10));
     stream.TakeCalls();
     EXPECT_FALSE(stream.Seek(UINT64_MAX - 9, ezMediaParserStream::SeekFromCurrent, false));
@@ -818,7 +782,7 @@ TEST(MediaParserStream, RelativeSeekBehindTheLastPositionFails) {
 
 TEST(MediaParserStream, ReadNearTheLastPositionGoesToTheSource) {
     for (const bool filled : {false, true}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         if (filled) {
             Fill(stream);
         }
@@ -826,7 +790,7 @@ TEST(MediaParserStream, ReadNearTheLastPositionGoesToTheSource) {
         stream.TakeCalls();
         EXPECT_FALSE(Exact(stream, 10).mfResult); // the wrapped end, 8, lies in the buffer
         EXPECT_EQ(At(stream), UINT64_MAX - 1);
-        const Outcome upTo = UpTo(stream, 10);
+        const ReadOutcome upTo = UpTo(stream, 10);
         EXPECT_TRUE(upTo.mfResult);
         EXPECT_EQ(upTo.mCount, 0U);
         EXPECT_EQ(At(stream), UINT64_MAX - 1);
@@ -835,12 +799,12 @@ TEST(MediaParserStream, ReadNearTheLastPositionGoesToTheSource) {
 }
 
 TEST(MediaParserStream, ReadWhoseEndWouldWrapFailsAndMovesNothing) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     stream.mfSourceStays = true; // gives bytes although the position is out of its range
     ASSERT_TRUE(SeekTo(stream, UINT64_MAX - 5));
     EXPECT_FALSE(Exact(stream, 7).mfResult);
     EXPECT_EQ(At(stream), UINT64_MAX - 5);
-    const Outcome upTo = UpTo(stream, 7);
+    const ReadOutcome upTo = UpTo(stream, 7);
     EXPECT_FALSE(upTo.mfResult);
     EXPECT_EQ(upTo.mCount, 7U);
     EXPECT_EQ(At(stream), UINT64_MAX - 5);
@@ -852,14 +816,14 @@ TEST(MediaParserStream, ReadWhoseEndWouldWrapFailsAndMovesNothing) {
 
 TEST(MediaParserStream, ReadFromSeeksLazilyAndReads) {
     for (const auto readFrom : {ExactFrom, UpToFrom}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         Fill(stream);
-        const Outcome buffered = readFrom(stream, 300, 20);
+        const ReadOutcome buffered = readFrom(stream, 300, 20);
         EXPECT_TRUE(buffered.mfResult);
-        EXPECT_EQ(buffered.mBuffer, Media(20000).substr(300, 20));
-        const Outcome direct = readFrom(stream, 9000, 20);
+        EXPECT_EQ(buffered.mBuffer, RandomMedia(20000).substr(300, 20));
+        const ReadOutcome direct = readFrom(stream, 9000, 20);
         EXPECT_TRUE(direct.mfResult);
-        EXPECT_EQ(direct.mBuffer, Media(20000).substr(9000, 20));
+        EXPECT_EQ(direct.mBuffer, RandomMedia(20000).substr(9000, 20));
         EXPECT_EQ(At(stream), 9020U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 300 lazy", "seek 320 lazy", "seek 9000 lazy", "read 20"}));
     }
@@ -867,11 +831,11 @@ TEST(MediaParserStream, ReadFromSeeksLazilyAndReads) {
 
 TEST(MediaParserStream, ReadFromDoesNotReadWhenTheSeekFails) {
     for (const auto readFrom : {ExactFrom, UpToFrom}) {
-        RecordingStream stream(Media(20000));
+        RecordingStream stream(RandomMedia(20000));
         ASSERT_TRUE(SeekTo(stream, 7));
         stream.TakeCalls();
         stream.mfRefuseSeeks = true;
-        const Outcome read = readFrom(stream, 300, 20);
+        const ReadOutcome read = readFrom(stream, 300, 20);
         EXPECT_FALSE(read.mfResult);
         EXPECT_EQ(read.mCount, 20U);
         EXPECT_TRUE(read.IsUntouched());
@@ -882,14 +846,14 @@ TEST(MediaParserStream, ReadFromDoesNotReadWhenTheSeekFails) {
 }
 
 TEST(MediaParserStream, ReadFromFailsWhenTheReadFails) {
-    RecordingStream stream(Media(20000));
+    RecordingStream stream(RandomMedia(20000));
     EXPECT_FALSE(ExactFrom(stream, 19999, 2).mfResult);
     EXPECT_EQ(At(stream), 20000U);
-    const Outcome partial = UpToFrom(stream, 19999, 2);
+    const ReadOutcome partial = UpToFrom(stream, 19999, 2);
     EXPECT_TRUE(partial.mfResult);
     EXPECT_EQ(partial.mCount, 1U);
     stream.mClaims = {-1};
-    const Outcome failed = UpToFrom(stream, 19999, 2);
+    const ReadOutcome failed = UpToFrom(stream, 19999, 2);
     EXPECT_FALSE(failed.mfResult);
     EXPECT_EQ(failed.mCount, 2U);
     EXPECT_EQ(At(stream), 19999U);
@@ -899,11 +863,11 @@ TEST(MediaParserStream, ReadFromFailsWhenTheReadFails) {
 
 TEST(MediaParserStream, ReadFromEndGivesTheLastBytes) {
     for (const auto readFromEnd : {ExactFromEnd, UpToFromEnd}) {
-        RecordingStream stream(Media(20000));
-        const Outcome read = readFromEnd(stream, 128);
+        RecordingStream stream(RandomMedia(20000));
+        const ReadOutcome read = readFromEnd(stream, 128);
         EXPECT_TRUE(read.mfResult);
         EXPECT_EQ(read.mCount, 128U);
-        EXPECT_EQ(read.mBuffer, Media(20000).substr(19872));
+        EXPECT_EQ(read.mBuffer, RandomMedia(20000).substr(19872));
         EXPECT_EQ(At(stream), 20000U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 19872 lazy", "read 128"}));
     }
@@ -912,9 +876,9 @@ TEST(MediaParserStream, ReadFromEndGivesTheLastBytes) {
 TEST(MediaParserStream, ReadFromEndOfUnknownSizeFails) {
     for (const auto readFromEnd : {ExactFromEnd, UpToFromEnd}) {
         for (const std::size_t size : {0U, 128U}) {
-            RecordingStream stream(Media(20000));
+            RecordingStream stream(RandomMedia(20000));
             stream.SetMediaSize(0);
-            const Outcome read = readFromEnd(stream, size);
+            const ReadOutcome read = readFromEnd(stream, size);
             EXPECT_FALSE(read.mfResult);
             EXPECT_EQ(read.mCount, size);
             EXPECT_EQ(stream.TakeCalls(), Calls());
@@ -923,35 +887,35 @@ TEST(MediaParserStream, ReadFromEndOfUnknownSizeFails) {
 }
 
 TEST(MediaParserStream, ExactReadFromEndOfMoreThanTheMediaFails) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     EXPECT_FALSE(ExactFromEnd(stream, 101).mfResult);
     EXPECT_EQ(stream.TakeCalls(), Calls());
-    const Outcome whole = ExactFromEnd(stream, 100);
+    const ReadOutcome whole = ExactFromEnd(stream, 100);
     EXPECT_TRUE(whole.mfResult);
-    EXPECT_EQ(whole.mBuffer, Media(100));
+    EXPECT_EQ(whole.mBuffer, RandomMedia(100));
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 0 lazy", "read 8192", "seek 100 lazy"}));
 }
 
 TEST(MediaParserStream, UpToReadFromEndOfMoreThanTheMediaReadsTheWholeMedia) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     ASSERT_TRUE(SeekTo(stream, 50));
     stream.TakeCalls();
-    const Outcome read = UpToFromEnd(stream, 200);
+    const ReadOutcome read = UpToFromEnd(stream, 200);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 100U);
-    EXPECT_EQ(read.Bytes(), Media(100));
+    EXPECT_EQ(read.Bytes(), RandomMedia(100));
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 0 lazy", "read 8192", "seek 100 lazy"}));
 
     std::size_t most = SIZE_MAX;
     std::string bytes(100, kUntouched);
     EXPECT_TRUE(stream.ReadFromEnd(&most, &bytes[0]));
     EXPECT_EQ(most, 100U);
-    EXPECT_EQ(bytes, Media(100));
+    EXPECT_EQ(bytes, RandomMedia(100));
 }
 
 TEST(MediaParserStream, ReadFromEndOfNothingMovesToTheEnd) {
     for (const auto readFromEnd : {ExactFromEnd, UpToFromEnd}) {
-        RecordingStream stream(Media(100));
+        RecordingStream stream(RandomMedia(100));
         EXPECT_TRUE(readFromEnd(stream, 0).mfResult);
         EXPECT_EQ(At(stream), 100U);
         EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 100 lazy"}));
@@ -959,47 +923,47 @@ TEST(MediaParserStream, ReadFromEndOfNothingMovesToTheEnd) {
 }
 
 TEST(MediaParserStream, UpToReadFromEndTellsTheCountReallyRead) {
-    RecordingStream stream(Media(10000));
+    RecordingStream stream(RandomMedia(10000));
     stream.SetMediaSize(10040); // the media became shorter than it said
-    const Outcome read = UpToFromEnd(stream, 100);
+    const ReadOutcome read = UpToFromEnd(stream, 100);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 60U);
-    EXPECT_EQ(read.Bytes(), Media(10000).substr(9940));
+    EXPECT_EQ(read.Bytes(), RandomMedia(10000).substr(9940));
     EXPECT_FALSE(ExactFromEnd(stream, 100).mfResult);
 }
 
 TEST(MediaParserStream, FailingUpToReadFromEndLeavesTheCount) {
-    RecordingStream refused(Media(10000));
+    RecordingStream refused(RandomMedia(10000));
     refused.mfRefuseSeeks = true;
-    const Outcome noSeek = UpToFromEnd(refused, 20000);
+    const ReadOutcome noSeek = UpToFromEnd(refused, 20000);
     EXPECT_FALSE(noSeek.mfResult);
     EXPECT_EQ(noSeek.mCount, 20000U);
 
-    RecordingStream failing(Media(10000));
+    RecordingStream failing(RandomMedia(10000));
     failing.mClaims = {-1};
-    const Outcome noRead = UpToFromEnd(failing, 20000);
+    const ReadOutcome noRead = UpToFromEnd(failing, 20000);
     EXPECT_FALSE(noRead.mfResult);
     EXPECT_EQ(noRead.mCount, 20000U);
 }
 
 TEST(MediaParserStream, ReadFromEndAsTheFirstReadOfASmallMediaFillsTheBufferWithTheEnd) {
-    RecordingStream exact(Media(1000));
+    RecordingStream exact(RandomMedia(1000));
     EXPECT_FALSE(ExactFromEnd(exact, 128).mfResult); // 128 bytes are filed as 0 to 127, none at 872
     EXPECT_EQ(At(exact), 128U);
-    EXPECT_EQ(ExactFrom(exact, 0, 10).mBuffer, Media(1000).substr(872, 10));
+    EXPECT_EQ(ExactFrom(exact, 0, 10).mBuffer, RandomMedia(1000).substr(872, 10));
 
-    RecordingStream upTo(Media(1000));
-    const Outcome read = UpToFromEnd(upTo, 128);
+    RecordingStream upTo(RandomMedia(1000));
+    const ReadOutcome read = UpToFromEnd(upTo, 128);
     EXPECT_TRUE(read.mfResult);
     EXPECT_EQ(read.mCount, 0U);
     EXPECT_EQ(At(upTo), 872U);
 }
 
 TEST(MediaParserStream, ReadFromEndOfTheLargestMediaReachesItsLastBytes) {
-    RecordingStream stream(Media(100));
+    RecordingStream stream(RandomMedia(100));
     stream.SetMediaSize(UINT64_MAX);
     EXPECT_FALSE(ExactFromEnd(stream, 10).mfResult);
-    const Outcome upTo = UpToFromEnd(stream, 10);
+    const ReadOutcome upTo = UpToFromEnd(stream, 10);
     EXPECT_TRUE(upTo.mfResult);
     EXPECT_EQ(upTo.mCount, 0U);
     EXPECT_EQ(stream.TakeCalls(), (Calls{"seek 18446744073709551605 lazy", "read 10",
@@ -1009,7 +973,7 @@ TEST(MediaParserStream, ReadFromEndOfTheLargestMediaReachesItsLastBytes) {
 // ---- CopyInfo ----
 
 TEST(MediaParserStream, CopyInfoTellsPathTimeSizeAndExtension) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     stream.SetFullPath("/media/Song.MP3");
     stream.SetExtension("MP3");
     stream.SetLastModificationTime(ezDateTime(1000000000, 5));
@@ -1036,7 +1000,7 @@ TEST(MediaParserStream, CopyInfoOverwritesPathAndTime) {
 }
 
 TEST(MediaParserStream, CopyInfoKeepsASizeThatTheRecordHolds) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     ezMediaInfo info;
     info.Set(kezInfo_FileSize, ezuint64(7), true);
     stream.CopyInfo(&info);
@@ -1044,7 +1008,7 @@ TEST(MediaParserStream, CopyInfoKeepsASizeThatTheRecordHolds) {
 }
 
 TEST(MediaParserStream, CopyInfoReplacesASizeOfZero) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     ezMediaInfo info;
     info.Set(kezInfo_FileSize, ezuint64(0), true);
     stream.CopyInfo(&info);
@@ -1052,7 +1016,7 @@ TEST(MediaParserStream, CopyInfoReplacesASizeOfZero) {
 }
 
 TEST(MediaParserStream, CopyInfoReplacesASizeThatIsNoNumber) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     ezMediaInfo info;
     info.Set(kezInfo_FileSize, "many", true);
     stream.CopyInfo(&info);
@@ -1069,7 +1033,7 @@ TEST(MediaParserStream, CopyInfoWritesNoUnknownSizeAndNoEmptyExtension) {
 }
 
 TEST(MediaParserStream, CopyInfoKeepsAnExtensionThatTheRecordHolds) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     stream.SetExtension("mp3");
     ezMediaInfo info;
     info.Set(kezInfo_FileExtension, "MPG", true);
@@ -1078,7 +1042,7 @@ TEST(MediaParserStream, CopyInfoKeepsAnExtensionThatTheRecordHolds) {
 }
 
 TEST(MediaParserStream, CopyInfoLowersAnExtensionThatADerivedStreamSetAsItWas) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     stream.SetExtensionAsItIs("JPeG");
     ezMediaInfo info;
     stream.CopyInfo(&info);
@@ -1094,7 +1058,7 @@ TEST(MediaParserStream, CopyInfoTellsASizeAbove32Bits) {
 }
 
 TEST(MediaParserStream, CopyInfoIntoNothingIsIgnored) {
-    RecordingStream stream(Media(123));
+    RecordingStream stream(RandomMedia(123));
     stream.CopyInfo(nullptr);
     EXPECT_EQ(stream.TakeCalls(), Calls());
 }
@@ -1123,7 +1087,7 @@ std::string ReadAllExactly(ezMediaParserStream& aStream, std::size_t aMediaSize,
 std::string ReadAllUpTo(ezMediaParserStream& aStream, std::size_t aPiece) {
     std::string bytes;
     for (;;) {
-        const Outcome read = UpTo(aStream, aPiece);
+        const ReadOutcome read = UpTo(aStream, aPiece);
         if (!read.mfResult || read.mCount == 0) {
             return bytes;
         }
@@ -1134,7 +1098,7 @@ std::string ReadAllUpTo(ezMediaParserStream& aStream, std::size_t aPiece) {
 } // namespace
 
 TEST(MediaParserStream, OneFailingReadAtAnyOffsetIsMadeUpForByReadingAgain) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     for (std::size_t offset = 0; offset < media.size(); ++offset) {
         Delivery delivery;
         delivery.mFailingOffset = offset;
@@ -1147,7 +1111,7 @@ TEST(MediaParserStream, OneFailingReadAtAnyOffsetIsMadeUpForByReadingAgain) {
 }
 
 TEST(MediaParserStream, OneByteAtATimeGivesTheSameBytes) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     Delivery delivery;
     delivery.mMaximumRead = 1;
     AwkwardStream exact(media, delivery);
@@ -1162,7 +1126,7 @@ TEST(MediaParserStream, OneByteAtATimeGivesTheSameBytes) {
 TEST(MediaParserStream, OneByteAtATimeFailsLargerExactReadsAndMovesByOne) {
     Delivery delivery;
     delivery.mMaximumRead = 1;
-    AwkwardStream stream(Media(20000), delivery);
+    AwkwardStream stream(RandomMedia(20000), delivery);
     EXPECT_FALSE(Exact(stream, 10).mfResult);
     EXPECT_EQ(At(stream), 1U);
     EXPECT_FALSE(Exact(stream, 10).mfResult);
@@ -1170,7 +1134,7 @@ TEST(MediaParserStream, OneByteAtATimeFailsLargerExactReadsAndMovesByOne) {
 }
 
 TEST(MediaParserStream, ShortReadsGiveTheSameBytes) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     for (const std::size_t maximum : {2U, 100U, 8191U, 8192U, 8193U}) {
         for (const std::size_t piece : {1U, 100U, 8191U, 8192U, 8193U, 20000U}) {
             Delivery delivery;
@@ -1188,7 +1152,7 @@ TEST(MediaParserStream, ShortReadsGiveTheSameBytes) {
 }
 
 TEST(MediaParserStream, UnknownSizeGivesTheSameBytes) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     Delivery delivery;
     delivery.mfSizeKnown = false;
     AwkwardStream exact(media, delivery);
@@ -1201,7 +1165,7 @@ TEST(MediaParserStream, UnknownSizeGivesTheSameBytes) {
 }
 
 TEST(MediaParserStream, SourceThatCannotSeekIsReadInOrderBesideItsBuffer) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     Delivery delivery;
     delivery.mfSeekable = false;
     AwkwardStream upTo(media, delivery);
@@ -1214,7 +1178,7 @@ TEST(MediaParserStream, SourceThatCannotSeekIsReadInOrderBesideItsBuffer) {
 }
 
 TEST(MediaParserStream, SourceThatCannotSeekLosesTheExactReadThatEndsAtItsBuffer) {
-    const std::string media = Media(20000);
+    const std::string media = RandomMedia(20000);
     Delivery delivery;
     delivery.mfSeekable = false;
     AwkwardStream stream(media, delivery);
@@ -1224,7 +1188,7 @@ TEST(MediaParserStream, SourceThatCannotSeekLosesTheExactReadThatEndsAtItsBuffer
 }
 
 TEST(MediaParserStream, ManySmallReadsCostOneReadOfTheSource) {
-    AwkwardStream stream(Media(20000));
+    AwkwardStream stream(RandomMedia(20000));
     for (std::size_t i = 0; i < 8191; ++i) {
         ASSERT_TRUE(ExactFrom(stream, i, 1).mfResult);
     }

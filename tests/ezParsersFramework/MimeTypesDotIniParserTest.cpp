@@ -8,6 +8,7 @@
 #include "support/Catchers.h"
 #include "support/Record.h"
 #include "support/TemporaryFolder.h"
+#include "support/WorkingDirectory.h"
 
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/PtrList.h"
@@ -203,20 +204,6 @@ Strings Of(const ezStringList& aList) {
     }
     return strings;
 }
-
-/// An own working directory, put back in the end.
-class WorkingDirectory {
-public:
-    explicit WorkingDirectory(const std::string& aPath) : mBefore(std::filesystem::current_path()) {
-        std::filesystem::current_path(aPath);
-    }
-    ~WorkingDirectory() { std::filesystem::current_path(mBefore); }
-    WorkingDirectory(const WorkingDirectory&) = delete;
-    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
-
-private:
-    std::filesystem::path mBefore;
-};
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "support/ScriptedPlaylist.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
+#include "support/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -628,15 +629,11 @@ TEST(PlaylistParserFullURL, OfAPlaylistInTheWorkingFolderIsAbsoluteToo) {
 }
 
 TEST(PlaylistParserFullURL, WithoutAWorkingFolderARelativeFileHasNone) {
-    const std::filesystem::path before = std::filesystem::current_path();
-    {
-        const TemporaryFolder folder;
-        std::filesystem::current_path(folder.GetPath());
-        std::filesystem::remove(folder.GetPath());
-        EXPECT_EQ(LocalURL("l.m3u", "a.mp3"), "");
-        EXPECT_EQ(LocalURL("l.m3u", "/m/a.mp3"), "file:///m/a.mp3");
-    }
-    std::filesystem::current_path(before);
+    const TemporaryFolder folder;
+    const WorkingDirectory inside(folder.GetPath());
+    std::filesystem::remove(folder.GetPath());
+    EXPECT_EQ(LocalURL("l.m3u", "a.mp3"), "");
+    EXPECT_EQ(LocalURL("l.m3u", "/m/a.mp3"), "file:///m/a.mp3");
 }
 
 TEST(PlaylistParserFullURL, AURLInALocalPlaylistIsTakenForAPath) {

@@ -5,6 +5,7 @@
 
 #include "support/Folders.h"
 #include "support/Record.h"
+#include "support/WholeFile.h"
 
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Items.h"
@@ -91,11 +92,6 @@ std::string DumpSamples() {
     return dump;
 }
 
-std::string ReadGoldenFile() {
-    std::ifstream file(kGoldenFile, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
 } // namespace
 
 TEST(Samples, AreIdentifiedAsRecorded) {
@@ -106,7 +102,7 @@ TEST(Samples, AreIdentifiedAsRecorded) {
         file.close();
         ASSERT_TRUE(file.good()) << kGoldenFile;
     }
-    EXPECT_EQ(dump, ReadGoldenFile()) << "EZ_UPDATE_GOLDEN=1 records what is found";
+    EXPECT_EQ(dump, ReadWholeFile(kGoldenFile)) << "EZ_UPDATE_GOLDEN=1 records what is found";
 }
 
 TEST(Samples, SecondParseFindsTheSame) {

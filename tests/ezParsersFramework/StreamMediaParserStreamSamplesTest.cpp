@@ -5,6 +5,7 @@
 #include "support/Folders.h"
 #include "support/Record.h"
 #include "support/ScriptedStream.h"
+#include "support/WholeFile.h"
 
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/config/PropertyList.h"
@@ -17,7 +18,6 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -37,11 +37,6 @@ std::vector<std::filesystem::path> Samples() {
         }
     }
     return samples;
-}
-
-std::string Content(const std::filesystem::path& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
 /// A host as small as can be, with the media types file of the samples.
@@ -99,7 +94,7 @@ void ExpectTheRecordsOfTheFiles(
 TEST(StreamMediaParserStreamSamples, OneByteAtATimeTheRecordsAreThoseOfTheFiles) {
     for (const bool fLending : {false, true}) {
         ExpectTheRecordsOfTheFiles([fLending](Host& aHost, const std::filesystem::path& aPath) {
-            const std::string content = Content(aPath);
+            const std::string content = ReadWholeFile(aPath);
             auto* stream = new ScriptedStream(content, fLending, aPath.string());
             stream->Withhold();
             stream->mOnNothing = [stream, left = content.size()]() mutable {
@@ -119,7 +114,7 @@ TEST(StreamMediaParserStreamSamples, OneByteAtATimeTheRecordsAreThoseOfTheFiles)
 TEST(StreamMediaParserStreamThreadsSamples, FromAnotherThreadTheRecordsAreThoseOfTheFiles) {
     for (const bool fLending : {false, true}) {
         ExpectTheRecordsOfTheFiles([fLending](Host& aHost, const std::filesystem::path& aPath) {
-            const std::string content = Content(aPath);
+            const std::string content = ReadWholeFile(aPath);
             ScriptedStream stream(content, fLending, aPath.string());
             stream.Withhold();
             std::thread writer([&stream, &content] {
@@ -148,7 +143,7 @@ TEST(StreamMediaParserStreamSamples, ThroughAFileStreamTheRecordsAreThoseOfTheFi
 
 TEST(StreamMediaParserStreamSamples, ThroughAMemoryStreamTheRecordsAreThoseOfTheFiles) {
     ExpectTheRecordsOfTheFiles([](Host& aHost, const std::filesystem::path& aPath) {
-        const std::string content = Content(aPath);
+        const std::string content = ReadWholeFile(aPath);
         void* block = ezMalloc(content.size());
         std::memcpy(block, content.data(), content.size());
         auto* stream = new ezMemoryStream(block, content.size(), "");

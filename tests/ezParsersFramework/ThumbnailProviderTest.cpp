@@ -3,11 +3,10 @@
 #include "support/ScriptedThumbnails.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -16,11 +15,6 @@
 namespace {
 
 using Trace = ThumbnailTrace;
-
-std::string ContentAt(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "<none>";
-}
 
 /// Sources of one test, as names of files with their MIME types, and how many of them live.
 class TriedProvider : public ezIndirectThumbnailProvider {

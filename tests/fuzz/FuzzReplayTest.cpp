@@ -1,3 +1,5 @@
+#include "support/WholeFile.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -5,7 +7,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -27,8 +28,7 @@ std::vector<std::filesystem::path> InputsIn(const std::filesystem::path& aFolder
 }
 
 void Replay(Entry anEntry, const std::filesystem::path& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string text = ReadWholeFile(aPath);
     // A block of just this size, so that a sanitizer sees every read beside it.
     const std::unique_ptr<std::uint8_t[]> bytes(new std::uint8_t[text.size()]);
     std::copy(text.begin(), text.end(), bytes.get());

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -25,10 +23,4 @@ inline std::size_t CountOfTextsWith(const std::vector<std::string>& aTexts, cons
         std::count_if(aTexts.begin(), aTexts.end(), [&](const std::string& aText) {
             return ("\n" + aText).find("\n" + aBlock) != std::string::npos;
         }));
-}
-
-/// The whole of a file; "" where there is none.
-inline std::string ReadText(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }

@@ -4,8 +4,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <linux/capability.h>
 #include <poll.h>
 #include <sstream>
@@ -148,9 +146,4 @@ std::vector<std::string> LinesOf(const std::string& aText) {
         lines.push_back(line);
     }
     return lines;
-}
-
-std::string ReadFile(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }

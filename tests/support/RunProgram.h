@@ -32,5 +32,3 @@ ProgramResult RunProgram(const std::string& aProgram, const std::vector<std::str
 
 /// The lines of a text, without their ends.
 std::vector<std::string> LinesOf(const std::string& aText);
-
-std::string ReadFile(const std::string& aPath);

@@ -1,5 +1,6 @@
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +32,7 @@ TEST(RunProgram, GivesFolderEnvironmentAndOutputAsAsked) {
     const ProgramResult result = RunProgram("/bin/sh", {"-c", "echo $EZ_RUN; ls; cat"}, options);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mOut, "");
-    EXPECT_EQ(ReadFile(out), "there\nout\n");
+    EXPECT_EQ(ReadWholeFile(out), "there\nout\n");
 }
 
 TEST(RunProgram, SplitsATextIntoLines) {

@@ -2,12 +2,13 @@
 
 #include "ez/StreamMediaParserStream.h"
 
+#include "support/StreamReads.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <iterator>
-#include <random>
 #include <string>
 
 /// The network adapter with its inner side turned out.
@@ -35,9 +36,6 @@ public:
     }
 };
 
-/// What the reads below find in a buffer that was not written to.
-inline constexpr char kUntouched = '\x5E';
-
 /// The bytes of an exact read; empty when it failed.
 inline std::string ReadExactly(ezMediaParserStream& aStream, std::size_t aSize) {
     std::string buffer(aSize, kUntouched);
@@ -49,14 +47,4 @@ inline std::string ReadUpTo(ezMediaParserStream& aStream, std::size_t aSize) {
     std::string buffer(aSize, kUntouched);
     std::size_t count = aSize;
     return aStream.Read(&count, &buffer[0]) ? buffer.substr(0, count) : "<error>";
-}
-
-/// Bytes of which no stretch looks like another.
-inline std::string RandomMedia(std::size_t aSize) {
-    std::mt19937 random(8192);
-    std::string bytes(aSize, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random() & 0xFFU);
-    }
-    return bytes;
 }

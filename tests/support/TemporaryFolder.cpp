@@ -4,9 +4,26 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <unistd.h>
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "ezTestXXXXXX").string();
+namespace {
+
+std::string PlaceInMemory(std::uintmax_t aRoom) {
+    constexpr const char* kMemoryFileSystem = "/dev/shm";
+    std::error_code error;
+    const std::filesystem::space_info space = std::filesystem::space(kMemoryFileSystem, error);
+    const bool fRoom = !error && space.available >= aRoom;
+    return fRoom && access(kMemoryFileSystem, W_OK | X_OK) == 0
+               ? kMemoryFileSystem
+               : std::filesystem::temp_directory_path().string();
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path().string()) {}
+
+TemporaryFolder::TemporaryFolder(const std::string& aBase) {
+    std::string pattern = (std::filesystem::path(aBase) / "ezTestXXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");
     }
@@ -29,3 +46,11 @@ std::string TemporaryFolder::Write(const std::string& aName, const std::string& 
     }
     return path;
 }
+
+std::string TemporaryFolder::MakeFolder(const std::string& aName) const {
+    std::string path = Path(aName);
+    std::filesystem::create_directories(path);
+    return path;
+}
+
+MemoryFolder::MemoryFolder(std::uintmax_t aRoom) : TemporaryFolder(PlaceInMemory(aRoom)) {}

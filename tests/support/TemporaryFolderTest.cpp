@@ -1,21 +1,12 @@
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
-
-namespace {
-
-std::string Content(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-} // namespace
 
 TEST(TemporaryFolder, IsAnEmptyFolderOfItsOwn) {
     const TemporaryFolder folder;
@@ -32,10 +23,10 @@ TEST(TemporaryFolder, WritesFilesByteForByte) {
     const std::string bytes("a\0\r\n\xFF", 5);
     const std::string path = folder.Write("file.bin", bytes);
     EXPECT_EQ(path, folder.Path("file.bin"));
-    EXPECT_EQ(Content(path), bytes);
+    EXPECT_EQ(ReadWholeFile(path), bytes);
     EXPECT_EQ(std::filesystem::file_size(path), 5U);
     folder.Write("file.bin", "x");
-    EXPECT_EQ(Content(path), "x") << "a second write replaces the first";
+    EXPECT_EQ(ReadWholeFile(path), "x") << "a second write replaces the first";
     EXPECT_EQ(std::filesystem::file_size(folder.Write("empty", "")), 0U);
 }
 
@@ -43,7 +34,7 @@ TEST(TemporaryFolder, MakesTheFoldersInAName) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("a/b/c.txt", "deep");
     EXPECT_EQ(path, folder.GetPath() + "/a/b/c.txt");
-    EXPECT_EQ(Content(path), "deep");
+    EXPECT_EQ(ReadWholeFile(path), "deep");
 }
 
 TEST(TemporaryFolder, AFileThatCannotBeWrittenIsNotPassedOver) {
@@ -61,4 +52,27 @@ TEST(TemporaryFolder, IsGoneWithEverythingInItInTheEnd) {
         EXPECT_TRUE(std::filesystem::exists(path));
     }
     EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(TemporaryFolder, MakesFolders) {
+    const TemporaryFolder folder;
+    const std::string path = folder.MakeFolder("a/b");
+    EXPECT_EQ(path, folder.Path("a/b"));
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_TRUE(std::filesystem::is_empty(path));
+}
+
+TEST(MemoryFolder, IsAFolderLikeAnyOther) {
+    std::string path;
+    {
+        const MemoryFolder folder;
+        path = folder.GetPath();
+        EXPECT_EQ(ReadWholeFile(folder.Write("a/b", "x")), "x");
+    }
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(MemoryFolder, WithoutTheRoomLiesWhereTemporaryFilesLie) {
+    const MemoryFolder folder(UINTMAX_MAX);
+    EXPECT_EQ(std::filesystem::path(folder.GetPath()).parent_path(), std::filesystem::temp_directory_path());
 }

@@ -2,6 +2,7 @@
 
 #include "Announce.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -390,7 +391,7 @@ std::string WithoutAll(std::string aText, const std::string& aPart) {
 
 /// The manual page with its hyphens as they are read, and without the quotes of its examples.
 std::string ManPage() {
-    const std::string text = ReadFile(EZ_SOURCES "/docs/ezannounce.1");
+    const std::string text = ReadWholeFile(EZ_SOURCES "/docs/ezannounce.1");
     return WithoutAll(WithoutAll(text, R"(\(aq)"), "\\");
 }
 

@@ -1,5 +1,7 @@
 #include "ThumbnailKit.h"
 
+#include "support/WholeFile.h"
+
 #include <string>
 #include <sys/stat.h>
 
@@ -23,7 +25,7 @@ protected:
     void Write(const std::string& aName, const std::string& aContent) {
         mFolder.Write("media/" + aName, aContent);
     }
-    TestPicture Sheet() const { return ReadJpeg(ReadFile(mOut)).mPicture; }
+    TestPicture Sheet() const { return ReadJpeg(ReadWholeFile(mOut)).mPicture; }
 
     std::string mMedia = mFolder.Path("media");
 };
@@ -44,9 +46,9 @@ void ExpectGeneric(const TestPicture& aSheet, unsigned aColumn, unsigned aRow) {
 TEST_F(ContactSheet, HoldsAMixedFolderInTheOrderOfNames) {
     Write("a.jpg", JpegOf(kRed, 320, 240));
     Write("b/song.mp3", SongWithCover(JpegOf(kGreen)));
-    Write("c/film.mkv", ReadFile(EZ_SAMPLES "/video/kite-day.mkv"));
+    Write("c/film.mkv", ReadWholeFile(EZ_SAMPLES "/video/kite-day.mkv"));
     Write("c/poster.png", MakePng(Quarters(80, 160, std::vector<Pixel>(4, kBlue)), PNG_COLOR_TYPE_RGB));
-    Write("d.wav", ReadFile(EZ_SAMPLES "/music/door-bell.wav"));
+    Write("d.wav", ReadWholeFile(EZ_SAMPLES "/music/door-bell.wav"));
     Write("notes.unknown", "no media");
     const ProgramResult result = Make();
     EXPECT_EQ(result.mStatus, 0);
@@ -95,10 +97,10 @@ TEST_F(ContactSheet, IsServedFromTheCacheAndIsNotOnTheNextSheet) {
     mOut = mMedia + "/sheet.jpg";
     EXPECT_EQ(WithoutBytes(Make().mOut),
               Line("JPEG, 368x192", "2 media, 1 with the generic picture of their class, 0 from the cache"));
-    const std::string bytes = ReadFile(mOut);
+    const std::string bytes = ReadWholeFile(mOut);
     EXPECT_EQ(WithoutBytes(Make().mOut),
               Line("JPEG, 368x192", "2 media, 1 with the generic picture of their class, 2 from the cache"));
-    EXPECT_EQ(ReadFile(mOut), bytes);
+    EXPECT_EQ(ReadWholeFile(mOut), bytes);
     EXPECT_TRUE(Holds(Run({"contact-sheet", mMedia, "-o", mOut, "--fast"}).mOut, "0 from the cache"));
     Write("a.jpg", JpegOf(kBlue));
     EXPECT_TRUE(Holds(Make().mOut, "1 from the cache"));

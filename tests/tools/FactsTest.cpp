@@ -1,6 +1,7 @@
 #include "Facts.h"
 #include "SafeText.h"
 
+#include "ezBytes/Utf8.h"
 #include "ezPlatform/base/DateTime.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -156,12 +157,12 @@ TEST(Facts, TimesAreIso8601InUtc) {
 
 TEST(SafeText, TellsUtf8FromOtherBytes) {
     for (const char* text : {"", "a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x8E\xB5", "\xF4\x8F\xBF\xBF"}) {
-        EXPECT_TRUE(IsUtf8(text)) << text;
+        EXPECT_TRUE(IsWholeUtf8(text)) << text;
     }
     for (const char* text :
          {"\x80", "\xC3", "\xC3(", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF0\x80\x80\x80",
           "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF", "a\xE2\x82"}) {
-        EXPECT_FALSE(IsUtf8(text)) << text;
+        EXPECT_FALSE(IsWholeUtf8(text)) << text;
     }
 }
 

@@ -1,5 +1,5 @@
 #include "Announce.h"
-#include "SafeText.h"
+#include "ezBytes/Utf8.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ using Json = nlohmann::json;
 std::vector<Json> ObjectsOf(const std::string& aText) {
     std::vector<Json> objects;
     for (const std::string& line : LinesOf(aText)) {
-        EXPECT_TRUE(IsUtf8(line));
+        EXPECT_TRUE(IsWholeUtf8(line));
         objects.push_back(Json::parse(line));
         EXPECT_TRUE(objects.back().is_object());
     }

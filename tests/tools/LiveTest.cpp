@@ -2,6 +2,7 @@
 #include "InputPipe.h"
 #include "support/HttpServer.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <array>
 #include <atomic>
@@ -87,7 +88,7 @@ TEST(StandardInput, EverySampleThroughAPipeHasTheRecordOfItsFile) {
             file.push_back(path);
             Words piped = options;
             piped.insert(piped.end(), {"--name", NameOf(path), "-"});
-            EXPECT_EQ(RecordOf(AnnouncePiped(piped, Writing(ReadFile(path)))), RecordOf(Announce(file)))
+            EXPECT_EQ(RecordOf(AnnouncePiped(piped, Writing(ReadWholeFile(path)))), RecordOf(Announce(file)))
                 << path;
         }
     }
@@ -97,7 +98,7 @@ TEST(StandardInput, AWriterOfOneByteAtATimeGivesTheRecordOfTheFile) {
     for (const char* name : {"/music/morning-walk.mp3", "/video/kite-day.mp4", "/pictures/windmill.gif"}) {
         const std::string path = std::string(EZ_SAMPLES) + name;
         const ProgramResult result =
-            AnnouncePiped({"--json", "--name", name, "-"}, WritingSingleBytes(ReadFile(path)));
+            AnnouncePiped({"--json", "--name", name, "-"}, WritingSingleBytes(ReadWholeFile(path)));
         EXPECT_EQ(RecordOf(result), RecordOf(Announce({"--json", path}))) << path;
     }
 }
@@ -125,7 +126,7 @@ TEST(StandardInput, TheSizeIsThatOfAMediaThatFitsTheBufferInEveryRun) {
 }
 
 TEST(StandardInput, TheNameIsShownAndWithoutOneTheOperandIs) {
-    const std::string media = ReadFile(EZ_SAMPLES "/music/morning-walk.mp3");
+    const std::string media = ReadWholeFile(EZ_SAMPLES "/music/morning-walk.mp3");
     const ProgramResult named = AnnouncePiped({"--json", "--name", "x/Walk.MP3", "-"}, Writing(media));
     EXPECT_EQ(named.mStatus, 0);
     EXPECT_EQ(Json::parse(named.mOut)["path"], "x/Walk.MP3");
@@ -252,7 +253,7 @@ TEST(WebServer, EverySampleHasTheRecordOfItsFile) {
     for (const bool fRanges : {true, false}) {
         for (const std::string& path : Samples()) {
             HttpMedia media;
-            media.mBytes = ReadFile(path);
+            media.mBytes = ReadWholeFile(path);
             media.mfRanges = fRanges;
             const HttpServer server(Serving(media));
             const ProgramResult result = Announce({"--json", server.URL("/" + NameOf(path))});

@@ -1,5 +1,6 @@
 #include "Announce.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ Lines FindingsIn(const std::string& aText) {
     }
     EXPECT_EQ(result.mStatus, findings.size() > 1 ? 1 : 0);
     EXPECT_EQ(result.mError, "");
-    EXPECT_EQ(ReadFile(path), aText);
+    EXPECT_EQ(ReadWholeFile(path), aText);
     return findings;
 }
 

@@ -1,5 +1,6 @@
 #include "Announce.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -31,7 +32,7 @@ constexpr const char* kTable = "# A comment.\n"
 constexpr const char* kFlags15 = "DLNA.ORG_FLAGS=00100000000000000000000000000000";
 
 std::string Content(const std::string& aPath) {
-    return std::filesystem::exists(aPath) ? ReadFile(aPath) : "no file";
+    return std::filesystem::exists(aPath) ? ReadWholeFile(aPath) : "no file";
 }
 
 /// A configuration with a media mapper file, and a state folder that is empty at first.

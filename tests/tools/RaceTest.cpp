@@ -1,5 +1,7 @@
 #include "Announce.h"
+
 #include "InputPipe.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -53,7 +55,7 @@ TEST(ElementaryStreams, PacketsOf188BytesAreTheDefault) {
 
 TEST(ElementaryStreams, ThroughAPipeTheRaceIsTheSame) {
     const std::string path = Sample("elementary/six-corners.ac3");
-    const InputPipe pipe(WritingSingleBytes(ReadFile(path)));
+    const InputPipe pipe(WritingSingleBytes(ReadWholeFile(path)));
     ProgramOptions options;
     options.mIn = pipe.GetReader();
     EXPECT_EQ(RunTool({"--es", "--json", "--name", path, "-"}, options).mOut,

@@ -3,6 +3,7 @@
 #include "Announce.h"
 #include "companions/ezThumbnails/PictureKit.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -85,7 +86,7 @@ protected:
 
     /// The line about the file that was written without the number of its bytes, which is looked at here.
     std::string WithoutBytes(std::string aLine) const {
-        const std::string bytes = ", " + std::to_string(ReadFile(mOut).size()) + " bytes";
+        const std::string bytes = ", " + std::to_string(ReadWholeFile(mOut).size()) + " bytes";
         const std::size_t at = aLine.find(bytes);
         EXPECT_EQ(at == std::string::npos, aLine.empty()) << aLine << bytes;
         return at == std::string::npos ? aLine : aLine.erase(at, bytes.size());
@@ -97,7 +98,9 @@ protected:
     }
 
     /// A film, without anything beside it.
-    std::string Film() { return mFolder.Write("film/kite.mkv", ReadFile(EZ_SAMPLES "/video/kite-day.mkv")); }
+    std::string Film() {
+        return mFolder.Write("film/kite.mkv", ReadWholeFile(EZ_SAMPLES "/video/kite-day.mkv"));
+    }
 
     TemporaryFolder mFolder;
     std::string mOut = mFolder.Path("out");

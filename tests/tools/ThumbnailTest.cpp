@@ -1,5 +1,7 @@
 #include "ThumbnailKit.h"
 
+#include "support/WholeFile.h"
+
 #include <fcntl.h>
 #include <fstream>
 #include <string>
@@ -40,7 +42,7 @@ std::vector<std::string> FilesBelow(const std::string& aFolder) {
 
 TEST_F(ThumbnailTool, APictureIsItsOwnThumbnailAndLegalForDLNA) {
     EXPECT_EQ(Thumbnail(kHarbour), Line("JPEG, 160x120", kItself));
-    const ReadJpeg jpeg(ReadFile(mOut));
+    const ReadJpeg jpeg(ReadWholeFile(mOut));
     EXPECT_EQ(SizeOf(jpeg.mPicture), "160x120");
     EXPECT_TRUE(jpeg.mfBaseline);
     EXPECT_TRUE(jpeg.mfYCbCr);
@@ -53,13 +55,13 @@ TEST_F(ThumbnailTool, TheSecondRunIsServedFromTheCacheAndTheLogShowsIt) {
     const std::string log = "debug: Thumbnail of '" + kHarbour + "': ";
     const ProgramResult first = Run(words);
     EXPECT_TRUE(Holds(first.mError, log + kItself + "\n"));
-    const std::string bytes = ReadFile(mOut);
+    const std::string bytes = ReadWholeFile(mOut);
     const ProgramResult second = Run(words);
     EXPECT_TRUE(Holds(second.mError, log + kCached + "\n"));
     EXPECT_TRUE(
         Holds(second.mError, "debug: GetCachedThumbnail: " + mFolder.Path("cache") + "/ezcache/thumb_"));
     EXPECT_EQ(WithoutBytes(second.mOut), Line("JPEG, 160x120", kCached));
-    EXPECT_EQ(ReadFile(mOut), bytes);
+    EXPECT_EQ(ReadWholeFile(mOut), bytes);
 }
 
 TEST_F(ThumbnailTool, EveryWayToWriteAPathIsTheSameMedia) {
@@ -79,18 +81,18 @@ TEST_F(ThumbnailTool, ASongShowsTheCoverInIt) {
               Line("JPEG, 160x160", "built from the cover in it"));
     const std::string song = mFolder.Write("song.mp3", SongWithCover(JpegOf(kGreen, 200, 100)));
     EXPECT_EQ(Thumbnail(song), Line("JPEG, 160x80", "built from the cover in it"));
-    ExpectColour(ReadFile(mOut), kGreen);
+    ExpectColour(ReadWholeFile(mOut), kGreen);
     EXPECT_EQ(Thumbnail(song), Line("JPEG, 160x80", kCached));
     mFolder.Write("song.mp3", SongWithCover(JpegOf(kBlue, 200, 100)));
     EXPECT_EQ(Thumbnail(song), Line("JPEG, 160x80", "built from the cover in it"));
-    ExpectColour(ReadFile(mOut), kBlue);
+    ExpectColour(ReadWholeFile(mOut), kBlue);
 }
 
 TEST_F(ThumbnailTool, AFilmShowsThePictureBesideIt) {
     const std::string film = Film();
     const std::string picture = mFolder.Write("film/kite.jpg", JpegOf(kRed));
     EXPECT_EQ(Thumbnail(film), Line("JPEG, 160x160", "built from " + picture));
-    ExpectColour(ReadFile(mOut), kRed);
+    ExpectColour(ReadWholeFile(mOut), kRed);
     EXPECT_EQ(Thumbnail(film), Line("JPEG, 160x160", kCached));
 }
 
@@ -98,7 +100,7 @@ TEST_F(ThumbnailTool, TheCoverInASongIsTakenBeforeThePictureBesideIt) {
     const std::string song = mFolder.Write("song.mp3", SongWithCover(JpegOf(kGreen)));
     mFolder.Write("song.jpg", JpegOf(kRed));
     EXPECT_TRUE(Holds(Thumbnail(song), "the cover in it"));
-    ExpectColour(ReadFile(mOut), kGreen);
+    ExpectColour(ReadWholeFile(mOut), kGreen);
 }
 
 TEST_F(ThumbnailTool, APictureBesideTheMediaThatChangesComesFresh) {
@@ -108,13 +110,13 @@ TEST_F(ThumbnailTool, APictureBesideTheMediaThatChangesComesFresh) {
     EXPECT_TRUE(Holds(Thumbnail(film), "built from " + cover)); // although nothing was remembered before
     const std::string own = mFolder.Write("film/kite.jpg", JpegOf(kGreen));
     EXPECT_TRUE(Holds(Thumbnail(film), "built from " + own));
-    ExpectColour(ReadFile(mOut), kGreen);
+    ExpectColour(ReadWholeFile(mOut), kGreen);
     mFolder.Write("film/kite.jpg", JpegOf(kBlue));
     EXPECT_TRUE(Holds(Thumbnail(film), "built from " + own));
-    ExpectColour(ReadFile(mOut), kBlue);
+    ExpectColour(ReadWholeFile(mOut), kBlue);
     std::filesystem::remove(own);
     EXPECT_TRUE(Holds(Thumbnail(film), kCached)); // as it was before
-    ExpectColour(ReadFile(mOut), kRed);
+    ExpectColour(ReadWholeFile(mOut), kRed);
     std::filesystem::remove(cover);
     EXPECT_EQ(Thumbnail(film), "ezannounce: " + film + ": " + kNone);
 }
@@ -124,10 +126,10 @@ TEST_F(ThumbnailTool, AChangeThatKeepsSizeAndTimeIsSeen) {
     const std::string picture = mFolder.Write("film/kite.jpg", JpegOf(kRed) + std::string(4000, 'x'));
     EXPECT_TRUE(Holds(Thumbnail(film), "built from"));
     std::string other = JpegOf(kBlue);
-    other.resize(ReadFile(picture).size(), 'x');
+    other.resize(ReadWholeFile(picture).size(), 'x');
     Replace(picture, other);
     EXPECT_TRUE(Holds(Thumbnail(film), "built from"));
-    ExpectColour(ReadFile(mOut), kBlue);
+    ExpectColour(ReadWholeFile(mOut), kBlue);
 }
 
 TEST_F(ThumbnailTool, TheNextPictureStandsInForADamagedOne) {
@@ -138,7 +140,7 @@ TEST_F(ThumbnailTool, TheNextPictureStandsInForADamagedOne) {
     EXPECT_TRUE(Holds(Thumbnail(film), "built from " + folder));
     mFolder.Write("film/Folder.JPG", JpegOf(kGreen));
     EXPECT_TRUE(Holds(Thumbnail(film), "built from " + folder)); // and its change is seen
-    ExpectColour(ReadFile(mOut), kGreen);
+    ExpectColour(ReadWholeFile(mOut), kGreen);
 }
 
 TEST_F(ThumbnailTool, PngIsMadeWhenAskedFor) {
@@ -148,27 +150,27 @@ TEST_F(ThumbnailTool, PngIsMadeWhenAskedFor) {
     }
     const std::string path = mFolder.Write("see-through.png", MakePng(picture, PNG_COLOR_TYPE_RGBA));
     EXPECT_EQ(Thumbnail(path, {"--png"}), Line("PNG, 40x20", kItself));
-    const TestPicture png = ReadPng(ReadFile(mOut));
+    const TestPicture png = ReadPng(ReadWholeFile(mOut));
     ASSERT_EQ(SizeOf(png), "40x20");
     EXPECT_EQ(Pixel(png.At(20, 10), png.At(20, 10) + 4), (Pixel{200, 0, 0, 128}));
     // JPEG is another thumbnail, on white.
     EXPECT_EQ(Thumbnail(path), Line("JPEG, 40x20", kItself));
-    ExpectColour(ReadFile(mOut), {227, 127, 127});
+    ExpectColour(ReadWholeFile(mOut), {227, 127, 127});
     EXPECT_EQ(Thumbnail(path, {"--png"}), Line("PNG, 40x20", kCached));
 }
 
 TEST_F(ThumbnailTool, SizesAreKeptToThePixel) {
     EXPECT_EQ(Thumbnail(kHarbour, {"--size", "33x77"}), Line("JPEG, 33x77", kItself));
-    EXPECT_EQ(SizeOf(ReadJpeg(ReadFile(mOut)).mPicture), "33x77");
+    EXPECT_EQ(SizeOf(ReadJpeg(ReadWholeFile(mOut)).mPicture), "33x77");
     EXPECT_EQ(Thumbnail(kHarbour, {"--size", "1x1"}), Line("JPEG, 1x1", kItself));
     EXPECT_EQ(Thumbnail(kHarbour, {"--size", "500x3", "--png"}), Line("PNG, 500x3", kItself));
-    EXPECT_EQ(SizeOf(ReadPng(ReadFile(mOut))), "500x3");
+    EXPECT_EQ(SizeOf(ReadPng(ReadWholeFile(mOut))), "500x3");
     EXPECT_EQ(Thumbnail(kHarbour, {"--size", "33x77"}), Line("JPEG, 33x77", kCached));
 }
 
 TEST_F(ThumbnailTool, BoxesAreFilledWithTheAspectKept) {
     EXPECT_EQ(Thumbnail(kHarbour, {"--box", "64x64"}), Line("JPEG, 64x48", kItself));
-    EXPECT_EQ(SizeOf(ReadJpeg(ReadFile(mOut)).mPicture), "64x48");
+    EXPECT_EQ(SizeOf(ReadJpeg(ReadWholeFile(mOut)).mPicture), "64x48");
     EXPECT_EQ(Thumbnail(kHarbour, {"--box", "640x640"}), Line("JPEG, 640x480", kItself));
     // Without a word, and in the box of 160 by 160 alone, a small picture stays as it is.
     const std::string small = mFolder.Write("small.jpg", JpegOf(kRed, 100, 50));
@@ -183,11 +185,11 @@ TEST_F(ThumbnailTool, BoxesAreFilledWithTheAspectKept) {
 TEST_F(ThumbnailTool, FastOnesAreThumbnailsOfTheirOwn) {
     const std::string path = mFolder.Write("noise.jpg", MakeJpeg(Noise(900, 700, 3), JCS_RGB));
     EXPECT_EQ(Thumbnail(path), Line("JPEG, 160x124", kItself));
-    const std::string fine = ReadFile(mOut);
+    const std::string fine = ReadWholeFile(mOut);
     EXPECT_EQ(Thumbnail(path, {"--fast"}), Line("JPEG, 160x124", kItself));
-    EXPECT_NE(ReadFile(mOut), fine);
+    EXPECT_NE(ReadWholeFile(mOut), fine);
     EXPECT_EQ(Thumbnail(path), Line("JPEG, 160x124", kCached));
-    EXPECT_EQ(ReadFile(mOut), fine);
+    EXPECT_EQ(ReadWholeFile(mOut), fine);
 }
 
 TEST_F(ThumbnailTool, TheGenericPictureIsGivenOnlyWhereItIsAskedFor) {
@@ -197,13 +199,13 @@ TEST_F(ThumbnailTool, TheGenericPictureIsGivenOnlyWhereItIsAskedFor) {
         EXPECT_FALSE(std::filesystem::exists(mOut));
     }
     EXPECT_EQ(Thumbnail(film, {"--default"}), Line("JPEG, 160x160", kGeneric + "built"));
-    const std::string video = ReadFile(mOut);
-    const std::string other = mFolder.Write("other.mkv", ReadFile(film));
+    const std::string video = ReadWholeFile(mOut);
+    const std::string other = mFolder.Write("other.mkv", ReadWholeFile(film));
     EXPECT_EQ(Thumbnail(other, {"--default"}), Line("JPEG, 160x160", kGeneric + kCached));
-    EXPECT_EQ(ReadFile(mOut), video);
+    EXPECT_EQ(ReadWholeFile(mOut), video);
     EXPECT_EQ(Thumbnail(EZ_SAMPLES "/music/door-bell.wav", {"--default"}),
               Line("JPEG, 160x160", kGeneric + "built"));
-    EXPECT_NE(ReadFile(mOut), video);
+    EXPECT_NE(ReadWholeFile(mOut), video);
     // It changes nothing where there is one.
     EXPECT_EQ(Thumbnail(kHarbour, {"--default"}), Line("JPEG, 160x120", kItself));
     const std::string damaged = mFolder.Write("damaged.png", "\x89PNG\r\n\x1A\n");
@@ -263,7 +265,7 @@ TEST_F(ThumbnailTool, AFileIsWrittenWholeOrNotAtAll) {
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError, "ezannounce: " + out + ": File too large\n");
     }
-    EXPECT_EQ(ReadFile(target), "what was there");
+    EXPECT_EQ(ReadWholeFile(target), "what was there");
     EXPECT_EQ(FilesBelow(mFolder.Path("there")), Words{target});
     mOut = target;
     EXPECT_EQ(Thumbnail(path, words), Line("PNG, 300x300", kCached)); // and else it is replaced
@@ -272,7 +274,7 @@ TEST_F(ThumbnailTool, AFileIsWrittenWholeOrNotAtAll) {
 TEST_F(ThumbnailTool, WhatAThumbnailIsMadeOfIsNotReplacedByIt) {
     const std::string film = Film();
     const std::string picture = mFolder.Write("film/kite.jpg", JpegOf(kRed, 400, 400));
-    const std::string content = ReadFile(picture);
+    const std::string content = ReadWholeFile(picture);
     std::filesystem::create_symlink(picture, mFolder.Path("link"));
     for (const std::string& media : {film, picture}) {
         for (const std::string& out : {picture, mFolder.Path("link")}) {
@@ -282,7 +284,7 @@ TEST_F(ThumbnailTool, WhatAThumbnailIsMadeOfIsNotReplacedByIt) {
                       "ezannounce: " + out + ": is what the thumbnail is made of, and not replaced by it\n");
         }
     }
-    EXPECT_EQ(ReadFile(picture), content);
+    EXPECT_EQ(ReadWholeFile(picture), content);
 }
 
 TEST_F(ThumbnailTool, NamesAreShownSoThatATerminalTakesNoHarm) {
@@ -336,20 +338,20 @@ TEST_F(ThumbnailTool, ACacheThatCannotBeUsedIsNamed) {
 
 TEST_F(ThumbnailTool, WhatIsNoPictureInTheCacheIsBuiltAnew) {
     ASSERT_TRUE(Holds(Thumbnail(kHarbour), kItself));
-    const std::string bytes = ReadFile(mOut);
+    const std::string bytes = ReadWholeFile(mOut);
     const std::vector<std::string> cached = FilesBelow(mFolder.Path("cache"));
     ASSERT_EQ(cached.size(), 1U);
     for (const std::string& rubbish :
          {std::string(100, '\0'), std::string("\xFF\xD8\xFF"), bytes.substr(0, 700)}) {
         std::ofstream(cached.front(), std::ios::binary) << rubbish;
         EXPECT_EQ(Thumbnail(kHarbour), Line("JPEG, 160x120", kItself));
-        EXPECT_EQ(ReadFile(mOut), bytes);
+        EXPECT_EQ(ReadWholeFile(mOut), bytes);
     }
     EXPECT_EQ(Thumbnail(kHarbour), Line("JPEG, 160x120", kCached));
     std::filesystem::remove(cached.front());
     ASSERT_TRUE(Holds(Thumbnail(kHarbour, {"--png"}), kItself));
-    const std::string png = ReadFile(mOut);
+    const std::string png = ReadWholeFile(mOut);
     std::ofstream(FilesBelow(mFolder.Path("cache")).front(), std::ios::binary) << png.substr(0, 700);
     EXPECT_EQ(Thumbnail(kHarbour, {"--png"}), Line("PNG, 160x120", kItself));
-    EXPECT_EQ(ReadFile(mOut), png);
+    EXPECT_EQ(ReadWholeFile(mOut), png);
 }

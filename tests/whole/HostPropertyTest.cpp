@@ -10,6 +10,8 @@
 
 #include "ezPlatform/base/System.h"
 #include "support/Catchers.h"
+#include "support/ReplacedSystem.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -18,7 +20,6 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 // A host drives everything at once: parsers come and media are parsed, the operator edits, saves and reloads
@@ -122,31 +123,6 @@ std::ostream& operator<<(std::ostream& aStream, const Terms& aTerms) {
                            : "mapper file of " + std::to_string(aTerms.mLines) + " lines");
 }
 
-/// No file is brought to the disk while it lives: that would be most of the time, and no result depends on
-/// it.
-class WithoutSync {
-public:
-    WithoutSync() : mCalls(ezSystem_Real()) {
-        mCalls.mFSync = [](int) { return 0; };
-        ezSystem_Replace(&mCalls);
-    }
-    ~WithoutSync() { ezSystem_Replace(nullptr); }
-    WithoutSync(const WithoutSync&) = delete;
-    WithoutSync& operator=(const WithoutSync&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
-
-/// Lets the temporary folders lie in memory where the system has a place for that and none is asked for: they
-/// are made and removed for every sequence.
-void PreferMemory() {
-    constexpr const char* kMemory = "/dev/shm";
-    if (access(kMemory, W_OK | X_OK) == 0) {
-        setenv("TMPDIR", kMemory, 0);
-    }
-}
-
 /// A host with all that it uses.
 class Host {
 public:
@@ -178,9 +154,9 @@ public:
     }
 
 private:
-    WithoutSync mWithoutSync;
-    LogCatcher mLog; // every line is made, and none shown
-    TemporaryFolder mFolder;
+    ReplacedSystem mWithoutSync{WithoutSync}; // most of the time would be waiting for a disk
+    LogCatcher mLog;                          // every line is made, and none shown
+    MemoryFolder mFolder;                     // made and removed for every sequence
     std::string mTypesFile;
     MapperSubject mMapper;
     ParsersSubject mParsers;
@@ -333,7 +309,6 @@ TEST(HostProperty, EveryVerbHasItsRow) {
 }
 
 TEST(HostProperty, WhateverAHostDoesItDoesWhatTheModelsSay) {
-    PreferMemory();
     rc::detail::TestParams params = rc::detail::configuration().testParams;
     params.maxSuccess = Sequences();
     rc::detail::TestMetadata metadata;

@@ -8,6 +8,8 @@
 #include "Race.h"
 #include "SafeText.h"
 
+#include "ezBytes/Utf8.h"
+
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -88,7 +90,7 @@ std::string LineOf(const Json& anObject) {
 
 std::string InJson(const RaceResult& aResult) {
     Json race = {{"path", aResult.mPath}};
-    if (!IsUtf8(aResult.mPath)) {
+    if (!IsWholeUtf8(aResult.mPath)) {
         race["path_bytes"] = HexBytes(aResult.mPath);
     }
     race["winner"] = aResult.mInfo != nullptr ? Json(aResult.mWinner) : Json(nullptr);
@@ -112,7 +114,7 @@ std::string InJson(const RaceResult& aResult) {
 std::string InJson(const Announcement& anAnnouncement) {
     const ezMediaInfo& info = *anAnnouncement.mInfo;
     Json media = {{"path", anAnnouncement.mPath}};
-    if (!IsUtf8(anAnnouncement.mPath)) {
+    if (!IsWholeUtf8(anAnnouncement.mPath)) {
         media["path_bytes"] = HexBytes(anAnnouncement.mPath);
     }
     // Always there, and in this place, whatever the record holds.

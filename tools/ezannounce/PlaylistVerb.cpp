@@ -5,6 +5,8 @@
 #include "PlaylistSource.h"
 #include "SafeText.h"
 
+#include "ezBytes/Utf8.h"
+
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserFactory.h"
 #include "ezPlatform/text/URI.h"
@@ -128,7 +130,7 @@ private:
                      {"url", aShown.mURL.empty() ? Json() : Json(aShown.mURL)}};
         for (const auto& [name, text] :
              {std::pair("title_bytes", Text(entry.mTitle)), std::pair("location_bytes", Text(entry.mURI))}) {
-            if (!IsUtf8(text)) {
+            if (!IsWholeUtf8(text)) {
                 json[name] = HexBytes(text);
             }
         }

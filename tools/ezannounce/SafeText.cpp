@@ -1,5 +1,7 @@
 #include "SafeText.h"
 
+#include "ezBytes/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <clocale> // with newlocale and uselocale, which POSIX adds
@@ -68,50 +70,6 @@ std::size_t WidthOf(char32_t aCodePoint) {
 }
 
 } // namespace
-
-Utf8Character FirstUtf8Character(std::string_view aText) {
-    struct Form {
-        unsigned mMask;
-        unsigned mLead;
-        char32_t mMinimum;
-        std::size_t mLength;
-    };
-    constexpr std::array<Form, 4> kForms = {
-        {{0x80, 0x00, 0x0, 1}, {0xE0, 0xC0, 0x80, 2}, {0xF0, 0xE0, 0x800, 3}, {0xF8, 0xF0, 0x10000, 4}}};
-    if (aText.empty()) {
-        return {};
-    }
-    const unsigned lead = static_cast<unsigned char>(aText[0]);
-    const auto* form = std::find_if(kForms.begin(), kForms.end(),
-                                    [&](const Form& aForm) { return (lead & aForm.mMask) == aForm.mLead; });
-    if (form == kForms.end() || aText.size() < form->mLength) {
-        return {};
-    }
-    char32_t codePoint = lead & ~form->mMask;
-    for (std::size_t i = 1; i < form->mLength; ++i) {
-        const unsigned byte = static_cast<unsigned char>(aText[i]);
-        if ((byte & 0xC0U) != 0x80U) {
-            return {};
-        }
-        codePoint = (codePoint << 6U) | (byte & 0x3FU);
-    }
-    const bool fSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (codePoint < form->mMinimum || codePoint > 0x10FFFF || fSurrogate) {
-        return {};
-    }
-    return {codePoint, form->mLength};
-}
-
-bool IsUtf8(std::string_view aText) {
-    while (!aText.empty()) {
-        const std::size_t length = FirstUtf8Character(aText).mLength;
-        if (length == 0) {
-            return false;
-        }
-        aText.remove_prefix(length);
-    }
-    return true;
-}
 
 std::string ForTerminal(std::string_view aText) {
     std::string safe;

@@ -4,17 +4,6 @@
 #include <string>
 #include <string_view>
 
-/// One character of a text.
-struct Utf8Character {
-    char32_t mCodePoint = 0;
-    std::size_t mLength = 0; ///< in bytes; 0 where the bytes are not UTF-8
-};
-
-/// The character that a text begins with. Overlong forms, surrogates and values above U+10FFFF are not UTF-8.
-Utf8Character FirstUtf8Character(std::string_view aText);
-
-bool IsUtf8(std::string_view aText);
-
 /// A text that a terminal can show whatever its bytes are, on one line, and from which the bytes can be told:
 /// a backslash is doubled; newline, tab and carriage return become "\n", "\t" and "\r"; the bytes of other
 /// control characters, of characters that turn the direction of writing, and bytes that are not UTF-8 become

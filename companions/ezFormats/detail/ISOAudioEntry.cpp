@@ -63,12 +63,9 @@ constexpr std::uint32_t kObjectLastAAC = 0x68;
 /// @}
 
 /// The fixed part of an entry, and what its boxes tell.
-struct AudioEntry {
-    ISOCodec mCodec;
-    bool mfFloat = false;             ///< the samples are no integers
-    bool mfConfigured = false;        ///< a box has told rate and channels
-    std::optional<BoxType> mOriginal; ///< of what is encrypted
-    std::optional<ESDescriptor> mStream;
+struct AudioEntry : ISOEntryFacts {
+    bool mfFloat = false;            ///< the samples are no integers
+    bool mfConfigured = false;       ///< a box has told rate and channels
     std::optional<ByteReader> mWave; ///< QuickTime's box around the decoder's own
 };
 
@@ -118,14 +115,6 @@ void ReadSound(ByteReader& aReader, std::uint32_t aTableVersion, AudioEntry& anE
 }
 
 // --- Boxes of an entry
-
-void ReadStream(ByteReader aBox, AudioEntry& anEntry) {
-    ESDescriptor stream;
-    if (ReadESDescriptor(aBox, stream)) {
-        anEntry.mStream = stream;
-        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry.mCodec);
-    }
-}
 
 /// Of AC-3: the fields of a frame's header, the rate as the number of a pair of codes (ETSI TS 102 366, F.4).
 void ReadAC3(ByteReader aBox, AudioEntry& anEntry) {
@@ -200,42 +189,16 @@ void ReadLargeRate(ByteReader aBox, AudioEntry& anEntry) {
     }
 }
 
-void ReadBitRates(ByteReader aBox, AudioEntry& anEntry) {
-    ReadRates(aBox, anEntry.mCodec);
-}
-
 void KeepWave(ByteReader aBox, AudioEntry& anEntry) {
     anEntry.mWave = aBox;
 }
 
-struct BoxReader {
-    BoxType mType;
-    void (*mRead)(ByteReader aBox, AudioEntry& anEntry);
-};
-constexpr std::array<BoxReader, 8> kBoxReaders = {{{"esds", ReadStream},
-                                                   {"dac3", ReadAC3},
-                                                   {"dec3", ReadEAC3},
-                                                   {"alac", ReadALAC},
-                                                   {"pcmC", ReadPCM},
-                                                   {"srat", ReadLargeRate},
-                                                   {"btrt", ReadBitRates},
-                                                   {"wave", KeepWave}}};
-
-void ReadBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, AudioEntry& anEntry) {
-    BoxWalk walk(aBoxes, aBoxBudget);
-    BoxType type;
-    ByteReader content = aBoxes;
-    while (walk.Next(&type, &content)) {
-        for (const BoxReader& reader : kBoxReaders) {
-            if (type == reader.mType) {
-                reader.mRead(content, anEntry);
-            }
-        }
-        if (type == "sinf") {
-            anEntry.mOriginal = ReadOriginalFormat(content, aBoxBudget);
-        }
-    }
-}
+constexpr std::array<ISOBoxReader<AudioEntry>, 6> kBoxReaders = {{{"dac3", ReadAC3},
+                                                                  {"dec3", ReadEAC3},
+                                                                  {"alac", ReadALAC},
+                                                                  {"pcmC", ReadPCM},
+                                                                  {"srat", ReadLargeRate},
+                                                                  {"wave", KeepWave}}};
 
 // --- What it all is
 
@@ -298,10 +261,10 @@ ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
         entry.mCodec.mName = ISOFormatName(sample.mFormat);
         return entry.mCodec;
     }
-    ReadBoxes(sample.mContent, aBoxBudget, entry);
+    ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
     if (entry.mWave.has_value()) {
         const ByteReader wave = *entry.mWave;
-        ReadBoxes(wave, aBoxBudget, entry); // one in it is not entered
+        ReadBoxes(wave, kBoxReaders, aBoxBudget, entry); // one in it is not entered
     }
     const bool fEncrypted = sample.mFormat == "enca" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;

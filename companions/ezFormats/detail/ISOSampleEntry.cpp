@@ -2,12 +2,51 @@
 
 #include <string>
 
+namespace {
+
+/// The format of samples before they were encrypted, from a "sinf" box; none when it does not tell.
+std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    ByteReader content = aBox;
+    content.Require(BoxWalk(aBox, aBoxBudget).Find("frma", &content));
+    const BoxType format = BoxType::Read(content);
+    return content.HasFailed() ? std::nullopt : std::make_optional(format);
+}
+
+void ReadStream(ByteReader aBox, ISOEntryFacts& anEntry) {
+    ESDescriptor stream;
+    if (ReadESDescriptor(aBox, stream)) {
+        anEntry.mStream = stream;
+        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry.mCodec);
+    }
+}
+
+void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
+    aBox.Skip(4); // size of a buffer
+    const std::uint32_t maximum = aBox.ReadBig32();
+    const std::uint32_t average = aBox.ReadBig32();
+    if (!aBox.HasFailed()) {
+        TakeRates(maximum, average, aCodec);
+    }
+}
+
+} // namespace
+
 ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
     : mTableVersion(aTable.ReadByte()), mContent(aTable) {
     aTable.Skip(7); // flags, number of entries
     mfFound = BoxWalk(aTable, aBoxBudget).Next(&mFormat, &mContent);
     mContent.Require(mfFound);
     mContent.Skip(8);
+}
+
+void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBudget, ISOEntryFacts& anEntry) {
+    if (aType == "esds") {
+        ReadStream(aBox, anEntry);
+    } else if (aType == "btrt") {
+        ReadRates(aBox, anEntry.mCodec);
+    } else if (aType == "sinf") {
+        anEntry.mOriginal = ReadOriginalFormat(aBox, aBoxBudget);
+    }
 }
 
 ezCString ISOFormatName(BoxType aFormat) {
@@ -24,13 +63,6 @@ ezCString ISOFormatName(BoxType aFormat) {
     return ezCString(std::string_view(name));
 }
 
-std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
-    ByteReader content = aBox;
-    content.Require(BoxWalk(aBox, aBoxBudget).Find("frma", &content));
-    const BoxType format = BoxType::Read(content);
-    return content.HasFailed() ? std::nullopt : std::make_optional(format);
-}
-
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {
     constexpr std::uint32_t kVariable = UINT32_MAX;
     if (aCodec.mBitRate == 0 && anAverage != kVariable) {
@@ -38,15 +70,6 @@ void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec
     }
     if (aCodec.mMaxBitRate == 0 && aMaximum != kVariable) {
         aCodec.mMaxBitRate = aMaximum;
-    }
-}
-
-void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
-    aBox.Skip(4); // size of a buffer
-    const std::uint32_t maximum = aBox.ReadBig32();
-    const std::uint32_t average = aBox.ReadBig32();
-    if (!aBox.HasFailed()) {
-        TakeRates(maximum, average, aCodec);
     }
 }
 

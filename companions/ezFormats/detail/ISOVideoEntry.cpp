@@ -67,13 +67,6 @@ const char* ProfileName(const std::array<Profile, Size>& aProfiles, std::uint32_
     return found != aProfiles.end() ? found->mName : nullptr;
 }
 
-/// The fixed part of an entry, and what its boxes tell.
-struct VideoEntry {
-    ISOCodec mCodec;
-    std::optional<BoxType> mOriginal; ///< of what is encrypted
-    std::optional<ESDescriptor> mStream;
-};
-
 // --- H.264
 
 constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
@@ -131,7 +124,7 @@ void TakeSequenceSet(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec)
     }
 }
 
-void ReadAVC(ByteReader aBox, VideoEntry& anEntry) {
+void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     std::array<unsigned char, 3> profile = {};
     aBox.Require(aBox.ReadByte() == 1);
     if (!aBox.Read(profile.data(), profile.size())) {
@@ -156,7 +149,7 @@ void ReadAVC(ByteReader aBox, VideoEntry& anEntry) {
 constexpr std::array<Profile, 4> kH265Profiles = {
     {{1, "Main"}, {2, "Main10"}, {3, "MainStillPicture"}, {4, "RangeExtensions"}}};
 
-void ReadHEVC(ByteReader aBox, VideoEntry& anEntry) {
+void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     aBox.Require(aBox.ReadByte() == 1);
     const unsigned profile = aBox.ReadByte() & 0x1FU;
     aBox.Skip(4); // profiles that it is compatible with
@@ -176,7 +169,7 @@ void ReadHEVC(ByteReader aBox, VideoEntry& anEntry) {
 // --- Others
 
 /// The decoder of H.263: profile by number, and the level as it is named ("level 10").
-void ReadH263(ByteReader aBox, VideoEntry& anEntry) {
+void ReadH263(ByteReader aBox, ISOEntryFacts& anEntry) {
     aBox.Skip(5); // maker and version
     const unsigned level = aBox.ReadByte();
     const unsigned profile = aBox.ReadByte();
@@ -186,27 +179,8 @@ void ReadH263(ByteReader aBox, VideoEntry& anEntry) {
     }
 }
 
-void ReadStream(ByteReader aBox, VideoEntry& anEntry) {
-    ESDescriptor stream;
-    if (ReadESDescriptor(aBox, stream)) {
-        anEntry.mStream = stream;
-        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry.mCodec);
-    }
-}
-
-void ReadBitRates(ByteReader aBox, VideoEntry& anEntry) {
-    ReadRates(aBox, anEntry.mCodec);
-}
-
-struct BoxReader {
-    BoxType mType;
-    void (*mRead)(ByteReader aBox, VideoEntry& anEntry);
-};
-constexpr std::array<BoxReader, 5> kBoxReaders = {{{"avcC", ReadAVC},
-                                                   {"hvcC", ReadHEVC},
-                                                   {"d263", ReadH263},
-                                                   {"esds", ReadStream},
-                                                   {"btrt", ReadBitRates}}};
+constexpr std::array<ISOBoxReader<ISOEntryFacts>, 3> kBoxReaders = {
+    {{"avcC", ReadAVC}, {"hvcC", ReadHEVC}, {"d263", ReadH263}}};
 
 /// The fixed part.
 void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
@@ -214,22 +188,6 @@ void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
     aCodec.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aCodec.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aReader.Skip(50); // resolution, name of the encoder, depth, colours
-}
-
-void ReadBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, VideoEntry& anEntry) {
-    BoxWalk walk(aBoxes, aBoxBudget);
-    BoxType type;
-    ByteReader content = aBoxes;
-    while (walk.Next(&type, &content)) {
-        for (const BoxReader& reader : kBoxReaders) {
-            if (type == reader.mType) {
-                reader.mRead(content, anEntry);
-            }
-        }
-        if (type == "sinf") {
-            anEntry.mOriginal = ReadOriginalFormat(content, aBoxBudget);
-        }
-    }
 }
 
 void TakeMPEG4(const ESDescriptor& aStream, ISOCodec& aCodec) {
@@ -246,7 +204,7 @@ void TakeMPEG4(const ESDescriptor& aStream, ISOCodec& aCodec) {
 }
 
 /// Of "mp4v": the stream's descriptor tells what the samples are. True when it does.
-bool NameByStream(VideoEntry& anEntry) {
+bool NameByStream(ISOEntryFacts& anEntry) {
     const ESDescriptor& stream = *anEntry.mStream;
     const auto* const known = std::find_if(kObjects.begin(), kObjects.end(), [&](const VideoObject& aKnown) {
         return aKnown.mObjectType == stream.mObjectType;
@@ -280,14 +238,14 @@ bool NameByFormat(BoxType aFormat, ISOCodec& aCodec) {
 
 ISOCodec ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ISOSampleEntry sample(aTable, aBoxBudget);
-    VideoEntry entry;
+    ISOEntryFacts entry;
     ReadPicture(sample.mContent, entry.mCodec);
     if (sample.mContent.HasFailed()) {
         entry.mCodec = ISOCodec();
         entry.mCodec.mName = ISOFormatName(sample.mFormat);
         return entry.mCodec;
     }
-    ReadBoxes(sample.mContent, aBoxBudget, entry);
+    ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
     const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
     const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry)

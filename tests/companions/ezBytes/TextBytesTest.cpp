@@ -139,3 +139,30 @@ TEST(TextBytes, AnyBytesGiveCleanUtf8) {
         }
     }
 }
+
+TEST(Utf8, FirstCharacterHasItsCodePointAndItsLength) {
+    struct Case {
+        std::string mText;
+        char32_t mCodePoint;
+        std::size_t mLength;
+    };
+    for (const Case& at : {Case{"ab", U'a', 1},
+                           {"\0"s, U'\0', 1},
+                           {"\xC3\x9C!", 0xDC, 2},
+                           {"\xE2\x82\xAC", 0x20AC, 3},
+                           {"\xF0\x9F\x8E\xB5", 0x1F3B5, 4},
+                           {"\xF4\x8F\xBF\xBF", 0x10FFFF, 4},
+                           {"", 0, 0},
+                           {"\x80", 0, 0},
+                           {"\xC0\x80", 0, 0}, // longer than need be
+                           {"\xE2\x82", 0, 0},
+                           {"\xE2\x82!", 0, 0},
+                           {"\xED\xA0\x80", 0, 0}, // a surrogate
+                           {"\xF4\x90\x80\x80", 0, 0}}) {
+        const Utf8Character character = FirstUtf8Character(at.mText);
+        EXPECT_EQ(static_cast<std::uint32_t>(character.mCodePoint),
+                  static_cast<std::uint32_t>(at.mCodePoint));
+        EXPECT_EQ(character.mLength, at.mLength);
+        EXPECT_EQ(LengthOfFirstUtf8(at.mText), at.mLength);
+    }
+}

@@ -260,144 +260,157 @@ TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {
     EXPECT_EQ(given, listed);
 }
 
+namespace {
+
+/// The end of a record, and the name that the record gets.
+struct Met {
+    const char* mEnd;
+    const char* mProfile;
+};
+
+void ExpectProfiles(const std::string& aStart, const std::vector<Met>& aMet) {
+    for (const Met& met : aMet) {
+        EXPECT_EQ(ProfileOf(aStart + met.mEnd), met.mProfile) << aStart << met.mEnd;
+    }
+}
+
+} // namespace
+
 // Media as they are met. The limits stand here once more, so that no slip of the table goes unseen.
 
 TEST(BuiltInProfileRules, MPEGAudioKeepsMP3AndMP3X) {
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=128000"), "MP3");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=48000 ac=1 ar=4294967295 ma=320000"), "MP3");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=32000 ac=1 ar=4294967295 ea=32000"), "MP3");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=4294967295"), "");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=22050 ac=2 ar=64000"), "MP3X");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=31999"), "MP3X");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=16000 ac=2 ar=8000"), "MP3X");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=11025 ac=2 ar=64000"), "") << "MPEG-2.5";
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=320001"), "");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP2 sf=44100 ac=2 ar=128000"), "");
-    EXPECT_EQ(ProfileOf("mt=audio/mpeg ca=MP1 sf=44100 ac=2 ar=128000"), "");
+    ExpectProfiles("mt=audio/mpeg ", {{"ca=MP3 sf=44100 ac=2 ar=128000", "MP3"},
+                                      {"ca=MP3 sf=48000 ac=1 ar=4294967295 ma=320000", "MP3"},
+                                      {"ca=MP3 sf=32000 ac=1 ar=4294967295 ea=32000", "MP3"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=4294967295", ""},
+                                      {"ca=MP3 sf=22050 ac=2 ar=64000", "MP3X"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=31999", "MP3X"},
+                                      {"ca=MP3 sf=16000 ac=2 ar=8000", "MP3X"},
+                                      {"ca=MP3 sf=11025 ac=2 ar=64000", ""}, // MPEG-2.5
+                                      {"ca=MP3 sf=44100 ac=2 ar=320001", ""},
+                                      {"ca=MP2 sf=44100 ac=2 ar=128000", ""},
+                                      {"ca=MP1 sf=44100 ac=2 ar=128000", ""}});
 }
 
 TEST(BuiltInProfileRules, PicturesKeepTheSmallestSizeThatHoldsBothSides) {
-    const std::string jpeg = "mt=image/jpeg pr=baseline cr=4:2:0 cd=8 ";
-    EXPECT_EQ(ProfileOf(jpeg + "wi=640 he=480"), "JPEG_SM");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=160 he=160"), "JPEG_SM") << "no thumbnail";
-    EXPECT_EQ(ProfileOf(jpeg + "wi=480 he=640"), "JPEG_MED");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=641 he=480"), "JPEG_MED");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=1024 he=768"), "JPEG_MED");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=768 he=1024"), "JPEG_LRG");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=4096 he=4096"), "JPEG_LRG");
-    EXPECT_EQ(ProfileOf(jpeg + "wi=4097 he=1"), "");
-    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=grey cd=8 wi=1 he=1"), "JPEG_SM");
-    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=progressive cr=4:2:0 cd=8 wi=1 he=1"), "");
-    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=CMYK cd=8 wi=1 he=1"), "");
-    EXPECT_EQ(ProfileOf("mt=image/jpeg pr=baseline cr=4:4:4 cd=8 wi=1 he=1"), "");
-    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGBA cd=8 wi=4096 he=4096"), "PNG_LRG");
-    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=grey cd=16 wi=9 he=9"), "PNG_LRG");
-    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGB cd=16 wi=9 he=9"), "");
-    EXPECT_EQ(ProfileOf("mt=image/png pr=interlaced cr=RGB cd=8 wi=9 he=9"), "");
-    EXPECT_EQ(ProfileOf("mt=image/png pr=plain cr=RGB cd=8 wi=9 he=4097"), "");
+    ExpectProfiles("mt=image/jpeg pr=baseline cr=4:2:0 cd=8 ", {{"wi=640 he=480", "JPEG_SM"},
+                                                                {"wi=160 he=160", "JPEG_SM"}, // no thumbnail
+                                                                {"wi=480 he=640", "JPEG_MED"},
+                                                                {"wi=641 he=480", "JPEG_MED"},
+                                                                {"wi=1024 he=768", "JPEG_MED"},
+                                                                {"wi=768 he=1024", "JPEG_LRG"},
+                                                                {"wi=4096 he=4096", "JPEG_LRG"},
+                                                                {"wi=4097 he=1", ""}});
+    ExpectProfiles("", {{"mt=image/jpeg pr=baseline cr=grey cd=8 wi=1 he=1", "JPEG_SM"},
+                        {"mt=image/jpeg pr=progressive cr=4:2:0 cd=8 wi=1 he=1", ""},
+                        {"mt=image/jpeg pr=baseline cr=CMYK cd=8 wi=1 he=1", ""},
+                        {"mt=image/jpeg pr=baseline cr=4:4:4 cd=8 wi=1 he=1", ""},
+                        {"mt=image/png pr=plain cr=RGBA cd=8 wi=4096 he=4096", "PNG_LRG"},
+                        {"mt=image/png pr=plain cr=grey cd=16 wi=9 he=9", "PNG_LRG"},
+                        {"mt=image/png pr=plain cr=RGB cd=16 wi=9 he=9", ""},
+                        {"mt=image/png pr=interlaced cr=RGB cd=8 wi=9 he=9", ""},
+                        {"mt=image/png pr=plain cr=RGB cd=8 wi=9 he=4097", ""}});
 }
 
 TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
     for (const std::string type : {"mt=audio/mp4 ", "mt=audio/3gpp "}) {
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=320000"), "AAC_ISO_320");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=320001"), "AAC_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=576000"), "AAC_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=44100 ac=2 ar=576001"), "AAC_MULT5_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=8000 ac=6 ar=128000"), "AAC_MULT5_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=96000 ac=2 ar=128000"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC sf=48000 ac=8 ar=128000"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=2 ar=64000"), "HEAAC_L2_ISO_320");
-        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=2 ar=400000"), "HEAAC_L2_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=HE-AAC sf=48000 ac=6 ar=64000"), "HEAAC_MULT5_ISO");
-        EXPECT_EQ(ProfileOf(type + "ca=HE-AACv2 sf=48000 ac=2 ar=64000"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=AAC-Main sf=48000 ac=2 ar=64000"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=ALAC sf=48000 ac=2 ar=64000"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=AMR sf=8000 ac=1 ar=12800"), "AMR_3GPP");
-        EXPECT_EQ(ProfileOf(type + "ca=AMR sf=8000 ac=2 ar=12800"), "");
-        EXPECT_EQ(ProfileOf(type + "ca=AMR-WB sf=16000 ac=1 ar=12800"), "");
+        ExpectProfiles(type, {{"ca=AAC sf=44100 ac=2 ar=320000", "AAC_ISO_320"},
+                              {"ca=AAC sf=44100 ac=2 ar=320001", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576000", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576001", "AAC_MULT5_ISO"},
+                              {"ca=AAC sf=8000 ac=6 ar=128000", "AAC_MULT5_ISO"},
+                              {"ca=AAC sf=96000 ac=2 ar=128000", ""},
+                              {"ca=AAC sf=48000 ac=8 ar=128000", ""},
+                              {"ca=HE-AAC sf=48000 ac=2 ar=64000", "HEAAC_L2_ISO_320"},
+                              {"ca=HE-AAC sf=48000 ac=2 ar=400000", "HEAAC_L2_ISO"},
+                              {"ca=HE-AAC sf=48000 ac=6 ar=64000", "HEAAC_MULT5_ISO"},
+                              {"ca=HE-AACv2 sf=48000 ac=2 ar=64000", ""},
+                              {"ca=AAC-Main sf=48000 ac=2 ar=64000", ""},
+                              {"ca=ALAC sf=48000 ac=2 ar=64000", ""},
+                              {"ca=AMR sf=8000 ac=1 ar=12800", "AMR_3GPP"},
+                              {"ca=AMR sf=8000 ac=2 ar=12800", ""},
+                              {"ca=AMR-WB sf=16000 ac=1 ar=12800", ""}});
     }
-    EXPECT_EQ(ProfileOf("mt=audio/3gpp ca=AMR-WB+ ac=2 ar=48000"), "AMR_WBplus");
-    EXPECT_EQ(ProfileOf("mt=audio/mp4 ca=AMR-WB+ ac=2 ar=48000"), "");
-    EXPECT_EQ(ProfileOf("mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000"), "");
+    ExpectProfiles("", {{"mt=audio/3gpp ca=AMR-WB+ ac=2 ar=48000", "AMR_WBplus"},
+                        {"mt=audio/mp4 ca=AMR-WB+ ac=2 ar=48000", ""},
+                        {"mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000", ""}});
 }
 
-TEST(BuiltInProfileRules, H264KeepsTheNarrowestOfItsProfile) {
-    const std::string cif15 = "mt=video/mp4 vc=H264 vp=Baseline wi=352 he=288 fr=15000 ca=AAC sf=44100 ac=2 ";
-    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384000 br=520000 ar=128000"), "AVC_MP4_BL_CIF15_AAC_520");
-    EXPECT_EQ(ProfileOf(cif15 + "vl=9 vr=384000 br=520001 ar=128000"), "AVC_MP4_BL_CIF15_AAC");
-    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384000 br=600000 ar=200000"), "AVC_MP4_BL_CIF15_AAC");
-    EXPECT_EQ(ProfileOf(cif15 + "vl=12 vr=384001 br=600000 ar=128000"), "AVC_MP4_BL_CIF30_AAC_940");
-    EXPECT_EQ(ProfileOf(cif15 + "vl=20 vr=384000 br=600000 ar=200000"), "AVC_MP4_BL_L2_CIF30_AAC");
-    const std::string cif30 = "mt=video/mp4 vc=H264 vp=Baseline vl=20 wi=352 he=288 fr=29970 sf=48000 ";
-    EXPECT_EQ(ProfileOf(cif30 + "vr=1100000 br=1300000 ca=AAC ac=2 ar=200000"), "AVC_MP4_BL_L2_CIF30_AAC");
-    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=AAC ac=6 ar=400000"), "AVC_MP4_BL_CIF30_AAC_MULT5");
-    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=AC3 ac=6 ar=640000"), "AVC_MP4_BL_CIF30_AC3");
-    EXPECT_EQ(ProfileOf(cif30 + "vr=2000000 br=3000000 ca=MP3 ac=2 ar=320000"), "AVC_MP4_BL_CIF30_MPEG1_L3");
-    EXPECT_EQ(ProfileOf(cif30 + "vr=2000001 br=3000000 ca=MP3 ac=2 ar=320000"), "");
-    const std::string sd = "mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ";
-    EXPECT_EQ(ProfileOf(sd + "wi=720 he=576 fr=25000 vr=4000000"), "AVC_MP4_BL_L3_SD_AAC");
-    EXPECT_EQ(ProfileOf(sd + "wi=720 he=480 fr=29970 vr=4500000"), "AVC_MP4_BL_L3L_SD_AAC");
-    EXPECT_EQ(ProfileOf(sd + "wi=640 he=360 fr=30000 vr=1000000"), "AVC_MP4_BL_L3_SD_AAC");
-    EXPECT_EQ(ProfileOf(sd + "wi=720 he=576 fr=30000 vr=4000000"), "");
-    EXPECT_EQ(ProfileOf(sd + "wi=704 he=576 fr=25000 vr=4000000"), "");
-    EXPECT_EQ(ProfileOf(sd + "wi=704 he=576 fr=25000 vr=4000000 br=4300000"), "AVC_MP4_BL_L31_HD_AAC");
-    const std::string hd = "mt=video/mp4 vc=H264 vp=Baseline ca=AAC sf=48000 ac=2 ar=256000 wi=1280 he=720 ";
-    EXPECT_EQ(ProfileOf(hd + "vl=31 fr=30000 vr=14000000 br=15000000"), "AVC_MP4_BL_L31_HD_AAC");
-    EXPECT_EQ(ProfileOf(hd + "vl=32 fr=60000 vr=20000000 br=21000000"), "AVC_MP4_BL_L32_HD_AAC");
-    EXPECT_EQ(ProfileOf(hd + "vl=40 fr=30000 vr=14000000 br=15000000"), "");
-    const std::string main = "mt=video/mp4 vc=H264 vp=Main sf=48000 ";
-    EXPECT_EQ(ProfileOf(main + "vl=30 wi=720 he=576 fr=25000 vr=10000000 ca=AAC ac=6 ar=384000"),
-              "AVC_MP4_MP_SD_AAC_MULT5");
-    EXPECT_EQ(ProfileOf(main + "vl=30 wi=720 he=480 fr=29970 vr=10000000 ca=AC3 ac=2 ar=192000"),
-              "AVC_MP4_MP_SD_AC3");
-    EXPECT_EQ(ProfileOf(main + "vl=30 wi=640 he=480 fr=29970 vr=10000000 ca=MP3 ac=2 ar=192000"),
-              "AVC_MP4_MP_SD_MPEG1_L3");
-    EXPECT_EQ(ProfileOf(main + "vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ac=2 ar=192000"),
-              "AVC_MP4_MP_HD_720p_AAC");
-    EXPECT_EQ(
-        ProfileOf(main + "vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000"),
-        "AVC_MP4_MP_HD_1080i_AAC");
-    EXPECT_EQ(
-        ProfileOf(main + "vl=41 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000"), "");
-    const std::string high = "mt=video/mp4 vc=H264 vp=High vl=40 sf=48000 vr=25000000 ";
-    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976 ca=AAC ac=2 ar=192000"), "AVC_MP4_HP_HD_AAC");
-    EXPECT_EQ(ProfileOf(high + "wi=1280 he=720 fr=59940 ca=AAC ac=2 ar=192000"), "AVC_MP4_HP_HD_AAC");
-    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=30000 ca=EAC3 ac=6 ar=448000"), "AVC_MP4_HP_HD_EAC3");
-    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=50000 ca=AAC ac=2 ar=192000"), "");
-    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976 ca=AC3 ac=2 ar=192000"), "");
-    EXPECT_EQ(ProfileOf(high + "wi=1920 he=1080 fr=23976"), "") << "without audio";
-    EXPECT_EQ(ProfileOf("mt=video/quicktime vc=H264 vp=High vl=40 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
-                        "ca=AAC ac=2 ar=192000"),
-              "");
-    EXPECT_EQ(ProfileOf("mt=video/mp4 vc=H265 vp=Main vl=30 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
-                        "ca=AAC ac=2 ar=192000"),
-              "");
+TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline wi=352 he=288 fr=15000 ca=AAC sf=44100 ac=2 ",
+                   {{"vl=12 vr=384000 br=520000 ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
+                    {"vl=9 vr=384000 br=520001 ar=128000", "AVC_MP4_BL_CIF15_AAC"},
+                    {"vl=12 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_CIF15_AAC"},
+                    {"vl=12 vr=384001 br=600000 ar=128000", "AVC_MP4_BL_CIF30_AAC_940"},
+                    {"vl=20 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=20 wi=352 he=288 fr=29970 sf=48000 ",
+                   {{"vr=1100000 br=1300000 ca=AAC ac=2 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"},
+                    {"vr=2000000 br=3000000 ca=AAC ac=6 ar=400000", "AVC_MP4_BL_CIF30_AAC_MULT5"},
+                    {"vr=2000000 br=3000000 ca=AC3 ac=6 ar=640000", "AVC_MP4_BL_CIF30_AC3"},
+                    {"vr=2000000 br=3000000 ca=MP3 ac=2 ar=320000", "AVC_MP4_BL_CIF30_MPEG1_L3"},
+                    {"vr=2000001 br=3000000 ca=MP3 ac=2 ar=320000", ""}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
+                   {{"wi=720 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=480 fr=29970 vr=4500000", "AVC_MP4_BL_L3L_SD_AAC"},
+                    {"wi=640 he=360 fr=30000 vr=1000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=576 fr=30000 vr=4000000", ""},
+                    {"wi=704 he=576 fr=25000 vr=4000000", ""},
+                    {"wi=704 he=576 fr=25000 vr=4000000 br=4300000", "AVC_MP4_BL_L31_HD_AAC"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline ca=AAC sf=48000 ac=2 ar=256000 wi=1280 he=720 ",
+                   {{"vl=31 fr=30000 vr=14000000 br=15000000", "AVC_MP4_BL_L31_HD_AAC"},
+                    {"vl=32 fr=60000 vr=20000000 br=21000000", "AVC_MP4_BL_L32_HD_AAC"},
+                    {"vl=40 fr=30000 vr=14000000 br=15000000", ""}});
+}
+
+TEST(BuiltInProfileRules, H264MainKeepsTheNarrowest) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=Main sf=48000 ",
+        {{"vl=30 wi=720 he=576 fr=25000 vr=10000000 ca=AAC ac=6 ar=384000", "AVC_MP4_MP_SD_AAC_MULT5"},
+         {"vl=30 wi=720 he=480 fr=29970 vr=10000000 ca=AC3 ac=2 ar=192000", "AVC_MP4_MP_SD_AC3"},
+         {"vl=30 wi=640 he=480 fr=29970 vr=10000000 ca=MP3 ac=2 ar=192000", "AVC_MP4_MP_SD_MPEG1_L3"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ac=2 ar=192000",
+          "AVC_MP4_MP_HD_720p_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000",
+          "AVC_MP4_MP_HD_1080i_AAC"},
+         {"vl=41 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000", ""}});
+}
+
+TEST(BuiltInProfileRules, H264HighKeepsTheNarrowest) {
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=High vl=40 sf=48000 vr=25000000 ",
+                   {
+                       {"wi=1920 he=1080 fr=23976 ca=AAC ac=2 ar=192000", "AVC_MP4_HP_HD_AAC"},
+                       {"wi=1280 he=720 fr=59940 ca=AAC ac=2 ar=192000", "AVC_MP4_HP_HD_AAC"},
+                       {"wi=1920 he=1080 fr=30000 ca=EAC3 ac=6 ar=448000", "AVC_MP4_HP_HD_EAC3"},
+                       {"wi=1920 he=1080 fr=50000 ca=AAC ac=2 ar=192000", ""},
+                       {"wi=1920 he=1080 fr=23976 ca=AC3 ac=2 ar=192000", ""},
+                       {"wi=1920 he=1080 fr=23976", ""} // without audio
+                   });
+}
+
+TEST(BuiltInProfileRules, VideoOfAnotherTypeOrCodecKeepsNone) {
+    ExpectProfiles("", {{"mt=video/quicktime vc=H264 vp=High vl=40 sf=48000 vr=1000000 wi=640 he=480 "
+                         "fr=25000 ca=AAC ac=2 ar=192000",
+                         ""},
+                        {"mt=video/mp4 vc=H265 vp=Main vl=30 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
+                         "ca=AAC ac=2 ar=192000",
+                         ""}});
 }
 
 TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
-    const std::string simple = "mt=video/mp4 vc=MPEG4 vp=Simple ca=AAC sf=44100 ac=2 ";
-    EXPECT_EQ(ProfileOf(simple + "vl=20 wi=352 he=288 fr=15000 vr=128000 ar=128000"),
-              "MPEG4_P2_MP4_SP_L2_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=10 wi=176 he=144 fr=30000 vr=64000 ar=128000"),
-              "MPEG4_P2_MP4_SP_L2_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=0 wi=176 he=144 fr=15000 vr=64000 ar=216000"), "MPEG4_P2_MP4_SP_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=30 wi=352 he=288 fr=30000 vr=384000 ar=216000"), "MPEG4_P2_MP4_SP_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=30 wi=352 he=288 fr=30000 vr=384001 ar=216000"),
-              "MPEG4_P2_MP4_SP_VGA_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000"),
-              "MPEG4_P2_MP4_SP_VGA_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000"),
-              "MPEG4_P2_MP4_SP_L5_AAC");
-    EXPECT_EQ(ProfileOf(simple + "vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000"),
-              "MPEG4_P2_MP4_SP_L6_AAC");
-    EXPECT_EQ(
-        ProfileOf(
-            "mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 ca=AAC sf=44100 "
-            "ac=2 ar=128000"),
-        "");
-    const std::string phone =
-        "mt=video/3gpp vc=MPEG4 vp=Simple wi=176 he=144 fr=15000 vr=128000 ac=1 sf=8000 ";
-    EXPECT_EQ(ProfileOf(phone + "vl=9 ca=AAC ar=64000"), "MPEG4_P2_3GPP_SP_L0B_AAC");
-    EXPECT_EQ(ProfileOf(phone + "vl=0 ca=AMR ar=12800"), "MPEG4_P2_3GPP_SP_L0B_AMR");
-    EXPECT_EQ(ProfileOf(phone + "vl=10 ca=AMR ar=12800"), "");
+    ExpectProfiles("mt=video/mp4 vc=MPEG4 vp=Simple ca=AAC sf=44100 ac=2 ",
+                   {{"vl=20 wi=352 he=288 fr=15000 vr=128000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
+                    {"vl=10 wi=176 he=144 fr=30000 vr=64000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
+                    {"vl=0 wi=176 he=144 fr=15000 vr=64000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384001 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"}});
+    ExpectProfiles("", {{"mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 "
+                         "ca=AAC sf=44100 ac=2 ar=128000",
+                         ""}});
+    ExpectProfiles("mt=video/3gpp vc=MPEG4 vp=Simple wi=176 he=144 fr=15000 vr=128000 ac=1 sf=8000 ",
+                   {{"vl=9 ca=AAC ar=64000", "MPEG4_P2_3GPP_SP_L0B_AAC"},
+                    {"vl=0 ca=AMR ar=12800", "MPEG4_P2_3GPP_SP_L0B_AMR"},
+                    {"vl=10 ca=AMR ar=12800", ""}});
 }

@@ -1,75 +1,8 @@
 #include "FormatHost.h"
-#include "LargestAllocation.h"
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
+#include "support/NewBlocks.h"
 
 // Every parser, over every sample cut and damaged.
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define EZ_ALLOCATOR_IS_TAKEN
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
-#define EZ_ALLOCATOR_IS_TAKEN
-#endif
-#endif
-
-namespace {
-
-std::atomic<std::size_t> gLargest{0};
-
-void Note(std::size_t aSize) {
-    std::size_t largest = gLargest;
-    while (aSize > largest && !gLargest.compare_exchange_weak(largest, aSize)) {
-    }
-}
-
-} // namespace
-
-void LargestAllocation::Reset() {
-    gLargest = 0;
-}
-
-std::size_t LargestAllocation::Get() {
-    return gLargest;
-}
-
-#ifdef EZ_ALLOCATOR_IS_TAKEN
-
-// The sanitizers have an allocator of their own, which can be listened to.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*aMallocHook)(const volatile void*,
-                                                                             std::size_t),
-                                                         void (*aFreeHook)(const volatile void*));
-
-namespace {
-
-const int gHooked = __sanitizer_install_malloc_and_free_hooks(
-    [](const volatile void*, std::size_t aSize) { Note(aSize); }, [](const volatile void*) {});
-
-} // namespace
-
-#else
-
-// Not inlined: of new and free in one function an optimising compiler says that they do not match.
-__attribute__((noinline)) void* operator new(std::size_t aSize) {
-    Note(aSize);
-    void* block = std::malloc(aSize != 0 ? aSize : 1);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
-}
-
-__attribute__((noinline)) void operator delete(void* aBlock) noexcept {
-    std::free(aBlock);
-}
-
-__attribute__((noinline)) void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
-    std::free(aBlock);
-}
-
-#endif
 
 namespace {
 
@@ -97,9 +30,9 @@ void ExpectHarmless(const std::vector<std::unique_ptr<ezMediaParser>>& aParsers,
                     const std::string& aWhat) {
     for (const auto& parser : aParsers) {
         AwkwardStream stream(aBytes, Delivery());
-        LargestAllocation::Reset();
+        NewBlocks::ResetLargest();
         const Record record(parser->Parse(stream));
-        EXPECT_LE(LargestAllocation::Get(), kLargestBlock) << parser->GetType().c_str() << ", " << aWhat;
+        EXPECT_LE(NewBlocks::Largest(), kLargestBlock) << parser->GetType().c_str() << ", " << aWhat;
         if (record != nullptr) {
             EXPECT_TRUE(record->Has(kezInfo_MimeType) && record->Has(kezInfo_ClassName) &&
                         record->Has(kezInfo_DLNA))
@@ -138,7 +71,7 @@ TEST(DamagedSamples, AreRefusedOrCompletelyAnnouncedWhicheverByteIsFlipped) {
 }
 
 TEST(DamagedSamples, LargestAllocationIsSeen) {
-    LargestAllocation::Reset();
+    NewBlocks::ResetLargest();
     const std::vector<char> block(1000000);
-    EXPECT_GE(LargestAllocation::Get(), block.size());
+    EXPECT_GE(NewBlocks::Largest(), block.size());
 }

@@ -5,17 +5,15 @@
 #include "ez/ElementaryStreamParser.h"
 
 #include "support/Catchers.h"
-#include "support/Folders.h"
 #include "support/Record.h"
+#include "support/Samples.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <initializer_list>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -35,11 +33,6 @@ inline std::string Content(std::size_t aSize, char aByte = '\x35') {
 
 inline const unsigned char* Data(const std::string& aBytes) {
     return reinterpret_cast<const unsigned char*>(aBytes.data());
-}
-
-inline std::string ReadSample(const std::string& aName) {
-    std::ifstream file(EZ_SAMPLES "/" + aName, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
 /// Bytes of a generator that is the same everywhere.

@@ -12,6 +12,7 @@
 #include "support/Catchers.h"
 #include "support/Folders.h"
 #include "support/Record.h"
+#include "support/WholeFile.h"
 
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -20,7 +21,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -42,8 +42,7 @@ inline const std::vector<SampleFile>& AllSamples() {
             const std::filesystem::path name = entry.path().lexically_relative(folder);
             const bool fMedia = name.has_parent_path() && name.parent_path() != "playlists";
             if (entry.is_regular_file() && fMedia) {
-                std::ifstream file(entry.path(), std::ios::binary);
-                samples.push_back({name.string(), {std::istreambuf_iterator<char>(file), {}}});
+                samples.push_back({name.string(), ReadWholeFile(entry.path())});
             }
         }
         std::sort(samples.begin(), samples.end(),

@@ -9,15 +9,14 @@
 #include "support/FaultySystem.h"
 #include "support/Folders.h"
 #include "support/Record.h"
+#include "support/Samples.h"
 #include "support/ScriptedParser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
@@ -121,8 +120,7 @@ private:
 
 /// A media of many reads: the frames of a sample again and again.
 std::string LongMusic() {
-    std::ifstream file(std::string(EZ_SAMPLES) + "/music/uneven-road-vbr.mp3", std::ios::binary);
-    const std::string sample{std::istreambuf_iterator<char>(file), {}};
+    const std::string sample = ReadSample("music/uneven-road-vbr.mp3");
     std::string music;
     while (music.size() < 400000) {
         music += sample.substr(1000);

@@ -3,6 +3,7 @@
 #include "ez/FileMediaParserStream.h"
 
 #include "support/Folders.h"
+#include "support/WholeFile.h"
 
 #include <cstdlib>
 
@@ -12,11 +13,6 @@ const std::string kGoldenFolder = EZ_TEST_DATA "/formats/";
 
 std::string GoldenFile(const SampleFile& aSample) {
     return kGoldenFolder + std::filesystem::path(aSample.mName).filename().string() + ".expected";
-}
-
-std::string ReadGoldenFile(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// The record of a sample, and why each parser that refuses it does so.
@@ -45,7 +41,7 @@ TEST(FormatSamples, AreReadAsRecorded) {
             file.close();
             ASSERT_TRUE(file.good()) << path;
         }
-        EXPECT_EQ(found, ReadGoldenFile(path)) << path << ": EZ_UPDATE_GOLDEN=1 records what is found";
+        EXPECT_EQ(found, ReadWholeFile(path)) << path << ": EZ_UPDATE_GOLDEN=1 records what is found";
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "ezFormats/ISOMediaParser.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 #include <string>
@@ -13,14 +14,7 @@
 namespace iso {
 
 using pictures::IsComplete;
-using pictures::Sample;
 using pictures::ValueOf;
-
-/// A number of any length, first byte first.
-inline std::string Big(std::uint64_t aValue, int aByteCount) {
-    const int zeros = aByteCount > 8 ? aByteCount - 8 : 0;
-    return std::string(static_cast<std::size_t>(zeros), '\0') + pictures::Big(aValue, aByteCount - zeros);
-}
 
 /// A box: its size, four bytes in all, its type, its content.
 inline std::string Box(const std::string& aType, const std::string& aContent) {
@@ -120,11 +114,11 @@ struct Track {
     unsigned mTableVersion = 0; ///< of the descriptions
 
     std::string Times() const {
-        const int size = mVersion == 1 ? 8 : 4;
+        const std::size_t size = mVersion == 1 ? 8 : 4;
         return Big(0, 2 * size) + Big(mTimescale, 4) + Big(mDuration, size) + Big(0, 4);
     }
     std::string EditList() const {
-        const int size = mVersion == 1 ? 8 : 4;
+        const std::size_t size = mVersion == 1 ? 8 : 4;
         std::string list = Big(mEdits.size(), 4);
         for (const Edit& edit : mEdits) {
             list += Big(edit.mDuration, size) + Big(static_cast<std::uint64_t>(edit.mStart), size) +
@@ -144,7 +138,7 @@ struct Track {
                FullBox("stco", Big(0, 4));
     }
     std::string Bytes() const {
-        const int size = mVersion == 1 ? 8 : 4;
+        const std::size_t size = mVersion == 1 ? 8 : 4;
         const std::string head = Big(0, 2 * size) + Big(mID, 4) + Big(0, 4) + Big(mDuration, size);
         const std::string handler = Big(0, 4) + mHandler + Big(0, 12);
         return Box("trak",
@@ -166,7 +160,7 @@ inline Track VideoTrack(const std::string& anEntry = VideoEntry("avc1", ""), std
 }
 
 inline std::string MovieHead(std::uint32_t aTimescale, std::uint64_t aDuration, unsigned aVersion = 0) {
-    const int size = aVersion == 1 ? 8 : 4;
+    const std::size_t size = aVersion == 1 ? 8 : 4;
     return FullBox("mvhd", Big(0, 2 * size) + Big(aTimescale, 4) + Big(aDuration, size) + Big(0, 80),
                    aVersion);
 }

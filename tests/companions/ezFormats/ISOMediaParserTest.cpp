@@ -1,5 +1,7 @@
 #include "ISOBytes.h"
-#include "LargestAllocation.h"
+
+#include "support/NewBlocks.h"
+#include "support/Samples.h"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +66,7 @@ private:
 TEST(ISOMediaParser, SongIsRead) {
     // 36304 samples at 44100 Hz, of which the edit list presents 0.8 s; the average is that of "esds".
     EXPECT_EQ(
-        Parsed(Sample("music/evening-train.m4a")),
+        Parsed(ReadSample("music/evening-train.m4a")),
         "ac=2\n"
         "ar=97101\n"
         "br=110770\n"
@@ -84,7 +86,7 @@ TEST(ISOMediaParser, SongIsRead) {
 }
 
 TEST(ISOMediaParser, ShortFilmIsRead) {
-    const std::string record = Parsed(Sample("video/kite-day.mp4"));
+    const std::string record = Parsed(ReadSample("video/kite-day.mp4"));
     EXPECT_EQ(Values(record, {"mt", "vc", "vp", "vl", "wi", "he", "fr", "pr", "vr", "mv", "ev"}),
               "mt=\"video/mp4\" vc=\"H264\" vp=\"Baseline\" vl=11 wi=176 he=144 fr=25000 "
               "pr=\"progressive\" vr=38920");
@@ -94,7 +96,7 @@ TEST(ISOMediaParser, ShortFilmIsRead) {
 
 TEST(ISOMediaParser, SampleOfAConformanceTestKeepsTheProfileOfItsName) {
     // "btrt" states 320000 at most and 51104 on average, 65146 are of the audio.
-    EXPECT_EQ(Parsed(Sample("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4")),
+    EXPECT_EQ(Parsed(ReadSample("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4")),
               "ac=2\n"
               "ar=65146\n"
               "br=133376\n"
@@ -175,7 +177,7 @@ TEST(ISOMediaParser, MovieWithoutAudioAndVideoIsRefused) {
 
 TEST(ISOMediaParser, FilesOfOtherFormatsAreRefused) {
     EXPECT_EQ(Refusal("not a box at all"), "ISOMediaParser: malformed: ends before the end of its first box");
-    EXPECT_EQ(Refusal(Sample("pictures/harbour.png")),
+    EXPECT_EQ(Refusal(ReadSample("pictures/harbour.png")),
               "ISOMediaParser: malformed: ends before the end of its first box");
     EXPECT_EQ(Refusal(""), "ISOMediaParser: malformed: nothing to read");
 }
@@ -286,7 +288,7 @@ TEST(ISOMediaParser, SmallFileCostsOneRead) {
 TEST(ISOMediaParser, EveryDeliveryGivesTheSameRecord) {
     const std::string samples = Box("mdat", std::string(70000, '.'));
     for (const std::string& file :
-         {Sample("music/evening-train.m4a"), Sample("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4"),
+         {ReadSample("music/evening-train.m4a"), ReadSample("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4"),
           FileType() + samples + Movie({Track(), VideoTrack()}),
           FileType() + Movie({EmptyTrack()}, Extends()) + Fragment(1, 7) + samples + Fragment(1, 8)}) {
         const std::string golden = Parsed(file);
@@ -325,7 +327,7 @@ TEST(ISOMediaParser, CutAndDamagedFilesGiveACompleteRecordOrNone) {
              Items(Item("\xA9nam", "A") + Item("gnre", Big(8, 2), 0))),
         FileType() + Movie({EmptyTrack()}, Extends()) + Fragment(1, 3) + Box("mdat", "..") + Fragment(1, 4),
         File({}, Box("udta", FullBox("titl", Big(0x15C7, 2) + "T"))) + Movie({Track()})};
-    LargestAllocation::Reset();
+    NewBlocks::ResetLargest();
     for (const std::string& file : files) {
         for (std::size_t size = 0; size < file.size(); ++size) {
             const std::string record = Parsed(file.substr(0, size));
@@ -340,7 +342,7 @@ TEST(ISOMediaParser, CutAndDamagedFilesGiveACompleteRecordOrNone) {
             }
         }
     }
-    EXPECT_LE(LargestAllocation::Get(), 256U * 1024);
+    EXPECT_LE(NewBlocks::Largest(), 256U * 1024);
 }
 
 // ---- durations ----

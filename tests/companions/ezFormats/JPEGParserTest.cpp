@@ -2,6 +2,8 @@
 
 #include "PictureBytes.h"
 
+#include "support/Samples.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -53,7 +55,7 @@ std::string ProfileOf(const std::string& aRecord) {
 } // namespace
 
 TEST(JPEGParser, RecordSaysWhatTheFrameHeaderSays) {
-    EXPECT_EQ(Parsed(Sample("pictures/harbour.jpg")),
+    EXPECT_EQ(Parsed(ReadSample("pictures/harbour.jpg")),
               "cd=8\n"
               "cn=\"item.imageItem\"\n"
               "cr=\"4:2:0\"\n"
@@ -62,7 +64,7 @@ TEST(JPEGParser, RecordSaysWhatTheFrameHeaderSays) {
               "mt=\"image/jpeg\"\n"
               "pr=\"baseline\"\n"
               "wi=320\n");
-    const std::string conformance = Parsed(Sample("conformance/B-JPEG_S-1.jpg"));
+    const std::string conformance = Parsed(ReadSample("conformance/B-JPEG_S-1.jpg"));
     EXPECT_EQ(ValueOf(conformance, "wi"), "640");
     EXPECT_EQ(ValueOf(conformance, "he"), "480");
     EXPECT_EQ(ProfileOf(conformance), "JPEG_SM");
@@ -283,7 +285,7 @@ TEST(JPEGParser, OtherFilesAreRefused) {
 
 TEST(JPEGParser, ParseCostsOneReadOfTheStart) {
     AwkwardStream::Costs costs;
-    Parsed(Sample("conformance/B-JPEG_S-1.jpg"), {}, &costs);
+    Parsed(ReadSample("conformance/B-JPEG_S-1.jpg"), {}, &costs);
     EXPECT_EQ(costs.mReads, 1U);
     EXPECT_EQ(costs.mBytes, 8192U);
     EXPECT_EQ(costs.mSeeks, 2U); // the stream goes back to the start itself
@@ -355,7 +357,7 @@ TEST(JPEGParser, FailureOfTheSourceIsARefusalOrChangesNothing) {
 
 TEST(JPEGParser, CutOrDamagedFileIsRefusedOrCompletelyAnnounced) {
     const std::string built = JPEG({}, JFIF() + Exif(Tiff(6)) + Adobe(1) + Padding(3));
-    for (const std::string& whole : {Sample("pictures/harbour.jpg"), built}) {
+    for (const std::string& whole : {ReadSample("pictures/harbour.jpg"), built}) {
         const std::size_t frame = whole.find("\xFF\xC0") + 2 + 17;
         for (std::size_t at = 0; at < whole.size(); ++at) {
             const std::string cut = Parsed(whole.substr(0, at));

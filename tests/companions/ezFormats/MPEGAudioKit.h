@@ -4,16 +4,16 @@
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
-#include "support/Folders.h"
+#include "support/Id3Bytes.h"
+#include "support/NumberBytes.h"
 #include "support/Record.h"
+#include "support/Samples.h"
 #include "support/Str.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -22,28 +22,6 @@
 namespace mpegaudio {
 
 using namespace std::string_literals;
-
-/// A number of aCount bytes, the most significant first.
-inline std::string Big(std::uint64_t aValue, unsigned aCount) {
-    std::string bytes;
-    for (unsigned i = aCount; i-- > 0;) {
-        bytes.push_back(static_cast<char>(aValue >> 8 * i & 0xFF));
-    }
-    return bytes;
-}
-
-/// Four bytes, the least significant first.
-inline std::string Little(std::uint64_t aValue) {
-    std::string bytes = Big(aValue, 4);
-    std::reverse(bytes.begin(), bytes.end());
-    return bytes;
-}
-
-/// Four bytes of seven bits.
-inline std::string Syncsafe(std::uint64_t aValue) {
-    return Big(
-        (aValue & 0x7F) | (aValue & 0x3F80) << 1 | (aValue & 0x1FC000) << 2 | (aValue & 0xFE00000) << 3, 4);
-}
 
 // --- frames: version and layer | rate, sampling rate | mode ---
 
@@ -96,18 +74,6 @@ inline std::string VBRIFields(std::uint64_t aFrames, std::uint64_t aBytes) {
 
 // --- tags ---
 
-inline std::string ID3(unsigned aVersion, unsigned aFlags, const std::string& aContent) {
-    return "ID3"s + Big(aVersion, 1) + Big(0, 1) + Big(aFlags, 1) + Syncsafe(aContent.size()) + aContent;
-}
-inline std::string Frame22(const std::string& anID, const std::string& aBody) {
-    return anID + Big(aBody.size(), 3) + aBody;
-}
-inline std::string Frame23(const std::string& anID, const std::string& aBody, unsigned aFlags = 0) {
-    return anID + Big(aBody.size(), 4) + Big(aFlags, 2) + aBody;
-}
-inline std::string Frame24(const std::string& anID, const std::string& aBody, unsigned aFlags = 0) {
-    return anID + Syncsafe(aBody.size()) + Big(aFlags, 2) + aBody;
-}
 inline std::string Padded(std::string aText, std::size_t aSize, char aFiller = '\0') {
     aText.resize(aSize, aFiller);
     return aText;
@@ -134,11 +100,6 @@ inline std::string APE2(const std::string& aItems) {
 }
 
 // --- reading ---
-
-inline std::string ReadSample(const std::string& aName) {
-    std::ifstream file(EZ_SAMPLES "/" + aName, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
 
 inline Record Read(const std::string& aBytes, const Delivery& aDelivery = Delivery()) {
     AwkwardStream stream(aBytes, aDelivery, "/media/song.mp3");

@@ -18,18 +18,6 @@ std::string Genre(const std::string& aText) {
     return Str(MusicGenreOf(aText));
 }
 
-/// With a zero behind every 0xFF.
-std::string Unsynchronised(const std::string& aBytes) {
-    std::string bytes;
-    for (const char byte : aBytes) {
-        bytes.push_back(byte);
-        if (byte == '\xFF') {
-            bytes.push_back('\0');
-        }
-    }
-    return bytes;
-}
-
 } // namespace
 
 TEST(MPEGAudioTexts, AreThoseOfEveryVersionOfTheTag) {

@@ -2,6 +2,8 @@
 
 #include "PictureBytes.h"
 
+#include "support/Samples.h"
+
 #include <gtest/gtest.h>
 
 using namespace pictures;
@@ -24,7 +26,7 @@ std::string Padding(std::size_t aSize) {
 } // namespace
 
 TEST(PNGParser, RecordSaysWhatTheHeaderSays) {
-    EXPECT_EQ(Parsed(Sample("pictures/harbour.png")),
+    EXPECT_EQ(Parsed(ReadSample("pictures/harbour.png")),
               "cd=8\n"
               "cn=\"item.imageItem\"\n"
               "cr=\"RGB\"\n"
@@ -61,7 +63,7 @@ TEST(PNGParser, HeaderIsBelievedOnlyWithItsCheckSum) {
 }
 
 TEST(PNGParser, SampleOfAConformanceTestIsRead) {
-    const std::string record = Parsed(Sample("conformance/B-PNG_L-1.png"));
+    const std::string record = Parsed(ReadSample("conformance/B-PNG_L-1.png"));
     EXPECT_EQ(ValueOf(record, "wi"), "640");
     EXPECT_EQ(ValueOf(record, "he"), "480");
     EXPECT_EQ(ValueOf(record, "dl"),
@@ -176,7 +178,7 @@ TEST(PNGParser, FileWithoutAPictureIsRefused) {
 
 TEST(PNGParser, ParseCostsOneReadOfTheStart) {
     AwkwardStream::Costs costs;
-    pictures::Parsed<PNGParser>(Sample("conformance/B-PNG_L-1.png"), {}, &costs);
+    pictures::Parsed<PNGParser>(ReadSample("conformance/B-PNG_L-1.png"), {}, &costs);
     EXPECT_EQ(costs.mReads, 1U);
     EXPECT_EQ(costs.mBytes, 8192U);
     EXPECT_EQ(costs.mSeeks, 2U); // the stream goes back to the start itself
@@ -256,7 +258,7 @@ TEST(PNGParser, FailureOfTheSourceIsARefusalOrChangesNothing) {
 
 TEST(PNGParser, CutOrDamagedFileIsRefusedOrCompletelyAnnounced) {
     for (const std::string& whole :
-         {Sample("pictures/harbour.png"), PNG({}, Chunk("eXIf", Tiff(6)) + Padding(3))}) {
+         {ReadSample("pictures/harbour.png"), PNG({}, Chunk("eXIf", Tiff(6)) + Padding(3))}) {
         for (std::size_t at = 0; at < whole.size(); ++at) {
             const std::string cut = Parsed(whole.substr(0, at));
             EXPECT_TRUE(cut == "null\n" || IsComplete(cut)) << at << cut;

@@ -4,39 +4,19 @@
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
-#include "support/Folders.h"
+#include "support/NumberBytes.h"
 #include "support/Record.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <initializer_list>
-#include <iterator>
 #include <string>
 #include <vector>
 
 /// PNG and JPEG files as bytes, and what a parser says to them.
 namespace pictures {
-
-inline std::string Big(std::uint64_t aValue, int aByteCount) {
-    std::string bytes;
-    for (int i = aByteCount - 1; i >= 0; --i) {
-        bytes += static_cast<char>(aValue >> 8 * i & 0xFF);
-    }
-    return bytes;
-}
-
-inline std::string Little(std::uint64_t aValue, int aByteCount) {
-    const std::string bytes = Big(aValue, aByteCount);
-    return {bytes.rbegin(), bytes.rend()};
-}
-
-inline std::string Sample(const char* aName) {
-    std::ifstream file(std::string(EZ_SAMPLES "/") + aName, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 // ---- PNG ----
 

@@ -3,11 +3,10 @@
 #include "ezFormats/ProfileRules.h"
 
 #include "support/Str.h"
+#include "support/WholeFile.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -46,9 +45,4 @@ inline std::string ProfileBy(const std::string& aTable, const std::string& aReco
 /// What the library's table gives a record.
 inline std::string ProfileOf(const std::string& aRecord) {
     return Str(ProfileRules::BuiltIn()->FindProfile(*RecordOf(aRecord)));
-}
-
-inline std::string ReadWholeFile(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }

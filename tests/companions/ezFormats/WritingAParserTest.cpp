@@ -1,5 +1,6 @@
 #include "support/Folders.h"
 #include "support/Guide.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,7 @@
 namespace {
 
 std::string Source(const std::string& aName) {
-    std::string text = ReadText(EZ_SAMPLES "/../" + aName);
+    std::string text = ReadWholeFile(EZ_SAMPLES "/../" + aName);
     EXPECT_FALSE(text.empty()) << aName;
     return text;
 }

@@ -6,6 +6,7 @@
 
 #include "support/Folders.h"
 #include "support/Guide.h"
+#include "support/WholeFile.h"
 
 #include <algorithm>
 
@@ -41,9 +42,9 @@ TEST(WritingAReader, ExampleIsFoundByItsExtensionAndWaitsForItsStream) {
 }
 
 TEST(WritingAReader, GuideShowsTheExampleAsItIs) {
-    const std::string example = ReadText(EZ_SAMPLES "/../examples/playlist-reader/LineListParser.h");
+    const std::string example = ReadWholeFile(EZ_SAMPLES "/../examples/playlist-reader/LineListParser.h");
     ASSERT_FALSE(example.empty());
     const std::vector<std::string> blocks =
-        GuideBlocks(ReadText(EZ_SAMPLES "/../docs/writing-a-playlist-reader.md"), "cpp");
+        GuideBlocks(ReadWholeFile(EZ_SAMPLES "/../docs/writing-a-playlist-reader.md"), "cpp");
     EXPECT_EQ(std::count(blocks.begin(), blocks.end(), example), 1);
 }

@@ -3,6 +3,8 @@
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/detail/CoverFinders.h"
 
+#include "support/Id3Bytes.h"
+#include "support/NumberBytes.h"
 #include "support/ScriptedThumbnails.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -22,28 +24,6 @@
 
 using namespace std::string_literals;
 
-/// A number of aCount bytes, the most significant first.
-inline std::string Big(std::uint64_t aValue, unsigned aCount) {
-    std::string bytes;
-    for (unsigned i = aCount; i-- > 0;) {
-        bytes.push_back(static_cast<char>(aValue >> 8 * i & 0xFF));
-    }
-    return bytes;
-}
-
-/// Four bytes, the least significant first.
-inline std::string Little(std::uint64_t aValue) {
-    std::string bytes = Big(aValue, 4);
-    std::reverse(bytes.begin(), bytes.end());
-    return bytes;
-}
-
-/// Four bytes of seven bits.
-inline std::string Syncsafe(std::uint64_t aValue) {
-    return Big(
-        (aValue & 0x7F) | (aValue & 0x3F80) << 1 | (aValue & 0x1FC000) << 2 | (aValue & 0xFE00000) << 3, 4);
-}
-
 /// A picture as far as anybody looks: the first bytes of a JPEG or PNG, and zeros behind 0xFF as JPEG has
 /// them.
 inline std::string Jpeg(const std::string& aName) {
@@ -54,32 +34,6 @@ inline std::string Png(const std::string& aName) {
 }
 
 // --- ID3v2 ---
-
-/// With a zero behind every 0xFF, as a careful writer does it everywhere.
-inline std::string Unsynchronised(const std::string& aBytes) {
-    std::string bytes;
-    for (const char byte : aBytes) {
-        bytes.push_back(byte);
-        if (byte == '\xFF') {
-            bytes.push_back('\0');
-        }
-    }
-    return bytes;
-}
-
-inline std::string ID3(unsigned aVersion, unsigned aFlags, const std::string& aContent) {
-    return "ID3"s + Big(aVersion, 1) + Big(0, 1) + Big(aFlags, 1) + Syncsafe(aContent.size()) + aContent;
-}
-
-inline std::string Frame22(const std::string& anID, const std::string& aBody) {
-    return anID + Big(aBody.size(), 3) + aBody;
-}
-inline std::string Frame23(const std::string& anID, const std::string& aBody, unsigned aFlags = 0) {
-    return anID + Big(aBody.size(), 4) + Big(aFlags, 2) + aBody;
-}
-inline std::string Frame24(const std::string& anID, const std::string& aBody, unsigned aFlags = 0) {
-    return anID + Syncsafe(aBody.size()) + Big(aFlags, 2) + aBody;
-}
 
 /// Latin-1, MIME type, type, description, picture.
 inline std::string Apic(unsigned aType, const std::string& aPicture,

@@ -9,7 +9,7 @@
 #include "ezPlatform/files/FileCacheManager.h"
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
-#include "support/Folders.h"
+#include "support/Samples.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -18,9 +18,7 @@
 #include <cerrno>
 #include <dirent.h>
 #include <dlfcn.h>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
@@ -112,11 +110,6 @@ void* operator new[](std::size_t aSize, const std::nothrow_t& /*aTag*/) noexcept
 
 namespace {
 
-std::string SampleBytes(const char* aName) {
-    std::ifstream file(std::string(EZ_SAMPLES) + "/" + aName, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A media.
 struct Item {
     const char* mName;
@@ -133,15 +126,15 @@ public:
     explicit Home(const Item& anItem) {
         const std::string name = anItem.mName;
         if (name == kPicture.mName) {
-            mFolder.Write(name, SampleBytes("pictures/harbour.png"));
+            mFolder.Write(name, ReadSample("pictures/harbour.png"));
         } else if (name == kFilm.mName) {
             mFolder.Write(name, "film");
-            mFolder.Write("media/film.jpg", SampleBytes("pictures/harbour.jpg"));
+            mFolder.Write("media/film.jpg", ReadSample("pictures/harbour.jpg"));
         } else if (name == kSong.mName) {
-            const std::string frame = Frame23("APIC", Apic(3, SampleBytes("pictures/harbour.jpg")));
+            const std::string frame = Frame23("APIC", Apic(3, ReadSample("pictures/harbour.jpg")));
             mFolder.Write(name, ID3(3, 0, frame));
         } else {
-            const std::string frame = Frame23("APIC", Apic(3, SampleBytes("pictures/harbour.png")));
+            const std::string frame = Frame23("APIC", Apic(3, ReadSample("pictures/harbour.png")));
             mFolder.Write(name, ID3(3, 0x80, Unsynchronised(frame)));
         }
     }

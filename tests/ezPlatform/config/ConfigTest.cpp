@@ -6,6 +6,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/TurkishLocale.h"
 #include "support/Unprivileged.h"
+#include "support/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -72,20 +73,6 @@ struct TwoFolders {
 
     ezCString ReadOnly() const { return mReadOnly.GetPath().c_str(); }
     ezCString ReadWrite() const { return mReadWrite.GetPath().c_str(); }
-};
-
-/// The working directory, put back in the end.
-class WorkingDirectory {
-public:
-    explicit WorkingDirectory(const std::string& aPath) : mBefore(std::filesystem::current_path()) {
-        std::filesystem::current_path(aPath);
-    }
-    ~WorkingDirectory() { std::filesystem::current_path(mBefore); }
-    WorkingDirectory(const WorkingDirectory&) = delete;
-    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
-
-private:
-    std::filesystem::path mBefore;
 };
 
 } // namespace

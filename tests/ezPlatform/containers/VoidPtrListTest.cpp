@@ -1,65 +1,14 @@
 #include "ezPlatform/containers/VoidPtrList.h"
 
+#include "support/NewBlocks.h"
+
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <vector>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define EZ_ALLOCATOR_IS_TAKEN
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
-#define EZ_ALLOCATOR_IS_TAKEN
-#endif
-#endif
-
-namespace {
-
-/// Blocks taken through operator new since the process began.
-std::size_t gBlocksTaken = 0;
-
-} // namespace
-
-#ifdef EZ_ALLOCATOR_IS_TAKEN
-
-// The sanitizers have an allocator of their own, which can be listened to.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*aMallocHook)(const volatile void*,
-                                                                             std::size_t),
-                                                         void (*aFreeHook)(const volatile void*));
-
-namespace {
-
-const int gHooked = __sanitizer_install_malloc_and_free_hooks(
-    [](const volatile void*, std::size_t) { ++gBlocksTaken; }, [](const volatile void*) {});
-
-} // namespace
-
-#else
-
-void* operator new(std::size_t aSize) {
-    ++gBlocksTaken;
-    void* block = std::malloc(aSize != 0 ? aSize : 1);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
-}
-
-// Not inlined: g++ would see a block of new given to free, and warn of a mismatched pair.
-__attribute__((noinline)) void operator delete(void* aBlock) noexcept {
-    std::free(aBlock);
-}
-
-__attribute__((noinline)) void operator delete(void* aBlock, std::size_t /*aSize*/) noexcept {
-    std::free(aBlock);
-}
-
-#endif
 
 namespace {
 
@@ -161,18 +110,18 @@ TEST(VoidPtrList, EmptiedAndFilledAgainItKnowsNothingOfTheLastFilling) {
 TEST(VoidPtrList, EmptiedAndFilledAgainItTakesNoNewMemory) {
     const std::vector<const void*> pool = Pool();
     ezVoidPtrList list;
-    const std::size_t before = gBlocksTaken;
+    const std::size_t before = NewBlocks::Count();
     for (const void* item : pool) {
         list.push_back(item);
     }
-    ASSERT_GT(gBlocksTaken, before) << "the counter counts";
+    ASSERT_GT(NewBlocks::Count(), before) << "the counter counts";
     for (int filling = 0; filling < 3; ++filling) {
         list.erase();
-        const std::size_t emptied = gBlocksTaken;
+        const std::size_t emptied = NewBlocks::Count();
         for (const void* item : pool) {
             list.push_back(item);
         }
-        const std::size_t filled = gBlocksTaken;
+        const std::size_t filled = NewBlocks::Count();
         EXPECT_EQ(filled, emptied);
         EXPECT_EQ(list.size(), pool.size());
     }

@@ -1,7 +1,7 @@
 #include "ezPlatform/files/FileCacheManager.h"
 
-#include "ezPlatform/base/System.h"
 #include "ezPlatform/files/File.h"
+#include "support/ReplacedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
 
@@ -21,24 +21,14 @@ namespace {
 
 std::size_t sLooks = 0; ///< at the state of a path
 
-/// Counts them while it lives, and waits for no disk.
-class CountingSystem {
-public:
-    CountingSystem() : mCalls(ezSystem_Real()) {
-        mCalls.mFSync = [](int /*aFile*/) { return 0; };
-        mCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
-            ++sLooks;
-            return ezSystem_Real().mLStat(aPath, aStatus);
-        };
-        ezSystem_Replace(&mCalls);
-    }
-    ~CountingSystem() { ezSystem_Replace(nullptr); }
-    CountingSystem(const CountingSystem&) = delete;
-    CountingSystem& operator=(const CountingSystem&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
+/// Counts them, and waits for no disk.
+void CountLooks(ezSystemCalls& aCalls) {
+    WithoutSync(aCalls);
+    aCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
+        ++sLooks;
+        return ezSystem_Real().mLStat(aPath, aStatus);
+    };
+}
 
 class FullFileCache : public testing::Test {
 protected:
@@ -86,7 +76,7 @@ protected:
 
 TEST_F(FullFileCache, LooksThroughItsFolderOnceForEveryEighthThatGoes) {
     constexpr std::size_t kFiles = 16000;
-    const CountingSystem system;
+    const ReplacedSystem system(CountLooks);
     MakeFull(kFiles);
     // 8 for the folder, one for what goes, and one for what is perhaps replaced.
     EXPECT_LE(LooksOfAMiss(kFiles / 8), 11U);
@@ -95,7 +85,7 @@ TEST_F(FullFileCache, LooksThroughItsFolderOnceForEveryEighthThatGoes) {
 
 TEST_F(FullFileCache, OfFewFilesIsLookedThroughOnceForEveryEighthToo) {
     constexpr std::size_t kFiles = 800;
-    const CountingSystem system;
+    const ReplacedSystem system(CountLooks);
     MakeFull(kFiles);
     EXPECT_LE(LooksOfAMiss(kFiles / 8), 11U);
     EXPECT_EQ(CountFiles(), kFiles);

@@ -5,6 +5,7 @@
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
 #include "support/Unprivileged.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -25,11 +26,6 @@
 namespace {
 
 using FileOwner = std::unique_ptr<ezFile>;
-
-std::string ContentAt(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "<none>";
-}
 
 std::size_t CountIn(const std::string& aFolder) {
     const std::filesystem::directory_iterator entries(aFolder);

@@ -2,9 +2,11 @@
 
 #include "ezPlatform/base/System.h"
 #include "ezPlatform/files/File.h"
+#include "support/ReplacedSystem.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -37,11 +39,6 @@ std::string Content(ezFile& aFile) {
     return content;
 }
 
-std::string ContentAt(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "<none>";
-}
-
 bool Write(ezFile& aFile, const std::string& aText) {
     return aFile.Write(aText.data(), aText.size()) == static_cast<int>(aText.size());
 }
@@ -55,21 +52,6 @@ void SetTenYearsLater(const std::string& aPath) {
     const struct timespec times[2] = {later, later};
     ASSERT_EQ(utimensat(AT_FDCWD, aPath.c_str(), times, 0), 0);
 }
-
-/// Puts changed system calls in force while it lives.
-class ReplacedSystem {
-public:
-    explicit ReplacedSystem(const std::function<void(ezSystemCalls&)>& aReplace) : mCalls(ezSystem_Real()) {
-        aReplace(mCalls);
-        ezSystem_Replace(&mCalls);
-    }
-    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
-    ReplacedSystem(const ReplacedSystem&) = delete;
-    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
 
 class FileCacheManager : public testing::Test {
 protected:
@@ -436,7 +418,7 @@ TEST_F(BoundedFileCacheManager, AClockThatWasSetBackDoesNotMakeTheLatestTheOldes
 
 TEST_F(FileCacheManager, WithManyFilesTheBoundIsKeptToTheFile) {
     // A disk is slow, and this is about which files stay.
-    const ReplacedSystem system([](ezSystemCalls& aCalls) { aCalls.mFSync = [](int) { return 0; }; });
+    const ReplacedSystem system(WithoutSync);
     const std::unique_ptr<ezFileCacheManager> cache = Make(kManyBytes, 3000);
     for (int i = 0; i < 5000; ++i) {
         Fill(*cache, std::to_string(i), "x");

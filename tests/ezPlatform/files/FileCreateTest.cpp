@@ -1,7 +1,9 @@
 #include "ezPlatform/files/File.h"
 
 #include "ezPlatform/base/System.h"
+#include "support/ReplacedSystem.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -12,11 +14,11 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -43,11 +45,6 @@ bool Save(const std::string& aPath, const std::string& aText) {
     ezFile file;
     const bool fWritten = Create(file, aPath) && WriteAll(file, aText);
     return file.Close() && fWritten;
-}
-
-std::string Content(const std::string& aPath) {
-    std::ifstream file(aPath, std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "<none>";
 }
 
 struct stat StatusOf(const std::string& aPath) {
@@ -106,21 +103,6 @@ public:
     Watchdog& operator=(const Watchdog&) = delete;
 };
 
-/// Other system calls, for as long as it lives.
-class ReplacedSystem {
-public:
-    explicit ReplacedSystem(const std::function<void(ezSystemCalls&)>& aReplace) : mCalls(ezSystem_Real()) {
-        aReplace(mCalls);
-        ezSystem_Replace(&mCalls);
-    }
-    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
-    ReplacedSystem(const ReplacedSystem&) = delete;
-    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
-
 /// Another file mode mask, for as long as it lives.
 class Mask {
 public:
@@ -141,7 +123,7 @@ protected:
 
     /// The old file stands as it was, and nothing beside it.
     void ExpectOldFileWhole(const char* aWhat = "") const {
-        EXPECT_EQ(Content(mPath), kOld) << aWhat;
+        EXPECT_EQ(ContentAt(mPath), kOld) << aWhat;
         EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"})) << aWhat;
     }
 
@@ -165,7 +147,7 @@ TEST_F(FileCreate, WritesANewFile) {
     EXPECT_FALSE(std::filesystem::exists(path)) << "it stands under its name when it is whole";
     EXPECT_TRUE(file.Close());
     EXPECT_FALSE(file.IsOpened());
-    EXPECT_EQ(Content(path), "one two");
+    EXPECT_EQ(ContentAt(path), "one two");
     EXPECT_FALSE(file.Close()) << "there is nothing left to close";
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"new.txt", "table.txt"}));
 }
@@ -174,21 +156,21 @@ TEST_F(FileCreate, ReplacesAnOldFileWhenItIsClosed) {
     ezFile file;
     ASSERT_TRUE(Create(file, mPath));
     EXPECT_TRUE(WriteAll(file, kNew));
-    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_EQ(ContentAt(mPath), kOld);
     EXPECT_TRUE(file.Close());
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
 
 TEST_F(FileCreate, AnEmptyFileAndOneWithEveryByteAreWritten) {
     EXPECT_TRUE(Save(mPath, ""));
-    EXPECT_EQ(Content(mPath), "");
+    EXPECT_EQ(ContentAt(mPath), "");
     std::string bytes;
     for (int byte = 0; byte < 256; ++byte) {
         bytes += static_cast<char>(byte);
     }
     EXPECT_TRUE(Save(mPath, bytes));
-    EXPECT_EQ(Content(mPath), bytes);
+    EXPECT_EQ(ContentAt(mPath), bytes);
 }
 
 TEST_F(FileCreate, ARelativePathIsWrittenInTheWorkingFolder) {
@@ -198,8 +180,8 @@ TEST_F(FileCreate, ARelativePathIsWrittenInTheWorkingFolder) {
                              : 1;
               }),
               0);
-    EXPECT_EQ(Content(mPath), "a");
-    EXPECT_EQ(Content(mFolder.Path("new")), "b");
+    EXPECT_EQ(ContentAt(mPath), "a");
+    EXPECT_EQ(ContentAt(mFolder.Path("new")), "b");
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"new", "table.txt"}));
 }
 
@@ -242,7 +224,7 @@ TEST_F(FileCreate, WithoutOverwriteAnOldFileIsRefusedAndANewOneIsNot) {
     ExpectOldFileWhole();
     EXPECT_TRUE(Create(file, mFolder.Path("new.txt"), false));
     EXPECT_TRUE(file.Close());
-    EXPECT_EQ(Content(mFolder.Path("new.txt")), "");
+    EXPECT_EQ(ContentAt(mFolder.Path("new.txt")), "");
 }
 
 TEST_F(FileCreate, AnObjectThatIsOpenRefusesAnother) {
@@ -251,7 +233,7 @@ TEST_F(FileCreate, AnObjectThatIsOpenRefusesAnother) {
     EXPECT_FALSE(Create(writing, mFolder.Path("other.txt")));
     EXPECT_TRUE(WriteAll(writing, kNew)) << "and goes on";
     EXPECT_TRUE(writing.Close());
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
 
     ezFile reading(mPath.c_str(), ezFileOpenMode_Read);
     ASSERT_TRUE(reading.Open());
@@ -274,7 +256,7 @@ TEST_F(FileCreate, AFileIsEitherReadOrWritten) {
     ASSERT_TRUE(reading.Open());
     EXPECT_EQ(reading.Write("x", 1), -1);
     EXPECT_TRUE(reading.Close());
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_EQ(ezFile().Write("x", 1), -1);
 }
 
@@ -289,8 +271,8 @@ TEST_F(FileCreate, AnObjectServesOneFileAfterAnother) {
     EXPECT_TRUE(file.Close());
     ASSERT_TRUE(Create(file, mFolder.Path("b.txt")));
     EXPECT_TRUE(file.Close());
-    EXPECT_EQ(Content(mFolder.Path("a.txt")), "a");
-    EXPECT_EQ(Content(mFolder.Path("b.txt")), "");
+    EXPECT_EQ(ContentAt(mFolder.Path("a.txt")), "a");
+    EXPECT_EQ(ContentAt(mFolder.Path("b.txt")), "");
 }
 
 TEST_F(FileCreate, AFullDiskLeavesTheOldFile) {
@@ -360,7 +342,7 @@ TEST_F(FileCreate, PartialAndInterruptedCallsAreRepeated) {
         };
     });
     EXPECT_TRUE(Save(mPath, kNew));
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
 
@@ -433,7 +415,7 @@ TEST_F(FileCreate, EveryFailingCallLeavesTheOldFile) {
         ExpectOldFileWhole(failing.mWhat);
     }
     EXPECT_TRUE(Save(mPath, kNew)) << "and the next save succeeds";
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
 }
 
 // Emptying the old file because there is no room beside it would lose it.
@@ -470,7 +452,7 @@ TEST_F(FileCreate, WhereNoFileCanBeMadeBesideTheOldOneOnlyARefusalLeadsIntoIt) {
         const std::string text = kNew + std::to_string(error);
         const ino_t before = StatusOf(mPath).st_ino;
         EXPECT_TRUE(Save(mPath, text)) << error;
-        EXPECT_EQ(Content(mPath), text);
+        EXPECT_EQ(ContentAt(mPath), text);
         EXPECT_EQ(StatusOf(mPath).st_ino, before) << "in place";
     }
 }
@@ -485,10 +467,10 @@ TEST_F(FileCreate, AKilledWriterLeavesTheOldFileAndTheNextSaveClearsUp) {
                   return 2;
               }),
               -SIGKILL);
-    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_EQ(ContentAt(mPath), kOld);
     EXPECT_EQ(NamesIn(mFolder.GetPath()).size(), 2U) << "what it had written";
     EXPECT_TRUE(Save(mPath, kNew));
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
 
@@ -515,10 +497,10 @@ TEST_F(FileCreate, OfTwoWritersAtOnceTheFirstFailsAndNothingHalfWrittenStands) {
     ASSERT_TRUE(Create(second, mPath));
     EXPECT_TRUE(WriteAll(second, "second, ha"));
     EXPECT_FALSE(first.Close());
-    EXPECT_EQ(Content(mPath), kOld);
+    EXPECT_EQ(ContentAt(mPath), kOld);
     EXPECT_TRUE(WriteAll(second, "lf and half"));
     EXPECT_TRUE(second.Close());
-    EXPECT_EQ(Content(mPath), "second, half and half");
+    EXPECT_EQ(ContentAt(mPath), "second, half and half");
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
 
@@ -530,7 +512,7 @@ TEST_F(FileCreate, ALinkStaysALinkAndItsTargetIsReplaced) {
     EXPECT_TRUE(Save(link, kNew));
     EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
     EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path("second")).st_mode));
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_TRUE(S_ISREG(StatusOf(mPath).st_mode));
     EXPECT_EQ(NamesIn(mFolder.Path("links")), Names({"table.txt"}));
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"links", "second", "table.txt"}));
@@ -547,7 +529,7 @@ TEST_F(FileCreate, ALinkToNothingYetStaysALinkAndItsTargetIsMade) {
     EXPECT_EQ(NamesIn(mFolder.Path("target")), Names()) << "nothing of one that is given up";
     EXPECT_TRUE(Save(link, kNew));
     EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
-    EXPECT_EQ(Content(mFolder.Path("target/new.txt")), kNew);
+    EXPECT_EQ(ContentAt(mFolder.Path("target/new.txt")), kNew);
     EXPECT_EQ(NamesIn(mFolder.Path("target")), Names({"new.txt"}));
 }
 
@@ -559,6 +541,57 @@ TEST_F(FileCreate, ALinkThatLeadsNowhereIsRefusedAndStays) {
         EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path(name)).st_mode)) << name;
     }
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"circle", "nowhere", "table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkToNothingYetMayNameItFromTheRoot) {
+    std::filesystem::create_directories(mFolder.Path("links"));
+    std::filesystem::create_directories(mFolder.Path("target"));
+    const std::string link = mFolder.Path("links/link");
+    ASSERT_EQ(symlink(mFolder.Path("target/new.txt").c_str(), link.c_str()), 0);
+    EXPECT_TRUE(Save(link, kNew));
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(Content(mFolder.Path("target/new.txt")), kNew);
+    EXPECT_EQ(NamesIn(mFolder.Path("links")), Names({"link"}));
+    EXPECT_EQ(NamesIn(mFolder.Path("target")), Names({"new.txt"}));
+}
+
+TEST_F(FileCreate, ALinkThatDoesNotFitAPathIsRefusedAndStays) {
+    const std::string link = mFolder.Path("link");
+    ASSERT_EQ(symlink("new.txt", link.c_str()), 0);
+    {
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            // "new.txt", and a rest that there is no room for.
+            aCalls.mReadLink = [](const char*, char* aBuffer, std::size_t aSize) {
+                std::fill_n(aBuffer, aSize, '/');
+                const std::string_view name = "new.txt";
+                std::copy(name.begin(), name.end(), aBuffer);
+                return static_cast<ssize_t>(aSize);
+            };
+        });
+        EXPECT_FALSE(Save(link, kNew));
+    }
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"link", "table.txt"}));
+}
+
+TEST_F(FileCreate, ALinkThatTurnsElsewhereWheneverItIsFollowedIsFollowedForAWhileOnly) {
+    const std::string link = mFolder.Path("link");
+    ASSERT_EQ(symlink("new.txt", link.c_str()), 0);
+    gCalls = 0;
+    {
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            aCalls.mReadLink = [](const char*, char* aBuffer, std::size_t aSize) {
+                const std::string next = "turn" + std::to_string(++gCalls);
+                const std::size_t size = std::min(aSize, next.size());
+                std::copy_n(next.begin(), size, aBuffer);
+                return static_cast<ssize_t>(size);
+            };
+        });
+        EXPECT_FALSE(Save(link, kNew));
+    }
+    EXPECT_EQ(gCalls, 40) << "as many as the system itself follows";
+    EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"link", "table.txt"}));
 }
 
 TEST_F(FileCreate, TheModeOfTheOldFileIsKept) {
@@ -631,7 +664,7 @@ TEST_F(FileCreate, ANameOf255BytesIsWrittenAndReplaced) {
     const std::string name(255, 'n');
     EXPECT_TRUE(Save(mFolder.Path(name), kOld));
     EXPECT_TRUE(Save(mFolder.Path(name), kNew));
-    EXPECT_EQ(Content(mFolder.Path(name)), kNew);
+    EXPECT_EQ(ContentAt(mFolder.Path(name)), kNew);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({name, "table.txt"}));
 }
 
@@ -650,7 +683,7 @@ TEST_F(FileCreate, WhereTheFolderRefusesTheFileIsWrittenInPlace) {
     ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
     const ino_t before = StatusOf(mPath).st_ino;
     EXPECT_EQ(InUnprivilegedChild([&] { return Save(mPath, kNew) ? 42 : 1; }), 42);
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_EQ(StatusOf(mPath).st_ino, before);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
     EXPECT_EQ(InUnprivilegedChild([&] { return Save(mFolder.Path("new.txt"), kNew) ? 1 : 42; }), 42)
@@ -660,7 +693,7 @@ TEST_F(FileCreate, WhereTheFolderRefusesTheFileIsWrittenInPlace) {
                   return Create(file, mPath, false) ? 1 : 42;
               }),
               42);
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
 }
 
@@ -669,7 +702,7 @@ TEST_F(FileCreate, InPlaceALinkIsFollowedToo) {
     ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
     ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
     EXPECT_EQ(InUnprivilegedChild([&] { return Save(mFolder.Path("link"), kNew) ? 42 : 1; }), 42);
-    EXPECT_EQ(Content(mPath), kNew);
+    EXPECT_EQ(ContentAt(mPath), kNew);
     EXPECT_TRUE(S_ISLNK(StatusOf(mFolder.Path("link")).st_mode));
     ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
 }
@@ -703,7 +736,7 @@ TEST_F(FileCreate, AHundredSavesLeaveNothingBehind) {
         ezFile givenUp;
         EXPECT_TRUE(Create(givenUp, mPath));
     }
-    EXPECT_EQ(Content(mPath), "99");
+    EXPECT_EQ(ContentAt(mPath), "99");
     EXPECT_EQ(OpenDescriptors(), mDescriptors);
     EXPECT_EQ(NamesIn(mFolder.GetPath()), Names({"table.txt"}));
 }
@@ -720,7 +753,7 @@ TEST_F(FileCreate, AFileThatIsMadeWhileItIsLookedForIsReplaced) {
         });
         EXPECT_TRUE(Save(path, kNew));
     }
-    EXPECT_EQ(Content(path), kNew);
+    EXPECT_EQ(ContentAt(path), kNew);
     EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
@@ -737,5 +770,5 @@ TEST_F(FileCreate, AFileOfAnotherDeviceInThePlaceOfTheWrittenOneIsNotPutInPlace)
         };
     });
     EXPECT_FALSE(file.Close());
-    EXPECT_EQ(Content(path), kOld);
+    EXPECT_EQ(ContentAt(path), kOld);
 }

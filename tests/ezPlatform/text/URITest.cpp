@@ -3,6 +3,7 @@
 #include "ezPlatform/base/Memory.h"
 #include "support/Emulation.h"
 #include "support/TemporaryFolder.h"
+#include "support/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -335,32 +336,26 @@ TEST(URIMake, DotSegmentsOfAFileAreResolvedByText) {
 }
 
 TEST(URIMake, ARelativeFileBeginsAtTheWorkingFolder) {
-    const std::filesystem::path before = std::filesystem::current_path();
     const TemporaryFolder folder;
-    std::filesystem::current_path(folder.GetPath());
+    const WorkingDirectory inside(folder.GetPath());
     const std::string root = std::filesystem::current_path().string();
     EXPECT_EQ(FileURL("a b.mp3"), "file://" + root + "/a%20b.mp3");
     EXPECT_EQ(FileURL("../a"), "file://" + std::filesystem::path(root).parent_path().string() + "/a");
     EXPECT_EQ(FileURL("C:a"), "file://" + root + "/C:a");
     std::filesystem::current_path("/");
     EXPECT_EQ(FileURL("a"), "file:///a");
-    std::filesystem::current_path(before);
 }
 
 TEST(URIMake, AFileWithoutANameOrAPlaceIsRefused) {
     EXPECT_EQ(FileURL(""), "refused");
     EXPECT_EQ(FileURL(nullptr), "refused");
-    const std::filesystem::path before = std::filesystem::current_path();
-    {
-        const TemporaryFolder folder;
-        std::filesystem::current_path(folder.GetPath());
-        std::filesystem::remove(folder.GetPath());
-        const URI uri("/as/it/was");
-        EXPECT_FALSE(ezURI_SetFilePath(uri.Get(), "a"));
-        EXPECT_EQ(uri.Text(), "/as/it/was");
-        EXPECT_EQ(FileURL("/a"), "file:///a");
-    }
-    std::filesystem::current_path(before);
+    const TemporaryFolder folder;
+    const WorkingDirectory inside(folder.GetPath());
+    std::filesystem::remove(folder.GetPath());
+    const URI uri("/as/it/was");
+    EXPECT_FALSE(ezURI_SetFilePath(uri.Get(), "a"));
+    EXPECT_EQ(uri.Text(), "/as/it/was");
+    EXPECT_EQ(FileURL("/a"), "file:///a");
 }
 
 TEST(URIMake, NullObjectsGiveNothingAndTakeNothing) {

@@ -1,0 +1,114 @@
+"""Seeds of media that are looked through for a cover."""
+import base64
+
+from iso_media import box, full
+from music import id3, n, sync, text22, text23
+
+JPEG = b"\xFF\xD8\xFF\xE0picture of ours"
+
+
+def block(kind=3, mime=b"image/jpeg", description=b"d", data=JPEG, size=None):
+    size = len(data) if size is None else size
+    return n(kind) + n(len(mime)) + mime + n(len(description)) + description + bytes(16) + n(size) + data
+
+
+def flac(*blocks):
+    content = b"fLaC"
+    for i, (kind, body) in enumerate(blocks):
+        content += n(kind | (0x80 if i + 1 == len(blocks) else 0), 1) + n(len(body), 3) + body
+    return content
+
+
+def page(body, flags=0, serial=1, version=0, sizes=None):
+    sizes = [min(255, len(body) - at) for at in range(0, len(body) + 1, 255)] if sizes is None else sizes
+    return b"OggS" + bytes([version, flags]) + bytes(8) + n(serial, 4, "little") + bytes(8) + bytes([len(sizes), *sizes]) + body
+
+
+def comments(*texts, head=b"\x03vorbis", count=None):
+    content = head + n(4, 4, "little") + b"ours" + n(len(texts) if count is None else count, 4, "little")
+    return content + b"".join(n(len(text), 4, "little") + text for text in texts)
+
+
+def field(content):
+    return b"metadata_block_picture=" + base64.b64encode(content)
+
+
+HEAD = page(b"\x01vorbis" + bytes(23), 2)
+
+
+def ogg():
+    front = field(block())
+    yield "two-pages", HEAD + page(comments(b"A=b", front)[:255], 0, sizes=[255]) + page(comments(b"A=b", front)[255:], 1)
+    yield "other-streams", page(b"ours", 2, 9) + HEAD + page(b"x", 0, 9) + page(comments(front))
+    yield "other-version", page(b"\x01vorbis", 2, 1, 1) + page(comments(front))
+    yield "begins-twice", HEAD + HEAD + page(comments(front))
+    yield "first-page-missing", HEAD + page(comments(front), 1)
+    yield "second-page-missing", HEAD + page(comments(front)[:255], 0, sizes=[255]) + page(b"rest", 0)
+    yield "cut-behind-a-page", HEAD
+    yield "begins-in-the-middle", page(b"middle") + HEAD + page(comments(front))
+    yield "several-packets-on-a-page", HEAD + page(comments(front) + b"\5", 0, sizes=[255] * (len(comments(front)) // 255)
+                                                   + [len(comments(front)) % 255, 1])
+    yield "another-comment-of-that-length", HEAD + page(comments(b"METADATA_BLOCK_PICTUR?=" + b"x", b"A=" + b"x" * 40))
+    yield "back-then-front-then-more", HEAD + page(comments(field(block(4)), front, field(block(5))))
+    yield "icons-alone", HEAD + page(comments(field(block(1)), field(block(2))))
+    yield "no-data", HEAD + page(comments(field(block(data=b""))))
+    yield "link", HEAD + page(comments(field(block(mime=b"-->"))))
+    yield "more-data-than-text", HEAD + page(comments(field(block(size=9999))))
+    yield "more-comments-than-there-are", HEAD + page(comments(b"A=b", count=9))
+    long = comments(field(block(data=JPEG + bytes(5000))))
+    pages = [long[at : at + 255 * 16] for at in range(0, len(long), 255 * 16)]
+    yield "long", HEAD + b"".join(page(part, 1 if i else 0, sizes=[255] * 16 if i + 1 < len(pages) else None)
+                                  for i, part in enumerate(pages))
+    yield "mime-type-too-long", HEAD + page(comments(field(block(mime=b"x" * 5000))))
+    yield "description-too-long", HEAD + page(comments(field(n(3) + n(1) + b"x" + n(0xFFFFFF))))
+
+
+def flacs():
+    yield "back-and-icons", flac((0, bytes(34)), (6, block(1)), (6, block(2)), (6, block(4)), (6, block(3)), (6, block(3)))
+    yield "types-of-no-picture", flac((6, block(3, b"-->", data=b"http://h/x")), (6, block(3, b"text/plain", data=b"ours")),
+                                      (6, block(3, b"", data=b"ours")), (6, block(3, b"jpg", data=b"ours")))
+    yield "cut-in-a-block", flac((0, bytes(34)), (6, block()))[:-9]
+    yield "mime-type-too-long", flac((6, block(mime=b"x" * 5000)))
+    yield "description-beyond-the-block", flac((6, n(3) + n(1) + b"x" + n(900)), (1, bytes(1000)))
+    yield "behind-a-tag", id3(text23(b"TIT2", b"\0T")) + flac((6, block()))
+
+
+def id3s():
+    def picture(kind=3, mime=b"image/png\0", encoding=0, description=b"d\0", data=JPEG):
+        return text23(b"APIC", bytes([encoding]) + mime + bytes([kind]) + description + data)
+
+    yield "descriptions", id3(picture(4, encoding=1, description=b"\xFF\xFEd\0\0\0"), picture(5, encoding=2, description=b"\0d\0\0"),
+                              picture(3, encoding=3))
+    yield "description-of-16-bits-too-long", id3(picture(encoding=2, description=b"\0d" * 3000 + b"\0\0"))
+    yield "description-without-end", id3(picture(description=b"d" * 20, data=b"x"))
+    yield "encoding-of-nobody", id3(picture(encoding=4), picture(4))
+    yield "icons-alone", id3(picture(1), picture(2))
+    yield "back-front-and-more", id3(picture(4), picture(5), picture(3), picture(3))
+    yield "link", id3(picture(mime=b"-->\0", data=b"http://h/x"))
+    yield "version-2-png", id3(text22(b"PIC", b"\0PNG\3d\0" + JPEG), version=2)
+    yield "webp-and-gif", id3(picture(4, data=b"RIFF\0\0\0\0WEBPours"), picture(3, data=b"GIF89a"))
+    yield "stuffed", id3(picture(data=b"\xFF\0\xD8\xFF\0\xFF\0\0ours\xFF"), flags=0x80)
+    yield "stuffed-with-others", id3(text23(b"APIC", b"\0image/jpeg\0\3d\0\xFF\xD8\xFF\xE0ours\xFF\0\xFF", 2, 4), version=4)
+    yield "tag-cut", b"ID3\3\0\0" + sync(500) + picture()[:20]
+
+
+def mp4s():
+    def cover(*data, meta=b""):
+        items = box("ilst", box("covr", *data))
+        udta = box("udta", full("meta", full("hdlr", bytes(20)), meta, items))
+        return box("ftyp", b"M4A \0\0\0\0") + box("moov", box("mvhd", bytes(100)), udta)
+
+    yield "two-covers", cover(box("data", n(13), n(0), JPEG), box("data", n(14), n(0), b"\x89PNG\r\n\x1A\nours"))
+    yield "bitmap", cover(box("data", n(27), n(0), b"BMours"))
+    yield "kind-of-nobody", cover(box("data", n(99), n(0), b"ours"))
+    yield "free-before-the-list", cover(box("data", n(13), n(0), JPEG), meta=box("free", bytes(8)))
+    yield "no-data", cover()
+    yield "empty-data", cover(box("data", n(13), n(0)))
+    yield "no-list", box("ftyp", b"M4A \0\0\0\0") + box("moov", box("udta", full("meta", full("hdlr", bytes(20)))))
+    yield "no-movie", box("ftyp", b"M4A \0\0\0\0") + box("mdat", b"ours")
+
+
+def seeds():
+    for door, covers in (("ogg", ogg()), ("flac", flacs()), ("id3", id3s()), ("mp4", mp4s())):
+        for name, content in covers:
+            yield f"cover_{door}", name, content

@@ -50,6 +50,7 @@ ez_add_door(ezFormats_inside es_mpeg_audio
     ${FORMATS}/MPEGAudioEltStreamParser.cpp ${FORMATS}/detail/MPEGAudioHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_mpeg_video
     ${FORMATS}/MPEGVideoEltStreamParser.cpp ${FORMATS}/detail/MPEGVideoHeaders.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 
 # What every parser of files stands on.
 set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/ByteReader.cpp ${BYTES}/ByteSource.cpp)
@@ -105,3 +106,7 @@ ez_add_door(ezThumbnails_inside picture
     ${THUMBNAILS}/AreaScaler.cpp ${THUMBNAILS}/JpegDecoder.cpp ${THUMBNAILS}/JpegEncoder.cpp ${THUMBNAILS}/Picture.cpp
     ${THUMBNAILS}/PictureReader.cpp ${THUMBNAILS}/PngDecoder.cpp ${THUMBNAILS}/PngEncoder.cpp
     companions/ezThumbnails/PictureThumbnailGenerator.cpp)
+
+set(TOOL tools/ezannounce)
+ez_add_door(ezannounce_inside tool_mapper_check ${TOOL}/MapperCheck.cpp)
+ez_add_door(ezannounce_inside tool_text ${TOOL}/Columns.cpp ${TOOL}/PlaylistBeginning.cpp ${TOOL}/SafeText.cpp)

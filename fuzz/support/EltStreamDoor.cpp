@@ -38,14 +38,6 @@ struct Format {
     std::initializer_list<const char*> mCodecs;
 };
 
-/// Pushes a packet from a block of its own size, so that a sanitizer sees every read beside it.
-Parser::parsing_status_t Push(Parser& aParser, const std::string& aStream, std::size_t aFrom,
-                              std::size_t aSize, bool afLost) {
-    const std::unique_ptr<char[]> packet(new char[aSize]);
-    std::copy_n(aStream.begin() + static_cast<std::ptrdiff_t>(aFrom), aSize, packet.get());
-    return aParser.AddPacket(packet.get(), static_cast<uint32>(aSize), afLost);
-}
-
 void CheckRange(const ezMediaInfo& anInfo, const char* aKey, uint32 aMaximum) {
     FuzzCheck(!anInfo.Has(aKey) || (anInfo.GetUInt32(aKey, 0) != 0 && anInfo.GetUInt32(aKey, 0) <= aMaximum));
 }
@@ -80,18 +72,17 @@ Result Finish(const Format& aFormat, Parser& aParser) {
 Result PlayWhole(const Format& aFormat, const std::string& aStream) {
     const std::unique_ptr<Parser> parser(aFormat.mMake(new ezMediaInfo));
     parser->Open();
-    Push(*parser, aStream, 0, aStream.size(), false);
+    PushEltStream(*parser, aStream, 0, aStream.size(), false);
     return Finish(aFormat, *parser);
 }
 
-Result PlayPieces(const Format& aFormat, const std::string& aStream, const std::vector<std::size_t>& aCuts) {
+Result PlayPieces(const Format& aFormat, const EltStreamInput& anInput) {
     const std::unique_ptr<Parser> parser(aFormat.mMake(new ezMediaInfo));
     parser->Open();
     std::size_t position = 0;
-    for (std::size_t i = 0; position < aStream.size(); ++i) {
-        const std::size_t size =
-            std::min(aCuts.empty() ? 1 : aCuts[i % aCuts.size()], aStream.size() - position);
-        Push(*parser, aStream, position, size, false);
+    for (std::size_t i = 0; position < anInput.mStream.size(); ++i) {
+        const std::size_t size = anInput.PacketSize(i, position);
+        PushEltStream(*parser, anInput.mStream, position, size, false);
         position += size;
     }
     return Finish(aFormat, *parser);
@@ -101,8 +92,8 @@ Result PlayPieces(const Format& aFormat, const std::string& aStream, const std::
 void CheckLoss(const Format& aFormat, const std::string& aStream, std::size_t aLossAt) {
     const std::unique_ptr<Parser> parser(aFormat.mMake(new ezMediaInfo));
     parser->Open();
-    if (Push(*parser, aStream, 0, aLossAt, false) == Parser::MSS_IN_PROGRESS) {
-        Push(*parser, aStream, aLossAt, aStream.size() - aLossAt, true);
+    if (PushEltStream(*parser, aStream, 0, aLossAt, false) == Parser::MSS_IN_PROGRESS) {
+        PushEltStream(*parser, aStream, aLossAt, aStream.size() - aLossAt, true);
         FuzzCheck(Finish(aFormat, *parser) == PlayWhole(aFormat, aStream.substr(aLossAt)));
     }
 }
@@ -110,7 +101,7 @@ void CheckLoss(const Format& aFormat, const std::string& aStream, std::size_t aL
 void CheckWithoutRecord(const Format& aFormat, const std::string& aStream, Parser::parsing_status_t aStatus) {
     const std::unique_ptr<Parser> parser(aFormat.mMake(nullptr));
     parser->Open();
-    FuzzCheck(Push(*parser, aStream, 0, aStream.size(), false) == aStatus);
+    FuzzCheck(PushEltStream(*parser, aStream, 0, aStream.size(), false) == aStatus);
     FuzzCheck(parser->Close() == nullptr);
 }
 
@@ -128,24 +119,40 @@ std::vector<std::size_t> DecodeCuts(FuzzInput& anInput) {
 
 } // namespace
 
-void FuzzEltStream(const std::uint8_t* aData, std::size_t aSize, MakeEltStreamParser aMake,
-                   const char* aCodecKey, std::initializer_list<const char*> aCodecs) {
-    const FuzzHouse house;
-    const Format format = {aMake, aCodecKey, aCodecs};
+EltStreamInput::EltStreamInput(const std::uint8_t* aData, std::size_t aSize) {
     FuzzInput input(aData, aSize);
     const std::size_t repeats = 1 + input.Byte() % kMaximumRepeats;
     const std::uint64_t lossAt = input.Number(2);
-    const std::vector<std::size_t> cuts = DecodeCuts(input);
+    mCuts = DecodeCuts(input);
     std::string part;
     while (!input.IsEmpty()) {
         part.push_back(static_cast<char>(input.Byte()));
     }
-    std::string stream;
-    for (std::size_t i = 0; i < repeats && stream.size() + part.size() <= kMaximumStream; ++i) {
-        stream += part;
+    for (std::size_t i = 0; i < repeats && mStream.size() + part.size() <= kMaximumStream; ++i) {
+        mStream += part;
     }
-    const Result whole = PlayWhole(format, stream);
-    FuzzCheck(PlayPieces(format, stream, cuts) == whole);
-    CheckLoss(format, stream, static_cast<std::size_t>(lossAt % (stream.size() + 1)));
-    CheckWithoutRecord(format, stream, whole.mStatus);
+    mLossAt = static_cast<std::size_t>(lossAt % (mStream.size() + 1));
+}
+
+std::size_t EltStreamInput::PacketSize(std::size_t anIndex, std::size_t aPosition) const {
+    return std::min(mCuts.empty() ? 1 : mCuts[anIndex % mCuts.size()], mStream.size() - aPosition);
+}
+
+ezElementaryStreamParser::parsing_status_t PushEltStream(ezElementaryStreamParser& aParser,
+                                                         const std::string& aStream, std::size_t aFrom,
+                                                         std::size_t aSize, bool afLost) {
+    const std::unique_ptr<char[]> packet(new char[aSize]);
+    std::copy_n(aStream.begin() + static_cast<std::ptrdiff_t>(aFrom), aSize, packet.get());
+    return aParser.AddPacket(packet.get(), static_cast<uint32>(aSize), afLost);
+}
+
+void FuzzEltStream(const std::uint8_t* aData, std::size_t aSize, MakeEltStreamParser aMake,
+                   const char* aCodecKey, std::initializer_list<const char*> aCodecs) {
+    const FuzzHouse house;
+    const Format format = {aMake, aCodecKey, aCodecs};
+    const EltStreamInput input(aData, aSize);
+    const Result whole = PlayWhole(format, input.mStream);
+    FuzzCheck(PlayPieces(format, input) == whole);
+    CheckLoss(format, input.mStream, input.mLossAt);
+    CheckWithoutRecord(format, input.mStream, whole.mStatus);
 }

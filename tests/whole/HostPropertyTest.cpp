@@ -1,7 +1,9 @@
+#include "PropertyFormat.h"
 #include "PropertyMapper.h"
 #include "PropertyOperation.h"
 #include "PropertyPackets.h"
 #include "PropertyParsers.h"
+#include "PropertyPictures.h"
 #include "PropertyPlaylist.h"
 #include "PropertyThumbnails.h"
 #include "PropertyTypes.h"
@@ -35,7 +37,7 @@ constexpr int kSequences = 2000;
 
 /// Who does what a verb says, and who tells it in words.
 using Words = std::string (*)(const Operation&);
-enum class Part { Parsers, Mapper, Playlist, Packets, Thumbnails };
+enum class Part { Parsers, Mapper, Playlist, Packets, Format, Thumbnails, Pictures };
 struct VerbRow {
     Verb mVerb;
     std::size_t mWeight;
@@ -44,36 +46,56 @@ struct VerbRow {
 };
 
 const VerbRow kVerbs[] = {
-    {Verb::AddParser, 9, Part::Parsers, ParsersSubject::Describe},
+    {Verb::AddParser, 10, Part::Parsers, ParsersSubject::Describe},
     {Verb::AddParserAgain, 1, Part::Parsers, ParsersSubject::Describe},
     {Verb::AddStandardParsers, 4, Part::Parsers, ParsersSubject::Describe},
     {Verb::UseMapper, 3, Part::Parsers, ParsersSubject::Describe},
-    {Verb::ParseMedia, 12, Part::Parsers, ParsersSubject::Describe},
+    {Verb::ParseMedia, 15, Part::Parsers, ParsersSubject::Describe},
     {Verb::ParseType, 3, Part::Parsers, ParsersSubject::Describe},
     {Verb::ParseCover, 3, Part::Parsers, ParsersSubject::Describe},
     {Verb::AdjustRecord, 3, Part::Parsers, ParsersSubject::Describe},
-    {Verb::Announce, 2, Part::Parsers, ParsersSubject::Describe},
+    {Verb::AdjustByType, 2, Part::Parsers, ParsersSubject::Describe},
+    {Verb::Announce, 3, Part::Parsers, ParsersSubject::Describe},
+    {Verb::AnnounceProtected, 2, Part::Parsers, ParsersSubject::Describe},
+    {Verb::LookUpTypes, 2, Part::Parsers, ParsersSubject::Describe},
     {Verb::RestartHost, 1, Part::Parsers, ParsersSubject::Describe},
     {Verb::AddMapping, 6, Part::Mapper, MapperSubject::Describe},
     {Verb::ChangeMapping, 3, Part::Mapper, MapperSubject::Describe},
     {Verb::RemoveMapping, 2, Part::Mapper, MapperSubject::Describe},
     {Verb::LookUpMapping, 5, Part::Mapper, MapperSubject::Describe},
+    {Verb::AskForEnabled, 2, Part::Mapper, MapperSubject::Describe},
+    {Verb::AdjustProtocolInfo, 2, Part::Mapper, MapperSubject::Describe},
     {Verb::SwitchProfile, 3, Part::Mapper, MapperSubject::Describe},
+    {Verb::SwitchSpeeds, 2, Part::Mapper, MapperSubject::Describe},
     {Verb::SaveMapper, 3, Part::Mapper, MapperSubject::Describe},
     {Verb::LoadMapper, 2, Part::Mapper, MapperSubject::Describe},
     {Verb::AddSong, 5, Part::Playlist, PlaylistSubject::Describe},
     {Verb::RemoveSong, 1, Part::Playlist, PlaylistSubject::Describe},
     {Verb::ReadPlaylist, 3, Part::Playlist, PlaylistSubject::Describe},
+    {Verb::RegisterReader, 1, Part::Playlist, PlaylistSubject::Describe},
+    {Verb::AskForReader, 3, Part::Playlist, PlaylistSubject::Describe},
     {Verb::FeedMedia, 2, Part::Packets, PacketsSubject::Describe},
     {Verb::OpenRace, 3, Part::Packets, PacketsSubject::Describe},
     {Verb::PushPacket, 9, Part::Packets, PacketsSubject::Describe},
     {Verb::CloseRace, 2, Part::Packets, PacketsSubject::Describe},
+    {Verb::OpenFormat, 2, Part::Format, FormatSubject::Describe},
+    {Verb::PushToFormat, 6, Part::Format, FormatSubject::Describe},
+    {Verb::GiveUpFormat, 1, Part::Format, FormatSubject::Describe},
+    {Verb::ResetFormat, 1, Part::Format, FormatSubject::Describe},
+    {Verb::CloseFormat, 2, Part::Format, FormatSubject::Describe},
     {Verb::AddProvider, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::SetDefaultProvider, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RequestThumbnail, 12, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::FillTwice, 4, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::ForgetThumbnail, 2, Part::Thumbnails, ThumbnailsSubject::Describe},
     {Verb::RestartCache, 1, Part::Thumbnails, ThumbnailsSubject::Describe},
+    {Verb::WritePicture, 7, Part::Pictures, PicturesSubject::Describe},
+    {Verb::RemovePicture, 1, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ReadSource, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ReadPart, 4, Part::Pictures, PicturesSubject::Describe},
+    {Verb::ParsePicture, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::MakeThumbnail, 2, Part::Pictures, PicturesSubject::Describe},
+    {Verb::AnnounceThumbnails, 1, Part::Pictures, PicturesSubject::Describe},
 };
 
 const VerbRow& RowOf(Verb aVerb) {
@@ -109,7 +131,8 @@ public:
           mMapper(mFolder, aTerms.mLines),
           mParsers(mFolder, mMapper, static_cast<int>(aTerms.mOptions)),
           mPlaylist(mFolder),
-          mThumbnails(mFolder, aTerms.mBounds) {}
+          mThumbnails(mFolder, aTerms.mBounds),
+          mPictures(mFolder) {}
 
     void Apply(const Operation& anOperation) {
         switch (RowOf(anOperation.mVerb).mPart) {
@@ -121,8 +144,12 @@ public:
             return mPlaylist.Apply(anOperation);
         case Part::Packets:
             return mPackets.Apply(anOperation);
+        case Part::Format:
+            return mFormat.Apply(anOperation);
         case Part::Thumbnails:
             return mThumbnails.Apply(anOperation);
+        case Part::Pictures:
+            return mPictures.Apply(anOperation);
         }
     }
 
@@ -135,7 +162,9 @@ private:
     ParsersSubject mParsers;
     PlaylistSubject mPlaylist;
     PacketsSubject mPackets;
+    FormatSubject mFormat;
     ThumbnailsSubject mThumbnails;
+    PicturesSubject mPictures;
 };
 
 /// Deep states of one part need many operations on it, and mixed ones few on each.
@@ -166,7 +195,7 @@ struct Counts {
 void RunSequence(Counts& aCounts) {
     const Terms terms = *rc::gen::construct<Terms>(
         rc::gen::inRange(0U, 8U), rc::gen::inRange(0U, ThumbnailsSubject::kBoundsOfCache),
-        rc::gen::inRange(0U, MapperSubject::kMostLines + 2), rc::gen::inRange(0U, 8U));
+        rc::gen::inRange(0U, MapperSubject::kMostLines + 2), rc::gen::inRange(0U, 10U));
     const std::vector<Operation> operations = *SomeOperations(terms.mFocus);
     ++aCounts.mSequences;
     Host host(terms);
@@ -198,12 +227,26 @@ const char* const kMustBeMet[] = {
     "cover art is found",
     "a record is adjusted",
     "a record is not adjusted",
+    "a record is adjusted by type",
+    "a record is not adjusted by type",
     "something is announced",
+    "something is announced link-protected",
+    "speeds are announced",
+    "an extension has a type",
+    "an extension is unknown",
+    "a MIME type has an extension",
+    "a MIME type is unknown",
     "a mapping is found",
     "no mapping is found",
     "a profile is disabled",
     "a profile is switched",
     "no profile is switched",
+    "profiles are enabled",
+    "none of the profiles is enabled",
+    "a protocolInfo keeps its speeds",
+    "a protocolInfo takes speeds from the table",
+    "speeds are switched",
+    "no speeds are switched",
     "the mapper is saved",
     "the mapper is saved a second time",
     "the mapper is loaded",
@@ -212,11 +255,25 @@ const char* const kMustBeMet[] = {
     "a playlist is read: m3u8",
     "a playlist is read: pls",
     "a playlist is read: asx",
+#ifdef EZ_HAS_XML_PLAYLISTS
+    "a playlist is read: xspf",
+    "a playlist is read: wpl",
+#endif
+    "a reader of the libraries answers",
+    "a reader of the host answers",
+    "no reader answers",
     "a fed media is read to its end",
     "a fed media fails",
     "a race is won",
     "a race is lost by all",
     "a candidate leaves a race",
+    "a format has decided",
+    "a format is given up",
+    "a format that decided is given up",
+    "a format is started anew",
+    "a format that is not at work is started anew",
+    "a format gives its record",
+    "a format has given its record before",
     "a thumbnail is built",
     "a thumbnail cannot be built",
     "nobody is able to build a thumbnail",
@@ -227,6 +284,16 @@ const char* const kMustBeMet[] = {
     "the cache gives up a thumbnail",
     "two fill a thumbnail at once",
     "a thumbnail is forgotten",
+    "a source is read",
+    "a source is not there",
+    "a part is read",
+    "a part is decoded",
+    "there is no such part",
+    "a picture is parsed",
+    "what is no picture is parsed",
+    "a thumbnail is made of a picture",
+    "there is no picture beside the film",
+    "thumbnails are announced",
 };
 
 } // namespace

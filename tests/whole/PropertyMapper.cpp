@@ -4,6 +4,7 @@
 
 #include "support/Catchers.h"
 
+#include "ezPlatform/config/Hook.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 
 #include <algorithm>
@@ -12,8 +13,8 @@
 namespace {
 
 constexpr std::size_t kMostMappings = 40; // a load on top of a table doubles it
-constexpr std::uint32_t kSwitches =
-    kDLNAMediaMapperProfile_Disabled | kDLNAMediaMapperPlaySpeed_ProfileEnabled;
+constexpr std::uint32_t kBothSpeeds =
+    kDLNAMediaMapperPlaySpeed_ProfileEnabled | kDLNAMediaMapperPlaySpeed_MediaEnabled;
 
 // What is to be met often stands more than once.
 const char* const kBases[] = {"clip",      "song",    "clip", "CLIP", "clip(2)", "clip",
@@ -24,8 +25,15 @@ const char* const kMimeTypes[] = {"audio/x-a", "video/x-b", "image/x-c", "audio/
 const char* const kProfiles[] = {"PA", "PB", "LPCM", "P"};
 const char* const kDurations[] = {"", "0:00:10", "1:00:00.000", "soon"};
 const std::uint32_t kBitRates[] = {0, 5000, 128000};
-const std::uint32_t kFlags[] = {0, kDLNAMediaMapperProfile_Disabled, kDLNAMediaMapperPlaySpeed_ProfileEnabled,
-                                0x00000001};
+const std::uint32_t kFlags[] = {0,
+                                kBothSpeeds,
+                                kDLNAMediaMapperProfile_Disabled,
+                                kDLNAMediaMapperPlaySpeed_ProfileEnabled,
+                                0x00000001,
+                                kBothSpeeds | kDLNAMediaMapperPlaySpeed_MediaNotSupported};
+const char* const kSpeeds[] = {"2", "", "1/2,4", "2,-1"};
+// What is asked for in lists: profiles in any case, the thumbnails' ones, and what no table has.
+const char* const kAsked[] = {"PA", "pb", "LPCM", "P", "JPEG_TN", "png_tn", "ZZ", ""};
 
 Mapping MappingOf(const Operation& anOperation) {
     Mapping mapping;
@@ -35,7 +43,25 @@ Mapping MappingOf(const Operation& anOperation) {
     mapping.mDuration = Chosen(kDurations, anOperation.mA / 8);
     mapping.mBitRate = Chosen(kBitRates, anOperation.mB / 9);
     mapping.mFlags = Chosen(kFlags, anOperation.mC / 5);
+    mapping.mSpeeds = Chosen(kSpeeds, anOperation.mD / 4);
     return mapping;
+}
+
+std::string LineOf(const Mapping& aMapping) {
+    std::string speeds;
+    for (const char byte : aMapping.mSpeeds) {
+        speeds += byte == ',' ? "\\," : std::string(1, byte);
+    }
+    return aMapping.mName + "," + aMapping.mMimeType + "," + aMapping.mProfile + "," + aMapping.mDuration +
+           "," + speeds + ",," + (aMapping.mBitRate != 0 ? std::to_string(aMapping.mBitRate) : "");
+}
+
+std::unique_ptr<DLNAMediaMapperEntry> NewEntry(const Mapping& aMapping) {
+    auto entry = std::make_unique<DLNAMediaMapperEntry>();
+    Agree("a good line is taken", entry->Set(LineOf(aMapping).c_str()), true);
+    entry->mGoldenDMSFlags = aMapping.mFlags;
+    entry->ComputeDLNAProtocolInfo();
+    return entry;
 }
 
 /// What the read-only file holds.
@@ -43,25 +69,34 @@ std::vector<Mapping> FactoryMappings(unsigned aLines) {
     std::vector<Mapping> mappings;
     for (unsigned i = 0; i < aLines; ++i) {
         mappings.push_back(MappingOf({Verb::AddMapping, i, i, i, 2 - i}));
+        mappings.back().mFlags = i == 1 ? kBothSpeeds : 0;
     }
     return mappings;
 }
 
-std::string LineOf(const Mapping& aMapping) {
-    return aMapping.mName + "," + aMapping.mMimeType + "," + aMapping.mProfile + "," + aMapping.mDuration +
-           ",,," + (aMapping.mBitRate != 0 ? std::to_string(aMapping.mBitRate) : "");
+/// The speeds that a protocolInfo states.
+std::string SpeedsIn(const std::string& aProtocolInfo) {
+    const std::string name = "DLNA.ORG_PS=";
+    const std::size_t at = aProtocolInfo.find(name);
+    return at == std::string::npos
+               ? ""
+               : aProtocolInfo.substr(at + name.size(), aProtocolInfo.find(';', at) - at - name.size());
 }
 
-std::string WithoutNumberAndPrefix(std::string aBase) {
-    const std::size_t open = aBase.rfind('(');
-    if (!aBase.empty() && aBase.back() == ')' && open != std::string::npos) {
-        const std::string number = aBase.substr(open + 1, aBase.size() - open - 2);
-        if (!number.empty() && number.find_first_not_of("0123456789") == std::string::npos) {
-            aBase.resize(open);
-        }
+/// The speeds of each record of a profile array, by its profile.
+std::vector<std::string> SpeedsOf(const ezArray* anArray) {
+    std::vector<std::string> speeds;
+    for (std::size_t i = 0; i < ezArray_GetCount(anArray); ++i) {
+        const ezDLNAProtocolInfo* info =
+            static_cast<DLNAProfileEntry*>(ezArray_At(anArray, i))->GetDLNAProtocolInfo();
+        speeds.push_back(std::string(ezDLNAProtocolInfo_GetProfile(info)) + " " +
+                         Taken(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 0)));
     }
-    const std::size_t prefix = aBase.find("DTCP_");
-    return prefix == std::string::npos ? aBase : aBase.substr(prefix + 5);
+    return speeds;
+}
+
+std::vector<std::string> AskedFor(const Operation& anOperation) {
+    return {Chosen(kAsked, anOperation.mA), Chosen(kAsked, anOperation.mB), Chosen(kAsked, anOperation.mC)};
 }
 
 } // namespace
@@ -72,153 +107,9 @@ std::string MediaNameOf(unsigned aBase, unsigned anExtension) {
 }
 
 std::ostream& operator<<(std::ostream& aStream, const Mapping& aMapping) {
-    return aStream << "{" << LineOf(aMapping) << ", flags " << std::hex << aMapping.mFlags << std::dec << "}";
+    return aStream << "{" << LineOf(aMapping) << ", flags " << std::hex << aMapping.mFlags << std::dec
+                   << ", states '" << aMapping.mShown << "'}";
 }
-
-bool Mapping::IsEnabled() const {
-    return (mFlags & kDLNAMediaMapperProfile_Disabled) == 0;
-}
-
-bool Mapping::CanPlayAtSpeeds() const {
-    const std::string kind = Lower(mMimeType.substr(0, mMimeType.find('/')));
-    return kind == "audio" || kind == "video";
-}
-
-// ---- the model ----
-
-void MapperModel::Restart() {
-    mByProfile.clear();
-    mKnownNames.clear();
-    mDisabled.clear();
-    mLoaded.clear();
-    mfSaved = false;
-}
-
-bool MapperModel::Load() {
-    if (!mFile) {
-        if (!mReadOnly) {
-            return false;
-        }
-        Take(*mReadOnly);
-        mFile = InOrder();
-    }
-    Take(*mFile);
-    mfSaved = false;
-    return true;
-}
-
-void MapperModel::Take(const std::vector<Mapping>& aFile) {
-    for (const Mapping& mapping : aFile) {
-        Add(mapping);
-        mKnownNames.insert(Lower(NameParts(mapping.mName).mBase));
-    }
-    mDisabled.clear();
-    for (const auto& [profile, group] : mByProfile) {
-        mLoaded.insert(profile);
-        if (!SpeakerOf(group).IsEnabled()) {
-            mDisabled.insert(profile);
-        }
-    }
-}
-
-bool MapperModel::Save() {
-    if (mfSaved) {
-        return false;
-    }
-    mfSaved = true;
-    mFile = InOrder();
-    return true;
-}
-
-Mapping* MapperModel::At(std::size_t anIndex, std::map<std::string, Group>::iterator* aGroup) {
-    for (auto group = mByProfile.begin(); group != mByProfile.end(); ++group) {
-        if (anIndex < group->second.size()) {
-            *aGroup = group;
-            return &group->second[anIndex];
-        }
-        anIndex -= group->second.size();
-    }
-    return nullptr;
-}
-
-void MapperModel::Change(std::size_t anIndex, const Mapping& aMapping) {
-    std::map<std::string, Group>::iterator group;
-    *At(anIndex, &group) = aMapping;
-}
-
-void MapperModel::Remove(std::size_t anIndex) {
-    std::map<std::string, Group>::iterator group;
-    const Mapping* mapping = At(anIndex, &group);
-    group->second.erase(group->second.begin() + (mapping - group->second.data()));
-    if (group->second.empty()) {
-        mByProfile.erase(group);
-    }
-}
-
-const Mapping& MapperModel::SpeakerOf(const Group& aGroup) {
-    const auto found = std::find_if(aGroup.begin(), aGroup.end(),
-                                    [](const Mapping& aMapping) { return aMapping.CanPlayAtSpeeds(); });
-    return found != aGroup.end() ? *found : aGroup.front();
-}
-
-bool MapperModel::Switch(std::size_t anIndex, bool afEnabled, bool* afProfileChanged) {
-    bool fChanged = false;
-    *afProfileChanged = false;
-    std::size_t index = 0;
-    for (auto& [profile, group] : mByProfile) {
-        const Mapping speaker = SpeakerOf(group);
-        const bool fEnabled = index++ == anIndex ? afEnabled : speaker.IsEnabled();
-        const bool fSpeeds =
-            speaker.CanPlayAtSpeeds() && (speaker.mFlags & kDLNAMediaMapperPlaySpeed_ProfileEnabled) != 0;
-        const std::uint32_t switches = (fEnabled ? 0 : kDLNAMediaMapperProfile_Disabled) |
-                                       (fSpeeds ? kDLNAMediaMapperPlaySpeed_ProfileEnabled : 0);
-        for (Mapping& mapping : group) {
-            *afProfileChanged = *afProfileChanged || mapping.IsEnabled() != fEnabled;
-            fChanged = fChanged || (mapping.mFlags & kSwitches) != switches;
-            mapping.mFlags = (mapping.mFlags & ~kSwitches) | switches;
-        }
-    }
-    return fChanged;
-}
-
-std::vector<Mapping> MapperModel::InOrder() const {
-    std::vector<Mapping> mappings;
-    for (const auto& [profile, group] : mByProfile) {
-        mappings.insert(mappings.end(), group.begin(), group.end());
-    }
-    return mappings;
-}
-
-const Mapping* MapperModel::Find(const std::string& aName) const {
-    const NameParts wanted(aName);
-    const std::string base = Lower(WithoutNumberAndPrefix(wanted.mBase));
-    const std::string extension = Lower(wanted.mExtension);
-    if (mKnownNames.count(base) == 0 || !IsKnownExtension(extension)) {
-        return nullptr;
-    }
-    for (const auto& [profile, group] : mByProfile) {
-        for (const Mapping& mapping : group) {
-            const NameParts name(mapping.mName);
-            if (Lower(name.mBase) == base && !(Lower(name.mExtension) == "pcm" && extension == "wav")) {
-                return &mapping;
-            }
-        }
-    }
-    return nullptr;
-}
-
-std::string MapperModel::Announced() const {
-    std::string text;
-    for (const auto& [profile, group] : mByProfile) {
-        const Mapping& speaker = SpeakerOf(group);
-        if (speaker.IsEnabled()) {
-            text += (text.empty() ? "" : ",") + speaker.mMimeType + ":DLNA.ORG_PN=" + profile;
-        }
-    }
-    return text;
-}
-
-// ---- the host's ----
 
 MapperSubject::MapperSubject(const TemporaryFolder& aFolder, unsigned aLines)
     : mFolder(aFolder),
@@ -230,7 +121,7 @@ MapperSubject::MapperSubject(const TemporaryFolder& aFolder, unsigned aLines)
     if (aLines <= kMostLines) {
         std::string text = "# made in the factory\n\n";
         for (const Mapping& mapping : FactoryMappings(aLines)) {
-            text += LineOf(mapping) + "\n";
+            text += Str(NewEntry(mapping)->Get()) + "\n";
         }
         mFolder.Write("ro/MediaMapper.txt", text);
     }
@@ -262,8 +153,22 @@ std::string MapperSubject::Describe(const Operation& anOperation) {
         text << "look up " << MediaNameOf(anOperation.mA, anOperation.mB) << " and the profile "
              << Chosen(kProfiles, anOperation.mC);
         break;
+    case Verb::AskForEnabled:
+        text << "ask which are enabled of";
+        for (const std::string& name : AskedFor(anOperation)) {
+            text << " '" << name << "'";
+        }
+        break;
+    case Verb::AdjustProtocolInfo:
+        text << "adjust a protocolInfo of the profile " << Chosen(kProfiles, anOperation.mA)
+             << (anOperation.mB % 2 != 0 ? " with speeds of its own" : "");
+        break;
     case Verb::SwitchProfile:
         text << "switch profile " << anOperation.mA << " (of those there) "
+             << (anOperation.mB % 2 != 0 ? "on" : "off");
+        break;
+    case Verb::SwitchSpeeds:
+        text << "switch the play speeds of profile " << anOperation.mA << " (of those there) "
              << (anOperation.mB % 2 != 0 ? "on" : "off");
         break;
     case Verb::SaveMapper:
@@ -297,8 +202,17 @@ void MapperSubject::Apply(const Operation& anOperation) {
     case Verb::LookUpMapping:
         LookUp(anOperation);
         break;
+    case Verb::AskForEnabled:
+        AskForEnabled(anOperation);
+        break;
+    case Verb::AdjustProtocolInfo:
+        AdjustProtocolInfo(anOperation);
+        break;
     case Verb::SwitchProfile:
-        Switch(anOperation);
+        Switch(MapperModel::What::Profile, anOperation);
+        break;
+    case Verb::SwitchSpeeds:
+        Switch(MapperModel::What::Speeds, anOperation);
         break;
     case Verb::SaveMapper:
         Save();
@@ -312,10 +226,7 @@ void MapperSubject::Apply(const Operation& anOperation) {
 }
 
 void MapperSubject::Add(const Mapping& aMapping) {
-    auto* entry = new DLNAMediaMapperEntry;
-    Agree("a good line is taken", entry->Set(LineOf(aMapping).c_str()), true);
-    entry->mGoldenDMSFlags = aMapping.mFlags;
-    mMapper->AddEntry(entry);
+    mMapper->AddEntry(NewEntry(aMapping).release());
     mModel.Add(aMapping);
     Compare("after adding a mapping");
 }
@@ -329,6 +240,7 @@ void MapperSubject::Change(std::size_t anIndex, const Mapping& aMapping) {
     entry->mDuration = changed.mDuration.c_str();
     entry->mBitRate = changed.mBitRate;
     entry->mGoldenDMSFlags = changed.mFlags;
+    entry->mSupportedPlaySpeeds = ezCSVStringList::FromText(changed.mSpeeds.c_str());
     entry->ComputeDLNAProtocolInfo();
     mModel.Change(anIndex, changed);
     Compare("after changing a mapping");
@@ -351,27 +263,80 @@ void MapperSubject::LookUp(const Operation& anOperation) {
     const char* profile = Chosen(kProfiles, anOperation.mC);
     Agree(std::string("disabled: ") + profile, mMapper->IsDisabledProfile(profile),
           mModel.IsDisabled(profile));
+    const DLNAMediaMapperEntry* first = mMapper->GetFirstEntryForProfile(profile);
+    const Mapping* modelFirst = mModel.FirstOf(profile);
+    Agree(std::string("first line of ") + profile, first != nullptr ? Str(first->mFileName) : "none",
+          modelFirst != nullptr ? modelFirst->mName : "none");
     const ezDLNAProtocolInfo* merged = mMapper->GetMergedDLNAProtocolInfo(profile);
     Agree("merged profile", std::string(merged != nullptr ? ezDLNAProtocolInfo_GetProfile(merged) : "none"),
-          mModel.IsLoaded(profile) ? std::string(profile) : "none");
+          mModel.LoadedSpeeds(profile) ? std::string(profile) : "none");
     Met(mModel.IsDisabled(profile) ? "a profile is disabled" : "a profile is not disabled");
 }
 
-void MapperSubject::Switch(const Operation& anOperation) {
+void MapperSubject::AskForEnabled(const Operation& anOperation) {
+    std::string asked;
+    std::string expected;
+    std::string askedWithTypes = "text/plain:*";
+    std::string expectedWithTypes = askedWithTypes; // without a profile there is none to be disabled
+    for (const std::string& name : AskedFor(anOperation)) {
+        const std::string item = ",audio/x-a:DLNA.ORG_PN=" + name;
+        asked += asked.empty() ? name : "," + name;
+        askedWithTypes += name.empty() ? "" : item;
+        if (mModel.IsEnabled(name)) {
+            expected += expected.empty() ? name : "," + name;
+            expectedWithTypes += item;
+        }
+    }
+    Agree("enabled of " + asked, Str(mMapper->GetEnabledProfileList(asked.c_str())), expected);
+    Agree("enabled of " + askedWithTypes, Str(mMapper->GetEnabledMimeTypeProfileList(askedWithTypes.c_str())),
+          expectedWithTypes);
+    Met(expected.empty() ? "none of the profiles is enabled" : "profiles are enabled");
+}
+
+void MapperSubject::AdjustProtocolInfo(const Operation& anOperation) {
+    const std::string profile = Chosen(kProfiles, anOperation.mA);
+    const std::string begin = "http-get:*:video/x-b:DLNA.ORG_PN=" + profile + ";DLNA.ORG_OP=10";
+    const auto withSpeeds = [](const std::string& aSpeeds) {
+        return aSpeeds.empty() ? "" : ";DLNA.ORG_PS=" + aSpeeds;
+    };
+    const std::string own = anOperation.mB % 2 != 0 ? "8" : "";
+    ezDLNAProtocolInfo* info = ezDLNAProtocolInfo_New((begin + withSpeeds(own)).c_str(), 0, 0);
+    ezHook* hook = ezHook_New();
+    ezHook_SetCallback(hook, DLNAMediaMapper::Hook_AdjustProtocolInfo);
+    ezHook_SetVoidPtrProperty(hook, "DLNAMediaMapper", mMapper.get());
+    ezHook_Call(hook, "AdjustProtocolInfo", info);
+    const std::string loaded = mModel.LoadedSpeeds(profile).value_or("");
+    Agree("the adjusted protocolInfo", Taken(ezDLNAProtocolInfo_GetStr(info)),
+          begin + withSpeeds(loaded.empty() ? own : loaded));
+    Met(loaded.empty() ? "a protocolInfo keeps its speeds" : "a protocolInfo takes speeds from the table");
+    ezHook_Delete(hook);
+    ezDLNAProtocolInfo_Delete(info);
+}
+
+void MapperSubject::Switch(MapperModel::What aWhat, const Operation& anOperation) {
     ezArray* records = mMapper->NewProfileArray();
     const std::size_t count = ezArray_GetCount(records);
     Agree("number of profiles", count, mModel.ProfileCount());
+    Agree("the speeds of the profiles", SpeedsOf(records), mModel.Speeds());
     if (count != 0) {
         const bool fEnabled = anOperation.mB % 2 != 0;
         const std::size_t index = anOperation.mA % count;
-        static_cast<DLNAProfileEntry*>(ezArray_At(records, index))->EnableProfile(fEnabled);
+        auto* record = static_cast<DLNAProfileEntry*>(ezArray_At(records, index));
+        if (aWhat == MapperModel::What::Profile) {
+            record->EnableProfile(fEnabled);
+        } else {
+            record->EnablePlaySpeed(fEnabled);
+        }
         bool fProfileChanged = false;
         bool fModelProfileChanged = false;
         const bool fChanged = mMapper->MergeBackProfileArray(records, &fProfileChanged);
-        const bool fModelChanged = mModel.Switch(index, fEnabled, &fModelProfileChanged);
+        const bool fModelChanged = mModel.Switch(aWhat, index, fEnabled, &fModelProfileChanged);
         Agree("something was switched", fChanged, fModelChanged);
         Agree("a profile was switched", fProfileChanged, fModelProfileChanged);
         Met(fProfileChanged ? "a profile is switched" : "no profile is switched");
+        if (aWhat == MapperModel::What::Speeds) {
+            Met(fChanged ? "speeds are switched" : "no speeds are switched");
+        }
     }
     ezArray_Delete(records);
     Compare("after switching a profile");
@@ -401,7 +366,8 @@ std::vector<Mapping> MapperSubject::HostInOrder() {
     for (std::size_t i = 0; i < mMapper->GetCount(); ++i) {
         const DLNAMediaMapperEntry* entry = mMapper->At(i);
         mappings.push_back({Str(entry->mFileName), Str(entry->mMimeType), Str(entry->mProfile),
-                            Str(entry->mDuration), entry->mBitRate, entry->mGoldenDMSFlags});
+                            Str(entry->mDuration), entry->mBitRate, entry->mGoldenDMSFlags,
+                            Str(entry->mSupportedPlaySpeeds.Join()), SpeedsIn(Str(entry->mFullProfile))});
     }
     return mappings;
 }

@@ -4,38 +4,21 @@
 
 #include "ez/StreamMediaParserStream.h"
 #include "support/Record.h"
-#include "support/ScriptedEltStreamParser.h"
+#include "support/Str.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace {
 
-constexpr int kCompleted = ezElementaryStreamParser::MSS_COMPLETED;
-constexpr int kInProgress = ezElementaryStreamParser::MSS_IN_PROGRESS;
-constexpr int kFailed = ezElementaryStreamParser::MSS_UNRECOVERABLE_ERROR;
+constexpr int kCompleted = FormatModel::kCompleted;
+constexpr int kInProgress = FormatModel::kInProgress;
+constexpr int kFailed = FormatModel::kFailed;
 
 const std::size_t kLengths[] = {0, 1, 100, 8191, 8192, 8193, 30000};
 const std::size_t kPackets[] = {10000, 100, 1000, 8192, 333};
 const std::size_t kWindows[] = {100000, 20000, 9000, 8192};
 const std::size_t kReads[] = {10000, 1000, 8192, 77};
-
-/// A format of a race, which notes what it was given as well.
-class RacingParser : public ScriptedEltStreamParser {
-public:
-    RacingParser(const EltScript& aScript, unsigned aLimit, const char* aName,
-                 std::vector<std::string>& aJournal)
-        : ScriptedEltStreamParser(aScript, aLimit, aName, nullptr, &aJournal), mOfAll(aJournal) {}
-
-    parsing_status_t ContinueParsing(const unsigned char* aBuffer, uint32 aSize) override {
-        mOfAll.push_back(GetName() + (IsSkipping() ? " passed over " + std::to_string(aSize)
-                                                   : " got " + std::string(aBuffer, aBuffer + aSize)));
-        return ScriptedEltStreamParser::ContinueParsing(aBuffer, aSize);
-    }
-
-private:
-    std::vector<std::string>& mOfAll;
-};
 
 /// All of a stream; false where a read failed.
 bool ReadThrough(ezMediaParserStream& aStream, std::size_t aPiece, std::string* aBytes) {
@@ -94,17 +77,10 @@ void FedStream::Feed(ezFeedBuffer& aBuffer) {
 PacketsSubject::PacketsSubject() = default;
 PacketsSubject::~PacketsSubject() = default;
 
-std::vector<PacketsSubject::Candidate> PacketsSubject::CandidatesOf(const Operation& anOperation) {
-    std::vector<Candidate> candidates;
+std::vector<FormatPlan> PacketsSubject::CandidatesOf(const Operation& anOperation) {
+    std::vector<FormatPlan> candidates;
     for (const unsigned number : {anOperation.mA, anOperation.mB, anOperation.mC}) {
-        Candidate candidate;
-        candidate.mName = static_cast<char>('A' + candidates.size());
-        candidate.mFirst = 1 + number % 6;
-        candidate.mSecond = 1 + number / 6 % 5;
-        candidate.mfSkips = number / 30 % 2 != 0;
-        candidate.mfFails = number / 60 % 2 != 0;
-        candidate.mLimit = number / 120 % 2 != 0 ? 6 : 1000;
-        candidates.push_back(candidate);
+        candidates.push_back(FormatPlan::Of(static_cast<char>('A' + candidates.size()), number));
     }
     candidates.resize(anOperation.mD % 4);
     return candidates;
@@ -122,10 +98,8 @@ std::string PacketsSubject::Describe(const Operation& anOperation) {
         break;
     case Verb::OpenRace:
         text << "open a race of";
-        for (const Candidate& candidate : CandidatesOf(anOperation)) {
-            text << " " << candidate.mName << " (" << candidate.mFirst << " bytes, then " << candidate.mSecond
-                 << (candidate.mfSkips ? " passed over" : " more") << (candidate.mfFails ? ", fails" : "")
-                 << ", limit " << candidate.mLimit << ")";
+        for (const FormatPlan& candidate : CandidatesOf(anOperation)) {
+            text << " " << candidate.InWords();
         }
         break;
     case Verb::PushPacket:
@@ -181,17 +155,11 @@ void PacketsSubject::FeedMedia(const Operation& anOperation) {
 
 void PacketsSubject::OpenRace(const Operation& anOperation) {
     EndRace();
-    mCandidates = CandidatesOf(anOperation);
     mRace = std::make_unique<ezUndeterminedEltStreamParser>(nullptr, new ezMediaInfo);
-    static const char* const kNames[] = {"A", "B", "C"};
-    for (const Candidate& candidate : mCandidates) {
-        const EltScript script = {EltStep::OfRead(candidate.mFirst),
-                                  candidate.mfSkips ? EltStep::OfSkip(candidate.mSecond)
-                                                    : EltStep::OfAppend(candidate.mSecond),
-                                  candidate.mfFails ? EltStep::OfFailure() : EltStep::OfCompletion()};
-        mRace->AddCandidate(
-            new RacingParser(script, candidate.mLimit, kNames[candidate.mName - 'A'], mJournal));
-        mModelJournal.push_back(std::string(1, candidate.mName) + " opened");
+    for (const FormatPlan& plan : CandidatesOf(anOperation)) {
+        mRace->AddCandidate(new PlannedFormat(plan, nullptr, mJournal));
+        mCandidates.emplace_back(plan, mModelJournal);
+        mCandidates.back().Open();
     }
     mRace->Open();
     mStatus = mCandidates.empty() ? kCompleted : kInProgress;
@@ -200,34 +168,11 @@ void PacketsSubject::OpenRace(const Operation& anOperation) {
     Compare("after opening a race");
 }
 
-int PacketsSubject::Take(Candidate& aCandidate, const std::string& aPacket, bool afLost) {
-    const std::string name(1, aCandidate.mName);
-    mModelJournal.push_back(name + " took " + std::to_string(aPacket.size()) +
-                            (afLost ? " after a loss" : ""));
-    if (afLost) {
-        aCandidate.mTaken.clear();
-        aCandidate.mfFirstTold = false;
-    }
-    aCandidate.mTaken += aPacket;
-    aCandidate.mTotal += static_cast<unsigned>(aPacket.size());
-    const unsigned whole = aCandidate.mFirst + aCandidate.mSecond;
-    if (!aCandidate.mfFirstTold && aCandidate.mTaken.size() >= aCandidate.mFirst) {
-        aCandidate.mfFirstTold = true;
-        mModelJournal.push_back(name + " got " + aCandidate.mTaken.substr(0, aCandidate.mFirst));
-    }
-    if (aCandidate.mTaken.size() < whole) {
-        return aCandidate.mTotal >= aCandidate.mLimit ? kFailed : kInProgress;
-    }
-    mModelJournal.push_back(name + (aCandidate.mfSkips ? " passed over " + std::to_string(aCandidate.mSecond)
-                                                       : " got " + aCandidate.mTaken.substr(0, whole)));
-    return aCandidate.mfFails ? kFailed : kCompleted;
-}
-
 int PacketsSubject::TakeAll(const std::string& aPacket, bool afLost) {
     for (std::size_t i = 0; i < mCandidates.size();) {
-        const int status = Take(mCandidates[i], aPacket, afLost);
+        const int status = mCandidates[i].Take(aPacket, afLost);
         if (status == kCompleted) {
-            mWinner = mCandidates[i].mName;
+            mWinner = mCandidates[i].Name();
             Met("a race is won");
             return kCompleted;
         }
@@ -235,7 +180,7 @@ int PacketsSubject::TakeAll(const std::string& aPacket, bool afLost) {
             ++i;
             continue;
         }
-        mModelJournal.push_back(std::string(1, mCandidates[i].mName) + " deleted");
+        mCandidates[i].Note("deleted");
         mCandidates.erase(mCandidates.begin() + static_cast<std::ptrdiff_t>(i));
         Met("a candidate leaves a race");
     }
@@ -272,14 +217,25 @@ void PacketsSubject::CloseRace() {
 
 void PacketsSubject::EndRace() {
     mRace.reset();
-    for (const Candidate& candidate : mCandidates) {
-        mModelJournal.push_back(std::string(1, candidate.mName) + " deleted");
+    for (FormatModel& candidate : mCandidates) {
+        candidate.Note("deleted");
     }
     mCandidates.clear();
     Compare("after a race is gone");
 }
 
+std::string PacketsSubject::ModelCandidates() const {
+    std::string names;
+    for (const FormatModel& candidate : mCandidates) {
+        names += std::string(1, candidate.Name()) + "|";
+    }
+    return names.empty() ? "<none>" : "|" + names;
+}
+
 void PacketsSubject::Compare(const std::string& aWhen) {
+    if (mRace != nullptr) {
+        Agree("the candidates " + aWhen, Str(mRace->GetCandidateList()), ModelCandidates());
+    }
     Agree("what the candidates met with " + aWhen, mJournal, mModelJournal);
     mJournal.clear();
     mModelJournal.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PropertyFormat.h"
 #include "PropertyOperation.h"
 
 #include "ezLiveStreams/FeedStream.h"
@@ -47,35 +48,23 @@ public:
     void Apply(const Operation& anOperation);
 
 private:
-    /// A format: it reads, then skips or reads more, and has decided.
-    struct Candidate {
-        char mName = 'A';
-        unsigned mFirst = 1;
-        unsigned mSecond = 1;
-        bool mfSkips = false; ///< the second request
-        bool mfFails = false;
-        unsigned mLimit = 0;
-
-        std::string mTaken;  ///< since its start
-        unsigned mTotal = 0; ///< since it was opened
-        bool mfFirstTold = false;
-    };
-    static std::vector<Candidate> CandidatesOf(const Operation& anOperation);
+    static std::vector<FormatPlan> CandidatesOf(const Operation& anOperation);
 
     void FeedMedia(const Operation& anOperation);
     void OpenRace(const Operation& anOperation);
     void PushPacket(const Operation& anOperation);
     void CloseRace();
-    /// What a packet makes of one candidate: the status.
-    int Take(Candidate& aCandidate, const std::string& aPacket, bool afLost);
+    /// What a packet makes of the race: the status.
     int TakeAll(const std::string& aPacket, bool afLost);
     void EndRace();
     void Compare(const std::string& aWhen);
 
-    std::vector<std::string> mJournal; ///< outlives the race
-    std::vector<std::string> mModelJournal;
+    std::string ModelCandidates() const;
+
+    FormatJournal mJournal; ///< outlives the race
+    FormatJournal mModelJournal;
     std::unique_ptr<ezUndeterminedEltStreamParser> mRace;
-    std::vector<Candidate> mCandidates; ///< that are left
+    std::vector<FormatModel> mCandidates; ///< that are left
     int mStatus = 0;
     char mWinner = '\0';
     unsigned mPackets = 0;

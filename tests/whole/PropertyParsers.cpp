@@ -5,6 +5,7 @@
 #include "PropertyTypes.h"
 
 #include "ez/FileMediaParserStream.h"
+#include "ez/MimeTypesDotIniParser.h"
 #include "ez/StreamMediaParserStream.h"
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/streams/MemoryStream.h"
@@ -45,6 +46,14 @@ ParserPlan PlanOf(const Operation& anOperation, unsigned aNumber) {
         plan.mDeclared.emplace_back("image/x-c");
     }
     return plan;
+}
+
+std::string ExtensionAskedFor(const Operation& anOperation) {
+    return NameParts(MediaNameOf(0, anOperation.mA)).mExtension;
+}
+
+std::string TypeAskedFor(const Operation& anOperation) {
+    return anOperation.mB % 2 != 0 ? Chosen(kAnswers, anOperation.mC) : Chosen(kStreamTypes, anOperation.mC);
 }
 
 MediaPlan MediaOf(const Operation& anOperation) {
@@ -243,8 +252,16 @@ std::string ParsersSubject::Describe(const Operation& anOperation) {
                InWords(MediaOf(anOperation));
     case Verb::AdjustRecord:
         return std::string("adjust a record of '") + Chosen(kAnswers, anOperation.mA) + "'";
+    case Verb::AdjustByType:
+        return std::string("adjust a record of '") + Chosen(kAnswers, anOperation.mA) + "' by the type " +
+               Chosen(kTypes, anOperation.mB);
     case Verb::Announce:
         return "announce";
+    case Verb::AnnounceProtected:
+        return "announce in the link-protected form";
+    case Verb::LookUpTypes:
+        return "look up the type of '" + ExtensionAskedFor(anOperation) + "' and the extensions of '" +
+               TypeAskedFor(anOperation) + "'";
     default:
         return "begin again with nothing but the files";
     }
@@ -283,9 +300,17 @@ void ParsersSubject::Apply(const Operation& anOperation) {
     case Verb::AdjustRecord:
         AdjustRecord(anOperation);
         break;
+    case Verb::AdjustByType:
+        AdjustByType(anOperation);
+        break;
     case Verb::Announce:
-        Agree("what is announced", Str(mManager->GetDLNAInfo()), mModel->Announced());
-        Met(mModel->Announced().empty() ? "nothing is announced" : "something is announced");
+        Announce();
+        break;
+    case Verb::AnnounceProtected:
+        AnnounceProtected();
+        break;
+    case Verb::LookUpTypes:
+        LookUpTypes(anOperation);
         break;
     default:
         Stop();
@@ -369,4 +394,63 @@ void ParsersSubject::AdjustRecord(const Operation& anOperation) {
     }
     Agree("a record is adjusted", fAdjusted, mModel->Adjust(expected));
     Agree("the adjusted record", ValuesOf(info), expected);
+}
+
+void ParsersSubject::AdjustByType(const Operation& anOperation) {
+    ezMediaInfo info;
+    RecordValues expected;
+    const std::string mimeType = Chosen(kAnswers, anOperation.mA);
+    const std::string type = Chosen(kTypes, anOperation.mB);
+    info.Set(kezInfo_MimeType, mimeType.c_str(), true);
+    if (!mimeType.empty()) {
+        expected["mt"] = mimeType;
+    }
+    const AssertCatcher asserts;
+    const bool fAdjusted = mManager->AdjustDLNAInfoFromType(type.c_str(), &info);
+    Agree("assertions of an adjustment by type", asserts.Failures(),
+          type == "*" ? AssertCatcher::Noted({"aType.Compare(\"*\") != 0 @ MediaParserManager"})
+                      : std::vector<std::string>());
+    Agree("a record is adjusted by type", fAdjusted, mModel->AdjustByType(type, expected));
+    Agree("the record adjusted by type", ValuesOf(info), expected);
+    Met(fAdjusted ? "a record is adjusted by type" : "a record is not adjusted by type");
+}
+
+void ParsersSubject::Announce() {
+    std::string expected;
+    for (const Announcement& item : mModel->Announced()) {
+        expected += (expected.empty() ? "" : ",") + item.InWords();
+    }
+    Agree("what is announced", Str(mManager->GetDLNAInfo()), expected);
+    Met(expected.empty() ? "nothing is announced" : "something is announced");
+    Met(expected.find("ORG_PS") == std::string::npos ? "no speeds are announced" : "speeds are announced");
+}
+
+void ParsersSubject::AnnounceProtected() {
+    std::string expected;
+    for (const Announcement& item : mModel->Announced()) {
+        expected += (expected.empty() ? "" : ",") + item.Protected().InWords();
+    }
+    Agree("what is announced link-protected", Str(mManager->GetDLNAInfoDTCP()), expected);
+    Met(expected.empty() ? "nothing is announced link-protected" : "something is announced link-protected");
+}
+
+void ParsersSubject::LookUpTypes(const Operation& anOperation) {
+    ezMimeTypesDotIniParser* types = mManager->GetMimeTypesDotIniParser();
+    Agree("there is a types parser", types != nullptr, mModel->HasStandardParsers());
+    if (types == nullptr) {
+        return;
+    }
+    const std::string extension = ExtensionAskedFor(anOperation);
+    const std::string type = TypeAskedFor(anOperation);
+    const std::string known = Str(types->FileExtensionToMimeType(extension.c_str()));
+    Agree("the MIME type of " + extension, known, MimeTypeOfExtension(extension));
+    Agree("the extensions beside " + extension,
+          Str(types->ExtensionToExtensionList(extension.c_str()).Join()),
+          ExtensionsBesideExtension(extension));
+    Agree("the extension of " + type, Str(types->MimeTypeToFileExtension(type.c_str())),
+          ExtensionOfMimeType(type));
+    Agree("the extensions of " + type, Str(types->MimeTypeToFileExtensionList(type.c_str()).Join()),
+          ExtensionsOfMimeType(type));
+    Met(known == "application/octet-stream" ? "an extension is unknown" : "an extension has a type");
+    Met(ExtensionOfMimeType(type).empty() ? "a MIME type is unknown" : "a MIME type has an extension");
 }

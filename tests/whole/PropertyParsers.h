@@ -13,6 +13,7 @@
 #include <vector>
 
 class MapperSubject;
+struct Announcement;
 struct TypesEntry;
 
 /// A record: every value under its key, and the path under "path".
@@ -55,7 +56,8 @@ public:
     std::optional<RecordValues> ParseType(const std::string& aType, const MediaPlan& aMedia);
     std::optional<RecordValues> ParseCover(const std::string& aMimeType, const MediaPlan& aMedia);
     bool Adjust(RecordValues& aRecord);
-    std::string Announced() const;
+    bool AdjustByType(const std::string& aType, RecordValues& aRecord);
+    std::vector<Announcement> Announced() const;
     std::size_t Count() const { return mPlans.size(); }
     bool HasStandardParsers() const { return mfStandard; }
     std::vector<std::string> TakeCalls() { return std::exchange(mCalls, {}); }
@@ -80,7 +82,7 @@ private:
     std::map<std::string, std::vector<std::size_t>> mByMimeType;
     std::set<std::size_t> mDone; ///< in this request
     bool mfStandard = false;
-    std::optional<std::string> mMapperAnnounced; ///< while the mapper is in use
+    std::optional<std::vector<Announcement>> mMapperAnnounced; ///< while the mapper is in use
     std::vector<std::string> mCalls;
 
     const MediaPlan* mMedia = nullptr; ///< of the request
@@ -104,6 +106,10 @@ private:
     void ParseType(const Operation& anOperation);
     void ParseCover(const Operation& anOperation);
     void AdjustRecord(const Operation& anOperation);
+    void AdjustByType(const Operation& anOperation);
+    void Announce();
+    void AnnounceProtected();
+    void LookUpTypes(const Operation& anOperation);
     void AddOnce(Verb aVerb);
     std::string PathOf(const MediaPlan& aMedia) const;
     void CompareRecords(const std::string& aWhat, std::unique_ptr<ezMediaInfo> anInfo,

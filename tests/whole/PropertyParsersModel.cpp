@@ -310,6 +310,21 @@ std::optional<RecordValues> ParsersModel::ParseCover(const std::string& aMimeTyp
     return std::nullopt;
 }
 
+bool ParsersModel::AdjustByType(const std::string& aType, RecordValues& aRecord) {
+    for (const std::size_t index : ListOf(aType)) {
+        if (aType == "*" || !mDone.insert(index).second) {
+            continue;
+        }
+        const ParserPlan& plan = mPlans[index];
+        mCalls.push_back("adjust " + std::to_string(plan.mNumber));
+        if (plan.mfAdjusts) {
+            Put(aRecord, "dl", "DLNA.ORG_PN=BY" + std::to_string(plan.mNumber));
+            return true;
+        }
+    }
+    return false;
+}
+
 bool ParsersModel::Adjust(RecordValues& aRecord) {
     mDone.clear();
     if (!mfStandard) {
@@ -319,17 +334,9 @@ bool ParsersModel::Adjust(RecordValues& aRecord) {
         std::vector<std::string> types = entry->mFurtherTypes;
         types.insert(types.begin(), entry->mKey);
         for (const std::string& type : types) {
-            for (const std::size_t index : ListOf(type)) {
-                if (!mDone.insert(index).second) {
-                    continue;
-                }
-                const ParserPlan& plan = mPlans[index];
-                mCalls.push_back("adjust " + std::to_string(plan.mNumber));
-                if (plan.mfAdjusts) {
-                    Put(aRecord, "dl", "DLNA.ORG_PN=BY" + std::to_string(plan.mNumber));
-                    Met("a record is adjusted");
-                    return true;
-                }
+            if (AdjustByType(type, aRecord)) {
+                Met("a record is adjusted");
+                return true;
             }
         }
     }
@@ -337,20 +344,18 @@ bool ParsersModel::Adjust(RecordValues& aRecord) {
     return false;
 }
 
-std::string ParsersModel::Announced() const {
-    std::string text;
-    const auto append = [&text](const std::string& anItem) {
-        text += (text.empty() || anItem.empty() ? "" : ",") + anItem;
-    };
+std::vector<Announcement> ParsersModel::Announced() const {
+    std::vector<Announcement> announced;
     for (const auto& [type, list] : mTypes) {
         for (const std::size_t index : list) {
             if (index != kStandard) {
                 for (const std::string& mimeType : mPlans[index].mDeclared) {
-                    append(mimeType + ":DLNA.ORG_PN=N" + std::to_string(mPlans[index].mNumber));
+                    announced.push_back({mimeType, "N" + std::to_string(mPlans[index].mNumber), ""});
                 }
             }
         }
     }
-    append(mMapperAnnounced.value_or(""));
-    return text;
+    const std::vector<Announcement> mapped = mMapperAnnounced.value_or(std::vector<Announcement>());
+    announced.insert(announced.end(), mapped.begin(), mapped.end());
+    return announced;
 }

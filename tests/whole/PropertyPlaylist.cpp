@@ -10,6 +10,7 @@
 #include "ezPlaylists/Playlists.h"
 #include "support/Str.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -27,6 +28,7 @@ struct Format {
     const char* mExtension;
     const char* mMimeType;
     std::string (*mWrite)(const std::vector<Song>&);
+    bool mfLocationsAlone = false; ///< it knows neither titles nor durations
 };
 
 std::string AsM3U(const std::vector<Song>& aSongs) {
@@ -72,13 +74,21 @@ std::string AsXSPF(const std::vector<Song>& aSongs) {
     }
     return text + "</trackList></playlist>\n";
 }
+
+std::string AsWPL(const std::vector<Song>& aSongs) {
+    std::string text = "<?wpl version=\"1.0\"?>\n<smil><head><title>a list</title></head>\n<body><seq>\n";
+    for (const Song& song : aSongs) {
+        text += "<media src=\"" + song.mURI + "\"/>\n";
+    }
+    return text + "</seq></body></smil>\n";
+}
 #endif
 
 const Format kFormats[] = {
     {"m3u", "audio/x-mpegurl", AsM3U},        {"m3u8", "", AsM3U},
     {"pls", "audio/x-scpls", AsPLS},          {"asx", "video/x-ms-asx", AsASX},
 #ifdef EZ_HAS_XML_PLAYLISTS
-    {"xspf", "application/xspf+xml", AsXSPF},
+    {"xspf", "application/xspf+xml", AsXSPF}, {"wpl", "application/vnd.ms-wpl", AsWPL, true},
 #endif
 };
 
@@ -94,10 +104,37 @@ Song SongFrom(const PlaylistParserEntry& anEntry) {
     return {Str(anEntry.mTitle), Str(anEntry.mURI), anEntry.mDuration};
 }
 
-bool sTakeSong(PlaylistParserEntry* anEntry, void* aSongs) {
-    static_cast<std::vector<Song>*>(aSongs)->push_back(SongFrom(*anEntry));
+/// What a walk gives.
+struct Walk {
+    std::vector<Song> mSongs;
+    std::vector<ezuint64> mPositions;
+};
+
+bool sTakeSong(PlaylistParserEntry* anEntry, void* aWalk) {
+    static_cast<Walk*>(aWalk)->mSongs.push_back(SongFrom(*anEntry));
+    static_cast<Walk*>(aWalk)->mPositions.push_back(anEntry->mStreamPos);
     return false;
 }
+
+/// What a format tells of the songs.
+std::vector<Song> ToldBy(const Format& aFormat, std::vector<Song> aSongs) {
+    for (Song& song : aSongs) {
+        song = aFormat.mfLocationsAlone ? Song{"", song.mURI, 0} : song;
+    }
+    return aSongs;
+}
+
+// Readers of the host, which are registered and never built.
+constexpr int kReaders = 2;
+template <int kNumber>
+PlaylistParser* sNoReader(ezStream* /*aStream*/) {
+    return nullptr;
+}
+const PlaylistParserBuilderFunc kBuilders[kReaders] = {sNoReader<0>, sNoReader<1>};
+const char* const kReaderTypes[] = {"audio/x-list", "", "audio/x-scpls", "Audio/X-List"};
+const char* const kReaderExtensions[] = {"lst", "lst,m3u", "", "xls,lists"};
+const char* const kAskedTypes[] = {"", "audio/x-list", "audio/x-scpls", "AUDIO/X-SCPLS", "Audio/X-List", ""};
+const char* const kAskedExtensions[] = {"m3u", ".PLS", "lst", "ls", "wax", "", "LISTS", "m3u,m3u8"};
 
 } // namespace
 
@@ -118,6 +155,14 @@ std::string PlaylistSubject::Describe(const Operation& anOperation) {
         break;
     case Verb::RemoveSong:
         text << "remove song " << anOperation.mA << " (of those there)";
+        break;
+    case Verb::RegisterReader:
+        text << "register a reader for '" << Chosen(kReaderTypes, anOperation.mA) << "' and '"
+             << Chosen(kReaderExtensions, anOperation.mB) << "'";
+        break;
+    case Verb::AskForReader:
+        text << "ask for a reader for '" << Chosen(kAskedTypes, anOperation.mA) << "' or '"
+             << Chosen(kAskedExtensions, anOperation.mB) << "'";
         break;
     default:
         static const char* const kWays[] = {"from memory", "from its file", "as it is fed"};
@@ -142,6 +187,12 @@ void PlaylistSubject::Apply(const Operation& anOperation) {
         if (!mSongs.empty()) {
             mSongs.erase(mSongs.begin() + static_cast<std::ptrdiff_t>(anOperation.mA % mSongs.size()));
         }
+        break;
+    case Verb::RegisterReader:
+        Register(anOperation);
+        break;
+    case Verb::AskForReader:
+        Ask(anOperation);
         break;
     default:
         Read(anOperation);
@@ -179,35 +230,57 @@ void PlaylistSubject::Read(const Operation& anOperation) {
     const std::unique_ptr<PlaylistParser> parser(
         mFactory.NewPlaylistParser(stream.get(), fByType ? format.mMimeType : "", format.mExtension));
     Agree("there is a reader", parser != nullptr, true);
-    CompareWalk(*parser);
-    CompareFetches(*parser);
+    const std::vector<Song> told = ToldBy(format, mSongs);
+    std::vector<ezuint64> positions;
+    CompareWalk(*parser, told, &positions);
+    CompareFetches(*parser, told);
+    ComparePositions(*parser, told, positions);
     CompareURLs(*parser);
     Met(std::string("a playlist is read: ") + format.mExtension);
 }
 
-void PlaylistSubject::CompareWalk(PlaylistParser& aParser) {
-    std::vector<Song> songs;
+void PlaylistSubject::CompareWalk(PlaylistParser& aParser, const std::vector<Song>& aTold,
+                                  std::vector<ezuint64>* aPositions) {
+    Walk walk;
     Agree("the playlist goes back to its start", aParser.SeekBytes(0), true);
-    aParser.ParseAll(sTakeSong, &songs);
-    Agree("the songs of the playlist", songs, mSongs);
+    aParser.ParseAll(sTakeSong, &walk);
+    Agree("the songs of the playlist", walk.mSongs, aTold);
+    *aPositions = walk.mPositions;
 }
 
-void PlaylistSubject::CompareFetches(PlaylistParser& aParser) {
+void PlaylistSubject::CompareFetches(PlaylistParser& aParser, const std::vector<Song>& aTold) {
     PlaylistParserEntry chained;
-    for (std::size_t i = 0; i < mSongs.size(); ++i) {
+    for (std::size_t i = 0; i < aTold.size(); ++i) {
         PlaylistParserEntry entry;
         Agree("a song is there", aParser.FetchEntryAtIndex(static_cast<uint32>(i), &entry), true);
-        Agree("song " + std::to_string(i) + " by its index", SongFrom(entry), mSongs[i]);
+        Agree("song " + std::to_string(i) + " by its index", SongFrom(entry), aTold[i]);
         const bool fChained =
             i == 0 ? aParser.FetchEntryAtIndex(0, &chained) : aParser.FetchNextEntry(&chained);
         Agree("a next song is there", fChained, true);
-        Agree("song " + std::to_string(i) + " as the next one", SongFrom(chained), mSongs[i]);
+        Agree("song " + std::to_string(i) + " as the next one", SongFrom(chained), aTold[i]);
     }
     PlaylistParserEntry behind;
     Agree("there is no song behind the last",
-          aParser.FetchEntryAtIndex(static_cast<uint32>(mSongs.size()), &behind) ||
-              (!mSongs.empty() && aParser.FetchNextEntry(&chained)),
+          aParser.FetchEntryAtIndex(static_cast<uint32>(aTold.size()), &behind) ||
+              (!aTold.empty() && aParser.FetchNextEntry(&chained)),
           false);
+}
+
+void PlaylistSubject::ComparePositions(PlaylistParser& aParser, const std::vector<Song>& aTold,
+                                       const std::vector<ezuint64>& aPositions) {
+    for (std::size_t i = aTold.size(); i > 0; --i) { // backwards, so that no fetch finds its place by chance
+        PlaylistParserEntry entry;
+        const ezuint64 position = aPositions[i - 1];
+        Agree("a song is there by its position", aParser.FetchEntryAtPos(position, &entry), true);
+        Agree("song " + std::to_string(i - 1) + " by its position", SongFrom(entry), aTold[i - 1]);
+        Agree("the position of a song by its position", entry.mStreamPos.ToUInt64(), position.ToUInt64());
+        Agree("the index of a song by its position", entry.mRelativeEntryIndex, uint32{0});
+        const bool fNext = aParser.FetchNextEntry(&entry);
+        Agree("there is one behind a song by its position", fNext, i < aTold.size());
+        if (fNext) {
+            Agree("the song behind one by its position", SongFrom(entry), aTold[i]);
+        }
+    }
 }
 
 void PlaylistSubject::CompareURLs(PlaylistParser& aParser) {
@@ -227,4 +300,51 @@ void PlaylistSubject::CompareURLs(PlaylistParser& aParser) {
         Agree("the length of a line served again",
               static_cast<uint32>(PlaylistParser::GetURLFor(prefix, &entry).GetLength()), length);
     }
+}
+
+std::vector<PlaylistSubject::Reader> PlaylistSubject::ReadersOfTheLibraries() {
+    return {
+        {"audio/x-scpls", ",pls,"}, {"", ",m3u,m3u8,"}, {"", ",asx,wax,wvx,"}, // as far as one asks for them
+    };
+}
+
+int PlaylistSubject::Answering(const std::string& aMimeType, const std::string& anExtension) const {
+    std::string wanted = Lower(anExtension);
+    wanted.erase(std::remove(wanted.begin(), wanted.end(), '.'), wanted.end());
+    for (const Reader& reader : mReaders) {
+        const bool fByExtension = aMimeType.empty() && !anExtension.empty() &&
+                                  reader.mExtensions.find("," + wanted + ",") != std::string::npos;
+        if (fByExtension || (!aMimeType.empty() && reader.mMimeType == aMimeType)) {
+            return reader.mNumber;
+        }
+    }
+    return kNone;
+}
+
+void PlaylistSubject::Register(const Operation& anOperation) {
+    const std::string type = Chosen(kReaderTypes, anOperation.mA);
+    const std::string extensions = Chosen(kReaderExtensions, anOperation.mB);
+    const int number = static_cast<int>(anOperation.mC % kReaders);
+    if (type.empty() && extensions.empty()) {
+        return; // a caller's mistake
+    }
+    Agree("a reader is registered", mFactory.Register(kBuilders[number], type.c_str(), extensions.c_str()),
+          true);
+    mReaders.push_back({type, "," + extensions + ",", number});
+}
+
+void PlaylistSubject::Ask(const Operation& anOperation) {
+    const ezCString type = Chosen(kAskedTypes, anOperation.mA);
+    const ezCString extension = Chosen(kAskedExtensions, anOperation.mB);
+    const PlaylistParserFactoryInfo* info = mFactory.GetPlaylistParserFactoryInfo(type, extension);
+    int number = info != nullptr ? kOfTheLibraries : kNone;
+    for (int i = 0; i < kReaders && info != nullptr; ++i) {
+        number = info->mBuilderFunc == kBuilders[i] ? i : number;
+    }
+    const int expected = Answering(Str(type), Str(extension));
+    Agree("the reader that answers", number, expected);
+    Agree("a playlist is supported", mFactory.IsSupportedPlaylist(type, extension), expected != kNone);
+    Met(expected == kNone             ? "no reader answers"
+        : expected == kOfTheLibraries ? "a reader of the libraries answers"
+                                      : "a reader of the host answers");
 }

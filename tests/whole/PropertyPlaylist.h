@@ -37,11 +37,30 @@ private:
     static Song SongOf(const Operation& anOperation);
     void Read(const Operation& anOperation);
     ezStreamOwner Delivered(const std::string& aText, const std::string& aName, unsigned aWay);
-    void CompareWalk(PlaylistParser& aParser);
-    void CompareFetches(PlaylistParser& aParser);
+    void Register(const Operation& anOperation);
+    void Ask(const Operation& anOperation);
+    /// The walk, which gives the songs as the format tells them, and where they stand.
+    void CompareWalk(PlaylistParser& aParser, const std::vector<Song>& aTold,
+                     std::vector<ezuint64>* aPositions);
+    static void CompareFetches(PlaylistParser& aParser, const std::vector<Song>& aTold);
+    static void ComparePositions(PlaylistParser& aParser, const std::vector<Song>& aTold,
+                                 const std::vector<ezuint64>& aPositions);
     void CompareURLs(PlaylistParser& aParser);
 
     const TemporaryFolder& mFolder;
+    /// A reader that was registered; the libraries' have no number.
+    struct Reader {
+        std::string mMimeType;
+        std::string mExtensions; ///< with a comma before the first and behind the last
+        int mNumber = kOfTheLibraries;
+    };
+    static constexpr int kOfTheLibraries = -1;
+    static constexpr int kNone = -2;
+    static std::vector<Reader> ReadersOfTheLibraries();
+    /// The number of the reader that answers.
+    int Answering(const std::string& aMimeType, const std::string& anExtension) const;
+
     PlaylistParserFactory mFactory;
+    std::vector<Reader> mReaders = ReadersOfTheLibraries(); ///< in the order in which they came
     std::vector<Song> mSongs;
 };

@@ -8,10 +8,10 @@ bool Has(const std::vector<std::string>& aList, const std::string& aText) {
     return std::find(aList.begin(), aList.end(), aText) != aList.end();
 }
 
-std::string Joined(const std::vector<std::string>& aList) {
+std::string Joined(const std::vector<std::string>& aList, const char* aSeparator = ",") {
     std::string text;
     for (const std::string& item : aList) {
-        text += (text.empty() ? "" : ",") + item;
+        text += (text.empty() ? "" : aSeparator) + item;
     }
     return text;
 }
@@ -63,6 +63,35 @@ std::vector<const TypesEntry*> EntriesOfMimeType(const std::string& aMimeType) {
     return entries.empty() && parameters != std::string::npos
                ? EntriesOfMimeType(aMimeType.substr(0, parameters))
                : entries;
+}
+
+std::string MimeTypeOfExtension(const std::string& anExtension) {
+    const std::vector<const TypesEntry*> entries = EntriesOfExtension(anExtension);
+    return entries.empty() ? "application/octet-stream" : entries.front()->mMimeTypes.front();
+}
+
+std::string ExtensionOfMimeType(const std::string& aMimeType) {
+    const std::vector<const TypesEntry*> entries = EntriesOfMimeType(aMimeType);
+    return entries.empty() ? "" : entries.front()->mExtensions.front();
+}
+
+std::string ExtensionsOfMimeType(const std::string& aMimeType) {
+    std::vector<std::string> extensions;
+    for (const TypesEntry* entry : EntriesOfMimeType(aMimeType)) {
+        if (!Has(extensions, entry->mExtensions.front())) {
+            extensions.push_back(entry->mExtensions.front());
+        }
+    }
+    return Joined(extensions, "\\");
+}
+
+std::string ExtensionsBesideExtension(const std::string& anExtension) {
+    for (const TypesEntry& entry : TypesTable()) {
+        if (!entry.mfExcluded && Has(entry.mExtensions, anExtension)) { // to the letter
+            return Joined(entry.mExtensions, "\\");
+        }
+    }
+    return "";
 }
 
 bool IsKnownExtension(const std::string& anExtension) {

@@ -24,6 +24,12 @@ std::string TypesText();
 std::vector<const TypesEntry*> EntriesOfExtension(const std::string& anExtension);
 std::vector<const TypesEntry*> EntriesOfMimeType(const std::string& aMimeType);
 
+/// What the table answers to the questions of a host; lists are parted by "\".
+std::string MimeTypeOfExtension(const std::string& anExtension);
+std::string ExtensionOfMimeType(const std::string& aMimeType);
+std::string ExtensionsOfMimeType(const std::string& aMimeType);
+std::string ExtensionsBesideExtension(const std::string& anExtension);
+
 /// Whether an entry that is not excluded lists an extension in lower case.
 bool IsKnownExtension(const std::string& anExtension);
 

@@ -111,7 +111,7 @@ std::string InJson(const RaceResult& aResult) {
     return LineOf(race);
 }
 
-void JsonOutput::Put(const Announcement& anAnnouncement) {
+std::string InJson(const Announcement& anAnnouncement) {
     const ezMediaInfo& info = *anAnnouncement.mInfo;
     Json media = {{"path", anAnnouncement.mPath}};
     if (!IsWholeUtf8(anAnnouncement.mPath)) {
@@ -138,5 +138,9 @@ void JsonOutput::Put(const Announcement& anAnnouncement) {
     if (anAnnouncement.mExplanation != nullptr) {
         media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);
     }
-    mConsole.Print(LineOf(media));
+    return LineOf(media);
+}
+
+void JsonOutput::Put(const Announcement& anAnnouncement) {
+    mConsole.Print(InJson(anAnnouncement));
 }

@@ -1,5 +1,6 @@
 #include "PlaylistSource.h"
 
+#include "PlaylistBeginning.h"
 #include "Unreadable.h"
 
 #include "ez/PlaylistParser.h"
@@ -30,54 +31,9 @@ constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr std::size_t kMaximumSize = std::size_t{64} * 1024 * 1024;
 constexpr const char* kTooLarge = "larger than 64 MiB";
 
-struct Beginning {
-    std::string_view mText; ///< lower case
-    const char* mExtension;
-};
-
-/// How the formats begin, behind a byte order mark, blanks and the XML declaration.
-constexpr std::array<Beginning, 6> kBeginnings = {{{"[playlist]", "pls"},
-                                                   {"[reference]", "asx"},
-                                                   {"<asx", "asx"},
-                                                   {"<?wpl", "wpl"},
-                                                   {"<smil", "wpl"},
-                                                   {"<playlist", "xspf"}}};
-
 bool IsURL(std::string_view aName) {
     const ezCString name = ezCString(aName.substr(0, std::strlen("https://"))).Lower();
     return name.StartsWith("http://") || name.StartsWith("https://");
-}
-
-/// The first letters of a document in any encoding of a home: lower case, without NULs and byte order marks.
-std::string Letters(std::string_view aBytes) {
-    constexpr std::size_t kLooked = 1024;
-    std::string letters;
-    for (const char byte : aBytes.substr(0, kLooked)) {
-        const bool fMark =
-            byte == '\xEF' || byte == '\xBB' || byte == '\xBF' || byte == '\xFE' || byte == '\xFF';
-        if (byte != '\0' && !(fMark && letters.empty())) {
-            letters += ezLower(byte);
-        }
-    }
-    return letters;
-}
-
-/// The extension of the format that bytes are in: M3U, which is any list of names, where nothing else fits.
-std::string ExtensionOf(std::string_view aBytes) {
-    const std::string letters = Letters(aBytes);
-    std::string_view rest = ezTrimmed(letters);
-    for (const char* head : {"<?xml", "<!--"}) {
-        const std::string_view end = head[1] == '?' ? "?>" : "-->";
-        const std::size_t at = rest.find(end);
-        if (rest.substr(0, std::strlen(head)) == head && at != std::string_view::npos) {
-            rest = ezTrimmed(rest.substr(at + end.size()));
-        }
-    }
-    const auto* found =
-        std::find_if(kBeginnings.begin(), kBeginnings.end(), [&](const Beginning& aBeginning) {
-            return rest.substr(0, aBeginning.mText.size()) == aBeginning.mText;
-        });
-    return found != kBeginnings.end() ? found->mExtension : "m3u";
 }
 
 /// All of what a function reads a block of, whose count is negative when it fails. False, with the reason,
@@ -180,7 +136,7 @@ bool PlaylistSource::OpenURL(const std::string& aName, std::string& aReason) {
         }
     }
     if (mExtensions.empty()) {
-        mExtensions.push_back(ExtensionOf(bytes));
+        mExtensions.push_back(ExtensionOfPlaylist(bytes));
     }
     TakeBytes(bytes, std::string(place.View()));
     return true;
@@ -201,7 +157,7 @@ bool PlaylistSource::OpenInput(std::string& aReason) {
     if (!ReadToEnd(read, bytes, aReason)) {
         return false;
     }
-    mExtensions.push_back(ExtensionOf(bytes));
+    mExtensions.push_back(ExtensionOfPlaylist(bytes));
     TakeBytes(bytes, "");
     return true;
 }

@@ -135,7 +135,7 @@ const Fault* FaultySystem::Next(SystemCall aCall) {
         const std::size_t place = count - fault.mFrom; // wraps before the first one
         if (fault.mCall == aCall && count >= fault.mFrom && place < fault.mTimes &&
             (!fault.mfEveryOther || place % 2 == 0)) {
-            mfStruck = true;
+            mfStruck = mfStruck || !fault.mfStanding;
             if (fault.mError != 0) {
                 errno = fault.mError;
             }
@@ -168,6 +168,16 @@ std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth) {
         faults.push_back(fault);
     }
     return faults;
+}
+
+FaultyOperation Under(Fault aStanding, FaultyOperation anOperation) {
+    aStanding.mfStanding = true;
+    return
+        [aStanding, operation = std::move(anOperation)](const std::vector<Fault>& aFaults, bool* afStruck) {
+            std::vector<Fault> both = aFaults; // first, so that where they meet it is the sweep that strikes
+            both.push_back(aStanding);
+            return operation(both, afStruck);
+        };
 }
 
 std::string SweepFaults(const FaultManner& aManner, const FaultyOperation& anOperation) {

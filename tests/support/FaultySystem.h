@@ -48,6 +48,7 @@ struct Fault {
     int mError = 0;                ///< the errno to fail with; 0 to come short alone
     std::size_t mMaximum = kWhole; ///< the most bytes that a read or write that does not fail moves
     bool mfEveryOther = false;     ///< of the calls in range only the first, third and so on
+    bool mfStanding = false; ///< a trouble of the place, in all runs of a sweep: HasStruck leaves it out
 };
 
 /// Lets the libraries' system calls fail while it lives, and counts them. One at a time.
@@ -63,7 +64,7 @@ public:
     FaultySystem& operator=(const FaultySystem&) = delete;
 
     std::size_t Count(SystemCall aCall) const { return mCounts[static_cast<std::size_t>(aCall)]; }
-    /// Whether one of the faults has struck.
+    /// Whether one of the faults has struck, other than a standing one.
     bool HasStruck() const;
 
     /// For a call: what becomes of it. Null where nothing does; errno is set to fail with.
@@ -98,6 +99,10 @@ std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth);
 /// Makes a stage of its own, performs with these faults, and tells what came of it. The flag receives whether
 /// a fault has struck.
 using FaultyOperation = std::function<std::string(const std::vector<Fault>& aFaults, bool* afStruck)>;
+
+/// An operation where one more thing goes wrong all the time, so that a sweep strikes in pairs: "no write
+/// succeeds, and nothing can be removed".
+FaultyOperation Under(Fault aStanding, FaultyOperation anOperation);
 
 /// Runs an operation again and again: with the first call of the manner's kind going wrong, with the second,
 /// and so on until it runs through with nothing going wrong. Expects of each run that it gives all its

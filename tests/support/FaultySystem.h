@@ -51,6 +51,10 @@ struct Fault {
     bool mfStanding = false; ///< a trouble of the place, in all runs of a sweep: HasStruck leaves it out
 };
 
+/// Whose calls fail: those of the libraries, which go through their table, or those that a test stands before
+/// itself because somebody makes them past it.
+enum class FaultReach { Libraries, Direct };
+
 /// Lets the libraries' system calls fail while it lives, and counts them. One at a time.
 ///
 /// A close that fails has closed all the same, as it does on Linux. No fsync reaches the disk, which would
@@ -58,7 +62,7 @@ struct Fault {
 class FaultySystem {
 public:
     /// Without a fault it only counts.
-    explicit FaultySystem(std::vector<Fault> aFaults = {});
+    explicit FaultySystem(std::vector<Fault> aFaults = {}, FaultReach aReach = FaultReach::Libraries);
     ~FaultySystem();
     FaultySystem(const FaultySystem&) = delete;
     FaultySystem& operator=(const FaultySystem&) = delete;
@@ -67,13 +71,16 @@ public:
     /// Whether one of the faults has struck, other than a standing one.
     bool HasStruck() const;
 
-    /// For a call: what becomes of it. Null where nothing does; errno is set to fail with.
-    static const Fault* Strike(SystemCall aCall);
+    /// For a call of that reach: what becomes of it. Null where nothing does; errno is set to fail with.
+    static const Fault* Strike(SystemCall aCall, FaultReach aReach = FaultReach::Libraries);
+    /// Whether such a call fails, rather than come short.
+    static bool Fails(SystemCall aCall, FaultReach aReach = FaultReach::Libraries);
 
 private:
     const Fault* Next(SystemCall aCall);
 
     std::vector<Fault> mFaults;
+    const FaultReach mReach;
     bool mfStruck = false;
     std::array<std::size_t, kSystemCallCount> mCounts = {};
     ezSystemCalls mCalls;
@@ -92,6 +99,9 @@ struct FaultManner {
     bool mfForGood = false;               ///< and all that follow
     std::size_t mMaximum = Fault::kWhole; ///< comes short of so many bytes; the error strikes the call behind
 };
+
+/// One call of a kind fails, with an error that it is known for.
+FaultManner MannerOf(SystemCall aCall);
 
 /// The faults of a manner that begin with the n-th call.
 std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth);

@@ -30,12 +30,13 @@ constexpr std::size_t kEndSize = 3000;
 /// Reads a block of the beginning and one of the end, as the parsers of most formats do.
 class EndsParser : public ezMediaParser {
 public:
-    EndsParser() : ezMediaParser("ends", nullptr, false) {}
+    EndsParser() : ezMediaParser("ends", nullptr, true) {}
 
     ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
         return ParseFromStream(aStream, kBeginSize, kEndSize);
     }
     bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
+    ezCString GetDLNAInfo() override { return "video/parsed:*"; }
 
 protected:
     ezMediaInfo* Read(uint8* aBegin, std::size_t aBeginSize, uint8* anEnd, std::size_t anEndSize,
@@ -87,6 +88,16 @@ public:
                             Str(record->GetCString(kezInfo_Duration, "-")) + " fs " +
                             Str(record->GetCString(kezInfo_FileSize, "-"));
         return facts + (record->mLastModificationTime.GetUnixTime() != 0 ? "" : ", undated");
+    }
+
+    /// By the parsers of a type, or those of a MIME type that find covers; and where the stream stands then.
+    std::string Ask(const std::string& aPath, bool afCover) {
+        ezFileMediaParserStream stream{ezCString(aPath.c_str())};
+        stream.Open();
+        const Record record(afCover ? mManager->ParseCoverArt("video/parsed", stream)
+                                    : mManager->ParseFromType("ends", stream));
+        return (record != nullptr ? Str(record->GetCString(kezInfo_MimeType, "")) : "nothing") +
+               (stream.Tell() == 0U ? "" : ", moved");
     }
 
 private:
@@ -153,6 +164,25 @@ FaultyOperation Request(const std::string& aName) {
         EXPECT_TRUE(asserts.Failures().empty());
         EXPECT_EQ(server.Parse(path), Server(home.Folder()).Parse(path));
         return facts;
+    };
+}
+
+/// A host asks the parsers of a type, or those that find covers.
+FaultyOperation Ask(bool afCover) {
+    return [afCover](const std::vector<Fault>& aFaults, bool* afStruck) {
+        const AssertCatcher asserts;
+        const Home home;
+        const std::string path = home.Folder().Path("film.end");
+        Server server(home.Folder());
+        std::string told;
+        {
+            const FaultySystem system(aFaults);
+            told = server.Ask(path, afCover);
+            *afStruck = system.HasStruck();
+        }
+        EXPECT_TRUE(asserts.Failures().empty());
+        EXPECT_EQ(Server(home.Folder()).Ask(path, afCover), "video/parsed");
+        return told;
     };
 }
 
@@ -238,6 +268,28 @@ TEST(RequestFaults, FileThatCannotBeReadIsWhatItsNameTells) {
                      {"audio/L16;rate=44100;channels=2 DLNA.ORG_PN=LPCM du 2 fs 352800",
                       "audio/L16;rate=44100;channels=2 DLNA.ORG_PN=LPCM du 2 fs 352800, undated", unsized,
                       unsized, "", ""});
+}
+
+TEST(RequestFaults, ParsersThatAreAskedByTypeOrForACoverGiveAWholeRecordOrNone) {
+    const std::string nothing = "1: nothing\n";
+    const std::string reads = "1-2: nothing\n";
+    for (const bool fCover : {false, true}) {
+        SCOPED_TRACE(fCover);
+        EXPECT_EQ(RunUndisturbed(Ask(fCover)), "video/parsed");
+        // The parser asks for the size before anything is read, and declines.
+        ExpectOutcomes(Ask(fCover), {{SystemCall::Open, nothing, nothing},
+                                     {SystemCall::FStat, nothing, nothing},
+                                     {SystemCall::Stat, "1: video/parsed\n", "1: video/parsed\n"},
+                                     {SystemCall::PRead, reads, reads},
+                                     {SystemCall::Memory, reads, reads},
+                                     {SystemCall::Close, "1: video/parsed\n", "1: video/parsed\n"}});
+        FaultManner manner = MannerOf(SystemCall::PRead);
+        manner.mMaximum = 100;
+        EXPECT_EQ(SweepFaults(manner, Ask(fCover)), "1-2: nothing\n") << "short, and then an error";
+        for (const std::size_t most : {std::size_t{1}, std::size_t{1000}}) {
+            EXPECT_EQ(RunInterrupted(most, Ask(fCover)), "video/parsed");
+        }
+    }
 }
 
 TEST(RequestFaults, InterruptionsAndShortReadsChangeNothing) {

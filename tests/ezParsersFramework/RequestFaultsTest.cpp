@@ -2,11 +2,13 @@
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ez/StreamMediaParserStream.h"
 
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
 #include "support/Record.h"
 #include "support/ScriptedParser.h"
+#include "support/ScriptedStream.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
 
@@ -79,7 +81,10 @@ public:
     std::string Parse(const std::string& aPath) {
         ezFileMediaParserStream stream{ezCString(aPath.c_str())};
         stream.Open();
-        const Record record(mManager->Parse(stream));
+        return Parse(stream);
+    }
+    std::string Parse(ezMediaParserStream& aStream) {
+        const Record record(mManager->Parse(aStream));
         if (record == nullptr) {
             return "nothing";
         }
@@ -110,15 +115,16 @@ private:
 /// A folder with all that a server reads.
 class Home {
 public:
+    static std::string Media() { return std::string(kBeginSize, 'b') + std::string(kEndSize, 'e'); }
+
     Home() {
         mFolder.Write("ro/mediaCTRLMediaTypes.ini", "[MimeTypes]\n"
                                                     "end=end@video/named@item.videoItem@ends\n"
                                                     "pcm=pcm@audio/L16@item.audioItem@lpcm\n");
         mFolder.Write("rw/mediaCTRLMediaTypes.ini", "[MimeTypes]\nown=own@video/own@item.videoItem\n");
         mFolder.Write("rw/_MediaMapper.txt", "mapped.end,video/mapped,MAPPED,0:01:40\n");
-        const std::string media = std::string(kBeginSize, 'b') + std::string(kEndSize, 'e');
-        mFolder.Write("film.end", media);
-        mFolder.Write("mapped.end", media);
+        mFolder.Write("film.end", Media());
+        mFolder.Write("mapped.end", Media());
         mFolder.Write("b-lpcm-2.pcm", std::string(352800, '\0'));
     }
     const TemporaryFolder& Folder() const { return mFolder; }
@@ -184,6 +190,91 @@ FaultyOperation Ask(bool afCover) {
         EXPECT_EQ(Server(home.Folder()).Ask(path, afCover), "video/parsed");
         return told;
     };
+}
+
+/// What a stream is asked for.
+enum class StreamCall { Read, Seek, GetSize, IsOpened };
+
+/// What goes wrong with a stream: the calls of a kind from one on.
+struct StreamFault {
+    StreamCall mCall = StreamCall::Read;
+    std::size_t mFrom = 1;
+    bool mfForGood = false;
+    bool mfLate = false; ///< the read finds nothing yet, rather than an error
+};
+
+/// A media from a server, whose calls fail: by the contract of ezStream, which knows no size, is not opened,
+/// refuses a seek, has an error, or nothing yet.
+class FaultyStream : public ScriptedStream {
+public:
+    FaultyStream(bool afLending, const StreamFault& aFault)
+        : ScriptedStream(Home::Media(), afLending, "/media/film.end"), mFault(aFault) {}
+
+    bool HasStruck() const { return mfStruck; }
+
+    ezuint64 GetSize() override { return Strikes(StreamCall::GetSize) ? 0 : ScriptedStream::GetSize(); }
+    bool IsOpened() override { return !Strikes(StreamCall::IsOpened) && ScriptedStream::IsOpened(); }
+    ezStreamingStatus Seek(const ezuint64& aPosition) override {
+        return Strikes(StreamCall::Seek) ? ezStreamingStatus_OutOfRange : ScriptedStream::Seek(aPosition);
+    }
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag) override {
+        return Strikes(StreamCall::Read) ? Nothing(aSize) : ScriptedStream::Read(aBuffer, aSize, aFlag);
+    }
+    ezStreamingStatus LendingRead(const void** aData, std::size_t* aSize, int aFlag) override {
+        return Strikes(StreamCall::Read) ? Nothing(aSize) : ScriptedStream::LendingRead(aData, aSize, aFlag);
+    }
+
+private:
+    bool Strikes(StreamCall aCall) {
+        if (aCall != mFault.mCall) {
+            return false;
+        }
+        ++mCount;
+        const bool fStrikes = mFault.mfForGood ? mCount >= mFault.mFrom : mCount == mFault.mFrom;
+        mfStruck = mfStruck || fStrikes;
+        return fStrikes;
+    }
+    ezStreamingStatus Nothing(std::size_t* aSize) {
+        *aSize = 0;
+        if (mFault.mfLate) {
+            Fire(); // and now it is there
+            return ezStreamingStatus_NoError;
+        }
+        return ezStreamingStatus_ReadError;
+    }
+
+    const StreamFault mFault;
+    std::size_t mCount = 0;
+    bool mfStruck = false;
+};
+
+/// The outcomes of a request of a stream whose calls of a kind fail in turn, one a line.
+std::string SweepStream(bool afLending, StreamFault aFault) {
+    const AssertCatcher asserts;
+    const LogCatcher quiet;
+    const Home home;
+    Server server(home.Folder());
+    std::string outcomes;
+    std::string last;
+    for (aFault.mFrom = 1; aFault.mFrom < 100; ++aFault.mFrom) {
+        auto* const stream = new FaultyStream(afLending, aFault);
+        const ezStreamOwner owner(stream);
+        std::string told;
+        {
+            ezStreamMediaParserStream parsed(stream, false);
+            told = (parsed.Open() ? "" : "not opened: ") + server.Parse(parsed);
+        }
+        if (!stream->HasStruck()) {
+            EXPECT_EQ(told, "video/parsed - du - fs 12000, undated");
+            EXPECT_TRUE(asserts.Failures().empty());
+            return outcomes;
+        }
+        if (told != last) {
+            outcomes += std::to_string(aFault.mFrom) + ": " + told + "\n";
+        }
+        last = told;
+    }
+    return outcomes + "and no end";
 }
 
 /// What a request comes to, by what goes wrong.
@@ -289,6 +380,40 @@ TEST(RequestFaults, ParsersThatAreAskedByTypeOrForACoverGiveAWholeRecordOrNone) 
         for (const std::size_t most : {std::size_t{1}, std::size_t{1000}}) {
             EXPECT_EQ(RunInterrupted(most, Ask(fCover)), "video/parsed");
         }
+    }
+}
+
+TEST(RequestFaults, AStreamThatFailsGivesAWholeRecordOrThatOfItsName) {
+    const std::string parsed = "video/parsed - du - fs 12000, undated\n";
+    const std::string named = "video/named - du - fs 12000, undated\n";
+    const std::string unsized = "video/named - du - fs -, undated\n";
+    struct Row {
+        StreamCall mCall;
+        std::string mOnce;
+        std::string mForGood;
+    };
+    const Row rows[] = {
+        // That of Open; a later one tries again what it could not read.
+        {StreamCall::Read, "1: " + parsed + "2: " + named, "1: " + named},
+        // Open puts the stream back to its start; the last one follows the request.
+        {StreamCall::Seek, "1: " + named + "2: " + parsed, "1: " + named + "2: " + parsed},
+        {StreamCall::GetSize, "1: " + named + "2: " + parsed, "1: " + unsized + "2: " + parsed},
+        // A host that goes on all the same has what the stream gives.
+        {StreamCall::IsOpened, "1: not opened: " + parsed, "1: not opened: " + parsed},
+    };
+    for (const bool fLending : {false, true}) {
+        SCOPED_TRACE(fLending ? "lending" : "copying");
+        for (const Row& row : rows) {
+            SCOPED_TRACE(static_cast<int>(row.mCall));
+            StreamFault fault;
+            fault.mCall = row.mCall;
+            EXPECT_EQ(SweepStream(fLending, fault), row.mOnce);
+            fault.mfForGood = true;
+            EXPECT_EQ(SweepStream(fLending, fault), row.mForGood);
+        }
+        StreamFault late;
+        late.mfLate = true;
+        EXPECT_EQ(SweepStream(fLending, late), "1: " + parsed) << "every read waits once";
     }
 }
 

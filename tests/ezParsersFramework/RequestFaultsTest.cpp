@@ -262,7 +262,8 @@ std::string SweepStream(bool afLending, StreamFault aFault) {
         std::string told;
         {
             ezStreamMediaParserStream parsed(stream, false);
-            told = (parsed.Open() ? "" : "not opened: ") + server.Parse(parsed);
+            told = parsed.Open() ? "" : "not opened: ";
+            told += server.Parse(parsed);
         }
         if (!stream->HasStruck()) {
             EXPECT_EQ(told, "video/parsed - du - fs 12000, undated");
@@ -392,17 +393,21 @@ TEST(RequestFaults, AStreamThatFailsGivesAWholeRecordOrThatOfItsName) {
         std::string mOnce;
         std::string mForGood;
     };
-    const Row rows[] = {
-        // That of Open; a later one tries again what it could not read.
-        {StreamCall::Read, "1: " + parsed + "2: " + named, "1: " + named},
-        // Open puts the stream back to its start; the last one follows the request.
-        {StreamCall::Seek, "1: " + named + "2: " + parsed, "1: " + named + "2: " + parsed},
-        {StreamCall::GetSize, "1: " + named + "2: " + parsed, "1: " + unsized + "2: " + parsed},
-        // A host that goes on all the same has what the stream gives.
-        {StreamCall::IsOpened, "1: not opened: " + parsed, "1: not opened: " + parsed},
-    };
     for (const bool fLending : {false, true}) {
         SCOPED_TRACE(fLending ? "lending" : "copying");
+        const Row rows[] = {
+            // That of Open; a later one tries again what it could not read.
+            {StreamCall::Read, "1: " + parsed + "2: " + named, "1: " + named},
+            // A stream that lends is first sought in for the rest of the media. One that copies, by Open,
+            // back to
+            // its start, which may fail; the last seek follows the request.
+            {StreamCall::Seek, "1: " + (fLending ? named + "2: " + parsed : parsed),
+             "1: " + named + "2: " + parsed},
+            // The parser asks before anything is read behind Open, and declines.
+            {StreamCall::GetSize, "1: " + parsed + "2: " + named, "1: " + unsized},
+            // A host that goes on all the same has what the stream gives.
+            {StreamCall::IsOpened, "1: not opened: " + parsed, "1: not opened: " + parsed},
+        };
         for (const Row& row : rows) {
             SCOPED_TRACE(static_cast<int>(row.mCall));
             StreamFault fault;

@@ -7,6 +7,7 @@
 
 #include "support/Catchers.h"
 #include "support/MapperFolder.h"
+#include "support/ReplacedSystem.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -51,17 +52,6 @@ const std::string kHeader =
 std::string Written(const std::string& aThreeFields) {
     return aThreeFields + ",,,,,,,,,," + kFlags + ";BRELVO.COM_GOLDENDMS=00000000\n";
 }
-
-/// The system's calls with some of them exchanged.
-class ReplacedSystem {
-public:
-    ReplacedSystem() : mCalls(ezSystem_Real()) { ezSystem_Replace(&mCalls); }
-    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
-    ReplacedSystem(const ReplacedSystem&) = delete;
-    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
-
-    ezSystemCalls mCalls;
-};
 
 /// What waitpid tells of a child that does something and then leaves with 0.
 template <typename Action>

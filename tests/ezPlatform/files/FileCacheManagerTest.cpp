@@ -4,6 +4,7 @@
 #include "ezPlatform/files/File.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
+#include "support/ReplacedSystem.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -55,21 +56,6 @@ void SetTenYearsLater(const std::string& aPath) {
     const struct timespec times[2] = {later, later};
     ASSERT_EQ(utimensat(AT_FDCWD, aPath.c_str(), times, 0), 0);
 }
-
-/// Puts changed system calls in force while it lives.
-class ReplacedSystem {
-public:
-    explicit ReplacedSystem(const std::function<void(ezSystemCalls&)>& aReplace) : mCalls(ezSystem_Real()) {
-        aReplace(mCalls);
-        ezSystem_Replace(&mCalls);
-    }
-    ~ReplacedSystem() { ezSystem_Replace(nullptr); }
-    ReplacedSystem(const ReplacedSystem&) = delete;
-    ReplacedSystem& operator=(const ReplacedSystem&) = delete;
-
-private:
-    ezSystemCalls mCalls;
-};
 
 class FileCacheManager : public testing::Test {
 protected:

@@ -34,6 +34,14 @@ bool SyncRepeatedly(int aFile) {
     return result == 0;
 }
 
+bool TruncateRepeatedly(int aFile, ezFileOffset aLength) {
+    int result = -1;
+    do {
+        result = ezSystem().mFTruncate(aFile, aLength);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
 constexpr mode_t kModeOfNewFile = 0666;
 constexpr const char* kBesideSuffix = ".ezsave";
 constexpr int kMaximumLinks = 40;               // as many as Linux follows
@@ -141,7 +149,8 @@ bool ezFile::OpenForWriting(int aModeOfOld) {
 bool ezFile::KeepOld() {
     ezFile old(mTarget, ezFileOpenMode_Read);
     if (!old.Open()) {
-        return errno == EACCES && Truncate(0); // may be written and not read: nothing can be kept
+        return errno == EACCES &&
+               TruncateRepeatedly(mFile, 0); // may be written and not read: nothing can be kept
     }
     const ezFileOffset size = old.LengthAtOpen();
     if (size > INT_MAX) {
@@ -162,17 +171,9 @@ void ezFile::PutOldBack() {
     mPosition = 0;
     Write(mOld.get(), mOldSize);
     if (fLonger) {
-        Truncate(size);
+        TruncateRepeatedly(mFile, size);
     }
     SyncRepeatedly(mFile);
-}
-
-bool ezFile::Truncate(ezFileOffset aLength) {
-    int result = -1;
-    do {
-        result = ezSystem().mFTruncate(mFile, aLength);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
 }
 
 bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode*/) {
@@ -214,7 +215,7 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
         return -1;
     }
     // In place the old content goes on behind what is written, and must not show in a gap.
-    if (mOld != nullptr && mPosition > mLengthAtOpen && !Truncate(mLengthAtOpen)) {
+    if (mOld != nullptr && mPosition > mLengthAtOpen && !TruncateRepeatedly(mFile, mLengthAtOpen)) {
         mfWriteFailed = true;
         return -1;
     }
@@ -238,7 +239,7 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
 }
 
 bool ezFile::Empty() {
-    if (!mfWriting || !Truncate(0)) {
+    if (!mfWriting || !TruncateRepeatedly(mFile, 0)) {
         return false;
     }
     mPosition = 0;
@@ -320,7 +321,8 @@ bool ezFile::Close() {
 bool ezFile::FinishInPlace() {
     // What the old content has more than the new goes last.
     const bool fShorter = mLengthAtOpen < static_cast<ezFileOffset>(mOldSize);
-    const bool fWritten = !mfWriteFailed && (!fShorter || Truncate(mLengthAtOpen)) && SyncRepeatedly(mFile);
+    const bool fWritten =
+        !mfWriteFailed && (!fShorter || TruncateRepeatedly(mFile, mLengthAtOpen)) && SyncRepeatedly(mFile);
     if (!fWritten && mOld != nullptr) {
         PutOldBack();
     }

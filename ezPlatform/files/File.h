@@ -108,7 +108,6 @@ private:
     bool IsBesideOurs() const;
     bool KeepOld();
     void PutOldBack();
-    bool Truncate(ezFileOffset aLength);
     bool FinishInPlace();
 
     ezCString mPath;

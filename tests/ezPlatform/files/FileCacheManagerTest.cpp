@@ -2,9 +2,9 @@
 
 #include "ezPlatform/base/System.h"
 #include "ezPlatform/files/File.h"
+#include "support/ReplacedSystem.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
-#include "support/ReplacedSystem.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

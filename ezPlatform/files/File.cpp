@@ -149,8 +149,8 @@ bool ezFile::OpenForWriting(int aModeOfOld) {
 bool ezFile::KeepOld() {
     ezFile old(mTarget, ezFileOpenMode_Read);
     if (!old.Open()) {
-        return errno == EACCES &&
-               TruncateRepeatedly(mFile, 0); // may be written and not read: nothing can be kept
+        // What may be written and not read cannot be kept.
+        return errno == EACCES && TruncateRepeatedly(mFile, 0);
     }
     const ezFileOffset size = old.LengthAtOpen();
     if (size > INT_MAX) {

@@ -236,6 +236,30 @@ TEST_F(FileInPlace, WhatCannotBeKeptIsNotTouched) {
 TEST_F(FileInPlace, AFileThatMayNotBeReadIsWrittenWithoutAWayBack) {
     ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
     ASSERT_EQ(chmod(mPath.c_str(), 0222), 0);
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  const ReplacedSystem system([](ezSystemCalls& aCalls) {
+                      aCalls.mFTruncate = [](int, ezFileOffset) {
+                          errno = EIO;
+                          return -1;
+                      };
+                  });
+                  ezFile file;
+                  return Create(file, mPath) ? 1 : 42;
+              }),
+              42);
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    EXPECT_EQ(Content(mPath), kOld) << "not touched";
+    ASSERT_EQ(chmod(mPath.c_str(), 0222), 0);
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  const ReplacedSystem system([](ezSystemCalls& aCalls) {
+                      aCalls.mFSync = [](int) {
+                          errno = EIO;
+                          return -1;
+                      };
+                  });
+                  return Save(mPath, kNew) ? 1 : 42;
+              }),
+              42);
     EXPECT_EQ(InUnprivilegedChild([&] { return Save(mPath, kNew) ? 42 : 1; }), 42);
     ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
     EXPECT_EQ(Content(mPath), kNew);

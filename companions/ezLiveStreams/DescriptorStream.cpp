@@ -1,5 +1,7 @@
 #include "ezLiveStreams/DescriptorStream.h"
 
+#include "ezLiveStreams/detail/DescriptorCalls.h"
+
 #include "ezPlatform/files/PathName.h"
 
 #include <array>
@@ -22,7 +24,7 @@ std::string TextOfError(int anError) {
 
 /// Why a descriptor cannot be read from: what a read of it would say; 0 when it can.
 int ErrorOf(int aDescriptor) {
-    const int flags = fcntl(aDescriptor, F_GETFL);
+    const int flags = DescriptorCalls_InForce().mGetFlags(aDescriptor);
     if (flags < 0) {
         return errno;
     }
@@ -40,7 +42,7 @@ ezDescriptorStream::ezDescriptorStream(int aDescriptor, const ezCString& aName,
         return;
     }
     std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+    if (DescriptorCalls_InForce().mPipe(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         GetBuffer().Fail(ezStreamingStatus_ReadError, TextOfError(errno));
         return;
     }
@@ -64,10 +66,11 @@ ezCString ezDescriptorStream::GetExtension() const {
 
 void ezDescriptorStream::FindSize() {
     struct stat status = {};
-    if (fstat(mDescriptor, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
+    if (DescriptorCalls_InForce().mFStat(mDescriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size == 0) {
         return;
     }
-    const off_t offset = lseek(mDescriptor, 0, SEEK_CUR);
+    const off_t offset = DescriptorCalls_InForce().mGetOffset(mDescriptor);
     if (offset < 0) {
         return;
     }
@@ -84,7 +87,7 @@ void ezDescriptorStream::Interrupt() {
     }
     const char byte = 0;
     // A pipe that is full wakes too.
-    while (write(mWakeWrite, &byte, 1) < 0 && errno == EINTR) {
+    while (DescriptorCalls_InForce().mWrite(mWakeWrite, &byte, 1) < 0 && errno == EINTR) {
     }
 }
 
@@ -93,7 +96,7 @@ ezDescriptorStream::Outcome ezDescriptorStream::WaitForData() {
         return Outcome::Data; // the read itself tells; a file's interruptions are met at the next Append
     }
     std::array<pollfd, 2> descriptors = {{{mDescriptor, POLLIN, 0}, {mWakeRead, POLLIN, 0}}};
-    while (poll(descriptors.data(), descriptors.size(), -1) < 0) {
+    while (DescriptorCalls_InForce().mPoll(descriptors.data(), descriptors.size()) < 0) {
         if (errno != EINTR) {
             return Outcome::Failure;
         }
@@ -108,9 +111,10 @@ ezDescriptorStream::Outcome ezDescriptorStream::ReadSome(std::uint64_t aPosition
         if (ready != Outcome::Data) {
             return ready;
         }
+        const DescriptorCalls& calls = DescriptorCalls_InForce();
         const ssize_t count =
-            mfFile ? pread(mDescriptor, aData, *aSize, mFileOffset + static_cast<off_t>(aPosition))
-                   : read(mDescriptor, aData, *aSize);
+            mfFile ? calls.mPRead(mDescriptor, aData, *aSize, mFileOffset + static_cast<off_t>(aPosition))
+                   : calls.mRead(mDescriptor, aData, *aSize);
         if (count >= 0) {
             *aSize = static_cast<std::size_t>(count);
             return count == 0 ? Outcome::End : Outcome::Data;

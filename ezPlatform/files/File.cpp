@@ -34,6 +34,14 @@ bool SyncRepeatedly(int aFile) {
     return result == 0;
 }
 
+bool TruncateRepeatedly(int aFile, ezFileOffset aLength) {
+    int result = -1;
+    do {
+        result = ezSystem().mFTruncate(aFile, aLength);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
 constexpr mode_t kModeOfNewFile = 0666;
 constexpr const char* kBesideSuffix = ".ezsave";
 constexpr int kMaximumLinks = 40;               // as many as Linux follows
@@ -120,7 +128,7 @@ bool ezFile::Open(const ezCString& aPath, int anOpenMode, int /*anAccessMode*/) 
     return Open();
 }
 
-bool ezFile::OpenForWriting(const ezCString& aPath, int aModeOfOld) {
+bool ezFile::OpenForWriting(int aModeOfOld) {
     const std::string_view target = mTarget.View();
     const std::size_t separator = target.rfind('/');
     const std::size_t nameStart = separator == std::string_view::npos ? 0 : separator + 1;
@@ -133,13 +141,43 @@ bool ezFile::OpenForWriting(const ezCString& aPath, int aModeOfOld) {
     if (mFile >= 0) {
         return aModeOfOld < 0 || ezSystem().mFChmod(mFile, static_cast<mode_t>(aModeOfOld)) == 0;
     }
-    // In place only where the folder refuses: emptying the file because a disk is full would lose it.
+    // In place only where the folder refuses: writing into the file because a disk is full could lose it.
     if (aModeOfOld < 0 || (errno != EACCES && errno != EPERM && errno != EROFS)) {
         return false;
     }
     mBeside = ezCString();
-    mFile = OpenRepeatedly(aPath, O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
-    return mFile >= 0;
+    mFile = OpenRepeatedly(mTarget, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    return mFile >= 0 && KeepOld();
+}
+
+bool ezFile::KeepOld() {
+    ezFile old(mTarget, ezFileOpenMode_Read);
+    if (!old.Open()) {
+        // What may be written and not read cannot be kept.
+        return errno == EACCES && TruncateRepeatedly(mFile, 0);
+    }
+    const ezFileOffset size = old.LengthAtOpen();
+    if (size > INT_MAX) {
+        return false;
+    }
+    std::unique_ptr<char, Free> content(static_cast<char*>(ezMalloc(static_cast<std::size_t>(size) + 1)));
+    if (content == nullptr || old.Read(content.get(), static_cast<std::size_t>(size)) != size) {
+        return false;
+    }
+    mOld = std::move(content);
+    mOldSize = static_cast<std::size_t>(size);
+    return true;
+}
+
+void ezFile::PutOldBack() {
+    const auto size = static_cast<ezFileOffset>(mOldSize);
+    const bool fLonger = mLengthAtOpen > size;
+    mPosition = 0;
+    Write(mOld.get(), mOldSize);
+    if (fLonger) {
+        TruncateRepeatedly(mFile, size);
+    }
+    SyncRepeatedly(mFile);
 }
 
 bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode*/) {
@@ -168,7 +206,7 @@ bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode
     mfWriting = true;
     mPosition = 0;
     mLengthAtOpen = 0;
-    mfWriteFailed = !OpenForWriting(aPath, modeOfOld);
+    mfWriteFailed = !OpenForWriting(modeOfOld);
     if (mfWriteFailed) {
         Close();
         mfWriting = false;
@@ -178,6 +216,11 @@ bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode
 
 int ezFile::Write(const void* aBuffer, std::size_t aSize) {
     if (!mfWriting) {
+        return -1;
+    }
+    // In place the old content goes on behind what is written, and must not show in a gap.
+    if (mOld != nullptr && mPosition > mLengthAtOpen && !TruncateRepeatedly(mFile, mLengthAtOpen)) {
+        mfWriteFailed = true;
         return -1;
     }
     const std::size_t size = std::min<std::size_t>(aSize, INT_MAX);
@@ -200,14 +243,7 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
 }
 
 bool ezFile::Empty() {
-    if (!mfWriting) {
-        return false;
-    }
-    int result = -1;
-    do {
-        result = ezSystem().mFTruncate(mFile, 0);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) {
+    if (!mfWriting || !TruncateRepeatedly(mFile, 0)) {
         return false;
     }
     mPosition = 0;
@@ -268,9 +304,10 @@ bool ezFile::Close() {
     }
     // Another writer of the same target may have put a file of its own there, half written.
     const bool fBeside = mfWriting && IsBesideOurs();
+    const bool fInPlace = mfWriting && mBeside.IsEmpty();
     // On the disk before it takes the old file's name, or a power cut could leave neither.
     const bool fWritten =
-        !mfWriting || (!mfWriteFailed && (fBeside || mBeside.IsEmpty()) && SyncRepeatedly(mFile));
+        !mfWriting || (fInPlace ? FinishInPlace() : !mfWriteFailed && fBeside && SyncRepeatedly(mFile));
     // Interrupted, it is closed all the same, and what was written is on the disk by now.
     const bool fClosed = ezSystem().mClose(mFile) == 0 || errno == EINTR;
     mFile = -1;
@@ -285,7 +322,23 @@ bool ezFile::Close() {
     return fPlaced;
 }
 
+bool ezFile::FinishInPlace() {
+    // What the old content has more than the new goes last.
+    const bool fShorter = mLengthAtOpen < static_cast<ezFileOffset>(mOldSize);
+    const bool fWritten =
+        !mfWriteFailed && (!fShorter || TruncateRepeatedly(mFile, mLengthAtOpen)) && SyncRepeatedly(mFile);
+    if (!fWritten && mOld != nullptr) {
+        PutOldBack();
+    }
+    mOld = nullptr;
+    mOldSize = 0;
+    return fWritten;
+}
+
 ezFileOffset ezFile::Length() const {
+    if (mOld != nullptr) {
+        return mLengthAtOpen; // the file may still be as long as the old content
+    }
     struct stat status = {};
     if (!IsOpened() || ezSystem().mFStat(mFile, &status) != 0) {
         return -1;

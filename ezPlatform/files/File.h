@@ -2,10 +2,12 @@
 
 #include "ezPlatform/base/DateTime.h"
 #include "ezPlatform/base/Export.h"
+#include "ezPlatform/base/Memory.h"
 #include "ezPlatform/base/Types.h"
 #include "ezPlatform/text/CString.h"
 
 #include <cstddef>
+#include <memory>
 
 /// What a file is opened for: reading. What is written is begun with ezFile::Create.
 enum ezFileOpenMode : int { ezFileOpenMode_Read = 1 };
@@ -43,10 +45,12 @@ public:
     /// Begins to write a file anew. With afOverwrite a regular file of that name is replaced, and not lost:
     /// what is written goes into a file beside it, which Close puts in its place, with the mode of the old
     /// one; a symbolic link is followed. Only where the folder does not permit a file beside it is the old
-    /// file itself emptied and written, and its content at risk. False, with the old file untouched, when the
-    /// target is no regular file, may not be written, exists without afOverwrite, the file beside it cannot
-    /// be made for another reason (a full disk), or this object is open. Of two that write the same target at
-    /// once, the one that began first fails in Close.
+    /// file itself written: its content is kept in memory and put back when the new one is given up, and is
+    /// at risk when the process ends meanwhile, when the disk takes nothing any more, and when it may be
+    /// written and not read. False, with the old file untouched, when the target is no regular file, may not
+    /// be written, exists without afOverwrite, the file beside it cannot be made for another reason (a full
+    /// disk), the content to keep cannot be had or is 2 GiB and more, or this object is open. Of two that
+    /// write the same target at once, the one that began first fails in Close.
     /// What a killed writer left beside the target goes with the next Create. anAccessMode
     /// ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the process's mask.
     bool Create(const ezCString& aPath, bool afOverwrite, int anAccessMode);
@@ -62,8 +66,9 @@ public:
     bool Empty();
 
     /// Closes. For a file of Create this is what makes the new content stand under its name: a saver calls
-    /// it, and false means that the old file stands as it was (or, written in place, that it may be damaged).
-    /// A file of Create that is destroyed without Close is given up. A file being filled is given up by both.
+    /// it, and false means that the old file stands as it was (or, written in place, that it may be the new
+    /// one, or damaged where even the old content could not be written again). A file of Create that is
+    /// destroyed without Close is given up. A file being filled is given up by both.
     bool Close();
 
     /// The length now, in bytes: one system call. -1 when not open or not to be had.
@@ -98,12 +103,22 @@ private:
     /// Takes the name of what was filled away and goes on reading it.
     void GiveUp();
 
-    bool OpenForWriting(const ezCString& aPath, int aModeOfOld);
+    /// What memory was asked for by ezMalloc.
+    struct Free {
+        void operator()(char* aBlock) const { ezFree(aBlock); }
+    };
+
+    bool OpenForWriting(int aModeOfOld);
     bool IsBesideOurs() const;
+    bool KeepOld();
+    void PutOldBack();
+    bool FinishInPlace();
 
     ezCString mPath;
-    ezCString mTarget; ///< what Close puts the written file in place of
-    ezCString mBeside; ///< the file that is written; empty when it is the target itself
+    ezCString mTarget;                ///< what Close puts the written file in place of
+    ezCString mBeside;                ///< the file that is written; empty when it is the target itself
+    std::unique_ptr<char, Free> mOld; ///< what the target held that is written itself; null when not kept
+    std::size_t mOldSize = 0;
     bool mfWriting = false;
     bool mfWriteFailed = false;
     bool mfFilling = false; ///< written and read; nothing stands in its place until PutInPlace

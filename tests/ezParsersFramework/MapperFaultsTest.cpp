@@ -68,11 +68,23 @@ std::string NextStart(const MapperFolder& aFolder) {
 
 std::string FilesIn(const std::string& aFolder) {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(aFolder)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(aFolder)) {
         names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());
     return Joined(names);
+}
+
+/// After an operation nothing of our own stands beside a table, unless it could not be removed, or not be
+/// told whether it is our own.
+void ExpectNothingBeside(const TemporaryFolder& aFolder, const std::vector<Fault>& aFaults) {
+    const auto keeps = [](const Fault& aFault) {
+        return aFault.mCall == SystemCall::Unlink || aFault.mCall == SystemCall::Stat ||
+               aFault.mCall == SystemCall::FStat;
+    };
+    if (std::none_of(aFaults.begin(), aFaults.end(), keeps)) {
+        EXPECT_EQ(FilesIn(aFolder.GetPath()).find(".ezsave"), std::string::npos);
+    }
 }
 
 /// The folders above and of the table, each of which is made; the last also by its path with the "/".
@@ -80,6 +92,15 @@ std::size_t Mkdirs() {
     const MapperFolder folder;
     const std::string path = folder.WritablePath();
     return static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+}
+
+/// A trouble that there is all the time.
+Fault Standing(SystemCall aCall, int anError) {
+    Fault fault;
+    fault.mCall = aCall;
+    fault.mTimes = Fault::kForGood;
+    fault.mError = anError;
+    return fault;
 }
 
 /// Performs with faults: what the operation tells, and expects that nothing is asserted.
@@ -128,10 +149,12 @@ std::string LoadFirst(const std::vector<Fault>& aFaults, bool* afStruck) {
         mapper = folder.New();
         return Told(mapper->Load(), folder.Folder());
     });
+    ExpectNothingBeside(folder.Folder(), aFaults);
     // Copied by now, or copied then: never a part, and never nothing.
     const bool fCopied = std::filesystem::exists(folder.WritablePath());
     EXPECT_EQ(NextStart(folder), fCopied ? "factory.mpg" : "factory.mpg factory.mpg");
     EXPECT_EQ(NextStart(folder), "factory.mpg");
+    EXPECT_EQ(FilesIn(folder.Folder().Path("rw")), "_MediaMapper.txt");
     return told + ": " + Joined(mapper->Names()) + Logged(log, folder.Folder());
 }
 
@@ -143,6 +166,7 @@ std::string SaveAdded(const MapperFolder& aFolder, OpenMapper& aMapper, const st
     aMapper.AddEntry(added);
     const std::string told =
         Perform(aFaults, afStruck, [&] { return Told(aMapper.Save(), aFolder.Folder()); });
+    ExpectNothingBeside(aFolder.Folder(), aFaults);
     const LogCatcher quiet;
     // Again without a load in between: refused, whatever came of the first.
     const AssertCatcher asserts;
@@ -151,17 +175,32 @@ std::string SaveAdded(const MapperFolder& aFolder, OpenMapper& aMapper, const st
     return told + ": " + NextStart(aFolder);
 }
 
-std::string SaveOver(const std::vector<Fault>& aFaults, bool* afStruck) {
-    const MapperFolder folder;
-    const std::unique_ptr<OpenMapper> mapper = folder.Loaded(kOwnTable);
-    const std::string told = SaveAdded(folder, *mapper, aFaults, afStruck);
-    // What was left beside it goes with the next save.
+/// What was left beside a table goes with the next save of a server that starts anew.
+void ExpectNextSaveClears(const MapperFolder& aFolder, const std::string& aFolderOfTable,
+                          const std::string& aTable) {
+    const LogCatcher quiet;
     const FaultySystem system;
-    const std::unique_ptr<OpenMapper> next = folder.New();
+    const std::unique_ptr<OpenMapper> next = aFolder.New();
     EXPECT_FALSE(next->Load().IsError());
     EXPECT_FALSE(next->Save().IsError());
-    EXPECT_EQ(FilesIn(folder.Folder().Path("rw")), "_MediaMapper.txt");
+    EXPECT_EQ(FilesIn(aFolderOfTable), aTable);
+}
+
+std::string SaveOverTable(const std::string& aTable, const std::vector<Fault>& aFaults, bool* afStruck) {
+    const MapperFolder folder;
+    const std::unique_ptr<OpenMapper> mapper = folder.Loaded(aTable);
+    std::string told = SaveAdded(folder, *mapper, aFaults, afStruck);
+    ExpectNextSaveClears(folder, folder.Folder().Path("rw"), "_MediaMapper.txt");
     return told;
+}
+
+std::string SaveOver(const std::vector<Fault>& aFaults, bool* afStruck) {
+    return SaveOverTable(kOwnTable, aFaults, afStruck);
+}
+
+/// The old table is longer than the new one, which has no remarks.
+std::string SaveOverLonger(const std::vector<Fault>& aFaults, bool* afStruck) {
+    return SaveOverTable(kOwnTable + "#" + std::string(9000, '.') + "\n", aFaults, afStruck);
 }
 
 /// The table is a link to another disk, on which it does not stand yet.
@@ -172,7 +211,9 @@ std::string SaveThroughLink(const std::vector<Fault>& aFaults, bool* afStruck) {
     std::filesystem::remove(folder.WritablePath());
     std::filesystem::create_directory(folder.Folder().Path("disk"));
     std::filesystem::create_symlink("../disk/table.txt", folder.WritablePath());
-    const std::string told = SaveAdded(folder, *mapper, aFaults, afStruck);
+    std::string told = SaveAdded(folder, *mapper, aFaults, afStruck);
+    ExpectNextSaveClears(folder, folder.Folder().Path("disk"), "table.txt");
+    EXPECT_EQ(FilesIn(folder.Folder().Path("rw")), "_MediaMapper.txt");
     EXPECT_TRUE(std::filesystem::is_symlink(folder.WritablePath()));
     return told;
 }
@@ -261,6 +302,74 @@ TEST(MapperFaults, SaveThroughALinkToNothingLeavesNothingOrTheWholeTable) {
                                      {SystemCall::Stat, "1: " + notWritten, "1: " + notWritten},
                                      {SystemCall::FSync, "1: " + notWritten, "1: " + notWritten},
                                      {SystemCall::Rename, "1: " + notWritten, "1: " + notWritten}});
+}
+
+// What cannot be put in place and cannot be removed either stays beside the table, and is no table.
+TEST(MapperFaults, WhatCannotBeRemovedIsNeverTakenForATable) {
+    const std::string notWritten = "1: " + kNotWritten + ": ";
+    Fault kept = Standing(SystemCall::Unlink, EACCES);
+    for (const SystemCall call :
+         {SystemCall::PWrite, SystemCall::Rename, SystemCall::FSync, SystemCall::Close}) {
+        FaultManner manner;
+        manner.mCall = call;
+        manner.mError = call == SystemCall::PWrite ? ENOSPC : EIO;
+        manner.mfForGood = true;
+        SCOPED_TRACE(NameOf(call));
+        // The first close but for a link to nothing is that of the proof that the old table may be written.
+        const std::string over = call == SystemCall::Close ? "1-2" + notWritten.substr(1) : notWritten;
+        EXPECT_EQ(SweepFaults(manner, Under(kept, SaveOver)), over + "song.mp3 own.mpg\n");
+        EXPECT_EQ(SweepFaults(manner, Under(kept, SaveThroughLink)),
+                  notWritten + "factory.mpg factory.mpg\n");
+        manner.mMaximum = 20;
+        if (call == SystemCall::PWrite) {
+            EXPECT_EQ(SweepFaults(manner, Under(kept, SaveOver)), notWritten + "song.mp3 own.mpg\n");
+            EXPECT_EQ(SweepFaults(manner, Under(kept, SaveThroughLink)),
+                      notWritten + "factory.mpg factory.mpg\n");
+        }
+    }
+}
+
+// Only a refusal of the folder leads into the old table itself.
+TEST(MapperFaults, SaveInPlaceLeavesTheOldTableOrTheWholeNewOne) {
+    const std::string entries = "song.mp3 added.mp3 own.mpg\n";
+    const std::string saved = "good: " + entries;
+    const std::string notCreated = "1: " + kNotCreated + ": song.mp3 own.mpg\n";
+    const std::string notWritten = "1: " + kNotWritten + ": song.mp3 own.mpg\n";
+    for (const int refusal : {EACCES, EPERM, EROFS}) {
+        Fault refused = Standing(SystemCall::Open, refusal);
+        refused.mFrom = 2; // after the proof that the old table may be written
+        refused.mTimes = 1;
+        const std::string unopened = "1-4" + notCreated.substr(1);
+        const std::string unlooked = "1-2" + notCreated.substr(1);
+        // The last close comes when all of it is on the disk, and cannot be taken back.
+        const std::string closed = ": " + kNotWritten + ": " + entries;
+        std::vector<FaultOutcomes> outcomes = {
+            {SystemCall::RealPath, notCreated, notCreated},
+            {SystemCall::Open, unopened, unopened},
+            {SystemCall::FStat, unlooked, unlooked},
+            {SystemCall::Unlink, "1: " + saved, "1: " + saved},
+            // What is kept of the old one is read whole, or nothing is written.
+            {SystemCall::PRead, notCreated, notCreated},
+            {SystemCall::Memory, notCreated, notCreated},
+            {SystemCall::PWrite, notWritten, notWritten},
+            {SystemCall::FSync, notWritten, notWritten},
+            {SystemCall::Close, "1-2: " + saved + "3" + closed, "1-3" + closed}};
+        for (const bool fLonger : {false, true}) {
+            SCOPED_TRACE(std::to_string(refusal) + (fLonger ? " longer" : ""));
+            const FaultyOperation save = Under(refused, fLonger ? SaveOverLonger : SaveOver);
+            EXPECT_EQ(RunUndisturbed(save) + "\n", saved);
+            if (fLonger) {
+                outcomes.push_back({SystemCall::FTruncate, notWritten, notWritten});
+            }
+            ExpectOutcomes(save, outcomes);
+            // A disk that fills up half-way takes what it held before.
+            FaultManner manner;
+            manner.mCall = SystemCall::PWrite;
+            manner.mMaximum = 20;
+            manner.mError = ENOSPC;
+            EXPECT_EQ(SweepFaults(manner, save), notWritten);
+        }
+    }
 }
 
 TEST(MapperFaults, ReadsAndWritesThatComeShortBeforeTheyFailAreNoTable) {

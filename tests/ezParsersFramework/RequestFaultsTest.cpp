@@ -2,11 +2,13 @@
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ez/StreamMediaParserStream.h"
 
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
 #include "support/Record.h"
 #include "support/ScriptedParser.h"
+#include "support/ScriptedStream.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
 
@@ -30,12 +32,13 @@ constexpr std::size_t kEndSize = 3000;
 /// Reads a block of the beginning and one of the end, as the parsers of most formats do.
 class EndsParser : public ezMediaParser {
 public:
-    EndsParser() : ezMediaParser("ends", nullptr, false) {}
+    EndsParser() : ezMediaParser("ends", nullptr, true) {}
 
     ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
         return ParseFromStream(aStream, kBeginSize, kEndSize);
     }
     bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
+    ezCString GetDLNAInfo() override { return "video/parsed:*"; }
 
 protected:
     ezMediaInfo* Read(uint8* aBegin, std::size_t aBeginSize, uint8* anEnd, std::size_t anEndSize,
@@ -78,7 +81,10 @@ public:
     std::string Parse(const std::string& aPath) {
         ezFileMediaParserStream stream{ezCString(aPath.c_str())};
         stream.Open();
-        const Record record(mManager->Parse(stream));
+        return Parse(stream);
+    }
+    std::string Parse(ezMediaParserStream& aStream) {
+        const Record record(mManager->Parse(aStream));
         if (record == nullptr) {
             return "nothing";
         }
@@ -87,6 +93,16 @@ public:
                             Str(record->GetCString(kezInfo_Duration, "-")) + " fs " +
                             Str(record->GetCString(kezInfo_FileSize, "-"));
         return facts + (record->mLastModificationTime.GetUnixTime() != 0 ? "" : ", undated");
+    }
+
+    /// By the parsers of a type, or those of a MIME type that find covers; and where the stream stands then.
+    std::string Ask(const std::string& aPath, bool afCover) {
+        ezFileMediaParserStream stream{ezCString(aPath.c_str())};
+        stream.Open();
+        const Record record(afCover ? mManager->ParseCoverArt("video/parsed", stream)
+                                    : mManager->ParseFromType("ends", stream));
+        return (record != nullptr ? Str(record->GetCString(kezInfo_MimeType, "")) : "nothing") +
+               (stream.Tell() == 0U ? "" : ", moved");
     }
 
 private:
@@ -99,15 +115,16 @@ private:
 /// A folder with all that a server reads.
 class Home {
 public:
+    static std::string Media() { return std::string(kBeginSize, 'b') + std::string(kEndSize, 'e'); }
+
     Home() {
         mFolder.Write("ro/mediaCTRLMediaTypes.ini", "[MimeTypes]\n"
                                                     "end=end@video/named@item.videoItem@ends\n"
                                                     "pcm=pcm@audio/L16@item.audioItem@lpcm\n");
         mFolder.Write("rw/mediaCTRLMediaTypes.ini", "[MimeTypes]\nown=own@video/own@item.videoItem\n");
         mFolder.Write("rw/_MediaMapper.txt", "mapped.end,video/mapped,MAPPED,0:01:40\n");
-        const std::string media = std::string(kBeginSize, 'b') + std::string(kEndSize, 'e');
-        mFolder.Write("film.end", media);
-        mFolder.Write("mapped.end", media);
+        mFolder.Write("film.end", Media());
+        mFolder.Write("mapped.end", Media());
         mFolder.Write("b-lpcm-2.pcm", std::string(352800, '\0'));
     }
     const TemporaryFolder& Folder() const { return mFolder; }
@@ -154,6 +171,111 @@ FaultyOperation Request(const std::string& aName) {
         EXPECT_EQ(server.Parse(path), Server(home.Folder()).Parse(path));
         return facts;
     };
+}
+
+/// A host asks the parsers of a type, or those that find covers.
+FaultyOperation Ask(bool afCover) {
+    return [afCover](const std::vector<Fault>& aFaults, bool* afStruck) {
+        const AssertCatcher asserts;
+        const Home home;
+        const std::string path = home.Folder().Path("film.end");
+        Server server(home.Folder());
+        std::string told;
+        {
+            const FaultySystem system(aFaults);
+            told = server.Ask(path, afCover);
+            *afStruck = system.HasStruck();
+        }
+        EXPECT_TRUE(asserts.Failures().empty());
+        EXPECT_EQ(Server(home.Folder()).Ask(path, afCover), "video/parsed");
+        return told;
+    };
+}
+
+/// What a stream is asked for.
+enum class StreamCall { Read, Seek, GetSize, IsOpened };
+
+/// What goes wrong with a stream: the calls of a kind from one on.
+struct StreamFault {
+    StreamCall mCall = StreamCall::Read;
+    std::size_t mFrom = 1;
+    bool mfForGood = false;
+    bool mfLate = false; ///< the read finds nothing yet, rather than an error
+};
+
+/// A media from a server, whose calls fail: by the contract of ezStream, which knows no size, is not opened,
+/// refuses a seek, has an error, or nothing yet.
+class FaultyStream : public ScriptedStream {
+public:
+    FaultyStream(bool afLending, const StreamFault& aFault)
+        : ScriptedStream(Home::Media(), afLending, "/media/film.end"), mFault(aFault) {}
+
+    bool HasStruck() const { return mfStruck; }
+
+    ezuint64 GetSize() override { return Strikes(StreamCall::GetSize) ? 0 : ScriptedStream::GetSize(); }
+    bool IsOpened() override { return !Strikes(StreamCall::IsOpened) && ScriptedStream::IsOpened(); }
+    ezStreamingStatus Seek(const ezuint64& aPosition) override {
+        return Strikes(StreamCall::Seek) ? ezStreamingStatus_OutOfRange : ScriptedStream::Seek(aPosition);
+    }
+    ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag) override {
+        return Strikes(StreamCall::Read) ? Nothing(aSize) : ScriptedStream::Read(aBuffer, aSize, aFlag);
+    }
+    ezStreamingStatus LendingRead(const void** aData, std::size_t* aSize, int aFlag) override {
+        return Strikes(StreamCall::Read) ? Nothing(aSize) : ScriptedStream::LendingRead(aData, aSize, aFlag);
+    }
+
+private:
+    bool Strikes(StreamCall aCall) {
+        if (aCall != mFault.mCall) {
+            return false;
+        }
+        ++mCount;
+        const bool fStrikes = mFault.mfForGood ? mCount >= mFault.mFrom : mCount == mFault.mFrom;
+        mfStruck = mfStruck || fStrikes;
+        return fStrikes;
+    }
+    ezStreamingStatus Nothing(std::size_t* aSize) {
+        *aSize = 0;
+        if (mFault.mfLate) {
+            Fire(); // and now it is there
+            return ezStreamingStatus_NoError;
+        }
+        return ezStreamingStatus_ReadError;
+    }
+
+    const StreamFault mFault;
+    std::size_t mCount = 0;
+    bool mfStruck = false;
+};
+
+/// The outcomes of a request of a stream whose calls of a kind fail in turn, one a line.
+std::string SweepStream(bool afLending, StreamFault aFault) {
+    const AssertCatcher asserts;
+    const LogCatcher quiet;
+    const Home home;
+    Server server(home.Folder());
+    std::string outcomes;
+    std::string last;
+    for (aFault.mFrom = 1; aFault.mFrom < 100; ++aFault.mFrom) {
+        auto* const stream = new FaultyStream(afLending, aFault);
+        const ezStreamOwner owner(stream);
+        std::string told;
+        {
+            ezStreamMediaParserStream parsed(stream, false);
+            told = parsed.Open() ? "" : "not opened: ";
+            told += server.Parse(parsed);
+        }
+        if (!stream->HasStruck()) {
+            EXPECT_EQ(told, "video/parsed - du - fs 12000, undated");
+            EXPECT_TRUE(asserts.Failures().empty());
+            return outcomes;
+        }
+        if (told != last) {
+            outcomes += std::to_string(aFault.mFrom) + ": " + told + "\n";
+        }
+        last = told;
+    }
+    return outcomes + "and no end";
 }
 
 /// What a request comes to, by what goes wrong.
@@ -238,6 +360,66 @@ TEST(RequestFaults, FileThatCannotBeReadIsWhatItsNameTells) {
                      {"audio/L16;rate=44100;channels=2 DLNA.ORG_PN=LPCM du 2 fs 352800",
                       "audio/L16;rate=44100;channels=2 DLNA.ORG_PN=LPCM du 2 fs 352800, undated", unsized,
                       unsized, "", ""});
+}
+
+TEST(RequestFaults, ParsersThatAreAskedByTypeOrForACoverGiveAWholeRecordOrNone) {
+    const std::string nothing = "1: nothing\n";
+    const std::string reads = "1-2: nothing\n";
+    for (const bool fCover : {false, true}) {
+        SCOPED_TRACE(fCover);
+        EXPECT_EQ(RunUndisturbed(Ask(fCover)), "video/parsed");
+        // The parser asks for the size before anything is read, and declines.
+        ExpectOutcomes(Ask(fCover), {{SystemCall::Open, nothing, nothing},
+                                     {SystemCall::FStat, nothing, nothing},
+                                     {SystemCall::Stat, "1: video/parsed\n", "1: video/parsed\n"},
+                                     {SystemCall::PRead, reads, reads},
+                                     {SystemCall::Memory, reads, reads},
+                                     {SystemCall::Close, "1: video/parsed\n", "1: video/parsed\n"}});
+        FaultManner manner = MannerOf(SystemCall::PRead);
+        manner.mMaximum = 100;
+        EXPECT_EQ(SweepFaults(manner, Ask(fCover)), "1-2: nothing\n") << "short, and then an error";
+        for (const std::size_t most : {std::size_t{1}, std::size_t{1000}}) {
+            EXPECT_EQ(RunInterrupted(most, Ask(fCover)), "video/parsed");
+        }
+    }
+}
+
+TEST(RequestFaults, AStreamThatFailsGivesAWholeRecordOrThatOfItsName) {
+    const std::string parsed = "video/parsed - du - fs 12000, undated\n";
+    const std::string named = "video/named - du - fs 12000, undated\n";
+    const std::string unsized = "video/named - du - fs -, undated\n";
+    struct Row {
+        StreamCall mCall;
+        std::string mOnce;
+        std::string mForGood;
+    };
+    for (const bool fLending : {false, true}) {
+        SCOPED_TRACE(fLending ? "lending" : "copying");
+        const Row rows[] = {
+            // That of Open; a later one tries again what it could not read.
+            {StreamCall::Read, "1: " + parsed + "2: " + named, "1: " + named},
+            // A stream that lends is first sought in for the rest of the media. One that copies, by Open,
+            // back to
+            // its start, which may fail; the last seek follows the request.
+            {StreamCall::Seek, "1: " + (fLending ? named + "2: " + parsed : parsed),
+             "1: " + named + "2: " + parsed},
+            // The parser asks before anything is read behind Open, and declines.
+            {StreamCall::GetSize, "1: " + parsed + "2: " + named, "1: " + unsized},
+            // A host that goes on all the same has what the stream gives.
+            {StreamCall::IsOpened, "1: not opened: " + parsed, "1: not opened: " + parsed},
+        };
+        for (const Row& row : rows) {
+            SCOPED_TRACE(static_cast<int>(row.mCall));
+            StreamFault fault;
+            fault.mCall = row.mCall;
+            EXPECT_EQ(SweepStream(fLending, fault), row.mOnce);
+            fault.mfForGood = true;
+            EXPECT_EQ(SweepStream(fLending, fault), row.mForGood);
+        }
+        StreamFault late;
+        late.mfLate = true;
+        EXPECT_EQ(SweepStream(fLending, late), "1: " + parsed) << "every read waits once";
+    }
 }
 
 TEST(RequestFaults, InterruptionsAndShortReadsChangeNothing) {

@@ -33,23 +33,18 @@ Result Failure() {
     }
 }
 
-bool Fails(SystemCall aCall) {
-    const Fault* fault = FaultySystem::Strike(aCall);
-    return fault != nullptr && fault->mError != 0;
-}
-
 /// A call that fails, or is made.
 template <SystemCall kCall, auto kMember, typename Type = decltype(kMember)>
 struct Hook;
 template <SystemCall kCall, auto kMember, typename Result, typename... Arguments>
 struct Hook<kCall, kMember, Result (*ezSystemCalls::*)(Arguments...)> {
     static Result Call(Arguments... aArguments) {
-        return Fails(kCall) ? Failure<Result>() : (ezSystem_Real().*kMember)(aArguments...);
+        return FaultySystem::Fails(kCall) ? Failure<Result>() : (ezSystem_Real().*kMember)(aArguments...);
     }
     /// Made in any case: what it gives back is gone, whatever it says.
     static Result CallAnyway(Arguments... aArguments) {
         const Result result = (ezSystem_Real().*kMember)(aArguments...);
-        return Fails(kCall) ? Failure<Result>() : result;
+        return FaultySystem::Fails(kCall) ? Failure<Result>() : result;
     }
 };
 
@@ -88,8 +83,8 @@ const char* NameOf(SystemCall aCall) {
     return kNames[static_cast<std::size_t>(aCall)];
 }
 
-FaultySystem::FaultySystem(std::vector<Fault> aFaults)
-    : mFaults(std::move(aFaults)), mCalls(ezSystem_Real()) {
+FaultySystem::FaultySystem(std::vector<Fault> aFaults, FaultReach aReach)
+    : mFaults(std::move(aFaults)), mReach(aReach), mCalls(ezSystem_Real()) {
     Take<SystemCall::Open, &ezSystemCalls::mOpen>(mCalls);
     TakeGivingBack<SystemCall::Close, &ezSystemCalls::mClose>(mCalls);
     Take<SystemCall::Stat, &ezSystemCalls::mStat>(mCalls);
@@ -97,7 +92,7 @@ FaultySystem::FaultySystem(std::vector<Fault> aFaults)
     Take<SystemCall::LStat, &ezSystemCalls::mLStat>(mCalls);
     mCalls.mPRead = PRead;
     mCalls.mPWrite = PWrite;
-    mCalls.mFSync = [](int) { return Fails(SystemCall::FSync) ? -1 : 0; };
+    mCalls.mFSync = [](int) { return FaultySystem::Fails(SystemCall::FSync) ? -1 : 0; };
     Take<SystemCall::FChmod, &ezSystemCalls::mFChmod>(mCalls);
     Take<SystemCall::Rename, &ezSystemCalls::mRename>(mCalls);
     Take<SystemCall::Unlink, &ezSystemCalls::mUnlink>(mCalls);
@@ -125,8 +120,13 @@ bool FaultySystem::HasStruck() const {
     return mfStruck;
 }
 
-const Fault* FaultySystem::Strike(SystemCall aCall) {
-    return gFaulty != nullptr ? gFaulty->Next(aCall) : nullptr;
+const Fault* FaultySystem::Strike(SystemCall aCall, FaultReach aReach) {
+    return gFaulty != nullptr && gFaulty->mReach == aReach ? gFaulty->Next(aCall) : nullptr;
+}
+
+bool FaultySystem::Fails(SystemCall aCall, FaultReach aReach) {
+    const Fault* fault = Strike(aCall, aReach);
+    return fault != nullptr && fault->mError != 0;
 }
 
 const Fault* FaultySystem::Next(SystemCall aCall) {
@@ -135,7 +135,7 @@ const Fault* FaultySystem::Next(SystemCall aCall) {
         const std::size_t place = count - fault.mFrom; // wraps before the first one
         if (fault.mCall == aCall && count >= fault.mFrom && place < fault.mTimes &&
             (!fault.mfEveryOther || place % 2 == 0)) {
-            mfStruck = true;
+            mfStruck = mfStruck || !fault.mfStanding;
             if (fault.mError != 0) {
                 errno = fault.mError;
             }
@@ -148,6 +148,13 @@ const Fault* FaultySystem::Next(SystemCall aCall) {
 std::size_t OpenDescriptors() {
     const std::filesystem::directory_iterator all("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+FaultManner MannerOf(SystemCall aCall) {
+    FaultManner manner;
+    manner.mCall = aCall;
+    manner.mError = kErrors[static_cast<std::size_t>(aCall)];
+    return manner;
 }
 
 std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth) {
@@ -168,6 +175,16 @@ std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth) {
         faults.push_back(fault);
     }
     return faults;
+}
+
+FaultyOperation Under(Fault aStanding, FaultyOperation anOperation) {
+    aStanding.mfStanding = true;
+    return
+        [aStanding, operation = std::move(anOperation)](const std::vector<Fault>& aFaults, bool* afStruck) {
+            std::vector<Fault> both = aFaults; // first, so that where they meet it is the sweep that strikes
+            both.push_back(aStanding);
+            return operation(both, afStruck);
+        };
 }
 
 std::string SweepFaults(const FaultManner& aManner, const FaultyOperation& anOperation) {
@@ -206,9 +223,7 @@ void ExpectOutcomes(const FaultyOperation& anOperation, const std::vector<FaultO
         const auto expected = std::find_if(anOutcomes.begin(), anOutcomes.end(),
                                            [&](const FaultOutcomes& aRow) { return aRow.mCall == call; });
         const bool fExpected = expected != anOutcomes.end();
-        FaultManner manner;
-        manner.mCall = call;
-        manner.mError = kErrors[i];
+        FaultManner manner = MannerOf(call);
         EXPECT_EQ(SweepFaults(manner, anOperation), fExpected ? expected->mOnce : "") << kNames[i] << " once";
         manner.mfForGood = true;
         EXPECT_EQ(SweepFaults(manner, anOperation), fExpected ? expected->mForGood : "")

@@ -48,7 +48,12 @@ struct Fault {
     int mError = 0;                ///< the errno to fail with; 0 to come short alone
     std::size_t mMaximum = kWhole; ///< the most bytes that a read or write that does not fail moves
     bool mfEveryOther = false;     ///< of the calls in range only the first, third and so on
+    bool mfStanding = false; ///< a trouble of the place, in all runs of a sweep: HasStruck leaves it out
 };
+
+/// Whose calls fail: those of the libraries, which go through their table, or those that a test stands before
+/// itself because somebody makes them past it.
+enum class FaultReach { Libraries, Direct };
 
 /// Lets the libraries' system calls fail while it lives, and counts them. One at a time.
 ///
@@ -57,22 +62,25 @@ struct Fault {
 class FaultySystem {
 public:
     /// Without a fault it only counts.
-    explicit FaultySystem(std::vector<Fault> aFaults = {});
+    explicit FaultySystem(std::vector<Fault> aFaults = {}, FaultReach aReach = FaultReach::Libraries);
     ~FaultySystem();
     FaultySystem(const FaultySystem&) = delete;
     FaultySystem& operator=(const FaultySystem&) = delete;
 
     std::size_t Count(SystemCall aCall) const { return mCounts[static_cast<std::size_t>(aCall)]; }
-    /// Whether one of the faults has struck.
+    /// Whether one of the faults has struck, other than a standing one.
     bool HasStruck() const;
 
-    /// For a call: what becomes of it. Null where nothing does; errno is set to fail with.
-    static const Fault* Strike(SystemCall aCall);
+    /// For a call of that reach: what becomes of it. Null where nothing does; errno is set to fail with.
+    static const Fault* Strike(SystemCall aCall, FaultReach aReach = FaultReach::Libraries);
+    /// Whether such a call fails, rather than come short.
+    static bool Fails(SystemCall aCall, FaultReach aReach = FaultReach::Libraries);
 
 private:
     const Fault* Next(SystemCall aCall);
 
     std::vector<Fault> mFaults;
+    const FaultReach mReach;
     bool mfStruck = false;
     std::array<std::size_t, kSystemCallCount> mCounts = {};
     ezSystemCalls mCalls;
@@ -92,12 +100,19 @@ struct FaultManner {
     std::size_t mMaximum = Fault::kWhole; ///< comes short of so many bytes; the error strikes the call behind
 };
 
+/// One call of a kind fails, with an error that it is known for.
+FaultManner MannerOf(SystemCall aCall);
+
 /// The faults of a manner that begin with the n-th call.
 std::vector<Fault> FaultsAt(const FaultManner& aManner, std::size_t aNth);
 
 /// Makes a stage of its own, performs with these faults, and tells what came of it. The flag receives whether
 /// a fault has struck.
 using FaultyOperation = std::function<std::string(const std::vector<Fault>& aFaults, bool* afStruck)>;
+
+/// An operation where one more thing goes wrong all the time, so that a sweep strikes in pairs: "no write
+/// succeeds, and nothing can be removed".
+FaultyOperation Under(Fault aStanding, FaultyOperation anOperation);
 
 /// Runs an operation again and again: with the first call of the manner's kind going wrong, with the second,
 /// and so on until it runs through with nothing going wrong. Expects of each run that it gives all its

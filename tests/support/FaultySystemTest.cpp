@@ -64,6 +64,24 @@ TEST(FaultySystem, InterruptionsComeBeforeCallsThatComeShort) {
     EXPECT_TRUE(fStruck);
 }
 
+TEST(FaultySystem, StandingTroubleStrikesInEveryRunAndEndsNoSweep) {
+    Fault busy;
+    busy.mCall = SystemCall::Close;
+    busy.mTimes = Fault::kForGood;
+    busy.mError = EIO;
+    FaultManner manner;
+    manner.mCall = SystemCall::PRead;
+    manner.mError = ENXIO;
+    const std::string failed = "errno " + std::to_string(ENXIO);
+    EXPECT_EQ(SweepFaults(manner, Under(busy, ReadTwice)),
+              "1: open " + failed + " 3 not closed\n2: open 3 " + failed + " not closed\n");
+    // Of one kind with the sweep's, it strikes where that does not.
+    busy.mCall = SystemCall::PRead;
+    const std::string stood = "errno " + std::to_string(EIO);
+    EXPECT_EQ(SweepFaults(manner, Under(busy, ReadTwice)),
+              "1: open " + failed + " " + stood + "\n2: open " + stood + " " + failed + "\n");
+}
+
 TEST(FaultySystem, CountsCallsAndDescriptors) {
     const FaultySystem system;
     const std::size_t before = OpenDescriptors();

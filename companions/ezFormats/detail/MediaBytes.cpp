@@ -95,23 +95,29 @@ bool MediaBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
         return Keep(kept);
     }
     --mReadsLeft;
-    Reserve(size, kept);
+    if (!Reserve(size)) {
+        mfReadFailed = true;
+        return Keep(kept);
+    }
     const std::size_t count = Fill(kept, size);
     mBytesLeft -= count;
     mLastSize = std::max(kept + count, kLeastBlock);
     return Keep(kept + count);
 }
 
-/// Makes room for a block of so many bytes, the first of which are there.
-void MediaBytes::Reserve(std::size_t aSize, std::size_t aKept) {
-    if (aSize > mBlockSize) {
-        std::unique_ptr<unsigned char[]> block(new unsigned char[aSize]);
-        if (aKept != 0) {
-            std::memcpy(block.get(), mBlock.get(), aKept);
-        }
-        mBlock = std::move(block);
-        mBlockSize = aSize;
+/// Makes room for a block of so many bytes; what is there stays.
+bool MediaBytes::Reserve(std::size_t aSize) {
+    if (aSize <= mBlockSize) {
+        return true;
     }
+    void* const grown = ezRealloc(mBlock.get(), aSize);
+    if (grown == nullptr) {
+        return false;
+    }
+    static_cast<void>(mBlock.release()); // it is, or lies in, the new block
+    mBlock.reset(static_cast<unsigned char*>(grown));
+    mBlockSize = aSize;
+    return true;
 }
 
 /// The block is so long from now on. False when it is empty.

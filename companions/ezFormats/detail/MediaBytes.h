@@ -2,6 +2,8 @@
 
 #include "ezBytes/ByteSource.h"
 
+#include "ezPlatform/base/Memory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,7 +12,8 @@ class ezMediaParserStream;
 
 /// The bytes of a parser's stream, read within a budget. The first read is that of the start, which the
 /// stream keeps for the next parser; bytes behind it are read as far as they are asked for, in blocks that
-/// grow while the asking goes straight on. Reading back by a little stays within the block.
+/// grow while the asking goes straight on. Reading back by a little stays within the block. Memory that is
+/// refused for a block is a read that fails.
 class MediaBytes : public ByteSource {
 public:
     /// aStream is borrowed.
@@ -42,12 +45,17 @@ private:
     bool ReadStart(std::uint64_t aPosition);
     void TakeSize();
     std::size_t Fill(std::size_t aPlace, std::size_t anEnd);
-    void Reserve(std::size_t aSize, std::size_t aKept);
+    struct Free {
+        void operator()(unsigned char* aBlock) const { ezFree(aBlock); }
+    };
+
+    bool Reserve(std::size_t aSize);
     bool Keep(std::size_t aLength);
 
     ezMediaParserStream& mStream;
     std::uint64_t mSize;
-    std::unique_ptr<unsigned char[]> mBlock; ///< not cleared: only its first mBlockLength bytes are ever read
+    std::unique_ptr<unsigned char, Free>
+        mBlock; ///< not cleared: only its first mBlockLength bytes are ever read
     std::size_t mBlockSize = 0;
     std::uint64_t mBlockStart = 0;
     std::size_t mBlockLength = 0;

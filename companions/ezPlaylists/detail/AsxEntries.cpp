@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/EntryReaders.h"
 #include "ezPlaylists/detail/EntryText.h"
+#include "ezPlaylists/detail/Limits.h"
 #include "ezPlaylists/detail/Location.h"
 #include "ezPlaylists/detail/MarkupScanner.h"
 
@@ -94,7 +95,7 @@ private:
 
     void TakeText(const std::string& aText) {
         Line* line = LineOf(mTextOf);
-        if (line != nullptr) {
+        if (line != nullptr && aText.size() <= kPlaylist_MaxText - line->mText.size()) {
             line->mText += aText;
             line->mfSaid = line->mfSaid || !ezTrimmed(aText).empty();
         }
@@ -157,11 +158,11 @@ public:
     AsxReferences(DocumentText& aDocument, const EntrySink& aSink) : mDocument(aDocument), mSink(aSink) {}
 
     void Run() {
-        const std::string& text = mDocument.Text();
+        const std::string_view text = mDocument.Text();
         bool fGoOn = true;
         for (std::size_t start = 0; fGoOn && start < text.size();) {
             const std::size_t end = std::min(text.find_first_of("\r\n", start), text.size());
-            fGoOn = TakeLine(std::string_view(text).substr(start, end - start), start);
+            fGoOn = TakeLine(text.substr(start, end - start), start);
             start = end + 1;
         }
     }
@@ -169,6 +170,9 @@ public:
 private:
     bool TakeLine(std::string_view aLine, std::size_t anOffset) {
         const std::string_view line = ezTrimmed(aLine);
+        if (line.size() > kPlaylist_MaxText) {
+            return true;
+        }
         if (!line.empty() && line.front() == '[') {
             mfReference = ezCString(line).CompareNoCase("[Reference]") == 0;
             return true;
@@ -197,11 +201,12 @@ private:
 
 } // namespace
 
-void ReadAsxEntries(DocumentText& aDocument, const EntrySink& aSink) {
-    const std::string_view start = ezTrimmed(std::string_view(aDocument.Text()).substr(0, 64));
+bool ReadAsxEntries(DocumentText& aDocument, const EntrySink& aSink) {
+    const std::string_view start = ezTrimmed(aDocument.Text().substr(0, 64));
     if (!start.empty() && start.front() == '[') {
         AsxReferences(aDocument, aSink).Run();
     } else {
         AsxWalk(aDocument, aSink).Run();
     }
+    return true;
 }

@@ -64,19 +64,19 @@ std::string DeclaredEncoding(std::string_view aDocument) {
 
 } // namespace
 
-DocumentText::DocumentText(std::string aDocument) : mEncoding(EncodingOf(aDocument, mMarkLength)) {
+DocumentText::DocumentText(GrowingText aDocument) : mEncoding(EncodingOf(aDocument.View(), mMarkLength)) {
     mCursorPosition = mMarkLength;
     switch (mEncoding) {
     case Encoding::Utf8:
-        aDocument.erase(0, mMarkLength);
+        mSkipped = mMarkLength;
         mText = std::move(aDocument);
         break;
     case Encoding::EightBit:
-        TakeEightBit(aDocument);
+        TakeEightBit(aDocument.View());
         break;
     case Encoding::Utf16LittleEndian:
     case Encoding::Utf16BigEndian:
-        TakeUtf16(std::string_view(aDocument).substr(mMarkLength));
+        TakeUtf16(aDocument.View().substr(mMarkLength));
         break;
     }
 }
@@ -101,9 +101,12 @@ DocumentText::Encoding DocumentText::EncodingOf(std::string_view aDocument, std:
 }
 
 void DocumentText::TakeEightBit(std::string_view aDocument) {
-    mText.reserve(aDocument.size());
-    for (const char byte : aDocument) {
-        AppendUtf8(mText, FromWindows1252(static_cast<unsigned char>(byte)));
+    std::string character;
+    mfRefused = !mText.Reserve(aDocument.size());
+    for (std::size_t i = 0; i < aDocument.size() && !mfRefused; ++i) {
+        character.clear();
+        AppendUtf8(character, FromWindows1252(static_cast<unsigned char>(aDocument[i])));
+        mfRefused = !mText.Append(std::string_view(character));
     }
 }
 
@@ -114,17 +117,20 @@ void DocumentText::TakeUtf16(std::string_view aDocument) {
         const auto second = static_cast<unsigned char>(aDocument[anOffset + 1]);
         return static_cast<char32_t>(fBigEndian ? first * 256U + second : second * 256U + first);
     };
-    mText.reserve(aDocument.size() / 2);
-    for (std::size_t i = 0; i + 2 <= aDocument.size(); i += 2) {
+    std::string character;
+    mfRefused = !mText.Reserve(aDocument.size() / 2);
+    for (std::size_t i = 0; i + 2 <= aDocument.size() && !mfRefused; i += 2) {
+        character.clear();
         const char32_t unit = unitAt(i);
         const bool fLead = unit >= 0xD800 && unit <= 0xDBFF && i + 4 <= aDocument.size();
         const char32_t next = fLead ? unitAt(i + 2) : 0;
         if (next >= 0xDC00 && next <= 0xDFFF) {
-            AppendUtf8(mText, 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00));
+            AppendUtf8(character, 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00));
             i += 2;
         } else {
-            AppendUtf8(mText, unit);
+            AppendUtf8(character, unit);
         }
+        mfRefused = !mText.Append(std::string_view(character));
     }
 }
 
@@ -136,7 +142,7 @@ std::uint64_t DocumentText::PositionOf(std::size_t aTextOffset) {
         mCursor = 0;
         mCursorPosition = mMarkLength;
     }
-    while (mCursor < std::min(aTextOffset, mText.size())) {
+    while (mCursor < std::min(aTextOffset, mText.Size())) {
         const unsigned char lead = static_cast<unsigned char>(mText[mCursor]);
         const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
         if (mCursor + length > aTextOffset) {

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ezPlaylists/detail/GrowingBlock.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 /// A document of text as UTF-8, and where in the document each character stands.
@@ -16,10 +17,13 @@
 /// becomes U+FFFD.
 class DocumentText {
 public:
-    explicit DocumentText(std::string aDocument);
+    explicit DocumentText(GrowingText aDocument);
+
+    /// Whether memory for the text was refused, of which a part is there then.
+    bool IsRefused() const { return mfRefused; }
 
     /// UTF-8, without the byte order mark.
-    const std::string& Text() const { return mText; }
+    std::string_view Text() const { return mText.View().substr(mSkipped); }
 
     /// Where in the document the character stands to which a byte of the text belongs. A row of rising
     /// offsets costs one walk over the text.
@@ -32,7 +36,9 @@ private:
     void TakeEightBit(std::string_view aDocument);
     void TakeUtf16(std::string_view aDocument);
 
-    std::string mText;
+    GrowingText mText;
+    std::size_t mSkipped = 0; ///< the byte order mark at the start of a text that is the document itself
+    bool mfRefused = false;
     std::size_t mMarkLength = 0; ///< before the encoding, with which it is found
     const Encoding mEncoding;
     std::size_t mCursor = 0;           ///< an offset in the text

@@ -5,7 +5,6 @@
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
 #include <algorithm>
-#include <numeric>
 
 IndexedPlaylistParser::IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
     : PlaylistParser(aPlace.GetParentURL()), mReader(aStream) {
@@ -20,75 +19,86 @@ bool IndexedPlaylistParser::AddEntry(std::uint64_t aPos, std::string_view aURI, 
         return true;
     }
     const std::size_t size = aURI.size() + aTitle.size() + aTags.size();
-    if (mRecords.size() >= kPlaylist_MaxIndexed || size > kPlaylist_MaxIndexedText - mTexts.size()) {
+    if (mRecords.Size() >= kPlaylist_MaxIndexed || size > kPlaylist_MaxIndexedText - mTexts.Size()) {
         return false;
     }
-    mRecords.push_back({aPos, mTexts.size(), static_cast<uint32>(aURI.size()),
-                        static_cast<uint32>(aTitle.size()), static_cast<uint32>(aTags.size()), aDuration});
-    mTexts.append(aURI).append(aTitle).append(aTags);
-    return true;
+    const Record record = {aPos,
+                           mTexts.Size(),
+                           static_cast<uint32>(aURI.size()),
+                           static_cast<uint32>(aTitle.size()),
+                           static_cast<uint32>(aTags.size()),
+                           aDuration};
+    mfRefused =
+        !mTexts.Append(aURI) || !mTexts.Append(aTitle) || !mTexts.Append(aTags) || !mRecords.Append(record);
+    return !mfRefused;
 }
 
 void IndexedPlaylistParser::EnsureIndex() {
     if (mfIndexed) {
         return;
     }
-    mRecords.clear();
-    mByPosition.clear();
-    mTexts.clear();
-    const bool fStarted = mReader.Seek(0);
-    if (fStarted) {
-        ReadEntries(mReader);
-        SortByPosition();
-    }
-    mfIndexed = fStarted && !mReader.HasFailed(); // else the next look may see more
-}
-
-void IndexedPlaylistParser::SortByPosition() {
-    const auto isBefore = [](const Record& aLeft, const Record& aRight) { return aLeft.mPos < aRight.mPos; };
-    if (std::is_sorted(mRecords.begin(), mRecords.end(), isBefore)) {
+    mRecords.Clear();
+    mByPosition.Clear();
+    mTexts.Clear();
+    mfRefused = false;
+    const bool fRead = mReader.Seek(0) && ReadEntries(mReader) && !mfRefused;
+    if (!SortByPosition()) {
+        mRecords.Clear(); // nothing finds its way in them
         return;
     }
-    mByPosition.resize(mRecords.size());
-    std::iota(mByPosition.begin(), mByPosition.end(), std::size_t{0});
+    mfIndexed = fRead && !mReader.HasFailed(); // else the next look may see more
+}
+
+bool IndexedPlaylistParser::SortByPosition() {
+    const auto isBefore = [](const Record& aLeft, const Record& aRight) { return aLeft.mPos < aRight.mPos; };
+    if (std::is_sorted(mRecords.begin(), mRecords.end(), isBefore)) {
+        return true;
+    }
+    if (!mByPosition.Reserve(mRecords.Size())) {
+        return false;
+    }
+    for (std::size_t i = 0; i < mRecords.Size(); ++i) {
+        mByPosition.Append(i);
+    }
     std::sort(mByPosition.begin(), mByPosition.end(), [this](std::size_t aLeft, std::size_t aRight) {
         return mRecords[aLeft].mPos < mRecords[aRight].mPos;
     });
+    return true;
 }
 
 std::size_t IndexedPlaylistParser::IndexFrom(std::uint64_t aPos) const {
-    if (mByPosition.empty()) {
+    if (mByPosition.Size() == 0) {
         const auto found = std::lower_bound(
             mRecords.begin(), mRecords.end(), aPos,
             [](const Record& aRecord, std::uint64_t aWanted) { return aRecord.mPos < aWanted; });
         return static_cast<std::size_t>(found - mRecords.begin());
     }
-    if (aPos < mRecords[mByPosition.front()].mPos) {
+    if (aPos < mRecords[mByPosition[0]].mPos) {
         return 0;
     }
     const auto found = std::lower_bound(
         mByPosition.begin(), mByPosition.end(), aPos,
         [this](std::size_t anIndex, std::uint64_t aWanted) { return mRecords[anIndex].mPos < aWanted; });
-    return found != mByPosition.end() ? *found : mRecords.size();
+    return found != mByPosition.end() ? *found : mRecords.Size();
 }
 
 void IndexedPlaylistParser::Fill(std::size_t anIndex, PlaylistParserEntry* anEntry) const {
     const Record& record = mRecords[anIndex];
-    const std::string_view texts = mTexts;
+    const std::string_view texts = mTexts.View();
     const std::size_t title = record.mText + record.mURISize;
     anEntry->mURI = ezCString(texts.substr(record.mText, record.mURISize));
     anEntry->mTitle = ezCString(texts.substr(title, record.mTitleSize));
     anEntry->mSpecificTags = ezCString(texts.substr(title + record.mTitleSize, record.mTagsSize));
     anEntry->mDuration = record.mDuration;
     anEntry->mStreamPos = record.mPos;
-    anEntry->mNextEntryStreamPos = anIndex + 1 < mRecords.size() ? mRecords[anIndex + 1].mPos : kezuint64_Max;
+    anEntry->mNextEntryStreamPos = anIndex + 1 < mRecords.Size() ? mRecords[anIndex + 1].mPos : kezuint64_Max;
 }
 
 void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
     EnsureIndex();
     const unsigned move = ++mMoves;
     bool fStop = false;
-    for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.size() && !fStop; ++i) {
+    for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.Size() && !fStop; ++i) {
         PlaylistParserEntry entry;
         Fill(i, &entry);
         entry.mRelativeEntryIndex = mRelativeEntryIndex++;
@@ -99,7 +109,7 @@ void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUs
 
 bool IndexedPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
     EnsureIndex();
-    return anEntryIndex < mRecords.size() && FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+    return anEntryIndex < mRecords.Size() && FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
 }
 
 bool IndexedPlaylistParser::SeekBytes(const ezuint64& aPos) {

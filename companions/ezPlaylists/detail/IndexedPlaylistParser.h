@@ -2,13 +2,12 @@
 
 #include "ez/PlaylistParser.h"
 
+#include "ezPlaylists/detail/GrowingBlock.h"
 #include "ezPlaylists/detail/StreamReader.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
-#include <vector>
 
 class PlaylistPlace;
 
@@ -23,8 +22,9 @@ class PlaylistPlace;
 /// at the position that was sought, or else with the first in the bytes behind it; a position before all
 /// entries, and so 0, begins with the first to be played. Behind the last one there is no entry.
 ///
-/// What could be read of a playlist that is broken or too long stays as it is. Of one whose stream fails it
-/// serves the operation that met the failure; the next one reads the playlist again.
+/// What could be read of a playlist that is broken or too long stays as it is. Of one whose stream fails, or
+/// for which memory is refused, it serves the operation that met the failure (of a refusal that may be
+/// nothing); the next one reads the playlist again.
 class IndexedPlaylistParser : public PlaylistParser {
 public:
     ~IndexedPlaylistParser() override;
@@ -41,17 +41,17 @@ protected:
     IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
 
     /// Walks the whole playlist, called once while the stream does not fail, with the reader at byte 0, and
-    /// calls AddEntry for each entry in the order of playing.
-    virtual void ReadEntries(PlaylistStreamReader& aReader) = 0;
+    /// calls AddEntry for each entry in the order of playing. False when memory for it was refused.
+    virtual bool ReadEntries(PlaylistStreamReader& aReader) = 0;
 
     /// @param aPos  a byte of the playlist that belongs to this entry alone
-    /// An entry without a location is none and left out. False when the index is full: further entries are in
-    /// vain.
+    /// An entry without a location is none and left out. False when the index is full, or memory for it was
+    /// refused: further entries are in vain.
     bool AddEntry(std::uint64_t aPos, std::string_view aURI, std::string_view aTitle, uint32 aDuration,
                   std::string_view aTags);
 
     /// Entries that were added.
-    std::size_t GetCount() const { return mRecords.size(); }
+    std::size_t GetCount() const { return mRecords.Size(); }
 
 private:
     struct Record {
@@ -64,16 +64,17 @@ private:
     };
 
     void EnsureIndex();
-    void SortByPosition();
+    bool SortByPosition();
     /// Which is played first of a walk from a position; the count when there is none.
     std::size_t IndexFrom(std::uint64_t aPos) const;
     void Fill(std::size_t anIndex, PlaylistParserEntry* anEntry) const;
 
     PlaylistStreamReader mReader;
-    std::vector<Record> mRecords;         ///< in the order of playing
-    std::vector<std::size_t> mByPosition; ///< indexes of the records; empty when that is the same order
-    std::string mTexts;
+    GrowingBlock<Record> mRecords;         ///< in the order of playing
+    GrowingBlock<std::size_t> mByPosition; ///< indexes of the records; empty when that is the same order
+    GrowingText mTexts;
     std::uint64_t mWalkPos = 0; ///< where the next walk begins
     unsigned mMoves = 0;        ///< seeks and walks: a walk ends when its callback made one
+    bool mfRefused = false;     ///< memory for an entry
     bool mfIndexed = false;
 };

@@ -10,6 +10,10 @@
 /// a location that is cut names something else.
 inline constexpr std::size_t kPlaylist_MaxLine = std::size_t{64} * 1024;
 
+/// Bytes of one text of a document with markup, which is read as a whole: a longer one counts as absent. What
+/// is made of a text on the way to an entry is of its order, and memory for that is not asked for with care.
+inline constexpr std::size_t kPlaylist_MaxText = std::size_t{1024} * 1024;
+
 /// Bytes of directive lines that one entry carries; further lines are left out.
 inline constexpr std::size_t kPlaylist_MaxTags = std::size_t{64} * 1024;
 

@@ -2,7 +2,6 @@
 
 #include "ezPlaylists/detail/Limits.h"
 
-#include <string>
 #include <utility>
 
 MarkupPlaylistParser::MarkupPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace,
@@ -11,14 +10,17 @@ MarkupPlaylistParser::MarkupPlaylistParser(ezStream* aStream, const PlaylistPlac
     mMimeType = aMimeType;
 }
 
-void MarkupPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
-    std::string bytes;
+bool MarkupPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
+    GrowingText bytes;
     const bool fAll = aReader.ReadAll(&bytes, kPlaylist_MaxDocument);
     if (!fAll && !aReader.HasFailed()) {
-        return; // too long
+        return true; // too long
     }
     DocumentText document(std::move(bytes));
-    mReadFunc(document, [this](const PlaylistParserEntry& anEntry) {
+    if (document.IsRefused()) {
+        return false;
+    }
+    return mReadFunc(document, [this](const PlaylistParserEntry& anEntry) {
         return AddEntry(anEntry.mStreamPos.ToUInt64(), anEntry.mURI.View(), anEntry.mTitle.View(),
                         anEntry.mDuration, anEntry.mSpecificTags.View());
     });

@@ -7,16 +7,17 @@
 class PlaylistPlace;
 
 /// The base of the readers of documents with markup. A document of more than kPlaylist_MaxDocument bytes has
-/// no entries; of one whose stream fails those stand that are whole. An entry's position is that of the "<"
+/// no entries; of one whose stream fails those stand that are whole. A text of an entry that is longer than
+/// kPlaylist_MaxText counts as absent. An entry's position is that of the "<"
 /// of its element, in the document as it lies there, also where that is UTF-16.
 class MarkupPlaylistParser : public IndexedPlaylistParser {
 protected:
-    using ReadFunc = void (*)(DocumentText& aDocument, const EntrySink& aSink);
+    using ReadFunc = bool (*)(DocumentText& aDocument, const EntrySink& aSink);
 
     MarkupPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace, const char* aMimeType,
                          ReadFunc aReadFunc);
 
-    void ReadEntries(PlaylistStreamReader& aReader) override;
+    bool ReadEntries(PlaylistStreamReader& aReader) override;
 
 private:
     const ReadFunc mReadFunc;

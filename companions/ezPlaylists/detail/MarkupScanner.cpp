@@ -1,6 +1,7 @@
 #include "ezPlaylists/detail/MarkupScanner.h"
 
 #include "ezBytes/Utf8.h"
+#include "ezPlaylists/detail/Limits.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -15,6 +16,9 @@ constexpr std::string_view kBlanks = " \t\r\n\f\v";
 
 /// A longer one is none that is known; what stands between a stray "&" and the next ";" is not searched.
 constexpr std::size_t kMaximumEntity = 12;
+
+/// A longer one is none that a reader knows.
+constexpr std::size_t kMaximumName = 64;
 
 /// Further ones are dropped: each takes many times the memory of its two bytes in the document.
 constexpr std::size_t kMaximumAttributes = 32;
@@ -32,8 +36,9 @@ bool IsNameCharacter(char aCharacter) {
            lower == '-' || lower == '.';
 }
 
-std::string Lowered(std::string_view aText) {
-    std::string lower(aText);
+/// A name for comparing.
+std::string Lowered(std::string_view aName) {
+    std::string lower(aName.substr(0, kMaximumName));
     std::transform(lower.begin(), lower.end(), lower.begin(), ezLower);
     return lower;
 }
@@ -62,6 +67,11 @@ bool AppendMeaning(std::string& aText, std::string_view anEntity) {
         AppendUtf8(aText, character);
     }
     return character != 0;
+}
+
+/// A text of the document, "" for one that is too long to be taken.
+std::string_view Bounded(std::string_view aText) {
+    return aText.size() <= kPlaylist_MaxText ? aText : std::string_view();
 }
 
 /// Whether the "/" before ">" belongs to an unquoted value: at the end of a URL that names no file.
@@ -117,7 +127,7 @@ bool MarkupScanner::Next(MarkupPiece& aPiece) {
     // The first character may be a "<" that begins nothing.
     const std::size_t end = std::min(mText.find('<', mAt + 1), mText.size());
     aPiece.mOffset = mAt;
-    aPiece.mText = WithoutEntities(mText.substr(mAt, end - mAt));
+    aPiece.mText = WithoutEntities(Bounded(mText.substr(mAt, end - mAt)));
     mAt = end;
     return true;
 }
@@ -147,7 +157,7 @@ bool MarkupScanner::TakeSection(MarkupPiece& aPiece) {
         return false;
     }
     aPiece.mOffset = mAt;
-    aPiece.mText = mText.substr(mAt + kStartLength, end - mAt - kStartLength);
+    aPiece.mText = Bounded(mText.substr(mAt + kStartLength, end - mAt - kStartLength));
     mAt = end + 3;
     return true;
 }
@@ -222,7 +232,7 @@ bool MarkupScanner::TakeValue(std::string& aValue) {
         mAt = mText.size();
         return false;
     }
-    aValue = WithoutEntities(mText.substr(mAt, end - mAt));
+    aValue = WithoutEntities(Bounded(mText.substr(mAt, end - mAt)));
     const bool fQuoted = quote == '"' || quote == '\'';
     if (!fQuoted && mText[end] == '/' && EndsInSlash(aValue)) {
         aValue += '/'; // it ends the tag all the same

@@ -29,8 +29,9 @@ struct MarkupPiece {
 /// "&" and "<", tags that nobody closes. Comments, declarations and processing instructions are passed over,
 /// entities declared in them included: besides the five that XML knows and the numbers of characters an
 /// entity stands for itself. Walks once over the text, keeps nothing of it and cannot fail; a tag or section
-/// that does not end before the text does is the end. The "/" of "/>" behind an unquoted value ends the tag,
-/// and belongs to the value as well where that is a URL whose last part has no dot ("http://h/a/").
+/// that does not end before the text does is the end. A text or value of more than kPlaylist_MaxText bytes is
+/// given as an empty one, as no part of it would mean the same. The "/" of "/>" behind an unquoted value ends
+/// the tag, and belongs to the value as well where that is a URL whose last part has no dot ("http://h/a/").
 class MarkupScanner {
 public:
     /// @param aText  UTF-8, borrowed

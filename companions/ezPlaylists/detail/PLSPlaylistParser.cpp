@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
 
+#include "ezPlaylists/detail/GrowingBlock.h"
 #include "ezPlaylists/detail/Limits.h"
 #include "ezPlaylists/detail/LineReader.h"
 #include "ezPlaylists/detail/PlaylistPlace.h"
@@ -7,9 +8,8 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
+#include <string_view>
 #include <tuple>
-#include <vector>
 
 namespace {
 
@@ -46,7 +46,7 @@ bool ReadKey(const ezCString& aLowerKey, Line* aLine) {
 /// The lines of the section that belong to entries.
 class Lines {
 public:
-    /// False when there are too many.
+    /// False when there are too many, or memory for them is refused.
     bool Add(const PlaylistLine& aLine) {
         const std::string_view text = ezTrimmed(aLine.mText);
         if (!text.empty() && text.front() == '[') {
@@ -58,21 +58,22 @@ public:
             return true;
         }
         const std::string_view value = ezTrimmed(text.substr(equals + 1));
-        Line line = {0, aLine.mPos, mTexts.size(), static_cast<uint32>(value.size()), Key::File};
+        Line line = {0, aLine.mPos, mTexts.Size(), static_cast<uint32>(value.size()), Key::File};
         if (value.empty() || !ReadKey(ezCString(ezTrimmed(text.substr(0, equals))).Lower(), &line)) {
             return true;
         }
-        if (mLines.size() >= kKeys.size() * kPlaylist_MaxIndexed ||
-            value.size() > kPlaylist_MaxIndexedText - mTexts.size()) {
+        if (mLines.Size() >= kKeys.size() * kPlaylist_MaxIndexed ||
+            value.size() > kPlaylist_MaxIndexedText - mTexts.Size()) {
             return false;
         }
-        mLines.push_back(line);
-        mTexts.append(value);
-        return true;
+        mfRefused = !mTexts.Append(value) || !mLines.Append(line);
+        return !mfRefused;
     }
 
+    bool IsRefused() const { return mfRefused; }
+
     /// By number; the lines of a number in the order of the playlist.
-    const std::vector<Line>& Sorted() {
+    const GrowingBlock<Line>& Sorted() {
         std::sort(mLines.begin(), mLines.end(), [](const Line& aLeft, const Line& aRight) {
             return std::tie(aLeft.mNumber, aLeft.mPos) < std::tie(aRight.mNumber, aRight.mPos);
         });
@@ -80,12 +81,13 @@ public:
     }
 
     std::string_view TextOf(const Line& aLine) const {
-        return std::string_view(mTexts).substr(aLine.mText, aLine.mSize);
+        return mTexts.View().substr(aLine.mText, aLine.mSize);
     }
 
 private:
-    std::vector<Line> mLines;
-    std::string mTexts;
+    GrowingBlock<Line> mLines;
+    GrowingText mTexts;
+    bool mfRefused = false;
     bool mfInSection = false;
 };
 
@@ -100,7 +102,7 @@ PLSPlaylistParser::PLSPlaylistParser(ezStream* aStream)
     mMimeType = kMimeTypes[0];
 }
 
-void PLSPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
+bool PLSPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
     Lines lines;
     PlaylistLineReader reader(aReader);
     PlaylistLine line;
@@ -108,12 +110,15 @@ void PLSPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
     while (fMore && reader.Next(&line)) {
         fMore = lines.Add(line);
     }
-    const std::vector<Line>& sorted = lines.Sorted();
-    for (auto next = sorted.begin(); next != sorted.end();) {
+    if (lines.IsRefused()) {
+        return false; // what is missing could be of any entry
+    }
+    const GrowingBlock<Line>& sorted = lines.Sorted();
+    for (const Line* next = sorted.begin(); next != sorted.end();) {
         const std::uint64_t number = next->mNumber;
         std::array<const Line*, kKeys.size()> entry = {};
         for (; next != sorted.end() && next->mNumber == number; ++next) {
-            entry[static_cast<std::size_t>(next->mKey)] = &*next; // the last one counts
+            entry[static_cast<std::size_t>(next->mKey)] = next; // the last one counts
         }
         const auto textOf = [&](Key aKey) {
             const Line* found = entry[static_cast<std::size_t>(aKey)];
@@ -123,7 +128,8 @@ void PLSPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
         if (file != nullptr &&
             !AddEntry(file->mPos, textOf(Key::File), PlaylistText(textOf(Key::Title), false).View(),
                       PlaylistSeconds(textOf(Key::Length), nullptr), {})) {
-            return;
+            return true;
         }
     }
+    return true;
 }

@@ -22,5 +22,5 @@ public:
     explicit PLSPlaylistParser(ezStream* aStream);
 
 protected:
-    void ReadEntries(PlaylistStreamReader& aReader) override;
+    bool ReadEntries(PlaylistStreamReader& aReader) override;
 };

@@ -35,25 +35,23 @@ bool PlaylistStreamReader::Seek(std::uint64_t aPos) {
     return true;
 }
 
-void PlaylistStreamReader::MakeRoom(std::size_t aBlock) {
-    if (mCapacity - mCount >= aBlock) {
-        return;
+bool PlaylistStreamReader::MakeRoom(std::size_t aBlock) {
+    if (mBytes.Capacity() - mCount >= aBlock) {
+        return true;
     }
     const std::size_t dropped = mOffset - std::min(mOffset, kPlaylist_KeptBehind);
     const std::size_t kept = mCount - dropped;
-    if (mCapacity - kept >= aBlock) {
-        std::memmove(mBytes.get(), mBytes.get() + dropped, kept);
-    } else {
-        mCapacity = std::max(kept + aBlock, 2 * mCapacity);
-        std::unique_ptr<char[]> bytes(new char[mCapacity]);
-        if (kept != 0) {
-            std::memcpy(bytes.get(), mBytes.get() + dropped, kept);
-        }
-        mBytes = std::move(bytes);
+    if (mBytes.Capacity() - kept < aBlock &&
+        !mBytes.Reserve(std::max(kept + aBlock, 2 * mBytes.Capacity()))) {
+        return false;
+    }
+    if (kept != 0) {
+        std::memmove(mBytes.begin(), mBytes.begin() + dropped, kept);
     }
     mBufferPos += dropped;
     mOffset -= dropped;
     mCount = kept;
+    return true;
 }
 
 bool PlaylistStreamReader::StandBehindBuffer() {
@@ -71,13 +69,12 @@ bool PlaylistStreamReader::Grow() {
     if (mfEnd || mfFailed || mCount - mOffset > kMaxAtHand) {
         return false;
     }
-    if (!StandBehindBuffer()) {
+    if (!StandBehindBuffer() || !MakeRoom(mBlock)) {
         mfFailed = true;
         return false;
     }
-    MakeRoom(mBlock);
     std::size_t count = mBlock;
-    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBytes.get() + mCount, &count);
+    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBytes.begin() + mCount, &count);
     if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
         mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
         mfFailed = true;
@@ -91,13 +88,16 @@ bool PlaylistStreamReader::Grow() {
     return count != 0;
 }
 
-bool PlaylistStreamReader::ReadAll(std::string* aText, std::size_t aLimit) {
+bool PlaylistStreamReader::ReadAll(GrowingText* aText, std::size_t aLimit) {
     do {
         const std::string_view bytes = Peek();
-        if (bytes.size() > aLimit - aText->size()) {
+        if (bytes.size() > aLimit - aText->Size()) {
             return false;
         }
-        aText->append(bytes);
+        if (!aText->Append(bytes)) {
+            mfFailed = true;
+            return false;
+        }
         Skip(bytes.size());
     } while (Grow());
     return !mfFailed;

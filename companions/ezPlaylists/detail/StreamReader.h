@@ -1,12 +1,12 @@
 #pragma once
 
+#include "ezPlaylists/detail/GrowingBlock.h"
+
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/streams/Stream.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <string>
 #include <string_view>
 
 /// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
@@ -28,29 +28,28 @@ public:
     std::uint64_t Tell() const { return mBufferPos + mOffset; }
 
     /// The bytes at hand, lent until Grow or Seek.
-    std::string_view Peek() const { return {mBytes.get() + mOffset, mCount - mOffset}; }
+    std::string_view Peek() const { return {mBytes.begin() + mOffset, mCount - mOffset}; }
     /// Moves behind bytes at hand.
     void Skip(std::size_t aCount) { mOffset += aCount; }
-    /// Brings at least one byte more to hand, or gives false: at the end of the stream, at an error, and when
-    /// more than the longest line is at hand.
+    /// Brings at least one byte more to hand, or gives false: at the end of the stream, at an error, when
+    /// memory is refused, and when more than the longest line is at hand.
     bool Grow();
-    /// Whether an error stopped the last Grow. A seek takes that back.
+    /// Whether an error or a refusal of memory stopped the last Grow. A seek takes that back.
     bool HasFailed() const { return mfFailed; }
 
-    /// Takes all that follows. False when that is more than aLimit bytes, and when the stream fails; the text
-    /// then holds a part.
-    bool ReadAll(std::string* aText, std::size_t aLimit);
+    /// Takes all that follows. False when that is more than aLimit bytes, when the stream fails, and when
+    /// memory is refused (HasFailed tells those two); the text then holds a part.
+    bool ReadAll(GrowingText* aText, std::size_t aLimit);
 
 private:
-    void MakeRoom(std::size_t aBlock);
+    bool MakeRoom(std::size_t aBlock);
     bool StandBehindBuffer();
 
     ezStream* mStream;
     ezCondition mArrived;
-    std::unique_ptr<char[]> mBytes;
-    std::size_t mCapacity = 0;
-    std::size_t mCount = 0;  ///< bytes in the buffer
-    std::size_t mOffset = 0; ///< of the position in the buffer
+    GrowingBlock<char> mBytes; ///< its room alone: what of it is filled is counted here
+    std::size_t mCount = 0;    ///< bytes in the buffer
+    std::size_t mOffset = 0;   ///< of the position in the buffer
     std::uint64_t mBufferPos = 0;
     std::uint64_t mStreamPos = UINT64_MAX; ///< where the stream stands; at first nobody knows
     std::size_t mBlock;                    ///< bytes that the next read fetches

@@ -1,5 +1,7 @@
 #include "ezPlaylists/detail/XmlTree.h"
 
+#include "ezPlaylists/detail/Limits.h"
+
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -13,7 +15,7 @@ constexpr std::ptrdiff_t kMaximumTags = 2000000;
 /// Of the same order: a tag may hold any number of attributes.
 constexpr std::ptrdiff_t kMaximumAttributes = 2000000;
 
-std::ptrdiff_t Count(const std::string& aText, char aCharacter) {
+std::ptrdiff_t Count(std::string_view aText, char aCharacter) {
     return std::count(aText.begin(), aText.end(), aCharacter);
 }
 
@@ -24,7 +26,7 @@ struct XmlTree::Tree {
     pugi::xml_parse_result mResult;
 };
 
-XmlTree::XmlTree(const std::string& aText) : mText(aText), mTree(std::make_unique<Tree>()) {
+XmlTree::XmlTree(std::string_view aText) : mText(aText), mTree(std::make_unique<Tree>()) {
     if (Count(aText, '<') <= kMaximumTags && Count(aText, '=') <= kMaximumAttributes) {
         // What could be read before an error stays in the tree.
         mTree->mResult = mTree->mDocument.load_buffer(aText.data(), aText.size(), pugi::parse_default,
@@ -33,6 +35,10 @@ XmlTree::XmlTree(const std::string& aText) : mText(aText), mTree(std::make_uniqu
 }
 
 XmlTree::~XmlTree() = default;
+
+bool XmlTree::IsRefused() const {
+    return mTree->mResult.status == pugi::status_out_of_memory;
+}
 
 pugi::xml_node XmlTree::Root() const {
     return mTree->mDocument.document_element();
@@ -44,8 +50,7 @@ std::size_t XmlTree::OffsetOf(const pugi::xml_node& anElement) {
 
 bool XmlTree::HasWholeStartTag(const pugi::xml_node& anElement) const {
     const bool fBrokenTag = mTree->mResult.status == pugi::status_bad_attribute ||
-                            mTree->mResult.status == pugi::status_bad_start_element ||
-                            mTree->mResult.status == pugi::status_out_of_memory;
+                            mTree->mResult.status == pugi::status_bad_start_element;
     if (!fBrokenTag || anElement.first_child()) {
         return true;
     }
@@ -61,7 +66,11 @@ bool XmlTree::IsClosed(const pugi::xml_node& anElement) const {
     if (mTree->mResult || anElement.next_sibling()) {
         return true;
     }
-    const std::string tag = std::string("</") + anElement.name();
+    const std::string_view name = anElement.name();
+    if (name.size() > kPlaylist_MaxText) {
+        return false; // nobody looks for it
+    }
+    const std::string tag = "</" + std::string(name);
     const std::size_t start = OffsetOf(anElement);
     for (std::size_t at = mText.rfind(tag); at != std::string::npos && at > start;
          at = mText.rfind(tag, at - 1)) {
@@ -86,7 +95,11 @@ std::string XmlTree::TextOf(const pugi::xml_node& anElement) {
     std::string text;
     for (const pugi::xml_node& child : anElement.children()) {
         if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
-            text += child.value();
+            const std::string_view value = child.value();
+            if (value.size() > kPlaylist_MaxText - text.size()) {
+                return {};
+            }
+            text += value;
         }
     }
     return text;

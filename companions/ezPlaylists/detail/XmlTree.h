@@ -18,11 +18,14 @@ class xml_node;
 class XmlTree {
 public:
     /// @param aText  UTF-8, borrowed
-    explicit XmlTree(const std::string& aText);
+    explicit XmlTree(std::string_view aText);
 
     ~XmlTree();
     XmlTree(const XmlTree&) = delete;
     XmlTree& operator=(const XmlTree&) = delete;
+
+    /// Whether memory for the tree was refused, of which a part is there then.
+    bool IsRefused() const;
 
     pugi::xml_node Root() const;
 
@@ -42,12 +45,12 @@ public:
     /// The first child element of a name; a null node when there is none.
     static pugi::xml_node Child(const pugi::xml_node& aParent, std::string_view aLocalName);
 
-    /// The text that stands directly in the element.
+    /// The text that stands directly in the element; "" for one of more than kPlaylist_MaxText bytes.
     static std::string TextOf(const pugi::xml_node& anElement);
 
 private:
     struct Tree;
 
-    const std::string& mText;
+    const std::string_view mText;
     const std::unique_ptr<Tree> mTree;
 };

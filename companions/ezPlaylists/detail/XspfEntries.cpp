@@ -36,8 +36,11 @@ std::string Resolved(const std::string& aBase, const std::string& aReference) {
 
 /// The base inside of an element whose parent has one.
 std::string BaseOf(const pugi::xml_node& anElement, const std::string& anOuterBase) {
-    const std::string own(ezTrimmed(anElement.attribute("xml:base").value()));
-    std::string base = own.empty() ? anOuterBase : Resolved(anOuterBase, own);
+    const std::string_view own = ezTrimmed(anElement.attribute("xml:base").value());
+    if (own.empty() || own.size() > kMaximumBase) {
+        return anOuterBase;
+    }
+    std::string base = Resolved(anOuterBase, std::string(own));
     return base.size() <= kMaximumBase ? base : anOuterBase;
 }
 
@@ -80,12 +83,12 @@ bool ReadTrack(const pugi::xml_node& aTrack, const std::string& aBase, PlaylistP
 
 } // namespace
 
-void ReadXspfEntries(DocumentText& aDocument, const EntrySink& aSink) {
+bool ReadXspfEntries(DocumentText& aDocument, const EntrySink& aSink) {
     const XmlTree tree(aDocument.Text());
     const pugi::xml_node root = tree.Root();
     const pugi::xml_node list = XmlTree::Child(root, "trackList");
-    if (XmlTree::LocalName(root) != "playlist") {
-        return;
+    if (tree.IsRefused() || XmlTree::LocalName(root) != "playlist") {
+        return !tree.IsRefused();
     }
     const std::string base = BaseOf(list, BaseOf(root, std::string()));
     bool fGoOn = true;
@@ -96,4 +99,5 @@ void ReadXspfEntries(DocumentText& aDocument, const EntrySink& aSink) {
             fGoOn = aSink(entry);
         }
     }
+    return true;
 }

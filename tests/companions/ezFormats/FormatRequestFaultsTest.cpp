@@ -1,4 +1,5 @@
 #include "ezFormats/FormatParsers.h"
+#include "ezFormats/detail/Limits.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
@@ -8,6 +9,7 @@
 #include "support/Catchers.h"
 #include "support/FaultySystem.h"
 #include "support/Folders.h"
+#include "support/NumberBytes.h"
 #include "support/Record.h"
 #include "support/Samples.h"
 #include "support/ScriptedParser.h"
@@ -16,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -118,6 +121,37 @@ private:
     std::map<std::string, std::string> mNames;
 };
 
+/// More than a parser has at hand after its first read.
+constexpr std::size_t kFiller = 40000;
+
+/// A sample in which filler stands before the first box of a type, whose type it is told by.
+std::string FilledBefore(const char* aSample, const std::string& aBoxType) {
+    const std::string sample = ReadSample(aSample);
+    const std::size_t box = sample.find(aBoxType) - 4;
+    EXPECT_LT(box, sample.size()) << aBoxType;
+    return sample.substr(0, box) + Big(8 + kFiller, 4) + "free" + std::string(kFiller, '\0') +
+           sample.substr(box);
+}
+
+/// A sample with segments of applications that nobody knows behind its start.
+std::string FilledJpeg() {
+    const std::string sample = ReadSample("pictures/harbour.jpg");
+    const std::string segment = "\xFF\xEF" + Big(2 + kFiller, 2) + std::string(kFiller, 'f');
+    return sample.substr(0, 2) + segment + segment + sample.substr(2);
+}
+
+/// A sample with chunks that nobody knows before its picture.
+std::string FilledPng(std::size_t aChunks) {
+    const std::string sample = ReadSample("pictures/harbour.png");
+    const std::size_t picture = sample.find("IDAT") - 4;
+    EXPECT_LT(picture, sample.size());
+    std::string filled = sample.substr(0, picture);
+    for (std::size_t i = 0; i < aChunks; ++i) {
+        filled += Big(kFiller, 4) + "fiLr" + std::string(kFiller + 4, 'f'); // and its check sum
+    }
+    return filled + sample.substr(picture);
+}
+
 /// A media of many reads: the frames of a sample again and again.
 std::string LongMusic() {
     const std::string sample = ReadSample("music/uneven-road-vbr.mp3");
@@ -137,25 +171,35 @@ std::string EachOf(unsigned aCalls) {
     return (aCalls > 1 ? "1-" : "") + std::to_string(aCalls) + ": ";
 }
 
-/// What every request comes to whose media is read so many times.
-std::vector<FaultOutcomes> OutcomesOfReads(unsigned aReads) {
-    const std::string reads = EachOf(aReads) + "by name\n";
+/// A media, and how it is read.
+struct Reading {
+    std::string mPath;
+    unsigned mReads;
+    unsigned mBlocks;            ///< that memory is asked for: one that is large enough serves further reads
+    const char* mOnce = nullptr; ///< what comes of one read that fails, where it is not the name each time
+    const char* mBrokenOff = nullptr; ///< and of one that gives 100 bytes, when the disk breaks then
+};
+
+/// What every request comes to.
+std::vector<FaultOutcomes> OutcomesOf(const Reading& aReading) {
+    const std::string reads = EachOf(aReading.mReads) + "by name\n";
+    const std::string blocks = EachOf(aReading.mBlocks) + "by name\n";
     // A stream that the host could not open opens itself with the first read.
     const std::string opens = "1: whole\n";
     const std::string never = "1: by name, unsized\n";
     return {{SystemCall::Open, opens, never},
             {SystemCall::FStat, opens, never},
             {SystemCall::Stat, "1: undated\n", "1: undated\n"},
-            {SystemCall::PRead, reads, reads},
+            {SystemCall::PRead, aReading.mOnce != nullptr ? aReading.mOnce : reads, reads},
+            {SystemCall::Memory, blocks, blocks},
             {SystemCall::Close, "1: whole\n", "1: whole\n"}};
 }
 
-/// @param aBrokenOff  what comes of it when a read gives 100 bytes, and the disk breaks then
-void ExpectOutcomesOf(const std::string& aPath, unsigned aReads, const char* aBrokenOff = "by name") {
-    SCOPED_TRACE(aPath);
-    const Request request(aPath);
+void ExpectOutcomesOf(const Reading& aReading) {
+    SCOPED_TRACE(aReading.mPath);
+    const Request request(aReading.mPath);
     EXPECT_EQ(RunUndisturbed(std::cref(request)), "whole");
-    ExpectOutcomes(std::cref(request), OutcomesOfReads(aReads));
+    ExpectOutcomes(std::cref(request), OutcomesOf(aReading));
     for (const std::size_t most : {std::size_t{7}, std::size_t{5000}}) {
         EXPECT_EQ(RunInterrupted(most, std::cref(request)), "whole");
     }
@@ -163,24 +207,51 @@ void ExpectOutcomesOf(const std::string& aPath, unsigned aReads, const char* aBr
     FaultManner manner;
     manner.mCall = SystemCall::PRead;
     manner.mMaximum = 100;
-    EXPECT_EQ(SweepFaults(manner, std::cref(request)), EachOf(aReads) + "whole\n");
+    EXPECT_EQ(SweepFaults(manner, std::cref(request)), EachOf(aReading.mReads) + "whole\n");
     manner.mError = EIO;
     manner.mfForGood = true;
-    EXPECT_EQ(SweepFaults(manner, std::cref(request)), EachOf(aReads) + aBrokenOff + "\n");
+    EXPECT_EQ(SweepFaults(manner, std::cref(request)),
+              aReading.mBrokenOff != nullptr ? aReading.mBrokenOff : EachOf(aReading.mReads) + "by name\n");
 }
 
 } // namespace
 
 TEST(FormatRequestFaults, AFileThatCannotBeReadIsKnownByItsNameAlone) {
-    ExpectOutcomesOf(Sample("pictures/harbour.jpg"), 1);
+    ExpectOutcomesOf({Sample("pictures/harbour.jpg"), 1, 1});
     // All that is told of it stands in its first bytes.
-    ExpectOutcomesOf(Sample("pictures/harbour.png"), 1, "whole");
-    ExpectOutcomesOf(Sample("music/night-ferry.mp3"), 2);
-    ExpectOutcomesOf(Sample("music/evening-train.m4a"), 1);
-    ExpectOutcomesOf(Sample("video/kite-day.mp4"), 1);
+    ExpectOutcomesOf({Sample("pictures/harbour.png"), 1, 1, nullptr, "1: whole\n"});
+    ExpectOutcomesOf({Sample("music/night-ferry.mp3"), 2, 1});
+    ExpectOutcomesOf({Sample("music/evening-train.m4a"), 1, 1});
+    ExpectOutcomesOf({Sample("video/kite-day.mp4"), 1, 1});
 }
 
 TEST(FormatRequestFaults, AFileThatCannotBeReadInPartIsKnownByItsNameAlone) {
     const TemporaryFolder folder;
-    ExpectOutcomesOf(folder.Write("long.mp3", LongMusic()), 6);
+    ExpectOutcomesOf({folder.Write("long.mp3", LongMusic()), 6, 2});
+    ExpectOutcomesOf(
+        {folder.Write("last.mp4", FilledBefore("formats/avc-main-moov-last.mp4", "moov")), 2, 1});
+    ExpectOutcomesOf({folder.Write("parts.mp4", FilledBefore("formats/avc-fragments.mp4", "moof")), 3, 1});
+    // Pictures ask once more for what they could not have, and go on when that gives it.
+    const char* const once = "1: by name\n2-3: whole\n";
+    ExpectOutcomesOf({folder.Write("filled.jpg", FilledJpeg()), 3, 1, once});
+    // The last read gives the picture's chunk, of which nothing is told.
+    ExpectOutcomesOf({folder.Write("filled.png", FilledPng(2)), 3, 1, once, "1-2: by name\n3: whole\n"});
+}
+
+TEST(FormatRequestFaults, AReadThatFailsIsNotABudgetThatIsUsedUp) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("filled.png", FilledPng(kPNG_MaxReads + 1));
+    Server server(folder);
+    const auto reasonWith = [&](const std::vector<Fault>& aFaults) {
+        const LogCatcher log;
+        const FaultySystem system(aFaults);
+        server.OpenAndParse(path);
+        return std::string(log.Has("PNGParser: limit: budget used up before the picture\n") ? "limit " : "") +
+               (log.Has("PNGParser: read error: before the picture\n") ? "read error" : "");
+    };
+    EXPECT_EQ(reasonWith({}), "limit ");
+    for (std::size_t read = 2; read <= kPNG_MaxReads; ++read) {
+        EXPECT_EQ(reasonWith(FaultsAt(MannerOf(SystemCall::PRead), read)), "read error") << read;
+    }
+    EXPECT_EQ(reasonWith(FaultsAt(MannerOf(SystemCall::PRead), kPNG_MaxReads + 1)), "limit ");
 }

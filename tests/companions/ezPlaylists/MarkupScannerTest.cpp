@@ -3,6 +3,7 @@
 #include "ezBytes/Utf8.h"
 #include "ezPlaylists/detail/DocumentText.h"
 #include "ezPlaylists/detail/EntryText.h"
+#include "ezPlaylists/detail/Limits.h"
 
 #include "support/Str.h"
 
@@ -30,6 +31,12 @@ std::string Scanned(std::string_view aText) {
         }
         text += piece.mfEmptyElement ? " /\n" : "\n";
     }
+    return text;
+}
+
+GrowingText TextOf(std::string_view aBytes) {
+    GrowingText text;
+    EXPECT_TRUE(text.Append(aBytes));
     return text;
 }
 
@@ -76,6 +83,20 @@ TEST(MarkupScanner, FurtherAttributesAreDropped) {
     EXPECT_EQ(piece.mName, "c");
 }
 
+TEST(MarkupScanner, TextsAndValuesThatAreTooLongAreEmpty) {
+    const std::string most(kPlaylist_MaxText, 'x');
+    for (const bool fFits : {true, false}) {
+        const std::string text = most + (fFits ? "" : "x");
+        const std::string given = fFits ? text : "";
+        EXPECT_EQ(Scanned(text), "0 text '" + given + "'\n");
+        EXPECT_EQ(Scanned("<![CDATA[" + text + "]]>"), "0 text '" + given + "'\n");
+        EXPECT_EQ(Scanned("<a b='" + text + "' c=" + text + ">"),
+                  "0 a b='" + given + "' c='" + given + "'\n");
+    }
+    // No reader knows a name of so many letters, cut or not.
+    EXPECT_EQ(Scanned("<" + most + ">").size(), std::string("0 \n").size() + 64);
+}
+
 TEST(WithoutEntities, OnlyTheFiveOfXmlAndNumbersMeanSomething) {
     EXPECT_EQ(WithoutEntities("&lt;&gt;&amp;&quot;&apos;"), "<>&\"'");
     EXPECT_EQ(WithoutEntities("&#65;&#x42;&#X43;&#233;&#x1F3B5;"), "ABC\xC3\xA9\xF0\x9F\x8E\xB5");
@@ -109,7 +130,7 @@ TEST(DocumentText, PositionsAreThoseOfTheDocument) {
         {"", "", {0}},
     };
     for (const Case& one : cases) {
-        DocumentText document(one.mDocument);
+        DocumentText document(TextOf(one.mDocument));
         EXPECT_EQ(document.Text(), one.mText);
         std::vector<std::uint64_t> rising;
         for (std::size_t i = 0; i <= document.Text().size(); ++i) {
@@ -121,7 +142,9 @@ TEST(DocumentText, PositionsAreThoseOfTheDocument) {
 }
 
 TEST(DocumentText, DeclarationTellsTheEncoding) {
-    const auto textOf = [](const char* aDocument) { return DocumentText(aDocument).Text(); };
+    const auto textOf = [](const char* aDocument) {
+        return std::string(DocumentText(TextOf(aDocument)).Text());
+    };
     EXPECT_EQ(textOf("<?xml encoding='ISO-8859-1'?>\xC3\xA9"),
               "<?xml encoding='ISO-8859-1'?>\xC3\x83\xC2\xA9");
     EXPECT_EQ(textOf("<?xml encoding=\"windows-1252\"?>\x80\x99\x81"),

@@ -12,9 +12,15 @@
 
 #include <gtest/gtest.h>
 
+#ifdef EZ_HAS_XML_PLAYLISTS
+#include <pugixml.hpp>
+#endif
+
 #include <cerrno>
+#include <cstdlib>
 #include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -73,21 +79,35 @@ struct Format {
     const char* mBefore; ///< a location; "#" is the number of the song
     const char* mBehind;
     const char* mFoot;
+    const char* mMemoryOnce = ""; ///< what comes of three songs when memory is refused
+    const char* mMemoryForGood = "";
 };
 
 constexpr Format kM3U = {"m3u", "#EXTM3U\n", "# nothing here\n", "", "\n", ""};
 
 /// Those that are read as a whole.
 constexpr Format kIndexed[] = {
-    {"pls", "[playlist]\n", "; nothing here\n", "File#=", "\n", ""},
+    {"pls", "[playlist]\n", "; nothing here\n", "File#=", "\n", "",
+     "1-5: 0, then 3\n6: 1, then 3\n7-8: 0, then 3\n", "1-8: 0, then 3\n"},
     {"asx", "<asx version=\"3.0\">\n", "<!-- nothing -->\n", "<entry><ref href=\"", "\"/></entry>\n",
-     "</asx>\n"},
+     "</asx>\n", "1-6: 0, then 3\n7-8: 1, then 3\n9-10: 0, then 3\n", "1-10: 0, then 3\n"},
 #ifdef EZ_HAS_XML_PLAYLISTS
     {"xspf", "<playlist version=\"1\"><trackList>\n", "<!-- nothing -->\n", "<track><location>",
-     "</location></track>\n", "</trackList></playlist>\n"},
-    {"wpl", "<smil><body><seq>\n", "<!-- nothing -->\n", "<media src=\"", "\"/>\n", "</seq></body></smil>\n"},
+     "</location></track>\n", "</trackList></playlist>\n",
+     "1-6: 0, then 3\n7-8: 1, then 3\n9-12: 0, then 3\n", "1-12: 0, then 3\n"},
+    {"wpl", "<smil><body><seq>\n", "<!-- nothing -->\n", "<media src=\"", "\"/>\n", "</seq></body></smil>\n",
+     "1-6: 0, then 3\n7-8: 1, then 3\n9-12: 0, then 3\n", "1-12: 0, then 3\n"},
 #endif
 };
+
+/// The n-th song in a playlist.
+std::string Song(const Format& aFormat, int aSong) {
+    std::string text;
+    for (const char* next = aFormat.mBefore; *next != '\0'; ++next) {
+        text += *next == '#' ? std::to_string(aSong + 1) : std::string(1, *next);
+    }
+    return text + "song " + std::to_string(aSong) + ".mp3" + aFormat.mBehind;
+}
 
 /// A playlist of three songs and many reads: comments between the songs that nobody wants.
 std::string Playlist(const Format& aFormat) {
@@ -96,20 +116,75 @@ std::string Playlist(const Format& aFormat) {
         for (int line = 0; line < 1000; ++line) {
             text += aFormat.mComment;
         }
-        for (const char* next = aFormat.mBefore; *next != '\0'; ++next) {
-            text += *next == '#' ? std::to_string(i + 1) : std::string(1, *next);
-        }
-        text += "song " + std::to_string(i) + ".mp3" + aFormat.mBehind;
+        text += Song(aFormat, i);
     }
     return text + aFormat.mFoot;
 }
 
+/// So many songs that the index grows several times.
+constexpr int kManySongs = 300;
+
+/// A playlist of them, in which a text stands before them.
+std::string ManySongs(const Format& aFormat, const std::string& aBefore = "") {
+    std::string text = aFormat.mHead + aBefore;
+    for (int i = 0; i < kManySongs; ++i) {
+        text += Song(aFormat, i);
+    }
+    return text + aFormat.mFoot;
+}
+
+/// So many that the index grows, and few enough for one read: of a part of it the last ones would be there.
+constexpr int kSongsBackwards = 100;
+
+std::string SongsBackwards(const Format& aFormat) {
+    std::string text = aFormat.mHead;
+    for (int i = kSongsBackwards; i > 0; --i) {
+        text += Song(aFormat, i - 1);
+    }
+    return text + aFormat.mFoot;
+}
+
+std::string InUtf16(const std::string& anAsciiText) {
+    std::string text = "\xFF\xFE";
+    for (const char letter : anAsciiText) {
+        text += letter;
+        text += '\0';
+    }
+    return text;
+}
+
+#ifdef EZ_HAS_XML_PLAYLISTS
+/// The memory of XML's trees is refused with the rest while it lives.
+class FaultyTrees {
+public:
+    FaultyTrees() {
+        pugi::set_memory_management_functions(
+            [](std::size_t aSize) -> void* {
+                const Fault* fault = FaultySystem::Strike(SystemCall::Memory);
+                return fault != nullptr ? nullptr : std::malloc(aSize);
+            },
+            std::free);
+    }
+    ~FaultyTrees() { pugi::set_memory_management_functions(mAllocate, mFree); }
+    FaultyTrees(const FaultyTrees&) = delete;
+    FaultyTrees& operator=(const FaultyTrees&) = delete;
+
+private:
+    const pugi::allocation_function mAllocate = pugi::get_memory_allocation_function();
+    const pugi::deallocation_function mFree = pugi::get_memory_deallocation_function();
+};
+#else
+struct FaultyTrees {};
+#endif
+
 /// Walks, then walks and fetches again with nothing going wrong any more.
-FaultyOperation Walk(const Format& aFormat) {
-    return [aFormat](const std::vector<Fault>& aFaults, bool* afStruck) {
+FaultyOperation WalkOver(const char* anExtension, const std::string& aText, const std::string& aCount) {
+    return [name = std::string("list.") + anExtension, aText, aCount](const std::vector<Fault>& aFaults,
+                                                                      bool* afStruck) {
         const AssertCatcher asserts;
+        const FaultyTrees trees;
         const TemporaryFolder folder;
-        const std::string path = folder.Write(std::string("list.") + aFormat.mExtension, Playlist(aFormat));
+        const std::string path = folder.Write(name, aText);
         std::unique_ptr<OpenedPlaylist> playlist;
         std::string text;
         {
@@ -119,23 +194,53 @@ FaultyOperation Walk(const Format& aFormat) {
             *afStruck = system.HasStruck();
         }
         text += ", then " + playlist->Walk() + (playlist->Has(2) ? "" : " without the last");
-        EXPECT_EQ(OpenedPlaylist(path).Walk(), "3");
+        EXPECT_EQ(OpenedPlaylist(path).Walk(), aCount);
         EXPECT_TRUE(asserts.Failures().empty());
         return text;
     };
 }
 
+FaultyOperation Walk(const Format& aFormat) {
+    return WalkOver(aFormat.mExtension, Playlist(aFormat), "3");
+}
+
 /// Of a walk over a playlist: that of one that is not opened, and of reads that fail once and for good.
 void ExpectOutcomesOf(const Format& aFormat, const std::string& aNotOpened, const std::string& aReadsOnce,
-                      const std::string& aReadsForGood) {
+                      const std::string& aReadsForGood, const std::string& aMemoryOnce,
+                      const std::string& aMemoryForGood) {
     SCOPED_TRACE(aFormat.mExtension);
     const std::string notOpened =
         "1: not opened " + aNotOpened + ", then not opened " + aNotOpened + " without the last\n";
     EXPECT_EQ(RunUndisturbed(Walk(aFormat)), "3, then 3");
     ExpectOutcomes(Walk(aFormat), {{SystemCall::Open, notOpened, notOpened},
                                    {SystemCall::FStat, notOpened, notOpened},
-                                   {SystemCall::PRead, aReadsOnce, aReadsForGood}});
+                                   {SystemCall::PRead, aReadsOnce, aReadsForGood},
+                                   {SystemCall::Memory, aMemoryOnce, aMemoryForGood}});
     EXPECT_EQ(RunInterrupted(100, Walk(aFormat)), "3, then 3");
+}
+
+/// A walk that meets a refusal of memory gives whole entries, none before its turn, or none; the next one
+/// gives all of them.
+void ExpectWholeEntriesOrNone(const char* anExtension, const std::string& aText, int aCount = kManySongs) {
+    SCOPED_TRACE(std::string(anExtension) + " " + aText.substr(0, 30));
+    const std::string all = std::to_string(aCount);
+    const FaultyOperation walk = WalkOver(anExtension, aText, all);
+    EXPECT_EQ(RunUndisturbed(walk), all + ", then " + all);
+    FaultManner manner;
+    manner.mCall = SystemCall::Memory;
+    manner.mError = ENOMEM;
+    for (const bool fForGood : {false, true}) {
+        manner.mfForGood = fForGood;
+        std::istringstream outcomes(SweepFaults(manner, walk));
+        std::size_t lines = 0;
+        for (std::string line; std::getline(outcomes, line); ++lines) {
+            const std::string outcome = line.substr(line.find(": ") + 2);
+            const std::size_t digits = outcome.find_first_not_of("0123456789");
+            EXPECT_NE(digits, 0U) << line;
+            EXPECT_EQ(outcome.substr(digits), ", then " + all) << line;
+        }
+        EXPECT_GE(lines, fForGood ? 1U : 2U) << "none, and some that were there already";
+    }
 }
 
 /// Of a walk whose reads come short, and of one whose reads then fail for good.
@@ -156,11 +261,24 @@ void ExpectShortOutcomesOf(const Format& aFormat, const std::string& aBroken) {
 TEST(PlaylistFaults, AWalkGivesWholeEntriesUpToTheFailureAndAllTheNextTime) {
     // The first reads of M3U look for a playlist of another kind, and may fail.
     ExpectOutcomesOf(kM3U, "no start", "1-4: 3, then 3\n5-7: 0, then 3\n8: 1, then 3\n",
-                     "1-7: 0, then 3\n8: 1, then 3\n");
+                     "1-7: 0, then 3\n8: 1, then 3\n", "1-4: 3, then 3\n", "1-3: 0, then 3\n4: 1, then 3\n");
     const std::string indexed = "1-3: 0, then 3\n4: 1, then 3\n";
     for (const Format& format : kIndexed) {
-        ExpectOutcomesOf(format, "0", indexed, indexed);
+        ExpectOutcomesOf(format, "0", indexed, indexed, format.mMemoryOnce, format.mMemoryForGood);
     }
+}
+
+TEST(PlaylistFaults, MemoryThatIsRefusedLeavesWholeEntriesOrNoneAndAllTheNextTime) {
+    for (const Format& format : kIndexed) {
+        ExpectWholeEntriesOrNone(format.mExtension, ManySongs(format));
+    }
+    const Format& pls = kIndexed[0];
+    const Format& asx = kIndexed[1];
+    // An index of its own for the positions; a text in another encoding than the document's; the older form.
+    ExpectWholeEntriesOrNone("pls", SongsBackwards(pls), kSongsBackwards);
+    ExpectWholeEntriesOrNone("asx", InUtf16(ManySongs(asx)));
+    ExpectWholeEntriesOrNone("asx", ManySongs(asx, "<!-- caf\xE9 -->"));
+    ExpectWholeEntriesOrNone("asx", ManySongs({"asx", "[Reference]\n", "", "Ref#=", "\n", ""}));
 }
 
 TEST(PlaylistFaults, ReadsThatComeShortBeforeTheyFailGiveNoPartOfAnEntry) {

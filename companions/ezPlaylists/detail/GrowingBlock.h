@@ -1,0 +1,80 @@
+#pragma once
+
+#include "ezPlatform/base/Memory.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+
+/// A row of items that grows with what a stranger's playlist holds, so that memory for it may be refused:
+/// then the row stays as it was.
+template <typename Type>
+class GrowingBlock {
+    static_assert(std::is_trivially_copyable_v<Type>, "moved as bytes");
+
+public:
+    /// Makes room for so many items in all. False when the memory is refused.
+    bool Reserve(std::size_t aCount) {
+        if (aCount <= mCapacity) {
+            return true;
+        }
+        void* grown =
+            aCount <= SIZE_MAX / sizeof(Type) ? ezRealloc(mItems.get(), aCount * sizeof(Type)) : nullptr;
+        if (grown == nullptr) {
+            return false;
+        }
+        static_cast<void>(mItems.release()); // it is, or lies in, the new block
+        mItems.reset(static_cast<Type*>(grown));
+        mCapacity = aCount;
+        return true;
+    }
+
+    /// Puts items, which lie elsewhere, behind the last one. False, with none of them, when the memory is
+    /// refused.
+    bool Append(const Type* anItems, std::size_t aCount) {
+        if (aCount > mCapacity - mSize && !Reserve(std::max({mSize + aCount, 2 * mCapacity, kFirst}))) {
+            return false;
+        }
+        if (aCount != 0) {
+            std::memcpy(mItems.get() + mSize, anItems, aCount * sizeof(Type));
+        }
+        mSize += aCount;
+        return true;
+    }
+    bool Append(const Type& anItem) { return Append(&anItem, 1); }
+
+    /// Keeps the memory.
+    void Clear() { mSize = 0; }
+
+    std::size_t Size() const { return mSize; }
+    std::size_t Capacity() const { return mCapacity; }
+    Type& operator[](std::size_t anIndex) { return mItems.get()[anIndex]; }
+    const Type& operator[](std::size_t anIndex) const { return mItems.get()[anIndex]; }
+    Type* begin() { return mItems.get(); }
+    Type* end() { return mItems.get() + mSize; }
+    const Type* begin() const { return mItems.get(); }
+    const Type* end() const { return mItems.get() + mSize; }
+
+private:
+    static constexpr std::size_t kFirst = 64; ///< items of the first room that is made for some
+
+    struct Free {
+        void operator()(Type* aBlock) const { ezFree(aBlock); }
+    };
+
+    std::unique_ptr<Type, Free> mItems;
+    std::size_t mCapacity = 0;
+    std::size_t mSize = 0;
+};
+
+/// A text that grows so.
+class GrowingText : public GrowingBlock<char> {
+public:
+    using GrowingBlock<char>::Append;
+    bool Append(std::string_view aText) { return Append(aText.data(), aText.size()); }
+    std::string_view View() const { return {begin(), Size()}; }
+};

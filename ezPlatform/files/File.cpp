@@ -212,25 +212,28 @@ bool ezFile::Empty() {
     return true;
 }
 
-bool ezFile::BeginFilling(const ezCString& aBeside) {
-    mFile = OpenRepeatedly(aBeside, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kModeOfNewFile);
+bool ezFile::BeginFilling(int aFolder, const ezCString& aBeside) {
+    mBeside = aBeside;
+    do {
+        mFile = ezSystem().mOpenAt(aFolder, BesideName(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                                   kModeOfNewFile);
+    } while (mFile < 0 && errno == EINTR);
     if (mFile < 0) {
         return false;
     }
-    mBeside = aBeside;
     mfWriting = true;
     mfFilling = true;
     return true;
 }
 
-bool ezFile::PutInPlace(const ezCString& aTarget) {
+bool ezFile::PutInPlace(int aFolder, const ezCString& aName) {
     // On the disk before it has a name, or a power cut could leave the name without its content.
     const bool fWritten = !mfWriteFailed && (mLengthAtOpen == 0 || SyncRepeatedly(mFile));
     if (!fWritten) {
         Empty();
         mLengthAtOpen = 0; // nobody takes what did not reach the disk for the content
     }
-    if (!fWritten || !IsBesideOurs() || ezSystem().mRename(mBeside.c_str(), aTarget.c_str()) != 0) {
+    if (!fWritten || !IsBesideOurs() || ezSystem().mRenameAt(aFolder, BesideName(), aName.c_str()) != 0) {
         GiveUp();
         return false;
     }
@@ -253,6 +256,11 @@ bool ezFile::IsBesideOurs() const {
     return !mBeside.IsEmpty() && ezSystem().mFStat(mFile, &written) == 0 &&
            ezSystem().mStat(mBeside.c_str(), &named) == 0 && written.st_dev == named.st_dev &&
            written.st_ino == named.st_ino;
+}
+
+const char* ezFile::BesideName() const {
+    const std::size_t separator = mBeside.View().rfind('/');
+    return mBeside.c_str() + (separator == std::string_view::npos ? 0 : separator + 1);
 }
 
 bool ezFile::Close() {

@@ -26,9 +26,9 @@ class CountingSystem {
 public:
     CountingSystem() : mCalls(ezSystem_Real()) {
         mCalls.mFSync = [](int /*aFile*/) { return 0; };
-        mCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
+        mCalls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
             ++sLooks;
-            return ezSystem_Real().mLStat(aPath, aStatus);
+            return ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
         };
         ezSystem_Replace(&mCalls);
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 IndexedPlaylistParser::IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
     : PlaylistParser(aPlace.GetParentURL()), mReader(aStream) {
@@ -29,19 +30,41 @@ bool IndexedPlaylistParser::AddEntry(std::uint64_t aPos, std::string_view aURI, 
     return true;
 }
 
-void IndexedPlaylistParser::EnsureIndex() {
-    if (mfIndexed) {
+bool IndexedPlaylistParser::EnsureIndex() {
+    if (mfIndexed || !mfReadDue) {
+        return false;
+    }
+    ReadIndex();
+    return true;
+}
+
+void IndexedPlaylistParser::EnsureIndexAgain() {
+    // A stream that fails for good must not be read for each of a thousand requests.
+    if (!mfIndexed && mInVain++ >= mPatience) {
+        mInVain = 0;
+        mPatience = 2 * mPatience + 1;
+        ReadIndex();
+    }
+}
+
+void IndexedPlaylistParser::ReadIndex() {
+    mfReadDue = false;
+    if (!mReader.Seek(0)) {
         return;
     }
-    mRecords.clear();
-    mByPosition.clear();
-    mTexts.clear();
-    const bool fStarted = mReader.Seek(0);
-    if (fStarted) {
-        ReadEntries(mReader);
-        SortByPosition();
+    std::vector<Record> records = std::exchange(mRecords, {});
+    std::vector<std::size_t> byPosition = std::exchange(mByPosition, {});
+    std::string texts = std::exchange(mTexts, {});
+    ReadEntries(mReader);
+    mfIndexed = !mReader.HasFailed();
+    if (!mfIndexed && mRecords.size() <= records.size()) {
+        mRecords.swap(records);
+        mByPosition.swap(byPosition);
+        mTexts.swap(texts);
+        return;
     }
-    mfIndexed = fStarted && !mReader.HasFailed(); // else the next look may see more
+    mPatience = 0;
+    SortByPosition();
 }
 
 void IndexedPlaylistParser::SortByPosition() {
@@ -85,10 +108,15 @@ void IndexedPlaylistParser::Fill(std::size_t anIndex, PlaylistParserEntry* anEnt
 }
 
 void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
-    EnsureIndex();
+    const bool fRead = EnsureIndex();
+    std::size_t first = IndexFrom(mWalkPos);
+    if (!fRead && first == mRecords.size()) {
+        EnsureIndexAgain();
+        first = IndexFrom(mWalkPos);
+    }
     const unsigned move = ++mMoves;
     bool fStop = false;
-    for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.size() && !fStop; ++i) {
+    for (std::size_t i = first; i < mRecords.size() && !fStop; ++i) {
         PlaylistParserEntry entry;
         Fill(i, &entry);
         entry.mRelativeEntryIndex = mRelativeEntryIndex++;
@@ -98,13 +126,22 @@ void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUs
 }
 
 bool IndexedPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
-    EnsureIndex();
-    return anEntryIndex < mRecords.size() && FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+    if (!EnsureIndex() && anEntryIndex >= mRecords.size()) {
+        EnsureIndexAgain();
+    }
+    if (anEntryIndex >= mRecords.size()) {
+        return false;
+    }
+    const bool fIndexed = std::exchange(mfIndexed, true); // one look at the stream is enough for one entry
+    const bool fFetched = FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+    mfIndexed = fIndexed;
+    return fFetched;
 }
 
 bool IndexedPlaylistParser::SeekBytes(const ezuint64& aPos) {
     ++mMoves;
     mWalkPos = aPos.ToUInt64();
+    mfReadDue = mfReadDue || mWalkPos == 0;
     return PlaylistParser::SeekBytes(aPos);
 }
 

@@ -1,6 +1,7 @@
 #include "ezPlatform/files/File.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,10 +13,6 @@ namespace {
 
 ezDateTime FromTimespec(const struct timespec& aTime) {
     return ezDateTime(static_cast<std::int64_t>(aTime.tv_sec), static_cast<std::int32_t>(aTime.tv_nsec));
-}
-
-bool HasNUL(const ezCString& aPath) {
-    return aPath.View().find('\0') != std::string_view::npos;
 }
 
 int OpenRepeatedly(const ezCString& aPath, int aFlags, mode_t aMode) {
@@ -85,7 +82,7 @@ bool ezFile::Open() {
 
 bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
     // A NUL would cut the path short and open another file than the one that was named.
-    if (HasNUL(aPath)) {
+    if (ezHasNUL(aPath)) {
         errno = EINVAL;
         return false;
     }
@@ -139,7 +136,7 @@ bool ezFile::OpenForWriting(const ezCString& aPath, int aModeOfOld) {
 }
 
 bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode*/) {
-    if (IsOpened() || aPath.IsEmpty() || HasNUL(aPath)) {
+    if (IsOpened() || aPath.IsEmpty() || ezHasNUL(aPath)) {
         return false;
     }
     mTarget = Followed(aPath);
@@ -349,7 +346,7 @@ int ezFile::Read(void* aBuffer, std::size_t aSize) {
 bool ezFile::GetTimes(const ezCString& aPath, ezDateTime* aCreation, ezDateTime* aModification,
                       ezDateTime* anAccess) {
     struct stat status = {};
-    if (HasNUL(aPath) || ezSystem().mStat(aPath.c_str(), &status) != 0) {
+    if (ezHasNUL(aPath) || ezSystem().mStat(aPath.c_str(), &status) != 0) {
         return false;
     }
     if (aCreation != nullptr) {

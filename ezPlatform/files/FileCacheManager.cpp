@@ -5,6 +5,7 @@
 #include "ezPlatform/files/Dir.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/PathName.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -118,7 +119,7 @@ bool ezFileCacheManager::IsFolderOurs() {
     if (!mfFolderSeen) {
         struct stat status = {};
         // A NUL would cut the path short, and a link lead out of the folder that was given.
-        if (mFolder.View().find('\0') != std::string_view::npos) {
+        if (ezHasNUL(mFolder)) {
             return false;
         }
         const bool fThere = ezSystem().mLStatAt(AT_FDCWD, OwnFolder().c_str(), &status) == 0;
@@ -205,6 +206,9 @@ ezFile* ezFileCacheManager::OpenNewIn(int aFolder) {
                                     static_cast<unsigned long>(mFillings++));
     std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
     if (!file->BeginFilling(aFolder, path)) {
+        const int error = errno; // giving memory back may change it
+        file.reset();
+        errno = error;
         return nullptr;
     }
     // The lock tells others that somebody is filling the file; it goes with the process. Between making and
@@ -289,25 +293,12 @@ void ezFileCacheManager::ForgetRemoved(const ezCString& aFileName, std::uint64_t
 }
 
 bool ezFileCacheManager::Scan(int aFolder) {
-    DIR* folder = ezSystem().mOpenDir(aFolder);
-    if (folder == nullptr) {
-        return false; // what was known still holds, and the look stays due
-    }
     const std::size_t files = mFiles;
     const std::uint64_t bytes = mBytes;
-    mMaximumOfCandidates =
-        std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
-    mFiles = 0;
-    mBytes = 0;
-    mCandidates.clear();
-    const bool fWhole = LookThrough(aFolder, folder);
-    ezSystem().mCloseDir(folder);
-    if (!fWhole) {
-        // The sums that were known are nearer to the truth than those of a part, and its oldest are not
-        // all's.
+    if (!LookThrough(aFolder)) {
+        // What was known is nearer to the truth than the sums of a part, and the look stays due.
         mFiles = files;
         mBytes = bytes;
-        mCandidates.clear();
         return false;
     }
     mfScanned = true;
@@ -318,13 +309,27 @@ bool ezFileCacheManager::Scan(int aFolder) {
     return true;
 }
 
-bool ezFileCacheManager::LookThrough(int aFolder, DIR* anOpened) {
+bool ezFileCacheManager::LookThrough(int aFolder) {
+    DIR* folder = ezSystem().mOpenDir(aFolder);
+    if (folder == nullptr) {
+        return false; // those that may go stay known
+    }
+    mMaximumOfCandidates =
+        std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
+    mFiles = 0;
+    mBytes = 0;
+    mCandidates.clear();
     errno = 0;
-    while (const struct dirent* entry = ezSystem().mReadDir(anOpened)) {
+    while (const struct dirent* entry = ezSystem().mReadDir(folder)) {
         LookAt(aFolder, static_cast<const char*>(entry->d_name));
         errno = 0; // which tells the end of the folder from a failure
     }
-    return errno == 0;
+    const bool fWhole = errno == 0;
+    ezSystem().mCloseDir(folder);
+    if (!fWhole) {
+        mCandidates.clear(); // the oldest of a part are not those of all
+    }
+    return fWhole;
 }
 
 void ezFileCacheManager::LookAt(int aFolder, const char* aName) {

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <dirent.h>
 #include <utility>
 #include <vector>
 
@@ -88,7 +87,7 @@ private:
     void Keep(const ezCString& aName, ezFile& aFile);
     void Remove(const ezCString& aName, const ezFile& aFile);
     bool Scan(int aFolder);
-    bool LookThrough(int aFolder, DIR* anOpened);
+    bool LookThrough(int aFolder);
     void LookAt(int aFolder, const char* aName);
     bool IsOverBounds() const { return mFiles > mMaximumFiles || mBytes > mMaximumBytes; }
     bool IsScanDue() const;

@@ -1,5 +1,7 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezPlatform/text/NUL.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <memory>
@@ -135,7 +137,7 @@ std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed)
         *afFailed = false;
     }
     // A NUL would cut the path short, and pictures of another media be found.
-    if (media.mName.empty() || aMediaPath.View().find('\0') != std::string_view::npos) {
+    if (media.mName.empty() || ezHasNUL(aMediaPath)) {
         return paths;
     }
     const auto look = [&fFailed](const ezCString& aPath, struct stat* aState) {

@@ -256,8 +256,7 @@ bool ezFile::IsBesideOurs() const {
 }
 
 const char* ezFile::BesideName() const {
-    const std::size_t separator = mBeside.View().rfind('/');
-    return mBeside.c_str() + (separator == std::string_view::npos ? 0 : separator + 1);
+    return mBeside.c_str() + (mBeside.View().rfind('/') + 1);
 }
 
 bool ezFile::Close() {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -132,6 +133,49 @@ TEST_F(FileCacheManagerSwap, AnotherFolderInItsPlaceIsServedFrom) {
     EXPECT_TRUE(Fill(mCache, "b"));
     EXPECT_EQ(NamesIn("cache/ezcache"), Names{"b"});
     EXPECT_EQ(NamesIn("moved"), Names{"a"});
+}
+
+// ---- failures on the way into the folder ----
+
+TEST_F(FileCacheManagerSwap, AFolderThatGoesBetweenItsOpeningAndTheNewFileIsOpenedAgain) {
+    EXPECT_TRUE(Fill(mCache, "a"));
+    for (const int error : {ENOENT, EEXIST}) {
+        const FaultySystem system({{SystemCall::Open, 3, 1, error}}); // the request, the folder, the file
+        EXPECT_TRUE(Fill(mCache, std::to_string(error))) << error;
+        EXPECT_TRUE(system.HasStruck());
+    }
+    const FaultySystem system({{SystemCall::Open, 3, 1, ENOSPC}});
+    EXPECT_FALSE(Fill(mCache, "b"));
+}
+
+TEST_F(FileCacheManagerSwap, OpeningIsRepeatedWhenInterrupted) {
+    Fault interrupted = {SystemCall::Open, 1, Fault::kForGood, EINTR};
+    interrupted.mfEveryOther = true;
+    const FaultySystem system({interrupted});
+    EXPECT_TRUE(Fill(mCache, "a"));
+    EXPECT_EQ(NamesIn("cache/ezcache"), Names{"a"});
+}
+
+TEST_F(FileCacheManagerSwap, AHitThatCannotOpenTheFolderIsServed) {
+    const std::string path = mFolder.Write("cache/ezcache/a", "x");
+    const auto later = std::filesystem::last_write_time(path) + std::chrono::hours(1);
+    std::filesystem::last_write_time(path, later);
+    const FaultySystem system({{SystemCall::Open, 2, 1, EMFILE}});
+    EXPECT_NE(Begin(mCache, "a"), nullptr);
+    EXPECT_TRUE(system.HasStruck());
+    EXPECT_EQ(system.Count(SystemCall::ReadDir), 0U);
+    EXPECT_GT(std::filesystem::last_write_time(path), later); // marked all the same, as the latest
+}
+
+TEST_F(FileCacheManagerSwap, AFileReportedBadThatCannotBeRemovedKeepsItsName) {
+    EXPECT_TRUE(Fill(mCache, "a"));
+    const FileOwner file = Begin(mCache, "a");
+    {
+        const FaultySystem system({{SystemCall::Unlink, 1, 1, EACCES}});
+        mCache.SetCachedFileState("a", file.get(), false);
+        EXPECT_TRUE(system.HasStruck());
+    }
+    EXPECT_EQ(NamesIn("cache/ezcache"), Names{"a"});
 }
 
 // ---- a folder that cannot be looked through ----

@@ -36,17 +36,21 @@ CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
         ++gCounts.mFUTimens;
         return ezSystem_Real().mFUTimens(aFile, aTimes);
     };
-    mCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
+    mCalls.mOpenAt = [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
+        ++gCounts.mOpen;
+        return ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
+    };
+    mCalls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
         ++gCounts.mOther;
-        return ezSystem_Real().mLStat(aPath, aStatus);
+        return ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
     };
     mCalls.mRealPath = [](const char* aPath) {
         ++gCounts.mOther;
         return ezSystem_Real().mRealPath(aPath);
     };
-    mCalls.mOpenDir = [](const char* aPath) {
+    mCalls.mOpenDir = [](int aFolder) {
         ++gCounts.mOther;
-        return ezSystem_Real().mOpenDir(aPath);
+        return ezSystem_Real().mOpenDir(aFolder);
     };
     ezSystem_Replace(&mCalls);
 }

@@ -29,6 +29,7 @@ install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT D
         PATTERN "System.h" EXCLUDE
         PATTERN "CacheName.h" EXCLUDE
         PATTERN "HashSlots.h" EXCLUDE
+        PATTERN "NUL.h" EXCLUDE
         PATTERN "OrderedByteMap.h" EXCLUDE)
 install(DIRECTORY ezParsersFramework/ez DESTINATION ${EZ_INSTALL_EZ_INCLUDEDIR} COMPONENT Development
         FILES_MATCHING PATTERN "*.h")

@@ -4,6 +4,7 @@
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Memory.h"
+#include "ezPlatform/text/NUL.h"
 #include "ezPlatform/text/URI.h"
 
 #include <cstring>
@@ -51,14 +52,9 @@ bool sFindIndex(PlaylistParserEntry* anEntry, void* aUserData) {
     return true;
 }
 
-/// The C functions that take a text would see only what stands before it.
-bool HasNUL(const ezCString& aText) {
-    return aText.View().find('\0') != std::string_view::npos;
-}
-
 /// What a URL names: false when the text is none with a path.
 bool URLTitle(const ezCString& aText, ezCString* aTitle) {
-    if (HasNUL(aText)) {
+    if (ezHasNUL(aText)) {
         return false;
     }
     ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
@@ -77,7 +73,7 @@ ezCString FileURL(const ezPathName& aFolder, const ezCString& anEntryURI) {
         path = ezPathName::MakeCombinedFilePath(aFolder, anEntryURI);
     }
     ezCString url;
-    if (!HasNUL(path.GetFullPath())) {
+    if (!ezHasNUL(path.GetFullPath())) {
         ezURI* uri = ezURI_New();
         ezURI_SetScheme(uri, "file");
         if (ezURI_SetFilePath(uri, path.GetFullPath().c_str())) {
@@ -131,7 +127,7 @@ bool PlaylistParser::FetchNextEntry(PlaylistParserEntry* anEntry) {
 }
 
 ezCString PlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
-    if (anEntryURI.IsEmpty() || HasNUL(anEntryURI)) {
+    if (anEntryURI.IsEmpty() || ezHasNUL(anEntryURI)) {
         return ezCString();
     }
     if (mParentURL != nullptr) {

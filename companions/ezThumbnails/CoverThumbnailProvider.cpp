@@ -67,7 +67,7 @@ void CoverThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
 
 void CoverThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     EndTries();
-    if (mNextFinder == std::size(kFinders)) {
+    if (anInfo == nullptr || mNextFinder == std::size(kFinders)) {
         return;
     }
     const ezStreamOwner stream = OpenedStream(anInfo->mFilePath, &mfFailed);

@@ -53,10 +53,13 @@ private:
 DefaultThumbnailProvider::~DefaultThumbnailProvider() = default;
 
 uint32 DefaultThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* /*anInfo*/) {
-    return mThumbnailGenerator->CanConvert(kMimeType);
+    return mThumbnailGenerator != nullptr ? mThumbnailGenerator->CanConvert(kMimeType) : kNoThumbnailID;
 }
 
 bool DefaultThumbnailProvider::BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) {
+    if (mThumbnailGenerator == nullptr || anInfo == nullptr || aFile == nullptr) {
+        return false;
+    }
     const DefaultPictureSource source(PictureOf(anInfo->mMimeType));
     return mThumbnailGenerator->BuildThumbnail(anInfo, &source, aFile);
 }

@@ -103,6 +103,9 @@ uint32 PictureThumbnailGenerator::CanConvert(const ezCString& aMimeType) {
 
 bool PictureThumbnailGenerator::BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                                                ezFile* aFile) {
+    if (anInfo == nullptr || aSource == nullptr || aFile == nullptr) {
+        return false;
+    }
     const bool fJpeg = (anInfo->mThumbnailID & kJPEGThumbnailID) != 0;
     if (!fJpeg && (anInfo->mThumbnailID & kPNGThumbnailID) == 0) {
         return false;

@@ -27,7 +27,10 @@ public:
     static constexpr uint32 kMaxPixels = 200'000'000;
     /// The longest side of an original: what a JPEG is able to state.
     static constexpr uint32 kMaxSide = 65535;
-    /// Bytes that decoding may hold at a time: a progressive JPEG of 32 million pixels at 4:2:0.
+    /// Bytes of an original that decoding may hold at a time: a progressive JPEG of 32 million pixels at
+    /// 4:2:0. On top of them come the thumbnail's own: its pixels of 1 to 4 bytes, twice while it is turned,
+    /// 12 bytes for each sample of one of its rows, and the file that it becomes. For 160 by 160 that is some
+    /// 200 KiB, for the largest thumbnail up to 131 MiB and the file.
     static constexpr uint32 kMaxMemory = 96U << 20;
     /// Scans that a JPEG may have: encoders write about 10, and each costs a walk through the whole picture.
     static constexpr int kMaxScans = 64;

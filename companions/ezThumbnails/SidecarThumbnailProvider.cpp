@@ -18,14 +18,16 @@ uint32 SidecarThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* an
 }
 
 void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
-    mPaths = FindSidecars(anInfo->mFilePath.GetFullPath(), &mfFailed);
+    mfFailed = false;
+    mPaths = anInfo != nullptr ? FindSidecars(anInfo->mFilePath.GetFullPath(), &mfFailed)
+                               : std::vector<ezCString>();
     mNextPath = 0;
     GetNextPath(anInfo);
 }
 
 void SidecarThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     EndTries();
-    if (mNextPath == mPaths.size()) {
+    if (anInfo == nullptr || mNextPath == mPaths.size()) {
         return;
     }
     const ezCString& path = mPaths[mNextPath++];

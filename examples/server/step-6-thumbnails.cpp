@@ -15,7 +15,8 @@
 
 namespace {
 
-/// The cache knows an item by its identity alone, so it changes when the file does.
+/// The cache knows an item by its identity alone, so it changes when size or time of the file do. What keeps
+/// both is missed: another file of that size, put in its place with its time (cp -p).
 ezCString IdentityOf(const ezMediaInfo& anInfo) {
     const ezDateTime& time = anInfo.mLastModificationTime;
     return ezCString(std::string(anInfo.mFullPath.View()) + '\0' +

@@ -1,5 +1,6 @@
 #include "ezPlatform/base/System.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -7,6 +8,17 @@
 #include <unistd.h>
 
 namespace {
+
+DIR* OpenDir(int aFolder) {
+    const int own = openat(aFolder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR* folder = own >= 0 ? fdopendir(own) : nullptr;
+    if (folder == nullptr && own >= 0) {
+        const int error = errno;
+        close(own);
+        errno = error;
+    }
+    return folder;
+}
 
 const ezSystemCalls kReal = {
     [](const char* aPath, int aFlags, mode_t aMode) { return open(aPath, aFlags, aMode); },
@@ -30,11 +42,18 @@ const ezSystemCalls kReal = {
     [](int aFile, ezFileOffset aLength) { return ftruncate(aFile, aLength); },
     [](int aFile, const struct timespec* aTimes) { return futimens(aFile, aTimes); },
     [](int aFile, int anOperation) { return flock(aFile, anOperation); },
-    [](const char* aPath, struct stat* aStatus) { return lstat(aPath, aStatus); },
-    [](const char* aPath) { return opendir(aPath); },
+    OpenDir,
     [](DIR* aFolder) { return readdir(aFolder); },
     [](DIR* aFolder) { return closedir(aFolder); },
     [](const char* aPath, char* aBuffer, std::size_t aSize) { return readlink(aPath, aBuffer, aSize); },
+    [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
+        return openat(aFolder, aName, aFlags, aMode);
+    },
+    [](int aFolder, const char* aName, struct stat* aStatus) {
+        return fstatat(aFolder, aName, aStatus, AT_SYMLINK_NOFOLLOW);
+    },
+    [](int aFolder, const char* aFrom, const char* aTo) { return renameat(aFolder, aFrom, aFolder, aTo); },
+    [](int aFolder, const char* aName) { return unlinkat(aFolder, aName, 0); },
 };
 
 const ezSystemCalls* gCalls = &kReal;

@@ -26,11 +26,15 @@ struct ezSystemCalls {
     int (*mFTruncate)(int aFile, ezFileOffset aLength);
     int (*mFUTimens)(int aFile, const struct timespec* aTimes);
     int (*mFLock)(int aFile, int anOperation);
-    int (*mLStat)(const char* aPath, struct stat* aStatus);
-    DIR* (*mOpenDir)(const char* aPath);
+    DIR* (*mOpenDir)(int aFolder); ///< of a folder that is open, by a descriptor of its own
     struct dirent* (*mReadDir)(DIR* aFolder);
     int (*mCloseDir)(DIR* aFolder);
     ssize_t (*mReadLink)(const char* aPath, char* aBuffer, std::size_t aSize);
+    // In a folder that is open (or AT_FDCWD), whatever its path leads to by now.
+    int (*mOpenAt)(int aFolder, const char* aName, int aFlags, mode_t aMode);
+    int (*mLStatAt)(int aFolder, const char* aName, struct stat* aStatus);
+    int (*mRenameAt)(int aFolder, const char* aFrom, const char* aTo);
+    int (*mUnlinkAt)(int aFolder, const char* aName);
 };
 
 /// The calls in force.

@@ -1,6 +1,7 @@
 #include "ezPlatform/files/Dir.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <climits>
 
@@ -21,7 +22,7 @@ bool ezDir_CreateRecursively(const ezCString& aPath) {
         return true;
     }
     // A path that no call takes is not tried folder by folder.
-    if (path.size() >= PATH_MAX || path.find('\0') != std::string_view::npos) {
+    if (path.size() >= PATH_MAX || ezHasNUL(aPath)) {
         return false;
     }
     for (std::size_t end = path.find('/', 1); end != std::string_view::npos; end = path.find('/', end + 1)) {

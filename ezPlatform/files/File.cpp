@@ -1,6 +1,7 @@
 #include "ezPlatform/files/File.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,10 +13,6 @@ namespace {
 
 ezDateTime FromTimespec(const struct timespec& aTime) {
     return ezDateTime(static_cast<std::int64_t>(aTime.tv_sec), static_cast<std::int32_t>(aTime.tv_nsec));
-}
-
-bool HasNUL(const ezCString& aPath) {
-    return aPath.View().find('\0') != std::string_view::npos;
 }
 
 int OpenRepeatedly(const ezCString& aPath, int aFlags, mode_t aMode) {
@@ -97,7 +94,7 @@ bool ezFile::Open() {
 
 bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
     // A NUL would cut the path short and open another file than the one that was named.
-    if (HasNUL(aPath)) {
+    if (ezHasNUL(aPath)) {
         errno = EINVAL;
         return false;
     }
@@ -181,7 +178,7 @@ void ezFile::PutOldBack() {
 }
 
 bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode*/) {
-    if (IsOpened() || aPath.IsEmpty() || HasNUL(aPath)) {
+    if (IsOpened() || aPath.IsEmpty() || ezHasNUL(aPath)) {
         return false;
     }
     mTarget = Followed(aPath);
@@ -252,25 +249,28 @@ bool ezFile::Empty() {
     return true;
 }
 
-bool ezFile::BeginFilling(const ezCString& aBeside) {
-    mFile = OpenRepeatedly(aBeside, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kModeOfNewFile);
+bool ezFile::BeginFilling(int aFolder, const ezCString& aBeside) {
+    mBeside = aBeside;
+    do {
+        mFile = ezSystem().mOpenAt(aFolder, BesideName(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                                   kModeOfNewFile);
+    } while (mFile < 0 && errno == EINTR);
     if (mFile < 0) {
         return false;
     }
-    mBeside = aBeside;
     mfWriting = true;
     mfFilling = true;
     return true;
 }
 
-bool ezFile::PutInPlace(const ezCString& aTarget) {
+bool ezFile::PutInPlace(int aFolder, const ezCString& aName) {
     // On the disk before it has a name, or a power cut could leave the name without its content.
     const bool fWritten = !mfWriteFailed && (mLengthAtOpen == 0 || SyncRepeatedly(mFile));
     if (!fWritten) {
         Empty();
         mLengthAtOpen = 0; // nobody takes what did not reach the disk for the content
     }
-    if (!fWritten || !IsBesideOurs() || ezSystem().mRename(mBeside.c_str(), aTarget.c_str()) != 0) {
+    if (!fWritten || !IsBesideOurs() || ezSystem().mRenameAt(aFolder, BesideName(), aName.c_str()) != 0) {
         GiveUp();
         return false;
     }
@@ -293,6 +293,10 @@ bool ezFile::IsBesideOurs() const {
     return !mBeside.IsEmpty() && ezSystem().mFStat(mFile, &written) == 0 &&
            ezSystem().mStat(mBeside.c_str(), &named) == 0 && written.st_dev == named.st_dev &&
            written.st_ino == named.st_ino;
+}
+
+const char* ezFile::BesideName() const {
+    return mBeside.c_str() + (mBeside.View().rfind('/') + 1);
 }
 
 bool ezFile::Close() {
@@ -398,7 +402,7 @@ int ezFile::Read(void* aBuffer, std::size_t aSize) {
 bool ezFile::GetTimes(const ezCString& aPath, ezDateTime* aCreation, ezDateTime* aModification,
                       ezDateTime* anAccess) {
     struct stat status = {};
-    if (HasNUL(aPath) || ezSystem().mStat(aPath.c_str(), &status) != 0) {
+    if (ezHasNUL(aPath) || ezSystem().mStat(aPath.c_str(), &status) != 0) {
         return false;
     }
     if (aCreation != nullptr) {

@@ -97,9 +97,12 @@ private:
     /// Opens for reading with more flags; errno tells why it was refused.
     bool OpenRegular(const ezCString& aPath, int aMoreFlags);
     /// Begins to fill a new file that is not to be seen by others yet; errno tells why it was refused.
-    bool BeginFilling(const ezCString& aBeside);
-    /// Puts what was filled under its name and goes on reading it. False: it is given up.
-    bool PutInPlace(const ezCString& aTarget);
+    /// @param aFolder  where it stands, open
+    /// @param aBeside  its whole path
+    bool BeginFilling(int aFolder, const ezCString& aBeside);
+    /// Puts what was filled under its name in the folder that it stands in, and goes on reading it. False: it
+    /// is given up.
+    bool PutInPlace(int aFolder, const ezCString& aName);
     /// Takes the name of what was filled away and goes on reading it.
     void GiveUp();
 
@@ -113,6 +116,8 @@ private:
     bool KeepOld();
     void PutOldBack();
     bool FinishInPlace();
+    /// What mBeside is called in its folder.
+    const char* BesideName() const;
 
     ezCString mPath;
     ezCString mTarget;                ///< what Close puts the written file in place of

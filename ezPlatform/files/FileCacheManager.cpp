@@ -5,6 +5,7 @@
 #include "ezPlatform/files/Dir.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/PathName.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -49,12 +50,49 @@ bool Lock(int aFile) {
     return result == 0;
 }
 
-/// True when a path is, without a link being followed, the name of an open file.
-bool IsNameOf(const ezCString& aPath, int aFile) {
+/// True when a name in a folder is, without a link being followed, that of an open file.
+bool IsNameOf(int aFolder, const ezCString& aName, int aFile) {
     struct stat file = {};
     struct stat named = {};
-    return ezSystem().mFStat(aFile, &file) == 0 && ezSystem().mLStat(aPath.c_str(), &named) == 0 &&
+    return ezSystem().mFStat(aFile, &file) == 0 && ezSystem().mLStatAt(aFolder, aName.c_str(), &named) == 0 &&
            file.st_dev == named.st_dev && file.st_ino == named.st_ino;
+}
+
+/// A file that is open for as long as this lives; none where it cannot be opened, errno telling why.
+class OpenedAt {
+public:
+    OpenedAt(int aFolder, const char* aName, int aFlags) {
+        do {
+            mFile = ezSystem().mOpenAt(aFolder, aName, aFlags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+        } while (mFile < 0 && errno == EINTR);
+    }
+    ~OpenedAt() {
+        if (IsOpened()) {
+            ezSystem().mClose(mFile);
+        }
+    }
+    OpenedAt(const OpenedAt&) = delete;
+    OpenedAt& operator=(const OpenedAt&) = delete;
+
+    bool IsOpened() const { return mFile >= 0; }
+    int Get() const { return mFile; }
+
+private:
+    int mFile = -1;
+};
+
+/// A folder under a path that ends in no "/", which would follow a link.
+class HeldFolder : public OpenedAt {
+public:
+    explicit HeldFolder(const ezCString& aPath) : OpenedAt(AT_FDCWD, aPath.c_str(), O_RDONLY | O_DIRECTORY) {}
+};
+
+/// Removes what a process left that was killed while it filled a file.
+void RemoveIfStale(int aFolder, const char* aName) {
+    const OpenedAt file(aFolder, aName, O_RDWR);
+    if (file.IsOpened() && Lock(file.Get())) {
+        ezSystem().mUnlinkAt(aFolder, aName);
+    }
 }
 
 } // namespace
@@ -73,22 +111,21 @@ ezCString ezFileCacheManager::GetFullPath(const ezCString& aName) const {
     return mFolder + ezCacheName(aName.View());
 }
 
+ezCString ezFileCacheManager::OwnFolder() const {
+    return mFolder.Left(mFolder.GetLength() - 1);
+}
+
 bool ezFileCacheManager::IsFolderOurs() {
-    if (mFolderState == kFolderUnknown) {
+    if (!mfFolderSeen) {
         struct stat status = {};
-        const ezCString name = mFolder.Left(mFolder.GetLength() - 1);
         // A NUL would cut the path short, and a link lead out of the folder that was given.
-        bool fForeign = mFolder.View().find('\0') != std::string_view::npos;
-        if (!fForeign) {
-            const bool fThere = ezSystem().mLStat(name.c_str(), &status) == 0;
-            if (!fThere && errno != ENOENT) {
-                return false; // it may be a link: the next request looks again
-            }
-            fForeign = fThere && S_ISLNK(status.st_mode);
+        if (ezHasNUL(mFolder)) {
+            return false;
         }
-        mFolderState = fForeign ? kFolderForeign : kFolderOurs;
+        const bool fThere = ezSystem().mLStatAt(AT_FDCWD, OwnFolder().c_str(), &status) == 0;
+        mfFolderSeen = fThere ? !S_ISLNK(status.st_mode) : errno == ENOENT;
     }
-    return mFolderState == kFolderOurs;
+    return mfFolderSeen;
 }
 
 ezFileCacheManager::Stamp ezFileCacheManager::NextStamp() {
@@ -126,7 +163,8 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
         const ezDateTime& time = file->mModifiedAtOpen;
         const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
         if (!mfScanned && used > Now()) {
-            Scan(); // for the latest, which the clock has fallen behind
+            const HeldFolder folder(OwnFolder());
+            Scan(folder.Get()); // for the latest, which the clock has fallen behind
         }
         mLastStamp = std::max(mLastStamp, used);
         MarkUsed(*file);
@@ -141,74 +179,85 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
 }
 
 ezFile* ezFileCacheManager::OpenNew() {
-    if (!mfScanned) {
-        Scan(); // before anything else: also who is killed again and again removes what that left
-    }
-    std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
     for (int tries = 0; tries < kMaximumTries; ++tries) {
-        const Stamp stamp = NextStamp();
-        const ezCString path =
-            mFolder + ezCString::Format("%.*s%lld-%lld-%lld-%lu", static_cast<int>(kFillingPrefix.size()),
-                                        kFillingPrefix.data(), static_cast<long long>(Pid()),
-                                        static_cast<long long>(stamp.first),
-                                        static_cast<long long>(stamp.second),
-                                        static_cast<unsigned long>(mFillings++));
-        if (OpenNewAt(*file, path)) {
-            return file.release();
-        }
-        const int error = errno; // making the folder changes it, also where that succeeds
-        const bool fAgain =
-            error == ENOENT ? ezDir_CreateRecursively(mFolder) : error == EEXIST || error == EAGAIN;
-        if (!fAgain) {
+        const HeldFolder folder(OwnFolder());
+        if (folder.IsOpened()) {
+            ezFile* file = OpenNewIn(folder.Get());
+            if (file != nullptr || (errno != ENOENT && errno != EEXIST && errno != EAGAIN)) {
+                return file;
+            }
+        } else if (errno != ENOENT || !ezDir_CreateRecursively(mFolder)) {
+            mfFolderSeen = false; // it may be a link by now, which leads no hit astray either
             return nullptr;
         }
     }
     return nullptr;
 }
 
-bool ezFileCacheManager::OpenNewAt(ezFile& aFile, const ezCString& aPath) {
-    if (!aFile.BeginFilling(aPath)) {
-        return false;
+ezFile* ezFileCacheManager::OpenNewIn(int aFolder) {
+    if (!mfScanned) {
+        Scan(aFolder); // before anything else: also who is killed again and again removes what that left
+    }
+    const Stamp stamp = NextStamp();
+    const ezCString path =
+        mFolder + ezCString::Format("%.*s%lld-%lld-%lld-%lu", static_cast<int>(kFillingPrefix.size()),
+                                    kFillingPrefix.data(), static_cast<long long>(Pid()),
+                                    static_cast<long long>(stamp.first), static_cast<long long>(stamp.second),
+                                    static_cast<unsigned long>(mFillings++));
+    std::unique_ptr<ezFile> file = std::make_unique<ezFile>();
+    if (!file->BeginFilling(aFolder, path)) {
+        const int error = errno; // giving memory back may change it
+        file.reset();
+        errno = error;
+        return nullptr;
     }
     // The lock tells others that somebody is filling the file; it goes with the process. Between making and
     // locking it another may have taken the file for one that was left behind.
-    const bool fTaken = !Lock(aFile.mFile) && errno == EWOULDBLOCK;
-    if (fTaken || !aFile.IsBesideOurs()) {
-        aFile.Close();
+    const bool fTaken = !Lock(file->mFile) && errno == EWOULDBLOCK;
+    if (fTaken || !file->IsBesideOurs()) {
+        file.reset();
         errno = EAGAIN;
-        return false;
     }
-    return true;
+    return file.release();
 }
 
 void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFile, bool afGood) {
     if (aFile == nullptr) {
         return;
     }
-    const ezCString path = GetFullPath(aName);
-    if (aFile->mfFilling) {
-        if (afGood && IsFolderOurs()) {
-            Keep(path, *aFile);
-        } else {
-            aFile->GiveUp();
+    const ezCString name = ezCacheName(aName.View());
+    if (!aFile->mfFilling) {
+        if (!afGood && IsFolderOurs()) {
+            Remove(name, *aFile);
         }
-    } else if (!afGood && IsFolderOurs() && IsNameOf(path, aFile->mFile)) { // not what replaced it since
-        if (ezSystem().mUnlink(path.c_str()) == 0) {
-            ForgetRemoved(ezCacheName(aName.View()), static_cast<std::uint64_t>(aFile->LengthAtOpen()));
-        }
+    } else if (afGood && IsFolderOurs()) {
+        Keep(name, *aFile);
+    } else {
+        aFile->GiveUp();
     }
 }
 
-void ezFileCacheManager::Keep(const ezCString& aPath, ezFile& aFile) {
+void ezFileCacheManager::Remove(const ezCString& aName, const ezFile& aFile) {
+    const HeldFolder folder(OwnFolder());
+    // Not what replaced it since.
+    if (folder.IsOpened() && IsNameOf(folder.Get(), aName, aFile.mFile) &&
+        ezSystem().mUnlinkAt(folder.Get(), aName.c_str()) == 0) {
+        ForgetRemoved(aName, static_cast<std::uint64_t>(aFile.LengthAtOpen()));
+    }
+}
+
+void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
     const auto size = static_cast<std::uint64_t>(aFile.LengthAtOpen());
     if (!aFile.mfWriteFailed && (size > mMaximumBytes || mMaximumFiles == 0)) {
         aFile.GiveUp();
         return;
     }
+    const HeldFolder folder(OwnFolder()); // without one nothing has a name in it, and nothing is put there
     struct stat old = {};
-    const bool fReplaces = ezSystem().mLStat(aPath.c_str(), &old) == 0 && S_ISREG(old.st_mode);
+    const bool fReplaces =
+        ezSystem().mLStatAt(folder.Get(), aName.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     MarkUsed(aFile);
-    if (!aFile.PutInPlace(aPath)) {
+    if (!aFile.PutInPlace(folder.Get(), aName)) {
         return;
     }
     if (fReplaces) {
@@ -219,13 +268,14 @@ void ezFileCacheManager::Keep(const ezCString& aPath, ezFile& aFile) {
     mBytes += size;
     mAddedBytes += size;
     if (IsScanDue()) {
-        Scan();
+        Scan(folder.Get());
     }
-    Evict(aPath);
+    Evict(folder.Get(), aName);
 }
 
 bool ezFileCacheManager::IsScanDue() const {
-    return mAddedFiles >= mMaximumFiles / kScanShare || mAddedBytes >= mMaximumBytes / kScanShare;
+    return !mfScanned || mAddedFiles >= mMaximumFiles / kScanShare ||
+           mAddedBytes >= mMaximumBytes / kScanShare;
 }
 
 void ezFileCacheManager::Forget(std::uint64_t aSize) {
@@ -242,36 +292,54 @@ void ezFileCacheManager::ForgetRemoved(const ezCString& aFileName, std::uint64_t
     Forget(aSize);
 }
 
-void ezFileCacheManager::Scan() {
+bool ezFileCacheManager::Scan(int aFolder) {
+    const std::size_t files = mFiles;
+    const std::uint64_t bytes = mBytes;
+    if (!LookThrough(aFolder)) {
+        // What was known is nearer to the truth than the sums of a part, and the look stays due.
+        mFiles = files;
+        mBytes = bytes;
+        return false;
+    }
     mfScanned = true;
+    mAddedFiles = 0;
+    mAddedBytes = 0;
+    std::sort_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
+    std::reverse(mCandidates.begin(), mCandidates.end());
+    return true;
+}
+
+bool ezFileCacheManager::LookThrough(int aFolder) {
+    DIR* folder = ezSystem().mOpenDir(aFolder);
+    if (folder == nullptr) {
+        return false; // those that may go stay known
+    }
     mMaximumOfCandidates =
         std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
     mFiles = 0;
     mBytes = 0;
-    mAddedFiles = 0;
-    mAddedBytes = 0;
     mCandidates.clear();
-    DIR* folder = ezSystem().mOpenDir(mFolder.c_str());
-    if (folder == nullptr) {
-        return;
-    }
+    errno = 0;
     while (const struct dirent* entry = ezSystem().mReadDir(folder)) {
-        LookAt(static_cast<const char*>(entry->d_name));
+        LookAt(aFolder, static_cast<const char*>(entry->d_name));
+        errno = 0; // which tells the end of the folder from a failure
     }
+    const bool fWhole = errno == 0;
     ezSystem().mCloseDir(folder);
-    std::sort_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
-    std::reverse(mCandidates.begin(), mCandidates.end());
+    if (!fWhole) {
+        mCandidates.clear(); // the oldest of a part are not those of all
+    }
+    return fWhole;
 }
 
-void ezFileCacheManager::LookAt(const char* aName) {
+void ezFileCacheManager::LookAt(int aFolder, const char* aName) {
     const std::string_view name = aName;
-    const ezCString path = mFolder + aName;
     if (name.substr(0, kFillingPrefix.size()) == kFillingPrefix) {
-        RemoveIfStale(path);
+        RemoveIfStale(aFolder, aName);
         return;
     }
     struct stat status = {};
-    if (name[0] == '.' || ezSystem().mLStat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (name[0] == '.' || ezSystem().mLStatAt(aFolder, aName, &status) != 0 || !S_ISREG(status.st_mode)) {
         return;
     }
     const Stamp used = UsedAt(status);
@@ -291,47 +359,32 @@ void ezFileCacheManager::LookAt(const char* aName) {
     std::push_heap(mCandidates.begin(), mCandidates.end(), sUsedBefore);
 }
 
-void ezFileCacheManager::RemoveIfStale(const ezCString& aPath) {
-    int file = -1;
-    do {
-        file = ezSystem().mOpen(aPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
-    } while (file < 0 && errno == EINTR);
-    if (file < 0) {
-        return;
-    }
-    if (Lock(file)) {
-        ezSystem().mUnlink(aPath.c_str());
-    }
-    ezSystem().mClose(file);
-}
-
-void ezFileCacheManager::Evict(const ezCString& aKeptPath) {
+void ezFileCacheManager::Evict(int aFolder, const ezCString& aKeptName) {
     bool fRemoved = true; // since the last scan, or before it
     while (IsOverBounds()) {
         if (mCandidates.empty()) {
-            if (!fRemoved) {
-                return; // what is left cannot be removed
+            if (!fRemoved || !Scan(aFolder)) {
+                return; // what is left cannot be removed, or not be seen
             }
-            Scan();
             fRemoved = false;
             continue;
         }
         const Candidate candidate = std::move(mCandidates.back());
         mCandidates.pop_back();
-        if (mFolder + candidate.mName != aKeptPath) {
-            fRemoved = EvictOne(candidate) || fRemoved;
+        if (candidate.mName != aKeptName) {
+            fRemoved = EvictOne(aFolder, candidate) || fRemoved;
         }
     }
 }
 
-bool ezFileCacheManager::EvictOne(const Candidate& aCandidate) {
-    const ezCString path = mFolder + aCandidate.mName;
+bool ezFileCacheManager::EvictOne(int aFolder, const Candidate& aCandidate) {
     struct stat status = {};
     bool fGone = false;
-    if (ezSystem().mLStat(path.c_str(), &status) != 0) {
+    if (ezSystem().mLStatAt(aFolder, aCandidate.mName.c_str(), &status) != 0) {
         fGone = errno == ENOENT;                     // another process was faster
     } else if (UsedAt(status) == aCandidate.mUsed) { // else used since, it is no longer among the oldest
-        fGone = ezSystem().mUnlink(path.c_str()) == 0;
+        // Another process that uses or replaces it just now loses a file that can be made again.
+        fGone = ezSystem().mUnlinkAt(aFolder, aCandidate.mName.c_str()) == 0;
     }
     if (fGone) {
         Forget(aCandidate.mSize);

@@ -18,10 +18,13 @@ class ezFile;
 /// later: a file that is being filled stands under a name of its own, and a process that is killed on the way
 /// leaves nothing behind but that, which the next one removes.
 ///
-/// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed.
-/// Nothing outside of it is touched, symbolic links are not followed there, one that stands in its own place
-/// is refused, and foreign files beside it are safe; whatever lies in it belongs to the cache. A hit is
-/// marked by the file's time of modification.
+/// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed;
+/// whatever lies in it belongs to the cache. Nothing outside of it is made, renamed or removed: for that the
+/// folder is opened anew each time, a symbolic link in its place is refused, and the work is done in what was
+/// opened, whatever stands there a moment later. Foreign files beside it are safe. A hit goes by the path
+/// alone and is marked by the file's time of modification: where a link takes the folder's place after it was
+/// seen, a file of exactly that name behind the link is still handed out and marked, until a new file is
+/// asked for. Links within the folder are not followed.
 ///
 /// What is needed in memory is bounded: of the files that may go next it knows an eighth of all, 1,024 at the
 /// least and 16,384 at the most, of which each takes some 100 to 250 bytes (4 MiB at the most).
@@ -73,23 +76,23 @@ private:
         ezCString mName;
     };
 
-    enum FolderState { kFolderUnknown, kFolderOurs, kFolderForeign };
-
     static bool sUsedBefore(const Candidate& aLeft, const Candidate& aRight);
 
     bool IsFolderOurs();
+    ezCString OwnFolder() const;
     Stamp NextStamp();
     void MarkUsed(ezFile& aFile);
     ezFile* OpenNew();
-    bool OpenNewAt(ezFile& aFile, const ezCString& aPath);
-    void Keep(const ezCString& aPath, ezFile& aFile);
-    void Scan();
-    void LookAt(const char* aName);
-    void RemoveIfStale(const ezCString& aPath);
+    ezFile* OpenNewIn(int aFolder);
+    void Keep(const ezCString& aName, ezFile& aFile);
+    void Remove(const ezCString& aName, const ezFile& aFile);
+    bool Scan(int aFolder);
+    bool LookThrough(int aFolder);
+    void LookAt(int aFolder, const char* aName);
     bool IsOverBounds() const { return mFiles > mMaximumFiles || mBytes > mMaximumBytes; }
     bool IsScanDue() const;
-    void Evict(const ezCString& aKeptPath);
-    bool EvictOne(const Candidate& aCandidate);
+    void Evict(int aFolder, const ezCString& aKeptName);
+    bool EvictOne(int aFolder, const Candidate& aCandidate);
     void Forget(std::uint64_t aSize);
     void ForgetRemoved(const ezCString& aFileName, std::uint64_t aSize);
 
@@ -98,7 +101,7 @@ private:
     std::uint64_t mMaximumBytes;
     std::size_t mMaximumFiles;
 
-    FolderState mFolderState = kFolderUnknown;
+    bool mfFolderSeen = false; ///< and was no link
     bool mfScanned = false;
     std::size_t mFiles = 0; ///< as far as this object knows, as are the other sums
     std::uint64_t mBytes = 0;

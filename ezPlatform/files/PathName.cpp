@@ -1,6 +1,7 @@
 #include "ezPlatform/files/PathName.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/text/NUL.h"
 
 #include <cerrno>
 
@@ -38,7 +39,7 @@ ezPathName ezPathName::MakeCombinedFilePath(const ezPathName& aFolder, const ezC
 bool ezPathName::FileExists() const {
     struct stat status = {};
     // A NUL would cut the path short and find another file than the one that was named.
-    if (!IsValid() || mPath.View().find('\0') != std::string_view::npos) {
+    if (!IsValid() || ezHasNUL(mPath)) {
         return false;
     }
     if (ezSystem().mStat(mPath.c_str(), &status) == 0) {

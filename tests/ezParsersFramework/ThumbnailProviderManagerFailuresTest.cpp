@@ -70,9 +70,10 @@ ezSystemCalls CountDown() {
 /// All calls that a request makes, but for the closing ones, which free what they close.
 ezSystemCalls AllCountedDown() {
     using Calls = ezSystemCalls;
-    return CountDown<&Calls::mOpen, &Calls::mStat, &Calls::mFStat, &Calls::mPRead, &Calls::mPWrite,
-                     &Calls::mFSync, &Calls::mRename, &Calls::mUnlink, &Calls::mMkdir, &Calls::mFTruncate,
-                     &Calls::mFUTimens, &Calls::mFLock, &Calls::mLStat, &Calls::mOpenDir, &Calls::mReadDir>();
+    return CountDown<&Calls::mOpen, &Calls::mOpenAt, &Calls::mStat, &Calls::mFStat, &Calls::mPRead,
+                     &Calls::mPWrite, &Calls::mFSync, &Calls::mRename, &Calls::mRenameAt, &Calls::mUnlink,
+                     &Calls::mUnlinkAt, &Calls::mMkdir, &Calls::mFTruncate, &Calls::mFUTimens, &Calls::mFLock,
+                     &Calls::mLStatAt, &Calls::mOpenDir, &Calls::mReadDir>();
 }
 
 class ThumbnailProviderManagerFailures : public testing::Test {

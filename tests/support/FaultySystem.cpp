@@ -89,7 +89,10 @@ FaultySystem::FaultySystem(std::vector<Fault> aFaults, FaultReach aReach)
     TakeGivingBack<SystemCall::Close, &ezSystemCalls::mClose>(mCalls);
     Take<SystemCall::Stat, &ezSystemCalls::mStat>(mCalls);
     Take<SystemCall::FStat, &ezSystemCalls::mFStat>(mCalls);
-    Take<SystemCall::LStat, &ezSystemCalls::mLStat>(mCalls);
+    Take<SystemCall::LStat, &ezSystemCalls::mLStatAt>(mCalls);
+    Take<SystemCall::Open, &ezSystemCalls::mOpenAt>(mCalls);
+    Take<SystemCall::Rename, &ezSystemCalls::mRenameAt>(mCalls);
+    Take<SystemCall::Unlink, &ezSystemCalls::mUnlinkAt>(mCalls);
     mCalls.mPRead = PRead;
     mCalls.mPWrite = PWrite;
     mCalls.mFSync = [](int) { return FaultySystem::Fails(SystemCall::FSync) ? -1 : 0; };

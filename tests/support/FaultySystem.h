@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// The kinds of system calls that can be made to fail.
+/// The kinds of system calls that can be made to fail, whether by a path or in a folder that is open.
 enum class SystemCall : std::size_t {
     Open,
     Close,

@@ -21,6 +21,7 @@ ScriptedSystem::Outcome Take(std::deque<ScriptedSystem::Outcome>& anOutcomes) {
 
 ScriptedSystem::ScriptedSystem() : mCalls(ezSystem_Real()) {
     mCalls.mOpen = sOpen;
+    mCalls.mOpenAt = sOpenAt;
     mCalls.mClose = sClose;
     mCalls.mStat = sStat;
     mCalls.mFStat = sFStat;
@@ -39,6 +40,12 @@ ScriptedSystem::~ScriptedSystem() {
 int ScriptedSystem::sOpen(const char* aPath, int aFlags, mode_t aMode) {
     ++gScript->mCounts.mOpen;
     return Take(gScript->mOpenOutcomes).mError != 0 ? -1 : ezSystem_Real().mOpen(aPath, aFlags, aMode);
+}
+
+int ScriptedSystem::sOpenAt(int aFolder, const char* aName, int aFlags, mode_t aMode) {
+    ++gScript->mCounts.mOpen;
+    return Take(gScript->mOpenOutcomes).mError != 0 ? -1
+                                                    : ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
 }
 
 int ScriptedSystem::sClose(int aFile) {

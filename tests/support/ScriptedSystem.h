@@ -16,7 +16,7 @@ public:
 
     struct Counts {
         std::size_t mLargestPRead = 0; ///< the most bytes that one pread was asked for
-        std::size_t mOpen = 0;
+        std::size_t mOpen = 0;         ///< in a folder that is open, too
         std::size_t mClose = 0;
         std::size_t mStat = 0;
         std::size_t mFStat = 0;
@@ -43,6 +43,7 @@ public:
 
 private:
     static int sOpen(const char* aPath, int aFlags, mode_t aMode);
+    static int sOpenAt(int aFolder, const char* aName, int aFlags, mode_t aMode);
     static int sClose(int aFile);
     static int sStat(const char* aPath, struct stat* aStatus);
     static int sFStat(int aFile, struct stat* aStatus);

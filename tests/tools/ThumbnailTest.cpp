@@ -213,6 +213,16 @@ TEST_F(ThumbnailTool, TheGenericPictureIsGivenOnlyWhereItIsAskedFor) {
     EXPECT_EQ(Thumbnail(damaged, {"--default"}), Line("JPEG, 160x160", kGeneric + "built"));
 }
 
+TEST_F(ThumbnailTool, AGenericPictureOfAnotherVersionOrSpeedIsNotServed) {
+    const std::string film = Film();
+    // As it is called by its class alone.
+    mFolder.Write("cache/ezcache/thumb_video_0_0_160_160_0_0_0.jpg", JpegOf(kRed));
+    EXPECT_EQ(Thumbnail(film, {"--default"}), Line("JPEG, 160x160", kGeneric + "built"));
+    EXPECT_EQ(Thumbnail(film, {"--default", "--fast"}), Line("JPEG, 160x160", kGeneric + "built"));
+    EXPECT_EQ(Thumbnail(film, {"--default", "--fast"}), Line("JPEG, 160x160", kGeneric + kCached));
+    EXPECT_EQ(Thumbnail(film, {"--default"}), Line("JPEG, 160x160", kGeneric + kCached));
+}
+
 TEST_F(ThumbnailTool, WhatIsNoMediaHasNone) {
     const std::string text = mFolder.Write("notes.unknown", "to do");
     for (const Words& more : {Words{}, Words{"--default"}}) {
@@ -319,6 +329,12 @@ TEST_F(ThumbnailTool, TheCacheLiesWhereCachesOfAPersonLie) {
     struct stat status = {};
     ASSERT_EQ(stat(mFolder.Path("xdg/ezannounce").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0700U);
+
+    EXPECT_EQ(run("XDG_CACHE_HOME=" + mFolder.Path("missing/caches"), home).mStatus, 0);
+    for (const char* made : {"missing", "missing/caches", "missing/caches/ezannounce"}) {
+        ASSERT_EQ(stat(mFolder.Path(made).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0700U) << made;
+    }
 
     const ProgramResult nowhere = run("XDG_CACHE_HOME", "HOME");
     EXPECT_EQ(nowhere.mStatus, 2);

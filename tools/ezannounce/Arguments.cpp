@@ -107,7 +107,8 @@ constexpr const char* kFooter =
     "Exit status: 0 all went well; 1 something could not be read or looked up, or a file that was named\n"
     "itself (not found in a folder) was not recognised, or a check found something, or a playlist has no "
     "such\n"
-    "entry, or there is no thumbnail or a file could not be written; 2 wrong usage.";
+    "entry, or there is no thumbnail, its cache cannot be used, or a file could not be written; 2 wrong "
+    "usage.";
 
 class HelpFormatter : public CLI::Formatter {
 public:

@@ -12,6 +12,14 @@ std::string FromEnvironment(const char* aName) {
     return value == nullptr ? "" : value;
 }
 
+void MakeFolders(const std::string& aPath) {
+    for (std::size_t end = 0; end != std::string::npos;) {
+        end = aPath.find('/', end + 1);
+        // Where it cannot be made the cache says so when it is used.
+        mkdir(aPath.substr(0, end).c_str(), kOnlyForThePerson);
+    }
+}
+
 } // namespace
 
 std::string FindCacheFolder(const ThumbnailOptions& anOptions) {
@@ -27,8 +35,6 @@ std::string FindCacheFolder(const ThumbnailOptions& anOptions) {
         caches = home + "/.cache";
     }
     std::string folder = caches + "/ezannounce";
-    // Where they cannot be made the cache says so when it is used.
-    mkdir(caches.c_str(), kOnlyForThePerson);
-    mkdir(folder.c_str(), kOnlyForThePerson);
+    MakeFolders(folder);
     return folder;
 }

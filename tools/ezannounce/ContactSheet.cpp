@@ -3,11 +3,16 @@
 #include "JpegPage.h"
 
 #include <algorithm>
+#include <fstream>
 
 namespace {
 
 constexpr unsigned char kWhite = 255;
 constexpr std::size_t kPixelBytes = 3;
+/// Tells a sheet from a picture of somebody's own.
+constexpr char kComment[] = "ezannounce contact-sheet";
+/// The comment stands within these bytes.
+constexpr std::size_t kHeadBytes = 4096;
 
 /// The page, row by row.
 class SheetRows : public RowSource {
@@ -76,5 +81,13 @@ SheetGrid::SheetGrid(std::size_t aCellCount) {
 std::string MakeContactSheet(const std::vector<std::string>& aThumbnails) {
     const SheetGrid grid(aThumbnails.size());
     SheetRows rows(aThumbnails, grid);
-    return WriteJpeg(grid.GetWidth(), grid.GetHeight(), rows);
+    return WriteJpeg(grid.GetWidth(), grid.GetHeight(), kComment, rows);
+}
+
+bool IsContactSheet(const std::string& aPath) {
+    std::string head(kHeadBytes, '\0');
+    std::ifstream file(aPath, std::ios::binary);
+    file.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(file.gcount()));
+    return HasJpegComment(head, kComment);
 }

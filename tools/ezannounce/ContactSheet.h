@@ -34,3 +34,6 @@ private:
 /// cell
 ///                     leaves its cell empty
 std::string MakeContactSheet(const std::vector<std::string>& aThumbnails);
+
+/// Whether a file is a page that MakeContactSheet made.
+bool IsContactSheet(const std::string& aPath);

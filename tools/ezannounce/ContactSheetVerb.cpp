@@ -6,6 +6,7 @@
 #include "Host.h"
 #include "PictureFacts.h"
 #include "SafeText.h"
+#include "SameFile.h"
 #include "Thumbnails.h"
 #include "Walk.h"
 #include "WholeFile.h"
@@ -25,12 +26,18 @@ class Gatherer : public WalkVisitor {
 public:
     Gatherer(const ThumbnailOptions& anOptions, const std::string& aCacheFolder, Host& aHost,
              Console& aConsole)
-        : mOptions(anOptions), mThumbnails(aCacheFolder), mHost(aHost), mConsole(aConsole) {}
+        : mOptions(anOptions),
+          mThumbnails(aCacheFolder, *anOptions.mOutput),
+          mHost(aHost),
+          mConsole(aConsole) {}
 
     void File(const std::string& aPath, const std::string& aFolder) override {
         mConsole.Progress(aFolder);
-        std::error_code ignored; // where there is no sheet yet
-        if (mfCacheFails || std::filesystem::equivalent(aPath, *mOptions.mOutput, ignored)) {
+        if (mfEnded) {
+            return;
+        }
+        if (IsSameFile(aPath, *mOptions.mOutput)) {
+            EndUnlessReplaceable(aPath);
             return;
         }
         if (mCells.size() == kMaxSheetCells) {
@@ -54,7 +61,8 @@ public:
     const std::vector<std::string>& GetCells() const { return mCells; }
     std::size_t GetLeftOut() const { return mLeftOut; }
     bool HasFailed() const { return mfFailed; }
-    bool HasCacheFailed() const { return mfCacheFails; }
+    /// There is nothing to be made: the cache cannot be used, or the sheet would replace a media.
+    bool HasEnded() const { return mfEnded; }
 
     std::string InWords() const {
         return std::to_string(mCells.size()) + " media, " + std::to_string(mGeneric) +
@@ -62,14 +70,27 @@ public:
     }
 
 private:
+    /// A sheet of before, an empty file and what is no media may go.
+    void EndUnlessReplaceable(const std::string& aPath) {
+        std::error_code ignored;
+        Announcement announcement;
+        std::string reason;
+        if (std::filesystem::file_size(aPath, ignored) == 0 || IsContactSheet(aPath) ||
+            (mHost.Announce(aPath, announcement, reason) && !announcement.mfRecognised)) {
+            return;
+        }
+        Problem(aPath, reason.empty() ? "is a media of the folder, and not replaced by its sheet" : reason);
+        mfEnded = true;
+    }
+
     void Add(const std::string& aPath, const ezMediaInfo& anInfo) {
         std::vector<std::string> ignored;
         const ThumbnailInfo request =
             ThumbnailRequest(aPath, anInfo.GetCString(kezInfo_MimeType, ""),
-                             anInfo.GetCString(kezInfo_DLNA, ""), mOptions, ignored);
+                             anInfo.GetCString(kezInfo_DLNA, ""), mOptions, *mOptions.mOutput, ignored);
         Thumbnail thumbnail = mThumbnails.Get(request, true);
         if (thumbnail.mBytes.empty() || thumbnail.mBytes.size() > kMaxThumbnailBytes) {
-            mfCacheFails = thumbnail.mfCacheFails; // then it is the same with all others
+            mfEnded = thumbnail.mfCacheFails; // then it is the same with all others
             Problem(aPath, thumbnail.mReason);
             return;
         }
@@ -87,7 +108,7 @@ private:
     std::size_t mFromCache = 0;
     std::size_t mLeftOut = 0;
     bool mfFailed = false;
-    bool mfCacheFails = false;
+    bool mfEnded = false;
 };
 
 bool WriteSheet(const Gatherer& aGatherer, const std::string& anOutput, Console& aConsole) {
@@ -120,7 +141,7 @@ int RunContactSheet(const Arguments& anArguments, Host& aHost, Console& aConsole
     }
     Gatherer gatherer(options, cacheFolder, aHost, aConsole);
     Walk(folder, gatherer);
-    if (gatherer.HasCacheFailed()) {
+    if (gatherer.HasEnded()) {
         return kExitSomeFailed;
     }
     if (gatherer.GetCells().empty()) {

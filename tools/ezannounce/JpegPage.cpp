@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int kQuality = 90;
+constexpr unsigned char kJpegStartOfScan = 0xDA;
 
 /// An error of the library ends in a jump over its frames, which hold nothing that has a destructor.
 struct JpegErrors {
@@ -86,7 +87,7 @@ public:
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
-    bool Begin(uint32 aWidth, uint32 aHeight) {
+    bool Begin(uint32 aWidth, uint32 aHeight, const std::string& aComment) {
         if (setjmp(mErrors.mEscape) != 0) {
             return false;
         }
@@ -99,6 +100,8 @@ public:
         jpeg_set_defaults(&mInfo); // YCbCr, 4:2:0
         jpeg_set_quality(&mInfo, kQuality, TRUE);
         jpeg_start_compress(&mInfo, TRUE);
+        jpeg_write_marker(&mInfo, JPEG_COM, reinterpret_cast<const JOCTET*>(aComment.data()),
+                          static_cast<unsigned>(aComment.size()));
         return true;
     }
 
@@ -155,9 +158,9 @@ bool ReadJpegPicture(const std::string& aBytes, uint32 aMaxSide, RgbPicture& aPi
     return reader.ReadRows(aPicture.mBytes.data());
 }
 
-std::string WriteJpeg(uint32 aWidth, uint32 aHeight, RowSource& aRows) {
+std::string WriteJpeg(uint32 aWidth, uint32 aHeight, const std::string& aComment, RowSource& aRows) {
     Writer writer;
-    if (!writer.Begin(aWidth, aHeight)) {
+    if (!writer.Begin(aWidth, aHeight, aComment)) {
         return {};
     }
     for (uint32 y = 0; y < aHeight; ++y) {
@@ -166,4 +169,20 @@ std::string WriteJpeg(uint32 aWidth, uint32 aHeight, RowSource& aRows) {
         }
     }
     return writer.End() ? writer.GetBytes() : std::string();
+}
+
+bool HasJpegComment(const std::string& aBytes, const std::string& aComment) {
+    constexpr std::size_t kHead =
+        4; // of a segment: 0xFF, which it is, and its length, the two bytes included
+    const auto byteAt = [&aBytes](std::size_t aPlace) { return static_cast<unsigned char>(aBytes[aPlace]); };
+    std::size_t place = 2; // behind the start of the image
+    while (place + kHead <= aBytes.size() && byteAt(place) == 0xFF && byteAt(place + 1) != kJpegStartOfScan) {
+        const std::size_t length = std::size_t{byteAt(place + 2)} << 8 | byteAt(place + 3);
+        if (byteAt(place + 1) == JPEG_COM && length == aComment.size() + 2 &&
+            aBytes.compare(place + kHead, aComment.size(), aComment) == 0) {
+            return true;
+        }
+        place += 2 + length;
+    }
+    return false;
 }

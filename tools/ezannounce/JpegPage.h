@@ -30,6 +30,9 @@ public:
     virtual const unsigned char* NextRow() = 0;
 };
 
-/// A baseline JPEG (4:2:0) of so many pixels, of which one row at a time is held; empty when it cannot be
-/// made.
-std::string WriteJpeg(uint32 aWidth, uint32 aHeight, RowSource& aRows);
+/// A baseline JPEG (4:2:0) of so many pixels, of which one row at a time is held, with a comment of at most
+/// 65,533 bytes; empty when it cannot be made.
+std::string WriteJpeg(uint32 aWidth, uint32 aHeight, const std::string& aComment, RowSource& aRows);
+
+/// Whether a JPEG has this comment before its picture; a part of the file up to there is enough.
+bool HasJpegComment(const std::string& aBytes, const std::string& aComment);

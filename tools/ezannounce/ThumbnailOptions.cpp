@@ -54,7 +54,8 @@ void DeclareThumbnailOptions(CLI::App& anApp, ThumbnailOptions& anOptions, Thumb
                    "thumbnail: where there is none, the generic picture of the media's class");
     anApp.add_flag("--fast", anOptions.mfFast, "thumbnail, contact-sheet: scale fast, at a lower quality");
     addText("--cache", anOptions.mCacheFolder, "DIR",
-            "thumbnail, contact-sheet: where thumbnails are kept (default ~/.cache/ezannounce)");
+            "thumbnail, contact-sheet: where thumbnails are kept (default $XDG_CACHE_HOME/ezannounce, else "
+            "~/.cache/ezannounce)");
 }
 
 std::string ReadThumbnailTexts(const ThumbnailTexts& aTexts, ThumbnailOptions& anOptions) {

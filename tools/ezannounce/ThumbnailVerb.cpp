@@ -5,21 +5,15 @@
 #include "Host.h"
 #include "PictureFacts.h"
 #include "SafeText.h"
+#include "SameFile.h"
 #include "Thumbnails.h"
 #include "WholeFile.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 
 namespace {
-
-bool IsSameFile(const std::string& aLeft, const std::string& aRight) {
-    std::error_code ignored; // of two that are not there, or one
-    return std::filesystem::equivalent(aLeft, aRight, ignored) && !ignored;
-}
 
 /// False, with an error line, where the thumbnail cannot be asked for.
 bool MakeRequest(const std::string& aPath, const ThumbnailOptions& anOptions, Host& aHost, Console& aConsole,
@@ -35,7 +29,7 @@ bool MakeRequest(const std::string& aPath, const ThumbnailOptions& anOptions, Ho
     }
     std::vector<std::string> originals;
     anInfo = ThumbnailRequest(aPath, announcement.mInfo->GetCString(kezInfo_MimeType, ""),
-                              announcement.mInfo->GetCString(kezInfo_DLNA, ""), anOptions, originals);
+                              announcement.mInfo->GetCString(kezInfo_DLNA, ""), anOptions, "", originals);
     originals.push_back(aPath);
     const bool fOriginal = std::any_of(originals.begin(), originals.end(), [&](const std::string& aFile) {
         return IsSameFile(aFile, *anOptions.mOutput);

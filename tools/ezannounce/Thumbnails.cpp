@@ -1,6 +1,7 @@
 #include "Thumbnails.h"
 
 #include "PictureFacts.h"
+#include "SameFile.h"
 #include "ThumbnailIdentity.h"
 
 #include "ezPlatform/base/Log.h"
@@ -10,6 +11,7 @@
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <sys/stat.h>
@@ -58,6 +60,51 @@ private:
     ThumbnailTrace& mTrace;
 };
 
+/// The pictures beside a media but for one.
+class SidecarsButOne : public SidecarThumbnailProvider {
+public:
+    SidecarsButOne(ezThumbnailGenerator* aGenerator, const std::string& aLeftOut)
+        : SidecarThumbnailProvider(aGenerator), mLeftOut(aLeftOut) {}
+
+    void GetNextPath(const ThumbnailInfo* anInfo) override {
+        do {
+            SidecarThumbnailProvider::GetNextPath(anInfo);
+        } while (SourceToTry() && IsLeftOut());
+    }
+
+private:
+    bool IsLeftOut() const {
+        const auto* file = dynamic_cast<const ezFileThumbnailSource*>(mTrySource);
+        return !mLeftOut.empty() && file != nullptr && IsSameFile(file->GetFullPath().c_str(), mLeftOut);
+    }
+
+    std::string mLeftOut;
+};
+
+/// Stands in the type of a request for a generic picture behind its class; no class has it.
+constexpr char kBehindClass[] = " ";
+
+/// The request for the generic picture of a media's class. The cache knows such a picture by the class in its
+/// type alone, so what else it depends on is written there.
+ThumbnailInfo GenericRequest(const ThumbnailInfo& anInfo) {
+    ThumbnailInfo info = anInfo;
+    info.mMimeType = anInfo.mMimeType.BeforeFirst('/') + kBehindClass + EZANNOUNCE_VERSION +
+                     (anInfo.mfFastRescale ? " fast" : "");
+    return info;
+}
+
+/// The generic pictures, for such requests.
+class GenericPictures : public DefaultThumbnailProvider {
+public:
+    using DefaultThumbnailProvider::DefaultThumbnailProvider;
+
+    bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) override {
+        ThumbnailInfo info = *anInfo;
+        info.mMimeType = anInfo->mMimeType.BeforeFirst(kBehindClass[0]);
+        return DefaultThumbnailProvider::BuildThumbnail(&info, aFile);
+    }
+};
+
 std::string ReadAll(ezFile& aFile) {
     const ezFileOffset length = aFile.LengthAtOpen();
     if (length <= 0 || length > INT_MAX) {
@@ -76,14 +123,14 @@ Provider* Thumbnails::NewProvider(Words... aWords) {
     return new Traced<Provider>(mTrace, mManager.GetThumbnailGenerator(), aWords...);
 }
 
-Thumbnails::Thumbnails(const std::string& aCacheFolder)
+Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut)
     : mCacheFolder(aCacheFolder),
       mCache(ezCString(aCacheFolder), kCacheBytes, kCacheFiles),
       mManager(&mCache, new PictureThumbnailGenerator) {
     mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));
     mManager.Add(NewProvider<CoverThumbnailProvider>());
-    mManager.Add(NewProvider<SidecarThumbnailProvider>());
-    mManager.SetDefaultProvider(NewProvider<DefaultThumbnailProvider>());
+    mManager.Add(NewProvider<SidecarsButOne>(aLeftOut));
+    mManager.SetDefaultProvider(NewProvider<GenericPictures>());
 }
 
 Thumbnails::~Thumbnails() = default;
@@ -152,15 +199,17 @@ Thumbnail Thumbnails::Get(const ThumbnailInfo& anInfo, bool afUseGeneric) {
     thumbnail.mfFromCache = !mTrace.mfAsked;
     if (!fOwn) {
         Explain(anInfo, false, thumbnail);
-        if (afUseGeneric && !thumbnail.mfCacheFails && !Fetch(anInfo, true, thumbnail)) {
-            Explain(anInfo, true, thumbnail);
+        const ThumbnailInfo generic = GenericRequest(anInfo);
+        if (afUseGeneric && !thumbnail.mfCacheFails && !Fetch(generic, true, thumbnail)) {
+            Explain(generic, true, thumbnail);
         }
     }
     return thumbnail;
 }
 
 ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeType, const ezCString& aDLNA,
-                               const ThumbnailOptions& anOptions, std::vector<std::string>& aSidecars) {
+                               const ThumbnailOptions& anOptions, const std::string& aLeftOut,
+                               std::vector<std::string>& aSidecars) {
     ThumbnailInfo info;
     info.mFilePath = ezPathName::MakeFilePath(ezCString(aPath));
     info.mMimeType = aMimeType;
@@ -176,6 +225,11 @@ ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeT
         info.mHeightMax = box.mHeight;
     }
     aSidecars = SidecarsOf(info);
+    aSidecars.erase(std::remove_if(aSidecars.begin(), aSidecars.end(),
+                                   [&aLeftOut](const std::string& aSidecar) {
+                                       return !aLeftOut.empty() && IsSameFile(aSidecar, aLeftOut);
+                                   }),
+                    aSidecars.end());
     info.mUniqueID = ThumbnailIdentity(info, aSidecars);
     return info;
 }

@@ -38,14 +38,16 @@ struct Thumbnail {
 /// generic pictures are a request of their own.
 class Thumbnails {
 public:
-    explicit Thumbnails(const std::string& aCacheFolder);
+    /// @param aLeftOut a picture that stands beside no media, whatever its name; "" for none
+    explicit Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut = "");
     ~Thumbnails();
     Thumbnails(const Thumbnails&) = delete;
     Thumbnails& operator=(const Thumbnails&) = delete;
 
     /// The thumbnail of a media.
     /// @param anInfo       what is asked for; identity and format included
-    /// @param afUseGeneric where the media has none, the picture of its class
+    /// @param afUseGeneric where the media has none, the picture of its class. It is cached by class, speed
+    ///                     and version of this tool
     Thumbnail Get(const ThumbnailInfo& anInfo, bool afUseGeneric);
 
 private:
@@ -64,6 +66,8 @@ private:
 };
 
 /// What is asked of the service for a media of this path and type.
+/// @param aLeftOut  no picture beside it, as with Thumbnails
 /// @param aSidecars of the media; receives the pictures beside it that could stand for it
 ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeType, const ezCString& aDLNA,
-                               const ThumbnailOptions& anOptions, std::vector<std::string>& aSidecars);
+                               const ThumbnailOptions& anOptions, const std::string& aLeftOut,
+                               std::vector<std::string>& aSidecars);

@@ -5,6 +5,7 @@
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
 #include <algorithm>
+#include <utility>
 
 IndexedPlaylistParser::IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace)
     : PlaylistParser(aPlace.GetParentURL()), mReader(aStream) {
@@ -33,20 +34,42 @@ bool IndexedPlaylistParser::AddEntry(std::uint64_t aPos, std::string_view aURI, 
     return !mfRefused;
 }
 
-void IndexedPlaylistParser::EnsureIndex() {
-    if (mfIndexed) {
+bool IndexedPlaylistParser::EnsureIndex() {
+    if (mfIndexed || !mfReadDue) {
+        return false;
+    }
+    ReadIndex();
+    return true;
+}
+
+void IndexedPlaylistParser::EnsureIndexAgain() {
+    // A stream that fails for good must not be read for each of a thousand requests.
+    if (!mfIndexed && mInVain++ >= mPatience) {
+        mInVain = 0;
+        mPatience = 2 * mPatience + 1;
+        ReadIndex();
+    }
+}
+
+void IndexedPlaylistParser::ReadIndex() {
+    mfReadDue = false;
+    if (!mReader.Seek(0)) {
         return;
     }
-    mRecords.Clear();
-    mByPosition.Clear();
-    mTexts.Clear();
+    GrowingBlock<Record> records = std::exchange(mRecords, {});
+    GrowingBlock<std::size_t> byPosition = std::exchange(mByPosition, {});
+    GrowingText texts = std::exchange(mTexts, {});
     mfRefused = false;
-    const bool fRead = mReader.Seek(0) && ReadEntries(mReader) && !mfRefused;
-    if (!SortByPosition()) {
-        mRecords.Clear(); // nothing finds its way in them
+    const bool fRead = ReadEntries(mReader) && !mfRefused;
+    const bool fSorted = SortByPosition();
+    mfIndexed = fRead && fSorted && !mReader.HasFailed();
+    if (!mfIndexed && (!fSorted || mRecords.Size() <= records.Size())) {
+        mRecords = std::move(records);
+        mByPosition = std::move(byPosition);
+        mTexts = std::move(texts);
         return;
     }
-    mfIndexed = fRead && !mReader.HasFailed(); // else the next look may see more
+    mPatience = 0;
 }
 
 bool IndexedPlaylistParser::SortByPosition() {
@@ -95,10 +118,15 @@ void IndexedPlaylistParser::Fill(std::size_t anIndex, PlaylistParserEntry* anEnt
 }
 
 void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
-    EnsureIndex();
+    const bool fRead = EnsureIndex();
+    std::size_t first = IndexFrom(mWalkPos);
+    if (!fRead && first == mRecords.Size()) {
+        EnsureIndexAgain();
+        first = IndexFrom(mWalkPos);
+    }
     const unsigned move = ++mMoves;
     bool fStop = false;
-    for (std::size_t i = IndexFrom(mWalkPos); i < mRecords.Size() && !fStop; ++i) {
+    for (std::size_t i = first; i < mRecords.Size() && !fStop; ++i) {
         PlaylistParserEntry entry;
         Fill(i, &entry);
         entry.mRelativeEntryIndex = mRelativeEntryIndex++;
@@ -108,13 +136,22 @@ void IndexedPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUs
 }
 
 bool IndexedPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
-    EnsureIndex();
-    return anEntryIndex < mRecords.Size() && FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+    if (!EnsureIndex() && anEntryIndex >= mRecords.Size()) {
+        EnsureIndexAgain();
+    }
+    if (anEntryIndex >= mRecords.Size()) {
+        return false;
+    }
+    const bool fIndexed = std::exchange(mfIndexed, true); // one look at the stream is enough for one entry
+    const bool fFetched = FetchEntryAtPos(mRecords[anEntryIndex].mPos, anEntry);
+    mfIndexed = fIndexed;
+    return fFetched;
 }
 
 bool IndexedPlaylistParser::SeekBytes(const ezuint64& aPos) {
     ++mMoves;
     mWalkPos = aPos.ToUInt64();
+    mfReadDue = mfReadDue || mWalkPos == 0;
     return PlaylistParser::SeekBytes(aPos);
 }
 

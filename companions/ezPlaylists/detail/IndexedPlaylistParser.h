@@ -11,9 +11,9 @@
 
 class PlaylistPlace;
 
-/// The base of the readers of formats that cannot be entered in the middle: reads the playlist once, at the
-/// first use, and keeps its entries. From then on every position is entered at the cost of a binary search,
-/// and the stream is not touched any more.
+/// The base of the readers of formats that cannot be entered in the middle: reads the playlist as a whole, at
+/// the first use, and keeps its entries. From then on every position is entered at the cost of a binary
+/// search; the stream is not touched any more, unless it failed.
 ///
 /// A concrete reader supplies ReadEntries, sets mMimeType, and has kMimeTypes, kExtensionList and sBuild for
 /// PlaylistParser::RegisterTo.
@@ -22,9 +22,10 @@ class PlaylistPlace;
 /// at the position that was sought, or else with the first in the bytes behind it; a position before all
 /// entries, and so 0, begins with the first to be played. Behind the last one there is no entry.
 ///
-/// What could be read of a playlist that is broken or too long stays as it is. Of one whose stream fails, or
-/// for which memory is refused, it serves the operation that met the failure (of a refusal that may be
-/// nothing); the next one reads the playlist again.
+/// What could be read of a playlist that is broken or too long stays as it is. So it does of one whose stream
+/// failed, or for which memory was refused (of that it may be nothing), but a walk that is begun anew at 0
+/// reads the playlist again first, and so does now and then a request for what was not read: after each in
+/// vain, twice as many go by. What a new read gives is taken when it is whole, or when it got further.
 class IndexedPlaylistParser : public PlaylistParser {
 public:
     ~IndexedPlaylistParser() override;
@@ -40,8 +41,8 @@ protected:
     /// @param aStream  borrowed, opened
     IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
 
-    /// Walks the whole playlist, called once while the stream does not fail, with the reader at byte 0, and
-    /// calls AddEntry for each entry in the order of playing. False when memory for it was refused.
+    /// Walks the whole playlist, with the reader at byte 0, and calls AddEntry for each entry in the order of
+    /// playing. Called once while the stream does not fail. False when memory for it was refused.
     virtual bool ReadEntries(PlaylistStreamReader& aReader) = 0;
 
     /// @param aPos  a byte of the playlist that belongs to this entry alone
@@ -63,7 +64,11 @@ private:
         uint32 mDuration;
     };
 
-    void EnsureIndex();
+    /// True when that read the playlist.
+    bool EnsureIndex();
+    void EnsureIndexAgain();
+    void ReadIndex();
+    /// False when memory for it was refused: nothing finds its way in the records then.
     bool SortByPosition();
     /// Which is played first of a walk from a position; the count when there is none.
     std::size_t IndexFrom(std::uint64_t aPos) const;
@@ -76,5 +81,8 @@ private:
     std::uint64_t mWalkPos = 0; ///< where the next walk begins
     unsigned mMoves = 0;        ///< seeks and walks: a walk ends when its callback made one
     bool mfRefused = false;     ///< memory for an entry
-    bool mfIndexed = false;
+    bool mfIndexed = false;     ///< whole, or as much as there will be
+    bool mfReadDue = true;      ///< unless it is indexed: nothing was read, or a walk begins anew
+    unsigned mPatience = 0;     ///< requests in vain that go by before the next one reads again
+    unsigned mInVain = 0;       ///< of these, those that went by
 };

@@ -30,7 +30,8 @@ inline constexpr std::size_t kPlaylist_KeptBehind = std::size_t{4} * 1024;
 inline constexpr std::size_t kPlaylist_HLSLook = std::size_t{64} * 1024;
 
 /// Entries of a playlist that has to be indexed, and bytes of their texts: what follows is left out. About
-/// 42 MiB at worst; the whole music library of a home takes a tenth.
+/// 42 MiB at worst, and twice that while a playlist whose stream failed is read again; the whole music
+/// library of a home takes a tenth.
 inline constexpr std::size_t kPlaylist_MaxIndexed = std::size_t{1} << 18;
 inline constexpr std::size_t kPlaylist_MaxIndexedText = std::size_t{32} * 1024 * 1024;
 

@@ -7,12 +7,12 @@
 
 /// Reads behind the bytes of the block.
 bool PictureReader::Append() {
-    if (mfEnd) {
+    if (mfEnd || mBlock == nullptr) {
         return false;
     }
     const std::size_t asked = kBlock - mCount;
     std::size_t count = asked;
-    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBlock + mCount, &count);
+    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBlock.get() + mCount, &count);
     const bool fBytes = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
     count = fBytes ? std::min(count, asked) : 0;
     mfEnd = status != ezStreamingStatus_NoError || count > mLeft;

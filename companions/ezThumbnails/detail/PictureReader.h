@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ezThumbnails/detail/Picture.h"
+
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/streams/Stream.h"
 
@@ -21,7 +23,7 @@ public:
     PictureReader& operator=(const PictureReader&) = delete;
 
     /// The bytes at hand, lent until Fill.
-    const unsigned char* GetData() const { return mBlock + mOffset; }
+    const unsigned char* GetData() const { return mBlock.get() + mOffset; }
     std::size_t GetCount() const { return mCount - mOffset; }
     /// Moves behind bytes at hand.
     void Skip(std::size_t aCount) { mOffset += aCount; }
@@ -41,5 +43,5 @@ private:
     std::size_t mCount = 0;
     std::size_t mOffset = 0;
     bool mfEnd = false;
-    unsigned char mBlock[kBlock] = {};
+    PictureBytes mBlock = NewPictureBytes(kBlock); ///< null without memory for it: nothing is read
 };

@@ -1,5 +1,7 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezPlatform/text/NUL.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <memory>
@@ -76,10 +78,18 @@ bool IsAnswer(int anError) {
     return anError == ENOENT || anError == ENOTDIR || anError == EACCES || anError == ELOOP;
 }
 
+DIR* OpenedFolder(const ezCString& aFolder) {
+    DIR* folder = nullptr;
+    do {
+        folder = opendir(aFolder.c_str());
+    } while (folder == nullptr && errno == EINTR);
+    return folder;
+}
+
 std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
                                bool* afFailed) {
     std::vector<Match> matches;
-    const std::unique_ptr<DIR, DirCloser> dir(opendir(aFolder.c_str()));
+    const std::unique_ptr<DIR, DirCloser> dir(OpenedFolder(aFolder));
     if (dir == nullptr) {
         *afFailed = *afFailed || !IsAnswer(errno);
         return matches;
@@ -123,7 +133,11 @@ std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed)
     std::vector<ezCString> paths;
     bool fFailed = false;
     const Place media(aMediaPath);
-    if (media.mName.empty()) {
+    if (afFailed != nullptr) {
+        *afFailed = false;
+    }
+    // A NUL would cut the path short, and pictures of another media be found.
+    if (media.mName.empty() || ezHasNUL(aMediaPath)) {
         return paths;
     }
     const auto look = [&fFailed](const ezCString& aPath, struct stat* aState) {

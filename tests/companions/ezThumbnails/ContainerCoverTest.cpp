@@ -1,5 +1,7 @@
 #include "CoverKit.h"
 
+#include "ezThumbnails/detail/CoverLimits.h"
+
 namespace {
 
 const std::string kFront = Jpeg("front");
@@ -211,6 +213,31 @@ TEST(OggCover, SizesThatLieAreRefused) {
     EXPECT_EQ(CoversOf(file(std::string(good).replace(10, 4, Little(0)))), Covers());
     // An absurd number ends with the packet.
     EXPECT_EQ(CoversOf(file(std::string(good).replace(10, 4, Little(0xFFFFFFFF)))), kFrontFound);
+}
+
+TEST(OggCover, CommentsBehindTooManyPagesAreNotReached) {
+    for (const std::uint32_t pages : {kCover_MaxPages, kCover_MaxPages + 1}) {
+        std::string file = VorbisHead(7);
+        for (std::uint32_t page = 2; page < pages; ++page) {
+            file += OggPage(5, 0, "\x81theora", true);
+        }
+        file += OggPage(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, kFront))}), true);
+        EXPECT_EQ(CoversOf(file), pages <= kCover_MaxPages ? kFrontFound : Covers()) << pages;
+    }
+}
+
+TEST(OggCover, APictureLargerThanWhatIsHeldIsNone) {
+    const std::size_t around = PictureOfFlac(3, "").size();
+    for (const std::size_t size : {kCover_MaxHeldSize / 4 * 3, kCover_MaxHeldSize / 4 * 3 + 3}) {
+        std::string picture = kFront;
+        picture.resize(size - around, 'x');
+        const std::string comment = PictureComment(PictureOfFlac(3, picture));
+        const bool fFits = comment.size() - comment.find('=') - 1 == kCover_MaxHeldSize;
+        EXPECT_EQ(fFits, size == kCover_MaxHeldSize / 4 * 3);
+        const std::string file = Vorbis({comment});
+        EXPECT_EQ(FindCover(FindOggCover, file).IsFound(), fFits);
+        EXPECT_TRUE(CoversOf(file) == (fFits ? Covers{"image/jpeg " + picture} : Covers())) << size;
+    }
 }
 
 TEST(OggCover, ADescriptionBeyondWhatIsDecodedAheadHasNoCover) {

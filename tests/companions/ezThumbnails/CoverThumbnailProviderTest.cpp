@@ -92,3 +92,27 @@ TEST(GatheredCoverSource, AnOffsetBeyondTheDecodedDataGivesNoStreamAndOneAtItsEn
     cover.mEncodedOffset = 6;
     EXPECT_EQ(GatheredCoverSource(path, cover).GetStream(), nullptr);
 }
+
+TEST(CoverThumbnailProvider, WithoutAGeneratorARequestOrAFileThereIsNone) {
+    const TemporaryFolder folder;
+    ThumbnailTrace trace;
+    ScriptedGenerator generator(trace);
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(
+        Bytes(folder.Write("song.mp3", ID3(3, 0, Frame23("APIC", Apic(3, Jpeg("front")))))));
+    ezFile file;
+    CoverThumbnailProvider without(nullptr);
+    EXPECT_EQ(without.GetPossibleThumbnailFor(&info), kNoThumbnailID);
+    EXPECT_FALSE(without.BuildThumbnail(&info, &file));
+    CoverThumbnailProvider provider(&generator);
+    EXPECT_EQ(provider.GetPossibleThumbnailFor(nullptr), kNoThumbnailID);
+    EXPECT_FALSE(provider.BuildThumbnail(nullptr, &file));
+    EXPECT_FALSE(provider.BuildThumbnail(&info, nullptr));
+    provider.GetFirstPath(&info);
+    EXPECT_TRUE(provider.SourceToTry());
+    provider.GetFirstPath(nullptr);
+    EXPECT_FALSE(provider.SourceToTry());
+    provider.GetNextPath(nullptr);
+    EXPECT_FALSE(provider.SourceToTry());
+    EXPECT_TRUE(trace.empty());
+}

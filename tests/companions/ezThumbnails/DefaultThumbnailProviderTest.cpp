@@ -90,3 +90,20 @@ TEST(DefaultThumbnailProvider, WhatTheGeneratorDoesNotMakeOfAPNGIsNotPossible) {
     EXPECT_EQ(provider.GetPossibleThumbnailFor(&info), kNoThumbnailID);
     generator.reset(); // dies first, and the provider does not mind
 }
+
+TEST(DefaultThumbnailProvider, WithoutAGeneratorARequestOrAFileThereIsNone) {
+    ThumbnailTrace trace;
+    ScriptedGenerator generator(trace);
+    ThumbnailInfo info;
+    ezFile file;
+    DefaultThumbnailProvider without(nullptr);
+    EXPECT_EQ(without.GetPossibleThumbnailFor(&info), kNoThumbnailID);
+    EXPECT_FALSE(without.BuildThumbnail(&info, &file));
+    DefaultThumbnailProvider provider(&generator);
+    EXPECT_FALSE(provider.BuildThumbnail(nullptr, &file));
+    EXPECT_FALSE(provider.BuildThumbnail(&info, nullptr));
+    EXPECT_TRUE(trace.empty());
+    ezThumbnailProviderManager manager(nullptr, nullptr);
+    manager.SetDefaultProvider(new DefaultThumbnailProvider(manager.GetThumbnailGenerator()));
+    EXPECT_EQ(manager.GetPossibleThumbnailFor(&info), kNoThumbnailID);
+}

@@ -440,4 +440,15 @@ TEST_F(ThumbnailGenerator, FailsWhenThereIsNoMemoryForTheResult) {
     }
 }
 
+TEST_F(ThumbnailGenerator, WithoutARequestASourceOrAFileThereIsNoThumbnail) {
+    const BytesSource source(MakeJpeg(Quarters(40, 30, kRGBW), JCS_RGB));
+    ezFile file;
+    ASSERT_TRUE(file.Create(Bytes(mFolder.Path("out")), true, ezFileAccessMode_ReadWrite));
+    EXPECT_FALSE(mGenerator.BuildThumbnail(nullptr, &source, &file));
+    EXPECT_FALSE(mGenerator.BuildThumbnail(&mInfo, nullptr, &file));
+    EXPECT_FALSE(mGenerator.BuildThumbnail(&mInfo, &source, nullptr));
+    EXPECT_EQ(file.LengthAtOpen(), 0);
+    EXPECT_TRUE(mGenerator.BuildThumbnail(&mInfo, &source, &file));
+}
+
 } // namespace

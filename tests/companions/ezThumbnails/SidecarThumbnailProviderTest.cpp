@@ -151,3 +151,38 @@ TEST(SidecarThumbnailProvider, BuildsFromTheFirstThatConvertsWithTheTypeOfItsExt
     EXPECT_FALSE(provider.CanProvideThumbnailFor(&info));
     EXPECT_FALSE(provider.SourceToTry());
 }
+
+TEST(SidecarThumbnailProvider, WithoutAGeneratorARequestOrAFileThereIsNone) {
+    const Folder folder({"film.mkv", "film.jpg", "cover.jpg"});
+    ThumbnailTrace trace;
+    ScriptedGenerator generator(trace);
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.mFolder.Path("film.mkv")));
+    ezFile file;
+    SidecarThumbnailProvider without(nullptr);
+    EXPECT_EQ(without.GetPossibleThumbnailFor(&info), kNoThumbnailID);
+    EXPECT_FALSE(without.BuildThumbnail(&info, &file));
+    SidecarThumbnailProvider provider(&generator);
+    EXPECT_EQ(provider.GetPossibleThumbnailFor(nullptr), kNoThumbnailID);
+    EXPECT_FALSE(provider.BuildThumbnail(nullptr, &file));
+    EXPECT_FALSE(provider.BuildThumbnail(&info, nullptr));
+    provider.GetFirstPath(&info);
+    EXPECT_TRUE(provider.SourceToTry());
+    provider.GetNextPath(nullptr);
+    EXPECT_FALSE(provider.SourceToTry());
+    provider.GetFirstPath(nullptr);
+    EXPECT_FALSE(provider.SourceToTry());
+    EXPECT_TRUE(trace.empty());
+}
+
+TEST(Sidecars, AMediaWithANULOrWithoutANameHasNone) {
+    const Folder folder({"film", "film.jpg", "cover.jpg"});
+    EXPECT_EQ(folder.Tried("film"), (Names{"film.jpg", "cover.jpg"}));
+    for (const std::string& media :
+         {folder.mFolder.Path(std::string("film\0.mkv", 9)),
+          folder.mFolder.GetPath() + std::string("\0/x/film", 9), folder.mFolder.Path(""), std::string()}) {
+        bool fFailed = true;
+        EXPECT_TRUE(FindSidecars(Bytes(media), &fFailed).empty());
+        EXPECT_FALSE(fFailed);
+    }
+}

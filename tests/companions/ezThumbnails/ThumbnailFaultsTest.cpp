@@ -370,10 +370,11 @@ void ExpectWholeOrNothing(const Item& anItem, Cache aCache, bool afUseDefault = 
 } // namespace
 
 TEST(ThumbnailFaults, PictureBesideTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
+    // The last that is opened is the cache's folder: without it the thumbnail is not kept.
     ExpectOutcomes(
         Get<FaultySystem>(kFilm, Cache::Empty),
-        {{SystemCall::Open, "1-4: " + kNothing, "1-4: " + kNothing},
-         {SystemCall::Close, "1-2: " + kThumbnail, "1-2: " + kThumbnail},
+        {{SystemCall::Open, "1-5: " + kNothing + "6: " + kThumbnail, "1-5: " + kNothing + "6: " + kThumbnail},
+         {SystemCall::Close, "1-4: " + kThumbnail, "1-4: " + kThumbnail},
          {SystemCall::Stat, "1: " + kNothing + "2-5: " + kThumbnail,
           "1-2: " + kNothing + "3-5: " + kThumbnail},
          {SystemCall::FStat, "1: " + kThumbnail + "2: " + kNothing + "3: " + kThumbnail,
@@ -387,7 +388,9 @@ TEST(ThumbnailFaults, PictureBesideTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
          {SystemCall::FUTimens, "1: " + kThumbnail, "1: " + kThumbnail},
          {SystemCall::FLock, "1: " + kThumbnail, "1: " + kThumbnail},
          {SystemCall::OpenDir, "1: " + kThumbnail, "1: " + kThumbnail},
-         {SystemCall::Memory, "1-5: " + kNothing, "1-5: " + kNothing},
+         {SystemCall::ReadDir, "1-3: " + kThumbnail, "1-3: " + kThumbnail},
+         {SystemCall::CloseDir, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::Memory, "1-6: " + kNothing, "1-6: " + kNothing},
          {SystemCall::Mkdir, Mkdirs(false), Mkdirs(true)}});
 }
 
@@ -395,8 +398,9 @@ TEST(ThumbnailFaults, CoverInTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
     // Of the finders of covers the first finds none in this file, and may fail.
     ExpectOutcomes(
         Get<FaultySystem>(kSong, Cache::Empty),
-        {{SystemCall::Open, "1-3: " + kNothing + "4: " + kThumbnail + "5-6: " + kNothing, "1-6: " + kNothing},
-         {SystemCall::Close, "1-4: " + kThumbnail, "1-4: " + kThumbnail},
+        {{SystemCall::Open, "1-4: " + kNothing + "5: " + kThumbnail + "6-7: " + kNothing + "8: " + kThumbnail,
+          "1-7: " + kNothing + "8: " + kThumbnail},
+         {SystemCall::Close, "1-6: " + kThumbnail, "1-6: " + kThumbnail},
          {SystemCall::Stat, "1: " + kNothing + "2-5: " + kThumbnail,
           "1-2: " + kNothing + "3-5: " + kThumbnail},
          {SystemCall::FStat, "1-2: " + kThumbnail + "3-4: " + kNothing + "5: " + kThumbnail,
@@ -411,7 +415,9 @@ TEST(ThumbnailFaults, CoverInTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
          {SystemCall::FUTimens, "1: " + kThumbnail, "1: " + kThumbnail},
          {SystemCall::FLock, "1: " + kThumbnail, "1: " + kThumbnail},
          {SystemCall::OpenDir, "1: " + kThumbnail, "1: " + kThumbnail},
-         {SystemCall::Memory, "1-5: " + kNothing, "1-5: " + kNothing},
+         {SystemCall::ReadDir, "1-3: " + kThumbnail, "1-3: " + kThumbnail},
+         {SystemCall::CloseDir, "1: " + kThumbnail, "1: " + kThumbnail},
+         {SystemCall::Memory, "1-6: " + kNothing, "1-6: " + kNothing},
          {SystemCall::Mkdir, Mkdirs(false), Mkdirs(true)}});
 }
 
@@ -426,19 +432,26 @@ TEST(ThumbnailFaults, ThumbnailOfTheCacheComesWholeOrNotAndStays) {
 }
 
 TEST(ThumbnailFaults, FolderThatCannotBeListedIsNotOneWithoutPictures) {
-    // The cache's folder is looked through first. The media's is listed to tell what is possible and again
+    // The cache's folder is read through first. The media's is listed to tell what is possible and again
     // for the build: trouble with the first leaves it to the second.
     ExpectOutcomes(Get<DirectFaults>(kFilm, Cache::Empty),
                    {{SystemCall::Stat,
                      "1: " + kNothing + "2-5: " + kThumbnail + "6-7: " + kNothing + "8-9: " + kThumbnail,
                      "1-7: " + kNothing + "8-9: " + kThumbnail},
-                    {SystemCall::OpenDir, "1-2: " + kThumbnail + "3: " + kNothing, "1-3: " + kNothing},
-                    {SystemCall::ReadDir, "1-5: " + kThumbnail + "6-10: " + kNothing, "1-10: " + kNothing}});
+                    {SystemCall::OpenDir, "1: " + kThumbnail + "2: " + kNothing, "1-2: " + kNothing},
+                    {SystemCall::ReadDir, "1-8: " + kThumbnail + "9-13: " + kNothing, "1-13: " + kNothing}});
+}
+
+TEST(ThumbnailFaults, FolderWhoseOpeningIsInterruptedIsListedAllTheSame) {
+    FaultManner manner;
+    manner.mCall = SystemCall::OpenDir;
+    manner.mError = EINTR;
+    EXPECT_EQ(SweepFaults(manner, Get<DirectFaults>(kFilm, Cache::Empty)), "1-2: " + kThumbnail);
 }
 
 TEST(ThumbnailFaults, MemoryThatIsRefusedGivesNothingAndThenTheThumbnail) {
-    EXPECT_EQ(ExpectSwept(kPicture, SystemCall::Memory, kNothing), 14U);
-    EXPECT_EQ(ExpectSwept(kStuffedSong, SystemCall::Memory, kNothing), 15U);
+    EXPECT_EQ(ExpectSwept(kPicture, SystemCall::Memory, kNothing), 15U);
+    EXPECT_EQ(ExpectSwept(kStuffedSong, SystemCall::Memory, kNothing), 16U);
 }
 
 TEST(ThumbnailFaults, MemoryThatTheCodecIsRefusedGivesNothingAndThenTheThumbnail) {

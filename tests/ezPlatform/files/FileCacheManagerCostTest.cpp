@@ -24,9 +24,9 @@ std::size_t sLooks = 0; ///< at the state of a path
 /// Counts them, and waits for no disk.
 void CountLooks(ezSystemCalls& aCalls) {
     WithoutSync(aCalls);
-    aCalls.mLStat = [](const char* aPath, struct stat* aStatus) {
+    aCalls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
         ++sLooks;
-        return ezSystem_Real().mLStat(aPath, aStatus);
+        return ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
     };
 }
 

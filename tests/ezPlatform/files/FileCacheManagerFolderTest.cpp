@@ -87,9 +87,9 @@ TEST_F(FileCacheManagerFolder, APlaceThatCannotBeLookedAtMayBeALinkAndIsLookedAt
     static bool sfFails;
     sfFails = true;
     ezSystemCalls calls = ezSystem_Real();
-    calls.mLStat = [](const char* aPath, struct stat* aStatus) {
+    calls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
         errno = EIO;
-        return sfFails ? -1 : ezSystem_Real().mLStat(aPath, aStatus);
+        return sfFails ? -1 : ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
     };
     ezSystem_Replace(&calls);
     const std::string first = Ask("a");
@@ -298,8 +298,8 @@ TEST_F(FileCacheManagerFolder, TwoFillingsOfOneNameSinceTheLastLookCountOnce) {
 TEST_F(FileCacheManagerFolder, TheVeryLastTimeThereIsIsFollowedByNone) {
     mFolder.Write("cache/ezcache/a", "x");
     ezSystemCalls calls = ezSystem_Real();
-    calls.mLStat = [](const char* aPath, struct stat* aStatus) {
-        const int result = ezSystem_Real().mLStat(aPath, aStatus);
+    calls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
+        const int result = ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
         aStatus->st_mtim.tv_sec = std::numeric_limits<decltype(aStatus->st_mtim.tv_sec)>::max();
         aStatus->st_mtim.tv_nsec = 999999999;
         return result;
@@ -365,7 +365,7 @@ TEST_F(FileCacheManagerFolder, AFileReportedBadThatIsGoneTakesNothingAway) {
     static int sUnlinked;
     sUnlinked = 0;
     ezSystemCalls calls = ezSystem_Real();
-    calls.mUnlink = [](const char*) {
+    calls.mUnlinkAt = [](int, const char*) {
         ++sUnlinked;
         return 0;
     };
@@ -382,8 +382,8 @@ TEST_F(FileCacheManagerFolder, AFileReportedBadDoesNotTakeTheNameOfOneOnAnotherD
     const FileOwner file(mCache.OpenCachedFile("a", &fNew, 0));
     ASSERT_TRUE(file != nullptr && !fNew);
     ezSystemCalls calls = ezSystem_Real();
-    calls.mLStat = [](const char* aPath, struct stat* aStatus) {
-        const int result = ezSystem_Real().mLStat(aPath, aStatus);
+    calls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
+        const int result = ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
         ++aStatus->st_dev;
         return result;
     };

@@ -464,7 +464,8 @@ int Fails(Arguments...) {
 TEST_F(FileCacheManager, AFullDiskWhereAFileIsMadeGivesNull) {
     Fill("a.jpg", "picture");
     ScriptedSystem system;
-    system.mOpenOutcomes = {{ENOENT}, {0}, {ENOSPC}}; // the request, a look for what was left, the new file
+    // The request, the folder, a look for what was left, the new file.
+    system.mOpenOutcomes = {{ENOENT}, {0}, {0}, {ENOSPC}};
     const std::unique_ptr<ezFileCacheManager> cache = Make();
     mFolder.Write("cache/ezcache/.fill-1-1-1-1", "left");
     EXPECT_EQ(Ask(*cache, "b.jpg"), "<null>");
@@ -537,9 +538,9 @@ TEST_F(FileCacheManager, ContentIsOnTheDiskBeforeItHasItsName) {
             sOrder += "sync ";
             return ezSystem_Real().mFSync(aFile);
         };
-        aCalls.mRename = [](const char* aFrom, const char* aTo) {
+        aCalls.mRenameAt = [](int aFolder, const char* aFrom, const char* aTo) {
             sOrder += "rename ";
-            return ezSystem_Real().mRename(aFrom, aTo);
+            return ezSystem_Real().mRenameAt(aFolder, aFrom, aTo);
         };
     });
     Fill("a.jpg", "picture");
@@ -548,7 +549,7 @@ TEST_F(FileCacheManager, ContentIsOnTheDiskBeforeItHasItsName) {
 
 TEST_F(FileCacheManager, WhatCannotBePutInPlaceIsHandedOutAllTheSame) {
     const ReplacedSystem system(
-        [](ezSystemCalls& aCalls) { aCalls.mRename = Fails<EACCES, const char*, const char*>; });
+        [](ezSystemCalls& aCalls) { aCalls.mRenameAt = Fails<EACCES, int, const char*, const char*>; });
     const FileOwner file = Fill("a.jpg", "picture");
     EXPECT_EQ(Content(*file), "picture");
     EXPECT_EQ(Names(), (::Names{}));
@@ -558,7 +559,7 @@ TEST_F(FileCacheManager, WhereNothingCanBeLockedMarkedOrListedTheCacheStillServe
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
         aCalls.mFLock = Fails<ENOLCK, int, int>;
         aCalls.mFUTimens = Fails<EPERM, int, const struct timespec*>;
-        aCalls.mOpenDir = [](const char*) -> DIR* {
+        aCalls.mOpenDir = [](int) -> DIR* {
             errno = EACCES;
             return nullptr;
         };
@@ -571,7 +572,8 @@ TEST_F(BoundedFileCacheManager, FilesThatCannotBeRemovedDoNotHoldTheCacheUp) {
     for (const char* name : {"a", "b", "c"}) {
         Fill(name, "x");
     }
-    const ReplacedSystem system([](ezSystemCalls& aCalls) { aCalls.mUnlink = Fails<EACCES, const char*>; });
+    const ReplacedSystem system(
+        [](ezSystemCalls& aCalls) { aCalls.mUnlinkAt = Fails<EACCES, int, const char*>; });
     Fill("d", "x");
     EXPECT_EQ(Ask("d"), "x");
 }

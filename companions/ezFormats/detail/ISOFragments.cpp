@@ -112,8 +112,8 @@ private:
     Track mVideo;
     std::uint64_t mIndexed = 0; ///< microseconds
     std::uint64_t mPosition = 0;
-    std::uint32_t mCount = 0;           ///< fragments read, or told of by an index
-    std::uint64_t mLargestBox = 0;      ///< bytes of the largest that was stepped over
+    std::uint32_t mCount = 0;      ///< fragments read, or told of by an index
+    std::uint64_t mLargestBox = 0; ///< bytes of the largest that was stepped over, from the first fragment on
     std::uint64_t mExpectedSamples = 0; ///< bytes that the last fragment states, where no box has followed it
 };
 
@@ -204,7 +204,9 @@ void FragmentReading::Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragmen
     BoxType type;
     ByteReader content(mBytes);
     while (mCount < aMaxFragments && Next(mPosition, &type, &content)) {
-        mLargestBox = std::max(mLargestBox, content.GetEnd() - mPosition);
+        if (mCount != 0) {
+            mLargestBox = std::max(mLargestBox, content.GetEnd() - mPosition);
+        }
         mPosition = content.GetEnd();
         mExpectedSamples = 0;
         if (type == "moof") {

@@ -408,6 +408,11 @@ TEST(ISOMediaParser, ADamagedSizeAmongTheFragmentsIsNotTheEndOfTheFile) {
             EXPECT_LE(std::stoi(ValueOf(record, "du")), 47) << place;
         }
     }
+    // However large the box of samples is that stands before the fragments.
+    std::string hybrid = start + Box("mdat", std::string(50000, '.')) + file.substr(start.size());
+    hybrid.replace(start.size() + 50008 + 35 * fragment.size() + sizePlace, 1, "\x7F");
+    EXPECT_EQ(ValueOf(Parsed(hybrid), "md"),
+              "\"estimate: the first fragments, by their share of the bytes\"");
     // One that is cut is counted up to there, wherever that is.
     for (const std::size_t left : {std::size_t{1}, std::size_t{7}, std::size_t{8}, std::size_t{60}, sizePlace,
                                    sizePlace + 3, sizePlace + 8, sizePlace + 4000}) {

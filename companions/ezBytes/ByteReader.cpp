@@ -6,7 +6,8 @@
 
 unsigned char ByteReader::Next() {
     unsigned char byte = 0;
-    if (!Require(mPosition < mEnd && mBytes->Get(mPosition, &byte))) {
+    // A source that has failed is not asked again: a live one may wait each time.
+    if (mfFailed || !Require(mPosition < mEnd && mBytes->Get(mPosition, &byte))) {
         return 0;
     }
     ++mPosition;
@@ -28,8 +29,11 @@ const unsigned char* ByteReader::TakeAtHand(std::size_t aCount) {
     if (mfUnsynchronised || aCount == 0 || aCount > GetLeft()) {
         return nullptr;
     }
-    if (mBytes->LendAtHand(mPosition, &bytes) < aCount && mBytes->Lend(mPosition, &bytes) < aCount) {
-        return nullptr;
+    if (mBytes->LendAtHand(mPosition, &bytes) < aCount) {
+        const std::size_t count = mBytes->Lend(mPosition, &bytes);
+        if (!Require(count != 0) || count < aCount) {
+            return nullptr;
+        }
     }
     mPosition += aCount;
     return bytes;

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 /// Reads numbers and texts of a range of bytes. What goes beyond the range fails and gives 0, and from then
-/// on everything does: whoever reads a header asks once, in the end.
+/// on everything does, without a question to the source: whoever reads a header asks once, in the end.
 class ByteReader {
 public:
     /// All of aBytes, borrowed.
@@ -88,7 +88,8 @@ private:
                std::uint32_t{aBytes[2]} << 8 | aBytes[3];
     }
     /// The next bytes where the source has all of them at hand, and none is stuffing: lent until the next
-    /// call, and passed. Else null, and nothing is passed: byte by byte there may be some.
+    /// call, and passed. Else null, and nothing is passed: byte by byte there may be some, unless the reader
+    /// has failed.
     const unsigned char* TakeAtHand(std::size_t aCount);
     /// Where not all of the bytes are at hand yet, or some may be stuffing.
     std::uint64_t ReadBigAcross(unsigned aByteCount);

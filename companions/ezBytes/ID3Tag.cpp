@@ -12,7 +12,6 @@ struct FrameFlags {
     unsigned mUnsynchronised;
     unsigned mHasDataLength; ///< four bytes follow
 };
-constexpr std::uint64_t kFlagsSize = 2; ///< from 2.3 on
 constexpr FrameFlags kFlags23 = {0xC0, 0x20, 0, 0};
 constexpr FrameFlags kFlags24 = {0x0C, 0x40, 0x02, 0x01};
 
@@ -69,11 +68,11 @@ void ID3Frames::SkipExtendedHeader() {
     }
 }
 
-/// True when a frame whose flags are to be read next, of a size, is followed by another, by padding, or by
+/// True when a frame whose body is to be read next, of a size, is followed by another, by padding, or by
 /// nothing.
 bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
     ByteReader behind = mFrames;
-    behind.Skip(kFlagsSize + aSize);
+    behind.Skip(aSize);
     if (behind.HasFailed() || behind.GetLeft() == 0) {
         return !behind.HasFailed();
     }
@@ -82,24 +81,24 @@ bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
     return !id.IsEmpty() && (id.View().front() == '\0' || (id.View().size() == 4 && IsFrameID(id)));
 }
 
-/// The size of a frame of 2.4.
-std::uint64_t ID3Frames::ReadSize24() {
-    const std::uint32_t plain = mFrames.ReadBig32();
-    if ((plain & 0x80808080U) != 0) {
-        return plain;
+/// The size of a frame of 2.4 whose body is to be read next, from what its header states.
+std::uint64_t ID3Frames::SizeOf24(std::uint32_t aStated) const {
+    if ((aStated & 0x80808080U) != 0) {
+        return aStated;
     }
-    const std::uint32_t size =
-        (plain & 0x7FU) | (plain & 0x7F00U) >> 1 | (plain & 0x7F0000U) >> 2 | (plain & 0x7F000000U) >> 3;
-    return size == plain || LeadsOn(size) || !LeadsOn(plain) ? size : plain;
+    const std::uint32_t size = (aStated & 0x7FU) | (aStated & 0x7F00U) >> 1 | (aStated & 0x7F0000U) >> 2 |
+                               (aStated & 0x7F000000U) >> 3;
+    return size == aStated || LeadsOn(size) || !LeadsOn(aStated) ? size : aStated;
 }
 
 /// Reads the header of a frame; the reader of its body is a failed one where the frames end.
 ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     aFrame->mID = mFrames.ReadText(mVersion == 2 ? 3 : 4);
     mFrames.Require(IsFrameID(aFrame->mID)); // padding begins with a zero
-    const std::uint64_t size = mVersion == 4 ? ReadSize24() : mFrames.ReadBig(mVersion == 2 ? 3 : 4);
+    const auto stated = static_cast<std::uint32_t>(mFrames.ReadBig(mVersion == 2 ? 3 : 4));
     aFrame->mFlags = mVersion == 2 ? 0 : static_cast<unsigned>(mFrames.ReadBig(2));
-    return mFrames.Take(size);
+    // Only now, when all of this header has been read: the look behind the frame leaves the bytes at hand.
+    return mFrames.Take(mVersion == 4 ? SizeOf24(stated) : stated);
 }
 
 /// Steps over what the flags put before a frame's content. False when the content cannot be read.

@@ -37,7 +37,7 @@ private:
     struct Frame;
 
     ByteReader ReadFrame(Frame* aFrame);
-    std::uint64_t ReadSize24();
+    std::uint64_t SizeOf24(std::uint32_t aStated) const;
     bool LeadsOn(std::uint64_t aSize) const;
     bool OpenFrame(ByteReader& aBody, unsigned aFlags) const;
     void SkipExtendedHeader();

@@ -35,7 +35,7 @@ public:
 protected:
     /// What one parse may cost, whatever the file holds.
     struct Budget {
-        std::uint32_t mReads; ///< reads of the stream, each with a seek before it
+        std::uint32_t mReads; ///< blocks, each a seek and a read, and further reads where one comes short
         std::uint64_t mBytes; ///< bytes that these may bring in all
     };
 

@@ -9,8 +9,8 @@
 /// (HEIF, AVIF, JPEG 2000, raw photos) are refused. The MIME type follows from brand and tracks: a file of
 /// QuickTime is video/quicktime whatever it holds, there is no other type for it.
 ///
-/// Facts are those of the first enabled track of audio and of video. Covers, and the pictures of chapters
-/// (less than one JPEG or PNG a second), are no video. The codec of encrypted samples is named
+/// Facts are those of the first enabled track of audio and of video. Covers (a lone JPEG or PNG), and the
+/// pictures of chapters (less than one a second), are no video. The codec of encrypted samples is named
 /// "encrypted:" and the plain one, which no rule meets. Sampling rate and channels are what is heard: with
 /// band replication or parametric stereo, when the file announces these, the doubled ones. Width and height
 /// are those of the cropped picture.
@@ -26,13 +26,14 @@
 /// The duration is the longest that the movie's header and the enabled tracks tell, or all of them where none
 /// is enabled, edit lists applied; a track whose header leaves it open tells it by the times of its samples.
 /// With fragments it is that of their header ("mehd"), else of their indices ("sidx"), both "header"; else it
-/// is "counted" over up to 48 fragments, and where there are more, estimated by their share of the bytes and
-/// an eighth more.
+/// is "counted" over up to 48 fragments, and where there are more, or a damaged size hides the rest,
+/// estimated by their share of the bytes and an eighth more.
 ///
 /// Texts are those of iTunes, else of 3GPP, else of QuickTime.
 ///
-/// One parse costs at most 96 reads, each with a seek, and 1 MiB. A film of any size with "moov" at its end
-/// costs about ten: the start, the end, and one for each jump over a table.
+/// One parse costs at most 96 reads, each with a seek, and 1 MiB; a source that gives less at a time than it
+/// is asked for takes more reads for the same bytes. A film of any size with "moov" at its end costs about
+/// ten: the start, the end, and one for each jump over a table.
 class EZFORMATS_API ISOMediaParser : public FormatParser {
 public:
     /// @param aRules  decide the profile that a media is announced with; not null, shared

@@ -212,6 +212,9 @@ bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo
 bool JPEGParser::ReadComponents(Walk& aWalk, JPEGComponents* aComponents) const {
     ByteReader& frame = aWalk.mContent;
     const unsigned count = frame.ReadByte();
+    if (frame.HasFailed()) {
+        return RefuseCut(aWalk.mBytes, "the components of the frame header");
+    }
     const std::uint64_t left = frame.GetLeft();
     for (std::size_t i = 0; i < count && i < JPEGComponents::kMaximum; ++i) {
         const unsigned id = frame.ReadByte();

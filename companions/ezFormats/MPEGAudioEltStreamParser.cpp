@@ -19,8 +19,6 @@ constexpr uint32 kOffsetVBRI = kMPEGAudioHeaderSize + 32;
 
 constexpr uint32 kHashBase = 0x01000193; ///< odd, with bits far apart
 
-constexpr std::array<const char*, 4> kCodecs = {"", "MP1", "MP2", "MP3"};
-
 uint32 PaddingOf(uint32 aWord) {
     ezMPEGAudioHeader header;
     return ezMPEGAudioHeader_Read(aWord, header) && header.mfPadded ? header.mSlotSize : 0;
@@ -137,7 +135,7 @@ void MPEGAudioEltStreamParser::Fill(ezMediaInfo& anInfo, uint32 aPosition, uint3
                                                 mSeen->mVBRI == aPosition + kOffsetVBRI);
     const bool fStated = header.mBitRate != 0 && header.mBitRate == next.mBitRate && !fTagged;
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
-    anInfo.Set(kezInfo_AudioCodec, kCodecs[header.mLayer], true);
+    anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
     anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
     anInfo.Set(kezInfo_AudioBitRate, fStated ? header.mBitRate : kVariable, true);

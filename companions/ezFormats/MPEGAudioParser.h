@@ -24,8 +24,10 @@
 /// Texts are those of ID3v2 before the sound, and of APE items, ID3v1 and its enhanced form behind it: for
 /// each the first of these that has it.
 ///
-/// One parse costs, the whole file apart, at most 32 reads, 33 seeks and 512 KiB. Usual are the first 8 KiB,
-/// a read behind a large tag, and the last 16 KiB; and four reads of 16 KiB more where no count is stated.
+/// One parse costs at most 32 reads, 33 seeks and 512 KiB; where the whole file is read, its bytes and two
+/// reads for each 64 KiB of them more. A source that gives less at a time than it is asked for takes more
+/// reads for the same bytes. Usual are the first 8 KiB, a read behind a large tag, and the last 16 KiB; and
+/// four reads of 16 KiB more where no count is stated.
 class EZFORMATS_API MPEGAudioParser : public FormatParser {
 public:
     /// @param aRules  decide the profile that a media is announced with; not null, shared

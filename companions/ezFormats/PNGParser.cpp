@@ -70,7 +70,7 @@ bool GoTogether(std::uint32_t aBitDepth, std::uint32_t aColourType) {
 }
 
 /// The check sum of what a reader has left (5.5): that of ISO 3309.
-std::uint32_t CheckSumOf(ByteReader aBytes) {
+std::uint32_t CheckSumOf(ByteReader& aBytes) {
     std::uint32_t sum = 0xFFFFFFFF;
     while (aBytes.GetLeft() != 0) {
         sum ^= aBytes.ReadByte();
@@ -102,10 +102,13 @@ bool PNGParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
 bool PNGParser::ReadHeader(MediaBytes& aBytes, ByteReader& aReader, ezMediaInfo& anInfo) const {
     const std::uint32_t length = aReader.ReadBig32();
     ByteReader header = aReader.Take(kTypeSize + kHeaderSize);
-    const std::uint32_t checkSum = CheckSumOf(header);
+    ByteReader summed = header;
     const std::uint32_t type = header.ReadBig32();
+    summed.Require(!header.HasFailed());
+    const std::uint32_t checkSum = CheckSumOf(summed);
+    aReader.Require(!summed.HasFailed()); // nothing is asked for behind the end
     const std::uint32_t stated = aReader.ReadBig32();
-    if (header.HasFailed() || aReader.HasFailed()) {
+    if (aReader.HasFailed()) {
         return RefuseCut(aBytes, "the end of the header");
     }
     if (length != kHeaderSize || type != kIHDR) {

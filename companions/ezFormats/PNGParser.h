@@ -7,8 +7,9 @@ class ByteReader;
 /// PNG pictures (PNG, third edition): size, bit depth, colours, whether they are interlaced, and the
 /// orientation of an "eXIf" chunk. What stands behind the beginning of the picture data is not looked at.
 ///
-/// A parse reads the first 8 KiB, and 4 KiB for each chunk to be stepped over that ends elsewhere: 64 reads,
-/// 65 seeks and 384 KiB at most.
+/// A parse reads the first 8 KiB, and for each chunk to be stepped over that ends elsewhere a block: 4 KiB,
+/// or twice the block before where it goes straight on, up to 64 KiB. At most these are 64 reads, 65 seeks
+/// and 384 KiB; a source that gives less at a time than it is asked for takes more reads for the same bytes.
 class EZFORMATS_API PNGParser : public FormatParser {
 public:
     /// @param aRules  decide the profile that a media is announced with; not null, shared

@@ -51,7 +51,7 @@ public:
     /// order of the lines: a line that cannot be read, a profile that DLNA does not know, a MIME type that no
     /// parser here gives, a condition that nothing can meet, and a rule that can never win, because for each
     /// of its MIME types one earlier rule wins whenever it would. A text of more than 256 KiB is a problem of
-    /// line 0, and a rule behind the 10,000th one of its line; neither is read on. Problems are printable
+    /// line 0, and a rule behind the 2,000th one of its line; neither is read on. Problems are printable
     /// ASCII, whatever the text holds. A text without a rule is sound, and gives no media a profile.
     static std::shared_ptr<const ProfileRules> FromText(std::string_view aText,
                                                         std::vector<ProfileRulesProblem>* aProblems);

@@ -65,6 +65,11 @@ inline FormatDoorDelivery FormatDoor_Decode(const std::uint8_t* aData) {
     return delivery;
 }
 
+/// A bit of the delivery that a door may have a meaning of its own for.
+inline bool FormatDoor_IsFlagged(const std::uint8_t* aData, std::size_t aSize) {
+    return aSize >= kFormatDoor_DeliverySize && (aData[aSize - kFormatDoor_DeliverySize] & 32) != 0;
+}
+
 /// A media in memory.
 class FormatDoorStream : public ezMediaParserStream {
 public:

@@ -11,18 +11,13 @@ constexpr std::uint32_t kMaxVersion = 10; ///< above stand later formats with he
 constexpr std::uint32_t kFullRateVersion = 8;
 constexpr std::uint32_t kModeStereo = 2;
 
-constexpr std::array<std::uint32_t, 3> kSamplingRates = {48000, 44100, 32000};
-
 /// kbit/s; each has two codes, the odd one for the frames of 44.1 kHz that are a word longer.
 constexpr std::array<std::uint32_t, 19> kBitRates = {32,  40,  48,  56,  64,  80,  96,  112, 128, 160,
                                                      192, 224, 256, 320, 384, 448, 512, 576, 640};
 
-/// Channels by audio coding mode; mode 0 is two programmes of one channel.
-constexpr std::array<std::uint32_t, 8> kChannels = {2, 1, 2, 3, 3, 4, 4, 5};
-
 /// Bytes of a frame of 1536 samples at a full rate.
 std::uint32_t FrameSize(std::uint32_t aKiloBits, std::uint32_t aRate, bool afLonger) {
-    const std::uint32_t words = aKiloBits * 96000 / kSamplingRates[aRate];
+    const std::uint32_t words = aKiloBits * 96000 / kAC3SamplingRates[aRate];
     return 2 * (words + (afLonger ? 1 : 0));
 }
 
@@ -46,9 +41,9 @@ bool ezAC3Header_ReadFields(std::uint32_t aFields, ezAC3Header& aHeader) {
     bits.Skip((fThreeFronts ? 2 : 0) + (fSurround ? 2 : 0) + (mode == kModeStereo ? 2 : 0));
     const std::uint32_t lowFrequency = bits.Read(1);
     const std::uint32_t slower = version > kFullRateVersion ? version - kFullRateVersion : 0;
-    aHeader.mSamplingRate = kSamplingRates[rate] >> slower;
+    aHeader.mSamplingRate = kAC3SamplingRates[rate] >> slower;
     aHeader.mBitRate = kBitRates[size / 2] * 1000 >> slower;
-    aHeader.mChannels = kChannels[mode] + lowFrequency;
+    aHeader.mChannels = kAC3Channels[mode] + lowFrequency;
     aHeader.mFrameSize = FrameSize(kBitRates[size / 2], rate, rate == 1 && size % 2 != 0);
     aHeader.mSame = rate << 20 | (size / 2) << 15 | version << 10 | service << 7 | mode << 4 | lowFrequency;
     return true;

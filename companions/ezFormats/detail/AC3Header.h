@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 /// Bytes of an AC-3 frame up to the bit that tells of the low frequency channel.
@@ -7,6 +8,12 @@ inline constexpr std::uint32_t kAC3HeaderSize = 7;
 
 inline constexpr std::uint32_t kAC3MinFrameSize = 128;  ///< 32 kbit/s at 48 kHz
 inline constexpr std::uint32_t kAC3MaxFrameSize = 3840; ///< 640 kbit/s at 32 kHz
+
+/// Hz by code; a further one is reserved.
+inline constexpr std::array<std::uint32_t, 3> kAC3SamplingRates = {48000, 44100, 32000};
+
+/// Channels by audio coding mode, without that of low frequencies; mode 0 is two programmes of one channel.
+inline constexpr std::array<std::uint32_t, 8> kAC3Channels = {2, 1, 2, 3, 3, 4, 4, 5};
 
 /// What the header of an AC-3 frame tells (ETSI TS 102 366, ATSC A/52).
 struct ezAC3Header {

@@ -1,5 +1,7 @@
 #include "ezFormats/detail/ADTSHeader.h"
 
+#include "ezFormats/detail/AACSamplingRates.h"
+
 #include <array>
 
 namespace {
@@ -7,10 +9,6 @@ namespace {
 constexpr std::uint32_t kSync = 0xFFF;
 constexpr std::uint32_t kCheckSumSize = 2;
 constexpr std::uint32_t kProfileReserved = 3;
-
-/// Hz; the indices behind are reserved, and 15 would ask for a number that ADTS has no place for.
-constexpr std::array<std::uint32_t, 13> kSamplingRates = {96000, 88200, 64000, 48000, 44100, 32000, 24000,
-                                                          22050, 16000, 12000, 11025, 8000,  7350};
 
 /// Channels by their configuration.
 constexpr std::array<std::uint32_t, 8> kChannels = {0, 1, 2, 3, 4, 5, 6, 8};
@@ -26,11 +24,11 @@ bool ezADTSHeader_ReadFixed(std::uint32_t aFixed, ezADTSHeader& aHeader) {
     const std::uint32_t layer = Bits(aFixed, 13, 2);
     const std::uint32_t profile = Bits(aFixed, 10, 2);
     const std::uint32_t rate = Bits(aFixed, 6, 4);
-    if (Bits(aFixed, 16, 12) != kSync || layer != 0 || rate >= kSamplingRates.size() ||
+    if (Bits(aFixed, 16, 12) != kSync || layer != 0 || rate >= kAACSamplingRates.size() ||
         (fMPEG2 && profile == kProfileReserved)) {
         return false;
     }
-    aHeader.mSamplingRate = kSamplingRates[rate];
+    aHeader.mSamplingRate = kAACSamplingRates[rate];
     aHeader.mChannels = kChannels[Bits(aFixed, 2, 3)];
     aHeader.mFrameSize = 0;
     aHeader.mFixed = aFixed;

@@ -1,6 +1,7 @@
 #include "ezFormats/detail/AudioSpecificConfig.h"
 
 #include "ezBytes/BitReader.h"
+#include "ezFormats/detail/AACSamplingRates.h"
 
 #include <algorithm>
 #include <array>
@@ -44,9 +45,6 @@ const ObjectType* FindObjectType(std::uint32_t aType) {
     return found != kObjectTypes.end() ? found : nullptr;
 }
 
-/// Hz by index.
-constexpr std::array<std::uint32_t, 13> kSamplingRates = {96000, 88200, 64000, 48000, 44100, 32000, 24000,
-                                                          22050, 16000, 12000, 11025, 8000,  7350};
 constexpr std::uint32_t kRateExplicit = 15;
 
 /// Channels by configuration; 0: told elsewhere, or reserved.
@@ -66,7 +64,7 @@ std::uint32_t ReadSamplingRate(ezBitReader& aBits) {
     if (index == kRateExplicit) {
         return aBits.Read(24);
     }
-    return aBits.Require(index < kSamplingRates.size()) ? kSamplingRates[index] : 0;
+    return aBits.Require(index < kAACSamplingRates.size()) ? kAACSamplingRates[index] : 0;
 }
 
 /// So many elements of one channel or two, as a bit before each number tells.

@@ -143,17 +143,15 @@ void ReadAC3(ByteReader aBox, AudioEntry& anEntry) {
 /// Of E-AC-3: the rate of all substreams together, and the first programme (F.6). What dependent substreams
 /// add to its channels is not counted.
 void ReadEAC3(ByteReader aBox, AudioEntry& anEntry) {
-    constexpr std::array<std::uint32_t, 3> kRates = {48000, 44100, 32000};
-    constexpr std::array<std::uint32_t, 8> kChannels = {2, 1, 2, 3, 3, 4, 4, 5};
     const auto head = static_cast<std::uint32_t>(aBox.ReadBig(2));
     const auto programme = static_cast<std::uint32_t>(aBox.ReadBig(2));
     const std::uint32_t rate = programme >> 14;
-    if (aBox.HasFailed() || rate >= kRates.size()) {
+    if (aBox.HasFailed() || rate >= kAC3SamplingRates.size()) {
         return;
     }
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mSamplingRate = kRates[rate];
-    anEntry.mCodec.mChannels = kChannels[programme >> 1 & 7U] + (programme & 1U);
+    anEntry.mCodec.mSamplingRate = kAC3SamplingRates[rate];
+    anEntry.mCodec.mChannels = kAC3Channels[programme >> 1 & 7U] + (programme & 1U);
     TakeRates(0, (head >> 3) * 1000, anEntry.mCodec);
 }
 

@@ -99,6 +99,8 @@ public:
 
 private:
     bool Next(std::uint64_t aPosition, BoxType* aType, ByteReader* aContent);
+    void Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragments& aFragments);
+    bool IsCut() const;
     void ReadFragment(const ByteReader& aBox);
     void ReadTrackFragment(const ByteReader& aBox);
     Track* ReadHead(ByteReader aBox, Defaults& aDefaults);
@@ -109,6 +111,10 @@ private:
     Track mAudio;
     Track mVideo;
     std::uint64_t mIndexed = 0; ///< microseconds
+    std::uint64_t mPosition = 0;
+    std::uint32_t mCount = 0;      ///< fragments read, or told of by an index
+    std::uint64_t mLargestBox = 0; ///< bytes of the largest that was stepped over, from the first fragment on
+    std::uint64_t mExpectedSamples = 0; ///< bytes that the last fragment states, where no box has followed it
 };
 
 /// The box at a position.
@@ -194,34 +200,54 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
     return end;
 }
 
-ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex) {
-    ISOFragments fragments;
+void FragmentReading::Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragments& aFragments) {
     BoxType type;
     ByteReader content(mBytes);
-    std::uint64_t position = aStart;
-    std::uint32_t count = 0;
-    while (count < aMaxFragments && Next(position, &type, &content)) {
-        position = content.GetEnd();
+    while (mCount < aMaxFragments && Next(mPosition, &type, &content)) {
+        if (mCount != 0) {
+            mLargestBox = std::max(mLargestBox, content.GetEnd() - mPosition);
+        }
+        mPosition = content.GetEnd();
+        mExpectedSamples = 0;
         if (type == "moof") {
-            ++count;
+            ++mCount;
+            const std::uint64_t before = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes);
             ReadFragment(content);
+            mExpectedSamples = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes) - before;
         } else if (type == "sidx" && afIndex) {
             const std::uint64_t end = ReadIndex(content);
-            count += end != 0 ? 1 : 0;
-            position = std::max(position, end);
-            fragments.mfIndexed = fragments.mfIndexed || end != 0;
+            mCount += end != 0 ? 1 : 0;
+            mPosition = std::max(mPosition, end);
+            aFragments.mfIndexed = aFragments.mfIndexed || end != 0;
         }
     }
-    // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
-    ByteReader rest(mBytes);
-    rest.Skip(position);
-    const std::uint32_t size = rest.ReadBig32();
+}
+
+/// True when the media ends within the box at which the walk did: what is there of it is no more than such a
+/// box holds. Else its size is damaged, and more stands behind it.
+bool FragmentReading::IsCut() const {
+    ByteReader box(mBytes);
+    box.Skip(mPosition);
+    const std::uint64_t left = box.GetLeft();
+    const std::uint32_t size = box.ReadBig32();
     constexpr std::uint32_t kLeastBox = 8;
-    const bool fCut = count < aMaxFragments && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp() &&
-                      (rest.HasFailed() || size == 1 || size >= kLeastBox);
-    fragments.mfComplete = fCut || position >= mBytes.GetSize();
+    constexpr std::uint32_t kLargeHead = 16;
+    constexpr std::uint64_t kUnevenness = 2; // no two boxes of samples are of one size
+    const std::uint64_t usual = std::max(mLargestBox, ISONumber_Add(mExpectedSamples, kLargeHead));
+    return box.HasFailed() || ((size == 1 || size >= kLeastBox) && left / kUnevenness <= usual);
+}
+
+ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex) {
+    ISOFragments fragments;
+    mPosition = aStart;
+    Walk(aMaxFragments, afIndex, fragments);
+    const std::uint64_t size = mBytes.GetSize();
+    // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
+    const bool fEnded = mCount < aMaxFragments && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp();
+    fragments.mfComplete = mPosition >= size || (fEnded && IsCut());
     fragments.mStart = aStart;
-    fragments.mEnd = position;
+    // The samples of the last fragment are a part of its share, also where their box is damaged.
+    fragments.mEnd = fEnded ? std::min(ISONumber_Add(mPosition, mExpectedSamples), size) : mPosition;
     fragments.mAudio = mAudio.mFound;
     fragments.mVideo = mVideo.mFound;
     fragments.mDuration = ISONumber_Add(mIndexed, std::max(mAudio.GetDuration(), mVideo.GetDuration()));

@@ -152,11 +152,13 @@ std::uint64_t PresentationOf(const TrackReading& aReading, std::uint32_t aMovieT
     return ISONumber_Add(edited, ISONumber_Microseconds(rest, track.mTimescale));
 }
 
-/// A track of pictures with more than a second between them holds a cover, or the pictures of chapters.
+/// A track of one picture holds a cover, and one with more than a second between them those of chapters.
 bool IsSlideShow(const ISOTrack& aTrack) {
     const std::uint64_t ticks = aTrack.mTables.mTicks;
+    const std::uint64_t samples = aTrack.mTables.mTimedSamples;
+    const std::uint64_t second = std::max(aTrack.mTimescale, 1U);
     return aTrack.mTables.mCodec.mfPictures &&
-           (ticks == 0 || aTrack.mTables.mTimedSamples <= ticks / std::max(aTrack.mTimescale, 1U));
+           (samples <= 1 || ticks == 0 || samples < ticks / second + (ticks % second != 0 ? 1 : 0));
 }
 
 /// True when a track is to take the place of the one that stands for its kind so far.

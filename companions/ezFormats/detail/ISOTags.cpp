@@ -47,11 +47,11 @@ constexpr std::array<TextBox, 5> kPhrases = {{{"\xA9nam", &MusicTexts::mTitle, f
                                                &MusicTexts::mAlbum, false},
                                               {"\xA9gen", &MusicTexts::mGenre, false}}};
 
-/// The rest of a box, or its start where that is more than a record keeps.
-ezCString ReadBytes(ByteReader& aReader) {
-    const auto size =
-        static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), kMusicTexts_MaxSize));
-    return aReader.ReadText(size);
+/// A text that is UTF-16 where it begins with a byte order mark.
+ezCString CleanMarkedText(std::string_view aBytes) {
+    const std::string_view mark = aBytes.substr(0, 2);
+    const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
+    return CleanText(aBytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
 }
 
 // --- iTunes
@@ -70,7 +70,7 @@ ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget, std::ui
 ezCString ReadItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     std::uint32_t kind = 0;
     ByteReader data = OpenItem(anItem, aBoxBudget, &kind);
-    return CleanText(ReadBytes(data).View(),
+    return CleanText(ReadTextBytes(data),
                      kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Utf8OrLatin1);
 }
 
@@ -115,11 +115,7 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
 /// follows the text's NUL, the number of a track, is left.
 ezCString ReadAsset(ByteReader aBox) {
     aBox.Skip(6);
-    const ezCString text = ReadBytes(aBox);
-    const std::string_view bytes = text.View();
-    const std::string_view mark = bytes.substr(0, 2);
-    const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
-    return CleanText(bytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
+    return CleanMarkedText(ReadTextBytes(aBox));
 }
 
 // --- QuickTime
@@ -153,14 +149,11 @@ ezCString ReadPhrase(ByteReader aBox) {
     const std::uint64_t size = aBox.ReadBig(2);
     const std::uint64_t language = aBox.ReadBig(2);
     ByteReader content = aBox.Take(size);
-    const ezCString text = ReadBytes(content);
-    const std::string_view bytes = text.View();
+    const std::string bytes = ReadTextBytes(content);
     if (language < kFirstPackedLanguage && !IsWholeUtf8(bytes)) {
         return CleanText(Utf8OfMacRoman(bytes), TextEncoding::Utf8);
     }
-    const std::string_view mark = bytes.substr(0, 2);
-    const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
-    return CleanText(bytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
+    return CleanMarkedText(bytes);
 }
 
 template <std::size_t Size>

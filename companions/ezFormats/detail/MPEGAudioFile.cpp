@@ -10,7 +10,6 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 
@@ -19,7 +18,6 @@ using namespace std::string_view_literals;
 namespace {
 
 constexpr std::uint32_t kVariable = 0xFFFFFFFF;
-constexpr std::array<const char*, 4> kCodecs = {"", "MP1", "MP2", "MP3"};
 
 /// Bytes of which only so many are read that are not at hand.
 class FewReads : public ByteSource {
@@ -51,16 +49,17 @@ ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
     return reader;
 }
 
+constexpr std::uint64_t kAPEHeaderSize = 32;
+
 /// Bytes of a header and what follows of an APE tag that stands before the sound; 0 when none does.
 std::uint64_t SizeOfLeadingAPE(ByteReader aReader) {
     constexpr std::uint32_t kIsHeader = 0x20000000;
-    constexpr std::uint64_t kHeaderSize = 32;
     const bool fTag = aReader.ReadText(8) == "APETAGEX";
     aReader.Skip(4); // version
     const std::uint64_t size = aReader.ReadLittle32();
     aReader.Skip(4); // how many items
     const bool fHeader = (aReader.ReadLittle32() & kIsHeader) != 0;
-    return fTag && fHeader && !aReader.HasFailed() ? kHeaderSize + size : 0;
+    return fTag && fHeader && !aReader.HasFailed() ? kAPEHeaderSize + size : 0;
 }
 
 /// A word that a file of a format has at a place.
@@ -156,7 +155,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes) {
                 static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mSize, aBytes.GetSize() - start));
             tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, start), tag));
         }
-        tags.mEnd = tags.mfBelieved ? start + size : reader.GetPosition();
+        tags.mEnd = start + (tags.mfBelieved ? size : fID3 ? 0 : kAPEHeaderSize);
         if (!tags.mfBelieved) {
             return tags;
         }
@@ -295,7 +294,7 @@ bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd) {
         all.mEnd = more.mEnd;
     }
     // What stands behind the last frame may be a tag of a kind that nobody knows.
-    if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed()) {
+    if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed() || mBytes.IsBudgetUsedUp()) {
         return false;
     }
     mSurvey = all;
@@ -310,7 +309,7 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     const ezMPEGAudioHeader& header = mSound.mHeader;
     anInfo.Set(kezInfo_MimeType, kMPEGAudio_MimeTypes, true);
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
-    anInfo.Set(kezInfo_AudioCodec, kCodecs[header.mLayer], true);
+    anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
     anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
     const bool fStated = !mFrames.IsFreeFormat() && !IsVariable();

@@ -110,8 +110,11 @@ bool MPEGAudioFrames::StartFreeAt(std::uint64_t aPosition, std::uint32_t aLength
         mFreeSize = size;
         mFirst.mSize = size + PaddingOf(header);
         mCount = CountChain(mFirst, aLength, &mEnd);
-        if (mCount == aLength && (afMayRepeat || !IsRepeated())) {
-            return true;
+        if (mCount == aLength) {
+            // Twice the distance of what repeats itself would fit as well, and be no frame.
+            const bool fFound = afMayRepeat || !IsRepeated();
+            mFreeSize = fFound ? size : 0;
+            return fFound;
         }
     }
     mFreeSize = 0;
@@ -172,16 +175,30 @@ bool MPEGAudioFrames::Find(std::uint64_t aStart) {
 }
 
 bool MPEGAudioFrames::FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPEGAudioFrame* aFrame) {
+    // What is at hand is looked at first: a file of many short gaps costs no read for each.
+    constexpr std::uint32_t kChainSize = kMPEGAudio_ChainLength * kMPEGAudioMaxFrameSize;
     bool fFound = false;
-    mBytes.Load(aPosition, aSize);
+    bool fLoaded = false;
     mfAtHandOnly = true;
-    for (std::uint64_t position = aPosition; !fFound && mBytes.HasAtHand(position, 1); ++position) {
-        std::uint64_t end = 0;
-        fFound = Read(position, aFrame) && IsSameSound(mFirst.mWord, aFrame->mWord) &&
-                 CountChain(*aFrame, kMPEGAudio_ChainLength, &end) == kMPEGAudio_ChainLength;
+    for (std::uint64_t position = aPosition; !fFound && position - aPosition < aSize; ++position) {
+        if (!fLoaded && !mBytes.HasAtHand(position, kChainSize)) {
+            mBytes.Load(position, static_cast<std::size_t>(aPosition + aSize - position));
+            fLoaded = true;
+        }
+        if (!mBytes.HasAtHand(position, 1)) {
+            break;
+        }
+        fFound = IsChainAt(position, aFrame);
     }
     mfAtHandOnly = false;
     return fFound;
+}
+
+/// True for the first of some frames of the sound.
+bool MPEGAudioFrames::IsChainAt(std::uint64_t aPosition, MPEGAudioFrame* aFrame) {
+    std::uint64_t end = 0;
+    return Read(aPosition, aFrame) && IsSameSound(mFirst.mWord, aFrame->mWord) &&
+           CountChain(*aFrame, kMPEGAudio_ChainLength, &end) == kMPEGAudio_ChainLength;
 }
 
 void MPEGAudioSurvey::Add(const MPEGAudioFrame& aFrame) {

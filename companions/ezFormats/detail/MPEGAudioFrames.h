@@ -37,8 +37,8 @@ public:
 
     /// The frame behind one; false when none of the same stream follows.
     bool Next(const MPEGAudioFrame& aFrame, MPEGAudioFrame* aNext);
-    /// The first frame at or behind a position that others of the same sound follow, all within aSize bytes,
-    /// which are read at once; not of free format.
+    /// The first frame at or behind a position that others of the same sound follow, all within aSize bytes;
+    /// not of free format. What of these is not at hand is read at once, and not before it is come to.
     bool FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPEGAudioFrame* aFrame);
 
 private:
@@ -48,6 +48,7 @@ private:
     bool StartFreeAt(std::uint64_t aPosition, std::uint32_t aLength, bool afMayRepeat);
     std::uint32_t CountChain(MPEGAudioFrame aFrame, std::uint32_t aLength, std::uint64_t* anEnd);
     bool IsRepeated();
+    bool IsChainAt(std::uint64_t aPosition, MPEGAudioFrame* aFrame);
     bool Search(std::uint64_t aStart);
 
     MediaBytes& mBytes;

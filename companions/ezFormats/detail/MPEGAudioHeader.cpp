@@ -63,6 +63,10 @@ std::uint32_t SideInformationSize(std::uint32_t aVersion, std::uint32_t aChannel
 
 } // namespace
 
+const char* ezMPEGAudioHeader_CodecOf(std::uint32_t aLayer) {
+    return aLayer == 1 ? "MP1" : aLayer == 2 ? "MP2" : "MP3";
+}
+
 bool ezMPEGAudioHeader_Read(std::uint32_t aWord, ezMPEGAudioHeader& aHeader) {
     const std::uint32_t version = Bits(aWord, 19, 2);
     const std::uint32_t layer = 4 - Bits(aWord, 17, 2); // coded upside down; 4 is reserved

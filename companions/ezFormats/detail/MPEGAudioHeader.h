@@ -28,6 +28,9 @@ struct ezMPEGAudioHeader {
     bool mfPadded;
 };
 
+/// A layer's codec, as a record names it.
+const char* ezMPEGAudioHeader_CodecOf(std::uint32_t aLayer);
+
 /// Takes a header apart. False for bytes that are none.
 bool ezMPEGAudioHeader_Read(std::uint32_t aWord, ezMPEGAudioHeader& aHeader);
 

@@ -77,7 +77,7 @@ bool MediaBytes::ReadStart(std::uint64_t aPosition) {
 void MediaBytes::TakeSize() {
     const std::uint64_t size = mStream.GetMediaSize().ToUInt64();
     mSize = size == 0 ? kUnknown : size;
-    mBlockLength = static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, mSize));
+    Keep(static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, mSize)));
 }
 
 /// Makes the block that of a position. Bytes of it that are at hand are not read again.
@@ -154,6 +154,10 @@ bool MediaBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
 }
 
 void MediaBytes::AllowWholeMedia() {
-    mReadsLeft = UINT32_MAX;
-    mBytesLeft = UINT64_MAX;
+    // Whoever reads straight on takes a block at a time, a part of which may have been at hand.
+    const std::uint64_t reads = 2 * (mSize / kLargestBlock + 1);
+    mReadsLeft +=
+        static_cast<std::uint32_t>(std::min<std::uint64_t>(reads, UINT32_MAX - std::uint64_t{mReadsLeft}));
+    mBytesLeft += std::min(mSize, UINT64_MAX - mBytesLeft);
+    mfBudgetUsedUp = false;
 }

@@ -34,7 +34,8 @@ public:
     /// True when all bytes of a range that the media has, and there is one, can be lent without a read.
     bool HasAtHand(std::uint64_t aPosition, std::size_t aSize) const;
 
-    /// Raises what the parse may cost: the whole media, once.
+    /// Raises what the parse may cost by the whole media, once: its bytes, and two reads for each 64 KiB of
+    /// them.
     void AllowWholeMedia();
 
     bool IsBudgetUsedUp() const { return mfBudgetUsedUp; }

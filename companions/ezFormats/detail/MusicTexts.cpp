@@ -30,20 +30,6 @@ constexpr std::array<Field, 4> kFields = {{
     {"TCO", "TCON", "genre", &MusicTexts::mGenre, true},
 }};
 
-/// The bytes of a text, as far as they are looked at. What stuffing there is makes their count unknown.
-std::string ReadBytes(ByteReader& aBody) {
-    if (!aBody.IsUnsynchronised()) {
-        const auto size =
-            static_cast<std::size_t>(std::min<std::uint64_t>(aBody.GetLeft(), kMusicTexts_MaxSize));
-        return std::string(aBody.ReadText(size).View());
-    }
-    std::string bytes;
-    while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
-        bytes.push_back(static_cast<char>(aBody.ReadByte()));
-    }
-    return aBody.HasFailed() ? std::string() : bytes;
-}
-
 ezCString Join(const Field& aField, const std::vector<ezCString>& aTexts) {
     const bool fGenre = aField.mPlace == &MusicTexts::mGenre;
     std::string joined;
@@ -67,7 +53,7 @@ void Keep(const Field& aField, std::string_view aBytes, TextEncoding anEncoding,
 void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, MusicTexts& aTexts) {
     constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Latin1, TextEncoding::Utf16,
                                                         TextEncoding::Utf16Big, TextEncoding::Utf8};
-    const std::string bytes = ReadBytes(aBody);
+    const std::string bytes = ReadTextBytes(aBody);
     if (bytes.empty()) {
         return;
     }
@@ -122,6 +108,19 @@ void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t a
 }
 
 } // namespace
+
+std::string ReadTextBytes(ByteReader& aBody) {
+    if (!aBody.IsUnsynchronised()) {
+        const auto size =
+            static_cast<std::size_t>(std::min<std::uint64_t>(aBody.GetLeft(), kMusicTexts_MaxSize));
+        return std::string(aBody.ReadText(size).View());
+    }
+    std::string bytes; // of which stuffing makes the count unknown
+    while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
+        bytes.push_back(static_cast<char>(aBody.ReadByte()));
+    }
+    return aBody.HasFailed() ? std::string() : bytes;
+}
 
 bool MusicTexts::IsComplete() const {
     return !mTitle.IsEmpty() && !mCreator.IsEmpty() && !mAlbum.IsEmpty() && !mGenre.IsEmpty();
@@ -185,7 +184,7 @@ MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails) {
         const ezCString key = items.ReadZeroTerminated(kMaxKey);
         ByteReader value = items.Take(size);
         if (!items.HasFailed() && (flags & kKindMask) == 0 && !texts.IsComplete()) {
-            KeepAPEItem(key, ReadBytes(value), aTails.mAPEVersion, texts);
+            KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, texts);
         }
     }
     return texts;

@@ -25,6 +25,10 @@ struct MusicTexts {
     void Store(ezMediaInfo& anInfo) const;
 };
 
+/// The rest of a tag's item, or its start where that is more than a text may be; empty where it cannot be
+/// read.
+std::string ReadTextBytes(ByteReader& aBody);
+
 /// Those of an ID3v2 tag; aReader stands behind its header. Of a frame with several texts the first is the
 /// title or album, and all, parted by ", ", are the creators or genres; up to version 2.3 the first alone
 /// counts.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 #include <string>
 
 using namespace std::string_literals;
@@ -272,4 +273,49 @@ TEST(ByteReader, ASourceThatEndsBeforeItsSizeFailsTheReader) {
     EXPECT_EQ(numbers.ReadBig(3), 0x616263U);
     EXPECT_EQ(numbers.ReadBig(1), 0U);
     ExpectFailedForGood(numbers);
+}
+
+TEST(ByteReader, AfterAFailureTheSourceIsNotAskedAgain) {
+    /// Bytes of a stream that has ended without having told a size: each question may wait for more.
+    class EndedBytes : public ByteSource {
+    public:
+        std::uint64_t GetSize() const override { return kEndless; }
+        std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+            if (aPosition >= mBytes.size()) {
+                ++mAskedBehindEnd;
+                return 0;
+            }
+            *aBytes = mBytes.data() + aPosition;
+            return 1;
+        }
+        unsigned mAskedBehindEnd = 0;
+
+    private:
+        std::array<unsigned char, 2> mBytes = {'a', 'b'};
+    };
+    std::array<unsigned char, 8> block = {};
+    const std::array<std::function<void(ByteReader&)>, 8> kReads = {
+        [](ByteReader& aReader) { aReader.ReadBig(8); },
+        [](ByteReader& aReader) { aReader.ReadLittle(8); },
+        [](ByteReader& aReader) { aReader.ReadSyncsafe32(); },
+        [&](ByteReader& aReader) { aReader.Read(block.data(), block.size()); },
+        [](ByteReader& aReader) { aReader.ReadText(8); },
+        [](ByteReader& aReader) { aReader.ReadZeroTerminated(8); },
+        [](ByteReader& aReader) {
+            aReader.SetUnsynchronised();
+            aReader.Skip(8);
+        },
+        [](ByteReader& aReader) {
+            aReader.Skip(2);
+            aReader.ReadBig32();
+        },
+    };
+    for (std::size_t i = 0; i < kReads.size(); ++i) {
+        EndedBytes bytes;
+        ByteReader reader(bytes);
+        kReads[i](reader);
+        EXPECT_EQ(bytes.mAskedBehindEnd, 1U) << i;
+        ExpectFailedForGood(reader);
+        EXPECT_EQ(bytes.mAskedBehindEnd, 1U) << i;
+    }
 }

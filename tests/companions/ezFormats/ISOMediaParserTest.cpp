@@ -1,4 +1,5 @@
 #include "ISOBytes.h"
+#include "SparseStream.h"
 
 #include "support/NewBlocks.h"
 #include "support/Samples.h"
@@ -6,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
-#include <map>
 
 using namespace iso;
 
@@ -20,44 +19,6 @@ std::string Type(const std::string& aBytes) {
 std::string Times(const std::string& aBytes) {
     return Values(Parsed(aBytes), {"du", "md"});
 }
-
-/// A film whose bytes are made when they are read: pieces of text at positions, zeros between them.
-class SparseStream : public ezMediaParserStream {
-public:
-    SparseStream(std::map<std::uint64_t, std::string> aPieces, std::uint64_t aSize)
-        : mPieces(std::move(aPieces)) {
-        mMediaSize = ezuint64(aSize);
-        mSize = aSize;
-    }
-    std::size_t mReads = 0;
-    std::size_t mBytes = 0;
-
-protected:
-    bool MediaSeek(const ezuint64& anOffset, bool /*afSeekImmediate*/) override {
-        mPosition = anOffset.ToUInt64();
-        return mPosition <= mSize;
-    }
-    ezFileOffset MediaRead(void* aBuffer, std::size_t aSize) override {
-        ++mReads;
-        const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - mPosition));
-        std::memset(aBuffer, 0, count);
-        for (const auto& [position, text] : mPieces) {
-            for (std::size_t i = 0; i < text.size(); ++i) {
-                if (position + i >= mPosition && position + i - mPosition < count) {
-                    static_cast<char*>(aBuffer)[position + i - mPosition] = text[i];
-                }
-            }
-        }
-        mPosition += count;
-        mBytes += count;
-        return static_cast<ezFileOffset>(count);
-    }
-
-private:
-    std::map<std::uint64_t, std::string> mPieces;
-    std::uint64_t mSize = 0;
-    std::uint64_t mPosition = 0;
-};
 
 } // namespace
 
@@ -242,7 +203,7 @@ TEST(ISOMediaParser, FilmOfFourGigabytesWithItsMovieAtTheEndCostsAHandfulOfReads
     const std::uint64_t samples = UINT64_C(0x100000000) + 123456; // more than 32 bits can say
     const std::string start = FileType() + Big(1, 4) + "mdat" + Big(samples, 8);
     const std::uint64_t place = FileType().size() + samples;
-    SparseStream stream({{0, start}, {place, movie}}, place + movie.size());
+    SparseStream stream(place + movie.size(), {{0, start}, {place, movie}});
     ISOMediaParser parser;
     const std::string record = DumpRecord(Record(parser.Parse(stream)).get());
     // 300 bytes 337500 times in 7200 s are 112500 bits a second; the rest of (2^32+123456+...) * 8 / 7200 is
@@ -256,7 +217,7 @@ TEST(ISOMediaParser, FilmOfFourGigabytesWithItsMovieAtTheEndCostsAHandfulOfReads
 }
 
 TEST(ISOMediaParser, CostsAreBoundedWhateverTheFileHolds) {
-    // A thousand tracks and a thousand boxes at the top, each out of reach of the block before it.
+    // Three hundred tracks, and as many boxes at the top, each out of reach of the block before it.
     std::vector<Track> tracks(300);
     std::string scattered;
     for (Track& track : tracks) {
@@ -427,6 +388,41 @@ TEST(ISOMediaParser, FragmentsAreCountedWhenNoHeaderTells) {
     EXPECT_EQ(Times(movie + Fragment(1, 15) + samples.substr(0, 5000)), "du=1 md=\"counted\"");
 }
 
+TEST(ISOMediaParser, ADamagedSizeAmongTheFragmentsIsNotTheEndOfTheFile) {
+    const std::string fragment = Fragment(1, 10) + Box("mdat", std::string(5000, '.')); // of a second
+    const std::string start = FileType() + Movie({EmptyTrack()}, Extends());
+    std::string file = start;
+    for (int i = 0; i < 40; ++i) {
+        file += fragment;
+    }
+    EXPECT_EQ(Times(file), "du=40 md=\"counted\"");
+    const std::size_t sizePlace = Fragment(1, 10).size();
+    for (const std::size_t place : {std::size_t{0}, std::size_t{1}, std::size_t{20}, std::size_t{37}}) {
+        for (const char* const size : {"\x7F", "\1"}) {
+            std::string damaged = file;
+            damaged.replace(start.size() + place * fragment.size() + sizePlace, 1, size);
+            const std::string record = Parsed(damaged);
+            EXPECT_EQ(ValueOf(record, "md"), "\"estimate: the first fragments, by their share of the bytes\"")
+                << place;
+            EXPECT_GE(std::stoi(ValueOf(record, "du")), 40) << place;
+            EXPECT_LE(std::stoi(ValueOf(record, "du")), 47) << place;
+        }
+    }
+    // However large the box of samples is that stands before the fragments.
+    std::string hybrid = start + Box("mdat", std::string(50000, '.')) + file.substr(start.size());
+    hybrid.replace(start.size() + 50008 + 35 * fragment.size() + sizePlace, 1, "\x7F");
+    EXPECT_EQ(ValueOf(Parsed(hybrid), "md"),
+              "\"estimate: the first fragments, by their share of the bytes\"");
+    // One that is cut is counted up to there, wherever that is.
+    for (const std::size_t left : {std::size_t{1}, std::size_t{7}, std::size_t{8}, std::size_t{60}, sizePlace,
+                                   sizePlace + 3, sizePlace + 8, sizePlace + 4000}) {
+        const std::string cut = file.substr(0, start.size() + 30 * fragment.size() + left);
+        EXPECT_EQ(Times(cut), left < sizePlace ? "du=30 md=\"counted\"" : "du=31 md=\"counted\"") << left;
+        const std::string first = file.substr(0, start.size() + left);
+        EXPECT_EQ(Times(first), left < sizePlace ? "" : "du=1 md=\"counted\"") << left;
+    }
+}
+
 TEST(ISOMediaParser, RunsWithoutTimesAndSizesTakeThoseOfTheirTrack) {
     const std::string run = FullBox("trun", Big(20, 4));
     const auto file = [&](const std::string& aHead) {
@@ -517,6 +513,20 @@ TEST(ISOMediaParser, CoversAndPicturesOfChaptersAreNoVideo) {
     EXPECT_EQ(Values(Parsed(File({Track(), chapters})), {"mt", "vc", "vt"}), "mt=\"audio/mp4\"");
     chapters.mEntry = VideoEntry("mp4v", ESDS(0x6C, ""));
     EXPECT_EQ(Values(Parsed(File({chapters, Track()})), {"mt", "vc", "vt"}), "mt=\"audio/mp4\"");
+    // A lone picture, however short the song.
+    Track cover = VideoTrack(VideoEntry("jpeg", ""));
+    cover.mSizes.assign(1, 9000);
+    for (const std::uint32_t ticks : {500U, 1000U, 180000U}) {
+        cover.mSampleTicks = ticks;
+        EXPECT_EQ(Values(Parsed(File({Track(), cover})), {"mt", "vt"}), "mt=\"audio/mp4\"") << ticks;
+    }
+    // One picture a second is a slow film, and the least.
+    Track slow = VideoTrack(VideoEntry("jpeg", ""));
+    slow.mSizes.assign(5, 9000);
+    slow.mSampleTicks = 1000;
+    EXPECT_EQ(Values(Parsed(File({Track(), slow})), {"vc", "vt"}), "vc=\"MJPEG\" vt=1");
+    slow.mSampleTicks = 1001;
+    EXPECT_EQ(Values(Parsed(File({Track(), slow})), {"mt", "vt"}), "mt=\"audio/mp4\"");
     // A camera's film of pictures is video.
     EXPECT_EQ(Values(Parsed(File({Track(), VideoTrack(VideoEntry("jpeg", ""))})), {"vc", "vt"}),
               "vc=\"MJPEG\" vt=1");

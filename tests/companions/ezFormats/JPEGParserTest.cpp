@@ -175,8 +175,14 @@ TEST(JPEGParser, FrameHeaderThatNoJPEGHasIsRefusedAndTheLogNamesTheValue) {
     const std::string content = Big(8, 1) + Big(240, 2) + Big(320, 2) + Big(3, 1);
     EXPECT_EQ(Refusal("\xFF\xD8" + Segment(0xC0, content + "\1\x22\1\2\x11\1")),
               "JPEGParser: malformed: frame header of 3 components in 6 bytes");
-    EXPECT_EQ(Refusal("\xFF\xD8" + Segment(0xC0, "\10")),
-              "JPEGParser: malformed: frame header of 0 components in 0 bytes");
+    const std::string cut = "JPEGParser: malformed: ends before the components of the frame header";
+    EXPECT_EQ(Refusal("\xFF\xD8" + Segment(0xC0, "\10")), cut);
+    Delivery unknown;
+    unknown.mfSizeKnown = false;
+    const std::string whole = JPEG();
+    for (const std::size_t length : {std::size_t{6}, std::size_t{11}}) { // the length, the count
+        EXPECT_EQ(Refusal(whole.substr(0, length), unknown), cut) << length;
+    }
     EXPECT_EQ(Refusal("\xFF\xD8\xFF\xC0" + Big(1, 2)), "JPEGParser: malformed: marker C0 with length 1");
 }
 

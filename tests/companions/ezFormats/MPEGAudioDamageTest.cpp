@@ -1,9 +1,7 @@
 #include "MPEGAudioKit.h"
+#include "SparseStream.h"
 
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <map>
 
 using namespace mpegaudio;
 
@@ -43,45 +41,6 @@ void ExpectWhole(const ezMediaInfo* anInfo) {
     EXPECT_GT(anInfo->GetUInt32("sf", 0), 0U);
     EXPECT_LE(anInfo->mTitle.GetLength(), 1024U);
 }
-
-/// A media of any size that holds some bytes at some positions, and zeros elsewhere.
-class SparseStream : public ezMediaParserStream {
-public:
-    SparseStream(std::uint64_t aSize, std::map<std::uint64_t, std::string> aParts)
-        : mParts(std::move(aParts)) {
-        mMediaSize = aSize;
-    }
-    std::size_t mReads = 0;
-    std::uint64_t mBytes = 0;
-
-protected:
-    bool MediaSeek(const ezuint64& anOffset, bool) override {
-        mPlace = anOffset.ToUInt64();
-        return true;
-    }
-    ezFileOffset MediaRead(void* aBuffer, std::size_t aSize) override {
-        const std::uint64_t size = mMediaSize.ToUInt64();
-        const auto count =
-            static_cast<std::size_t>(std::min<std::uint64_t>(aSize, size - std::min(size, mPlace)));
-        auto* const bytes = static_cast<char*>(aBuffer);
-        std::memset(bytes, 0, count);
-        for (const auto& [start, part] : mParts) {
-            for (std::size_t i = 0; i < part.size(); ++i) {
-                if (start + i >= mPlace && start + i - mPlace < count) {
-                    bytes[start + i - mPlace] = part[i];
-                }
-            }
-        }
-        ++mReads;
-        mBytes += count;
-        mPlace += count;
-        return static_cast<ezFileOffset>(count);
-    }
-
-private:
-    std::map<std::uint64_t, std::string> mParts;
-    std::uint64_t mPlace = 0;
-};
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
 

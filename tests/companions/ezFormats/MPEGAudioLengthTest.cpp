@@ -40,6 +40,13 @@ Record ReadWith(const std::string& aBytes, int anOptions, AwkwardStream::Costs* 
     return record;
 }
 
+/// All of a file in blocks of 64 KiB, and what any file may cost.
+void ExpectWalkedOnce(const AwkwardStream::Costs& aCosts, std::size_t aSize) {
+    EXPECT_LE(aCosts.mReads, aSize / (std::size_t{56} * 1024) + 32);
+    EXPECT_LE(aCosts.mSeeks, aSize / (std::size_t{56} * 1024) + 33);
+    EXPECT_LE(aCosts.mBytes, aSize + std::size_t{512} * 1024);
+}
+
 } // namespace
 
 TEST(MPEGAudioLength, ACountInTheFirstFrameIsExact) {
@@ -210,15 +217,35 @@ TEST(MPEGAudioLength, TheWholeFileIsReadOnlyWhenAskedForAndNeeded) {
 
 TEST(MPEGAudioLength, AWholeFileIsWalkedOverJunk) {
     const std::string file = Uneven() + std::string(30000, 'j') + Uneven() + ID3v1("t", "", "", 0);
-    const Record record = ReadWith(file, kParseOption_ParseFullFileIfVBR);
+    AwkwardStream::Costs costs;
+    const Record record = ReadWith(file, kParseOption_ParseFullFileIfVBR, &costs);
+    ExpectWalkedOnce(costs, file.size());
     ASSERT_NE(record, nullptr);
     EXPECT_EQ(record->GetUInt32("du", 0), 135U); // 135.837 s
     EXPECT_EQ(Str(record->GetCString("md", "")), "counted");
     // So much else that it is no count.
-    const Record other =
-        ReadWith(Uneven() + std::string(300000, 'j') + Uneven(), kParseOption_ParseFullFileIfVBR);
+    const std::string torn = Uneven() + std::string(300000, 'j') + Uneven();
+    const Record other = ReadWith(torn, kParseOption_ParseFullFileIfVBR, &costs);
+    ExpectWalkedOnce(costs, torn.size());
     ASSERT_NE(other, nullptr);
     EXPECT_EQ(Str(other->GetCString("md", "")).substr(0, 9), "estimate:");
+}
+
+TEST(MPEGAudioLength, GapsOfOneByteCostNoReadEach) {
+    // 8 and 16 kbit/s at 22.05 kHz; then a byte of junk behind every four frames.
+    constexpr std::uint32_t kSlow = 0xFFF31000;
+    constexpr std::uint32_t kFast = 0xFFF32000;
+    std::string file = Frames(kSlow, 26, 10) + Frames(kFast, 52, 10);
+    unsigned count = 20;
+    for (; count < 40020; count += 4) {
+        file += Frames(kSlow, 26, 4) + "j";
+    }
+    AwkwardStream::Costs costs;
+    const Record record = ReadWith(file, kParseOption_ParseFullFileIfVBR, &costs);
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(Str(record->GetCString("md", "")), "counted");
+    EXPECT_EQ(record->GetUInt32("du", 0), count * 576U / 22050U);
+    ExpectWalkedOnce(costs, file.size());
 }
 
 TEST(MPEGAudioLength, AVaryingRateWithACountHasItsMean) {

@@ -151,6 +151,18 @@ TEST(MPEGAudioParser, FreeFormatIsMeasuredByTheDistanceOfItsHeaders) {
     }
     EXPECT_EQ(Value("jj" + tone, "ca"), "none");
     EXPECT_EQ(Value(tone, "ca"), "MP3") << "frames of silence";
+    // Silence before the sound: its second frame is the first that differs from the next one, and twice the
+    // distance is not taken for the length of a frame.
+    const std::string silence = Frame(kFree, 400, 1);
+    EXPECT_EQ(Length("j" + silence + silence + Frames(kFree, 400, 38)), "1 counted"); // 39 frames: 1.019 s
+}
+
+TEST(MPEGAudioParser, ALeadingTagThatClaimsTheFileEndsWithItsHeader) {
+    // Five frames make a stream where they are expected, and do not where they are searched for.
+    const std::string claims = APEEnd(2000, 0x7FFFFFFF, 0xA0000000);
+    EXPECT_EQ(Length(claims + Song(5)), "0 counted");
+    EXPECT_EQ(Length(claims + "j" + Song(5)), "none none");
+    EXPECT_EQ(Length("ID3\3\0\0"s + Syncsafe(0xFFFFFFF) + Song(5)), "0 counted");
 }
 
 TEST(MPEGAudioParser, FilesOfOtherFormatsAreRefusedWhateverSoundTheyHold) {

@@ -135,6 +135,24 @@ TEST(MPEGAudioTexts, PlainSizesInANewTagAreFollowedWhereTheyLeadOn) {
               std::string(300, 't') + "|||");
 }
 
+TEST(MPEGAudioTexts, PicturesBeforeTheTextsDoNotUseUpTheirReads) {
+    const std::string picture(100000, 'p');
+    const auto texts = [&](unsigned aVersion, unsigned aPictures, auto aFrame) {
+        std::string frames;
+        for (unsigned i = 0; i < aPictures; ++i) {
+            frames += aFrame("APIC", picture);
+        }
+        return Texts(ID3(aVersion, 0, frames + aFrame("TIT2", "\0Title"s)) + Song());
+    };
+    const auto frame23 = [](const char* anID, const std::string& aBody) { return Frame23(anID, aBody); };
+    const auto frame24 = [](const char* anID, const std::string& aBody) { return Frame24(anID, aBody); };
+    for (unsigned pictures = 1; pictures <= 4; ++pictures) {
+        EXPECT_EQ(texts(3, pictures, frame23), "Title|||") << pictures;
+        EXPECT_EQ(texts(4, pictures, frame24), "Title|||") << pictures;
+    }
+    EXPECT_EQ(texts(4, 2, frame23), "Title|||") << "of plain sizes, where both places are looked at";
+}
+
 TEST(MPEGAudioTexts, TheOldTagHelpsOut) {
     const std::string song = Song();
     EXPECT_EQ(Texts(song + ID3v1("Title", "Artist", "Album", 17)), "Title|Artist|Album|Rock");

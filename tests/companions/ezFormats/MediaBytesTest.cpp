@@ -201,10 +201,61 @@ TEST(MediaBytes, WholeMediaIsAllowedOnRequest) {
     MediaBytes bytes(stream, 1, kStart);
     EXPECT_TRUE(IsAt(bytes, content, 0));
     bytes.AllowWholeMedia();
-    for (std::size_t position = 0; position < content.size(); position += 1000) {
+    for (std::size_t position = 0; position < content.size(); ++position) {
         ASSERT_TRUE(IsAt(bytes, content, position)) << position;
     }
     EXPECT_FALSE(bytes.IsBudgetUsedUp());
+}
+
+TEST(MediaBytes, WholeMediaIsAllowedOnceAndNoMore) {
+    const std::string content = Numbered(1000000);
+    AwkwardStream stream(content);
+    MediaBytes bytes(stream, 1, kStart);
+    bytes.AllowWholeMedia();
+    for (std::size_t i = 0; i < 100000; ++i) { // back and forth, which nobody does who reads it once
+        unsigned char byte = 0;
+        bytes.Get(i % 2 == 0 ? 100000 : 900000, &byte);
+    }
+    EXPECT_TRUE(bytes.IsBudgetUsedUp());
+    EXPECT_LE(stream.GetCosts().mReads, 2 * (content.size() / 65536 + 1) + 1);
+    EXPECT_LE(stream.GetCosts().mBytes, content.size() + kStart);
+}
+
+TEST(MediaBytes, WholeMediaOfAnySizeIsAllowed) {
+    class LargeStream : public AwkwardStream {
+    public:
+        explicit LargeStream(std::uint64_t aSize) : AwkwardStream(Numbered(100000)) { mMediaSize = aSize; }
+    };
+    for (const std::uint64_t size : {UINT64_MAX - 1, std::uint64_t{1} << 60, std::uint64_t{1} << 40}) {
+        LargeStream stream(size);
+        MediaBytes bytes(stream, 1, kStart);
+        bytes.AllowWholeMedia();
+        EXPECT_TRUE(IsAt(bytes, Numbered(100000), 99999)) << size;
+        EXPECT_FALSE(bytes.IsBudgetUsedUp()) << size;
+    }
+}
+
+TEST(MediaBytes, NoByteBehindTheSizeThatTheFirstReadToldIsAtHand) {
+    /// Opens itself with its first read, and then knows that it is shorter than what it gave.
+    class LateStream : public AwkwardStream {
+    public:
+        LateStream() : AwkwardStream(Numbered(200), UnknownSize()) {}
+
+    protected:
+        ezFileOffset MediaRead(void* aBuffer, std::size_t aSize) override {
+            const ezFileOffset count = AwkwardStream::MediaRead(aBuffer, aSize);
+            mMediaSize = 100;
+            return count;
+        }
+    };
+    LateStream stream;
+    MediaBytes bytes(stream, kReads, kBytes);
+    const unsigned char* lent = nullptr;
+    EXPECT_EQ(bytes.Lend(0, &lent), 100U);
+    EXPECT_EQ(bytes.GetSize(), 100U);
+    EXPECT_EQ(bytes.LendAtHand(0, &lent), 100U);
+    EXPECT_EQ(bytes.LendAtHand(99, &lent), 1U);
+    EXPECT_EQ(bytes.LendAtHand(100, &lent), 0U);
 }
 
 TEST(MediaBytes, FailedReadIsTold) {

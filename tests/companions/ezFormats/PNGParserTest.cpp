@@ -56,6 +56,22 @@ TEST(PNGParser, HeaderThatNoPNGHasIsRefusedAndTheLogNamesTheValue) {
     refusal("bit depth 4 with colour type 2", &PNGHeader::mBitDepth, 4);
 }
 
+TEST(PNGParser, AMediaThatEndsWithinItsHeaderIsNotAskedForEachByteOfIt) {
+    const std::string expected = "PNGParser: malformed: ends before the end of the header";
+    for (const std::size_t length : {std::size_t{12}, std::size_t{14}, std::size_t{16}, std::size_t{20}}) {
+        const std::string cut = PNG().substr(0, length); // 16: up to "IHDR"
+        for (const bool fSizeKnown : {true, false}) {
+            Delivery delivery;
+            delivery.mfSizeKnown = fSizeKnown;
+            AwkwardStream::Costs costs;
+            EXPECT_EQ(pictures::Parsed<PNGParser>(cut, delivery, &costs), "null\n");
+            // The start and its end, which stream and parser both look for, and once what is behind it.
+            EXPECT_LE(costs.mReads, 4U) << length;
+            EXPECT_EQ(Refusal(cut, delivery), expected) << length << fSizeKnown;
+        }
+    }
+}
+
 TEST(PNGParser, HeaderIsBelievedOnlyWithItsCheckSum) {
     std::string damaged = PNG();
     damaged[19] = '\x41'; // the last byte of the width, 320: now 321

@@ -231,4 +231,11 @@ def seeds():
     lone = b"\xFF\xF3\x40\0" + filler(50) + b"\xFF\xFB\x90\0" + filler(90)
     yield "format_mpeg_audio", "long-and-slower-later", 20 * one + lone + 48 * slow + hole
     yield "format_mpeg_audio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
+    yield "format_mpeg_audio", "not-found-before-a-failing-read", filler(9000) + bytes([2, 0, 0, 1]) + bytes(4)
+    yield "format_mpeg_audio", "unknown-size-and-a-failing-read", 20 * SOUND + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    tag = id3(text23(b"TXXX", b"x" * 8100), text23(b"TIT2", b"\0" + b"a" * 300), flags=0x80)
+    yield "format_mpeg_audio", "text-unsynchronised-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
+    for left in (2, 4, 7):
+        tag = id3(text23(b"TIT2", b"\0T"), padding=8192 - left - 22)
+        yield "format_mpeg_audio", f"tag-ends-{left}-bytes-before-the-block", tag + 20 * SOUND + DELIVERED_AS_IT_IS
     yield "format_mpeg_audio", "unknown-size-and-short", 3 * mpeg_frame(104, rate=1) + delivered(8)

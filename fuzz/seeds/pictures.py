@@ -113,6 +113,18 @@ def request(width, height, flags=1, piece=None):
     return how + width.to_bytes(2, "little") + height.to_bytes(2, "little")
 
 
+def many_scans():
+    """A progressive JPEG of one black block. Every coefficient has a scan of its own, and another for its last bit."""
+    def scan(first, last, high, low):
+        return segment(0xDA, bytes([1, 1, 0, first, last, high << 4 | low])) + b"\x7F"
+
+    one_code = bytes([1] + 15 * [0] + [0])
+    tables = segment(0xDB, bytes([0] + 64 * [1])) + segment(0xC4, b"\0" + one_code) + segment(0xC4, b"\x10" + one_code)
+    size = n(8, 1) + n(8, 2) + n(8, 2) + n(1, 1) + bytes([1, 0x11, 0])
+    scans = scan(0, 0, 0, 0) + b"".join(scan(i, i, 0 if step else 1, step) for step in (1, 0) for i in range(1, 64))
+    return b"\xFF\xD8" + tables + segment(0xC2, size) + scans + b"\xFF\xD9"
+
+
 def jpegs():
     """Made of the seed of a whole JPEG."""
     with open(os.path.join(os.path.dirname(__file__), "..", "corpus", "picture", "jpeg-baseline"), "rb") as seed:
@@ -130,6 +142,13 @@ def jpegs():
     yield "no-tables", within + b"\xFF\xD8" + content[content.index(b"\xFF\xC0") :]
     yield "damaged-picture", within + b"\xFF\xD8" + content[:scan] + b"\x55\xAA" * 20 + content[scan + 40 :]
     yield "marker-in-the-picture", within + b"\xFF\xD8" + content[:scan] + b"\xFF\xD3" + content[scan + 2 :]
+    # Longer than the block that is read at a time.
+    yield "long-comment", within + b"\xFF\xD8" + segment(0xFE, bytes(20000)) + content
+    yield "long-application", within + b"\xFF\xD8" + segment(0xE1, b"http://ns/x" + bytes(20000)) + content
+    yield "more-scans-than-are-read", within + many_scans()
+    yield "fast-within-1x1", request(1, 1, 1 | 4) + b"\xFF\xD8" + content
+    yield "fast-of-1x160", request(1, 160, 1 | 4 | 32) + bytes(2) + b"\xFF\xD8" + content
+    yield "of-1x160", request(1, 160, 1 | 32) + bytes(2) + b"\xFF\xD8" + content
     for width, height in ((1, 1), (1, 160), (160, 1), (7, 100), (100, 7)):
         yield f"within-{width}x{height}", request(width, height) + b"\xFF\xD8" + content
 
@@ -141,6 +160,8 @@ def pictures():
     for orientation in range(1, 10):
         yield f"orientation-{orientation}", SMALL + whole_png(chunk(b"eXIf", tiff(((0x112, 3, orientation),))))
     yield "gamma-too-low", SMALL + whole_png(chunk(b"gAMA", n(1, 4)))
+    yield "gamma-below-those-of-pictures", SMALL + whole_png(chunk(b"gAMA", n(9999, 4)))
+    yield "long-text", SMALL + whole_png(chunk(b"tEXt", b"Ours\0" + b"x" * 20000))
     yield "gamma-too-high", SMALL + whole_png(chunk(b"gAMA", n(99999999, 4)))
     yield "gamma-of-a-screen", SMALL + whole_png(chunk(b"gAMA", n(45455, 4)))
     yield "nothing", SMALL
@@ -150,8 +171,9 @@ def pictures():
     yield "rows-missing", SMALL + whole_png(data=zlib.compress(bytes(50)))
     yield "data-of-nothing", SMALL + whole_png(data=b"")
     exact = bytes([34]) + b"{}" + bytes([1, 1])
-    yield "wish-too-wide", exact.replace(b"{}", b"\xFB\xFF\x08\0") + whole_png()
-    yield "wish-too-high", exact.replace(b"{}", b"\x08\0\xFB\xFF") + whole_png()
+    yield "wish-too-wide", exact.replace(b"{}", b"\xFC\xFF\1\0") + whole_png()
+    yield "wish-too-high", exact.replace(b"{}", b"\1\0\xFC\xFF") + whole_png()
+    yield "wish-of-the-widest", exact.replace(b"{}", b"\xFB\xFF\1\0") + whole_png()
 
 
 def seeds():

@@ -94,6 +94,7 @@ def wpl():
     yield "cut-in-a-tag", "<smil><body>" + media("a.mp3") + "<media src='b.mp3' c="
     yield "cut-in-a-name", "<smil><body>" + media("a.mp3") + "<media src='b.mp3'/><"
     yield "cut-in-a-bad-name", "<smil><body>" + media("a.mp3") + "<1"
+    yield "sign-in-a-tag", "<smil><body>" + media("a.mp3") + "<media src='b.mp3'!/></body></smil>"
     yield "cut-with-a-child", "<smil><body><media src='a.mp3'><x/><y a="
 
 

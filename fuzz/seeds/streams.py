@@ -1,4 +1,4 @@
-"""Seeds of the media stream: every operation, on media of sizes that matter, delivered in every way."""
+"""Seeds of the media stream: every operation, on media of sizes that matter, delivered in every way. And of the adapter."""
 
 SIZES = {"nothing": 0, "a-hundred-bytes": 2, "the-buffer": 4, "more-than-the-buffer": 5, "two-buffers": 6}
 DELIVERIES = {
@@ -41,12 +41,28 @@ def operations():
     yield [up_to, SMALL, 3]
 
 
+def adapters():
+    """Of the stream that is read through the adapter: its size and nature, what it answers, and operations."""
+    largest, trickling, lending, misbehaving = 7, 8, 1, 16
+    arrived = (8191).to_bytes(2, "little")  # and one more: what is read first
+    close = bytes([7, 0, 0, 0, 0, 0])
+    beyond = bytes([0, 0]) + (5000).to_bytes(2, "little") + bytes([100, 0])
+    error, one_byte, no_data = 5, 1, 1
+    for name, nature in (("", 0), ("-lent", lending)):
+        yield "closed-while-trickling" + name, bytes([largest, trickling | nature]) + arrived + close + beyond
+        yield "error" + name, bytes([largest, misbehaving | nature, 1, error, one_byte, 0])
+    yield "lent-nothing", bytes([largest, misbehaving | lending, 1, 0, one_byte, no_data])
+
+
 def seeds():
+    for name, content in adapters():
+        yield "stream_adapter", name, content
     played = b"".join(map(bytes, operations()))
     for size, number in SIZES.items():
         for delivery, head in DELIVERIES.items():
             yield "media_parser_stream", f"{size}-{delivery}", bytes([number]) + head + played
         yield "media_parser_stream", f"{size}-file", bytes([number | 8, 0, 2]) + played
     yield "media_parser_stream", "not-read-first", bytes([6 | 16, 0]) + played
+    yield "media_parser_stream", "not-read-first-and-short", bytes([2 | 16, 0, 2, SMALL, 200]) + played
     yield "media_parser_stream", "not-read-first-failing", bytes([6 | 16, 2, 0]) + played
     yield "media_parser_stream", "file-not-read-first", bytes([6 | 8 | 16, 0, 2]) + played

@@ -39,6 +39,7 @@ def protocol_infos():
     yield "conversion-of-letters", "h:*:v/m:DLNA.ORG_CI=2", "h:*:v/m:DLNA.ORG_CI=12", "DLNA.ORG_CI", "!"
     yield "flags-of-letters", "h:*:v/m:DLNA.ORG_FLAGS=0150g000", "h:*:v/m:DLNA.ORG_FLAGS=01500000", "DLNA.ORG_FLAGS", "1"
     yield "open-quotes", 'h:*:v/m;a="b:c;"d"e:X="f;g', 'h:*:v/m:X="', "X", '"'
+    yield "open-quote-behind-a-quoted-one", 'h:*:v/m;a="b\\"c:X=1', 'h:*:"\\":v/m:X=1', "X", "1"
     yield "without-names", "h:*:v/m:=a;;b;X=;X=1", "h:*:v/m:X", "", "a"
     yield "merged-operations", "h:*:v/m:DLNA.ORG_OP=00", "h:*:v/m:DLNA.ORG_OP=01", "DLNA.ORG_OP", "10"
     yield "merged-time-seek", "h:*:v/m:DLNA.ORG_OP=01", "h:*:v/m:DLNA.ORG_OP=10", "DLNA.ORG_OP", "11"
@@ -65,7 +66,15 @@ def media_types():
     yield "before-any-section", "mp3=mp3@audio/mpeg@item.audioItem\n[MimeTypes]\nno value\n[MimeTypes\nmp4=mp4@video/mp4@item.videoItem\n"
     yield "many-extensions", "[MimeTypes]\nmp3=" + ",".join(f"e{i}" for i in range(80)) + "@audio/mpeg@item.audioItem\n"
     yield "many-entries-of-a-type", "[MimeTypes]\n" + "".join(f"t{i}=e{i},f{i % 7}@audio/mpeg@item.audioItem\n" for i in range(80))
+    yield "extensions-many-times", "[MimeTypes]\n" + "".join(f"t{i}=e{i % 20}@audio/mpeg@item.audioItem\n" for i in range(40))
+    yield "entries-that-say-little", "[MimeTypes]\na=a\nb=b@x/y\n"
     yield "types-of-nothing", "[MimeTypes]\na=a@@item.audioItem\nb=b@x/y\nc=@x/y@item\n"
+
+
+def file_names():
+    yield "shorter-than-its-case", "B-JPEG.jpg"
+    yield "case-of-nobody", "O-MP2TS_X.mpg"
+    yield "rule-of-nobody", "B-ours.txt"
 
 
 def mapper_files():
@@ -77,6 +86,13 @@ def mapper_files():
     yield "speeds-of-one-profile", ("a.mpg,video/mpeg,MPEG_PS_PAL,,1,00000000\n"
                                     + "b.mpg,video/mpeg,MPEG_PS_PAL,0:00:01,-2\\,1/2\\,1\\,4,00000001,9800000,,,352,288,,"
                                     + "DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS=70000000")
+    yield "names-of-nothing", ".mp3,audio/mpeg,MP3\n(2).mp3,audio/mpeg,MP3X"
+    yield "speeds-in-the-second-entry", ("a.jpg,image/jpeg,OURS\n"
+                                         + "b.mpg,video/mpeg,OURS,0:00:01,2\\,4,00000001,9800000,,,352,288,,"
+                                         + "DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS=70000000")
+    yield "profile-of-a-parameter", "a.mpg,video/mpeg,;X,0:00:01,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
+    yield "type-of-another-profile", "a.mpg,a:DLNA.ORG_PN=Z;/b,X,,,,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
+    yield "longer-than-a-block", "# ours\n" * 3000 + "a.mpg,video/mpeg,MPEG_PS_PAL\n"
     yield "no-profiles", "a.mpg,video/mpeg,,,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000\nb.mpg,video/mpeg,,"
 
 
@@ -107,6 +123,7 @@ def seeds():
     for name, *lines in protocol_infos():
         yield "protocol_info", name, "\n".join(lines).encode()
     for door, texts in (("mapper_line", mapper_lines()), ("profile_rules", profile_rules()),
-                        ("media_types_ini", media_types()), ("mapper_file", mapper_files())):
+                        ("media_types_ini", media_types()), ("mapper_file", mapper_files()),
+                        ("file_name", file_names())):
         for name, content in texts:
             yield door, name, content.encode()

@@ -128,6 +128,7 @@ def tags():
     complete = id3(*(text23(kind, b"\0T") for kind in (b"TIT2", b"TPE1", b"TALB", b"TCON")))
     yield "complete-tag-before-another", complete + complete + SOUND
     yield "ape-behind-as-before", ape(leading=True, flags=0)[:32] + SOUND
+    yield "ape-before-of-more-than-the-file", ape(leading=True, flags=0, size=99999)[:32] + SOUND
     yield "ape-cut-before", b"APETAGEX\0"
     yield "ape-footer-before", ape(ape_item(b"Title", b"T"), flags=0)[-32:] + SOUND
     items = [ape_item(key, b"T") for key in (b"Title", b"Artist", b"Album", b"Genre", b"Year")]
@@ -233,6 +234,13 @@ def seeds():
     yield "format_mpeg_audio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
     yield "format_mpeg_audio", "not-found-before-a-failing-read", filler(9000) + bytes([2, 0, 0, 1]) + bytes(4)
     yield "format_mpeg_audio", "unknown-size-and-a-failing-read", 20 * SOUND + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    changing = 60 * (mpeg_frame(104, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
+    yield "format_mpeg_audio", "whole-of-changing-rates", changing + delivered(32)
+    for read in range(1, 5):
+        yield "format_mpeg_audio", f"whole-fails-at-{read}", changing + bytes([32 | 2, 0, 0, read]) + bytes(4)
+    for name, text, flags in (("text", b"\0" + b"a" * 300, 0), ("stuffing", b"\0" + b"a" * 60 + b"\xFF" + b"b" * 50, 0x80)):
+        tag = id3(text23(b"TXXX", b"x" * 8100), text23(b"TIT2", text), flags=flags)
+        yield "format_mpeg_audio", f"{name}-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
     tag = id3(text23(b"TXXX", b"x" * 8100), text23(b"TIT2", b"\0" + b"a" * 300), flags=0x80)
     yield "format_mpeg_audio", "text-unsynchronised-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
     for left in (2, 4, 7):

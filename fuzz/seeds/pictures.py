@@ -58,6 +58,7 @@ def jpeg():
     yield "not-from-the-frame", b"\xFF\xDA\0\2" + frame()
     yield "not-of-this-standard", b"\xFF\xF7\0\2" + frame()
     yield "not-of-that-length", segment(0xFE, b"", 1) + frame()
+    yield "not-without-a-count", segment(0xC0, n(8, 1) + n(48, 2) + n(64, 2))
     yield "not-in-17-bits", frame(bits=17)
     yield "not-in-9-bits", frame(bits=9)
     yield "not-without-width", frame(width=0)
@@ -181,6 +182,9 @@ def seeds():
         yield "picture", name, content
     for name, content in jpeg():
         yield "format_jpeg", name, b"\xFF\xD8" + content + DELIVERED_AS_IT_IS
+    # Said to have bytes that it has not.
+    for name, content in (("length", segment(0xFE, b"")[:3]), ("components", frame()[:-4]), ("count", frame()[:9])):
+        yield "format_jpeg", f"not-whole-in-the-{name}", b"\xFF\xD8" + content + bytes([16, 100, 0]) + bytes(5)
     yield "format_jpeg", "not-a-jpeg", b"ours" + DELIVERED_AS_IT_IS
     hole = 30 << 11
     for read in range(3):

@@ -67,7 +67,7 @@ def media_types():
     yield "many-extensions", "[MimeTypes]\nmp3=" + ",".join(f"e{i}" for i in range(80)) + "@audio/mpeg@item.audioItem\n"
     yield "many-entries-of-a-type", "[MimeTypes]\n" + "".join(f"t{i}=e{i},f{i % 7}@audio/mpeg@item.audioItem\n" for i in range(80))
     yield "extensions-many-times", "[MimeTypes]\n" + "".join(f"t{i}=e{i % 20}@audio/mpeg@item.audioItem\n" for i in range(40))
-    yield "entries-that-say-little", "[MimeTypes]\na=a\nb=b@x/y\n"
+    yield "entries-that-say-little", "[MimeTypes]\na=a\nc=c@z/w@item\nb=b@x/y\n"
     yield "types-of-nothing", "[MimeTypes]\na=a@@item.audioItem\nb=b@x/y\nc=@x/y@item\n"
 
 
@@ -90,10 +90,34 @@ def mapper_files():
     yield "speeds-in-the-second-entry", ("a.jpg,image/jpeg,OURS\n"
                                          + "b.mpg,video/mpeg,OURS,0:00:01,2\\,4,00000001,9800000,,,352,288,,"
                                          + "DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS=70000000")
-    yield "profile-of-a-parameter", "a.mpg,video/mpeg,;X,0:00:01,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
-    yield "type-of-another-profile", "a.mpg,a:DLNA.ORG_PN=Z;/b,X,,,,,,,,,,BRELVO.COM_GOLDENDMS=70000000"
+    yield "profile-of-a-parameter", "a.mpg,video/mpeg,;X,0:00:01,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=60000000"
+    yield "type-of-another-profile", "a.mpg,a:DLNA.ORG_PN=Z;/b,X,,,,,,,,,,BRELVO.COM_GOLDENDMS=60000000"
     yield "longer-than-a-block", "# ours\n" * 3000 + "a.mpg,video/mpeg,MPEG_PS_PAL\n"
     yield "no-profiles", "a.mpg,video/mpeg,,,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000\nb.mpg,video/mpeg,,"
+
+
+def checked_mapper_files():
+    yield "speeds-of-nobody", "a.mpg,video/mpeg,MPEG_PS_PAL,,x\\,2\\,2\\,0"
+    yield "bits-of-another-count", "a.mpg,video/mpeg,MPEG_PS_PAL,,,0000000\nb.mpg,video/mpeg,MPEG_PS_PAL,,,0000000x"
+    word = "{}.mpg,video/mpeg,MPEG_PS_PAL,,,,,,,,,,BRELVO.COM_GOLDENDMS={}".format
+    yield "flag-words-of-nobody", word("a", "012345678") + "\n" + word("b", "0000000g")
+    yield "the-same-line", 2 * "a.mpg,video/mpeg,MPEG_PS_PAL\n"
+    yield "samples-and-others", ("a.pcm,audio/L16,A\na.pcm,audio/L16,B\na.mp3,audio/mpeg,C\na.mp3,audio/mpeg,D\n"
+                                 + "a.pcm,audio/L16,E")
+
+
+def tool_texts():
+    yield "declaration-without-end", "<?xml version='1.0'"
+    yield "comment-without-end", "<!-- <smil>"
+    yield "character-of-nobody", "a\u0378b"
+
+
+def mime_types():
+    """A MIME type, a name and a value."""
+    yield "backslash-at-the-end", 'a/b;x="y\\\nx\n1'
+    yield "value-of-nothing", "a/b;x=;y=1\nx\n"
+    yield "half-a-type", "/b;x=1\nx\n1"
+    yield "other-half-of-a-type", "a/ ;x=1\nx\n1"
 
 
 def profile_rules():
@@ -124,6 +148,7 @@ def seeds():
         yield "protocol_info", name, "\n".join(lines).encode()
     for door, texts in (("mapper_line", mapper_lines()), ("profile_rules", profile_rules()),
                         ("media_types_ini", media_types()), ("mapper_file", mapper_files()),
-                        ("file_name", file_names())):
+                        ("file_name", file_names()), ("tool_mapper_check", checked_mapper_files()),
+                        ("tool_text", tool_texts()), ("mime_type", mime_types())):
         for name, content in texts:
             yield door, name, content.encode()

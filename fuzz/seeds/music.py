@@ -234,6 +234,9 @@ def seeds():
     yield "format_mpeg_audio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
     yield "format_mpeg_audio", "not-found-before-a-failing-read", filler(9000) + bytes([2, 0, 0, 1]) + bytes(4)
     yield "format_mpeg_audio", "unknown-size-and-a-failing-read", 20 * SOUND + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    tag = id3(text23(b"TXXX", b"x" * 8200), text23(b"TIT2", b"\0" + b"a" * 9000), flags=0x80)
+    for read in range(2, 5):
+        yield "format_mpeg_audio", f"long-text-unsynchronised-fails-at-{read}", tag + SOUND + bytes([2, 0, 0, read]) + bytes(4)
     changing = 60 * (mpeg_frame(104, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
     yield "format_mpeg_audio", "whole-of-changing-rates", changing + delivered(32)
     for read in range(1, 5):

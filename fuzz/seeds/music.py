@@ -249,4 +249,5 @@ def seeds():
     for left in (2, 4, 7):
         tag = id3(text23(b"TIT2", b"\0T"), padding=8192 - left - 22)
         yield "format_mpeg_audio", f"tag-ends-{left}-bytes-before-the-block", tag + 20 * SOUND + DELIVERED_AS_IT_IS
+    yield "format_mpeg_audio", "unknown-size-and-half-a-header", SOUND[:3] + delivered(8)
     yield "format_mpeg_audio", "unknown-size-and-short", 3 * mpeg_frame(104, rate=1) + delivered(8)

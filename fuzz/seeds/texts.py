@@ -67,7 +67,7 @@ def media_types():
     yield "many-extensions", "[MimeTypes]\nmp3=" + ",".join(f"e{i}" for i in range(80)) + "@audio/mpeg@item.audioItem\n"
     yield "many-entries-of-a-type", "[MimeTypes]\n" + "".join(f"t{i}=e{i},f{i % 7}@audio/mpeg@item.audioItem\n" for i in range(80))
     yield "extensions-many-times", "[MimeTypes]\n" + "".join(f"t{i}=e{i % 20}@audio/mpeg@item.audioItem\n" for i in range(40))
-    yield "entries-that-say-little", "[MimeTypes]\na=a\nc=c@z/w@item\nb=b@x/y\n"
+    yield "entries-that-say-little", "[MimeTypes]\na=a\nc=c@z/w@item\nb=b@x/y\n".ljust(40, "\n")
     yield "types-of-nothing", "[MimeTypes]\na=a@@item.audioItem\nb=b@x/y\nc=@x/y@item\n"
 
 
@@ -91,6 +91,7 @@ def mapper_files():
                                          + "b.mpg,video/mpeg,OURS,0:00:01,2\\,4,00000001,9800000,,,352,288,,"
                                          + "DLNA.ORG_OP=01;BRELVO.COM_GOLDENDMS=70000000")
     yield "profile-of-a-parameter", "a.mpg,video/mpeg,;X,0:00:01,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=60000000"
+    yield "profile-that-ends-in-a-backslash", "a.mpg,video/mpeg,X\\\nb.mpg,video/mpeg,Y"
     yield "type-of-another-profile", "a.mpg,a:DLNA.ORG_PN=Z;/b,X,,,,,,,,,,BRELVO.COM_GOLDENDMS=60000000"
     yield "longer-than-a-block", "# ours\n" * 3000 + "a.mpg,video/mpeg,MPEG_PS_PAL\n"
     yield "no-profiles", "a.mpg,video/mpeg,,,2\\,4,00000001,,,,,,,BRELVO.COM_GOLDENDMS=70000000\nb.mpg,video/mpeg,,"

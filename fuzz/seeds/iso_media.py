@@ -533,6 +533,15 @@ def seeds():
         yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
     unknown = bytes([8]) + bytes(7)
     yield "format_iso_media", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
+    failing = movie(video(), rest=box("mdat", bytes(9000)) + box("free")) + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    yield "format_iso_media", "of-unknown-size-failing-behind-the-movie", failing
+    whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
+    yield "format_iso_media", "more-boxes-than-are-read", fragmented(whole, 4100 * box("free")) + DELIVERED_AS_IT_IS
+    # The last bytes of the last table are said to be there, and are not.
+    times, sizes = stts(*((1, 40 + i) for i in range(25))), stsz(*range(20, 45))
+    for name, tables in (("times", (sizes, times)), ("sizes", (times, sizes))):
+        film = movie(track("vide", (description(picture("vp09")), *tables)), rest=b"")
+        yield "format_iso_media", f"{name}-that-are-not-there", film[:-50] + bytes([16, 49]) + bytes(6)
     hole = 50 << 11
     told = fragmented(fragment(1, 0x300, [n(100) + n(50)] * 5) + box("free", bytes(hole)), MDAT)
     behind = movie(audio(), brand=FTYP + box("mdat", bytes(hole)), rest=b"")

@@ -237,6 +237,11 @@ def seeds():
     tag = id3(text23(b"TXXX", b"x" * 8200), text23(b"TIT2", b"\0" + b"a" * 9000), flags=0x80)
     for read in range(2, 5):
         yield "format_mpeg_audio", f"long-text-unsynchronised-fails-at-{read}", tag + SOUND + bytes([2, 0, 0, read]) + bytes(4)
+    tag = id3(text23(b"TXXX", b"x" * 8200), size=9000)
+    yield "format_mpeg_audio", "tag-to-where-nothing-is", tag + bytes([16]) + (5000).to_bytes(2, "little") + bytes(5)
+    yield "format_mpeg_audio", "whole-of-one-rate", 25 * SOUND + delivered(32)
+    free = b"".join(mpeg_frame(FREE, rate=0, body=bytes(32) + b"Xing" + n(0) + bytes([i])) for i in range(50))
+    yield "format_mpeg_audio", "whole-of-free-format", free + delivered(32)
     changing = 60 * (mpeg_frame(104, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
     yield "format_mpeg_audio", "whole-of-changing-rates", changing + delivered(32)
     for read in range(1, 5):

@@ -15,6 +15,7 @@ def m3u():
     yield "many-lines", "".join(f"#EXTINF:{i},T\nfolder/song {i}.mp3\r\n" for i in range(900))
     yield "many-bare-lines", "".join(f"folder/song {i}.mp3\n" for i in range(1200))
     yield "byte-order-mark", "\ufeff#EXTM3U\na.mp3\n"
+    yield "block-that-ends-within-a-line-end", "#" + "x" * 4094 + "\r\na.mp3\r\n"
     yield "half-a-byte-order-mark", b"\xEF\xBB"
 
 
@@ -27,6 +28,7 @@ def pls():
     yield "section-again", "[playlist]\nFile1=a.mp3\n[Other]\nFile2=b.mp3\n[PLAYLIST]\nFile3=c.mp3\n[cut\nFile4=d.mp3"
     yield "windows-paths", "[playlist]\nFile1=\\\\host\\share\\a.mp3\nFile2=c:\\a.mp3\nFile3=c:/a.mp3\nFile4=a\\b?c\\d.mp3\nFile5=c:x\n"
     yield "backslashes", "[playlist]\nFile1=a\\\nFile2={a\\b\nFile3=http://h/a\\b\nFile4=c:x\\y\nFile5=c:\\\n"
+    yield "block-that-ends-within-a-line-end", "[playlist]\r\n;" + "x" * 4082 + "\r\nFile1=a.mp3\r\n"
     yield "comments", "; ours\n[playlist]\n;File1=a.mp3\n# File2=b.mp3\nFile3=c.mp3\n"
     yield "number-too-large", "[playlist]\nFile99999999999=a.mp3\nFile4294967296=b.mp3\nFile4294967295=c.mp3\n"
 

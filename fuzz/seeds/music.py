@@ -242,6 +242,8 @@ def seeds():
     yield "format_mpeg_audio", "whole-of-one-rate", 25 * SOUND + delivered(32)
     free = b"".join(mpeg_frame(FREE, rate=0, body=bytes(32) + b"Xing" + n(0) + bytes([i])) for i in range(50))
     yield "format_mpeg_audio", "whole-of-free-format", free + delivered(32)
+    sized = id3(b"TIT2" + n(257) + bytes(2) + b"\0" + b"t" * 256, b"TALB" + n(2) + bytes(2) + b"\0A", version=4)
+    yield "format_mpeg_audio", "size-of-8-bits-before-where-nothing-is", sized[:-12] + bytes([16, 200]) + bytes(6)
     changing = 60 * (mpeg_frame(104, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
     yield "format_mpeg_audio", "whole-of-changing-rates", changing + delivered(32)
     for read in range(1, 5):

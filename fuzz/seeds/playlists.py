@@ -29,6 +29,7 @@ def pls():
     yield "windows-paths", "[playlist]\nFile1=\\\\host\\share\\a.mp3\nFile2=c:\\a.mp3\nFile3=c:/a.mp3\nFile4=a\\b?c\\d.mp3\nFile5=c:x\n"
     yield "backslashes", "[playlist]\nFile1=a\\\nFile2={a\\b\nFile3=http://h/a\\b\nFile4=c:x\\y\nFile5=c:\\\n"
     yield "block-that-ends-within-a-line-end", "[playlist]\r\n;" + "x" * 4082 + "\r\nFile1=a.mp3\r\n"
+    yield "blank-lines", "[playlist]\n\n \nFile1=a.mp3\n"
     yield "comments", "; ours\n[playlist]\n;File1=a.mp3\n# File2=b.mp3\nFile3=c.mp3\n"
     yield "number-too-large", "[playlist]\nFile99999999999=a.mp3\nFile4294967296=b.mp3\nFile4294967295=c.mp3\n"
 

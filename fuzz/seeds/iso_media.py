@@ -533,9 +533,12 @@ def seeds():
         yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
     unknown = bytes([8]) + bytes(7)
     yield "format_iso_media", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
-    failing = movie(video(), rest=box("mdat", bytes(9000)) + box("free")) + bytes([2 | 8, 0, 0, 1]) + bytes(4)
-    yield "format_iso_media", "of-unknown-size-failing-behind-the-movie", failing
     whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
+    failing = fragmented(whole, box("free", bytes(9000)), whole) + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    yield "format_iso_media", "of-unknown-size-failing-behind-the-movie", failing
+    song = movie(track("soun", (stts((10, 100)), stsz(*(100,) * 10), description(sound("mp4a", esds(0x40, AAC))))), rest=b"")
+    rest = len(song) - song.rindex(AAC)
+    yield "format_iso_media", "configuration-that-is-not-there", song[:-rest] + bytes([16, rest - 1]) + bytes(6)
     yield "format_iso_media", "more-boxes-than-are-read", fragmented(whole, 4100 * box("free")) + DELIVERED_AS_IT_IS
     # The last bytes of the last table are said to be there, and are not.
     times, sizes = stts(*((1, 40 + i) for i in range(25))), stsz(*range(20, 45))

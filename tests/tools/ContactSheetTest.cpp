@@ -217,13 +217,13 @@ TEST_F(ContactSheet, AMediaOfTheFolderIsNotReplacedByItsSheet) {
         if (!std::filesystem::exists(mOut)) {
             std::filesystem::create_symlink(mMedia + "/two.jpg", mOut);
         }
-        const std::string before = ReadFile(mOut);
+        const std::string before = ReadWholeFile(mOut);
         const ProgramResult result = Make();
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError,
                   "ezannounce: " + mOut + ": is a media of the folder, and not replaced by its sheet\n");
-        EXPECT_TRUE(ReadFile(mOut) == before);
+        EXPECT_TRUE(ReadWholeFile(mOut) == before);
     }
 }
 
@@ -234,21 +234,21 @@ TEST_F(ContactSheet, ASheetAnEmptyFileAndWhatIsNoMediaAreReplaced) {
     for (const char* name : {"empty.jpg", "empty.jpg", "notes.unknown"}) {
         mOut = mMedia + "/" + name;
         EXPECT_EQ(Make().mError, "");
-        EXPECT_GE(ReadJpeg(ReadFile(mOut)).mPicture.mWidth, 192U);
+        EXPECT_GE(ReadJpeg(ReadWholeFile(mOut)).mPicture.mWidth, 192U);
     }
 }
 
 TEST_F(ContactSheet, ASheetUnderTheNameOfACoverIsNoCoverOnTheNextOne) {
-    Write("film.mkv", ReadFile(EZ_SAMPLES "/video/kite-day.mkv"));
+    Write("film.mkv", ReadWholeFile(EZ_SAMPLES "/video/kite-day.mkv"));
     Write("poster.png", MakePng(Quarters(160, 160, std::vector<Pixel>(4, kBlue)), PNG_COLOR_TYPE_RGB));
     mOut = mMedia + "/cover.jpg";
     const std::string line =
         Line("JPEG, 368x192", "2 media, 0 with the generic picture of their class, 0 from the cache");
     EXPECT_EQ(WithoutBytes(Make().mOut), line);
     ExpectCell(Sheet(), 0, 0, kBlue);
-    const std::string first = ReadFile(mOut);
+    const std::string first = ReadWholeFile(mOut);
     EXPECT_TRUE(Holds(Make().mOut, "2 from the cache"));
-    EXPECT_TRUE(ReadFile(mOut) == first);
+    EXPECT_TRUE(ReadWholeFile(mOut) == first);
     // Without a poster the film has no picture.
     std::filesystem::remove(mMedia + "/poster.png");
     EXPECT_TRUE(Holds(Make().mOut, "1 media, 1 with the generic picture"));

@@ -66,7 +66,8 @@ def ogg():
 def flacs():
     yield "back-and-icons", flac((0, bytes(34)), (6, block(1)), (6, block(2)), (6, block(4)), (6, block(3)), (6, block(3)))
     yield "types-of-no-picture", flac((6, block(3, b"-->", data=b"http://h/x")), (6, block(3, b"text/plain", data=b"ours")),
-                                      (6, block(3, b"image/-->", data=b"ours")), (6, block(3, b"", data=b"ours")), (6, block(3, b"jpg", data=b"ours")))
+                                      (6, block(3, b"image/-->", data=b"ours")),
+                                      (6, block(3, b"", data=b"ours")), (6, block(3, b"jpg", data=b"ours")))
     yield "cut-in-a-block", flac((0, bytes(34)), (6, block()))[:-9]
     yield "mime-type-too-long", flac((6, block(mime=b"x" * 5000)))
     yield "description-beyond-the-block", flac((6, n(3) + n(1) + b"x" + n(900)), (1, bytes(1000)))

@@ -113,7 +113,8 @@ def xspf():
     yield "base-without-a-slash", listed(track("a.mp3"), " xml:base='music'", " xml:base='http://h/'")
     yield "base-too-long", listed(track("a.mp3"), " xml:base='" + "x" * 9000 + "'")
     long = "x" * 1500 + "/"
-    yield "bases-too-long-together", f"<playlist xml:base='{long}'><trackList xml:base='{long}'>" + track("a.mp3") + "</trackList></playlist>"
+    yield "bases-too-long-together", (f"<playlist xml:base='{long}'><trackList xml:base='{long}'>" + track("a.mp3")
+                                      + "</trackList></playlist>")
     yield "locations", listed("<track><title>T</title><location> </location><location>a<![CDATA[ b]]><!-- c --><x/></location>"
                               + "<duration>1x</duration></track><other/><!-- d -->"
                               + "<track><location>b</location><duration>99999999999999</duration></track>")

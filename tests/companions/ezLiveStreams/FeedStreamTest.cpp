@@ -74,6 +74,10 @@ std::string ReadAll(ezMediaParserStream& aStream, std::size_t aPiece) {
 
 using Owned = std::unique_ptr<ScriptedFeed, ezStreamReleaser>;
 
+void sSignal(void* aCondition) {
+    static_cast<ezCondition*>(aCondition)->Signal();
+}
+
 } // namespace
 
 TEST(FeedStream, IsReadLikeAFileHoweverItComes) {
@@ -110,8 +114,7 @@ TEST(FeedStream, NoWakeUpIsLostAtTheLiveEdge) {
         const Owned stream(
             new ScriptedFeed(Window(64), Bringing(media, 1 + static_cast<std::size_t>(i) % 70)));
         ezCondition condition;
-        stream->RegisterThresholdCallBack(
-            [](void* aCondition) { static_cast<ezCondition*>(aCondition)->Signal(); }, &condition);
+        stream->RegisterThresholdCallBack(sSignal, &condition);
         std::string bytes;
         while (true) {
             const ReadResult result = ReadOnce(*stream, 1 + bytes.size() % 64);
@@ -125,21 +128,19 @@ TEST(FeedStream, NoWakeUpIsLostAtTheLiveEdge) {
             }
         }
         ASSERT_EQ(bytes, media);
-        stream->UnregisterThresholdCallBack(
-            [](void* aCondition) { static_cast<ezCondition*>(aCondition)->Signal(); });
+        stream->UnregisterThresholdCallBack(sSignal); // which waits for a call that is under way
     }
 }
 
 TEST(FeedStream, TheBytesAreThereWhenTheCallBackComes) {
     const std::string media = MediaBytes(1'000);
     ezCondition start;
+    ezCondition condition; // outlives the stream, whose end calls too
     const Owned stream(new ScriptedFeed(Window(2'000), [&](ezFeedBuffer& aBuffer) {
         start.Wait();
         aBuffer.Append(media.data(), media.size());
     }));
-    ezCondition condition;
-    stream->RegisterThresholdCallBack(
-        [](void* aCondition) { static_cast<ezCondition*>(aCondition)->Signal(); }, &condition);
+    stream->RegisterThresholdCallBack(sSignal, &condition);
     start.Signal();
     condition.Wait();
     EXPECT_EQ(ReadOnce(*stream, 1'000), Got(media));

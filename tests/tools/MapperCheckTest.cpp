@@ -1,4 +1,5 @@
 #include "Announce.h"
+#include "ez/DLNAMediaMapper.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -67,9 +68,22 @@ TEST(MapperCheck, NamesTheLinesThatAreSkipped) {
 TEST(MapperCheck, TakesALineOf1024BytesAndNoLonger) {
     const std::string start = Entry("a.mp3") + ",0:00:01,,,,";
     const std::string whole = start + std::string(1024 - start.size(), 'i');
-    EXPECT_EQ(FindingsIn(whole + "\n"), Lines{" entries: 1, findings: 0"});
+    EXPECT_EQ(FindingsIn(whole + "\n"),
+              (Lines{"1: longer than 1024 bytes as a save writes it: skipped from then on",
+                     " entries: 1, findings: 1"}));
     EXPECT_EQ(FindingsIn(whole + "i\n"),
               (Lines{"1: longer than 1024 bytes: skipped", " entries: 0, findings: 1"}));
+}
+
+TEST(MapperCheck, NamesALineThatIsTooLongOnlyOnceItIsSaved) {
+    DLNAMediaMapperEntry entry;
+    const std::string start = Entry("a.mp3") + ",0:00:01,,,,";
+    ASSERT_TRUE(entry.Set(ezCString(start.c_str())));
+    const std::size_t room = 1024 - entry.Get().GetLength();
+    EXPECT_EQ(FindingsIn(start + std::string(room, 'i') + "\n"), Lines{" entries: 1, findings: 0"});
+    EXPECT_EQ(FindingsIn(start + std::string(room + 1, 'i') + "\n"),
+              (Lines{"1: longer than 1024 bytes as a save writes it: skipped from then on",
+                     " entries: 1, findings: 1"}));
 }
 
 TEST(MapperCheck, NamesPlaySpeedsThatAreDropped) {

@@ -65,6 +65,7 @@ public:
         CheckFields(fields);
         CheckSpeeds(fields, entry);
         CheckNumbers(fields, entry);
+        CheckSavedLength(entry);
         Remember(text, entry);
     }
 
@@ -158,6 +159,13 @@ private:
         if (word.GetLength() > 8 ||
             word.View().find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
             Lost("flag word " + Quoted(word) + " does not read: taken as 00000000");
+        }
+    }
+
+    void CheckSavedLength(DLNAMediaMapperEntry& anEntry) {
+        if (anEntry.Get().GetLength() > kMaximumLineLength) {
+            Lost("longer than " + std::to_string(kMaximumLineLength) +
+                 " bytes as a save writes it: skipped from then on");
         }
     }
 

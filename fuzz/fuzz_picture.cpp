@@ -71,7 +71,8 @@ uint32 DecodeSide(FuzzInput& anInput) {
     constexpr std::array<uint32, 8> kEdges = {160,   4096,       4097,       65535,
                                               65536, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
     const std::uint64_t number = anInput.Number(2);
-    return number >= 0xFFF8 ? kEdges[number - 0xFFF8] : static_cast<uint32>(number % 512);
+    return number >= 0xFFF8 ? kEdges[static_cast<std::size_t>(number - 0xFFF8)]
+                            : static_cast<uint32>(number % 512);
 }
 
 struct Request {

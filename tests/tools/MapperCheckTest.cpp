@@ -86,6 +86,13 @@ TEST(MapperCheck, NamesALineThatIsTooLongOnlyOnceItIsSaved) {
                      " entries: 1, findings: 1"}));
 }
 
+TEST(MapperCheck, NamesABackslashThatASaveJoinsWithTheNextField) {
+    EXPECT_EQ(FindingsIn("a.mp3,audio/mpeg,MP3\\\n"),
+              (Lines{"1: backslash at the end of the profile: a save joins it with the next field",
+                     " entries: 1, findings: 1"}));
+    EXPECT_EQ(FindingsIn("a.mp3,audio/mpeg,M\\P3\n"), Lines{" entries: 1, findings: 0"});
+}
+
 TEST(MapperCheck, NamesPlaySpeedsThatAreDropped) {
     EXPECT_EQ(
         FindingsIn("a.mpg,video/mpeg,P,,-2\\,1\\,1/2\\,2\n"

@@ -26,6 +26,13 @@ std::string Quoted(const ezCString& aText) {
     return "'" + std::string(aText.View()) + "'";
 }
 
+constexpr std::array<ezCString DLNAMediaMapperEntry::*, 10> kTexts = {
+    &DLNAMediaMapperEntry::mFileName,      &DLNAMediaMapperEntry::mMimeType,
+    &DLNAMediaMapperEntry::mProfile,       &DLNAMediaMapperEntry::mDuration,
+    &DLNAMediaMapperEntry::mMandatoryBits, &DLNAMediaMapperEntry::mIFOFileName,
+    &DLNAMediaMapperEntry::mLargest,       &DLNAMediaMapperEntry::mWidth,
+    &DLNAMediaMapperEntry::mHeight,        &DLNAMediaMapperEntry::mLPOptions};
+
 /// The 4th-field parameter that carries the flag word: its domain is fixed when the library is built, so it
 /// is taken from a line that the library writes.
 ezCString FlagWordName() {
@@ -65,7 +72,7 @@ public:
         CheckFields(fields);
         CheckSpeeds(fields, entry);
         CheckNumbers(fields, entry);
-        CheckSavedLength(entry);
+        CheckSaved(entry);
         Remember(text, entry);
     }
 
@@ -113,6 +120,13 @@ private:
                 Lost(std::string("comma in the ") + kFieldNames[i] +
                      ": a save writes it bare, and it then parts the field");
             }
+        }
+        // Behind another field it would have joined the two.
+        const std::size_t last = std::min(aFields.GetCount(), kFieldNames.size()) - 1;
+        const ezCString text = aFields.GetAt(last).TrimLeftRight();
+        if (!text.IsEmpty() && text.View().back() == '\\') {
+            Lost(std::string("backslash at the end of the ") + kFieldNames[last] +
+                 ": a save joins it with the next field");
         }
         if (aFields.GetCount() > kFieldNames.size()) {
             Lost(std::to_string(aFields.GetCount()) + " fields: what stands behind the 13th is not used");
@@ -162,11 +176,30 @@ private:
         }
     }
 
-    void CheckSavedLength(DLNAMediaMapperEntry& anEntry) {
-        if (anEntry.Get().GetLength() > kMaximumLineLength) {
+    void CheckSaved(DLNAMediaMapperEntry& anEntry) {
+        const ezCString saved = anEntry.Get();
+        if (saved.GetLength() > kMaximumLineLength) {
             Lost("longer than " + std::to_string(kMaximumLineLength) +
                  " bytes as a save writes it: skipped from then on");
+        } else if (!IsLost(mLine) && !ReadsAs(saved, anEntry)) {
+            Lost("reads otherwise once a save has written it");
         }
+    }
+
+    bool IsLost(std::size_t aLine) const {
+        return std::any_of(
+            mCheck.mFindings.begin(), mCheck.mFindings.end(),
+            [&](const MapperFinding& aFinding) { return aFinding.mLine == aLine && aFinding.mfLost; });
+    }
+
+    static bool ReadsAs(const ezCString& aLine, const DLNAMediaMapperEntry& anEntry) {
+        DLNAMediaMapperEntry again;
+        return aLine.View().front() != '#' && again.Set(aLine) &&
+               std::all_of(
+                   kTexts.begin(), kTexts.end(),
+                   [&](ezCString DLNAMediaMapperEntry::*aText) { return again.*aText == anEntry.*aText; }) &&
+               again.mSupportedPlaySpeeds.Join() == anEntry.mSupportedPlaySpeeds.Join() &&
+               again.mBitRate == anEntry.mBitRate;
     }
 
     void Remember(const ezCString& aText, const DLNAMediaMapperEntry& anEntry) {

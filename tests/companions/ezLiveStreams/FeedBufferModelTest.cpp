@@ -19,15 +19,16 @@ class Model {
 public:
     explicit Model(const std::string& aMedia) : mMedia(aMedia) {}
 
-    /// Bytes that the writer can bring without waiting.
-    std::uint64_t Room() {
-        if (mEnd - mStart == mWindow && mWanted > mEnd) {
+    /// Bytes of these that the writer can bring without waiting. Only bytes that arrive make others go.
+    std::uint64_t RoomFor(std::uint64_t aSize) {
+        const std::uint64_t some = std::min<std::uint64_t>(aSize, mMedia.size() - mEnd);
+        if (some > 0 && mEnd - mStart == mWindow && mWanted > mEnd) {
             const std::uint64_t needed = mWanted - std::min(mWanted, mWindow);
             const std::uint64_t back = mWindow - mWindow / 4;
             const std::uint64_t kept = mPosition - std::min(mPosition, back);
             mStart = std::max(mStart, std::min({std::max(needed, kept), mPosition, mEnd}));
         }
-        return std::min(mWindow - (mEnd - mStart), mMedia.size() - mEnd);
+        return std::min(some, mWindow - (mEnd - mStart));
     }
 
     void Append(std::uint64_t aCount) { mEnd += aCount; }
@@ -88,7 +89,7 @@ RC_GTEST_PROP(FeedBufferModel, EveryOrderOfOperationsGivesWhatTheRulesSay, ()) {
         const int operation = *rc::gen::inRange(0, 20);
         if (operation < 8) {
             const std::uint64_t size = *rc::gen::inRange<std::uint64_t>(0, kLargest + 1);
-            const auto some = static_cast<std::size_t>(std::min(size, model.Room()));
+            const auto some = static_cast<std::size_t>(model.RoomFor(size));
             model.Append(some);
             RC_ASSERT(buffer.Append(media.data() + model.mEnd - some, some) == ezFeedBuffer::Push::Taken);
         } else if (operation < 14) {

@@ -117,6 +117,7 @@ void CheckJson(const std::string& aText) {
     announcement.mInfo->mTitle = ezCString(std::string_view(aText));
     const std::string line = InJson(announcement);
     FuzzCheck(std::count(line.begin(), line.end(), '\n') == 1 && line.back() == '\n' && IsWholeUtf8(line));
+    CheckSafe(line.substr(0, line.size() - 1));
     const nlohmann::json media = nlohmann::json::parse(line, nullptr, false);
     FuzzCheck(media.is_object());
     if (IsWholeUtf8(aText)) {

@@ -113,6 +113,45 @@ TEST(JsonOutput, IsValidUtf8AndNamesTheBytesWhateverTheNameHolds) {
     EXPECT_EQ(found, names);
 }
 
+namespace {
+
+/// DEL, a C1 control, a turned direction, a separator and a tag character: a name of a file, an entry of a
+/// playlist and a line of the media mapper may hold any.
+const std::string kSteering = "a\x7F\xC2\x80\xC2\x9B[2J\xC2\x9F\xE2\x80\xAE\xEF\xBB\xBF\xF3\xA0\x80\x81z.mp3";
+constexpr const char* kSteeringEscaped = R"(a\u007f\u0080\u009b[2J\u009f\u202e\ufeff\udb40\udc01z.mp3)";
+
+} // namespace
+
+TEST(JsonOutput, OfEveryVerbEscapesWhatATerminalObeys) {
+    const TemporaryFolder folder;
+    const std::string song = folder.Write(kSteering, "");
+    const std::string list = folder.Write("list.m3u", "#EXTINF:1," + kSteering + "\n" + kSteering + "\n");
+    folder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\nmp3=mp3@audio/mpeg@item.audioItem\n");
+    folder.Write("MediaMapper.txt", kSteering + ",audio/mpeg," + kSteering + "\n");
+    struct {
+        std::vector<std::string> mWords;
+        int mStatus;
+    } const table[] = {
+        {{song}, 0},
+        {{"--explain", song}, 0},
+        {{"--es", song}, 1},
+        {{"mapper", "list", "--no-copy"}, 0},
+        {{"mapper", "show", "--no-copy", kSteering}, 0},
+        {{"mapper", "profiles", "--no-copy"}, 0},
+        {{"playlist", list}, 0},
+    };
+    for (const auto& row : table) {
+        std::vector<std::string> words = {"--config", folder.GetPath(), "--json"};
+        words.insert(words.end(), row.mWords.begin(), row.mWords.end());
+        const ProgramResult result = RunTool(words);
+        EXPECT_EQ(result.mStatus, row.mStatus) << row.mWords[0] << result.mError;
+        EXPECT_NE(result.mOut.find(kSteeringEscaped), std::string::npos) << row.mWords[0] << result.mOut;
+        for (const Json& object : ObjectsOf(result.mOut)) {
+            EXPECT_NE(object.dump().find(kSteering), std::string::npos) << row.mWords[0];
+        }
+    }
+}
+
 TEST(JsonOutput, LeavesOutWhatCannotBeReadAndGoesOn) {
     const TemporaryFolder folder;
     const std::string song = folder.Write("song.mp3", "");

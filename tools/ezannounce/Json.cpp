@@ -4,13 +4,12 @@
 #include "Explanation.h"
 #include "Facts.h"
 #include "Host.h"
+#include "JsonLine.h"
 #include "MapperAnswer.h"
 #include "Race.h"
 #include "SafeText.h"
 
 #include "ezBytes/Utf8.h"
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -80,12 +79,6 @@ Json MapperAnswerOf(const MapperAnswer* anAnswer) {
             {"overrode", std::move(overrides)}};
 }
 
-/// Of bytes that are no UTF-8 every one becomes U+FFFD: whoever reads a line can parse it, whatever the name
-/// holds.
-std::string LineOf(const Json& anObject) {
-    return anObject.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-}
-
 } // namespace
 
 std::string InJson(const RaceResult& aResult) {
@@ -108,7 +101,7 @@ std::string InJson(const RaceResult& aResult) {
         }
     }
     race["facts"] = std::move(facts);
-    return LineOf(race);
+    return JsonLineOf(race);
 }
 
 std::string InJson(const Announcement& anAnnouncement) {
@@ -138,7 +131,7 @@ std::string InJson(const Announcement& anAnnouncement) {
     if (anAnnouncement.mExplanation != nullptr) {
         media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);
     }
-    return LineOf(media);
+    return JsonLineOf(media);
 }
 
 void JsonOutput::Put(const Announcement& anAnnouncement) {

@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "Host.h"
+#include "JsonLine.h"
 #include "MapperFacts.h"
 #include "MapperLookup.h"
 #include "MapperTable.h"
@@ -80,7 +81,7 @@ bool Show(const std::string& aName, bool afJson, DLNAMediaMapper& aMapper, Conso
         aConsole.Error(aName, InWords(reason, fileName));
     }
     if (afJson) {
-        aConsole.Print(object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+        aConsole.Print(JsonLineOf(object));
     }
     return entry != nullptr;
 }

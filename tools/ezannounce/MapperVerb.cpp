@@ -3,6 +3,7 @@
 #include "Columns.h"
 #include "ConfigFolders.h"
 #include "Console.h"
+#include "JsonLine.h"
 #include "MapperCheck.h"
 #include "MapperEdit.h"
 #include "MapperFacts.h"
@@ -17,10 +18,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-void PrintJson(const Json& anObject, Console& aConsole) {
-    aConsole.Print(anObject.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-}
-
 int RunList(const Arguments& anArguments, DLNAMediaMapper& aMapper, Console& aConsole) {
     std::vector<std::vector<std::string>> rows = {
         {"#", "FILE NAME", "MIME TYPE", "PROFILE", "DURATION", "SPEEDS", "BIT RATE", "FLAGS"}};
@@ -29,7 +26,7 @@ int RunList(const Arguments& anArguments, DLNAMediaMapper& aMapper, Console& aCo
         if (anArguments.mfJson) {
             Json object = {{"index", index}};
             object.update(JsonOf(*entry));
-            PrintJson(object, aConsole);
+            aConsole.Print(JsonLineOf(object));
         } else {
             rows.push_back({std::to_string(index), entry->mFileName.c_str(), entry->mMimeType.c_str(),
                             entry->mProfile.c_str(), entry->mDuration.c_str(), Joined(SpeedsOf(*entry)),
@@ -70,18 +67,17 @@ int RunProfiles(const Arguments& anArguments, DLNAMediaMapper& aMapper, Console&
             for (std::size_t speed = 0; speed < list.GetCount(); ++speed) {
                 speedArray.push_back(list.GetAt(speed).c_str());
             }
-            PrintJson({{"profile", ezDLNAProtocolInfo_GetProfile(info)},
-                       {"mime_type", ezDLNAProtocolInfo_GetMimeType(info)},
-                       {"enabled", record.GetProfileEnabled()},
-                       {"play_speed_possible", record.CanSupportPlaySpeed()},
-                       {"play_speed_enabled", record.GetPlaySpeedEnabled()},
-                       {"byte_seek_possible", record.CanSupportByteSeek()},
-                       {"byte_seek", fByteSeek},
-                       {"time_seek_possible", record.CanSupportTimeSeek()},
-                       {"time_seek", fTimeSeek},
-                       {"stalling", fStalling},
-                       {"speeds", std::move(speedArray)}},
-                      aConsole);
+            aConsole.Print(JsonLineOf({{"profile", ezDLNAProtocolInfo_GetProfile(info)},
+                                       {"mime_type", ezDLNAProtocolInfo_GetMimeType(info)},
+                                       {"enabled", record.GetProfileEnabled()},
+                                       {"play_speed_possible", record.CanSupportPlaySpeed()},
+                                       {"play_speed_enabled", record.GetPlaySpeedEnabled()},
+                                       {"byte_seek_possible", record.CanSupportByteSeek()},
+                                       {"byte_seek", fByteSeek},
+                                       {"time_seek_possible", record.CanSupportTimeSeek()},
+                                       {"time_seek", fTimeSeek},
+                                       {"stalling", fStalling},
+                                       {"speeds", std::move(speedArray)}}));
         } else {
             const std::string speed = record.CanSupportPlaySpeed()
                                           ? (record.GetPlaySpeedEnabled() ? "enabled" : "possible")

@@ -2,6 +2,7 @@
 
 #include "Columns.h"
 #include "Console.h"
+#include "JsonLine.h"
 #include "PlaylistSource.h"
 #include "SafeText.h"
 
@@ -14,8 +15,6 @@
 #include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/Playlists.h"
 #endif
-
-#include <nlohmann/json.hpp>
 
 #include <cstdio>
 
@@ -137,7 +136,7 @@ private:
         if (!entry.mSpecificTags.IsEmpty()) {
             json["tags"] = Text(entry.mSpecificTags);
         }
-        mConsole.Print(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+        mConsole.Print(JsonLineOf(json));
     }
 
     Console& mConsole;

@@ -42,6 +42,24 @@ void AppendEscaped(std::string& aText, std::string_view aBytes) {
     }
 }
 
+void AppendUtf16Escape(std::string& aText, char32_t aUnit) {
+    aText += "\\u";
+    for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+        aText += kHexDigits[(aUnit >> shift) & 0xFU];
+    }
+}
+
+/// JSON writes what lies above U+FFFF as two surrogates (RFC 8259, section 7).
+void AppendJsonEscape(std::string& aText, char32_t aCodePoint) {
+    if (aCodePoint < 0x10000) {
+        AppendUtf16Escape(aText, aCodePoint);
+        return;
+    }
+    const char32_t offset = aCodePoint - 0x10000;
+    AppendUtf16Escape(aText, 0xD800 + (offset >> 10U));
+    AppendUtf16Escape(aText, 0xDC00 + (offset & 0x3FFU));
+}
+
 const char* ShortEscape(char aCharacter) {
     switch (aCharacter) {
     case '\\':
@@ -101,6 +119,22 @@ std::string WithoutUnsafe(std::string_view aText, char aReplacement) {
             safe += bytes;
         }
         aText.remove_prefix(bytes.size());
+    }
+    return safe;
+}
+
+std::string JsonForTerminal(std::string_view aJson) {
+    std::string safe;
+    safe.reserve(aJson.size());
+    while (!aJson.empty()) {
+        const Utf8Character character = FirstUtf8Character(aJson);
+        const std::size_t length = std::max<std::size_t>(character.mLength, 1);
+        if (character.mLength != 0 && IsUnsafe(character.mCodePoint)) {
+            AppendJsonEscape(safe, character.mCodePoint);
+        } else {
+            safe += aJson.substr(0, length);
+        }
+        aJson.remove_prefix(length);
     }
     return safe;
 }

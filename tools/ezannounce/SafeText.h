@@ -14,6 +14,10 @@ std::string ForTerminal(std::string_view aText);
 /// ends and tabs, are aReplacement.
 std::string WithoutUnsafe(std::string_view aText, char aReplacement);
 
+/// A JSON text in which the characters that ForTerminal would write as "\xHH" are "\uHHHH": the same values,
+/// which no terminal obeys. Only strings hold such characters once the text is dumped.
+std::string JsonForTerminal(std::string_view aJson);
+
 /// Columns that an escaped text takes on a terminal.
 std::size_t TerminalWidth(std::string_view aText);
 

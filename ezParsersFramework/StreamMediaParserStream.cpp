@@ -55,7 +55,9 @@ bool ezStreamMediaParserStream::Open() {
         Register();
         mStreamPos = UINT64_MAX; // since Close anybody may have moved the stream
     }
-    mSeekPos = 0; // what a first read fetches is kept as the start of the media
+    if (IsToBeBuffered(EndOfRead(1))) {
+        mSeekPos = 0; // what the read below fetches is kept as the start of the media
+    }
     ReadOneByteAndReturn();
     mMediaSize = mStream->GetSize();
     mSeekPos = 0;

@@ -113,12 +113,14 @@ protected:
     ezCString mMediaExtension;        ///< what GetExtension tells
     ezDateTime mLastModificationTime; ///< what CopyInfo tells; not set until a concrete stream sets it
 
-private:
     /// Where a read of aSize bytes would end; 2^64-1 when it would pass that.
     std::uint64_t EndOfRead(std::size_t aSize) const;
+    /// Whether a read that ends there fills the buffer, from wherever the source stands.
+    bool IsToBeBuffered(std::uint64_t anEnd) const;
+
+private:
     std::uint64_t BufferedEnd() const;
     bool IsBuffered(std::uint64_t anEnd) const;
-    bool IsToBeBuffered(std::uint64_t anEnd) const;
     /// False when the source failed; the buffer then counts as filled, with nothing.
     bool FillBuffer();
     void TakeFromBuffer(std::size_t aSize, void* aBuffer);

@@ -24,10 +24,11 @@ EZPARSERS_API void sStreamThresholdCallBack(void* aUserData);
 /// A stream that is not owned outlives its adapter, or at least its Close; one adapter at a time on a stream.
 ///
 /// Seeks are lazy, as for a file, but a size of 0 is one that is not known yet, and any lazy seek is accepted
-/// then; the size becomes known by a read at the latest when the stream knows it. Open keeps what Tell says
-/// and the buffer of the start of the media, but the stream itself is put back to its start: seek before
-/// reading on. Where it cannot be put back, reads before the place where it stands are answered from the
-/// buffer or fail; they never give other bytes.
+/// then; the size becomes known by a read at the latest when the stream knows it. Open reads one
+/// byte: where Tell stands, or from the start of the media where that fills its buffer. It keeps what Tell
+/// says and the buffer, but the stream itself is put back to its start: seek before reading on. Where it
+/// cannot be put back, reads before the place where it stands are answered from the buffer or fail; they
+/// never give other bytes.
 ///
 /// An error of the stream is -1 on the way that lends, and the stream's own count, by contract 0, on the way
 /// that copies; a seek that the stream refuses makes the next read give 0 bytes. There is no time-out here: a

@@ -147,6 +147,34 @@ TEST_P(StreamMediaParserStreamBothWays, OpenKeepsThePositionAndTheBufferAndPutsT
     EXPECT_EQ(ReadExactly(adapter, 20000), TheMedia().substr(300, 20000));
 }
 
+TEST_P(StreamMediaParserStreamBothWays, OpenReadsWhereItStandsOnceTheBufferIsFilled) {
+    ScriptedStream stream("m", GetParam());
+    stream.mfSeeksAnywhere = true;
+    StreamProbe adapter(&stream, false);
+    ASSERT_TRUE(adapter.Open());
+    ASSERT_TRUE(adapter.Seek(2, ezMediaParserStream::SeekFromCurrent, true));
+    stream.TakeCalls();
+    ASSERT_TRUE(adapter.Open());
+    EXPECT_EQ(adapter.At(), 2U) << "there is no byte to step over, and no way back from one";
+    Calls expected = ReadCalls(1);
+    expected.insert(expected.end(), {"seek 0", "opened?"});
+    EXPECT_EQ(stream.TakeCalls(), expected);
+}
+
+TEST_P(StreamMediaParserStreamBothWays, OpenReadsWhereItStandsPastTheBuffer) {
+    StreamProbe adapter(&mStream, false);
+    ASSERT_TRUE(adapter.SeekLazily(8192));
+    mStream.TakeCalls();
+    ASSERT_TRUE(adapter.Open());
+    EXPECT_EQ(adapter.At(), 8192U);
+    Calls expected = ReadCalls(1);
+    expected.insert(expected.begin(), "seek 8192");
+    expected.insert(expected.end(), {"seek 0", "opened?"});
+    EXPECT_EQ(mStream.TakeCalls(), expected);
+    ASSERT_TRUE(adapter.SeekLazily(0));
+    EXPECT_EQ(ReadExactly(adapter, 8191), TheMedia().substr(0, 8191)) << "filled by the first read within it";
+}
+
 TEST_P(StreamMediaParserStreamBothWays, OpenTellsWhetherTheStreamIsUsable) {
     StreamProbe adapter(&mStream, false);
     mStream.mfOpened = false;

@@ -1,6 +1,7 @@
 #include "ezLiveStreams/HttpStream.h"
 
 #include "ezLiveStreams/detail/HttpDate.h"
+#include "ezLiveStreams/detail/HttpPatience.h"
 #include "ezLiveStreams/detail/HttpResponse.h"
 
 #include "ezPlatform/files/PathName.h"
@@ -16,12 +17,11 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = ezHttpPatience::Clock;
 
 constexpr const char* kCannotBegin = "the transfer cannot be set up";
 constexpr const char* kChanged = "the media changed while it was read";
 constexpr std::chrono::milliseconds kLongestPoll{60'000};
-constexpr int kStallTimesToHead = 4; ///< in which the head of the answer has to be there
 
 // libcurl's two kinds of handles are the same type to the compiler.
 struct EasyDeleter {
@@ -40,14 +40,6 @@ void InitializeOnce() {
     std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
-std::string Seconds(std::chrono::milliseconds aTime) {
-    std::string text = std::to_string(aTime.count() / 1000);
-    if (aTime.count() % 1000 != 0) {
-        text += "." + std::to_string(aTime.count() % 1000 + 1000).substr(1);
-    }
-    return text;
-}
-
 std::string_view PathOf(std::string_view aURL) {
     const std::string_view url = aURL.substr(0, aURL.find_first_of("?#"));
     const std::size_t scheme = url.find("://");
@@ -62,7 +54,7 @@ std::string_view PathOf(std::string_view aURL) {
 class ezHttpStream::Transfer {
 public:
     Transfer(const ezCString& aURL, const ezHttpOptions& anOptions, ezFeedBuffer& aBuffer)
-        : mOptions(anOptions), mBuffer(aBuffer), mFinalURL(aURL.View()) {
+        : mOptions(anOptions), mBuffer(aBuffer), mPatience(anOptions.mStallTime), mFinalURL(aURL.View()) {
         InitializeOnce();
         mEasy.reset(curl_easy_init());
         mMulti.reset(curl_multi_init());
@@ -135,17 +127,29 @@ private:
 
     static std::size_t sHeader(char* aData, std::size_t aSize, std::size_t aCount, void* aTransfer) {
         auto* transfer = static_cast<Transfer*>(aTransfer);
-        transfer->mLastProgress = Clock::now();
-        const bool fGoOn = !transfer->mResponse.AddLine(std::string_view(aData, aSize * aCount)) ||
-                           transfer->mResponse.IsInterim() || transfer->Begin();
-        return fGoOn ? aSize * aCount : 0;
+        return transfer->TakeLine(std::string_view(aData, aSize * aCount)) ? aSize * aCount : 0;
     }
 
     static std::size_t sBody(char* aData, std::size_t aSize, std::size_t aCount, void* aTransfer) {
         auto* transfer = static_cast<Transfer*>(aTransfer);
         const bool fGoOn = transfer->TakeBody(std::string_view(aData, aSize * aCount));
-        transfer->mLastProgress = Clock::now(); // behind Append: while that waits the server is not to blame
+        transfer->mPatience.TakeBody(Clock::now()); // not before: in a full window the server is not to blame
         return fGoOn ? aSize * aCount : 0;
+    }
+
+    /// A line of a head, or of what follows the last chunk. False when nothing more is wanted.
+    bool TakeLine(std::string_view aLine) {
+        if (!mPatience.TakeLine(aLine.size(), Clock::now())) {
+            return Refuse(mPatience.GetReason());
+        }
+        if (!mResponse.AddLine(aLine) || mResponse.IsInterim()) {
+            return true;
+        }
+        const bool fAccepted = Begin();
+        if (fAccepted) {
+            mPatience.Accept(Clock::now());
+        }
+        return fAccepted;
     }
 
     /// False when nothing more is wanted.
@@ -196,6 +200,7 @@ private:
         if (!fWhole) {
             mLeft = range->mLast - range->mFirst + 1;
             mNext = range->mLast + 1;
+            mPart = *mLeft;
         }
         const std::optional<std::uint64_t> size = fWhole ? mResponse.GetLength() : range->mTotal;
         mfAccepted = !size || mBuffer.SetSize(*size);
@@ -257,8 +262,8 @@ private:
         mLeft.reset();
         mNext = 0;
         mCurlText[0] = '\0';
-        mLastProgress = Clock::now();
-        mBegin = mLastProgress;
+        mPart = 0;
+        mPatience.Ask(Clock::now());
     }
 
     /// Where to ask for what follows; none when there is no more to ask for.
@@ -275,7 +280,10 @@ private:
         const std::optional<CURLcode> result = Perform();
         curl_multi_remove_handle(mMulti.get(), mEasy.get());
         if (IsPartDone(result)) {
-            return mNext;
+            if (mPatience.MayContinue(mPart)) {
+                return mNext;
+            }
+            Refuse(mPatience.GetReason());
         }
         Conclude(result);
         return std::nullopt;
@@ -302,36 +310,14 @@ private:
             if (mBuffer.IsInterrupted()) {
                 return std::nullopt;
             }
-            const std::chrono::milliseconds left = TimeLeft();
-            if (!mReason.empty()) {
+            const std::chrono::milliseconds left = mPatience.TimeLeft(Clock::now());
+            if (left.count() == 0) {
+                Refuse(mPatience.GetReason());
                 return std::nullopt;
             }
             const std::int64_t wait = std::min(left, kLongestPoll).count();
             curl_multi_poll(mMulti.get(), nullptr, 0, static_cast<int>(wait) + 1, nullptr);
         }
-    }
-
-    /// How long the server has for its next bytes; with the reason set, none any more.
-    std::chrono::milliseconds TimeLeft() {
-        using std::chrono::milliseconds;
-        const Clock::time_point now = Clock::now();
-        const auto idle = std::chrono::duration_cast<milliseconds>(now - mLastProgress);
-        if (idle >= mOptions.mStallTime) {
-            mReason = "the server sent nothing for " + Seconds(mOptions.mStallTime) + " seconds";
-            return milliseconds(0);
-        }
-        const milliseconds left = mOptions.mStallTime - idle;
-        // Divided instead of multiplied: the host's time may be the largest there is.
-        const auto share = std::chrono::duration_cast<milliseconds>(now - mBegin) / kStallTimesToHead;
-        if (mfAccepted) {
-            return left;
-        }
-        if (share >= mOptions.mStallTime) {
-            mReason = "the server did not answer within " + Seconds(mOptions.mStallTime * kStallTimesToHead) +
-                      " seconds";
-            return milliseconds(0);
-        }
-        return std::min(left, std::min(mOptions.mStallTime - share, kLongestPoll) * kStallTimesToHead);
     }
 
     /// Tells the buffer how the transfer ended. One that the reader gave up is no failure.
@@ -373,8 +359,8 @@ private:
     bool mfBehindTheEnd = false;
     bool mfRangesRefused = false;
     std::optional<std::string> mTag; ///< of the first answer
-    Clock::time_point mLastProgress;
-    Clock::time_point mBegin; ///< of the request
+    std::uint64_t mPart = 0;         ///< bytes of the stated range
+    ezHttpPatience mPatience;
 
     std::mutex mMutex;
     std::string mFinalURL;

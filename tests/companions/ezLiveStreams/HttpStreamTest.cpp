@@ -2,6 +2,7 @@
 
 #ifdef EZ_HAS_HTTP_STREAM
 #include "ezLiveStreams/HttpStream.h"
+#include "ezLiveStreams/detail/Limits.h"
 
 #include "Media.h"
 #include "support/HttpServer.h"
@@ -507,6 +508,74 @@ TEST(HttpStream, AHeadThatComesSteadilyButDoesNotEndIsGivenUp) {
     EXPECT_EQ(ReasonOf(server.URL("/a"), Options(1'000, milliseconds(400))),
               "the server did not answer within 1.600 seconds");
     EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(1'600));
+}
+
+namespace {
+
+/// An answer in chunks and then trailer lines as long as the client stays, some of them at a time.
+HttpServer::Handler WithEndlessTrailer(const std::string& aLine, int aPauseOfBlock) {
+    return [=](const HttpRequest&, HttpConnection& aConnection) {
+        aConnection.Send(HttpHead("200 OK", "Transfer-Encoding: chunked\r\n") + "3\r\nabc\r\n0\r\n");
+        while (aConnection.Send(aLine) && (aPauseOfBlock == 0 || aConnection.Pause(aPauseOfBlock))) {
+        }
+    };
+}
+
+} // namespace
+
+TEST(HttpStream, ATrailerThatDoesNotEndIsGivenUp) {
+    std::string lines;
+    while (lines.size() < 4'000) {
+        lines += "X: y\r\n";
+    }
+    const std::vector<std::pair<std::string, std::string>> trailers = {
+        {lines, "the server sent more than 2000 lines of fields"},
+        {"X: " + std::string(3'000, 'y') + "\r\n", "the server sent more than 262144 bytes of fields"}};
+    for (const auto& [line, reason] : trailers) {
+        const HttpServer server(WithEndlessTrailer(line, 0));
+        Fetched fetched(server.URL("/a"));
+        EXPECT_EQ(fetched.Read(0, 3), "abc"); // what came of the media stands
+        EXPECT_EQ(fetched.Read(0, 4), "");
+        EXPECT_TRUE(fetched.mSource->HasFailed());
+        EXPECT_EQ(fetched.mSource->GetErrorText(), reason.c_str());
+        EXPECT_EQ(server.GetRequests(), Words{"/a"});
+    }
+}
+
+TEST(HttpStream, ATrailerThatComesSteadilyIsNoProgress) {
+    const HttpServer server(WithEndlessTrailer("X: y\r\n", 50));
+    Fetched fetched(server.URL("/a"), Options(1'000, milliseconds(600)));
+    EXPECT_EQ(fetched.Read(0, 4), "");
+    EXPECT_EQ(fetched.mSource->GetErrorText(), "the server sent nothing for 0.600 seconds");
+}
+
+TEST(HttpStream, InterimAnswersWithoutEndAreGivenUp) {
+    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
+        while (aConnection.Send("HTTP/1.1 102 Processing\r\n\r\n")) {
+        }
+    });
+    EXPECT_EQ(ReasonOf(server.URL("/a")), "the server sent more than 2000 lines of fields");
+}
+
+TEST(HttpStream, AServerOfSmallPartsIsAskedABoundedNumberOfTimes) {
+    const std::string media = MediaBytes(2'000'000);
+    for (const std::size_t part : {std::size_t{1}, static_cast<std::size_t>(kHttp_SmallPart) - 1}) {
+        const HttpServer server(InParts(media, part, true));
+        Fetched fetched(server.URL("/a"), Options(10'000));
+        ASSERT_TRUE(fetched.mfOpened);
+        const std::size_t given = part * (kHttp_MaxSmallParts + 1);
+        EXPECT_EQ(fetched.Read(1'800'000, given), media.substr(1'800'000, given));
+        EXPECT_EQ(fetched.Read(1'800'000, given + 1), "");
+        EXPECT_EQ(fetched.mSource->GetErrorText(), "the server sends too little at a time");
+        const std::size_t asked = 2 + kHttp_MaxSmallParts;
+        EXPECT_EQ(server.GetRequests().size(), asked);
+        for (std::size_t i = 0; i < 10; ++i) { // and not as often again by every seek
+            EXPECT_EQ(fetched.Read(1'000'000 + 50'000 * i, 10'000), "");
+        }
+        EXPECT_LE(server.GetRequests().size(), asked + ezFeedBuffer::kRetries);
+    }
+    const HttpServer server(InParts(media, kHttp_SmallPart, true));
+    EXPECT_EQ(Fetched(server.URL("/a"), Options(10'000)).Read(1'800'000, 200'000), media.substr(1'800'000));
 }
 
 TEST(HttpStream, AFailedRequestIsTriedAgainByALaterSeekAFewTimes) {

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr uint32 kBytesPerSample = 2;
+constexpr uint32 kMillisecondsPerSecond = 1000;
 
 struct Format {
     const char* mName; ///< file name without extension, lower case
@@ -58,7 +59,10 @@ ezMediaInfo* LPCMParser::Parse(ezMediaParserStream& aStream) {
     AdjustDLNAInfo(info);
     const ezuint64 size = aStream.GetMediaSize();
     if (size != 0) {
-        info->Set(kezInfo_Duration, size / (format->mChannels * format->mRate * kBytesPerSample), true);
+        const uint32 speed = format->mChannels * format->mRate * kBytesPerSample; // bytes a second
+        const ezuint64 seconds = size / speed;
+        const ezuint64 rest = (size - seconds * speed) * kMillisecondsPerSecond / speed;
+        info->SetDuration(seconds * kMillisecondsPerSecond + rest, "");
     }
     return info;
 }

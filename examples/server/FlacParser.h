@@ -40,7 +40,7 @@ protected:
         info->Set(kezInfo_AudioChannelCount, (facts >> 41 & 7) + 1, true);
         info->Set(kezInfo_AudioBitsPerSample, (facts >> 36 & 31) + 1, true);
         if (samples >= rate) {
-            info->Set(kezInfo_Duration, samples / rate, true);
+            info->SetDuration(samples * 1000 / rate, "header"); // in milliseconds; the seconds follow
         }
         return info; // the media types file adds MIME type and class
     }

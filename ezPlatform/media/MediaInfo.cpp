@@ -12,6 +12,9 @@ constexpr std::size_t kUsualEntryCount = 32;
 
 constexpr uint32 kMaximumPlace = 0x7FFFFFFF;
 
+/// kezInfo_Duration as the start of a key.
+constexpr uint32 kDurationStart = 0x64750000;
+
 ezCString DecimalText(const ezuint64& aNumber) {
     return ezCString(std::to_string(aNumber.ToUInt64()).c_str());
 }
@@ -146,6 +149,9 @@ const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
 
 void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrite) {
     const Key key(aKey);
+    if (key.mStart == kDurationStart && afOverwrite) {
+        LeaveSeconds(aValue.View());
+    }
     if (aValue.IsEmpty()) {
         const std::size_t at = LowerBound(key);
         if (afOverwrite && IsAt(at, key)) {
@@ -162,6 +168,9 @@ void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrit
 
 void ezMediaInfo::Set(const char* aKey, const ezuint64& aValue, bool afOverwrite) {
     const Key key(aKey);
+    if (key.mStart == kDurationStart && afOverwrite) {
+        LeaveSeconds(DecimalText(aValue).View());
+    }
     if (Entry* entry = EntryToWrite(key, afOverwrite)) {
         if (key.IsLong() || !entry->mText.IsEmpty()) {
             entry->mText = key.IsLong() ? StoredText(key.mRest, {}) : ezCString();
@@ -177,6 +186,32 @@ void ezMediaInfo::SetSigned(const char* aKey, std::int64_t aValue, bool afOverwr
     } else {
         Set(aKey, ezuint64(aValue), afOverwrite);
     }
+}
+
+void ezMediaInfo::LeaveSeconds(std::string_view aNewSeconds) {
+    const Entry* const old = Find(kezInfo_Duration);
+    if (old == nullptr) {
+        return;
+    }
+    std::uint64_t seconds = 0;
+    const bool fSame = ezReadDecimal(aNewSeconds, &seconds)
+                           ? GetUInt64(kezInfo_Duration, ~seconds) == seconds
+                           : old->mfNumber == 0 && old->mText.View() == aNewSeconds;
+    if (!fSame) {
+        Set(kezInfo_DurationMilliseconds, "", true);
+        Set(kezInfo_DurationMethod, "", true);
+    }
+}
+
+void ezMediaInfo::SetDuration(const ezuint64& aMilliseconds, const ezCString& aMethod) {
+    constexpr std::string_view kEstimate = "estimate";
+    constexpr std::uint64_t kThousand = 1000;
+    const std::uint64_t milliseconds = aMilliseconds.ToUInt64();
+    const bool fMore =
+        milliseconds % kThousand != 0 && aMethod.View().substr(0, kEstimate.size()) == kEstimate;
+    Set(kezInfo_Duration, milliseconds / kThousand + (fMore ? 1 : 0), true);
+    Set(kezInfo_DurationMilliseconds, aMilliseconds, true);
+    Set(kezInfo_DurationMethod, aMethod, true);
 }
 
 ezCString ezMediaInfo::GetCString(const char* aKey, const ezCString& aDefault) const {

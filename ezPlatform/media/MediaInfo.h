@@ -59,6 +59,9 @@ inline constexpr const char* kezInfo_Orientation = "ud";     ///< 1 to 8 as Exif
 /// Where the duration is from: "header", "counted" (the frames of the whole file were), or "estimate: " and
 /// how.
 inline constexpr const char* kezInfo_DurationMethod = "md";
+/// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
+/// whole seconds of kezInfo_Duration.
+inline constexpr const char* kezInfo_DurationMilliseconds = "dm";
 /// @}
 
 /// What is known of one media: texts and unsigned numbers under two-letter keys, and a few facts of their
@@ -66,6 +69,11 @@ inline constexpr const char* kezInfo_DurationMethod = "md";
 ///
 /// An empty text counts as absent. A number reads as decimal text, and a text that is a whole decimal number
 /// reads as that number. Keys are held and enumerated in byte order. Not shared between threads.
+///
+/// The seconds of kezInfo_Duration lead: where they are set to others than they were, or taken away,
+/// kezInfo_DurationMilliseconds and kezInfo_DurationMethod go, as they tell of the length that was. Whoever
+/// replaces a duration by a better one so leaves nothing stale, and the same seconds again keep what is
+/// finer.
 class EZPLATFORM_API ezMediaInfo {
 public:
     ezMediaInfo() = default;
@@ -95,6 +103,13 @@ public:
             Set(aKey, ezuint64(static_cast<std::uint64_t>(aValue)), afOverwrite);
         }
     }
+
+    /// Sets the length, whatever was there: kezInfo_DurationMilliseconds, kezInfo_DurationMethod, and the
+    /// seconds of kezInfo_Duration, which follow from these. An exact length loses its fraction, as a player
+    /// counts seconds that are over; one whose method begins with "estimate" is rounded up, so that no
+    /// player stops before the end.
+    /// @param aMethod  as kezInfo_DurationMethod has it; empty, and there is none afterwards: an exact length
+    void SetDuration(const ezuint64& aMilliseconds, const ezCString& aMethod);
 
     /// True when the key has a value, text or number, 0 included. The key is not null, here and below.
     bool Has(const char* aKey) const { return Find(aKey) != nullptr; }
@@ -178,6 +193,8 @@ private:
     Entry* EntryToWrite(const Key& aKey, bool afOverwrite);
     void Erase(std::size_t anIndex);
     void SetSigned(const char* aKey, std::int64_t aValue, bool afOverwrite);
+    /// Where the seconds become others: takes away what tells of those that were.
+    void LeaveSeconds(std::string_view aNewSeconds);
 
     std::vector<Entry> mEntries; ///< as they were set
     Starts mStarts;

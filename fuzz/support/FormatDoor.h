@@ -185,6 +185,11 @@ inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const ezMediaInf
     }
     FuzzCheck(field == (expected.empty() ? "*" : expected));
     FuzzCheck(anInfo.Has(kezInfo_Duration) == anInfo.Has(kezInfo_DurationMethod));
+    FuzzCheck(anInfo.Has(kezInfo_Duration) == anInfo.Has(kezInfo_DurationMilliseconds));
+    ezMediaInfo length;
+    length.SetDuration(anInfo.GetUInt64(kezInfo_DurationMilliseconds, 0),
+                       anInfo.GetCString(kezInfo_DurationMethod, ""));
+    FuzzCheck(length.GetUInt64(kezInfo_Duration, 0) == anInfo.GetUInt64(kezInfo_Duration, 0));
 }
 
 /// A record that came from elsewhere is completed to the same.

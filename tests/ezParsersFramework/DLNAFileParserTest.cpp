@@ -431,6 +431,7 @@ TEST(DLNAFileParser, LPCMFilesAreTheLPCMParsers) {
                              "ca=\"LPCM\"\n"
                              "cn=\"item.audioItem\"\n"
                              "dl=\"DLNA.ORG_PN=LPCM\"\n"
+                             "dm=0\n"
                              "du=0\n"
                              "mt=\"audio/L16;rate=44100;channels=2\"\n"
                              "ta=1\n";

@@ -168,30 +168,31 @@ TEST(LPCMParser, GoesByThePathNotByTheStreamsExtension) {
     EXPECT_NE(Record(parser.Parse(good)), nullptr);
 }
 
-TEST(LPCMParser, DurationIsInWholeSeconds) {
+TEST(LPCMParser, DurationIsInWholeSecondsAndInMilliseconds) {
     struct Case {
         const char* mPath;
         std::uint64_t mSize;
         std::uint64_t mDuration;
+        std::uint64_t mMilliseconds;
     };
     const Conformance conformance;
     for (const Case& example : std::vector<Case>{
-             {"/ctt/b-lpcm-1.pcm", 88199, 0},
-             {"/ctt/b-lpcm-1.pcm", 88200, 1},
-             {"/ctt/b-lpcm-1.pcm", 176399, 1},
-             {"/ctt/b-lpcm-1.pcm", 176400, 2},
-             {"/ctt/b-lpcm-2.pcm", 1, 0},
-             {"/ctt/b-lpcm-2.pcm", 176399, 0},
-             {"/ctt/b-lpcm-2.pcm", 176400, 1},
-             {"/ctt/b-lpcm-2.pcm", 352799, 1},
-             {"/ctt/b-lpcm-2.pcm", 352800, 2},
-             {"/ctt/b-lpcm-3.pcm", 95999, 0},
-             {"/ctt/b-lpcm-3.pcm", 96000, 1},
-             {"/ctt/b-lpcm-4.pcm", 191999, 0},
-             {"/ctt/b-lpcm-4.pcm", 192000, 1},
-             {"/ctt/b-lpcm-4.pcm", 4294967296U, 22369},
-             {"/ctt/b-lpcm-2.pcm", 17640000000U, 100000},
-             {"/ctt/b-lpcm-1.pcm", 18446744073709551615U, 209146758205323},
+             {"/ctt/b-lpcm-1.pcm", 88199, 0, 999},
+             {"/ctt/b-lpcm-1.pcm", 88200, 1, 1000},
+             {"/ctt/b-lpcm-1.pcm", 176399, 1, 1999},
+             {"/ctt/b-lpcm-1.pcm", 176400, 2, 2000},
+             {"/ctt/b-lpcm-2.pcm", 1, 0, 0},
+             {"/ctt/b-lpcm-2.pcm", 176399, 0, 999},
+             {"/ctt/b-lpcm-2.pcm", 176400, 1, 1000},
+             {"/ctt/b-lpcm-2.pcm", 352799, 1, 1999},
+             {"/ctt/b-lpcm-2.pcm", 352800, 2, 2000},
+             {"/ctt/b-lpcm-3.pcm", 95999, 0, 999},
+             {"/ctt/b-lpcm-3.pcm", 96000, 1, 1000},
+             {"/ctt/b-lpcm-4.pcm", 191999, 0, 999},
+             {"/ctt/b-lpcm-4.pcm", 192000, 1, 1000},
+             {"/ctt/b-lpcm-4.pcm", 4294967296U, 22369, 22369621},
+             {"/ctt/b-lpcm-2.pcm", 17640000000U, 100000, 100000000},
+             {"/ctt/b-lpcm-1.pcm", 18446744073709551615U, 209146758205323, 209146758205323714U},
          }) {
         LPCMParser parser(conformance.Get());
         SizedStream stream(example.mPath, example.mSize);
@@ -200,6 +201,9 @@ TEST(LPCMParser, DurationIsInWholeSeconds) {
         EXPECT_TRUE(record->IsNumber(kezInfo_Duration)) << example.mSize;
         EXPECT_EQ(record->GetUInt64("du", 12345).ToUInt64(), example.mDuration)
             << example.mPath << " " << example.mSize;
+        EXPECT_EQ(record->GetUInt64("dm", 12345).ToUInt64(), example.mMilliseconds)
+            << example.mPath << " " << example.mSize;
+        EXPECT_FALSE(record->Has("md"));
     }
 }
 
@@ -220,7 +224,7 @@ TEST(LPCMParser, ClassAndProfileComeFromTheVirtualAdjustment) {
     // Everything but class, profile and duration is there before; the duration alone comes behind.
     EXPECT_EQ(parser.mBefore, "ac=2\nar=44100\nbs=16\nca=\"LPCM\"\nmt=\"audio/L16;rate=44100;channels=2\"\n"
                               "ta=1\n");
-    EXPECT_EQ(DumpRecord(record.get()), "ac=2\nar=44100\nbs=16\nca=\"LPCM\"\ndu=1\n"
+    EXPECT_EQ(DumpRecord(record.get()), "ac=2\nar=44100\nbs=16\nca=\"LPCM\"\ndm=1000\ndu=1\n"
                                         "mt=\"audio/L16;rate=44100;channels=2\"\nta=1\n");
 }
 

@@ -599,7 +599,7 @@ TEST(MimeTypesDotIniParser, Context1CompletesTheRatesOfANamedFile) {
     Server server(kTestTable, 0, 1);
     EXPECT_EQ(server.Parse("/ctt/B-LPCM-2.PCM", "", 176400),
               "ac=2\nar=44100\nbr=44100\nbs=16\nca=\"LPCM\"\ncn=\"item.audioItem\"\ndl=\"DLNA.ORG_PN=LPCM\"\n"
-              "du=1\nea=44100\neb=44100\nev=0\nfe=\"pcm\"\nma=44100\nmb=44100\n"
+              "dm=1000\ndu=1\nea=44100\neb=44100\nev=0\nfe=\"pcm\"\nma=44100\nmb=44100\n"
               "mt=\"audio/L16;rate=44100;channels=2\"\nmv=0\nta=1\n");
 }
 

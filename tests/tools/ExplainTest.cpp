@@ -36,6 +36,7 @@ TEST(Explain, TellsTheSourceOfEachFactInWords) {
         "  extension        mp3                               "
         "first extension of audio/mpeg in the media types file\n"
         "  duration         0:00:00                           parser mp3 (MPEGAudioParser)\n"
+        "  milliseconds     800                               parser mp3 (MPEGAudioParser)\n"
         "  duration from    header                            parser mp3 (MPEGAudioParser)\n"
         "  bit rate         128 kbit/s                        derived from the other bit rates\n"
         "  max. bit rate    128 kbit/s                        derived from the other bit rates\n"

@@ -61,7 +61,7 @@ TEST(JsonOutput, NamesWhatIsKnownOfLpcmAndKeepsDerivedRatesApart) {
     EXPECT_EQ(media, Json::parse(R"({"mime_type": "audio/L16;rate=44100;channels=2",
         "class": "item.audioItem", "dlna": "DLNA.ORG_PN=LPCM",
         "protocol_info": "http-get:*:audio/L16;rate=44100;channels=2:DLNA.ORG_PN=LPCM",
-        "size": 176400, "extension": "pcm", "duration": 1, "audio_tracks": 1, "audio_codec": "LPCM",
+        "size": 176400, "extension": "pcm", "duration": 1, "duration_ms": 1000, "audio_tracks": 1, "audio_codec": "LPCM",
         "sampling_rate": 44100, "channels": 2, "bits_per_sample": 16,
         "values": {"br": 44100, "mb": 44100, "eb": 44100, "ma": 44100, "ea": 44100}})"));
 }

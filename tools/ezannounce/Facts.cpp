@@ -17,7 +17,7 @@ constexpr unsigned kFrameRateDivisor = 1000;
 /// What a record has for the level just below 1.
 constexpr std::uint64_t kLevelBelowOne = 9;
 
-enum class Kind { Text, Bytes, Seconds, Rate, Hertz, Count, Flag, FrameRate, Level };
+enum class Kind { Text, Bytes, Seconds, Milliseconds, Rate, Hertz, Count, Flag, FrameRate, Level };
 
 struct KnownKey {
     const char* mKey;
@@ -26,13 +26,14 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 32> kKnownKeys = {{
+constexpr std::array<KnownKey, 33> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
     {kezInfo_FileSize, "size", "size", Kind::Bytes},
     {kezInfo_FileExtension, "extension", "extension", Kind::Text},
     {kezInfo_Duration, "duration", "duration", Kind::Seconds},
+    {kezInfo_DurationMilliseconds, "duration_ms", "milliseconds", Kind::Milliseconds},
     {kezInfo_DurationMethod, "duration_from", "duration from", Kind::Text},
     {kezInfo_BitRate, "bit_rate", "bit rate", Kind::Rate},
     {kezInfo_MaxBitRate, "max_bit_rate", "max. bit rate", Kind::Rate},
@@ -130,6 +131,7 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     case Kind::FrameRate:
         return ThousandthsInWords(aNumber);
     case Kind::Text:
+    case Kind::Milliseconds:
     case Kind::Count:
     case Kind::Level:
         break;

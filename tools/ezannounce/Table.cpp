@@ -54,8 +54,8 @@ std::string ShortWords(const Fact& aFact) {
     if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
     }
-    if (aFact.mName == "has_video" || aFact.mName == "duration_from") {
-        return ""; // the class tells; how sure the duration is, is a matter of explanations
+    if (aFact.mName == "has_video" || aFact.mName == "duration_from" || aFact.mName == "duration_ms") {
+        return ""; // the class tells; how sure the duration is, and how fine, is a matter of explanations
     }
     return aFact.mLabel + " " + aFact.mWords;
 }

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::uint32_t kMicro = 1000000;
+constexpr std::uint32_t kMicrosInMilli = 1000;
 
 /// Where a kind of track keeps its rates.
 struct RateKeys {
@@ -177,8 +178,7 @@ void StoreWhole(const ISOMedia& aMedia, std::uint32_t aWhole, const Rates& anAud
 void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
     const ISOMovie& movie = aMedia.mMovie;
     if (aMedia.mDuration != 0) {
-        anInfo.Set(kezInfo_Duration, aMedia.mDuration / kMicro, true);
-        anInfo.Set(kezInfo_DurationMethod, aMedia.mDurationMethod, true);
+        anInfo.SetDuration(aMedia.mDuration / kMicrosInMilli, aMedia.mDurationMethod);
     }
     const std::uint32_t whole = ISONumber_BitRate(aMedia.mSize, aMedia.mDuration, kMicro);
     Rates audio;

@@ -319,7 +319,6 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
         anInfo.Set(kezInfo_AudioEstimatedBitRate, mLength.mAverageRate, true);
     }
     if (mLength.mfKnown) {
-        anInfo.Set(kezInfo_Duration, mLength.mSeconds, true);
-        anInfo.Set(kezInfo_DurationMethod, mLength.mMethod, true);
+        anInfo.SetDuration(mLength.mMilliseconds, mLength.mMethod);
     }
 }

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr std::uint64_t kMilli = 1000;
+
 /// Encoders whose part behind the Xing tag states the samples that were added at both ends.
 constexpr std::array<std::string_view, 4> kEncoders = {"LAME", "Lavf", "Lavc", "L3.9"};
 
@@ -69,8 +71,10 @@ std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAu
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, aHeader.mMaxBitRate));
 }
 
-std::uint64_t RoundedUp(std::uint64_t aBytes, std::uint64_t aSpeed) {
-    return aBytes / aSpeed + (aBytes % aSpeed != 0 ? 1 : 0);
+/// The time of so many bytes, rounded up; aSpeed is not 0.
+std::uint64_t Milliseconds(std::uint64_t aBytes, std::uint64_t aSpeed) {
+    const std::uint64_t bytes = std::min(aBytes, UINT64_MAX / kMilli); // no size that a media has
+    return bytes * kMilli / aSpeed + (bytes * kMilli % aSpeed != 0 ? 1 : 0);
 }
 
 MPEGAudioLength LengthOfSamples(std::uint64_t aFrames, std::uint32_t anUnheard,
@@ -78,7 +82,8 @@ MPEGAudioLength LengthOfSamples(std::uint64_t aFrames, std::uint32_t anUnheard,
     const std::uint64_t samples = aFrames * aHeader.mSampleCount;
     MPEGAudioLength length;
     length.mfKnown = true;
-    length.mSeconds = (anUnheard < samples ? samples - anUnheard : samples) / aHeader.mSamplingRate;
+    const std::uint64_t heard = anUnheard < samples ? samples - anUnheard : samples;
+    length.mMilliseconds = heard * kMilli / aHeader.mSamplingRate;
     return length;
 }
 
@@ -162,7 +167,8 @@ MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame
     const bool fCut = aCount.mBytes > anExtent.mMediaSize;
     const bool fMore = anExtent.mfGoesOn || anExtent.mSoundSize / 2 > aCount.mBytes;
     if (fBytes && (fCut || fMore)) {
-        length.mSeconds = RoundedUp(anExtent.mSoundSize, SpeedOf(aCount.mBytes, aCount.mFrames, header));
+        length.mMilliseconds =
+            Milliseconds(anExtent.mSoundSize, SpeedOf(aCount.mBytes, aCount.mFrames, header));
         length.mMethod = fCut ? "estimate: the header's count, of a cut file"
                               : "estimate: the header's count, of a part of the file";
         return length;
@@ -193,7 +199,7 @@ MPEGAudioLength LengthOfSize(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
         fConstant ? anAll.mLowestRate / 8 : SpeedOf(aSlowest.mBytes, aSlowest.mFrames, header);
     MPEGAudioLength length;
     length.mfKnown = true;
-    length.mSeconds = RoundedUp(aSize, speed);
+    length.mMilliseconds = Milliseconds(aSize, speed);
     length.mMethod = ezCString::Format("estimate: size and %s rate of %llu frames",
                                        fConstant ? "the one" : "the lowest mean",
                                        static_cast<unsigned long long>(anAll.mFrames));

@@ -25,7 +25,7 @@ MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFra
 /// What is known of the length and the rate of the sound.
 struct MPEGAudioLength {
     bool mfKnown = false;
-    std::uint64_t mSeconds = 0;
+    std::uint64_t mMilliseconds = 0;
     ezCString mMethod;
     std::uint32_t mAverageRate = 0; ///< bits a second; 0: not known
 };

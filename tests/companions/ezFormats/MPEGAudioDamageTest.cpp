@@ -71,7 +71,7 @@ TEST(MPEGAudioDamage, AnUnknownSizeLeavesOutWhatTheEndTells) {
             EXPECT_EQ(DumpRecord(Read(SmallFile(), delivery).get()),
                       "ac=2\nar=4294967295\nca=\"MP3\"\ncn=\"item.audioItem\"\n"
                       "dl=\"DLNA.ORG_PN=MP3;DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
-                      "du=0\nea=37158\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\nsf=44100\nta=1\n"
+                      "dm=156\ndu=0\nea=37158\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\nsf=44100\nta=1\n"
                       "title=\"T\xC3\xBF\xC3\xA9\"\ncreator=\"Artist\"\ngenre=\"Rock\"\n");
         }
     }

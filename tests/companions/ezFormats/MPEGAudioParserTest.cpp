@@ -44,24 +44,25 @@ TEST(MPEGAudioParser, TellsWhatTheFramesSay) {
 }
 
 // What the independent prober reports of the samples: codec, rates, channels; 0.835918 s with the samples
-// that the encoder added, which are 576 and 1008 of 36864: 0.8 s of music.
+// that the encoder added, which are 576 and 1008 of 36864: 0.8 s of music, and 0.5 s of the second.
 TEST(MPEGAudioParser, SamplesAreAnnouncedAsAnIndependentProberSeesThem) {
     const std::string common = "sf=44100\nta=1\n";
     const std::string dlna = std::string("dl=\"") + kMP3Field + "\"\n";
     const std::string tags = "\"\ncreator=\"The Test Tones\"\ngenre=\"Folk\"\nalbum=\"Half a Second\"\n";
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/morning-walk.mp3")).get()),
               "ac=2\nar=128000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "du=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Morning Walk" + tags);
+                  "dm=800\ndu=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Morning Walk" +
+                  tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/night-ferry.mp3")).get()),
               "ac=2\nar=96000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "du=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Night Ferry" + tags);
+                  "dm=500\ndu=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Night Ferry" + tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/uneven-road-vbr.mp3")).get()),
               "ac=2\nar=4294967295\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "du=0\nea=39841\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common +
+                  "dm=800\ndu=0\nea=39841\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common +
                   "title=\"Uneven Road" + tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("elementary/slow-clock.mp2")).get()),
               "ac=2\nar=192000\nca=\"MP2\"\ncn=\"item.audioItem\"\ndl=\"DLNA.ORG_OP=01\"\n"
-              "du=0\nmd=\"counted\"\nmt=\"audio/mpeg\"\nsf=48000\nta=1\n");
+              "dm=504\ndu=0\nmd=\"counted\"\nmt=\"audio/mpeg\"\nsf=48000\nta=1\n");
 }
 
 TEST(MPEGAudioParser, TagsBeforeTheFramesAreSteppedOverWhateverTheirSize) {

@@ -68,6 +68,8 @@ TEST(MediaInfo, KeysHaveTheirNames) {
         {kezInfo_VideoCodec, "vc"},
         {kezInfo_PictureWidth, "wi"},
         {kezInfo_PictureHeight, "he"},
+        {kezInfo_DurationMethod, "md"},
+        {kezInfo_DurationMilliseconds, "dm"},
     };
     for (const auto& key : keys) {
         EXPECT_STREQ(key.first, key.second);

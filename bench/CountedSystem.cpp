@@ -1,8 +1,11 @@
 #include "bench/CountedSystem.h"
 
+#include <algorithm>
+
 namespace {
 
 CountedSystem::Counts gCounts;
+ezFileOffset gPosition = 0; ///< where the file that was opened last has been read to
 
 } // namespace
 
@@ -14,6 +17,7 @@ CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
     };
     mCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
         ++gCounts.mOpen;
+        gPosition = 0;
         return ezSystem_Real().mOpen(aPath, aFlags, aMode);
     };
     mCalls.mFStat = [](int aFile, struct stat* aStatus) {
@@ -22,7 +26,11 @@ CountedSystem::CountedSystem() : mCalls(ezSystem_Real()) {
     };
     mCalls.mPRead = [](int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
         ++gCounts.mRead;
-        return ezSystem_Real().mPRead(aFile, aBuffer, aSize, anOffset);
+        gCounts.mSeek += anOffset != gPosition ? 1 : 0;
+        const ssize_t size = ezSystem_Real().mPRead(aFile, aBuffer, aSize, anOffset);
+        gCounts.mReadBytes += static_cast<std::size_t>(std::max<ssize_t>(size, 0));
+        gPosition = anOffset + std::max<ssize_t>(size, 0);
+        return size;
     };
     mCalls.mClose = [](int aFile) {
         ++gCounts.mClose;

@@ -17,6 +17,8 @@ public:
         std::size_t mOpen = 0;
         std::size_t mFStat = 0;
         std::size_t mRead = 0;
+        std::size_t mReadBytes = 0; ///< that came of them
+        std::size_t mSeek = 0;      ///< reads that do not begin where the one before ended; the first, at 0
         std::size_t mClose = 0;
         std::size_t mFSync = 0;
         std::size_t mFUTimens = 0;

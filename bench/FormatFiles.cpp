@@ -2,9 +2,15 @@
 
 #include "support/WholeFile.h"
 
-#include "bench/Measure.h"
+#include "bench/Require.h"
 #include "companions/ezFormats/ISOBytes.h"
+#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/JPEGParser.h"
+#include "ezFormats/MPEGAudioParser.h"
+#include "ezFormats/PNGParser.h"
 #include "support/Folders.h"
+
+#include <fstream>
 
 namespace {
 
@@ -26,9 +32,7 @@ std::string Repeated(const std::string& aText, std::size_t aCount) {
     return all;
 }
 
-} // namespace
-
-std::vector<FormatFile> FormatFiles_MPEGAudio() {
+std::vector<FormatFile> MPEGAudioFiles() {
     FormatFile uncounted = SampleFile("elementary/slow-clock.mp2", "mp2");
     uncounted.mName = "song without a count";
     uncounted.mBytes = Repeated(uncounted.mBytes, 20);
@@ -36,7 +40,7 @@ std::vector<FormatFile> FormatFiles_MPEGAudio() {
             SampleFile("music/night-ferry.mp3", "mp3"), uncounted};
 }
 
-std::vector<FormatFile> FormatFiles_JPEG() {
+std::vector<FormatFile> JPEGFiles() {
     // As of a camera: 20 KB of Exif, its own thumbnail among it, before the frame.
     const std::string head = pictures::Exif(pictures::Tiff(6) + std::string(20000, '.'));
     pictures::JPEGFrameHeader frame;
@@ -47,7 +51,7 @@ std::vector<FormatFile> FormatFiles_JPEG() {
             {"photo", "jpg", pictures::JPEG(frame, head) + std::string(100000, '.')}};
 }
 
-std::vector<FormatFile> FormatFiles_PNG() {
+std::vector<FormatFile> PNGFiles() {
     // As of a picture editor: 3 KB of colour profile and 12 KB of its own notes before the picture.
     const std::string before =
         pictures::Chunk("iCCP", std::string(3000, '.')) + pictures::Chunk("iTXt", std::string(12000, '.'));
@@ -56,7 +60,7 @@ std::vector<FormatFile> FormatFiles_PNG() {
             {"edited picture", "png", pictures::PNG(pictures::PNGHeader(), before, std::string(50000, '.'))}};
 }
 
-std::vector<FormatFile> FormatFiles_ISOMedia() {
+std::vector<FormatFile> ISOMediaFiles() {
     const Film film = FormatFiles_Film(1 << 18, 2);
     const std::string hole(static_cast<std::size_t>(film.mSize) - film.mStart.size() - film.mMovie.size(),
                            '\0');
@@ -64,6 +68,22 @@ std::vector<FormatFile> FormatFiles_ISOMedia() {
             SampleFile("video/kite-day.mp4", "mp4"),
             SampleFile("conformance/B-AVC_MP4_BL_CIF15_AAC_520-1.mp4", "mp4"),
             {"film, movie last", "mp4", film.mStart + hole + film.mMovie}};
+}
+
+template <typename Parser>
+std::unique_ptr<ezMediaParser> Make() {
+    return std::make_unique<Parser>();
+}
+
+} // namespace
+
+const std::vector<FormatFamily>& FormatFiles_Families() {
+    static const std::vector<FormatFamily> kFamilies = {
+        {"mpeg-audio", "MPEG audio", MPEGAudioFiles, Make<MPEGAudioParser>, 2, 20480, 1, 22},
+        {"jpeg", "JPEG", JPEGFiles, Make<JPEGParser>, 1.34, 10240, 0.34, 13},
+        {"png", "PNG", PNGFiles, Make<PNGParser>, 1.34, 8192, 0.34, 13},
+        {"iso-media", "ISO media", ISOMediaFiles, Make<ISOMediaParser>, 1.25, 9216, 0.25, 14}};
+    return kFamilies;
 }
 
 std::uint64_t FormatFiles_SecondsOf(std::uint64_t aSize) {
@@ -85,4 +105,15 @@ Film FormatFiles_Film(std::uint64_t aSize, std::uint64_t aTableSeconds) {
     film.mStart = iso::FileType() + Big(1, 4) + "mdat" + Big(aSize, 8);
     film.mSize = iso::FileType().size() + aSize + film.mMovie.size();
     return film;
+}
+
+std::string FormatFiles_Write(const TemporaryFolder& aFolder, const Film& aFilm) {
+    std::string path = aFolder.Write("film.mp4", aFilm.mStart);
+    const std::uint64_t place = aFilm.mSize - aFilm.mMovie.size();
+    std::ofstream file(path, std::ios::binary | std::ios::in);
+    file.seekp(static_cast<std::streamoff>(place));
+    file << aFilm.mMovie;
+    file.close();
+    Require(!file.fail(), "the disk holds files with holes");
+    return path;
 }

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "ez/MediaParser.h"
+#include "support/TemporaryFolder.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,11 +16,20 @@ struct FormatFile {
     std::string mBytes;
 };
 
-/// Files of the samples, and some that are larger than samples can be, each by its parts.
-std::vector<FormatFile> FormatFiles_MPEGAudio();
-std::vector<FormatFile> FormatFiles_JPEG();
-std::vector<FormatFile> FormatFiles_PNG();
-std::vector<FormatFile> FormatFiles_ISOMedia();
+/// A format, files of it, and what one of them may cost a host in the mean.
+struct FormatFamily {
+    const char* mKey; ///< of its lines in the list of budgets
+    const char* mName;
+    std::vector<FormatFile> (*mFiles)(); ///< of the samples, and some that are larger than samples can be
+    std::unique_ptr<ezMediaParser> (*mParser)();
+    double mReads;
+    double mBytes; ///< that are read
+    double mSeeks; ///< from the end of one read to the start of the next
+    double mAllocations;
+};
+
+/// All formats that are measured, one a line.
+const std::vector<FormatFamily>& FormatFiles_Families();
 
 /// A film whose media are a hole between its start and its movie.
 struct Film {
@@ -30,3 +43,5 @@ struct Film {
 Film FormatFiles_Film(std::uint64_t aSize, std::uint64_t aTableSeconds);
 /// Seconds of a film of a size.
 std::uint64_t FormatFiles_SecondsOf(std::uint64_t aSize);
+/// Writes it, the media a hole that takes no place on the disk, and returns its path.
+std::string FormatFiles_Write(const TemporaryFolder& aFolder, const Film& aFilm);

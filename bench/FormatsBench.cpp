@@ -2,17 +2,12 @@
 #include "bench/Benches.h"
 #include "bench/CountedSystem.h"
 #include "bench/FormatFiles.h"
+#include "bench/Hosts.h"
 #include "bench/Measure.h"
 #include "bench/RecordedReads.h"
 
 #include "ez/FileMediaParserStream.h"
-#include "ez/MediaParserManager.h"
-#include "ezFormats/FormatParsers.h"
 #include "ezFormats/ISOMediaParser.h"
-#include "ezFormats/JPEGParser.h"
-#include "ezFormats/MPEGAudioParser.h"
-#include "ezFormats/PNGParser.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/Folders.h"
 #include "support/TemporaryFolder.h"
@@ -24,7 +19,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,69 +26,13 @@
 namespace {
 
 constexpr std::size_t kCopies = 100; ///< of each file of a family
+constexpr double kAim = 2;           ///< of the time of the bare calls
 constexpr std::size_t kLargestRead = std::size_t{64} * 1024;
-
-/// The most that a file of a family may cost.
-struct FormatBudget {
-    double mHostRatio;   ///< of the time of the bare calls, by a host
-    double mParserRatio; ///< the same by the parser alone
-    double mReads;       ///< in the mean
-    double mAllocations; ///< the same
-};
-
-struct Family {
-    const char* mName;
-    std::vector<FormatFile> (*mFiles)();
-    std::unique_ptr<ezMediaParser> (*mParser)();
-    FormatBudget mBudget;
-};
-
-template <typename Parser>
-std::unique_ptr<ezMediaParser> Make() {
-    return std::make_unique<Parser>();
-}
-
-constexpr std::array<Family, 4> kFamilies = {
-    {{"MPEG audio", FormatFiles_MPEGAudio, Make<MPEGAudioParser>, {2, 2, 2, 22}},
-     {"JPEG", FormatFiles_JPEG, Make<JPEGParser>, {2, 2, 1.34, 13}},
-     {"PNG", FormatFiles_PNG, Make<PNGParser>, {2, 2, 1.34, 13}},
-     {"ISO media", FormatFiles_ISOMedia, Make<ISOMediaParser>, {2.25, 2, 1.25, 14}}}};
 
 /// A file on the disk, and where a parse of it reads.
 struct ParsedFile {
     ezCString mPath;
     std::vector<RecordedRead> mReads;
-};
-
-/// A host with the parsers of the formats and the media types of the samples.
-class Host {
-public:
-    Host() : mEnvironment(ezPropertyList_New()) {
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", EZ_SAMPLES);
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment);
-        mManager->AddStandardParsers(kParseOption_Default);
-        RegisterFormatParsers(*mManager);
-    }
-    ~Host() {
-        mManager.reset();
-        ezPropertyList_Delete(mEnvironment);
-    }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-
-    void Parse(const ezCString& aPath) const {
-        ezFileMediaParserStream stream(aPath);
-        stream.Open();
-        const std::unique_ptr<ezMediaInfo> info(mManager->Parse(stream));
-        // The media types know neither: a parser of the format has answered.
-        Require(info != nullptr && (info->Has(kezInfo_PictureWidth) || info->Has(kezInfo_Duration)),
-                "every file is parsed");
-    }
-
-private:
-    ezPropertyList* mEnvironment;
-    std::unique_ptr<ezMediaParserManager> mManager;
 };
 
 void ParseAlone(ezMediaParser& aParser, const ezCString& aPath) {
@@ -153,7 +91,7 @@ public:
     std::size_t GetCount() const { return mFiles.size(); }
 
 private:
-    Host mHost;
+    BenchHost mHost{EZ_SAMPLES, BenchHost::Parsers::Formats};
     std::unique_ptr<ezMediaParser> mParser;
     std::vector<ParsedFile> mFiles;
 };
@@ -184,7 +122,7 @@ Claim Ratio(const std::string& aText, std::size_t aSide, std::size_t anOther, do
 /// Copies of each file of a family in a folder of their own.
 class FamilyShelf : private TemporaryFolder, public Shelf {
 public:
-    explicit FamilyShelf(const Family& aFamily) : Shelf(aFamily.mParser()) {
+    explicit FamilyShelf(const FormatFamily& aFamily) : Shelf(aFamily.mParser()) {
         std::size_t number = 1000;
         for (std::size_t i = 0; i < kCopies; ++i) {
             for (const FormatFile& file : aFamily.mFiles()) {
@@ -194,22 +132,21 @@ public:
     }
 };
 
-void AddFamily(const Family& aFamily) {
+void AddFamily(const FormatFamily& aFamily) {
     const std::string name = aFamily.mName;
     AddComparison("Formats/" + name,
-                  [&aFamily] {
+                  [aFamily] {
                       const auto shelf = std::make_shared<FamilyShelf>(aFamily);
                       return std::vector<Side>{MakeSide("bare", shelf, &Shelf::ReadAll, 4),
                                                MakeSide("host", shelf, &Shelf::ParseByHost, 2),
                                                MakeSide("parser", shelf, &Shelf::ParseByParser, 2)};
                   },
-                  {Ratio(name + " by a host / bare calls, the same reads", 1, 0, aFamily.mBudget.mHostRatio),
-                   Ratio(name + " by its parser alone / the same", 2, 0, aFamily.mBudget.mParserRatio)});
+                  {Ratio(name + " by a host / bare calls, the same reads", 1, 0, kAim),
+                   Ratio(name + " by its parser alone / the same", 2, 0, kAim)});
 }
 
 /// Notes what a file costs in the mean.
-void CountFiles(const std::string& aName, const Shelf& aShelf, Pass aPass, double aStats,
-                const FormatBudget& aBudget) {
+void CountFiles(const FormatFamily& aFamily, const Shelf& aShelf, Pass aPass) {
     (aShelf.*aPass)(); // lists that serve all requests have their memory after the first
     const CountedSystem system;
     const std::size_t before = Allocations_Count();
@@ -217,19 +154,21 @@ void CountFiles(const std::string& aName, const Shelf& aShelf, Pass aPass, doubl
     const std::size_t allocations = Allocations_Count() - before;
     const CountedSystem::Counts& counts = system.GetCounts();
     const auto note = [&](const char* aWhat, std::size_t aCount, double aBound) {
-        NoteCount(aName + ", " + aWhat + " a file",
+        NoteCount(std::string(aFamily.mName) + ", " + aWhat + " a file",
                   static_cast<double>(aCount) / static_cast<double>(aShelf.GetCount()), aBound);
     };
-    note("stat, open, fstat, close", counts.mStat + counts.mOpen + counts.mFStat + counts.mClose, aStats + 3);
-    note("read", counts.mRead, aBudget.mReads);
+    note("stat, open, fstat, close", counts.mStat + counts.mOpen + counts.mFStat + counts.mClose, 4);
+    note("read", counts.mRead, aFamily.mReads);
+    note("bytes read", counts.mReadBytes, aFamily.mBytes);
+    note("seeks", counts.mSeek, aFamily.mSeeks);
     note("other system calls", counts.mOther, 0);
-    note("allocations", allocations, aBudget.mAllocations);
+    note("allocations", allocations, aFamily.mAllocations);
 }
 
 void CountFamilies() {
-    for (const Family& family : kFamilies) {
+    for (const FormatFamily& family : FormatFiles_Families()) {
         const FamilyShelf shelf(family);
-        CountFiles(family.mName, shelf, &Shelf::ParseByHost, 1, family.mBudget);
+        CountFiles(family, shelf, &Shelf::ParseByHost);
     }
 }
 
@@ -242,24 +181,14 @@ constexpr std::array<const char*, 3> kFilmNames = {"4 MB", "400 MB", "4.5 GB"};
 /// longer.
 constexpr std::array<double, 3> kFilmReads = {2, 15, 8};
 constexpr std::size_t kFilmPasses = 200;
-/// Of the middle one the sizes of some fifty thousand samples are added up, which takes longer than to read
-/// them.
-constexpr std::array<double, 3> kFilmRatios = {2.5, 2.75, 2.5};
 /// Seconds that the tables tell where they are the same at every size.
 constexpr std::uint64_t kSameTables = 7;
 
 /// A film whose media take no place on the disk.
 class FilmShelf : private TemporaryFolder, public Shelf {
 public:
-    explicit FilmShelf(const Film& aFilm) : Shelf(Make<ISOMediaParser>()) {
-        const std::string path = Write("film.mp4", aFilm.mStart);
-        const std::uint64_t place = aFilm.mSize - aFilm.mMovie.size();
-        std::ofstream file(path, std::ios::binary | std::ios::in);
-        file.seekp(static_cast<std::streamoff>(place));
-        file << aFilm.mMovie;
-        file.close();
-        Require(!file.fail(), "the disk holds files with holes");
-        Add(path);
+    explicit FilmShelf(const Film& aFilm) : Shelf(std::make_unique<ISOMediaParser>()) {
+        Add(FormatFiles_Write(*this, aFilm));
     }
 };
 
@@ -286,7 +215,7 @@ std::vector<Claim> FilmClaims() {
             claims.push_back(Ratio(name + " / of 4 MB, the same tables", 3 * i, 0, 1.2));
             claims.push_back(Ratio(name + " / of 4 MB, the tables of its length", 3 * i + 1, 1, 0));
         }
-        claims.push_back(Ratio(name + " / bare calls, the same reads", 3 * i + 1, 3 * i + 2, kFilmRatios[i]));
+        claims.push_back(Ratio(name + " / bare calls, the same reads", 3 * i + 1, 3 * i + 2, kAim));
     }
     return claims;
 }
@@ -309,7 +238,7 @@ void CountFilms() {
 } // namespace
 
 void AddFormatsBenches() {
-    for (const Family& family : kFamilies) {
+    for (const FormatFamily& family : FormatFiles_Families()) {
         AddFamily(family);
     }
     AddCounting("Formats/Counts", CountFamilies);

@@ -128,6 +128,8 @@ void CountPass(const std::string& aName, const Scene& aScene, Pass aPass, const 
     note("open", counts.mOpen, aBudget.mOpen);
     note("fstat", counts.mFStat, aBudget.mFStat);
     note("read", counts.mRead, aBudget.mRead);
+    note("bytes read", counts.mReadBytes, aBudget.mRead * kezMediaParserStreamBufferSize);
+    note("seeks", counts.mSeek, 0);
     note("close", counts.mClose, aBudget.mClose);
     note("allocations", allocations, aBudget.mAllocations);
 }

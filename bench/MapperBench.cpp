@@ -1,16 +1,14 @@
 #include "bench/Allocations.h"
 #include "bench/Benches.h"
+#include "bench/MapperTables.h"
 #include "bench/Measure.h"
 #include "bench/ProbingParser.h"
 
-#include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
-#include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/media/MediaInfo.h"
-#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <array>
@@ -23,8 +21,6 @@ namespace {
 
 constexpr std::array<std::size_t, 3> kSizes = {1000, 10000, 100000};
 constexpr std::size_t kLargest = kSizes.back();
-constexpr std::size_t kProfiles = 60;
-
 constexpr std::size_t kMisses = 20000;
 constexpr std::size_t kPassedEntries = 1000000; ///< by the hits of a round
 constexpr std::size_t kHitEntries = 16;         ///< the hits are the last ones of a table
@@ -32,67 +28,16 @@ constexpr std::size_t kHitEntries = 16;         ///< the hits are the last ones 
 constexpr std::array<std::size_t, 3> kParseSizes = {100, 1000, 10000};
 constexpr std::size_t kParses = 2000;
 
-constexpr const char* kFileName = "MediaMapper.txt";
-constexpr const char* kTypes = "[MimeTypes]\nclip=clip,mpg@video/mpeg@item.videoItem\n";
-
-/// One length for all, so that no name is cheaper than another. Longer than a text holds in itself.
-std::string BaseName(std::size_t anEntry) {
-    return "a recorded film number " + std::to_string(kLargest + anEntry);
-}
-
-std::string TableText(std::size_t aSize) {
-    std::string text = "# A table\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        const std::string profile = "PROFILE_" + std::to_string(100 + i % kProfiles);
-        text += BaseName(i) + ".mpg,video/mpeg," + profile +
-                ",0:45:00,-2\\,2\\,4,00000001,9800000,,,720,576,," +
-                "DLNA.ORG_OP=01;VENDOR.COM_X=" + std::to_string(i % 7) + "\n";
-    }
-    return text;
-}
-
-/// Tables of a number of sizes, each already copied to its writable place: no line is held twice.
-class Tables {
-public:
-    Tables() {
-        mFolder.Write("types/mediaCTRLMediaTypes.ini", kTypes);
-        const ezCString types(mFolder.Path("types").c_str());
-        mTypes = std::make_unique<ezMimeTypesDotIniParser>(types, types, "", 0);
-    }
-
-    void Write(std::size_t aSize) const {
-        mFolder.Write(std::to_string(aSize) + "/_" + kFileName, TableText(aSize));
-    }
-
-    std::unique_ptr<DLNAMediaMapper> Load(std::size_t aSize) const {
-        const ezCString folder(mFolder.Path(std::to_string(aSize)).c_str());
-        auto mapper = std::make_unique<DLNAMediaMapper>(mTypes.get(), folder, folder, "", kFileName);
-        Require(!mapper->Load().IsError(), "the table is loaded");
-        return mapper;
-    }
-
-    const TemporaryFolder& GetFolder() const { return mFolder; }
-    ezMimeTypesDotIniParser& GetTypes() const { return *mTypes; }
-
-private:
-    TemporaryFolder mFolder;
-    std::unique_ptr<ezMimeTypesDotIniParser> mTypes;
-};
-
-std::shared_ptr<Tables> MakeTables() {
-    auto tables = std::make_shared<Tables>();
+std::shared_ptr<MapperTables> MakeTables() {
+    auto tables = std::make_shared<MapperTables>();
     for (const std::size_t size : kSizes) {
         tables->Write(size);
     }
     return tables;
 }
 
-const DLNAMediaMapperEntry& EntryAt(DLNAMediaMapper& aMapper, std::size_t anIndex) {
-    return *static_cast<DLNAMediaMapperEntry*>(ezArray_At(aMapper.GetArray(), anIndex));
-}
-
 /// Nanoseconds a line. Every size loads the same number of lines in a round; deleting a table is not counted.
-double LoadCost(const Tables& aTables, std::size_t aSize) {
+double LoadCost(const MapperTables& aTables, std::size_t aSize) {
     double cost = 0;
     for (std::size_t loaded = 0; loaded < kLargest; loaded += aSize) {
         std::unique_ptr<DLNAMediaMapper> mapper;
@@ -105,7 +50,7 @@ double LoadCost(const Tables& aTables, std::size_t aSize) {
 
 /// Nanoseconds a lookup of a name that no file brought.
 double MissCost(DLNAMediaMapper& aMapper) {
-    const ezCString name((BaseName(kLargest) + ".mpg").c_str());
+    const ezCString name((MapperTables_BaseName(kLargest) + ".mpg").c_str());
     std::size_t found = 0;
     const double cost = TimeOf([&] {
         for (std::size_t i = 0; i < kMisses; ++i) {
@@ -121,15 +66,17 @@ double HitCost(DLNAMediaMapper& aMapper) {
     const std::size_t size = ezArray_GetCount(aMapper.GetArray());
     std::vector<ezCString> names;
     for (std::size_t i = size - kHitEntries; i < size; ++i) {
-        names.push_back(EntryAt(aMapper, i).mFileName);
+        names.push_back(MapperTables_EntryAt(aMapper, i).mFileName);
     }
     const std::size_t lookups = kPassedEntries / size;
     std::size_t found = 0;
     const double cost = TimeOf([&] {
         for (std::size_t i = 0; i < lookups; ++i) {
             const std::size_t wanted = i % names.size();
-            found +=
-                aMapper.GetFileEntry(names[wanted]) == &EntryAt(aMapper, size - kHitEntries + wanted) ? 1 : 0;
+            found += aMapper.GetFileEntry(names[wanted]) ==
+                             &MapperTables_EntryAt(aMapper, size - kHitEntries + wanted)
+                         ? 1
+                         : 0;
         }
     });
     Require(found == lookups, "every name finds its own entry");
@@ -137,7 +84,7 @@ double HitCost(DLNAMediaMapper& aMapper) {
 }
 
 std::vector<Side> LookupSides(double (*aCost)(DLNAMediaMapper&)) {
-    const std::shared_ptr<Tables> tables = MakeTables();
+    const std::shared_ptr<MapperTables> tables = MakeTables();
     std::vector<Side> sides;
     for (const std::size_t size : kSizes) {
         // The media types serve the tables as long as the side lives.
@@ -163,15 +110,15 @@ double AllocationsOf(const Work& aWork) {
 /// A hit of the last entry of every table against one of the first entry of the smallest, which passes none:
 /// what is above it, the pass has allocated.
 void CountLookups() {
-    const std::shared_ptr<Tables> tables = MakeTables();
-    const ezCString miss((BaseName(kLargest) + ".mpg").c_str());
+    const std::shared_ptr<MapperTables> tables = MakeTables();
+    const ezCString miss((MapperTables_BaseName(kLargest) + ".mpg").c_str());
     const double question = AllocationsOf([&] { tables->GetTypes().ExtensionToExtensionList("mpg"); });
     double first = 0;
     for (const std::size_t size : kSizes) {
         const std::unique_ptr<DLNAMediaMapper> mapper = tables->Load(size);
         const std::string text = ", " + std::to_string(size) + " entries";
         const auto hit = [&](std::size_t anIndex) {
-            const DLNAMediaMapperEntry& entry = EntryAt(*mapper, anIndex);
+            const DLNAMediaMapperEntry& entry = MapperTables_EntryAt(*mapper, anIndex);
             return AllocationsOf([&] { Require(mapper->GetFileEntry(entry.mFileName) == &entry, "a hit"); });
         };
         if (size == kSizes.front()) {
@@ -188,14 +135,14 @@ void CountLookups() {
 /// Lookups by an extension that nobody knows, among entries that all have the name: had the media types to be
 /// asked for each of them, the copies of the extension would show it.
 void CountQuestions() {
-    const Tables tables;
-    const ezCString name((BaseName(0) + ".an-unheard-of-extension").c_str());
+    const MapperTables tables;
+    const ezCString name((MapperTables_BaseName(0) + ".an-unheard-of-extension").c_str());
     const auto lookup = [&](std::size_t aSize) {
         std::string text;
         for (std::size_t i = 0; i < aSize; ++i) {
-            text += BaseName(0) + ".mpg,video/mpeg,PROFILE\n";
+            text += MapperTables_BaseName(0) + ".mpg,video/mpeg,PROFILE\n";
         }
-        tables.GetFolder().Write(std::to_string(aSize) + "/_" + kFileName, text);
+        tables.GetFolder().Write(std::to_string(aSize) + "/_" + MapperTables::kFileName, text);
         const std::unique_ptr<DLNAMediaMapper> mapper = tables.Load(aSize);
         return AllocationsOf(
             [&] { Require(mapper->GetFileEntry(name) == nullptr, "an unknown extension finds nothing"); });
@@ -211,7 +158,7 @@ void CountQuestions() {
 /// A host with or without a mapper, and the file that it parses.
 class Host {
 public:
-    Host(std::shared_ptr<Tables> aTables, std::shared_ptr<DLNAMediaMapper> aMapper,
+    Host(std::shared_ptr<MapperTables> aTables, std::shared_ptr<DLNAMediaMapper> aMapper,
          const std::string& aBaseName, bool afMapped)
         : mTables(std::move(aTables)),
           mMapper(std::move(aMapper)),
@@ -255,7 +202,7 @@ public:
     }
 
 private:
-    std::shared_ptr<Tables> mTables;
+    std::shared_ptr<MapperTables> mTables;
     std::shared_ptr<DLNAMediaMapper> mMapper;
     bool mfMapped;
     ezCString mPath;
@@ -265,19 +212,19 @@ private:
 
 /// Without a mapper, then for each size a miss and a hit of the entry in the middle.
 std::vector<Side> ParseSides() {
-    const auto tables = std::make_shared<Tables>();
+    const auto tables = std::make_shared<MapperTables>();
     std::vector<Side> sides;
     const auto add = [&](const std::string& aName, const std::shared_ptr<DLNAMediaMapper>& aMapper,
                          const std::string& aBaseName, bool afMapped) {
         const auto host = std::make_shared<Host>(tables, aMapper, aBaseName, afMapped);
         sides.push_back({aName, [host] { return host->ParseCost(); }});
     };
-    add("without", nullptr, BaseName(kLargest), false);
+    add("without", nullptr, MapperTables_BaseName(kLargest), false);
     for (const std::size_t size : kParseSizes) {
         tables->Write(size);
         const std::shared_ptr<DLNAMediaMapper> mapper = tables->Load(size);
-        add("miss " + std::to_string(size), mapper, BaseName(kLargest), false);
-        const ezCString name = EntryAt(*mapper, size / 2).mFileName.BeforeLast('.');
+        add("miss " + std::to_string(size), mapper, MapperTables_BaseName(kLargest), false);
+        const ezCString name = MapperTables_EntryAt(*mapper, size / 2).mFileName.BeforeLast('.');
         add("hit " + std::to_string(size), mapper, name.c_str(), true);
     }
     return sides;
@@ -301,7 +248,7 @@ void AddMapperBenches() {
     AddComparison(
         "Mapper/Load",
         [] {
-            const std::shared_ptr<Tables> tables = MakeTables();
+            const std::shared_ptr<MapperTables> tables = MakeTables();
             std::vector<Side> sides;
             sides.reserve(kSizes.size());
             for (const std::size_t size : kSizes) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <utility>
 
@@ -17,8 +16,7 @@ struct RatioResult {
     double mLowerQuartile;
     double mMedian;
     double mUpperQuartile;
-    double mBound;
-    bool mfSecond; ///< of the second measurement
+    double mAim;
 };
 
 struct CountResult {
@@ -28,7 +26,6 @@ struct CountResult {
 };
 
 std::size_t gRounds = 0;
-std::size_t gSecondRounds = 0;
 std::vector<RatioResult> gRatios;
 std::vector<CountResult> gCounts;
 
@@ -36,19 +33,14 @@ double At(const std::vector<double>& aSorted, double aPart) {
     return aSorted[static_cast<std::size_t>(std::lround(aPart * static_cast<double>(aSorted.size() - 1)))];
 }
 
-RatioResult Summarise(const Claim& aClaim, const std::vector<Costs>& aRounds, bool afSecond) {
+RatioResult Summarise(const Claim& aClaim, const std::vector<Costs>& aRounds) {
     std::vector<double> ratios;
     ratios.reserve(aRounds.size());
     for (const Costs& costs : aRounds) {
         ratios.push_back(aClaim.mRatio(costs));
     }
     std::sort(ratios.begin(), ratios.end());
-    return {aClaim.mText, At(ratios, 0.25), At(ratios, 0.5), At(ratios, 0.75), aClaim.mBound, afSecond};
-}
-
-/// A ratio fails when three quarters of the rounds are above the bound: that is no longer noise.
-bool Holds(const RatioResult& aResult) {
-    return aResult.mBound == 0 || aResult.mLowerQuartile <= aResult.mBound;
+    return {aClaim.mText, At(ratios, 0.25), At(ratios, 0.5), At(ratios, 0.75), aClaim.mAim};
 }
 
 bool Holds(const CountResult& aResult) {
@@ -75,32 +67,6 @@ Costs RunRound(const std::vector<Side>& aSides, bool afBackward) {
     return costs;
 }
 
-std::vector<RatioResult> SummariseAll(const std::vector<Claim>& aClaims, const std::vector<Costs>& aRounds,
-                                      bool afSecond) {
-    std::vector<RatioResult> results;
-    results.reserve(aClaims.size());
-    for (const Claim& claim : aClaims) {
-        results.push_back(Summarise(claim, aRounds, afSecond));
-    }
-    return results;
-}
-
-/// Measures for longer, with new rounds alone, and replaces the results that did not hold: a machine that was
-/// busy for a moment passes, what is too slow does not.
-void MeasureAgain(const std::vector<Side>& aSides, const std::vector<Claim>& aClaims,
-                  std::vector<RatioResult>& aResults) {
-    std::vector<Costs> rounds;
-    for (std::size_t i = 0; i < gSecondRounds; ++i) {
-        rounds.push_back(RunRound(aSides, i % 2 == 1));
-    }
-    const std::vector<RatioResult> second = SummariseAll(aClaims, rounds, true);
-    for (std::size_t i = 0; i < aResults.size(); ++i) {
-        if (!Holds(aResults[i])) {
-            aResults[i] = second[i];
-        }
-    }
-}
-
 void RunComparison(benchmark::State& aState, const MakeSides& aMakeSides, const std::vector<Claim>& aClaims) {
     const std::vector<Side> sides = aMakeSides();
     std::vector<Costs> rounds;
@@ -118,27 +84,8 @@ void RunComparison(benchmark::State& aState, const MakeSides& aMakeSides, const 
             aState.counters[sides[i].mName + " (" + sides[i].mUnits + "/s)"] = 1e9 / cost;
         }
     }
-    std::vector<RatioResult> results = SummariseAll(aClaims, rounds, false);
-    const bool fAllHold = std::all_of(results.begin(), results.end(),
-                                      [](const RatioResult& aResult) { return Holds(aResult); });
-    if (!fAllHold && gSecondRounds != 0) {
-        MeasureAgain(sides, aClaims, results);
-    }
-    gRatios.insert(gRatios.end(), results.begin(), results.end());
-}
-
-const char* Verdict(bool afHolds, double aBound) {
-    if (aBound == 0) {
-        return "shown only";
-    }
-    return afHolds ? "holds" : "DOES NOT HOLD";
-}
-
-void PrintBound(double aBound) {
-    if (aBound == 0) {
-        std::printf("  %8s", "");
-    } else {
-        std::printf("  <= %5.2f", aBound);
+    for (const Claim& claim : aClaims) {
+        gRatios.push_back(Summarise(claim, rounds));
     }
 }
 
@@ -172,23 +119,28 @@ void SetRounds(std::size_t aRounds) {
     gRounds = aRounds;
 }
 
-void SetSecondRounds(std::size_t aRounds) {
-    gSecondRounds = aRounds;
+namespace {
+
+void PrintRatios() {
+    std::printf("\n%-66s %7s  %-15s  %8s\n", "Ratio, of this machine in this minute", "median", "middle half",
+                "aim");
+    for (const RatioResult& result : gRatios) {
+        std::printf("%-66s %7.2f  %6.2f - %6.2f", result.mText.c_str(), result.mMedian, result.mLowerQuartile,
+                    result.mUpperQuartile);
+        if (result.mAim != 0) {
+            std::printf("  <= %5.2f", result.mAim);
+        }
+        std::printf("\n");
+    }
 }
 
+} // namespace
+
 bool PrintResults() {
-    bool fAllHold = true;
     if (!gRatios.empty()) {
-        std::printf("\n%-66s %7s  %-15s  %8s\n", "Ratio", "median", "middle half", "bound");
-        for (const RatioResult& result : gRatios) {
-            std::printf("%-66s %7.2f  %6.2f - %6.2f", result.mText.c_str(), result.mMedian,
-                        result.mLowerQuartile, result.mUpperQuartile);
-            PrintBound(result.mBound);
-            std::printf("  %s%s\n", Verdict(Holds(result), result.mBound),
-                        result.mfSecond ? ", measured twice" : "");
-            fAllHold = fAllHold && Holds(result);
-        }
+        PrintRatios();
     }
+    bool fAllHold = true;
     if (!gCounts.empty()) {
         std::printf("\n%-66s %7s  %8s\n", "Count", "value", "bound");
         for (const CountResult& result : gCounts) {
@@ -204,11 +156,4 @@ double Now() {
     struct timespec time = {};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-}
-
-void Require(bool afHolds, const char* aText) {
-    if (!afHolds) {
-        std::fprintf(stderr, "ezBench: this does not hold: %s\n", aText);
-        std::exit(2);
-    }
 }

@@ -1,5 +1,6 @@
 #include "bench/Benches.h"
 #include "bench/Measure.h"
+#include "bench/PlaylistTexts.h"
 
 #include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
@@ -9,7 +10,6 @@
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
 #endif
 
-#include "ezPlatform/base/Memory.h"
 #include "ezPlatform/streams/MemoryStream.h"
 
 #include <array>
@@ -25,68 +25,12 @@ constexpr std::array<std::size_t, 3> kSizes = {1000, 10000, 100000};
 constexpr std::size_t kRun = 100;
 constexpr std::size_t kRepeats = 100;
 
-std::string Number(std::size_t aNumber) {
-    return std::to_string(kSizes.back() + aNumber); // one length for all, so that no entry is cheaper
-}
-
-std::string M3UText(std::size_t aSize) {
-    std::string text = "#EXTM3U\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += "#EXTINF:215,Some Artist - Some Title " + Number(i) + "\nSome Artist/Some Album/" +
-                Number(i) + " Some Title.mp3\n";
-    }
-    return text;
-}
-
-std::string PLSText(std::size_t aSize) {
-    std::string text = "[playlist]\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += "File" + Number(i) + "=Some Artist/Some Album/" + Number(i) + " Some Title.mp3\nTitle" +
-                Number(i) + "=Some Artist - Some Title\nLength" + Number(i) + "=215\n";
-    }
-    return text;
-}
-
-std::string ASXText(std::size_t aSize) {
-    std::string text = "<ASX VERSION=3.0>\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += "<ENTRY><TITLE>Some Artist - Some Title</TITLE><REF HREF=\"Some Album/" + Number(i) +
-                " Some Title.mp3\"></ENTRY>\n";
-    }
-    return text + "</ASX>\n";
-}
-
-#ifdef EZ_HAS_XML_PLAYLISTS
-std::string WPLText(std::size_t aSize) {
-    std::string text = "<smil><body><seq>\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += R"(<media src="Some Artist\Some Album\)" + Number(i) + " Some Title.mp3\"/>\n";
-    }
-    return text + "</seq></body></smil>\n";
-}
-
-std::string XSPFText(std::size_t aSize) {
-    std::string text = "<playlist><trackList>\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += "<track><location>Some%20Album/" + Number(i) +
-                "%20Some%20Title.mp3</location><title>Some Title</title></track>\n";
-    }
-    return text + "</trackList></playlist>\n";
-}
-#endif
-
-ezStreamOwner MemoryPlaylist(const std::string& aText) {
-    void* block = ezMalloc(aText.size());
-    std::memcpy(block, aText.data(), aText.size());
-    return ezStreamOwner(new ezMemoryStream(block, aText.size(), ezCString()));
-}
-
 /// A playlist in memory, its reader, and an entry a run before its end, in its middle, and at its start.
 template <typename Reader>
 class Playlist {
 public:
     explicit Playlist(const std::string& aText, std::size_t aSize)
-        : mStream(MemoryPlaylist(aText)), mReader(mStream.get()) {
+        : mStream(PlaylistTexts_Stream(aText)), mReader(mStream.get()) {
         const std::array<std::size_t, 3> indexes = {0, aSize / 2, aSize - kRun - 1};
         for (std::size_t i = 0; i < indexes.size(); ++i) {
             Require(mReader.FetchEntryAtIndex(static_cast<uint32>(indexes[i]), &mPlaces[i]),
@@ -184,7 +128,7 @@ double LineScanCost(const std::string& aText, std::size_t anEntries) {
 
 std::vector<Side> IndexSides() {
     const std::size_t size = kSizes.back();
-    const auto text = std::make_shared<std::string>(M3UText(size));
+    const auto text = std::make_shared<std::string>(PlaylistTexts_M3U(size));
     const auto playlist = std::make_shared<Playlist<M3UPlaylistParser>>(*text, size);
     std::vector<Side> sides;
     for (const std::size_t index : {size / 100, size / 10, size - 1}) {
@@ -199,16 +143,21 @@ std::vector<Side> IndexSides() {
 
 void AddPlaylistBenches() {
     AddComparison(
-        "Playlist/Next of M3U", [] { return NextSides<M3UPlaylistParser>(M3UText); }, NextClaims("M3U"));
+        "Playlist/Next of M3U", [] { return NextSides<M3UPlaylistParser>(PlaylistTexts_M3U); },
+        NextClaims("M3U"));
     AddComparison(
-        "Playlist/Next of PLS", [] { return NextSides<PLSPlaylistParser>(PLSText); }, NextClaims("PLS"));
+        "Playlist/Next of PLS", [] { return NextSides<PLSPlaylistParser>(PlaylistTexts_PLS); },
+        NextClaims("PLS"));
     AddComparison(
-        "Playlist/Next of ASX", [] { return NextSides<ASXPlaylistParser>(ASXText); }, NextClaims("ASX"));
+        "Playlist/Next of ASX", [] { return NextSides<ASXPlaylistParser>(PlaylistTexts_ASX); },
+        NextClaims("ASX"));
 #ifdef EZ_HAS_XML_PLAYLISTS
     AddComparison(
-        "Playlist/Next of WPL", [] { return NextSides<WPLPlaylistParser>(WPLText); }, NextClaims("WPL"));
+        "Playlist/Next of WPL", [] { return NextSides<WPLPlaylistParser>(PlaylistTexts_WPL); },
+        NextClaims("WPL"));
     AddComparison(
-        "Playlist/Next of XSPF", [] { return NextSides<XSPFPlaylistParser>(XSPFText); }, NextClaims("XSPF"));
+        "Playlist/Next of XSPF", [] { return NextSides<XSPFPlaylistParser>(PlaylistTexts_XSPF); },
+        NextClaims("XSPF"));
 #endif
     AddComparison("Playlist/Index of M3U", IndexSides,
                   {{"entry at index 10,000 / 1,000 of M3U, by the entry",

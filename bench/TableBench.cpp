@@ -1,8 +1,6 @@
 #include "bench/Benches.h"
 #include "bench/Measure.h"
-
-#include "ez/ExtensionMimeTypeMatcher.h"
-#include "support/TemporaryFolder.h"
+#include "bench/TypesTables.h"
 
 #include <array>
 #include <memory>
@@ -18,56 +16,21 @@ constexpr std::size_t kLargest = kSizes.back();
 constexpr std::size_t kAskedKeys = 200;
 constexpr std::size_t kLookups = 20000;
 
-constexpr const char* kFileName = "types.ini";
-
-std::string Number(std::size_t aNumber) {
-    return std::to_string(kLargest + aNumber); // one length for all, so that no key is cheaper than another
-}
-
-std::string Extension(std::size_t aKey) {
-    return "e" + Number(aKey);
-}
-
-std::string MimeType(std::size_t aKey) {
-    return "video/x-type-" + Number(aKey);
-}
-
-std::string TableText(std::size_t aSize) {
-    std::string text = "[MimeTypes]\n";
-    for (std::size_t i = 0; i < aSize; ++i) {
-        text += "k" + Number(i) + "=" + Extension(i) + ",f" + Number(i) + "@" + MimeType(i) +
-                ",audio/x-type-" + Number(i) + "@item.videoItem@other\n";
+std::shared_ptr<TypesTables> MakeTables() {
+    auto tables = std::make_shared<TypesTables>();
+    for (const std::size_t size : kSizes) {
+        tables->Write(size);
     }
-    return text;
+    return tables;
 }
-
-/// The tables of all sizes, each in a folder of its own.
-class Tables {
-public:
-    Tables() {
-        for (const std::size_t size : kSizes) {
-            mFolder.Write(std::to_string(size) + "/" + kFileName, TableText(size));
-        }
-    }
-
-    std::unique_ptr<ExtensionMimeTypeMatcher> Load(std::size_t aSize) const {
-        const ezCString folder(mFolder.Path(std::to_string(aSize)).c_str());
-        auto matcher = std::make_unique<ExtensionMimeTypeMatcher>(folder, folder, kFileName);
-        matcher->Load();
-        return matcher;
-    }
-
-private:
-    TemporaryFolder mFolder;
-};
 
 /// Nanoseconds a key. Every size loads the same number of keys in a round.
-double LoadCost(const Tables& aTables, std::size_t aSize) {
+double LoadCost(const TypesTables& aTables, std::size_t aSize) {
     double cost = 0;
     for (std::size_t loaded = 0; loaded < kLargest; loaded += aSize) {
         std::unique_ptr<ExtensionMimeTypeMatcher> matcher;
         cost += TimeOf([&] { matcher = aTables.Load(aSize); });
-        Require(matcher->EntriesFromExtension(Extension(aSize - 1).c_str()) != nullptr,
+        Require(matcher->EntriesFromExtension(TypesTables_Extension(aSize - 1).c_str()) != nullptr,
                 "the last key is loaded");
     }
     return cost / static_cast<double>(kLargest);
@@ -84,11 +47,13 @@ struct Question {
 
 const std::array<Question, 3> kQuestions = {{
     {"extension", &ExtensionMimeTypeMatcher::EntriesFromExtension,
-     [](std::size_t aKey) { return ezCString(Extension(aKey).c_str()); }},
+     [](std::size_t aKey) { return ezCString(TypesTables_Extension(aKey).c_str()); }},
     {"MIME type", &ExtensionMimeTypeMatcher::EntriesFromMimeType,
-     [](std::size_t aKey) { return ezCString(MimeType(aKey).c_str()); }},
+     [](std::size_t aKey) { return ezCString(TypesTables_MimeType(aKey).c_str()); }},
     {"MIME type with parameters", &ExtensionMimeTypeMatcher::EntriesFromMimeType,
-     [](std::size_t aKey) { return ezCString((MimeType(aKey) + ";codecs=\"avc1.42E01E\"").c_str()); }},
+     [](std::size_t aKey) {
+         return ezCString((TypesTables_MimeType(aKey) + ";codecs=\"avc1.42E01E\"").c_str());
+     }},
 }};
 
 /// Nanoseconds a lookup, of keys that lie evenly over the table.
@@ -116,11 +81,11 @@ std::vector<ezCString> Texts(const Question& aQuestion, std::size_t aTableSize, 
 }
 
 std::vector<Side> LookupSides(const Question& aQuestion, bool afAllKeys) {
-    const Tables tables;
+    const std::shared_ptr<TypesTables> tables = MakeTables();
     std::vector<Side> sides;
     sides.reserve(kSizes.size());
     for (const std::size_t size : kSizes) {
-        const std::shared_ptr<ExtensionMimeTypeMatcher> matcher = tables.Load(size);
+        const std::shared_ptr<ExtensionMimeTypeMatcher> matcher = tables->Load(size);
         const std::vector<ezCString> texts = Texts(aQuestion, size, afAllKeys ? size : kAskedKeys);
         sides.push_back({std::to_string(size),
                          [matcher, texts, &aQuestion] { return LookupCost(*matcher, aQuestion, texts); }});
@@ -142,7 +107,7 @@ void AddTableBenches() {
     AddComparison(
         "Table/Load",
         [] {
-            const auto tables = std::make_shared<Tables>();
+            const std::shared_ptr<TypesTables> tables = MakeTables();
             std::vector<Side> sides;
             sides.reserve(kSizes.size());
             for (const std::size_t size : kSizes) {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "ez/MediaParserManager.h"
+#include "ez/MediaParserStream.h"
+#include "ezPlatform/config/PropertyList.h"
+#include "support/TemporaryFolder.h"
+
+#include <cstddef>
+#include <memory>
+
+/// A host with a number of parsers of one type, none of which knows any media.
+class DecliningHost {
+public:
+    explicit DecliningHost(std::size_t aParserCount);
+    ~DecliningHost();
+    DecliningHost(const DecliningHost&) = delete;
+    DecliningHost& operator=(const DecliningHost&) = delete;
+
+    /// Tries every parser once.
+    void Request();
+
+private:
+    TemporaryFolder mFolder;
+    std::size_t mParserCount;
+    std::size_t mTries = 0;
+    ezPropertyList* mEnvironment;
+    std::unique_ptr<ezMediaParserManager> mManager;
+    std::unique_ptr<ezMediaParserStream> mStream; ///< of a media without content
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "ezPlatform/streams/Stream.h"
+
+#include <cstddef>
+#include <string>
+
+/// Playlists of a number of entries, 100,000 at most, all of one length.
+std::string PlaylistTexts_M3U(std::size_t aSize);
+std::string PlaylistTexts_PLS(std::size_t aSize);
+std::string PlaylistTexts_ASX(std::size_t aSize);
+std::string PlaylistTexts_WPL(std::size_t aSize);
+std::string PlaylistTexts_XSPF(std::size_t aSize);
+
+/// One of them as a stream in memory.
+ezStreamOwner PlaylistTexts_Stream(const std::string& aText);

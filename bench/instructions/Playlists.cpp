@@ -1,0 +1,64 @@
+#include "bench/PlaylistTexts.h"
+#include "bench/Require.h"
+#include "bench/instructions/Instructions.h"
+
+#include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezPlaylists/detail/ASXPlaylistParser.h"
+#include "ezPlaylists/detail/PLSPlaylistParser.h"
+#ifdef EZ_HAS_XML_PLAYLISTS
+#include "ezPlaylists/detail/WPLPlaylistParser.h"
+#include "ezPlaylists/detail/XSPFPlaylistParser.h"
+#endif
+
+#include <string>
+
+namespace {
+
+constexpr std::size_t kRun = 50; ///< entries that are fetched one after the other
+
+/// All code's and our own instructions of the next entry, with its URL, before the end of a playlist.
+template <typename Reader>
+Instructions NextEntries(const std::string& aText, std::size_t aSize) {
+    const ezStreamOwner stream = PlaylistTexts_Stream(aText);
+    Reader reader(stream.get());
+    PlaylistParserEntry place;
+    Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - kRun - 1), &place), "the entry is there");
+    return Instructions_Of([&] {
+        PlaylistParserEntry entry;
+        Require(reader.FetchEntryAtPos(place.mStreamPos, &entry), "the place is found");
+        for (std::size_t i = 0; i < kRun; ++i) {
+            Require(reader.FetchNextEntry(&entry), "there is a next entry");
+            Require(!reader.GetFullURLFor(entry.mURI).IsEmpty(), "which has a URL");
+        }
+    });
+}
+
+/// An entry of a playlist of 1,000, an entry of longer ones against it, and the index that is made of them.
+template <typename Reader>
+void PrintPlaylist(const std::string& aKey, std::string (*aText)(std::size_t)) {
+    Instructions_Print("playlist." + aKey, NextEntries<Reader>(aText(1000), 1000), kRun);
+    Instructions_PrintGrowth("playlist." + aKey, {1000, 10000}, [&](std::size_t aSize) {
+        return static_cast<double>(NextEntries<Reader>(aText(aSize), aSize).mAll) / kRun;
+    });
+    Instructions_PrintGrowth("playlist." + aKey + ".first-use", {1000, 10000}, [&](std::size_t aSize) {
+        const std::string text = aText(aSize);
+        return Instructions_OfUnit(aSize, [&] {
+            const ezStreamOwner stream = PlaylistTexts_Stream(text);
+            Reader reader(stream.get());
+            PlaylistParserEntry entry;
+            Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - 1), &entry), "the last is there");
+        });
+    });
+}
+
+} // namespace
+
+void PrintPlaylists() {
+    PrintPlaylist<M3UPlaylistParser>("m3u", PlaylistTexts_M3U);
+    PrintPlaylist<PLSPlaylistParser>("pls", PlaylistTexts_PLS);
+    PrintPlaylist<ASXPlaylistParser>("asx", PlaylistTexts_ASX);
+#ifdef EZ_HAS_XML_PLAYLISTS
+    PrintPlaylist<WPLPlaylistParser>("wpl", PlaylistTexts_WPL);
+    PrintPlaylist<XSPFPlaylistParser>("xspf", PlaylistTexts_XSPF);
+#endif
+}

@@ -1,0 +1,124 @@
+#include "ezBytes/InflatedBytes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+
+#ifdef EZ_HAS_ZLIB
+#include <zlib.h>
+#endif
+
+InflatedBytes::~InflatedBytes() = default;
+
+std::size_t InflatedBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition >= mBytes.size()) {
+        return 0;
+    }
+    *aBytes = mBytes.data() + aPosition;
+    return mBytes.size() - static_cast<std::size_t>(aPosition);
+}
+
+#ifdef EZ_HAS_ZLIB
+
+namespace {
+
+constexpr std::size_t kInputSize = 4096;
+constexpr std::size_t kFirstOutputSize = 4096;
+
+/// Bytes that data of so many inflated ones can take: plain blocks cost a thousandth more, and a writer may
+/// have flushed often. Empty blocks alone would go on for ever.
+std::uint64_t MaxCompressedSize(std::size_t aMaxSize) {
+    constexpr std::uint64_t kHeadAndSum = 1024;
+    return 2 * std::uint64_t{aMaxSize} + kHeadAndSum;
+}
+
+/// zlib's state, which goes with it.
+class Inflater {
+public:
+    Inflater() : mfReady(inflateInit(&mState) == Z_OK) {}
+    ~Inflater() {
+        if (mfReady) {
+            inflateEnd(&mState);
+        }
+    }
+    Inflater(const Inflater&) = delete;
+    Inflater& operator=(const Inflater&) = delete;
+
+    bool IsReady() const { return mfReady; }
+    bool NeedsInput() const { return mState.avail_in == 0; }
+    bool NeedsRoom() const { return mState.avail_out == 0; }
+    std::size_t GetRoomLeft() const { return mState.avail_out; }
+
+    /// Of at most kInputSize bytes, borrowed.
+    void Feed(unsigned char* aBytes, std::size_t aCount) {
+        mState.next_in = aBytes;
+        mState.avail_in = static_cast<uInt>(aCount);
+    }
+    void GiveRoom(unsigned char* aBytes, std::size_t aCount) {
+        mState.next_out = aBytes;
+        mState.avail_out = static_cast<uInt>(std::min<std::size_t>(aCount, UINT32_MAX));
+    }
+    int Step() { return inflate(&mState, Z_NO_FLUSH); }
+
+private:
+    z_stream mState = {};
+    bool mfReady;
+};
+
+} // namespace
+
+bool InflatedBytes::IsAvailable() {
+    return true;
+}
+
+InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_t aMaxSize) {
+    mBytes.clear();
+    std::vector<unsigned char> output;
+    std::array<unsigned char, kInputSize> input = {};
+    std::uint64_t inputLeft = std::min(aCompressed.GetLeft(), MaxCompressedSize(aMaxSize));
+    Inflater inflater;
+    int status = inflater.IsReady() ? Z_OK : Z_MEM_ERROR;
+    while (status == Z_OK) {
+        if (inflater.NeedsInput()) {
+            const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(inputLeft, input.size()));
+            if (count == 0 || !aCompressed.Read(input.data(), count)) {
+                return Result::Damaged;
+            }
+            inputLeft -= count;
+            inflater.Feed(input.data(), count);
+        }
+        if (inflater.NeedsRoom()) {
+            // One byte more than the bound tells that there is more.
+            const std::size_t size = output.size();
+            if (size > aMaxSize) {
+                return Result::TooLarge;
+            }
+            output.resize(std::min(std::max(2 * size, kFirstOutputSize), aMaxSize + 1));
+            inflater.GiveRoom(output.data() + size, output.size() - size);
+        }
+        status = inflater.Step();
+    }
+    output.resize(output.size() - inflater.GetRoomLeft());
+    if (status != Z_STREAM_END) {
+        return Result::Damaged;
+    }
+    if (output.size() > aMaxSize) {
+        return Result::TooLarge;
+    }
+    mBytes = std::move(output);
+    return Result::Whole;
+}
+
+#else
+
+bool InflatedBytes::IsAvailable() {
+    return false;
+}
+
+InflatedBytes::Result InflatedBytes::Inflate(ByteReader& /*aCompressed*/, std::size_t /*aMaxSize*/) {
+    mBytes.clear();
+    return Result::Unavailable;
+}
+
+#endif

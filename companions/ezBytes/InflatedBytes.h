@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/ByteSource.h"
+
+#include <cstddef>
+#include <vector>
+
+/// What a format itself compresses with zlib (RFC 1950): compressed frames of ID3v2, and the movie header of
+/// QuickTime in a "cmov" box. Inflated whole into a block of memory, and then read as any bytes are:
+///
+///     InflatedBytes movie;
+///     if (movie.Inflate(compressed, kLimit) == InflatedBytes::Result::Whole) {
+///         ByteReader reader(movie);
+///
+/// Throws nothing, whatever the bytes. The memory is at most twice the bound that the caller gives, and
+/// zlib's own 40 KiB while it works.
+class InflatedBytes : public ByteSource {
+public:
+    enum class Result {
+        Whole,       ///< all of it, and its checksum holds
+        Damaged,     ///< no zlib data, or damaged, or they end early
+        TooLarge,    ///< more than the bound
+        Unavailable, ///< built without zlib
+    };
+
+    ~InflatedBytes() override;
+
+    /// True when the library was built with zlib.
+    static bool IsAvailable();
+
+    /// Inflates what stands in a reader from its position on, up to the end of the zlib data. Unless the
+    /// result is Whole there are no bytes afterwards; those of an earlier call are gone in any case.
+    /// @param aCompressed  left behind what was read, which may be more than the data have; no more is read
+    /// than
+    ///                     data of aMaxSize bytes can take, whatever the reader holds
+    /// @param aMaxSize     bytes that come out at most
+    Result Inflate(ByteReader& aCompressed, std::size_t aMaxSize);
+
+    std::uint64_t GetSize() const override { return mBytes.size(); }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+private:
+    std::vector<unsigned char> mBytes;
+};

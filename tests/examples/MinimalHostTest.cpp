@@ -14,9 +14,9 @@ TEST(MinimalHost, IdentifiesASampleByItsOwnParserAndTheMediaTypesFile) {
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(result.mOut,
               bell +
-                  ": ac=1, ar=352800, br=352800, cn=item.audioItem, ea=352800, eb=352800, ev=0, fe=wav, "
-                  "fs=22198, ma=352800, mb=352800, mt=audio/x-wav, mv=0, sf=22050, ta=1\n" +
-                  walk + ": cn=item.audioItem, fe=mp3, fs=13918, mt=audio/mpeg\n" +
+                  ": ac=1, ar=128000, br=128000, cn=item.audioItem, ea=128000, eb=128000, ev=0, fe=wav, "
+                  "fs=35348, ma=128000, mb=128000, mt=audio/x-wav, mv=0, sf=8000, ta=1\n" +
+                  walk + ": cn=item.audioItem, fe=mp3, fs=32309, mt=audio/mpeg\n" +
                   "advertised: audio/x-wav:*\n");
 }
 

@@ -105,10 +105,11 @@ TEST(ServerGuide, Step2LooksIntoTheFilesOfItsOwnFormat) {
     const std::string brief = folder.Write("brief.flac", FlacOf(44100).substr(0, 25));
     const std::string other = folder.Write("other.flac", "OggS" + FlacOf(44100).substr(4));
     const std::string plain = " mt=audio/flac cn=item.audioItem";
-    EXPECT_EQ(LinesOfStep("2-own-parser", {kSamples, kWater, minute, unknown, silent, brief, other, kWalk}),
-              (Words{kWater + ":" + plain + " sf=44100 ac=2", minute + ":" + plain + " du=60 sf=44100 ac=2",
-                     unknown + ":" + plain + " sf=44100 ac=2", silent + ":" + plain, brief + ":" + plain,
-                     other + ":" + plain, kWalk + ": mt=audio/mpeg cn=item.audioItem"}));
+    EXPECT_EQ(
+        LinesOfStep("2-own-parser", {kSamples, kWater, minute, unknown, silent, brief, other, kWalk}),
+        (Words{kWater + ":" + plain + " du=2 sf=44100 ac=2", minute + ":" + plain + " du=60 sf=44100 ac=2",
+               unknown + ":" + plain + " sf=44100 ac=2", silent + ":" + plain, brief + ":" + plain,
+               other + ":" + plain, kWalk + ": mt=audio/mpeg cn=item.audioItem"}));
 }
 
 #ifdef EZ_HAS_STEP_3
@@ -119,7 +120,7 @@ TEST(ServerGuide, Step3FindsProfilesByTheContent) {
     const std::string fake = folder.Write("fake.mp3", "no song at all, whatever its name says");
     const Words lines = LinesOfStep("3-format-parsers", {kSamples, kWater, kWalk, jpeg, png, fake});
     ASSERT_EQ(lines.size(), 5U);
-    EXPECT_EQ(lines[0], kWater + ": mt=audio/flac cn=item.audioItem sf=44100 ac=2");
+    EXPECT_EQ(lines[0], kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2");
     EXPECT_TRUE(Begins(lines[1], kWalk + ":" + kWalkFacts + " ")) << lines[1];
     EXPECT_EQ(lines[2], jpeg + ": mt=image/jpeg cn=item.imageItem dl=DLNA.ORG_PN=JPEG_SM;DLNA.ORG_OP=01;"
                                "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
@@ -138,7 +139,7 @@ TEST(ServerGuide, Step4LetsTheTableWin) {
     const std::string night = folder.Write("night.bin.flac", "nothing that a parser knows");
     const Words arguments = {config, folder.Path("state"), night, kWater};
     const Words expected = {night + ": mt=audio/x-night cn=item.audioItem dl=DLNA.ORG_PN=NIGHT du=125",
-                            kWater + ": mt=audio/flac cn=item.audioItem sf=44100 ac=2"};
+                            kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2"};
     EXPECT_EQ(LinesOfStep("4-media-mapper", arguments), expected);
     const std::string copy =
         ReadWholeFile(folder.Path("state/_MediaMapper.txt")); // the operator's from here on
@@ -157,7 +158,7 @@ TEST(ServerGuide, Step4GoesOnWithoutATable) {
                                  folder.Path("state/_MediaMapper.txt") + "'\n"),
               std::string::npos)
         << result.mError; // behind what the library logs
-    EXPECT_EQ(result.mOut, kWater + ": mt=audio/flac cn=item.audioItem sf=44100 ac=2\n");
+    EXPECT_EQ(result.mOut, kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2\n");
     EXPECT_EQ(RunStep("4-media-mapper", {config}).mStatus, 2);
 }
 #endif
@@ -170,7 +171,7 @@ TEST(ServerGuide, Step5ShowsEntriesAndIdentifiesThoseOfItsFolder) {
     EXPECT_EQ(lines[0], "The Test Tones - Morning Walk, file://" + kWalk);
     EXPECT_TRUE(Begins(lines[1], "  ours:" + kWalkFacts + " ")) << lines[1];
     EXPECT_EQ(lines[2], "The Test Tones - Plain Water, file://" + kWater);
-    EXPECT_EQ(lines[3], "  ours: mt=audio/flac cn=item.audioItem sf=44100 ac=2");
+    EXPECT_EQ(lines[3], "  ours: mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2");
     EXPECT_EQ(lines[4], "Radio Example, http://radio.example/live.mp3");
     EXPECT_EQ(lines[5], "  not ours");
 }
@@ -302,7 +303,8 @@ TEST(ServerGuide, Step8WritesTheResElementOfEachMedia) {
                "sampleFrequency=\"44100\" nrAudioChannels=\"2\"" +
                    base + "1.flac</res>",
                "<res protocolInfo=\"http-get:*:audio/mpeg:DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;"
-               "DLNA.ORG_FLAGS=01500000000000000000000000000000\" size=\"13918\" bitrate=\"16000\" "
+               "DLNA.ORG_FLAGS=01500000000000000000000000000000\" size=\"32309\" duration=\"0:00:05\" "
+               "bitrate=\"6000\" "
                "sampleFrequency=\"44100\" nrAudioChannels=\"2\"" +
                    base + "3.mp3</res>",
                "<res protocolInfo=\"http-get:*:image/jpeg:DLNA.ORG_PN=JPEG_SM;DLNA.ORG_OP=01;"

@@ -56,7 +56,7 @@ TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
     const std::set<std::string> expected = {
         "  DLNA             DLNA.ORG_PN=MP3X                  media mapper: "
         "DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000 -> DLNA.ORG_PN=MP3X",
-        "  duration         0:00:01                           media mapper: 0:00:00 -> 0:00:01",
+        "  duration         0:00:04                           media mapper: 0:00:03 -> 0:00:04",
         "  bit rate         64 kbit/s                         media mapper: variable -> 64 kbit/s",
         "  max. audio rate  320 kbit/s                        parser mp3 (MPEGAudioParser)",
         "  title            Uneven Road                       parser mp3 (MPEGAudioParser)"};
@@ -71,7 +71,7 @@ TEST(MapperInForce, ShowsTheOverridingFactsInTheTable) {
     ASSERT_EQ(lines.size(), 3U);
     // The parser had found the profile and the rate too, and more of the 4th field.
     EXPECT_NE(lines[1].find("DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS="), std::string::npos);
-    EXPECT_NE(lines[1].find("  0:00:01, 128 kbit/s, MP3, 44.1 kHz, 2 channels, "), std::string::npos);
+    EXPECT_NE(lines[1].find("  0:00:06, 48 kbit/s, MP3, 44.1 kHz, 2 channels, "), std::string::npos);
     EXPECT_NE((lines[1] + "\n").find("; media mapper: duration\n"), std::string::npos);
     EXPECT_NE(lines[2].find("audio/L16;rate=44100;channels=2"), std::string::npos);
     EXPECT_NE(lines[2].find("0:00:01, 44.1 kHz, 2 channels, 16 bit; media mapper: MIME type, DLNA, duration, "

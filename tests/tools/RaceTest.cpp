@@ -69,7 +69,7 @@ TEST(ElementaryStreams, LinesTellWhoWonAndWhatItIs) {
     const std::string pushed =
         std::to_string(RaceOf(RunTool({"--es", "--json", path}))["pushed"].get<unsigned>());
     const std::string block = path + "\n  won  MPEGAudio  at byte " + pushed +
-                              "\n  audio tracks    1\n  audio codec     MP3\n  audio bit rate  128 kbit/s\n"
+                              "\n  audio tracks    1\n  audio codec     MP3\n  audio bit rate  48 kbit/s\n"
                               "  sampling rate   44.1 kHz\n  channels        2\n";
     EXPECT_EQ(result.mOut, block + "\n" + block);
 }

@@ -41,7 +41,7 @@ TEST(Table, ShowsAMediaInOneRowUnderAHeader) {
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(result.mOut, "NAME                 MIME TYPE    CLASS           DLNA      SIZE  EXT  KNOWN\n"
-                           "music/door-bell.wav  audio/x-wav  item.audioItem  *     21.7 KiB  wav\n");
+                           "music/door-bell.wav  audio/x-wav  item.audioItem  *     34.5 KiB  wav\n");
 }
 
 TEST(Table, ParseAsAVerbShowsTheSame) {

@@ -99,7 +99,7 @@ const Sample kSamples[] = {
     {"elementary/slow-clock.mp2", "MP2", "ac=2\nar=192000\nca=\"MP2\"\nsf=48000\nta=1\n"},
     {"music/evening-train.aac", "AAC", "ac=2\nar=4294967295\nca=\"AAC\"\nsf=44100\nta=1\n"},
     {"conformance/B-AAC_A-1.adts", "AAC", "ac=2\nar=4294967295\nca=\"AAC\"\nsf=44100\nta=1\n"},
-    {"music/morning-walk.mp3", "MP3", "ac=2\nar=128000\nca=\"MP3\"\nsf=44100\nta=1\n"},
+    {"music/morning-walk.mp3", "MP3", "ac=2\nar=48000\nca=\"MP3\"\nsf=44100\nta=1\n"},
     {"music/uneven-road-vbr.mp3", "MP3", "ac=2\nar=4294967295\nca=\"MP3\"\nsf=44100\nta=1\n"},
 };
 

@@ -25,18 +25,18 @@ std::string Times(const std::string& aBytes) {
 // ---- samples of an independent encoder; the values are those of an independent prober ----
 
 TEST(ISOMediaParser, SongIsRead) {
-    // 36304 samples at 44100 Hz, of which the edit list presents 0.8 s; the average is that of "esds".
+    // The edit list presents 4.6 s; the average is that of "esds".
     EXPECT_EQ(
         Parsed(ReadSample("music/evening-train.m4a")),
         "ac=2\n"
-        "ar=97101\n"
-        "br=110770\n"
+        "ar=24481\n"
+        "br=27633\n"
         "ca=\"AAC\"\n"
         "cn=\"item.audioItem\"\n"
         "dl=\"DLNA.ORG_PN=AAC_ISO_320;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
-        "dm=800\n"
-        "du=0\n"
-        "mb=110770\n"
+        "dm=4600\n"
+        "du=4\n"
+        "mb=27633\n"
         "md=\"header\"\n"
         "mt=\"audio/mp4\"\n"
         "sf=44100\n"
@@ -51,9 +51,10 @@ TEST(ISOMediaParser, ShortFilmIsRead) {
     const std::string record = Parsed(ReadSample("video/kite-day.mp4"));
     EXPECT_EQ(Values(record, {"mt", "vc", "vp", "vl", "wi", "he", "fr", "pr", "vr", "mv", "ev"}),
               "mt=\"video/mp4\" vc=\"H264\" vp=\"Baseline\" vl=11 wi=176 he=144 fr=25000 "
-              "pr=\"progressive\" vr=38920");
-    EXPECT_EQ(Values(record, {"ta", "ca", "sf", "ac", "ar", "ma", "br", "du", "md", "title"}),
-              "ta=1 ca=\"AAC\" sf=44100 ac=1 ar=50698 br=111670 du=0 md=\"header\" title=\"Kite Day\"");
+              "pr=\"progressive\" vr=18958");
+    EXPECT_EQ(
+        Values(record, {"ta", "ca", "sf", "ac", "ar", "ma", "br", "du", "md", "title"}),
+        "ta=1 ca=\"AAC\" sf=44100 ac=1 ar=23998 ma=24000 br=51139 du=4 md=\"header\" title=\"Kite Day\"");
 }
 
 TEST(ISOMediaParser, SampleOfAConformanceTestKeepsTheProfileOfItsName) {

@@ -43,22 +43,23 @@ TEST(MPEGAudioParser, TellsWhatTheFramesSay) {
     }
 }
 
-// What the independent prober reports of the samples: codec, rates, channels; 0.835918 s with the samples
-// that the encoder added, which are 576 and 1008 of 36864: 0.8 s of music, and 0.5 s of the second.
+// What the independent prober reports of the samples: codec, rates, channels; and 5.3 s, 12.5 s and 3.1 s of
+// music, without the samples that the encoder added.
 TEST(MPEGAudioParser, SamplesAreAnnouncedAsAnIndependentProberSeesThem) {
     const std::string common = "sf=44100\nta=1\n";
     const std::string dlna = std::string("dl=\"") + kMP3Field + "\"\n";
     const std::string tags = "\"\ncreator=\"The Test Tones\"\ngenre=\"Folk\"\nalbum=\"Half a Second\"\n";
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/morning-walk.mp3")).get()),
-              "ac=2\nar=128000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "dm=800\ndu=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Morning Walk" +
+              "ac=2\nar=48000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
+                  "dm=5300\ndu=5\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Morning Walk" +
                   tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/night-ferry.mp3")).get()),
-              "ac=2\nar=96000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "dm=500\ndu=0\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Night Ferry" + tags);
+              "ac=2\nar=32000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
+                  "dm=12500\ndu=12\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Night Ferry" +
+                  tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/uneven-road-vbr.mp3")).get()),
               "ac=2\nar=4294967295\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
-                  "dm=800\ndu=0\nea=39841\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common +
+                  "dm=3100\ndu=3\nea=33580\nma=320000\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common +
                   "title=\"Uneven Road" + tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("elementary/slow-clock.mp2")).get()),
               "ac=2\nar=192000\nca=\"MP2\"\ncn=\"item.audioItem\"\ndl=\"DLNA.ORG_OP=01\"\n"

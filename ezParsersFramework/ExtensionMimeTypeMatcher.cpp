@@ -143,6 +143,14 @@ ExtensionMimeTypeMatcherEntry::ExtensionMimeTypeMatcherEntry(const ezCString& aK
     ezPtrList_Delete(fields);
 }
 
+bool ExtensionMimeTypeMatcherEntry::IsOfClass(const char* aClass) const {
+    const char* const first = FirstString(mUPnPClasses);
+    const std::string_view asked(aClass);
+    const std::string_view own(first != nullptr ? first : "");
+    return !asked.empty() && own.substr(0, asked.size()) == asked &&
+           (own.size() == asked.size() || own[asked.size()] == '.');
+}
+
 ExtensionMimeTypeMatcherEntry::~ExtensionMimeTypeMatcherEntry() {
     ezPtrList_Delete(mExtensions);
     ezPtrList_Delete(mMimeTypes);

@@ -13,6 +13,7 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -128,6 +129,16 @@ ezMediaInfo* ezMimeTypesDotIniParser::ParseFromTypes(ezPtrList* aTypes, ezMediaP
     return nullptr;
 }
 
+ezMediaInfo* ezMimeTypesDotIniParser::TryEntry(const Entry& anEntry, ezMediaParserStream& aStream) {
+    // A parser may have the manager identify another stream, and then goes on with its own.
+    const Entry* const outerEntry = std::exchange(mEntryInTrial, &anEntry);
+    const ezMediaParserStream* const outerStream = std::exchange(mStreamInTrial, &aStream);
+    ezMediaInfo* const info = ParseFromTypes(anEntry.mTypes, aStream);
+    mEntryInTrial = outerEntry;
+    mStreamInTrial = outerStream;
+    return info;
+}
+
 bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo) {
     ezMediaInfo* named = DLNAFileParser(mEnvironmentInfo).Parse(aStream);
     if (named == nullptr) {
@@ -165,7 +176,7 @@ ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezM
     bool fTestFile = false;
     for (Entry* candidate : ezItems<Entry>(anEntries)) {
         entry = candidate;
-        info = ParseFromTypes(entry->mTypes, aStream);
+        info = TryEntry(*entry, aStream);
         if (context == kCTTContext_NameDecides || (info == nullptr && context != 0)) {
             fTestFile = ConsultTestFileName(aStream, info);
         }
@@ -236,6 +247,16 @@ bool ezMimeTypesDotIniParser::AdjustDLNAInfoFromTypes(ezPtrList* aTypes, ezMedia
         }
     }
     return false;
+}
+
+ezCString ezMimeTypesDotIniParser::MimeTypeToClassName(const ezCString& aMimeType, const char* aClass) {
+    ExtensionMimeTypeMatcher& matcher = *mExtensionMimeTypeMatcher;
+    for (Entry* entry : ezItems<Entry>(matcher.EntriesFromMimeType(aMimeType))) {
+        if (entry->IsOfClass(aClass) && !matcher.IsExcludedEntry(entry)) {
+            return GetStringFromList(entry->mUPnPClasses);
+        }
+    }
+    return ezCString();
 }
 
 ezCString ezMimeTypesDotIniParser::FileExtensionToMimeType(const ezCString& anExtension) {

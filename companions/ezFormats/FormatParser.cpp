@@ -1,9 +1,14 @@
 #include "ezFormats/FormatParser.h"
 
+#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/MediaBytes.h"
 
+#include "ez/ExtensionMimeTypeMatcher.h"
+#include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
+#include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/containers/PtrList.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -47,6 +52,24 @@ ezCString BareType(const ezCString& aMimeType) {
     return aMimeType.BeforeFirst(';').TrimLeftRight().Lower();
 }
 
+/// The media types file of a host; null without one.
+ezMimeTypesDotIniParser* TableOf(ezMediaParserManager* aManager) {
+    return aManager != nullptr ? aManager->GetMimeTypesDotIniParser() : nullptr;
+}
+
+/// Gives a record the first MIME type of an entry where that is another name of its own.
+void TakeTypeOf(const ExtensionMimeTypeMatcherEntry* anEntry, ezMediaInfo& anInfo) {
+    void** const first = anEntry != nullptr ? ezPtrList_GetAt(anEntry->mMimeTypes, 0) : nullptr;
+    if (first == nullptr) {
+        return;
+    }
+    const char* const type = static_cast<const char*>(*first);
+    if (FormatMimeType_IsOtherName(type, anInfo.GetCString(kezInfo_MimeType, "").View(),
+                                   anInfo.GetCString(kezInfo_AudioCodec, "").View())) {
+        anInfo.Set(kezInfo_MimeType, type, true);
+    }
+}
+
 } // namespace
 
 FormatParser::FormatParser(const char* aName, const char* aType, const char* aMimeTypes,
@@ -70,7 +93,8 @@ ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
     if (!ReadFormat(bytes, *info)) {
         return nullptr;
     }
-    Announce(*info, bytes.IsSizeKnown());
+    const ezMimeTypesDotIniParser* const table = TableOf(mManager);
+    Announce(*info, bytes.IsSizeKnown(), table != nullptr ? table->GetEntryInTrial(aStream) : nullptr);
     return info.release();
 }
 
@@ -78,7 +102,7 @@ bool FormatParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
     if (anInfo == nullptr || !IsOurs(anInfo->GetCString(kezInfo_MimeType, ""))) {
         return false;
     }
-    Announce(*anInfo, anInfo->GetUInt64(kezInfo_FileSize, 0) != 0U);
+    Announce(*anInfo, anInfo->GetUInt64(kezInfo_FileSize, 0) != 0U, nullptr);
     return true;
 }
 
@@ -87,13 +111,27 @@ ezCString FormatParser::GetDLNAInfo() {
 }
 
 bool FormatParser::IsOurs(const ezCString& aMimeType) const {
-    const ezCString type = BareType(aMimeType);
+    const ezCString bare = BareType(aMimeType);
+    const ezCString type(FormatMimeType_OwnName(bare.View()));
     const ezCString all = "," + ezCString(mMimeTypes) + ",";
     return !type.IsEmpty() && !type.Contains(",") && all.Contains(("," + type + ",").c_str());
 }
 
-void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
-    const char* const className = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
+void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
+                            const ExtensionMimeTypeMatcherEntry* anEntry) const {
+    if (anEntry != nullptr && anEntry->IsOfClass(aKind)) {
+        return; // whoever tries the entry completes the record from it
+    }
+    ezMimeTypesDotIniParser* const table = TableOf(mManager);
+    const ezCString listed = table != nullptr
+                                 ? table->MimeTypeToClassName(anInfo.GetCString(kezInfo_MimeType, ""), aKind)
+                                 : ezCString();
+    anInfo.Set(kezInfo_ClassName, listed.IsEmpty() ? ezCString(aKind) : listed, false);
+}
+
+void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
+                            const ExtensionMimeTypeMatcherEntry* anEntry) const {
+    const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
     const ezCString profile = mRules->FindProfile(anInfo);
     std::string field;
     field.reserve(kUsualFieldSize);
@@ -104,9 +142,12 @@ void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown) const {
         field.append(field.empty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01");
     }
     if (!profile.IsEmpty()) {
-        field.append(className == kImageClass ? kImageFlags : kStreamFlags);
+        field.append(kind == kImageClass ? kImageFlags : kStreamFlags);
     }
-    anInfo.Set(kezInfo_ClassName, className, false);
+    if (profile.IsEmpty()) {
+        TakeTypeOf(anEntry, anInfo);
+    }
+    SetClass(anInfo, kind, anEntry);
     anInfo.Set(kezInfo_DLNA, ezCString(field.empty() ? std::string_view("*") : field), false);
 }
 

@@ -8,11 +8,19 @@
 #include <memory>
 
 class MediaBytes;
+struct ExtensionMimeTypeMatcherEntry;
 
 /// The base of the parsers of this library: it reads the media within a budget, lets the format fill a
 /// record, and announces what the format found.
 ///
-/// A format states its MIME type and its facts; class and 4th field follow from these. The 4th field holds
+/// A format states its MIME type and its facts; class and 4th field follow from these, and the media types
+/// file has a word in both names. The class is, in this order: that of the line that led to the parser, where
+/// it is of the content's kind (audio, video, image; by the MIME type); that of the first line of the MIME
+/// type that is; the kind alone. The MIME type is the first one of the line that led to the parser where that
+/// is only another name of the format's own ("audio/x-m4a" of "audio/mp4"), and no profile was found, as a
+/// profile is defined for the one type.
+///
+/// The 4th field holds
 /// the profile that the rules give, if they do; "DLNA.ORG_OP=01" for a media of known size, which can be
 /// read from any byte on; and, with a profile, the flags: version 1.5, background transfer, and interactive
 /// transfer for a picture, streaming for all else. DLNA.ORG_CI is left out, as it always is 0, and old
@@ -25,8 +33,9 @@ public:
     /// The first read is at the start of the media, wherever the stream stands.
     ezMediaInfo* Parse(ezMediaParserStream& aStream) final;
 
-    /// Completes class and 4th field of a record that has one of the parser's MIME types; what is there
-    /// stays. The size ("fs") must be stated for a media that can be read from any byte on.
+    /// Completes class and 4th field of a record that has one of the parser's MIME types, by any of their
+    /// names; what is there stays. The size ("fs") must be stated for a media that can be read from any byte
+    /// on.
     bool AdjustDLNAInfo(ezMediaInfo* anInfo) final;
 
     /// The profiles that the rules can give, and the MIME types alone.
@@ -63,7 +72,9 @@ protected:
 
 private:
     bool IsOurs(const ezCString& aMimeType) const;
-    void Announce(ezMediaInfo& anInfo, bool afSizeKnown) const;
+    /// @param anEntry  the line of the media types file that led here; null when there is none
+    void Announce(ezMediaInfo& anInfo, bool afSizeKnown, const ExtensionMimeTypeMatcherEntry* anEntry) const;
+    void SetClass(ezMediaInfo& anInfo, const char* aKind, const ExtensionMimeTypeMatcherEntry* anEntry) const;
 
     const char* mName;
     const char* mMimeTypes;

@@ -19,6 +19,9 @@ struct EZPARSERS_API ExtensionMimeTypeMatcherEntry {
     ExtensionMimeTypeMatcherEntry(const ExtensionMimeTypeMatcherEntry&) = delete;
     ExtensionMimeTypeMatcherEntry& operator=(const ExtensionMimeTypeMatcherEntry&) = delete;
 
+    /// True when the first class is aClass, such as "item.audioItem", or one derived from it. Case counts.
+    bool IsOfClass(const char* aClass) const;
+
     ezPtrList* mExtensions;  ///< lower case, in file order
     ezPtrList* mMimeTypes;   ///< lower case, in file order
     ezPtrList* mUPnPClasses; ///< as written

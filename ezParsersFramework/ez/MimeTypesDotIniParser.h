@@ -42,6 +42,17 @@ public:
     /// True when kParseOption_ParseFullFileIfVBR is among the options: parsers may then read a whole file.
     bool IsParseFullFileIfVBR() const { return (mParseOptions & kParseOption_ParseFullFileIfVBR) != 0; }
 
+    /// The entry whose parsers are being tried on a stream; null for any other stream and outside a request,
+    /// also while a parser has the manager identify another stream. A parser that leaves "cn" unset gets the
+    /// entry's first class when the entry wins. Borrowed, for the time of the parser's Parse.
+    const ExtensionMimeTypeMatcherEntry* GetEntryInTrial(const ezMediaParserStream& aStream) const {
+        return mStreamInTrial == &aStream ? mEntryInTrial : nullptr;
+    }
+
+    /// The first class of the first entry that is not excluded, lists a MIME type (any case) and is of the
+    /// class aClass or of one derived from it; "" when there is none.
+    ezCString MimeTypeToClassName(const ezCString& aMimeType, const char* aClass);
+
     /// Questions to the table; see ExtensionMimeTypeMatcher.
     /// @{
     ezCString FileExtensionToMimeType(const ezCString& anExtension);
@@ -64,6 +75,8 @@ protected:
     bool AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo);
 
 private:
+    /// The answer of an entry's parsers, and meanwhile the note of what is tried on what.
+    ezMediaInfo* TryEntry(const ExtensionMimeTypeMatcherEntry& anEntry, ezMediaParserStream& aStream);
     /// Consults the file name of a conformance test: true when it told something, which is then in anInfo
     /// (made where it is null).
     bool ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo);
@@ -71,4 +84,6 @@ private:
 
     ExtensionMimeTypeMatcher* mExtensionMimeTypeMatcher; ///< owned
     int mParseOptions;
+    const ExtensionMimeTypeMatcherEntry* mEntryInTrial = nullptr; ///< borrowed, while its parsers are tried
+    const ezMediaParserStream* mStreamInTrial = nullptr;          ///< on which they are tried
 };

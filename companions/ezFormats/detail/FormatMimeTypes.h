@@ -17,3 +17,10 @@ inline constexpr const char* kISOMedia_MimeTypes =
 std::uint32_t FormatMimeType_Bit(std::string_view aMimeType);
 /// The type of the bit 1 << anIndex; empty behind the last one.
 std::string_view FormatMimeType_At(std::size_t anIndex);
+
+/// True when a MIME type is only another name of aType for media of an audio codec (empty: of none), so that
+/// an operator may have it announced. Case does not matter; a type with parameters is none.
+bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec);
+/// The type that a MIME type, in lower case and without parameters, is another name of; itself when it is
+/// none.
+std::string_view FormatMimeType_OwnName(std::string_view aMimeType);

@@ -1,0 +1,140 @@
+#include "FormatHost.h"
+
+#include "support/AwkwardStream.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+// The names that the media types file of an operator has a word in: UPnP class and MIME type.
+
+namespace {
+
+/// A host with the parsers of this library and a media types file of its own.
+class NamingHost {
+public:
+    explicit NamingHost(const std::string& aLines) {
+        mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\n" + aLines);
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", mFolder.GetPath().c_str());
+        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", mFolder.GetPath().c_str());
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mManager->AddStandardParsers(kParseOption_Default);
+        RegisterFormatParsers(*mManager);
+    }
+
+    ezMediaParserManager& Manager() { return *mManager; }
+
+    /// "class MIME-type" of a sample under a name.
+    std::string Names(const std::string& aSample, const std::string& aPath) {
+        AwkwardStream stream(ReadWholeFile(std::string(EZ_SAMPLES "/") + aSample), Delivery(), aPath.c_str());
+        return NamesOf(Record(mManager->Parse(stream)).get());
+    }
+    static std::string NamesOf(const ezMediaInfo* anInfo) {
+        return anInfo == nullptr ? "none"
+                                 : std::string(anInfo->GetCString(kezInfo_ClassName, "-").c_str()) + " " +
+                                       anInfo->GetCString(kezInfo_MimeType, "-").c_str();
+    }
+
+private:
+    struct ListDelete {
+        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
+    };
+
+    TemporaryFolder mFolder;
+    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    std::unique_ptr<ezMediaParserManager> mManager;
+};
+
+constexpr const char* kSong = "music/morning-walk.mp3";
+constexpr const char* kPhoto = "pictures/harbour.jpg";
+constexpr const char* kSoundOnly = "formats/aac-only.mp4";
+
+const std::string kMp3Line = "mp3=mp3@audio/mpeg@item.audioItem.musicTrack@jpg,mp4\n";
+const std::string kJpgLine = "jpg=jpg@image/jpeg@item.imageItem.photo@mp3\n";
+const std::string kMp4Line = "mp4=mp4@video/mp4@item.videoItem.movie\n";
+
+} // namespace
+
+TEST(FormatNames, ClassIsThatOfTheWinningLineWhereItIsOfTheKind) {
+    EXPECT_EQ(NamingHost(kMp3Line).Names(kSong, "/a.mp3"), "item.audioItem.musicTrack audio/mpeg");
+    EXPECT_EQ(NamingHost("mp3=mp3@audio/mpeg@item.audioItem\n").Names(kSong, "/a.mp3"),
+              "item.audioItem audio/mpeg");
+    // Not that of the first line of the MIME type.
+    EXPECT_EQ(NamingHost("talk=talk@audio/mpeg@item.audioItem.audioBook\n" + kMp3Line).Names(kSong, "/a.mp3"),
+              "item.audioItem.musicTrack audio/mpeg");
+    EXPECT_EQ(NamingHost("m4b=m4b@audio/mp4@item.audioItem.audioBook@mp4\n"
+                         "m4a=m4a@audio/mp4@item.audioItem.musicTrack@mp4\n")
+                  .Names("music/evening-train.m4a", "/a.m4b"),
+              "item.audioItem.audioBook audio/mp4");
+}
+
+TEST(FormatNames, MisnamedMediaHasTheClassOfTheFirstLineOfItsTypeAndKind) {
+    EXPECT_EQ(NamingHost(kMp3Line + kJpgLine).Names(kPhoto, "/a.mp3"), "item.imageItem.photo image/jpeg");
+    EXPECT_EQ(NamingHost(kMp3Line + kJpgLine).Names(kSong, "/a.jpg"), "item.audioItem.musicTrack audio/mpeg");
+    // A line of the type may be of another kind, or have no class.
+    EXPECT_EQ(NamingHost(kMp3Line + "odd=odd@image/jpeg@item.audioItem\nbare=bare@image/jpeg\n" + kJpgLine)
+                  .Names(kPhoto, "/a.mp3"),
+              "item.imageItem.photo image/jpeg");
+    EXPECT_EQ(NamingHost(kMp3Line + "[MimeTypesExcluded]\nhid=hid@image/jpeg@item.imageItem.hidden\n")
+                  .Names(kPhoto, "/a.mp3"),
+              "item.imageItem image/jpeg");
+    EXPECT_EQ(NamingHost(kMp3Line).Names(kPhoto, "/a.mp3"), "item.imageItem image/jpeg");
+}
+
+TEST(FormatNames, SoundOnlyFilmIsOfTheClassOfSound) {
+    EXPECT_EQ(NamingHost(kMp4Line).Names(kSoundOnly, "/a.mp4"), "item.audioItem audio/mp4");
+    EXPECT_EQ(NamingHost(kMp4Line + "m4a=m4a@audio/mp4@item.audioItem.musicTrack@mp4\n")
+                  .Names(kSoundOnly, "/a.mp4"),
+              "item.audioItem.musicTrack audio/mp4");
+}
+
+TEST(FormatNames, AdjustedRecordHasTheClassOfTheFirstLineOfItsTypeAndKind) {
+    NamingHost host("odd=odd@audio/mpeg@item.videoItem\n" + kMp3Line);
+    ezMediaInfo song;
+    song.Set(kezInfo_MimeType, "audio/mpeg", true);
+    EXPECT_TRUE(host.Manager().AdjustDLNAInfo(&song));
+    EXPECT_EQ(NamingHost::NamesOf(&song), "item.audioItem.musicTrack audio/mpeg");
+    ezMediaInfo kept;
+    kept.Set(kezInfo_MimeType, "audio/mpeg", true);
+    kept.Set(kezInfo_ClassName, "item.audioItem.audioBroadcast", true);
+    EXPECT_TRUE(host.Manager().AdjustDLNAInfo(&kept));
+    EXPECT_EQ(NamingHost::NamesOf(&kept), "item.audioItem.audioBroadcast audio/mpeg");
+}
+
+TEST(FormatNames, ParserOfAHostWithoutATableGivesTheKind) {
+    AwkwardStream stream(ReadWholeFile(std::string(EZ_SAMPLES "/") + kSong));
+    EXPECT_EQ(NamingHost::NamesOf(Record(MPEGAudioParser().Parse(stream)).get()),
+              "item.audioItem audio/mpeg");
+}
+
+TEST(FormatNames, AnotherNameOfTheTypeIsAnnouncedWhereTheLineHasItFirst) {
+    // Without a profile: a lossless song, and a picture of progressive scans.
+    EXPECT_EQ(NamingHost("m4a=m4a@audio/x-m4a,audio/mp4@item.audioItem.musicTrack@mp4\n")
+                  .Names("formats/alac.m4a", "/a.m4a"),
+              "item.audioItem.musicTrack audio/x-m4a");
+    EXPECT_EQ(NamingHost("m4a=m4a@audio/mp4,audio/x-m4a@item.audioItem.musicTrack@mp4\n")
+                  .Names("formats/alac.m4a", "/a.m4a"),
+              "item.audioItem.musicTrack audio/mp4");
+    EXPECT_EQ(NamingHost("jpg=jpg@image/pjpeg,image/jpeg@item.imageItem.photo\n")
+                  .Names("formats/progressive.jpg", "/a.jpg"),
+              "item.imageItem.photo image/pjpeg");
+    // A profile is defined for one type.
+    EXPECT_EQ(NamingHost("mp3=mp3@audio/mp3,audio/mpeg@item.audioItem.musicTrack\n").Names(kSong, "/a.mp3"),
+              "item.audioItem.musicTrack audio/mpeg");
+    // What is no name of this content never is announced for it.
+    EXPECT_EQ(
+        NamingHost("mp3=mp2@audio/mp2@item.audioItem.musicTrack\n").Names("formats/mpeg-2.5.mp3", "/a.mp2"),
+        "item.audioItem.musicTrack audio/mpeg");
+    EXPECT_EQ(
+        NamingHost("mp3=mp2@audio/mp2@item.audioItem.musicTrack\n").Names("formats/mpeg-1.mp2", "/a.mp2"),
+        "item.audioItem.musicTrack audio/mp2");
+    EXPECT_EQ(NamingHost("mp4=mov@video/mp4@item.videoItem\n").Names("formats/motion-jpeg.mov", "/a.mov"),
+              "item.videoItem video/quicktime");
+}
+
+TEST(FormatNames, RecordOfAnotherNameIsAdjusted) {
+    NamingHost host("m4a=m4a@audio/x-m4a,audio/mp4@item.audioItem.musicTrack@mp4\n");
+    ezMediaInfo song;
+    song.Set(kezInfo_MimeType, "audio/x-m4a", true);
+    EXPECT_TRUE(host.Manager().AdjustDLNAInfo(&song));
+    EXPECT_EQ(NamingHost::NamesOf(&song), "item.audioItem.musicTrack audio/x-m4a");
+}

@@ -26,7 +26,11 @@ bool BoxWalk::Next(BoxType* aType, ByteReader* aContent) {
         size = headSize + mReader.GetLeft();
     }
     mReader.Require(size >= headSize);
-    *aContent = mReader.Take(mReader.HasFailed() ? 0 : size - headSize);
+    std::uint64_t left = mReader.HasFailed() ? 0 : size - headSize;
+    if (left > mReader.GetLeft() && left - mReader.GetLeft() <= mMaxMissing) {
+        left = mReader.GetLeft();
+    }
+    *aContent = mReader.Take(left);
     return !mReader.HasFailed();
 }
 

@@ -33,10 +33,17 @@ private:
 /// The boxes of one that holds boxes, or of a file, one after the other (ISO/IEC 14496-12, 4.2).
 class BoxWalk {
 public:
-    /// aBudget, borrowed, counts down the boxes of all walks.
-    BoxWalk(const ByteReader& aReader, std::uint32_t& aBudget) : mReader(aReader), mBudget(aBudget) {}
+    /// aBudget, borrowed, counts down the boxes of all walks. A box that reaches beyond the end by more than
+    /// aMaxMissing bytes is damaged; by fewer, it is read as far as there are any.
+    BoxWalk(const ByteReader& aReader, std::uint32_t& aBudget, std::uint64_t aMaxMissing = 0)
+        : mReader(aReader), mBudget(aBudget), mMaxMissing(aMaxMissing) {}
+    /// A walk within a box, whose own end is the end of all that stands in it: a size that says more is the
+    /// one that is wrong.
+    static BoxWalk Within(const ByteReader& aReader, std::uint32_t& aBudget) {
+        return {aReader, aBudget, UINT64_MAX};
+    }
 
-    /// The next box and a reader of its content; false behind the last one, where one is damaged, and when
+    /// The next box and a reader of its content; false after the last one, where one is damaged, and when
     /// the budget is used up.
     bool Next(BoxType* aType, ByteReader* aContent);
 
@@ -46,6 +53,7 @@ public:
 private:
     ByteReader mReader;
     std::uint32_t& mBudget;
+    std::uint64_t mMaxMissing;
 };
 
 /// Steps over the version and flags of a "meta" box. QuickTime's has none: it holds boxes at once.

@@ -64,7 +64,7 @@ struct Top {
 /// Looks for "moov" from the start on.
 Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
     Top top;
-    BoxWalk walk(ByteReader(aBytes), aBoxBudget);
+    BoxWalk walk(ByteReader(aBytes), aBoxBudget, kISO_MaxMissing);
     BoxType type;
     ByteReader content(aBytes);
     while (!top.mMovie.has_value() && walk.Next(&type, &content)) {

@@ -6,7 +6,9 @@
 ///
 /// A file is one when it begins with "ftyp", or as QuickTime files of before that box do ("moov", "mdat",
 /// "wide", "free", "skip"), and has a "moov" box with a track of audio or video. Pictures in such boxes
-/// (HEIF, AVIF, JPEG 2000, raw photos) are refused. The MIME type follows from brand and tracks: a file of
+/// (HEIF, AVIF, JPEG 2000, raw photos) are refused. A "moov" that states up to 64 bytes more than the media
+/// has is read as far as it goes, and so is every box within it whose size leads out of the one that it
+/// stands in. The MIME type follows from brand and tracks: a file of
 /// QuickTime is video/quicktime whatever it holds, there is no other type for it.
 ///
 /// Facts are those of the first enabled track of audio and of video. Covers (a lone JPEG or PNG), and the

@@ -145,7 +145,7 @@ Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
 }
 
 void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
-    BoxWalk walk(aBox, mBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     Defaults defaults;
@@ -167,7 +167,7 @@ void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
 }
 
 void FragmentReading::ReadFragment(const ByteReader& aBox) {
-    BoxWalk walk(aBox, mBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {

@@ -94,7 +94,7 @@ ISOTrackKind ReadKind(ByteReader aBox) {
 
 /// The media of a track, but its tables: they are read when its kind is known.
 void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& aReading) {
-    BoxWalk walk(aBox, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
@@ -114,14 +114,14 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
 /// The content of the only box of a type in a box that holds it; true when it is there.
 bool Enter(ByteReader& aReader, BoxType aType, std::uint32_t& aBoxBudget) {
     ByteReader content = aReader;
-    const bool fFound = BoxWalk(aReader, aBoxBudget).Find(aType, &content);
+    const bool fFound = BoxWalk::Within(aReader, aBoxBudget).Find(aType, &content);
     aReader = content;
     return fFound;
 }
 
 TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     TrackReading reading(aBox);
-    BoxWalk walk(aBox, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
@@ -234,7 +234,7 @@ void MovieReading::TakeTrackDefaults(ByteReader aBox) {
 }
 
 void MovieReading::TakeFragmentDefaults(const ByteReader& aBox) {
-    BoxWalk walk(aBox, mBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
@@ -254,7 +254,7 @@ void MovieReading::Read(const ByteReader& aBox) {
         mMovie.mDuration = ISONumber_Microseconds(times.mDuration, times.mTimescale);
     }
     std::optional<ByteReader> fragments;
-    BoxWalk walk(aBox, mBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     while (walk.Next(&type, &content)) {
         if (type == "trak") {

@@ -7,7 +7,7 @@ namespace {
 /// The format of samples before they were encrypted, from a "sinf" box; none when it does not tell.
 std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     ByteReader content = aBox;
-    content.Require(BoxWalk(aBox, aBoxBudget).Find("frma", &content));
+    content.Require(BoxWalk::Within(aBox, aBoxBudget).Find("frma", &content));
     const BoxType format = BoxType::Read(content);
     return content.HasFailed() ? std::nullopt : std::make_optional(format);
 }
@@ -34,7 +34,7 @@ void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
 ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
     : mTableVersion(aTable.ReadByte()), mContent(aTable) {
     aTable.Skip(7); // flags, number of entries
-    mfFound = BoxWalk(aTable, aBoxBudget).Next(&mFormat, &mContent);
+    mfFound = BoxWalk::Within(aTable, aBoxBudget).Next(&mFormat, &mContent);
     mContent.Require(mfFound);
     mContent.Skip(8);
 }

@@ -44,7 +44,7 @@ void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBud
 template <typename Entry, std::size_t Size>
 void ReadBoxes(const ByteReader& aBoxes, const std::array<ISOBoxReader<Entry>, Size>& aReaders,
                std::uint32_t& aBoxBudget, Entry& anEntry) {
-    BoxWalk walk(aBoxes, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBoxes, aBoxBudget);
     BoxType type;
     ByteReader content = aBoxes;
     while (walk.Next(&type, &content)) {

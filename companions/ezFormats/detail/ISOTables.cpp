@@ -105,7 +105,7 @@ ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes) {
 
 ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& aBoxBudget) {
     ISOTables tables;
-    BoxWalk walk(aBox, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     bool fDescribed = false;

@@ -61,7 +61,7 @@ constexpr std::uint32_t kDataUtf16 = 2;
 /// The value of an item, behind its kind.
 ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget, std::uint32_t* aKind) {
     ByteReader data = anItem;
-    data.Require(BoxWalk(anItem, aBoxBudget).Find("data", &data));
+    data.Require(BoxWalk::Within(anItem, aBoxBudget).Find("data", &data));
     *aKind = data.ReadBig32() & 0xFFFFFFU;
     data.Skip(4); // language
     return data;
@@ -84,7 +84,7 @@ ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
 
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     MusicTexts second;
-    BoxWalk walk(aList, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
@@ -104,7 +104,7 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
 void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     SkipMetaVersion(aMeta);
     ByteReader list = aMeta;
-    if (BoxWalk(aMeta, aBoxBudget).Find("ilst", &list)) {
+    if (BoxWalk::Within(aMeta, aBoxBudget).Find("ilst", &list)) {
         ReadItems(list, aBoxBudget, aTexts);
     }
 }
@@ -183,7 +183,7 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
     }
     MusicTexts secondAssets;
     MusicTexts secondPhrases;
-    BoxWalk walk(aBox, aBoxBudget);
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
     BoxType type;
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {

@@ -178,19 +178,51 @@ TEST(ISOMediaParser, DamagedSizesEndTheWalk) {
               "ISOMediaParser: malformed: ends before a \"moov\" box");
     EXPECT_EQ(Refusal(FileType() + Big(1, 4) + "free" + Big(UINT64_MAX, 8) + movie),
               "ISOMediaParser: malformed: ends before a \"moov\" box");
-    // Within: a track that is larger than the movie is none, and neither is what is behind it.
-    const std::string whole = File({VideoTrack(), Track()});
-    std::string damaged = whole;
-    damaged.replace(whole.rfind("trak") - 4, 4, Big(0x00FFFFFF, 4));
-    EXPECT_EQ(Values(Parsed(whole), {"vc", "ca"}), "vc=\"H264\" ca=\"AAC\"");
-    EXPECT_EQ(Values(Parsed(damaged), {"vc", "ca"}), "vc=\"H264\"");
 }
 
-TEST(ISOMediaParser, FileThatIsCutBehindItsMovieIsReadAndOneThatIsCutWithinIsNot) {
+TEST(ISOMediaParser, BoxThatStatesMoreThanItsOwnBoxHasIsReadAsFarAsThatGoes) {
+    const std::string whole = File({VideoTrack(), Track()});
+    const std::vector<const char*> keys = {"vc", "wi", "he", "fr", "ca", "sf", "ar", "du"};
+    const std::string facts = Values(Parsed(whole), keys);
+    EXPECT_EQ(facts, "vc=\"H264\" wi=320 he=240 fr=25000 ca=\"AAC\" sf=44100 ar=8000 du=1");
+    for (const char* const box : {"trak", "mdia", "minf", "stbl"}) {
+        std::string damaged = whole;
+        damaged.replace(whole.rfind(box) - 4, 4, Big(0x00FFFFFF, 4));
+        EXPECT_EQ(Values(Parsed(damaged), keys), facts) << box;
+    }
+    // A table is whole or none; what stands before it is kept.
+    std::string table = whole;
+    table.replace(whole.rfind("stsz") - 4, 4, Big(0x00FFFFFF, 4));
+    table.replace(whole.rfind("stsz") + 8, 4, Big(0x00FFFFFF, 4));
+    EXPECT_EQ(Values(Parsed(table), {"ca", "sf", "ar", "du"}), "ca=\"AAC\" sf=44100 du=1");
+    // An entry of another's boxes: the description of the sound ends where its table does.
+    std::string entry = whole;
+    entry.replace(whole.rfind("mp4a") - 4, 4, Big(0x00FFFFFF, 4));
+    EXPECT_EQ(Values(Parsed(entry), keys), facts);
+}
+
+TEST(ISOMediaParser, MovieMayLackAFewBytesOfItsEnd) {
+    const std::vector<const char*> keys = {"ca", "sf", "ac", "ar", "du"};
+    const std::string facts = "ca=\"AAC\" sf=44100 ac=2 ar=8000 du=1";
+    const std::string movie = Movie({Track()});
+    const auto stating = [&](std::size_t aMore) {
+        return FileType() + Box("mdat", std::string(1500, '.')) + Big(movie.size() + aMore, 4) +
+               movie.substr(4);
+    };
+    for (const std::size_t more : {0U, 1U, 16U, 64U}) {
+        EXPECT_EQ(Values(Parsed(stating(more)), keys), facts) << more;
+    }
+    EXPECT_EQ(Refusal(stating(65)), "ISOMediaParser: malformed: ends before a \"moov\" box");
+    // What is missing is the end: 16 bytes of the places of samples.
+    const std::string whole = stating(0);
+    EXPECT_EQ(Values(Parsed(whole.substr(0, whole.size() - 16)), keys), facts);
+    EXPECT_EQ(Refusal(whole.substr(0, whole.size() - 65)),
+              "ISOMediaParser: malformed: ends before a \"moov\" box");
+}
+
+TEST(ISOMediaParser, FileThatIsCutBehindItsMovieIsRead) {
     const std::string movie = FileType() + Movie({Track()});
     EXPECT_TRUE(IsComplete(Parsed(movie + Big(1000000, 4) + "mdat" + "cut")));
-    EXPECT_EQ(Refusal(movie.substr(0, movie.size() - 1)),
-              "ISOMediaParser: malformed: ends before a \"moov\" box");
 }
 
 // ---- costs ----

@@ -49,8 +49,12 @@ struct Track {
         mFound.mBytes = ISONumber_Add(mFound.mBytes, aBytes);
         mFound.mTicks = std::max(mFound.mTicks, mNow - std::min(mStart, mNow));
     }
-    std::uint64_t GetDuration() const {
-        return mTrack != nullptr ? ISONumber_Microseconds(mFound.mTicks, mTrack->mTimescale) : 0;
+    /// Microseconds, with those that indices tell of.
+    std::uint64_t GetDuration(ISOTimeSum anIndexed) const {
+        if (mTrack != nullptr) {
+            anIndexed.Add(mFound.mTicks, mTrack->mTimescale);
+        }
+        return anIndexed.GetMicroseconds();
     }
 };
 
@@ -110,7 +114,7 @@ private:
     std::uint32_t& mBoxBudget;
     Track mAudio;
     Track mVideo;
-    std::uint64_t mIndexed = 0; ///< microseconds
+    ISOTimeSum mIndexed;
     std::uint64_t mPosition = 0;
     std::uint32_t mCount = 0;      ///< fragments read, or told of by an index
     std::uint64_t mLargestBox = 0; ///< bytes of the largest that was stepped over, from the first fragment on
@@ -192,11 +196,10 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
         ticks += aBox.ReadBig32();
         aBox.Skip(4); // where pictures can be started from
     }
-    const std::uint64_t duration = ISONumber_Microseconds(ticks, timescale);
-    if (aBox.HasFailed() || duration == 0 || end > mBytes.GetSize()) {
+    if (aBox.HasFailed() || ISONumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetSize()) {
         return 0;
     }
-    mIndexed = ISONumber_Add(mIndexed, duration);
+    mIndexed.Add(ticks, timescale);
     return end;
 }
 
@@ -250,7 +253,7 @@ ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragm
     fragments.mEnd = fEnded ? std::min(ISONumber_Add(mPosition, mExpectedSamples), size) : mPosition;
     fragments.mAudio = mAudio.mFound;
     fragments.mVideo = mVideo.mFound;
-    fragments.mDuration = ISONumber_Add(mIndexed, std::max(mAudio.GetDuration(), mVideo.GetDuration()));
+    fragments.mDuration = std::max(mAudio.GetDuration(mIndexed), mVideo.GetDuration(mIndexed));
     return fragments;
 }
 

@@ -144,12 +144,12 @@ std::uint64_t PresentationOf(const TrackReading& aReading, std::uint32_t aMovieT
     if (!edits.mfAny || aMovieTimescale == 0) {
         return media;
     }
-    const std::uint64_t edited = ISONumber_Microseconds(edits.mDuration, aMovieTimescale);
-    if (!edits.mfOpen) {
-        return edited;
+    ISOTimeSum edited;
+    edited.Add(edits.mDuration, aMovieTimescale);
+    if (edits.mfOpen) {
+        edited.Add(track.mDuration - std::min(edits.mOpenStart, track.mDuration), track.mTimescale);
     }
-    const std::uint64_t rest = track.mDuration - std::min(edits.mOpenStart, track.mDuration);
-    return ISONumber_Add(edited, ISONumber_Microseconds(rest, track.mTimescale));
+    return edited.GetMicroseconds();
 }
 
 /// A track of one picture holds a cover, and one with more than a second between them those of chapters.

@@ -2,6 +2,8 @@
 
 #include "ezFormats/detail/Limits.h"
 
+#include <cstddef>
+
 namespace {
 
 constexpr std::uint64_t kTopBit = UINT64_C(1) << 63;
@@ -47,6 +49,36 @@ std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::
 std::uint64_t ISONumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale) {
     const std::uint64_t time = ISONumber_Scale(aTicks, kMicro, aTimescale);
     return time <= kISO_MaxSeconds * kMicro ? time : 0;
+}
+
+void ISOTimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
+    const std::uint64_t time = ISONumber_Microseconds(aTicks, aTimescale);
+    for (Part& part : mParts) {
+        if (time != 0 && (part.mTimescale == 0 || part.mTimescale == aTimescale)) {
+            part.mTimescale = aTimescale;
+            part.mTicks = ISONumber_Add(part.mTicks, aTicks);
+            return;
+        }
+    }
+    mRest = ISONumber_Add(mRest, time);
+}
+
+std::uint64_t ISOTimeSum::GetMicroseconds() const {
+    std::uint64_t sum = mRest;
+    std::array<std::uint64_t, 2> rests = {};
+    for (std::size_t i = 0; i < mParts.size(); ++i) {
+        const Part& part = mParts[i];
+        if (part.mTimescale != 0) {
+            sum = ISONumber_Add(sum, ISONumber_Scale(part.mTicks, kMicro, part.mTimescale));
+            rests[i] = part.mTicks % part.mTimescale * kMicro % part.mTimescale; // of a microsecond
+        }
+    }
+    // Together they may be one more: a / A + b / B >= 1, where no product has more than 64 bits.
+    const std::uint64_t first = mParts[0].mTimescale;
+    const std::uint64_t second = mParts[1].mTimescale;
+    const bool fCarry = second != 0 && rests[0] * second >= (second - rests[1]) * first;
+    sum = ISONumber_Add(sum, fCarry ? 1 : 0);
+    return sum <= kISO_MaxSeconds * kMicro ? sum : 0;
 }
 
 std::uint32_t ISONumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale) {

@@ -107,6 +107,32 @@ TEST(ISONumbers, ProductsOfAnySizeAreDivided) {
     EXPECT_EQ(ISONumber_FrameRate(UINT64_MAX, 1, 1), 0U);
 }
 
+TEST(ISONumbers, TimesAreAddedBeforeTheRemainderIsDropped) {
+    const auto sum = [](std::initializer_list<std::pair<std::uint64_t, std::uint32_t>> aTimes) {
+        ISOTimeSum times;
+        for (const auto& [ticks, timescale] : aTimes) {
+            times.Add(ticks, timescale);
+        }
+        return times.GetMicroseconds();
+    };
+    EXPECT_EQ(sum({}), 0U);
+    EXPECT_EQ(sum({{25, 3}}), 8333333U);
+    EXPECT_EQ(sum({{25, 3}, {25, 3}, {10, 3}}), 20000000U);
+    // A third and two thirds, of two timescales; and a little less than two thirds.
+    EXPECT_EQ(sum({{1, 3}, {60000, 90000}}), 1000000U);
+    EXPECT_EQ(sum({{1, 3}, {59999, 90000}}), 999988U);
+    EXPECT_EQ(sum({{1, 3}, {UINT64_C(2863311528), 4294967293}}), 999999U);
+    EXPECT_EQ(sum({{1, 3}, {UINT64_C(2863311529), 4294967293}}), 1000000U);
+    EXPECT_EQ(sum({{UINT32_MAX - 1, UINT32_MAX}, {UINT32_MAX - 2, UINT32_MAX - 1}}), 1999999U);
+    EXPECT_EQ(sum({{1, 3}, {1, 3000}, {1, 3}, {1, 7}}), 333333U + 333333U + 333U + 1U + 142857U);
+    EXPECT_EQ(sum({{5, 0}, {2, 1}}), 2000000U); // no timescale
+    // A year and a day are a recording, and the second after them is none.
+    const std::uint64_t year = UINT64_C(366) * 24 * 60 * 60;
+    EXPECT_EQ(sum({{year, 1}}), year * 1000000);
+    EXPECT_EQ(sum({{year, 1}, {1, 1000000}}), 0U);
+    EXPECT_EQ(sum({{year + 1, 1}, {7, 1}}), 7000000U);
+}
+
 // ---- audio ----
 
 TEST(ISOAudio, RateAndChannelsAreThoseOfTheDecoder) {

@@ -400,6 +400,12 @@ TEST(ISOMediaParser, EditListsShortenAndDelay) {
     EXPECT_EQ(Times(File({track})), "du=9 md=\"header\"");
     track.mEdits = {{UINT32_MAX, 44100}}; // the same: not known
     EXPECT_EQ(Times(File({track})), "du=9 md=\"header\"");
+    track.mTimescale = 3; // 2/3 s of delay and 1/3 s of the media are a second
+    track.mDuration = 4;
+    track.mEdits = {{40000, -1}, {0, 3}};
+    EXPECT_EQ(Times(File({track}, "", MovieHead(60000, 0))), "du=1 md=\"header\"");
+    track.mTimescale = 44100;
+    track.mDuration = 441000;
     track.mEdits = {{3000, -1}}; // nothing is presented: no such list
     EXPECT_EQ(Times(File({track})), "du=10 md=\"header\"");
     track.mVersion = 1;
@@ -496,6 +502,15 @@ TEST(ISOMediaParser, IndicesOfFragmentsGoBeforeCounting) {
     // One index after the other, as segments of a stream have them.
     const std::string two = index(7500) + fragment + fragment + index(2500) + fragment + fragment;
     EXPECT_EQ(Times(movie + two), "du=20 md=\"header\"");
+    // Thirds of a second, which add up to whole ones: 8 1/3 + 8 1/3 + 3 1/3.
+    const auto thirds = [&](std::uint32_t aTicks) {
+        return FullBox("sidx", Big(1, 4) + Big(3, 4) + Big(0, 8) + Big(0, 2) + Big(1, 2) +
+                                   Big(fragment.size(), 4) + Big(aTicks, 4) + Big(0x90000000, 4)) +
+               fragment;
+    };
+    EXPECT_EQ(Times(movie + thirds(25) + thirds(25) + thirds(10)), "du=20 md=\"header\"");
+    // What no index tells of is counted and added: a second.
+    EXPECT_EQ(Times(movie + thirds(25) + thirds(25) + thirds(7) + fragment), "du=20 md=\"header\"");
     // Of the fragments themselves the first are looked at: ten pictures a second, 40000 bits.
     Track video = EmptyTrack();
     video.mHandler = "vide";

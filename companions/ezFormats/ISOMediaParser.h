@@ -15,7 +15,8 @@
 /// pictures of chapters (less than one a second), are no video. The codec of encrypted samples is named
 /// "encrypted:" and the plain one, which no rule meets. Sampling rate and channels are what is heard: with
 /// band replication or parametric stereo, when the file announces these, the doubled ones. Width and height
-/// are those of the cropped picture.
+/// are those of the cropped picture as it is stored, and kezInfo_Orientation says how it is turned or mirrored
+/// to be shown: by the matrix of its track and then by the movie's, if they do no more than that.
 ///
 /// A bit rate that the file states as an average stands before one measured: kezInfo_AudioBitRate or
 /// kezInfo_VideoBitRate, while a larger stated maximum is kezInfo_AudioMaxBitRate or kezInfo_VideoMaxBitRate.

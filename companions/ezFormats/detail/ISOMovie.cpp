@@ -82,6 +82,15 @@ void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
     aTrack.mfEnabled = (aBox.ReadBig(3) & 1U) != 0;
     aBox.Skip(std::uint64_t{2} * size); // dates
     aTrack.mID = aBox.ReadBig32();
+    aBox.Skip(4 + size + 16); // duration, layer, group, volume
+    aTrack.mMatrix = ISOMatrix::Read(aBox);
+}
+
+/// The matrix of "mvhd".
+ISOMatrix ReadMovieMatrix(ByteReader aBox) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(3 + 3 * size + 4 + 16); // flags, dates, duration, timescale, rate, volume
+    return ISOMatrix::Read(aBox);
 }
 
 ISOTrackKind ReadKind(ByteReader aBox) {
@@ -252,6 +261,7 @@ void MovieReading::Read(const ByteReader& aBox) {
         const Times times = ReadTimes(content);
         mTimescale = times.mTimescale;
         mMovie.mDuration = ISONumber_Microseconds(times.mDuration, times.mTimescale);
+        mMovie.mMatrix = ReadMovieMatrix(content);
     }
     std::optional<ByteReader> fragments;
     BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);

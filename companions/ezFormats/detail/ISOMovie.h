@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezFormats/detail/ISOMatrix.h"
 #include "ezFormats/detail/ISOTables.h"
 #include "ezFormats/detail/ISOTags.h"
 
@@ -14,6 +15,7 @@ struct ISOTrack {
     std::uint32_t mID = 0;
     std::uint32_t mTimescale = 0; ///< ticks a second
     std::uint64_t mDuration = 0;  ///< ticks of the media; 0: not told
+    ISOMatrix mMatrix;
     ISOTables mTables;
     // What a fragment leaves out
     std::uint32_t mDefaultTicks = 0;
@@ -27,6 +29,7 @@ struct ISOMovie {
     std::optional<ISOTrack> mAudio;   ///< the first enabled one; the first where none is
     std::optional<ISOTrack> mVideo;   ///< the same, without covers and pictures of chapters
     std::uint64_t mDuration = 0;      ///< microseconds, the longest that is told; 0: not told
+    ISOMatrix mMatrix;                ///< of the whole, after that of a track
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
     ISOTags mTags;

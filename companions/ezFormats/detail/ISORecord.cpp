@@ -199,6 +199,8 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
     if (movie.mVideo.has_value()) {
         const std::uint32_t frameRate = FrameRateOf(*movie.mVideo, aMedia.mFragments.mVideo);
         StoreVideo(movie.mVideo->mTables.mCodec, frameRate, video, anInfo);
+        const unsigned orientation = movie.mVideo->mMatrix.Then(movie.mMatrix).GetOrientation();
+        StoreNumber(anInfo, kezInfo_Orientation, orientation != 1 ? orientation : 0);
     }
     StoreWhole(aMedia, whole, audio, video, anInfo);
     movie.mTags.Merge().Store(anInfo);

@@ -93,6 +93,16 @@ inline std::string VideoEntry(const std::string& aFormat, const std::string& aBo
 
 // ---- tracks and movies ----
 
+/// A matrix: what it makes of a step to the right and of one downwards, each in units of 1/65536.
+inline std::string Matrix(std::int64_t aXOfX, std::int64_t aYOfX, std::int64_t aXOfY, std::int64_t aYOfY) {
+    const auto number = [](std::int64_t aNumber) { return Big(static_cast<std::uint32_t>(aNumber), 4); };
+    return number(aXOfX) + number(aYOfX) + Big(0, 4) + number(aXOfY) + number(aYOfY) + Big(0, 4) +
+           number(720 * 65536) + number(-9) + Big(0x40000000, 4);
+}
+
+/// The one that does nothing.
+inline const std::string kNoMatrix = Matrix(65536, 0, 0, 65536);
+
 struct Edit {
     std::uint64_t mDuration;
     std::int64_t mStart;
@@ -112,6 +122,7 @@ struct Track {
     unsigned mVersion = 0;      ///< of boxes with times
     std::string mSizeTable;     ///< in place of the one of mSizes
     unsigned mTableVersion = 0; ///< of the descriptions
+    std::string mMatrix = kNoMatrix;
 
     std::string Times() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;
@@ -142,7 +153,7 @@ struct Track {
         const std::string head = Big(0, 2 * size) + Big(mID, 4) + Big(0, 4) + Big(mDuration, size);
         const std::string handler = Big(0, 4) + mHandler + Big(0, 12);
         return Box("trak",
-                   FullBox("tkhd", head + Big(0, 60), mVersion, mfEnabled ? 7 : 6) + EditList() +
+                   FullBox("tkhd", head + Big(0, 16) + mMatrix + Big(0, 8), mVersion, mfEnabled ? 7 : 6) + EditList() +
                        Box("mdia", FullBox("mdhd", Times(), mVersion) + FullBox("hdlr", handler) +
                                        Box("minf", FullBox("smhd", Big(0, 4)) + Box("stbl", Tables()))));
     }
@@ -159,9 +170,11 @@ inline Track VideoTrack(const std::string& anEntry = VideoEntry("avc1", ""), std
     return track;
 }
 
-inline std::string MovieHead(std::uint32_t aTimescale, std::uint64_t aDuration, unsigned aVersion = 0) {
+inline std::string MovieHead(std::uint32_t aTimescale, std::uint64_t aDuration, unsigned aVersion = 0,
+                             const std::string& aMatrix = kNoMatrix) {
     const std::size_t size = aVersion == 1 ? 8 : 4;
-    return FullBox("mvhd", Big(0, 2 * size) + Big(aTimescale, 4) + Big(aDuration, size) + Big(0, 80),
+    return FullBox("mvhd", Big(0, 2 * size) + Big(aTimescale, 4) + Big(aDuration, size) + Big(0, 16) +
+                               aMatrix + Big(0, 28),
                    aVersion);
 }
 

@@ -582,6 +582,69 @@ TEST(ISOMediaParser, CoversAndPicturesOfChaptersAreNoVideo) {
               "vc=\"MJPEG\" vt=1");
 }
 
+// ---- how a film is turned ----
+
+TEST(ISOMediaParser, MatrixOfATrackTurnsAndMirrorsItsPictures) {
+    struct Case {
+        std::string mMatrix;
+        const char* mOrientation;
+    };
+    constexpr std::int64_t kOne = 65536;
+    const std::vector<Case> cases = {
+        {kNoMatrix, ""},
+        {Matrix(-kOne, 0, 0, kOne), "2"},
+        {Matrix(-kOne, 0, 0, -kOne), "3"},
+        {Matrix(kOne, 0, 0, -kOne), "4"},
+        {Matrix(0, kOne, kOne, 0), "5"},
+        {Matrix(0, kOne, -kOne, 0), "6"}, // to the right is down, down is to the left: clockwise
+        {Matrix(0, -kOne, -kOne, 0), "7"},
+        {Matrix(0, -kOne, kOne, 0), "8"},
+        {Matrix(0, 3 * kOne, -3 * kOne, 0), "6"},         // larger, too
+        {Matrix(-3, kOne, -kOne, -3), "6"},               // the sine of a quarter turn by floating point
+        {Matrix(511, kOne, -kOne, 511), "6"},             // just below 1/128
+        {Matrix(512, kOne, -kOne, 512), ""},              // an angle
+        {Matrix(46341, 46341, -46341, 46341), ""},        // an eighth of a turn
+        {Matrix(0, kOne, 0, 0), ""},                      // nothing is left of the picture
+        {Matrix(-INT64_C(0x80000000), 0, 0, kOne), "2"},  // the least number
+        {std::string(36, '\0'), ""},
+    };
+    for (unsigned version : {0U, 1U}) {
+        for (const Case& one : cases) {
+            Track track = VideoTrack();
+            track.mMatrix = one.mMatrix;
+            track.mVersion = version;
+            EXPECT_EQ(ValueOf(Parsed(File({track})), "ud"), one.mOrientation) << &one - cases.data();
+        }
+    }
+    // The size stays that of the stored picture, and a sound is not turned.
+    Track turned = VideoTrack();
+    turned.mMatrix = Matrix(0, kOne, -kOne, 0);
+    EXPECT_EQ(Values(Parsed(File({turned})), {"wi", "he", "ud"}), "wi=320 he=240 ud=6");
+    Track sound;
+    sound.mMatrix = turned.mMatrix;
+    EXPECT_EQ(Values(Parsed(File({sound, VideoTrack()})), {"ca", "ud"}), "ca=\"AAC\"");
+}
+
+TEST(ISOMediaParser, MatrixOfTheMovieComesAfterThatOfItsTrack) {
+    constexpr std::int64_t kOne = 65536;
+    const std::string clockwise = Matrix(0, kOne, -kOne, 0);
+    const std::string mirrored = Matrix(-kOne, 0, 0, kOne);
+    const auto orientation = [](const std::string& aTrack, const std::string& aMovie) {
+        Track track = VideoTrack();
+        track.mMatrix = aTrack;
+        EXPECT_EQ(Parsed(File({track}, "", MovieHead(1000, 0, 1, aMovie))),
+                  Parsed(File({track}, "", MovieHead(1000, 0, 0, aMovie)) + std::string(12, '\0')));
+        return ValueOf(Parsed(File({track}, "", MovieHead(1000, 0, 0, aMovie))), "ud");
+    };
+    EXPECT_EQ(orientation(kNoMatrix, clockwise), "6");
+    EXPECT_EQ(orientation(clockwise, clockwise), "3");
+    EXPECT_EQ(orientation(clockwise, Matrix(0, -kOne, kOne, 0)), ""); // back again
+    // First turned, then mirrored is not the same as first mirrored, then turned.
+    EXPECT_EQ(orientation(clockwise, mirrored), "5");
+    EXPECT_EQ(orientation(mirrored, clockwise), "7");
+    EXPECT_EQ(orientation(clockwise, std::string(36, '\0')), "6");
+}
+
 // ---- rates ----
 
 TEST(ISOMediaParser, StatedRatesGoBeforeMeasuredOnes) {

@@ -18,6 +18,10 @@
 /// are those of the cropped picture as it is stored, and kezInfo_Orientation says how it is turned or mirrored
 /// to be shown: by the matrix of its track and then by the movie's, if they do no more than that.
 ///
+/// The rate of AMR is that of its frame type, which is the mode that the codec works in; in the file each
+/// frame takes whole bytes and one more. That of QuickTime's constant packets follows from the packet, where
+/// the table of sizes counts samples.
+///
 /// A bit rate that the file states as an average stands before one measured: kezInfo_AudioBitRate or
 /// kezInfo_VideoBitRate, while a larger stated maximum is kezInfo_AudioMaxBitRate or kezInfo_VideoMaxBitRate.
 /// Without an average the sizes of all samples are added up if their table is of 256 KiB at most, or those of

@@ -50,20 +50,24 @@ bool ReadESDescriptor(ByteReader aBox, ESDescriptor& aDescriptor) {
         return false;
     }
     SkipStreamHead(aBox);
-    if (!Enter(aBox, kTagDecoder)) {
+    return ReadDecoderDescriptor(aBox, aDescriptor);
+}
+
+bool ReadDecoderDescriptor(ByteReader aReader, ESDescriptor& aDescriptor) {
+    if (!Enter(aReader, kTagDecoder)) {
         return false;
     }
-    aDescriptor.mObjectType = aBox.ReadByte();
-    aBox.Skip(4); // kind of stream, size of its buffer
-    aDescriptor.mMaxBitRate = aBox.ReadBig32();
-    aDescriptor.mBitRate = aBox.ReadBig32();
-    if (aBox.HasFailed()) {
+    aDescriptor.mObjectType = aReader.ReadByte();
+    aReader.Skip(4); // kind of stream, size of its buffer
+    aDescriptor.mMaxBitRate = aReader.ReadBig32();
+    aDescriptor.mBitRate = aReader.ReadBig32();
+    if (aReader.HasFailed()) {
         return false;
     }
-    if (Enter(aBox, kTagConfig)) {
+    if (Enter(aReader, kTagConfig)) {
         const auto size =
-            static_cast<std::size_t>(std::min<std::uint64_t>(aBox.GetLeft(), aDescriptor.mConfig.size()));
-        aDescriptor.mConfigSize = aBox.Read(aDescriptor.mConfig.data(), size) ? size : 0;
+            static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), aDescriptor.mConfig.size()));
+        aDescriptor.mConfigSize = aReader.Read(aDescriptor.mConfig.data(), size) ? size : 0;
     }
     return true;
 }

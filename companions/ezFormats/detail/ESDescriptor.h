@@ -19,3 +19,6 @@ struct ESDescriptor {
 
 /// Reads the content of an "esds" box. False when no decoder is described in it.
 bool ReadESDescriptor(ByteReader aBox, ESDescriptor& aDescriptor);
+
+/// The same of what stands within a stream's descriptor, or alone: the first decoder from there on.
+bool ReadDecoderDescriptor(ByteReader aReader, ESDescriptor& aDescriptor);

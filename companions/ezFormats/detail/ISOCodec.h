@@ -15,6 +15,11 @@ struct ISOCodec {
     std::uint32_t mSamplingRate = 0; ///< Hz, of what is heard
     std::uint32_t mChannels = 0;
     std::uint32_t mBitsPerSample = 0; ///< of codecs without loss
+    /// Constant packets of QuickTime: so many bytes, of all channels, hold so many samples of each. Its
+    /// tables then count samples, and state one byte for each.
+    std::uint32_t mPacketBytes = 0;
+    std::uint32_t mPacketSamples = 0;
+    std::uint32_t mFramesPerSample = 1; ///< of AMR
     // Video
     std::uint32_t mWidth = 0;
     std::uint32_t mHeight = 0;

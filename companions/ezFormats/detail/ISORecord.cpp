@@ -1,5 +1,6 @@
 #include "ezFormats/detail/ISORecord.h"
 
+#include "ezFormats/detail/AMRFrames.h"
 #include "ezFormats/detail/ISONumbers.h"
 #include "ezFormats/detail/Limits.h"
 
@@ -45,10 +46,28 @@ void StoreRates(const Rates& aRates, const RateKeys& aKeys, ezMediaInfo& anInfo)
     StoreNumber(anInfo, aKeys.mEstimate, aRates.mEstimate);
 }
 
+/// The rate of so many samples; what the frames of AMR take is not their rate.
+std::uint32_t RateOfSamples(const ISOTrack& aTrack, std::uint64_t aSamples, std::uint64_t aBytes,
+                            std::uint64_t aTicks) {
+    const ISOCodec& codec = aTrack.mTables.mCodec;
+    const bool fWide = codec.mName == "AMR-WB";
+    std::uint32_t rate = 0;
+    if (fWide || codec.mName == "AMR") {
+        rate = AMRFrames_BitRate(aBytes, ISONumber_Scale(aSamples, codec.mFramesPerSample, 1), fWide);
+    }
+    return rate != 0 ? rate : ISONumber_BitRate(aBytes, aTicks, aTrack.mTimescale);
+}
+
 /// The rates by the sizes of the samples in the movie's tables: an average of them all, or an estimate of the
 /// first ones.
 Rates RatesByTable(const ISOTrack& aTrack, std::uint64_t aMediaSize, bool afStart) {
     const ISOSizeTable& table = aTrack.mTables.mSizes;
+    const ISOCodec& codec = aTrack.mTables.mCodec;
+    if (table.mConstantSize != 0 && codec.mPacketBytes != 0 && codec.mPacketSamples != 0) {
+        Rates rates;
+        rates.mAverage = ISONumber_BitRate(codec.mPacketBytes, codec.mPacketSamples, codec.mSamplingRate);
+        return rates;
+    }
     const bool fWhole = table.GetBytes() <= kISO_MaxSizeTable;
     if (!fWhole && !afStart) {
         return {};
@@ -60,10 +79,10 @@ Rates RatesByTable(const ISOTrack& aTrack, std::uint64_t aMediaSize, bool afStar
         return rates;
     }
     if (sum.mSamples == table.mCount) {
-        rates.mAverage = ISONumber_BitRate(sum.mBytes, aTrack.mDuration, aTrack.mTimescale);
+        rates.mAverage = RateOfSamples(aTrack, sum.mSamples, sum.mBytes, aTrack.mDuration);
     } else {
         const std::uint64_t bytes = ISONumber_Scale(sum.mBytes, table.mCount, sum.mSamples);
-        rates.mEstimate = ISONumber_BitRate(bytes, aTrack.mDuration, aTrack.mTimescale);
+        rates.mEstimate = RateOfSamples(aTrack, table.mCount, bytes, aTrack.mDuration);
     }
     return rates;
 }
@@ -71,7 +90,7 @@ Rates RatesByTable(const ISOTrack& aTrack, std::uint64_t aMediaSize, bool afStar
 /// The rates by the fragments: an average when all were read.
 Rates RatesByFragments(const ISOTrack& aTrack, const ISOFragmentTrack& aFragments, bool afCounted) {
     const std::uint32_t rate =
-        ISONumber_BitRate(aFragments.mBytes, aFragments.mSampleTicks, aTrack.mTimescale);
+        RateOfSamples(aTrack, aFragments.mSamples, aFragments.mBytes, aFragments.mSampleTicks);
     Rates rates;
     (afCounted ? rates.mAverage : rates.mEstimate) = rate;
     return rates;

@@ -66,11 +66,14 @@ inline std::string AudioEntry(const std::string& aFormat, const std::string& aBo
                             Big(aRate, 2) + Big(0, 2) + aBoxes);
 }
 
-/// QuickTime's first and second version of it.
-inline std::string AudioEntry1(const std::string& aFormat, const std::string& aBoxes) {
+/// QuickTime's first and second version of it. Of the first: what the packets are (FFFE: they vary), and so
+/// many samples in so many bytes of one.
+inline std::string AudioEntry1(const std::string& aFormat, const std::string& aBoxes,
+                               unsigned aCompression = 0xFFFE, std::uint32_t aSamples = 1024,
+                               std::uint32_t aBytes = 0) {
     return Box(aFormat, Big(0, 6) + Big(1, 2) + Big(1, 2) + Big(0, 6) + Big(2, 2) + Big(16, 2) +
-                            Big(0xFFFE, 2) + Big(0, 2) + Big(44100, 2) + Big(0, 2) + Big(1024, 4) +
-                            Big(0, 12) + aBoxes);
+                            Big(aCompression, 2) + Big(0, 2) + Big(44100, 2) + Big(0, 2) + Big(aSamples, 4) +
+                            Big(aBytes / 2, 4) + Big(aBytes, 4) + Big(0, 4) + aBoxes);
 }
 inline std::string AudioEntry2(const std::string& aFormat, std::uint64_t aRateBits, std::uint32_t aChannels,
                                std::uint32_t aBits, std::uint32_t aFlags) {
@@ -153,7 +156,8 @@ struct Track {
         const std::string head = Big(0, 2 * size) + Big(mID, 4) + Big(0, 4) + Big(mDuration, size);
         const std::string handler = Big(0, 4) + mHandler + Big(0, 12);
         return Box("trak",
-                   FullBox("tkhd", head + Big(0, 16) + mMatrix + Big(0, 8), mVersion, mfEnabled ? 7 : 6) + EditList() +
+                   FullBox("tkhd", head + Big(0, 16) + mMatrix + Big(0, 8), mVersion, mfEnabled ? 7 : 6) +
+                       EditList() +
                        Box("mdia", FullBox("mdhd", Times(), mVersion) + FullBox("hdlr", handler) +
                                        Box("minf", FullBox("smhd", Big(0, 4)) + Box("stbl", Tables()))));
     }
@@ -173,8 +177,9 @@ inline Track VideoTrack(const std::string& anEntry = VideoEntry("avc1", ""), std
 inline std::string MovieHead(std::uint32_t aTimescale, std::uint64_t aDuration, unsigned aVersion = 0,
                              const std::string& aMatrix = kNoMatrix) {
     const std::size_t size = aVersion == 1 ? 8 : 4;
-    return FullBox("mvhd", Big(0, 2 * size) + Big(aTimescale, 4) + Big(aDuration, size) + Big(0, 16) +
-                               aMatrix + Big(0, 28),
+    return FullBox("mvhd",
+                   Big(0, 2 * size) + Big(aTimescale, 4) + Big(aDuration, size) + Big(0, 16) + aMatrix +
+                       Big(0, 28),
                    aVersion);
 }
 

@@ -599,13 +599,13 @@ TEST(ISOMediaParser, MatrixOfATrackTurnsAndMirrorsItsPictures) {
         {Matrix(0, kOne, -kOne, 0), "6"}, // to the right is down, down is to the left: clockwise
         {Matrix(0, -kOne, -kOne, 0), "7"},
         {Matrix(0, -kOne, kOne, 0), "8"},
-        {Matrix(0, 3 * kOne, -3 * kOne, 0), "6"},         // larger, too
-        {Matrix(-3, kOne, -kOne, -3), "6"},               // the sine of a quarter turn by floating point
-        {Matrix(511, kOne, -kOne, 511), "6"},             // just below 1/128
-        {Matrix(512, kOne, -kOne, 512), ""},              // an angle
-        {Matrix(46341, 46341, -46341, 46341), ""},        // an eighth of a turn
-        {Matrix(0, kOne, 0, 0), ""},                      // nothing is left of the picture
-        {Matrix(-INT64_C(0x80000000), 0, 0, kOne), "2"},  // the least number
+        {Matrix(0, 3 * kOne, -3 * kOne, 0), "6"},        // larger, too
+        {Matrix(-3, kOne, -kOne, -3), "6"},              // the sine of a quarter turn by floating point
+        {Matrix(511, kOne, -kOne, 511), "6"},            // just below 1/128
+        {Matrix(512, kOne, -kOne, 512), ""},             // an angle
+        {Matrix(46341, 46341, -46341, 46341), ""},       // an eighth of a turn
+        {Matrix(0, kOne, 0, 0), ""},                     // nothing is left of the picture
+        {Matrix(-INT64_C(0x80000000), 0, 0, kOne), "2"}, // the least number
         {std::string(36, '\0'), ""},
     };
     for (unsigned version : {0U, 1U}) {

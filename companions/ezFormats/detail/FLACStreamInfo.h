@@ -1,0 +1,15 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+
+#include <cstdint>
+
+/// What the first block of a FLAC stream tells (RFC 9639, 8.2). Numbers are 0 where it does not.
+struct FLACStreamInfo {
+    std::uint32_t mSamplingRate = 0; ///< Hz
+    std::uint32_t mChannels = 0;
+    std::uint32_t mBitsPerSample = 0;
+};
+
+/// Reads the block and its head. One that is cut, or is another block, tells nothing.
+FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader);

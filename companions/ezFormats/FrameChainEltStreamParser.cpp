@@ -3,6 +3,8 @@
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/WrapperWatch.h"
 
+#include "ezBytes/LeadingTag.h"
+
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -54,6 +56,9 @@ struct FrameChainEltStreamParser::Search {
     uint32 mScan = 0;       ///< the position to look at next
     uint32 mConsumed = 0;   ///< bytes since the stream was opened
     uint32 mHeaderCount = 0;
+    uint32 mTagCount = 0;
+    uint32 mTagLeft = 0;    ///< bytes of a tag that are being passed over
+    bool mfInSound = false; ///< no tag can follow
     ezWrapperWatch mWatch;
     std::vector<Place> mPlaces;
 };
@@ -79,11 +84,23 @@ ezElementaryStreamParser::parsing_status_t FrameChainEltStreamParser::StartParsi
 
 ezElementaryStreamParser::parsing_status_t
 FrameChainEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 aSize) {
-    const uint32 size = std::min(aSize, kWindowSize - mSearch->mWindowSize);
-    std::memcpy(mSearch->mWindow.data() + mSearch->mWindowSize, aBuffer, size);
-    mSearch->mWindowSize += size;
-    mSearch->mConsumed += size;
-    mSearch->mWatch.Feed(aBuffer, size);
+    Search& search = *mSearch;
+    if (search.mTagLeft != 0) { // what was passed over has no bytes
+        search.mConsumed += aSize;
+        search.mTagLeft = 0;
+        RequestRead(LeastRequest());
+        return MSS_IN_PROGRESS;
+    }
+    const uint32 size = std::min(aSize, kWindowSize - search.mWindowSize);
+    std::memcpy(search.mWindow.data() + search.mWindowSize, aBuffer, size);
+    search.mWindowSize += size;
+    search.mConsumed += size;
+    if (!search.mfInSound && StepOverTag()) {
+        return MSS_IN_PROGRESS;
+    }
+    search.mWatch.Feed(search.mfInSound ? aBuffer : search.mWindow.data(),
+                       search.mfInSound ? size : search.mWindowSize);
+    search.mfInSound = true;
     if (Scan()) {
         return MSS_COMPLETED;
     }
@@ -96,6 +113,31 @@ FrameChainEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 
     }
     RequestRead(LeastRequest());
     return MSS_IN_PROGRESS;
+}
+
+/// Where a tag stands at the start of the window, or behind another one: places the request that leads on. A
+/// request has at least the bytes of its header.
+bool FrameChainEltStreamParser::StepOverTag() {
+    Search& search = *mSearch;
+    BlockBytes window(search.mWindow.data(), search.mWindowSize);
+    const LeadingTag tag = ReadLeadingTag(window, 0);
+    const std::uint64_t left = kEltStream_SearchLimit - search.mConsumed;
+    const std::uint64_t size =
+        tag.mfID3 ? tag.mSize : 0; // of an APE tag not every format has the header here
+    if (size == 0 || search.mTagCount == kLeadingTag_MaxCount || size >= search.mWindowSize + left) {
+        return false;
+    }
+    ++search.mTagCount;
+    const uint32 here = static_cast<uint32>(std::min<std::uint64_t>(size, search.mWindowSize));
+    search.mWindowSize -= here;
+    std::memmove(search.mWindow.data(), search.mWindow.data() + here, search.mWindowSize);
+    search.mTagLeft = static_cast<uint32>(size) - here;
+    if (search.mTagLeft != 0) {
+        RequestSkip(search.mTagLeft);
+    } else {
+        RequestRead(LeastRequest());
+    }
+    return true;
 }
 
 /// Looks at every position that has a header's bytes in the window, and moves the rest to its front.

@@ -9,6 +9,10 @@
 /// The base of the audio formats whose frames follow each other without a gap, each begun by a header that
 /// tells its length. A header counts when another of the same stream stands exactly one frame behind it.
 ///
+/// ID3v2 tags at the start, one behind the other, are stepped over, also for the look at what carries the
+/// stream: their pictures and texts are none of the sound. A tag that claims to reach the limit is searched
+/// like all else.
+///
 /// It searches from every byte at once: what looks like a header, and is none, delays no other. It gives up
 /// at its limit and never by content, and it skips over nothing. What lies in a transport or program stream
 /// is not taken for the stream itself. No more bytes are requested than the earliest decision can need.
@@ -57,6 +61,7 @@ protected:
 private:
     struct Search;
 
+    bool StepOverTag();
     bool TakeHeader(const unsigned char* aBytes);
     bool IsConfirmed(uint32 aDigest);
     void Expect(const Header& aHeader);

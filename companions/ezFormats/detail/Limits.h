@@ -68,9 +68,6 @@ inline constexpr std::uint32_t kMPEGAudio_MaxFreeTries = 16;
 /// frames of the usual rates.
 inline constexpr std::uint32_t kMPEGAudio_SurveySize = std::uint32_t{16} * 1024;
 
-/// Tags before the first frame. Writers that add one where another stands leave two or three.
-inline constexpr std::uint32_t kMPEGAudio_MaxLeadingTags = 8;
-
 /// Reads that may be spent on the texts of leading tags, so that pictures among them do not use up what the
 /// frames need.
 inline constexpr std::uint32_t kMusicTexts_MaxReads = 5;

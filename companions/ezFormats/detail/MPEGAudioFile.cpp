@@ -6,6 +6,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ID3Tag.h"
+#include "ezBytes/LeadingTag.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -47,19 +48,6 @@ ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
     ByteReader reader(aBytes);
     reader.Skip(aPosition);
     return reader;
-}
-
-constexpr std::uint64_t kAPEHeaderSize = 32;
-
-/// Bytes of a header and what follows of an APE tag that stands before the sound; 0 when none does.
-std::uint64_t SizeOfLeadingAPE(ByteReader aReader) {
-    constexpr std::uint32_t kIsHeader = 0x20000000;
-    const bool fTag = aReader.ReadText(8) == "APETAGEX";
-    aReader.Skip(4); // version
-    const std::uint64_t size = aReader.ReadLittle32();
-    aReader.Skip(4); // how many items
-    const bool fHeader = (aReader.ReadLittle32() & kIsHeader) != 0;
-    return fTag && fHeader && !aReader.HasFailed() ? kAPEHeaderSize + size : 0;
 }
 
 /// A word that a file of a format has at a place.
@@ -137,25 +125,22 @@ bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
 LeadingTags ReadLeadingTags(MediaBytes& aBytes) {
     LeadingTags tags;
     FewReads few(aBytes, kMusicTexts_MaxReads);
-    for (std::uint32_t count = 0; count < kMPEGAudio_MaxLeadingTags; ++count) {
+    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
         if (!aBytes.HasAtHand(tags.mEnd, 1)) {
             aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
         }
-        ByteReader reader = ReaderAt(aBytes, tags.mEnd);
-        ID3Tag tag;
-        const bool fID3 = ReadID3Tag(reader, &tag);
-        const std::uint64_t size = fID3 ? tag.GetRest() : SizeOfLeadingAPE(ReaderAt(aBytes, tags.mEnd));
-        if (size == 0 && !fID3) {
+        LeadingTag tag = ReadLeadingTag(aBytes, tags.mEnd);
+        if (tag.mSize == 0) {
             break;
         }
-        const std::uint64_t start = fID3 ? reader.GetPosition() : tags.mEnd;
-        tags.mfBelieved = size < aBytes.GetSize() - start;
-        if (fID3 && !tags.mTexts.IsComplete()) {
-            tag.mSize =
-                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mSize, aBytes.GetSize() - start));
-            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, start), tag));
+        const std::uint64_t body = tags.mEnd + tag.mHeaderSize;
+        tags.mfBelieved = tag.mSize < aBytes.GetSize() - tags.mEnd;
+        if (tag.mfID3 && !tags.mTexts.IsComplete()) {
+            tag.mID3.mSize =
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetSize() - body));
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3));
         }
-        tags.mEnd = start + (tags.mfBelieved ? size : fID3 ? 0 : kAPEHeaderSize);
+        tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
         if (!tags.mfBelieved) {
             return tags;
         }

@@ -371,4 +371,59 @@ TYPED_TEST(EveryEltStreamParser, ALossDoesNotExtendTheLimit) {
     EXPECT_EQ(parser.AddPacket("5", 1, false), kFailed);
 }
 
+// Tags before the sound.
+
+namespace {
+
+/// An ID3v2 tag of a body.
+std::string Tag(const std::string& aBody) {
+    const auto size = static_cast<unsigned>(aBody.size());
+    std::string tag = "ID3" + Hex({3, 0, 0});
+    for (unsigned shift = 28; shift != 0; shift -= 7) {
+        tag += static_cast<char>(size >> (shift - 7) & 0x7F);
+    }
+    return tag + aBody;
+}
+
+template <typename Parser>
+void ExpectTagsSteppedOver(const std::string& aSound, const std::string& anOther) {
+    const std::string plain = Parse<Parser>(aSound, {4096}).mRecord;
+    ASSERT_NE(plain, "");
+    for (const std::string& tags : {Tag(""), Tag("abc"), Tag(anOther),
+                                    Tag(Content(300)) + Tag(anOther) + Tag(""), Tag(Content(70000))}) {
+        ExpectRecord<Parser>(tags + aSound, plain);
+        EXPECT_EQ(DecidingSize<Parser>(tags + aSound), tags.size() + DecidingSize<Parser>(aSound))
+            << tags.size();
+    }
+}
+
+} // namespace
+
+TEST(EltStreamTags, AreNoSoundWhateverTheyHold) {
+    const std::string layer3 = Frame(kLayer3, 417) + Frame(kLayer3, 417);
+    const std::string faster = Frame(kLayer3Faster, 522) + Frame(kLayer3Faster, 522);
+    const std::string mono = Hex({0xFF, 0xF1, 0x50, 0x40, 0x2E, 0x7F, 0xFC}); // 371 bytes
+    const std::string ac3Mono = Hex({0x0B, 0x77, 0x12, 0x34, 0x00, 0x40, 0x20});
+    ExpectTagsSteppedOver<MPEGAudioEltStreamParser>(layer3, faster);
+    ExpectTagsSteppedOver<ADTSEltStreamParser>(Frame(kADTS, 371) + Frame(kADTS, 371),
+                                               Frame(mono, 371) + Frame(mono, 371));
+    ExpectTagsSteppedOver<AC3EltStreamParser>(Frame(kAC3, 128) + Frame(kAC3, 128),
+                                              Frame(ac3Mono, 128) + Frame(ac3Mono, 128));
+}
+
+TEST(EltStreamTags, OneThatClaimsToReachTheLimitIsSearched) {
+    const std::string sound = Frame(kADTS, 371) + Frame(kADTS, 371);
+    const std::string plain = Parse<ADTSEltStreamParser>(sound, {4096}).mRecord;
+    const std::string tag = Tag(std::string(kEltStream_SearchLimit - 10, 'x')).substr(0, 10);
+    ExpectRecord<ADTSEltStreamParser>(tag + sound, plain);
+    EXPECT_EQ(DecidingSize<ADTSEltStreamParser>(tag + sound),
+              tag.size() + DecidingSize<ADTSEltStreamParser>(sound));
+}
+
+TEST(EltStreamTags, AreNotLookedForBehindTheSoundHasBegun) {
+    const std::string sound = Frame(kADTS, 371) + Frame(kADTS, 371);
+    const std::string stream = Content(100) + Tag(sound) + Content(50);
+    EXPECT_EQ(Parse<ADTSEltStreamParser>(stream, {64}).mStatus, kCompleted);
+}
+
 // NOLINTEND(performance-inefficient-string-concatenation)

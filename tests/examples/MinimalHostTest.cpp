@@ -12,12 +12,13 @@ TEST(MinimalHost, IdentifiesASampleByItsOwnParserAndTheMediaTypesFile) {
     const ProgramResult result = RunProgram(EZ_MINIMAL_HOST, {EZ_SAMPLES, bell, walk});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
-    EXPECT_EQ(result.mOut,
-              bell +
-                  ": ac=1, ar=128000, br=128000, cn=item.audioItem, ea=128000, eb=128000, ev=0, fe=wav, "
-                  "fs=35348, ma=128000, mb=128000, mt=audio/x-wav, mv=0, sf=8000, ta=1\n" +
-                  walk + ": cn=item.audioItem, fe=mp3, fs=32309, mt=audio/mpeg\n" +
-                  "advertised: audio/x-wav:*\n");
+    EXPECT_EQ(
+        result.mOut,
+        bell +
+            ": ac=1, ar=128000, br=128000, cn=item.audioItem.musicTrack, ea=128000, eb=128000, ev=0, fe=wav, "
+            "fs=35348, ma=128000, mb=128000, mt=audio/x-wav, mv=0, sf=8000, ta=1\n" +
+            walk + ": cn=item.audioItem.musicTrack, fe=mp3, fs=32309, mt=audio/mpeg\n" +
+            "advertised: audio/x-wav:*\n");
 }
 
 TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
@@ -29,8 +30,8 @@ TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
         RunProgram(EZ_MINIMAL_HOST, {EZ_SAMPLES, fake, brief, unknown, folder.Path("none.wav")});
     EXPECT_EQ(result.mStatus, 0);
     // Announced from the extension alone, without the facts that the parser would have read.
-    EXPECT_EQ(result.mOut, fake + ": cn=item.audioItem, fe=wav, fs=51, mt=audio/x-wav\n" + brief +
-                               ": cn=item.audioItem, fe=wav, fs=4, mt=audio/x-wav\n" + unknown +
+    EXPECT_EQ(result.mOut, fake + ": cn=item.audioItem.musicTrack, fe=wav, fs=51, mt=audio/x-wav\n" + brief +
+                               ": cn=item.audioItem.musicTrack, fe=wav, fs=4, mt=audio/x-wav\n" + unknown +
                                ": not recognised\n" + folder.Path("none.wav") +
                                ": not recognised\nadvertised: audio/x-wav:*\n");
 }

@@ -24,8 +24,9 @@ const std::string kWalk = kSamples + "/music/morning-walk.mp3";
 const std::string kBell = kSamples + "/music/door-bell.wav";
 
 /// What the parsers of the companion say of kWalk.
-const std::string kWalkFacts = " mt=audio/mpeg cn=item.audioItem dl=DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;"
-                               "DLNA.ORG_FLAGS=01500000000000000000000000000000";
+const std::string kWalkFacts =
+    " mt=audio/mpeg cn=item.audioItem.musicTrack dl=DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;"
+    "DLNA.ORG_FLAGS=01500000000000000000000000000000";
 
 ProgramResult RunStep(const std::string& aName, const Words& anArguments) {
     return RunProgram(EZ_STEPS "/server-step-" + aName, anArguments);
@@ -89,10 +90,10 @@ std::string FlacOf(std::uint32_t aSamples) {
 
 TEST(ServerGuide, Step1KnowsFilesByTheirExtension) {
     const std::string readme = kSamples + "/README.md";
-    EXPECT_EQ(
-        LinesOfStep("1-identify", {kSamples, kWater, kWalk, readme, "/nowhere.mp3"}),
-        (Words{kWater + ": mt=audio/flac cn=item.audioItem", kWalk + ": mt=audio/mpeg cn=item.audioItem",
-               readme + ": not recognised", "/nowhere.mp3: not recognised"}));
+    EXPECT_EQ(LinesOfStep("1-identify", {kSamples, kWater, kWalk, readme, "/nowhere.mp3"}),
+              (Words{kWater + ": mt=audio/flac cn=item.audioItem.musicTrack",
+                     kWalk + ": mt=audio/mpeg cn=item.audioItem.musicTrack", readme + ": not recognised",
+                     "/nowhere.mp3: not recognised"}));
 }
 
 TEST(ServerGuide, Step2LooksIntoTheFilesOfItsOwnFormat) {
@@ -104,12 +105,12 @@ TEST(ServerGuide, Step2LooksIntoTheFilesOfItsOwnFormat) {
     const std::string silent = folder.Write("silent.flac", still);
     const std::string brief = folder.Write("brief.flac", FlacOf(44100).substr(0, 25));
     const std::string other = folder.Write("other.flac", "OggS" + FlacOf(44100).substr(4));
-    const std::string plain = " mt=audio/flac cn=item.audioItem";
+    const std::string plain = " mt=audio/flac cn=item.audioItem.musicTrack";
     EXPECT_EQ(
         LinesOfStep("2-own-parser", {kSamples, kWater, minute, unknown, silent, brief, other, kWalk}),
         (Words{kWater + ":" + plain + " du=2 sf=44100 ac=2", minute + ":" + plain + " du=60 sf=44100 ac=2",
                unknown + ":" + plain + " sf=44100 ac=2", silent + ":" + plain, brief + ":" + plain,
-               other + ":" + plain, kWalk + ": mt=audio/mpeg cn=item.audioItem"}));
+               other + ":" + plain, kWalk + ": mt=audio/mpeg cn=item.audioItem.musicTrack"}));
 }
 
 #ifdef EZ_HAS_STEP_3
@@ -120,13 +121,14 @@ TEST(ServerGuide, Step3FindsProfilesByTheContent) {
     const std::string fake = folder.Write("fake.mp3", "no song at all, whatever its name says");
     const Words lines = LinesOfStep("3-format-parsers", {kSamples, kWater, kWalk, jpeg, png, fake});
     ASSERT_EQ(lines.size(), 5U);
-    EXPECT_EQ(lines[0], kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2");
+    EXPECT_EQ(lines[0], kWater + ": mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2");
     EXPECT_TRUE(Begins(lines[1], kWalk + ":" + kWalkFacts + " ")) << lines[1];
-    EXPECT_EQ(lines[2], jpeg + ": mt=image/jpeg cn=item.imageItem dl=DLNA.ORG_PN=JPEG_SM;DLNA.ORG_OP=01;"
-                               "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
-    EXPECT_EQ(lines[3], png + ": mt=image/png cn=item.imageItem dl=DLNA.ORG_PN=PNG_LRG;DLNA.ORG_OP=01;"
+    EXPECT_EQ(lines[2], jpeg +
+                            ": mt=image/jpeg cn=item.imageItem.photo dl=DLNA.ORG_PN=JPEG_SM;DLNA.ORG_OP=01;"
+                            "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
+    EXPECT_EQ(lines[3], png + ": mt=image/png cn=item.imageItem.photo dl=DLNA.ORG_PN=PNG_LRG;DLNA.ORG_OP=01;"
                               "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
-    EXPECT_EQ(lines[4], fake + ": mt=audio/mpeg cn=item.audioItem");
+    EXPECT_EQ(lines[4], fake + ": mt=audio/mpeg cn=item.audioItem.musicTrack");
 }
 #endif
 
@@ -139,7 +141,7 @@ TEST(ServerGuide, Step4LetsTheTableWin) {
     const std::string night = folder.Write("night.bin.flac", "nothing that a parser knows");
     const Words arguments = {config, folder.Path("state"), night, kWater};
     const Words expected = {night + ": mt=audio/x-night cn=item.audioItem dl=DLNA.ORG_PN=NIGHT du=125",
-                            kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2"};
+                            kWater + ": mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2"};
     EXPECT_EQ(LinesOfStep("4-media-mapper", arguments), expected);
     const std::string copy =
         ReadWholeFile(folder.Path("state/_MediaMapper.txt")); // the operator's from here on
@@ -158,7 +160,7 @@ TEST(ServerGuide, Step4GoesOnWithoutATable) {
                                  folder.Path("state/_MediaMapper.txt") + "'\n"),
               std::string::npos)
         << result.mError; // behind what the library logs
-    EXPECT_EQ(result.mOut, kWater + ": mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2\n");
+    EXPECT_EQ(result.mOut, kWater + ": mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2\n");
     EXPECT_EQ(RunStep("4-media-mapper", {config}).mStatus, 2);
 }
 #endif
@@ -171,7 +173,7 @@ TEST(ServerGuide, Step5ShowsEntriesAndIdentifiesThoseOfItsFolder) {
     EXPECT_EQ(lines[0], "The Test Tones - Morning Walk, file://" + kWalk);
     EXPECT_TRUE(Begins(lines[1], "  ours:" + kWalkFacts + " ")) << lines[1];
     EXPECT_EQ(lines[2], "The Test Tones - Plain Water, file://" + kWater);
-    EXPECT_EQ(lines[3], "  ours: mt=audio/flac cn=item.audioItem du=2 sf=44100 ac=2");
+    EXPECT_EQ(lines[3], "  ours: mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2");
     EXPECT_EQ(lines[4], "Radio Example, http://radio.example/live.mp3");
     EXPECT_EQ(lines[5], "  not ours");
 }
@@ -190,7 +192,7 @@ TEST(ServerGuide, Step5ServesNothingOutsideOfItsFolder) {
     for (std::size_t i = 1; i < lines.size(); i += 2) {
         answers.push_back(lines[i]);
     }
-    const std::string ours = "  ours: mt=audio/flac cn=item.audioItem du=1 sf=44100 ac=2";
+    const std::string ours = "  ours: mt=audio/flac cn=item.audioItem.musicTrack du=1 sf=44100 ac=2";
     const std::string notOurs = "  not ours";
     EXPECT_EQ(answers, (Words{ours, notOurs, notOurs, notOurs, notOurs, notOurs, ours}));
     const Words without = LinesOfStep("5-playlists", {kSamples, folder.Path("none"), list});
@@ -203,7 +205,8 @@ TEST(ServerGuide, Step5KnowsItsOwnPlaylistsBesideThoseOfTheCompanion) {
     const std::string song = folder.Write("song.flac", FlacOf(44100));
     const std::string own = folder.Write("own.lst", "#Mine\nsong.flac\n");
     EXPECT_EQ(LinesOfStep("5-playlists", {kSamples, folder.GetPath(), own, song, "/nowhere.m3u"}),
-              (Words{"Mine, file://" + song, "  ours: mt=audio/flac cn=item.audioItem du=1 sf=44100 ac=2",
+              (Words{"Mine, file://" + song,
+                     "  ours: mt=audio/flac cn=item.audioItem.musicTrack du=1 sf=44100 ac=2",
                      song + ": no playlist", "/nowhere.m3u: no playlist"}));
 }
 #endif
@@ -252,7 +255,7 @@ TEST(ServerGuide, Step7ReadsAMediaOfAWebServerLikeAFile) {
     const HttpServer server(Serving(media));
     const std::string url = server.URL("/song.flac");
     EXPECT_EQ(LinesOfStep("7-arriving-media", {kSamples, url}),
-              Words{url + ": mt=audio/flac cn=item.audioItem du=90 sf=44100 ac=2"});
+              Words{url + ": mt=audio/flac cn=item.audioItem.musicTrack du=90 sf=44100 ac=2"});
 }
 
 TEST(ServerGuide, Step7SaysWhyAWebServerGaveNothing) {

@@ -124,7 +124,7 @@ TEST(Types, LooksUpAMimeTypeWithOrWithoutParameters) {
                                                    "  entry         lpcm\n"
                                                    "    extensions    pcm, lpcm, l16\n"
                                                    "    MIME types    audio/l16\n"
-                                                   "    classes       item.audioItem\n"
+                                                   "    classes       item.audioItem.musicTrack\n"
                                                    "    parser types  lpcm\n");
     }
 }

@@ -29,7 +29,7 @@ TEST(Explain, TellsTheSourceOfEachFactInWords) {
         text,
         "music/morning-walk.mp3\n"
         "  MIME type        audio/mpeg                        parser mp3 (MPEGAudioParser)\n"
-        "  class            item.audioItem                    parser mp3 (MPEGAudioParser)\n"
+        "  class            item.audioItem.musicTrack         entry \"mp3\" of the media types file\n"
         "  DLNA             DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000  "
         "parser mp3 (MPEGAudioParser)\n"
         "  size             31.6 KiB                          stream\n"

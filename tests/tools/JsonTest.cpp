@@ -46,7 +46,7 @@ TEST(JsonOutput, HasNamedFieldsForAMedia) {
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(result.mOut,
               "{\"path\":\"" + path +
-                  "\",\"mime_type\":\"audio/mpeg\",\"class\":\"item.audioItem\",\"dlna\":\"*\","
+                  "\",\"mime_type\":\"audio/mpeg\",\"class\":\"item.audioItem.musicTrack\",\"dlna\":\"*\","
                   "\"protocol_info\":\"http-get:*:audio/mpeg:*\",\"size\":5,\"extension\":\"mp3\","
                   "\"modified\":\"2000-02-29T12:34:56Z\"}\n");
 }

@@ -42,7 +42,7 @@ TEST(MapperInForce, ExplainsWhatItReplacedByWhat) {
     EXPECT_EQ(WithoutModified(result.mOut),
               "pictures/windmill.gif\n"
               "  MIME type        image/gif                         entry \"gif\" of the media types file\n"
-              "  class            item.imageItem                    entry \"gif\" of the media types file\n"
+              "  class            item.imageItem.photo              entry \"gif\" of the media types file\n"
               "  DLNA             DLNA.ORG_PN=GIF_LRG               media mapper: * -> DLNA.ORG_PN=GIF_LRG\n"
               "  size             8.6 KiB                           stream\n"
               "  extension        gif                               entry \"gif\" of the media types file\n"
@@ -74,8 +74,8 @@ TEST(MapperInForce, ShowsTheOverridingFactsInTheTable) {
     EXPECT_NE(lines[1].find("  0:00:06, 48 kbit/s, MP3, 44.1 kHz, 2 channels, "), std::string::npos);
     EXPECT_NE((lines[1] + "\n").find("; media mapper: duration\n"), std::string::npos);
     EXPECT_NE(lines[2].find("audio/L16;rate=44100;channels=2"), std::string::npos);
-    EXPECT_NE(lines[2].find("0:00:01, 44.1 kHz, 2 channels, 16 bit; media mapper: MIME type, DLNA, duration, "
-                            "channels, sampling rate, bits per sample"),
+    EXPECT_NE(lines[2].find("0:00:01, 44.1 kHz, 2 channels, 16 bit; media mapper: MIME type, class, DLNA, "
+                            "duration, channels, sampling rate, bits per sample"),
               std::string::npos);
 }
 

@@ -40,8 +40,9 @@ TEST(Table, ShowsAMediaInOneRowUnderAHeader) {
     const ProgramResult result = Announce({"music/door-bell.wav"}, options);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
-    EXPECT_EQ(result.mOut, "NAME                 MIME TYPE    CLASS           DLNA      SIZE  EXT  KNOWN\n"
-                           "music/door-bell.wav  audio/x-wav  item.audioItem  *     34.5 KiB  wav\n");
+    EXPECT_EQ(result.mOut,
+              "NAME                 MIME TYPE    CLASS                      DLNA      SIZE  EXT  KNOWN\n"
+              "music/door-bell.wav  audio/x-wav  item.audioItem.musicTrack  *     34.5 KiB  wav\n");
 }
 
 TEST(Table, ParseAsAVerbShowsTheSame) {
@@ -318,7 +319,7 @@ TEST(LongWalk, ShowsOneHeaderAndEveryFile) {
     std::size_t media = 0;
     for (const std::string& line : lines) {
         headers += line.compare(0, kHeader.size(), kHeader) == 0 ? 1 : 0;
-        media += Holds(line, "  audio/mpeg  item.audioItem  *  ") ? 1 : 0;
+        media += Holds(line, "  audio/mpeg  item.audioItem.musicTrack  *  ") ? 1 : 0;
     }
     EXPECT_EQ(headers, 1U);
     EXPECT_EQ(media, kManyFiles);

@@ -21,7 +21,7 @@ enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, 
 constexpr std::array<const char*, 7> kHeader = {"NAME", "MIME TYPE", "CLASS", "DLNA", "SIZE", "EXT", "KNOWN"};
 
 /// A longer text pushes its own row to the right instead of widening the column of all rows.
-constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 24, 104, 10, 8, 0};
+constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 32, 104, 10, 8, 0};
 
 std::string Padding(std::size_t aWidth, std::size_t aColumn) {
     return std::string(aWidth < aColumn ? aColumn - aWidth : 0, ' ');

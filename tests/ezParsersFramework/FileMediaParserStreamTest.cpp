@@ -1,6 +1,7 @@
 #include "ez/FileMediaParserStream.h"
 
 #include "support/Catchers.h"
+#include "support/Patience.h"
 #include "support/Record.h"
 #include "support/ScriptedSystem.h"
 #include "support/StreamReads.h"
@@ -73,7 +74,7 @@ ezDateTime ModificationTime(ezMediaParserStream& aStream) {
 int InChild(const std::function<int()>& aCheck) {
     const pid_t child = fork();
     if (child == 0) {
-        alarm(20);
+        alarm(kPatience);
         _exit(aCheck());
     }
     int status = 0;

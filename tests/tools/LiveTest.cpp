@@ -1,6 +1,7 @@
 #include "Announce.h"
 #include "InputPipe.h"
 #include "support/HttpServer.h"
+#include "support/Patience.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -308,10 +309,13 @@ TEST(WebServer, AStallEndsByTheTimeout) {
         aConnection.Send(HttpHead("200 OK", "Content-Length: 9000\r\n") + "some");
         aConnection.Stall();
     });
-    const ProgramResult result = Announce({"--timeout", "1", server.URL("/a.mp3")});
-    EXPECT_EQ(result.mStatus, 1);
-    EXPECT_EQ(result.mError,
-              "ezannounce: " + server.URL("/a.mp3") + ": the server sent nothing for 1 seconds\n");
+    EXPECT_TRUE(SucceedsAtSomePace([&](int aPace) {
+        const std::string time = std::to_string(aPace);
+        const ProgramResult result = Announce({"--timeout", time, server.URL("/a.mp3")});
+        return result.mStatus == 1 && result.mError == "ezannounce: " + server.URL("/a.mp3") +
+                                                           ": the server sent nothing for " + time +
+                                                           " seconds\n";
+    }));
 }
 
 TEST(WebServer, AnInterruptEndsTheWait) {

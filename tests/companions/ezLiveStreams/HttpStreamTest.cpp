@@ -6,6 +6,7 @@
 
 #include "Media.h"
 #include "support/HttpServer.h"
+#include "support/Patience.h"
 
 #include "ez/StreamMediaParserStream.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -64,6 +65,12 @@ void ExpectEqualAtRandomPlaces(Fetched& aFetched, const std::string& aMedia, int
         const std::size_t size = random() % 60'000;
         ASSERT_EQ(aFetched.Read(position, size), aMedia.substr(position, size)) << position << " " << size;
     }
+}
+
+/// As reasons have it: "0.300", and "3" where no fraction is left.
+std::string SecondsText(milliseconds aTime) {
+    const std::string fraction = std::to_string(1'000 + aTime.count() % 1'000).substr(1);
+    return std::to_string(aTime.count() / 1'000) + (fraction == "000" ? "" : "." + fraction);
 }
 
 std::string ReasonOf(const std::string& aURL, const ezHttpOptions& anOptions = Options()) {
@@ -274,34 +281,40 @@ TEST(HttpStream, AStallEndsByTheTimeThatTheHostChose) {
             aConnection.Send(start);
             aConnection.Stall();
         });
-        const auto before = std::chrono::steady_clock::now();
-        EXPECT_EQ(ReasonOf(server.URL("/a"), Options(1'000, milliseconds(300))),
-                  "the server sent nothing for 0.300 seconds");
-        EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(300));
+        EXPECT_TRUE(SucceedsAtSomePace([&](int aPace) {
+            const milliseconds time = aPace * milliseconds(300);
+            const auto before = std::chrono::steady_clock::now();
+            const std::string reason = ReasonOf(server.URL("/a"), Options(1'000, time));
+            EXPECT_GE(std::chrono::steady_clock::now() - before, time);
+            return reason == "the server sent nothing for " + SecondsText(time) + " seconds";
+        }));
     }
 }
 
 TEST(HttpStream, AServerThatIsSlowButSendsDoesNotStall) {
-    const HttpServer server([&](const HttpRequest&, HttpConnection& aConnection) {
-        aConnection.Send(HttpHead("200 OK", "Content-Length: 12\r\n"));
-        for (int i = 0; i < 12 && aConnection.Pause(100); ++i) {
-            aConnection.Send("x");
-        }
-    });
-    Fetched fetched(server.URL("/a"), Options(1'000, milliseconds(600)));
-    EXPECT_TRUE(fetched.mfOpened);
-    EXPECT_EQ(fetched.Read(0, 20), std::string(12, 'x'));
+    EXPECT_TRUE(SucceedsAtSomePace([](int aPace) {
+        const HttpServer server([aPace](const HttpRequest&, HttpConnection& aConnection) {
+            aConnection.Send(HttpHead("200 OK", "Content-Length: 12\r\n"));
+            for (int i = 0; i < 12 && aConnection.Pause(aPace * 100); ++i) {
+                aConnection.Send("x");
+            }
+        });
+        Fetched fetched(server.URL("/a"), Options(1'000, aPace * milliseconds(600)));
+        return fetched.mfOpened && fetched.Read(0, 20) == std::string(12, 'x');
+    }));
 }
 
 TEST(HttpStream, TimeInWhichTheReaderIsSlowIsNoStall) {
     HttpMedia media;
     media.mBytes = MediaBytes(2'000'000);
     const HttpServer server(Serving(media));
-    Fetched fetched(server.URL("/a"), Options(10'000, milliseconds(300)));
-    EXPECT_TRUE(fetched.mfOpened);
-    std::this_thread::sleep_for(milliseconds(700));
-    EXPECT_EQ(fetched.Read(0, 150'000), media.mBytes.substr(0, 150'000));
-    EXPECT_EQ(server.GetRequests().size(), 1U);
+    EXPECT_TRUE(SucceedsAtSomePace([&](int aPace) {
+        const std::size_t before = server.GetRequests().size();
+        Fetched fetched(server.URL("/a"), Options(10'000, aPace * milliseconds(300)));
+        std::this_thread::sleep_for(aPace * milliseconds(700));
+        return fetched.mfOpened && fetched.Read(0, 150'000) == media.mBytes.substr(0, 150'000) &&
+               server.GetRequests().size() == before + 1;
+    }));
 }
 
 TEST(HttpStream, AMediaThatChangesBetweenRequestsHasFailed) {
@@ -497,17 +510,20 @@ TEST(HttpStream, ManyFieldsHideNothing) {
 }
 
 TEST(HttpStream, AHeadThatComesSteadilyButDoesNotEndIsGivenUp) {
-    const HttpServer server([](const HttpRequest&, HttpConnection& aConnection) {
-        aConnection.Send("HTTP/1.1 200 OK\r\n");
-        for (int i = 0; i < 100 && aConnection.Pause(100); ++i) {
-            aConnection.Send("X-" + std::to_string(i) + ": y\r\n");
-        }
-        aConnection.Send("\r\nabc");
-    });
-    const auto before = std::chrono::steady_clock::now();
-    EXPECT_EQ(ReasonOf(server.URL("/a"), Options(1'000, milliseconds(400))),
-              "the server did not answer within 1.600 seconds");
-    EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(1'600));
+    EXPECT_TRUE(SucceedsAtSomePace([](int aPace) {
+        const HttpServer server([aPace](const HttpRequest&, HttpConnection& aConnection) {
+            aConnection.Send("HTTP/1.1 200 OK\r\n");
+            for (int i = 0; i < 100 && aConnection.Pause(aPace * 100); ++i) {
+                aConnection.Send("X-" + std::to_string(i) + ": y\r\n");
+            }
+            aConnection.Send("\r\nabc");
+        });
+        const milliseconds time = aPace * milliseconds(400);
+        const auto before = std::chrono::steady_clock::now();
+        const std::string reason = ReasonOf(server.URL("/a"), Options(1'000, time));
+        return reason == "the server did not answer within " + SecondsText(4 * time) + " seconds" &&
+               std::chrono::steady_clock::now() - before >= 4 * time;
+    }));
 }
 
 namespace {
@@ -544,9 +560,13 @@ TEST(HttpStream, ATrailerThatDoesNotEndIsGivenUp) {
 
 TEST(HttpStream, ATrailerThatComesSteadilyIsNoProgress) {
     const HttpServer server(WithEndlessTrailer("X: y\r\n", 50));
-    Fetched fetched(server.URL("/a"), Options(1'000, milliseconds(600)));
-    EXPECT_EQ(fetched.Read(0, 4), "");
-    EXPECT_EQ(fetched.mSource->GetErrorText(), "the server sent nothing for 0.600 seconds");
+    EXPECT_TRUE(SucceedsAtSomePace([&](int aPace) {
+        const milliseconds time = aPace * milliseconds(600);
+        Fetched fetched(server.URL("/a"), Options(1'000, time));
+        EXPECT_EQ(fetched.Read(0, 4), "");
+        return fetched.mSource->GetErrorText() ==
+               "the server sent nothing for " + SecondsText(time) + " seconds";
+    }));
 }
 
 TEST(HttpStream, InterimAnswersWithoutEndAreGivenUp) {

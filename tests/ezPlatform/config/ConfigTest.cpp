@@ -1,6 +1,7 @@
 #include "ezPlatform/config/Config.h"
 
 #include "ezPlatform/base/System.h"
+#include "support/Patience.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -491,7 +492,7 @@ TEST(Config, WhatIsNotARegularFileHasNoSections) {
 
     const TemporaryFolder pipes;
     ASSERT_EQ(mkfifo(pipes.Path(kFile).c_str(), 0600), 0);
-    alarm(20);
+    alarm(kPatience);
     const ezConfig pipe(pipes.GetPath().c_str(), folders.ReadOnly(), kFile);
     alarm(0);
     EXPECT_EQ(KeysOf(pipe, "A"), (Keys{{"a", "1"}}));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezPlatform/files/File.h"
+#include "support/Patience.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -63,7 +64,7 @@ using Names = std::set<std::string>;
 inline int InChild(const std::function<int()>& aWork) {
     const pid_t child = fork();
     if (child == 0) {
-        alarm(20);
+        alarm(kPatience);
         _exit(aWork());
     }
     int status = 0;
@@ -85,7 +86,7 @@ inline int InUnprivilegedChild(const std::function<int()>& aWork) {
 /// Ends the process where something waits that must never wait.
 class Watchdog {
 public:
-    Watchdog() { alarm(20); }
+    Watchdog() { alarm(kPatience); }
     ~Watchdog() { alarm(0); }
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;

@@ -1,5 +1,6 @@
 #include "ezPlatform/files/File.h"
 
+#include "support/Patience.h"
 #include "support/ScriptedSystem.h"
 #include "support/Str.h"
 #include "support/TemporaryFolder.h"
@@ -56,7 +57,7 @@ void Append(const std::string& aPath, const std::string& aText) {
 /// Ends the process where something waits that must never wait.
 class Watchdog {
 public:
-    Watchdog() { alarm(20); }
+    Watchdog() { alarm(kPatience); }
     ~Watchdog() { alarm(0); }
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;

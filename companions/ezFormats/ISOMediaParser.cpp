@@ -2,6 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/ISOCompressedMovie.h"
 #include "ezFormats/detail/ISOFragments.h"
 #include "ezFormats/detail/ISOMovie.h"
 #include "ezFormats/detail/ISONumbers.h"
@@ -46,6 +47,42 @@ bool IsIn(const std::array<BoxType, Size>& aTypes, BoxType aType) {
     return std::find(aTypes.begin(), aTypes.end(), aType) != aTypes.end();
 }
 
+/// Video that 3GPP's files hold (TS 26.244): profile, and ten times the level at most. Of H.264 that is what
+/// their players know; phones record VGA by it, and whatever is larger as an MP4 under the old brand.
+struct AllowedVideo {
+    std::string_view mCodec;
+    const char* mProfile; ///< null: any
+    std::uint32_t mMaxLevel;
+};
+constexpr std::array<AllowedVideo, 3> kVideoOf3GPP = {
+    {{"H263", nullptr, UINT32_MAX}, {"MPEG4", "Simple", UINT32_MAX}, {"H264", "Baseline", 30}}};
+constexpr std::array<std::string_view, 7> kAudioOf3GPP = {"AMR",     "AMR-WB", "AMR-WB+", "AAC",
+                                                          "AAC-LTP", "HE-AAC", "HE-AACv2"};
+
+bool IsVideoOf3GPP(const ISOCodec& aCodec) {
+    return std::any_of(kVideoOf3GPP.begin(), kVideoOf3GPP.end(), [&](const AllowedVideo& anAllowed) {
+        const bool fLevel = aCodec.mLevel == ISOCodec::kNoLevel || aCodec.mLevel <= anAllowed.mMaxLevel;
+        const bool fProfile = aCodec.mProfile.IsEmpty() || anAllowed.mProfile == nullptr ||
+                              aCodec.mProfile == anAllowed.mProfile;
+        return PlainNameOf(aCodec) == anAllowed.mCodec && fProfile && fLevel;
+    });
+}
+
+bool IsAudioOf3GPP(const ISOCodec& aCodec) {
+    return std::find(kAudioOf3GPP.begin(), kAudioOf3GPP.end(), PlainNameOf(aCodec)) != kAudioOf3GPP.end();
+}
+
+bool IsOf3GPP(const ISOMovie& aMovie) {
+    return (!aMovie.mVideo.has_value() || IsVideoOf3GPP(aMovie.mVideo->mTables.mCodec)) &&
+           (!aMovie.mAudio.has_value() || IsAudioOf3GPP(aMovie.mAudio->mTables.mCodec));
+}
+
+/// What an MP4 may be compatible with.
+bool IsPlainBrand(BoxType aBrand) {
+    const ezCString brand = aBrand.GetText();
+    return brand.StartsWith("iso") || brand.StartsWith("mp4");
+}
+
 const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
     const ezCString brand = aBrand.GetText();
     const auto* const types =
@@ -58,8 +95,27 @@ const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
 struct Top {
     std::optional<BoxType> mFirst; ///< type of the first one
     BoxType mBrand = kQuickTime;
+    bool mfPlain = false; ///< one of the brands that it is compatible with is of plain MP4
     std::optional<ByteReader> mMovie;
 };
+
+/// The brands of "ftyp": the major one, its version, and those that the file is compatible with.
+void ReadBrands(ByteReader aBox, Top& aTop) {
+    aTop.mBrand = BoxType::Read(aBox);
+    aBox.Skip(4);
+    for (std::uint32_t i = 0; i < kISO_MaxBrands && aBox.GetLeft() >= 4; ++i) {
+        aTop.mfPlain = aTop.mfPlain || IsPlainBrand(BoxType::Read(aBox));
+    }
+}
+
+/// Phones put 3GPP's brand first also where what they recorded is beyond it.
+const char* MimeTypeOf(const Top& aTop, const ISOMovie& aMovie) {
+    constexpr BoxType kPlain = "isom";
+    const bool fVideo = aMovie.mVideo.has_value();
+    const ezCString brand = aTop.mBrand.GetText();
+    const bool f3GPP = brand.StartsWith("3g") && !brand.StartsWith("3g2");
+    return MimeTypeOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand, fVideo);
+}
 
 /// Looks for "moov" from the start on.
 Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
@@ -75,7 +131,7 @@ Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
         if (type == "moov") {
             top.mMovie = content;
         } else if (type == "ftyp") {
-            top.mBrand = BoxType::Read(content);
+            ReadBrands(content, top);
             if (IsIn(kPictureBrands, top.mBrand)) {
                 break;
             }
@@ -125,6 +181,25 @@ ISOMediaParser::ISOMediaParser(std::shared_ptr<const ProfileRules> aRules)
 
 ISOMediaParser::~ISOMediaParser() = default;
 
+/// True when the reader is that of the movie's boxes; else the media has been refused.
+bool ISOMediaParser::OpenMovie(const MediaBytes& aBytes, ISOCompressedMovie& aCompressed, ByteReader& aMovie,
+                               std::uint32_t& aBoxBudget) const {
+    switch (aCompressed.Open(aMovie, aBoxBudget)) {
+    case ISOCompressedMovie::Result::Plain:
+    case ISOCompressedMovie::Result::Inflated:
+        return true;
+    case ISOCompressedMovie::Result::TooLarge:
+        return Refuse(Cause::Limit, "compressed header of more than %u bytes", kISO_MaxInflatedMovie);
+    case ISOCompressedMovie::Result::Unsupported:
+        return Refuse(Cause::Unsupported, "compressed header");
+    case ISOCompressedMovie::Result::Damaged:
+        break;
+    }
+    return aBytes.HasReadFailed() || aBytes.IsBudgetUsedUp()
+               ? RefuseCut(aBytes, "the end of a compressed header")
+               : Refuse(Cause::Malformed, "damaged compressed header");
+}
+
 bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     std::uint32_t boxBudget = kISO_MaxBoxes;
     const Top top = FindMovie(aBytes, boxBudget);
@@ -140,8 +215,13 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (!top.mMovie.has_value()) {
         return RefuseCut(aBytes, "a \"moov\" box");
     }
+    ISOCompressedMovie compressed;
+    ByteReader movie = *top.mMovie;
+    if (!OpenMovie(aBytes, compressed, movie, boxBudget)) {
+        return false;
+    }
     ISOMedia media;
-    media.mMovie = ReadMovie(*top.mMovie, boxBudget);
+    media.mMovie = ReadMovie(movie, boxBudget);
     media.mSize = aBytes.IsSizeKnown() ? aBytes.GetSize() : 0;
     media.mDuration = media.mMovie.mDuration;
     if (aBytes.HasReadFailed()) {
@@ -154,7 +234,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (media.mMovie.mfFragmented) {
         ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
     }
-    anInfo.Set(kezInfo_MimeType, MimeTypeOf(top.mBrand, fVideo), true);
+    anInfo.Set(kezInfo_MimeType, MimeTypeOf(top, media.mMovie), true);
     StoreFacts(media, anInfo);
     // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
     if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {

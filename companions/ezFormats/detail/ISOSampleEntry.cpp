@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr const char* kEncrypted = "encrypted:";
+
 /// The format of samples before they were encrypted, from a "sinf" box; none when it does not tell.
 std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     ByteReader content = aBox;
@@ -74,5 +76,11 @@ void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec
 }
 
 void MarkEncrypted(ISOCodec& aCodec) {
-    aCodec.mName = "encrypted:" + aCodec.mName;
+    aCodec.mName = kEncrypted + aCodec.mName;
+}
+
+std::string_view PlainNameOf(const ISOCodec& aCodec) {
+    const std::string_view mark = kEncrypted;
+    const std::string_view name = aCodec.mName.View();
+    return name.substr(0, mark.size()) == mark ? name.substr(mark.size()) : name;
 }

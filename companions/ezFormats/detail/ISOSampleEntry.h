@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 // What the descriptions of audio and of video have in common.
 
@@ -66,3 +67,5 @@ void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec
 
 /// Marks a codec as one whose samples are encrypted: no rule for the plain codec is to meet it.
 void MarkEncrypted(ISOCodec& aCodec);
+/// The codec's name without that mark.
+std::string_view PlainNameOf(const ISOCodec& aCodec);

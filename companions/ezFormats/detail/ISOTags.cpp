@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -58,44 +59,73 @@ ezCString CleanMarkedText(std::string_view aBytes) {
 
 constexpr std::uint32_t kDataUtf16 = 2;
 
-/// The value of an item, behind its kind.
-ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget, std::uint32_t* aKind) {
-    ByteReader data = anItem;
-    data.Require(BoxWalk::Within(anItem, aBoxBudget).Find("data", &data));
-    *aKind = data.ReadBig32() & 0xFFFFFFU;
-    data.Skip(4); // language
-    return data;
+/// A value of an item, after its kind and language.
+ByteReader OpenData(ByteReader aData, std::uint32_t* aKind) {
+    *aKind = aData.ReadBig32() & 0xFFFFFFU;
+    aData.Skip(4);
+    return aData;
 }
 
-ezCString ReadItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
+ezCString ReadData(const ByteReader& aData) {
     std::uint32_t kind = 0;
-    ByteReader data = OpenItem(anItem, aBoxBudget, &kind);
-    return CleanText(ReadTextBytes(data),
+    ByteReader text = OpenData(aData, &kind);
+    return CleanText(ReadTextBytes(text),
                      kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Utf8OrLatin1);
 }
 
 /// A genre by its number, which counts from 1 here.
 ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     std::uint32_t kind = 0;
-    ByteReader data = OpenItem(anItem, aBoxBudget, &kind);
+    ByteReader data = anItem;
+    data.Require(BoxWalk::Within(anItem, aBoxBudget).Find("data", &data));
+    data = OpenData(data, &kind);
     const auto number = static_cast<unsigned>(data.ReadBig(2));
     return number == 0 ? ezCString() : ezCString(MusicGenreName(number - 1));
 }
 
+/// The values of one text: of an item that has several, or of several items.
+struct ItemValues {
+    std::string mNames;
+    std::size_t mCount = 0;
+
+    void Add(const ezCString& aValue, bool afSeveral) {
+        if (!aValue.IsEmpty() && mCount < (afSeveral ? kMusicTexts_MaxCount : 1)) {
+            ++mCount;
+            AddMusicName(mNames, aValue.View());
+        }
+    }
+};
+
+void ReadItem(const ByteReader& anItem, bool afSeveral, std::uint32_t& aBoxBudget, ItemValues& aValues) {
+    BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
+    ByteReader data = anItem;
+    while (walk.Find("data", &data)) {
+        aValues.Add(ReadData(data), afSeveral);
+    }
+}
+
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
+    std::array<ItemValues, kItems.size()> values;
     MusicTexts second;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
-        for (const TextBox& box : kItems) {
-            ezCString& text = (box.mfSecond ? second : aTexts).*box.mText;
-            if (type == box.mType && text.IsEmpty()) {
-                text = ReadItem(item, aBoxBudget);
+        for (std::size_t i = 0; i < kItems.size(); ++i) {
+            if (type == kItems[i].mType) {
+                const bool fSeveral =
+                    kItems[i].mText == &MusicTexts::mCreator || kItems[i].mText == &MusicTexts::mGenre;
+                ReadItem(item, fSeveral, aBoxBudget, values[i]);
             }
         }
         if (type == "gnre" && second.mGenre.IsEmpty()) {
             second.mGenre = ReadGenreItem(item, aBoxBudget);
+        }
+    }
+    for (std::size_t i = 0; i < kItems.size(); ++i) {
+        ezCString& text = (kItems[i].mfSecond ? second : aTexts).*kItems[i].mText;
+        if (text.IsEmpty()) {
+            text = CleanText(values[i].mNames, TextEncoding::Utf8);
         }
     }
     aTexts.Complete(second);

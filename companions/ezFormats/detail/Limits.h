@@ -99,10 +99,17 @@ inline constexpr std::uint64_t kISO_MaxBytes = std::uint64_t{1024} * 1024;
 /// is read at once.
 inline constexpr std::uint32_t kISO_TailSize = std::uint32_t{64} * 1024;
 
+/// Brands of a file that are looked at. Segments of streams list some ten.
+inline constexpr std::uint32_t kISO_MaxBrands = 32;
+
 /// Bytes that "moov", as the last box, may state beyond the end of the media: some writers count a head or
 /// two twice. They are fewer than any track takes, so none is missing, and what stands last is tags or places
 /// of samples. A movie of which more is missing was cut.
 inline constexpr std::uint32_t kISO_MaxMissing = 64;
+
+/// Bytes of a movie's header that was compressed, once it is inflated. One of an hour of film and sound has
+/// some hundred KiB, and films of that kind were short.
+inline constexpr std::uint32_t kISO_MaxInflatedMovie = std::uint32_t{1024} * 1024;
 
 /// Bytes of a table of sample sizes that are added up for an average bit rate: a song of 20 minutes. Of a
 /// larger table of audio next to video only the start is read, for an estimate.

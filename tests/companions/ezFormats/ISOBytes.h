@@ -32,8 +32,8 @@ inline std::string FullBox(const std::string& aType, const std::string& aContent
     return Box(aType, Big(aVersion, 1) + Big(aFlags, 3) + aContent);
 }
 
-inline std::string FileType(const std::string& aBrand = "isom") {
-    return Box("ftyp", aBrand + Big(512, 4) + "isomiso2");
+inline std::string FileType(const std::string& aBrand = "isom", const std::string& aCompatible = "isomiso2") {
+    return Box("ftyp", aBrand + Big(512, 4) + aCompatible);
 }
 
 // ---- descriptions of samples ----

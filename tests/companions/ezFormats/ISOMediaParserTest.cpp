@@ -1,3 +1,4 @@
+#include "EltStreamKit.h"
 #include "ISOBytes.h"
 #include "SparseStream.h"
 
@@ -107,6 +108,57 @@ TEST(ISOMediaParser, BrandAndTracksDecideTheMimeType) {
     EXPECT_EQ(type("3gs6", true), "\"video/3gpp\"");
     EXPECT_EQ(type("3g2a", true), "\"video/3gpp2\"");
     EXPECT_EQ(type("3g2a", false), "\"audio/3gpp2\"");
+}
+
+TEST(ISOMediaParser, BrandOf3GPPHoldsForWhat3GPPKnows) {
+    const auto type = [](const char* aBrand, const std::string& aVideo, const std::string& anAudio,
+                         const std::string& aCompatible = "3gp5isom") {
+        std::vector<Track> tracks;
+        if (!aVideo.empty()) {
+            tracks.push_back(VideoTrack(aVideo));
+        }
+        if (!anAudio.empty()) {
+            Track audio;
+            audio.mEntry = anAudio;
+            tracks.push_back(audio);
+        }
+        return Type(FileType(aBrand, aCompatible) + Movie(tracks));
+    };
+    const auto avc = [](int aProfile, int aLevel) {
+        return VideoEntry("avc1", Box("avcC", Hex({1, aProfile, 0, aLevel, 0xFF, 0xE0})));
+    };
+    const std::string amr = AudioEntry("samr", "");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC()), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp4", avc(77, 30), ""), "\"video/mp4\"");
+    EXPECT_EQ(type("3gr6", avc(66, 31), amr), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", avc(66, 30), amr), "\"video/3gpp\"");
+    EXPECT_EQ(type("3gp5", VideoEntry("avc1", ""), amr), "\"video/3gpp\""); // nothing says otherwise
+    EXPECT_EQ(type("3gp5", VideoEntry("s263", Box("d263", "made" + Hex({0, 70, 3}))), amr), "\"video/3gpp\"");
+    EXPECT_EQ(type("3gp5", VideoEntry("hvc1", ""), AAC()), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", VideoEntry("mp4v", ESDS(0x20, Hex({0, 0, 1, 0xB0, 3}))), AAC()), "\"video/3gpp\"");
+    EXPECT_EQ(type("3gp5", VideoEntry("mp4v", ESDS(0x20, Hex({0, 0, 1, 0xB0, 0xF5}))), AAC()),
+              "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", avc(66, 13), AudioEntry("ac-3", "")), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", "", AudioEntry(".mp3", "")), "\"audio/mp4\"");
+    EXPECT_EQ(type("3gp5", "", AudioEntry("sawb", "")), "\"audio/3gpp\"");
+    // What is encrypted is what it was before.
+    EXPECT_EQ(type("3gp6", "", AudioEntry("enca", Box("sinf", Box("frma", "samr")))), "\"audio/3gpp\"");
+    EXPECT_EQ(type("3gp6", "", AudioEntry("enca", Box("sinf", Box("frma", ".mp3")))), "\"audio/mp4\"");
+    // Without a brand of plain MP4, and for 3GPP2, the first brand is all that there is.
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), "3gp53gp4"), "\"video/3gpp\"");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), ""), "\"video/3gpp\"");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), "mp42"), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), "iso6"), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), "is"), "\"video/3gpp\""); // half a brand
+    EXPECT_EQ(type("3g2a", avc(100, 31), AAC()), "\"video/3gpp2\"");
+    EXPECT_EQ(type("isom", VideoEntry("s263", ""), amr), "\"video/mp4\"");
+    // So many brands are looked at.
+    std::string brands;
+    for (int i = 0; i < 31; ++i) {
+        brands += "3gp5";
+    }
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), brands + "isom"), "\"video/mp4\"");
+    EXPECT_EQ(type("3gp5", avc(100, 31), AAC(), brands + "3gp4isom"), "\"video/3gpp\"");
 }
 
 TEST(ISOMediaParser, QuickTimeFileOfBeforeFileTypesIsOneWhenItHasAMovie) {

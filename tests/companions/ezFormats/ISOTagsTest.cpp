@@ -45,6 +45,44 @@ TEST(ISOTags, ItemsAreRead) {
     EXPECT_EQ(Texts(Items(Item("gnre", Big(60000, 2), 0))), "");
 }
 
+TEST(ISOTags, SeveralValuesOfAnItemAreJoinedAsThoseOfID3Are) {
+    const std::string art = "\xA9"
+                            "ART";
+    const auto data = [](const std::string& aText, unsigned aKind = 1) {
+        return Box("data", Big(aKind, 4) + Big(0, 4) + aText);
+    };
+    // One item of several values, and several items; each name once.
+    EXPECT_EQ(Texts(Items(Box(art, data("One") + data("Two") + data("One")))), "creator=\"One, Two\"");
+    EXPECT_EQ(
+        Texts(Items(Item(art, "One") + Item("\xA9nam", "Title") + Item(art, "Two") + Item(art, "Three"))),
+        "title=\"Title\" creator=\"One, Two, Three\"");
+    EXPECT_EQ(Texts(Items(Box("\xA9gen", data("Folk") + data(std::string("\0J\0a\0z\0z", 8), 2)))),
+              "genre=\"Folk, Jazz\"");
+    EXPECT_EQ(Texts(Items(Item("aART", "One") + Item("aART", "Two"))), "creator=\"One, Two\"");
+    // Titles and albums have one, the first that is not empty.
+    EXPECT_EQ(Texts(Items(Box("\xA9nam", data("") + data("One") + data("Two")) + Item("\xA9nam", "Three") +
+                          Item("\xA9"
+                               "alb",
+                               "Four") +
+                          Item("\xA9"
+                               "alb",
+                               "Five"))),
+              "title=\"One\" album=\"Four\"");
+    // What is no value stands between.
+    EXPECT_EQ(Texts(Items(Box(art, Box("mean", "....") + data("One") + Box("name", "....") + data("Two")))),
+              "creator=\"One, Two\"");
+    // Eight are taken.
+    std::string many;
+    std::string eight;
+    for (int i = 0; i < 9; ++i) {
+        many += data("Name " + std::to_string(i));
+        eight += (i == 0 ? "Name " : i < 8 ? ", Name " : "") + (i < 8 ? std::to_string(i) : "");
+    }
+    EXPECT_EQ(Texts(Items(Box(art, many))), "creator=\"" + eight + "\"");
+    EXPECT_EQ(Texts(Items(Item(art, std::string(900, 'a')) + Item(art, std::string(900, 'b')))),
+              "creator=\"" + std::string(900, 'a') + ", " + std::string(122, 'b') + "\"");
+}
+
 TEST(ISOTags, ItemsOfEitherEncodingAreUtf8WithoutControlCharacters) {
     EXPECT_EQ(Texts(Items(Item("\xA9nam", std::string("\0G\0r\0\xFC\0n", 8), 2))), "title=\"Gr\xC3\xBCn\"");
     EXPECT_EQ(Texts(Items(Item("\xA9nam", "Gr\xC3\xBCn"))), "title=\"Gr\xC3\xBCn\"");

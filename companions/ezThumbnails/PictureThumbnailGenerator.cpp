@@ -61,17 +61,23 @@ bool MakeWish(const ThumbnailInfo& anInfo, const PictureHeader& aHeader, Picture
     return true;
 }
 
-/// Reads the picture in the size that is asked for, as it is meant to be seen.
-bool ReadPicture(const ThumbnailInfo& anInfo, ezStream* aStream, Picture* aPicture) {
+/// Reads the picture in the size that is asked for, as it is meant to be seen. *afTooCostly tells that it
+/// failed for the picture's cost.
+bool ReadPicture(const ThumbnailInfo& anInfo, ezStream* aStream, Picture* aPicture, bool* afTooCostly) {
     PictureReader reader(aStream, PictureThumbnailGenerator::kMaxSourceBytes);
     if (!reader.Fill()) {
         return false;
     }
     const std::unique_ptr<PictureDecoder> decoder = NewDecoder(&reader);
+    if (decoder == nullptr) {
+        return false;
+    }
     PictureHeader header;
     PictureWish wish;
-    return decoder != nullptr && decoder->ReadHeader(&header) && MakeWish(anInfo, header, &wish) &&
-           decoder->Decode(wish, aPicture) && Straighten(aPicture, header.mOrientation);
+    const bool fRead = decoder->ReadHeader(&header) && MakeWish(anInfo, header, &wish) &&
+                       decoder->Decode(wish, aPicture) && Straighten(aPicture, header.mOrientation);
+    *afTooCostly = !fRead && (decoder->IsTooCostly() || reader.IsPastLimit());
+    return fRead;
 }
 
 bool WriteAll(const ByteSink& aBytes, ezFile* aFile) {
@@ -81,15 +87,21 @@ bool WriteAll(const ByteSink& aBytes, ezFile* aFile) {
 
 } // namespace
 
-bool PictureDecoder::IsWithinLimits(uint32 aWidth, uint32 aHeight) {
-    return aWidth != 0 && aHeight != 0 && aWidth <= PictureThumbnailGenerator::kMaxSide &&
-           aHeight <= PictureThumbnailGenerator::kMaxSide &&
-           static_cast<std::uint64_t>(aWidth) * aHeight <= PictureThumbnailGenerator::kMaxPixels;
+bool PictureDecoder::IsWithinLimits(const PictureHeader& aHeader) {
+    mfTooCostly =
+        aHeader.mWidth > PictureThumbnailGenerator::kMaxSide ||
+        aHeader.mHeight > PictureThumbnailGenerator::kMaxSide ||
+        static_cast<std::uint64_t>(aHeader.mWidth) * aHeader.mHeight > PictureThumbnailGenerator::kMaxPixels;
+    return !mfTooCostly && aHeader.mWidth != 0 && aHeader.mHeight != 0;
 }
 
 PictureThumbnailGenerator::PictureThumbnailGenerator() : ezThumbnailGenerator("PictureThumbnailGenerator") {}
 
 PictureThumbnailGenerator::~PictureThumbnailGenerator() = default;
+
+bool PictureThumbnailGenerator::HasMetCost(const ThumbnailInfo& anInfo) const {
+    return mfCostMet && mCostlyItem == anInfo.mUniqueID && mCostlyPath == anInfo.mFilePath.GetFullPath();
+}
 
 uint32 PictureThumbnailGenerator::CanConvert(const ezCString& aMimeType) {
     const ezCString type = aMimeType.BeforeFirst(';').TrimLeftRight();
@@ -111,8 +123,15 @@ bool PictureThumbnailGenerator::BuildThumbnail(const ThumbnailInfo* anInfo, cons
         return false;
     }
     Picture picture;
+    bool fTooCostly = false;
     const ezStreamOwner stream(aSource->GetStream());
-    if (stream == nullptr || !stream->IsOpened() || !ReadPicture(*anInfo, stream.get(), &picture)) {
+    if (stream == nullptr || !stream->IsOpened() ||
+        !ReadPicture(*anInfo, stream.get(), &picture, &fTooCostly)) {
+        if (fTooCostly) {
+            mfCostMet = true;
+            mCostlyItem = anInfo->mUniqueID;
+            mCostlyPath = anInfo->mFilePath.GetFullPath();
+        }
         return false;
     }
     ByteSink bytes;

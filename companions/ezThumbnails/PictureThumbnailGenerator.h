@@ -20,7 +20,10 @@
 /// than the limits below; nothing is written then. The cost of a JPEG in memory is that of a few rows, of a
 /// progressive one that of its coefficients, of an interlaced PNG that of the whole picture.
 ///
-/// A source that has not arrived yet is waited for. Stateless; one thread at a time uses an object.
+/// After the pixels, a PNG may hold a little more, which is passed over; what goes on costs too much as well.
+///
+/// A source that has not arrived yet is waited for. An object keeps nothing but a note of the last item whose
+/// picture was refused for its cost, for CostlyThumbnailProvider; one thread at a time uses it.
 class EZTHUMBNAILS_API PictureThumbnailGenerator : public ezThumbnailGenerator {
 public:
     /// Pixels that an original may have: those of the largest sensors in telephones, 16320 by 12240.
@@ -36,6 +39,9 @@ public:
     static constexpr int kMaxScans = 64;
     /// Bytes of a source: beyond a JPEG of so many pixels with the least compression.
     static constexpr uint32 kMaxSourceBytes = 512U << 20;
+    /// Bytes of a PNG's picture data that may follow its last pixels: the end of the data takes some ten, and
+    /// some encoders pad it. A byte may inflate to a thousand, so these cost less than a small picture.
+    static constexpr uint32 kMaxAfterPixels = 16384;
     /// Pixels that a thumbnail may have: the largest picture of DLNA's JPEG profiles, 4096 by 4096.
     static constexpr uint32 kMaxThumbnailPixels = 4096 * 4096;
 
@@ -48,4 +54,14 @@ public:
     /// than it is wanted, and be enlarged.
     bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                         ezFile* aFile) override;
+
+    /// Whether the last picture that was refused for its cost was one of this item, by identity and path.
+    bool HasMetCost(const ThumbnailInfo& anInfo) const;
+    /// Takes the note of it away.
+    void ForgetCost() { mfCostMet = false; }
+
+private:
+    bool mfCostMet = false;
+    ezCString mCostlyItem;
+    ezCString mCostlyPath;
 };

@@ -2,6 +2,7 @@
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
+#include "ezThumbnails/CostlyThumbnailProvider.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
@@ -88,12 +89,13 @@ class ThumbnailHost {
 public:
     explicit ThumbnailHost(const ezCString& aCacheFolder)
         : mCache(aCacheFolder, kCacheBytes, kCacheFiles), mManager(&mCache, new PictureThumbnailGenerator) {
-        ezThumbnailGenerator* generator = mManager.GetThumbnailGenerator(); // lent
+        auto* generator = static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // lent
         // The manager deletes them all. Those added first are asked first.
         mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
         mManager.Add(new PosterProvider(generator));
         mManager.Add(new SidecarThumbnailProvider(generator));
         mManager.Add(new CoverThumbnailProvider(generator));
+        mManager.Add(new CostlyThumbnailProvider(generator)); // last: what no other could afford
         mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
     }
 

@@ -12,7 +12,7 @@ namespace {
 const std::string kHarbour = EZ_SAMPLES "/pictures/harbour.jpg";
 const std::string kItself = "built from the picture itself";
 const std::string kCached = "from the cache";
-const std::string kNone = "no thumbnail: it is no JPEG or PNG, has no cover, and no picture beside it; "
+const std::string kNone = "no thumbnail: it is no JPEG or PNG that is read, has no cover, and no picture beside it; "
                           "--default gives the generic one\n";
 const std::string kDamaged =
     "no thumbnail: its picture is damaged, too large, or of a kind that is not read\n";

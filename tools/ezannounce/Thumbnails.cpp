@@ -6,6 +6,7 @@
 
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/files/File.h"
+#include "ezThumbnails/CostlyThumbnailProvider.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
@@ -130,6 +131,9 @@ Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeft
     mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));
     mManager.Add(NewProvider<CoverThumbnailProvider>());
     mManager.Add(NewProvider<SidecarsButOne>(aLeftOut));
+    // Not traced: it builds nothing.
+    mManager.Add(new CostlyThumbnailProvider(
+        static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator())));
     mManager.SetDefaultProvider(NewProvider<GenericPictures>());
 }
 
@@ -188,8 +192,9 @@ void Thumbnails::Explain(const ThumbnailInfo& anInfo, bool afGeneric, Thumbnail&
     } else if (mTrace.mfFailed) {
         aThumbnail.mReason = "no thumbnail: its picture is damaged, too large, or of a kind that is not read";
     } else {
-        aThumbnail.mReason = "no thumbnail: it is no JPEG or PNG, has no cover, and no picture beside it; "
-                             "--default gives the generic one";
+        aThumbnail.mReason =
+            "no thumbnail: it is no JPEG or PNG that is read, has no cover, and no picture beside it; "
+            "--default gives the generic one";
     }
 }
 

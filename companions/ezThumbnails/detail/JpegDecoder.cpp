@@ -107,7 +107,13 @@ struct JpegDecoder::State {
     static State* Of(j_common_ptr anInfo) { return static_cast<State*>(anInfo->client_data); }
     static State* Of(j_decompress_ptr anInfo) { return static_cast<State*>(anInfo->client_data); }
 
-    [[noreturn]] static void OnError(j_common_ptr anInfo) { std::longjmp(Of(anInfo)->mEscape, 1); }
+    [[noreturn]] static void OnError(j_common_ptr anInfo) {
+        // What it says when max_memory_to_use would be exceeded; without memory it says something else.
+        if (anInfo->err->msg_code == JERR_NO_BACKING_STORE) {
+            Of(anInfo)->mfTooCostly = true;
+        }
+        std::longjmp(Of(anInfo)->mEscape, 1);
+    }
 
     static void OnMessage(j_common_ptr anInfo, int aLevel) {
         const int code = anInfo->err->msg_code;
@@ -143,8 +149,9 @@ struct JpegDecoder::State {
     }
 
     static void OnProgress(j_common_ptr anInfo) {
-        const State* const state = Of(anInfo);
+        State* const state = Of(anInfo);
         if (state->mInfo.input_scan_number > PictureThumbnailGenerator::kMaxScans) {
+            state->mfTooCostly = true;
             OnError(anInfo);
         }
     }
@@ -240,6 +247,7 @@ struct JpegDecoder::State {
     AreaScaler mScaler;
     JSAMPARRAY mRow = nullptr; ///< one, of the library
     bool mfExif = false;       ///< the first one counts
+    bool mfTooCostly = false;
     unsigned char mApp1[kMaxApp1] = {};
 };
 
@@ -252,11 +260,17 @@ bool JpegDecoder::ReadHeader(PictureHeader* aHeader) {
         return false;
     }
     *aHeader = mState->mHeader;
-    return IsWithinLimits(aHeader->mWidth, aHeader->mHeight);
+    return IsWithinLimits(*aHeader);
 }
 
 bool JpegDecoder::Decode(const PictureWish& aWish, Picture* aResult) {
     mState->mWish = aWish;
+    const bool fDecoded = DecodeRows(aWish, aResult);
+    mfTooCostly = mState->mfTooCostly;
+    return fDecoded;
+}
+
+bool JpegDecoder::DecodeRows(const PictureWish& aWish, Picture* aResult) {
     if (!mState->Run(State::Start)) {
         return false;
     }

@@ -32,6 +32,12 @@ public:
     /// Decodes all of the picture, up to the end that it states, in the size of the wish.
     virtual bool Decode(const PictureWish& aWish, Picture* aResult) = 0;
 
+    /// Whether an operation failed since the picture would cost more than it may, and not for damage.
+    bool IsTooCostly() const { return mfTooCostly; }
+
+protected:
     /// Whether a picture of these sides may be decoded.
-    static bool IsWithinLimits(uint32 aWidth, uint32 aHeight);
+    bool IsWithinLimits(const PictureHeader& aHeader);
+
+    bool mfTooCostly = false;
 };

@@ -17,6 +17,7 @@ bool PictureReader::Append() {
     count = fBytes ? std::min(count, asked) : 0;
     mfEnd = status != ezStreamingStatus_NoError || count > mLeft;
     if (count > mLeft) {
+        mfPastLimit = true;
         return false;
     }
     mLeft -= count;

@@ -31,6 +31,8 @@ public:
     bool Fill();
     /// Copies exactly so many bytes, and moves behind them. False when there are not so many.
     bool Read(unsigned char* aBuffer, std::size_t aCount);
+    /// Whether the stream went on after the limit.
+    bool IsPastLimit() const { return mfPastLimit; }
 
 private:
     bool Append();
@@ -43,5 +45,6 @@ private:
     std::size_t mCount = 0;
     std::size_t mOffset = 0;
     bool mfEnd = false;
+    bool mfPastLimit = false;
     PictureBytes mBlock = NewPictureBytes(kBlock); ///< null without memory for it: nothing is read
 };

@@ -14,11 +14,9 @@
 
 namespace {
 
-/// What a chunk that is kept may take: an Exif block is far below.
-constexpr png_alloc_size_t kMaxChunk = 1 << 20;
-
-/// The largest block that the codec may take. It asks for as much as some chunks (eXIf) state, whatever the
-/// limit on chunks; the largest row of an allowed picture stays well below.
+/// The largest block that the codec may take, and so the largest chunk that is kept, which is one of eXIf;
+/// those that are passed over have no bound. Some versions of the codec ask for as much as an eXIf states,
+/// whatever the limit on chunks. The largest row of an allowed picture stays well below.
 constexpr png_alloc_size_t kMaxBlock = 4 << 20;
 
 /// Chunks of no use here that can be large or many: they are skipped, their check sums looked at.
@@ -74,9 +72,24 @@ struct PngDecoder::State {
     static void OnFree(png_structp /*aPng*/, png_voidp aBlock) { ezFree(aBlock); }
 
     static void OnRead(png_structp aPng, png_bytep aBuffer, std::size_t aCount) {
-        if (!static_cast<State*>(png_get_io_ptr(aPng))->mReader->Read(aBuffer, aCount)) {
+        State* const state = static_cast<State*>(png_get_io_ptr(aPng));
+        if (state->mfAfterPixels) {
+            // The library inflates all that is left of the data, whatever the picture holds.
+            state->mAfterPixels += aCount;
+            if (state->mAfterPixels > PictureThumbnailGenerator::kMaxAfterPixels) {
+                state->mfTooCostly = true;
+                png_error(aPng, "no end after the pixels");
+            }
+        }
+        if (!state->mReader->Read(aBuffer, aCount)) {
             png_error(aPng, "cut short");
         }
+    }
+
+    /// Called of every row that has pixels, in every pass, once its bytes are inflated.
+    static void OnInflated(png_structp aPng, png_row_infop /*aRow*/, png_bytep /*aData*/) {
+        State* const state = static_cast<State*>(png_get_io_ptr(aPng));
+        state->mfAfterPixels = --state->mRowsToInflate == 0;
     }
 
     // ---- the steps ----
@@ -95,7 +108,7 @@ struct PngDecoder::State {
         png_set_read_fn(png, aState, OnRead);
         png_set_crc_action(png, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
         png_set_user_limits(png, PictureThumbnailGenerator::kMaxSide, PictureThumbnailGenerator::kMaxSide);
-        png_set_chunk_malloc_max(png, kMaxChunk);
+        png_set_chunk_malloc_max(png, kMaxBlock);
         png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, kSkippedChunks, kSkippedChunkCount);
         png_read_info(png, aState->mInfo);
         aState->mHeader.mWidth = png_get_image_width(png, aState->mInfo);
@@ -127,6 +140,8 @@ struct PngDecoder::State {
     static void Start(State* aState) {
         SetTransformations(aState);
         aState->mPasses = png_set_interlace_handling(aState->mPng);
+        aState->mRowsToInflate = aState->CountRows();
+        png_set_read_user_transform_fn(aState->mPng, OnInflated);
         png_read_update_info(aState->mPng, aState->mInfo);
         aState->mChannels = png_get_channels(aState->mPng, aState->mInfo);
         aState->mRowBytes = png_get_rowbytes(aState->mPng, aState->mInfo);
@@ -137,6 +152,7 @@ struct PngDecoder::State {
             png_read_row(aState->mPng, aState->mRows.get(), nullptr);
             aState->TakeRow(aState->mRows.get());
         }
+        aState->mfAfterPixels = false; // from here on nothing is inflated
         png_read_end(aState->mPng, nullptr);
     }
 
@@ -147,10 +163,23 @@ struct PngDecoder::State {
                 png_read_row(aState->mPng, aState->mRows.get() + aState->mRowBytes * y, nullptr);
             }
         }
+        aState->mfAfterPixels = false;
         png_read_end(aState->mPng, nullptr);
         for (uint32 y = 0; y < aState->mHeader.mHeight; ++y) {
             aState->TakeRow(aState->mRows.get() + aState->mRowBytes * y);
         }
+    }
+
+    /// The rows that have pixels, in all passes together (PNG 1.2, 8.2).
+    uint32 CountRows() const {
+        if (mPasses == 1) {
+            return mHeader.mHeight;
+        }
+        uint32 rows = 0;
+        for (int pass = 0; pass < mPasses; ++pass) {
+            rows += PNG_PASS_COLS(mHeader.mWidth, pass) != 0 ? PNG_PASS_ROWS(mHeader.mHeight, pass) : 0;
+        }
+        return rows;
     }
 
     void TakeRow(unsigned char* aRow) {
@@ -163,7 +192,8 @@ struct PngDecoder::State {
     bool AllocateRows() {
         const std::uint64_t bytes =
             static_cast<std::uint64_t>(mRowBytes) * (mPasses > 1 ? mHeader.mHeight : 1);
-        if (bytes > PictureThumbnailGenerator::kMaxMemory) {
+        mfTooCostly = bytes > PictureThumbnailGenerator::kMaxMemory;
+        if (mfTooCostly) {
             return false;
         }
         mRows = NewPictureBytes(static_cast<std::size_t>(bytes));
@@ -181,6 +211,10 @@ struct PngDecoder::State {
     uint32 mChannels = 0;
     std::size_t mRowBytes = 0;
     PictureBytes mRows; ///< one, or all when interlaced
+    uint32 mRowsToInflate = 0;
+    bool mfAfterPixels = false;   ///< the rows are inflated, and what is read is more of their data
+    std::size_t mAfterPixels = 0; ///< bytes read of that
+    bool mfTooCostly = false;
 };
 
 PngDecoder::PngDecoder(PictureReader* aReader) : mState(std::make_unique<State>(aReader)) {}
@@ -192,11 +226,17 @@ bool PngDecoder::ReadHeader(PictureHeader* aHeader) {
         return false;
     }
     *aHeader = mState->mHeader; // 0 by 0 when there was no memory
-    return IsWithinLimits(aHeader->mWidth, aHeader->mHeight);
+    return IsWithinLimits(*aHeader);
 }
 
 bool PngDecoder::Decode(const PictureWish& aWish, Picture* aResult) {
     mState->mWish = aWish;
+    const bool fDecoded = DecodeRows(aWish, aResult);
+    mfTooCostly = mState->mfTooCostly;
+    return fDecoded;
+}
+
+bool PngDecoder::DecodeRows(const PictureWish& aWish, Picture* aResult) {
     if (!mState->Run(State::Start) || !mState->AllocateRows()) {
         return false;
     }

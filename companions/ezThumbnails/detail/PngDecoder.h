@@ -17,6 +17,8 @@ public:
     bool Decode(const PictureWish& aWish, Picture* aResult) override;
 
 private:
+    bool DecodeRows(const PictureWish& aWish, Picture* aResult);
+
     struct State;
     std::unique_ptr<State> mState;
 };

@@ -57,6 +57,7 @@ private:
 
 constexpr std::size_t kFewBytes = 40'000;
 constexpr std::size_t kLittleMemory = 16U << 20;
+constexpr std::size_t kMaxChunk = 4U << 20; ///< of a PNG, where it is kept
 
 class BadPicture : public ThumbnailGenerator {
 protected:
@@ -131,20 +132,47 @@ TEST_F(BadPicture, ThatWouldHoldTooMuchMemoryIsRefusedBeforeItIsDecoded) {
 
 TEST_F(BadPicture, OfTooManyScansIsRefused) {
     for (const int scans : {64, 65, 127}) {
-        std::vector<jpeg_scan_info> script(1, jpeg_scan_info{1, {0}, 0, 0, 0, 0});
-        for (int band = 1; band <= 63; ++band) {
-            script.push_back({1, {0}, band, band, 0, 1});
-        }
-        for (int band = 1; band <= 63; ++band) {
-            script.push_back({1, {0}, band, band, 1, 0});
-        }
-        const std::string source =
-            MakeJpeg(Noise(64, 64, 1), JCS_GRAYSCALE, [&script, scans](jpeg_compress_struct* anInfo) {
-                anInfo->scan_info = script.data();
-                anInfo->num_scans = scans;
-            });
+        const std::string source = OfScans(scans);
         EXPECT_EQ(Fails(source), scans > PictureThumbnailGenerator::kMaxScans) << scans;
     }
+}
+
+TEST_F(BadPicture, APngWhoseDataGoOnAfterItsPixelsIsRefusedThere) {
+    constexpr std::size_t kMax = PictureThumbnailGenerator::kMaxAfterPixels;
+    for (const bool fInterlaced : {false, true}) {
+        for (const std::size_t more : {std::size_t{0}, std::size_t{1}, kMax / 2, kMax * 2, kMax * 40}) {
+            const std::string png = StoredPng(100, 50, fInterlaced, more);
+            std::size_t read = 0;
+            EXPECT_EQ(Fails(BytesSource(new CountedStream(png, &read))), more > kMax) << more;
+            EXPECT_LT(read, kFewBytes + kMax) << more;
+        }
+    }
+}
+
+// The passes of narrow and low pictures are partly without pixels.
+TEST_F(BadPicture, AnInterlacedPngOfAnySizeIsTakenWithoutTheDataAfterItsPixels) {
+    for (unsigned width = 1; width <= 9; ++width) {
+        for (unsigned height = 1; height <= 9; ++height) {
+            EXPECT_FALSE(Fails(StoredPng(width, height, true, 5000))) << width << " x " << height;
+            std::size_t read = 0;
+            const std::string png = StoredPng(width, height, true, 500'000);
+            EXPECT_TRUE(Fails(BytesSource(new CountedStream(png, &read)))) << width << " x " << height;
+            EXPECT_LT(read, kFewBytes) << width << " x " << height;
+        }
+    }
+}
+
+TEST_F(BadPicture, APngWithAnExifBlockOverTheBoundIsTakenWithoutIt) {
+    const std::string png = StoredPng(40, 30, false, 0);
+    const std::size_t data = png.find("IDAT") - 4;
+    std::string exif = TiffBlock(6, true);
+    for (const std::size_t count : {kMaxChunk, kMaxChunk + 1}) {
+        exif.resize(count, 'x');
+        const std::string picture = png.substr(0, data) + PngChunk("eXIf", exif) + png.substr(data);
+        EXPECT_EQ(SizeOf(BuildJpeg(picture)), count <= kMaxChunk ? "30x40" : "40x30") << count;
+    }
+    const std::string text = PngChunk("tEXt", "Comment" + std::string(2 * kMaxChunk, '\0'));
+    EXPECT_EQ(SizeOf(BuildJpeg(png.substr(0, data) + text + png.substr(data))), "40x30") << "passed over";
 }
 
 TEST_F(BadPicture, WithMuchBesideThePictureIsTakenWithoutKeepingIt) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -101,6 +102,20 @@ inline std::string MakeJpeg(const TestPicture& aPicture, J_COLOR_SPACE aColours,
     std::string text(reinterpret_cast<char*>(bytes), count);
     std::free(bytes); // NOLINT: the library's block
     return text;
+}
+
+/// A grey progressive JPEG of so many scans, at most 127.
+inline std::string OfScans(int aCount) {
+    std::vector<jpeg_scan_info> script(1, jpeg_scan_info{1, {0}, 0, 0, 0, 0});
+    for (const bool fFirst : {true, false}) {
+        for (int band = 1; band <= 63; ++band) {
+            script.push_back({1, {0}, band, band, fFirst ? 0 : 1, fFirst ? 1 : 0});
+        }
+    }
+    return MakeJpeg(Noise(64, 64, 1), JCS_GRAYSCALE, [&script, aCount](jpeg_compress_struct* anInfo) {
+        anInfo->scan_info = script.data();
+        anInfo->num_scans = aCount;
+    });
 }
 
 /// What a JPEG is, and its pixels as RGB; one black pixel, and warnings, for what is no JPEG. A damaged one
@@ -226,6 +241,50 @@ inline std::uint32_t PngCheckSum(const std::string& aText, std::size_t anOffset,
         }
     }
     return ~sum;
+}
+
+/// A chunk of a PNG with its check sum.
+inline std::string PngChunk(const std::string& aType, const std::string& aData) {
+    std::string chunk(4, '\0');
+    PutBig32(&chunk, 0, static_cast<std::uint32_t>(aData.size()));
+    chunk += aType + aData + std::string(4, '\0');
+    PutBig32(&chunk, chunk.size() - 4, PngCheckSum(chunk, 4, 4 + aData.size()));
+    return chunk;
+}
+
+/// The zeros of PNG data, stored (RFC 1950, RFC 1951 3.2.4): what inflates them finds them as they are.
+inline std::string StoredZeros(std::size_t aCount) {
+    std::string text = "\x78\x01";
+    std::size_t left = aCount;
+    do {
+        const std::size_t count = std::min<std::size_t>(left, 65535);
+        left -= count;
+        const auto low = static_cast<char>(count & 0xFF);
+        const auto high = static_cast<char>(count >> 8);
+        text += left == 0 ? '\1' : '\0';
+        text += {low, high, static_cast<char>(~low), static_cast<char>(~high)};
+        text.append(count, '\0');
+    } while (left != 0);
+    text += std::string(4, '\0');
+    PutBig32(&text, text.size() - 4, static_cast<std::uint32_t>(aCount % 65521) << 16 | 1);
+    return text;
+}
+
+/// A black PNG of 8-bit grey whose data go on by so many bytes after its pixels.
+inline std::string StoredPng(std::uint32_t aWidth, std::uint32_t aHeight, bool afInterlaced,
+                             std::size_t aMore) {
+    std::size_t count = 0;
+    for (int pass = 0; pass < (afInterlaced ? 7 : 1); ++pass) {
+        const std::size_t width = afInterlaced ? PNG_PASS_COLS(aWidth, pass) : aWidth;
+        const std::size_t height = afInterlaced ? PNG_PASS_ROWS(aHeight, pass) : aHeight;
+        count += width != 0 ? (width + 1) * height : 0;
+    }
+    std::string header(8, '\0');
+    PutBig32(&header, 0, aWidth);
+    PutBig32(&header, 4, aHeight);
+    header += {8, PNG_COLOR_TYPE_GRAY, 0, 0, static_cast<char>(afInterlaced ? 1 : 0)};
+    return "\x89PNG\r\n\x1A\n" + PngChunk("IHDR", header) + PngChunk("IDAT", StoredZeros(count + aMore)) +
+           PngChunk("IEND", "");
 }
 
 /// States another size in a PNG's header, and the check sum that fits.

@@ -6,17 +6,18 @@
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/containers/CustomHashTable.h"
+#include "ezPlatform/containers/HashTable.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/files/Dir.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/TextFile.h"
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -161,7 +162,30 @@ bool IsAudioOrVideo(const ezCString& aMimeType) {
 }
 
 /// A record's place by profile name, so that a table of many profiles is not walked for each entry.
-using ProfileIndex = std::unordered_map<std::string_view, std::size_t>;
+class ProfileIndex {
+public:
+    ProfileIndex() : mTable(ezHashTable_New()) {}
+    ~ProfileIndex() { ezHashTable_Delete(mTable); }
+    ProfileIndex(const ProfileIndex&) = delete;
+    ProfileIndex& operator=(const ProfileIndex&) = delete;
+
+    std::optional<std::size_t> Find(std::string_view aProfile) const {
+        const void* const place = ezHashTable_GetEntry(mTable, aProfile.data(), aProfile.size());
+        return place != nullptr ? std::optional(reinterpret_cast<std::uintptr_t>(place) - 1) : std::nullopt;
+    }
+    /// Of places under one name the first stays.
+    void Add(std::string_view aProfile, std::size_t aPlace) {
+        if (!Find(aProfile)) {
+            // A number in the place of a pointer: nothing follows it, and no optimisation is lost on it.
+            // NOLINTNEXTLINE(performance-no-int-to-ptr)
+            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(),
+                                 reinterpret_cast<void*>(aPlace + 1));
+        }
+    }
+
+private:
+    ezHashTable* mTable;
+};
 
 } // namespace
 
@@ -374,17 +398,17 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
     ezArray* records = ezArray_New();
     ezArray_SetFreeFunc(records, DLNAProfileEntry_Free);
     ezArray_SetSortFunc(records, DLNAProfileEntry_Sort);
-    ProfileIndex index; // by the names in the records; a record that takes another's place has the same name
+    ProfileIndex index; // a record that takes another's place has the same name
     for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
         DLNAProfileEntry* record = new DLNAProfileEntry(*EntryAt(mEntryArray, i));
         ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
-        const auto found = index.find(ezDLNAProtocolInfo_GetProfile(info));
-        if (found == index.end()) {
-            index.emplace(ezDLNAProtocolInfo_GetProfile(info), ezArray_GetCount(records));
+        const std::optional<std::size_t> found = index.Find(ezDLNAProtocolInfo_GetProfile(info));
+        if (!found) {
+            index.Add(ezDLNAProtocolInfo_GetProfile(info), ezArray_GetCount(records));
             ezArray_Append(records, record);
             continue;
         }
-        const std::size_t place = found->second;
+        const std::size_t place = *found;
         DLNAProfileEntry* known = RecordAt(records, place);
         const ezCString speeds =
             record->GetPlaySpeedMediaEnabled()
@@ -392,8 +416,6 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
                 : ezCString();
         ezDLNAProtocolInfo_MergePlaySpeeds(known->GetDLNAProtocolInfo(), speeds.c_str());
         if (record->CanSupportPlaySpeed() && !known->CanSupportPlaySpeed()) {
-            index.erase(found); // its key is a text of the record that goes
-            index.emplace(ezDLNAProtocolInfo_GetProfile(info), place);
             ezArray_SetAt(records, place, record);
         } else {
             delete record;
@@ -406,15 +428,15 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
 bool DLNAMediaMapper::MergeBackProfileArray(ezArray* anArray, bool* afProfileChanged) {
     ProfileIndex index;
     for (std::size_t i = 0; i < ezArray_GetCount(anArray); ++i) {
-        index.emplace(ezDLNAProtocolInfo_GetProfile(RecordAt(anArray, i)->GetDLNAProtocolInfo()), i);
+        index.Add(ezDLNAProtocolInfo_GetProfile(RecordAt(anArray, i)->GetDLNAProtocolInfo()), i);
     }
     bool fAnyChanged = false;
     bool fAnyProfileChanged = false;
     for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
         Entry* entry = EntryAt(mEntryArray, i);
-        const auto found = index.find(entry->mProfile.View());
+        const std::optional<std::size_t> found = index.Find(entry->mProfile.View());
         bool fProfileChanged = false;
-        if (found != index.end() && RecordAt(anArray, found->second)->MergeBack(*entry, &fProfileChanged)) {
+        if (found && RecordAt(anArray, *found)->MergeBack(*entry, &fProfileChanged)) {
             fAnyChanged = true;
             fAnyProfileChanged = fAnyProfileChanged || fProfileChanged;
         }

@@ -8,9 +8,9 @@
 
 #include <array>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 // A trace carries the source and line; it is formatted only where the level lets it through.
@@ -86,7 +86,7 @@ const char* FirstString(const ezPtrList* aList) {
 }
 
 /// Extensions in the order added, each once. A short list, which is the usual one, is walked and takes no
-/// memory besides its own; beyond that a set keeps the cost of adding from growing.
+/// memory besides its own; beyond that a table keeps the cost of adding from growing.
 class DistinctExtensions {
 public:
     void Add(const char* anExtension) {
@@ -95,12 +95,17 @@ public:
                 return;
             }
         } else {
-            for (std::size_t i = 0; mKnown.size() < kWalkedSize; ++i) {
-                mKnown.emplace(mList.GetAt(i).View());
+            if (mKnown == nullptr) {
+                mKnown.reset(ezHashTable_New());
+                for (std::size_t i = 0; i < kWalkedSize; ++i) {
+                    Note(mList.GetAt(i).View());
+                }
             }
-            if (!mKnown.emplace(anExtension).second) {
+            const std::string_view extension(anExtension);
+            if (ezHashTable_GetEntry(mKnown.get(), extension.data(), extension.size()) != nullptr) {
                 return;
             }
+            Note(extension);
         }
         mList.Add(anExtension);
     }
@@ -110,8 +115,16 @@ public:
 private:
     static constexpr std::size_t kWalkedSize = 16;
 
+    struct TableDeleter {
+        void operator()(ezHashTable* aTable) const { ezHashTable_Delete(aTable); }
+    };
+
+    void Note(std::string_view anExtension) {
+        ezHashTable_AddEntry(mKnown.get(), anExtension.data(), anExtension.size(), this);
+    }
+
     ezCSVStringList mList = ezCSVStringList::WithSeparator(kExtensionListSeparator);
-    std::unordered_set<std::string> mKnown; ///< empty while the list is walked
+    std::unique_ptr<ezHashTable, TableDeleter> mKnown; ///< null while the list is walked
 };
 
 } // namespace

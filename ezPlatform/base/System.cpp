@@ -7,7 +7,20 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#if __has_include(<sys/random.h>)
+#include <sys/random.h>
+#endif
+
 namespace {
+
+ssize_t GetRandom([[maybe_unused]] void* aBuffer, [[maybe_unused]] std::size_t aSize) {
+#ifdef GRND_NONBLOCK
+    return getrandom(aBuffer, aSize, GRND_NONBLOCK);
+#else
+    errno = ENOSYS; // no call of POSIX
+    return -1;
+#endif
+}
 
 DIR* OpenDir(int aFolder) {
     const int own = openat(aFolder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -54,6 +67,7 @@ const ezSystemCalls kReal = {
     },
     [](int aFolder, const char* aFrom, const char* aTo) { return renameat(aFolder, aFrom, aFolder, aTo); },
     [](int aFolder, const char* aName) { return unlinkat(aFolder, aName, 0); },
+    GetRandom,
 };
 
 const ezSystemCalls* gCalls = &kReal;

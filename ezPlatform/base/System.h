@@ -35,6 +35,8 @@ struct ezSystemCalls {
     int (*mLStatAt)(int aFolder, const char* aName, struct stat* aStatus);
     int (*mRenameAt)(int aFolder, const char* aFrom, const char* aTo);
     int (*mUnlinkAt)(int aFolder, const char* aName);
+    ssize_t (*mGetRandom)(void* aBuffer,
+                          std::size_t aSize); ///< does not wait: fails where there are none yet
 };
 
 /// The calls in force.

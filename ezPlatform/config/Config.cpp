@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -25,18 +24,17 @@ struct Key {
     bool mfInReadWrite;
 };
 
-std::uint32_t HashNoCase(std::string_view aName) {
-    return ezHashSlots::Hash(ezCString(aName).Lower().View());
-}
-
 bool IsEqualNoCase(std::string_view aLeft, std::string_view aRight) {
     return std::equal(aLeft.begin(), aLeft.end(), aRight.begin(), aRight.end(),
                       [](char aCharacter, char anOther) { return ezLower(aCharacter) == ezLower(anOther); });
 }
 
 struct Section {
+    std::string mName;
     std::vector<Key> mKeys;
     ezHashSlots mSlots; ///< places by the name, without case
+
+    const Key* Find(std::string_view aName) const { return Find(aName, ezHashSlots::HashNoCase(aName)); }
 
     const Key* Find(std::string_view aName, std::uint32_t aHash) const {
         const std::size_t found = mSlots.Find(
@@ -45,7 +43,7 @@ struct Section {
     }
 
     void Set(std::string_view aName, std::string_view aValue, bool afReadWrite) {
-        const std::uint32_t hash = HashNoCase(aName);
+        const std::uint32_t hash = ezHashSlots::HashNoCase(aName);
         const Key* known = Find(aName, hash);
         if (known == nullptr) {
             mKeys.push_back({aName, aValue, afReadWrite});
@@ -82,15 +80,30 @@ std::string_view TakeLine(std::string_view& aRest) {
 
 struct ezConfig::Contents {
     std::vector<std::unique_ptr<ezDataBuffer>> mTexts; ///< of the files that have a key
-    std::unordered_map<std::string, Section> mSections;
+    std::vector<Section> mSections;
+    ezHashSlots mSlots; ///< places by the name
 
     void ReadFile(const ezCString& aPath, bool afReadWrite);
     /// True when there is a key in it: then the text is to stay.
     bool ReadText(std::string_view aText, bool afReadWrite);
 
+    const Section* Find(std::string_view aSection, std::uint32_t aHash) const {
+        const std::size_t found =
+            mSlots.Find(aHash, [&](std::size_t anIndex) { return mSections[anIndex].mName == aSection; });
+        return found != 0 ? &mSections[found - 1] : nullptr;
+    }
     const Section* Find(const ezCString& aSection) const {
-        const auto found = mSections.find(std::string(aSection.View()));
-        return found != mSections.end() ? &found->second : nullptr;
+        return Find(aSection.View(), ezHashSlots::Hash(aSection.View()));
+    }
+    /// The place of a section, which is made if need be.
+    std::size_t PlaceOf(std::string_view aSection) {
+        const std::uint32_t hash = ezHashSlots::Hash(aSection);
+        if (const Section* known = Find(aSection, hash)) {
+            return static_cast<std::size_t>(known - mSections.data());
+        }
+        mSections.push_back({std::string(aSection), {}, {}});
+        mSlots.Add(hash);
+        return mSections.size() - 1;
     }
 };
 
@@ -144,7 +157,7 @@ bool ezConfig::Contents::ReadText(std::string_view aText, bool afReadWrite) {
             continue;
         }
         if (section == nullptr) {
-            section = &mSections[name];
+            section = &mSections[PlaceOf(name)]; // no other one is made before it is dropped
         }
         section->Set(key, ezTrimmed(line.substr(equals + 1)), afReadWrite);
         fAnyKey = true;
@@ -199,7 +212,7 @@ ezCString ezConfig::GetCString(const ezCString& aSection, const ezCString& aKey,
     if (section == nullptr) {
         return aDefault;
     }
-    const Key* key = section->Find(aKey.View(), HashNoCase(aKey.View()));
+    const Key* key = section->Find(aKey.View());
     return key != nullptr ? ezCString(key->mValue) : aDefault;
 }
 

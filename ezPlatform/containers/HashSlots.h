@@ -1,17 +1,23 @@
 #pragma once
 
+#include "ezPlatform/containers/HashKey.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string_view>
 #include <vector>
 
 /// Finds items that lie elsewhere, by hash: it knows their hashes and their places in the order added, and
-/// leaves comparing to its user. Not installed.
+/// leaves comparing to its user. All tables of texts are made of it, so that none of them hashes without a
+/// key. Not installed.
 class ezHashSlots {
 public:
     static std::uint32_t Hash(std::string_view aKey) {
-        return static_cast<std::uint32_t>(std::hash<std::string_view>()(aKey));
+        return static_cast<std::uint32_t>(ezHashKey_Hash(ezHashKey_OfProcess(), aKey));
+    }
+    /// For keys that are compared without the case of A to Z.
+    static std::uint32_t HashNoCase(std::string_view aKey) {
+        return static_cast<std::uint32_t>(ezHashKey_HashNoCase(ezHashKey_OfProcess(), aKey));
     }
 
     /// 1 + the index of the item of this hash for which aIsIt(index) holds, or 0.

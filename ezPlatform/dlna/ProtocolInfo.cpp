@@ -1,6 +1,7 @@
 #include "ezPlatform/dlna/ProtocolInfo.h"
 
 #include "ezPlatform/base/Memory.h"
+#include "ezPlatform/containers/DistinctTexts.h"
 #include "ezPlatform/text/CString.h"
 #include "ezPlatform/text/StringList.h"
 
@@ -11,7 +12,6 @@
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -226,12 +226,12 @@ void ezDLNAProtocolInfo::Remove(std::string_view aName) {
 }
 
 void ezDLNAProtocolInfo::Read4thField(std::string_view aText) {
-    std::unordered_set<std::string_view> met;
+    ezDistinctTexts met;
     while (!aText.empty()) {
         const std::string_view parameter = TakeParameter(aText);
         const std::size_t equals = parameter.find('=');
         const std::string_view name = ezTrimmed(parameter.substr(0, equals));
-        if (equals == std::string_view::npos || name.empty() || !met.insert(name).second) {
+        if (equals == std::string_view::npos || name.empty() || !met.Add(name)) {
             continue; // "*", an empty parameter, or a second one of the same name
         }
         const std::string_view value = parameter.substr(equals + 1);
@@ -242,13 +242,13 @@ void ezDLNAProtocolInfo::Read4thField(std::string_view aText) {
 }
 
 void ezDLNAProtocolInfo::AddOthers(const std::vector<std::pair<std::string, std::string>>& anOthers) {
-    std::unordered_set<std::string_view> known;
+    ezDistinctTexts known;
     for (const auto& own : mOthers) {
-        known.insert(own.first);
+        known.Add(own.first);
     }
     std::vector<std::pair<std::string, std::string>> added;
     for (const auto& other : anOthers) {
-        if (known.insert(other.first).second) {
+        if (known.Add(other.first)) {
             added.push_back(other);
         }
     }

@@ -1,4 +1,5 @@
 #include "ezPlatform/containers/HashTable.h"
+#include "ezPlatform/containers/HashSlots.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -237,7 +238,7 @@ TEST(HashTable, KeysOfOneHashAreKeptApart) {
     std::string second;
     for (int i = 0; first.empty(); ++i) {
         const std::string key = std::to_string(i);
-        const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(key));
+        const auto hash = ezHashSlots::Hash(key);
         const auto place = seen.emplace(hash, key);
         if (!place.second) {
             first = place.first->second;

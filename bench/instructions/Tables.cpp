@@ -3,7 +3,15 @@
 #include "bench/TypesTables.h"
 #include "bench/instructions/Instructions.h"
 
+#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/config/Config.h"
+#include "ezPlatform/dlna/ProtocolInfo.h"
+#include "support/CollidingTexts.h"
+#include "support/TemporaryFolder.h"
+
+#include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace {
@@ -22,6 +30,38 @@ double LookupCost(ExtensionMimeTypeMatcher& aMatcher, std::size_t aSize, Lookup 
         for (const ezCString& text : texts) {
             Require((aMatcher.*aLookup)(text) != nullptr, "every key is found");
         }
+    });
+}
+
+/// The 4th field of a television whose parameters were chosen to meet in one place of a table.
+double ChosenParametersCost(std::size_t aCount) {
+    std::string text = "http-get:*:video/mpeg:DLNA.ORG_PN=MPEG_PS_PAL";
+    for (const std::string& name : CollidingTexts(aCount)) {
+        text += ";" + name + "=1";
+    }
+    return Instructions_OfUnit(aCount, [&] {
+        ezDLNAProtocolInfo* const info = ezDLNAProtocolInfo_New(text.c_str(), 0, 0);
+        char* const written = ezDLNAProtocolInfo_Get4thFieldStr(info);
+        Require(std::strlen(written) > aCount, "the parameters are kept");
+        ezFree(written);
+        ezDLNAProtocolInfo_Delete(info);
+    });
+}
+
+/// An ini file whose keys were chosen so.
+double ChosenKeysCost(std::size_t aCount) {
+    std::string text = "[Keys]\n";
+    const std::vector<std::string> keys = CollidingTexts(aCount);
+    for (const std::string& key : keys) {
+        text += key + "=1\n";
+    }
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("keys.ini", text);
+    const ezCString place(folder.GetPath().c_str());
+    return Instructions_OfUnit(aCount, [&] {
+        const ezConfig config(place, place, "keys.ini");
+        Require(config.GetKeyCount("Keys", true) == aCount, "the keys are kept");
+        Require(config.GetCString("Keys", keys.back().c_str(), "") == "1", "a key is found");
     });
 }
 
@@ -44,6 +84,9 @@ void PrintTables() {
         return LookupCost(*tables.Load(aSize), aSize, &ExtensionMimeTypeMatcher::EntriesFromMimeType,
                           TypesTables_MimeType);
     });
+
+    Instructions_PrintGrowth("chosen-parameters", {1000, 3000, 10000}, ChosenParametersCost);
+    Instructions_PrintGrowth("chosen-keys", {1000, 3000, 10000}, ChosenKeysCost);
 
     // What one parser adds to a request that another declines.
     const double without =

@@ -138,3 +138,14 @@ TEST(FormatNames, RecordOfAnotherNameIsAdjusted) {
     EXPECT_TRUE(host.Manager().AdjustDLNAInfo(&song));
     EXPECT_EQ(NamingHost::NamesOf(&song), "item.audioItem.musicTrack audio/x-m4a");
 }
+
+TEST(FormatNames, FilesOfSegmentsAreFoundByTheirNames) {
+    const std::string table = ReadWholeFile(EZ_SAMPLES "/mediaCTRLMediaTypes.ini");
+    NamingHost host(table.substr(table.find("[MimeTypes]") + 12));
+    const char* const film = "formats/avc-segments.m4s";
+    for (const char* const name : {"/a.m4s", "/a.dash", "/a.cmfv"}) {
+        EXPECT_EQ(host.Names(film, name), "item.videoItem video/mp4") << name;
+    }
+    EXPECT_EQ(host.Names("formats/aac-only.mp4", "/a.cmfa"), "item.audioItem.musicTrack audio/mp4");
+    EXPECT_EQ(host.Names("formats/aac-only.mp4", "/a.m4s"), "item.audioItem.musicTrack audio/mp4");
+}

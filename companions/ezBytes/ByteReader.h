@@ -79,6 +79,15 @@ public:
         part.mEnd = mfFailed ? part.mPosition : mPosition;
         return part;
     }
+    /// The same where the count is of all bytes, stuffing included.
+    ByteReader TakeStuffed(std::uint64_t aCount) {
+        ByteReader part(*mBytes, mPosition, mPosition);
+        part.mfUnsynchronised = mfUnsynchronised;
+        mPosition += Require(aCount <= GetLeft()) ? aCount : 0;
+        part.mfFailed = mfFailed;
+        part.mEnd = mPosition;
+        return part;
+    }
 
 private:
     ByteReader(ByteSource& aBytes, std::uint64_t aStart, std::uint64_t anEnd)

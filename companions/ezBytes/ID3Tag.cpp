@@ -7,19 +7,25 @@ namespace {
 
 /// What the flags of a frame mean, by version; 0 where the version has no such thing.
 struct FrameFlags {
-    unsigned mUnreadable; ///< compressed or encrypted
+    unsigned mEncrypted;
+    unsigned mCompressed; ///< in 2.3 four bytes follow
     unsigned mGrouped;    ///< a byte follows
     unsigned mUnsynchronised;
     unsigned mHasDataLength; ///< four bytes follow
 };
-constexpr FrameFlags kFlags23 = {0xC0, 0x20, 0, 0};
-constexpr FrameFlags kFlags24 = {0x0C, 0x40, 0x02, 0x01};
+constexpr FrameFlags kFlags23 = {0x40, 0x80, 0x20, 0, 0};
+constexpr FrameFlags kFlags24 = {0x04, 0x08, 0x40, 0x02, 0x01};
 
-bool IsFrameID(const ezCString& anID) {
-    const std::string_view id = anID.View();
-    return !id.empty() && std::all_of(id.begin(), id.end(), [](char aCharacter) {
+bool IsFrameID(std::string_view anID) {
+    return !anID.empty() && std::all_of(anID.begin(), anID.end(), [](char aCharacter) {
         return (aCharacter >= 'A' && aCharacter <= 'Z') || (aCharacter >= '0' && aCharacter <= '9');
     });
+}
+
+/// Three letters, and a blank or a zero where 2.3 has the fourth: one writer's own frames, and its names
+/// of 2.2.
+bool IsShortFrameID(std::string_view anID) {
+    return anID.size() == 4 && (anID[3] == ' ' || anID[3] == '\0') && IsFrameID(anID.substr(0, 3));
 }
 
 } // namespace
@@ -38,10 +44,11 @@ bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag) {
 struct ID3Frames::Frame {
     ezCString mID;
     unsigned mFlags = 0;
+    bool mfNamed = false; ///< false: by no name that there is
 };
 
-ID3Frames::ID3Frames(ByteReader aReader, const ID3Tag& aTag)
-    : mFrames(aReader.Take(aTag.mSize)), mVersion(aTag.mVersion) {
+ID3Frames::ID3Frames(ByteReader aReader, const ID3Tag& aTag, std::uint32_t aMaxInflated)
+    : mInflateLeft(aMaxInflated), mFrames(aReader.Take(aTag.mSize)), mVersion(aTag.mVersion) {
     constexpr unsigned kUnsynchronised = 0x80;
     constexpr unsigned kExtended = 0x40; // in 2.2 it says that all is compressed, in a way never defined
     const bool fExtended = (aTag.mFlags & kExtended) != 0;
@@ -68,17 +75,43 @@ void ID3Frames::SkipExtendedHeader() {
     }
 }
 
-/// True when a frame whose body is to be read next, of a size, is followed by another, by padding, or by
-/// nothing.
+/// What a place is: another frame's, that of the padding or the tag's end, or neither.
+ID3Frames::Place ID3Frames::PlaceOf(ByteReader aReader) const {
+    if (aReader.HasFailed() || aReader.GetLeft() == 0) {
+        return aReader.HasFailed() ? Place::Nowhere : Place::End;
+    }
+    const std::size_t size = mVersion == 2 ? 3 : 4;
+    const ezCString id =
+        aReader.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(size, aReader.GetLeft())));
+    const std::string_view name = id.View();
+    if ((name.size() == size && IsFrameID(name)) || IsShortFrameID(name)) {
+        return Place::Name;
+    }
+    return !name.empty() && name.front() == '\0' ? Place::End : Place::Nowhere;
+}
+
+/// True where a frame stands behind a body of a size that is to be read next, or the end.
 bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
     ByteReader behind = mFrames;
     behind.Skip(aSize);
-    if (behind.HasFailed() || behind.GetLeft() == 0) {
-        return !behind.HasFailed();
+    return StandsAtFrame(behind);
+}
+
+/// The body of a frame, of the size that its header states.
+ByteReader ID3Frames::TakeBody(std::uint64_t aSize) {
+    const ByteReader start = mFrames;
+    ByteReader body = mFrames.Take(aSize);
+    const bool fStuffed = body.HasFailed() || body.GetEnd() - body.GetPosition() != aSize;
+    if (!mFrames.IsUnsynchronised() || !fStuffed) {
+        return body;
     }
-    const ezCString id =
-        behind.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(4, behind.GetLeft())));
-    return !id.IsEmpty() && (id.View().front() == '\0' || (id.View().size() == 4 && IsFrameID(id)));
+    ByteReader counted = start; // the stuffing too
+    const ByteReader all = counted.TakeStuffed(aSize);
+    if (PlaceOf(counted) <= PlaceOf(mFrames)) { // a long padding is come to by any size
+        return body;
+    }
+    mFrames = counted;
+    return all;
 }
 
 /// The size of a frame of 2.4 whose body is to be read next, from what its header states.
@@ -94,41 +127,62 @@ std::uint64_t ID3Frames::SizeOf24(std::uint32_t aStated) const {
 /// Reads the header of a frame; the reader of its body is a failed one where the frames end.
 ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     aFrame->mID = mFrames.ReadText(mVersion == 2 ? 3 : 4);
-    mFrames.Require(IsFrameID(aFrame->mID)); // padding begins with a zero
+    mFrames.Require(!aFrame->mID.IsEmpty() && aFrame->mID.View().front() != '\0'); // padding
     const auto stated = static_cast<std::uint32_t>(mFrames.ReadBig(mVersion == 2 ? 3 : 4));
     aFrame->mFlags = mVersion == 2 ? 0 : static_cast<unsigned>(mFrames.ReadBig(2));
     // Only now, when all of this header has been read: the look behind the frame leaves the bytes at hand.
-    return mFrames.Take(mVersion == 4 ? SizeOf24(stated) : stated);
+    ByteReader body = TakeBody(mVersion == 4 ? SizeOf24(stated) : stated);
+    const std::string_view name = aFrame->mID.View();
+    aFrame->mfNamed = IsFrameID(name) || (IsShortFrameID(name) && name.back() == '\0');
+    mFrames.Require(aFrame->mfNamed || (stated != 0 && StandsAtFrame(mFrames))); // else it is no frame
+    return body;
 }
 
 /// Steps over what the flags put before a frame's content. False when the content cannot be read.
-bool ID3Frames::OpenFrame(ByteReader& aBody, unsigned aFlags) const {
+bool ID3Frames::OpenFrame(ByteReader& aBody, unsigned aFlags) {
     if (mVersion == 2) {
         return true;
     }
     const FrameFlags& flags = mVersion == 3 ? kFlags23 : kFlags24;
-    if ((aFlags & flags.mUnreadable) != 0) {
+    const bool fCompressed = (aFlags & flags.mCompressed) != 0;
+    if ((aFlags & flags.mEncrypted) != 0 || (fCompressed && mInflateLeft == 0)) {
         return false;
+    }
+    std::uint32_t size = mInflateLeft;
+    if (fCompressed && mVersion == 3) {
+        size = aBody.ReadBig32();
     }
     if ((aFlags & flags.mGrouped) != 0) {
         aBody.Skip(1);
     }
     if ((aFlags & flags.mHasDataLength) != 0) {
-        const std::uint32_t length = aBody.ReadSyncsafe32();
-        aBody.Require(length <= aBody.GetLeft()); // stuffing only adds
+        size = aBody.ReadSyncsafe32();
+        aBody.Require(fCompressed || size <= aBody.GetLeft()); // stuffing only adds
     }
     if (mVersion == 4 && (mfUnsynchronised || (aFlags & flags.mUnsynchronised) != 0)) {
         aBody.SetUnsynchronised();
     }
-    return !aBody.HasFailed();
+    return !aBody.HasFailed() && (!fCompressed || Inflate(aBody, size));
+}
+
+/// Puts a reader of the inflated bytes in place of one of the compressed. False when they are more than was
+/// stated, or than is left.
+bool ID3Frames::Inflate(ByteReader& aBody, std::uint32_t aSize) {
+    if (aSize > mInflateLeft) {
+        return false;
+    }
+    mInflateLeft -= aSize;
+    const bool fWhole = mInflated.Inflate(aBody, aSize) == InflatedBytes::Result::Whole;
+    aBody = ByteReader(mInflated);
+    return fWhole;
 }
 
 bool ID3Frames::Next(ezCString* anID, ByteReader* aContent) {
     while (mFrames.GetLeft() != 0) {
         Frame frame;
         *aContent = ReadFrame(&frame);
-        if (!aContent->HasFailed() && OpenFrame(*aContent, frame.mFlags)) {
-            *anID = frame.mID;
+        if (!aContent->HasFailed() && frame.mfNamed && OpenFrame(*aContent, frame.mFlags)) {
+            *anID = frame.mID.BeforeFirst('\0');
             return true;
         }
     }

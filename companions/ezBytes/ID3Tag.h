@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/InflatedBytes.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -19,18 +20,25 @@ struct ID3Tag {
 /// False when no tag stands here; aReader may have failed then.
 bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag);
 
-/// The frames of a tag, one after the other (ID3v2.2 to 2.4). Frames that are compressed or encrypted are
-/// passed over. A tag of another version has none, and neither has one that claims more bytes than there are.
+/// The frames of a tag, one after the other (ID3v2.2 to 2.4). Frames that are encrypted are passed over. A
+/// tag of another version has none, and neither has one that claims more bytes than there are.
 ///
-/// Writers of 2.4 have stated the sizes of frames in plain bytes, where seven bits of each count. Such a size
-/// is read as a plain one where that leads to a frame, the padding or the end, and the other does not.
+/// What writers do otherwise is taken where it leads to a frame, the padding or the end, and what the
+/// standard says does not: sizes of 2.4 in plain bytes, where seven bits of each count; sizes of 2.2 and 2.3
+/// that count the stuffing of unsynchronisation; names of 2.2 and a zero where
+/// four characters belong; and names that are none ("TST "), whose frames are passed over.
 class ID3Frames {
 public:
-    /// aReader stands behind the header of the tag and is left there.
-    ID3Frames(ByteReader aReader, const ID3Tag& aTag);
+    /// @param aReader       stands behind the header of the tag and is left there
+    /// @param aMaxInflated  bytes that the compressed frames of the tag may have together when they are
+    /// inflated: each
+    ///                      one above what is left of that is passed over, and so are all where zlib is
+    ///                      missing. 0 for who needs the place of a content in the file
+    explicit ID3Frames(ByteReader aReader, const ID3Tag& aTag, std::uint32_t aMaxInflated = 0);
 
-    /// The next frame: its name, of three characters in 2.2 and of four later, and a reader of its content,
-    /// which undoes the unsynchronisation. False behind the last one, and where one is damaged.
+    /// The next frame: its name, of three characters in 2.2 and of four later (of three if it is one of 2.2),
+    /// and a reader of its content, which undoes the unsynchronisation and serves until the next call. False
+    /// behind the last one, and where one is damaged.
     bool Next(ezCString* anID, ByteReader* aContent);
 
 private:
@@ -38,10 +46,17 @@ private:
 
     ByteReader ReadFrame(Frame* aFrame);
     std::uint64_t SizeOf24(std::uint32_t aStated) const;
+    ByteReader TakeBody(std::uint64_t aSize);
+    enum class Place { Nowhere, End, Name };
+    Place PlaceOf(ByteReader aReader) const;
+    bool StandsAtFrame(const ByteReader& aReader) const { return PlaceOf(aReader) != Place::Nowhere; }
     bool LeadsOn(std::uint64_t aSize) const;
-    bool OpenFrame(ByteReader& aBody, unsigned aFlags) const;
+    bool OpenFrame(ByteReader& aBody, unsigned aFlags);
+    bool Inflate(ByteReader& aBody, std::uint32_t aSize);
     void SkipExtendedHeader();
 
+    InflatedBytes mInflated; ///< of the last compressed frame
+    std::uint32_t mInflateLeft;
     ByteReader mFrames;
     unsigned mVersion;
     bool mfUnsynchronised;

@@ -33,6 +33,19 @@ std::uint64_t MaxCompressedSize(std::size_t aMaxSize) {
     return 2 * std::uint64_t{aMaxSize} + kHeadAndSum;
 }
 
+/// Reads bytes up to the end of a reader, which does not know how many they are where some may be stuffing.
+std::size_t ReadSome(ByteReader& aReader, unsigned char* aBlock, std::size_t aMaxCount) {
+    std::size_t count = 0;
+    if (!aReader.IsUnsynchronised()) {
+        count = static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), aMaxCount));
+        return aReader.Read(aBlock, count) ? count : 0;
+    }
+    while (count < aMaxCount && aReader.GetLeft() != 0) {
+        aBlock[count++] = aReader.ReadByte();
+    }
+    return aReader.HasFailed() ? 0 : count;
+}
+
 /// zlib's state, which goes with it.
 class Inflater {
 public:
@@ -81,8 +94,9 @@ InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_
     int status = inflater.IsReady() ? Z_OK : Z_MEM_ERROR;
     while (status == Z_OK) {
         if (inflater.NeedsInput()) {
-            const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(inputLeft, input.size()));
-            if (count == 0 || !aCompressed.Read(input.data(), count)) {
+            const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(inputLeft, input.size()));
+            const std::size_t count = ReadSome(aCompressed, input.data(), most);
+            if (count == 0) {
                 return Result::Damaged;
             }
             inputLeft -= count;

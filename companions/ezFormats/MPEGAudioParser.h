@@ -21,8 +21,8 @@
 /// read at one of these places is refused. Only with kParseOption_ParseFullFileIfVBR, and for a varying rate
 /// without a count, all frames of the file are read.
 ///
-/// Texts are those of ID3v2 before the sound, and of APE items, ID3v1 and its enhanced form behind it: for
-/// each the first of these that has it.
+/// Texts are those of ID3v2 before the sound, and of APE items, Lyrics3, ID3v1 and its enhanced form behind
+/// it: for each the first of these that has it.
 ///
 /// One parse costs at most 32 reads, 33 seeks and 512 KiB; where the whole file is read, its bytes and two
 /// reads for each 64 KiB of them more. A source that gives less at a time than it is asked for takes more

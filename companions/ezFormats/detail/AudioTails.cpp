@@ -14,6 +14,7 @@ constexpr std::uint64_t kID3v1Size = 128;
 constexpr std::uint64_t kEnhancedSize = 227;
 constexpr std::uint64_t kAPEFooterSize = 32;
 constexpr std::uint64_t kID3v2HeaderSize = 10;
+constexpr std::string_view kLyricsBegin = "LYRICSBEGIN";
 constexpr std::uint64_t kLyricsEndSize = 9;
 constexpr std::uint64_t kLyricsDigits = 6;
 /// The most that version 1 has between its two words, and the first of these.
@@ -98,17 +99,24 @@ private:
         }
         const ezCString digits = Before(kEnd, kLyricsDigits).ReadText(kLyricsDigits);
         std::uint64_t size = 0;
-        return ezReadDecimal(digits.View(), &size) && Leave(size + kEnd);
+        const std::uint64_t end = mTails.mAudioEnd - kEnd;
+        if (!ezReadDecimal(digits.View(), &size) || !Leave(size + kEnd)) {
+            return false;
+        }
+        if (mTails.mLyricsFields == 0 && size >= kLyricsBegin.size()) {
+            mTails.mLyricsFields = mTails.mAudioEnd + kLyricsBegin.size();
+            mTails.mLyricsEnd = end;
+        }
+        return true;
     }
 
     bool StepLyrics1() {
-        constexpr std::string_view kBegin = "LYRICSBEGIN";
         if (!Has(kLyricsEndSize, "LYRICSEND")) {
             return false;
         }
         const std::uint64_t most = std::min(mTails.mAudioEnd - mStart, kLyrics1MaxSize + kLyricsEndSize);
-        for (std::uint64_t back = kLyricsEndSize + kBegin.size(); back <= most; ++back) {
-            if (Has(back, kBegin)) {
+        for (std::uint64_t back = kLyricsEndSize + kLyricsBegin.size(); back <= most; ++back) {
+            if (Has(back, kLyricsBegin)) {
                 return Leave(back);
             }
         }

@@ -15,6 +15,8 @@ struct AudioTails {
     std::uint64_t mAPEItems = 0;
     std::uint64_t mAPEEnd = 0; ///< where the items end
     std::uint32_t mAPEVersion = 0;
+    std::uint64_t mLyricsFields = 0; ///< of version 2
+    std::uint64_t mLyricsEnd = 0;    ///< where the fields end
 };
 
 /// Finds them, with one read of the end of a media of known size. None reaches before aStart; one that claims

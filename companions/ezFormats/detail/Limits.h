@@ -78,6 +78,11 @@ inline constexpr std::size_t kMusicTexts_MaxSize = 4096;
 inline constexpr std::size_t kMusicTexts_MaxCount = 8;
 inline constexpr std::uint32_t kMusicTexts_MaxFrames = 512;
 
+/// Bytes that the compressed frames of one tag may have together when they are inflated: texts and a few
+/// comments. They are held in memory, and whoever compresses a few kilobytes of frames can ask for a thousand
+/// times as many.
+inline constexpr std::uint32_t kMusicTexts_MaxInflated = std::uint32_t{64} * 1024;
+
 /// Bytes of the end of a file that are looked at for tags. All but lyrics and pictures fit in; of these the
 /// footer tells the size.
 inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;

@@ -166,6 +166,9 @@ MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails) {
     // ID3v1 stands in the last bytes, which are at hand now.
     const MusicTexts plain = ReadID3v1Texts(few, aTails);
     MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails) : MusicTexts();
+    if (aTails.mLyricsFields != 0) {
+        texts.Complete(ReadLyrics3Texts(few, aTails));
+    }
     texts.Complete(plain);
     return texts;
 }

@@ -25,7 +25,8 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes);
 /// kMPEGAudio_SearchSize of them.
 std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition);
 
-/// The texts of the tags behind the sound: what APE items do not tell, ID3v1 may.
+/// The texts of the tags behind the sound: what APE items do not tell, Lyrics3 may, and then
+/// ID3v1.
 MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails);
 
 /// The name of another format, whose file may hold frames of MPEG audio, that begins at a position; null when

@@ -20,14 +20,15 @@ struct Field {
     const char* mID22;
     const char* mID23;
     const char* mAPEKey;
+    const char* mLyricsID; ///< of Lyrics3; null where it has none
     ezCString MusicTexts::*mPlace;
     bool mfSeveral;
 };
 constexpr std::array<Field, 4> kFields = {{
-    {"TT2", "TIT2", "title", &MusicTexts::mTitle, false},
-    {"TP1", "TPE1", "artist", &MusicTexts::mCreator, true},
-    {"TAL", "TALB", "album", &MusicTexts::mAlbum, false},
-    {"TCO", "TCON", "genre", &MusicTexts::mGenre, true},
+    {"TT2", "TIT2", "title", "ETT", &MusicTexts::mTitle, false},
+    {"TP1", "TPE1", "artist", "EAR", &MusicTexts::mCreator, true},
+    {"TAL", "TALB", "album", "EAL", &MusicTexts::mAlbum, false},
+    {"TCO", "TCON", "genre", nullptr, &MusicTexts::mGenre, true},
 }};
 
 ezCString Join(const Field& aField, const std::vector<ezCString>& aTexts) {
@@ -144,7 +145,7 @@ void MusicTexts::Store(ezMediaInfo& anInfo) const {
 
 MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag) {
     MusicTexts texts;
-    ID3Frames frames(aReader, aTag);
+    ID3Frames frames(aReader, aTag, kMusicTexts_MaxInflated);
     ezCString id;
     ByteReader body = aReader;
     for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && !texts.IsComplete(); ++count) {
@@ -152,7 +153,7 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag) {
             break;
         }
         for (const Field& field : kFields) {
-            if (id == (aTag.mVersion == 2 ? field.mID22 : field.mID23)) {
+            if (id == field.mID22 || id == field.mID23) {
                 KeepFrame(field, body, aTag.mVersion, texts);
             }
         }
@@ -167,6 +168,27 @@ MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails) {
         texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64);
         texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124);
         texts.mGenre = ReadID3v1Genre(aBytes, aTails);
+    }
+    return texts;
+}
+
+MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails) {
+    constexpr std::size_t kIDSize = 3;
+    constexpr std::size_t kDigits = 5;
+    MusicTexts texts;
+    ByteReader fields(aBytes);
+    fields.Skip(aTails.mLyricsFields);
+    fields = fields.Take(aTails.mLyricsEnd - aTails.mLyricsFields);
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && fields.GetLeft() != 0; ++count) {
+        const ezCString id = fields.ReadText(kIDSize);
+        std::uint64_t size = 0;
+        fields.Require(ezReadDecimal(fields.ReadText(kDigits).View(), &size));
+        ByteReader body = fields.Take(size);
+        for (const Field& field : kFields) {
+            if (field.mLyricsID != nullptr && id == field.mLyricsID) {
+                Keep(field, ReadTextBytes(body), TextEncoding::Utf8OrLatin1, false, texts);
+            }
+        }
     }
     return texts;
 }

@@ -36,6 +36,8 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag);
 
 /// Those of ID3v1, of which the enhanced part holds the rest of longer texts; of APE items.
 MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails);
+/// Those of the second version of Lyrics3, which has no genre: the long forms of what ID3v1 cuts.
+MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails);
 MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails);
 
 /// Puts a name behind others, parted by ", ", unless it is among them.

@@ -159,6 +159,12 @@ TEST(MPEGAudioLength, TagsAreNoSound) {
         "11 estimate:");
     EXPECT_EQ(Start(Length(Song(383) + "999999LYRICS200" + v1), 12), "10 estimate:");
     EXPECT_EQ(Start(Length(Song(383) + "LYRICSEND" + v1), 12), "10 estimate:");
+    // The first version holds 5100 bytes at most.
+    const auto plain = [&](std::size_t aSize) {
+        return Length(Song(383) + "LYRICSBEGIN" + std::string(aSize, 'l') + "LYRICSEND" + v1);
+    };
+    EXPECT_EQ(plain(5100), Length(Song(383)));
+    EXPECT_NE(plain(5101), Length(Song(383)));
 }
 
 TEST(MPEGAudioLength, SmallFilesAreCounted) {

@@ -1,8 +1,17 @@
 #include "MPEGAudioKit.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MusicTexts.h"
 
+#include "ezBytes/InflatedBytes.h"
+
+#include "support/ZlibBytes.h"
+
 #include <gtest/gtest.h>
+
+#ifdef EZ_HAS_ZLIB
+#include <zlib.h>
+#endif
 
 using namespace mpegaudio;
 
@@ -113,6 +122,103 @@ TEST(MPEGAudioTexts, FramesThatCannotBeReadAreLeftOut) {
     EXPECT_EQ(Title24("\0Title"s, 0x04), "|||");
     EXPECT_EQ(Title23("g\0Title"s, 0x20), "Title|||") << "in a group";
     EXPECT_EQ(Texts(ID3(3, 0, Frame23("TIT2", "\0A"s, 0x80) + Frame23("TIT2", "\0B"s)) + Song()), "B|||");
+}
+
+TEST(MPEGAudioTexts, CompressedFramesAreReadWithinABound) {
+    const bool fZlib = InflatedBytes::IsAvailable();
+    const std::string title = "\0Title"s;
+    const std::string read = fZlib ? "Title|||" : "|||";
+    EXPECT_EQ(Title23(Big(title.size(), 4) + ZlibData(title), 0x80), read);
+    EXPECT_EQ(Title23(Big(title.size(), 4) + "g" + ZlibData(title), 0xA0), read)
+        << "the group behind the size";
+    EXPECT_EQ(Title24(Syncsafe(title.size()) + ZlibData(title), 0x09), read);
+    EXPECT_EQ(Title24("g" + Syncsafe(title.size()) + ZlibData(title), 0x49), read) << "the group before it";
+    EXPECT_EQ(Title24(ZlibData(title), 0x08), read) << "no size is stated";
+    EXPECT_EQ(Title24(Syncsafe(title.size()) + Unsynchronised(ZlibData(title)), 0x0B), read);
+    EXPECT_EQ(Title23(Big(title.size() - 1, 4) + ZlibData(title), 0x80), "|||") << "more than is stated";
+    EXPECT_EQ(Title23(Big(title.size(), 4) + ZlibData(title), 0xC0), "|||") << "encrypted as well";
+}
+
+#ifdef EZ_HAS_ZLIB
+TEST(MPEGAudioTexts, CompressedFramesOfATagHaveOneBound) {
+    const auto frame = [](const char* anID, const std::string& aText) {
+        uLongf size = compressBound(static_cast<uLong>(aText.size()));
+        std::string data(size, '\0');
+        EXPECT_EQ(compress(reinterpret_cast<Bytef*>(data.data()), &size,
+                           reinterpret_cast<const Bytef*>(aText.data()), static_cast<uLong>(aText.size())),
+                  Z_OK);
+        return Frame23(anID, Big(aText.size(), 4) + data.substr(0, size), 0x80);
+    };
+    const auto comment = [&](std::size_t aSize) { return frame("COMM", std::string(aSize, 'c')); };
+    const std::string title = frame("TIT2", "\0Title"s);
+    constexpr std::size_t kLeft = kMusicTexts_MaxInflated - 6;
+    EXPECT_EQ(Texts(ID3(3, 0, comment(kLeft) + title) + Song()), "Title|||");
+    EXPECT_EQ(Texts(ID3(3, 0, comment(kLeft + 1) + title + Frame23("TALB", "\0Album"s)) + Song()),
+              "||Album|");
+    EXPECT_EQ(Texts(ID3(3, 0, comment(kMusicTexts_MaxInflated + 1) + title) + Song()), "Title|||")
+        << "what is too large is not inflated";
+}
+#endif
+
+TEST(MPEGAudioTexts, FramesByNoNameAreSteppedOverWhereTheyLeadOn) {
+    const std::string title = Frame23("TIT2", "\0Title"s);
+    const std::string odd = Frame23("TST ", "\0a"s) + Frame23("TSA ", "\0b"s) + Frame23("TSP ", "\0c"s);
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TALB", "\0Album"s) + odd + title) + Song()), "Title||Album|");
+    EXPECT_EQ(Texts(ID3(3, 0, odd + std::string(20, '\0')) + Song()), "|||");
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("TP1\0"s, "\0Artist"s) + title) + Song()), "Title|Artist||");
+    EXPECT_EQ(Texts(ID3(3, 0, Frame23("odd!", "\0a"s) + title) + Song()), "Title|||");
+    EXPECT_EQ(Texts(ID3(4, 0, Frame24("TST ", "\0a"s) + Frame24("TIT2", "\0Title"s)) + Song()), "Title|||");
+    EXPECT_EQ(Texts(ID3(2, 0, Frame22("T_2", "\0a"s) + Frame22("TT2", "\0Title"s)) + Song()), "Title|||");
+    // A size that leads elsewhere is none, and what follows is not read.
+    const std::string wrong = "odd!" + Big(1, 4) + Big(0, 2) + "\0a"s;
+    EXPECT_EQ(Texts(ID3(3, 0, wrong + title) + Song()), "|||");
+    EXPECT_EQ(Texts(ID3(3, 0, "odd!" + Big(1000, 4) + Big(0, 2) + title) + Song()), "|||");
+}
+
+TEST(MPEGAudioTexts, SizesThatCountTheStuffingAreFollowedWhereTheyLeadOn) {
+    const std::string pictures = Unsynchronised(std::string(300, '\xFF') + "x");
+    const auto tag = [](const std::string& aFrames) { return Texts(ID3(3, 0x80, aFrames) + Song()); };
+    const std::string title = Frame23("TIT2", "\0Title"s);
+    EXPECT_EQ(tag(Frame23("APIC", pictures) + title), "Title|||");
+    EXPECT_EQ(tag(Frame23("TALB", "\0Album"s) + Frame23("APIC", pictures) + std::string(10, '\0')),
+              "||Album|");
+    EXPECT_EQ(tag(Frame23("TALB", "\0Album"s) + Frame23("APIC", pictures)), "||Album|") << "up to the end";
+    EXPECT_EQ(tag(Frame23("APIC", pictures) + title + std::string(1000, '\0')), "Title|||")
+        << "and not into the padding";
+    EXPECT_EQ(tag(Unsynchronised(Frame23("APIC", std::string(300, '\xFF') + "x")) + title), "Title|||")
+        << "as the standard has it";
+    EXPECT_EQ(Texts(ID3(2, 0x80, Frame22("PIC", pictures) + Frame22("TT2", "\0Title"s)) + Song()),
+              "Title|||");
+}
+
+TEST(MPEGAudioTexts, LongFormsInLyricsComeBeforeThoseThatWereCut) {
+    const std::string cut(30, 'c');
+    const auto lyrics = [&](const std::string& aFields) {
+        const std::string all = "LYRICSBEGIN" + aFields;
+        const std::string size = std::to_string(1000000 + all.size()).substr(1);
+        return Texts(Song() + all + size + "LYRICS200" + ID3v1(cut, cut, "Album", 17));
+    };
+    EXPECT_EQ(lyrics("IND00002"
+                     "00"
+                     "ETT00041" +
+                     cut +
+                     " and more..EAR00003"
+                     "AnnEAL00003"
+                     "Box"),
+              cut + " and more..|Ann|Box|Rock");
+    EXPECT_EQ(lyrics("INF00005"
+                     "hellETT00003"
+                     "Odd"),
+              cut + "|" + cut + "|Album|Rock")
+        << "a size that lies";
+    EXPECT_EQ(lyrics(""), cut + "|" + cut + "|Album|Rock");
+    EXPECT_EQ(lyrics("ETTxxxxx"
+                     "Odd"),
+              cut + "|" + cut + "|Album|Rock");
+    EXPECT_EQ(lyrics("ETT00004"
+                     "Odd"),
+              cut + "|" + cut + "|Album|Rock")
+        << "beyond the fields";
 }
 
 TEST(MPEGAudioTexts, PlainSizesInANewTagAreFollowedWhereTheyLeadOn) {

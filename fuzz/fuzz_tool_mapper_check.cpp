@@ -60,7 +60,7 @@ void CheckFindings(const MapperCheck& aCheck, std::size_t aLineCount) {
         FuzzCheck(!finding.mText.empty());
         before = finding.mLine;
     }
-    FuzzCheck(aCheck.CountLostLines() <= aCheck.mFindings.size());
+    FuzzCheck(aCheck.mLostLineCount <= aCheck.mFindings.size());
 }
 
 } // namespace
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSi
 
     const Facts facts = Loaded(place, true);
     FuzzCheck(facts.size() == check.mEntryCount);
-    if (check.CountLostLines() == 0) {
+    if (check.mLostLineCount == 0) {
         FuzzCheck(Loaded(place, false) == facts); // the tool said that a save keeps every line
     }
     MapperCheck saved;

@@ -1,3 +1,4 @@
+#include "MapperCheck.h"
 #include "Announce.h"
 #include "ez/DLNAMediaMapper.h"
 #include "support/TemporaryFolder.h"
@@ -188,6 +189,57 @@ TEST(MapperCheck, NamesAFileThatCannotBeRead) {
     const ProgramResult noFile = RunTool({"mapper", "check", folder.GetPath()});
     EXPECT_EQ(noFile.mStatus, 1);
     EXPECT_EQ(noFile.mError, "ezannounce: " + folder.GetPath() + ": not a regular file\n");
+}
+
+TEST(MapperCheck, EndsAfterItsLines) {
+    const std::string entry = Entry("a.mp3") + "\n";
+    std::string text = std::string(kMapperCheck_MaxLines - 1, '\n') + entry;
+    EXPECT_EQ(FindingsIn(text), Lines{" entries: 1, findings: 0"});
+    text += entry + std::string(100000, '\n') + entry;
+    EXPECT_EQ(FindingsIn(text),
+              (Lines{"250001: not checked, nor is what follows: a check ends after 250000 lines",
+                     " entries: 1, findings: 1"}));
+}
+
+TEST(MapperCheck, RefusesAFileThatDoesNotEnd) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("table.txt", "");
+    std::filesystem::resize_file(path, kMapperCheck_MaxBytes);
+    EXPECT_EQ(RunTool({"mapper", "check", path}).mOut,
+              path + ":1: longer than 1024 bytes: skipped\n" + path + ": entries: 0, findings: 1\n");
+    for (const std::uint64_t size : {kMapperCheck_MaxBytes + 1, std::uint64_t{64} << 30}) {
+        std::filesystem::resize_file(path, size);
+        const ProgramResult result = RunTool({"mapper", "check", path});
+        EXPECT_EQ(result.mStatus, 1);
+        EXPECT_EQ(result.mOut, "");
+        EXPECT_EQ(result.mError, "ezannounce: " + path + ": larger than 64 MiB, and so no table to check\n");
+    }
+}
+
+TEST(MapperCheck, CountsTheFindingsThatItDoesNotName) {
+    std::string speeds = "x";
+    for (int i = 0; i < 300; ++i) {
+        speeds += "\\,x";
+    }
+    std::string text;
+    for (int i = 0; i < 1000; ++i) {
+        text += std::to_string(i) + ".mpg,video/mpeg,P,," + speeds + "\n";
+    }
+    const TemporaryFolder folder;
+    MapperCheck check;
+    ASSERT_TRUE(CheckMapperFile(folder.Write("table.txt", text), check));
+    EXPECT_EQ(check.mFindings.size(), kMapperCheck_MaxFindings);
+    EXPECT_EQ(check.mUnnamedCount, 301'000 - kMapperCheck_MaxFindings);
+    EXPECT_EQ(check.mLostLineCount, 1000U);
+}
+
+TEST(MapperCheck, RepeatsOfLongNamesTheirBeginning) {
+    const std::string name(400, 'n');
+    const std::string profile(400, 'P');
+    EXPECT_EQ(FindingsIn(name + ".mp3,audio/mpeg," + profile + "\n" + name + ".mp3,audio/mpeg,Z\n"),
+              (Lines{"2: '" + std::string(100, 'n') + "...' stands in line 1 too, whose profile '" +
+                         std::string(100, 'P') + "...' comes first: this one never answers",
+                     " entries: 2, findings: 1"}));
 }
 
 TEST(MapperCheck, OfManyBadLinesNamesThemAll) {

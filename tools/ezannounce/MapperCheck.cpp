@@ -8,8 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <set>
 #include <tuple>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -21,6 +22,13 @@ constexpr std::size_t kBitRateField = 6;
 constexpr std::array<const char*, 13> kFieldNames = {
     "file name", "MIME type", "profile", "duration", "play speeds", "mandatory bits", "bit rate",
     "IFO file",  "largest",   "width",   "height",   "LP options",  "parameters"};
+
+/// Bytes of a name that a finding about another line repeats.
+constexpr std::size_t kRepeatedBytes = 100;
+
+std::string Shortened(const std::string& aText) {
+    return aText.size() <= kRepeatedBytes ? aText : aText.substr(0, kRepeatedBytes) + "...";
+}
 
 std::string Quoted(const ezCString& aText) {
     return "'" + std::string(aText.View()) + "'";
@@ -54,6 +62,7 @@ public:
 
     void Line(std::size_t aNumber, const ezCString& aLine, bool afCut) {
         mLine = aNumber;
+        mfLineLost = false;
         const ezCString text = aLine.TrimLeftRight();
         if (text.IsEmpty() || text.View().front() == '#') {
             return;
@@ -74,6 +83,14 @@ public:
         CheckNumbers(fields, entry);
         CheckSaved(entry);
         Remember(text, entry);
+    }
+
+    /// Tells that this line and those after it are not checked.
+    void End(std::size_t aNumber) {
+        mLine = aNumber;
+        mfLineLost = false;
+        Lost("not checked, nor is what follows: a check ends after " + std::to_string(kMapperCheck_MaxLines) +
+             " lines");
     }
 
     void Finish() {
@@ -98,8 +115,20 @@ private:
         }
     };
 
-    void Found(const std::string& aText) { mCheck.mFindings.push_back({mLine, aText, false}); }
-    void Lost(const std::string& aText) { mCheck.mFindings.push_back({mLine, aText, true}); }
+    void Found(const std::string& aText) {
+        if (mCheck.mFindings.size() < kMapperCheck_MaxFindings) {
+            mCheck.mFindings.push_back({mLine, aText});
+        } else {
+            ++mCheck.mUnnamedCount;
+        }
+    }
+
+    /// A finding of which a save does not keep what stands there.
+    void Lost(const std::string& aText) {
+        Found(aText);
+        mCheck.mLostLineCount += mfLineLost ? 0 : 1;
+        mfLineLost = true;
+    }
 
     static std::string WhyBad(const ezCSVStringList& aFields) {
         constexpr std::size_t kRequiredCount = 3;
@@ -181,15 +210,9 @@ private:
         if (saved.GetLength() > kMaximumLineLength) {
             Lost("longer than " + std::to_string(kMaximumLineLength) +
                  " bytes as a save writes it: skipped from then on");
-        } else if (!IsLost(mLine) && !ReadsAs(saved, anEntry)) {
+        } else if (!mfLineLost && !ReadsAs(saved, anEntry)) {
             Lost("reads otherwise once a save has written it");
         }
-    }
-
-    bool IsLost(std::size_t aLine) const {
-        return std::any_of(
-            mCheck.mFindings.begin(), mCheck.mFindings.end(),
-            [&](const MapperFinding& aFinding) { return aFinding.mLine == aLine && aFinding.mfLost; });
     }
 
     static bool ReadsAs(const ezCString& aLine, const DLNAMediaMapperEntry& anEntry) {
@@ -223,8 +246,8 @@ private:
             const bool fForWav = !fWavAnswered && !candidate.mfPcm;
             fWavAnswered = fWavAnswered || fForWav;
             mLine = candidate.mLine;
-            Found("'" + aBaseName + "' stands in line " + std::to_string(winner.mLine) +
-                  " too, whose profile '" + winner.mProfile + "' comes first: this one " +
+            Found("'" + Shortened(aBaseName) + "' stands in line " + std::to_string(winner.mLine) +
+                  " too, whose profile '" + Shortened(winner.mProfile) + "' comes first: this one " +
                   (fForWav ? "answers for .wav alone" : "never answers"));
         }
     }
@@ -232,31 +255,28 @@ private:
     MapperCheck& mCheck;
     ezCString mFlagWordName;
     std::size_t mLine = 0;
+    bool mfLineLost = false;                                ///< the line has such a finding already
     std::map<std::string, std::size_t, std::less<>> mLines; ///< a line to the first that it stands in
     std::map<std::string, std::vector<Candidate>> mByBaseName;
 };
 
 } // namespace
 
-std::size_t MapperCheck::CountLostLines() const {
-    std::set<std::size_t> lines;
-    for (const MapperFinding& finding : mFindings) {
-        if (finding.mfLost) {
-            lines.insert(finding.mLine);
-        }
-    }
-    return lines.size();
-}
-
 bool CheckMapperFile(const std::string& aPath, MapperCheck& aCheck) {
     ezTextFile file(ezCString(aPath), kMaximumLineLength);
-    if (!file.IsOpened()) {
+    struct stat status = {};
+    if (!file.IsOpened() || stat(aPath.c_str(), &status) != 0 ||
+        static_cast<std::uint64_t>(status.st_size) > kMapperCheck_MaxBytes) {
         return false;
     }
     Checker checker(aCheck);
     ezCString line;
     bool fCut = false;
     for (std::size_t number = 1; file.NextLine(&line, &fCut); ++number) {
+        if (number > kMapperCheck_MaxLines) {
+            checker.End(number);
+            break;
+        }
         checker.Line(number, line, fCut);
     }
     checker.Finish();

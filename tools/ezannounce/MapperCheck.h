@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,15 +9,24 @@
 struct MapperFinding {
     std::size_t mLine; ///< from 1
     std::string mText;
-    bool mfLost; ///< a save does not keep it
 };
+
+/// What a check reads of a file at the most, so that one without end ends: ten times a table of 100,000
+/// lines.
+inline constexpr std::uint64_t kMapperCheck_MaxBytes = std::uint64_t{64} << 20;
+/// Lines that it checks. Of each it keeps a few hundred bytes at the most.
+inline constexpr std::size_t kMapperCheck_MaxLines = 250'000;
+/// Findings that it names; a line of play speeds may have hundreds. The others are counted.
+inline constexpr std::size_t kMapperCheck_MaxFindings = 250'000;
 
 struct MapperCheck {
     std::size_t mEntryCount = 0;          ///< lines that the library takes
-    std::vector<MapperFinding> mFindings; ///< by line
-    /// Lines of which a save loses something, comments not counted.
-    std::size_t CountLostLines() const;
+    std::vector<MapperFinding> mFindings; ///< by line, at most kMapperCheck_MaxFindings
+    std::size_t mUnnamedCount = 0;        ///< findings beyond those
+    std::size_t mLostLineCount = 0;       ///< lines of which a save loses something, without comments
 };
 
-/// Reads a media mapper file line by line, the way the library does. False when it cannot be opened.
+/// Reads a media mapper file line by line, the way the library does, at a cost that follows its length. A
+/// finding in the first line that is not checked tells that kMapperCheck_MaxLines end it. False when it
+/// cannot be opened, or is larger than kMapperCheck_MaxBytes.
 bool CheckMapperFile(const std::string& aPath, MapperCheck& aCheck);

@@ -140,9 +140,9 @@ void TellSilentSpeeds(DLNAMediaMapper& aMapper, const std::string& aProfile, Con
 
 int Save(DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole) {
     MapperCheck check;
-    if (CheckMapperFile(aPath, check) && check.CountLostLines() > 0) {
+    if (CheckMapperFile(aPath, check) && check.mLostLineCount > 0) {
         aConsole.Error(aPath, "lines that this save does not keep as they were: " +
-                                  std::to_string(check.CountLostLines()) +
+                                  std::to_string(check.mLostLineCount) +
                                   " (\"mapper check\" names them beforehand)");
     }
     const ezError error = aMapper.Save();

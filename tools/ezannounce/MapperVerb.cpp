@@ -105,7 +105,10 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
     }
     MapperCheck check;
     if (!CheckMapperFile(path, check)) {
-        aConsole.Error(path, WhyUnreadable(path));
+        std::error_code ignored;
+        const bool fLarge = std::filesystem::is_regular_file(path, ignored) &&
+                            std::filesystem::file_size(path, ignored) > kMapperCheck_MaxBytes;
+        aConsole.Error(path, fLarge ? "larger than 64 MiB, and so no table to check" : WhyUnreadable(path));
         return kExitSomeFailed;
     }
     const std::string name = ForTerminal(path);
@@ -113,7 +116,9 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
         aConsole.Print(name + ":" + std::to_string(finding.mLine) + ": " + ForTerminal(finding.mText) + "\n");
     }
     aConsole.Print(name + ": entries: " + std::to_string(check.mEntryCount) +
-                   ", findings: " + std::to_string(check.mFindings.size()) + "\n");
+                   ", findings: " + std::to_string(check.mFindings.size() + check.mUnnamedCount) +
+                   (check.mUnnamedCount != 0 ? ", not named: " + std::to_string(check.mUnnamedCount) : "") +
+                   "\n");
     return check.mFindings.empty() ? kExitSuccess : kExitSomeFailed;
 }
 

@@ -3,6 +3,7 @@
 #include "ezFormats/ISOMediaParser.h"
 #include "ezFormats/JPEGParser.h"
 #include "ezFormats/MPEGAudioParser.h"
+#include "ezFormats/MagicParser.h"
 #include "ezFormats/PNGParser.h"
 
 #include "ez/MediaParserManager.h"
@@ -15,4 +16,5 @@ void RegisterFormatParsers(ezMediaParserManager& aManager, std::shared_ptr<const
     aManager.Add(new JPEGParser(rules));
     aManager.Add(new PNGParser(rules));
     aManager.Add(new ISOMediaParser(rules));
+    aManager.Add(new MagicParser);
 }

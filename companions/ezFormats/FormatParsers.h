@@ -7,7 +7,8 @@
 
 class ezMediaParserManager;
 
-/// Adds a parser of every file format of this library to a manager, in their fixed order. The manager owns
+/// Adds a parser of every file format of this library to a manager, in their fixed order, and the one that
+/// knows these formats whatever their name (MagicParser). The manager owns
 /// them. What a host added before is tried before them.
 ///
 /// @param aRules  which profile a media keeps; null for the table that the library brings

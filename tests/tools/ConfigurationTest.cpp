@@ -110,7 +110,7 @@ TEST(Types, LooksUpAnExtensionInAnyCaseWithOrWithoutItsDot) {
                                                    "    extensions    m4v\n"
                                                    "    MIME types    video/mp4, video/x-m4v\n"
                                                    "    classes       item.videoItem\n"
-                                                   "    parser types  m4v, mp4\n");
+                                                   "    parser types  m4v, mp4, any\n");
     }
 }
 
@@ -125,7 +125,7 @@ TEST(Types, LooksUpAMimeTypeWithOrWithoutParameters) {
                                                    "    extensions    pcm, lpcm, l16\n"
                                                    "    MIME types    audio/l16\n"
                                                    "    classes       item.audioItem.musicTrack\n"
-                                                   "    parser types  lpcm\n");
+                                                   "    parser types  lpcm, any\n");
     }
 }
 

@@ -78,7 +78,8 @@ TEST(Explain, TellsTheSameInJson) {
     EXPECT_EQ(explain["tried"], nlohmann::json::parse(R"([
         {"type": "*", "parser": "ezMimeTypesDotIniParser", "result": "answered"},
         {"type": "wma", "parser": null, "result": "no-parser"},
-        {"type": "asf", "parser": null, "result": "no-parser"}])"));
+        {"type": "asf", "parser": null, "result": "no-parser"},
+        {"type": "any", "parser": "MagicParser", "result": "declined"}])"));
 }
 
 TEST(Explain, OfAnEmptyFolderShowsNothing) {

@@ -48,7 +48,8 @@ TEST(MapperInForce, ExplainsWhatItReplacedByWhat) {
               "  extension        gif                               entry \"gif\" of the media types file\n"
               "  entries          gif\n"
               "  tried            * (ezMimeTypesDotIniParser): answered\n"
-              "                     gif: there is no such parser\n");
+              "                     gif: there is no such parser\n"
+              "                     any (MagicParser): declined\n");
 }
 
 TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {

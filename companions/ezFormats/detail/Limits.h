@@ -27,6 +27,11 @@ inline constexpr std::uint32_t kH264_MaxSliceHeaderSize = 48;
 inline constexpr std::uint32_t kH264_MaxFrameSize = 139264;
 inline constexpr std::uint32_t kH264_MaxSideSize = 1055;
 
+/// What may be read to see a magic: the start, and after a tag of songs two places of the sound. A third is
+/// for a tag after a tag; who writes more of them loses what stands after, unless the name is right.
+inline constexpr std::uint32_t kMagic_MaxReads = 4;
+inline constexpr std::uint64_t kMagic_MaxBytes = std::uint64_t{64} * 1024;
+
 /// Chunks of a PNG before its picture. A photo has a dozen of them; each that does not lie beside the one
 /// before it costs a read.
 inline constexpr std::uint32_t kPNG_MaxChunks = 256;

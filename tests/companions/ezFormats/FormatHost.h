@@ -79,6 +79,13 @@ public:
         return Record(mManager->Parse(stream));
     }
 
+    /// What a parse of a media costs its source.
+    AwkwardStream::Costs Costs(const std::string& aBytes, const std::string& aPath) {
+        AwkwardStream stream(aBytes, Delivery(), aPath.c_str());
+        const Record record(mManager->Parse(stream));
+        return stream.GetCosts();
+    }
+
     /// The type of the parser that knows a media; "-" when none does, and at most its name decides.
     std::string Winner(const std::string& aBytes, const std::string& aPath) {
         const LogCatcher log;

@@ -88,14 +88,15 @@ TEST(WinnerMatrix, OwnExtensionFindsTheWinnerWithoutOptions) {
     }
 }
 
-TEST(WinnerMatrix, WrongExtensionNeverMakesAnotherParserWin) {
+TEST(WinnerMatrix, MediaWhoseNameLiesFindsItsWinnerWithoutOptions) {
     std::map<std::string, std::string> rows = ReadMatrix();
+    const std::set<std::string> without = {"txt", "unheard", ""}; // no line publishes these, so none is tried
     FormatHost host;
     for (const SampleFile& sample : AllSamples()) {
         for (const std::string& extension : Extensions()) {
-            const std::string winner = host.Winner(sample.mBytes, Named(extension));
-            EXPECT_TRUE(winner == "-" || winner == rows[sample.mName])
-                << winner << " for " << sample.mName << " as " << Named(extension);
+            const std::string expected = without.count(extension) != 0 ? "-" : rows[sample.mName];
+            EXPECT_EQ(host.Winner(sample.mBytes, Named(extension)), expected)
+                << sample.mName << " as " << Named(extension);
         }
     }
 }

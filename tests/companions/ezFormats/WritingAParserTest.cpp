@@ -23,6 +23,7 @@ TEST(WritingAParser, GuideShowsCodeAsItIs) {
                                               Source("companions/ezFormats/PNGParser.cpp"),
                                               Source("companions/ezFormats/FormatParsers.cpp"),
                                               Source("companions/ezFormats/detail/FormatMimeTypes.h"),
+                                              Source("companions/ezFormats/detail/FormatMagic.cpp"),
                                               Source("companions/ezFormats/detail/Limits.h"),
                                               Source("tests/companions/ezFormats/PNGParserTest.cpp")};
     const std::vector<std::string> blocks = GuideBlocks(kGuide, "cpp");

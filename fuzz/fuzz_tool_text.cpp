@@ -92,6 +92,19 @@ void CheckTerminal(const std::string& aText) {
     }
 }
 
+/// A text that is cut in its middle begins and ends as it does, and fits.
+void CheckCut(const std::string& aText) {
+    const std::string safe = ForTerminal(aText);
+    const std::size_t width = TerminalWidth(safe);
+    FuzzCheck(CutInMiddle(aText, width) == safe);
+    for (const std::size_t wanted :
+         {std::size_t{0}, std::size_t{2}, width / 2, width - std::min<std::size_t>(width, 1)}) {
+        const std::string cut = CutInMiddle(aText, wanted);
+        CheckSafe(cut);
+        FuzzCheck(IsWholeUtf8(cut) && TerminalWidth(cut) <= wanted);
+    }
+}
+
 void CheckColumns(const std::string& aText) {
     const std::size_t half = aText.size() / 2;
     const std::string text = InColumns({{aText, "b"}, {aText.substr(0, half), aText.substr(half)}});
@@ -103,6 +116,10 @@ void CheckColumns(const std::string& aText) {
     }
     const std::string shown = aText.empty() ? "-" : ForTerminal(aText);
     FuzzCheck(lines[0].compare(0, shown.size(), shown) == 0);
+    const std::size_t widest = ColumnStyle().mMaximumWidth;
+    if (TerminalWidth(shown) > widest || TerminalWidth(ForTerminal(aText.substr(0, half))) > widest) {
+        return; // a longer cell pushes its own row, and no other
+    }
     const std::size_t first = TerminalWidth(lines[0]) - 1; // where the second column begins
     const std::string rest = half == aText.size() ? "-" : ForTerminal(aText.substr(half));
     FuzzCheck(TerminalWidth(lines[1]) == first + TerminalWidth(rest));
@@ -161,6 +178,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSi
     const FuzzHouse house;
     const std::string text(reinterpret_cast<const char*>(aData), aSize);
     CheckTerminal(text);
+    CheckCut(text);
     CheckColumns(text);
     CheckJson(text);
     CheckPlaylist(text);

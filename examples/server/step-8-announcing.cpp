@@ -66,17 +66,18 @@ std::string Number(const ezMediaInfo& anInfo, const char* aKey) {
 }
 
 std::string DurationOf(const ezMediaInfo& anInfo) {
-    const uint32 seconds = anInfo.GetUInt32(kezInfo_Duration, 0);
+    const uint32 fine = anInfo.GetUInt32(kezInfo_DurationMilliseconds, 0);
+    const uint32 seconds = fine != 0 ? fine / 1000 : anInfo.GetUInt32(kezInfo_Duration, 0);
     char text[32];
     std::snprintf(text, sizeof text, "%u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60);
-    return seconds != 0 ? text : "";
+    const std::string whole = fine != 0 || seconds != 0 ? text : "";
+    return fine != 0 ? whole + "." + std::to_string(1000 + fine % 1000).substr(1) : whole;
 }
 
-/// The attribute is called bitrate, and counts bytes a second.
+/// The attribute is called bitrate, and counts bytes a second. 0xFFFFFFFF is a rate that varies.
 std::string ByteRateOf(const ezMediaInfo& anInfo) {
-    constexpr uint32 kVariable = 0xFFFFFFFF;
     const uint32 bits = anInfo.GetUInt32(kezInfo_BitRate, 0);
-    return bits != 0 && bits != kVariable ? std::to_string(bits / 8) : "";
+    return bits != 0 && bits != 0xFFFFFFFF ? std::to_string(bits / 8) : "";
 }
 
 std::string ResolutionOf(const ezMediaInfo& anInfo) {

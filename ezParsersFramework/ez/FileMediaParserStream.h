@@ -14,8 +14,8 @@
 /// Seeks are lazy: without afSeekImmediate a seek only records the position, succeeds up to and including the
 /// end that Open saw, and costs no system call. While the size is 0 every lazy seek beyond 0 fails. A seek
 /// that fails leaves Tell unchanged, but the next read of the source starts at the position that was refused,
-/// or gives 0 bytes where a file cannot stand there. An immediate seek needs an open file. A read of the
-/// source gives at most INT_MAX bytes.
+/// or gives 0 bytes where a file cannot stand there. An immediate seek needs an open file, but for one to
+/// where the file stands. A read of the source gives at most INT_MAX bytes.
 ///
 /// Open keeps what Tell says and the buffer of the start of the media, but the file itself stands at its
 /// start: seek before reading on. After Close a read that has to open the file again starts at 0 of the file,

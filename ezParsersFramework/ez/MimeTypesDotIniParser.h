@@ -14,7 +14,7 @@ struct ezPtrList;
 /// ones. Where no parser answers, the last entry of the extension alone makes a record.
 ///
 /// A parser's answer that comes from an excluded entry is no result; the record that an entry
-/// makes alone may come from an excluded one. While the environment's "CTTContext" is 1 a
+/// makes alone may come from an excluded one. While the environment's "CTTContext" is any but 0 a
 /// conformance test file is recognised by its name (DLNAFileParser) where no parser answers; 2 lets the name
 /// decide always.
 ///

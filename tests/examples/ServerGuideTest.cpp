@@ -302,11 +302,11 @@ TEST(ServerGuide, Step8WritesTheResElementOfEachMedia) {
     const std::string base = ">http://192.0.2.1/m?a&amp;&quot;&lt;/";
     EXPECT_EQ(
         lines,
-        (Words{"<res protocolInfo=\"http-get:*:audio/flac:*\" size=\"42\" duration=\"1:01:01\" "
+        (Words{"<res protocolInfo=\"http-get:*:audio/flac:*\" size=\"42\" duration=\"1:01:01.000\" "
                "sampleFrequency=\"44100\" nrAudioChannels=\"2\"" +
                    base + "1.flac</res>",
                "<res protocolInfo=\"http-get:*:audio/mpeg:DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;"
-               "DLNA.ORG_FLAGS=01500000000000000000000000000000\" size=\"32309\" duration=\"0:00:05\" "
+               "DLNA.ORG_FLAGS=01500000000000000000000000000000\" size=\"32309\" duration=\"0:00:05.300\" "
                "bitrate=\"6000\" "
                "sampleFrequency=\"44100\" nrAudioChannels=\"2\"" +
                    base + "3.mp3</res>",

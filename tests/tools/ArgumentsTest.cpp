@@ -69,6 +69,15 @@ TEST(Arguments, WhatStandsBehindTwoDashesIsAnOperand) {
     EXPECT_EQ(ReadWords({"types", "--", "-x"}).mArguments.mOperands, Words{"-x"});
 }
 
+TEST(Arguments, WideGoesWithTheTableOfParseOnly) {
+    EXPECT_TRUE(ReadWords({"--wide", "a"}).mArguments.mfWide);
+    EXPECT_FALSE(ReadWords({"a"}).mArguments.mfWide);
+    EXPECT_EQ(ErrorOf({"--wide", "capabilities"}), "--wide goes with parse only");
+    for (const char* option : {"--json", "--explain", "--es"}) {
+        EXPECT_EQ(ErrorOf({"--wide", option, "a"}), "--wide does not go with --json, --explain and --es");
+    }
+}
+
 TEST(Arguments, NamesThatLookLikeListsOrNumbersStayWhole) {
     const Words names = {"[a,b]", "{a}", "a,b", "a=b", "%", "'a'", "\"b\"", "-", "/x", "++"};
     EXPECT_EQ(ReadWords(names).mArguments.mOperands, names);
@@ -399,21 +408,41 @@ std::string ManPage() {
 
 TEST(ManPage, NamesEveryOptionOfTheHelpAndNoOther) {
     const std::set<std::string> options = OptionsIn(RunTool({"--help"}).mOut);
-    EXPECT_EQ(options.size(), 28U);
+    EXPECT_EQ(options.size(), 29U);
     EXPECT_EQ(OptionsIn(ManPage()), options);
 }
 
-TEST(ManPage, ItsTableIsWhatTheToolShows) {
+TEST(ManPage, ItsTablesAreWhatTheToolShows) {
     const std::string page = ManPage();
-    const std::string command = "$ ezannounce --config samples samples/pictures\n";
-    const std::size_t start = page.find(command);
-    ASSERT_NE(start, std::string::npos);
-    const std::size_t table = start + command.size();
+    for (const Words& words : {Words{"--config", "samples", "samples/video"},
+                               Words{"--config", "samples", "--wide", "samples/pictures"}}) {
+        std::string command = "$ ezannounce";
+        for (const std::string& word : words) {
+            command += " " + word;
+        }
+        const std::size_t start = page.find(command + "\n");
+        ASSERT_NE(start, std::string::npos) << command;
+        const std::size_t table = start + command.size() + 1;
+        ProgramOptions options;
+        options.mFolder = EZ_SOURCES;
+        const ProgramResult result = RunTool(words, options);
+        EXPECT_EQ(result.mStatus, 0);
+        EXPECT_EQ(page.substr(table, page.find(".RE", table) - table), result.mOut);
+    }
+}
+
+TEST(ReadMe, ItsTableIsWhatTheToolShows) {
     ProgramOptions options;
     options.mFolder = EZ_SOURCES;
-    const ProgramResult result = RunTool({"--config", "samples", "samples/pictures"}, options);
+    const ProgramResult result =
+        RunTool({"--config", "samples", "samples/music", "samples/pictures", "samples/video"}, options);
     EXPECT_EQ(result.mStatus, 0);
-    EXPECT_EQ(page.substr(table, page.find(".RE", table) - table), result.mOut);
+    std::string block =
+        "\n    ./dev announce --config samples samples/music samples/pictures samples/video\n\n";
+    for (const std::string& line : LinesOf(result.mOut)) {
+        block += "    " + line + "\n";
+    }
+    EXPECT_NE(ReadWholeFile(EZ_SOURCES "/README.md").find(block + "\n"), std::string::npos) << block;
 }
 
 TEST(ManPage, ItsCommandsRun) {
@@ -447,7 +476,7 @@ TEST(ManPage, ItsCommandsRun) {
         EXPECT_NE(result.mOut, "") << line;
         EXPECT_EQ(result.mError, "") << line;
     }
-    EXPECT_EQ(count, 22U);
+    EXPECT_EQ(count, 23U);
 }
 
 #ifdef EZ_HAS_THUMBNAILS

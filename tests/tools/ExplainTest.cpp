@@ -35,7 +35,7 @@ TEST(Explain, TellsTheSourceOfEachFactInWords) {
         "  size             31.6 KiB                          stream\n"
         "  extension        mp3                               "
         "first extension of audio/mpeg in the media types file\n"
-        "  duration         0:00:05                           parser mp3 (MPEGAudioParser)\n"
+        "  duration         0:00:05.300                       parser mp3 (MPEGAudioParser)\n"
         "  milliseconds     5300                              parser mp3 (MPEGAudioParser)\n"
         "  duration from    header                            parser mp3 (MPEGAudioParser)\n"
         "  bit rate         48 kbit/s                         derived from the other bit rates\n"

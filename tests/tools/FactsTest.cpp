@@ -43,6 +43,31 @@ TEST(Facts, RatesAreShownInWordsUnknownOnesNotAndVariableOnesAsSuch) {
     EXPECT_EQ(rate.mText, "variable");
 }
 
+TEST(Facts, AShortLengthHasItsFraction) {
+    const struct {
+        std::uint64_t mMilliseconds;
+        const char* mMethod;
+        const char* mWords;
+        std::uint64_t mSeconds;
+    } table[] = {{0, "header", "0:00:00.000", 0},     {7, "header", "0:00:00.007", 0},
+                 {9999, "counted", "0:00:09.999", 9}, {9999, "estimate: rate", "0:00:09.999", 10},
+                 {10000, "header", "0:00:10", 10},    {10999, "header", "0:00:10", 10},
+                 {3723004, "header", "1:02:03", 3723}};
+    for (const auto& row : table) {
+        ezMediaInfo info;
+        info.SetDuration(row.mMilliseconds, row.mMethod);
+        const std::vector<Fact> facts = FactsOf(info);
+        const Fact* const duration = FindFactNamed(facts, "duration");
+        ASSERT_NE(duration, nullptr);
+        EXPECT_EQ(duration->mWords, row.mWords);
+        EXPECT_EQ(duration->mNumber, row.mSeconds);
+        EXPECT_EQ(FindFactNamed(facts, "duration_ms")->mNumber, row.mMilliseconds);
+    }
+    ezMediaInfo seconds; // as a media mapper states them
+    seconds.Set(kezInfo_Duration, 5, true);
+    EXPECT_EQ(WordsOf(seconds), (Words{{"duration", "0:00:05"}}));
+}
+
 TEST(Facts, LpcmKeepsItsSamplingRateUnderTheAudioBitRate) {
     ezMediaInfo info;
     info.Set(kezInfo_AudioCodec, "LPCM", true);

@@ -189,10 +189,10 @@ TEST(StandardInput, OneThatIsOpenForWritingOnlyIsAnError) {
 }
 
 TEST(StandardInput, ASizeThatIsNotKnownIsShownAsNone) {
-    const ProgramResult larger =
-        AnnouncePiped({"--name", "a.mp3", "-"}, Writing(std::string((std::size_t{1} << 20) + 1, 'x')));
+    const ProgramResult larger = AnnouncePiped({"--wide", "--name", "a.mp3", "-"},
+                                               Writing(std::string((std::size_t{1} << 20) + 1, 'x')));
     EXPECT_EQ(LinesOf(larger.mOut).at(1), "a.mp3  audio/mpeg  item.audioItem.musicTrack  *        -  mp3");
-    const ProgramResult fits = AnnouncePiped({"--name", "a.mp3", "-"}, Writing("x"));
+    const ProgramResult fits = AnnouncePiped({"--wide", "--name", "a.mp3", "-"}, Writing("x"));
     EXPECT_EQ(LinesOf(fits.mOut).at(1), "a.mp3  audio/mpeg  item.audioItem.musicTrack  *      1 B  mp3");
 }
 

@@ -57,7 +57,7 @@ TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
     const std::set<std::string> expected = {
         "  DLNA             DLNA.ORG_PN=MP3X                  media mapper: "
         "DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000 -> DLNA.ORG_PN=MP3X",
-        "  duration         0:00:04                           media mapper: 0:00:03 -> 0:00:04",
+        "  duration         0:00:04                           media mapper: 0:00:03.100 -> 0:00:04",
         "  bit rate         64 kbit/s                         media mapper: variable -> 64 kbit/s",
         "  max. audio rate  320 kbit/s                        parser mp3 (MPEGAudioParser)",
         "  title            Uneven Road                       parser mp3 (MPEGAudioParser)"};
@@ -67,7 +67,7 @@ TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
 }
 
 TEST(MapperInForce, ShowsTheOverridingFactsInTheTable) {
-    const ProgramResult result = WithMapper({"music/morning-walk.mp3", "conformance/B-LPCM-2.pcm"});
+    const ProgramResult result = WithMapper({"--wide", "music/morning-walk.mp3", "conformance/B-LPCM-2.pcm"});
     const Lines lines = LinesOf(result.mOut);
     ASSERT_EQ(lines.size(), 3U);
     // The parser had found the profile and the rate too, and more of the 4th field.
@@ -124,7 +124,7 @@ TEST(MapperInForce, ReplacesAndTakesAwayWhatAParserFound) {
     EXPECT_FALSE(overrode.contains("dlna"));
     EXPECT_FALSE(overrode.contains("bits_per_sample"));
     EXPECT_EQ(object["explain"]["facts"]["duration"]["source"], "media-mapper");
-    EXPECT_EQ(object["explain"]["facts"]["duration"]["detail"], "0:00:01 -> 0:00:09");
+    EXPECT_EQ(object["explain"]["facts"]["duration"]["detail"], "0:00:01.000 -> 0:00:09");
     EXPECT_EQ(object["explain"]["facts"]["bits_per_sample"]["source"], "file-name");
 
     const std::string text =

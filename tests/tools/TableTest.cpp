@@ -28,16 +28,22 @@ std::string RowOf(const std::string& aTable, const std::string& aName) {
     return {};
 }
 
+/// The table with all that is known.
+ProgramResult WideTable(Words anArguments, const ProgramOptions& anOptions = ProgramOptions()) {
+    anArguments.insert(anArguments.begin(), "--wide");
+    return Announce(std::move(anArguments), anOptions);
+}
+
 bool Holds(const std::string& aText, const std::string& aPart) {
     return aText.find(aPart) != std::string::npos;
 }
 
 } // namespace
 
-TEST(Table, ShowsAMediaInOneRowUnderAHeader) {
+TEST(Table, ShowsAMediaInOneRowUnderAHeaderWhenWide) {
     ProgramOptions options;
     options.mFolder = EZ_SAMPLES;
-    const ProgramResult result = Announce({"music/door-bell.wav"}, options);
+    const ProgramResult result = WideTable({"music/door-bell.wav"}, options);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(result.mOut,
@@ -47,22 +53,22 @@ TEST(Table, ShowsAMediaInOneRowUnderAHeader) {
 
 TEST(Table, ParseAsAVerbShowsTheSame) {
     const std::string walk = EZ_SAMPLES "/music/morning-walk.mp3";
-    EXPECT_EQ(Announce({"parse", walk}).mOut, Announce({walk}).mOut);
+    EXPECT_EQ(WideTable({"parse", walk}).mOut, WideTable({walk}).mOut);
 }
 
 TEST(Table, ShowsInWordsWhatElseIsKnown) {
     ProgramOptions options;
     options.mFolder = EZ_SAMPLES;
-    const ProgramResult result = Announce({"--ctt", "1", "conformance/B-LPCM-2.pcm"}, options);
+    const ProgramResult result = WideTable({"--ctt", "1", "conformance/B-LPCM-2.pcm"}, options);
     EXPECT_EQ(result.mStatus, 0);
     // The sampling rate, and no bit rate made of it.
     EXPECT_EQ(LinesOf(result.mOut).at(1),
               "conformance/B-LPCM-2.pcm  audio/L16;rate=44100;channels=2  item.audioItem  DLNA.ORG_PN=LPCM  "
-              "172.3 KiB  pcm  0:00:01, LPCM, 44.1 kHz, 2 channels, 16 bit");
+              "172.3 KiB  pcm  0:00:01.000, LPCM, 44.1 kHz, 2 channels, 16 bit");
 }
 
 TEST(Table, EverySampleIsInIt) {
-    const ProgramResult result = Announce(
+    const ProgramResult result = WideTable(
         {EZ_SAMPLES "/music", EZ_SAMPLES "/video", EZ_SAMPLES "/pictures", EZ_SAMPLES "/conformance"});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
@@ -72,7 +78,7 @@ TEST(Table, EverySampleIsInIt) {
 }
 
 TEST(Table, ColumnsStandUnderEachOther) {
-    const ProgramResult result = Announce({EZ_SAMPLES "/music"});
+    const ProgramResult result = WideTable({EZ_SAMPLES "/music"});
     const std::vector<std::string> lines = LinesOf(result.mOut);
     const std::size_t mimeType = lines.at(0).find("MIME TYPE");
     const std::size_t className = lines.at(0).find("CLASS");
@@ -87,7 +93,7 @@ TEST(Table, ColumnsStandUnderEachOtherWhateverTheWidthOfTheCharacters) {
     folder.Write("m\xC3\xBCsik.mp3", "");             // two bytes, one column
     folder.Write("\xE9\x9F\xB3\xE6\xA5\xBD.mp3", ""); // six bytes, four columns
     folder.Write("mu\xCC\x88sik.mp3", "");            // a combining character, no column
-    const std::vector<std::string> lines = LinesOf(Announce({folder.GetPath()}).mOut);
+    const std::vector<std::string> lines = LinesOf(WideTable({folder.GetPath()}).mOut);
     ASSERT_EQ(lines.size(), 4U);
     const std::size_t header = lines[0].find("MIME");
     const std::size_t combined = lines[1].find("audio/mpeg");
@@ -100,7 +106,7 @@ TEST(Table, ColumnsStandUnderEachOtherWhateverTheWidthOfTheCharacters) {
 
 TEST(Failures, AMissingFileIsNamedAndTheOthersAreAnnounced) {
     const std::string walk = EZ_SAMPLES "/music/morning-walk.mp3";
-    const ProgramResult result = Announce({"/none/of this", walk, ""});
+    const ProgramResult result = WideTable({"/none/of this", walk, ""});
     EXPECT_EQ(result.mStatus, 1);
     EXPECT_EQ(result.mError, "ezannounce: /none/of this: No such file or directory\n"
                              "ezannounce: '': No such file or directory\n");
@@ -118,7 +124,7 @@ TEST(Failures, AnUnreadableFileOrFolderIsNamedAndTheOthersAreAnnounced) {
     ProgramOptions options;
     options.mfWithoutRights = true;
     for (const Words& paths : {Words{folder.GetPath()}, Words{locked, open, folder.Path("c-shut")}}) {
-        const ProgramResult result = Announce(paths, options);
+        const ProgramResult result = WideTable(paths, options);
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mError, "ezannounce: " + locked + ": Permission denied\nezannounce: " +
                                      folder.Path("c-shut") + ": Permission denied\n");
@@ -131,7 +137,7 @@ TEST(Failures, AnUnreadableFileOrFolderIsNamedAndTheOthersAreAnnounced) {
 TEST(Failures, AnEmptyFileIsAnnouncedFromItsExtension) {
     const TemporaryFolder folder;
     const std::string empty = folder.Write("empty.mp3", "");
-    const ProgramResult result = Announce({empty});
+    const ProgramResult result = WideTable({empty});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_TRUE(Holds(RowOf(result.mOut, empty), "audio/mpeg"));
     EXPECT_TRUE(Holds(RowOf(result.mOut, empty), "  0 B  mp3"));
@@ -141,7 +147,7 @@ TEST(Failures, PipesAndDevicesThatAreNamedAreRefusedAndNotWaitedFor) {
     const TemporaryFolder folder;
     const std::string pipe = folder.Path("pipe.mp3");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const ProgramResult result = Announce({pipe, "/dev/null", "/dev/zero"});
+    const ProgramResult result = WideTable({pipe, "/dev/null", "/dev/zero"});
     EXPECT_EQ(result.mStatus, 1);
     EXPECT_EQ(result.mOut, "");
     EXPECT_EQ(result.mError, "ezannounce: " + pipe +
@@ -155,13 +161,13 @@ TEST(Failures, AFileThatIsNotRecognisedIsOneOnlyWhereItIsNamed) {
     const std::string letter = folder.Write("letter.unheard", "hello");
     const std::string excluded = folder.Write("letter.pdf", "%PDF");
     for (const std::string& path : {letter, excluded}) {
-        const ProgramResult named = Announce({path});
+        const ProgramResult named = WideTable({path});
         EXPECT_EQ(named.mStatus, 1);
         EXPECT_EQ(named.mError, "");
         EXPECT_TRUE(Holds(RowOf(named.mOut, path), "  -          -      -     ")) << named.mOut;
         EXPECT_TRUE(Holds(RowOf(named.mOut, path), "not recognised"));
     }
-    const ProgramResult walked = Announce({folder.GetPath()});
+    const ProgramResult walked = WideTable({folder.GetPath()});
     EXPECT_EQ(walked.mStatus, 0);
     EXPECT_TRUE(Holds(RowOf(walked.mOut, letter), "not recognised"));
     EXPECT_TRUE(Holds(RowOf(walked.mOut, excluded), "not recognised"));
@@ -188,14 +194,14 @@ TEST(Names, ArePrintedSoThatATerminalTakesNoHarm) {
         folder.Write(name.first, "");
         ProgramOptions options;
         options.mFolder = folder.GetPath();
-        const ProgramResult named = Announce({"--", name.first}, options);
+        const ProgramResult named = WideTable({"--", name.first}, options);
         EXPECT_EQ(named.mError, "") << name.second;
         EXPECT_EQ(LinesOf(named.mOut).size(), 2U) << name.second;
         EXPECT_NE(RowOf(named.mOut, name.second), "") << named.mOut;
         EXPECT_EQ(named.mStatus, name.first == "--json" ? 1 : 0) << name.second;
         EXPECT_TRUE(name.first == "--json" || Holds(named.mOut, "audio/mpeg")) << name.second;
     }
-    const ProgramResult walked = Announce({folder.GetPath()});
+    const ProgramResult walked = WideTable({folder.GetPath()});
     EXPECT_EQ(walked.mStatus, 0);
     for (const auto& name : names) {
         EXPECT_NE(RowOf(walked.mOut, folder.Path(name.second)), "") << name.second;
@@ -206,19 +212,19 @@ TEST(Names, ArePrintedSoThatATerminalTakesNoHarm) {
 TEST(Names, WithABackslashOpenAndAreDoubled) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("back\\slash.mp3", "");
-    const ProgramResult result = Announce({path});
+    const ProgramResult result = WideTable({path});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_TRUE(Holds(RowOf(result.mOut, folder.Path("back\\\\slash.mp3")), "audio/mpeg"));
 }
 
 TEST(Names, InErrorsAreEscapedToo) {
-    EXPECT_EQ(Announce({"no\n\x1B\xFFne"}).mError,
+    EXPECT_EQ(WideTable({"no\n\x1B\xFFne"}).mError,
               "ezannounce: no\\n\\x1b\\xffne: No such file or directory\n");
 }
 
 TEST(Names, ThatAreTooLongForTheSystemAreAnError) {
     const std::string name(256, 'n');
-    const ProgramResult result = Announce({"/" + name});
+    const ProgramResult result = WideTable({"/" + name});
     EXPECT_EQ(result.mStatus, 1);
     EXPECT_EQ(result.mError, "ezannounce: /" + name + ": File name too long\n");
 }
@@ -229,7 +235,7 @@ TEST(Walk, GoesInTheOrderOfTheNamesWithFoldersAmongThem) {
         folder.Write(name, "");
     }
     std::vector<std::string> names;
-    for (const std::string& line : LinesOf(Announce({folder.GetPath()}).mOut)) {
+    for (const std::string& line : LinesOf(WideTable({folder.GetPath()}).mOut)) {
         names.push_back(line.substr(0, line.find(' ')));
     }
     const auto path = [&](const char* aName) { return folder.Path(aName); };
@@ -247,7 +253,7 @@ TEST(Walk, PassesOverPipesDevicesAndSocketsInSilence) {
     folder.Path("socket.mp3").copy(address.sun_path, sizeof address.sun_path - 1);
     const void* bound = &address;
     ASSERT_EQ(bind(server, static_cast<const sockaddr*>(bound), sizeof address), 0);
-    const ProgramResult result = Announce({folder.GetPath()});
+    const ProgramResult result = WideTable({folder.GetPath()});
     close(server);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
@@ -261,7 +267,7 @@ TEST(Walk, EndsWhereLinksLeadBackAndVisitsAFolderOnce) {
     std::filesystem::create_directory_symlink(folder.Path("a"), folder.Path("a/b/top"));
     std::filesystem::create_directory_symlink("a", folder.Path("z"));
     std::filesystem::create_symlink("a/b/song.mp3", folder.Path("link.mp3"));
-    const ProgramResult result = Announce({folder.GetPath()});
+    const ProgramResult result = WideTable({folder.GetPath()});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
     EXPECT_EQ(LinesOf(result.mOut).size(), 3U) << result.mOut;
@@ -274,7 +280,7 @@ TEST(Walk, NamesLinksThatLeadNowhere) {
     folder.Write("song.mp3", "");
     std::filesystem::create_symlink("none.mp3", folder.Path("dangling.mp3"));
     std::filesystem::create_symlink("self.mp3", folder.Path("self.mp3"));
-    const ProgramResult result = Announce({folder.GetPath()});
+    const ProgramResult result = WideTable({folder.GetPath()});
     EXPECT_EQ(result.mStatus, 1);
     EXPECT_EQ(result.mError, "ezannounce: " + folder.Path("dangling.mp3") +
                                  ": No such file or directory\nezannounce: " + folder.Path("self.mp3") +
@@ -284,7 +290,7 @@ TEST(Walk, NamesLinksThatLeadNowhere) {
 
 TEST(Walk, AnEmptyFolderShowsNothingAndIsNoFailure) {
     const TemporaryFolder folder;
-    const ProgramResult result = Announce({folder.GetPath()});
+    const ProgramResult result = WideTable({folder.GetPath()});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mOut, "");
     EXPECT_EQ(result.mError, "");
@@ -293,7 +299,7 @@ TEST(Walk, AnEmptyFolderShowsNothingAndIsNoFailure) {
 TEST(Walk, OfAFolderWithASlashAtItsEndDoublesNone) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("a.mp3", "");
-    EXPECT_NE(RowOf(Announce({folder.GetPath() + "/"}).mOut, path), "");
+    EXPECT_NE(RowOf(WideTable({folder.GetPath() + "/"}).mOut, path), "");
 }
 
 namespace {
@@ -311,7 +317,7 @@ void WriteManyFiles(const TemporaryFolder& aFolder) {
 TEST(LongWalk, ShowsOneHeaderAndEveryFile) {
     const TemporaryFolder folder;
     WriteManyFiles(folder);
-    const ProgramResult result = Announce({folder.GetPath()});
+    const ProgramResult result = WideTable({folder.GetPath()});
     EXPECT_EQ(result.mStatus, 0);
     const std::vector<std::string> lines = LinesOf(result.mOut);
     EXPECT_EQ(lines.size(), 1U + kManyFiles);
@@ -342,5 +348,5 @@ TEST(LongWalk, ShowsProgressOnATerminalAndErasesIt) {
 TEST(LongWalk, ShowsNoProgressWhenPiped) {
     const TemporaryFolder folder;
     WriteManyFiles(folder);
-    EXPECT_EQ(Announce({folder.GetPath()}).mError, "");
+    EXPECT_EQ(WideTable({folder.GetPath()}).mError, "");
 }

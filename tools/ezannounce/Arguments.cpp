@@ -139,6 +139,8 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
                    "parse, playlist, and mapper list, show, profiles: one JSON object a line");
     anApp.add_flag("--explain", anArguments.mfExplain,
                    "parse: where each fact comes from, and which parsers were tried");
+    anApp.add_flag("--wide", anArguments.mfWide,
+                   "parse: all that is known in one row, however long; not cut to the terminal");
     anApp.add_flag("--mapper", anArguments.mfMapper, "parse, capabilities: with the media mapper in force");
     anApp.add_flag("--no-copy", anArguments.mfNoCopy,
                    "With the media mapper: the first load copies no file, nothing is written");
@@ -148,7 +150,8 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
         anApp.add_option(aName, aText, aHelp)->type_name(aValue)->take_last();
     };
     addText("--ctt", aTexts.mCTTContext, "N",
-            "Conformance-test context: 0 none, 1 file names decide where no parser does, 2 always");
+            "Conformance-test context: 0 none, 2 file names always decide, any other: "
+            "they decide where no parser does");
     addText("--parse-options", aTexts.mParseOptions, "LIST",
             "parse: if-no-extension, if-failed, everytime, vbr-full, parted by commas, or a number");
     addText("--name", anArguments.mName, "NAME", "parse: the name, and so the extension, of standard input");
@@ -296,6 +299,18 @@ std::string CheckTableOptions(const Arguments& anArguments) {
     return {};
 }
 
+/// What of the ways to show media does not go with the rest.
+std::string CheckWide(const Arguments& anArguments) {
+    if (!anArguments.mfWide) {
+        return {};
+    }
+    if (anArguments.mVerb != Verb::Parse) {
+        return "--wide goes with parse only";
+    }
+    const bool fNoTable = anArguments.mfJson || anArguments.mfExplain || anArguments.mfElementary;
+    return fNoTable ? "--wide does not go with --json, --explain and --es" : "";
+}
+
 /// What of the options about streams does not go with the rest.
 std::string CheckStreamOptions(const Arguments& anArguments, const OptionTexts& aTexts) {
     const bool fAny = anArguments.mName || aTexts.mTimeout || anArguments.mfElementary || aTexts.mPacketSize;
@@ -364,6 +379,9 @@ std::string CheckOperands(const Arguments& anArguments) {
 /// What of the arguments does not go together.
 std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aTexts) {
     std::string error = CheckTableOptions(anArguments);
+    if (error.empty()) {
+        error = CheckWide(anArguments);
+    }
     if (error.empty()) {
         error = CheckStreamOptions(anArguments, aTexts);
     }

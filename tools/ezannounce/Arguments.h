@@ -26,6 +26,7 @@ struct Arguments {
     std::vector<std::string> mOperands;        ///< paths, extensions and MIME types, names, or profiles
     bool mfJson = false;
     bool mfExplain = false;
+    bool mfWide = false;   ///< the table with all that is known
     bool mfMapper = false; ///< the media mapper is in force
     bool mfNoCopy = false; ///< its first load copies nothing
     bool mfDTCP = false;   ///< the link-protected capabilities

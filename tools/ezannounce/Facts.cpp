@@ -14,6 +14,8 @@ namespace {
 constexpr std::uint64_t kVariableRate = 0xFFFFFFFF;
 /// A record has pictures in so many seconds.
 constexpr unsigned kFrameRateDivisor = 1000;
+/// Lengths below this, in milliseconds, are shown with their fraction.
+constexpr std::uint64_t kShort = 10000;
 /// What a record has for the level just below 1.
 constexpr std::uint64_t kLevelBelowOne = 9;
 
@@ -100,6 +102,15 @@ std::string DurationInWords(std::uint64_t aSeconds) {
     return text.data();
 }
 
+/// A short length with its fraction, where that is known.
+std::string DurationInWords(const ezMediaInfo& anInfo) {
+    const std::uint64_t milliseconds = anInfo.GetUInt64(kezInfo_DurationMilliseconds, kShort).ToUInt64();
+    if (milliseconds >= kShort) {
+        return DurationInWords(anInfo.GetUInt64(kezInfo_Duration, 0).ToUInt64());
+    }
+    return DurationInWords(milliseconds / 1000) + "." + std::to_string(1000 + milliseconds % 1000).substr(1);
+}
+
 /// "29.97" of 29970, "25" of 25000.
 std::string ThousandthsInWords(std::uint64_t aNumber) {
     std::string fraction = std::to_string(kFrameRateDivisor + aNumber % kFrameRateDivisor).substr(1);
@@ -120,8 +131,6 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     switch (aKind) {
     case Kind::Bytes:
         return SizeInWords(aNumber);
-    case Kind::Seconds:
-        return DurationInWords(aNumber);
     case Kind::Rate:
         return aNumber == kVariableRate ? "variable" : ThousandsInWords(aNumber, "bit/s");
     case Kind::Hertz:
@@ -131,6 +140,7 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     case Kind::FrameRate:
         return ThousandthsInWords(aNumber);
     case Kind::Text:
+    case Kind::Seconds:
     case Kind::Milliseconds:
     case Kind::Count:
     case Kind::Level:
@@ -215,7 +225,7 @@ private:
         aFact.mfNumber = true;
         aFact.mfFlag = aKind == Kind::Flag;
         aFact.mDivisor = aKind == Kind::FrameRate ? kFrameRateDivisor : 1;
-        aFact.mWords = NumberInWords(aKind, aFact.mNumber);
+        aFact.mWords = aKind == Kind::Seconds ? DurationInWords(mInfo) : NumberInWords(aKind, aFact.mNumber);
         if (aKind == Kind::Level) {
             aFact.mWords = LevelInWords(aFact.mNumber, mInfo.GetCString(kezInfo_VideoCodec, "") == "MPEG4");
         }
@@ -267,6 +277,12 @@ private:
 
 std::vector<Fact> FactsOf(const ezMediaInfo& anInfo) {
     return FactMaker(anInfo).Make();
+}
+
+const Fact* FindFactNamed(const std::vector<Fact>& aFacts, std::string_view aName) {
+    const auto fact =
+        std::find_if(aFacts.begin(), aFacts.end(), [&](const Fact& aFact) { return aFact.mName == aName; });
+    return fact != aFacts.end() ? &*fact : nullptr;
 }
 
 std::string AnnouncedFourthField(const ezMediaInfo& anInfo) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class ezDateTime;
@@ -25,6 +26,9 @@ struct Fact {
 /// rate under "ar"; the rates derived from that are no bit rates and come without a name, as do keys that
 /// this tool does not know.
 std::vector<Fact> FactsOf(const ezMediaInfo& anInfo);
+
+/// The fact of a name for programs; null where there is none.
+const Fact* FindFactNamed(const std::vector<Fact>& aFacts, std::string_view aName);
 
 /// The 4th field as it is announced: "*" where the record has none.
 std::string AnnouncedFourthField(const ezMediaInfo& anInfo);

@@ -1,12 +1,14 @@
 #include "Verbs.h"
 
 #include "Console.h"
-#include "Explanation.h"
+#include "ExplainedOutput.h"
 #include "Host.h"
 #include "Json.h"
 #include "LiveMedia.h"
+#include "OutputWidth.h"
 #include "Table.h"
 #include "Walk.h"
+#include "WideTable.h"
 
 #include <memory>
 
@@ -66,7 +68,10 @@ std::unique_ptr<Output> NewOutput(const Arguments& anArguments, Console& aConsol
     if (anArguments.mfExplain) {
         return std::make_unique<ExplainedOutput>(aConsole);
     }
-    return std::make_unique<TableOutput>(aConsole);
+    if (anArguments.mfWide) {
+        return std::make_unique<WideTableOutput>(aConsole);
+    }
+    return std::make_unique<TableOutput>(aConsole, OutputWidth());
 }
 
 } // namespace

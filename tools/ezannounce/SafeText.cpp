@@ -6,6 +6,7 @@
 #include <array>
 #include <clocale> // with newlocale and uselocale, which POSIX adds
 #include <cwchar>
+#include <vector>
 
 namespace {
 
@@ -161,6 +162,45 @@ std::string CutToTerminalWidth(std::string_view aText, std::size_t aWidth) {
         end += std::max<std::size_t>(character.mLength, 1);
     }
     return std::string(aText.substr(0, end));
+}
+
+std::string CutInMiddle(std::string_view aText, std::size_t aWidth) {
+    constexpr std::string_view kDots = "...";
+    constexpr std::size_t kPartOfStart = 3;
+    std::vector<std::string> characters; // whole, so that no escape is cut through
+    std::size_t width = 0;
+    while (!aText.empty()) {
+        const std::size_t length = std::max<std::size_t>(FirstUtf8Character(aText).mLength, 1);
+        characters.push_back(ForTerminal(aText.substr(0, length)));
+        width += TerminalWidth(characters.back());
+        aText.remove_prefix(length);
+    }
+    std::size_t start = 0;
+    std::size_t end = characters.size();
+    std::string cut;
+    if (width > aWidth) {
+        const std::size_t room = aWidth - std::min(aWidth, kDots.size());
+        std::size_t left = room / kPartOfStart;
+        for (; TerminalWidth(characters[start]) <= left; ++start) {
+            left -= TerminalWidth(characters[start]);
+            cut += characters[start];
+        }
+        cut += kDots.substr(0, aWidth);
+        left += room - room / kPartOfStart;
+        for (; TerminalWidth(characters[end - 1]) <= left; --end) {
+            left -= TerminalWidth(characters[end - 1]);
+        }
+        // What combines does so with what is left out.
+        start = end;
+        while (start < characters.size() && TerminalWidth(characters[start]) == 0) {
+            ++start;
+        }
+        end = characters.size();
+    }
+    for (; start < end; ++start) {
+        cut += characters[start];
+    }
+    return cut;
 }
 
 std::string HexBytes(std::string_view aBytes) {

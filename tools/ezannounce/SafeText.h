@@ -24,5 +24,9 @@ std::size_t TerminalWidth(std::string_view aText);
 /// As many characters of an escaped text, from its start, as fit into so many columns.
 std::string CutToTerminalWidth(std::string_view aText, std::size_t aWidth);
 
+/// A text for a terminal in so many columns, as ForTerminal makes it: where that is longer, dots stand for
+/// its middle, and more is left of its end, where a path names the file.
+std::string CutInMiddle(std::string_view aText, std::size_t aWidth);
+
 /// Two lower-case hexadecimal digits a byte.
 std::string HexBytes(std::string_view aBytes);

@@ -1,136 +1,87 @@
 #include "Table.h"
 
 #include "Console.h"
-#include "Explanation.h"
 #include "Facts.h"
 #include "Host.h"
 #include "LiveMedia.h"
-#include "MapperAnswer.h"
 #include "SafeText.h"
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace {
 
 constexpr std::size_t kRowsPerBatch = 1000;
 
-enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, kRest };
+enum Column : std::size_t { kName, kKind, kLength, kSize, kCodecs, kProfile };
 
-constexpr std::array<const char*, 7> kHeader = {"NAME", "MIME TYPE", "CLASS", "DLNA", "SIZE", "EXT", "KNOWN"};
+const std::vector<std::string> kHeader = {"NAME", "KIND", "LENGTH", "SIZE", "CODECS", "PROFILE"};
 
-/// A longer text pushes its own row to the right instead of widening the column of all rows.
-constexpr std::array<std::size_t, 7> kMaximumWidths = {60, 40, 32, 104, 10, 8, 0};
+/// The last one is never cut, and a longer one than those that there are pushes nothing.
+constexpr std::size_t kLongestKind = 10;
+constexpr std::size_t kLongestCodecs = 20;
+constexpr std::size_t kLongestProfile = 44;
 
-std::string Padding(std::size_t aWidth, std::size_t aColumn) {
-    return std::string(aWidth < aColumn ? aColumn - aWidth : 0, ' ');
+/// Less of a name tells nothing: before that, columns are left out, in this order.
+constexpr std::size_t kLeastName = 16;
+constexpr std::array<Column, 4> kLeftOut = {kKind, kSize, kCodecs, kLength};
+
+std::vector<ColumnStyle> Styles() {
+    return {{SIZE_MAX}, {kLongestKind}, {16, true}, {16, true}, {kLongestCodecs}, {kLongestProfile}};
 }
 
-/// What the columns before the last have told already.
-bool HasColumn(const Fact& aFact) {
-    constexpr std::array<const char*, 5> kColumns = {"mime_type", "class", "dlna", "size", "extension"};
-    return std::find(kColumns.begin(), kColumns.end(), aFact.mName) != kColumns.end();
+/// "audio" of "item.audioItem.musicTrack"; of a class that is none of an item the whole.
+std::string KindOf(const ezMediaInfo& anInfo) {
+    constexpr std::string_view kStart = "item.";
+    constexpr std::string_view kEnd = "Item";
+    const ezCString text = anInfo.GetCString(kezInfo_ClassName, "");
+    std::string_view kind = text.View();
+    if (kind.substr(0, kStart.size()) == kStart) {
+        kind = kind.substr(kStart.size());
+        kind = kind.substr(0, kind.find('.'));
+        const std::size_t end = kind.size() - std::min(kind.size(), kEnd.size());
+        kind = kind.substr(end) == kEnd ? kind.substr(0, end) : kind;
+    }
+    return kind.empty() ? "-" : CutInMiddle(kind, kLongestKind);
 }
 
-/// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
-std::string ShortWords(const Fact& aFact) {
-    constexpr std::array<std::string_view, 8> kPlain = {"duration",    "bit_rate",    "sampling_rate",
-                                                        "audio_codec", "video_codec", "video_profile",
-                                                        "process",     "colours"};
-    const bool fPlain = std::find(kPlain.begin(), kPlain.end(), aFact.mName) != kPlain.end();
-    if (fPlain && aFact.mWords != "variable") {
-        return aFact.mWords;
-    }
-    if (aFact.mName == "frame_rate") {
-        return aFact.mWords + " fps";
-    }
-    if (aFact.mName == "channels") {
-        return aFact.mWords + (aFact.mNumber == 1 ? " channel" : " channels");
-    }
-    if (aFact.mName == "audio_tracks") {
-        return aFact.mNumber == 1 ? "" : aFact.mWords + " audio tracks";
-    }
-    if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
-        return aFact.mWords + " bit";
-    }
-    if (aFact.mName == "has_video" || aFact.mName == "duration_from" || aFact.mName == "duration_ms") {
-        return ""; // the class tells; how sure the duration is, and how fine, is a matter of explanations
-    }
-    return aFact.mLabel + " " + aFact.mWords;
+std::string WordsOf(const std::vector<Fact>& aFacts, const char* aName) {
+    const Fact* const fact = FindFactNamed(aFacts, aName);
+    return fact != nullptr ? fact->mWords : "";
 }
 
-const Fact* FindFact(const std::vector<Fact>& aFacts, const std::string& aName) {
-    const auto fact =
-        std::find_if(aFacts.begin(), aFacts.end(), [&](const Fact& aFact) { return aFact.mName == aName; });
-    return fact != aFacts.end() ? &*fact : nullptr;
+std::string ResolutionOf(const std::vector<Fact>& aFacts) {
+    const std::string width = WordsOf(aFacts, "picture_width");
+    const std::string height = WordsOf(aFacts, "picture_height");
+    return width.empty() || height.empty() ? "" : ForTerminal(width + "x" + height);
 }
 
-/// Rates that only repeat another: the maximum the rate, the estimate the maximum too, and the rate of a
-/// track that of the whole media.
-bool IsRepeatedRate(const Fact& aFact, const std::vector<Fact>& aFacts) {
-    constexpr std::string_view kSuffix = "bit_rate";
-    const std::string& name = aFact.mName;
-    if (name.size() <= kSuffix.size() ||
-        name.compare(name.size() - kSuffix.size(), kSuffix.size(), kSuffix) != 0) {
-        return false;
-    }
-    const std::string track = name.substr(0, name.find('_') + 1); // "audio_", or what no rate begins with
-    std::vector<std::string> others = {"bit_rate"};
-    if (name.find("max_") != std::string::npos || name.find("estimated_") != std::string::npos) {
-        others.push_back(track + "bit_rate");
-    }
-    if (name.find("estimated_") != std::string::npos) {
-        others.insert(others.end(), {"max_bit_rate", track + "max_bit_rate"});
-    }
-    return std::any_of(others.begin(), others.end(), [&](const std::string& anOther) {
-        const Fact* other = anOther != name ? FindFact(aFacts, anOther) : nullptr;
-        return other != nullptr && other->mWords == aFact.mWords;
-    });
+std::string CodecsOf(const std::vector<Fact>& aFacts) {
+    const std::string video = WordsOf(aFacts, "video_codec");
+    const std::string audio = WordsOf(aFacts, "audio_codec");
+    const std::string codecs = video + (video.empty() || audio.empty() ? "" : "+") + audio;
+    return codecs.empty() ? "-" : CutInMiddle(codecs, kLongestCodecs);
 }
 
-std::string RestInWords(const ezMediaInfo& anInfo) {
-    const std::vector<Fact> facts = FactsOf(anInfo);
-    std::string rest;
-    for (const Fact& fact : facts) {
-        if (fact.mName.empty() || fact.mName == "modified" || HasColumn(fact) ||
-            IsRepeatedRate(fact, facts)) {
-            continue;
+std::string ProfileOf(const ezMediaInfo& anInfo) {
+    constexpr std::string_view kStart = "DLNA.ORG_PN=";
+    const ezCString field = anInfo.GetCString(kezInfo_DLNA, "");
+    std::string_view rest = field.View();
+    while (!rest.empty()) {
+        const std::string_view parameter = rest.substr(0, rest.find(';'));
+        if (parameter.size() > kStart.size() && parameter.substr(0, kStart.size()) == kStart) {
+            return ForTerminal(parameter.substr(kStart.size()));
         }
-        std::string words;
-        if (fact.mName == "picture_width") {
-            const Fact* height = FindFact(facts, "picture_height");
-            words = fact.mWords + "x" + (height != nullptr ? height->mWords : "?");
-        } else if (fact.mName != "picture_height" || FindFact(facts, "picture_width") == nullptr) {
-            words = ShortWords(fact);
-        }
-        if (!words.empty()) {
-            rest += rest.empty() ? "" : ", ";
-            rest += ForTerminal(words);
-        }
+        rest.remove_prefix(std::min(rest.size(), parameter.size() + 1));
     }
-    return rest;
+    return "-";
 }
 
-/// "media mapper: DLNA, duration": the facts that it decided, whose values the row has.
-std::string OverridesInWords(const MapperAnswer* anAnswer) {
-    std::string words;
-    if (anAnswer != nullptr) {
-        for (const Override& change : anAnswer->mOverrides) {
-            words += words.empty() ? "media mapper: " : ", ";
-            words += ForTerminal(LabelOf(change));
-        }
-    }
-    return words;
-}
+} // namespace
 
-std::string CellOf(const ezMediaInfo& anInfo, const char* aKey) {
-    return ForTerminal(anInfo.GetCString(aKey, "-").View());
-}
-
-/// A file's record lacks the size when it is 0, a live media's when it is not known: that is never empty, and
-/// a name given to standard input has no time as a file has.
-std::string SizeCell(const Announcement& anAnnouncement) {
+std::string SizeCellOf(const Announcement& anAnnouncement) {
+    // A file's record lacks the size when it is 0, a live media's when it is not known: that is never empty,
+    // and a name given to standard input has no time as a file has.
     const ezMediaInfo& info = *anAnnouncement.mInfo;
     const bool fFile = !IsLive(anAnnouncement.mPath) && info.mLastModificationTime.IsSet();
     if (!fFile && !info.Has(kezInfo_FileSize)) {
@@ -139,114 +90,62 @@ std::string SizeCell(const Announcement& anAnnouncement) {
     return SizeInWords(info.GetUInt64(kezInfo_FileSize, 0).ToUInt64());
 }
 
-std::string LineOfExplanation(const std::string& aLabel, const std::string& aWords,
-                              const std::string& aSource) {
-    constexpr std::size_t kLabelWidth = 16;
-    constexpr std::size_t kWordsWidth = 32;
-    const std::string label = ForTerminal(aLabel);
-    const std::string words = ForTerminal(aWords);
-    std::string line = "  " + label + Padding(TerminalWidth(label), kLabelWidth) + " " + words;
-    if (!aSource.empty()) {
-        line += Padding(TerminalWidth(words), kWordsWidth) + "  " + ForTerminal(aSource);
-    }
-    return line + "\n";
-}
-
-std::string EntriesInWords(const std::vector<ExplainedEntry>& anEntries) {
-    std::string words;
-    for (const ExplainedEntry& entry : anEntries) {
-        words += words.empty() ? "" : ", ";
-        words += entry.mName;
-        words += entry.mfExcluded ? " (excluded)" : "";
-    }
-    return words.empty() ? "none for this extension" : words;
-}
-
-} // namespace
-
-std::string TableOutput::Line(const Row& aRow) const {
-    std::string line;
-    for (std::size_t column = 0; column < kColumnCount; ++column) {
-        const std::string padding = Padding(TerminalWidth(aRow[column]), mWidths[column]);
-        line += column == kSize ? padding + aRow[column] : aRow[column] + padding;
-        line += column + 1 < kColumnCount ? "  " : "";
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line + "\n";
+TableOutput::TableOutput(Console& aConsole, std::size_t aWidth)
+    : mConsole(aConsole), mWidth(aWidth), mWidths(Styles()) {
+    mWidths.Take(kHeader);
 }
 
 void TableOutput::Put(const Announcement& anAnnouncement) {
     const ezMediaInfo& info = *anAnnouncement.mInfo;
+    const std::vector<Fact> facts = FactsOf(info);
+    const std::string length = ForTerminal(WordsOf(facts, "duration"));
+    const std::string resolution = ResolutionOf(facts);
     Row row;
-    row[kName] = ForTerminal(anAnnouncement.mPath);
-    row[kMimeType] = CellOf(info, kezInfo_MimeType);
-    row[kClass] = CellOf(info, kezInfo_ClassName);
-    row[kDLNA] = anAnnouncement.mfRecognised ? ForTerminal(AnnouncedFourthField(info)) : "-";
-    row[kSize] = SizeCell(anAnnouncement);
-    row[kExtension] = CellOf(info, kezInfo_FileExtension);
-    row[kRest] = anAnnouncement.mfRecognised ? RestInWords(info) : "not recognised";
-    const std::string overrides = OverridesInWords(anAnnouncement.mMapperAnswer.get());
-    if (!overrides.empty()) {
-        row[kRest] += (row[kRest].empty() ? "" : "; ") + overrides;
-    }
+    row.mName = anAnnouncement.mPath;
+    row.mCells = {ForTerminal(row.mName),
+                  KindOf(info),
+                  length.empty() ? "-" : length,
+                  resolution.empty() ? SizeCellOf(anAnnouncement) : resolution,
+                  CodecsOf(facts),
+                  anAnnouncement.mfRecognised ? ProfileOf(info) : "not recognised"};
+    mWidths.Take(row.mCells);
     mRows.push_back(std::move(row));
     if (mRows.size() >= kRowsPerBatch) {
         Finish();
     }
 }
 
+/// The columns as they have room.
+ColumnWidths TableOutput::Fitted() const {
+    ColumnWidths fitted = mWidths;
+    const std::size_t name = mWidths.GetWidth(kName);
+    const std::size_t least = std::min(name, kLeastName);
+    for (const Column column : kLeftOut) {
+        if (fitted.GetLineWidth() - name + least > mWidth) {
+            fitted.Hide(column);
+        }
+    }
+    const std::size_t others = fitted.GetLineWidth() - name;
+    fitted.Bound(kName, std::max(least, mWidth - std::min(mWidth, others)));
+    return fitted;
+}
+
 void TableOutput::Finish() {
     if (mRows.empty()) {
         return;
     }
-    Row header;
-    std::copy(kHeader.begin(), kHeader.end(), header.begin());
-    if (!mfHeaderShown) {
-        mRows.insert(mRows.begin(), header);
-        mfHeaderShown = true;
+    const ColumnWidths fitted = Fitted();
+    std::vector<bool> shown(kHeader.size());
+    for (std::size_t column = 0; column < shown.size(); ++column) {
+        shown[column] = !fitted.IsHidden(column);
     }
-    for (const Row& row : mRows) {
-        for (std::size_t column = 0; column < kColumnCount; ++column) {
-            const std::size_t width = TerminalWidth(row[column]);
-            if (width <= kMaximumWidths[column]) {
-                mWidths[column] = std::max(mWidths[column], width);
-            }
-        }
+    if (shown != mShown) { // the first rows, or some that leave no room for a column that was shown
+        mShown = shown;
+        mConsole.Print(fitted.Line(kHeader));
     }
-    for (const Row& row : mRows) {
-        mConsole.Print(Line(row));
+    for (Row& row : mRows) {
+        row.mCells[kName] = CutInMiddle(row.mName, fitted.GetWidth(kName));
+        mConsole.Print(fitted.Line(row.mCells));
     }
     mRows.clear();
-}
-
-void ExplainedOutput::Put(const Announcement& anAnnouncement) {
-    const Explanation& explanation = *anAnnouncement.mExplanation;
-    std::string text = mfFirst ? "" : "\n";
-    mfFirst = false;
-    text += ForTerminal(anAnnouncement.mPath) + "\n";
-    if (!anAnnouncement.mfRecognised) {
-        text += "  not recognised\n";
-    }
-    bool fHasFourthField = false;
-    for (const ExplainedFact& fact : explanation.mFacts) {
-        text += LineOfExplanation(fact.mFact.mLabel, fact.mFact.mWords, InWords(fact.mSource));
-        fHasFourthField = fHasFourthField || fact.mFact.mName == "dlna";
-    }
-    if (anAnnouncement.mMapperAnswer != nullptr) {
-        for (const Override& change : anAnnouncement.mMapperAnswer->mOverrides) {
-            if (!change.mNew) { // what is shown above does not have it any more
-                text += LineOfExplanation(LabelOf(change), "-", "media mapper: " + InWords(change));
-            }
-        }
-    }
-    if (anAnnouncement.mfRecognised && !fHasFourthField) {
-        text += LineOfExplanation("DLNA", "*", "nothing stated a 4th field");
-    }
-    text += LineOfExplanation("entries", EntriesInWords(explanation.mEntries), "");
-    const char* label = "tried";
-    for (const ExplainedAttempt& attempt : explanation.mAttempts) {
-        text += LineOfExplanation(label, std::string(attempt.mDepth * 2, ' ') + InWords(attempt), "");
-        label = "";
-    }
-    mConsole.Print(text);
 }

@@ -1,5 +1,6 @@
 #include "ezBytes/TextBytes.h"
 
+#include "ezBytes/Utf16.h"
 #include "ezBytes/Utf8.h"
 
 #include <algorithm>
@@ -12,12 +13,6 @@ constexpr char32_t kByteOrderMark = 0xFEFF;
 bool IsUtf16(TextEncoding anEncoding) {
     return anEncoding == TextEncoding::Utf16 || anEncoding == TextEncoding::Utf16Big ||
            anEncoding == TextEncoding::Utf16Little;
-}
-
-char32_t UnitAt(std::string_view aBytes, std::size_t aPlace, bool afLittle) {
-    const auto first = static_cast<unsigned char>(aBytes[aPlace]);
-    const auto second = static_cast<unsigned char>(aBytes[aPlace + 1]);
-    return static_cast<char32_t>(afLittle ? second << 8 | first : first << 8 | second);
 }
 
 /// The order in which more units are letters of the first 256, as those of nearly every title are.
@@ -33,10 +28,10 @@ TextEncoding GuessOrder(std::string_view aBytes) {
 
 /// What the bytes say of their order, or what was said of it.
 TextEncoding ResolveOrder(std::string_view aBytes, TextEncoding anEncoding) {
-    if (aBytes.size() >= 2 && UnitAt(aBytes, 0, false) == kByteOrderMark) {
+    if (aBytes.size() >= 2 && Utf16UnitAt(aBytes, 0, false) == kByteOrderMark) {
         return TextEncoding::Utf16Big;
     }
-    if (aBytes.size() >= 2 && UnitAt(aBytes, 0, true) == kByteOrderMark) {
+    if (aBytes.size() >= 2 && Utf16UnitAt(aBytes, 0, true) == kByteOrderMark) {
         return TextEncoding::Utf16Little;
     }
     return anEncoding == TextEncoding::Utf16 ? GuessOrder(aBytes) : anEncoding;
@@ -89,16 +84,10 @@ private:
 };
 
 void PutUtf16(std::string_view aBytes, bool afLittle, CleanTextWriter& aWriter) {
-    for (std::size_t i = 0; i + 1 < aBytes.size() && !aWriter.IsFull(); i += 2) {
-        char32_t character = UnitAt(aBytes, i, afLittle);
-        const bool fFirstHalf = character >= 0xD800 && character < 0xDC00;
-        const char32_t next = fFirstHalf && i + 3 < aBytes.size() ? UnitAt(aBytes, i + 2, afLittle) : 0;
-        if (next >= 0xDC00 && next < 0xE000) {
-            character = 0x10000 + ((character - 0xD800) << 10) + (next - 0xDC00);
-            i += 2;
-        }
-        aWriter.Put(character);
-    }
+    ForEachUtf16(aBytes, afLittle, [&aWriter](char32_t aCharacter) {
+        aWriter.Put(aCharacter);
+        return !aWriter.IsFull();
+    });
 }
 
 void PutLatin1(std::string_view aBytes, CleanTextWriter& aWriter) {

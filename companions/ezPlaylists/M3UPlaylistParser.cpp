@@ -77,11 +77,39 @@ std::size_t FindTitleComma(std::string_view aText) {
     return std::min(aText.find(','), aText.size());
 }
 
+/// Where a byte stands next in a row of bytes; each of these is searched once, however often is asked.
+class NextByte {
+public:
+    NextByte(std::string_view aBytes, char aByte)
+        : mEnd(aBytes.data() + aBytes.size()), mAt(aBytes.data()), mByte(aByte) {
+        Search(aBytes.data());
+    }
+
+    /// At or behind a place, which is not before the one asked for last; the end when it stands nowhere.
+    const char* From(const char* aPlace) {
+        if (mAt < aPlace) {
+            Search(aPlace);
+        }
+        return mAt;
+    }
+
+private:
+    void Search(const char* aPlace) {
+        const void* found = std::memchr(aPlace, mByte, static_cast<std::size_t>(mEnd - aPlace));
+        mAt = found != nullptr ? static_cast<const char*>(found) : mEnd;
+    }
+
+    const char* mEnd;
+    const char* mAt;
+    char mByte;
+};
+
 /// Locations among whole lines, told by the bytes that lines begin with. *afIndented is set where one begins
 /// with a blank, and what it is stands behind that.
 std::size_t CountLocations(std::string_view aLines, bool* afIndented) {
-    const bool fCR = aLines.find('\r') != std::string_view::npos;
     const char* const end = aLines.data() + aLines.size();
+    NextByte lf(aLines, '\n');
+    NextByte cr(aLines, '\r');
     std::size_t count = 0;
     bool fIndented = false;
     for (const char* at = aLines.data(); at != end;) {
@@ -89,13 +117,8 @@ std::size_t CountLocations(std::string_view aLines, bool* afIndented) {
         const bool fBlank = first == ' ' || first == '\t' || first == '\v' || first == '\f';
         count += first != '#' && first != '\n' && first != '\r' ? 1 : 0;
         fIndented = fIndented || fBlank;
-        const void* lf = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-        const char* next = lf != nullptr ? static_cast<const char*>(lf) + 1 : end;
-        if (fCR) { // it ends the line where it comes first; before LF that makes one blank line more
-            const void* cr = std::memchr(at, '\r', static_cast<std::size_t>(next - at));
-            next = cr != nullptr ? static_cast<const char*>(cr) + 1 : next;
-        }
-        at = next;
+        // CR ends the line where it comes first; before LF that makes one blank line more.
+        at = std::min(lf.From(at), cr.From(at)) + 1; // one of them is the last byte
     }
     *afIndented = fIndented;
     return count;
@@ -230,13 +253,14 @@ M3UPlaylistParser::~M3UPlaylistParser() = default;
 
 bool M3UPlaylistParser::LookForHLS() {
     ++mMoves;
-    PlaylistLine line;
-    while (mLines->Next(&line) && line.mPos < kPlaylist_HLSLook) {
-        const std::string_view mark = line.mPos == 0 ? line.mText.substr(0, 2) : std::string_view();
-        mfUTF16 = mfUTF16 || mark == "\xFF\xFE" || mark == "\xFE\xFF";
-        if (StartsWithOneOf(WithoutIndent(line.mText), kHLSTags)) {
+    std::string start;
+    mLines->LookAtStart(kPlaylist_HLSLook, &start);
+    for (std::string_view rest = start; !rest.empty();) {
+        const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+        if (StartsWithOneOf(WithoutIndent(rest.substr(0, end)), kHLSTags)) {
             return true;
         }
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return false;
 }
@@ -252,13 +276,10 @@ bool M3UPlaylistParser::IsHLS() {
     return mHLS.value_or(false);
 }
 
-bool M3UPlaylistParser::MayHaveEntries() {
-    return !IsHLS() && !mfUTF16;
-}
-
 bool M3UPlaylistParser::SeekBytes(const ezuint64& aPos) {
     ++mMoves;
-    if (!mLines->StartAt(aPos.ToUInt64())) {
+    const std::uint64_t pos = aPos.ToUInt64();
+    if (!mReader->Seek(pos - std::min<std::uint64_t>(pos, 1))) { // a walk looks at the byte before, too
         return false;
     }
     mWalkPos = aPos;
@@ -266,7 +287,7 @@ bool M3UPlaylistParser::SeekBytes(const ezuint64& aPos) {
 }
 
 void M3UPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserData) {
-    if (!MayHaveEntries() || !mLines->StartAt(mWalkPos.ToUInt64())) {
+    if (IsHLS() || !mLines->StartAt(mWalkPos.ToUInt64())) {
         return;
     }
     const unsigned move = ++mMoves;
@@ -288,11 +309,11 @@ void M3UPlaylistParser::ParseAll(PlaylistParserCallback aCallback, void* aUserDa
 
 bool M3UPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEntry* anEntry) {
     // As the base does it, but what is passed by is not made into entries.
-    if (anEntry == nullptr || !MayHaveEntries() || !SeekBytes(0)) {
+    if (anEntry == nullptr || IsHLS() || !SeekBytes(0) || !mLines->StartAt(0)) {
         return false;
     }
     // Less than what is wanted, so that the walk passes a location and knows where the wanted entry begins.
-    uint32 index = SkipLocations(*mReader, anEntryIndex);
+    uint32 index = mLines->IsUtf16() ? 0 : SkipLocations(*mReader, anEntryIndex);
     EntryFinder finder(*mLines);
     for (; finder.Next([](std::string_view) {}); ++index) {
         if (index == anEntryIndex) {
@@ -300,6 +321,10 @@ bool M3UPlaylistParser::FetchEntryAtIndex(uint32 anEntryIndex, PlaylistParserEnt
         }
     }
     return false;
+}
+
+PlaylistCut M3UPlaylistParser::GetCut() const {
+    return mReader->GetCut();
 }
 
 ezCString M3UPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {

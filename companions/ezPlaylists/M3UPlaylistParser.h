@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezPlaylists/Export.h"
+#include "ezPlaylists/PlaylistCut.h"
 
 #include "ez/PlaylistParser.h"
 
@@ -28,7 +29,9 @@ class PlaylistStreamReader;
 ///   counts.
 /// - mSpecificTags are lines parted by "\n": the attributes of `#EXTINF` (key="value", as they are written)
 ///   first, then all further directives, as they are written, up to 64 KiB.
-/// - A playlist in UTF-16, told by its byte order mark, has no entries.
+/// - A playlist in UTF-16, told by its byte order mark, is read too: its texts are handed out in UTF-8, its
+/// positions are those of its bytes.
+/// - A line of more than 1 MiB is in no playlist: the reading ends before it. So it does behind 64 MiB.
 /// - An HLS playlist describes one media, not a list of songs: it has no entries.
 ///
 /// Nothing keeps a playlist from naming itself, or another that names it: who opens entries that are
@@ -59,22 +62,24 @@ public:
     /// As the base, but in a relative location of a playlist from a server "\" is "/".
     ezCString GetFullURLFor(const ezCString& anEntryURI) override;
 
-    /// Whether a tag that only HLS has (RFC 8216) stands in the first 64 KiB. Looked at once; a walk goes on
-    /// where it would have without the look.
+    /// Whether a tag that only HLS has (RFC 8216) stands in the first 64 KiB, and no more than a block of the
+    /// reader behind them is read for that. Looked at once; a walk goes on where it would have without the
+    /// look.
     bool IsHLS();
+
+    /// Of what was read so far.
+    PlaylistCut GetCut() const;
 
 private:
     class EntryReader;
 
     M3UPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
     bool LookForHLS();
-    bool MayHaveEntries();
 
     std::unique_ptr<PlaylistStreamReader> mReader;
     std::unique_ptr<PlaylistLineReader> mLines;
     std::optional<bool> mHLS; ///< not known before the first look
     ezuint64 mWalkPos = 0;    ///< where the next walk begins
     unsigned mMoves = 0;      ///< of the place of reading: a walk ends when its callback made one
-    bool mfUTF16 = false;     ///< known with mHLS
     bool mfUTF8;
 };

@@ -1,6 +1,7 @@
 #include "ezPlaylists/Playlists.h"
 
 #include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezPlaylists/PlaylistCut.h"
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
 #ifdef EZ_HAS_XML_PLAYLISTS
@@ -9,6 +10,14 @@
 #endif
 
 #include "ez/PlaylistParserFactory.h"
+
+PlaylistCut GetPlaylistCut(const PlaylistParser& aReader) {
+    if (const auto* m3u = dynamic_cast<const M3UPlaylistParser*>(&aReader)) {
+        return m3u->GetCut();
+    }
+    const auto* indexed = dynamic_cast<const IndexedPlaylistParser*>(&aReader);
+    return indexed != nullptr ? indexed->GetCut() : PlaylistCut::None;
+}
 
 bool RegisterPlaylistParsers(PlaylistParserFactory& aFactory) {
     bool fRegistered = PlaylistParser::RegisterTo<M3UPlaylistParser>(&aFactory);

@@ -5,8 +5,10 @@
 #include "Record.h"
 
 #include "ez/DLNAMediaMapper.h"
+#include "ezPlatform/base/StandardDescriptors.h"
 
 int main(int anArgCount, char** anArgs) {
+    ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
     if (anArgCount < 3) {
         std::fprintf(stderr, "usage: step-4-media-mapper CONFIG_FOLDER STATE_FOLDER FILE...\n");
         return 2;

@@ -5,6 +5,7 @@
 #include "Record.h"
 
 #include "ez/ThumbnailProvider.h"
+#include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
@@ -48,6 +49,7 @@ bool Copy(ezFile& aFrom, const char* aTo) {
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
+    ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
     if (anArgCount != 5) {
         std::fprintf(stderr, "usage: step-6-thumbnails CONFIG_FOLDER CACHE_FOLDER MEDIA OUT\n");
         return 2;

@@ -8,6 +8,7 @@
 #include "ez/StreamMediaParserStream.h"
 #include "ezFormats/EltStreamCandidates.h"
 #include "ezLiveStreams/HttpStream.h"
+#include "ezPlatform/base/StandardDescriptors.h"
 
 #include <array>
 
@@ -44,6 +45,7 @@ std::unique_ptr<ezMediaInfo> Race(std::FILE& aBroadcast) {
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
+    ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
     const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);

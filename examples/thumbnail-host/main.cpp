@@ -1,5 +1,6 @@
 // A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media to OUT.
 #include "ez/ThumbnailProvider.h"
+#include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezThumbnails/CostlyThumbnailProvider.h"
@@ -174,6 +175,7 @@ ezCString MimeTypeOf(const ezPathName& aPath) {
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
+    ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
     if (anArgCount != 4) {
         std::fprintf(stderr, "usage: thumbnail-host MEDIA CACHE_FOLDER OUT\n");
         return 2;

@@ -300,6 +300,42 @@ TEST(Playlist, EmptyPlaylistIsToldOf) {
     EXPECT_EQ(lines.mStatus, 0);
 }
 
+TEST(Playlist, AFileThatIsOneHoleIsNoPlaylist) {
+    const TemporaryFolder folder;
+    for (const char* name : {"a.m3u", "a.pls", "a.xspf", "a.asx"}) {
+        const std::string path = folder.Write(name, "[playlist]\n");
+        std::filesystem::resize_file(path, std::uintmax_t{64} * 1024 * 1024 * 1024);
+        const ProgramResult result = Playlist({path, "--index", "7"});
+        EXPECT_EQ(result.mStatus, 1);
+        const bool fLines = path.back() != 'f' && path.back() != 'x';
+        EXPECT_EQ(result.mError, "ezannounce: " + path +
+                                     (fLines ? ": not a playlist: a line of more than 1 MiB stands in it\n"
+                                             : ": too large to be read to its end\n"));
+    }
+}
+
+TEST(Playlist, A16BitPlaylistOfAnyKindIsRead) {
+    const TemporaryFolder folder;
+    for (const char* name : {"morning.m3u", "radio.pls"}) {
+        const std::string text = name[0] == 'm' ? "#EXTM3U\r\n#EXTINF:7,A\r\na.mp3\r\n"
+                                                : "[playlist]\r\nFile1=a.mp3\r\nTitle1=A\r\nLength1=7\r\n";
+        for (const bool fBigEndian : {false, true}) {
+            std::string wide = fBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+            for (const char byte : text) {
+                wide += fBigEndian ? std::string{'\0', byte} : std::string{byte, '\0'};
+            }
+            const std::string path = folder.Write(name, wide);
+            const std::vector<Json> entries = JsonOf({path});
+            ASSERT_EQ(entries.size(), 1U) << name;
+            EXPECT_EQ(entries[0]["title"], "A");
+            EXPECT_EQ(entries[0]["duration"], 7);
+            EXPECT_EQ(entries[0]["location"], "a.mp3");
+            EXPECT_EQ(FromInput(path, "--json").mOut.find("\"location\":\"a.mp3\"") != std::string::npos,
+                      true);
+        }
+    }
+}
+
 TEST(Playlist, HLSPlaylistIsAnErrorThatSaysWhatItIs) {
     const std::string path = EZ_SAMPLES "/playlists/live-stream.m3u8";
     for (const Words& options : {Words{}, Words{"--json"}, Words{"--index", "0"}, Words{"--at", "0"},

@@ -260,6 +260,27 @@ TEST_F(ThumbnailTool, AFileThatCannotBeWrittenIsNamed) {
     EXPECT_TRUE(std::filesystem::is_empty(shut));
 }
 
+TEST_F(ThumbnailTool, WhereDescriptorsAreClosedNoLineOfTheLogGoesIntoAFile) {
+    const std::string path = mFolder.Write("noise.png", MakePng(Noise(300, 300, 3), PNG_COLOR_TYPE_RGB));
+    const Words words = {"--png", "--box", "30x30"};
+    ASSERT_TRUE(Holds(Thumbnail(path, words), kItself));
+    for (const std::string closed : {"2>&-", "1>&- 2>&-", "0<&- 1>&- 2>&-"}) {
+        const std::string name = "closed" + std::to_string(closed.size());
+        const std::string command = "exec " + ShellWordsOf(EZANNOUNCE) +
+                                    " --config " EZ_SAMPLES " --log debug thumbnail " + path +
+                                    " --png --box 30x30 --cache " + mFolder.Path(name) + " -o " +
+                                    mFolder.Path(name + ".png ") + closed;
+        RunSystemProgram("/bin/sh", {"-c", command});
+        EXPECT_EQ(ReadWholeFile(mFolder.Path(name + ".png")), ReadWholeFile(mOut)) << closed;
+        const Words cached = FilesBelow(mFolder.Path(name));
+        EXPECT_FALSE(cached.empty()) << closed;
+        for (const std::string& file : cached) {
+            EXPECT_EQ(ReadWholeFile(file).find("ezMediaParser"), std::string::npos) << file;
+            EXPECT_EQ(ReadWholeFile(file).find("humbnailProvider: "), std::string::npos) << file;
+        }
+    }
+}
+
 TEST_F(ThumbnailTool, AFileIsWrittenWholeOrNotAtAll) {
     const std::string path = mFolder.Write("noise.png", MakePng(Noise(300, 300, 3), PNG_COLOR_TYPE_RGB));
     const Words words = {"--png", "--box", "300x300"};

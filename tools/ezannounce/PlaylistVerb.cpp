@@ -13,6 +13,7 @@
 #include "ezPlatform/text/URI.h"
 #ifdef EZ_HAS_PLAYLISTS
 #include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezPlaylists/PlaylistCut.h"
 #include "ezPlaylists/Playlists.h"
 #endif
 
@@ -237,6 +238,21 @@ bool IsHLS([[maybe_unused]] PlaylistParser& aReader) {
 #endif
 }
 
+/// Why not all of the playlist could be shown; "" when all could.
+std::string WhyCut([[maybe_unused]] const PlaylistParser& aReader) {
+#ifdef EZ_HAS_PLAYLISTS
+    switch (GetPlaylistCut(aReader)) {
+    case PlaylistCut::Line:
+        return "not a playlist: a line of more than 1 MiB stands in it";
+    case PlaylistCut::Size:
+        return "too large to be read to its end";
+    case PlaylistCut::None:
+        break;
+    }
+#endif
+    return {};
+}
+
 /// Shows what of the playlist was asked for. A playlist that is empty is told of, but is no failure.
 /// @param aReason  takes what there is to tell; "" for nothing
 int Show(const Opened& anOpened, const Arguments& anArguments, Console& aConsole, std::string& aReason) {
@@ -276,6 +292,11 @@ int RunPlaylist(const Arguments& anArguments, Console& aConsole) {
     int status = Show({*reader, !source.IsFromNetwork()}, anArguments, aConsole, reason);
     if (source.HasFailed()) { // whatever else there is to tell comes of it
         reason = "cannot be read to its end";
+        status = kExitSomeFailed;
+    }
+    const std::string cut = WhyCut(*reader);
+    if (!cut.empty() && !source.HasFailed()) {
+        reason = cut;
         status = kExitSomeFailed;
     }
     if (!reason.empty()) {

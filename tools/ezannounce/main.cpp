@@ -7,6 +7,7 @@
 #include "Verbs.h"
 
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/StandardDescriptors.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -137,6 +138,9 @@ int RunCommandLine(int anArgCount, char** anArgs) {
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
+    if (!ezKeepStandardDescriptors()) {
+        return kExitSomeFailed; // what is printed could go into a file
+    }
     try {
         return RunCommandLine(anArgCount, anArgs);
     } catch (const std::exception& exception) {

@@ -1,5 +1,6 @@
 #include "ezPlaylists/detail/DocumentText.h"
 
+#include "ezBytes/Utf16.h"
 #include "ezBytes/Utf8.h"
 
 #include "ezPlatform/text/CString.h"
@@ -111,27 +112,14 @@ void DocumentText::TakeEightBit(std::string_view aDocument) {
 }
 
 void DocumentText::TakeUtf16(std::string_view aDocument) {
-    const bool fBigEndian = mEncoding == Encoding::Utf16BigEndian;
-    const auto unitAt = [&](std::size_t anOffset) -> char32_t {
-        const auto first = static_cast<unsigned char>(aDocument[anOffset]);
-        const auto second = static_cast<unsigned char>(aDocument[anOffset + 1]);
-        return static_cast<char32_t>(fBigEndian ? first * 256U + second : second * 256U + first);
-    };
     std::string character;
     mfRefused = !mText.Reserve(aDocument.size() / 2);
-    for (std::size_t i = 0; i + 2 <= aDocument.size() && !mfRefused; i += 2) {
+    ForEachUtf16(aDocument, mEncoding == Encoding::Utf16LittleEndian, [&](char32_t aCharacter) {
         character.clear();
-        const char32_t unit = unitAt(i);
-        const bool fLead = unit >= 0xD800 && unit <= 0xDBFF && i + 4 <= aDocument.size();
-        const char32_t next = fLead ? unitAt(i + 2) : 0;
-        if (next >= 0xDC00 && next <= 0xDFFF) {
-            AppendUtf8(character, 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00));
-            i += 2;
-        } else {
-            AppendUtf8(character, unit);
-        }
-        mfRefused = !mText.Append(std::string_view(character));
-    }
+        AppendUtf8(character, aCharacter);
+        mfRefused = mfRefused || !mText.Append(std::string_view(character));
+        return !mfRefused;
+    });
 }
 
 std::uint64_t DocumentText::PositionOf(std::size_t aTextOffset) {

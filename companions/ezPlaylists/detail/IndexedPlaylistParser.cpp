@@ -21,6 +21,7 @@ bool IndexedPlaylistParser::AddEntry(std::uint64_t aPos, std::string_view aURI, 
     }
     const std::size_t size = aURI.size() + aTitle.size() + aTags.size();
     if (mRecords.Size() >= kPlaylist_MaxIndexed || size > kPlaylist_MaxIndexedText - mTexts.Size()) {
+        Cut();
         return false;
     }
     const Record record = {aPos,
@@ -60,6 +61,7 @@ void IndexedPlaylistParser::ReadIndex() {
     GrowingBlock<std::size_t> byPosition = std::exchange(mByPosition, {});
     GrowingText texts = std::exchange(mTexts, {});
     mfRefused = false;
+    mfCut = false;
     const bool fRead = ReadEntries(mReader) && !mfRefused;
     const bool fSorted = SortByPosition();
     mfIndexed = fRead && fSorted && !mReader.HasFailed();

@@ -37,6 +37,9 @@ public:
     /// As the base, but in a relative location of a playlist from a server "\" is "/".
     ezCString GetFullURLFor(const ezCString& anEntryURI) override;
 
+    /// Of what was read so far.
+    PlaylistCut GetCut() const { return mfCut ? PlaylistCut::Size : mReader.GetCut(); }
+
 protected:
     /// @param aStream  borrowed, opened
     IndexedPlaylistParser(ezStream* aStream, const PlaylistPlace& aPlace);
@@ -50,6 +53,9 @@ protected:
     /// refused: further entries are in vain.
     bool AddEntry(std::uint64_t aPos, std::string_view aURI, std::string_view aTitle, uint32 aDuration,
                   std::string_view aTags);
+
+    /// Tells that what follows is left out, as the playlist is larger than is read of one.
+    void Cut() { mfCut = true; }
 
     /// Entries that were added.
     std::size_t GetCount() const { return mRecords.Size(); }
@@ -81,6 +87,7 @@ private:
     std::uint64_t mWalkPos = 0; ///< where the next walk begins
     unsigned mMoves = 0;        ///< seeks and walks: a walk ends when its callback made one
     bool mfRefused = false;     ///< memory for an entry
+    bool mfCut = false;         ///< more entries than are kept, or a document that is not taken
     bool mfIndexed = false;     ///< whole, or as much as there will be
     bool mfReadDue = true;      ///< unless it is indexed: nothing was read, or a walk begins anew
     unsigned mPatience = 0;     ///< requests in vain that go by before the next one reads again

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 /// What playlists of strangers may cost. Each bound lies far above what players write, and keeps the memory
 /// of a reader in the reach of a small device.
@@ -9,6 +10,14 @@
 /// but for the rarest scripts, and so does every URL that servers take. A longer line is skipped whole, since
 /// a location that is cut names something else.
 inline constexpr std::size_t kPlaylist_MaxLine = std::size_t{64} * 1024;
+
+/// Bytes of a line that is read over. A longer one is in no playlist, but in a picture, a film or a file that
+/// is one hole: the reading ends before it. Covers that players write into a line as base64 are smaller.
+inline constexpr std::size_t kPlaylist_MaxSkippedLine = std::size_t{1024} * 1024;
+
+/// Bytes of a playlist that is read line by line; what stands behind them is not read. Half a million entries
+/// with long names, and little enough that one request over a local file ends in a second.
+inline constexpr std::uint64_t kPlaylist_MaxBytes = std::uint64_t{64} * 1024 * 1024;
 
 /// Bytes of one text of a document with markup, which is read as a whole: a longer one counts as absent. What
 /// is made of a text on the way to an entry is of its order, and memory for that is not asked for with care.
@@ -27,6 +36,7 @@ inline constexpr std::size_t kPlaylist_LastBlock = std::size_t{64} * 1024;
 inline constexpr std::size_t kPlaylist_KeptBehind = std::size_t{4} * 1024;
 
 /// Bytes at the start of an M3U in which the tags of HLS are looked for. They stand before its first segment.
+/// No more is read for it, however long a line is.
 inline constexpr std::size_t kPlaylist_HLSLook = std::size_t{64} * 1024;
 
 /// Entries of a playlist that has to be indexed, and bytes of their texts: what follows is left out. About

@@ -14,7 +14,8 @@ bool MarkupPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
     GrowingText bytes;
     const bool fAll = aReader.ReadAll(&bytes, kPlaylist_MaxDocument);
     if (!fAll && !aReader.HasFailed()) {
-        return true; // too long
+        Cut();
+        return true;
     }
     DocumentText document(std::move(bytes));
     if (document.IsRefused()) {

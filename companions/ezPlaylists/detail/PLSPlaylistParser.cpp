@@ -64,6 +64,7 @@ public:
         }
         if (mLines.Size() >= kKeys.size() * kPlaylist_MaxIndexed ||
             value.size() > kPlaylist_MaxIndexedText - mTexts.Size()) {
+            mfFull = true;
             return false;
         }
         mfRefused = !mTexts.Append(value) || !mLines.Append(line);
@@ -71,6 +72,7 @@ public:
     }
 
     bool IsRefused() const { return mfRefused; }
+    bool IsFull() const { return mfFull; }
 
     /// By number; the lines of a number in the order of the playlist.
     const GrowingBlock<Line>& Sorted() {
@@ -88,6 +90,7 @@ private:
     GrowingBlock<Line> mLines;
     GrowingText mTexts;
     bool mfRefused = false;
+    bool mfFull = false;
     bool mfInSection = false;
 };
 
@@ -112,6 +115,9 @@ bool PLSPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
     }
     if (lines.IsRefused()) {
         return false; // what is missing could be of any entry
+    }
+    if (lines.IsFull()) {
+        Cut();
     }
     const GrowingBlock<Line>& sorted = lines.Sorted();
     for (const Line* next = sorted.begin(); next != sorted.end();) {

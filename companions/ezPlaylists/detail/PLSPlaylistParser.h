@@ -11,7 +11,7 @@ class ezStream;
 ///   however large a number is, up to 2^64-1. Of several lines with the same key the last counts that says
 ///   something. Lines outside of the section count for nothing.
 /// - An entry's position is that of its FileN line.
-/// - Line ends, encodings, UTF-16 (no entries), and lines that are too long are treated as in M3U.
+/// - Line ends, encodings, UTF-16, lines that are too long, and what is no playlist are treated as in M3U.
 class PLSPlaylistParser : public IndexedPlaylistParser {
 public:
     static constexpr const char* kMimeTypes[] = {"audio/x-scpls", "audio/scpls"};

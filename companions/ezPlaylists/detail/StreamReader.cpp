@@ -8,8 +8,8 @@
 
 namespace {
 
-/// At hand there is never more than the longest line, its end, and a block.
-constexpr std::size_t kMaxAtHand = kPlaylist_MaxLine + 2;
+/// At hand there is never more than the longest line, its end (two units of 16 bits), and a block.
+constexpr std::size_t kMaxAtHand = kPlaylist_MaxLine + 4;
 
 } // namespace
 
@@ -66,26 +66,53 @@ bool PlaylistStreamReader::StandBehindBuffer() {
 }
 
 bool PlaylistStreamReader::Grow() {
-    if (mfEnd || mfFailed || mCount - mOffset > kMaxAtHand) {
+    const std::size_t room = RoomBeforeLimit();
+    if (mfEnd || mfFailed || room == 0 || mCount - mOffset > kMaxAtHand) {
         return false;
     }
     if (!StandBehindBuffer() || !MakeRoom(mBlock)) {
         mfFailed = true;
         return false;
     }
-    std::size_t count = mBlock;
+    const std::size_t asked = std::min(mBlock, room);
+    std::size_t count = asked;
     const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBytes.begin() + mCount, &count);
     if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
         mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
         mfFailed = true;
         return false;
     }
-    count = std::min(count, mBlock);
+    count = std::min(count, asked);
     mfEnd = status == ezStreamingStatus_EOS;
-    mCount += count;
     mStreamPos += count;
     mBlock = std::min(2 * mBlock, kPlaylist_LastBlock);
+    if (count == room) { // with the byte behind the limit, which tells that there is one
+        mCut = mCut == PlaylistCut::None ? PlaylistCut::Size : mCut;
+        mfEnd = true;
+        --count;
+    }
+    mCount += count;
     return count != 0;
+}
+
+/// Bytes that may be read behind those at hand: up to the limit, and the one behind it where nobody knows yet
+/// whether there is one.
+std::size_t PlaylistStreamReader::RoomBeforeLimit() const {
+    const std::uint64_t end = mBufferPos + mCount;
+    if (end > mLimit || (end == mLimit && mCut != PlaylistCut::None)) {
+        return 0;
+    }
+    const std::uint64_t room = mLimit - end + 1;
+    return static_cast<std::size_t>(std::min<std::uint64_t>(room, SIZE_MAX));
+}
+
+void PlaylistStreamReader::EndAt(std::uint64_t aPos, PlaylistCut aCut) {
+    mLimit = aPos;
+    mCut = aCut;
+    mBufferPos = aPos;
+    mCount = 0;
+    mOffset = 0;
+    mfEnd = true;
 }
 
 bool PlaylistStreamReader::ReadAll(GrowingText* aText, std::size_t aLimit) {

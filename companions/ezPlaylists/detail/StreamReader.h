@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ezPlaylists/PlaylistCut.h"
 #include "ezPlaylists/detail/GrowingBlock.h"
+#include "ezPlaylists/detail/Limits.h"
 
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/streams/Stream.h"
@@ -10,6 +12,7 @@
 #include <string_view>
 
 /// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
+/// Behind kPlaylist_MaxBytes bytes the stream counts as ended.
 ///
 /// The bytes at hand begin at the position (Peek). Who needs more of them calls Grow, who is done with some
 /// Skip. What lies at hand, and a little behind the position, is sought without a read.
@@ -37,6 +40,13 @@ public:
     /// Whether an error or a refusal of memory stopped the last Grow. A seek takes that back.
     bool HasFailed() const { return mfFailed; }
 
+    /// Makes the stream end at a place that was read, from now on.
+    void EndAt(std::uint64_t aPos, PlaylistCut aCut);
+    /// Whether what was read ends before the stream does, as far as that is known.
+    PlaylistCut GetCut() const { return mCut; }
+    /// Whether the bytes at hand end where the stream was cut.
+    bool IsAtCut() const { return mCut != PlaylistCut::None && mBufferPos + mCount == mLimit; }
+
     /// Takes all that follows. False when that is more than aLimit bytes, when the stream fails, and when
     /// memory is refused (HasFailed tells those two); the text then holds a part.
     bool ReadAll(GrowingText* aText, std::size_t aLimit);
@@ -44,6 +54,7 @@ public:
 private:
     bool MakeRoom(std::size_t aBlock);
     bool StandBehindBuffer();
+    std::size_t RoomBeforeLimit() const;
 
     ezStream* mStream;
     ezCondition mArrived;
@@ -55,4 +66,6 @@ private:
     std::size_t mBlock;                    ///< bytes that the next read fetches
     bool mfEnd = false;                    ///< the stream ends behind the buffer
     bool mfFailed = false;
+    std::uint64_t mLimit = kPlaylist_MaxBytes; ///< no byte from here on is at hand
+    PlaylistCut mCut = PlaylistCut::None;
 };

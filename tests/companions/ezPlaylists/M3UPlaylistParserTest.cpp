@@ -211,15 +211,54 @@ TEST(M3UPlaylistParser, BlanksAroundAURLGoAndThoseOfANameStay) {
               (Texts{"http://h/a.mp3", "https://h/b.mp3", "name.mp3 ", " C: d.mp3 ", "C:\\e.mp3 "}));
 }
 
-TEST(M3UPlaylistParser, TextOf16BitUnitsHasNoEntries) {
+TEST(M3UPlaylistParser, TextOf16BitUnitsIsReadInEitherOrder) {
     for (const bool fBigEndian : {false, true}) {
-        std::string text = fBigEndian ? "\xFE\xFF" : "\xFF\xFE";
-        for (const char byte : std::string("#EXTM3U\r\n#EXTINF:1,A\r\na.mp3\r\nb.mp3\r\n")) {
-            text += fBigEndian ? std::string{'\0', byte} : std::string{byte, '\0'};
+        for (const std::string end : {"\n", "\r\n", "\r"}) {
+            const std::string text = WithLineEnds(
+                "#EXTM3U\n#EXTINF:7 a=\"b\",A\xC3\xA9\xF0\x9F\x98\x80\na.mp3\n\n"
+                "#EXTVLCOPT:x\nhttp://h/b.mp3 \n\xE0\xA8\x8A\xC4\x8A.mp3", // no LF: U+0A0A, U+010A
+                end);
+            const PlaylistEntries entries = M3U(InUtf16(text, fBigEndian));
+            ASSERT_EQ(Locations(entries), (Texts{"a.mp3", "http://h/b.mp3", "\xE0\xA8\x8A\xC4\x8A.mp3"}));
+            EXPECT_EQ(entries[0].mTitle, "A\xC3\xA9\xF0\x9F\x98\x80");
+            EXPECT_EQ(entries[0].mDuration, 7U);
+            EXPECT_EQ(entries[0].mSpecificTags, "a=\"b\"");
+            EXPECT_EQ(entries[1].mSpecificTags, "#EXTVLCOPT:x");
+            EXPECT_EQ(entries[0].mStreamPos, 2 + 2 * (7 + end.size()));
         }
-        EXPECT_TRUE(M3U(text).empty());
     }
     EXPECT_EQ(Locations(M3U("a.mp3\n\xFF\xFE.mp3\n")), (Texts{"a.mp3", "\xFF\xFE.mp3"}));
+    EXPECT_EQ(Locations(M3U("\xFF\xFE")), Texts{});
+    EXPECT_EQ(Locations(M3U("\xFF\xFE"
+                            "a")),
+              Texts{}); // half a unit is none
+    EXPECT_EQ(Locations(M3U(std::string("\xFF\xFE"
+                                        "a\0b",
+                                        5))),
+              Texts{"a"});
+    EXPECT_EQ(Locations(M3U(std::string("\xFF\xFE"
+                                        "a\0\x00\xD8"
+                                        "b\0",
+                                        8))),
+              Texts{"a\xEF\xBF\xBD"
+                    "b"});
+}
+
+TEST(M3UPlaylistParser, LineOf16BitUnitsAtTheLimitIsRead) {
+    for (const std::size_t more : {0U, 1U}) {
+        const std::string longest(kPlaylist_MaxLine / 2 + more, 'x');
+        for (const std::string end : {"\n", "\r\n", "\r", ""}) {
+            const ezStreamOwner stream = MemoryPlaylist(InUtf16("a\n" + longest + end, true));
+            M3UPlaylistParser reader(stream.get());
+            EXPECT_EQ(Locations(WalkFrom(reader, 0)), more == 0 ? (Texts{"a", longest}) : Texts{"a"});
+        }
+    }
+}
+
+TEST(M3UPlaylistParser, HLSIn16BitUnitsIsHLS) {
+    const ezStreamOwner stream =
+        MemoryPlaylist(InUtf16("#EXTM3U\r\n#EXT-X-TARGETDURATION:9\r\na\r\n", false));
+    EXPECT_TRUE(M3UPlaylistParser(stream.get()).IsHLS());
 }
 
 TEST(M3UPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {

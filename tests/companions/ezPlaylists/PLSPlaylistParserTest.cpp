@@ -183,12 +183,14 @@ TEST(PLSPlaylistParser, KnowsItsMimeTypeAndPlace) {
     EXPECT_FALSE(reader.GetFilePath().IsValid());
 }
 
-TEST(PLSPlaylistParser, TextOf16BitUnitsHasNoEntries) {
-    std::string text = "\xFF\xFE";
-    for (const char byte : std::string("[playlist]\nFile1=a.mp3\n")) {
-        text += std::string{byte, '\0'};
+TEST(PLSPlaylistParser, TextOf16BitUnitsIsReadInEitherOrder) {
+    for (const bool fBigEndian : {false, true}) {
+        const std::string text = "[playlist]\r\nFile1=\xC3\xA9.mp3\r\nTitle1=\xE2\x82\xAC\r\nFile2=b";
+        const PlaylistEntries entries = Agreed<PLSPlaylistParser>(InUtf16(text, fBigEndian));
+        ASSERT_EQ(Locations(entries), (Texts{"\xC3\xA9.mp3", "b"}));
+        EXPECT_EQ(entries[0].mTitle, "\xE2\x82\xAC");
+        EXPECT_EQ(entries[0].mStreamPos, 2 + 2 * text.find("File1"));
     }
-    EXPECT_TRUE(Agreed<PLSPlaylistParser>(text).empty());
 }
 
 TEST(PLSPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {

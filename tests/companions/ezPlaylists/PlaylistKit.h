@@ -4,6 +4,8 @@
 
 #include "support/Str.h"
 
+#include "ezBytes/Utf8.h"
+
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/streams/MemoryStream.h"
 
@@ -38,6 +40,29 @@ inline std::string WithLineEnds(const std::string& aText, const std::string& anE
     std::string text;
     for (const char byte : aText) {
         text += byte == '\n' ? anEnd : std::string(1, byte);
+    }
+    return text;
+}
+
+/// A text in UTF-8 as UTF-16 with its byte order mark.
+inline std::string InUtf16(std::string_view aText, bool afBigEndian) {
+    std::string text;
+    const auto put = [&](char32_t aUnit) {
+        const char high = static_cast<char>(aUnit >> 8);
+        const char low = static_cast<char>(aUnit & 0xFF);
+        text += afBigEndian ? high : low;
+        text += afBigEndian ? low : high;
+    };
+    put(0xFEFF);
+    while (!aText.empty()) {
+        const Utf8Character character = FirstUtf8Character(aText);
+        if (character.mCodePoint >= 0x10000) {
+            put(0xD800 + ((character.mCodePoint - 0x10000) >> 10));
+            put(0xDC00 + (character.mCodePoint & 0x3FF));
+        } else {
+            put(character.mCodePoint);
+        }
+        aText.remove_prefix(std::max<std::size_t>(character.mLength, 1));
     }
     return text;
 }

@@ -37,15 +37,6 @@ std::string FullURL(const char* aListURI, const char* aLocation) {
     return Str(XSPFPlaylistParser(stream.get()).GetFullURLFor(aLocation));
 }
 
-std::string Utf16(const std::string& anASCII) {
-    std::string text = "\xFE\xFF";
-    for (const char character : anASCII) {
-        text += '\0';
-        text += character;
-    }
-    return text;
-}
-
 } // namespace
 
 TEST(XSPFPlaylistParser, EntryIsATrackWithALocation) {
@@ -123,7 +114,7 @@ TEST(XSPFPlaylistParser, LocationsAreURIsAlsoInALocalPlaylist) {
 
 TEST(XSPFPlaylistParser, EveryEncodingHasThePositionsOfItsBytes) {
     const std::string ascii = InList(Track("<location>a</location>") + Track("<location>b</location>"));
-    const PlaylistEntries wide = XSPF(Utf16(ascii));
+    const PlaylistEntries wide = XSPF(InUtf16(ascii, true));
     ASSERT_EQ(Locations(wide), (Texts{"a", "b"}));
     EXPECT_EQ(wide[1].mStreamPos, 2 + 2 * ascii.rfind("<track>"));
     const std::string latin =
@@ -257,7 +248,7 @@ TEST(WPLPlaylistParser, SourceThatIsCutIsNone) {
 
 TEST(WPLPlaylistParser, EveryEncodingHasThePositionsOfItsBytes) {
     const std::string ascii = "<smil><body><media src='a'/><media src='b'/></body></smil>";
-    const PlaylistEntries entries = WPL(Utf16(ascii));
+    const PlaylistEntries entries = WPL(InUtf16(ascii, true));
     ASSERT_EQ(Locations(entries), (Texts{"a", "b"}));
     EXPECT_EQ(entries[1].mStreamPos, 2 + 2 * ascii.rfind("<media"));
     EXPECT_EQ(Locations(WPL("<smil><body><media src='\xE9'/></body></smil>")), Texts{"\xC3\xA9"});

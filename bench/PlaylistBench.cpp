@@ -1,14 +1,14 @@
 #include "bench/Benches.h"
+#include "bench/HeapPeak.h"
 #include "bench/Measure.h"
 #include "bench/PlaylistTexts.h"
 
 #include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
+#include "ezPlaylists/detail/Limits.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
-#ifdef EZ_HAS_XML_PLAYLISTS
 #include "ezPlaylists/detail/WPLPlaylistParser.h"
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
-#endif
 
 #include "ezPlatform/streams/MemoryStream.h"
 
@@ -139,9 +139,69 @@ std::vector<Side> IndexSides() {
     return sides;
 }
 
+/// A document of so many bytes of which a piece is said over and over.
+std::string Repeated(const std::string& aHead, const std::string& aPiece, std::size_t aSize) {
+    std::string text = aHead;
+    text.reserve(aSize);
+    while (text.size() + aPiece.size() <= aSize) {
+        text += aPiece;
+    }
+    return text;
+}
+
+std::string InUtf16(const std::string& anAsciiText) {
+    std::string text = "\xFF\xFE";
+    for (const char letter : anAsciiText) {
+        text += letter;
+        text += '\0';
+    }
+    return text;
+}
+
+/// The most memory that the first walk over a document takes, without the document's own stream.
+template <typename Reader>
+void NoteMemory(const std::string& aName, const std::string& aText) {
+    constexpr double kPromised = 64;
+    const ezStreamOwner stream = PlaylistTexts_Stream(aText);
+    const double peak = HeapPeak_Of([&] {
+        Reader reader(stream.get());
+        PlaylistParserEntry entry;
+        reader.FetchEntryAtIndex(0, &entry);
+    });
+    if (peak >= 0) {
+        NoteCount("first use of " + aName + ", MiB of heap", peak / (1 << 20), kPromised);
+    }
+}
+
+/// Documents that were made to take memory.
+void CountMemory() {
+    const std::size_t most = kPlaylist_MaxDocument;
+    const std::string xspf = "<playlist><trackList>";
+    const std::string wpl = "<smil><body>";
+    const std::string track = "<track><location>a</location></track>";
+    NoteMemory<XSPFPlaylistParser>("XSPF of 8 MB of small elements", Repeated(xspf, "<a>b</a>", 8'000'000));
+    NoteMemory<XSPFPlaylistParser>("XSPF of 16 MiB of small elements", Repeated(xspf, "<a/>", most));
+    NoteMemory<XSPFPlaylistParser>("XSPF of 16 MiB of tracks", Repeated(xspf, track, most));
+    NoteMemory<XSPFPlaylistParser>(
+        "XSPF of 16 MiB under a base of 2 KiB",
+        Repeated("<playlist xml:base='http://h/" + std::string(2000, 'x') + "/'><trackList>", track, most));
+    NoteMemory<XSPFPlaylistParser>("XSPF of 16 MiB in UTF-16", InUtf16(Repeated(xspf, track, most / 2 - 2)));
+    NoteMemory<XSPFPlaylistParser>("XSPF of 16 MiB, the longest texts",
+                                   Repeated(xspf,
+                                            "<track><location>a</location><title>" +
+                                                std::string(kPlaylist_MaxText, 'x') + "</title><creator>" +
+                                                std::string(kPlaylist_MaxText, 'y') + "</creator><album>" +
+                                                std::string(kPlaylist_MaxText, 'z') + "</album></track>",
+                                            most));
+    NoteMemory<WPLPlaylistParser>("WPL of 16 MiB of small elements", Repeated(wpl, "<a/>", most));
+    NoteMemory<WPLPlaylistParser>("WPL of 16 MiB of media", Repeated(wpl, "<media src='a'/>", most));
+    NoteMemory<WPLPlaylistParser>("WPL of 16 MiB of attributes", Repeated(wpl + "<media", " a=''", most));
+}
+
 } // namespace
 
 void AddPlaylistBenches() {
+    AddCounting("Playlist/Memory", CountMemory);
     AddComparison(
         "Playlist/Next of M3U", [] { return NextSides<M3UPlaylistParser>(PlaylistTexts_M3U); },
         NextClaims("M3U"));
@@ -151,14 +211,12 @@ void AddPlaylistBenches() {
     AddComparison(
         "Playlist/Next of ASX", [] { return NextSides<ASXPlaylistParser>(PlaylistTexts_ASX); },
         NextClaims("ASX"));
-#ifdef EZ_HAS_XML_PLAYLISTS
     AddComparison(
         "Playlist/Next of WPL", [] { return NextSides<WPLPlaylistParser>(PlaylistTexts_WPL); },
         NextClaims("WPL"));
     AddComparison(
         "Playlist/Next of XSPF", [] { return NextSides<XSPFPlaylistParser>(PlaylistTexts_XSPF); },
         NextClaims("XSPF"));
-#endif
     AddComparison("Playlist/Index of M3U", IndexSides,
                   {{"entry at index 10,000 / 1,000 of M3U, by the entry",
                     [](const Costs& aCosts) { return aCosts[1] / aCosts[0]; }, 1.3},

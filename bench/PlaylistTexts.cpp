@@ -13,6 +13,15 @@ std::string Number(std::size_t aNumber) {
     return std::to_string(kLargest + aNumber); // one length for all, so that no entry is cheaper
 }
 
+std::string DottedBase() {
+    constexpr std::size_t kSize = 2000;
+    std::string base = "http://h/";
+    while (base.size() < kSize) {
+        base += "a/../";
+    }
+    return base;
+}
+
 } // namespace
 
 std::string PlaylistTexts_M3U(std::size_t aSize) {
@@ -57,6 +66,30 @@ std::string PlaylistTexts_XSPF(std::size_t aSize) {
                 "%20Some%20Title.mp3</location><title>Some Title</title></track>\n";
     }
     return text + "</trackList></playlist>\n";
+}
+
+std::string PlaylistTexts_CarriageReturns(std::size_t aSize) {
+    std::string text;
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "a\r";
+    }
+    return text;
+}
+
+std::string PlaylistTexts_DottedXSPF(std::size_t aSize) {
+    std::string text = "<playlist xml:base=\"" + DottedBase() + "\"><trackList>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<track><location>a</location></track>\n";
+    }
+    return text + "</trackList></playlist>\n";
+}
+
+std::string PlaylistTexts_DottedASX(std::size_t aSize) {
+    std::string text = "<asx><base href=\"" + DottedBase() + "\"/>\n";
+    for (std::size_t i = 0; i < aSize; ++i) {
+        text += "<entry><ref href=\"a\"/></entry>\n";
+    }
+    return text + "</asx>\n";
 }
 
 ezStreamOwner PlaylistTexts_Stream(const std::string& aText) {

@@ -86,15 +86,12 @@ ez_add_door(ezPlaylists_inside playlist_asx
 ez_add_door(ezPlaylists_inside playlist_m3u companions/ezPlaylists/M3UPlaylistParser.cpp ${LINES})
 ez_add_door(ezPlaylists_inside playlist_pls
     ${PLAYLISTS}/PLSPlaylistParser.cpp ${PLAYLISTS}/IndexedPlaylistParser.cpp ${LINES})
-if(TARGET ezPlaylists_inside)
-    get_target_property(EZ_PLAYLIST_DEFINITIONS ezPlaylists_inside INTERFACE_COMPILE_DEFINITIONS)
-    if("EZ_HAS_XML_PLAYLISTS" IN_LIST EZ_PLAYLIST_DEFINITIONS)
-        ez_add_door(ezPlaylists_inside playlist_wpl
-            ${PLAYLISTS}/WPLPlaylistParser.cpp ${PLAYLISTS}/WplEntries.cpp ${PLAYLISTS}/XmlTree.cpp ${DOCUMENT})
-        ez_add_door(ezPlaylists_inside playlist_xspf
-            ${PLAYLISTS}/XSPFPlaylistParser.cpp ${PLAYLISTS}/XspfEntries.cpp ${PLAYLISTS}/XmlTree.cpp ${DOCUMENT})
-    endif()
-endif()
+ez_add_door(ezPlaylists_inside playlist_wpl
+    ${PLAYLISTS}/WPLPlaylistParser.cpp ${PLAYLISTS}/WplEntries.cpp ${PLAYLISTS}/XmlScanner.cpp
+    ${PLAYLISTS}/MarkupScanner.cpp ${DOCUMENT})
+ez_add_door(ezPlaylists_inside playlist_xspf
+    ${PLAYLISTS}/XSPFPlaylistParser.cpp ${PLAYLISTS}/XspfEntries.cpp ${PLAYLISTS}/XmlScanner.cpp
+    ${PLAYLISTS}/MarkupScanner.cpp ${DOCUMENT})
 
 set(THUMBNAILS companions/ezThumbnails/detail)
 set(COVER ${THUMBNAILS}/Cover.cpp ${THUMBNAILS}/CoverStreamBytes.cpp ${THUMBNAILS}/GatheredCoverSource.cpp)

@@ -5,10 +5,8 @@
 #include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
-#ifdef EZ_HAS_XML_PLAYLISTS
 #include "ezPlaylists/detail/WPLPlaylistParser.h"
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
-#endif
 
 #include <string>
 
@@ -51,14 +49,37 @@ void PrintPlaylist(const std::string& aKey, std::string (*aText)(std::size_t)) {
     });
 }
 
+/// An entry of the first walk over what a stranger made to be costly, at three sizes.
+template <typename Reader>
+void PrintAttack(const std::string& aKey, std::string (*aText)(std::size_t)) {
+    Instructions_PrintGrowth("playlist." + aKey, {1000, 4000, 16000}, [&](std::size_t aSize) {
+        const std::string text = aText(aSize);
+        return Instructions_OfUnit(aSize, [&] {
+            const ezStreamOwner stream = PlaylistTexts_Stream(text);
+            Reader reader(stream.get());
+            std::size_t count = 0;
+            reader.ParseAll(
+                [](PlaylistParserEntry* /*anEntry*/, void* aCount) {
+                    ++*static_cast<std::size_t*>(aCount);
+                    return false;
+                },
+                &count);
+            Require(count == aSize, "every entry is there");
+            PlaylistParserEntry last;
+            Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - 1), &last), "the last is there");
+        });
+    });
+}
+
 } // namespace
 
 void PrintPlaylists() {
     PrintPlaylist<M3UPlaylistParser>("m3u", PlaylistTexts_M3U);
     PrintPlaylist<PLSPlaylistParser>("pls", PlaylistTexts_PLS);
     PrintPlaylist<ASXPlaylistParser>("asx", PlaylistTexts_ASX);
-#ifdef EZ_HAS_XML_PLAYLISTS
     PrintPlaylist<WPLPlaylistParser>("wpl", PlaylistTexts_WPL);
     PrintPlaylist<XSPFPlaylistParser>("xspf", PlaylistTexts_XSPF);
-#endif
+    PrintAttack<M3UPlaylistParser>("m3u.carriage-returns", PlaylistTexts_CarriageReturns);
+    PrintAttack<XSPFPlaylistParser>("xspf.dotted-base", PlaylistTexts_DottedXSPF);
+    PrintAttack<ASXPlaylistParser>("asx.dotted-base", PlaylistTexts_DottedASX);
 }

@@ -4,10 +4,8 @@
 #include "ezPlaylists/PlaylistCut.h"
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
-#ifdef EZ_HAS_XML_PLAYLISTS
 #include "ezPlaylists/detail/WPLPlaylistParser.h"
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
-#endif
 
 #include "ez/PlaylistParserFactory.h"
 
@@ -23,9 +21,7 @@ bool RegisterPlaylistParsers(PlaylistParserFactory& aFactory) {
     bool fRegistered = PlaylistParser::RegisterTo<M3UPlaylistParser>(&aFactory);
     fRegistered = PlaylistParser::RegisterTo<PLSPlaylistParser>(&aFactory) && fRegistered;
     fRegistered = PlaylistParser::RegisterTo<ASXPlaylistParser>(&aFactory) && fRegistered;
-#ifdef EZ_HAS_XML_PLAYLISTS
     fRegistered = PlaylistParser::RegisterTo<XSPFPlaylistParser>(&aFactory) && fRegistered;
     fRegistered = PlaylistParser::RegisterTo<WPLPlaylistParser>(&aFactory) && fRegistered;
-#endif
     return fRegistered;
 }

@@ -4,8 +4,8 @@
 
 class PlaylistParserFactory;
 
-/// Registers the readers of the playlists that a home meets: M3U and M3U8, PLS, ASX, and, where the
-/// library was built with pugixml, XSPF and WPL. What a host registered before wins over them.
+/// Registers the readers of the playlists that a home meets: M3U and M3U8, PLS, ASX, XSPF and WPL. What a
+/// host registered before wins over them.
 ///
 /// Where a playlist lies, a reader takes from its stream (ezStream::GetURI): an http or https URL is the
 /// parent URL of its entries; a "file:" URL and every other text is the path of a local playlist. A "file:"

@@ -255,10 +255,8 @@ const char* const kMustBeMet[] = {
     "a playlist is read: m3u8",
     "a playlist is read: pls",
     "a playlist is read: asx",
-#ifdef EZ_HAS_XML_PLAYLISTS
     "a playlist is read: xspf",
     "a playlist is read: wpl",
-#endif
     "a reader of the libraries answers",
     "a reader of the host answers",
     "no reader answers",

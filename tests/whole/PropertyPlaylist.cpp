@@ -64,7 +64,6 @@ std::string AsASX(const std::vector<Song>& aSongs) {
     return text + "</asx>\n";
 }
 
-#ifdef EZ_HAS_XML_PLAYLISTS
 std::string AsXSPF(const std::vector<Song>& aSongs) {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                        "<playlist version=\"1\" xmlns=\"http://xspf.org/ns/0/\">\n<trackList>\n";
@@ -82,14 +81,11 @@ std::string AsWPL(const std::vector<Song>& aSongs) {
     }
     return text + "</seq></body></smil>\n";
 }
-#endif
 
 const Format kFormats[] = {
     {"m3u", "audio/x-mpegurl", AsM3U},        {"m3u8", "", AsM3U},
     {"pls", "audio/x-scpls", AsPLS},          {"asx", "video/x-ms-asx", AsASX},
-#ifdef EZ_HAS_XML_PLAYLISTS
     {"xspf", "application/xspf+xml", AsXSPF}, {"wpl", "application/vnd.ms-wpl", AsWPL, true},
-#endif
 };
 
 std::string WithEnds(const std::string& aText, const std::string& anEnd) {

@@ -13,17 +13,25 @@ namespace {
 
 /// A location under a base. A URL as the base is one of a folder, whether it ends in "/" or not; any other
 /// base is put before what is neither URL nor absolute path. A Windows path is under no base.
-std::string Based(const std::string& aBase, const std::string& aLocation) {
-    if (aBase.empty() || HasScheme(aLocation) || IsWindowsPath(aLocation)) {
+std::string Based(const LocationBasePtr& aBase, const std::string& aLocation) {
+    if (aBase == nullptr || HasScheme(aLocation) || IsWindowsPath(aLocation)) {
         return aLocation;
     }
-    const bool fSlash = aBase.back() == '/' || aBase.back() == '\\';
-    const std::string folder = fSlash ? aBase : aBase + "/";
-    if (HasScheme(aBase)) {
+    const std::string& folder = aBase->Text();
+    if (aBase->IsURL()) {
         char* url = ezURI_S_Combine(folder.c_str(), URLReference(ezCString(aLocation)).c_str());
         return std::string(ezCString::FromAllocatedString(url).View());
     }
     return ezPathName::MakeFilePath(ezCString(aLocation)).IsAbsolute() ? aLocation : folder + aLocation;
+}
+
+/// A base as that of a folder; null where it says nothing.
+LocationBasePtr FolderOf(std::string_view aBase) {
+    if (aBase.empty()) {
+        return nullptr;
+    }
+    const bool fSlash = aBase.back() == '/' || aBase.back() == '\\';
+    return std::make_shared<const LocationBase>(std::string(aBase) + (fSlash ? "" : "/"));
 }
 
 /// Walks over the pieces of a document.
@@ -31,7 +39,8 @@ class AsxWalk {
 public:
     AsxWalk(DocumentText& aDocument, const EntrySink& aSink) : mDocument(aDocument), mSink(aSink) {}
 
-    void Run() {
+    /// False when the rest is left out.
+    bool Run() {
         MarkupScanner scanner(mDocument.Text());
         MarkupPiece piece;
         bool fGoOn = true;
@@ -49,6 +58,7 @@ public:
                 break;
             }
         }
+        return !mfSpent;
     }
 
 private:
@@ -108,7 +118,7 @@ private:
     void TakeBase(const MarkupPiece& aTag) {
         const std::string* location = aTag.FindAttribute("href");
         if (location != nullptr && location->size() <= kMaximumBase) {
-            (mfInEntry ? mEntryBase : mBase) = ezTrimmed(*location);
+            (mfInEntry ? mEntryBase : mBase) = FolderOf(ezTrimmed(*location));
         }
     }
 
@@ -121,9 +131,8 @@ private:
         }
         PlaylistParserEntry entry;
         entry.mStreamPos = mDocument.PositionOf(aTag.mOffset);
-        entry.mURI = ezCString(Based(mBase, std::string(ezTrimmed(*location))));
         entry.mSpecificTags = "entryref";
-        return mSink(entry);
+        return Put(entry, mBase, std::string(ezTrimmed(*location)));
     }
 
     bool Finish() {
@@ -136,8 +145,16 @@ private:
         if (!fEntry) {
             return true;
         }
-        mEntry.mURI = ezCString(Based(mEntryBase, mLocation));
-        return mSink(mEntry);
+        return Put(mEntry, mEntryBase, mLocation);
+    }
+
+    bool Put(PlaylistParserEntry& anEntry, const LocationBasePtr& aBase, const std::string& aLocation) {
+        mfSpent = !mBudget.Take(aBase);
+        if (mfSpent) {
+            return false;
+        }
+        anEntry.mURI = ezCString(Based(aBase, aLocation));
+        return mSink(anEntry);
     }
 
     DocumentText& mDocument;
@@ -146,9 +163,11 @@ private:
     std::string mLocation;
     Line mTitle;
     Line mAuthor;
-    std::string mBase;      ///< of the whole document
-    std::string mEntryBase; ///< of the entry
-    std::string mTextOf;    ///< the element whose text is read; "" for none
+    LocationBasePtr mBase;      ///< of the whole document
+    LocationBasePtr mEntryBase; ///< of the entry
+    LocationBaseBudget mBudget;
+    bool mfSpent = false;
+    std::string mTextOf; ///< the element whose text is read; "" for none
     bool mfInEntry = false;
 };
 
@@ -205,8 +224,7 @@ bool ReadAsxEntries(DocumentText& aDocument, const EntrySink& aSink) {
     const std::string_view start = ezTrimmed(aDocument.Text().substr(0, 64));
     if (!start.empty() && start.front() == '[') {
         AsxReferences(aDocument, aSink).Run();
-    } else {
-        AsxWalk(aDocument, aSink).Run();
+        return true;
     }
-    return true;
+    return AsxWalk(aDocument, aSink).Run();
 }

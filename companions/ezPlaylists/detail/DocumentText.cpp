@@ -101,25 +101,28 @@ DocumentText::Encoding DocumentText::EncodingOf(std::string_view aDocument, std:
     return declared == "utf-8" || IsWholeUtf8(aDocument) ? Encoding::Utf8 : Encoding::EightBit;
 }
 
+/// Puts a character behind the text. False when no more is taken.
+bool DocumentText::Put(char32_t aCharacter) {
+    mCharacter.clear();
+    AppendUtf8(mCharacter, aCharacter);
+    mfTooLong = mCharacter.size() > kPlaylist_MaxDocument - mText.Size();
+    mfRefused = !mfTooLong && !mText.Append(std::string_view(mCharacter));
+    return !mfTooLong && !mfRefused;
+}
+
 void DocumentText::TakeEightBit(std::string_view aDocument) {
-    std::string character;
     mfRefused = !mText.Reserve(aDocument.size());
-    for (std::size_t i = 0; i < aDocument.size() && !mfRefused; ++i) {
-        character.clear();
-        AppendUtf8(character, FromWindows1252(static_cast<unsigned char>(aDocument[i])));
-        mfRefused = !mText.Append(std::string_view(character));
+    for (std::size_t i = 0; i < aDocument.size() && !mfRefused && !mfTooLong; ++i) {
+        Put(FromWindows1252(static_cast<unsigned char>(aDocument[i])));
     }
 }
 
 void DocumentText::TakeUtf16(std::string_view aDocument) {
-    std::string character;
     mfRefused = !mText.Reserve(aDocument.size() / 2);
-    ForEachUtf16(aDocument, mEncoding == Encoding::Utf16LittleEndian, [&](char32_t aCharacter) {
-        character.clear();
-        AppendUtf8(character, aCharacter);
-        mfRefused = mfRefused || !mText.Append(std::string_view(character));
-        return !mfRefused;
-    });
+    if (!mfRefused) {
+        ForEachUtf16(aDocument, mEncoding == Encoding::Utf16LittleEndian,
+                     [this](char32_t aCharacter) { return Put(aCharacter); });
+    }
 }
 
 std::uint64_t DocumentText::PositionOf(std::size_t aTextOffset) {

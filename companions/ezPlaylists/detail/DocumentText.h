@@ -1,9 +1,11 @@
 #pragma once
 
 #include "ezPlaylists/detail/GrowingBlock.h"
+#include "ezPlaylists/detail/Limits.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// A document of text as UTF-8, and where in the document each character stands.
@@ -21,6 +23,8 @@ public:
 
     /// Whether memory for the text was refused, of which a part is there then.
     bool IsRefused() const { return mfRefused; }
+    /// Whether the text would have more than kPlaylist_MaxDocument bytes, of which a part is there then.
+    bool IsTooLong() const { return mfTooLong; }
 
     /// UTF-8, without the byte order mark.
     std::string_view Text() const { return mText.View().substr(mSkipped); }
@@ -33,12 +37,15 @@ private:
     enum class Encoding { Utf8, EightBit, Utf16LittleEndian, Utf16BigEndian };
 
     static Encoding EncodingOf(std::string_view aDocument, std::size_t& aMarkLength);
+    bool Put(char32_t aCharacter);
     void TakeEightBit(std::string_view aDocument);
     void TakeUtf16(std::string_view aDocument);
 
-    GrowingText mText;
+    GrowingText mText{kPlaylist_MaxDocument};
+    std::string mCharacter;   ///< the last that was put
     std::size_t mSkipped = 0; ///< the byte order mark at the start of a text that is the document itself
     bool mfRefused = false;
+    bool mfTooLong = false;
     std::size_t mMarkLength = 0; ///< before the encoding, with which it is found
     const Encoding mEncoding;
     std::size_t mCursor = 0;           ///< an offset in the text

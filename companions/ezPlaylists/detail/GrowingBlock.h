@@ -17,6 +17,9 @@ class GrowingBlock {
     static_assert(std::is_trivially_copyable_v<Type>, "moved as bytes");
 
 public:
+    /// @param aMaximum  items that there will be at most: no room is made for more when it grows by itself
+    explicit GrowingBlock(std::size_t aMaximum = SIZE_MAX) : mMaximum(aMaximum) {}
+
     /// Makes room for so many items in all. False when the memory is refused.
     bool Reserve(std::size_t aCount) {
         if (aCount <= mCapacity) {
@@ -36,7 +39,8 @@ public:
     /// Puts items, which lie elsewhere, behind the last one. False, with none of them, when the memory is
     /// refused.
     bool Append(const Type* anItems, std::size_t aCount) {
-        if (aCount > mCapacity - mSize && !Reserve(std::max({mSize + aCount, 2 * mCapacity, kFirst}))) {
+        if (aCount > mCapacity - mSize &&
+            !Reserve(std::max({mSize + aCount, std::min(2 * mCapacity, mMaximum), kFirst}))) {
             return false;
         }
         if (aCount != 0) {
@@ -67,6 +71,7 @@ private:
     };
 
     std::unique_ptr<Type, Free> mItems;
+    std::size_t mMaximum;
     std::size_t mCapacity = 0;
     std::size_t mSize = 0;
 };
@@ -74,6 +79,7 @@ private:
 /// A text that grows so.
 class GrowingText : public GrowingBlock<char> {
 public:
+    using GrowingBlock<char>::GrowingBlock;
     using GrowingBlock<char>::Append;
     bool Append(std::string_view aText) { return Append(aText.data(), aText.size()); }
     std::string_view View() const { return {begin(), Size()}; }

@@ -57,9 +57,9 @@ void IndexedPlaylistParser::ReadIndex() {
     if (!mReader.Seek(0)) {
         return;
     }
-    GrowingBlock<Record> records = std::exchange(mRecords, {});
-    GrowingBlock<std::size_t> byPosition = std::exchange(mByPosition, {});
-    GrowingText texts = std::exchange(mTexts, {});
+    GrowingBlock<Record> records = std::exchange(mRecords, GrowingBlock<Record>(kPlaylist_MaxIndexed));
+    GrowingBlock<std::size_t> byPosition = std::exchange(mByPosition, GrowingBlock<std::size_t>());
+    GrowingText texts = std::exchange(mTexts, GrowingText(kPlaylist_MaxIndexedText));
     mfRefused = false;
     mfCut = false;
     const bool fRead = ReadEntries(mReader) && !mfRefused;

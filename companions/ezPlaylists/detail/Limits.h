@@ -40,10 +40,15 @@ inline constexpr std::size_t kPlaylist_KeptBehind = std::size_t{4} * 1024;
 inline constexpr std::size_t kPlaylist_HLSLook = std::size_t{64} * 1024;
 
 /// Entries of a playlist that has to be indexed, and bytes of their texts: what follows is left out. About
-/// 42 MiB at worst, and twice that while a playlist whose stream failed is read again; the whole music
-/// library of a home takes a tenth.
+/// 32 MiB at worst; the whole music library of a home takes an eighth.
 inline constexpr std::size_t kPlaylist_MaxIndexed = std::size_t{1} << 18;
-inline constexpr std::size_t kPlaylist_MaxIndexedText = std::size_t{32} * 1024 * 1024;
+inline constexpr std::size_t kPlaylist_MaxIndexedText = std::size_t{24} * 1024 * 1024;
 
-/// Bytes of a playlist that has to be taken into memory as a whole; a larger one has no entries.
+/// Bytes of a playlist that has to be taken into memory as a whole, and of its text in UTF-8; a larger one
+/// has no entries. With the index, its growth and the texts of one entry a document takes less than 64 MiB at
+/// worst; while one whose stream failed is read again, the index that is there already comes to that.
 inline constexpr std::size_t kPlaylist_MaxDocument = std::size_t{16} * 1024 * 1024;
+
+/// Bytes of the bases that locations of a document are put under, counted for each: what follows is left out.
+/// A base of 100 bytes for as many entries as are kept.
+inline constexpr std::size_t kPlaylist_MaxBased = std::size_t{32} * 1024 * 1024;

@@ -1,5 +1,7 @@
 #include "ezPlaylists/detail/Location.h"
 
+#include "ezPlaylists/detail/Limits.h"
+
 #include "ezPlatform/text/URI.h"
 
 #include <algorithm>
@@ -19,6 +21,21 @@ bool IsWindowsPath(std::string_view aLocation) {
     const char drive = aLocation.empty() ? '\0' : ezLower(aLocation[0]);
     return drive >= 'a' && drive <= 'z' && aLocation.size() >= 3 && aLocation[1] == ':' &&
            (aLocation[2] == '\\' || aLocation[2] == '/');
+}
+
+LocationBase::LocationBase(const std::string& aText) : mText(aText), mfURL(HasScheme(aText)) {
+    if (mfURL) {
+        mText = ezCString::FromAllocatedString(ezURI_S_Combine(aText.c_str(), aText.c_str())).View();
+    }
+}
+
+bool LocationBaseBudget::Take(const LocationBasePtr& aBase) {
+    const std::size_t size = aBase != nullptr ? aBase->Text().size() : 0;
+    if (size > kPlaylist_MaxBased - mTaken) {
+        return false;
+    }
+    mTaken += size;
+    return true;
 }
 
 ezCString URLReference(const ezCString& aLocation) {

@@ -11,7 +11,7 @@ MarkupPlaylistParser::MarkupPlaylistParser(ezStream* aStream, const PlaylistPlac
 }
 
 bool MarkupPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
-    GrowingText bytes;
+    GrowingText bytes(kPlaylist_MaxDocument);
     const bool fAll = aReader.ReadAll(&bytes, kPlaylist_MaxDocument);
     if (!fAll && !aReader.HasFailed()) {
         Cut();
@@ -21,8 +21,16 @@ bool MarkupPlaylistParser::ReadEntries(PlaylistStreamReader& aReader) {
     if (document.IsRefused()) {
         return false;
     }
-    return mReadFunc(document, [this](const PlaylistParserEntry& anEntry) {
+    if (document.IsTooLong()) {
+        Cut();
+        return true;
+    }
+    const bool fWhole = mReadFunc(document, [this](const PlaylistParserEntry& anEntry) {
         return AddEntry(anEntry.mStreamPos.ToUInt64(), anEntry.mURI.View(), anEntry.mTitle.View(),
                         anEntry.mDuration, anEntry.mSpecificTags.View());
     });
+    if (!fWhole) {
+        Cut();
+    }
+    return true;
 }

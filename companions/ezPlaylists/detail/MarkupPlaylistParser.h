@@ -6,10 +6,11 @@
 
 class PlaylistPlace;
 
-/// The base of the readers of documents with markup. A document of more than kPlaylist_MaxDocument bytes has
-/// no entries; of one whose stream fails those stand that are whole. A text of an entry that is longer than
-/// kPlaylist_MaxText counts as absent. An entry's position is that of the "<"
-/// of its element, in the document as it lies there, also where that is UTF-16.
+/// The base of the readers of documents with markup. Whatever the document, it takes less than 64 MiB to read
+/// it and to keep its entries. A document of more than kPlaylist_MaxDocument bytes has no entries; of one
+/// whose stream fails those stand that are whole. A text of an entry that is longer than kPlaylist_MaxText
+/// counts as absent. An entry's position is that of the "<" of its element, in the document as it lies there,
+/// also where that is UTF-16.
 class MarkupPlaylistParser : public IndexedPlaylistParser {
 protected:
     using ReadFunc = bool (*)(DocumentText& aDocument, const EntrySink& aSink);

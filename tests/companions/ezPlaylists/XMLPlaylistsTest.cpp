@@ -1,4 +1,3 @@
-#ifdef EZ_HAS_XML_PLAYLISTS
 
 #include "ezPlaylists/detail/WPLPlaylistParser.h"
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
@@ -177,11 +176,11 @@ TEST(XSPFPlaylistParser, HostileDocumentsAreHarmless) {
         deep += "<track>";
     }
     EXPECT_TRUE(XSPF(deep).empty());
-    std::string tags = "<playlist><trackList>";
+    std::string tags = "<playlist><trackList>"; // of which nothing is kept
     for (int i = 0; i < 2000001; ++i) {
         tags += "<a/>";
     }
-    EXPECT_TRUE(XSPF(tags + Track("<location>a</location>") + "</trackList></playlist>").empty());
+    EXPECT_EQ(Locations(XSPF(tags + Track("<location>a</location>") + "</trackList></playlist>")), Texts{"a"});
     std::string text =
         InList(Track("<location>a</location>") + std::string(1, '\0') + Track("<location>b</location>"));
     EXPECT_EQ(Locations(XSPF(text)), Texts{"a"});
@@ -303,4 +302,3 @@ TEST(XMLPlaylists, ReadersAreFoundByExtensionAndMimeType) {
     }
 }
 
-#endif

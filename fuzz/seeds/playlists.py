@@ -17,6 +17,18 @@ def m3u():
     yield "byte-order-mark", "\ufeff#EXTM3U\na.mp3\n"
     yield "block-that-ends-within-a-line-end", "#" + "x" * 4094 + "\r\na.mp3\r\n"
     yield "half-a-byte-order-mark", b"\xEF\xBB"
+    yield from sixteen_bits("#EXTM3U\r\n#EXTINF:7,T𝄞\r\na€.mp3\r\n\r#EXTGRP:x\nb.mp3\rਊĊ.mp3")
+    yield "utf-16-cut-within-a-unit", b"\xFF\xFE" + "a\r\nb".encode("utf-16-le") + b"c"
+    yield "utf-16-halves", b"\xFE\xFF" + "#EXTINF:1,T\na\n".encode("utf-16-be") + b"\xD8\0\0\n\xDC\0\0\n\xD8\0"
+    yield "utf-16-hls", b"\xFF\xFE" + "#EXTM3U\n#EXT-X-TARGETDURATION:9\na.ts\n".encode("utf-16-le")
+    yield "utf-16-mark-alone", b"\xFF\xFE"
+    yield "carriage-returns-alone", "a\r" * 2000
+    yield "one-hole", b"a.mp3\n" + bytes(60000)
+
+
+def sixteen_bits(text):
+    yield "utf-16-little-lines", b"\xFF\xFE" + text.encode("utf-16-le")
+    yield "utf-16-big-lines", b"\xFE\xFF" + text.encode("utf-16-be")
 
 
 def pls():
@@ -31,6 +43,8 @@ def pls():
     yield "block-that-ends-within-a-line-end", "[playlist]\r\n;" + "x" * 4082 + "\r\nFile1=a.mp3\r\n"
     yield "blank-lines", "[playlist]\n\n \nFile1=a.mp3\n"
     yield "comments", "; ours\n[playlist]\n;File1=a.mp3\n# File2=b.mp3\nFile3=c.mp3\n"
+    yield from sixteen_bits("[playlist]\r\nFile1=a€.mp3\r\nTitle1=T𝄞\rFile2=b.mp3")
+    yield "one-hole", b"[playlist]\nFile1=a.mp3\n" + bytes(60000)
     yield "number-too-large", "[playlist]\nFile99999999999=a.mp3\nFile4294967296=b.mp3\nFile4294967295=c.mp3\n"
 
 
@@ -45,6 +59,7 @@ def asx_documents():
                                   + entry("\\\\h\\e.mp3") + entry("http://h/f.mp3"))
     yield "base-of-a-windows-folder", asx('<base href="..\\music\\"/>' + entry("a\\b.mp3") + entry("c:/d.mp3"))
     yield "base-of-nothing", asx("<base/><base href=''/>" + entry("b.mp3") + "<entry><base/><ref href='c.mp3'/></entry>")
+    yield "base-of-many-steps", asx('<base href="http://h/' + "a/../" * 390 + '"/>' + entry("b.mp3") * 100)
     yield "base-too-long", asx(f'<base href="{"x" * 9000}"/>' + entry("b.mp3"))
     yield "entries-of-nothing", asx("<entry/><entry></entry><entry><ref/><duration/></entry><entry><ref href=' '/></entry>")
     yield "entries-that-nobody-closed", asx("<entry><ref href='a.mp3'><entry><ref href='b.mp3'><entryref href='c.asx'/>"
@@ -98,6 +113,11 @@ def wpl():
     yield "cut-in-a-name", "<smil><body>" + media("a.mp3") + "<media src='b.mp3'/><"
     yield "cut-in-a-bad-name", "<smil><body>" + media("a.mp3") + "<1"
     yield "sign-in-a-tag", "<smil><body>" + media("a.mp3") + "<media src='b.mp3'!/></body></smil>"
+    yield "nothing-but-elements", "<smil><body>" + "<a/>" * 9000 + media("a.mp3") + "</body></smil>"
+    yield "deep", "<smil><body>" + "<seq>" * 4000 + media("a.mp3")
+    yield "two-bodies", "<smil><body>" + media("a.mp3") + "</body><body>" + media("b.mp3") + "</body></smil>"
+    yield "other-end", "<smil><body>" + media("a.mp3") + "</head>" + media("b.mp3")
+    yield "end-first", "</smil><smil><body>" + media("a.mp3")
     yield "cut-with-a-child", "<smil><body><media src='a.mp3'><x/><y a="
 
 
@@ -120,6 +140,17 @@ def xspf():
                               + "<track><location>b</location><duration>99999999999999</duration></track>")
     yield "other-root", "<other><trackList>" + track("a.mp3") + "</trackList></other>"
     yield "windows-paths", listed("".join(map(track, ("c:\\a.mp3", "\\\\h\\b.mp3", "c:/d.mp3", "/e.mp3", "file:///f.mp3", "#g"))))
+    yield "base-of-many-steps", listed(track("b.mp3") * 100 + track("../c.mp3"), " xml:base='http://h/" + "a/../" * 390 + "'")
+    yield "bases-within", listed("<track xml:base='c/d/'><location xml:base='../e/'>f</location></track>", " xml:base='http://h/b/'")
+    yield "nothing-but-elements", listed("<a>b</a>" * 6000 + track("a"))
+    yield "deep", listed("<track>" * 5000)
+    yield "two-lists", listed(track("a")).replace("</playlist>", "<trackList>" + track("b") + "</trackList></playlist>")
+    yield "list-below", "<playlist><x><trackList>" + track("a") + "</trackList></x></playlist>"
+    yield "fields-within", listed("<track><title>A<b>no</b>B</title><title>C</title><x><location>no</location></x><creator>D</creator>"
+                                  + "<album>E</album><trackNum>1</trackNum><image>F</image><location>a</location></track>")
+    yield "prefixes", "<x:playlist xmlns:x='y'><x:trackList><x:track><x:location>a</x:location></x:track></x:trackList></x:playlist>"
+    yield "nul", listed(track("a") + "\0" + track("b"))
+    yield "behind-the-root", listed(track("a")) + listed(track("b"))
     yield "cut-behind-a-track", "<playlist><trackList>" + track("a.mp3") + "<track><location>b</location></track"
     yield "cut-in-a-track", "<playlist><trackList>" + track("a.mp3") + "<track><location>b</location>"
     yield "cut-behind-a-longer-name", "<playlist><trackList><track><location>b</location></tracks><x"

@@ -73,6 +73,36 @@ TEST(TextBytes, WhatIsNoUtf8WasWrittenInLatin1) {
     EXPECT_EQ(Clean("\xED\xA0\x80", TextEncoding::Utf8), "\xC3\xAD\xC2\xA0\xE2\x82\xAC") << "a surrogate";
 }
 
+TEST(TextBytes, WhatACutLeftOfACharacterGoesAndNothingElse) {
+    const std::string whole = "\xC3\xA9"; // e acute: the text is UTF-8
+    for (const char* part :
+         {"\xC2", "\xDF", "\xE0", "\xE0\xA0", "\xEF\xBF", "\xF0\x90", "\xF0\x90\x80", "\xF4\x8F\xBF"}) {
+        EXPECT_EQ(Clean(whole + part, TextEncoding::Utf8OrLatin1), whole) << part;
+    }
+    const std::string latin = "\xC3\x83\xC2\xA9"; // the same bytes as two letters
+    const std::vector<std::pair<std::string, std::string>> others = {
+        {"\x80", "\xE2\x82\xAC"}, // no lead byte asked for it
+        {"\xBF", "\xC2\xBF"},     //
+        {"\xC1", "\xC3\x81"},     // begins nothing, as it would be one of 7 bits
+        {"\xF5", "\xC3\xB5"},     // and this one would be above U+10FFFF
+        {"\xE0\x9F", "\xC3\xA0\xC5\xB8"}};
+    for (const auto& [part, letters] : others) {
+        const bool fCut = part == "\xE0\x9F"; // what comes of it is not looked at
+        EXPECT_EQ(Clean(whole + part, TextEncoding::Utf8OrLatin1), fCut ? whole : latin + letters) << part;
+    }
+}
+
+TEST(TextBytes, ControlCharactersEndAtTheirBounds) {
+    const std::vector<std::pair<std::string, std::string>> units = {
+        {"\x1F", ""}, {"\x20", " "}, {"\x7E", "~"},        {"\x7F", ""},
+        {"\x80", ""}, {"\x9F", ""},  {"\xA0", "\xC2\xA0"}, {"\xA1", "\xC2\xA1"}};
+    for (const auto& [unit, text] : units) {
+        EXPECT_EQ(Clean("\0a\0"s + unit + "\0b"s, TextEncoding::Utf16Big), "a" + text + "b") << text;
+    }
+    EXPECT_EQ(Clean("\0a\xFF\xFD\xFF\xFE\xFF\xFF\0b"s, TextEncoding::Utf16Big), "a\xEF\xBF\xBD"
+                                                                                "b");
+}
+
 TEST(TextBytes, ControlCharactersAndOuterBlanksAreLeftOut) {
     EXPECT_EQ(Clean("  a\tb\r\n\x01\x1F\x7F"
                     "c  ",

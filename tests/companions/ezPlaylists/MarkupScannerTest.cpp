@@ -83,6 +83,46 @@ TEST(MarkupScanner, FurtherAttributesAreDropped) {
     EXPECT_EQ(piece.mName, "c");
 }
 
+TEST(MarkupScanner, BoundsHoldWhatIsAtThemAndNothingMore) {
+    const std::string name(64, 'x');
+    EXPECT_EQ(Scanned("<" + name + " " + name + "=1>"), "0 " + name + " " + name + "='1'\n");
+    EXPECT_EQ(Scanned("<" + name + "y " + name + "y=1>"), "0 " + name + " " + name + "='1'\n");
+    std::string tag = "<a";
+    for (int i = 1; i < 32; ++i) {
+        tag += " b" + std::to_string(i);
+    }
+    const auto has = [](const std::string& aText, const char* aName) {
+        MarkupScanner scanner(aText);
+        MarkupPiece piece;
+        return scanner.Next(piece) && piece.FindAttribute(aName) != nullptr;
+    };
+    EXPECT_TRUE(has(tag + " last>", "last"));
+    EXPECT_FALSE(has(tag + " b32 last>", "last"));
+    EXPECT_EQ(WithoutEntities("&#000000065;"), "A"); // 12 characters
+    EXPECT_EQ(WithoutEntities("&#0000000065;"), "&#0000000065;");
+    EXPECT_EQ(WithoutEntities("&#1114111;&#1114112;"), "\xF4\x8F\xBF\xBF&#1114112;");
+}
+
+TEST(DocumentText, ADeclarationIsLookedForUpToItsBound) {
+    const auto decoded = [](std::size_t aBlanks) {
+        const std::string declaration = "<?xml" + std::string(aBlanks, ' ') + "encoding='latin1'";
+        GrowingText text;
+        text.Append(std::string_view(declaration + "?><a>\xC3\xA9</a>"));
+        return std::string(DocumentText(std::move(text)).Text());
+    };
+    const std::size_t fits = 256 - std::string("<?xmlencoding='latin1'").size();
+    EXPECT_NE(decoded(fits).find("\xC3\x83\xC2\xA9"), std::string::npos);
+    EXPECT_NE(decoded(fits + 30).find(">\xC3\xA9<"), std::string::npos);
+}
+
+TEST(DocumentText, ATextThatGrowsBeyondTheDocumentsBoundIsTooLong) {
+    for (const std::size_t more : {0U, 1U}) {
+        GrowingText text; // of letters that take two bytes each in UTF-8
+        text.Append(std::string_view(std::string(kPlaylist_MaxDocument / 2 + more, '\xE9')));
+        EXPECT_EQ(DocumentText(std::move(text)).IsTooLong(), more == 1);
+    }
+}
+
 TEST(MarkupScanner, TextsAndValuesThatAreTooLongAreEmpty) {
     const std::string most(kPlaylist_MaxText, 'x');
     for (const bool fFits : {true, false}) {

@@ -7,6 +7,7 @@
 #include "ezPlaylists/detail/Limits.h"
 
 #include "ez/PlaylistParserFactory.h"
+#include "ezPlaylists/PlaylistCut.h"
 #include "ezPlaylists/Playlists.h"
 
 namespace {
@@ -84,6 +85,57 @@ TEST(XSPFPlaylistParser, BaseOfEveryElementAroundApplies) {
               (Texts{"../m/a%20b", "/c", "http://h/"}));
     EXPECT_EQ(Locations(XSPF(
                   InList(Track("<location>a</location>"), " xml:base='" + std::string(3000, 'x') + "/'"))),
+              Texts{"a"});
+}
+
+TEST(XSPFPlaylistParser, ABaseAtItsBoundApplies) {
+    const std::string longest = "http://h/" + std::string(2048 - 10, 'x') + "/";
+    ASSERT_EQ(longest.size(), 2048U);
+    for (const bool fLonger : {false, true}) {
+        const std::string base = fLonger ? "http://h/y" + longest.substr(9) : longest;
+        EXPECT_EQ(Locations(XSPF(InList(Track("<location>a</location>"), " xml:base='" + base + "'"))),
+                  Texts{fLonger ? "a" : longest + "a"});
+    }
+}
+
+TEST(XSPFPlaylistParser, ABaseOfManyStepsIsThatOfWhereTheyLead) {
+    std::string steps;
+    for (int i = 0; i < 300; ++i) {
+        steps += "a/../";
+    }
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>b</location>") + Track("<location>../c</location>") +
+                                        Track("<location>?d</location>") + Track("<location>/e</location>"),
+                                    " xml:base='http://h/m/" + steps + "n/o'"))),
+              (Texts{"http://h/m/n/b", "http://h/m/c", "http://h/m/n/o?d", "http://h/e"}));
+}
+
+TEST(XSPFPlaylistParser, BasesOfAllLocationsTogetherAreBounded) {
+    const std::string base = "http://h/" + std::string(2048 - 10, 'x') + "/";
+    const std::size_t fit = kPlaylist_MaxBased / base.size();
+    for (const std::size_t more : {0U, 1U}) {
+        std::string tracks;
+        for (std::size_t i = 0; i < fit + more; ++i) {
+            tracks += Track("<location>/a</location>");
+        }
+        const ezStreamOwner stream =
+            MemoryPlaylist(InList(tracks, " xml:base='" + base + "'"), "/music/list.xspf");
+        XSPFPlaylistParser reader(stream.get());
+        EXPECT_EQ(WalkFrom(reader, 0).size(), fit);
+        EXPECT_EQ(GetPlaylistCut(reader), more == 0 ? PlaylistCut::None : PlaylistCut::Size);
+    }
+}
+
+TEST(XSPFPlaylistParser, OnlyTheFirstListAndTheFieldsOfItsTracksCount) {
+    const std::string track = Track("<location>a</location>");
+    EXPECT_EQ(Locations(XSPF("<playlist><x>" + track + "</x><trackList><x>" + track + "</x>" + track +
+                             "</trackList><trackList>" + track + track + "</trackList></playlist>")),
+              Texts{"a"});
+    const PlaylistEntries entries =
+        XSPF(InList(Track("<extension><title>no</title><location>no</location></extension>"
+                          "<title>A<b>no</b>B</title><title>no</title><location>a</location>")));
+    ASSERT_EQ(Locations(entries), Texts{"a"});
+    EXPECT_EQ(entries[0].mTitle, "AB");
+    EXPECT_EQ(Locations(XSPF(InList(track) + "<playlist><trackList>" + track + "</trackList></playlist>")),
               Texts{"a"});
 }
 
@@ -180,7 +232,8 @@ TEST(XSPFPlaylistParser, HostileDocumentsAreHarmless) {
     for (int i = 0; i < 2000001; ++i) {
         tags += "<a/>";
     }
-    EXPECT_EQ(Locations(XSPF(tags + Track("<location>a</location>") + "</trackList></playlist>")), Texts{"a"});
+    EXPECT_EQ(Locations(XSPF(tags + Track("<location>a</location>") + "</trackList></playlist>")),
+              Texts{"a"});
     std::string text =
         InList(Track("<location>a</location>") + std::string(1, '\0') + Track("<location>b</location>"));
     EXPECT_EQ(Locations(XSPF(text)), Texts{"a"});
@@ -301,4 +354,3 @@ TEST(XMLPlaylists, ReadersAreFoundByExtensionAndMimeType) {
         EXPECT_EQ(factory.NewPlaylistParser(nullptr, "", extension), nullptr);
     }
 }
-

@@ -4,6 +4,26 @@
 
 #include <memory>
 
+struct SidecarListing::Folders {
+    FolderPictures mListed;
+};
+
+SidecarListing::SidecarListing() : mFolders(std::make_unique<Folders>()) {}
+
+SidecarListing::~SidecarListing() = default;
+
+std::vector<ezCString> SidecarListing::CandidatePaths(const ThumbnailInfo* anInfo, bool* afFailed) {
+    bool fFailed = false;
+    std::vector<ezCString> paths;
+    if (anInfo != nullptr) {
+        paths = FindSidecars(anInfo->mFilePath.GetFullPath(), &fFailed, &mFolders->mListed);
+    }
+    if (afFailed != nullptr) {
+        *afFailed = fFailed;
+    }
+    return paths;
+}
+
 SidecarThumbnailProvider::~SidecarThumbnailProvider() = default;
 
 std::vector<ezCString> SidecarThumbnailProvider::CandidatePaths(const ThumbnailInfo* anInfo) {
@@ -19,8 +39,13 @@ uint32 SidecarThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* an
 
 void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
     mfFailed = false;
-    mPaths = anInfo != nullptr ? FindSidecars(anInfo->mFilePath.GetFullPath(), &mfFailed)
-                               : std::vector<ezCString>();
+    if (anInfo == nullptr) {
+        mPaths.clear();
+    } else if (mListing != nullptr) {
+        mPaths = mListing->CandidatePaths(anInfo, &mfFailed);
+    } else {
+        mPaths = FindSidecars(anInfo->mFilePath.GetFullPath(), &mfFailed);
+    }
     mNextPath = 0;
     GetNextPath(anInfo);
 }

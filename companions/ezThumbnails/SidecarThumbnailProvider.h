@@ -5,7 +5,27 @@
 #include "ez/ThumbnailProvider.h"
 
 #include <cstddef>
+#include <memory>
 #include <vector>
+
+/// What folders held when they were first asked for, each listed once: for a look at many media of a folder,
+/// as for a sheet of it, which would list the folder anew for each. It is for one such look, since what comes
+/// into a folder later is not seen; what goes is.
+class EZTHUMBNAILS_API SidecarListing {
+public:
+    SidecarListing();
+    ~SidecarListing();
+    SidecarListing(const SidecarListing&) = delete;
+    SidecarListing& operator=(const SidecarListing&) = delete;
+
+    /// As SidecarThumbnailProvider::CandidatePaths. *afFailed, unless null, tells that the system was in
+    /// trouble: there are none then, and the folder is listed the next time.
+    std::vector<ezCString> CandidatePaths(const ThumbnailInfo* anInfo, bool* afFailed = nullptr);
+
+private:
+    struct Folders;
+    std::unique_ptr<Folders> mFolders;
+};
 
 /// Makes thumbnails of a picture that lies beside the media.
 ///
@@ -17,7 +37,8 @@
 ///
 /// Every candidate is an ezFileThumbnailSource, and a walk over them needs no generator.
 ///
-/// The folder is listed once for each walk over the candidates, and nothing of it is kept. A host that serves
+/// The folder is listed once for each walk over the candidates, and nothing of it is kept, unless SetListing
+/// says where. A host that serves
 /// pictures asks its provider of pictures first, or every photo beside a "cover.jpg" would look like that.
 class EZTHUMBNAILS_API SidecarThumbnailProvider : public ezIndirectThumbnailProvider {
 public:
@@ -34,10 +55,13 @@ public:
     /// Where the system is in trouble (no descriptor is left, the disk fails): all that the generator makes
     /// of a picture, so that the build is tried and fails, and the next request tries again.
     uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override;
+    /// Where to look for what folders hold; borrowed. Null, as at first, for the folders themselves.
+    void SetListing(SidecarListing* aListing) { mListing = aListing; }
     void GetFirstPath(const ThumbnailInfo* anInfo) override;
     void GetNextPath(const ThumbnailInfo* anInfo) override;
 
 private:
+    SidecarListing* mListing = nullptr;
     std::vector<ezCString> mPaths;
     std::size_t mNextPath = 0;
     bool mfFailed = false; ///< the last listing

@@ -29,7 +29,9 @@ public:
         : mOptions(anOptions),
           mThumbnails(aCacheFolder, *anOptions.mOutput),
           mHost(aHost),
-          mConsole(aConsole) {}
+          mConsole(aConsole) {
+        mThumbnails.SetListing(&mListing);
+    }
 
     void File(const std::string& aPath, const std::string& aFolder) override {
         mConsole.Progress(aFolder);
@@ -85,9 +87,9 @@ private:
 
     void Add(const std::string& aPath, const ezMediaInfo& anInfo) {
         std::vector<std::string> ignored;
-        const ThumbnailInfo request =
-            ThumbnailRequest(aPath, anInfo.GetCString(kezInfo_MimeType, ""),
-                             anInfo.GetCString(kezInfo_DLNA, ""), mOptions, *mOptions.mOutput, ignored);
+        const ThumbnailInfo request = ThumbnailRequest(aPath, anInfo.GetCString(kezInfo_MimeType, ""),
+                                                       anInfo.GetCString(kezInfo_DLNA, ""), mOptions,
+                                                       *mOptions.mOutput, &mListing, ignored);
         Thumbnail thumbnail = mThumbnails.Get(request, true);
         if (thumbnail.mBytes.empty() || thumbnail.mBytes.size() > kMaxThumbnailBytes) {
             mfEnded = thumbnail.mfCacheFails; // then it is the same with all others
@@ -100,6 +102,7 @@ private:
     }
 
     const ThumbnailOptions& mOptions;
+    SidecarListing mListing; // a folder is listed once for the sheet, not for each cell
     Thumbnails mThumbnails;
     Host& mHost;
     Console& mConsole;

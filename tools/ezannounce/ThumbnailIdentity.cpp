@@ -1,7 +1,5 @@
 #include "ThumbnailIdentity.h"
 
-#include "ezThumbnails/SidecarThumbnailProvider.h"
-
 #include <cstdlib>
 #include <memory>
 #include <sys/stat.h>
@@ -33,9 +31,10 @@ std::string FullPath(const std::string& aPath) {
 
 } // namespace
 
-std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo) {
+std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo, SidecarListing* aListing) {
     std::vector<std::string> paths;
-    for (const ezCString& path : SidecarThumbnailProvider::CandidatePaths(&anInfo)) {
+    for (const ezCString& path : aListing != nullptr ? aListing->CandidatePaths(&anInfo)
+                                                     : SidecarThumbnailProvider::CandidatePaths(&anInfo)) {
         paths.emplace_back(path.View());
     }
     return paths;

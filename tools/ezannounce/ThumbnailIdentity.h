@@ -1,13 +1,14 @@
 #pragma once
 
 #include "ez/ThumbnailProvider.h"
+#include "ezThumbnails/SidecarThumbnailProvider.h"
 
 #include <string>
 #include <vector>
 
 /// The pictures beside a media that could stand for it, best first, as SidecarThumbnailProvider tries them:
-/// one listing of the media's folder.
-std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo);
+/// one listing of the media's folder, or, unless null, what aListing has of it.
+std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo, SidecarListing* aListing = nullptr);
 
 /// What the cache knows a media by, so that a thumbnail is made anew when anything changes that it could be
 /// made of:

@@ -28,8 +28,9 @@ bool MakeRequest(const std::string& aPath, const ThumbnailOptions& anOptions, Ho
         return false;
     }
     std::vector<std::string> originals;
-    anInfo = ThumbnailRequest(aPath, announcement.mInfo->GetCString(kezInfo_MimeType, ""),
-                              announcement.mInfo->GetCString(kezInfo_DLNA, ""), anOptions, "", originals);
+    anInfo =
+        ThumbnailRequest(aPath, announcement.mInfo->GetCString(kezInfo_MimeType, ""),
+                         announcement.mInfo->GetCString(kezInfo_DLNA, ""), anOptions, "", nullptr, originals);
     originals.push_back(aPath);
     const bool fOriginal = std::any_of(originals.begin(), originals.end(), [&](const std::string& aFile) {
         return IsSameFile(aFile, *anOptions.mOutput);

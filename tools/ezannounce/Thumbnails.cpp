@@ -127,10 +127,11 @@ Provider* Thumbnails::NewProvider(Words... aWords) {
 Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut)
     : mCacheFolder(aCacheFolder),
       mCache(ezCString(aCacheFolder), kCacheBytes, kCacheFiles),
-      mManager(&mCache, new PictureThumbnailGenerator) {
+      mManager(&mCache, new PictureThumbnailGenerator),
+      mSidecars(NewProvider<SidecarsButOne>(aLeftOut)) {
     mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));
     mManager.Add(NewProvider<CoverThumbnailProvider>());
-    mManager.Add(NewProvider<SidecarsButOne>(aLeftOut));
+    mManager.Add(mSidecars);
     // Not traced: it builds nothing.
     mManager.Add(new CostlyThumbnailProvider(
         static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator())));
@@ -214,7 +215,7 @@ Thumbnail Thumbnails::Get(const ThumbnailInfo& anInfo, bool afUseGeneric) {
 
 ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeType, const ezCString& aDLNA,
                                const ThumbnailOptions& anOptions, const std::string& aLeftOut,
-                               std::vector<std::string>& aSidecars) {
+                               SidecarListing* aListing, std::vector<std::string>& aSidecars) {
     ThumbnailInfo info;
     info.mFilePath = ezPathName::MakeFilePath(ezCString(aPath));
     info.mMimeType = aMimeType;
@@ -229,7 +230,7 @@ ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeT
         info.mWidthMax = box.mWidth;
         info.mHeightMax = box.mHeight;
     }
-    aSidecars = SidecarsOf(info);
+    aSidecars = SidecarsOf(info, aListing);
     aSidecars.erase(std::remove_if(aSidecars.begin(), aSidecars.end(),
                                    [&aLeftOut](const std::string& aSidecar) {
                                        return !aLeftOut.empty() && IsSameFile(aSidecar, aLeftOut);

@@ -4,6 +4,7 @@
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/FileCacheManager.h"
+#include "ezThumbnails/SidecarThumbnailProvider.h"
 
 #include <cstdint>
 #include <memory>
@@ -50,6 +51,9 @@ public:
     ///                     and version of this tool
     Thumbnail Get(const ThumbnailInfo& anInfo, bool afUseGeneric);
 
+    /// Looks for pictures beside media in what aListing has of their folders; borrowed.
+    void SetListing(SidecarListing* aListing) { mSidecars->SetListing(aListing); }
+
 private:
     template <class Provider, class... Words>
     Provider* NewProvider(Words... aWords);
@@ -63,11 +67,13 @@ private:
     ezFileCacheManager mCache;
     ThumbnailTrace mTrace;
     ezThumbnailProviderManager mManager;
+    SidecarThumbnailProvider* mSidecars; ///< the manager's
 };
 
 /// What is asked of the service for a media of this path and type.
 /// @param aLeftOut  no picture beside it, as with Thumbnails
+/// @param aListing  of the folder; null to list it
 /// @param aSidecars of the media; receives the pictures beside it that could stand for it
 ThumbnailInfo ThumbnailRequest(const std::string& aPath, const ezCString& aMimeType, const ezCString& aDLNA,
                                const ThumbnailOptions& anOptions, const std::string& aLeftOut,
-                               std::vector<std::string>& aSidecars);
+                               SidecarListing* aListing, std::vector<std::string>& aSidecars);

@@ -86,30 +86,70 @@ DIR* OpenedFolder(const ezCString& aFolder) {
     return folder;
 }
 
-std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
-                               bool* afFailed) {
-    std::vector<Match> matches;
+/// Calls aVisit with the name of each picture in a folder, as it seems by its extension. False when the
+/// system was in trouble, and some may be missing.
+template <typename Visit>
+bool ListPictures(const ezCString& aFolder, const Visit& aVisit) {
     const std::unique_ptr<DIR, DirCloser> dir(OpenedFolder(aFolder));
     if (dir == nullptr) {
-        *afFailed = *afFailed || !IsAnswer(errno);
-        return matches;
+        return IsAnswer(errno);
     }
     while (true) {
         errno = 0; // else its end is not told from its failure
         const dirent* const entry = readdir(dir.get());
         if (entry == nullptr) {
-            *afFailed = *afFailed || errno != 0;
-            break;
+            return errno == 0;
         }
         const ezCString name(entry->d_name);
-        if (!HasExtension(name)) {
-            continue; // most are not, and this is quick
+        if (HasExtension(name)) { // most have none, and this is quick
+            aVisit(name);
         }
-        const auto found = std::find_if(aWanted.begin(), aWanted.end(), [&name](const ezCString& aName) {
-            return aName.CompareNoCase(name) == 0;
+    }
+}
+
+std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
+                               bool* afFailed) {
+    std::vector<Match> matches;
+    const bool fListed = ListPictures(aFolder, [&](const ezCString& aName) {
+        const auto found = std::find_if(aWanted.begin(), aWanted.end(), [&](const ezCString& aWantedName) {
+            return aWantedName.CompareNoCase(aName) == 0;
         });
         if (found != aWanted.end()) {
-            matches.push_back({static_cast<std::size_t>(found - aWanted.begin()), name != *found, name});
+            matches.push_back({static_cast<std::size_t>(found - aWanted.begin()), aName != *found, aName});
+        }
+    });
+    *afFailed = *afFailed || !fListed;
+    std::sort(matches.begin(), matches.end());
+    return matches;
+}
+
+/// The same of a folder that is listed at the first time, and searched from then on.
+std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
+                               FolderPictures& aListed, bool* afFailed) {
+    const std::string key(aFolder.View());
+    auto folder = aListed.find(key);
+    if (folder == aListed.end()) {
+        FolderPictures::mapped_type names;
+        if (!ListPictures(aFolder, [&](const ezCString& aName) {
+                names.emplace_back(std::string(aName.Lower().View()), aName);
+            })) {
+            *afFailed = true; // the next media tries again
+            return {};
+        }
+        std::sort(names.begin(), names.end());
+        folder = aListed.emplace(key, std::move(names)).first;
+    }
+    std::vector<Match> matches;
+    for (std::size_t place = 0; place < aWanted.size(); ++place) {
+        const auto isSame = [&](const ezCString& aName) { return aName.CompareNoCase(aWanted[place]) == 0; };
+        if (std::any_of(aWanted.begin(), aWanted.begin() + static_cast<std::ptrdiff_t>(place), isSame)) {
+            continue; // a media of the name of a folder's picture
+        }
+        const std::string wanted(aWanted[place].Lower().View());
+        const auto& names = folder->second;
+        for (auto name = std::lower_bound(names.begin(), names.end(), std::make_pair(wanted, ezCString()));
+             name != names.end() && name->first == wanted; ++name) {
+            matches.push_back({place, name->second != aWanted[place], name->second});
         }
     }
     std::sort(matches.begin(), matches.end());
@@ -129,7 +169,7 @@ ezCString SidecarMimeType(const ezCString& aPath) {
     return {};
 }
 
-std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed) {
+std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed, FolderPictures* aListed) {
     std::vector<ezCString> paths;
     bool fFailed = false;
     const Place media(aMediaPath);
@@ -148,8 +188,10 @@ std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed)
     struct stat mediaState = {};
     const bool isThere = look(aMediaPath, &mediaState);
     const ezCString folder(media.mFolder);
-    for (const Match& match :
-         FindMatches(folder.IsEmpty() ? "." : folder, WantedNames(media.mName), &fFailed)) {
+    const ezCString listed = folder.IsEmpty() ? ezCString(".") : folder;
+    const std::vector<ezCString> wanted = WantedNames(media.mName);
+    for (const Match& match : aListed != nullptr ? FindMatches(listed, wanted, *aListed, &fFailed)
+                                                 : FindMatches(listed, wanted, &fFailed)) {
         const ezCString path = folder + match.mName;
         struct stat state = {};
         const bool isRegular = look(path, &state) && S_ISREG(state.st_mode);

@@ -26,7 +26,11 @@ struct Folder {
     /// The names of what is tried for a media of the folder.
     Names Tried(const std::string& aMedia) const {
         Names names;
-        for (const ezCString& path : FindSidecars(Bytes(mFolder.Path(aMedia)))) {
+        const std::vector<ezCString> paths = FindSidecars(Bytes(mFolder.Path(aMedia)));
+        FolderPictures listed;
+        EXPECT_EQ(FindSidecars(Bytes(mFolder.Path(aMedia)), nullptr, &listed), paths);
+        EXPECT_EQ(FindSidecars(Bytes(mFolder.Path(aMedia)), nullptr, &listed), paths) << "not listed again";
+        for (const ezCString& path : paths) {
             names.push_back(Str(path).substr(mFolder.GetPath().size() + 1));
         }
         return names;
@@ -48,6 +52,28 @@ TEST(Sidecars, AreTriedInTheGivenOrder) {
     files.insert(files.end(),
                  {"film.mkv", "film.gif", "other.jpg", "film.mkv.jpg", "cover", "covers.jpg", "jpg"});
     EXPECT_EQ(Folder(files).Tried("film.mkv"), kOrder);
+}
+
+TEST(Sidecars, OfAMediaWithTheNameOfAFoldersPictureAreEachTriedOnce) {
+    EXPECT_EQ(Folder({"cover.mp3", "cover.jpg", "COVER.PNG", "Cover.jpg", "front.jpg"}).Tried("cover.mp3"),
+              (Names{"cover.jpg", "Cover.jpg", "COVER.PNG", "front.jpg"}));
+}
+
+TEST(SidecarListing, IsOfTheMomentWhenTheFolderWasFirstAskedFor) {
+    const Folder folder({"film.mkv", "film.jpg", "poster.png"});
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.mFolder.Path("film.mkv")));
+    SidecarListing listing;
+    bool fFailed = true;
+    EXPECT_EQ(listing.CandidatePaths(&info, &fFailed).size(), 2U);
+    EXPECT_FALSE(fFailed);
+    folder.mFolder.Write("cover.jpg", "new");
+    EXPECT_EQ(unlink(folder.mFolder.Path("film.jpg").c_str()), 0);
+    EXPECT_EQ(listing.CandidatePaths(&info),
+              std::vector<ezCString>{Bytes(folder.mFolder.Path("poster.png"))});
+    EXPECT_EQ(SidecarListing().CandidatePaths(&info).size(), 2U);
+    EXPECT_TRUE(listing.CandidatePaths(nullptr, &fFailed).empty());
+    EXPECT_FALSE(fFailed);
 }
 
 TEST(SidecarThumbnailProvider, TellsItsCandidatesWithoutAGenerator) {

@@ -495,6 +495,49 @@ TEST(ThumbnailFaults, GenericPictureIsMadeWholeAndNeverStandsForAnItemThatHasOne
     ExpectWholeOrNothing(kFilm, Cache::Empty, true);
 }
 
+TEST(ThumbnailFaults, ASheetsLookAtAFolderListsItOnceHoweverManyMediaItHas) {
+    for (const std::size_t count : {10, 100, 1000}) {
+        const TemporaryFolder folder;
+        for (std::size_t i = 0; i < count; ++i) {
+            folder.Write(std::to_string(i) + ".jpg", "picture");
+        }
+        const FaultySystem system({}, FaultReach::Direct);
+        ThumbnailTrace trace;
+        ScriptedGenerator generator{trace};
+        SidecarThumbnailProvider provider(&generator);
+        SidecarListing listing;
+        provider.SetListing(&listing);
+        ThumbnailInfo info;
+        for (std::size_t i = 0; i < count; ++i) {
+            info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.Path(std::to_string(i) + ".mkv")));
+            EXPECT_EQ(listing.CandidatePaths(&info).size(), 1U);
+            provider.GetFirstPath(&info);
+            EXPECT_TRUE(provider.SourceToTry());
+        }
+        EXPECT_EQ(system.Count(SystemCall::OpenDir), 1U) << count;
+        EXPECT_EQ(system.Count(SystemCall::ReadDir), count + 3) << "its entries, both dots, and the end";
+    }
+}
+
+TEST(ThumbnailFaults, AFolderThatCannotBeListedIsListedForTheNextMedia) {
+    const TemporaryFolder folder;
+    folder.Write("film.jpg", "picture");
+    ThumbnailInfo info;
+    info.mFilePath = ezPathName::MakeFilePath(Bytes(folder.Path("film.mkv")));
+    for (const SystemCall call : {SystemCall::OpenDir, SystemCall::ReadDir}) {
+        Fault fault;
+        fault.mCall = call;
+        fault.mError = call == SystemCall::OpenDir ? EMFILE : EIO;
+        const FaultySystem system({fault}, FaultReach::Direct);
+        SidecarListing listing;
+        bool fFailed = false;
+        EXPECT_TRUE(listing.CandidatePaths(&info, &fFailed).empty());
+        EXPECT_TRUE(fFailed);
+        EXPECT_EQ(listing.CandidatePaths(&info, &fFailed).size(), 1U);
+        EXPECT_FALSE(fFailed);
+    }
+}
+
 TEST(ThumbnailFaults, FullCacheTakesTheThumbnailAndTheNextServerKeepsItsBounds) {
     ExpectWholeOrNothing(kFilm, Cache::Full);
     // It was looked through and cleared for this request, and room was made.

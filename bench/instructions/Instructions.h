@@ -59,3 +59,5 @@ void PrintTables();
 void PrintPlaylists();
 /// The same.
 void PrintThumbnails();
+/// The same of the tool.
+void PrintTool();

@@ -19,5 +19,8 @@ int main() {
 #ifdef EZ_BENCH_THUMBNAILS
     PrintThumbnails();
 #endif
+#ifdef EZ_BENCH_TOOL
+    PrintTool();
+#endif
     return 0;
 }

@@ -1,7 +1,6 @@
 #include "ezPlatform/containers/HashKey.h"
 
 #include "ezPlatform/base/System.h"
-#include "ezPlatform/text/CString.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -61,26 +60,47 @@ private:
     std::uint64_t mD;
 };
 
-/// Up to eight bytes, the first one lowest, on every machine.
-template <bool kNoCase>
-std::uint64_t WordOf(const char* aBytes, std::size_t aCount) {
+/// Eight bytes, the first one lowest, on every machine.
+std::uint64_t WordAt(const char* aBytes) {
     std::uint64_t word = 0;
-    for (std::size_t i = 0; i < aCount; ++i) {
-        const char byte = kNoCase ? ezLower(aBytes[i]) : aBytes[i];
-        word |= static_cast<std::uint64_t>(static_cast<unsigned char>(byte)) << (8 * i);
+    std::memcpy(&word, aBytes, kWordSize);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    word = __builtin_bswap64(word);
+#endif
+    return word;
+}
+
+/// What is left of a text after its whole words. Of a text that has one, it ends a word that overlaps it.
+std::uint64_t RestOf(std::string_view aText) {
+    const std::size_t count = aText.size() % kWordSize;
+    if (count != 0 && aText.size() >= kWordSize) {
+        return WordAt(aText.data() + aText.size() - kWordSize) >> (8 * (kWordSize - count));
+    }
+    std::uint64_t word = 0;
+    for (std::size_t i = count; i != 0; --i) {
+        word = word << 8 | static_cast<unsigned char>(aText[i - 1]);
     }
     return word;
+}
+
+/// The lower case of eight bytes at a time: a byte of A to Z gets bit 5.
+std::uint64_t LowerWord(std::uint64_t aWord) {
+    constexpr std::uint64_t kEach = UINT64_C(0x0101010101010101);
+    constexpr std::uint64_t kHighest = 0x80 * kEach;
+    const std::uint64_t low = aWord & ~kHighest;
+    const std::uint64_t fromA = low + (0x80 - 'A') * kEach; // the highest bit tells
+    const std::uint64_t afterZ = low + (0x7F - 'Z') * kEach;
+    return aWord | (fromA & ~afterZ & ~aWord & kHighest) >> 2;
 }
 
 template <bool kNoCase>
 std::uint64_t HashOf(const ezHashKey& aKey, std::string_view aText) {
     Sip sip(aKey);
-    const char* at = aText.data();
-    std::size_t left = aText.size();
-    for (; left >= kWordSize; left -= kWordSize, at += kWordSize) {
-        sip.Take(WordOf<kNoCase>(at, kWordSize));
+    const auto taken = [](std::uint64_t aWord) { return kNoCase ? LowerWord(aWord) : aWord; };
+    for (std::size_t at = 0; at + kWordSize <= aText.size(); at += kWordSize) {
+        sip.Take(taken(WordAt(aText.data() + at)));
     }
-    sip.Take(WordOf<kNoCase>(at, left) | static_cast<std::uint64_t>(aText.size() & 0xFF) << 56);
+    sip.Take(taken(RestOf(aText)) | static_cast<std::uint64_t>(aText.size() & 0xFF) << 56);
     return sip.Finish();
 }
 

@@ -62,7 +62,8 @@ TEST(HashKey, HashesAsSipHash13) {
 
 TEST(HashKey, WithoutCaseItIsTheHashOfTheLowerCase) {
     const ezHashKey key = {1, 2};
-    for (const char* text : {"", "A", "abcdefgh", "DLNA.ORG_FLAGS", "[\\]^_`{@", "\xC3\x84hnlich"}) {
+    for (const char* text : {"", "A", "@AZ[`az{", "aBCDEFGHIJKLMNOPQRSTUVWXYZ\xC1\xDA", "abcdefgh",
+                             "DLNA.ORG_FLAGS", "[\\]^_`{@", "\xC3\x84hnlich"}) {
         std::string lower = text;
         for (char& byte : lower) {
             byte = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;

@@ -49,25 +49,32 @@ void PrintPlaylist(const std::string& aKey, std::string (*aText)(std::size_t)) {
     });
 }
 
-/// An entry of the first walk over what a stranger made to be costly, at three sizes.
+/// The first walk over a playlist, and a fetch of its last entry by the index.
+template <typename Reader>
+void WalkAndFetch(const std::string& aText, std::size_t aSize) {
+    const ezStreamOwner stream = PlaylistTexts_Stream(aText);
+    Reader reader(stream.get());
+    std::size_t count = 0;
+    reader.ParseAll(
+        [](PlaylistParserEntry* /*anEntry*/, void* aCount) {
+            ++*static_cast<std::size_t*>(aCount);
+            return false;
+        },
+        &count);
+    Require(count == aSize, "every entry is there");
+    PlaylistParserEntry last;
+    Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - 1), &last), "the last is there");
+}
+
+/// An entry of what a stranger made to be costly, and how its cost grows.
 template <typename Reader>
 void PrintAttack(const std::string& aKey, std::string (*aText)(std::size_t)) {
-    Instructions_PrintGrowth("playlist." + aKey, {1000, 4000, 16000}, [&](std::size_t aSize) {
+    constexpr std::size_t kSmallest = 1000;
+    const std::string smallest = aText(kSmallest);
+    Instructions_PrintOf("playlist." + aKey, kSmallest, [&] { WalkAndFetch<Reader>(smallest, kSmallest); });
+    Instructions_PrintGrowth("playlist." + aKey, {kSmallest, 4000, 16000}, [&](std::size_t aSize) {
         const std::string text = aText(aSize);
-        return Instructions_OfUnit(aSize, [&] {
-            const ezStreamOwner stream = PlaylistTexts_Stream(text);
-            Reader reader(stream.get());
-            std::size_t count = 0;
-            reader.ParseAll(
-                [](PlaylistParserEntry* /*anEntry*/, void* aCount) {
-                    ++*static_cast<std::size_t*>(aCount);
-                    return false;
-                },
-                &count);
-            Require(count == aSize, "every entry is there");
-            PlaylistParserEntry last;
-            Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - 1), &last), "the last is there");
-        });
+        return Instructions_OfUnit(aSize, [&] { WalkAndFetch<Reader>(text, aSize); });
     });
 }
 

@@ -3,6 +3,7 @@
 #include "ezLiveStreams/detail/HttpDate.h"
 #include "ezLiveStreams/detail/HttpPatience.h"
 #include "ezLiveStreams/detail/HttpResponse.h"
+#include "ezLiveStreams/detail/Limits.h"
 
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -188,6 +189,9 @@ private:
         if (mResponse.IsEncoded()) {
             return Refuse("the server sends the media encoded, which it was not asked for");
         }
+        if (FinalURL().size() > kHttp_MaxURL && IsRedirected()) {
+            return Refuse("the server redirected to a URL of more than 8 KiB");
+        }
         mfRangesRefused = mfRangesRefused || (fWhole && mRequested > 0);
         mBuffer.SetMovable(true, !mfRangesRefused && (!fWhole || mResponse.AcceptsRanges()));
         StartAt(fWhole ? 0 : mRequested);
@@ -238,14 +242,22 @@ private:
         return false;
     }
 
-    void TakeFacts() {
-        const std::optional<std::int64_t> time = ezReadHttpDate(mResponse.Get("last-modified"));
+    /// Of the answer that is coming; lent.
+    std::string_view FinalURL() const {
         const char* url = nullptr;
         const bool fURL = curl_easy_getinfo(mEasy.get(), CURLINFO_EFFECTIVE_URL, &url) == CURLE_OK;
+        return fURL && url != nullptr ? url : "";
+    }
+
+    bool IsRedirected() const {
+        long count = 0;
+        return curl_easy_getinfo(mEasy.get(), CURLINFO_REDIRECT_COUNT, &count) == CURLE_OK && count > 0;
+    }
+
+    void TakeFacts() {
+        const std::optional<std::int64_t> time = ezReadHttpDate(mResponse.Get("last-modified"));
         const std::lock_guard<std::mutex> lock(mMutex);
-        if (fURL && url != nullptr) {
-            mFinalURL = url;
-        }
+        mFinalURL = FinalURL();
         mMimeType = mResponse.GetMimeType();
         if (time) {
             mModified = ezDateTime(*time, 0);

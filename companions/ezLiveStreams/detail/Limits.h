@@ -17,6 +17,10 @@ inline constexpr std::size_t kHttp_MaxHeadBytes = std::size_t{256} * 1024;
 /// there, however steadily they come.
 inline constexpr int kHttp_StallTimesToHead = 4;
 
+/// Bytes of a URL that a redirect leads to. Servers are asked to take 8,000 (RFC 9110, section 4.1); every
+/// entry of a playlist that lies there is resolved against it.
+inline constexpr std::size_t kHttp_MaxURL = std::size_t{8} * 1024;
+
 /// A part of the media that is shorter than this is a small one when the server makes it so and has to be
 /// asked again for what follows. Servers and proxies that part a media do so by 64 KiB and more.
 inline constexpr std::uint64_t kHttp_SmallPart = std::uint64_t{4} * 1024;

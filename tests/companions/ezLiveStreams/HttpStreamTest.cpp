@@ -7,6 +7,7 @@
 #include "Media.h"
 #include "support/HttpServer.h"
 #include "support/Patience.h"
+#include "support/Str.h"
 
 #include "ez/StreamMediaParserStream.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -240,6 +241,24 @@ TEST(HttpStream, RedirectsAreFollowedToALimit) {
     fetched.mStream.CopyInfo(&info);
     EXPECT_FALSE(info.Has(kezInfo_MimeType)); // that of the redirects does not count
     EXPECT_NE(ReasonOf(server.URL("/11")).find("redirects"), std::string::npos);
+}
+
+TEST(HttpStream, ARedirectLeadsToAURLOfBoundedLength) {
+    std::string target;
+    const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
+        const std::string redirect =
+            HttpHead("302 Found", "Content-Length: 0\r\nLocation: " + target + "\r\n");
+        aConnection.Send(aRequest.mTarget == "/a" ? redirect
+                                                  : HttpHead("200 OK", "Content-Length: 3\r\n") + "abc");
+    });
+    const std::size_t most = kHttp_MaxURL - server.URL("").size();
+    target = "/" + std::string(most - 1, 'x');
+    Fetched fetched(server.URL("/a"));
+    EXPECT_EQ(fetched.Read(0, 9), "abc");
+    EXPECT_EQ(Str(fetched.mSource->GetFinalURI()).size(), kHttp_MaxURL);
+    target += "x";
+    EXPECT_EQ(ReasonOf(server.URL("/a")), "the server redirected to a URL of more than 8 KiB");
+    EXPECT_EQ(Fetched(server.URL(target)).Read(0, 9), "abc"); // what a host asks for itself may be longer
 }
 
 TEST(HttpStream, ARedirectToAnotherSchemeIsNotFollowed) {

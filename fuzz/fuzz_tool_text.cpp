@@ -125,6 +125,21 @@ void CheckColumns(const std::string& aText) {
     FuzzCheck(TerminalWidth(lines[1]) == first + TerminalWidth(rest));
 }
 
+/// A row with a name that is cut to its column is no wider than the columns are.
+void CheckFitted(const std::string& aText) {
+    ColumnWidths widths({{SIZE_MAX}, {5, true}, {}});
+    widths.Take({ForTerminal(aText), "b", "c"});
+    widths.Bound(0, 20);
+    for (const bool fHidden : {false, true}) {
+        if (fHidden) {
+            widths.Hide(1);
+        }
+        const std::string line = widths.Line({CutInMiddle(aText, widths.GetWidth(0)), "b", "c"});
+        FuzzCheck(widths.IsHidden(1) == fHidden && line.back() == '\n');
+        FuzzCheck(TerminalWidth(line.substr(0, line.size() - 1)) <= widths.GetLineWidth());
+    }
+}
+
 void CheckJson(const std::string& aText) {
     Announcement announcement;
     announcement.mPath = aText;
@@ -180,6 +195,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSi
     CheckTerminal(text);
     CheckCut(text);
     CheckColumns(text);
+    CheckFitted(text);
     CheckJson(text);
     CheckPlaylist(text);
     return 0;

@@ -201,6 +201,17 @@ TEST(ColumnsOfTables, ACellAsLongAsAColumnMayBeWidensItAndALongerOnePushesItsOwn
     EXPECT_EQ(InColumns({{"a", "b"}, {longer, "b"}}), "a  b\n" + longer + "  b\n");
 }
 
+TEST(ColumnsOfTables, ACellThatTakesNoColumnHasItsGapAllTheSame) {
+    ColumnWidths widths({{}, {}});
+    const Words row = {"\xCC\x88", "b"};
+    widths.Take(row);
+    EXPECT_EQ(widths.Line(row), "\xCC\x88  b\n");
+    EXPECT_EQ(widths.GetLineWidth(), 3U);
+    widths.Hide(0);
+    EXPECT_EQ(widths.Line(row), "b\n");
+    EXPECT_EQ(widths.GetLineWidth(), 1U);
+}
+
 TEST(ColumnsOfTables, OfMediaAreNotPaddedByOneLongName) {
     const TemporaryFolder folder;
     std::string deep;

@@ -26,9 +26,9 @@ void ColumnWidths::Bound(std::size_t aColumn, std::size_t aWidth) {
 std::size_t ColumnWidths::GetLineWidth() const {
     std::size_t width = 0;
     for (std::size_t column = 0; column < mWidths.size(); ++column) {
-        width += mHidden[column] ? 0 : mWidths[column] + (width != 0 ? kGap : 0);
+        width += mHidden[column] ? 0 : mWidths[column] + kGap;
     }
-    return width;
+    return width - std::min(width, kGap);
 }
 
 std::string ColumnWidths::Line(const std::vector<std::string>& aRow) const {
@@ -39,8 +39,8 @@ std::string ColumnWidths::Line(const std::vector<std::string>& aRow) const {
         }
         const std::size_t width = TerminalWidth(aRow[column]);
         const std::string padding(width < mWidths[column] ? mWidths[column] - width : 0, ' ');
-        line.append(line.empty() ? 0 : kGap, ' ');
         line += mStyles[column].mfRight ? padding + aRow[column] : aRow[column] + padding;
+        line.append(kGap, ' ');
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line + "\n";

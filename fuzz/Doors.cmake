@@ -57,8 +57,9 @@ set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/
 set(TEXTS ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
 ez_add_door(ezFormats_inside format_iso_media
     ${FORMATS}/ISOMediaParser.cpp ${FORMATS}/detail/ISO*.cpp ${FORMATS}/detail/AC3Header.cpp
-    ${FORMATS}/detail/AudioSpecificConfig.cpp ${FORMATS}/detail/ESDescriptor.cpp ${FORMATS}/detail/H264Headers.cpp
-    ${FORMATS}/detail/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${FILES} ${TEXTS})
+    ${FORMATS}/detail/AMRFrames.cpp ${FORMATS}/detail/AudioSpecificConfig.cpp ${FORMATS}/detail/ESDescriptor.cpp
+    ${FORMATS}/detail/FLACStreamInfo.cpp ${FORMATS}/detail/H264Headers.cpp ${FORMATS}/detail/IAMFConfig.cpp
+    ${FORMATS}/detail/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${BYTES}/InflatedBytes.cpp ${FILES} ${TEXTS})
 ez_add_door(ezFormats_inside format_jpeg
     ${FORMATS}/JPEGParser.cpp ${FORMATS}/detail/JPEGFrame.cpp ${BYTES}/Exif.cpp ${FILES})
 ez_add_door(ezFormats_inside format_mpeg_audio

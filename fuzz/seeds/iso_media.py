@@ -1,4 +1,6 @@
 """Seeds of ISO base media files: one thing each that the parser tells apart."""
+import zlib
+
 from bits import Bits
 
 DELIVERED_AS_IT_IS = bytes(8)
@@ -36,9 +38,15 @@ def times(kind, scale=1000, duration=1000, version=0):
     return full(kind, bytes(2 * size), n(scale), n(duration, size), bytes(4), version=version)
 
 
-def head(number=1, flags=7, version=0):
+def matrix(*numbers):
+    x_of_x, y_of_x, x_of_y, y_of_y = (n(number & 0xFFFFFFFF) for number in numbers)
+    return x_of_x + y_of_x + bytes(4) + x_of_y + y_of_y + bytes(12) + n(1 << 30)
+
+
+def head(number=1, flags=7, version=0, turn=None):
     size = 8 if version == 1 else 4
-    return full("tkhd", bytes(2 * size), n(number), bytes(60), version=version, flags=flags)
+    rest = bytes(60) if turn is None else bytes(4 + size + 16) + turn + bytes(8)
+    return full("tkhd", bytes(2 * size), n(number), rest, version=version, flags=flags)
 
 
 def stts(*runs):
@@ -158,6 +166,67 @@ def quicktime_version_2(rate_bits, flags=0, channels=2, bits=24):
     return n(72) + n(rate_bits, 8) + n(channels) + n(0x7F000000) + n(bits) + n(flags) + bytes(8)
 
 
+def stream_info(rate=96000, channels=2, bits=24, kind=0x80):
+    head_of_block = n(kind, 1) + n(34, 3) + n(4096, 2) * 2 + bytes(6)
+    return head_of_block + Bits().put(rate, 20).put(channels - 1, 3).put(bits - 1, 5).put(0, 36).bytes() + bytes(16)
+
+
+def leb(number):
+    result = b""
+    while number >= 0x80:
+        result += n(number & 0x7F | 0x80, 1)
+        number >>= 7
+    return result + n(number, 1)
+
+
+def unit(kind, content, flags=0):
+    return n(kind << 3 | flags, 1) + leb(len(content)) + content
+
+
+def codec_unit(kind, setup):
+    return unit(0, leb(200) + kind + leb(960) + n(0, 2) + setup)
+
+
+def element(kind=0, layers=b"", parameters=()):
+    return unit(1, leb(300) + n(kind << 5, 1) + leb(200) + leb(1) + leb(0) + leb(len(parameters)) + b"".join(parameters)
+                + layers)
+
+
+def iamf(*units, size=None):
+    content = b"".join(units)
+    return sound("iamf", box("iacb", b"\1", leb(len(content) if size is None else size), content), channels=0, rate=0)
+
+
+PCM = codec_unit(b"ipcm", b"\1\x10" + n(16000))
+STEREO = n(1 << 5, 1) + b"\x10\1\1"
+
+
+def immersive():
+    yield "iamf", iamf(unit(31, b"iamf\0\0"), PCM, element(layers=STEREO))
+    decoder = descriptor(4, b"\x40\x15" + bytes(11) + descriptor(5, AAC))
+    for kind, setup in ((b"Opus", bytes(11)), (b"fLaC", stream_info()), (b"mp4a", decoder), (b"zz 1", b"")):
+        yield "iamf-of-" + kind.decode().strip().lower().replace(" ", "-"), iamf(codec_unit(kind, setup))
+    yield "iamf-of-mp4a-cut", iamf(codec_unit(b"mp4a", decoder[:9]))
+    yield "iamf-of-two-codecs", iamf(PCM, codec_unit(b"Opus", b""))
+    layers = n(3 << 5, 1) + b"\0\1\0" + b"\x18\1\1\0\0\0" + b"\xF0\1\1"
+    yield "iamf-layers", iamf(PCM, element(layers=layers))
+    yield "iamf-sphere", iamf(PCM, element(1, leb(0) + b"\4"))
+    yield "iamf-element-of-nobody", iamf(PCM, element(2))
+    own = leb(7) + leb(16000)
+    parameters = (leb(1) + own + b"\0" + leb(960) + leb(0) + leb(2) + leb(480) + leb(480) + b"\0\0",
+                  leb(1) + own + b"\0" + leb(960) + leb(960) + b"\0\0", leb(2) + own + b"\x80", leb(9) + leb(3) + b"new")
+    yield "iamf-parameters", iamf(PCM, element(layers=STEREO, parameters=parameters))
+    yield "iamf-long-heads", iamf(unit(0, leb(2) + leb(3) + PCM[2:], 2), unit(0, leb(3) + b"new" + PCM[2:], 1))
+    yield "iamf-cut", iamf(PCM, size=99)
+    yield "iamf-number-of-all-bits", iamf(b"\0" + b"\xFF" * 9)
+    yield "iamf-number-too-large", iamf(b"\0" + leb(1 << 32))
+    yield "iamf-streams-beyond-it", iamf(PCM, unit(1, leb(1) + b"\0" + leb(1) + leb(9)))
+
+
+def dmlp(form, peak=0x186A):
+    return box("dmlp", n(form), n(peak, 2), bytes(4))
+
+
 def dac3(mode, low=0, rate=0, size=10):
     return box("dac3", Bits().put(rate, 2).put(8, 5).put(0, 3).put(mode, 3).put(low, 1).put(size, 5).put(0, 5).bytes())
 
@@ -177,6 +246,19 @@ def sounds():
     yield "dts-by-number", sound("mp4a", esds(0xA9))
     yield "object-of-nobody", sound("mp4a", esds(0xC0))
     yield "mp3-by-number", sound("ms\0\x55")
+    yield from immersive()
+    yield "flac", sound("fLaC", full("dfLa", stream_info()))
+    yield "flac-of-rate-0", sound("fLaC", full("dfLa", stream_info(0)))
+    yield "flac-of-another-block", sound("fLaC", full("dfLa", stream_info(kind=4)))
+    yield "truehd", sound("mlpa", dmlp(0x0017804F))
+    yield "truehd-of-six", sound("mlpa", dmlp(0x10178000))
+    yield "truehd-of-no-speaker", sound("mlpa", dmlp(0x80000000))
+    yield "truehd-rate-of-nobody", sound("mlpa", dmlp(0x30178000))
+    yield "truehd-cut", sound("mlpa", box("dmlp", n(0x0017804F)))
+    yield "amr-of-ten-frames", sound("samr", box("damr", b"ours\0\0\x80\0\x0A"))
+    yield "amr-of-no-frames", sound("samr", box("damr", b"ours\0\0\x80\0\0"))
+    for kind in ("ulaw", "alaw", "ima4", "MAC3", "MAC6"):
+        yield "quicktime-" + kind.lower(), sound(kind)
     yield "amr", sound("samr")
     yield "amr-wide", sound("sawb")
     yield "opus", sound("Opus", box("dOps", b"\0\2" + bytes(9)))
@@ -348,7 +430,72 @@ def phrase(kind, value, language=0):
     return text(kind, n(len(value), 2), n(language, 2), value)
 
 
+def constant(entry, count, size):
+    return track("soun", (description(entry), stts((count, 1)), full("stsz", n(size), n(count))))
+
+
+def compressed(movie_box, algorithm=b"zlib", size=None, data=None):
+    size = len(movie_box) if size is None else size
+    data = zlib.compress(movie_box, 9) if data is None else data
+    return box("moov", box("cmov", box("dcom", algorithm), box("cmvd", n(size), data))) + MDAT
+
+
+def turned(*numbers):
+    film = video()
+    return movie(box("trak", head(2, turn=matrix(*numbers)), film[8 + len(head(2)):]))
+
+
+def odd_files():
+    one = audio()
+    unit_of_matrix = 1 << 16
+    for name, a, b, c, d in (("none", 1, 0, 0, 1), ("mirrored", -1, 0, 0, 1), ("half", -1, 0, 0, -1), ("flipped", 1, 0, 0, -1),
+                             ("transposed", 0, 1, 1, 0), ("clockwise", 0, 1, -1, 0), ("transversed", 0, -1, -1, 0),
+                             ("anticlockwise", 0, -1, 1, 0), ("by-an-angle", 1, 1, -1, 1)):
+        yield "turned-" + name, turned(*(number * unit_of_matrix for number in (a, b, c, d)))
+    packets = sound("QDM2", version=1, more=n(4096) + n(185) + n(370) + n(2))
+    yield "packets", movie(constant(packets, 44100, 1))
+    varying = packets.replace(n(2, 2) + n(16, 2) + bytes(4), n(2, 2) + n(16, 2) + b"\xFF\xFE\0\0")
+    yield "packets-that-vary", movie(constant(varying, 44100, 1))
+    yield "packets-of-no-samples", movie(constant(sound("QDM2", version=1, more=bytes(16)), 44100, 1))
+    yield "packets-of-the-codec", movie(constant(sound("ima4"), 44100, 1))
+    yield "amr-frames", movie(constant(sound("samr"), 1, 32))
+    yield "amr-frames-wide", movie(constant(sound("sawb"), 1, 59))
+    yield "amr-frames-too-large", movie(constant(sound("samr"), 1, 33))
+    film = movie(video(), one)
+    plain = film[len(FTYP) : -len(MDAT)]
+    yield "compressed", compressed(plain)
+    yield "compressed-by-another", compressed(plain, b"rle ")
+    yield "compressed-too-large", compressed(plain, size=1 << 21)
+    yield "compressed-to-too-much", compressed(plain + box("free", bytes(1 << 20)), size=5)
+    yield "compressed-damaged", compressed(plain, data=b"\x78\xDA damaged")
+    yield "compressed-to-no-movie", compressed(box("trak"))
+    yield "compressed-without-data", box("moov", box("cmov", box("dcom", b"zlib"))) + MDAT
+    yield "compressed-in-compressed", compressed(compressed(plain))
+    over = plain[:-20].replace(n(len(plain)) + b"moov", n(len(plain) + 30) + b"moov")
+    yield "movie-lacks-its-end", FTYP + plain.replace(n(len(plain)) + b"moov", n(len(plain) + 16) + b"moov")
+    yield "movie-lacks-its-end-and-more", FTYP + over
+    large = film.replace(film[film.index(b"trak") - 4 : film.index(b"trak")], n(0xFFFFFF), 1)
+    yield "track-larger-than-its-movie", large
+    high = video(avc("high"))
+    for name, brands in (("isom", b"3gp5isom"), ("mp42", b"3gp4mp42"), ("alone", b"3gp4"), ("half", b"3gp4is")):
+        yield "brand-3gp-and-" + name, movie(high, brand=box("ftyp", b"3gp5", n(0), brands))
+    yield "brand-3gp-of-amr", movie(video(avc("baseline")), audio(sound("samr")), brand=box("ftyp", b"3gp4", n(0), b"isom"))
+    yield "brand-3gp-of-encrypted", movie(audio(sound("enca", box("sinf", box("frma", b"samr")))),
+                                          brand=box("ftyp", b"3gp6", n(0), b"isom"))
+    yield "brands-many", movie(high, brand=box("ftyp", b"3gp5", n(0), b"3gp4" * 40))
+    data = box("data", n(1), n(0), b"One") + box("data", n(1), n(0), b"Two")
+    yield "tags-of-several-values", movie(one, tags(text("\xa9ART", data), item("\xa9ART", b"Three"), text("\xa9gen", data),
+                                                    text("\xa9nam", data)))
+    yield "tags-of-many-values", movie(one, tags(text("\xa9ART", *(box("data", n(1), n(0), n(65 + i, 1)) for i in range(9)))))
+    whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
+    yield "indices-of-thirds", fragmented(sidx(25, len(whole), scale=3), whole, sidx(25, len(whole), scale=3), whole,
+                                          sidx(10, len(whole), scale=3), whole)
+    yield "indices-of-three-scales", fragmented(*(sidx(25, len(whole), scale=scale) + whole for scale in (3, 7, 11)))
+    yield "index-and-a-fragment", fragmented(sidx(25, len(whole), scale=3), whole, whole)
+
+
 def files():
+    yield from odd_files()
     one = audio()
     yield "brand-3g2", movie(video(), brand=box("ftyp", b"3g2a", n(0), b"3g2a"))
     yield "brand-kddi", movie(one, brand=box("ftyp", b"kddi", n(0), b"kddi"))

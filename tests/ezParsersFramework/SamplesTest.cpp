@@ -172,7 +172,8 @@ TEST(SampleMediaTypes, AreManyAndComplete) {
             EXPECT_EQ(std::string(extension).find_first_of("/. "), std::string::npos) << KeyOf(*entry);
         }
         for (const char* className : ezItems<const char>(entry->mUPnPClasses)) {
-            const std::set<std::string> known = {"item.videoItem", "item.audioItem", "item.imageItem",
+            const std::set<std::string> known = {"item.videoItem", "item.audioItem.musicTrack",
+                                                 "item.audioItem.audioBook", "item.imageItem.photo",
                                                  "item.playlistItem"};
             EXPECT_EQ(known.count(className), 1U) << KeyOf(*entry);
         }

@@ -55,7 +55,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                       tags.mfBelieved ? "" : ", behind a tag that claims the whole file");
     }
     MPEGAudioMeasure measure(aBytes, frames);
-    measure.LookAtStart();
+    measure.LookAtStart(start);
     AudioTails tails;
     if (aBytes.IsSizeKnown()) {
         tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);

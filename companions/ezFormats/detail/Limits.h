@@ -83,6 +83,13 @@ inline constexpr std::size_t kMusicTexts_MaxSize = 4096;
 inline constexpr std::size_t kMusicTexts_MaxCount = 8;
 inline constexpr std::uint32_t kMusicTexts_MaxFrames = 512;
 
+/// Sound of a varying rate without a count that is counted whole: so much fits into what any parse may read,
+/// beside what the other looks at the file cost.
+inline constexpr std::uint32_t kMPEGAudio_CountedSize = std::uint32_t{384} * 1024;
+
+/// Bytes between a frame with a count and the first one with sound: an encoder's own data.
+inline constexpr std::uint32_t kMPEGAudio_MaxGapBehindCount = 1024;
+
 /// Bytes that the compressed frames of one tag may have together when they are inflated: texts and a few
 /// comments. They are held in memory, and whoever compresses a few kilobytes of frames can ask for a thousand
 /// times as many.

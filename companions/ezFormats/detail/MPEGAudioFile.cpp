@@ -190,12 +190,28 @@ const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
 MPEGAudioMeasure::MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames)
     : mBytes(aBytes), mFrames(aFrames), mSound(aFrames.GetFirst()) {}
 
-void MPEGAudioMeasure::LookAtStart() {
+/// Takes the count of a frame that stands at the start, and that other frames follow a little later only.
+void MPEGAudioMeasure::TakeCountBefore(std::uint64_t aStart) {
+    const MPEGAudioFrame& first = mFrames.GetFirst();
+    MPEGAudioFrame frame;
+    if (first.mPosition > aStart &&
+        first.mPosition - aStart <= kMPEGAudioMaxFrameSize + kMPEGAudio_MaxGapBehindCount &&
+        mFrames.Read(aStart, &frame) && ezMPEGAudioHeader_IsSameStream(frame.mWord, first.mWord) &&
+        frame.mSize != 0 && frame.mPosition + frame.mSize + kMPEGAudio_MaxGapBehindCount >= first.mPosition) {
+        mCount = ReadMPEGAudioCount(mBytes, frame);
+    }
+}
+
+void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
     const MPEGAudioFrame& first = mFrames.GetFirst();
     mCount = ReadMPEGAudioCount(mBytes, first);
+    if (mCount.mKind == MPEGAudioCount::Kind::None) {
+        TakeCountBefore(aStart);
+    }
     MPEGAudioFrame second;
     // A lone frame with a count has no sound, but tells what sound there would be.
-    if (mCount.mKind != MPEGAudioCount::Kind::None && mFrames.Next(first, &second)) {
+    if (ReadMPEGAudioCount(mBytes, first).mKind != MPEGAudioCount::Kind::None &&
+        mFrames.Next(first, &second)) {
         mSound = second;
     }
     const std::uint64_t limit =
@@ -242,37 +258,58 @@ void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
     if (!mfAllSeen) {
         LookAround(end, &slowest);
     }
-    if (!mfAllSeen && afMayReadWhole && IsVariable() && !mFrames.IsFreeFormat()) {
-        mfAllSeen = CountAll(end);
+    const std::uint64_t size = end - mSound.mPosition;
+    if (!mfAllSeen && IsVariable() && !mFrames.IsFreeFormat() &&
+        (afMayReadWhole || size <= kMPEGAudio_CountedSize)) {
+        mfAllSeen = CountAll(end, afMayReadWhole);
     }
-    mLength = mfAllSeen ? LengthOfFrames(mSurvey, mCount, mSound)
-                        : LengthOfSize(end - mSound.mPosition, mSurvey, slowest, mSound);
+    if (mfAllSeen) {
+        mLength = LengthOfFrames(mSurvey, mCount, mSound);
+    } else if (!mfPlaceMissed && !IsVariable()) {
+        mLength = LengthOfRate(size, mSurvey, mSound);
+    } else {
+        mLength = LengthOfSize(size, mSurvey, slowest, mSound);
+    }
 }
 
 /// Looks at three more places. One rate at the start alone may be that of silence.
 void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest) {
     const std::uint64_t size = anEnd - mSound.mPosition;
-    if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat() ||
-        size < std::uint64_t{8} * kMPEGAudio_SurveySize) {
-        return; // no rate changes, or there is little that was not seen
+    if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat()) {
+        return; // no rate changes
+    }
+    if (size < std::uint64_t{8} * kMPEGAudio_SurveySize) { // of what was not seen, the end is at hand
+        const std::uint64_t place =
+            std::max(mSurvey.mEnd, anEnd - std::min<std::uint64_t>(size, kMPEGAudio_SurveySize));
+        if (anEnd - place > 2 * kMPEGAudioMaxFrameSize) {
+            LookAt(place, aSlowest);
+        }
+        return;
     }
     for (unsigned quarter = 1; quarter < 4; ++quarter) {
-        MPEGAudioFrame frame;
-        const std::uint64_t place = mSound.mPosition + size / 4 * quarter;
-        if (mFrames.FindNear(place, kMPEGAudio_SurveySize, &frame)) {
-            const MPEGAudioSurvey survey =
-                SurveyFrames(mFrames, frame, place + kMPEGAudio_SurveySize - kMPEGAudioMaxFrameSize);
-            mSurvey.Add(survey);
-            const bool fSlower = survey.mBytes * aSlowest->mFrames < aSlowest->mBytes * survey.mFrames;
-            *aSlowest = fSlower ? survey : *aSlowest;
-        }
+        LookAt(mSound.mPosition + size / 4 * quarter, aSlowest);
     }
 }
 
+void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest) {
+    MPEGAudioFrame frame;
+    if (!mFrames.FindNear(aPlace, kMPEGAudio_SurveySize, &frame)) {
+        mfPlaceMissed = true;
+        return;
+    }
+    const MPEGAudioSurvey survey =
+        SurveyFrames(mFrames, frame, aPlace + kMPEGAudio_SurveySize - kMPEGAudioMaxFrameSize);
+    mSurvey.Add(survey);
+    const bool fSlower = survey.mBytes * aSlowest->mFrames < aSlowest->mBytes * survey.mFrames;
+    *aSlowest = fSlower ? survey : *aSlowest;
+}
+
 /// Looks at all frames. False where the file holds so much else that they cannot be counted.
-bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd) {
+bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd, bool afMayReadWhole) {
     constexpr std::uint32_t kBlock = std::uint32_t{64} * 1024;
-    mBytes.AllowWholeMedia();
+    if (afMayReadWhole) {
+        mBytes.AllowWholeMedia();
+    }
     mFrames.SetStep(kBlock);
     MPEGAudioSurvey all = SurveyFrames(mFrames, mSound, anEnd);
     MPEGAudioFrame frame;

@@ -40,16 +40,19 @@ public:
     MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames);
 
     /// Looks at the frames at the start, as long as they are at hand.
-    void LookAtStart();
+    /// @param aStart  where they were looked for first
+    void LookAtStart(std::uint64_t aStart);
     /// Looks at the whole, of which the end is known or that of an unknown size.
     void Finish(const AudioTails& aTails, bool afMayReadWhole);
     void Store(ezMediaInfo& anInfo) const;
 
 private:
     void Estimate(const AudioTails& aTails, bool afMayReadWhole);
+    void TakeCountBefore(std::uint64_t aStart);
     bool GoesOnBehindCount(std::uint64_t anEnd);
-    bool CountAll(std::uint64_t anEnd);
+    bool CountAll(std::uint64_t anEnd, bool afMayReadWhole);
     void LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest);
+    void LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest);
     bool IsVariable() const;
 
     MediaBytes& mBytes;
@@ -59,4 +62,5 @@ private:
     MPEGAudioSurvey mSurvey;
     MPEGAudioLength mLength;
     bool mfAllSeen = false;
+    bool mfPlaceMissed = false; ///< a place that was looked at has no frames
 };

@@ -35,6 +35,8 @@ public:
     /// How many bytes are read at once, where a frame is not at hand.
     void SetStep(std::uint32_t aStep) { mStep = aStep; }
 
+    /// The frame at a position, whatever follows it; false when there is none.
+    bool Read(std::uint64_t aPosition, MPEGAudioFrame* aFrame);
     /// The frame behind one; false when none of the same stream follows.
     bool Next(const MPEGAudioFrame& aFrame, MPEGAudioFrame* aNext);
     /// The first frame at or behind a position that others of the same sound follow, all within aSize bytes;
@@ -43,7 +45,6 @@ public:
 
 private:
     bool ReadWord(std::uint64_t aPosition, std::uint32_t* aWord);
-    bool Read(std::uint64_t aPosition, MPEGAudioFrame* aFrame);
     bool StartAt(std::uint64_t aPosition, std::uint32_t aLength, bool afMayRepeat);
     bool StartFreeAt(std::uint64_t aPosition, std::uint32_t aLength, bool afMayRepeat);
     std::uint32_t CountChain(MPEGAudioFrame aFrame, std::uint32_t aLength, std::uint64_t* anEnd);

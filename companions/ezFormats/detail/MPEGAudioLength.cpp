@@ -10,6 +10,9 @@ namespace {
 
 constexpr std::uint64_t kMilli = 1000;
 
+/// Of a file, so that with the factors of rates and times they fit into 64 bits.
+constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 44;
+
 /// Encoders whose part behind the Xing tag states the samples that were added at both ends.
 constexpr std::array<std::string_view, 4> kEncoders = {"LAME", "Lavf", "Lavc", "L3.9"};
 
@@ -65,9 +68,8 @@ std::uint64_t SpeedOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGA
 
 /// Bits a second; no frame has more than its layer's highest rate.
 std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAudioHeader& aHeader) {
-    constexpr std::uint64_t kMost = std::uint64_t{1} << 44; // with the factors below it fits into 64 bits
     const std::uint64_t samples = std::max<std::uint64_t>(1, aFrames * aHeader.mSampleCount);
-    const std::uint64_t rate = 8 * std::min(aBytes, kMost) * aHeader.mSamplingRate / samples;
+    const std::uint64_t rate = 8 * std::min(aBytes, kMostBytes) * aHeader.mSamplingRate / samples;
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, aHeader.mMaxBitRate));
 }
 
@@ -164,7 +166,8 @@ MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame
     if (!anExtent.mfKnown) {
         return length;
     }
-    const bool fCut = aCount.mBytes > anExtent.mMediaSize;
+    // Some encoders count a frame more than they write.
+    const bool fCut = aCount.mBytes > anExtent.mMediaSize + kMPEGAudioMaxFrameSize;
     const bool fMore = anExtent.mfGoesOn || anExtent.mSoundSize / 2 > aCount.mBytes;
     if (fBytes && (fCut || fMore)) {
         length.mMilliseconds =
@@ -187,6 +190,24 @@ MPEGAudioLength LengthOfFrames(const MPEGAudioSurvey& aFrames, const MPEGAudioCo
     MPEGAudioLength length = LengthOfSamples(aFrames.mFrames, aCount.mUnheard, aSound.mHeader);
     length.mMethod = "counted";
     length.mAverageRate = RateOf(aFrames.mBytes, aFrames.mFrames, aSound.mHeader);
+    return length;
+}
+
+MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
+                             const MPEGAudioFrame& aSound) {
+    const ezMPEGAudioHeader& header = aSound.mHeader;
+    const std::uint64_t size = std::min(aSize, kMostBytes);
+    MPEGAudioLength length;
+    length.mfKnown = true;
+    length.mMethod = "constant rate";
+    length.mAverageRate = RateOf(anAll.mBytes, anAll.mFrames, header);
+    if (header.mBitRate != 0) {
+        length.mMilliseconds = size * 8 * kMilli / header.mBitRate;
+        return length;
+    }
+    const std::uint64_t samples =
+        size * anAll.mFrames / std::max<std::uint64_t>(1, anAll.mBytes) * header.mSampleCount;
+    length.mMilliseconds = samples * kMilli / header.mSamplingRate;
     return length;
 }
 

@@ -53,6 +53,10 @@ MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame
 MPEGAudioLength LengthOfFrames(const MPEGAudioSurvey& aFrames, const MPEGAudioCount& aCount,
                                const MPEGAudioFrame& aSound);
 
+/// That of bytes of a constant rate, which all frames that were looked at have: exact, but for what stands
+/// behind the last frame. In free format the rate is their mean.
+MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll, const MPEGAudioFrame& aSound);
+
 /// That of bytes which go by as those looked at did: rounded up.
 /// @param anAll     all frames that were looked at
 /// @param aSlowest  those of the place with the lowest rate, which is taken for the whole

@@ -45,6 +45,7 @@ set(FRAME_CHAIN ${FORMATS}/FrameChainEltStreamParser.cpp ${FORMATS}/detail/Wrapp
 set(START_CODE ${FORMATS}/StartCodeEltStreamParser.cpp ${FORMATS}/detail/WrapperWatch.cpp)
 ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/AC3EltStreamParser.cpp ${FORMATS}/detail/AC3Header.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_adts ${FORMATS}/ADTSEltStreamParser.cpp ${FORMATS}/detail/ADTSHeader.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_eac3 ${FORMATS}/EAC3EltStreamParser.cpp ${FORMATS}/detail/EAC3Header.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_h264 ${FORMATS}/H264EltStreamParser.cpp ${FORMATS}/detail/H264Headers.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_mpeg_audio
     ${FORMATS}/MPEGAudioEltStreamParser.cpp ${FORMATS}/detail/MPEGAudioHeader.cpp ${FRAME_CHAIN})
@@ -62,6 +63,7 @@ ez_add_door(ezFormats_inside format_iso_media
     ${FORMATS}/detail/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${BYTES}/InflatedBytes.cpp ${FILES} ${TEXTS})
 ez_add_door(ezFormats_inside format_jpeg
     ${FORMATS}/JPEGParser.cpp ${FORMATS}/detail/JPEGFrame.cpp ${BYTES}/Exif.cpp ${FILES})
+ez_add_door(ezFormats_inside format_magic ${FORMATS}/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
 ez_add_door(ezFormats_inside format_mpeg_audio
     ${FORMATS}/MPEGAudioParser.cpp ${FORMATS}/detail/MPEGAudio*.cpp ${FORMATS}/detail/AudioTails.cpp
     ${FORMATS}/detail/Music*.cpp ${FORMATS}/detail/WrapperWatch.cpp ${BYTES}/ID3Tag.cpp ${FILES} ${TEXTS})

@@ -7,6 +7,7 @@
 
 #include "ezFormats/AC3EltStreamParser.h"
 #include "ezFormats/ADTSEltStreamParser.h"
+#include "ezFormats/EAC3EltStreamParser.h"
 #include "ezFormats/EltStreamCandidates.h"
 #include "ezFormats/H264EltStreamParser.h"
 #include "ezFormats/MPEGAudioEltStreamParser.h"
@@ -44,6 +45,7 @@ public:
         Add(new H264EltStreamParser);
         Add(new MPEGVideoEltStreamParser);
         Add(new AC3EltStreamParser);
+        Add(new EAC3EltStreamParser);
         Add(new ADTSEltStreamParser);
         Add(new MPEGAudioEltStreamParser);
     }

@@ -2,7 +2,7 @@
 
 #include "ezFormats/FrameChainEltStreamParser.h"
 
-/// AC-3, at full, half and quarter sampling rates; not its later extensions with headers of their own.
+/// AC-3, at full, half and quarter sampling rates; not E-AC-3, which has a parser and headers of its own.
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "AC3", kezInfo_AudioSamplingRate,
 /// kezInfo_AudioChannelCount (the low frequency channel counts) and kezInfo_AudioBitRate.

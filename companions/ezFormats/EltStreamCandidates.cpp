@@ -2,6 +2,7 @@
 
 #include "ezFormats/AC3EltStreamParser.h"
 #include "ezFormats/ADTSEltStreamParser.h"
+#include "ezFormats/EAC3EltStreamParser.h"
 #include "ezFormats/H264EltStreamParser.h"
 #include "ezFormats/MPEGAudioEltStreamParser.h"
 #include "ezFormats/MPEGVideoEltStreamParser.h"
@@ -10,6 +11,7 @@ void AddEltStreamCandidates(ezUndeterminedEltStreamParser& aRace) {
     aRace.AddCandidate(new H264EltStreamParser);
     aRace.AddCandidate(new MPEGVideoEltStreamParser);
     aRace.AddCandidate(new AC3EltStreamParser);
+    aRace.AddCandidate(new EAC3EltStreamParser);
     aRace.AddCandidate(new ADTSEltStreamParser);
     aRace.AddCandidate(new MPEGAudioEltStreamParser);
 }

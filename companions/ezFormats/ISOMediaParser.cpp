@@ -54,8 +54,10 @@ struct AllowedVideo {
     const char* mProfile; ///< null: any
     std::uint32_t mMaxLevel;
 };
-constexpr std::array<AllowedVideo, 3> kVideoOf3GPP = {
-    {{"H263", nullptr, UINT32_MAX}, {"MPEG4", "Simple", UINT32_MAX}, {"H264", "Baseline", 30}}};
+constexpr std::array<AllowedVideo, 4> kVideoOf3GPP = {{{"H263", nullptr, UINT32_MAX},
+                                                       {"MPEG4", "Simple", UINT32_MAX},
+                                                       {"H264", "Baseline", 30},
+                                                       {"H264", "ConstrainedBaseline", 30}}};
 constexpr std::array<std::string_view, 7> kAudioOf3GPP = {"AMR",     "AMR-WB", "AMR-WB+", "AAC",
                                                           "AAC-LTP", "HE-AAC", "HE-AACv2"};
 

@@ -63,6 +63,29 @@ def ac3():
     yield from wrapped(2 * ac3_frame())
 
 
+# --- E-AC-3
+
+
+def eac3_frame(stream=0, substream=0, words=32, rate=0, blocks=3, mode=2, low=0, version=16):
+    bits = Bits().put(stream, 2).put(substream, 3).put(words - 1, 11).put(rate, 2).put(blocks, 2).put(mode, 3)
+    head = b"\x0B\x77" + bits.put(low, 1).put(version, 5).put(0, 3).bytes()
+    return head + bytes(2 * words - len(head))
+
+
+def eac3():
+    yield "stereo", 2 * eac3_frame()
+    yield "five-channels-and-low-frequencies", 2 * eac3_frame(mode=7, low=1)
+    yield "one-block", 2 * eac3_frame(blocks=0)
+    yield "half-rate", 2 * eac3_frame(rate=3, blocks=1)
+    yield "44-khz-of-two-sizes", eac3_frame(rate=1) + eac3_frame(rate=1, words=40)
+    yield "with-channels-added", eac3_frame() + eac3_frame(stream=1) + eac3_frame()
+    yield "begins-with-channels-added", eac3_frame(stream=1) + eac3_frame()
+    yield "of-two-programmes", eac3_frame() + eac3_frame(substream=1) + eac3_frame()
+    others = eac3_frame(stream=3) + eac3_frame(version=17) + eac3_frame(rate=3, blocks=3)
+    yield "behind-what-is-no-header", others + 2 * eac3_frame()
+    yield from wrapped(2 * eac3_frame())
+
+
 # --- ADTS
 
 
@@ -393,7 +416,7 @@ def h264():
 
 
 def seeds():
-    for door, streams in (("es_ac3", ac3()), ("es_adts", adts()), ("es_mpeg_audio", mpeg_audio()),
+    for door, streams in (("es_ac3", ac3()), ("es_eac3", eac3()), ("es_adts", adts()), ("es_mpeg_audio", mpeg_audio()),
                           ("es_mpeg_video", mpeg_video()), ("es_h264", h264())):
         for name, stream in streams:
             yield door, name, HEAD + stream

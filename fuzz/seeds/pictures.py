@@ -193,3 +193,13 @@ def seeds():
     for name, content in png():
         yield "format_png", name, SIGNATURE + content + DELIVERED_AS_IT_IS
     yield "format_png", "not-a-png", bytes(8) + header() + DELIVERED_AS_IT_IS
+    for name, start in (("png", SIGNATURE), ("jpeg", b"\xFF\xD8\xFF\xE0"), ("iso-media", b"\0\0\0\x14ftypisom"),
+                        ("old-quicktime", b"\0\0\0\x08wide"), ("long-box", b"\0\0\0\x01mdat"), ("no-box", b"\0\0\0\x07ftyp"),
+                        ("no-jpeg", b"\xFF\xD8\xFF\xD0"), ("nothing", b"ours"),
+                        ("tag-before-png", b"ID3\3\0\0\0\0\0\0" + SIGNATURE)):
+        yield "format_magic", name, start + bytes(20) + DELIVERED_AS_IT_IS
+    frames = 2 * (b"\xFF\xFB\x90\0" + bytes(413))
+    for name, content in (("mpeg-audio", frames), ("after-a-tag", b"ID3\3\0\0\0\0\0\x14" + bytes(20) + frames),
+                          ("one-frame", frames[:400]), ("another-frame-after-it", frames[:417] + b"\xFF\xFA\x90\0"),
+                          ("another-rate-after-it", frames[:417] + b"\xFF\xFB\x94\0")):
+        yield "format_magic", name, content + DELIVERED_AS_IT_IS

@@ -84,7 +84,7 @@ TEST(ElementaryStreams, WhoLeavesIsNamedWithTheByte) {
     EXPECT_TRUE(race["winner"].is_null());
     EXPECT_TRUE(race["undecided"].empty());
     EXPECT_TRUE(race["facts"].empty());
-    ASSERT_EQ(race["left"].size(), 5U);
+    ASSERT_EQ(race["left"].size(), 6U);
     for (const Json& departure : race["left"]) {
         EXPECT_LE(departure["at"].get<unsigned>(), race["pushed"].get<unsigned>());
     }
@@ -103,6 +103,7 @@ TEST(ElementaryStreams, AStreamThatEndsBeforeADecisionHasNoWinner) {
                            "  undecided  H264       at byte 1\n"
                            "  undecided  MPEGVideo  at byte 1\n"
                            "  undecided  AC3        at byte 1\n"
+                           "  undecided  EAC3       at byte 1\n"
                            "  undecided  ADTS       at byte 1\n"
                            "  undecided  MPEGAudio  at byte 1\n"
                            "  nobody won\n");

@@ -9,8 +9,8 @@ constexpr std::string_view kText = R"table(# Which DLNA profile a media keeps.
 # one. A media that meets none is announced without a profile.
 #
 # A condition is fact=values: words as they are, numbers, and ranges with both ends in ("1-2", also "2-" and "-2"),
-# parted by commas. "k" behind a number is 1000, "M" a million. A fact that is not known, or a rate that varies
-# without a bound, meets no condition.
+# separated by commas. "k" after a number is 1000, "M" a million. A rate is measured, so it may lie a thousandth above
+# a stated one. A fact that is not known, or a rate that varies without a bound, meets no condition.
 #
 # fact             key       what it is
 # audio-codec      ca        MP3, AAC (low complexity), HE-AAC, HE-AACv2, AC3, EAC3, AMR, ...
@@ -20,11 +20,11 @@ constexpr std::string_view kText = R"table(# Which DLNA profile a media keeps.
 # bits-per-sample  bs        of audio
 # audio-tracks     ta        their number; 0 counts
 # video-codec      vc        H264, H265, MPEG4 (part 2), H263, MPEG2, ...
-# video-profile    vp        in the codec's words: Baseline, Main, High, Simple, ...
+# video-profile    vp        in the codec's words: Baseline, ConstrainedBaseline, Main, High, Simple, ...
 # video-level      vl        as the codec writes it: 1.2, 3, 3.1; 0b and 1b lie just below 1; 0 counts
 # width            wi        pixels
 # height           he        pixels
-# frame-rate       fr        pictures a second, such as 25 or 29.97; met within 0.01
+# frame-rate       fr        pictures a second, such as 25 or 29.97; also met 0.01 below
 # video-bit-rate   vr        bits a second: the maximum mv, else the rate vr, else the estimate ev
 # bit-rate         br        of the whole media: the maximum mb, else the rate br, else the estimate eb
 # process          pr        of a JPEG: baseline, progressive, ...; of a PNG: plain, interlaced
@@ -46,64 +46,78 @@ MP3X  audio/mpeg  audio-codec=MP3 sampling-rate=16k,22.05k,24k,32k,44.1k,48k cha
 # AAC. HE-AACv2 has profiles of its own, whose limits are not verified: it has none here.
 AAC_ISO_320       audio/mp4,audio/3gpp  audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-320k
 AAC_ISO           audio/mp4,audio/3gpp  audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
-AAC_MULT5_ISO     audio/mp4,audio/3gpp  audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AAC_MULT5_ISO     audio/mp4,audio/3gpp  audio-codec=AAC sampling-rate=8k-48k channels=3-6 audio-bit-rate=1-1440k
 HEAAC_L2_ISO_320  audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-320k
 HEAAC_L2_ISO      audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
-HEAAC_MULT5_ISO   audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+HEAAC_MULT5_ISO   audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=3-6 audio-bit-rate=1-1440k
 
-# AMR. A file holds frames of whole bytes with a byte of header: 12.2k of speech are 12.8k in the file.
-AMR_3GPP    audio/mp4,audio/3gpp  audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.8k
+# AMR. Its rate is that of the speech, by the type of its frames: the bytes of a file are more.
+AMR_3GPP    audio/mp4,audio/3gpp  audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 AMR_WBplus  audio/3gpp            audio-codec=AMR-WB+ channels=1-2 audio-bit-rate=5.2k-48k
 
 # H.264 in MP4. A size with a rate is a line. Where nothing is published of the rate of the pictures, it is what
 # the level can do at that size; where nothing is published of the audio, it is that of the next smaller form.
 
-# H.264, baseline.
-AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-1.2 width=1-352 height=1-288 frame-rate=1-15 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
-AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-1.2 width=1-352 height=1-288 frame-rate=1-15 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
-AVC_MP4_BL_CIF30_AAC_940    video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-1.3 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-768k bit-rate=1-940k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
-AVC_MP4_BL_L2_CIF30_AAC     video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-1.3M bit-rate=1-1.3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
-AVC_MP4_BL_CIF30_AAC_MULT5  video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
-AVC_MP4_BL_CIF30_AC3        video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
-AVC_MP4_BL_CIF30_MPEG1_L3   video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L31_HD_AAC       video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3.1 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L32_HD_AAC       video/mp4  video-codec=H264 video-profile=Baseline video-level=1b-3.2 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-20M bit-rate=1-21M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+# H.264, baseline. What keeps the constraints of both (A.2.1.1) is a stream of the main and high profiles, too.
+AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-352 height=1-288 frame-rate=1-15 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-352 height=1-240 frame-rate=1-18 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-320 height=1-240 frame-rate=1-20 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-320 height=1-180 frame-rate=1-26 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-240 height=1-180 frame-rate=1-30 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-352 height=1-288 frame-rate=1-15 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-352 height=1-240 frame-rate=1-18 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-320 height=1-240 frame-rate=1-20 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-320 height=1-180 frame-rate=1-26 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 width=1-240 height=1-180 frame-rate=1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF30_AAC_940    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.3 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-768k bit-rate=1-940k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_L2_CIF30_AAC     video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-1.3M bit-rate=1-1.3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF30_AAC_MULT5  video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MP4_BL_CIF30_AC3        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+AVC_MP4_BL_CIF30_MPEG1_L3   video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 
 # H.264, main. The i of 1080i is no condition: its limits are those of the size, whole pictures or fields.
-AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
-AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
-AVC_MP4_MP_SD_AC3           video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
-AVC_MP4_MP_SD_AC3           video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
-AVC_MP4_MP_SD_MPEG1_L3      video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
-AVC_MP4_MP_SD_MPEG1_L3      video/mp4  video-codec=H264 video-profile=Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
-AVC_MP4_MP_HD_720p_AAC      video/mp4  video-codec=H264 video-profile=Main video-level=1b-3.1 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_MP_HD_1080i_AAC     video/mp4  video-codec=H264 video-profile=Main video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-20M bit-rate=1-21M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MP4_MP_SD_AC3           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+AVC_MP4_MP_SD_AC3           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+AVC_MP4_MP_SD_MPEG1_L3      video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+AVC_MP4_MP_SD_MPEG1_L3      video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-10M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
 
-# H.264, high.
-AVC_MP4_HP_HD_AAC           video/mp4  video-codec=H264 video-profile=High video-level=1b-4 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-25M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_HP_HD_AAC           video/mp4  video-codec=H264 video-profile=High video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-25M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_HP_HD_EAC3          video/mp4  video-codec=H264 video-profile=High video-level=1b-4 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-25M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-6144k
-AVC_MP4_HP_HD_EAC3          video/mp4  video-codec=H264 video-profile=High video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-25M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-6144k
+# H.264, baseline again, where nothing smaller fits.
+AVC_MP4_BL_L31_HD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3.1 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L32_HD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3.2 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-20M bit-rate=1-21M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+
+# H.264, main, in high definition.
+AVC_MP4_MP_HD_720p_AAC      video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3.1 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
+AVC_MP4_MP_HD_720p_AAC      video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3.1 width=1-640 height=1-480 frame-rate=1-60 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
+AVC_MP4_MP_HD_1080i_AAC     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-20M bit-rate=1-21M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
+AVC_MP4_MP_HD_1080i_AAC     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-20M bit-rate=1-21M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
+
+# H.264, high. Its decoders take main.
+AVC_MP4_HP_HD_AAC           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-25M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_HP_HD_AAC           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-25M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_HP_HD_EAC3          video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 width=1-1280 height=1-720 frame-rate=1-60 video-bit-rate=1-25M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
+AVC_MP4_HP_HD_EAC3          video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 width=1-1920 height=1-1080 frame-rate=1-30 video-bit-rate=1-25M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
 
 # MPEG-4 part 2, simple. The limits of the advanced simple profile
 # (MPEG4_P2_MP4_ASP_AAC) are not verified: such media have no profile here.
 MPEG4_P2_MP4_SP_L2_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-2 width=1-176 height=1-144 frame-rate=1-30 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
 MPEG4_P2_MP4_SP_L2_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-2 width=1-352 height=1-288 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
-MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-64k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
-MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
-MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-384k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
-MPEG4_P2_MP4_SP_VGA_AAC     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-4 width=1-640 height=1-480 frame-rate=1-30 video-bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-5 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-5 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-64k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_VGA_AAC     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3 width=1-640 height=1-480 frame-rate=1-30 video-bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3,5 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3,5 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-6 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-12M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_3GPP_SP_L0B_AAC    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
-MPEG4_P2_3GPP_SP_L0B_AMR    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.8k
+MPEG4_P2_3GPP_SP_L0B_AMR    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 )table";
 
 } // namespace

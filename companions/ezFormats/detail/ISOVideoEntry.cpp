@@ -81,12 +81,15 @@ constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
 
 /// Profile, constraints and level, as they begin both the box's own part and a sequence set.
 void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
+    constexpr unsigned kConstraint1 = 0x40;
     constexpr unsigned kConstraint3 = 0x10;
     constexpr std::uint32_t kLevel11 = 11;
     constexpr std::uint32_t kLevel1b = 9;
     const std::uint32_t profile = aBytes[0];
     const bool fOld = profile == 66 || profile == 77 || profile == 88; // they had no code for level 1b
-    aCodec.mProfile = ProfileName(kH264Profiles, profile);
+    // A stream of the baseline profile that keeps what the main one asks (A.2.1.1).
+    const bool fConstrained = profile == 66 && (aBytes[1] & kConstraint1) != 0;
+    aCodec.mProfile = fConstrained ? "ConstrainedBaseline" : ProfileName(kH264Profiles, profile);
     aCodec.mLevel = aBytes[2];
     if (fOld && aCodec.mLevel == kLevel11 && (aBytes[1] & kConstraint3) != 0) {
         aCodec.mLevel = kLevel1b;

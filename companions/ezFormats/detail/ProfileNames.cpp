@@ -7,7 +7,7 @@ namespace {
 
 // In byte order, for the search.
 // clang-format off
-constexpr std::array<std::string_view, 199> kNames = {
+constexpr std::array<std::string_view, 191> kNames = {
     "AAC_ADTS",
     "AAC_ADTS_320",
     "AAC_ISO",
@@ -60,7 +60,6 @@ constexpr std::array<std::string_view, 199> kNames = {
     "AVC_TS_BL_CIF30_MPEG1_L3_ISO",
     "AVC_TS_BL_CIF30_MPEG1_L3_T",
     "AVC_TS_EU_ISO",
-    "AVC_TS_EU_T",
     "AVC_TS_HD_24_AC3",
     "AVC_TS_HD_24_AC3_ISO",
     "AVC_TS_HD_24_AC3_T",
@@ -138,15 +137,9 @@ constexpr std::array<std::string_view, 199> kNames = {
     "MPEG4_P2_TS_ASP_MPEG2_L2",
     "MPEG4_P2_TS_ASP_MPEG2_L2_ISO",
     "MPEG4_P2_TS_ASP_MPEG2_L2_T",
-    "MPEG4_P2_TS_CO_AAC",
-    "MPEG4_P2_TS_CO_AAC_ISO",
-    "MPEG4_P2_TS_CO_AAC_T",
     "MPEG4_P2_TS_CO_AC3",
     "MPEG4_P2_TS_CO_AC3_ISO",
     "MPEG4_P2_TS_CO_AC3_T",
-    "MPEG4_P2_TS_CO_MPEG1_L3",
-    "MPEG4_P2_TS_CO_MPEG1_L3_ISO",
-    "MPEG4_P2_TS_CO_MPEG1_L3_T",
     "MPEG4_P2_TS_CO_MPEG2_L2",
     "MPEG4_P2_TS_CO_MPEG2_L2_ISO",
     "MPEG4_P2_TS_CO_MPEG2_L2_T",
@@ -178,7 +171,6 @@ constexpr std::array<std::string_view, 199> kNames = {
     "MPEG_TS_MP_LL_AAC_T",
     "MPEG_TS_NA_ISO",
     "MPEG_TS_SD_EU",
-    "MPEG_TS_SD_EU_AC3",
     "MPEG_TS_SD_EU_AC3_ISO",
     "MPEG_TS_SD_EU_AC3_T",
     "MPEG_TS_SD_EU_ISO",

@@ -116,9 +116,11 @@ void Normalise(std::vector<ProfileRange>* aRanges) {
     *aRanges = std::move(merged);
 }
 
-ProfileRange Widened(const ProfileRange& aRange, uint32 aTolerance) {
-    return {aRange.mLeast - std::min(aRange.mLeast, aTolerance),
-            aRange.mMost + std::min(ProfileFactValues::kMaximum - aRange.mMost, aTolerance)};
+/// A range as a record's number meets it.
+ProfileRange Widened(const ProfileRange& aRange, const ProfileFact& aFact) {
+    const uint32 above = aFact.mfMeasured ? aRange.mMost / kProfileFact_Excess : 0;
+    return {aRange.mLeast - std::min(aRange.mLeast, aFact.mTolerance),
+            aRange.mMost + std::min(ProfileFactValues::kMaximum - aRange.mMost, above)};
 }
 
 bool ReadItem(std::string_view anItem, ProfileCondition* aCondition, std::string* aProblem) {
@@ -135,7 +137,7 @@ bool ReadItem(std::string_view anItem, ProfileCondition* aCondition, std::string
     if (!ReadRange(anItem, fact, &range, aProblem)) {
         return false;
     }
-    aCondition->mRanges.push_back(Widened(range, fact.mTolerance));
+    aCondition->mRanges.push_back(Widened(range, fact));
     return true;
 }
 

@@ -20,9 +20,14 @@ struct ProfileFact {
     /// Where the record holds it: the first key that states a number counts. Null ends them.
     std::array<const char*, 3> mKeys;
     uint32 mScale = 1;         ///< the record holds this many times the number that a table states
-    uint32 mTolerance = 0;     ///< how far beside a stated number the record's may lie and meet it still
+    uint32 mTolerance = 0;     ///< how far below a stated number the record's may lie and meet it still
     bool mfZeroCounts = false; ///< 0 is a value, and not the lack of one
+    bool mfMeasured = false; ///< it may lie kProfileFact_Excess above: limits are nominal, and it is measured
 };
+
+/// The part of a stated number by which a measured one may lie above it: 1 / this. So 256,164 bits a second
+/// keep 256k, and 30.02 pictures a second keep 30.
+inline constexpr uint32 kProfileFact_Excess = 1000;
 
 inline constexpr std::size_t kProfileFactCount = 17;
 extern const std::array<ProfileFact, kProfileFactCount> kProfileFacts;

@@ -1,5 +1,6 @@
 #include "ezFormats/detail/AC3Header.h"
 #include "ezFormats/detail/ADTSHeader.h"
+#include "ezFormats/detail/EAC3Header.h"
 #include "ezFormats/detail/MPEGAudioHeader.h"
 
 #include "EltStreamKit.h"
@@ -246,4 +247,50 @@ TEST(AC3Header, OneBrokenFieldIsNoHeader) {
     EXPECT_FALSE(IsAC3(With(kAC3, 4, 0xDC))) << "sampling rate reserved";
     EXPECT_FALSE(IsAC3(With(kAC3, 4, 0x26))) << "rate 38";
     EXPECT_FALSE(IsAC3(With(kAC3, 5, 0x58))) << "version 11";
+}
+
+namespace {
+
+const std::string kEAC3 = Hex({0x0B, 0x77, 0x00, 0x3F, 0x3F, 0x80});
+
+/// "rate samples channels size main" of a header with these bytes after the sync word; "none" where there is
+/// none.
+std::string EAC3Of(int aSize1, int aSize2, int aModes, int aVersion) {
+    ezEAC3Header header = {};
+    const std::string bytes =
+        Hex({0x0B, 0x77, static_cast<unsigned char>(aSize1), static_cast<unsigned char>(aSize2),
+             static_cast<unsigned char>(aModes), static_cast<unsigned char>(aVersion)});
+    if (!ezEAC3Header_Read(Data(bytes), header)) {
+        return "none";
+    }
+    return std::to_string(header.mSamplingRate) + " " + std::to_string(header.mSampleCount) + " " +
+           std::to_string(header.mChannels) + " " + std::to_string(header.mFrameSize) +
+           (header.mfMain ? " main" : " other");
+}
+
+} // namespace
+
+TEST(EAC3Header, TellsWhatItsFieldsSay) {
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0x3F, 0x80), "48000 1536 6 128 main");
+    EXPECT_EQ(EAC3Of(0x00, 0x00, 0x04, 0x80), "48000 256 2 2 main");
+    EXPECT_EQ(EAC3Of(0x07, 0xFF, 0x54, 0x80), "44100 512 2 4096 main");
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0xA2, 0x80), "32000 768 1 128 main");
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0xC4, 0x80), "24000 1536 2 128 main");
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0xD4, 0x80), "22050 1536 2 128 main");
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0xE4, 0x80), "16000 1536 2 128 main");
+    EXPECT_EQ(EAC3Of(0x40, 0x3F, 0x34, 0x80), "48000 1536 2 128 other"); // dependent
+    EXPECT_EQ(EAC3Of(0x08, 0x3F, 0x34, 0x80), "48000 1536 2 128 other"); // a further programme
+    EXPECT_EQ(EAC3Of(0x80, 0x3F, 0x34, 0x80), "48000 1536 2 128 main");  // AC-3 in a new form
+}
+
+TEST(EAC3Header, OneBrokenFieldIsNoHeader) {
+    ezEAC3Header header = {};
+    EXPECT_TRUE(ezEAC3Header_Read(Data(kEAC3), header));
+    EXPECT_FALSE(ezEAC3Header_Read(Data(With(kEAC3, 0, 0x0A)), header)) << "sync";
+    EXPECT_FALSE(ezEAC3Header_Read(Data(With(kEAC3, 1, 0x76)), header)) << "sync";
+    EXPECT_EQ(EAC3Of(0xC0, 0x3F, 0x3F, 0x80), "none") << "kind of stream reserved";
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0xF4, 0x80), "none") << "half rate reserved";
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0x3F, 0x50), "none") << "version 10";
+    EXPECT_NE(EAC3Of(0x00, 0x3F, 0x3F, 0x58), "none") << "version 11";
+    EXPECT_EQ(EAC3Of(0x00, 0x3F, 0x3F, 0x88), "none") << "version 17";
 }

@@ -229,8 +229,8 @@ TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
          {"AVC_MP4_BL_CIF15_AAC_520",  "AVC_MP4_BL_CIF15_AAC",       "AVC_MP4_BL_CIF30_AAC_940",
           "AVC_MP4_BL_L2_CIF30_AAC",   "AVC_MP4_BL_CIF30_AAC_MULT5", "AVC_MP4_BL_CIF30_AC3",
           "AVC_MP4_BL_CIF30_MPEG1_L3", "AVC_MP4_BL_L3_SD_AAC",       "AVC_MP4_BL_L3L_SD_AAC",
-          "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",      "AVC_MP4_MP_SD_AAC_MULT5",
-          "AVC_MP4_MP_SD_AC3",         "AVC_MP4_MP_SD_MPEG1_L3",     "AVC_MP4_MP_HD_720p_AAC",
+          "AVC_MP4_MP_SD_AAC_MULT5",   "AVC_MP4_MP_SD_AC3",          "AVC_MP4_MP_SD_MPEG1_L3",
+          "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",      "AVC_MP4_MP_HD_720p_AAC",
           "AVC_MP4_MP_HD_1080i_AAC",   "AVC_MP4_HP_HD_AAC",          "AVC_MP4_HP_HD_EAC3",
           "MPEG4_P2_MP4_SP_L2_AAC",    "MPEG4_P2_MP4_SP_AAC",        "MPEG4_P2_MP4_SP_VGA_AAC",
           "MPEG4_P2_MP4_SP_L5_AAC",    "MPEG4_P2_MP4_SP_L6_AAC"}) {
@@ -287,7 +287,8 @@ TEST(BuiltInProfileRules, MPEGAudioKeepsMP3AndMP3X) {
                                       {"ca=MP3 sf=44100 ac=2 ar=31999", "MP3X"},
                                       {"ca=MP3 sf=16000 ac=2 ar=8000", "MP3X"},
                                       {"ca=MP3 sf=11025 ac=2 ar=64000", ""}, // MPEG-2.5
-                                      {"ca=MP3 sf=44100 ac=2 ar=320001", ""},
+                                      {"ca=MP3 sf=44100 ac=2 ar=320320", "MP3"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=320321", ""},
                                       {"ca=MP2 sf=44100 ac=2 ar=128000", ""},
                                       {"ca=MP1 sf=44100 ac=2 ar=128000", ""}});
 }
@@ -315,9 +316,11 @@ TEST(BuiltInProfileRules, PicturesKeepTheSmallestSizeThatHoldsBothSides) {
 TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
     for (const std::string type : {"mt=audio/mp4 ", "mt=audio/3gpp "}) {
         ExpectProfiles(type, {{"ca=AAC sf=44100 ac=2 ar=320000", "AAC_ISO_320"},
-                              {"ca=AAC sf=44100 ac=2 ar=320001", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=320321", "AAC_ISO"},
                               {"ca=AAC sf=44100 ac=2 ar=576000", "AAC_ISO"},
-                              {"ca=AAC sf=44100 ac=2 ar=576001", "AAC_MULT5_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576576", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576577", ""},
+                              {"ca=AAC sf=44100 ac=3 ar=64000", "AAC_MULT5_ISO"},
                               {"ca=AAC sf=8000 ac=6 ar=128000", "AAC_MULT5_ISO"},
                               {"ca=AAC sf=96000 ac=2 ar=128000", ""},
                               {"ca=AAC sf=48000 ac=8 ar=128000", ""},
@@ -327,8 +330,9 @@ TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
                               {"ca=HE-AACv2 sf=48000 ac=2 ar=64000", ""},
                               {"ca=AAC-Main sf=48000 ac=2 ar=64000", ""},
                               {"ca=ALAC sf=48000 ac=2 ar=64000", ""},
-                              {"ca=AMR sf=8000 ac=1 ar=12800", "AMR_3GPP"},
-                              {"ca=AMR sf=8000 ac=2 ar=12800", ""},
+                              {"ca=AMR sf=8000 ac=1 ar=12200", "AMR_3GPP"},
+                              {"ca=AMR sf=8000 ac=1 ar=12213", ""},
+                              {"ca=AMR sf=8000 ac=2 ar=12200", ""},
                               {"ca=AMR-WB sf=16000 ac=1 ar=12800", ""}});
     }
     ExpectProfiles("", {{"mt=audio/3gpp ca=AMR-WB+ ac=2 ar=48000", "AMR_WBplus"},
@@ -339,16 +343,16 @@ TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
 TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
     ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline wi=352 he=288 fr=15000 ca=AAC sf=44100 ac=2 ",
                    {{"vl=12 vr=384000 br=520000 ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
-                    {"vl=9 vr=384000 br=520001 ar=128000", "AVC_MP4_BL_CIF15_AAC"},
+                    {"vl=9 vr=384000 br=520521 ar=128000", "AVC_MP4_BL_CIF15_AAC"},
                     {"vl=12 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_CIF15_AAC"},
-                    {"vl=12 vr=384001 br=600000 ar=128000", "AVC_MP4_BL_CIF30_AAC_940"},
+                    {"vl=12 vr=384385 br=600000 ar=128000", "AVC_MP4_BL_CIF30_AAC_940"},
                     {"vl=20 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"}});
     ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=20 wi=352 he=288 fr=29970 sf=48000 ",
                    {{"vr=1100000 br=1300000 ca=AAC ac=2 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"},
                     {"vr=2000000 br=3000000 ca=AAC ac=6 ar=400000", "AVC_MP4_BL_CIF30_AAC_MULT5"},
                     {"vr=2000000 br=3000000 ca=AC3 ac=6 ar=640000", "AVC_MP4_BL_CIF30_AC3"},
                     {"vr=2000000 br=3000000 ca=MP3 ac=2 ar=320000", "AVC_MP4_BL_CIF30_MPEG1_L3"},
-                    {"vr=2000001 br=3000000 ca=MP3 ac=2 ar=320000", ""}});
+                    {"vr=2002001 br=3000000 ca=MP3 ac=2 ar=320000", ""}});
     ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
                    {{"wi=720 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
                     {"wi=720 he=480 fr=29970 vr=4500000", "AVC_MP4_BL_L3L_SD_AAC"},
@@ -360,6 +364,33 @@ TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
                    {{"vl=31 fr=30000 vr=14000000 br=15000000", "AVC_MP4_BL_L31_HD_AAC"},
                     {"vl=32 fr=60000 vr=20000000 br=21000000", "AVC_MP4_BL_L32_HD_AAC"},
                     {"vl=40 fr=30000 vr=14000000 br=15000000", ""}});
+}
+
+TEST(BuiltInProfileRules, SmallPicturesOfBaselineMayComeFaster) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=Baseline vl=12 vr=384000 br=520000 ca=AAC sf=48000 ac=2 ar=128000 ",
+        {{"wi=352 he=288 fr=15015", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=352 he=288 fr=15016", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=352 he=240 fr=18018", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=352 he=240 fr=18019", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=320 he=240 fr=20020", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=320 he=240 fr=20021", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=320 he=180 fr=26026", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=240 he=180 fr=30030", "AVC_MP4_BL_CIF15_AAC_520"}});
+}
+
+TEST(BuiltInProfileRules, ConstrainedBaselineKeepsTheNamesOfMainAndHighToo) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=ConstrainedBaseline sf=48000 ac=2 ",
+        {{"vl=12 wi=352 he=288 fr=15000 vr=384000 br=520000 ca=AAC ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"vl=30 wi=704 he=576 fr=25000 vr=4000000 br=4300000 ca=AAC ar=192000", "AVC_MP4_MP_SD_AAC_MULT5"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=256000", "AVC_MP4_BL_L31_HD_AAC"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=500000", "AVC_MP4_MP_HD_720p_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ar=192000",
+          "AVC_MP4_MP_HD_1080i_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=AAC ar=192000", "AVC_MP4_HP_HD_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=EAC3 ar=3024000", "AVC_MP4_HP_HD_EAC3"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=EAC3 ar=3027025", ""}});
 }
 
 TEST(BuiltInProfileRules, H264MainKeepsTheNarrowest) {
@@ -400,10 +431,12 @@ TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
     ExpectProfiles("mt=video/mp4 vc=MPEG4 vp=Simple ca=AAC sf=44100 ac=2 ",
                    {{"vl=20 wi=352 he=288 fr=15000 vr=128000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
                     {"vl=10 wi=176 he=144 fr=30000 vr=64000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
-                    {"vl=0 wi=176 he=144 fr=15000 vr=64000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
-                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
-                    {"vl=30 wi=352 he=288 fr=30000 vr=384001 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
-                    {"vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=0 wi=176 he=144 fr=15000 vr=64000 br=600000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 br=600000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 br=600601 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384385 br=600000 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=30 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
                     {"vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
                     {"vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"}});
     ExpectProfiles("", {{"mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 "
@@ -411,6 +444,6 @@ TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
                          ""}});
     ExpectProfiles("mt=video/3gpp vc=MPEG4 vp=Simple wi=176 he=144 fr=15000 vr=128000 ac=1 sf=8000 ",
                    {{"vl=9 ca=AAC ar=64000", "MPEG4_P2_3GPP_SP_L0B_AAC"},
-                    {"vl=0 ca=AMR ar=12800", "MPEG4_P2_3GPP_SP_L0B_AMR"},
-                    {"vl=10 ca=AMR ar=12800", ""}});
+                    {"vl=0 ca=AMR ar=12200", "MPEG4_P2_3GPP_SP_L0B_AMR"},
+                    {"vl=10 ca=AMR ar=12200", ""}});
 }

@@ -1,5 +1,6 @@
 #include "ezFormats/AC3EltStreamParser.h"
 #include "ezFormats/ADTSEltStreamParser.h"
+#include "ezFormats/EAC3EltStreamParser.h"
 #include "ezFormats/H264EltStreamParser.h"
 #include "ezFormats/MPEGAudioEltStreamParser.h"
 #include "ezFormats/MPEGVideoEltStreamParser.h"
@@ -27,6 +28,7 @@ const std::string kLayer3Faster = Hex({0xFF, 0xFB, 0xA0, 0x00}); // 160 kbit/s
 const std::string kFree = Hex({0xFF, 0xFB, 0x00, 0x00});         // free format
 const std::string kFreePadded = Hex({0xFF, 0xFB, 0x02, 0x00});   // and a byte more
 const std::string kADTS = Hex({0xFF, 0xF1, 0x50, 0x80, 0x2E, 0x7F, 0xFC}); // 371 bytes
+const std::string kEAC3 = Hex({0x0B, 0x77, 0x00, 0x3F, 0x3F, 0x80});       // 128 bytes, 5.1
 const std::string kAC3 = Hex({0x0B, 0x77, 0x12, 0x34, 0x00, 0x40, 0x44});  // 128 bytes, 2.1
 const std::string kSequence = Hex({0, 0, 1, 0xB3, 0x16, 0x01, 0x20, 0x13, 0x01, 0x38, 0xA0, 0xA0});
 const std::string kSequenceExtension = Hex({0, 0, 1, 0xB5, 0x14, 0x8A, 0x00, 0x01, 0x00, 0x00});
@@ -168,6 +170,33 @@ TEST(ADTSEltStreamParser, TheLongestFrameIsFollowed) {
     ExpectDecidedByTheLastByte<ADTSEltStreamParser>(Frame(header, 8191) + header);
 }
 
+TEST(EAC3EltStreamParser, TwoHeadersInChainAreAStream) {
+    const std::string stream = Frame(kEAC3, 128) + kEAC3;
+    ExpectRecord<EAC3EltStreamParser>(Content(77) + stream, "ac=6\nar=32000\nca=\"EAC3\"\nsf=48000\nta=1\n");
+    ExpectDecidedByTheLastByte<EAC3EltStreamParser>(stream);
+    EXPECT_EQ(StatusOf<EAC3EltStreamParser>(Frame(kEAC3, 127) + kEAC3), kInProgress);
+    EXPECT_EQ(StatusOf<EAC3EltStreamParser>(Frame(kEAC3, 129) + kEAC3), kInProgress);
+    for (const auto& [place, value] : {std::pair{4, 0x7F}, {4, 0x2F}, {4, 0x3D}, {4, 0x3E}, {5, 0x78}}) {
+        std::string other = kEAC3; // another rate, number of blocks, mode, low frequencies, version
+        other[static_cast<std::size_t>(place)] = static_cast<char>(value);
+        EXPECT_EQ(StatusOf<EAC3EltStreamParser>(Frame(kEAC3, 128) + other), kInProgress) << place << value;
+    }
+    std::string longer = kEAC3; // frames of one stream may have sizes of their own
+    longer[3] = '\x40';
+    EXPECT_EQ(StatusOf<EAC3EltStreamParser>(Frame(kEAC3, 128) + longer), kCompleted);
+}
+
+TEST(EAC3EltStreamParser, SubstreamsStandBetweenTheFramesOfTheProgramme) {
+    std::string added = kEAC3; // two channels more, in frames of 64 bytes
+    added[2] = '\x40';
+    added[3] = '\x1F';
+    added[4] = '\x34';
+    const char* const record = "ac=6\nca=\"EAC3\"\nsf=48000\nta=1\n";
+    ExpectRecord<EAC3EltStreamParser>(Frame(kEAC3, 128) + added, record);
+    ExpectRecord<EAC3EltStreamParser>(Frame(added, 64) + kEAC3, record);
+    EXPECT_EQ(StatusOf<EAC3EltStreamParser>(Frame(added, 64) + added), kInProgress);
+}
+
 TEST(AC3EltStreamParser, TwoHeadersInChainAreAStream) {
     const std::string stream = Frame(kAC3, 128) + kAC3;
     ExpectRecord<AC3EltStreamParser>(Content(77) + stream, "ac=3\nar=32000\nca=\"AC3\"\nsf=48000\nta=1\n");
@@ -290,9 +319,12 @@ namespace {
 template <typename Parser>
 class EveryEltStreamParser : public testing::Test {};
 using Parsers = testing::Types<H264EltStreamParser, MPEGVideoEltStreamParser, AC3EltStreamParser,
-                               ADTSEltStreamParser, MPEGAudioEltStreamParser>;
+                               EAC3EltStreamParser, ADTSEltStreamParser, MPEGAudioEltStreamParser>;
 
 std::string StreamFor(const std::string& aName) {
+    if (aName == "EAC3") {
+        return Frame(kEAC3, 128) + Frame(kEAC3, 128) + Frame(kEAC3, 128);
+    }
     return ReadSample(aName == "H264"        ? "elementary/harbour-light.h264"
                       : aName == "MPEGVideo" ? "elementary/harbour-light.m2v"
                       : aName == "AC3"       ? "elementary/six-corners.ac3"
@@ -407,6 +439,9 @@ TEST(EltStreamTags, AreNoSoundWhateverTheyHold) {
     ExpectTagsSteppedOver<MPEGAudioEltStreamParser>(layer3, faster);
     ExpectTagsSteppedOver<ADTSEltStreamParser>(Frame(kADTS, 371) + Frame(kADTS, 371),
                                                Frame(mono, 371) + Frame(mono, 371));
+    const std::string eac3Mono = Hex({0x0B, 0x77, 0x00, 0x3F, 0x32, 0x80});
+    ExpectTagsSteppedOver<EAC3EltStreamParser>(Frame(kEAC3, 128) + Frame(kEAC3, 128),
+                                               Frame(eac3Mono, 128) + Frame(eac3Mono, 128));
     ExpectTagsSteppedOver<AC3EltStreamParser>(Frame(kAC3, 128) + Frame(kAC3, 128),
                                               Frame(ac3Mono, 128) + Frame(ac3Mono, 128));
 }

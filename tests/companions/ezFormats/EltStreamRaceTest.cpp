@@ -11,7 +11,7 @@ constexpr int kCompleted = ezElementaryStreamParser::MSS_COMPLETED;
 constexpr int kInProgress = ezElementaryStreamParser::MSS_IN_PROGRESS;
 constexpr int kFailed = ezElementaryStreamParser::MSS_UNRECOVERABLE_ERROR;
 
-constexpr const char* kAll = "|H264|MPEGVideo|AC3|ADTS|MPEGAudio|";
+constexpr const char* kAll = "|H264|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|";
 
 unsigned At(const std::string& aBytes, std::size_t anIndex) {
     return static_cast<unsigned char>(aBytes[anIndex]);
@@ -230,6 +230,7 @@ void ExpectNobodyWins(const std::string& aBytes, const std::string& aWhat) {
         remove + "'H264'\n",
         remove + "'MPEGVideo'\n",
         remove + "'AC3'\n",
+        remove + "'EAC3'\n",
         remove + "'ADTS'\n",
         remove + "'MPEGAudio'\n",
         "ElementaryStreamParser: ezUndeterminedEltStreamParser remaining candidates <none>\n"};

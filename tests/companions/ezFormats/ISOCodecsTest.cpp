@@ -307,15 +307,17 @@ TEST(ISOAudio, EncryptedSamplesAreNamedAndKeepNoProfile) {
 // ---- video ----
 
 TEST(ISOVideo, SequenceSetTellsProfileLevelAndPicture) {
-    EXPECT_EQ(H264(SequenceSet(66, 0xC0, 30, 20, 15)),
+    EXPECT_EQ(H264(SequenceSet(66, 0x80, 30, 20, 15)),
               "vc=\"H264\" vp=\"Baseline\" vl=30 wi=320 he=240 pr=\"progressive\"");
+    EXPECT_EQ(H264(SequenceSet(66, 0xC0, 30, 20, 15)),
+              "vc=\"H264\" vp=\"ConstrainedBaseline\" vl=30 wi=320 he=240 pr=\"progressive\"");
     EXPECT_EQ(H264(SequenceSet(77, 0, 40, 120, 34, 2, false)), // 1088 rows less 2 * 4
               "vc=\"H264\" vp=\"Main\" vl=40 wi=1920 he=1080 pr=\"interlaced\"");
     EXPECT_EQ(H264(SequenceSet(100, 0, 41, 120, 68, 4)),
               "vc=\"H264\" vp=\"High\" vl=41 wi=1920 he=1080 pr=\"progressive\"");
     // Level 1b: 1.1 with a constraint.
     EXPECT_EQ(H264(SequenceSet(66, 0xD0, 11, 11, 9)),
-              "vc=\"H264\" vp=\"Baseline\" vl=9 wi=176 he=144 pr=\"progressive\"");
+              "vc=\"H264\" vp=\"ConstrainedBaseline\" vl=9 wi=176 he=144 pr=\"progressive\"");
     EXPECT_EQ(H264(SequenceSet(100, 0x10, 11, 11, 9)),
               "vc=\"H264\" vp=\"High\" vl=11 wi=176 he=144 pr=\"progressive\"");
 }

@@ -51,7 +51,7 @@ TEST(ISOMediaParser, SongIsRead) {
 TEST(ISOMediaParser, ShortFilmIsRead) {
     const std::string record = Parsed(ReadSample("video/kite-day.mp4"));
     EXPECT_EQ(Values(record, {"mt", "vc", "vp", "vl", "wi", "he", "fr", "pr", "vr", "mv", "ev"}),
-              "mt=\"video/mp4\" vc=\"H264\" vp=\"Baseline\" vl=11 wi=176 he=144 fr=25000 "
+              "mt=\"video/mp4\" vc=\"H264\" vp=\"ConstrainedBaseline\" vl=11 wi=176 he=144 fr=25000 "
               "pr=\"progressive\" vr=18958");
     EXPECT_EQ(
         Values(record, {"ta", "ca", "sf", "ac", "ar", "ma", "br", "du", "md", "title"}),
@@ -81,7 +81,7 @@ TEST(ISOMediaParser, SampleOfAConformanceTestKeepsTheProfileOfItsName) {
               "ta=1\n"
               "vc=\"H264\"\n"
               "vl=12\n"
-              "vp=\"Baseline\"\n"
+              "vp=\"ConstrainedBaseline\"\n"
               "vr=51104\n"
               "vt=1\n"
               "wi=352\n"

@@ -42,17 +42,18 @@ TEST(ProfileRules, NumbersTakeDecimalsKAndM) {
     const std::string table = "MP3 audio/mpeg sampling-rate=44.1k audio-bit-rate=1.5k-0.32M";
     EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=1500"), "MP3");
     EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=320000"), "MP3");
-    EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=320001"), "");
+    EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=320320"), "MP3");
+    EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=320321"), "");
     EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44099 ar=2000"), "");
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-bit-rate=-4294967294", "mt=audio/mpeg ar=4294967294"), "MP3");
 }
 
-TEST(ProfileRules, FrameRatesAreMetWithinAHundredth) {
+TEST(ProfileRules, FrameRatesAreMetAHundredthBelowAndAThousandthAbove) {
     const std::string table = "AVC_MP4_HP_HD_AAC video/mp4 frame-rate=23.976,29.97,50-60";
-    for (const char* const rate : {"23966", "23986", "29960", "29970", "29980", "49990", "60010"}) {
+    for (const char* const rate : {"23966", "23999", "29960", "29970", "29999", "49990", "60060"}) {
         EXPECT_EQ(ProfileBy(table, std::string("mt=video/mp4 fr=") + rate), "AVC_MP4_HP_HD_AAC") << rate;
     }
-    for (const char* const rate : {"23965", "24000", "29959", "29981", "30000", "49989", "60011", "0"}) {
+    for (const char* const rate : {"23965", "24000", "29959", "30000", "49989", "60061", "0"}) {
         EXPECT_EQ(ProfileBy(table, std::string("mt=video/mp4 fr=") + rate), "") << rate;
     }
     EXPECT_EQ(ProfileBy("AVC_MP4_HP_HD_AAC video/mp4 frame-rate=4294967.294", "mt=video/mp4 fr=4294967294"),
@@ -532,4 +533,29 @@ TEST(ProfileRules, TableIsSharedByThreads) {
     }
     EXPECT_EQ(found, 800);
     EXPECT_EQ(ProfileRules::BuiltIn(), ProfileRules::BuiltIn());
+}
+
+TEST(ProfileRules, MeasuredRateMayLieAThousandthAboveANominalOne) {
+    const auto meets = [](const char* aCondition, const char* aFact) {
+        return ProfileBy(std::string("MP3 audio/mpeg ") + aCondition,
+                         std::string("mt=audio/mpeg ") + aFact) == "MP3";
+    };
+    for (const std::string name : {"audio-bit-rate", "video-bit-rate", "bit-rate"}) {
+        const std::string key = name == "bit-rate" ? "br=" : name == "audio-bit-rate" ? "ar=" : "vr=";
+        const std::string condition = name + "=100k-256k";
+        EXPECT_TRUE(meets(condition.c_str(), (key + "256164").c_str()));
+        EXPECT_TRUE(meets(condition.c_str(), (key + "256256").c_str()));
+        EXPECT_FALSE(meets(condition.c_str(), (key + "256257").c_str()));
+        EXPECT_TRUE(meets(condition.c_str(), (key + "100000").c_str()));
+        EXPECT_FALSE(meets(condition.c_str(), (key + "99999").c_str()));
+    }
+    EXPECT_TRUE(meets("frame-rate=1-30", "fr=30020"));
+    EXPECT_TRUE(meets("frame-rate=1-30", "fr=30030"));
+    EXPECT_FALSE(meets("frame-rate=1-30", "fr=30031"));
+    EXPECT_TRUE(meets("frame-rate=23.976", "fr=23999"));
+    EXPECT_FALSE(meets("frame-rate=23.976", "fr=24000"));
+    EXPECT_TRUE(meets("frame-rate=24", "fr=23990"));
+    EXPECT_FALSE(meets("frame-rate=24", "fr=23989"));
+    EXPECT_FALSE(meets("sampling-rate=48k", "sf=48001")); // stated, not measured
+    EXPECT_FALSE(meets("width=1-640", "wi=641"));
 }

@@ -94,9 +94,11 @@ TEST(MPEGSequence, OneBrokenFieldIsNoHeader) {
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mWidth = 0; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mHeight = 0; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mAspectRatio = 0; }));
+    EXPECT_TRUE(IsSequenceWith([](Fields& f) { f.mAspectRatio = 1; }));
     EXPECT_TRUE(IsSequenceWith([](Fields& f) { f.mAspectRatio = 14; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mAspectRatio = 15; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mFrameRate = 0; }));
+    EXPECT_TRUE(IsSequenceWith([](Fields& f) { f.mFrameRate = 1; }));
     EXPECT_TRUE(IsSequenceWith([](Fields& f) { f.mFrameRate = 8; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mFrameRate = 9; }));
     EXPECT_FALSE(IsSequenceWith([](Fields& f) { f.mBitRate = 0; }));

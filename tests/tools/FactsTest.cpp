@@ -43,6 +43,16 @@ TEST(Facts, RatesAreShownInWordsUnknownOnesNotAndVariableOnesAsSuch) {
     EXPECT_EQ(rate.mText, "variable");
 }
 
+TEST(Facts, ARateIsShownInTheUnitThatItReaches) {
+    const std::pair<std::uint64_t, const char*> table[] = {
+        {999, "999 bit/s"}, {1000, "1 kbit/s"}, {1049, "1 kbit/s"}, {1000000, "1 Mbit/s"}};
+    for (const auto& [rate, words] : table) {
+        ezMediaInfo info;
+        info.Set(kezInfo_BitRate, rate, true);
+        EXPECT_EQ(WordsOf(info), (Words{{"bit_rate", words}}));
+    }
+}
+
 TEST(Facts, AShortLengthHasItsFraction) {
     const struct {
         std::uint64_t mMilliseconds;

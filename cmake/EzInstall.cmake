@@ -28,6 +28,7 @@ install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT D
         FILES_MATCHING PATTERN "*.h"
         PATTERN "System.h" EXCLUDE
         PATTERN "CacheName.h" EXCLUDE
+        PATTERN "HeldFiles.h" EXCLUDE
         PATTERN "HashSlots.h" EXCLUDE
         PATTERN "NUL.h" EXCLUDE
         PATTERN "OrderedByteMap.h" EXCLUDE)

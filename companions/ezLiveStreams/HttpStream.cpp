@@ -5,6 +5,7 @@
 #include "ezLiveStreams/detail/HttpResponse.h"
 #include "ezLiveStreams/detail/Limits.h"
 
+#include "ezPlatform/base/Descriptor.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -15,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
 
 namespace {
 
@@ -119,11 +121,18 @@ private:
         curl_easy_setopt(
             easy, CURLOPT_CONNECTTIMEOUT_MS,
             static_cast<long>(std::min<std::int64_t>(mOptions.mStallTime.count(), INT32_MAX / 2) * 2));
+        curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &sOpenSocket);
         curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &sHeader);
         curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
         curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &sBody);
         curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
         mfReady = mFields != nullptr;
+    }
+
+    static curl_socket_t sOpenSocket(void* /*aTransfer*/, curlsocktype /*aPurpose*/,
+                                     curl_sockaddr* anAddress) {
+        return ezDescriptor_AboveStandard(
+            socket(anAddress->family, anAddress->socktype | SOCK_CLOEXEC, anAddress->protocol));
     }
 
     static std::size_t sHeader(char* aData, std::size_t aSize, std::size_t aCount, void* aTransfer) {

@@ -8,6 +8,7 @@
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
+#include "ezPlatform/files/FileState.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
@@ -16,13 +17,10 @@
 
 namespace {
 
-/// The cache knows an item by its identity alone, so it changes when size or time of the file do. What keeps
-/// both is missed: another file of that size, put in its place with its time (cp -p).
+/// The cache knows an item by its identity alone, so it changes when the file does.
 ezCString IdentityOf(const ezMediaInfo& anInfo) {
-    const ezDateTime& time = anInfo.mLastModificationTime;
-    return ezCString(std::string(anInfo.mFullPath.View()) + '\0' +
-                     std::to_string(anInfo.GetUInt64(kezInfo_FileSize, 0).ToUInt64()) + '\0' +
-                     std::to_string(time.GetUnixTime()) + '.' + std::to_string(time.GetNanoseconds()));
+    return ezCString(std::string(anInfo.mFullPath.View()) + '\0') +
+           ezFileState(anInfo.mFullPath).ToIdentity();
 }
 
 /// A small JPEG of a media, or of its class; the caller's. Null when there is none.

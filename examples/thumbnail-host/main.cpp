@@ -3,6 +3,7 @@
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
+#include "ezPlatform/files/FileState.h"
 #include "ezThumbnails/CostlyThumbnailProvider.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
@@ -14,7 +15,6 @@
 #include <iterator>
 #include <memory>
 #include <string>
-#include <sys/stat.h>
 #include <system_error>
 #include <vector>
 
@@ -65,23 +65,11 @@ private:
     std::size_t mNext = 0;
 };
 
-/// Changes when the file does.
-std::string StateOf(const ezCString& aPath) {
-    struct stat state = {};
-    if (stat(aPath.c_str(), &state) != 0) {
-        return "none";
-    }
-    const auto time = [](const timespec& aTime) {
-        return std::to_string(aTime.tv_sec) + "." + std::to_string(aTime.tv_nsec);
-    };
-    return std::to_string(state.st_size) + " " + time(state.st_mtim) + " " + time(state.st_ctim);
-}
-
 /// Path and state of every file that could be taken for an item.
 std::string StateOfCandidates(const std::vector<ezCString>& aPaths) {
     std::string states;
     for (const ezCString& path : aPaths) {
-        states.append(path.View()).append(1, '\0').append(StateOf(path)).append(1, '\0');
+        states.append(path.View()).append(1, '\0').append(ezFileState(path).ToIdentity().View()).append(1, '\0');
     }
     return states;
 }
@@ -123,7 +111,7 @@ private:
     ezCString IdentityOf(const ThumbnailInfo& anInfo) {
         const ezCString path = anInfo.mFilePath.GetFullPath();
         std::string identity = kMakers;
-        for (const ezCString& part : {path, ezCString(StateOf(path)), anInfo.mMimeType}) {
+        for (const ezCString& part : {path, ezFileState(path).ToIdentity(), anInfo.mMimeType}) {
             identity.append(1, '\0').append(part.View());
         }
         identity.append(1, '\0').append(StateOfCandidates(PosterProvider::CandidatePaths(&anInfo)));

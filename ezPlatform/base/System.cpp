@@ -1,8 +1,11 @@
 #include "ezPlatform/base/System.h"
 
+#include "ezPlatform/base/Descriptor.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -23,7 +26,7 @@ ssize_t GetRandom([[maybe_unused]] void* aBuffer, [[maybe_unused]] std::size_t a
 }
 
 DIR* OpenDir(int aFolder) {
-    const int own = openat(aFolder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int own = ezDescriptor_AboveStandard(openat(aFolder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     DIR* folder = own >= 0 ? fdopendir(own) : nullptr;
     if (folder == nullptr && own >= 0) {
         const int error = errno;
@@ -34,7 +37,9 @@ DIR* OpenDir(int aFolder) {
 }
 
 const ezSystemCalls kReal = {
-    [](const char* aPath, int aFlags, mode_t aMode) { return open(aPath, aFlags, aMode); },
+    [](const char* aPath, int aFlags, mode_t aMode) {
+        return ezDescriptor_AboveStandard(open(aPath, aFlags, aMode));
+    },
     [](int aFile) { return close(aFile); },
     [](const char* aPath, struct stat* aStatus) { return stat(aPath, aStatus); },
     [](int aFile, struct stat* aStatus) { return fstat(aFile, aStatus); },
@@ -46,8 +51,6 @@ const ezSystemCalls kReal = {
     },
     [](int aFile) { return fsync(aFile); },
     [](int aFile, mode_t aMode) { return fchmod(aFile, aMode); },
-    [](const char* aFrom, const char* aTo) { return rename(aFrom, aTo); },
-    [](const char* aPath) { return unlink(aPath); },
     [](const char* aPath, mode_t aMode) { return mkdir(aPath, aMode); },
     [](const char* aPath) { return realpath(aPath, nullptr); },
     [](std::size_t aSize) { return std::malloc(aSize); },
@@ -60,7 +63,7 @@ const ezSystemCalls kReal = {
     [](DIR* aFolder) { return closedir(aFolder); },
     [](const char* aPath, char* aBuffer, std::size_t aSize) { return readlink(aPath, aBuffer, aSize); },
     [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
-        return openat(aFolder, aName, aFlags, aMode);
+        return ezDescriptor_AboveStandard(openat(aFolder, aName, aFlags, aMode));
     },
     [](int aFolder, const char* aName, struct stat* aStatus) {
         return fstatat(aFolder, aName, aStatus, AT_SYMLINK_NOFOLLOW);
@@ -68,6 +71,8 @@ const ezSystemCalls kReal = {
     [](int aFolder, const char* aFrom, const char* aTo) { return renameat(aFolder, aFrom, aFolder, aTo); },
     [](int aFolder, const char* aName) { return unlinkat(aFolder, aName, 0); },
     GetRandom,
+    [](int aFile) { return fcntl(aFile, F_DUPFD_CLOEXEC, STDERR_FILENO + 1); },
+    [](struct timespec* aNow) { clock_gettime(CLOCK_REALTIME, aNow); },
 };
 
 const ezSystemCalls* gCalls = &kReal;

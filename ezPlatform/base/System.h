@@ -17,8 +17,6 @@ struct ezSystemCalls {
     ssize_t (*mPWrite)(int aFile, const void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
     int (*mFSync)(int aFile);
     int (*mFChmod)(int aFile, mode_t aMode);
-    int (*mRename)(const char* aFrom, const char* aTo);
-    int (*mUnlink)(const char* aPath);
     int (*mMkdir)(const char* aPath, mode_t aMode);
     char* (*mRealPath)(const char* aPath);                 ///< a block for std::free, or null
     void* (*mAllocate)(std::size_t aSize);                 ///< for blocks whose size comes from input
@@ -37,6 +35,8 @@ struct ezSystemCalls {
     int (*mUnlinkAt)(int aFolder, const char* aName);
     ssize_t (*mGetRandom)(void* aBuffer,
                           std::size_t aSize); ///< does not wait: fails where there are none yet
+    int (*mDuplicate)(int aFile);             ///< of the same open file, 3 or more, closed on exec
+    void (*mNow)(struct timespec* aNow);      ///< by the clock that files are stamped with
 };
 
 /// The calls in force.

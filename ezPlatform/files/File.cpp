@@ -1,6 +1,7 @@
 #include "ezPlatform/files/File.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/files/HeldFiles.h"
 #include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
@@ -13,14 +14,6 @@ namespace {
 
 ezDateTime FromTimespec(const struct timespec& aTime) {
     return ezDateTime(static_cast<std::int64_t>(aTime.tv_sec), static_cast<std::int32_t>(aTime.tv_nsec));
-}
-
-int OpenRepeatedly(const ezCString& aPath, int aFlags, mode_t aMode) {
-    int file = -1;
-    do {
-        file = ezSystem().mOpen(aPath.c_str(), aFlags, aMode);
-    } while (file < 0 && errno == EINTR);
-    return file;
 }
 
 bool SyncRepeatedly(int aFile) {
@@ -40,48 +33,111 @@ bool TruncateRepeatedly(int aFile, ezFileOffset aLength) {
 }
 
 constexpr mode_t kModeOfNewFile = 0666;
-constexpr const char* kBesideSuffix = ".ezsave";
-constexpr int kMaximumLinks = 40;               // as many as Linux follows
-constexpr std::size_t kMaximumBesideName = 240; // with the rest of the name below the usual limit of 255
+constexpr mode_t kModeUntilItsOwn = 0600; // nobody else reads on the way what the old file did not let him
+constexpr std::string_view kBesideSuffix = ".ezsave";
+constexpr std::size_t kDigits = 16;
+constexpr std::size_t kMaximumBesideName = 230; // with the rest of the name the usual limit of 255
+constexpr int kMaximumTries = 8;
+constexpr int kMaximumFinds = 100;                          // others may replace the target over and over
+constexpr int kToWrite = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // non-blocking for a pipe without a reader
 
-/// What a link says, from where it stands; empty, with errno, for what is no link or cannot be read whole.
-ezCString LinkedFrom(const ezCString& aPath) {
-    char text[PATH_MAX];
-    const ssize_t length = ezSystem().mReadLink(aPath.c_str(), text, sizeof text);
-    if (length <= 0) {
-        return ezCString();
-    }
-    if (static_cast<std::size_t>(length) == sizeof text) {
-        errno = ENAMETOOLONG; // it may be cut, and what a cut one names is another file
-        return ezCString();
-    }
-    const ezCString target(std::string_view(text, static_cast<std::size_t>(length)));
-    const std::string_view path = aPath.View();
-    return text[0] == '/' ? target : ezCString(path.substr(0, path.rfind('/') + 1)) + target;
+/// What the names of all files beside a target begin with; cut, so that they fit any file system.
+ezCString BesidePrefix(const ezCString& aTarget) {
+    return "." + aTarget.Left(kMaximumBesideName) + ".";
 }
 
-/// Where a path leads once its links are followed, also to where nothing stands yet. Empty when it leads
-/// nowhere that a file could be.
-ezCString Followed(const ezCString& aPath) {
-    ezCString path = aPath;
-    for (int links = 0; links < kMaximumLinks; ++links) {
-        ezCString real = ezCString::FromAllocatedString(ezSystem().mRealPath(path.c_str()));
-        if (!real.IsEmpty() || errno != ENOENT) {
-            return real;
-        }
-        // Only what exists has a real path: a link to nothing yet is followed by hand.
-        ezCString next = LinkedFrom(path);
-        if (next.IsEmpty()) {
-            return errno == EINVAL || errno == ENOENT ? path : ezCString();
-        }
-        path = std::move(next);
+/// True for the names that are made by a prefix: what merely looks alike is not ours to remove.
+bool IsBeside(std::string_view aName, std::string_view aPrefix) {
+    return aName.size() == aPrefix.size() + kDigits + kBesideSuffix.size() &&
+           aName.substr(0, aPrefix.size()) == aPrefix &&
+           aName.substr(aPrefix.size() + kDigits) == kBesideSuffix &&
+           aName.substr(aPrefix.size(), kDigits).find_first_not_of("0123456789ABCDEF") ==
+               std::string_view::npos;
+}
+
+/// Removes what killed writers left. A folder that cannot be read keeps it.
+void RemoveLeftovers(int aFolder, const ezCString& aPrefix) {
+    DIR* folder = ezSystem().mOpenDir(aFolder);
+    if (folder == nullptr) {
+        return;
     }
-    return ezCString();
+    while (const struct dirent* entry = ezSystem().mReadDir(folder)) {
+        const char* name = static_cast<const char*>(entry->d_name);
+        if (IsBeside(name, aPrefix.View())) {
+            ezHeld_RemoveIfStale(aFolder, name);
+        }
+    }
+    ezSystem().mCloseDir(folder);
+}
+
+/// The path of an open file where the system tells it; else empty.
+ezCString PathOfOpened(int aFile) {
+    char text[PATH_MAX];
+    const ezCString link = ezCString::Format("/proc/self/fd/%d", aFile);
+    const ssize_t length = ezSystem().mReadLink(link.c_str(), text, sizeof text);
+    const bool fWhole = length > 0 && static_cast<std::size_t>(length) < sizeof text && text[0] == '/';
+    return fWhole ? ezCString(std::string_view(text, static_cast<std::size_t>(length))) : ezCString();
 }
 
 } // namespace
 
-ezFile::ezFile(const ezCString& aPath, int anOpenMode) : mPath(aPath), mOpenMode(anOpenMode) {}
+struct ezFile::Target {
+    ezHeldFile mFile;   ///< open for writing; not where nothing stands there yet
+    ezHeldFile mFolder; ///< that it stands in
+    ezCString mName;    ///< in the folder, no link
+    mode_t mMode = kModeOfNewFile;
+    bool mfReadable = false;      ///< mFile is open for reading as well
+    bool mfMadeMeanwhile = false; ///< nothing stood there at first
+
+    /// Opens a regular file, or finds nothing there; false for all else.
+    bool Open(const ezCString& aPath) {
+        // For reading as well, since an old file that is written in place is kept first.
+        mFile = ezHeldFile(ezHeld_Open(aPath.c_str(), O_RDWR | kToWrite, 0));
+        mfReadable = mFile.IsOpened();
+        if (!mfReadable && errno == EACCES) {
+            mFile = ezHeldFile(ezHeld_Open(aPath.c_str(), O_WRONLY | kToWrite, 0));
+        }
+        struct stat status = {};
+        if (!mFile.IsOpened()) {
+            if (errno != ENOENT || !FindFolder(aPath)) {
+                return false;
+            }
+            mfMadeMeanwhile = ezSystem().mLStatAt(mFolder.Get(), mName.c_str(), &status) == 0;
+            return mfMadeMeanwhile ? !S_ISLNK(status.st_mode) : errno == ENOENT; // no link to nothing
+        }
+        if (ezSystem().mFStat(mFile.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+            return false;
+        }
+        mMode = status.st_mode & 07777U;
+        return true;
+    }
+    /// Finds where the open file stands: the system followed the links, and the descriptor says where that
+    /// led, while the path may lead elsewhere by now. False where another file has its name by now.
+    bool Locate(const ezCString& aPath) {
+        return IsAt(PathOfOpened(mFile.Get())) ||
+               IsAt(ezCString::FromAllocatedString(ezSystem().mRealPath(aPath.c_str())));
+    }
+
+private:
+    bool FindFolder(const ezCString& aPath) {
+        const std::string_view path = aPath.View();
+        const std::size_t nameStart = path.rfind('/') + 1;
+        mName = ezCString(path.substr(nameStart));
+        mFolder =
+            ezHeld_Folder(nameStart == 0 ? ezCString("./") : ezCString(path.substr(0, nameStart)), false);
+        return mFolder.IsOpened() && !mName.IsEmpty();
+    }
+    /// True where the open file is what a path names without a last link.
+    bool IsAt(const ezCString& aPath) {
+        return !aPath.IsEmpty() && FindFolder(aPath) &&
+               ezHeld_IsNameOf(mFolder.Get(), mName.c_str(), mFile.Get());
+    }
+};
+
+ezFile::ezFile() : mFolder(AT_FDCWD) {}
+
+ezFile::ezFile(const ezCString& aPath, int anOpenMode)
+    : mPath(aPath), mFolder(AT_FDCWD), mOpenMode(anOpenMode) {}
 
 ezFile::~ezFile() {
     mfWriteFailed = true; // nobody asked for what was written to be put in place
@@ -99,7 +155,7 @@ bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
         return false;
     }
     // Non-blocking, or opening a pipe would wait for its writer; regular files do not care.
-    const int file = OpenRepeatedly(aPath, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | aMoreFlags, 0);
+    const int file = ezHeld_Open(aPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | aMoreFlags, 0);
     if (file < 0) {
         return false;
     }
@@ -125,40 +181,64 @@ bool ezFile::Open(const ezCString& aPath, int anOpenMode, int /*anAccessMode*/) 
     return Open();
 }
 
-bool ezFile::OpenForWriting(int aModeOfOld) {
-    const std::string_view target = mTarget.View();
-    const std::size_t separator = target.rfind('/');
-    const std::size_t nameStart = separator == std::string_view::npos ? 0 : separator + 1;
-    // One name a target, so that the next save finds what a killed one left; cut, so that it fits any file
-    // system.
-    mBeside = ezCString(target.substr(0, nameStart)) + "." +
-              ezCString(target.substr(nameStart, kMaximumBesideName)) + kBesideSuffix;
-    ezSystem().mUnlink(mBeside.c_str());
-    mFile = OpenRepeatedly(mBeside, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kModeOfNewFile);
-    if (mFile >= 0) {
-        return aModeOfOld < 0 || ezSystem().mFChmod(mFile, static_cast<mode_t>(aModeOfOld)) == 0;
+bool ezFile::Find(const ezCString& aPath, Target& aTarget) {
+    for (int tries = 0; tries < kMaximumFinds; ++tries) {
+        aTarget = Target();
+        if (!aTarget.Open(aPath)) {
+            return false;
+        }
+        if (aTarget.mFile.IsOpened() ? aTarget.Locate(aPath) : !aTarget.mfMadeMeanwhile) {
+            return true;
+        }
     }
-    // In place only where the folder refuses: writing into the file because a disk is full could lose it.
-    if (aModeOfOld < 0 || (errno != EACCES && errno != EPERM && errno != EROFS)) {
-        return false;
-    }
-    mBeside = ezCString();
-    mFile = OpenRepeatedly(mTarget, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
-    return mFile >= 0 && KeepOld();
+    return false;
 }
 
-bool ezFile::KeepOld() {
-    ezFile old(mTarget, ezFileOpenMode_Read);
-    if (!old.Open()) {
-        // What may be written and not read cannot be kept.
-        return errno == EACCES && TruncateRepeatedly(mFile, 0);
+bool ezFile::OpenBeside(const Target& aTarget) {
+    const ezCString prefix = BesidePrefix(aTarget.mName);
+    const bool fReplaces = aTarget.mFile.IsOpened();
+    RemoveLeftovers(mFolder, prefix);
+    for (int tries = 0; tries < kMaximumTries; ++tries) {
+        mBeside = prefix + ezHeld_RandomDigits() + ezCString(kBesideSuffix);
+        mFile = ezHeld_OpenAt(mFolder, mBeside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                              fReplaces ? kModeUntilItsOwn : kModeOfNewFile);
+        if (mFile < 0 && errno != EEXIST) {
+            return false;
+        }
+        if (mFile < 0) {
+            continue;
+        }
+        // The lock tells others that somebody writes the file; it goes with the process. Between making and
+        // locking it another may have taken the file for one that was left.
+        const bool fTaken = !ezHeld_Lock(mFile) && errno == EWOULDBLOCK;
+        if (!fTaken && IsBesideOurs()) {
+            return !fReplaces || ezSystem().mFChmod(mFile, aTarget.mMode) == 0;
+        }
+        RemoveBeside();
+        ezSystem().mClose(std::exchange(mFile, -1));
+        errno = EAGAIN;
     }
-    const ezFileOffset size = old.LengthAtOpen();
-    if (size > INT_MAX) {
+    return false;
+}
+
+bool ezFile::OpenInPlace(Target& aTarget) {
+    mBeside = ezCString();
+    mFile = aTarget.mFile.Release();
+    // Two at once would mix their contents.
+    return (ezHeld_Lock(mFile) || errno != EWOULDBLOCK) && KeepOld(aTarget.mfReadable);
+}
+
+bool ezFile::KeepOld(bool afReadable) {
+    if (!afReadable) {
+        return TruncateRepeatedly(mFile, 0); // what may be written and not read cannot be kept
+    }
+    const ezFileOffset size = Length();
+    if (size < 0 || size > INT_MAX) {
         return false;
     }
     std::unique_ptr<char, Free> content(static_cast<char*>(ezMalloc(static_cast<std::size_t>(size) + 1)));
-    if (content == nullptr || old.Read(content.get(), static_cast<std::size_t>(size)) != size) {
+    mLengthAtOpen = size;
+    if (content == nullptr || Read(content.get(), static_cast<std::size_t>(size)) != size) {
         return false;
     }
     mOld = std::move(content);
@@ -181,34 +261,28 @@ bool ezFile::Create(const ezCString& aPath, bool afOverwrite, int /*anAccessMode
     if (IsOpened() || aPath.IsEmpty() || ezHasNUL(aPath)) {
         return false;
     }
-    mTarget = Followed(aPath);
-    if (mTarget.IsEmpty()) {
+    Target target;
+    if (!Find(aPath, target) || (target.mFile.IsOpened() && !afOverwrite)) {
         return false;
     }
-    // Proves that an old file may be written before anything is done. Non-blocking for a pipe without a
-    // reader.
-    int modeOfOld = -1;
-    const int old = OpenRepeatedly(mTarget, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
-    if (old >= 0) {
-        struct stat status = {};
-        const bool fRegular = ezSystem().mFStat(old, &status) == 0 && S_ISREG(status.st_mode);
-        ezSystem().mClose(old);
-        if (!fRegular || !afOverwrite) {
-            return false;
-        }
-        modeOfOld = static_cast<int>(status.st_mode & 07777U);
-    } else if (errno != ENOENT) {
-        return false;
+    mTarget = target.mName;
+    mFolder = target.mFolder.Release();
+    mPosition = 0;
+    bool fOpened = OpenBeside(target);
+    // In place only where the folder refuses: writing into the file because a disk is full could lose it.
+    if (mFile < 0 && target.mFile.IsOpened() && (errno == EACCES || errno == EPERM || errno == EROFS)) {
+        fOpened = OpenInPlace(target);
     }
-    mfWriting = true;
+    mfWriting = fOpened;
+    mfWriteFailed = false;
     mPosition = 0;
     mLengthAtOpen = 0;
-    mfWriteFailed = !OpenForWriting(modeOfOld);
-    if (mfWriteFailed) {
+    if (!fOpened) {
+        RemoveBeside();
         Close();
-        mfWriting = false;
+        CloseFolder();
     }
-    return mfWriting;
+    return fOpened;
 }
 
 int ezFile::Write(const void* aBuffer, std::size_t aSize) {
@@ -251,10 +325,8 @@ bool ezFile::Empty() {
 
 bool ezFile::BeginFilling(int aFolder, const ezCString& aBeside) {
     mBeside = aBeside;
-    do {
-        mFile = ezSystem().mOpenAt(aFolder, BesideName(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                                   kModeOfNewFile);
-    } while (mFile < 0 && errno == EINTR);
+    mFile = ezHeld_OpenAt(aFolder, BesideName(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                          kModeOfNewFile);
     if (mFile < 0) {
         return false;
     }
@@ -280,19 +352,19 @@ bool ezFile::PutInPlace(int aFolder, const ezCString& aName) {
 }
 
 void ezFile::GiveUp() {
-    if (IsBesideOurs()) {
-        ezSystem().mUnlink(mBeside.c_str());
-    }
+    RemoveBeside();
     mfWriting = false;
     mfFilling = false;
 }
 
+void ezFile::RemoveBeside() const {
+    if (IsBesideOurs()) {
+        ezSystem().mUnlinkAt(mFolder, mBeside.c_str());
+    }
+}
+
 bool ezFile::IsBesideOurs() const {
-    struct stat written = {};
-    struct stat named = {};
-    return !mBeside.IsEmpty() && ezSystem().mFStat(mFile, &written) == 0 &&
-           ezSystem().mStat(mBeside.c_str(), &named) == 0 && written.st_dev == named.st_dev &&
-           written.st_ino == named.st_ino;
+    return IsOpened() && !mBeside.IsEmpty() && ezHeld_IsNameOf(mFolder, mBeside.c_str(), mFile);
 }
 
 const char* ezFile::BesideName() const {
@@ -306,24 +378,36 @@ bool ezFile::Close() {
     if (mfFilling) {
         GiveUp();
     }
-    // Another writer of the same target may have put a file of its own there, half written.
-    const bool fBeside = mfWriting && IsBesideOurs();
-    const bool fInPlace = mfWriting && mBeside.IsEmpty();
-    // On the disk before it takes the old file's name, or a power cut could leave neither.
-    const bool fWritten =
-        !mfWriting || (fInPlace ? FinishInPlace() : !mfWriteFailed && fBeside && SyncRepeatedly(mFile));
+    if (mfWriting && !mBeside.IsEmpty()) {
+        return CloseBeside();
+    }
+    const bool fWritten = !mfWriting || FinishInPlace();
     // Interrupted, it is closed all the same, and what was written is on the disk by now.
-    const bool fClosed = ezSystem().mClose(mFile) == 0 || errno == EINTR;
-    mFile = -1;
+    const bool fClosed = ezSystem().mClose(std::exchange(mFile, -1)) == 0 || errno == EINTR;
     mfWriting = false;
-    if (!fBeside) {
-        return fWritten && fClosed;
+    CloseFolder();
+    return fWritten && fClosed;
+}
+
+bool ezFile::CloseBeside() {
+    const bool fOurs = IsBesideOurs();
+    // On the disk before it takes the old file's name, or a power cut could leave neither.
+    bool fPlaced = fOurs && !mfWriteFailed && SyncRepeatedly(mFile);
+    // What closing refuses is no whole file, and without the lock it would pass for one that was left.
+    const ezHeldFile lock(fPlaced ? ezHeld_Duplicate(mFile) : -1);
+    const bool fClosed = ezSystem().mClose(std::exchange(mFile, -1)) == 0 || errno == EINTR;
+    fPlaced = fPlaced && lock.IsOpened() && fClosed &&
+              ezSystem().mRenameAt(mFolder, mBeside.c_str(), mTarget.c_str()) == 0;
+    if (fOurs && !fPlaced) {
+        ezSystem().mUnlinkAt(mFolder, mBeside.c_str());
     }
-    const bool fPlaced = fWritten && fClosed && ezSystem().mRename(mBeside.c_str(), mTarget.c_str()) == 0;
-    if (!fPlaced) {
-        ezSystem().mUnlink(mBeside.c_str());
-    }
+    mfWriting = false;
+    CloseFolder();
     return fPlaced;
+}
+
+void ezFile::CloseFolder() {
+    const ezHeldFile closed(std::exchange(mFolder, AT_FDCWD));
 }
 
 bool ezFile::FinishInPlace() {

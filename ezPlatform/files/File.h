@@ -25,7 +25,7 @@ enum ezFileSeekMode : int { ezFileSeekMode_Begin = 0, ezFileSeekMode_Current = 1
 /// A file of a cache that is being filled (ezFileCacheManager) is read and written through one object.
 class EZPLATFORM_API ezFile {
 public:
-    ezFile() = default;
+    ezFile();
     /// Binds a path and an open mode; opens nothing.
     ezFile(const ezCString& aPath, int anOpenMode);
     ~ezFile();
@@ -43,15 +43,24 @@ public:
     bool IsOpened() const { return mFile >= 0; }
 
     /// Begins to write a file anew. With afOverwrite a regular file of that name is replaced, and not lost:
-    /// what is written goes into a file beside it, which Close puts in its place, with the mode of the old
-    /// one; a symbolic link is followed. Only where the folder does not permit a file beside it is the old
-    /// file itself written: its content is kept in memory and put back when the new one is given up, and is
-    /// at risk when the process ends meanwhile, when the disk takes nothing any more, and when it may be
-    /// written and not read. False, with the old file untouched, when the target is no regular file, may not
-    /// be written, exists without afOverwrite, the file beside it cannot be made for another reason (a full
-    /// disk), the content to keep cannot be had or is 2 GiB and more, or this object is open. Of two that
-    /// write the same target at once, the one that began first fails in Close.
-    /// What a killed writer left beside the target goes with the next Create. anAccessMode
+    /// what is written goes into a file of a name of its own beside it, which Close puts in its place, with
+    /// the mode of the old one. Of several that write the same target at once, in any number of processes,
+    /// each has its own, and the one that is closed last stays, whole.
+    ///
+    /// A symbolic link is followed by the system, which refuses links that a stranger put into a shared
+    /// folder; what is replaced is the file that was opened, where it stands. A link that leads nowhere is
+    /// refused.
+    ///
+    /// Only where the folder does not permit a file beside it is the old file itself written: its content is
+    /// kept in memory and put back when the new one is given up, and is at risk when the process ends
+    /// meanwhile, when the disk takes nothing any more, and when it may be written and not read. One at a
+    /// time does that: another one fails in Create.
+    ///
+    /// False, with the old file untouched, when the target is no regular file, may not be written, exists
+    /// without afOverwrite, the file beside it cannot be made for another reason (a full disk), the content
+    /// to keep cannot be had or is 2 GiB and more, or this object is open. What a killed writer left beside
+    /// the target goes with the next Create, which looks through the folder for it: a file whose lock nobody
+    /// has or, where there are no locks, that was not written for a day. anAccessMode
     /// ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the process's mask.
     bool Create(const ezCString& aPath, bool afOverwrite, int anAccessMode);
 
@@ -111,16 +120,25 @@ private:
         void operator()(char* aBlock) const { ezFree(aBlock); }
     };
 
-    bool OpenForWriting(int aModeOfOld);
+    /// The target of Create.
+    struct Target;
+
+    static bool Find(const ezCString& aPath, Target& aTarget);
+    bool OpenBeside(const Target& aTarget);
+    bool OpenInPlace(Target& aTarget);
     bool IsBesideOurs() const;
-    bool KeepOld();
+    void RemoveBeside() const;
+    bool KeepOld(bool afReadable);
+    bool CloseBeside();
+    void CloseFolder();
     void PutOldBack();
     bool FinishInPlace();
     /// What mBeside is called in its folder.
     const char* BesideName() const;
 
     ezCString mPath;
-    ezCString mTarget;                ///< what Close puts the written file in place of
+    int mFolder;                      ///< of the file that is written, open; else AT_FDCWD
+    ezCString mTarget;                ///< the name there of what Close puts the written file in place of
     ezCString mBeside;                ///< the file that is written; empty when it is the target itself
     std::unique_ptr<char, Free> mOld; ///< what the target held that is written itself; null when not kept
     std::size_t mOldSize = 0;

@@ -4,6 +4,7 @@
 #include "ezPlatform/files/CacheName.h"
 #include "ezPlatform/files/Dir.h"
 #include "ezPlatform/files/File.h"
+#include "ezPlatform/files/HeldFiles.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/text/NUL.h"
 
@@ -13,7 +14,6 @@
 #include <fcntl.h>
 #include <memory>
 #include <string_view>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace {
@@ -41,58 +41,9 @@ std::pair<std::int64_t, std::int64_t> Now() {
     return {now.tv_sec, now.tv_nsec};
 }
 
-/// Takes the lock that tells others that a file is being filled, if nobody has it.
-bool Lock(int aFile) {
-    int result = -1;
-    do {
-        result = ezSystem().mFLock(aFile, LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
-}
-
-/// True when a name in a folder is, without a link being followed, that of an open file.
-bool IsNameOf(int aFolder, const ezCString& aName, int aFile) {
-    struct stat file = {};
-    struct stat named = {};
-    return ezSystem().mFStat(aFile, &file) == 0 && ezSystem().mLStatAt(aFolder, aName.c_str(), &named) == 0 &&
-           file.st_dev == named.st_dev && file.st_ino == named.st_ino;
-}
-
-/// A file that is open for as long as this lives; none where it cannot be opened, errno telling why.
-class OpenedAt {
-public:
-    OpenedAt(int aFolder, const char* aName, int aFlags) {
-        do {
-            mFile = ezSystem().mOpenAt(aFolder, aName, aFlags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
-        } while (mFile < 0 && errno == EINTR);
-    }
-    ~OpenedAt() {
-        if (IsOpened()) {
-            ezSystem().mClose(mFile);
-        }
-    }
-    OpenedAt(const OpenedAt&) = delete;
-    OpenedAt& operator=(const OpenedAt&) = delete;
-
-    bool IsOpened() const { return mFile >= 0; }
-    int Get() const { return mFile; }
-
-private:
-    int mFile = -1;
-};
-
-/// A folder under a path that ends in no "/", which would follow a link.
-class HeldFolder : public OpenedAt {
-public:
-    explicit HeldFolder(const ezCString& aPath) : OpenedAt(AT_FDCWD, aPath.c_str(), O_RDONLY | O_DIRECTORY) {}
-};
-
-/// Removes what a process left that was killed while it filled a file.
-void RemoveIfStale(int aFolder, const char* aName) {
-    const OpenedAt file(aFolder, aName, O_RDWR);
-    if (file.IsOpened() && Lock(file.Get())) {
-        ezSystem().mUnlinkAt(aFolder, aName);
-    }
+/// The cache's folder; a link in its place is refused.
+ezHeldFile HeldFolder(const ezCString& aOwnFolder) {
+    return ezHeld_Folder(aOwnFolder, true);
 }
 
 } // namespace
@@ -163,7 +114,7 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
         const ezDateTime& time = file->mModifiedAtOpen;
         const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
         if (!mfScanned && used > Now()) {
-            const HeldFolder folder(OwnFolder());
+            const ezHeldFile folder = HeldFolder(OwnFolder());
             Scan(folder.Get()); // for the latest, which the clock has fallen behind
         }
         mLastStamp = std::max(mLastStamp, used);
@@ -180,7 +131,7 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
 
 ezFile* ezFileCacheManager::OpenNew() {
     for (int tries = 0; tries < kMaximumTries; ++tries) {
-        const HeldFolder folder(OwnFolder());
+        const ezHeldFile folder = HeldFolder(OwnFolder());
         if (folder.IsOpened()) {
             ezFile* file = OpenNewIn(folder.Get());
             if (file != nullptr || (errno != ENOENT && errno != EEXIST && errno != EAGAIN)) {
@@ -213,7 +164,7 @@ ezFile* ezFileCacheManager::OpenNewIn(int aFolder) {
     }
     // The lock tells others that somebody is filling the file; it goes with the process. Between making and
     // locking it another may have taken the file for one that was left behind.
-    const bool fTaken = !Lock(file->mFile) && errno == EWOULDBLOCK;
+    const bool fTaken = !ezHeld_Lock(file->mFile) && errno == EWOULDBLOCK;
     if (fTaken || !file->IsBesideOurs()) {
         file.reset();
         errno = EAGAIN;
@@ -238,9 +189,9 @@ void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFil
 }
 
 void ezFileCacheManager::Remove(const ezCString& aName, const ezFile& aFile) {
-    const HeldFolder folder(OwnFolder());
+    const ezHeldFile folder = HeldFolder(OwnFolder());
     // Not what replaced it since.
-    if (folder.IsOpened() && IsNameOf(folder.Get(), aName, aFile.mFile) &&
+    if (folder.IsOpened() && ezHeld_IsNameOf(folder.Get(), aName.c_str(), aFile.mFile) &&
         ezSystem().mUnlinkAt(folder.Get(), aName.c_str()) == 0) {
         ForgetRemoved(aName, static_cast<std::uint64_t>(aFile.LengthAtOpen()));
     }
@@ -252,7 +203,8 @@ void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
         aFile.GiveUp();
         return;
     }
-    const HeldFolder folder(OwnFolder()); // without one nothing has a name in it, and nothing is put there
+    const ezHeldFile folder =
+        HeldFolder(OwnFolder()); // without one nothing has a name in it, and nothing is put there
     struct stat old = {};
     const bool fReplaces =
         ezSystem().mLStatAt(folder.Get(), aName.c_str(), &old) == 0 && S_ISREG(old.st_mode);
@@ -335,7 +287,7 @@ bool ezFileCacheManager::LookThrough(int aFolder) {
 void ezFileCacheManager::LookAt(int aFolder, const char* aName) {
     const std::string_view name = aName;
     if (name.substr(0, kFillingPrefix.size()) == kFillingPrefix) {
-        RemoveIfStale(aFolder, aName);
+        ezHeld_RemoveIfStale(aFolder, aName);
         return;
     }
     struct stat status = {};

@@ -1,5 +1,6 @@
 #include "support/Guide.h"
 #include "support/RunProgram.h"
+#include "support/Settled.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -47,6 +48,7 @@ protected:
     /// What the host sends for a media; "" where it says that there is nothing.
     std::string Ask(const std::string& aMedia) {
         fs::remove(mFolder.Path("out.jpg"));
+        WaitUntilSettled(mFolder.GetPath()); // or nothing would come from the cache
         mLast = RunProgram(EZ_THUMBNAIL_HOST, {aMedia, mFolder.Path("cache"), mFolder.Path("out.jpg")});
         EXPECT_TRUE(mLast.mStatus == 0 || mLast.mStatus == 1) << mLast.mStatus;
         return ReadWholeFile(mFolder.Path("out.jpg"));

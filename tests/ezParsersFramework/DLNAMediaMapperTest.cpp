@@ -543,7 +543,7 @@ TEST_F(DLNAMediaMapperFailingSave, DiskThatFailsWhenItIsFlushed) {
 
 TEST_F(DLNAMediaMapperFailingSave, FailingRename) {
     const ReplacedSystem system([](ezSystemCalls& aCalls) {
-        aCalls.mRename = [](const char*, const char*) {
+        aCalls.mRenameAt = [](int, const char*, const char*) {
             errno = EIO;
             return -1;
         };

@@ -71,9 +71,9 @@ ezSystemCalls CountDown() {
 ezSystemCalls AllCountedDown() {
     using Calls = ezSystemCalls;
     return CountDown<&Calls::mOpen, &Calls::mOpenAt, &Calls::mStat, &Calls::mFStat, &Calls::mPRead,
-                     &Calls::mPWrite, &Calls::mFSync, &Calls::mRename, &Calls::mRenameAt, &Calls::mUnlink,
-                     &Calls::mUnlinkAt, &Calls::mMkdir, &Calls::mFTruncate, &Calls::mFUTimens, &Calls::mFLock,
-                     &Calls::mLStatAt, &Calls::mOpenDir, &Calls::mReadDir>();
+                     &Calls::mPWrite, &Calls::mFSync, &Calls::mRenameAt, &Calls::mUnlinkAt, &Calls::mMkdir,
+                     &Calls::mFTruncate, &Calls::mFUTimens, &Calls::mFLock, &Calls::mLStatAt,
+                     &Calls::mOpenDir, &Calls::mReadDir>();
 }
 
 class ThumbnailProviderManagerFailures : public testing::Test {

@@ -91,14 +91,13 @@ FaultySystem::FaultySystem(std::vector<Fault> aFaults, FaultReach aReach)
     Take<SystemCall::FStat, &ezSystemCalls::mFStat>(mCalls);
     Take<SystemCall::LStat, &ezSystemCalls::mLStatAt>(mCalls);
     Take<SystemCall::Open, &ezSystemCalls::mOpenAt>(mCalls);
+    Take<SystemCall::Open, &ezSystemCalls::mDuplicate>(mCalls);
     Take<SystemCall::Rename, &ezSystemCalls::mRenameAt>(mCalls);
     Take<SystemCall::Unlink, &ezSystemCalls::mUnlinkAt>(mCalls);
     mCalls.mPRead = PRead;
     mCalls.mPWrite = PWrite;
     mCalls.mFSync = [](int) { return FaultySystem::Fails(SystemCall::FSync) ? -1 : 0; };
     Take<SystemCall::FChmod, &ezSystemCalls::mFChmod>(mCalls);
-    Take<SystemCall::Rename, &ezSystemCalls::mRename>(mCalls);
-    Take<SystemCall::Unlink, &ezSystemCalls::mUnlink>(mCalls);
     Take<SystemCall::Mkdir, &ezSystemCalls::mMkdir>(mCalls);
     Take<SystemCall::RealPath, &ezSystemCalls::mRealPath>(mCalls);
     Take<SystemCall::ReadLink, &ezSystemCalls::mReadLink>(mCalls);

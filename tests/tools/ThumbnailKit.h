@@ -2,6 +2,7 @@
 
 #include "Announce.h"
 #include "companions/ezThumbnails/PictureKit.h"
+#include "support/Settled.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -71,6 +72,7 @@ protected:
 
     ProgramResult Run(Words aWords, const ProgramOptions& anOptions = ProgramOptions()) {
         aWords.insert(aWords.end(), {"--cache", mFolder.Path("cache")});
+        WaitUntilSettled(mFolder.GetPath()); // or nothing would come from the cache
         return Announce(aWords, anOptions);
     }
 

@@ -1,24 +1,17 @@
 #include "ThumbnailIdentity.h"
 
+#include "ezPlatform/files/FileState.h"
+
 #include <cstdlib>
 #include <memory>
-#include <sys/stat.h>
 
 namespace {
 
 /// No path holds it, and no number: what stands on both sides of one cannot be mistaken.
 constexpr char kEnd = '\0';
 
-std::string InWords(const timespec& aTime) {
-    return std::to_string(aTime.tv_sec) + "." + std::to_string(aTime.tv_nsec);
-}
-
 std::string StateOf(const std::string& aPath) {
-    struct stat status = {};
-    if (stat(aPath.c_str(), &status) != 0) {
-        return "none";
-    }
-    return std::to_string(status.st_size) + " " + InWords(status.st_mtim) + " " + InWords(status.st_ctim);
+    return std::string(ezFileState(ezCString(aPath)).ToIdentity().View());
 }
 
 /// The path with its folder resolved. Its last name stays: a link lies beside other pictures than its target.

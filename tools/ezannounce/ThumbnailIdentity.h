@@ -21,9 +21,10 @@ std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo, SidecarListing*
 /// - the MIME type, which decides who is asked, whether the scaling is fast, and the version of this tool,
 ///   whose pictures may be others.
 ///
-/// A state is size, time of modification, and time of the last change of status, which no copying of times
-/// (cp -p, tar) brings back, all to the nanosecond. They are taken before the thumbnail is made: what
-/// changes while it is made has another identity at the next request, never the picture of before.
+/// A state is an ezFileState: which file it is, its size and its times. It is taken before the thumbnail is
+/// made: what changes while it is made has another identity at the next request, never the picture of before.
+/// What was changed so short a time before that a further change could have the same state has an identity of
+/// this one request: its thumbnail is made anew at the next one.
 ///
 /// @param aSidecars what SidecarsOf gave for the media
 ezCString ThumbnailIdentity(const ThumbnailInfo& anInfo, const std::vector<std::string>& aSidecars);

@@ -1,13 +1,35 @@
 #include "ezLiveStreams/detail/DescriptorCalls.h"
 
+#include "ezPlatform/base/Descriptor.h"
+
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 
+int Pipe(int* anEnds, int aFlags) {
+    if (pipe2(anEnds, aFlags) != 0) {
+        return -1;
+    }
+    anEnds[0] = ezDescriptor_AboveStandard(anEnds[0]);
+    anEnds[1] = ezDescriptor_AboveStandard(anEnds[1]);
+    if (anEnds[0] >= 0 && anEnds[1] >= 0) {
+        return 0;
+    }
+    const int error = errno;
+    for (int i = 0; i < 2; ++i) {
+        if (anEnds[i] >= 0) {
+            close(anEnds[i]);
+        }
+    }
+    errno = error;
+    return -1;
+}
+
 const DescriptorCalls kReal = {
     [](int aDescriptor) { return fcntl(aDescriptor, F_GETFL); },
-    [](int* anEnds, int aFlags) { return pipe2(anEnds, aFlags); },
+    Pipe,
     [](int aDescriptor, struct stat* aStatus) { return fstat(aDescriptor, aStatus); },
     [](int aDescriptor) { return lseek(aDescriptor, 0, SEEK_CUR); },
     [](pollfd* aDescriptors, nfds_t aCount) { return poll(aDescriptors, aCount, -1); },

@@ -1,5 +1,6 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezPlatform/base/Descriptor.h"
 #include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
@@ -81,7 +82,7 @@ bool IsAnswer(int anError) {
 DIR* OpenedFolder(const ezCString& aFolder) {
     DIR* folder = nullptr;
     do {
-        folder = opendir(aFolder.c_str());
+        folder = ezDescriptor_AboveStandard(opendir(aFolder.c_str()));
     } while (folder == nullptr && errno == EINTR);
     return folder;
 }

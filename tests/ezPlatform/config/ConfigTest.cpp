@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <malloc.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -555,6 +556,23 @@ TEST(Config, AnEmptyFileHasNoSections) {
     EXPECT_EQ(SectionA(""), Keys());
     EXPECT_EQ(SectionA("\n"), Keys());
     EXPECT_EQ(SectionA("[A]"), Keys());
+}
+
+// A device keeps its configuration for as long as it runs.
+TEST(Config, OfAFileWithoutAKeyNothingStaysInMemory) {
+    constexpr std::size_t kSize = std::size_t{8} << 20;
+    const auto held = [] {
+        const struct mallinfo2 info = mallinfo2(); // all zeros under a sanitizer, which has a heap of its own
+        return info.uordblks + info.hblkhd;
+    };
+    for (const std::string& begin : {std::string("# "), std::string("[A]\n=x\n[B]\n# ")}) {
+        const TwoFolders folders;
+        folders.mReadWrite.Write(kFile, begin + std::string(kSize, 'r'));
+        const std::size_t before = held();
+        const ezConfig config(folders.ReadOnly(), folders.ReadWrite(), kFile);
+        EXPECT_LT(held(), before + kSize / 2) << begin;
+        EXPECT_EQ(KeysOf(config, "A"), Keys());
+    }
 }
 
 TEST(Config, ANameWithANULOpensNothing) {

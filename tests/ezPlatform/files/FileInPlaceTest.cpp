@@ -14,9 +14,9 @@ namespace {
 
 /// As where the folder refuses a file beside the old one.
 void RefuseBeside(ezSystemCalls& aCalls) {
-    aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+    aCalls.mOpenAt = [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
         errno = EACCES;
-        return (aFlags & O_CREAT) != 0 ? -1 : ezSystem_Real().mOpen(aPath, aFlags, aMode);
+        return (aFlags & O_CREAT) != 0 ? -1 : ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
     };
 }
 
@@ -31,12 +31,12 @@ TEST_F(FileInPlace, WhereNoFileCanBeMadeBesideTheOldOneOnlyARefusalLeadsIntoIt) 
         sError = error;
         {
             const ReplacedSystem system([](ezSystemCalls& aCalls) {
-                aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+                aCalls.mOpenAt = [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
                     if ((aFlags & O_CREAT) != 0) {
                         errno = sError;
                         return -1;
                     }
-                    return ezSystem_Real().mOpen(aPath, aFlags, aMode);
+                    return ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
                 };
             });
             EXPECT_FALSE(Save(mPath, kNew)) << error;
@@ -47,12 +47,12 @@ TEST_F(FileInPlace, WhereNoFileCanBeMadeBesideTheOldOneOnlyARefusalLeadsIntoIt) 
         static int sError;
         sError = error;
         const ReplacedSystem system([](ezSystemCalls& aCalls) {
-            aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
+            aCalls.mOpenAt = [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
                 if ((aFlags & O_CREAT) != 0) {
                     errno = sError;
                     return -1;
                 }
-                return ezSystem_Real().mOpen(aPath, aFlags, aMode);
+                return ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
             };
         });
         const std::string text = kNew + std::to_string(error);
@@ -212,12 +212,11 @@ TEST_F(FileInPlace, WhatCannotBeKeptIsNotTouched) {
                  return result;
              };
          }},
-        {"no descriptor",
+        {"somebody else writes it in place",
          [](ezSystemCalls& aCalls) {
-             aCalls.mOpen = [](const char* aPath, int aFlags, mode_t aMode) {
-                 const bool fReads = (aFlags & O_ACCMODE) == O_RDONLY;
-                 errno = fReads ? EMFILE : EACCES;
-                 return fReads || (aFlags & O_CREAT) != 0 ? -1 : ezSystem_Real().mOpen(aPath, aFlags, aMode);
+             aCalls.mFLock = [](int, int) {
+                 errno = EWOULDBLOCK;
+                 return -1;
              };
          }},
     };
@@ -263,5 +262,47 @@ TEST_F(FileInPlace, AFileThatMayNotBeReadIsWrittenWithoutAWayBack) {
     EXPECT_EQ(InUnprivilegedChild([&] { return Save(mPath, kNew) ? 42 : 1; }), 42);
     ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
     EXPECT_EQ(ContentAt(mPath), kNew);
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
+}
+
+TEST_F(FileInPlace, OfTwoAtOnceTheSecondIsRefusedAndNothingIsMixed) {
+    const ReplacedSystem system(RefuseBeside);
+    ezFile first;
+    ASSERT_TRUE(Create(first, mPath));
+    EXPECT_TRUE(WriteAll(first, "fir"));
+    EXPECT_FALSE(Save(mPath, "second"));
+    EXPECT_TRUE(WriteAll(first, "st"));
+    EXPECT_TRUE(first.Close());
+    EXPECT_EQ(ContentAt(mPath), "first");
+    EXPECT_TRUE(Save(mPath, "second")) << "then it may";
+    EXPECT_EQ(ContentAt(mPath), "second");
+}
+
+TEST_F(FileInPlace, WhereThereAreNoLocksItIsWrittenAllTheSame) {
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        RefuseBeside(aCalls);
+        aCalls.mFLock = [](int, int) {
+            errno = ENOLCK;
+            return -1;
+        };
+    });
+    EXPECT_TRUE(Save(mPath, kNew));
+    EXPECT_EQ(ContentAt(mPath), kNew);
+}
+
+TEST_F(FileInPlace, AnEmptiedFileIsEmpty) {
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0555), 0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0222), 0);
+    // What cannot be kept is cut off at once: nothing of it stands after what is shorter.
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  ezFile file;
+                  if (!Create(file, mPath) || file.Length() != 0) {
+                      return 1;
+                  }
+                  return file.Close() ? 42 : 2;
+              }),
+              42);
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    EXPECT_EQ(ContentAt(mPath), "");
     ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
 }

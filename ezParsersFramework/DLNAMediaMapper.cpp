@@ -13,6 +13,7 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/TextFile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -161,6 +162,26 @@ bool IsAudioOrVideo(const ezCString& aMimeType) {
            (EqualNoCase(type.substr(0, slash), "audio") || EqualNoCase(type.substr(0, slash), "video"));
 }
 
+constexpr const char* kTooLong = "longer than 1024 bytes";
+
+/// Why Set refused a line; the entry holds what it then changed.
+const char* WhyBad(const Entry& anEntry, const ezCString& aLine) {
+    if (ezCSVStringList::FromText(aLine).GetCount() < 3) {
+        return "fewer than 3 fields";
+    }
+    if (anEntry.mFileName.IsEmpty()) {
+        return "empty file name";
+    }
+    return anEntry.mMimeType.IsEmpty() ? "empty MIME type" : "empty profile";
+}
+
+void Note(DLNAMediaMapperBadLines& aLines, const DLNAMediaMapperBadLine& aLine) {
+    ++aLines.mCount;
+    if (aLines.mLines.size() < DLNAMediaMapperBadLines::kMaximumKept) {
+        aLines.mLines.push_back(aLine);
+    }
+}
+
 /// A record's place by profile name, so that a table of many profiles is not walked for each entry.
 class ProfileIndex {
 public:
@@ -225,10 +246,11 @@ ezPathName DLNAMediaMapper::GetPath(const ezCString& aFolder, const ezCString& a
 }
 
 ezError DLNAMediaMapper::Load() {
+    mSkippedLines = DLNAMediaMapperBadLines();
     if (!mMediaMapperPathNameRW.FileExists()) {
         ezLog_F(EZLOGLEVEL_INFO, "Copying read-only media mapper file from '%s' to '%s'\n",
                 mMediaMapperPathNameRO.GetFullPath().c_str(), mMediaMapperPathNameRW.GetFullPath().c_str());
-        const ezError loaded = LoadFile(mMediaMapperPathNameRO);
+        const ezError loaded = LoadInto(mMediaMapperPathNameRO, true);
         if (loaded.IsError()) {
             ezLog_F(EZLOGLEVEL_ERROR, "Failed copying media mapper file%s\n", loaded.ToString());
         } else {
@@ -238,11 +260,29 @@ ezError DLNAMediaMapper::Load() {
             }
         }
     }
+    // Before it is read: what is written meanwhile counts as a change.
+    const ezFileState state(mMediaMapperPathNameRW.GetFullPath());
     // On top of what the copy has loaded: after a first run every line is held twice.
-    return LoadFile(mMediaMapperPathNameRW);
+    const ezError loaded = LoadInto(mMediaMapperPathNameRW, false);
+    if (loaded.IsError()) {
+        mSkippedLines = DLNAMediaMapperBadLines();
+    } else {
+        mLoadedState = state;
+    }
+    return loaded;
+}
+
+bool DLNAMediaMapper::HasChangedSinceLoad() const {
+    const ezFileState state(mMediaMapperPathNameRW.GetFullPath());
+    return state != mLoadedState;
 }
 
 ezError DLNAMediaMapper::LoadFile(const ezPathName& aPath) {
+    mSkippedLines = DLNAMediaMapperBadLines();
+    return LoadInto(aPath, false);
+}
+
+ezError DLNAMediaMapper::LoadInto(const ezPathName& aPath, bool afReadOnly) {
     ezTextFile file(aPath.GetFullPath(), kMaximumLineLength);
     if (!file.IsOpened()) {
         return FileError(kErrorOpening, "Unable to open media mapper file: '", aPath);
@@ -250,14 +290,16 @@ ezError DLNAMediaMapper::LoadFile(const ezPathName& aPath) {
     ezCString line;
     bool fCut = false;
     std::vector<std::unique_ptr<Entry>> loaded;
-    while (file.NextLine(&line, &fCut)) {
+    for (std::size_t number = 1; file.NextLine(&line, &fCut); ++number) {
         const ezCString text = line.TrimLeftRight();
-        if (fCut || text.IsEmpty() || text.View().front() == '#') {
-            continue;
+        if (text.IsEmpty() || text.View().front() == '#') {
+            continue; // a remark may be as long as it likes
         }
         std::unique_ptr<Entry> entry = std::make_unique<Entry>();
-        if (entry->Set(text)) {
+        if (!fCut && entry->Set(text)) {
             loaded.push_back(std::move(entry));
+        } else {
+            Note(mSkippedLines, {number, fCut ? kTooLong : WhyBad(*entry, text), afReadOnly});
         }
     }
     if (file.HasFailed()) {
@@ -286,9 +328,15 @@ ezError DLNAMediaMapper::SaveFile(const ezPathName& aPath) {
         return FileError(kErrorWriting, "Unable to write media mapper file :\n'", aPath);
     }
     mfSaved = true;
+    mTooLongLines = DLNAMediaMapperBadLines();
     ezCString text = kDLNAMediaMapper_Header;
+    const auto header = static_cast<std::size_t>(std::count(text.View().begin(), text.View().end(), '\n'));
     for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
-        text += EntryAt(mEntryArray, i)->Get();
+        const ezCString line = EntryAt(mEntryArray, i)->Get();
+        if (line.GetLength() > kMaximumLineLength) {
+            Note(mTooLongLines, {header + i + 1, kTooLong, false});
+        }
+        text += line;
         text += "\n";
     }
     ezFile file;

@@ -4,10 +4,12 @@
 
 #include "ezPlatform/base/Error.h"
 #include "ezPlatform/config/Hook.h"
+#include "ezPlatform/files/FileState.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/text/StringList.h"
 
 #include <cstddef>
+#include <vector>
 
 class DLNAMediaMapper;
 class ezMimeTypesDotIniParser;
@@ -172,6 +174,21 @@ struct DLNAMediaMapperSearchInfo {
     ezMimeTypesDotIniParser* mMimeTypesDotIniParser; ///< borrowed
 };
 
+/// A line of a media mapper file that does not count.
+struct DLNAMediaMapperBadLine {
+    std::size_t mNumber = 0;     ///< from 1
+    const char* mReason = "";    ///< in a few words, constant: "fewer than 3 fields"
+    bool mfReadOnlyFile = false; ///< it stands in the read-only file, which a first Load copies
+};
+
+/// The lines that do not count.
+struct DLNAMediaMapperBadLines {
+    static constexpr std::size_t kMaximumKept =
+        1000;                                   ///< of a file that holds nothing else, whatever its size
+    std::vector<DLNAMediaMapperBadLine> mLines; ///< in the order of the file, kMaximumKept at the most
+    std::size_t mCount = 0;                     ///< of all of them
+};
+
 /// The operator's table of DLNA facts: which media is announced how, whatever parsers find.
 ///
 /// The file comes from a read-only folder and is kept, with a "_" before its name, in a writable one: the
@@ -186,6 +203,8 @@ public:
     /// Makes the writable folder; loads nothing.
     /// @param anIniParser  knows which extensions exist; borrowed, asked by GetFileEntry and AddEntry only;
     /// without one no file is found
+    /// @param aReadOnlyFolder  where the read-only file lies; as of the next one, "" is the working folder
+    /// @param aWritableFolder  where the writable file lies, and is made
     DLNAMediaMapper(ezMimeTypesDotIniParser* anIniParser, const ezCString& aReadOnlyFolder,
                     const ezCString& aWritableFolder, const ezCString& aSubFolder,
                     const ezCString& aFileName);
@@ -197,10 +216,24 @@ public:
     /// Adds the entries of the writable file, copied from the read-only one where it does not exist yet. Code
     /// -3 when it cannot be opened or read to its end; nothing of it is taken then.
     ezError Load();
+    /// The lines that the last Load skipped: those of more than 1024 bytes, those of fewer than three fields,
+    /// and those whose file name, MIME type or profile is empty. Where that Load made the copy, those of the
+    /// read-only file come first. Empty after a Load that failed. Load itself says nothing of them.
+    const DLNAMediaMapperBadLines& GetSkippedLines() const { return mSkippedLines; }
+    /// True when the writable file is another one than the last Load found, or was written into since:
+    /// whoever edits asks before Save, and edits a table that is loaded anew. Also true when it could not be
+    /// looked at then, after a Save of this table, and before the first Load where there is a file. It goes
+    /// by the ezFileState of the file; asking and saving are two steps, so editors of one table that do not
+    /// know of each other need a lock besides.
+    bool HasChangedSinceLoad() const;
+
     /// Writes the table to the writable file, at most once a Load: a second time is the assertion "!mfSaved"
     /// and code -1; the copy of a first Load counts as one where that Load fails. Code -1 when it cannot be
     /// made or written; the file then stands as it was.
     ezError Save();
+    /// The lines that the last Save wrote longer than 1024 bytes, so that the next Load skips them. Save
+    /// itself says nothing of them. The copy of a first Load is such a save.
+    const DLNAMediaMapperBadLines& GetTooLongLines() const { return mTooLongLines; }
 
     /// The entries themselves: an array of DLNAMediaMapperEntry that it owns.
     ezArray* GetArray() { return mEntryArray; }
@@ -265,6 +298,7 @@ private:
     void BuildMergedEntryArray();
     void BuildSpecialDLNAProfileList();
     std::ptrdiff_t SearchFileName(const ezCString& aFileName) const;
+    ezError LoadInto(const ezPathName& aPath, bool afReadOnly);
 
     ezPathName mMediaMapperPathNameRO;
     ezPathName mMediaMapperPathNameRW;
@@ -275,6 +309,9 @@ private:
     ezCSVStringList mEnabledDLNAProfileInfoList = ezCSVStringList::WithSeparator(',');
     ezCSVStringList mDisabledDLNAProfileInfoList = ezCSVStringList::WithSeparator(',');
     ezCustomHashTable* mEntryArrayHashTable; ///< lower-case base names that a file brought
+    ezFileState mLoadedState;                ///< of the writable file
+    DLNAMediaMapperBadLines mSkippedLines;
+    DLNAMediaMapperBadLines mTooLongLines;
 };
 
 /// Looks a media's file name up in the table instead of reading the media.

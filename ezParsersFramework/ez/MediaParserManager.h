@@ -64,8 +64,9 @@ public:
 
     /// Takes a parser over: files it under its type and under every MIME type that it declares, gives it this
     /// manager and its environment, and deletes it in the end. A parser added twice is tried once and deleted
-    /// once. One that is added while a request runs takes part from the next look at its list on. False only
-    /// for null. A parser belongs to one manager.
+    /// once. One that is added while its list is walked, as by a parser that is being tried, is not tried
+    /// in that walk, but from the next look at the list on. False only for null. A parser belongs to one
+    /// manager.
     bool Add(ezMediaParser* aMediaParser);
 
     /// Adds the parser of the media types ini file. aParseOptions is a set of ezParseOption bits. A second

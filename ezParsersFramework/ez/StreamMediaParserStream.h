@@ -48,6 +48,8 @@ public:
     ~ezStreamMediaParserStream() override;
 
     bool Open() override;
+    /// A second call, without an Open in between, does not unregister the callback again: the stream may be
+    /// gone by then, or another adapter's.
     void Close() override;
     void CopyInfo(ezMediaInfo* anInfo) override;
 

@@ -232,8 +232,9 @@ TEST(MapperFaults, LoadReadsTheWholeTableOrTellsThatItCannot) {
                     {SystemCall::FStat, "1: " + refused, "1: " + refused},
                     {SystemCall::PRead, "1-2: " + refused, "1-2: " + refused},
                     {SystemCall::Close, "1: " + good, "1: " + good},
-                    // The second one asks whether the table is there: what cannot be looked at is.
-                    {SystemCall::Stat, "1: " + noFolder + "2: " + good, "1: " + noFolder + "2: " + good},
+                    // The second one asks whether the table is there: what cannot be looked at is. The third
+                    // notes what it is like.
+                    {SystemCall::Stat, "1: " + noFolder + "2-3: " + good, "1: " + noFolder + "2-3: " + good},
                     {SystemCall::Mkdir, mkdirs + good, mkdirs + good}});
 }
 
@@ -248,7 +249,7 @@ TEST(MapperFaults, FirstStartCopiesTheWholeTableOrNothing) {
     const std::string opens =
         "1: " + noFactory + "2-4: " + notCreated + "5: " + notWritten + "6: " + notReadBack;
     const std::string preads = "1-2: " + noFactory + "3-4: " + notReadBack;
-    const std::string stats = "1: " + noFolder + "2: " + kNotOpened + ": \n";
+    const std::string stats = "1: " + noFolder + "2: " + kNotOpened + ": \n3: " + good;
     ExpectOutcomes(
         LoadFirst,
         {{SystemCall::Open, opens, opens},

@@ -419,6 +419,7 @@ TEST(MapperSave, WritesTheTableAnewAndSaysWhatItDoesNotKeep) {
     const ProgramResult result = setup.Mapper({"save"});
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "ezannounce: " + setup.Writable() +
+                                 ":2: fewer than 3 fields: skipped\nezannounce: " + setup.Writable() +
                                  ": lines that this save does not keep as they were: 2 (\"mapper check\" "
                                  "names them beforehand)\n");
     EXPECT_EQ(result.mOut, "saved " + setup.Writable() + ", entries: 2\n");

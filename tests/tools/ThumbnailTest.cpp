@@ -357,10 +357,14 @@ TEST_F(ThumbnailTool, TheCacheLiesWhereCachesOfAPersonLie) {
         EXPECT_EQ(status.st_mode & 0777U, 0700U) << made;
     }
 
-    const ProgramResult nowhere = run("XDG_CACHE_HOME", "HOME");
-    EXPECT_EQ(nowhere.mStatus, 2);
-    EXPECT_EQ(nowhere.mError, "ezannounce: thumbnail: no folder for the cache: neither XDG_CACHE_HOME nor "
-                              "HOME is set; --cache names one\n");
+    for (const char* none : {"HOME", "HOME=", "HOME=relative", "HOME=./home"}) {
+        const ProgramResult nowhere = run("XDG_CACHE_HOME", none);
+        EXPECT_EQ(nowhere.mStatus, 2) << none;
+        EXPECT_EQ(nowhere.mError, "ezannounce: thumbnail: no folder for the cache: neither XDG_CACHE_HOME nor "
+                                  "HOME is an absolute path; --cache names one\n");
+    }
+    EXPECT_FALSE(std::filesystem::exists(mFolder.Path("relative")));
+    EXPECT_FALSE(std::filesystem::exists(mFolder.Path("home/.cache")));
 }
 
 TEST_F(ThumbnailTool, ACacheThatCannotBeUsedIsNamed) {

@@ -29,8 +29,8 @@ std::string FindCacheFolder(const ThumbnailOptions& anOptions) {
     std::string caches = FromEnvironment("XDG_CACHE_HOME");
     if (caches.empty() || caches.front() != '/') {
         const std::string home = FromEnvironment("HOME");
-        if (home.empty()) {
-            return {};
+        if (home.empty() || home.front() != '/') {
+            return {}; // a relative one would lead somewhere else from each folder
         }
         caches = home + "/.cache";
     }

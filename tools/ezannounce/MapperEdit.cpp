@@ -107,8 +107,8 @@ void Switch(const Arguments& anArguments, DLNAProfileEntry& aRecord) {
     }
 }
 
-/// Merges the records back and says which entries that changed; false when none.
-bool MergeBack(DLNAMediaMapper& aMapper, const AskedRecords& aRecords, Console& aConsole) {
+/// Merges the records back. Which entries that changed, a line each; "" when none.
+std::string MergeBack(DLNAMediaMapper& aMapper, const AskedRecords& aRecords) {
     const std::vector<Entry*> entries = EntriesOf(aMapper);
     std::vector<Switches> old;
     old.reserve(entries.size());
@@ -116,16 +116,17 @@ bool MergeBack(DLNAMediaMapper& aMapper, const AskedRecords& aRecords, Console& 
         old.push_back(SwitchesOf(*entry));
     }
     if (!aMapper.MergeBackProfileArray(aRecords.Get(), nullptr)) {
-        return false;
+        return {};
     }
+    std::string lines;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string difference = Difference(old[i], SwitchesOf(*entries[i]));
         if (!difference.empty()) {
-            aConsole.Print(ForTerminal(entries[i]->mFileName.View()) + " (" +
-                           ForTerminal(entries[i]->mProfile.View()) + "): " + difference + "\n");
+            lines += ForTerminal(entries[i]->mFileName.View()) + " (" +
+                     ForTerminal(entries[i]->mProfile.View()) + "): " + difference + "\n";
         }
     }
-    return true;
+    return lines;
 }
 
 /// Play speeds of a profile are announced only for entries that list some and have them on themselves.
@@ -150,6 +151,7 @@ int Save(DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole) 
         aConsole.Error(aPath, OneLine(error));
         return kExitSomeFailed;
     }
+    TellTooLong(aMapper, aPath, aConsole);
     aConsole.Print("saved " + ForTerminal(aPath) + ", entries: " + std::to_string(EntriesOf(aMapper).size()) +
                    "\n");
     return kExitSuccess;
@@ -157,10 +159,10 @@ int Save(DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole) 
 
 } // namespace
 
-int EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMapper, const std::string& aPath,
-               Console& aConsole) {
+std::optional<int> EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMapper,
+                              const std::string& aPath, Console& aConsole) {
     if (anArguments.mMapperVerb == MapperVerb::Save) {
-        return Save(aMapper, aPath, aConsole);
+        return aMapper.HasChangedSinceLoad() ? std::nullopt : std::optional(Save(aMapper, aPath, aConsole));
     }
     const AskedRecords records(aMapper, anArguments.mOperands);
     bool fRefused = false;
@@ -177,13 +179,17 @@ int EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMapper, const std
     for (const std::string& profile : anArguments.mOperands) {
         Switch(anArguments, *records.Find(profile));
     }
-    const bool fChanged = MergeBack(aMapper, records, aConsole);
+    const std::string changes = MergeBack(aMapper, records);
+    if (aMapper.HasChangedSinceLoad()) {
+        return std::nullopt;
+    }
+    aConsole.Print(changes);
     if (anArguments.mMapperVerb == MapperVerb::Speeds && anArguments.mfSpeedsOn) {
         for (const std::string& profile : anArguments.mOperands) {
             TellSilentSpeeds(aMapper, profile, aConsole);
         }
     }
-    if (!fChanged) {
+    if (changes.empty()) {
         aConsole.Print("nothing changed, nothing saved\n");
         return kExitSuccess;
     }

@@ -32,7 +32,32 @@ std::unique_ptr<DLNAMediaMapper> NewMapper(const ConfigFolders& aFolders,
                                              ezCString(aFolders.mReadWrite), "", kFileName);
 }
 
+/// Says which lines do not count, and why: those of the read-only file, or those of the other.
+void TellLines(const DLNAMediaMapperBadLines& aLines, bool afReadOnly, const std::string& aPath,
+               const char* aWhat, Console& aConsole) {
+    constexpr std::size_t kMaximumTold = 10;
+    std::size_t told = 0;
+    for (const DLNAMediaMapperBadLine& line : aLines.mLines) {
+        if (line.mfReadOnlyFile == afReadOnly && told++ < kMaximumTold) {
+            aConsole.Error(aPath + ":" + std::to_string(line.mNumber), std::string(line.mReason) + aWhat);
+        }
+    }
+    if (told > kMaximumTold) {
+        aConsole.Error(aPath, "more such lines; \"mapper check\" names all of them");
+    }
+}
+
+void TellSkipped(const DLNAMediaMapper& aMapper, bool afReadOnly, const std::string& aPath,
+                 Console& aConsole) {
+    TellLines(aMapper.GetSkippedLines(), afReadOnly, aPath, ": skipped", aConsole);
+}
+
 } // namespace
+
+void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole) {
+    TellLines(aMapper.GetTooLongLines(), false, aPath, " as it is saved: skipped from the next load on",
+              aConsole);
+}
 
 MapperFiles FindMapperFiles(const ConfigFolders& aFolders) {
     const ezPathName readOnly = PathIn(aFolders.mReadOnly, kFileName);
@@ -58,6 +83,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
             aConsole.Error(kFileName, OneLine(error));
             return nullptr;
         }
+        TellSkipped(*mapper, false, fFirstLoad ? files.mReadOnly : files.mWritable, aConsole);
         return mapper;
     }
     if (fFirstLoad) {
@@ -66,6 +92,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
     std::unique_ptr<DLNAMediaMapper> mapper = NewMapper(aFolders, anIniParser);
     ezError error = mapper->Load();
     if (!error.IsError() && fFirstLoad) {
+        TellSkipped(*mapper, true, files.mReadOnly, aConsole); // which are not in the copy
         // The table that made the copy holds every line twice, and a save of it would make that permanent. A
         // fresh one holds what the copy holds.
         mapper = NewMapper(aFolders, anIniParser);
@@ -75,6 +102,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
         aConsole.Error(kFileName, OneLine(error));
         return nullptr;
     }
+    TellSkipped(*mapper, false, files.mWritable, aConsole);
     return mapper;
 }
 

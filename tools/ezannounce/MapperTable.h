@@ -23,11 +23,15 @@ MapperFiles FindMapperFiles(const ConfigFolders& aFolders);
 /// The table as a server with these folders has it from its second start on: every line once. Says beforehand
 /// when the load will copy the read-only file. With afNoCopy nothing is copied and no folder made: where
 /// there is no writable file yet, the read-only one itself is presented. Null, after an error line, when
-/// there is no file or it cannot be read.
+/// there is no file or it cannot be read. Says which lines were skipped.
 /// @param anIniParser  borrowed, outlives the table; may be null where no file is looked up
 std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
                                             ezMimeTypesDotIniParser* anIniParser, bool afNoCopy,
                                             Console& aConsole);
+
+/// Says which lines the last save of a table made longer than can be read back.
+/// @param aPath  of the file that it wrote
+void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole);
 
 /// The entries in table order, lent.
 std::vector<DLNAMediaMapperEntry*> EntriesOf(DLNAMediaMapper& aMapper);

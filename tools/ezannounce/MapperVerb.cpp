@@ -7,12 +7,16 @@
 #include "MapperCheck.h"
 #include "MapperEdit.h"
 #include "MapperFacts.h"
+#include "MapperLock.h"
 #include "MapperTable.h"
 #include "SafeText.h"
 #include "Unreadable.h"
 
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
+#include "ezPlatform/files/Dir.h"
+
+#include <optional>
 
 namespace {
 
@@ -122,23 +126,48 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
     return check.mFindings.empty() ? kExitSuccess : kExitSomeFailed;
 }
 
+/// Edits one after the other with whoever else edits with this tool. Who writes the file without the lock, as
+/// a server may, does it between a load and a save of ours at times; then the edit is made again.
+int RunEdit(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
+    constexpr int kMaximumTries = 10;
+    const MapperFiles files = FindMapperFiles(aFolders);
+    std::optional<MapperLock> lock;
+    if (files.mfReadOnlyExists || files.mfWritableExists) {
+        ezDir_CreateRecursively(ezPathName::MakeDirPath(ezCString(aFolders.mReadWrite)).GetFullPath());
+        lock.emplace(files.mWritable);
+        if (!lock->GetReason().empty()) {
+            aConsole.Error(files.mWritable, lock->GetReason());
+            return kExitSomeFailed;
+        }
+    }
+    for (int tries = 0; tries < kMaximumTries; ++tries) {
+        const std::unique_ptr<DLNAMediaMapper> mapper =
+            OpenMapper(aFolders, nullptr, anArguments.mfNoCopy, aConsole);
+        if (mapper == nullptr) {
+            return kExitSomeFailed;
+        }
+        if (const std::optional<int> status = EditMapper(anArguments, *mapper, files.mWritable, aConsole)) {
+            return *status;
+        }
+    }
+    aConsole.Error(files.mWritable, "somebody else writes it again and again");
+    return kExitSomeFailed;
+}
+
 } // namespace
 
 int RunMapper(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
     if (anArguments.mMapperVerb == MapperVerb::Check) {
         return RunCheck(anArguments, aFolders, aConsole);
     }
+    const bool fLists = anArguments.mMapperVerb == MapperVerb::List;
+    if (!fLists && anArguments.mMapperVerb != MapperVerb::Profiles) {
+        return RunEdit(anArguments, aFolders, aConsole);
+    }
     const std::unique_ptr<DLNAMediaMapper> mapper =
         OpenMapper(aFolders, nullptr, anArguments.mfNoCopy, aConsole);
     if (mapper == nullptr) {
         return kExitSomeFailed;
     }
-    switch (anArguments.mMapperVerb) {
-    case MapperVerb::List:
-        return RunList(anArguments, *mapper, aConsole);
-    case MapperVerb::Profiles:
-        return RunProfiles(anArguments, *mapper, aConsole);
-    default:
-        return EditMapper(anArguments, *mapper, FindMapperFiles(aFolders).mWritable, aConsole);
-    }
+    return fLists ? RunList(anArguments, *mapper, aConsole) : RunProfiles(anArguments, *mapper, aConsole);
 }

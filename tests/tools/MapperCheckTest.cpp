@@ -217,20 +217,30 @@ TEST(MapperCheck, RefusesAFileThatDoesNotEnd) {
 }
 
 TEST(MapperCheck, CountsTheFindingsThatItDoesNotName) {
-    std::string speeds = "x";
-    for (int i = 0; i < 300; ++i) {
-        speeds += "\\,x";
-    }
     std::string text;
-    for (int i = 0; i < 1000; ++i) {
-        text += std::to_string(i) + ".mpg,video/mpeg,P,," + speeds + "\n";
+    for (int i = 0; i < 20000; ++i) {
+        text +=
+            std::to_string(i) + ".mpg,video/mpeg,P,,a\\,b\\,c\\,d\\,e\\,f\\,g\\,h\\,i\\,j\\,k\\,l\\,m\\,n\n";
     }
     const TemporaryFolder folder;
     MapperCheck check;
     ASSERT_TRUE(CheckMapperFile(folder.Write("table.txt", text), check));
     EXPECT_EQ(check.mFindings.size(), kMapperCheck_MaxFindings);
-    EXPECT_EQ(check.mUnnamedCount, 301'000 - kMapperCheck_MaxFindings);
-    EXPECT_EQ(check.mLostLineCount, 1000U);
+    EXPECT_EQ(check.mUnnamedCount, 20'000 * 14 - kMapperCheck_MaxFindings);
+    EXPECT_EQ(check.mLostLineCount, 20'000U);
+}
+
+TEST(MapperCheck, NamesSixteenOfTheSpeedsThatALineLoses) {
+    std::string speeds = "x";
+    for (int i = 1; i < 16; ++i) {
+        speeds += "\\,x";
+    }
+    Lines findings(16, "1: play speed 'x' is dropped: not a non-zero integer or fraction other than 1");
+    findings.emplace_back(" entries: 1, findings: 16");
+    EXPECT_EQ(FindingsIn("a.mpg,video/mpeg,P,," + speeds + "\n"), findings);
+    findings.back() = "1: play speeds that are dropped besides: 2";
+    findings.emplace_back(" entries: 1, findings: 17");
+    EXPECT_EQ(FindingsIn("a.mpg,video/mpeg,P,," + speeds + "\\,y\\,z\n"), findings);
 }
 
 TEST(MapperCheck, RepeatsOfLongNamesTheirBeginning) {

@@ -16,7 +16,7 @@ struct MapperFinding {
 inline constexpr std::uint64_t kMapperCheck_MaxBytes = std::uint64_t{64} << 20;
 /// Lines that it checks. Of each it keeps a few hundred bytes at the most.
 inline constexpr std::size_t kMapperCheck_MaxLines = 250'000;
-/// Findings that it names; a line of play speeds may have hundreds. The others are counted.
+/// Findings that it names; a line may have some thirty. The others are counted.
 inline constexpr std::size_t kMapperCheck_MaxFindings = 250'000;
 
 struct MapperCheck {

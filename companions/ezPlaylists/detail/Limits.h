@@ -16,7 +16,7 @@ inline constexpr std::size_t kPlaylist_MaxLine = std::size_t{64} * 1024;
 inline constexpr std::size_t kPlaylist_MaxSkippedLine = std::size_t{1024} * 1024;
 
 /// Bytes of a playlist that is read line by line; what stands behind them is not read. Half a million entries
-/// with long names, and little enough that one request over a local file ends in a second.
+/// with long names, and so little that one request over a file without end is over soon.
 inline constexpr std::uint64_t kPlaylist_MaxBytes = std::uint64_t{64} * 1024 * 1024;
 
 /// Bytes of one text of a document with markup, which is read as a whole: a longer one counts as absent. What

@@ -66,10 +66,13 @@ void WalkAndFetch(const std::string& aText, std::size_t aSize) {
     Require(reader.FetchEntryAtIndex(static_cast<uint32>(aSize - 1), &last), "the last is there");
 }
 
-/// How the cost of an entry grows in what a stranger made to be costly.
+/// An entry of what a stranger made to be costly, and how its cost grows.
 template <typename Reader>
 void PrintAttack(const std::string& aKey, std::string (*aText)(std::size_t)) {
-    Instructions_PrintGrowth("playlist." + aKey, {1000, 4000, 16000}, [&](std::size_t aSize) {
+    constexpr std::size_t kSmallest = 1000;
+    const std::string smallest = aText(kSmallest);
+    Instructions_PrintOf("playlist." + aKey, kSmallest, [&] { WalkAndFetch<Reader>(smallest, kSmallest); });
+    Instructions_PrintGrowth("playlist." + aKey, {kSmallest, 4000, 16000}, [&](std::size_t aSize) {
         const std::string text = aText(aSize);
         return Instructions_OfUnit(aSize, [&] { WalkAndFetch<Reader>(text, aSize); });
     });

@@ -250,6 +250,8 @@ TEST(JPEGParser, FillAndJunkBetweenSegmentsAreReadOver) {
               "320");
     EXPECT_EQ(ValueOf(Parsed(JPEG({}, std::string("\xFF\x01\xFF\xD3", 4))), "wi"), "320"); // stand alone
     EXPECT_EQ(ValueOf(Parsed(JPEG({}, std::string(4096, 'j'))), "wi"), "320");
+    EXPECT_EQ(Refusal(JPEG({}, std::string(4097, 'j'))),
+              "JPEGParser: limit: more than 4096 bytes between segments");
     for (const char byte : {'j', '\xFF', '\0'}) {
         EXPECT_EQ(Refusal(JPEG({}, JFIF() + std::string(5000, byte))),
                   "JPEGParser: limit: more than 4096 bytes between segments");

@@ -52,7 +52,8 @@ void Keep(const Field& aField, std::string_view aBytes, TextEncoding anEncoding,
 
 /// A text frame: its encoding, and the text. What states no encoding there is begins with its first letter.
 void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, MusicTexts& aTexts) {
-    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Latin1, TextEncoding::Utf16,
+    // Who writes "Latin-1" means what his system has, which is UTF-8 today.
+    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Utf8OrLatin1, TextEncoding::Utf16,
                                                         TextEncoding::Utf16Big, TextEncoding::Utf8};
     const std::string bytes = ReadTextBytes(aBody);
     if (bytes.empty()) {

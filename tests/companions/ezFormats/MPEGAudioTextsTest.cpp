@@ -56,6 +56,11 @@ TEST(MPEGAudioTexts, EveryEncodingIsRead) {
     EXPECT_EQ(Title23("\1\xFE\xFF\0G\0r\0\xFC\0\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
     EXPECT_EQ(Title24("\2\0G\0r\0\xFC\0\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");
     EXPECT_EQ(Title24("\3Gr\xC3\xBC\xC3\x9F"s), "Gr\xC3\xBC\xC3\x9F|||");
+    // What is UTF-8 was not meant as Latin-1, whatever is stated; and in Latin-1 it is Windows-1252.
+    EXPECT_EQ(Title23("\0Gr\xC3\xBC\xC3\x9F"s), "Gr\xC3\xBC\xC3\x9F|||");
+    EXPECT_EQ(Title23("\0\x80 \xFC"s), "\xE2\x82\xAC \xC3\xBC|||");
+    EXPECT_EQ(Texts(Song() + ID3v1("Gr\xC3\xBC\xC3\x9F", "Gr\xFC\xDF", "", 255)),
+              "Gr\xC3\xBC\xC3\x9F|Gr\xC3\xBC\xC3\x9F||");
     // What no version has: an encoding of another kind, and none at all.
     EXPECT_EQ(Title24("\7Gr\xC3\xBC\xC3\x9F"s), "Gr\xC3\xBC\xC3\x9F|||");
     EXPECT_EQ(Title23("Gr\xFC\xDF"s), "Gr\xC3\xBC\xC3\x9F|||");

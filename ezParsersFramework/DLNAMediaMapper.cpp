@@ -82,12 +82,13 @@ struct SplitName {
     std::string_view mExtension;
 };
 
+/// From the end on: the names of a table often begin alike, as those of a series do.
 bool EqualNoCase(std::string_view aLeft, std::string_view aRight) {
     if (aLeft.size() != aRight.size()) {
         return false;
     }
-    for (std::size_t i = 0; i < aLeft.size(); ++i) {
-        if (ezLower(aLeft[i]) != ezLower(aRight[i])) {
+    for (std::size_t i = aLeft.size(); i > 0; --i) {
+        if (ezLower(aLeft[i - 1]) != ezLower(aRight[i - 1])) {
             return false;
         }
     }

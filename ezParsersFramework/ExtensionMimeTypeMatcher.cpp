@@ -6,6 +6,7 @@
 #include "ezPlatform/containers/HashTable.h"
 #include "ezPlatform/containers/Items.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -300,10 +301,8 @@ ezCSVStringList ExtensionMimeTypeMatcher::ExtensionToExtensionList(const ezCStri
 }
 
 bool ExtensionMimeTypeMatcher::IsExcludedEntry(ExtensionMimeTypeMatcherEntry* anEntry) {
-    for (const Entry* entry : ezItems<Entry>(mExcludedEntries)) {
-        if (entry == anEntry) {
-            return true;
-        }
-    }
-    return false;
+    // Asked at every request, of a list that may be long.
+    const void* const* const first = ezPtrList_GetAt(mExcludedEntries, 0);
+    const void* const* const end = first + ezPtrList_GetCount(mExcludedEntries);
+    return std::find(first, end, anEntry) != end;
 }

@@ -94,6 +94,9 @@ inline bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
     if (anIndex == mEntries.size() || GetSorted(anIndex).mStart != aKey.mStart) {
         return false;
     }
+    if (!aKey.IsLong()) {
+        return true;
+    }
     const ezCString& text = GetSorted(anIndex).mText;
     return text.View().substr(0, RestOfKey(aKey.mStart, text)) == aKey.mRest;
 }
@@ -106,14 +109,16 @@ inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOve
     if (mEntries.empty()) {
         mEntries.reserve(kUsualEntryCount);
     }
-    mEntries.push_back(Entry{aKey.mStart, 0, 0, 0U, ezCString()});
+    Entry& entry = mEntries.emplace_back(); // made where it stays
     const std::size_t last = mEntries.size() - 1;
+    Entry* const sorted = mEntries.data();
     for (std::size_t i = last; i > at; --i) { // numbers move here, and no texts
-        mEntries[i].mPlace = mEntries[i - 1].mPlace;
+        sorted[i].mPlace = sorted[i - 1].mPlace;
     }
-    mEntries[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
+    sorted[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
+    entry.mStart = aKey.mStart;
     mStarts.Set(last, aKey.mStart);
-    return &mEntries[last];
+    return &entry;
 }
 
 inline void ezMediaInfo::Erase(std::size_t anIndex) {
@@ -230,15 +235,17 @@ uint32 ezMediaInfo::GetUInt32(const char* aKey, uint32 aDefault) const {
 }
 
 ezuint64 ezMediaInfo::GetUInt64(const char* aKey, const ezuint64& aDefault) const {
-    const Entry* entry = Find(aKey);
-    if (entry == nullptr) {
+    const Key key(aKey);
+    const std::size_t at = LowerBound(key);
+    if (!IsAt(at, key)) {
         return aDefault;
     }
-    if (entry->mfNumber != 0) {
-        return entry->mNumber;
+    const Entry& entry = GetSorted(at);
+    if (entry.mfNumber != 0) {
+        return entry.mNumber;
     }
     std::uint64_t value = 0;
-    return ezReadDecimal(ValueOf(entry->mStart, entry->mText), &value) ? ezuint64(value) : aDefault;
+    return ezReadDecimal(ValueOf(entry.mStart, entry.mText), &value) ? ezuint64(value) : aDefault;
 }
 
 bool ezMediaInfo::IsNumber(const char* aKey) const {

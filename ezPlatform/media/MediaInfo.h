@@ -55,12 +55,12 @@ inline constexpr const char* kezInfo_PictureProcess = "pr";
 /// "CMYK", "RGB", "RGBA", "grey-alpha", "palette".
 inline constexpr const char* kezInfo_PictureColours = "cr";
 inline constexpr const char* kezInfo_PictureBitDepth = "cd"; ///< bits of a sample or of a palette index
-/// How the stored picture of a photo or of a film is turned or mirrored to be shown, when it is: 2 to 8 as Exif
-/// numbers it. 6 is a quarter turn clockwise, 3 half a turn, 8 a quarter turn the other way; 2, 4, 5 and 7 are
-/// mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.
+/// How the stored picture of a photo or of a film is turned or mirrored to be shown, when it is: 2 to 8 as
+/// Exif numbers it. 6 is a quarter turn clockwise, 3 half a turn, 8 a quarter turn the other way; 2, 4, 5 and
+/// 7 are mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.
 inline constexpr const char* kezInfo_Orientation = "ud";
-/// Where the duration is from: "header", "counted" (the frames of the whole file were), or "estimate: " and
-/// how.
+/// Where the duration is from: "header", "counted" (the frames of the whole file were), "constant rate" (the
+/// size by a rate that all places of the file confirm), or "estimate: " and how.
 inline constexpr const char* kezInfo_DurationMethod = "md";
 /// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
 /// whole seconds of kezInfo_Duration.

@@ -15,7 +15,8 @@ double EqualLinesCost(std::size_t aLines) {
     const std::string path = folder.Write("table.txt", text);
     return Instructions_OfUnit(aLines, [&] {
         MapperCheck check;
-        Require(CheckMapperFile(path, check) && check.mFindings.size() == aLines - 1, "the lines are checked");
+        Require(CheckMapperFile(path, check) && check.mFindings.size() == aLines - 1,
+                "the lines are checked");
     });
 }
 

@@ -69,7 +69,8 @@ private:
 std::string StateOfCandidates(const std::vector<ezCString>& aPaths) {
     std::string states;
     for (const ezCString& path : aPaths) {
-        states.append(path.View()).append(1, '\0').append(ezFileState(path).ToIdentity().View()).append(1, '\0');
+        const ezCString state = ezFileState(path).ToIdentity();
+        states.append(path.View()).append(1, '\0').append(state.View()).append(1, '\0');
     }
     return states;
 }

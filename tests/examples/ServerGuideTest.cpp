@@ -1,6 +1,7 @@
 #include "support/Guide.h"
 #include "support/HttpServer.h"
 #include "support/RunProgram.h"
+#include "support/Settled.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -217,6 +218,7 @@ TEST(ServerGuide, Step6MakesAThumbnailAndThenTakesItFromTheCache) {
     const std::string out = folder.Path("out.jpg");
     const std::string photo = folder.Write("photo.jpg", ReadWholeFile(kSamples + "/pictures/harbour.jpg"));
     const Words arguments = {kSamples, folder.Path("cache"), photo, out};
+    WaitUntilSettled(folder.GetPath()); // or nothing would come from the cache
     EXPECT_EQ(LinesOfStep("6-thumbnails", arguments),
               Words{photo + ": http-get:*:image/jpeg:DLNA.ORG_PN=JPEG_TN;DLNA.ORG_OP=01;DLNA.ORG_CI=1;"
                             "DLNA.ORG_FLAGS=04F00000000000000000000000000000"});

@@ -30,10 +30,46 @@ bool IsBlank(char aCharacter) {
     return kBlanks.find(aCharacter) != std::string_view::npos;
 }
 
-bool IsNameCharacter(char aCharacter) {
+/// XML 1.0, section 2.3. Nearly every character beyond ASCII may stand in a name, and so all count.
+bool BeginsName(char aCharacter) {
     const char lower = ezLower(aCharacter);
-    return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') || lower == ':' || lower == '_' ||
-           lower == '-' || lower == '.';
+    return (lower >= 'a' && lower <= 'z') || lower == ':' || lower == '_' ||
+           static_cast<unsigned char>(lower) >= 0x80;
+}
+
+bool IsNameCharacter(char aCharacter) {
+    return BeginsName(aCharacter) || (aCharacter >= '0' && aCharacter <= '9') || aCharacter == '-' ||
+           aCharacter == '.';
+}
+
+/// What in a document type stands for itself, whatever it holds.
+struct Quoted {
+    std::string_view mBegin;
+    std::string_view mEnd;
+};
+constexpr std::array<Quoted, 4> kQuoted = {{{"\"", "\""}, {"'", "'"}, {"<!--", "-->"}, {"<?", "?>"}}};
+
+/// Past the ">" of the document type that a text begins with, and the declarations between its brackets; npos
+/// when it does not end.
+std::size_t EndOfDocumentType(std::string_view aText) {
+    bool fInBrackets = false;
+    std::size_t at = 0;
+    while (at < aText.size()) {
+        const auto* quoted = std::find_if(kQuoted.begin(), kQuoted.end(), [&](const Quoted& aQuoted) {
+            return aText.substr(at, aQuoted.mBegin.size()) == aQuoted.mBegin;
+        });
+        if (quoted != kQuoted.end()) {
+            const std::size_t end = aText.find(quoted->mEnd, at + quoted->mBegin.size());
+            at = end != std::string_view::npos ? end + quoted->mEnd.size() : end;
+            continue;
+        }
+        const char character = aText[at++];
+        if (character == '>' && !fInBrackets) {
+            return at;
+        }
+        fInBrackets = character == '[' || (fInBrackets && character != ']');
+    }
+    return std::string_view::npos;
 }
 
 /// A name for comparing.
@@ -120,8 +156,7 @@ bool MarkupScanner::Next(MarkupPiece& aPiece) {
     if (LooksAt("<![CDATA[")) {
         return TakeSection(aPiece);
     }
-    const char second = ezLower(At(mAt + 1));
-    if (mText[mAt] == '<' && ((second >= 'a' && second <= 'z') || second == '/')) {
+    if (mText[mAt] == '<' && (BeginsName(At(mAt + 1)) || At(mAt + 1) == '/')) {
         return TakeTag(aPiece);
     }
     // The first character may be a "<" that begins nothing.
@@ -140,13 +175,28 @@ bool MarkupScanner::PassOver() {
     } else if (LooksAt("<?")) {
         end = "?>";
     } else if (LooksAt("<!") && !LooksAt("<![CDATA[")) {
-        end = ">"; // the rest of a declaration in brackets is then text outside of every entry
+        if (PassOverType()) {
+            return true;
+        }
+        end = ">";
     } else {
         return false;
     }
     const std::size_t found = mText.find(end, mAt + 2);
     mAt = found == std::string_view::npos ? mText.size() : found + end.size();
     return true;
+}
+
+/// Passes over the document type, of which there is one. False when this is none that ends.
+bool MarkupScanner::PassOverType() {
+    constexpr std::string_view kStart = "<!DOCTYPE";
+    if (mfTypeMet || !LooksAt(kStart)) {
+        return false;
+    }
+    mfTypeMet = true; // looked for once, as the look for its end may go over the whole text
+    const std::size_t end = EndOfDocumentType(mText.substr(mAt + kStart.size()));
+    mAt = end != std::string_view::npos ? mAt + kStart.size() + end : mAt;
+    return end != std::string_view::npos;
 }
 
 bool MarkupScanner::TakeSection(MarkupPiece& aPiece) {

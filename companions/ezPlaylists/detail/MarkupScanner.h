@@ -30,7 +30,7 @@ struct MarkupPiece {
 /// entities declared in them included: besides the five that XML knows and the numbers of characters an
 /// entity stands for itself. Walks once over the text, keeps nothing of it and cannot fail; a tag or section
 /// that does not end before the text does is the end. A text or value of more than kPlaylist_MaxText bytes is
-/// given as an empty one, as no part of it would mean the same. The "/" of "/>" behind an unquoted value ends
+/// given as an empty one, as no part of it would mean the same. The "/" of "/>" after an unquoted value ends
 /// the tag, and belongs to the value as well where that is a URL whose last part has no dot ("http://h/a/").
 class MarkupScanner {
 public:
@@ -42,6 +42,7 @@ public:
 
 private:
     bool PassOver();
+    bool PassOverType();
     bool TakeSection(MarkupPiece& aPiece);
     bool TakeTag(MarkupPiece& aPiece);
     bool TakeAttributes(MarkupPiece& aPiece);
@@ -52,6 +53,7 @@ private:
 
     std::string_view mText;
     std::size_t mAt = 0;
+    bool mfTypeMet = false; ///< the document type
 };
 
 /// The text with the entities that XML itself knows, and the numbers of characters, in their meaning. All

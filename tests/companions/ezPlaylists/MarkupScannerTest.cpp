@@ -63,6 +63,28 @@ TEST(MarkupScanner, CommentsDeclarationsAndInstructionsArePassedOver) {
     EXPECT_EQ(Scanned("<![CDATA[ open"), "");
 }
 
+TEST(MarkupScanner, DocumentTypeEndsAfterItsBracketsWhateverStandsInThem) {
+    for (const std::string type :
+         {" a SYSTEM 'x>y.dtd'", " a PUBLIC \"-//a\" \"b>\"", " a [<!ENTITY e \"<b>\">\n] ",
+          " a [<!-- ]> ' <b> --> <!ATTLIST b c CDATA ']>'> <?d ]> <b> ?>]", ""}) {
+        const std::string text = "<!DOCTYPE" + type + ">";
+        EXPECT_EQ(Scanned(text + "<c>"), std::to_string(text.size()) + " c\n") << text;
+    }
+    // One that does not end, and every further one, ends like any declaration.
+    EXPECT_EQ(Scanned("<!DOCTYPE a [><c>"), "14 c\n");
+    EXPECT_EQ(Scanned("<!DOCTYPE a 'b><c>"), "15 c\n");
+    EXPECT_EQ(Scanned("<!DOCTYPE a><!DOCTYPE b [><c>]>"), "26 c\n29 text ']>'\n");
+}
+
+TEST(MarkupScanner, NamesMayHoldMoreThanLettersOfASCII) {
+    EXPECT_EQ(Scanned("<_a :b='1' \xC3\xA9='2'/><\xC3\xA9></\xC3\xA9>"),
+              "0 _a :b='1' \xC3\xA9='2' /\n19 \xC3\xA9\n23 /\xC3\xA9\n");
+    EXPECT_EQ(Scanned("<title\xC3\xA9 x-1.2=3>"), "0 title\xC3\xA9 x-1.2='3'\n");
+    for (const char* none : {"<-a>", "<.a>", "<1a>", "< a>"}) {
+        EXPECT_EQ(Scanned(none), "0 text '" + std::string(none) + "'\n");
+    }
+}
+
 TEST(MarkupScanner, WhatDoesNotEndIsTheEnd) {
     for (const char* text : {"<a", "<a ", "<a b", "<a b=", "<a b='c", "<a b=c", "</a", "<a /"}) {
         EXPECT_EQ(Scanned(std::string("<x>") + text), "0 x\n") << text;

@@ -218,6 +218,15 @@ TEST(XSPFPlaylistParser, EntitiesOfDocumentTypesStandForThemselves) {
     EXPECT_EQ(entries[0].mTitle, "&a29;<\xC3\xA9");
 }
 
+TEST(XSPFPlaylistParser, WhatOthersExtendAPlaylistWithEndsNothing) {
+    const std::string type = "<!DOCTYPE playlist [<!ENTITY e '<track><location>no</location></track>'>]>";
+    const std::string other = "<extension application='x'><_a><\xC3\xA9 b='>'/></_a>"
+                              "<![CDATA[<track></trackList>]]><!-- </track> --></extension>";
+    const std::string list =
+        InList(Track(other + "<location>a</location>") + Track("<location>b</location>"));
+    EXPECT_EQ(Locations(XSPF(type + list)), (Texts{"a", "b"}));
+}
+
 TEST(XSPFPlaylistParser, HostileDocumentsAreHarmless) {
     EXPECT_TRUE(XSPF("").empty());
     EXPECT_TRUE(XSPF(std::string(1000, '\0')).empty());

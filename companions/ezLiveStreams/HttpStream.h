@@ -10,7 +10,7 @@ struct ezHttpOptions {
     ezFeedOptions mFeed; ///< of the window, and whether GetSize waits
     /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
     /// in which the window is full does not count. The head of its answer, with redirects before it and
-    /// trailers behind the media, has to be there within four times this, however steadily it comes. Once the
+    /// trailers after the media, has to be there within four times this, however steadily it comes. Once the
     /// head is there only bytes of the media count as brought.
     std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
     /// So many redirects are followed for one answer; one more is a failure of the media. 0 follows none.
@@ -30,7 +30,7 @@ struct ezHttpOptions {
 /// transfer that breaks off or ends before the stated size or range, or goes beyond that range, a stall, and
 /// a media that has another size or ETag, by the weak comparison, when it is asked for again; more than 2,000
 /// lines or 256 KiB of heads and trailers together, and a media that comes in too many parts of less than 4
-/// KiB. Behind a failure a seek outside of the window asks once more, a few times. The transfer is held back
+/// KiB. After a failure a seek outside of the window asks once more, a few times. The transfer is held back
 /// while the window is full. Proxies are those of the environment.
 ///
 /// A record receives the type that the server states as its MIME type, without parameters and where it has

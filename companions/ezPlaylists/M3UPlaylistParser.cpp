@@ -85,7 +85,7 @@ public:
         Search(aBytes.data());
     }
 
-    /// At or behind a place, which is not before the one asked for last; the end when it stands nowhere.
+    /// At or after a place, which is not before the one asked for last; the end when it stands nowhere.
     const char* From(const char* aPlace) {
         if (mAt < aPlace) {
             Search(aPlace);

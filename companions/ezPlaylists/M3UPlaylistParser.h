@@ -31,7 +31,7 @@ class PlaylistStreamReader;
 ///   first, then all further directives, as they are written, up to 64 KiB.
 /// - A playlist in UTF-16, told by its byte order mark, is read too: its texts are handed out in UTF-8, its
 /// positions are those of its bytes.
-/// - A line of more than 1 MiB is in no playlist: the reading ends before it. So it does behind 64 MiB.
+/// - A line of more than 1 MiB is in no playlist: the reading ends before it. So it does after 64 MiB.
 /// - An HLS playlist describes one media, not a list of songs: it has no entries.
 ///
 /// Nothing keeps a playlist from naming itself, or another that names it: who opens entries that are

@@ -28,7 +28,7 @@ public:
     std::chrono::milliseconds TimeLeft(Clock::time_point aNow);
 
     /// Whether a server that gave this much less than it was asked for is asked for what follows. False, with
-    /// the reason set, behind too many small parts.
+    /// the reason set, after too many small parts.
     bool MayContinue(std::uint64_t aPartSize);
 
     /// Why the server is given up; "" while it is not.
@@ -44,5 +44,5 @@ private:
     bool mfAccepted = false;
     std::size_t mLines = 0;
     std::size_t mBytes = 0;
-    int mSmallParts = 0; ///< continued, behind the last large one
+    int mSmallParts = 0; ///< continued since the last large one
 };

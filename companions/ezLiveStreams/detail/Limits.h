@@ -22,9 +22,9 @@ inline constexpr int kHttp_StallTimesToHead = 4;
 inline constexpr std::size_t kHttp_MaxURL = std::size_t{8} * 1024;
 
 /// A part of the media that is shorter than this is a small one when the server makes it so and has to be
-/// asked again for what follows. Servers and proxies that part a media do so by 64 KiB and more.
+/// asked again for what follows. Servers and proxies that divide media do so by 64 KiB and more.
 inline constexpr std::uint64_t kHttp_SmallPart = std::uint64_t{4} * 1024;
 
-/// So many small parts are continued without a larger one between them, over the life of a stream; behind
+/// So many small parts are continued without a larger one between them, over the life of a stream; after
 /// one more the server is given up. Else a server of one-byte parts would be asked once for each byte.
 inline constexpr int kHttp_MaxSmallParts = 16;

@@ -101,7 +101,7 @@ DocumentText::Encoding DocumentText::EncodingOf(std::string_view aDocument, std:
     return declared == "utf-8" || IsWholeUtf8(aDocument) ? Encoding::Utf8 : Encoding::EightBit;
 }
 
-/// Puts a character behind the text. False when no more is taken.
+/// Appends a character to the text. False when no more is taken.
 bool DocumentText::Put(char32_t aCharacter) {
     mCharacter.clear();
     AppendUtf8(mCharacter, aCharacter);

@@ -15,7 +15,7 @@ inline constexpr std::size_t kPlaylist_MaxLine = std::size_t{64} * 1024;
 /// is one hole: the reading ends before it. Covers that players write into a line as base64 are smaller.
 inline constexpr std::size_t kPlaylist_MaxSkippedLine = std::size_t{1024} * 1024;
 
-/// Bytes of a playlist that is read line by line; what stands behind them is not read. Half a million entries
+/// Bytes of a playlist that is read line by line; what follows is not read. Half a million entries
 /// with long names, and so little that one request over a file without end is over soon.
 inline constexpr std::uint64_t kPlaylist_MaxBytes = std::uint64_t{64} * 1024 * 1024;
 

@@ -70,7 +70,7 @@ bool PlaylistLineReader::StartAt(std::uint64_t aPos) {
     return true;
 }
 
-/// Whether a line begins behind the unit at the position, which is passed then.
+/// Whether a line begins after the unit at the position, which is passed then.
 bool PlaylistLineReader::IsAtLineStart() {
     const std::size_t unit = UnitSize();
     while (mReader.Peek().size() < 2 * unit && mReader.Grow()) {

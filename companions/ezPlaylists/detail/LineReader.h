@@ -14,7 +14,7 @@ struct PlaylistLine {
 };
 
 /// Takes the lines of a playlist apart, which end in LF, CRLF or a lone CR, the last one also at the end of
-/// the stream. A byte order mark at byte 0 belongs to no line; behind that of UTF-16 the lines are handed out
+/// the stream. A byte order mark at byte 0 belongs to no line; after that of UTF-16 the lines are handed out
 /// in UTF-8, and half a unit at the end is in no line. A line longer than kPlaylist_MaxLine is read over and
 /// reported as an empty one. A line longer than kPlaylist_MaxSkippedLine ends the playlist before it. A line
 /// that an error of the stream or the bound of the playlist cuts is none.
@@ -22,7 +22,7 @@ class PlaylistLineReader {
 public:
     explicit PlaylistLineReader(PlaylistStreamReader& aReader) : mReader(aReader) {}
 
-    /// Goes to the first line that begins at a position or behind it. False when the stream refuses, or fails
+    /// Goes to the first line that begins at a position or after it. False when the stream refuses, or fails
     /// before it is known how lines are written.
     bool StartAt(std::uint64_t aPos);
     bool Next(PlaylistLine* aLine);
@@ -31,7 +31,7 @@ public:
     /// before. Goes to the start. False as StartAt.
     bool LookAtStart(std::size_t aSize, std::string* aText);
 
-    /// Whether lines are of 16-bit units. Known behind StartAt.
+    /// Whether lines are of 16-bit units. Known after StartAt.
     bool IsUtf16() const { return mEncoding == Encoding::Utf16Little || mEncoding == Encoding::Utf16Big; }
 
 private:

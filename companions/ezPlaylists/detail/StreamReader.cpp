@@ -86,7 +86,7 @@ bool PlaylistStreamReader::Grow() {
     mfEnd = status == ezStreamingStatus_EOS;
     mStreamPos += count;
     mBlock = std::min(2 * mBlock, kPlaylist_LastBlock);
-    if (count == room) { // with the byte behind the limit, which tells that there is one
+    if (count == room) { // with the byte past the limit, which tells that there is one
         mCut = mCut == PlaylistCut::None ? PlaylistCut::Size : mCut;
         mfEnd = true;
         --count;
@@ -95,7 +95,7 @@ bool PlaylistStreamReader::Grow() {
     return count != 0;
 }
 
-/// Bytes that may be read behind those at hand: up to the limit, and the one behind it where nobody knows yet
+/// Bytes that may be read after those at hand: up to the limit, and the one past it where nobody knows yet
 /// whether there is one.
 std::size_t PlaylistStreamReader::RoomBeforeLimit() const {
     const std::uint64_t end = mBufferPos + mCount;

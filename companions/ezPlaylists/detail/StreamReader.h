@@ -12,7 +12,7 @@
 #include <string_view>
 
 /// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
-/// Behind kPlaylist_MaxBytes bytes the stream counts as ended.
+/// After kPlaylist_MaxBytes bytes the stream counts as ended.
 ///
 /// The bytes at hand begin at the position (Peek). Who needs more of them calls Grow, who is done with some
 /// Skip. What lies at hand, and a little behind the position, is sought without a read.

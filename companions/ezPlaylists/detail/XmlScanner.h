@@ -10,7 +10,7 @@
 /// Walks over the elements of a document of XML, as far as it can be read: up to a NUL, up to where it breaks
 /// off, and up to an end tag that is not that of the element which it stands in, of the first levels, where
 /// that matters to a reader. What the MarkupScanner mends (values without quotes, stray characters, case) is
-/// mended here too. Behind the root element nothing is read.
+/// mended here too. After the root element nothing is read.
 ///
 /// Nothing is built of the document, so that neither the number of its elements nor their depth costs memory.
 /// No document type is looked at, so no entity that one declares means anything: "&name;" stands for itself,

@@ -71,7 +71,7 @@ private:
 struct Track {
     std::uint64_t mPos = 0;
     LocationBasePtr mBase;
-    std::string mLocation; ///< the first that says anything, resolved; a media may have several sources
+    std::string mLocation; ///< the first that says anything, resolved; media may have several sources
     std::array<std::optional<Text>, kFields.size()> mFields;
 };
 

@@ -1,4 +1,9 @@
 #include "Announce.h"
+#include "ConfigFolders.h"
+#include "Console.h"
+#include "MapperEdit.h"
+#include "MapperLock.h"
+#include "MapperTable.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -94,6 +99,73 @@ TEST_F(MapperAtOnce, AnEditWaitsForTheLockAndSeesWhatWasSavedMeanwhile) {
     EXPECT_EQ(status.st_size, 0);
 }
 
+TEST_F(MapperAtOnce, AnEditWaitsTenSecondsAndNotForEver) {
+    EXPECT_EQ(kMapperLock_Patience, std::chrono::seconds(10));
+    const MapperLock before(mTable);
+    EXPECT_EQ(before.GetReason(), "");
+    for (const int patience : {0, 100}) {
+        const auto start = std::chrono::steady_clock::now();
+        const MapperLock lock(mTable, std::chrono::milliseconds(patience));
+        EXPECT_EQ(lock.GetReason(), "somebody else edits it");
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(patience));
+    }
+}
+
+TEST_F(MapperAtOnce, WhoseLockIsGivenBackIsWaitedForNoLonger) {
+    { const MapperLock before(mTable); }
+    EXPECT_EQ(MapperLock(mTable, std::chrono::milliseconds(0)).GetReason(), "");
+}
+
+// Somebody who takes no part in the lock, as a server may.
+TEST_F(MapperAtOnce, AnEditIsMadeTenTimesAtTheMostWhereTheFileIsWrittenMeanwhile) {
+    for (const int writes : {0, 1, 9, 10, 11}) {
+        mFolder.Write("_MediaMapper.txt", kTable);
+        int loads = 0;
+        Console console;
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        Arguments arguments;
+        arguments.mMapperVerb = MapperVerb::Disable;
+        arguments.mOperands = {"MP3"};
+        const int status = EditMapper(
+            arguments,
+            [&] {
+                auto mapper = OpenMapper({mFolder.GetPath(), mFolder.GetPath()}, nullptr, false, console);
+                if (loads++ < writes) {
+                    mFolder.Write("_MediaMapper.txt", kTable + ("#" + std::to_string(loads) + "\n"));
+                }
+                return mapper;
+            },
+            mTable, console);
+        const std::string out = testing::internal::GetCapturedStdout();
+        const std::string error = testing::internal::GetCapturedStderr();
+        const bool fSaved = writes < 10;
+        EXPECT_EQ(status, fSaved ? 0 : 1) << writes;
+        EXPECT_EQ(loads, fSaved ? writes + 1 : 10) << writes;
+        EXPECT_EQ(out, fSaved ? "a.mp3 (MP3): profile on -> off\nsaved " + mTable + ", entries: 2\n" : "");
+        if (fSaved) {
+            EXPECT_EQ(Entries(), Switched(false, true)) << writes;
+        } else {
+            EXPECT_EQ(error, "ezannounce: " + mTable + ": somebody else writes it again and again\n");
+            EXPECT_EQ(ReadWholeFile(mTable), kTable + std::string("#10\n")) << "theirs stays";
+        }
+    }
+}
+
+TEST_F(MapperAtOnce, WhereTheTableCannotBeLoadedThereIsNoEdit) {
+    Console console;
+    Arguments arguments;
+    arguments.mMapperVerb = MapperVerb::Save;
+    int loads = 0;
+    const auto open = [&]() -> std::unique_ptr<DLNAMediaMapper> {
+        ++loads;
+        return nullptr;
+    };
+    EXPECT_EQ(EditMapper(arguments, open, mTable, console), 1);
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(ReadWholeFile(mTable), kTable);
+}
+
 TEST_F(MapperAtOnce, WhoOnlyLooksWaitsForNobody) {
     const int lock = open(Lock().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_GE(lock, 0);
@@ -157,9 +229,9 @@ TEST_F(MapperAtOnce, ALoadNamesTheLinesThatItSkips) {
         }
         mFolder.Write("_MediaMapper.txt", lines);
         EXPECT_EQ(Mapper({"list"}).mError,
-                  line <= 10 ? told
-                             : told + "ezannounce: " + mTable +
-                                   ": more such lines; \"mapper check\" names all of them\n");
+                  line <= 10
+                      ? told
+                      : told + "ezannounce: " + mTable + ": more such lines; \"mapper check\" names them\n");
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace {
 
@@ -157,10 +158,9 @@ int Save(DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole) 
     return kExitSuccess;
 }
 
-} // namespace
-
-std::optional<int> EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMapper,
-                              const std::string& aPath, Console& aConsole) {
+/// None, with nothing said or saved, where somebody else wrote the file since the table was loaded.
+std::optional<int> EditOnce(const Arguments& anArguments, DLNAMediaMapper& aMapper, const std::string& aPath,
+                            Console& aConsole) {
     if (anArguments.mMapperVerb == MapperVerb::Save) {
         return aMapper.HasChangedSinceLoad() ? std::nullopt : std::optional(Save(aMapper, aPath, aConsole));
     }
@@ -194,4 +194,21 @@ std::optional<int> EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMa
         return kExitSuccess;
     }
     return Save(aMapper, aPath, aConsole);
+}
+
+} // namespace
+
+int EditMapper(const Arguments& anArguments, const MapperOpener& anOpen, const std::string& aPath,
+               Console& aConsole) {
+    for (int tries = 0; tries < kMapperEdit_MaximumTries; ++tries) {
+        const std::unique_ptr<DLNAMediaMapper> mapper = anOpen();
+        if (mapper == nullptr) {
+            return kExitSomeFailed;
+        }
+        if (const std::optional<int> status = EditOnce(anArguments, *mapper, aPath, aConsole)) {
+            return *status;
+        }
+    }
+    aConsole.Error(aPath, "somebody else writes it again and again");
+    return kExitSomeFailed;
 }

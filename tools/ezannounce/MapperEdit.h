@@ -4,16 +4,23 @@
 
 #include "ez/DLNAMediaMapper.h"
 
-#include <optional>
+#include <functional>
+#include <memory>
 #include <string>
 
 class Console;
 
+/// Somebody who writes the file again and again is another program gone wrong: a person does it once.
+constexpr int kMapperEdit_MaximumTries = 10;
+
+using MapperOpener = std::function<std::unique_ptr<DLNAMediaMapper>()>;
+
 /// Switches profiles or play speeds as the arguments ask, says what that changed, and saves. All or nothing:
 /// with a profile that no entry has, or that cannot play at speeds, nothing is changed. Where nothing changes
-/// nothing is saved, so that the file keeps its comments. The exit status; none, with nothing said or saved,
-/// where somebody else wrote the file since the table was loaded, so that the edit is due again.
-/// @param aMapper  freshly loaded: it is saved at most once
-/// @param aPath    of the file that a save writes
-std::optional<int> EditMapper(const Arguments& anArguments, DLNAMediaMapper& aMapper,
-                              const std::string& aPath, Console& aConsole);
+/// nothing is saved, so that the file keeps its comments. Where somebody else wrote the file since the table
+/// was loaded, nothing is said or saved, and the edit is made again on a fresh load: kMapperEdit_MaximumTries
+/// in all, after which it fails. The exit status.
+/// @param anOpen  loads the table anew at each call; null, after an error line, where it cannot
+/// @param aPath   of the file that a save writes
+int EditMapper(const Arguments& anArguments, const MapperOpener& anOpen, const std::string& aPath,
+               Console& aConsole);

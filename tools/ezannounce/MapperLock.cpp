@@ -1,7 +1,6 @@
 #include "MapperLock.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,7 +10,6 @@
 namespace {
 
 constexpr mode_t kModeOfLock = 0666;
-constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kPause{10};
 
 std::string PathOfLock(const std::string& aPath) {
@@ -29,9 +27,10 @@ int OpenLock(const std::string& aPath) {
 
 } // namespace
 
-MapperLock::MapperLock(const std::string& aPath) : mFile(OpenLock(PathOfLock(aPath))) {
+MapperLock::MapperLock(const std::string& aPath, std::chrono::milliseconds aPatience)
+    : mFile(OpenLock(PathOfLock(aPath))) {
     if (mFile >= 0) {
-        Wait();
+        Wait(aPatience);
     } else if (errno != EACCES && errno != EPERM && errno != EROFS && errno != ENOENT) {
         mReason = std::string("cannot be locked: ") + std::strerror(errno);
     }
@@ -43,8 +42,8 @@ MapperLock::~MapperLock() {
     }
 }
 
-void MapperLock::Wait() {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+void MapperLock::Wait(std::chrono::milliseconds aPatience) {
+    const auto end = std::chrono::steady_clock::now() + aPatience;
     while (flock(mFile, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) {
             return; // there are no locks here

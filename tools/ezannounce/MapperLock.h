@@ -1,6 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <string>
+
+/// How long an edit waits for the one before it, which takes a moment.
+constexpr std::chrono::milliseconds kMapperLock_Patience{10000};
 
 /// The right to edit a media mapper file, which one process at a time has from its load to its save: of two
 /// that edit at once the second sees what the first saved.
@@ -9,9 +13,9 @@
 /// one that is removed could be locked by two, each holding another file of its name.
 class MapperLock {
 public:
-    /// Waits for it, ten seconds at the most. The folder exists.
+    /// Waits for it, but not longer than told. The folder exists.
     /// @param aPath  of the media mapper file
-    explicit MapperLock(const std::string& aPath);
+    explicit MapperLock(const std::string& aPath, std::chrono::milliseconds aPatience = kMapperLock_Patience);
     ~MapperLock();
     MapperLock(const MapperLock&) = delete;
     MapperLock& operator=(const MapperLock&) = delete;
@@ -21,7 +25,7 @@ public:
     const std::string& GetReason() const { return mReason; }
 
 private:
-    void Wait();
+    void Wait(std::chrono::milliseconds aPatience);
 
     int mFile = -1;
     std::string mReason;

@@ -43,7 +43,7 @@ void TellLines(const DLNAMediaMapperBadLines& aLines, bool afReadOnly, const std
         }
     }
     if (told > kMaximumTold) {
-        aConsole.Error(aPath, "more such lines; \"mapper check\" names all of them");
+        aConsole.Error(aPath, "more such lines; \"mapper check\" names them");
     }
 }
 

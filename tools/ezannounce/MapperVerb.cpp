@@ -129,7 +129,6 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
 /// Edits one after the other with whoever else edits with this tool. Who writes the file without the lock, as
 /// a server may, does it between a load and a save of ours at times; then the edit is made again.
 int RunEdit(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
-    constexpr int kMaximumTries = 10;
     const MapperFiles files = FindMapperFiles(aFolders);
     std::optional<MapperLock> lock;
     if (files.mfReadOnlyExists || files.mfWritableExists) {
@@ -140,18 +139,8 @@ int RunEdit(const Arguments& anArguments, const ConfigFolders& aFolders, Console
             return kExitSomeFailed;
         }
     }
-    for (int tries = 0; tries < kMaximumTries; ++tries) {
-        const std::unique_ptr<DLNAMediaMapper> mapper =
-            OpenMapper(aFolders, nullptr, anArguments.mfNoCopy, aConsole);
-        if (mapper == nullptr) {
-            return kExitSomeFailed;
-        }
-        if (const std::optional<int> status = EditMapper(anArguments, *mapper, files.mWritable, aConsole)) {
-            return *status;
-        }
-    }
-    aConsole.Error(files.mWritable, "somebody else writes it again and again");
-    return kExitSomeFailed;
+    const auto open = [&] { return OpenMapper(aFolders, nullptr, anArguments.mfNoCopy, aConsole); };
+    return EditMapper(anArguments, open, files.mWritable, aConsole);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "ezFormats/H264EltStreamParser.h"
+#include "ezFormats/detail/Limits.h"
 
 #include "EltStreamKit.h"
 
@@ -258,4 +259,31 @@ TEST(H264Headers, NothingMayFollowAParameterSet) {
     EXPECT_TRUE(Wins([](Fields&) {}));
     stream.insert(end, "\x80");
     EXPECT_EQ(Parse<H264EltStreamParser>(stream, {UINT32_MAX}).mStatus, 1);
+}
+
+namespace {
+
+class ShownH264 : public H264EltStreamParser {
+public:
+    uint32 RequestSize() const { return mReadRequestSize; }
+};
+
+} // namespace
+
+TEST(H264Headers, ASliceIsReadToItsBoundAndNoFurther) {
+    const Fields fields;
+    std::string start = fields.Stream();
+    start.resize(start.size() - fields.Slice().size());
+    ShownH264 parser;
+    parser.Open();
+    EXPECT_EQ(Push(parser, start, {1}), ezElementaryStreamParser::MSS_IN_PROGRESS);
+    // Zeros begin a number that never ends; an escape after each two of them is no byte of the slice.
+    for (unsigned i = 1; i <= kH264_MaxSliceHeaderSize; ++i) {
+        EXPECT_EQ(Push(parser, i % 2 == 0 || i == 1 ? Hex({0}) : Hex({3, 0}), {1}),
+                  ezElementaryStreamParser::MSS_IN_PROGRESS);
+        // While it is read each byte may decide; given up, a whole slice is missing.
+        EXPECT_EQ(parser.RequestSize(), i < kH264_MaxSliceHeaderSize ? 1U : 3U) << i;
+    }
+    EXPECT_EQ(Push(parser, Hex({0, 0, 1, 0x65}) + fields.Slice(), {1}),
+              ezElementaryStreamParser::MSS_COMPLETED);
 }

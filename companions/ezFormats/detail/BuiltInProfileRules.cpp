@@ -4,7 +4,7 @@ namespace {
 
 constexpr std::string_view kText = R"table(# Which DLNA profile a media keeps.
 #
-# A line is a rule: the profile, the MIME types that it is for, and conditions, parted by blanks; "#" begins a
+# A line is a rule: the profile, the MIME types that it is for, and conditions, separated by blanks; "#" begins a
 # comment. The first rule all of whose conditions are met gives its name; so a narrow rule stands before a wide
 # one. A media that meets none is announced without a profile.
 #
@@ -53,9 +53,9 @@ HEAAC_MULT5_ISO   audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k 
 
 # AMR. Its rate is that of the speech, by the type of its frames: the bytes of a file are more.
 AMR_3GPP    audio/mp4,audio/3gpp  audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
-AMR_WBplus  audio/3gpp            audio-codec=AMR-WB+ channels=1-2 audio-bit-rate=5.2k-48k
+AMR_WBplus  audio/mp4,audio/3gpp  audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
 
-# H.264 in MP4. A size with a rate is a line. Where nothing is published of the rate of the pictures, it is what
+# H.264 in MP4. A size is the largest, each side by itself, and with a rate it is a line. Where nothing is published of the rate of the pictures, it is what
 # the level can do at that size; where nothing is published of the audio, it is that of the next smaller form.
 
 # H.264, baseline. What keeps the constraints of both (A.2.1.1) is a stream of the main and high profiles, too.
@@ -74,12 +74,12 @@ AVC_MP4_BL_L2_CIF30_AAC     video/mp4  video-codec=H264 video-profile=Baseline,C
 AVC_MP4_BL_CIF30_AAC_MULT5  video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
 AVC_MP4_BL_CIF30_AC3        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
 AVC_MP4_BL_CIF30_MPEG1_L3   video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=576 frame-rate=1-25 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=720 height=480 frame-rate=1-29.97 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=640 height=360,480 frame-rate=1-30 video-bit-rate=1-4.5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=1-720 height=1-480 frame-rate=1-29.97 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 width=1-640 height=1-480 frame-rate=1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=ConstrainedBaseline video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-4.5M bit-rate=1-5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=ConstrainedBaseline video-level=1b-3 width=1-720 height=1-480 frame-rate=1-29.97 video-bit-rate=1-4.5M bit-rate=1-5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=ConstrainedBaseline video-level=1b-3 width=1-640 height=1-480 frame-rate=1-30 video-bit-rate=1-4.5M bit-rate=1-5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 
 # H.264, main. The i of 1080i is no condition: its limits are those of the size, whole pictures or fields.
 AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
@@ -113,11 +113,27 @@ MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple v
 MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
 MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-352 height=1-288 frame-rate=1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
 MPEG4_P2_MP4_SP_VGA_AAC     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3 width=1-640 height=1-480 frame-rate=1-30 video-bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3,5 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3,5 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
-MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-6 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-12M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-64k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-64k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-384k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-384k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=5 width=1-720 height=1-576 frame-rate=1-25 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=5 width=1-720 height=1-480 frame-rate=1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-64k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-384k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=4 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=5 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=6 width=1-1280 height=1-720 frame-rate=1-30 video-bit-rate=1-12M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_3GPP_SP_L0B_AAC    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
 MPEG4_P2_3GPP_SP_L0B_AMR    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-128k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
+
+# H.263. A record holds ten times a level; what H.263 names level 10 is written 1, therefore.
+MPEG4_H263_MP4_P0_L10_AAC          video/3gpp  video-codec=H263 video-profile=0 video-level=1 width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-86k
+MPEG4_H263_3GPP_P0_L10_AMR_WBplus  video/3gpp  video-codec=H263 video-profile=0 video-level=1 width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
+MPEG4_H263_3GPP_P3_L10_AMR         video/3gpp  video-codec=H263 video-profile=3 video-level=1 width=1-176 height=1-144 frame-rate=1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 )table";
 
 } // namespace

@@ -213,15 +213,20 @@ TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
         listed("audio/mp4"),
         "audio/mp4:DLNA.ORG_PN=AAC_ISO_320,audio/mp4:DLNA.ORG_PN=AAC_ISO,audio/mp4:DLNA.ORG_PN=AAC_MULT5_ISO,"
         "audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO,"
-        "audio/mp4:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/mp4:DLNA.ORG_PN=AMR_3GPP,audio/mp4:*");
+        "audio/mp4:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/mp4:DLNA.ORG_PN=AMR_3GPP,audio/"
+        "mp4:DLNA.ORG_PN=AMR_WBplus,audio/mp4:*");
     EXPECT_EQ(listed("audio/3gpp"),
               "audio/3gpp:DLNA.ORG_PN=AAC_ISO_320,audio/3gpp:DLNA.ORG_PN=AAC_ISO,audio/"
               "3gpp:DLNA.ORG_PN=AAC_MULT5_ISO,"
               "audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO,"
               "audio/3gpp:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/3gpp:DLNA.ORG_PN=AMR_3GPP,"
               "audio/3gpp:DLNA.ORG_PN=AMR_WBplus,audio/3gpp:*");
-    EXPECT_EQ(listed("video/3gpp"), "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AAC,"
-                                    "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AMR,video/3gpp:*");
+    EXPECT_EQ(
+        listed("video/3gpp"),
+        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AAC,"
+        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AMR,video/3gpp:DLNA.ORG_PN=MPEG4_H263_MP4_P0_L10_AAC,"
+        "video/3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P0_L10_AMR_WBplus,video/"
+        "3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P3_L10_AMR,video/3gpp:*");
     EXPECT_EQ(listed("video/quicktime,video/3gpp2,audio/3gpp2"),
               "video/quicktime:*,video/3gpp2:*,audio/3gpp2:*");
     std::string mp4;
@@ -333,11 +338,11 @@ TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
                               {"ca=AMR sf=8000 ac=1 ar=12200", "AMR_3GPP"},
                               {"ca=AMR sf=8000 ac=1 ar=12213", ""},
                               {"ca=AMR sf=8000 ac=2 ar=12200", ""},
-                              {"ca=AMR-WB sf=16000 ac=1 ar=12800", ""}});
+                              {"ca=AMR-WB sf=16000 ac=1 ar=12800", ""},
+                              {"ca=AMR-WB+ sf=48000 ac=2 ar=48000", "AMR_WBplus"},
+                              {"ca=AMR-WB+ sf=48000 ac=2 ar=48049", ""}});
     }
-    ExpectProfiles("", {{"mt=audio/3gpp ca=AMR-WB+ ac=2 ar=48000", "AMR_WBplus"},
-                        {"mt=audio/mp4 ca=AMR-WB+ ac=2 ar=48000", ""},
-                        {"mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000", ""}});
+    ExpectProfiles("", {{"mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000", ""}});
 }
 
 TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
@@ -355,11 +360,17 @@ TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
                     {"vr=2002001 br=3000000 ca=MP3 ac=2 ar=320000", ""}});
     ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
                    {{"wi=720 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
-                    {"wi=720 he=480 fr=29970 vr=4500000", "AVC_MP4_BL_L3L_SD_AAC"},
                     {"wi=640 he=360 fr=30000 vr=1000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=704 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=480 he=270 fr=30000 vr=1000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=480 fr=29999 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=480 fr=30000 vr=4000000", ""},
                     {"wi=720 he=576 fr=30000 vr=4000000", ""},
-                    {"wi=704 he=576 fr=25000 vr=4000000", ""},
-                    {"wi=704 he=576 fr=25000 vr=4000000 br=4300000", "AVC_MP4_BL_L31_HD_AAC"}});
+                    {"wi=720 he=480 fr=29970 vr=4500000 br=5000000", "AVC_MP4_BL_L31_HD_AAC"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=ConstrainedBaseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
+                   {{"wi=720 he=480 fr=29970 vr=4500000 br=5005000", "AVC_MP4_BL_L3L_SD_AAC"},
+                    {"wi=720 he=480 fr=29970 vr=4500000 br=5005001", "AVC_MP4_MP_SD_AAC_MULT5"},
+                    {"wi=720 he=480 fr=29970 vr=4504501 br=5000000", "AVC_MP4_MP_SD_AAC_MULT5"}});
     ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline ca=AAC sf=48000 ac=2 ar=256000 wi=1280 he=720 ",
                    {{"vl=31 fr=30000 vr=14000000 br=15000000", "AVC_MP4_BL_L31_HD_AAC"},
                     {"vl=32 fr=60000 vr=20000000 br=21000000", "AVC_MP4_BL_L32_HD_AAC"},
@@ -383,7 +394,7 @@ TEST(BuiltInProfileRules, ConstrainedBaselineKeepsTheNamesOfMainAndHighToo) {
     ExpectProfiles(
         "mt=video/mp4 vc=H264 vp=ConstrainedBaseline sf=48000 ac=2 ",
         {{"vl=12 wi=352 he=288 fr=15000 vr=384000 br=520000 ca=AAC ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
-         {"vl=30 wi=704 he=576 fr=25000 vr=4000000 br=4300000 ca=AAC ar=192000", "AVC_MP4_MP_SD_AAC_MULT5"},
+         {"vl=30 wi=704 he=576 fr=25000 vr=6000000 br=6300000 ca=AAC ar=192000", "AVC_MP4_MP_SD_AAC_MULT5"},
          {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=256000", "AVC_MP4_BL_L31_HD_AAC"},
          {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=500000", "AVC_MP4_MP_HD_720p_AAC"},
          {"vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ar=192000",
@@ -436,7 +447,16 @@ TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
                     {"vl=30 wi=352 he=288 fr=30000 vr=384000 br=600601 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
                     {"vl=30 wi=352 he=288 fr=30000 vr=384385 br=600000 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
                     {"vl=30 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_VGA_AAC"},
-                    {"vl=40 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
+                    {"vl=30 wi=640 he=480 fr=30000 vr=3003001 ar=256000", ""},
+                    {"vl=10 wi=720 he=480 fr=30000 vr=64000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=10 wi=720 he=480 fr=30000 vr=64065 ar=256000", ""},
+                    {"vl=20 wi=720 he=576 fr=25000 vr=128000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=30 wi=720 he=576 fr=25000 vr=384000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=30 wi=720 he=576 fr=25000 vr=384385 ar=256000", ""},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=4000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=4004001 ar=256000", ""},
+                    {"vl=50 wi=1280 he=720 fr=30000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
+                    {"vl=50 wi=1280 he=720 fr=30000 vr=8008001 ar=256000", ""},
                     {"vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
                     {"vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"}});
     ExpectProfiles("", {{"mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 "
@@ -446,4 +466,17 @@ TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
                    {{"vl=9 ca=AAC ar=64000", "MPEG4_P2_3GPP_SP_L0B_AAC"},
                     {"vl=0 ca=AMR ar=12200", "MPEG4_P2_3GPP_SP_L0B_AMR"},
                     {"vl=10 ca=AMR ar=12200", ""}});
+}
+
+TEST(BuiltInProfileRules, H263KeepsTheNameOfItsProfileAndSound) {
+    ExpectProfiles("mt=video/3gpp vc=H263 wi=176 he=144 fr=15000 vr=64000 br=150000 ac=1 sf=8000 ",
+                   {{"vp=0 vl=10 ca=AAC ar=86000", "MPEG4_H263_MP4_P0_L10_AAC"},
+                    {"vp=0 vl=10 ca=AAC ar=86087", ""},
+                    {"vp=0 vl=10 ca=AMR-WB+ ar=24000", "MPEG4_H263_3GPP_P0_L10_AMR_WBplus"},
+                    {"vp=0 vl=10 ca=AMR ar=12200", ""},
+                    {"vp=3 vl=10 ca=AMR ar=12200", "MPEG4_H263_3GPP_P3_L10_AMR"},
+                    {"vp=3 vl=45 ca=AMR ar=12200", ""},
+                    {"vp=3 vl=20 ca=AMR ar=12200", ""}});
+    ExpectProfiles("mt=video/mp4 vc=H263 wi=176 he=144 fr=15000 vr=64000 br=150000 ac=1 sf=8000 ",
+                   {{"vp=0 vl=10 ca=AAC ar=64000", ""}});
 }

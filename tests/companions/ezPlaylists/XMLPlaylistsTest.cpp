@@ -227,6 +227,34 @@ TEST(XSPFPlaylistParser, WhatOthersExtendAPlaylistWithEndsNothing) {
     EXPECT_EQ(Locations(XSPF(type + list)), (Texts{"a", "b"}));
 }
 
+TEST(XSPFPlaylistParser, EndTagsAreHeldAgainstTheirElementsOnTheFirstEightLevels) {
+    const auto wrongOn = [](int aLevel) {
+        std::string inner = "<b></wrong>";
+        for (int level = aLevel - 1; level > 3; --level) {
+            inner = "<a>" + inner + "</a>";
+        }
+        return InList(Track("<location>a</location>") + Track(inner) + Track("<location>b</location>"));
+    };
+    EXPECT_EQ(Locations(XSPF(wrongOn(4))), Texts{"a"});
+    EXPECT_EQ(Locations(XSPF(wrongOn(8))), Texts{"a"});
+    EXPECT_EQ(Locations(XSPF(wrongOn(9))), (Texts{"a", "b"}));
+    // What an end tag has beside its name means nothing.
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>a</location/>") + "<track></track b='>' />" +
+                                    Track("<location>b</location>")))),
+              (Texts{"a", "b"}));
+}
+
+TEST(XSPFPlaylistParser, PiecesOfATextCountTogether) {
+    const std::string start(kPlaylist_MaxText - 1, 'x');
+    EXPECT_EQ(Locations(XSPF(InList(Track("<location>" + start + "<![CDATA[y]]></location>")))),
+              Texts{start + "y"});
+    for (const char* rest : {"<![CDATA[yy]]>", "<![CDATA[yy]]>z"}) {
+        EXPECT_EQ(Locations(XSPF(InList(Track("<location>" + start + rest + "</location>") +
+                                        Track("<location>b</location>")))),
+                  Texts{"b"});
+    }
+}
+
 TEST(XSPFPlaylistParser, HostileDocumentsAreHarmless) {
     EXPECT_TRUE(XSPF("").empty());
     EXPECT_TRUE(XSPF(std::string(1000, '\0')).empty());

@@ -132,6 +132,50 @@ TEST(MagicParser, WorstFileStaysWithinTheBudget) {
     EXPECT_LE(costs.mBytes, kMagic_MaxBytes);
 }
 
+namespace {
+
+/// A parser of a host's own, which reads on from where the stream stands and knows nothing.
+class NotingParser : public ezMediaParser {
+public:
+    NotingParser(const char* aType, std::vector<std::string>& aNotes)
+        : ezMediaParser(aType, nullptr, false), mNotes(aNotes) {}
+
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
+        std::string bytes(4, '-');
+        std::size_t size = bytes.size();
+        const bool fRead = aStream.Read(&size, bytes.data());
+        mNotes.push_back(fRead ? bytes.substr(0, size) : "failed");
+        return nullptr;
+    }
+    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
+    ezCString GetDLNAInfo() override { return {}; }
+
+private:
+    std::vector<std::string>& mNotes;
+};
+
+} // namespace
+
+TEST(MagicParser, HandsTheStreamOnAsItCame) {
+    const std::string song = Tag(5000) + std::string("\xFF\xFB\x90\x64", 4) + std::string(413, '\0') +
+                             std::string("\xFF\xFB\x90\x64", 4) + std::string(413, '\0');
+    for (const std::size_t start : {0U, 3U, 9U}) {
+        std::vector<std::string> notes;
+        ezMediaParserManager manager(nullptr);
+        manager.Add(new NotingParser("mp3", notes));
+        manager.Add(new MagicParser);
+        AwkwardStream stream(song);
+        EXPECT_TRUE(stream.Seek(ezuint64(start), ezMediaParserStream::SeekFromStart, true));
+        EXPECT_EQ(manager.ParseFromType("any", stream), nullptr);
+        EXPECT_EQ(notes, std::vector<std::string>({song.substr(start, 4)}));
+        EXPECT_EQ(stream.Tell(), ezuint64(start));
+        // Once a request, whatever leads there.
+        EXPECT_EQ(manager.ParseFromType("any", stream), nullptr);
+        EXPECT_EQ(manager.ParseFromType("mp3", stream), nullptr);
+        EXPECT_EQ(notes.size(), 1U);
+    }
+}
+
 TEST(MagicParser, HasNoCapabilities) {
     MagicParser parser;
     EXPECT_STREQ(parser.GetType().c_str(), "any");

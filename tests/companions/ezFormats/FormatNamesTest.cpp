@@ -1,6 +1,7 @@
 #include "FormatHost.h"
 
 #include "support/AwkwardStream.h"
+#include "support/MapperFolder.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -12,12 +13,14 @@ namespace {
 /// A host with the parsers of this library and a media types file of its own.
 class NamingHost {
 public:
-    explicit NamingHost(const std::string& aLines) {
+    explicit NamingHost(const std::string& aLines, int aParseOptions = kParseOption_Default,
+                        unsigned int aCTTContext = 0) {
         mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\n" + aLines);
         ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", mFolder.GetPath().c_str());
         ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", mFolder.GetPath().c_str());
+        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", aCTTContext);
         mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
-        mManager->AddStandardParsers(kParseOption_Default);
+        mManager->AddStandardParsers(aParseOptions);
         RegisterFormatParsers(*mManager);
     }
 
@@ -148,4 +151,76 @@ TEST(FormatNames, FilesOfSegmentsAreFoundByTheirNames) {
     }
     EXPECT_EQ(host.Names("formats/aac-only.mp4", "/a.cmfa"), "item.audioItem.musicTrack audio/mp4");
     EXPECT_EQ(host.Names("formats/aac-only.mp4", "/a.m4s"), "item.audioItem.musicTrack audio/mp4");
+}
+
+TEST(FormatNames, TestFileNamesGiveProfileAndTypeAndLeaveTheClass) {
+    const std::string lines = "m4a=m4a@audio/mp4@item.audioItem.musicTrack@mp4\n" + kMp4Line + kMp3Line;
+    const char* const song = "music/evening-train.m4a";
+    for (const unsigned int context : {1U, 2U}) {
+        NamingHost host(lines, kParseOption_Default, context);
+        EXPECT_EQ(host.Names(song, "/B-AAC_I-1.m4a"), "item.audioItem.musicTrack audio/mp4") << context;
+        // Where no parser answers the name gives the class, too, and no line does.
+        EXPECT_EQ(host.Names("music/plain-water.flac", "/B-AAC_I-1.m4a"), "item.audioItem audio/mp4")
+            << context;
+    }
+    // The class is that of the content, whatever type the name demands.
+    const char* const film = "/B-AVC_MP4_BL_CIF15_AAC_520-1.m4a";
+    EXPECT_EQ(NamingHost(lines, kParseOption_Default, 1).Names(song, film),
+              "item.audioItem.musicTrack audio/mp4");
+    EXPECT_EQ(NamingHost(lines, kParseOption_Default, 2).Names(song, film),
+              "item.audioItem.musicTrack video/mp4");
+}
+
+TEST(FormatNames, MediaMapperThatReplacesTheTypeGivesTheClass) {
+    const MapperFolder folder;
+    const auto names = [&](const char* aTable) {
+        const std::unique_ptr<OpenMapper> mapper = folder.Loaded(aTable);
+        NamingHost host(kMp3Line);
+        host.Manager().AddDLNAMediaMapperParser(mapper.get());
+        return host.Names(kSong, "/media/a.mp3");
+    };
+    EXPECT_EQ(names("a.mp3,audio/mpeg,MP3\n"), "item.audioItem.musicTrack audio/mpeg");
+    EXPECT_EQ(names("a.mp3,audio/mpeg,MP3X\n"), "item.audioItem.musicTrack audio/mpeg");
+    EXPECT_EQ(names("a.mp3,audio/x-other,MP3\n"), "item.audioItem audio/x-other");
+    EXPECT_EQ(names("b.mp3,audio/x-other,MP3\n"), "item.audioItem.musicTrack audio/mpeg");
+}
+
+TEST(FormatNames, LineOfAnotherKindThatLedThereByChanceGivesNoClass) {
+    // All lines are tried: the first of them leads to every parser.
+    const std::string lines = "xyz=xyz@video/xyz@item.videoItem.movie@any\n" + kJpgLine + kMp3Line;
+    for (const int options :
+         {kParseOption_ParseWithAllParserEverytime, kParseOption_ParseWithAllParserIfFailed,
+          kParseOption_ParseWithAllParserIfNoExtension}) {
+        const bool fNoExtension = options == kParseOption_ParseWithAllParserIfNoExtension;
+        NamingHost host(lines, options);
+        EXPECT_EQ(host.Names(kSong, fNoExtension ? "/a." : "/a.mp3"), "item.audioItem.musicTrack audio/mpeg");
+        EXPECT_EQ(host.Names(kPhoto, fNoExtension ? "/a." : "/a.mp3"), "item.imageItem.photo image/jpeg");
+    }
+}
+
+TEST(FormatNames, TypeThatAServerStatedIsNoMoreThanAName) {
+    class StatedStream : public AwkwardStream {
+    public:
+        explicit StatedStream(const char* aSample)
+            : AwkwardStream(ReadWholeFile(std::string(EZ_SAMPLES "/") + aSample), Delivery(), "/stream") {}
+        void CopyInfo(ezMediaInfo* anInfo) override {
+            AwkwardStream::CopyInfo(anInfo);
+            anInfo->Set(kezInfo_MimeType, "audio/mpeg", false);
+        }
+    };
+    NamingHost host("mp3=mp3@audio/mpeg@item.audioItem.musicTrack@any\n" + kJpgLine);
+    for (const auto& [sample, names] : std::vector<std::pair<const char*, const char*>>{
+             {kSong, "item.audioItem.musicTrack audio/mpeg"}, {kPhoto, "item.imageItem.photo image/jpeg"}}) {
+        StatedStream stream(sample);
+        EXPECT_EQ(NamingHost::NamesOf(Record(host.Manager().Parse(stream)).get()), names);
+    }
+}
+
+TEST(FormatNames, HostThatTriesATypeItselfGetsTheClassOfTheFirstLine) {
+    NamingHost host("talk=talk@audio/mpeg@item.audioItem.audioBook\n" + kMp3Line);
+    AwkwardStream stream(ReadWholeFile(std::string(EZ_SAMPLES "/") + kSong), Delivery(), "/a.mp3");
+    EXPECT_EQ(NamingHost::NamesOf(Record(host.Manager().ParseFromType("mp3", stream)).get()),
+              "item.audioItem.audioBook audio/mpeg");
+    // None of these parsers has covers to give.
+    EXPECT_EQ(host.Manager().ParseCoverArt("audio/mpeg", stream), nullptr);
 }

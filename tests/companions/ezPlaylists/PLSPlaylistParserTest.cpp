@@ -1,4 +1,5 @@
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
+#include "ezPlaylists/PlaylistCut.h"
 
 #include "PlaylistKit.h"
 
@@ -132,14 +133,21 @@ TEST(PLSPlaylistParser, IndexIsBounded) {
 }
 
 TEST(PLSPlaylistParser, TextsOfTheIndexAreBounded) {
+    constexpr std::size_t kSize = 32768;
+    constexpr std::size_t kCount = kPlaylist_MaxIndexedText / kSize;
+    static_assert(kCount * kSize == kPlaylist_MaxIndexedText, "the last one ends at the bound");
     std::string text = "[playlist]\n";
-    for (std::size_t i = 0; i < 600; ++i) {
-        text += "File" + std::to_string(i) + "=" + std::string(60000, 'x') + "\n";
+    for (std::size_t i = 0; i < kCount; ++i) {
+        text += "File" + std::to_string(i) + "=" + std::string(kSize, 'x') + "\n";
     }
-    ASSERT_GT(text.size(), kPlaylist_MaxIndexedText);
-    const ezStreamOwner stream = MemoryPlaylist(text);
-    PLSPlaylistParser reader(stream.get());
-    EXPECT_EQ(WalkFrom(reader, 0).size(), kPlaylist_MaxIndexedText / 60000);
+    const auto cutOf = [kCount](const std::string& aText) {
+        const ezStreamOwner stream = MemoryPlaylist(aText);
+        PLSPlaylistParser reader(stream.get());
+        EXPECT_EQ(WalkFrom(reader, 0).size(), kCount);
+        return GetPlaylistCut(reader);
+    };
+    EXPECT_EQ(cutOf(text), PlaylistCut::None);
+    EXPECT_EQ(cutOf(text + "File" + std::to_string(kCount) + "=x\n"), PlaylistCut::Size);
 }
 
 TEST(PLSPlaylistParser, IsReadOnce) {

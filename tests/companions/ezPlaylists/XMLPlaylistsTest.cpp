@@ -316,6 +316,13 @@ TEST(WPLPlaylistParser, EntryIsAMediaWithASource) {
     EXPECT_EQ(reader.GetFullURLFor(entries[1].mURI), "file:///C:/it's.mp3");
 }
 
+TEST(WPLPlaylistParser, OnlyTheFirstBodyCounts) {
+    const std::string body = "<body><media src='a'/></body>";
+    EXPECT_EQ(Locations(WPL("<smil>" + body + "<body><media src='b'/></body></smil>")), Texts{"a"});
+    EXPECT_EQ(Locations(WPL("<smil><media src='b'/>" + body + "<media src='c'/></smil>")), Texts{"a"});
+    EXPECT_TRUE(WPL("<other>" + body + "</other>").empty());
+}
+
 TEST(WPLPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
     const ezStreamOwner stream = MemoryPlaylist("", "https://h/m/lists/list.wpl");
     WPLPlaylistParser reader(stream.get());

@@ -28,8 +28,10 @@ install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT D
         FILES_MATCHING PATTERN "*.h"
         PATTERN "System.h" EXCLUDE
         PATTERN "CacheName.h" EXCLUDE
-        PATTERN "HeldFiles.h" EXCLUDE
+        PATTERN "DistinctTexts.h" EXCLUDE
+        PATTERN "HashKey.h" EXCLUDE
         PATTERN "HashSlots.h" EXCLUDE
+        PATTERN "HeldFiles.h" EXCLUDE
         PATTERN "NUL.h" EXCLUDE
         PATTERN "OrderedByteMap.h" EXCLUDE)
 install(DIRECTORY ezParsersFramework/ez DESTINATION ${EZ_INSTALL_EZ_INCLUDEDIR} COMPONENT Development

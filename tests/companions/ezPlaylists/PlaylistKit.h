@@ -102,7 +102,11 @@ public:
         const bool fEnd = wanted < *aSize && count == wanted;
         mPosition += count;
         *aSize = count;
-        ++(count == 0 && !fEnd ? mWaits : mReads);
+        if (count == 0 && !fEnd) {
+            ++mWaits;
+        } else {
+            ++mReads;
+        }
         return fEnd ? ezStreamingStatus_EOS : ezStreamingStatus_NoError;
     }
     void RegisterThresholdCallBack(ezStreamThresholdCallBack aCallBack, void* aUserData) override {
@@ -115,7 +119,7 @@ public:
     }
 
     std::size_t mReads = 0;
-    std::size_t mWaits = 0;
+    std::atomic<std::size_t> mWaits{0};
     int mRegistered = 0;
 
 protected:
@@ -127,6 +131,11 @@ protected:
 private:
     void Arrive() {
         while (mArrived < mText.size() && !mfEnough) {
+            // However late the reader is, it has to wait once.
+            if (mArrived + 1 == mText.size() && mWaits == 0) {
+                std::this_thread::yield();
+                continue;
+            }
             ++mArrived;
             FireThreshold();
             if (mArrived % 16 == 0) {

@@ -173,9 +173,15 @@ bool ezIndirectThumbnailProvider::BuildThumbnail(const ThumbnailInfo* anInfo, ez
     const uint32 wanted = anInfo->mThumbnailID;
     for (GetFirstPath(anInfo); SourceToTry(); GetNextPath(anInfo)) {
         // All wanted formats, where the question of what is possible takes any.
-        if (mTrySource->Exists() &&
-            (mThumbnailGenerator->CanConvert(mTrySource->GetMimeType()) & wanted) == wanted &&
-            aFile->Empty() && mThumbnailGenerator->BuildThumbnail(anInfo, mTrySource, aFile)) {
+        if (!mTrySource->Exists() ||
+            (mThumbnailGenerator->CanConvert(mTrySource->GetMimeType()) & wanted) != wanted) {
+            continue;
+        }
+        if (!aFile->Empty()) {
+            aFile->Close(); // or the next provider would stand for this one from then on
+            return false;
+        }
+        if (mThumbnailGenerator->BuildThumbnail(anInfo, mTrySource, aFile)) {
             return true;
         }
     }

@@ -5,15 +5,20 @@
 CostlyThumbnailProvider::~CostlyThumbnailProvider() = default;
 
 uint32 CostlyThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
-    const bool fCostly =
-        anInfo != nullptr && mThumbnailGenerator != nullptr && mThumbnailGenerator->HasMetCost(*anInfo);
-    return fCostly ? kJPEGThumbnailID | kPNGThumbnailID : kNoThumbnailID;
+    if (anInfo == nullptr || mThumbnailGenerator == nullptr) {
+        return kNoThumbnailID;
+    }
+    if (mThumbnailGenerator->HasMetCost(*anInfo)) {
+        return kJPEGThumbnailID | kPNGThumbnailID;
+    }
+    mThumbnailGenerator->ForgetFailures(*anInfo); // asked last: what the next request meets counts anew
+    return kNoThumbnailID;
 }
 
 bool CostlyThumbnailProvider::BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* /*aFile*/) {
     if (GetPossibleThumbnailFor(anInfo) == kNoThumbnailID) {
         return false;
     }
-    mThumbnailGenerator->ForgetCost();
+    mThumbnailGenerator->ForgetFailures(*anInfo);
     return true;
 }

@@ -2,6 +2,7 @@
 
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/GatheredCoverSource.h"
+#include "ezThumbnails/detail/UnreadableSource.h"
 
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/FileStream.h"
@@ -52,13 +53,6 @@ ezThumbnailSource* SourceOf(const Cover& aCover, const ezPathName& aPath) {
 
 CoverThumbnailProvider::~CoverThumbnailProvider() = default;
 
-uint32 CoverThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
-    mfFailed = false;
-    const uint32 possible = ezIndirectThumbnailProvider::GetPossibleThumbnailFor(anInfo);
-    // A build that fails is tried again; what nobody could build is remembered for ever.
-    return possible == 0 && mfFailed ? mThumbnailGenerator->CanConvert("image/jpeg") : possible;
-}
-
 void CoverThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
     mNextFinder = 0;
     mfFailed = false;
@@ -67,14 +61,24 @@ void CoverThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
 
 void CoverThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     EndTries();
-    if (anInfo == nullptr || mNextFinder == std::size(kFinders)) {
+    if (anInfo == nullptr) {
         return;
     }
-    const ezStreamOwner stream = OpenedStream(anInfo->mFilePath, &mfFailed);
+    if (mNextFinder < std::size(kFinders)) {
+        Find(anInfo->mFilePath);
+    }
+    if (!SourceToTry() && mfFailed) {
+        mfFailed = false; // there is one
+        mTrySource = new UnreadableSource;
+    }
+}
+
+void CoverThumbnailProvider::Find(const ezPathName& aPath) {
+    const ezStreamOwner stream = OpenedStream(aPath, &mfFailed);
     while (mNextFinder < std::size(kFinders)) {
         const Cover cover = kFinders[mNextFinder++](*stream);
         if (cover.IsFound()) {
-            mTrySource = SourceOf(cover, anInfo->mFilePath);
+            mTrySource = SourceOf(cover, aPath);
             return;
         }
     }

@@ -20,6 +20,9 @@
 ///
 /// Looking reads at most 16 MiB, and usually some KiB. Tags at the end of a file, compressed or encrypted
 /// frames, links to pictures, and FLAC within Ogg are not looked into.
+///
+/// Where the file is there and cannot be read, the last candidate is one that gives no stream: the build is
+/// tried and fails, and the next request tries again.
 class EZTHUMBNAILS_API CoverThumbnailProvider : public ezIndirectThumbnailProvider {
 public:
     /// @param aThumbnailGenerator  borrowed, the manager's
@@ -27,13 +30,12 @@ public:
         : ezIndirectThumbnailProvider("cover", aThumbnailGenerator) {}
     ~CoverThumbnailProvider() override;
 
-    /// Where the file is there and cannot be read: all that the generator makes of a picture, so that the
-    /// build is tried and fails, and the next request tries again.
-    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override;
     void GetFirstPath(const ThumbnailInfo* anInfo) override;
     void GetNextPath(const ThumbnailInfo* anInfo) override;
 
 private:
+    void Find(const ezPathName& aPath);
+
     std::size_t mNextFinder = 0;
     bool mfFailed = false; ///< the looking, since the first path
 };

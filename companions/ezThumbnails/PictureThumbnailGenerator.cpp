@@ -85,6 +85,18 @@ bool WriteAll(const ByteSink& aBytes, ezFile* aFile) {
     return written >= 0 && static_cast<std::size_t>(written) == aBytes.GetCount();
 }
 
+bool MakeThumbnail(const ThumbnailInfo& anInfo, const ezThumbnailSource& aSource, bool afJpeg, ezFile* aFile,
+                   bool* afTooCostly) {
+    Picture picture;
+    const ezStreamOwner stream(aSource.GetStream());
+    if (stream == nullptr || !stream->IsOpened() ||
+        !ReadPicture(anInfo, stream.get(), &picture, afTooCostly)) {
+        return false;
+    }
+    ByteSink bytes;
+    return (afJpeg ? EncodeJpeg(picture, &bytes) : EncodePng(picture, &bytes)) && WriteAll(bytes, aFile);
+}
+
 } // namespace
 
 bool PictureDecoder::IsWithinLimits(const PictureHeader& aHeader) {
@@ -99,8 +111,23 @@ PictureThumbnailGenerator::PictureThumbnailGenerator() : ezThumbnailGenerator("P
 
 PictureThumbnailGenerator::~PictureThumbnailGenerator() = default;
 
+bool PictureThumbnailGenerator::IsNoted(const ThumbnailInfo& anInfo) const {
+    return mfNoted && mNotedItem == anInfo.mUniqueID && mNotedPath == anInfo.mFilePath.GetFullPath();
+}
+
 bool PictureThumbnailGenerator::HasMetCost(const ThumbnailInfo& anInfo) const {
-    return mfCostMet && mCostlyItem == anInfo.mUniqueID && mCostlyPath == anInfo.mFilePath.GetFullPath();
+    return mfAllTooCostly && IsNoted(anInfo);
+}
+
+void PictureThumbnailGenerator::NoteFailure(const ThumbnailInfo& anInfo, bool afTooCostly) {
+    mfAllTooCostly = afTooCostly && (mfAllTooCostly || !IsNoted(anInfo));
+    mfNoted = true;
+    mNotedItem = anInfo.mUniqueID;
+    mNotedPath = anInfo.mFilePath.GetFullPath();
+}
+
+void PictureThumbnailGenerator::ForgetFailures(const ThumbnailInfo& anInfo) {
+    mfNoted = mfNoted && !IsNoted(anInfo);
 }
 
 uint32 PictureThumbnailGenerator::CanConvert(const ezCString& aMimeType) {
@@ -122,18 +149,11 @@ bool PictureThumbnailGenerator::BuildThumbnail(const ThumbnailInfo* anInfo, cons
     if (!fJpeg && (anInfo->mThumbnailID & kPNGThumbnailID) == 0) {
         return false;
     }
-    Picture picture;
     bool fTooCostly = false;
-    const ezStreamOwner stream(aSource->GetStream());
-    if (stream == nullptr || !stream->IsOpened() ||
-        !ReadPicture(*anInfo, stream.get(), &picture, &fTooCostly)) {
-        if (fTooCostly) {
-            mfCostMet = true;
-            mCostlyItem = anInfo->mUniqueID;
-            mCostlyPath = anInfo->mFilePath.GetFullPath();
-        }
+    if (!MakeThumbnail(*anInfo, *aSource, fJpeg, aFile, &fTooCostly)) {
+        NoteFailure(*anInfo, fTooCostly);
         return false;
     }
-    ByteSink bytes;
-    return (fJpeg ? EncodeJpeg(picture, &bytes) : EncodePng(picture, &bytes)) && WriteAll(bytes, aFile);
+    ForgetFailures(*anInfo);
+    return true;
 }

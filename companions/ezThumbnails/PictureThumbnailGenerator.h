@@ -22,8 +22,8 @@
 ///
 /// After the pixels, a PNG may hold a little more, which is passed over; what goes on costs too much as well.
 ///
-/// A source that has not arrived yet is waited for. An object keeps nothing but a note of the last item whose
-/// picture was refused for its cost, for CostlyThumbnailProvider; one thread at a time uses it.
+/// A source that has not arrived yet is waited for. An object keeps nothing but a note of the last item of
+/// which a build failed, for CostlyThumbnailProvider; one thread at a time uses it.
 class EZTHUMBNAILS_API PictureThumbnailGenerator : public ezThumbnailGenerator {
 public:
     /// Pixels that an original may have: those of the largest sensors in telephones, 16320 by 12240.
@@ -55,13 +55,19 @@ public:
     bool BuildThumbnail(const ThumbnailInfo* anInfo, const ezThumbnailSource* aSource,
                         ezFile* aFile) override;
 
-    /// Whether the last picture that was refused for its cost was one of this item, by identity and path.
+    /// Whether builds of this item, by identity and path, have failed since the note was taken away, and all
+    /// of them for the cost of their picture. Where another one failed otherwise, be it for want of memory, a
+    /// disk that is full or damage, a later request may find it good.
     bool HasMetCost(const ThumbnailInfo& anInfo) const;
-    /// Takes the note of it away.
-    void ForgetCost() { mfCostMet = false; }
+    /// Takes the note of this item's failures away, as a build that succeeds does.
+    void ForgetFailures(const ThumbnailInfo& anInfo);
 
 private:
-    bool mfCostMet = false;
-    ezCString mCostlyItem;
-    ezCString mCostlyPath;
+    bool IsNoted(const ThumbnailInfo& anInfo) const;
+    void NoteFailure(const ThumbnailInfo& anInfo, bool afTooCostly);
+
+    bool mfNoted = false;
+    bool mfAllTooCostly = false; ///< the failures of the item
+    ezCString mNotedItem;
+    ezCString mNotedPath;
 };

@@ -1,6 +1,7 @@
 #include "ezThumbnails/SidecarThumbnailProvider.h"
 
 #include "ezThumbnails/detail/Sidecars.h"
+#include "ezThumbnails/detail/UnreadableSource.h"
 
 #include <memory>
 
@@ -30,13 +31,6 @@ std::vector<ezCString> SidecarThumbnailProvider::CandidatePaths(const ThumbnailI
     return anInfo != nullptr ? FindSidecars(anInfo->mFilePath.GetFullPath()) : std::vector<ezCString>();
 }
 
-uint32 SidecarThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) {
-    mfFailed = false;
-    const uint32 possible = ezIndirectThumbnailProvider::GetPossibleThumbnailFor(anInfo);
-    // A build that fails is tried again; what nobody could build is remembered for ever.
-    return possible == 0 && mfFailed ? mThumbnailGenerator->CanConvert("image/jpeg") : possible;
-}
-
 void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
     mfFailed = false;
     if (anInfo == nullptr) {
@@ -52,7 +46,14 @@ void SidecarThumbnailProvider::GetFirstPath(const ThumbnailInfo* anInfo) {
 
 void SidecarThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     EndTries();
-    if (anInfo == nullptr || mNextPath == mPaths.size()) {
+    if (anInfo == nullptr) {
+        return;
+    }
+    if (mNextPath == mPaths.size()) {
+        if (mfFailed) {
+            mfFailed = false; // there is one
+            mTrySource = new UnreadableSource;
+        }
         return;
     }
     const ezCString& path = mPaths[mNextPath++];

@@ -35,7 +35,9 @@ private:
 /// their bytes. The media itself is none of them, under no name that it has, and what is not a regular file
 /// (or a symbolic link to one) neither. The extension tells the MIME type.
 ///
-/// Every candidate is an ezFileThumbnailSource, and a walk over them needs no generator.
+/// Every candidate is an ezFileThumbnailSource, and a walk over them needs no generator. Where the system is
+/// in trouble (no descriptor is left, the disk fails) there are none, but one that is no file and gives no
+/// stream: the build is tried and fails, and the next request tries again.
 ///
 /// The folder is listed once for each walk over the candidates, and nothing of it is kept, unless SetListing
 /// says where. A host that serves
@@ -52,9 +54,6 @@ public:
     /// without an item. It costs one listing of the folder.
     static std::vector<ezCString> CandidatePaths(const ThumbnailInfo* anInfo);
 
-    /// Where the system is in trouble (no descriptor is left, the disk fails): all that the generator makes
-    /// of a picture, so that the build is tried and fails, and the next request tries again.
-    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* anInfo) override;
     /// Where to look for what folders hold; borrowed. Null, as at first, for the folders themselves.
     void SetListing(SidecarListing* aListing) { mListing = aListing; }
     void GetFirstPath(const ThumbnailInfo* anInfo) override;

@@ -136,7 +136,10 @@ bool ezThumbnailProviderManager::Build(const ThumbnailInfo* anInfo, bool afUseDe
             continue;
         }
         // What another one left half-written is not the beginning of this one's.
-        fSuccess = aFile->Empty() && provider->BuildThumbnail(anInfo, aFile);
+        if (!aFile->Empty()) {
+            return false;
+        }
+        fSuccess = provider->BuildThumbnail(anInfo, aFile);
         if (fSuccess) {
             break;
         }

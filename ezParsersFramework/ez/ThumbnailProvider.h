@@ -265,6 +265,7 @@ protected:
 /// for the same name is refused at once, without asking again; a provider added later is not asked for it
 /// either. One that a provider tried and failed to serve leaves nothing, and is tried again. The file is
 /// emptied before each provider tries: nothing of one that failed half-way stands in what the next one makes.
+/// Where it cannot be emptied, the request fails there.
 ///
 /// A server creates the manager with cache and generator, adds its providers, sets a default provider, and
 /// keeps it as long as it runs. A provider is handed over once: one that is in the list and the default as

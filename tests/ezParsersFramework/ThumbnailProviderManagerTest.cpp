@@ -508,18 +508,26 @@ TEST_F(ThumbnailProviderManager, AFileThatCannotBeEmptiedIsAFailedAttempt) {
         return false;
     });
     Add("builds", kJPEGThumbnailID);
+    Add("comes next", kJPEGThumbnailID);
     static int sCalls = 0;
-    sCalls = 0;
+    static int sRefused = 0;
     ezSystemCalls calls = ezSystem_Real();
     calls.mFTruncate = [](int aFile, ezFileOffset aLength) {
         errno = EIO;
-        return ++sCalls > 1 ? -1 : ezSystem_Real().mFTruncate(aFile, aLength);
+        const bool fRefused = ++sCalls > 1 && sCalls <= 1 + sRefused;
+        return fRefused ? -1 : ezSystem_Real().mFTruncate(aFile, aLength);
     };
-    ezSystem_Replace(&calls);
-    const std::string refused = Cached();
-    ezSystem_Replace(nullptr);
-    EXPECT_EQ(refused, "<null>");
-    EXPECT_EQ(std::count(mTrace.begin(), mTrace.end(), "build builds"), 0);
+    for (const int refused : {100, 1}) {
+        sCalls = 0;
+        sRefused = refused;
+        mTrace.clear();
+        ezSystem_Replace(&calls);
+        EXPECT_EQ(Cached(), "<null>") << refused;
+        ezSystem_Replace(nullptr);
+        EXPECT_EQ(std::count(mTrace.begin(), mTrace.end(), "build builds"), 0) << refused;
+        EXPECT_EQ(std::count(mTrace.begin(), mTrace.end(), "build comes next"), 0)
+            << "it would stand for the better one from then on";
+    }
     EXPECT_EQ(Cached(), "by builds");
 }
 

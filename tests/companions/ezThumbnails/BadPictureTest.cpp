@@ -149,6 +149,21 @@ TEST_F(BadPicture, APngWhoseDataGoOnAfterItsPixelsIsRefusedThere) {
     }
 }
 
+TEST_F(BadPicture, APngIsReadAfterItsPixelsUpToTheBoundAndNoByteMore) {
+    const std::string png = StoredPng(10, 10, false, 0);
+    const std::size_t data = png.find("IDAT") - 4;
+    constexpr std::size_t kFirst = 2 + 5 + 10 * 11; // the first piece of the data ends with the pixels
+    constexpr std::size_t kAround = 4 + 8 + 4;      // its check sum, and what is around the second piece
+    constexpr std::size_t kSecond = PictureThumbnailGenerator::kMaxAfterPixels - kAround;
+    for (const std::size_t more : {0U, 1U}) {
+        const std::string zeros = StoredZeros(10 * 11 + kSecond - 4 + more);
+        ASSERT_EQ(zeros.size(), kFirst + kSecond + more);
+        const std::string pieces =
+            PngChunk("IDAT", zeros.substr(0, kFirst)) + PngChunk("IDAT", zeros.substr(kFirst));
+        EXPECT_EQ(Fails(png.substr(0, data) + pieces + PngChunk("IEND", "")), more != 0) << more;
+    }
+}
+
 // The passes of narrow and low pictures are partly without pixels.
 TEST_F(BadPicture, AnInterlacedPngOfAnySizeIsTakenWithoutTheDataAfterItsPixels) {
     for (unsigned width = 1; width <= 9; ++width) {

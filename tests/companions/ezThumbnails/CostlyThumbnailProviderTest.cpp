@@ -22,16 +22,17 @@ public:
 /// Another picture of the item, whatever the item is.
 class OtherPicture : public ezThumbnailProvider {
 public:
-    explicit OtherPicture(ezThumbnailGenerator* aGenerator)
-        : ezThumbnailProvider("other"), mGenerator(aGenerator) {}
+    OtherPicture(ezThumbnailGenerator* aGenerator, std::string aBytes)
+        : ezThumbnailProvider("other"), mGenerator(aGenerator), mBytes(std::move(aBytes)) {}
     uint32 GetPossibleThumbnailFor(const ThumbnailInfo* /*anInfo*/) override { return kJPEGThumbnailID; }
     bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) override {
-        const BytesSource source(StoredPng(4, 4, false, 0));
+        const BytesSource source(mBytes);
         return mGenerator->BuildThumbnail(anInfo, &source, aFile);
     }
 
 private:
     ezThumbnailGenerator* mGenerator;
+    std::string mBytes;
 };
 
 /// A service before a cache of its own.
@@ -103,11 +104,30 @@ TEST(CostlyThumbnailProvider, ADamagedPictureIsTriedAgain) {
 
 TEST(CostlyThumbnailProvider, AnotherPictureOfTheItemIsTakenFirst) {
     Service service;
-    service.mManager.Add(new OtherPicture(service.mGenerator));
+    service.mManager.Add(new OtherPicture(service.mGenerator, StoredPng(4, 4, false, 0)));
     service.mManager.Add(new CostlyThumbnailProvider(service.mGenerator));
     service.SetPicture(CostlyPicture());
     EXPECT_EQ(service.Ask(), Answer(true, 2));
     EXPECT_EQ(service.Ask(), Answer(true, 0));
+}
+
+TEST(CostlyThumbnailProvider, AnItemIsRememberedOnlyWhereAllItsPicturesCostTooMuch) {
+    const std::string damaged = StoredPng(4, 4, false, 0).substr(0, 40);
+    for (const auto& [picture, other] :
+         {std::pair(CostlyPicture(), CostlyPicture()), std::pair(CostlyPicture(), damaged),
+          std::pair(damaged, CostlyPicture())}) {
+        Service service;
+        service.SetPicture(picture);
+        service.mManager.Add(new OtherPicture(service.mGenerator, other));
+        service.mManager.Add(new CostlyThumbnailProvider(service.mGenerator));
+        EXPECT_EQ(service.Ask(), Answer(false, 2));
+        EXPECT_EQ(service.Ask(), Answer(false, picture == other ? 0 : 2));
+        if (picture == damaged) {
+            service.SetPicture(CostlyPicture());
+            EXPECT_EQ(service.Ask(), Answer(false, 2));
+            EXPECT_EQ(service.Ask(), Answer(false, 0)) << "what failed before does not count";
+        }
+    }
 }
 
 TEST(CostlyThumbnailProvider, AnswersOnceForTheItemThatWasRefused) {

@@ -1,9 +1,11 @@
+#include "ezThumbnails/CostlyThumbnailProvider.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
 
 #include "CoverKit.h"
+#include "PictureKit.h"
 
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
@@ -135,6 +137,9 @@ constexpr Item kStuffedSong = {"covers/stuffed.mp3", "audio/mpeg"};
 constexpr Item kFlac = {"covers/song.flac", "audio/flac"};
 constexpr Item kM4a = {"covers/song.m4a", "audio/mp4"};
 constexpr Item kOgg = {"covers/song.ogg", "audio/ogg"}; ///< a cover in base64, gathered from many pages
+/// Too costly, with a picture beside it: that is what is tried next, or what was tried before.
+constexpr Item kCostlyPicture = {"media/chart.png", "image/png"};
+constexpr Item kCostlyCover = {"covers/costly.mp3", "audio/mpeg"};
 constexpr Item kBareSong = {"covers/bare.mp3", "audio/mpeg"};
 
 /// The bytes of a media that has a cover or a picture.
@@ -146,6 +151,12 @@ std::string MediaOf(const Item& anItem) {
     }
     if (name == kSong.mName) {
         return ID3(3, 0, Frame23("APIC", Apic(3, cover)));
+    }
+    if (name == kCostlyPicture.mName) {
+        return StoredPng(10, 10, false, 100'000);
+    }
+    if (name == kCostlyCover.mName) {
+        return ID3(3, 0, Frame23("APIC", Apic(3, StoredPng(10, 10, false, 100'000))));
     }
     if (name == kStuffedSong.mName) {
         return ID3(3, 0x80, Unsynchronised(Frame23("APIC", Apic(3, ReadSample("pictures/harbour.png")))));
@@ -171,8 +182,12 @@ class Home {
 public:
     explicit Home(const Item& anItem) {
         mFolder.Write(anItem.mName, MediaOf(anItem));
-        if (anItem.mName == kFilm.mName) {
-            mFolder.Write("media/film.jpg", ReadSample("pictures/harbour.jpg"));
+        for (const auto& [item, beside] : {std::make_pair(kFilm.mName, "media/film.jpg"),
+                                           std::make_pair(kCostlyPicture.mName, "media/chart.jpg"),
+                                           std::make_pair(kCostlyCover.mName, "covers/costly.jpg")}) {
+            if (anItem.mName == item) {
+                mFolder.Write(beside, ReadSample("pictures/harbour.jpg"));
+            }
         }
     }
 
@@ -206,11 +221,12 @@ class Thumbnails {
 public:
     explicit Thumbnails(const Home& aHome, std::size_t aMaximumFiles = kManyFiles)
         : mCache(aHome.Path("cache").c_str(), kManyBytes, aMaximumFiles),
-          mManager(&mCache, new PictureThumbnailGenerator),
+          mManager(&mCache, mGenerator),
           mHome(aHome) {
         mManager.Add(new ezPictureThumbnailProvider(mManager.GetThumbnailGenerator(), "picture"));
         mManager.Add(new SidecarThumbnailProvider(mManager.GetThumbnailGenerator()));
         mManager.Add(new CoverThumbnailProvider(mManager.GetThumbnailGenerator()));
+        mManager.Add(new CostlyThumbnailProvider(mGenerator));
         mManager.SetDefaultProvider(new DefaultThumbnailProvider(mManager.GetThumbnailGenerator()));
     }
 
@@ -233,6 +249,7 @@ public:
     }
 
 private:
+    PictureThumbnailGenerator* mGenerator = new PictureThumbnailGenerator; // the manager's
     ezFileCacheManager mCache;
     ezThumbnailProviderManager mManager;
     const Home& mHome;
@@ -421,6 +438,26 @@ TEST(ThumbnailFaults, CoverInTheMediaIsMadeWholeOrNotAndThenTheNextTime) {
          {SystemCall::Mkdir, Mkdirs(false), Mkdirs(true)}});
 }
 
+// Only the cost of a picture is remembered, never a trouble of the system with another one.
+TEST(ThumbnailFaults, TroubleWithTheOtherPictureOfACostlyOneIsNotTakenForCost) {
+    for (const Item& item : {kCostlyPicture, kCostlyCover}) {
+        ExpectWholeOrNothing(item, Cache::Empty);
+        const FaultyOperation get = Get<DirectFaults>(item, Cache::Empty);
+        for (const SystemCall call : {SystemCall::Stat, SystemCall::OpenDir, SystemCall::ReadDir}) {
+            for (const bool fForGood : {false, true}) {
+                FaultManner manner = MannerOf(call);
+                manner.mfForGood = fForGood;
+                std::istringstream outcomes(SweepFaults(manner, get));
+                for (std::string line; std::getline(outcomes, line);) {
+                    const std::string outcome = line.substr(line.find(": ") + 2) + "\n";
+                    EXPECT_TRUE(outcome == kThumbnail || outcome == kNothing)
+                        << item.mName << " " << NameOf(call) << " " << line;
+                }
+            }
+        }
+    }
+}
+
 TEST(ThumbnailFaults, ThumbnailOfTheCacheComesWholeOrNotAndStays) {
     ExpectOutcomes(Get<FaultySystem>(kFilm, Cache::Filled),
                    {{SystemCall::Open, "1: " + kNothing, "1: " + kNothing},
@@ -496,7 +533,7 @@ TEST(ThumbnailFaults, GenericPictureIsMadeWholeAndNeverStandsForAnItemThatHasOne
 }
 
 TEST(ThumbnailFaults, ASheetsLookAtAFolderListsItOnceHoweverManyMediaItHas) {
-    for (const std::size_t count : {10, 100, 1000}) {
+    for (const std::size_t count : {10U, 100U, 1000U}) {
         const TemporaryFolder folder;
         for (std::size_t i = 0; i < count; ++i) {
             folder.Write(std::to_string(i) + ".jpg", "picture");

@@ -114,6 +114,14 @@ TEST_F(HttpPatience, HeadsAndTrailersHaveOneNumberOfBytes) {
     EXPECT_FALSE(mPatience.TakeLine(SIZE_MAX, At(0)));
 }
 
+TEST_F(HttpPatience, OneLineMayBeTooMuchByItself) {
+    EXPECT_TRUE(mPatience.TakeLine(kHttp_MaxHeadBytes, At(0)));
+    for (const std::size_t size : {kHttp_MaxHeadBytes + 1, SIZE_MAX}) {
+        mPatience.Ask(At(0));
+        EXPECT_FALSE(mPatience.TakeLine(size, At(0))) << size;
+    }
+}
+
 TEST_F(HttpPatience, ABoundedNumberOfSmallPartsIsContinued) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(mPatience.MayContinue(kHttp_SmallPart)); // a larger one forgets those before it

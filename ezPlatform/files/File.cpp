@@ -289,7 +289,7 @@ int ezFile::Write(const void* aBuffer, std::size_t aSize) {
     if (!mfWriting) {
         return -1;
     }
-    // In place the old content goes on behind what is written, and must not show in a gap.
+    // In place the old content goes on after what is written, and must not show in a gap.
     if (mOld != nullptr && mPosition > mLengthAtOpen && !TruncateRepeatedly(mFile, mLengthAtOpen)) {
         mfWriteFailed = true;
         return -1;

@@ -55,6 +55,8 @@ public:
     /// kept in memory and put back when the new one is given up, and is at risk when the process ends
     /// meanwhile, when the disk takes nothing any more, and when it may be written and not read. One at a
     /// time does that: another one fails in Create.
+    /// A folder in which only its owner may replace a file (a shared one, "sticky") permits one beside it all
+    /// the same, and it is Close that fails there: the file of another user stands as it was.
     ///
     /// False, with the old file untouched, when the target is no regular file, may not be written, exists
     /// without afOverwrite, the file beside it cannot be made for another reason (a full disk), the content

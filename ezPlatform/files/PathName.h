@@ -7,7 +7,7 @@
 ///
 /// "/" and also "\" part the components (playlists come from other systems), but the text that opens the file
 /// is never rewritten, so that a POSIX name which holds a backslash still opens; its names are then those
-/// behind the backslash.
+/// after the backslash.
 class EZPLATFORM_API ezPathName {
 public:
     /// An invalid path: the empty text.

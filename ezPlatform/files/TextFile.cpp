@@ -15,7 +15,7 @@ ezTextFile::ezTextFile(const ezCString& aPath, std::size_t aMaximumLineLength)
 
 bool ezTextFile::NextCharacter(char* aCharacter) {
     if (mfFailed) {
-        return false; // what could be read behind a gap is no line of the file
+        return false; // what could be read after a gap is no line of the file
     }
     if (mBufferPosition == mBufferLength) {
         const int count = mFile.Read(mBuffer.data(), mBuffer.size());

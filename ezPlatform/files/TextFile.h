@@ -18,7 +18,7 @@ public:
 
     /// False when the constructor could not open the file, which then has no lines.
     bool IsOpened() const { return mFile.IsOpened(); }
-    /// The next line without its end; false behind the last one. *afCut, unless null, tells that the line was
+    /// The next line without its end; false after the last one. *afCut, unless null, tells that the line was
     /// longer than the limit and is not whole: its rest has been skipped. A file that cannot be read on ends
     /// there: ask HasFailed.
     bool NextLine(ezCString* aLine, bool* afCut);

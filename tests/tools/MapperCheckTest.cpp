@@ -126,7 +126,7 @@ TEST(MapperCheck, NamesValuesThatDoNotRead) {
 TEST(MapperCheck, NamesWhatASaveDoesNotKeep) {
     EXPECT_EQ(FindingsIn("a\\,b.mp3,audio/mpeg,MP3\n" + Entry("c.mp3") + ",,,,,,,,,,DLNA.ORG_OP=01,x,y\n"),
               (Lines{"1: comma in the file name: a save writes it bare, and it then parts the field",
-                     "2: 15 fields: what stands behind the 13th is not used", " entries: 2, findings: 2"}));
+                     "2: 15 fields: what stands after the 13th is not used", " entries: 2, findings: 2"}));
 }
 
 TEST(MapperCheck, NamesDoubledLinesAndEntriesThatNeverAnswer) {

@@ -160,7 +160,7 @@ private:
                  ": a save joins it with the next field");
         }
         if (aFields.GetCount() > kFieldNames.size()) {
-            Lost(std::to_string(aFields.GetCount()) + " fields: what stands behind the 13th is not used");
+            Lost(std::to_string(aFields.GetCount()) + " fields: what stands after the 13th is not used");
         }
     }
 

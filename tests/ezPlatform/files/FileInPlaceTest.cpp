@@ -204,14 +204,6 @@ TEST_F(FileInPlace, WhatCannotBeKeptIsNotTouched) {
          [](ezSystemCalls& aCalls) {
              aCalls.mPRead = [](int, void*, std::size_t, ezFileOffset) -> ssize_t { return 0; };
          }},
-        {"size",
-         [](ezSystemCalls& aCalls) {
-             aCalls.mFStat = [](int aFile, struct stat* aStatus) {
-                 const int result = ezSystem_Real().mFStat(aFile, aStatus);
-                 aStatus->st_size = static_cast<ezFileOffset>(INT_MAX) + 1;
-                 return result;
-             };
-         }},
         {"somebody else writes it in place",
          [](ezSystemCalls& aCalls) {
              aCalls.mFLock = [](int, int) {
@@ -229,6 +221,32 @@ TEST_F(FileInPlace, WhatCannotBeKeptIsNotTouched) {
         EXPECT_FALSE(Create(file, mPath)) << failing.mWhat;
         EXPECT_FALSE(file.IsOpened());
         ExpectOldFileWhole(failing.mWhat);
+    }
+}
+
+// The edge: of less the memory is asked for, which this machine does not give either.
+TEST_F(FileInPlace, OfTwoGibibytesNothingIsKeptAndNothingTouched) {
+    static ezFileOffset sSize = 0;
+    static std::size_t sAsked = 0;
+    for (const ezFileOffset more : {0, 1}) {
+        sSize = static_cast<ezFileOffset>(INT_MAX) + more;
+        sAsked = 0;
+        const ReplacedSystem system([](ezSystemCalls& aCalls) {
+            RefuseBeside(aCalls);
+            aCalls.mFStat = [](int aFile, struct stat* aStatus) {
+                const int result = ezSystem_Real().mFStat(aFile, aStatus);
+                aStatus->st_size = sSize;
+                return result;
+            };
+            aCalls.mAllocate = [](std::size_t aSize) -> void* {
+                sAsked = aSize;
+                return nullptr;
+            };
+        });
+        ezFile file;
+        EXPECT_FALSE(Create(file, mPath)) << more;
+        EXPECT_EQ(sAsked, more == 0 ? static_cast<std::size_t>(INT_MAX) + 1 : 0);
+        ExpectOldFileWhole();
     }
 }
 

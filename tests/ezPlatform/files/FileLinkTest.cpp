@@ -72,7 +72,30 @@ TEST_F(FileLink, AStrangersLinkInASharedFolderIsFollowedOnlyWhereTheSystemDoes) 
     }
     EXPECT_EQ(Save(link, kNew), fFollowed);
     EXPECT_EQ(ContentAt(mPath), fFollowed ? kNew : kOld);
+    // And for a user without rights, to whom the target is open.
+    ASSERT_EQ(chmod(mPath.c_str(), 0666), 0);
+    EXPECT_EQ(InUnprivilegedChild([&] {
+                  const int file = open(link.c_str(), O_WRONLY | O_CLOEXEC);
+                  const bool fOpens = file >= 0 && close(file) == 0;
+                  return Save(link, "user's") == fOpens && fOpens == fFollowed ? 42 : 1;
+              }),
+              42);
+    EXPECT_EQ(ContentAt(mPath), fFollowed ? "user's" : kOld);
     EXPECT_TRUE(S_ISLNK(StatusOf(link).st_mode));
+    EXPECT_EQ(NamesIn(mFolder.Path("shared")), Names({"out.jpg"}));
+}
+
+// There everybody may write another's file that lets him, and nobody but its owner may replace it.
+TEST_F(FileLink, AStrangersFileInASharedFolderStandsAsItWasAndTheSaveFails) {
+    std::filesystem::create_directory(mFolder.Path("shared"));
+    ASSERT_EQ(chmod(mFolder.Path("shared").c_str(), 01777), 0);
+    ASSERT_EQ(chmod(mFolder.GetPath().c_str(), 0755), 0);
+    const std::string path = mFolder.Write("shared/out.jpg", kOld);
+    ASSERT_EQ(chmod(path.c_str(), 0666), 0);
+    const bool fStrangers = chown(path.c_str(), 65533, 65533) == 0;
+    EXPECT_EQ(fStrangers, geteuid() == 0);
+    EXPECT_EQ(InUnprivilegedChild([&] { return Save(path, kNew) ? 1 : 42; }), fStrangers ? 42 : 1);
+    EXPECT_EQ(ContentAt(path), fStrangers ? kOld : kNew);
     EXPECT_EQ(NamesIn(mFolder.Path("shared")), Names({"out.jpg"}));
 }
 

@@ -72,8 +72,7 @@ TEST(DLNAMediaMapperEditor, AFirstLoadTellsThoseOfBothFiles) {
     folder.WriteReadOnly("bad\n" + grows + "\n" + LineOf(1024 - Addition()) + "\n");
     const std::unique_ptr<OpenMapper> mapper = folder.New();
     EXPECT_FALSE(mapper->Load().IsError());
-    const std::string inTheCopy =
-        "7 " + std::string(kLong); // after a header of six lines
+    const std::string inTheCopy = "7 " + std::string(kLong); // after a header of six lines
     EXPECT_EQ(Told(mapper->GetSkippedLines()), (Lines{"ro 1 fewer than 3 fields", inTheCopy}));
     EXPECT_EQ(Told(mapper->GetTooLongLines()), Lines{inTheCopy});
     EXPECT_EQ(mapper->GetCount(), 3U) << "two of the one file, and one of the other";
@@ -96,6 +95,14 @@ TEST(DLNAMediaMapperEditor, SaveTellsTheLinesThatItMadeTooLong) {
     EXPECT_EQ(next->GetCount(), 2U);
     EXPECT_FALSE(next->Save().IsError());
     EXPECT_EQ(next->GetTooLongLines().mCount, 0U);
+    // Those of the last one only.
+    while (mapper->GetCount() > 0) {
+        mapper->RemoveEntry(mapper->At(0));
+    }
+    EXPECT_FALSE(mapper->Load().IsError());
+    EXPECT_FALSE(mapper->Save().IsError());
+    EXPECT_EQ(mapper->GetTooLongLines().mCount, 0U);
+    EXPECT_TRUE(mapper->GetTooLongLines().mLines.empty());
 }
 
 TEST(DLNAMediaMapperEditor, OfAFileOfBadLinesAThousandAreKeptAndAllAreCounted) {

@@ -431,6 +431,18 @@ TEST(DLNAProfileEntry, ArrayIsMergedBackIntoEveryEntryOfItsProfiles) {
     EXPECT_EQ(mapper->At(0)->mGoldenDMSFlags, 0U);
 }
 
+TEST(DLNAProfileEntry, OfTwoRecordsOfOneProfileTheFirstIsMergedBack) {
+    const MapperFolder folder;
+    const std::unique_ptr<OpenMapper> mapper = folder.Loaded("a.mp3,audio/mpeg,MP3\n");
+    ezArray* const records = mapper->NewProfileArray();
+    DLNAProfileEntry* const second = new DLNAProfileEntry(*mapper->At(0));
+    second->EnableProfile(false);
+    ezArray_Append(records, second);
+    EXPECT_FALSE(mapper->MergeBackProfileArray(records, nullptr));
+    EXPECT_TRUE(mapper->At(0)->ProfileEnabled());
+    ezArray_Delete(records);
+}
+
 TEST(DLNAProfileEntry, EntriesWithoutARecordStay) {
     const MapperFolder folder;
     const std::unique_ptr<OpenMapper> mapper = folder.Loaded("1.mpg,video/mpeg,P\n2.mpg,video/mpeg,Q\n");

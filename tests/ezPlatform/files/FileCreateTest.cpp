@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <vector>
 
 namespace {
 
@@ -385,6 +386,24 @@ TEST_F(FileCreate, TheModeOfTheOldFileIsKept) {
         EXPECT_TRUE(Save(mPath, kNew));
         EXPECT_EQ(ModeOf(mPath), mode);
     }
+}
+
+// Who may not read the old file may not read the new one on its way either.
+TEST_F(FileCreate, UntilItHasTheModeOfTheOldFileNobodyElseMayReadTheNewOne) {
+    const Mask mask(0);
+    ASSERT_EQ(chmod(mPath.c_str(), 0640), 0);
+    static std::vector<unsigned> sModes;
+    sModes.clear();
+    const ReplacedSystem system([](ezSystemCalls& aCalls) {
+        aCalls.mFChmod = [](int aFile, mode_t aMode) {
+            struct stat status = {};
+            EXPECT_EQ(fstat(aFile, &status), 0);
+            sModes = {status.st_mode & 07777U, aMode};
+            return ezSystem_Real().mFChmod(aFile, aMode);
+        };
+    });
+    EXPECT_TRUE(Save(mPath, kNew));
+    EXPECT_EQ(sModes, (std::vector<unsigned>{0600, 0640}));
 }
 
 TEST_F(FileCreate, ANewFileIsForEverybodyLessTheMask) {

@@ -18,11 +18,6 @@ public:
                 return false;
             }
         } else {
-            if (mTexts.size() == kWalked) {
-                for (const std::string_view text : mTexts) {
-                    mSlots.Add(ezHashSlots::Hash(text));
-                }
-            }
             const std::uint32_t hash = ezHashSlots::Hash(aText);
             if (mSlots.Find(hash, [&](std::size_t anIndex) { return mTexts[anIndex] == aText; }) != 0) {
                 return false;
@@ -30,6 +25,11 @@ public:
             mSlots.Add(hash);
         }
         mTexts.push_back(aText);
+        if (mTexts.size() == kWalked) { // once: what is refused leaves the number as it is
+            for (const std::string_view text : mTexts) {
+                mSlots.Add(ezHashSlots::Hash(text));
+            }
+        }
         return true;
     }
 

@@ -24,7 +24,8 @@ constexpr std::uint32_t kRunDelay = 0x800;
 struct Track {
     const ISOTrack* mTrack = nullptr; ///< null: the movie has none of the kind
     std::uint64_t mStart = 0;
-    std::uint64_t mNow = 0; ///< ticks
+    std::uint64_t mNow = 0;    ///< ticks
+    std::uint64_t mBefore = 0; ///< ticks up to the last index, not counting what indices tell of
     bool mfStarted = false;
     ISOFragmentTrack mFound;
 
@@ -47,7 +48,13 @@ struct Track {
         mFound.mSamples = ISONumber_Add(mFound.mSamples, aSamples);
         mFound.mSampleTicks = ISONumber_Add(mFound.mSampleTicks, aTicks);
         mFound.mBytes = ISONumber_Add(mFound.mBytes, aBytes);
-        mFound.mTicks = std::max(mFound.mTicks, mNow - std::min(mStart, mNow));
+        mFound.mTicks = std::max(mFound.mTicks, ISONumber_Add(mBefore, mNow - std::min(mStart, mNow)));
+    }
+    /// An index tells of what follows; times after that start anew.
+    void StepOverIndexed() {
+        mBefore = mFound.mTicks;
+        mStart = mNow;
+        mfStarted = false;
     }
     /// Microseconds, with those that indices tell of.
     std::uint64_t GetDuration(ISOTimeSum anIndexed) const {
@@ -99,11 +106,11 @@ public:
         mVideo.Begin(aMovie.mVideo);
     }
 
-    ISOFragments Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex);
+    ISOFragments Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afDuration);
 
 private:
     bool Next(std::uint64_t aPosition, BoxType* aType, ByteReader* aContent);
-    void Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragments& aFragments);
+    bool Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFragments& aFragments);
     bool IsCut() const;
     void ReadFragment(const ByteReader& aBox);
     void ReadTrackFragment(const ByteReader& aBox);
@@ -200,13 +207,21 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
         return 0;
     }
     mIndexed.Add(ticks, timescale);
+    mAudio.StepOverIndexed();
+    mVideo.StepOverIndexed();
     return end;
 }
 
-void FragmentReading::Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragments& aFragments) {
+/// False where the bound of fragments ended it. For a duration that is at the first one too many: the samples
+/// of the last one stand before that.
+bool FragmentReading::Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFragments& aFragments) {
     BoxType type;
     ByteReader content(mBytes);
-    while (mCount < aMaxFragments && Next(mPosition, &type, &content)) {
+    while ((mCount < aMaxFragments || afDuration) && Next(mPosition, &type, &content)) {
+        const bool fIndex = type == "sidx" && afDuration;
+        if (mCount == aMaxFragments && (type == "moof" || fIndex)) {
+            return false;
+        }
         if (mCount != 0) {
             mLargestBox = std::max(mLargestBox, content.GetEnd() - mPosition);
         }
@@ -217,13 +232,14 @@ void FragmentReading::Walk(std::uint32_t aMaxFragments, bool afIndex, ISOFragmen
             const std::uint64_t before = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes);
             ReadFragment(content);
             mExpectedSamples = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes) - before;
-        } else if (type == "sidx" && afIndex) {
+        } else if (fIndex) {
             const std::uint64_t end = ReadIndex(content);
             mCount += end != 0 ? 1 : 0;
             mPosition = std::max(mPosition, end);
             aFragments.mfIndexed = aFragments.mfIndexed || end != 0;
         }
     }
+    return mCount < aMaxFragments || afDuration;
 }
 
 /// True when the media ends within the box at which the walk did: what is there of it is no more than such a
@@ -240,13 +256,13 @@ bool FragmentReading::IsCut() const {
     return box.HasFailed() || ((size == 1 || size >= kLeastBox) && left / kUnevenness <= usual);
 }
 
-ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afIndex) {
+ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragments, bool afDuration) {
     ISOFragments fragments;
     mPosition = aStart;
-    Walk(aMaxFragments, afIndex, fragments);
+    const bool fWalked = Walk(aMaxFragments, afDuration, fragments);
     const std::uint64_t size = mBytes.GetSize();
     // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
-    const bool fEnded = mCount < aMaxFragments && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp();
+    const bool fEnded = fWalked && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp();
     fragments.mfComplete = mPosition >= size || (fEnded && IsCut());
     fragments.mStart = aStart;
     // The samples of the last fragment are a part of its share, also where their box is damaged.
@@ -260,6 +276,6 @@ ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragm
 } // namespace
 
 ISOFragments ReadFragments(MediaBytes& aBytes, std::uint64_t aStart, const ISOMovie& aMovie,
-                           std::uint32_t aMaxFragments, bool afIndex, std::uint32_t& aBoxBudget) {
-    return FragmentReading(aBytes, aMovie, aBoxBudget).Read(aStart, aMaxFragments, afIndex);
+                           std::uint32_t aMaxFragments, bool afDuration, std::uint32_t& aBoxBudget) {
+    return FragmentReading(aBytes, aMovie, aBoxBudget).Read(aStart, aMaxFragments, afDuration);
 }

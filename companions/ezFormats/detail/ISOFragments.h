@@ -24,7 +24,7 @@ struct ISOFragments {
     std::uint64_t mEnd = 0;
 };
 
-/// Reads from a position on, aMaxFragments at most. What an index tells of is stepped over, where afIndex
-/// allows.
+/// Reads from a position on, aMaxFragments at most. Where the duration is asked for, what an index tells of
+/// is stepped over, as one fragment; else the indices are.
 ISOFragments ReadFragments(MediaBytes& aBytes, std::uint64_t aStart, const ISOMovie& aMovie,
-                           std::uint32_t aMaxFragments, bool afIndex, std::uint32_t& aBoxBudget);
+                           std::uint32_t aMaxFragments, bool afDuration, std::uint32_t& aBoxBudget);

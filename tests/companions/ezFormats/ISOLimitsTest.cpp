@@ -136,36 +136,39 @@ TEST(ISOLimits, RunsAndEditsAreReadUpToTheirBounds) {
 }
 
 TEST(ISOLimits, FragmentsAreCountedUpToTheirBound) {
-    const auto parsed = [](unsigned aCount) {
-        std::string file = FileType() + Movie({EmptyTrack()}, Extends());
+    const std::string movie = FileType() + Movie({EmptyTrack()}, Extends());
+    const std::string fragment = Fragment(1, 10) + Box("mdat", std::string(5000, '.')); // of a second
+    const std::string index = FullBox("sidx", Big(1, 4) + Big(1, 4) + Big(0, 8) + Big(0, 2) + Big(1, 2) +
+                                                  Big(fragment.size(), 4) + Big(1, 4) + Big(0, 4));
+    const auto parsed = [&](const std::string& aPart, unsigned aCount) {
+        std::string file = movie;
         for (unsigned i = 0; i < aCount; ++i) {
-            file += Fragment(1, 10) + Box("mdat", std::string(5000, '.'));
+            file += aPart;
         }
         return Values(Parsed(file), {"dm", "md"});
     };
-    EXPECT_EQ(parsed(47), "dm=47000 md=\"counted\"");
-    EXPECT_NE(parsed(49).find("estimate"), std::string::npos);
+    const std::string estimate = "md=\"estimate: the first fragments, by their share of the bytes\"";
+    for (const unsigned count : {47U, 48U}) {
+        const std::string length = "dm=" + std::to_string(count * 1000);
+        EXPECT_EQ(parsed(fragment, count), length + " md=\"counted\"");
+        EXPECT_EQ(parsed(index + fragment, count), length + " md=\"header\"");
+    }
+    EXPECT_EQ(parsed(fragment, 49), "dm=55125 " + estimate); // and an eighth more
+    EXPECT_EQ(parsed(index + fragment, 49), "dm=55125 " + estimate);
 }
 
 TEST(ISOLimits, BoxesAreSteppedOverUpToTheirBound) {
-    const auto parsed = [](unsigned aBoxes) {
+    const auto file = [](unsigned aBoxes) {
         std::string boxes;
         for (unsigned i = 0; i < aBoxes; ++i) {
             boxes += Box("free", "");
         }
-        return Values(Parsed(FileType() + boxes + Movie({Track()})), {"ca"});
+        return FileType() + boxes + Movie({Track()});
     };
-    EXPECT_EQ(parsed(4000), "ca=\"AAC\"");
-    EXPECT_EQ(Refusal(FileType() +
-                      [] {
-                          std::string boxes;
-                          for (unsigned i = 0; i < 4095; ++i) {
-                              boxes += Box("free", "");
-                          }
-                          return boxes;
-                      }() +
-                      Movie({Track()})),
-              "ISOMediaParser: malformed: ends before a \"moov\" box");
+    EXPECT_EQ(ValueOf(Parsed(file(4000)), "ca"), "\"AAC\"");
+    // The last of 4096 is "moov" itself, and no box in it is looked at.
+    EXPECT_EQ(Refusal(file(4094)), "ISOMediaParser: unsupported: no audio or video in 0 tracks");
+    EXPECT_EQ(Refusal(file(4095)), "ISOMediaParser: malformed: ends before a \"moov\" box");
 }
 
 TEST(ISOLimits, NumbersThatARecordCannotHoldAreNone) {

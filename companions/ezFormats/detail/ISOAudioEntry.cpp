@@ -169,6 +169,11 @@ bool HasBitsPerSample(const ezCString& aName) {
     return aName == "LPCM" || aName == "ALAC" || aName == "FLAC";
 }
 
+/// What an entry states of AMR counts the bytes of the file, which are more than those of its frames.
+bool IsRateOfBytes(const ezCString& aName) {
+    return aName == "AMR" || aName == "AMR-WB";
+}
+
 /// Packets that the entry leaves to the codec.
 void CompletePackets(BoxType aFormat, ISOCodec& aCodec) {
     for (const PackedFormat& packed : kPackedFormats) {
@@ -205,6 +210,10 @@ ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     CompletePackets(format, entry.mCodec);
     if (!HasBitsPerSample(entry.mCodec.mName)) {
         entry.mCodec.mBitsPerSample = 0;
+    }
+    if (IsRateOfBytes(entry.mCodec.mName)) {
+        entry.mCodec.mBitRate = 0;
+        entry.mCodec.mMaxBitRate = 0;
     }
     if (fEncrypted) {
         MarkEncrypted(entry.mCodec);

@@ -239,7 +239,13 @@ TEST(ISOAudioBoxes, AMRIsJudgedByItsFramesAndNotByItsBytes) {
     track.mEntry = AudioEntry("samr", "");
     track.mSizes = {14, 20};
     EXPECT_EQ(ValueOf(Parsed(File({track})), "ar"), "6700");
-    // Behind the movie the same.
+    // What an entry states as its rate counts the bytes of the file as well.
+    const std::string stated =
+        AudioEntry("samr", Box("btrt", Big(0, 4) + Big(13000, 4) + Big(12800, 4)), 1, 16, 8000);
+    const std::string record = Parsed(Constant(stated, 50, 32, "3gp4"));
+    EXPECT_EQ(Values(record, {"ar", "ma"}), "ar=12200");
+    EXPECT_EQ(ValueOf(record, "dl"), ValueOf(narrow, "dl"));
+    // After the movie the same.
     Track fragmented = EmptyTrack();
     fragmented.mEntry = track.mEntry;
     const std::string run =

@@ -31,9 +31,8 @@ public:
 
     /// Inflates what stands in a reader from its position on, up to the end of the zlib data. Unless the
     /// result is Whole there are no bytes afterwards; those of an earlier call are gone in any case.
-    /// @param aCompressed  left behind what was read, which may be more than the data have; no more is read
-    /// than
-    ///                     data of aMaxSize bytes can take, whatever the reader holds
+    /// @param aCompressed  left after what was read, which may be more than the data have; no more is read
+    ///                     than data of aMaxSize bytes can take, whatever the reader holds
     /// @param aMaxSize     bytes that come out at most
     Result Inflate(ByteReader& aCompressed, std::size_t aMaxSize);
 

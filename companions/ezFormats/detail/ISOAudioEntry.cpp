@@ -75,7 +75,7 @@ std::uint32_t ReadSmall(ByteReader& aReader) {
     return number <= UINT16_MAX ? number : 0;
 }
 
-/// The first version of QuickTime's sound description, behind the part that all have: how samples are packed.
+/// The first version of QuickTime's sound description, after the part that all have: how samples are packed.
 /// Where packets vary there is no more to it than a template.
 void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOCodec& aCodec) {
     constexpr std::uint32_t kVariable = 0xFFFE;
@@ -89,7 +89,7 @@ void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOCodec
     }
 }
 
-/// The second version of QuickTime's sound description, behind the part that all have.
+/// The second version of QuickTime's sound description, after the part that all have.
 void ReadSoundVersion2(ByteReader& aReader, ISOAudioEntry& anEntry) {
     constexpr std::uint32_t kFloat = 1;
     aReader.Skip(4); // its size

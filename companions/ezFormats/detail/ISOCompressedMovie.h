@@ -6,7 +6,7 @@
 #include <cstdint>
 
 /// A movie's header that QuickTime compressed: "moov" holds a box "cmov" alone, and that the algorithm
-/// ("dcom") and the data ("cmvd"), behind the size that comes out, which is a whole "moov" box.
+/// ("dcom") and the data ("cmvd"), after the size that comes out, which is a whole "moov" box.
 class ISOCompressedMovie {
 public:
     enum class Result {

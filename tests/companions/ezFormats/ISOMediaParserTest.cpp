@@ -272,7 +272,7 @@ TEST(ISOMediaParser, MovieMayLackAFewBytesOfItsEnd) {
               "ISOMediaParser: malformed: ends before a \"moov\" box");
 }
 
-TEST(ISOMediaParser, FileThatIsCutBehindItsMovieIsRead) {
+TEST(ISOMediaParser, FileThatIsCutAfterItsMovieIsRead) {
     const std::string movie = FileType() + Movie({Track()});
     EXPECT_TRUE(IsComplete(Parsed(movie + Big(1000000, 4) + "mdat" + "cut")));
 }
@@ -564,8 +564,8 @@ TEST(ISOMediaParser, IndicesOfFragmentsGoBeforeCounting) {
     // What no index tells of is counted and added: a second.
     EXPECT_EQ(Times(movie + thirds(25) + thirds(25) + thirds(7) + fragment), "du=20 md=\"header\"");
     // Each track may have an index of its own to the same fragments: these count once.
-    const auto shared = [&](std::size_t aBehind) {
-        return FullBox("sidx", Big(1, 4) + Big(3, 4) + Big(0, 4) + Big(aBehind, 4) + Big(0, 2) + Big(1, 2) +
+    const auto shared = [&](std::size_t anAfter) {
+        return FullBox("sidx", Big(1, 4) + Big(3, 4) + Big(0, 4) + Big(anAfter, 4) + Big(0, 2) + Big(1, 2) +
                                    Big(fragment.size(), 4) + Big(25, 4) + Big(0x90000000, 4));
     };
     const std::string pair = shared(shared(0).size()) + shared(0) + fragment;

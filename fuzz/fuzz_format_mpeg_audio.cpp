@@ -1,4 +1,5 @@
-// The door: an MPEG audio file. A bit of the delivery asks for all of it to be read.
+// The door: an MPEG audio file. A bit of the delivery asks for all of it to be read, and for texts of a code
+// page with letters of two bytes.
 
 #include "fuzz/support/FormatDoor.h"
 
@@ -7,22 +8,28 @@
 #include "ezFormats/detail/Limits.h"
 
 #include "ez/MediaParserManager.h"
+#include "ezPlatform/config/PropertyList.h"
+
+#include <memory>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 
 namespace {
 
-/// A parser whose manager wants durations counted.
+/// A parser whose manager wants durations counted and has a code page.
 class WholeReading {
 public:
     WholeReading() {
+        ezPropertyList_Set_charPtr(mEnvironment.get(), kProperty_TextCodePage, "932");
         mManager.AddStandardParsers(kParseOption_ParseFullFileIfVBR);
         mManager.Add(mParser);
     }
     MPEGAudioParser& GetParser() { return *mParser; }
 
 private:
-    ezMediaParserManager mManager{nullptr};
+    std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> mEnvironment{ezPropertyList_New(),
+                                                                            ezPropertyList_Delete};
+    ezMediaParserManager mManager{mEnvironment.get()};
     MPEGAudioParser* mParser = new MPEGAudioParser; ///< the manager's
 };
 

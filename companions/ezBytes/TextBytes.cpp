@@ -90,12 +90,6 @@ void PutUtf16(std::string_view aBytes, bool afLittle, CleanTextWriter& aWriter) 
     });
 }
 
-void PutLatin1(std::string_view aBytes, CleanTextWriter& aWriter) {
-    for (std::size_t i = 0; i < aBytes.size() && !aWriter.IsFull(); ++i) {
-        aWriter.Put(FromWindows1252(static_cast<unsigned char>(aBytes[i])));
-    }
-}
-
 /// aBytes is whole UTF-8.
 void PutUtf8(std::string_view aBytes, CleanTextWriter& aWriter) {
     while (!aBytes.empty() && !aWriter.IsFull()) {
@@ -110,7 +104,7 @@ void PutUtf8(std::string_view aBytes, CleanTextWriter& aWriter) {
     }
 }
 
-/// Without the first bytes of a character that was cut: a lead byte and fewer bytes behind it than it asks
+/// Without the first bytes of a character that was cut: a lead byte and fewer bytes after it than it asks
 /// for.
 std::string_view WithoutCutCharacter(std::string_view aBytes) {
     for (std::size_t count = 1; count <= 3 && count <= aBytes.size(); ++count) {
@@ -131,18 +125,19 @@ bool IsAscii(std::string_view aBytes) {
                        [](char aByte) { return static_cast<unsigned char>(aByte) < 0x80; });
 }
 
-void PutBytes(std::string_view aBytes, TextEncoding anEncoding, CleanTextWriter& aWriter) {
-    if (anEncoding != TextEncoding::Latin1 && IsWholeUtf8(aBytes)) {
+void PutBytes(std::string_view aBytes, TextEncoding anEncoding, const CodePage& aCodePage,
+              CleanTextWriter& aWriter) {
+    if (IsWholeUtf8(aBytes)) {
         PutUtf8(aBytes, aWriter);
         return;
     }
     const std::string_view whole = WithoutCutCharacter(aBytes);
-    // Of plain letters and one more byte, that byte is a letter of Latin-1 unless UTF-8 was promised.
+    // Of plain letters and one more byte, that byte is a letter of the code page unless UTF-8 was promised.
     const bool fPromised = anEncoding == TextEncoding::Utf8 || !IsAscii(whole);
-    if (anEncoding != TextEncoding::Latin1 && fPromised && IsWholeUtf8(whole)) {
+    if (fPromised && IsWholeUtf8(whole)) {
         PutUtf8(whole, aWriter);
     } else {
-        PutLatin1(aBytes, aWriter);
+        PutUtf8(aCodePage.ToUtf8(aBytes), aWriter);
     }
 }
 
@@ -151,7 +146,8 @@ bool IsPlain(std::string_view aBytes) {
     return std::all_of(aBytes.begin(), aBytes.end(), [](char aByte) { return aByte >= ' ' && aByte <= '~'; });
 }
 
-ezCString CleanOne(std::string_view aBytes, TextEncoding anEncoding, std::size_t aMaximum) {
+ezCString CleanOne(std::string_view aBytes, TextEncoding anEncoding, const CodePage& aCodePage,
+                   std::size_t aMaximum) {
     if (!IsUtf16(anEncoding) && aBytes.size() <= aMaximum && IsPlain(aBytes)) {
         return ezCString(ezTrimmed(aBytes));
     }
@@ -159,26 +155,27 @@ ezCString CleanOne(std::string_view aBytes, TextEncoding anEncoding, std::size_t
     if (IsUtf16(anEncoding)) {
         PutUtf16(aBytes, anEncoding == TextEncoding::Utf16Little, writer);
     } else {
-        PutBytes(aBytes, anEncoding, writer);
+        PutBytes(aBytes, anEncoding, aCodePage, writer);
     }
     return writer.Finish();
 }
 
 } // namespace
 
-ezCString CleanText(std::string_view aBytes, TextEncoding anEncoding, std::size_t aMaximum) {
+ezCString CleanText(std::string_view aBytes, TextEncoding anEncoding, const CodePage& aCodePage,
+                    std::size_t aMaximum) {
     const TextEncoding encoding = IsUtf16(anEncoding) ? ResolveOrder(aBytes, anEncoding) : anEncoding;
-    return CleanOne(aBytes.substr(0, LengthOfFirst(aBytes, encoding)), encoding, aMaximum);
+    return CleanOne(aBytes.substr(0, LengthOfFirst(aBytes, encoding)), encoding, aCodePage, aMaximum);
 }
 
 std::vector<ezCString> CleanTexts(std::string_view aBytes, TextEncoding anEncoding, std::size_t aMaxCount,
-                                  std::size_t aMaximum) {
+                                  const CodePage& aCodePage, std::size_t aMaximum) {
     std::vector<ezCString> texts;
     TextEncoding encoding = anEncoding;
     while (!aBytes.empty() && texts.size() < aMaxCount) {
         encoding = IsUtf16(encoding) ? ResolveOrder(aBytes, encoding) : encoding;
         const std::size_t length = LengthOfFirst(aBytes, encoding);
-        ezCString text = CleanOne(aBytes.substr(0, length), encoding, aMaximum);
+        ezCString text = CleanOne(aBytes.substr(0, length), encoding, aCodePage, aMaximum);
         if (!text.IsEmpty()) {
             texts.push_back(text);
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ezBytes/CodePage.h"
+
 #include "ezPlatform/text/CString.h"
 
 #include <cstddef>
@@ -8,12 +10,11 @@
 
 /// How the bytes of a text in a media file are to be read.
 enum class TextEncoding {
-    Latin1,       ///< as Windows-1252, which is what writers of "Latin-1" mean by 80 to 9F
-    Utf16,        ///< with a byte order mark; without one, in the order that makes more plain letters
-    Utf16Big,     ///< a byte order mark that says otherwise is believed
-    Utf16Little,  ///< the same
-    Utf8,         ///< what is not, was written in Latin-1 by mistake
-    Utf8OrLatin1, ///< not stated: UTF-8 when all of it is
+    Utf16,       ///< with a byte order mark; without one, in the order that makes more plain letters
+    Utf16Big,    ///< a byte order mark that says otherwise is believed
+    Utf16Little, ///< the same
+    Utf8,        ///< what is not, was written in a code page by mistake
+    Unstated,    ///< UTF-8 when all of it is, else of the code page; so is what says "Latin-1"
 };
 
 /// Bytes that a title may have: no screen shows more, and a hostile file cannot fill a library's memory.
@@ -23,10 +24,11 @@ inline constexpr std::size_t kCleanText_MaxLength = 1024;
 /// characters (tabs and line ends become blanks) and the two values that XML has no place for (U+FFFE and
 /// U+FFFF), without blanks at its ends, and of at most aMaximum bytes, cut between two characters. Halves of
 /// a surrogate pair become U+FFFD. What a cut left of a last character is dropped.
-ezCString CleanText(std::string_view aBytes, TextEncoding anEncoding,
+ezCString CleanText(std::string_view aBytes, TextEncoding anEncoding, const CodePage& aCodePage = CodePage(),
                     std::size_t aMaximum = kCleanText_MaxLength);
 
-/// The texts of a block in which NULs part them, each as CleanText has it, without the empty ones; at most
-/// aMaxCount. In UTF-16 the byte order mark of one holds for those behind it.
+/// The texts of a block in which NULs separate them, each as CleanText has it, without the empty ones; at
+/// most aMaxCount. In UTF-16 the byte order mark of one holds for those after it.
 std::vector<ezCString> CleanTexts(std::string_view aBytes, TextEncoding anEncoding, std::size_t aMaxCount,
+                                  const CodePage& aCodePage = CodePage(),
                                   std::size_t aMaximum = kCleanText_MaxLength);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezFormats/Export.h"
+#include "ezFormats/FormatParser.h"
 #include "ezFormats/ProfileRules.h"
 
 #include <memory>
@@ -9,8 +10,13 @@ class ezMediaParserManager;
 
 /// Adds a parser of every file format of this library to a manager, in their fixed order, and the one that
 /// knows these formats whatever their name (MagicParser). The manager owns
-/// them. What a host added before is tried before them.
+/// them. What a host added before is tried before them. A code page in the environment that this system does
+/// not know (kProperty_TextCodePage) is logged as a warning, once.
 ///
 /// @param aRules  which profile a media keeps; null for the table that the library brings
 EZFORMATS_API void RegisterFormatParsers(ezMediaParserManager& aManager,
                                          std::shared_ptr<const ProfileRules> aRules = nullptr);
+
+/// True for the name or number of a code page that kProperty_TextCodePage may have on this system; so for the
+/// empty text, which is Windows-1252. Null is no name.
+EZFORMATS_API bool IsKnownTextCodePage(const char* aName);

@@ -5,8 +5,11 @@
 #include "ezFormats/detail/MPEGAudioFile.h"
 #include "ezFormats/detail/MediaBytes.h"
 
+#include "ezBytes/CodePage.h"
+
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <utility>
@@ -32,6 +35,15 @@ MPEGAudioParser::MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules)
 
 MPEGAudioParser::~MPEGAudioParser() = default;
 
+const char* MPEGAudioParser::CodePageName() const {
+    const char* const name = ezPropertyList_Get_charPtr(mEnvironmentInfo, kProperty_TextCodePage);
+    return name != nullptr ? name : "";
+}
+
+bool MPEGAudioParser::IsCodePageKnown() const {
+    return CodePage::IsKnown(CodePageName());
+}
+
 bool MPEGAudioParser::MayReadWhole() const {
     const ezMimeTypesDotIniParser* const parser =
         mManager != nullptr ? mManager->GetMimeTypesDotIniParser() : nullptr;
@@ -39,7 +51,8 @@ bool MPEGAudioParser::MayReadWhole() const {
 }
 
 bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
-    LeadingTags tags = ReadLeadingTags(aBytes);
+    const CodePage codePage(CodePageName());
+    LeadingTags tags = ReadLeadingTags(aBytes, codePage);
     const char* const other = OtherFormatAt(aBytes, tags.mEnd);
     if (other != nullptr) {
         return Refuse(Cause::Unsupported, "%s at %llu", other, static_cast<LongLong>(tags.mEnd));
@@ -59,7 +72,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     AudioTails tails;
     if (aBytes.IsSizeKnown()) {
         tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);
-        tags.mTexts.Complete(ReadTailTexts(aBytes, tails));
+        tags.mTexts.Complete(ReadTailTexts(aBytes, tails, codePage));
     }
     if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mAudioEnd)) {
         return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none behind them",

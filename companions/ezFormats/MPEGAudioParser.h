@@ -12,7 +12,9 @@
 /// Of the record: kezInfo_AudioCodec "MP1", "MP2" or "MP3", sampling rate, channels, and
 /// kezInfo_AudioBitRate, which is 0xFFFFFFFF where it varies. A varying one has its mean as
 /// kezInfo_AudioEstimatedBitRate, and as kezInfo_AudioMaxBitRate the highest of its frames if all were seen,
-/// else the highest that its layer allows. Free format has no rate at all, and so no rule on rates takes it.
+/// else the highest that its layer allows. Free format states none, but has one, which is the
+/// mean of the frames that were looked at; it is announced without a profile whatever the rules say, as the
+/// profiles of MPEG audio list the rates that frames state.
 ///
 /// The duration is "header" when the first frame states a count (Xing, Info, VBRI) that the file can hold and
 /// behind which no sound goes on, less the samples that the encoder put around the music; "counted" when all
@@ -23,7 +25,8 @@
 /// kParseOption_ParseFullFileIfVBR, and for a varying rate without a count, is a larger file read whole.
 ///
 /// Texts are those of ID3v2 before the sound, and of APE items, Lyrics3, ID3v1 and its enhanced form behind
-/// it: for each the first of these that has it.
+/// it: for each the first of these that has it. Those that state no encoding are UTF-8 where they can be,
+/// else of the code page that kProperty_TextCodePage names; a record never holds anything but UTF-8.
 ///
 /// One parse costs at most 32 reads, 33 seeks and 512 KiB; where the whole file is read, its bytes and two
 /// reads for each 64 KiB of them more. A source that gives less at a time than it is asked for takes more
@@ -35,9 +38,13 @@ public:
     explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
     ~MPEGAudioParser() override;
 
+    /// False where kProperty_TextCodePage names a code page that this system does not know.
+    bool IsCodePageKnown() const;
+
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;
 
 private:
     bool MayReadWhole() const;
+    const char* CodePageName() const;
 };

@@ -1,5 +1,6 @@
 """Seeds of media that are looked through for a cover."""
 import base64
+import zlib
 
 from iso_media import box, full
 from music import id3, n, sync, text22, text23
@@ -90,6 +91,13 @@ def id3s():
     yield "webp-and-gif", id3(picture(4, data=b"RIFF\0\0\0\0WEBPours"), picture(3, data=b"GIF89a"))
     yield "stuffed", id3(picture(data=b"\xFF\0\xD8\xFF\0\xFF\0\0ours\xFF"), flags=0x80)
     yield "stuffed-with-others", id3(text23(b"APIC", b"\0image/jpeg\0\3d\0\xFF\xD8\xFF\xE0ours\xFF\0\xFF", 2, 4), version=4)
+    yield "by-short-names-before", id3(text23(b"TST ", b"\0x"), picture())
+    yield "size-that-counts-the-stuffing", id3(b"APIC" + n(len(picture()) - 10 + 2) + bytes(2)
+                                               + picture()[10:].replace(b"\xFF", b"\xFF\0"), picture(4), flags=0x80)
+    packed = zlib.compress(b"\0image/jpeg\0\3d\0" + JPEG)
+    yield "compressed", id3(text23(b"APIC", n(len(JPEG) + 15) + packed, 0x80))
+    yield "compressed-before-a-plain-one", id3(text23(b"APIC", n(len(JPEG) + 15) + packed[:-5], 0x80), picture(4))
+    yield "compressed-v24", id3(text23(b"APIC", sync(len(JPEG) + 15) + packed, 9, 4), version=4)
     yield "tag-cut", b"ID3\3\0\0" + sync(500) + picture()[:20]
 
 

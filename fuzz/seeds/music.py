@@ -1,4 +1,6 @@
 """Seeds of MPEG audio files: tags, counts and lengths."""
+import zlib
+
 from elementary import filler, mpeg_frame
 from iso_media import with_hole
 
@@ -73,6 +75,9 @@ def genres(*texts):
     return b"".join(id3(text23(b"TCON", b"\0" + text)) for text in texts)
 
 
+CODE_PAGE = id3(text23(b"TIT2", b"\0\x93\xFA\x96\x7B"), text23(b"TALB", b"\0\x93\xFA\xFF\x93")) + SOUND
+
+
 def tags():
     yield "genre-references", genres(b"(RX)(CR)(17)") + SOUND
     yield "genre-of-a-bracket", genres(b"((Ours") + SOUND
@@ -119,6 +124,22 @@ def tags():
     yield "ape-larger-than-what-is-looked-at", SOUND + ape(ape_item(b"x", b"x" * 17000))
     yield "size-of-high-bits", id3(b"TIT2" + n(0x80) + bytes(2) + b"\0" + b"T" * 127, version=4) + SOUND
     yield "names-of-frames-odd", id3(b"TIT[" + n(1) + bytes(3)) + id3(b"TIT:" + n(1) + bytes(3)) + id3(b"TI") + SOUND
+    title = text23(b"TALB", b"\0Album")
+    yield "frames-by-short-names", id3(text23(b"TST ", b"\0x"), text23(b"TP1\0", b"\0Artist"), title) + SOUND
+    yield "frames-by-no-names", id3(text23(b"TSA ", b""), title) + SOUND
+    yield "frames-by-short-names-to-nowhere", id3(b"TSP " + n(99) + bytes(2) + b"\0x", title) + SOUND
+    sizes_with_stuffing = b"TIT2" + n(7) + bytes(2) + b"\1\xFF\0\xFEa\0b"
+    yield "size-that-counts-the-stuffing", id3(sizes_with_stuffing, title, flags=0x80) + SOUND
+    yield "size-that-counts-the-stuffing-at-the-end", id3(sizes_with_stuffing, flags=0x80) + SOUND
+    packed = zlib.compress(b"\0" + b"Packed " * 8)
+    yield "compressed-v23", id3(text23(b"TIT2", n(57) + packed, 0x80), title) + SOUND
+    yield "compressed-v23-size-lies", id3(text23(b"TIT2", n(5) + packed, 0x80), title) + SOUND
+    yield "compressed-v24", id3(text23(b"TIT2", sync(57) + packed, 0x09, 4), version=4) + SOUND
+    yield "compressed-v24-unsynchronised", id3(text23(b"TIT2", sync(57) + packed.replace(b"\xFF", b"\xFF\0"), 0x0B, 4),
+                                               version=4) + SOUND
+    yield "compressed-and-cut", id3(text23(b"TIT2", n(57) + packed[:-9], 0x80), title) + SOUND
+    yield "compressed-bomb", id3(text23(b"TIT2", n(0x100000) + zlib.compress(bytes(0x100000), 9), 0x80), title) + SOUND
+    yield "text-of-a-code-page", CODE_PAGE + id3v1(b"\xCF\xF0\xE8")
     yield "version-1", id3(text23(b"TIT2", b"\0T"), version=1) + SOUND
     yield "version-5", id3(text23(b"TIT2", b"\0T"), version=5) + SOUND
     yield "version-2-compressed", id3(text22(b"TT2", b"\0T"), version=2, flags=0x40) + SOUND
@@ -143,6 +164,12 @@ def tags():
     yield "lyrics-without-number", SOUND + b"LYRICSBEGINxx0000xxLYRICS200"
     yield "lyrics-larger-than-the-file", SOUND + b"LYRICSBEGIN999999LYRICS200"
     yield "lyrics-without-begin", SOUND + b"LYRICSend" + b"x" * 50 + b"LYRICSEND"
+    lyrics = b"LYRICSBEGIN" + b"".join(name + b"%05d" % len(text) + text for name, text in (
+        (b"IND", b"00"), (b"ETT", b"t" * 40), (b"EAR", b"Artist"), (b"EAL", b"\xCF\xF0"), (b"LYR", b"la " * 90)))
+    yield "lyrics-of-long-forms", SOUND + lyrics + b"%06d" % len(lyrics) + b"LYRICS200" + id3v1(b"t" * 30)
+    yield "lyrics-of-a-field-too-long", (SOUND + lyrics.replace(b"EAR00006", b"EAR99999") + b"%06d" % len(lyrics) + b"LYRICS200"
+                                         + id3v1())
+    yield "lyrics-of-no-digits", SOUND + lyrics.replace(b"00006", b"0x006") + b"%06d" % len(lyrics) + b"LYRICS200" + id3v1()
     yield "footer-larger-than-the-file", SOUND + b"3DI\4\0\0" + sync(99999)
     yield "footer-of-high-bits", SOUND + b"3DI\4\0\0\x80\0\0\0"
     yield "ten-tails", SOUND + 10 * ape(flags=0)
@@ -241,6 +268,7 @@ def seeds():
     yield "format_mpeg_audio", "tag-to-where-nothing-is", tag + bytes([16]) + (5000).to_bytes(2, "little") + bytes(5)
     yield "format_mpeg_audio", "whole-of-one-rate", 25 * SOUND + delivered(32)
     free = b"".join(mpeg_frame(FREE, rate=0, body=bytes(32) + b"Xing" + n(0) + bytes([i])) for i in range(50))
+    yield "format_mpeg_audio", "text-of-letters-of-two-bytes", CODE_PAGE + id3v1(b"\x93\xFA") + delivered(32)
     yield "format_mpeg_audio", "whole-of-free-format", free + delivered(32)
     sized = id3(b"TIT2" + n(257) + bytes(2) + b"\0" + b"t" * 256, b"TALB" + n(2) + bytes(2) + b"\0A", version=4)
     yield "format_mpeg_audio", "size-of-8-bits-before-where-nothing-is", sized[:-12] + bytes([16, 200]) + bytes(6)

@@ -187,12 +187,22 @@ TEST(Arguments, OptionsOfStreamsGoWithParseOnly) {
             EXPECT_EQ(ErrorOf(words), "--name, --timeout, --es and --packet go with parse only");
         }
     }
-    for (const Words& option :
-         {Words{"--explain"}, Words{"--mapper"}, Words{"--profiles", "a"}, Words{"--parse-options", "1"}}) {
+    for (const Words& option : {Words{"--explain"}, Words{"--mapper"}, Words{"--profiles", "a"},
+                                Words{"--parse-options", "1"}, Words{"--code-page", "1251"}}) {
         Words words = {"--es", "a"};
         words.insert(words.end(), option.begin(), option.end());
-        EXPECT_EQ(ErrorOf(words), "--explain, --mapper, --profiles and --parse-options do not go with --es");
+        EXPECT_EQ(ErrorOf(words),
+                  "--explain, --mapper, --profiles, --parse-options and --code-page do not go with --es");
     }
+}
+
+TEST(Arguments, ACodePageIsOneThatTheSystemKnows) {
+    EXPECT_EQ(ReadWords({"a"}).mArguments.mCodePage, std::nullopt);
+    EXPECT_EQ(ReadWords({"a", "--code-page", "koi8-r"}).mArguments.mCodePage, "koi8-r");
+    EXPECT_EQ(ReadWords({"a", "--code-page", "932"}).mArguments.mCodePage, "932");
+    EXPECT_EQ(ErrorOf({"a", "--code-page", "klingon"}),
+              "--code-page: this system knows none of the name: klingon");
+    EXPECT_EQ(ErrorOf({"capabilities", "--code-page", "1251"}), "--code-page goes with parse only");
 }
 
 TEST(Arguments, ProfileRulesAreNamedWhereMediaAreAnnounced) {
@@ -336,6 +346,7 @@ TEST(CommandLine, HelpTellsVerbsOptionsAndStatuses) {
                              "--explain",
                              "--ctt N",
                              "--parse-options LIST",
+                             "--code-page NAME",
                              "--config DIR",
                              "--state DIR",
                              "--log LEVEL",

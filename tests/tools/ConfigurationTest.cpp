@@ -2,6 +2,7 @@
 #include "Capabilities.h"
 #include "TypesTableParser.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -239,6 +240,24 @@ TEST(Configuration, ThatWasInstalledIsUsedWhereTheWorkingDirectoryHasNone) {
     EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/installed:*\n");
     working.Write(kIni, "[MimeTypes]\nwork=w@audio/work@item.audioItem\n");
     EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/work:*\n");
+}
+
+TEST(CodePage, ReachesTheLibrary) {
+    const TemporaryFolder folder;
+    folder.Write(kIni, "[MimeTypes]\nmp3=mp3@audio/mpeg@item.audioItem@mp3\n");
+    std::string tag = "TAG\xCF\xF0";
+    tag.resize(128, '\0');
+    std::string song = ReadWholeFile(std::string(EZ_SAMPLES) + "/music/morning-walk.mp3").substr(0, 20000);
+    song.replace(song.find("TIT2"), 4, "XXXX"); // so that the title is that of the tag after the sound
+    const std::string media = folder.Write("song.mp3", song + tag);
+    const auto title = [&](std::vector<std::string> aWords) {
+        aWords.insert(aWords.end(), {"--config", folder.GetPath(), "--json", media});
+        const std::string out = RunTool(aWords).mOut;
+        const std::size_t place = out.find("\"title\":\"");
+        return place == std::string::npos ? out : out.substr(place + 9, out.find('"', place + 9) - place - 9);
+    };
+    EXPECT_EQ(title({"--code-page", "windows-1251"}), "\xD0\x9F\xD1\x80");
+    EXPECT_EQ(title({}), "\xC3\x8F\xC3\xB0");
 }
 
 TEST(ParseOptions, ReachTheLibrary) {

@@ -3,6 +3,7 @@
 #include "LiveMedia.h"
 
 #include "ez/MediaParserTypes.h"
+#include "ezFormats/FormatParsers.h"
 #include "ezPlatform/text/CString.h"
 
 #include <CLI/CLI.hpp>
@@ -154,6 +155,8 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
             "they decide where no parser does");
     addText("--parse-options", aTexts.mParseOptions, "LIST",
             "parse: if-no-extension, if-failed, everytime, vbr-full, parted by commas, or a number");
+    addText("--code-page", anArguments.mCodePage, "NAME",
+            "parse: of texts that state no encoding and are no UTF-8 (default windows-1252)");
     addText("--name", anArguments.mName, "NAME", "parse: the name, and so the extension, of standard input");
     addText("--timeout", aTexts.mTimeout, "SECONDS",
             "parse: how long a web server may send nothing (default 30)");
@@ -198,6 +201,9 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
     anArguments.mCTTContext = context;
     if (aTexts.mParseOptions && !ReadParseOptions(*aTexts.mParseOptions, anArguments.mParseOptions)) {
         return "--parse-options: not a list of options: " + *aTexts.mParseOptions;
+    }
+    if (anArguments.mCodePage && !IsKnownTextCodePage(anArguments.mCodePage->c_str())) {
+        return "--code-page: this system knows none of the name: " + *anArguments.mCodePage;
     }
     if (aTexts.mLogLevel) {
         const auto* level = Find(kLogLevels, *aTexts.mLogLevel);
@@ -290,6 +296,9 @@ std::string CheckTableOptions(const Arguments& anArguments) {
     if (anArguments.mfMapper && !fAnnounces) {
         return "--mapper goes with parse and capabilities only";
     }
+    if (anArguments.mCodePage && anArguments.mVerb != Verb::Parse) {
+        return "--code-page goes with parse only";
+    }
     if (anArguments.mProfiles && !fAnnounces) {
         return "--profiles goes with parse and capabilities only";
     }
@@ -331,9 +340,10 @@ std::string CheckStreamOptions(const Arguments& anArguments, const OptionTexts& 
     if (aTexts.mPacketSize && !anArguments.mfElementary) {
         return "--packet goes with --es only";
     }
-    const bool fAnnouncement = anArguments.mfExplain || anArguments.mfMapper || anArguments.mProfiles;
-    if (anArguments.mfElementary && (fAnnouncement || aTexts.mParseOptions)) {
-        return "--explain, --mapper, --profiles and --parse-options do not go with --es";
+    const bool fAnnouncement = anArguments.mfExplain || anArguments.mfMapper || anArguments.mProfiles ||
+                               anArguments.mCodePage || aTexts.mParseOptions;
+    if (anArguments.mfElementary && fAnnouncement) {
+        return "--explain, --mapper, --profiles, --parse-options and --code-page do not go with --es";
     }
     return {};
 }

@@ -35,6 +35,7 @@ struct Arguments {
     std::optional<std::string> mConfigFolder;
     std::optional<std::string> mStateFolder;
     std::optional<std::string> mProfiles;        ///< a file of profile rules
+    std::optional<std::string> mCodePage;        ///< of texts that state none; one that the system knows
     std::optional<int> mLogLevel;                ///< for _ezLog_Level
     std::optional<std::string> mName;            ///< of standard input
     unsigned mTimeout = 30;                      ///< seconds for which a web server may send nothing

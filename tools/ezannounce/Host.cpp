@@ -40,6 +40,10 @@ Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
     ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", aFolders.mReadWrite.c_str());
     ezPropertyList_Set_uint32(mEnvironment, "CTTContext", anArguments.mCTTContext);
 
+    if (anArguments.mCodePage) {
+        ezPropertyList_Set_charPtr(mEnvironment, kProperty_TextCodePage, anArguments.mCodePage->c_str());
+    }
+
     mMatcher = std::make_unique<ExtensionMimeTypeMatcher>(aFolders.mReadOnly.c_str(),
                                                           aFolders.mReadWrite.c_str(), kMediaTypesFileName);
     mMatcher->Load();

@@ -52,7 +52,7 @@ constexpr std::array<TextBox, 5> kPhrases = {{{"\xA9nam", &MusicTexts::mTitle, f
 ezCString CleanMarkedText(std::string_view aBytes) {
     const std::string_view mark = aBytes.substr(0, 2);
     const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
-    return CleanText(aBytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Utf8OrLatin1);
+    return CleanText(aBytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Unstated);
 }
 
 // --- iTunes
@@ -70,7 +70,7 @@ ezCString ReadData(const ByteReader& aData) {
     std::uint32_t kind = 0;
     ByteReader text = OpenData(aData, &kind);
     return CleanText(ReadTextBytes(text),
-                     kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Utf8OrLatin1);
+                     kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated);
 }
 
 /// A genre by its number, which counts from 1 here.

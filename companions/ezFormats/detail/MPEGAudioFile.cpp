@@ -122,7 +122,7 @@ bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 } // namespace
 
-LeadingTags ReadLeadingTags(MediaBytes& aBytes) {
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
     LeadingTags tags;
     FewReads few(aBytes, kMusicTexts_MaxReads);
     for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
@@ -138,7 +138,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes) {
         if (tag.mfID3 && !tags.mTexts.IsComplete()) {
             tag.mID3.mSize =
                 static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetSize() - body));
-            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3));
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
         }
         tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
         if (!tags.mfBelieved) {
@@ -161,13 +161,13 @@ std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
     return position;
 }
 
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails) {
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     FewReads few(aBytes, kMusicTexts_MaxReads);
     // ID3v1 stands in the last bytes, which are at hand now.
-    const MusicTexts plain = ReadID3v1Texts(few, aTails);
-    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails) : MusicTexts();
+    const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
+    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
     if (aTails.mLyricsFields != 0) {
-        texts.Complete(ReadLyrics3Texts(few, aTails));
+        texts.Complete(ReadLyrics3Texts(few, aTails, aCodePage));
     }
     texts.Complete(plain);
     return texts;

@@ -19,7 +19,7 @@ struct LeadingTags {
 };
 
 /// Steps over the tags at the start of a file.
-LeadingTags ReadLeadingTags(MediaBytes& aBytes);
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage);
 
 /// The first byte from a position on that is not zero: writers leave zeros behind tags. At most
 /// kMPEGAudio_SearchSize of them.
@@ -27,7 +27,7 @@ std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition);
 
 /// The texts of the tags behind the sound: what APE items do not tell, Lyrics3 may, and then
 /// ID3v1.
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails);
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 
 /// The name of another format, whose file may hold frames of MPEG audio, that begins at a position; null when
 /// none does.

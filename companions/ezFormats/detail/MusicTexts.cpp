@@ -42,18 +42,19 @@ ezCString Join(const Field& aField, const std::vector<ezCString>& aTexts) {
 
 /// The first of these takes the place, unless an earlier frame has it.
 void Keep(const Field& aField, std::string_view aBytes, TextEncoding anEncoding, bool afSeveral,
-          MusicTexts& aTexts) {
+          const CodePage& aCodePage, MusicTexts& aTexts) {
     ezCString& place = aTexts.*aField.mPlace;
     if (place.IsEmpty()) {
         const std::size_t count = aField.mfSeveral && afSeveral ? kMusicTexts_MaxCount : 1;
-        place = Join(aField, CleanTexts(aBytes, anEncoding, count));
+        place = Join(aField, CleanTexts(aBytes, anEncoding, count, aCodePage));
     }
 }
 
 /// A text frame: its encoding, and the text. What states no encoding there is begins with its first letter.
-void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, MusicTexts& aTexts) {
-    // Who writes "Latin-1" means what his system has, which is UTF-8 today.
-    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Utf8OrLatin1, TextEncoding::Utf16,
+void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, const CodePage& aCodePage,
+               MusicTexts& aTexts) {
+    // Who writes "Latin-1" means what his system has.
+    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Unstated, TextEncoding::Utf16,
                                                         TextEncoding::Utf16Big, TextEncoding::Utf8};
     const std::string bytes = ReadTextBytes(aBody);
     if (bytes.empty()) {
@@ -62,7 +63,8 @@ void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, MusicT
     const auto encoding = static_cast<unsigned char>(bytes[0]);
     const bool fStated = encoding < kEncodings.size();
     const std::string_view text = std::string_view(bytes).substr(encoding < ' ' ? 1 : 0);
-    Keep(aField, text, fStated ? kEncodings[encoding] : TextEncoding::Utf8OrLatin1, aVersion == 4, aTexts);
+    Keep(aField, text, fStated ? kEncodings[encoding] : TextEncoding::Unstated, aVersion == 4, aCodePage,
+         aTexts);
 }
 
 std::string ReadField(ByteSource& aBytes, std::uint64_t aPosition, std::size_t aSize) {
@@ -77,34 +79,35 @@ std::string WithoutEnd(const std::string& aText) {
 
 /// A text of ID3v1, which goes on in the enhanced part when it fills its place.
 ezCString ReadID3v1Field(ByteSource& aBytes, const AudioTails& aTails, std::uint64_t aPlace,
-                         std::uint64_t anEnhancedPlace) {
+                         std::uint64_t anEnhancedPlace, const CodePage& aCodePage) {
     constexpr std::size_t kSize = 30;
     std::string text = WithoutEnd(ReadField(aBytes, aTails.mID3v1 + aPlace, kSize));
     if (aTails.mEnhancedID3v1 != 0 && text.size() == kSize) {
         text += WithoutEnd(ReadField(aBytes, aTails.mEnhancedID3v1 + anEnhancedPlace, 2 * kSize));
     }
-    return CleanText(text, TextEncoding::Utf8OrLatin1);
+    return CleanText(text, TextEncoding::Unstated, aCodePage);
 }
 
 /// The genre's own words in the enhanced part, or its number.
-ezCString ReadID3v1Genre(ByteSource& aBytes, const AudioTails& aTails) {
+ezCString ReadID3v1Genre(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     constexpr std::uint64_t kEnhancedGenre = 185;
     constexpr std::uint64_t kGenre = 127;
     ezCString genre;
     if (aTails.mEnhancedID3v1 != 0) {
         genre = CleanText(ReadField(aBytes, aTails.mEnhancedID3v1 + kEnhancedGenre, 30),
-                          TextEncoding::Utf8OrLatin1);
+                          TextEncoding::Unstated, aCodePage);
     }
     unsigned char number = 0xFF;
     aBytes.Get(aTails.mID3v1 + kGenre, &number);
     return genre.IsEmpty() ? ezCString(MusicGenreName(number)) : genre;
 }
 
-void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t aVersion, MusicTexts& aTexts) {
-    const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Utf8OrLatin1;
+void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t aVersion,
+                 const CodePage& aCodePage, MusicTexts& aTexts) {
+    const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Unstated;
     for (const Field& field : kFields) {
         if (aKey.CompareNoCase(field.mAPEKey) == 0) {
-            Keep(field, aBytes, encoding, true, aTexts);
+            Keep(field, aBytes, encoding, true, aCodePage, aTexts);
         }
     }
 }
@@ -144,7 +147,7 @@ void MusicTexts::Store(ezMediaInfo& anInfo) const {
     anInfo.mGenre = mGenre;
 }
 
-MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag) {
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage) {
     MusicTexts texts;
     ID3Frames frames(aReader, aTag, kMusicTexts_MaxInflated);
     ezCString id;
@@ -155,25 +158,25 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag) {
         }
         for (const Field& field : kFields) {
             if (id == field.mID22 || id == field.mID23) {
-                KeepFrame(field, body, aTag.mVersion, texts);
+                KeepFrame(field, body, aTag.mVersion, aCodePage, texts);
             }
         }
     }
     return texts;
 }
 
-MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails) {
+MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     MusicTexts texts;
     if (aTails.mID3v1 != 0) {
-        texts.mTitle = ReadID3v1Field(aBytes, aTails, 3, 4);
-        texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64);
-        texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124);
-        texts.mGenre = ReadID3v1Genre(aBytes, aTails);
+        texts.mTitle = ReadID3v1Field(aBytes, aTails, 3, 4, aCodePage);
+        texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64, aCodePage);
+        texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124, aCodePage);
+        texts.mGenre = ReadID3v1Genre(aBytes, aTails, aCodePage);
     }
     return texts;
 }
 
-MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails) {
+MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     constexpr std::size_t kIDSize = 3;
     constexpr std::size_t kDigits = 5;
     MusicTexts texts;
@@ -187,14 +190,14 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails) {
         ByteReader body = fields.Take(size);
         for (const Field& field : kFields) {
             if (field.mLyricsID != nullptr && id == field.mLyricsID) {
-                Keep(field, ReadTextBytes(body), TextEncoding::Utf8OrLatin1, false, texts);
+                Keep(field, ReadTextBytes(body), TextEncoding::Unstated, false, aCodePage, texts);
             }
         }
     }
     return texts;
 }
 
-MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails) {
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     constexpr std::size_t kMaxKey = 256;
     constexpr std::uint32_t kKindMask = 0x6; // 0: text
     MusicTexts texts;
@@ -207,7 +210,7 @@ MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails) {
         const ezCString key = items.ReadZeroTerminated(kMaxKey);
         ByteReader value = items.Take(size);
         if (!items.HasFailed() && (flags & kKindMask) == 0 && !texts.IsComplete()) {
-            KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, texts);
+            KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, aCodePage, texts);
         }
     }
     return texts;

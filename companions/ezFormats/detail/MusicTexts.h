@@ -7,6 +7,7 @@
 
 class ByteReader;
 class ByteSource;
+class CodePage;
 class ezMediaInfo;
 struct ID3Tag;
 struct AudioTails;
@@ -29,16 +30,17 @@ struct MusicTexts {
 /// read.
 std::string ReadTextBytes(ByteReader& aBody);
 
-/// Those of an ID3v2 tag; aReader stands behind its header. Of a frame with several texts the first is the
-/// title or album, and all, parted by ", ", are the creators or genres; up to version 2.3 the first alone
-/// counts.
-MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag);
+/// Those of an ID3v2 tag; aReader stands after its header. Of a frame with several texts the first is the
+/// title or album, and all, separated by ", ", are the creators or genres; up to version 2.3 the first alone
+/// counts. Here and below, texts that state no encoding, or Latin-1, are of the code page unless they are
+/// UTF-8.
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage);
 
 /// Those of ID3v1, of which the enhanced part holds the rest of longer texts; of APE items.
-MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails);
+MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 /// Those of the second version of Lyrics3, which has no genre: the long forms of what ID3v1 cuts.
-MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails);
-MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails);
+MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 
 /// Puts a name behind others, parted by ", ", unless it is among them.
 void AddMusicName(std::string& aList, std::string_view aName);

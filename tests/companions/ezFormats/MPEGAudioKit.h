@@ -117,11 +117,16 @@ inline std::string Length(const std::string& aBytes) {
     return Value(aBytes, "du") + " " + Value(aBytes, "md");
 }
 /// "title|creator|album|genre".
-inline std::string Texts(const std::string& aBytes) {
-    const Record record = Read(aBytes);
+inline std::string Texts(const std::string& aBytes, MPEGAudioParser& aParser) {
+    AwkwardStream stream(aBytes, Delivery(), "/media/song.mp3");
+    const Record record(aParser.Parse(stream));
     return record == nullptr ? "none"
                              : Str(record->mTitle) + "|" + Str(record->mCreator) + "|" + Str(record->mAlbum) +
                                    "|" + Str(record->mGenre);
+}
+inline std::string Texts(const std::string& aBytes) {
+    MPEGAudioParser parser;
+    return Texts(aBytes, parser);
 }
 /// Why nothing was read.
 inline std::string Refusal(const std::string& aBytes) {

@@ -4,10 +4,21 @@
 #include "ezFormats/detail/MusicTexts.h"
 
 #include "ezBytes/InflatedBytes.h"
+#include "ezBytes/Utf8.h"
 
+#include "ez/MediaParserManager.h"
+#include "ezFormats/FormatParsers.h"
+#include "ezPlatform/config/PropertyList.h"
+
+#include "support/Catchers.h"
 #include "support/ZlibBytes.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <vector>
 
 #ifdef EZ_HAS_ZLIB
 #include <zlib.h>
@@ -22,6 +33,15 @@ std::string Title23(const std::string& aBody, unsigned aFlags = 0) {
 }
 std::string Title24(const std::string& aBody, unsigned aFlags = 0, unsigned aTagFlags = 0) {
     return Texts(ID3(4, aTagFlags, Frame24("TIT2", aBody, aFlags)) + Song());
+}
+/// "title|creator|album|genre", with a code page in the environment.
+std::string TextsIn(const char* aCodePage, const std::string& aBytes) {
+    const std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> environment(ezPropertyList_New(),
+                                                                                 ezPropertyList_Delete);
+    ezPropertyList_Set_charPtr(environment.get(), kProperty_TextCodePage, aCodePage);
+    MPEGAudioParser parser;
+    parser.SetEnvironmentInfo(environment.get());
+    return Texts(aBytes, parser);
 }
 std::string Genre(const std::string& aText) {
     return Str(MusicGenreOf(aText));
@@ -67,6 +87,52 @@ TEST(MPEGAudioTexts, EveryEncodingIsRead) {
     EXPECT_EQ(Title23(""), "|||");
     EXPECT_EQ(Title23("\0"s), "|||");
     EXPECT_EQ(Title23("\3\1\2\n x \n\0"s), "x|||");
+}
+
+TEST(MPEGAudioTexts, ThatStateNoEncodingAreOfTheOperatorsCodePage) {
+    const std::string cyrillic = "\xCF\xF0"; // of code page 1251; P and R
+    const std::string expected = "\xD0\x9F\xD1\x80";
+    std::string lyrics = "LYRICSBEGINEAR00010" + cyrillic + " in full";
+    lyrics += std::to_string(1000000 + lyrics.size()).substr(1) + "LYRICS200";
+    const std::string everywhere = ID3(3, 0, Frame23("TALB", '\0' + cyrillic)) + Song() +
+                                   APE1(APEItem("Title", cyrillic)) + lyrics +
+                                   ID3v1(cyrillic, cyrillic, cyrillic, 255);
+    EXPECT_EQ(TextsIn("1251", everywhere), expected + "|" + expected + " in full|" + expected + "|");
+    EXPECT_EQ(TextsIn("1251", Song() + ID3v1(cyrillic, "\xD0\x9F", "", 255)), expected + "|\xD0\x9F||")
+        << "UTF-8";
+    EXPECT_EQ(TextsIn("no such page", Song() + ID3v1(cyrillic, "", "", 255)), "\xC3\x8F\xC3\xB0|||");
+    EXPECT_EQ(TextsIn(nullptr, Song() + ID3v1(cyrillic, "", "", 255)), "\xC3\x8F\xC3\xB0|||");
+    // What another program's bytes are is nobody's guess, but they are read as something.
+    for (unsigned byte = 1; byte < 256; ++byte) {
+        const std::string bytes = {'a', static_cast<char>(byte), 'b'};
+        for (const char* codePage : {"", "1251", "932", "1255"}) {
+            const std::string texts =
+                TextsIn(codePage, ID3(3, 0,
+                                      Frame23("TIT2", '\0' + bytes) + Frame23("TPE1", bytes) +
+                                          Frame23("TALB", '\3' + bytes)) +
+                                      Song() + ID3v1("", "", bytes, 255));
+            EXPECT_TRUE(IsWholeUtf8(texts)) << codePage << " " << byte << " " << texts;
+        }
+    }
+}
+
+TEST(MPEGAudioTexts, ACodePageThatNobodyKnowsIsToldOnce) {
+    const std::string warning =
+        "TextCodePage: this system knows no such code page; texts without one are read as "
+        "Windows-1252\n";
+    for (const auto& [name, count] :
+         std::map<std::string, std::ptrdiff_t>{{"", 0}, {"1251", 0}, {"klingon", 1}}) {
+        const std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> environment(ezPropertyList_New(),
+                                                                                     ezPropertyList_Delete);
+        ezPropertyList_Set_charPtr(environment.get(), kProperty_TextCodePage, name.c_str());
+        const LogCatcher log;
+        ezMediaParserManager manager(environment.get());
+        RegisterFormatParsers(manager);
+        const std::vector<std::string> texts = log.Texts();
+        EXPECT_EQ(std::count(texts.begin(), texts.end(), warning), count) << name;
+        EXPECT_EQ(IsKnownTextCodePage(name.c_str()), count == 0) << name;
+    }
+    EXPECT_FALSE(IsKnownTextCodePage(nullptr));
 }
 
 TEST(MPEGAudioTexts, OfSeveralTheFirstIsTheTitleAndAllAreTheCreators) {

@@ -132,7 +132,8 @@ void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
                             const ExtensionMimeTypeMatcherEntry* anEntry) const {
     const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
-    const ezCString profile = mRules->FindProfile(anInfo);
+    const bool fAnnounced = !anInfo.GetCString(kezInfo_DLNA, "").IsEmpty();
+    const ezCString profile = fAnnounced ? ezCString() : mRules->FindProfile(anInfo);
     std::string field;
     field.reserve(kUsualFieldSize);
     if (!profile.IsEmpty()) {

@@ -337,8 +337,13 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
     anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
-    const bool fStated = !mFrames.IsFreeFormat() && !IsVariable();
-    anInfo.Set(kezInfo_AudioBitRate, fStated ? header.mBitRate : kVariable, true);
+    if (mFrames.IsFreeFormat()) {
+        anInfo.Set(kezInfo_AudioBitRate, LengthOfFrames(mSurvey, mCount, mSound).mAverageRate, true);
+        // The profiles list the rates that frames state, and "free" is none of them.
+        anInfo.Set(kezInfo_DLNA, mBytes.IsSizeKnown() ? "DLNA.ORG_OP=01" : "*", true);
+    } else {
+        anInfo.Set(kezInfo_AudioBitRate, IsVariable() ? kVariable : header.mBitRate, true);
+    }
     if (!mFrames.IsFreeFormat() && IsVariable()) {
         anInfo.Set(kezInfo_AudioMaxBitRate, mfAllSeen ? mSurvey.mHighestRate : header.mMaxBitRate, true);
         anInfo.Set(kezInfo_AudioEstimatedBitRate, mLength.mAverageRate, true);

@@ -66,11 +66,12 @@ std::uint64_t SpeedOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGA
                                           std::max<std::uint64_t>(1, aFrames * aHeader.mSampleCount));
 }
 
-/// Bits a second; no frame has more than its layer's highest rate.
+/// Bits a second; no frame that states its rate has more than its layer's highest.
 std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAudioHeader& aHeader) {
     const std::uint64_t samples = std::max<std::uint64_t>(1, aFrames * aHeader.mSampleCount);
     const std::uint64_t rate = 8 * std::min(aBytes, kMostBytes) * aHeader.mSamplingRate / samples;
-    return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, aHeader.mMaxBitRate));
+    const std::uint32_t most = aHeader.mBitRate != 0 ? aHeader.mMaxBitRate : UINT32_MAX - 1;
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, most));
 }
 
 /// The time of so many bytes, rounded up; aSpeed is not 0.

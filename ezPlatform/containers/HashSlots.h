@@ -2,14 +2,15 @@
 
 #include "ezPlatform/containers/HashKey.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
 /// Finds items that lie elsewhere, by hash: it knows their hashes and their places in the order added, and
-/// leaves comparing to its user. All tables of texts are made of it, so that none of them hashes without a
-/// key. Not installed.
+/// leaves comparing to its user. All tables are made of it, those of texts with its hashes, so that none of
+/// them hashes without a key. Not installed.
 class ezHashSlots {
 public:
     static std::uint32_t Hash(std::string_view aKey) {
@@ -37,10 +38,18 @@ public:
     /// Adds the next item; the first one has the index 0.
     void Add(std::uint32_t aHash) {
         ++mCount;
-        if (mCount * 2 > mSlots.size()) {
+        while (mCount * 2 > mSlots.size()) {
             Grow();
         }
         Place({aHash, static_cast<std::uint32_t>(mCount)});
+    }
+
+    /// Counts the next item, of which an equal one is there: Find gives that one.
+    void Skip() { ++mCount; }
+    /// Forgets all items and keeps the memory.
+    void Clear() {
+        std::fill(mSlots.begin(), mSlots.end(), Slot{0, 0});
+        mCount = 0;
     }
 
 private:

@@ -1,5 +1,7 @@
 #include "ezPlatform/containers/VoidPtrList.h"
 
+#include "ezPlatform/containers/HashSlots.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -8,49 +10,51 @@ namespace {
 /// Up to here a walk is faster than a table.
 constexpr std::size_t kWalkedSize = 16;
 
-std::size_t Hash(const void* anItem) {
+/// Without a key: nobody outside chooses addresses.
+std::uint32_t Hash(const void* anItem) {
     // Objects lie at multiples of their alignment, so the low bits alone would meet in few slots.
     const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(anItem);
-    return static_cast<std::size_t>((address >> 4) ^ (address >> 12));
+    return static_cast<std::uint32_t>((address >> 4) ^ (address >> 12));
 }
 
 } // namespace
 
-std::size_t ezVoidPtrList::SlotOf(const void* anItem) const {
-    const std::size_t mask = mSlots.size() - 1;
-    std::size_t slot = Hash(anItem) & mask;
-    while (mSlots[slot] != 0 && mItems[mSlots[slot] - 1] != anItem) {
-        slot = (slot + 1) & mask;
-    }
-    return slot;
-}
+struct ezVoidPtrList::Index {
+    ezHashSlots mSlots;
 
-void ezVoidPtrList::BuildIndex(std::size_t aSlotCount) {
-    mSlots.assign(aSlotCount, 0);
-    for (std::size_t i = 0; i < mItems.size(); ++i) {
-        std::size_t& slot = mSlots[SlotOf(mItems[i])];
-        if (slot == 0) {
-            slot = i + 1;
+    std::size_t Find(const std::vector<const void*>& aItems, const void* anItem, std::uint32_t aHash) const {
+        return mSlots.Find(aHash, [&](std::size_t anIndex) { return aItems[anIndex] == anItem; });
+    }
+    /// The next one of the items.
+    void Add(const std::vector<const void*>& aItems, const void* anItem) {
+        const std::uint32_t hash = Hash(anItem);
+        if (Find(aItems, anItem, hash) != 0) {
+            mSlots.Skip(); // the first place counts
+        } else {
+            mSlots.Add(hash);
         }
     }
-}
+};
+
+ezVoidPtrList::ezVoidPtrList() = default;
+
+ezVoidPtrList::~ezVoidPtrList() = default;
 
 void ezVoidPtrList::push_back(const void* anItem) {
     mItems.push_back(anItem);
     if (mItems.size() <= kWalkedSize) {
         return;
     }
-    if (mSlots.size() < mItems.size() * 2) {
-        BuildIndex(std::max(mSlots.size() * 2, kWalkedSize * 4));
+    if (mItems.size() > kWalkedSize + 1) {
+        mIndex->Add(mItems, anItem);
         return;
     }
-    if (mItems.size() == kWalkedSize + 1) {
-        BuildIndex(mSlots.size()); // filled again: the slots of the last filling are out of date
-        return;
+    if (mIndex == nullptr) {
+        mIndex = std::make_unique<Index>();
     }
-    std::size_t& slot = mSlots[SlotOf(anItem)];
-    if (slot == 0) {
-        slot = mItems.size();
+    mIndex->mSlots.Clear(); // of what the last filling left
+    for (const void* item : mItems) {
+        mIndex->Add(mItems, item);
     }
 }
 
@@ -58,8 +62,8 @@ ezVoidPtrList::const_iterator ezVoidPtrList::find(const void* anItem) const {
     if (mItems.size() <= kWalkedSize) {
         return std::find(mItems.begin(), mItems.end(), anItem);
     }
-    const std::size_t slot = mSlots[SlotOf(anItem)];
-    return slot == 0 ? mItems.end() : mItems.begin() + static_cast<std::ptrdiff_t>(slot - 1);
+    const std::size_t found = mIndex->Find(mItems, anItem, Hash(anItem));
+    return found == 0 ? mItems.end() : mItems.begin() + static_cast<std::ptrdiff_t>(found - 1);
 }
 
 void ezVoidPtrList::erase() {

@@ -3,6 +3,7 @@
 #include "ezPlatform/base/Export.h"
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 /// Borrowed pointers in the order added, found again at a cost that does not grow with their number. Emptied
@@ -11,6 +12,11 @@ class EZPLATFORM_API ezVoidPtrList {
 public:
     /// A place in the list, good until an item is added or the items are taken out.
     using const_iterator = std::vector<const void*>::const_iterator;
+
+    ezVoidPtrList();
+    ~ezVoidPtrList();
+    ezVoidPtrList(const ezVoidPtrList&) = delete;
+    ezVoidPtrList& operator=(const ezVoidPtrList&) = delete;
 
     /// Adds a pointer at the end, null too. It is never followed, and may stand there more than once.
     void push_back(const void* anItem);
@@ -33,11 +39,8 @@ public:
     const void* operator[](std::size_t anIndex) const { return mItems[anIndex]; }
 
 private:
-    std::size_t SlotOf(const void* anItem) const;
-    void BuildIndex(std::size_t aSlotCount);
+    struct Index;
 
     std::vector<const void*> mItems;
-    /// Open-addressed: 1 + the index of an item, or 0. A power of two, at most half full; empty for a short
-    /// list.
-    std::vector<std::size_t> mSlots;
+    std::unique_ptr<Index> mIndex; ///< of the items; out of date or null while the list is short
 };

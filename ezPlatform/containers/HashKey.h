@@ -7,8 +7,8 @@
 /// Bernstein, "SipHash: a fast short-input PRF", 2012) under a key that nobody knows beforehand, so that
 /// nobody can choose texts that meet in one place of a table and make it slow. Not installed.
 struct ezHashKey {
-    std::uint64_t mLow;
-    std::uint64_t mHigh;
+    std::uint64_t mLow;  ///< k0 of the paper: bytes 0 to 7 of the key, the first one lowest
+    std::uint64_t mHigh; ///< k1: bytes 8 to 15
 };
 
 /// A hash of a text. It is the same on every machine, and only its distribution matters: no order and no

@@ -10,6 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSi
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
     static ISOMediaParser sParser; // holds nothing between two parses
-    FormatDoor_Check(aData, aSize, sParser, {kISOMedia_MimeTypes, kISO_MaxReads, kISO_MaxBytes});
+    // A header that is inflated, and the block that it grows from.
+    constexpr std::size_t kHeap = kFormatDoor_Heap + 2 * std::size_t{kISO_MaxInflatedMovie};
+    FormatDoor_Check(aData, aSize, sParser, {kISOMedia_MimeTypes, kISO_MaxReads, kISO_MaxBytes, kHeap});
     return 0;
 }

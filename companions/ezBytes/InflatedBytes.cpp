@@ -108,7 +108,9 @@ InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_
             if (size > aMaxSize) {
                 return Result::TooLarge;
             }
-            output.resize(std::min(std::max(2 * size, kFirstOutputSize), aMaxSize + 1));
+            const std::size_t larger = std::min(std::max(2 * size, kFirstOutputSize), aMaxSize + 1);
+            output.reserve(larger); // resize alone may take twice as much
+            output.resize(larger);
             inflater.GiveRoom(output.data() + size, output.size() - size);
         }
         status = inflater.Step();

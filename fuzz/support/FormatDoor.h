@@ -22,16 +22,17 @@
 /// What every parser of a file format promises of every input. The input is the file; its last eight bytes,
 /// unless it is shorter, say how the file is delivered, and all of them zero that it is delivered as it is.
 
+/// The most that a parse may hold at a time: a block of the file and the one that it grows from, 64 KiB each,
+/// and what is made of them.
+inline constexpr std::size_t kFormatDoor_Heap = std::size_t{256} * 1024;
+
 /// What a format may state and cost.
 struct FormatDoorLimits {
     const char* mMimeTypes; ///< parted by ","
     std::uint32_t mReads;
     std::uint64_t mBytes;
+    std::size_t mHeap = kFormatDoor_Heap;
 };
-
-/// The most that a parse may hold at a time: a block of the file and the one that it grows from, 64 KiB each,
-/// and what is made of them.
-inline constexpr std::size_t kFormatDoor_Heap = std::size_t{256} * 1024;
 
 struct FormatDoorDelivery {
     std::size_t mMaximumRead = SIZE_MAX; ///< bytes that one read gives at most
@@ -214,7 +215,7 @@ inline std::string FormatDoor_Parse(FormatParser& aParser, FormatDoorStream& aSt
     const bool fSizeKnown = aStream.GetMediaSize() != 0U;
     std::unique_ptr<ezMediaInfo> info;
     {
-        const HeapBound bound(kFormatDoor_Heap);
+        const HeapBound bound(aLimits.mHeap);
         info.reset(aParser.Parse(aStream));
     }
     FuzzCheck(aStream.GetBytes() - bytesBefore <= aLimits.mBytes);

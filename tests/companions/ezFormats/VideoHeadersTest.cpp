@@ -155,3 +155,51 @@ TEST(MPEGSequence, ExtensionAddsTheUpperBits) {
     wide.mAspectRatio = 5;
     EXPECT_FALSE(ezMPEGSequence_ReadExtension(Data(good), good.size(), wide)) << "shape of MPEG-1 alone";
 }
+
+TEST(MPEGVideoHeaders, FieldsHoldUpToTheirLastLegalValue) {
+    const auto bytes = [](const Bits& aBits) { return aBits.Bytes(); };
+    const auto group = [&](unsigned anHour, unsigned aMinute, unsigned aSecond, unsigned aPicture) {
+        Bits bits;
+        bits.Put(0, 1).Put(anHour, 5).Put(aMinute, 6).Put(1, 1).Put(aSecond, 6).Put(aPicture, 6).Put(0, 2);
+        return ezMPEGGroup_Read(Data(bytes(bits)), bytes(bits).size());
+    };
+    EXPECT_TRUE(group(23, 59, 59, 59));
+    EXPECT_FALSE(group(24, 59, 59, 59));
+    EXPECT_FALSE(group(23, 60, 59, 59));
+    EXPECT_FALSE(group(23, 59, 60, 59));
+    EXPECT_FALSE(group(23, 59, 59, 60));
+
+    const auto extension = [&](unsigned aProfileAndLevel) {
+        Bits bits;
+        bits.Put(1, 4).Put(aProfileAndLevel, 8).Put(0, 1).Put(1, 2).Put(0, 16).Put(1, 1).Put(0, 16);
+        ezMPEGSequence sequence = {};
+        sequence.mAspectRatio = 1;
+        return ezMPEGSequence_ReadExtension(Data(bytes(bits)), bytes(bits).size(), sequence);
+    };
+    EXPECT_TRUE(extension(0x14));
+    EXPECT_TRUE(extension(0x5A));
+    EXPECT_FALSE(extension(0x04));
+    EXPECT_FALSE(extension(0x64));
+    EXPECT_TRUE(extension(0x82));
+    EXPECT_FALSE(extension(0x83));
+
+    const auto coding = [&](unsigned aCode, unsigned afComposite, unsigned anEnd) {
+        Bits bits;
+        bits.Put(8, 4).Put(aCode, 4).Put(0xFFF, 12).Put(0, 2).Put(3, 2).Put(0, 9).Put(afComposite, 1);
+        bits.Put(afComposite != 0 ? 0xFFFFF : 0, 20).Put(anEnd, 1);
+        return ezMPEGPicture_ReadCodingExtension(Data(bytes(bits)), bytes(bits).size());
+    };
+    EXPECT_TRUE(coding(9, 0, 0));
+    EXPECT_FALSE(coding(10, 0, 0));
+    EXPECT_TRUE(coding(1, 1, 0));
+    EXPECT_FALSE(coding(1, 1, 1));
+
+    const auto predicted = [&](unsigned aRange) {
+        Bits bits;
+        bits.Put(0, 10).Put(2, 3).Put(0, 16).Put(1, 1).Put(aRange, 3).Put(0, 1);
+        ezMPEGPicture picture = {};
+        return ezMPEGPicture_ReadHeader(Data(bytes(bits)), bytes(bits).size(), false, picture);
+    };
+    EXPECT_TRUE(predicted(1)); // full pixels
+    EXPECT_FALSE(predicted(0));
+}

@@ -5,6 +5,7 @@
 #include "ezPlatform/text/CString.h"
 
 #include <cstdint>
+#include <string_view>
 
 /// The four characters that name a box, a brand or a kind of samples, compared as one number.
 class BoxType {
@@ -20,6 +21,17 @@ public:
     static BoxType Read(ByteReader& aReader) { return BoxType(aReader.ReadBig32()); }
 
     ezCString GetText() const;
+    /// True when its first characters are these, four at most.
+    constexpr bool StartsWith(std::string_view aText) const {
+        std::uint32_t rest = mCode;
+        for (const char character : aText) {
+            if (rest >> 24 != ByteOf(character)) {
+                return false;
+            }
+            rest <<= 8;
+        }
+        return true;
+    }
 
     friend constexpr bool operator==(BoxType aLeft, BoxType aRight) { return aLeft.mCode == aRight.mCode; }
     friend constexpr bool operator!=(BoxType aLeft, BoxType aRight) { return aLeft.mCode != aRight.mCode; }

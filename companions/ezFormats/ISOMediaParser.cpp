@@ -81,15 +81,13 @@ bool IsOf3GPP(const ISOMovie& aMovie) {
 
 /// What an MP4 may be compatible with.
 bool IsPlainBrand(BoxType aBrand) {
-    const ezCString brand = aBrand.GetText();
-    return brand.StartsWith("iso") || brand.StartsWith("mp4");
+    return aBrand.StartsWith("iso") || aBrand.StartsWith("mp4");
 }
 
 const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
-    const ezCString brand = aBrand.GetText();
     const auto* const types =
         std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
-                     [&](const BrandTypes& aKnown) { return brand.StartsWith(aKnown.mStart); });
+                     [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
     return afVideo ? types->mVideo : types->mAudio;
 }
 
@@ -114,8 +112,7 @@ void ReadBrands(ByteReader aBox, Top& aTop) {
 const char* MimeTypeOf(const Top& aTop, const ISOMovie& aMovie) {
     constexpr BoxType kPlain = "isom";
     const bool fVideo = aMovie.mVideo.has_value();
-    const ezCString brand = aTop.mBrand.GetText();
-    const bool f3GPP = brand.StartsWith("3g") && !brand.StartsWith("3g2");
+    const bool f3GPP = aTop.mBrand.StartsWith("3g") && !aTop.mBrand.StartsWith("3g2");
     return MimeTypeOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand, fVideo);
 }
 

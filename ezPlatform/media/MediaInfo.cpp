@@ -173,7 +173,7 @@ void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrit
 
 void ezMediaInfo::Set(const char* aKey, const ezuint64& aValue, bool afOverwrite) {
     const Key key(aKey);
-    if (key.mStart == kDurationStart && afOverwrite) {
+    if (key.mStart == kDurationStart && afOverwrite && Has(aKey)) {
         LeaveSeconds(DecimalText(aValue).View());
     }
     if (Entry* entry = EntryToWrite(key, afOverwrite)) {

@@ -12,6 +12,31 @@ namespace {
 constexpr std::array<std::string_view, 4> kLists = {kMPEGAudio_MimeTypes, kJPEG_MimeTypes, kPNG_MimeTypes,
                                                     kISOMedia_MimeTypes};
 
+constexpr std::size_t CountTypes() {
+    std::size_t count = kLists.size();
+    for (const std::string_view list : kLists) {
+        for (const char character : list) {
+            count += character == ',' ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+/// The types of all lists, taken apart when this is compiled: every request looks one up.
+constexpr std::array<std::string_view, CountTypes()> AllTypes() {
+    std::array<std::string_view, CountTypes()> types = {};
+    std::size_t count = 0;
+    for (const std::string_view list : kLists) {
+        ListItems items(list);
+        while (items.Next(&types[count])) {
+            ++count;
+        }
+    }
+    return types;
+}
+constexpr auto kTypes = AllTypes();
+static_assert(kTypes.size() <= 32, "each has a bit of its own");
+
 /// Names by which media of one of these types also go, parted by ",".
 struct OtherNames {
     std::string_view mType;
@@ -46,33 +71,15 @@ bool Lists(std::string_view aNames, std::string_view aName) {
 } // namespace
 
 std::string_view FormatMimeType_At(std::size_t anIndex) {
-    std::size_t left = anIndex;
-    for (const std::string_view list : kLists) {
-        ListItems items(list);
-        std::string_view type;
-        while (items.Next(&type)) {
-            if (left-- == 0) {
-                return type;
-            }
-        }
-    }
-    return {};
+    return anIndex < kTypes.size() ? kTypes[anIndex] : std::string_view();
 }
 
 std::uint32_t FormatMimeType_Bit(std::string_view aMimeType) {
     const std::string_view bare = ezTrimmed(aMimeType.substr(0, aMimeType.find(';')));
-    std::uint32_t bit = 1;
-    for (const std::string_view list : kLists) {
-        ListItems items(list);
-        std::string_view type;
-        while (items.Next(&type)) {
-            if (IsSameType(bare, type)) {
-                return bit;
-            }
-            bit <<= 1;
-        }
-    }
-    return 0;
+    const auto* const type = std::find_if(kTypes.begin(), kTypes.end(), [bare](std::string_view aKnown) {
+        return aKnown.size() == bare.size() && IsSameType(bare, aKnown);
+    });
+    return type != kTypes.end() ? std::uint32_t{1} << (type - kTypes.begin()) : 0;
 }
 
 bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec) {

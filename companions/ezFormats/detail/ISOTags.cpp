@@ -83,17 +83,29 @@ ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     return number == 0 ? ezCString() : ezCString(MusicGenreName(number - 1));
 }
 
-/// The values of one text: of an item that has several, or of several items.
-struct ItemValues {
-    std::string mNames;
-    std::size_t mCount = 0;
-
+/// The values of one text: of an item that has several, or of several items. Most texts have one, which is
+/// clean as it stands and makes no list.
+class ItemValues {
+public:
     void Add(const ezCString& aValue, bool afSeveral) {
-        if (!aValue.IsEmpty() && mCount < (afSeveral ? kMusicTexts_MaxCount : 1)) {
-            ++mCount;
-            AddMusicName(mNames, aValue.View());
+        if (aValue.IsEmpty() || mCount >= (afSeveral ? kMusicTexts_MaxCount : 1)) {
+            return;
         }
+        if (++mCount == 1) {
+            mFirst = aValue;
+            return;
+        }
+        if (mNames.empty()) {
+            AddMusicName(mNames, mFirst.View());
+        }
+        AddMusicName(mNames, aValue.View());
     }
+    ezCString GetText() const { return mNames.empty() ? mFirst : CleanText(mNames, TextEncoding::Utf8); }
+
+private:
+    ezCString mFirst;
+    std::string mNames; ///< of several values
+    std::size_t mCount = 0;
 };
 
 void ReadItem(const ByteReader& anItem, bool afSeveral, std::uint32_t& aBoxBudget, ItemValues& aValues) {
@@ -125,7 +137,7 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
     for (std::size_t i = 0; i < kItems.size(); ++i) {
         ezCString& text = (kItems[i].mfSecond ? second : aTexts).*kItems[i].mText;
         if (text.IsEmpty()) {
-            text = CleanText(values[i].mNames, TextEncoding::Utf8);
+            text = values[i].GetText();
         }
     }
     aTexts.Complete(second);

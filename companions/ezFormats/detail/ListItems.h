@@ -5,10 +5,10 @@
 /// The items of a text that are parted by ",", as they stand: empty ones too, and one of an empty text.
 class ListItems {
 public:
-    explicit ListItems(std::string_view aText) : mRest(aText) {}
+    constexpr explicit ListItems(std::string_view aText) : mRest(aText) {}
 
     /// False behind the last one.
-    bool Next(std::string_view* anItem) {
+    constexpr bool Next(std::string_view* anItem) {
         if (mfDone) {
             return false;
         }

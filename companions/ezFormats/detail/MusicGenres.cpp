@@ -61,12 +61,26 @@ bool TakeReference(std::string_view& aText, std::string_view* aName) {
     return true;
 }
 
+constexpr std::string_view kSeparator = ", ";
+
+/// True when a name stands in a list between separators or its ends.
+bool IsAmong(std::string_view aList, std::string_view aName) {
+    const std::size_t width = kSeparator.size();
+    for (std::size_t at = aList.find(aName); at != std::string_view::npos; at = aList.find(aName, at + 1)) {
+        const std::size_t end = at + aName.size();
+        const bool fStart = at == 0 || (at >= width && aList.substr(at - width, width) == kSeparator);
+        if (fStart && (end == aList.size() || aList.substr(end, width) == kSeparator)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 void AddMusicName(std::string& aList, std::string_view aName) {
-    const std::string name(aName);
-    if (!name.empty() && (", " + aList + ", ").find(", " + name + ", ") == std::string::npos) {
-        aList += (aList.empty() ? "" : ", ") + name;
+    if (!aName.empty() && !IsAmong(aList, aName)) {
+        aList.append(aList.empty() ? "" : kSeparator).append(aName);
     }
 }
 

@@ -20,7 +20,7 @@ private:
     std::size_t& mTries;
 };
 
-/// A media without content: what is measured is the manager alone.
+/// Media without content: what is measured is the manager alone.
 class EmptyStream : public ezMediaParserStream {
 public:
     EmptyStream() {

@@ -25,5 +25,5 @@ private:
     std::size_t mTries = 0;
     ezPropertyList* mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
-    std::unique_ptr<ezMediaParserStream> mStream; ///< of a media without content
+    std::unique_ptr<ezMediaParserStream> mStream; ///< of media without content
 };

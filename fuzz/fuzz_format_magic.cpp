@@ -1,4 +1,4 @@
-// The door: how a media begins, whatever its name.
+// The door: how media begin, whatever their name.
 
 #include "fuzz/support/FormatDoor.h"
 

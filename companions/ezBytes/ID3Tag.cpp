@@ -90,7 +90,7 @@ ID3Frames::Place ID3Frames::PlaceOf(ByteReader aReader) const {
     return !name.empty() && name.front() == '\0' ? Place::End : Place::Nowhere;
 }
 
-/// True where a frame stands behind a body of a size that is to be read next, or the end.
+/// True where a frame stands after a body of a size that is to be read next, or the end.
 bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
     ByteReader behind = mFrames;
     behind.Skip(aSize);

@@ -26,10 +26,10 @@ bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag);
 /// What writers do otherwise is taken where it leads to a frame, the padding or the end, and what the
 /// standard says does not: sizes of 2.4 in plain bytes, where seven bits of each count; sizes of 2.2 and 2.3
 /// that count the stuffing of unsynchronisation; names of 2.2 and a zero where
-/// four characters belong; and names that are none ("TST "), whose frames are passed over.
+/// four characters belong; and names that no frame has ("TST "), whose frames are passed over.
 class ID3Frames {
 public:
-    /// @param aReader       stands behind the header of the tag and is left there
+    /// @param aReader       stands after the header of the tag and is left there
     /// @param aMaxInflated  bytes that the compressed frames of the tag may have together when they are
     /// inflated: each
     ///                      one above what is left of that is passed over, and so are all where zlib is
@@ -38,7 +38,7 @@ public:
 
     /// The next frame: its name, of three characters in 2.2 and of four later (of three if it is one of 2.2),
     /// and a reader of its content, which undoes the unsynchronisation and serves until the next call. False
-    /// behind the last one, and where one is damaged.
+    /// after the last one, and where one is damaged.
     bool Next(ezCString* anID, ByteReader* aContent);
 
 private:

@@ -24,7 +24,7 @@ struct LeadingTag {
 /// need not, so the size is a claim.
 LeadingTag ReadLeadingTag(ByteSource& aBytes, std::uint64_t aPosition);
 
-/// Where the tags end that stand at a position, one behind the other; the position itself where there is
+/// Where the tags end that stand at a position, one after the other; the position itself where there is
 /// none. One that claims to reach the end of the bytes, or beyond, is not believed: the end is then that of
 /// its header. Only the headers are read.
 std::uint64_t EndOfLeadingTags(ByteSource& aBytes, std::uint64_t aPosition);

@@ -115,7 +115,7 @@ FrameChainEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 
     return MSS_IN_PROGRESS;
 }
 
-/// Where a tag stands at the start of the window, or behind another one: places the request that leads on. A
+/// Where a tag stands at the start of the window, or after another one: places the request that leads on. A
 /// request has at least the bytes of its header.
 bool FrameChainEltStreamParser::StepOverTag() {
     Search& search = *mSearch;

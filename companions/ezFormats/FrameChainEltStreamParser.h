@@ -9,8 +9,8 @@
 /// The base of the audio formats whose frames follow each other without a gap, each begun by a header that
 /// tells its length. A header counts when another of the same stream stands exactly one frame behind it.
 ///
-/// ID3v2 tags at the start, one behind the other, are stepped over, also for the look at what carries the
-/// stream: their pictures and texts are none of the sound. A tag that claims to reach the limit is searched
+/// ID3v2 tags at the start, one after the other, are stepped over, also for the look at what carries the
+/// stream: their pictures and texts are no part of the sound. A tag that claims to reach the limit is searched
 /// like all else.
 ///
 /// It searches from every byte at once: what looks like a header, and is none, delays no other. It gives up

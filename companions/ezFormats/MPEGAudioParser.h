@@ -24,7 +24,7 @@
 /// is no estimate; with one, a file that cannot be read at one of these places is refused. Only with
 /// kParseOption_ParseFullFileIfVBR, and for a varying rate without a count, is a larger file read whole.
 ///
-/// Texts are those of ID3v2 before the sound, and of APE items, Lyrics3, ID3v1 and its enhanced form behind
+/// Texts are those of ID3v2 before the sound, and of APE items, Lyrics3, ID3v1 and its enhanced form after
 /// it: for each the first of these that has it. Those that state no encoding are UTF-8 where they can be,
 /// else of the code page that kProperty_TextCodePage names; a record never holds anything but UTF-8.
 ///

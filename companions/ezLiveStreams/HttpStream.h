@@ -28,8 +28,8 @@ struct ezHttpOptions {
 /// Failures, by GetErrorText: a server that cannot be reached or answers with anything but the media (the
 /// status is named), or with an encoding of it, a redirect too many or to a URL of more than 8 KiB, a
 /// transfer that breaks off or ends before the stated size or range, or goes beyond that range, a stall, and
-/// a media that has another size or ETag, by the weak comparison, when it is asked for again; more than 2,000
-/// lines or 256 KiB of heads and trailers together, and a media that comes in too many parts of less than 4
+/// media of another size or ETag, by the weak comparison, when it is asked for again; more than 2,000
+/// lines or 256 KiB of heads and trailers together, and media that come in too many parts of less than 4
 /// KiB. After a failure a seek outside of the window asks once more, a few times. The transfer is held back
 /// while the window is full. Proxies are those of the environment.
 ///

@@ -63,7 +63,7 @@ public:
     ezCString GetFullURLFor(const ezCString& anEntryURI) override;
 
     /// Whether a tag that only HLS has (RFC 8216) stands in the first 64 KiB, and no more than a block of the
-    /// reader behind them is read for that. Looked at once; a walk goes on where it would have without the
+    /// reader after them is read for that. Looked at once; a walk goes on where it would have without the
     /// look.
     bool IsHLS();
 

@@ -28,7 +28,7 @@ EZPLATFORM_API void ezPtrList_DefaultFreeFunc(void* anItem);
 EZPLATFORM_API void ezPtrList_Append(ezPtrList* aList, void* anItem);
 /// The number of items; 0 of a null list.
 EZPLATFORM_API std::size_t ezPtrList_GetCount(const ezPtrList* aList);
-/// The address of the stored pointer, in a row with the others until the list changes; null behind the end.
+/// The address of the stored pointer, in a row with the others until the list changes; null past the end.
 EZPLATFORM_API void** ezPtrList_GetAt(const ezPtrList* aList, std::size_t anIndex);
 /// Frees the items through the free function; the list stays, empty.
 EZPLATFORM_API void ezPtrList_Clear(ezPtrList* aList);

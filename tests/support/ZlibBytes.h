@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/// The sum that stands behind zlib data (RFC 1950, 9).
+/// The sum that stands after zlib data (RFC 1950, 9).
 inline std::uint32_t Adler32(const std::string& aBytes) {
     constexpr std::uint32_t kModulus = 65521;
     std::uint32_t low = 1;

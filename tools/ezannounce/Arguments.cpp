@@ -154,7 +154,7 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
             "Conformance-test context: 0 none, 2 file names always decide, any other: "
             "they decide where no parser does");
     addText("--parse-options", aTexts.mParseOptions, "LIST",
-            "parse: if-no-extension, if-failed, everytime, vbr-full, parted by commas, or a number");
+            "parse: if-no-extension, if-failed, everytime, vbr-full, separated by commas, or a number");
     addText("--code-page", anArguments.mCodePage, "NAME",
             "parse: of texts that state no encoding and are no UTF-8 (default windows-1252)");
     addText("--name", anArguments.mName, "NAME", "parse: the name, and so the extension, of standard input");

@@ -37,7 +37,7 @@ constexpr std::array<std::string_view, CountTypes()> AllTypes() {
 constexpr auto kTypes = AllTypes();
 static_assert(kTypes.size() <= 32, "each has a bit of its own");
 
-/// Names by which media of one of these types also go, parted by ",".
+/// Names by which media of one of these types also go, separated by ",".
 struct OtherNames {
     std::string_view mType;
     std::string_view mCodec; ///< the audio codec that these are for; empty: any

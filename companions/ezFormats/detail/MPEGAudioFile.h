@@ -25,7 +25,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage);
 /// kMPEGAudio_SearchSize of them.
 std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition);
 
-/// The texts of the tags behind the sound: what APE items do not tell, Lyrics3 may, and then
+/// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then
 /// ID3v1.
 MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 

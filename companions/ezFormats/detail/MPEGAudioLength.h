@@ -54,7 +54,7 @@ MPEGAudioLength LengthOfFrames(const MPEGAudioSurvey& aFrames, const MPEGAudioCo
                                const MPEGAudioFrame& aSound);
 
 /// That of bytes of a constant rate, which all frames that were looked at have: exact, but for what stands
-/// behind the last frame. In free format the rate is their mean.
+/// after the last frame. In free format the rate is their mean.
 MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll, const MPEGAudioFrame& aSound);
 
 /// That of bytes which go by as those looked at did: rounded up.

@@ -17,7 +17,7 @@ struct PlaylistLine {
 /// the stream. A byte order mark at byte 0 belongs to no line; after that of UTF-16 the lines are handed out
 /// in UTF-8, and half a unit at the end is in no line. A line longer than kPlaylist_MaxLine is read over and
 /// reported as an empty one. A line longer than kPlaylist_MaxSkippedLine ends the playlist before it. A line
-/// that an error of the stream or the bound of the playlist cuts is none.
+/// that an error of the stream or the bound of the playlist cuts is no line.
 class PlaylistLineReader {
 public:
     explicit PlaylistLineReader(PlaylistStreamReader& aReader) : mReader(aReader) {}

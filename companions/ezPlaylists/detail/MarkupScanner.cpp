@@ -187,7 +187,7 @@ bool MarkupScanner::PassOver() {
     return true;
 }
 
-/// Passes over the document type, of which there is one. False when this is none that ends.
+/// Passes over the document type, of which there is one. False when it does not end.
 bool MarkupScanner::PassOverType() {
     constexpr std::string_view kStart = "<!DOCTYPE";
     if (mfTypeMet || !LooksAt(kStart)) {

@@ -144,7 +144,7 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
     for (std::size_t place = 0; place < aWanted.size(); ++place) {
         const auto isSame = [&](const ezCString& aName) { return aName.CompareNoCase(aWanted[place]) == 0; };
         if (std::any_of(aWanted.begin(), aWanted.begin() + static_cast<std::ptrdiff_t>(place), isSame)) {
-            continue; // a media of the name of a folder's picture
+            continue; // media by the name of a folder's picture
         }
         const std::string wanted(aWanted[place].Lower().View());
         const auto& names = folder->second;

@@ -79,7 +79,7 @@ public:
         return Record(mManager->Parse(stream));
     }
 
-    /// What a parse of a media costs its source.
+    /// What a parse costs its source.
     AwkwardStream::Costs Costs(const std::string& aBytes, const std::string& aPath) {
         AwkwardStream stream(aBytes, Delivery(), aPath.c_str());
         const Record record(mManager->Parse(stream));

@@ -201,7 +201,7 @@ TEST(MPEGAudioTexts, CompressedFramesAreReadWithinABound) {
     const std::string read = fZlib ? "Title|||" : "|||";
     EXPECT_EQ(Title23(Big(title.size(), 4) + ZlibData(title), 0x80), read);
     EXPECT_EQ(Title23(Big(title.size(), 4) + "g" + ZlibData(title), 0xA0), read)
-        << "the group behind the size";
+        << "the group after the size";
     EXPECT_EQ(Title24(Syncsafe(title.size()) + ZlibData(title), 0x09), read);
     EXPECT_EQ(Title24("g" + Syncsafe(title.size()) + ZlibData(title), 0x49), read) << "the group before it";
     EXPECT_EQ(Title24(ZlibData(title), 0x08), read) << "no size is stated";

@@ -419,7 +419,7 @@ std::string ManPage() {
 
 TEST(ManPage, NamesEveryOptionOfTheHelpAndNoOther) {
     const std::set<std::string> options = OptionsIn(RunTool({"--help"}).mOut);
-    EXPECT_EQ(options.size(), 29U);
+    EXPECT_EQ(options.size(), 30U);
     EXPECT_EQ(OptionsIn(ManPage()), options);
 }
 

@@ -71,7 +71,7 @@ TEST(FittedTable, ShowsAMediaInOneRowUnderAHeader) {
                            "music/plain-water.flac  audio               -  37.2 KiB  -         -\n"
                            "pictures/windmill.gif   image               -   8.6 KiB  -         -\n"
                            "video/kite-day.mp4      video     0:00:04.200   176x144  H264+AAC  "
-                           "AVC_MP4_BL_CIF30_AAC_940\n"
+                           "AVC_MP4_BL_CIF15_AAC_520\n"
                            "playlists/sunday.m3u    playlist            -     302 B  -         -\n");
 }
 

@@ -132,8 +132,7 @@ void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
                             const ExtensionMimeTypeMatcherEntry* anEntry) const {
     const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
-    const bool fAnnounced = !anInfo.GetCString(kezInfo_DLNA, "").IsEmpty();
-    const ezCString profile = fAnnounced ? ezCString() : mRules->FindProfile(anInfo);
+    const ezCString profile = mRules->FindProfile(anInfo);
     std::string field;
     field.reserve(kUsualFieldSize);
     if (!profile.IsEmpty()) {

@@ -105,7 +105,8 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString& aPat
 
 ezCString ProfileRules::FindProfile(const ezMediaInfo& anInfo) const {
     const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
-    if (type == 0) {
+    // Profiles of MPEG audio list the rates that frames state, and a measured one is no such rate.
+    if (type == 0 || anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
         return {};
     }
     const std::size_t winner = mTable->FindMet(type, ProfileFactValues(anInfo));

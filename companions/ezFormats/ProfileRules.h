@@ -60,7 +60,8 @@ public:
                                                         std::vector<ProfileRulesProblem>* aProblems);
 
     /// The profile that a record keeps, by its MIME type (whose case and parameters do not matter) and facts
-    /// alone; empty when none.
+    /// alone; empty when it keeps none, and for free format (kezMediaInfo_FreeFormat), whose rates are in no
+    /// profile's list.
     ezCString FindProfile(const ezMediaInfo& anInfo) const;
 
     /// What media of some MIME types (parted by ",") can be announced as: "MIME:DLNA.ORG_PN=X" of every rule,

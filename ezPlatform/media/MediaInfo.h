@@ -49,8 +49,10 @@ inline constexpr const char* kezInfo_FrameRate = "fr";         ///< pictures in 
 inline constexpr const char* kezInfo_VideoProfile = "vp"; ///< in the codec's words, no blanks: "Baseline"
 inline constexpr const char* kezInfo_VideoLevel = "vl";   ///< ten times the codec's level: 31 is 3.1; 9 is 1b
 /// How a picture is coded: "baseline", "extended", "progressive", "lossless", "arithmetic" or "hierarchical"
-/// of a JPEG, "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video.
+/// of a JPEG, "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video. Of MPEG audio
+/// kezMediaInfo_FreeFormat, where its frames do not state their rate.
 inline constexpr const char* kezInfo_PictureProcess = "pr";
+inline constexpr const char* kezMediaInfo_FreeFormat = "free-format"; ///< ISO/IEC 11172-3, 2.4.2.3
 /// What a picture's colours are and how they are sampled: "grey", "4:2:0", "4:2:2", "4:4:4" and so on,
 /// "CMYK", "RGB", "RGBA", "grey-alpha", "palette".
 inline constexpr const char* kezInfo_PictureColours = "cr";

@@ -339,8 +339,7 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
     if (mFrames.IsFreeFormat()) {
         anInfo.Set(kezInfo_AudioBitRate, LengthOfFrames(mSurvey, mCount, mSound).mAverageRate, true);
-        // The profiles list the rates that frames state, and "free" is not among them.
-        anInfo.Set(kezInfo_DLNA, mBytes.IsSizeKnown() ? "DLNA.ORG_OP=01" : "*", true);
+        anInfo.Set(kezInfo_PictureProcess, kezMediaInfo_FreeFormat, true);
     } else {
         anInfo.Set(kezInfo_AudioBitRate, IsVariable() ? kVariable : header.mBitRate, true);
     }

@@ -149,7 +149,8 @@ TEST(MPEGAudioParser, FreeFormatIsMeasuredByTheDistanceOfItsHeaders) {
     unknown.mfSizeKnown = false;
     EXPECT_EQ(DumpRecord(Read(file, unknown).get()),
               "ac=2\nar=" + Value(file, "ar") +
-                  "\nca=\"MP3\"\ncn=\"item.audioItem\"\ndl=\"*\"\nmt=\"audio/mpeg\"\nsf=44100\nta=1\n");
+                  "\nca=\"MP3\"\ncn=\"item.audioItem\"\ndl=\"*\"\nmt=\"audio/mpeg\"\n"
+                  "pr=\"free-format\"\nsf=44100\nta=1\n");
     EXPECT_EQ(Value(file, "ea"), "-");
     EXPECT_EQ(Value(file, "ma"), "-");
     EXPECT_EQ(Length(ID3(3, 0, "") + Frames(kFree, 2000, 8)), "0 counted");

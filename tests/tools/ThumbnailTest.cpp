@@ -12,8 +12,9 @@ namespace {
 const std::string kHarbour = EZ_SAMPLES "/pictures/harbour.jpg";
 const std::string kItself = "built from the picture itself";
 const std::string kCached = "from the cache";
-const std::string kNone = "no thumbnail: it is no JPEG or PNG that is read, has no cover, and no picture beside it; "
-                          "--default gives the generic one\n";
+const std::string kNone =
+    "no thumbnail: it is no JPEG or PNG that is read, has no cover, and no picture beside it; "
+    "--default gives the generic one\n";
 const std::string kDamaged =
     "no thumbnail: its picture is damaged, too large, or of a kind that is not read\n";
 const std::string kGeneric = "generic picture of the media's class, ";
@@ -360,8 +361,9 @@ TEST_F(ThumbnailTool, TheCacheLiesWhereCachesOfAPersonLie) {
     for (const char* none : {"HOME", "HOME=", "HOME=relative", "HOME=./home"}) {
         const ProgramResult nowhere = run("XDG_CACHE_HOME", none);
         EXPECT_EQ(nowhere.mStatus, 2) << none;
-        EXPECT_EQ(nowhere.mError, "ezannounce: thumbnail: no folder for the cache: neither XDG_CACHE_HOME nor "
-                                  "HOME is an absolute path; --cache names one\n");
+        EXPECT_EQ(nowhere.mError,
+                  "ezannounce: thumbnail: no folder for the cache: neither XDG_CACHE_HOME nor "
+                  "HOME is an absolute path; --cache names one\n");
     }
     EXPECT_FALSE(std::filesystem::exists(mFolder.Path("relative")));
     EXPECT_FALSE(std::filesystem::exists(mFolder.Path("home/.cache")));

@@ -17,7 +17,8 @@ struct ezEAC3Header {
     bool mfMain;                 ///< of the first programme, and not an addition to its channels
 };
 
-/// Takes the four bytes of a header after its sync word apart, as one number. False for bytes that are no header.
+/// Takes the four bytes of a header after its sync word apart, as one number. False for bytes that are no
+/// header.
 bool ezEAC3Header_ReadFields(std::uint32_t aFields, ezEAC3Header& aHeader);
 
 /// Takes the kEAC3HeaderSize bytes of a header apart. False for bytes that are no header.

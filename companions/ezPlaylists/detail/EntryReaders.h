@@ -11,8 +11,8 @@
 using EntrySink = std::function<bool(const PlaylistParserEntry& anEntry)>;
 
 /// Each hands out the entries of a whole document, those of a broken one up to where it breaks: an entry that
-/// is not whole counts as absent, as half a location is worse than no location. False when the rest was left out, as
-/// its bases cost too much (LocationBaseBudget).
+/// is not whole counts as absent, as half a location is worse than no location. False when the rest was left
+/// out, as its bases cost too much (LocationBaseBudget).
 bool ReadAsxEntries(DocumentText& aDocument, const EntrySink& aSink);
 bool ReadWplEntries(DocumentText& aDocument, const EntrySink& aSink);
 bool ReadXspfEntries(DocumentText& aDocument, const EntrySink& aSink);

@@ -99,7 +99,8 @@ ez_add_door(ezPlaylists_inside playlist_xspf
 set(THUMBNAILS companions/ezThumbnails/detail)
 set(COVER ${THUMBNAILS}/Cover.cpp ${THUMBNAILS}/CoverStreamBytes.cpp ${THUMBNAILS}/GatheredCoverSource.cpp)
 ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
-ez_add_door(ezThumbnails_inside cover_id3 ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_id3
+    ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside picture

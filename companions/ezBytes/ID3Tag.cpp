@@ -139,49 +139,62 @@ ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
 }
 
 /// Steps over what the flags put before a frame's content. False when the content cannot be read.
-bool ID3Frames::OpenFrame(ByteReader& aBody, unsigned aFlags) {
+bool ID3Frames::OpenFrame(ByteReader& aBody, unsigned aFlags, ID3Compression* aCompression) const {
+    *aCompression = {};
     if (mVersion == 2) {
         return true;
     }
     const FrameFlags& flags = mVersion == 3 ? kFlags23 : kFlags24;
     const bool fCompressed = (aFlags & flags.mCompressed) != 0;
-    if ((aFlags & flags.mEncrypted) != 0 || (fCompressed && mInflateLeft == 0)) {
+    if ((aFlags & flags.mEncrypted) != 0) {
         return false;
     }
-    std::uint32_t size = mInflateLeft;
+    aCompression->mfCompressed = fCompressed;
     if (fCompressed && mVersion == 3) {
-        size = aBody.ReadBig32();
+        aCompression->mSize = aBody.ReadBig32();
     }
     if ((aFlags & flags.mGrouped) != 0) {
         aBody.Skip(1);
     }
     if ((aFlags & flags.mHasDataLength) != 0) {
-        size = aBody.ReadSyncsafe32();
+        const std::uint32_t size = aBody.ReadSyncsafe32();
         aBody.Require(fCompressed || size <= aBody.GetLeft()); // stuffing only adds
+        aCompression->mSize = size;
     }
     if (mVersion == 4 && (mfUnsynchronised || (aFlags & flags.mUnsynchronised) != 0)) {
         aBody.SetUnsynchronised();
     }
-    return !aBody.HasFailed() && (!fCompressed || Inflate(aBody, size));
+    return !aBody.HasFailed();
 }
 
 /// Puts a reader of the inflated bytes in place of one of the compressed. False when they are more than was
 /// stated, or than is left.
-bool ID3Frames::Inflate(ByteReader& aBody, std::uint32_t aSize) {
-    if (aSize > mInflateLeft) {
+bool ID3Frames::Inflate(ByteReader& aBody, const ID3Compression& aCompression) {
+    const std::uint32_t size = aCompression.mSize.value_or(mInflateLeft);
+    if (mInflateLeft == 0 || size > mInflateLeft) {
         return false;
     }
-    mInflateLeft -= aSize;
-    const bool fWhole = mInflated.Inflate(aBody, aSize) == InflatedBytes::Result::Whole;
+    mInflateLeft -= size;
+    const bool fWhole = mInflated.Inflate(aBody, size) == InflatedBytes::Result::Whole;
     aBody = ByteReader(mInflated);
     return fWhole;
 }
 
 bool ID3Frames::Next(ezCString* anID, ByteReader* aContent) {
+    ID3Compression compression;
+    while (NextStored(anID, aContent, &compression)) {
+        if (!compression.mfCompressed || Inflate(*aContent, compression)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ID3Frames::NextStored(ezCString* anID, ByteReader* aStored, ID3Compression* aCompression) {
     while (mFrames.GetLeft() != 0) {
         Frame frame;
-        *aContent = ReadFrame(&frame);
-        if (!aContent->HasFailed() && frame.mfNamed && OpenFrame(*aContent, frame.mFlags)) {
+        *aStored = ReadFrame(&frame);
+        if (!aStored->HasFailed() && frame.mfNamed && OpenFrame(*aStored, frame.mFlags, aCompression)) {
             *anID = frame.mID.BeforeFirst('\0');
             return true;
         }

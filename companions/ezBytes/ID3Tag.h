@@ -5,6 +5,9 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <cstdint>
+#include <optional>
+
 /// The header of an ID3v2 tag.
 struct ID3Tag {
     unsigned mVersion = 0; ///< the first number behind the "2."
@@ -15,6 +18,13 @@ struct ID3Tag {
         constexpr unsigned kFooter = 0x10;
         return std::uint64_t{mSize} + (mVersion == 4 && (mFlags & kFooter) != 0 ? 10 : 0);
     }
+};
+
+/// How the content of a frame is stored.
+struct ID3Compression {
+    bool mfCompressed = false; ///< as zlib data
+    /// What the frame states that its content has when it is inflated; 2.4 may leave it out.
+    std::optional<std::uint32_t> mSize;
 };
 
 /// False when no tag stands here; aReader may have failed then.
@@ -30,16 +40,19 @@ bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag);
 class ID3Frames {
 public:
     /// @param aReader       stands after the header of the tag and is left there
-    /// @param aMaxInflated  bytes that the compressed frames of the tag may have together when they are
-    /// inflated: each
-    ///                      one above what is left of that is passed over, and so are all where zlib is
-    ///                      missing. 0 for who needs the place of a content in the file
+    /// @param aMaxInflated  bytes that the compressed frames of the tag may have together when Next inflates
+    ///                      them: each one above what is left of that is passed over, and so are all where
+    ///                      zlib is missing. 0 for who asks NextStored
     explicit ID3Frames(ByteReader aReader, const ID3Tag& aTag, std::uint32_t aMaxInflated = 0);
 
     /// The next frame: its name, of three characters in 2.2 and of four later (of three if it is one of 2.2),
     /// and a reader of its content, which undoes the unsynchronisation and serves until the next call. False
     /// after the last one, and where one is damaged.
     bool Next(ezCString* anID, ByteReader* aContent);
+
+    /// The same for who needs the place of a content in the file: a compressed one is given as it is stored,
+    /// without what stands before the zlib data, and not inflated.
+    bool NextStored(ezCString* anID, ByteReader* aStored, ID3Compression* aCompression);
 
 private:
     struct Frame;
@@ -51,8 +64,8 @@ private:
     Place PlaceOf(ByteReader aReader) const;
     bool StandsAtFrame(const ByteReader& aReader) const { return PlaceOf(aReader) != Place::Nowhere; }
     bool LeadsOn(std::uint64_t aSize) const;
-    bool OpenFrame(ByteReader& aBody, unsigned aFlags);
-    bool Inflate(ByteReader& aBody, std::uint32_t aSize);
+    bool OpenFrame(ByteReader& aBody, unsigned aFlags, ID3Compression* aCompression) const;
+    bool Inflate(ByteReader& aBody, const ID3Compression& aCompression);
     void SkipExtendedHeader();
 
     InflatedBytes mInflated; ///< of the last compressed frame

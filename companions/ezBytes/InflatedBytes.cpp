@@ -85,8 +85,7 @@ bool InflatedBytes::IsAvailable() {
     return true;
 }
 
-InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_t aMaxSize) {
-    mBytes.clear();
+InflatedBytes::Result InflatedBytes::Run(ByteReader& aCompressed, std::size_t aMaxSize) {
     std::vector<unsigned char> output;
     std::array<unsigned char, kInputSize> input = {};
     std::uint64_t inputLeft = std::min(aCompressed.GetLeft(), MaxCompressedSize(aMaxSize));
@@ -106,7 +105,7 @@ InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_
             // One byte more than the bound tells that there is more.
             const std::size_t size = output.size();
             if (size > aMaxSize) {
-                return Result::TooLarge;
+                break;
             }
             const std::size_t larger = std::min(std::max(2 * size, kFirstOutputSize), aMaxSize + 1);
             output.reserve(larger); // resize alone may take twice as much
@@ -116,14 +115,11 @@ InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_
         status = inflater.Step();
     }
     output.resize(output.size() - inflater.GetRoomLeft());
-    if (status != Z_STREAM_END) {
+    if (status != Z_STREAM_END && status != Z_OK) { // Z_OK: it was left at the bound
         return Result::Damaged;
     }
-    if (output.size() > aMaxSize) {
-        return Result::TooLarge;
-    }
     mBytes = std::move(output);
-    return Result::Whole;
+    return mBytes.size() > aMaxSize ? Result::TooLarge : Result::Whole;
 }
 
 #else
@@ -132,9 +128,25 @@ bool InflatedBytes::IsAvailable() {
     return false;
 }
 
-InflatedBytes::Result InflatedBytes::Inflate(ByteReader& /*aCompressed*/, std::size_t /*aMaxSize*/) {
-    mBytes.clear();
+InflatedBytes::Result InflatedBytes::Run(ByteReader& /*aCompressed*/, std::size_t /*aMaxSize*/) {
     return Result::Unavailable;
 }
 
 #endif
+
+InflatedBytes::Result InflatedBytes::Inflate(ByteReader& aCompressed, std::size_t aMaxSize) {
+    const Result result = InflateHead(aCompressed, aMaxSize);
+    if (result != Result::Whole) {
+        mBytes.clear();
+    }
+    return result;
+}
+
+InflatedBytes::Result InflatedBytes::InflateHead(ByteReader& aCompressed, std::size_t aMaxSize) {
+    mBytes.clear();
+    const Result result = Run(aCompressed, aMaxSize);
+    if (result == Result::TooLarge) {
+        mBytes.resize(aMaxSize);
+    }
+    return result;
+}

@@ -36,9 +36,16 @@ public:
     /// @param aMaxSize     bytes that come out at most
     Result Inflate(ByteReader& aCompressed, std::size_t aMaxSize);
 
+    /// The same of what the data begin with: where they are more than the bound, TooLarge, the first aMaxSize
+    /// bytes are there all the same. What follows those is not read, and may be damaged.
+    Result InflateHead(ByteReader& aCompressed, std::size_t aMaxSize);
+
     std::uint64_t GetSize() const override { return mBytes.size(); }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:
+    /// Leaves in mBytes what came out, one byte above the bound at most.
+    Result Run(ByteReader& aCompressed, std::size_t aMaxSize);
+
     std::vector<unsigned char> mBytes;
 };

@@ -14,12 +14,12 @@
 /// says that it is larger than what it lies in is not read.
 ///
 /// A picture that lies in the file as it is, or as base64 in one run, is read there
-/// (ezFilePartThumbnailSource), up to 16 MiB. One in pieces (base64 across pages of Ogg) or with
-/// unsynchronisation is gathered in memory when the generator reads it, up to 8 MiB; base64 is held up to the
-/// same size.
+/// (ezFilePartThumbnailSource), up to 16 MiB. One in pieces (base64 across pages of Ogg), with
+/// unsynchronisation, or in a compressed frame of ID3v2 is gathered in memory when the
+/// generator reads it, up to 8 MiB; base64 is held up to the same size.
 ///
-/// Looking reads at most 16 MiB, and usually some KiB. Tags at the end of a file, compressed or encrypted
-/// frames, links to pictures, and FLAC within Ogg are not looked into.
+/// Looking reads at most 16 MiB, and usually some KiB. Tags at the end of a file, encrypted frames, links
+/// to pictures, and FLAC within Ogg are not looked into.
 ///
 /// Where the file is there and cannot be read, the last candidate is one that gives no stream: the build is
 /// tried and fails, and the next request tries again.

@@ -98,6 +98,11 @@ def id3s():
     yield "compressed", id3(text23(b"APIC", n(len(JPEG) + 15) + packed, 0x80))
     yield "compressed-before-a-plain-one", id3(text23(b"APIC", n(len(JPEG) + 15) + packed[:-5], 0x80), picture(4))
     yield "compressed-v24", id3(text23(b"APIC", sync(len(JPEG) + 15) + packed, 9, 4), version=4)
+    stuffed = (n(len(JPEG) + 15) + packed).replace(b"\xFF", b"\xFF\0")
+    yield "compressed-and-stuffed", id3(text23(b"APIC", stuffed, 0x80), flags=0x80)
+    yield "compressed-without-a-size", id3(text23(b"APIC", packed, 8, 4), version=4)
+    long = zlib.compress(b"\0image/jpeg\0\3d\0" + JPEG + bytes(20000))
+    yield "compressed-and-damaged-after-the-head", id3(text23(b"APIC", n(len(JPEG) + 20015) + long[:-4], 0x80))
     yield "tag-cut", b"ID3\3\0\0" + sync(500) + picture()[:20]
 
 

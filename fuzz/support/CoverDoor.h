@@ -3,6 +3,7 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/WriteFile.h"
 
+#include "ezBytes/InflatedBytes.h"
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverLimits.h"
 #include "ezThumbnails/detail/GatheredCoverSource.h"
@@ -49,6 +50,9 @@ inline std::string CoverDoor_Dump(const Cover& aCover) {
     std::string text(aCover.mMimeType.View());
     text += aCover.mfUnsynchronised ? " unsynchronised" : "";
     text += aCover.mfBase64 ? " base64 " + std::to_string(aCover.mEncodedOffset) : "";
+    text += aCover.mfDeflated ? " deflated " + std::to_string(aCover.mEncodedOffset) + " of " +
+                                    std::to_string(aCover.mMaxInflated)
+                              : "";
     for (const auto& piece : aCover.mPieces) {
         text += " " + std::to_string(piece.mOffset) + "+" + std::to_string(piece.mSize);
     }
@@ -84,15 +88,34 @@ inline std::string CoverDoor_Stored(const Cover& aCover, std::string_view aFile)
     return stored;
 }
 
+/// What zlib data inflate to within the cover's bound, from its offset on. False where they are damaged, or
+/// more.
+inline bool CoverDoor_Inflate(const Cover& aCover, std::string* aBytes) {
+    BlockBytes stored(reinterpret_cast<const unsigned char*>(aBytes->data()), aBytes->size());
+    ByteReader compressed(stored);
+    InflatedBytes inflated;
+    if (inflated.Inflate(compressed, aCover.mMaxInflated) != InflatedBytes::Result::Whole) {
+        return false;
+    }
+    FuzzCheck(aCover.mEncodedOffset < inflated.GetSize()); // the head was there when it was found
+    ByteReader picture(inflated);
+    picture.Skip(aCover.mEncodedOffset);
+    aBytes->assign(static_cast<std::size_t>(picture.GetLeft()), '\0');
+    return picture.Read(reinterpret_cast<unsigned char*>(aBytes->data()), aBytes->size());
+}
+
 /// What a source of the cover gives. Base64 text only shrinks; what it decodes to has a target of its own.
 inline void CoverDoor_CheckSource(const ezThumbnailSource& aSource, const Cover& aCover,
-                                  const std::string& aStored) {
+                                  std::string aStored) {
     FuzzCheck(aSource.Exists() && aSource.GetMimeType() == aCover.mMimeType);
     const ezStreamOwner stream(aSource.GetStream());
+    const bool fWhole = !aCover.mfDeflated || CoverDoor_Inflate(aCover, &aStored);
     if (stream == nullptr) {
-        FuzzCheck(aCover.mfBase64); // rubbish between its characters may end it before the picture
+        // Rubbish between the characters of a text may end it before the picture.
+        FuzzCheck(aCover.mfBase64 || !fWhole);
         return;
     }
+    FuzzCheck(fWhole);
     std::string bytes(aStored.size() + 1, '\0');
     std::size_t count = bytes.size();
     FuzzCheck(stream->Read(bytes.data(), &count, ezStreamReadFlag_Whole) == ezStreamingStatus_EOS);
@@ -121,9 +144,10 @@ inline void CoverDoor_CheckSources(const Cover& aCover, std::string_view aFile) 
     }
 }
 
-/// @param afBase64, afUnsynchronised  whether the container has such covers
+/// @param afBase64  whether the container has covers in base64
+/// @param afID3     whether it has unsynchronised and deflated ones
 inline void CoverDoor_Check(const std::uint8_t* aData, std::size_t aSize, CoverDoorFinder aFind,
-                            bool afBase64, bool afUnsynchronised) {
+                            bool afBase64, bool afID3) {
     const FuzzHouse house;
     void* const block = ezMalloc(std::max<std::size_t>(aSize, 1));
     if (aSize != 0) {
@@ -138,8 +162,9 @@ inline void CoverDoor_Check(const std::uint8_t* aData, std::size_t aSize, CoverD
         return;
     }
     FuzzCheck(cover.mMimeType.StartsWith("image/") && cover.mMimeType.GetLength() > 6);
-    FuzzCheck(cover.mfBase64 == afBase64 && (afBase64 || cover.mEncodedOffset == 0));
-    FuzzCheck(!cover.mfUnsynchronised || afUnsynchronised);
+    FuzzCheck(cover.mfBase64 == afBase64 && (afBase64 || cover.mfDeflated || cover.mEncodedOffset == 0));
+    FuzzCheck(cover.mfDeflated == (cover.mMaxInflated != 0) && cover.mMaxInflated <= kCover_MaxInflatedSize);
+    FuzzCheck((!cover.mfUnsynchronised && !cover.mfDeflated) || afID3);
     CoverDoor_CheckPieces(cover, aSize);
     CoverDoor_CheckSources(cover, std::string_view(static_cast<const char*>(block), aSize));
 }

@@ -16,11 +16,13 @@ struct Cover {
     std::vector<BytePiece> mPieces;   ///< never empty for a picture; within the file
     bool mfUnsynchronised = false;    ///< a zero behind a 0xFF is stuffing
     bool mfBase64 = false;            ///< the pieces together are base64 text
-    std::uint32_t mEncodedOffset = 0; ///< where the picture begins in what the text decodes to
+    bool mfDeflated = false;          ///< the pieces together, without stuffing, are zlib data
+    std::uint32_t mMaxInflated = 0;   ///< bytes that those inflate to at most
+    std::uint32_t mEncodedOffset = 0; ///< where the picture begins in what it decodes, or inflates, to
 
     bool IsFound() const { return !mMimeType.IsEmpty(); }
-    /// True when ezFilePartThumbnailSource can read it: one piece, without stuffing.
-    bool IsFilePart() const { return mPieces.size() == 1 && !mfUnsynchronised; }
+    /// True when ezFilePartThumbnailSource can read it: one piece, without stuffing, not deflated.
+    bool IsFilePart() const { return mPieces.size() == 1 && !mfUnsynchronised && !mfDeflated; }
 };
 
 /// The MIME type of a picture: by its first bytes, else what was stated for it, in whatever case, without its

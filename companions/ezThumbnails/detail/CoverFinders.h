@@ -8,8 +8,9 @@ class ezStream;
 /// cover, or has none, gives a cover that is not found. All sizes are held against what they lie in; a tag or
 /// box that claims more is not looked into. The stream is left anywhere.
 ///
-/// A tag at the start of the stream, versions 2.2 to 2.4, from APIC and PIC frames. Compressed and encrypted
-/// frames, and those inside other frames (chapters), are passed over.
+/// A tag at the start of the stream, versions 2.2 to 2.4, from APIC and PIC frames. Of a compressed
+/// frame only the head is inflated, so damage after it is found by the source. Encrypted frames, compressed
+/// ones where zlib is missing, and those inside other frames (chapters), are passed over.
 Cover FindID3Cover(ezStream& aStream);
 
 /// FLAC, from its PICTURE blocks; an ID3v2 tag before it is passed over.

@@ -20,6 +20,18 @@ inline constexpr std::uint32_t kCover_MaxHeldSize = std::uint32_t{8} * 1024 * 10
 /// The longest MIME type or description before a picture in an ID3 tag, in bytes. A title fits many times.
 inline constexpr std::uint32_t kCover_MaxText = 4096;
 
+/// The most that a compressed frame inflates to, what stands before the picture included: a picture is
+/// compressed already and does not shrink, so what is larger than the largest that is gathered is no cover.
+inline constexpr std::uint32_t kCover_MaxInflatedSize = kCover_MaxHeldSize;
+
+/// What of a compressed frame is inflated while a cover is looked for: the encoding, the longest MIME type,
+/// the type of the picture, the longest description with its two zeros, and twelve bytes that tell a picture.
+inline constexpr std::uint32_t kCover_MaxInflatedHead = 1 + kCover_MaxText + 1 + kCover_MaxText + 2 + 12;
+
+/// Compressed pictures of a tag whose head is inflated; more are passed over. There are 21 types of picture,
+/// and a tag of the smallest frames would have hundreds of thousands.
+inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
+
 /// Base64 characters in which the description of a picture ends and its data begins: 3 KiB when decoded.
 inline constexpr std::size_t kCover_MaxBase64Head = 4096;
 

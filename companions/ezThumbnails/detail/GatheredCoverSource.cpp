@@ -1,10 +1,13 @@
 #include "ezThumbnails/detail/GatheredCoverSource.h"
 
+#include "ezBytes/InflatedBytes.h"
+
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/MemoryStream.h"
 #include "ezPlatform/text/Base64.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -64,6 +67,40 @@ bool Decode(Block& aBlock, std::size_t anOffset) {
     return true;
 }
 
+/// Puts what the zlib data of aBlock inflate to in its place, less what stands before the picture.
+bool Inflate(Block& aBlock, const Cover& aCover) {
+    BlockBytes stored(reinterpret_cast<const unsigned char*>(aBlock.mBytes.get()), aBlock.mSize);
+    ByteReader compressed(stored);
+    InflatedBytes inflated;
+    if (inflated.Inflate(compressed, std::min(aCover.mMaxInflated, kCover_MaxInflatedSize)) !=
+            InflatedBytes::Result::Whole ||
+        aCover.mEncodedOffset > inflated.GetSize()) {
+        return false;
+    }
+    aBlock.mBytes.reset(); // there is one of them less at a time
+    const auto size = static_cast<std::size_t>(inflated.GetSize()) - aCover.mEncodedOffset;
+    Block picture(size + 1);
+    if (picture.mBytes == nullptr) {
+        return false;
+    }
+    ByteReader reader(inflated);
+    reader.Skip(aCover.mEncodedOffset);
+    aBlock.mBytes = std::move(picture.mBytes);
+    aBlock.mSize = size;
+    return reader.Read(reinterpret_cast<unsigned char*>(aBlock.mBytes.get()), size);
+}
+
+/// Makes the picture of what is stored.
+bool Unpack(Block& aBlock, const Cover& aCover) {
+    if (aCover.mfUnsynchronised) {
+        Synchronise(aBlock);
+    }
+    if (aCover.mfDeflated) {
+        return Inflate(aBlock, aCover);
+    }
+    return !aCover.mfBase64 || Decode(aBlock, aCover.mEncodedOffset);
+}
+
 } // namespace
 
 GatheredCoverSource::GatheredCoverSource(const ezPathName& aFilePath, const Cover& aCover)
@@ -94,10 +131,7 @@ ezStream* GatheredCoverSource::GetStream() const {
         }
     }
     block.mBytes.get()[block.mSize] = '\0';
-    if (mCover.mfUnsynchronised) {
-        Synchronise(block);
-    }
-    if (mCover.mfBase64 && !Decode(block, mCover.mEncodedOffset)) {
+    if (!Unpack(block, mCover)) {
         return nullptr;
     }
     return new ezMemoryStream(block.mBytes.release(), block.mSize, GetMimeType());

@@ -4,7 +4,8 @@
 
 #include "ez/ThumbnailProvider.h"
 
-/// A picture that lies in a file in pieces, or with stuffing in between: its stream holds it in memory.
+/// A picture that lies in a file in pieces, with stuffing in between, or deflated: its stream holds it in
+/// memory.
 class GatheredCoverSource : public ezThumbnailSource {
 public:
     /// @param aFilePath the file
@@ -14,7 +15,8 @@ public:
 
     bool Exists() const override;
     /// Null when the file does not open, is not as long as it was, there is no memory for the picture, or it
-    /// is larger than kCover_MaxHeldSize.
+    /// is larger than kCover_MaxHeldSize; for a deflated one also when its data are damaged, or more than the
+    /// cover, or kCover_MaxInflatedSize, allows.
     ezStream* GetStream() const override;
 
 private:

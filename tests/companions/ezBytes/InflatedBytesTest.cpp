@@ -26,11 +26,13 @@ struct Outcome {
     std::uint64_t mRead;
 };
 
-Outcome Inflate(const std::string& aData, std::size_t aMaxSize) {
+using Call = Result (InflatedBytes::*)(ByteReader& aCompressed, std::size_t aMaxSize);
+
+Outcome Inflate(const std::string& aData, std::size_t aMaxSize, Call aCall = &InflatedBytes::Inflate) {
     BlockBytes source(BytesOf(aData), aData.size());
     ByteReader reader(source);
     InflatedBytes bytes;
-    const Result result = bytes.Inflate(reader, aMaxSize);
+    const Result result = (bytes.*aCall)(reader, aMaxSize);
     ByteReader inflated(bytes);
     return {result, std::string(inflated.ReadText(static_cast<std::size_t>(bytes.GetSize())).View()),
             reader.GetPosition()};
@@ -89,6 +91,30 @@ TEST(InflatedBytes, WhatIsDamagedOrCutHasNoBytes) {
     EXPECT_EQ(Inflate("no zlib data"s, 1000).mResult, Result::Damaged);
     const std::string dictionary = "\x78\xBB\0\0\0\1"s; // asks for a preset one
     EXPECT_EQ(Inflate(dictionary + kTrain, 1000).mResult, Result::Damaged);
+}
+
+TEST(InflatedBytes, AHeadIsWhatTheDataBeginWith) {
+    const auto head = [](const std::string& aData, std::size_t aMaxSize) {
+        return Inflate(aData, aMaxSize, &InflatedBytes::InflateHead);
+    };
+    const std::string train = "Evening Train, Evening Train, Evening Train";
+    for (const std::size_t size : {0U, 1U, 20U, 42U}) {
+        const Outcome outcome = head(kTrain, size);
+        EXPECT_EQ(outcome.mResult, Result::TooLarge) << size;
+        EXPECT_EQ(outcome.mBytes, train.substr(0, size)) << size;
+    }
+    for (const std::size_t size : {43U, 1000U}) {
+        const Outcome outcome = head(kTrain, size);
+        EXPECT_EQ(outcome.mResult, Result::Whole) << size;
+        EXPECT_EQ(outcome.mBytes, train) << size;
+    }
+    const std::string data = ZlibData(std::string(100000, 'x'));
+    const Outcome cut = head(data.substr(0, 50000), 10000);
+    EXPECT_EQ(cut.mResult, Result::TooLarge) << "what follows does not count";
+    EXPECT_EQ(cut.mBytes, std::string(10000, 'x'));
+    EXPECT_LE(cut.mRead, 3U * 4096);
+    EXPECT_EQ(head(data.substr(0, 50000), 60000).mResult, Result::Damaged);
+    EXPECT_EQ(head(data.substr(0, 50000), 60000).mBytes, "");
 }
 
 TEST(InflatedBytes, WhatFollowsTheDataIsNotPartOfThem) {

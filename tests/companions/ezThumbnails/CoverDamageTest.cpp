@@ -1,5 +1,7 @@
 #include "CoverKit.h"
 
+#include "support/ZlibBytes.h"
+
 namespace {
 
 struct Sample {
@@ -31,6 +33,14 @@ std::vector<Sample> Samples() {
                  Frame24("APIC",
                          "g" + Syncsafe(30) + Unsynchronised("\1image/jpeg\0\3\xFF\xFE\0\0"s + picture),
                          0x43))},
+#ifdef EZ_HAS_ZLIB
+        {"ID3 2.3, compressed and unsynchronised", FindID3Cover,
+         ID3(3, 0x80,
+             Unsynchronised(
+                 Frame23("APIC", Big(Apic(3, picture).size(), 4) + ZlibData(Apic(3, picture)), 0x80)))},
+        {"ID3 2.4, compressed", FindID3Cover,
+         ID3(4, 0, Frame24("APIC", Syncsafe(Apic(3, picture).size()) + ZlibData(Apic(3, picture)), 0x09))},
+#endif
         {"FLAC", FindFLACCover,
          ID3(4, 0, "") + "fLaC" + FlacBlock(0, std::string(34, 's')) +
              FlacBlock(6, PictureOfFlac(3, picture))},

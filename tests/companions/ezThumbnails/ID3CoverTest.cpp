@@ -86,7 +86,7 @@ TEST(ID3Cover, ExtendedHeadersAreSteppedOver) {
 TEST(ID3Cover, FrameFlagsAreHonoured) {
     const std::string front = Apic(3, kFront);
     EXPECT_EQ(CoversOf(ID3(3, 0, Frame23("APIC", "g" + front, 0x20))), kFrontFound); // in a group
-    EXPECT_EQ(CoversOf(ID3(3, 0, Frame23("APIC", front, 0x80))), Covers());          // compressed
+    EXPECT_EQ(CoversOf(ID3(3, 0, Frame23("APIC", front, 0x80))), Covers());          // no zlib data
     EXPECT_EQ(CoversOf(ID3(3, 0, Frame23("APIC", front, 0x40))), Covers());          // encrypted
     EXPECT_EQ(CoversOf(ID3(4, 0, Frame24("APIC", "g" + front, 0x40))), kFrontFound);
     EXPECT_EQ(CoversOf(ID3(4, 0, Frame24("APIC", front, 0x08))), Covers());

@@ -4,6 +4,7 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -94,8 +95,9 @@ public:
             }
             if (!fDone && error != E2BIG) {
                 text += kUnknown;
-                ++from;
-                --left;
+                const std::size_t count = std::min<std::size_t>(left, 1); // it may have read all the same
+                from += count;
+                left -= count;
             }
         }
         return text;

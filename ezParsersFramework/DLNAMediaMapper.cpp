@@ -199,9 +199,8 @@ public:
     void Add(std::string_view aProfile, std::size_t aPlace) {
         if (!Find(aProfile)) {
             // A number in the place of a pointer: nothing follows it, and no optimisation is lost on it.
-            // NOLINTNEXTLINE(performance-no-int-to-ptr)
-            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(),
-                                 reinterpret_cast<void*>(aPlace + 1));
+            void* const number = reinterpret_cast<void*>(aPlace + 1); // NOLINT(performance-no-int-to-ptr)
+            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(), number);
         }
     }
 
@@ -264,7 +263,7 @@ ezError DLNAMediaMapper::Load() {
     // Before it is read: what is written meanwhile counts as a change.
     const ezFileState state(mMediaMapperPathNameRW.GetFullPath());
     // On top of what the copy has loaded: after a first run every line is held twice.
-    const ezError loaded = LoadInto(mMediaMapperPathNameRW, false);
+    ezError loaded = LoadInto(mMediaMapperPathNameRW, false);
     if (loaded.IsError()) {
         mSkippedLines = DLNAMediaMapperBadLines();
     } else {

@@ -76,7 +76,9 @@ public:
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    bool IsOpen() const { return mHandle != reinterpret_cast<iconv_t>(-1); }
+    bool IsOpen() const {
+        return mHandle != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): POSIX has it so
+    }
 
     std::string Convert(std::string_view aBytes) {
         std::string text;

@@ -281,7 +281,7 @@ void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest
     if (size < std::uint64_t{8} * kMPEGAudio_SurveySize) { // of what was not seen, the end is at hand
         const std::uint64_t place =
             std::max(mSurvey.mEnd, anEnd - std::min<std::uint64_t>(size, kMPEGAudio_SurveySize));
-        if (anEnd - place > 2 * kMPEGAudioMaxFrameSize) {
+        if (anEnd - place > std::uint64_t{2} * kMPEGAudioMaxFrameSize) {
             LookAt(place, aSlowest);
         }
         return;

@@ -100,7 +100,7 @@ inline std::string VideoEntry(const std::string& aFormat, const std::string& aBo
 inline std::string Matrix(std::int64_t aXOfX, std::int64_t aYOfX, std::int64_t aXOfY, std::int64_t aYOfY) {
     const auto number = [](std::int64_t aNumber) { return Big(static_cast<std::uint32_t>(aNumber), 4); };
     return number(aXOfX) + number(aYOfX) + Big(0, 4) + number(aXOfY) + number(aYOfY) + Big(0, 4) +
-           number(720 * 65536) + number(-9) + Big(0x40000000, 4);
+           number(std::int64_t{720} * 65536) + number(-9) + Big(0x40000000, 4);
 }
 
 /// The one that does nothing.

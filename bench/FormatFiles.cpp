@@ -79,10 +79,10 @@ std::unique_ptr<ezMediaParser> Make() {
 
 const std::vector<FormatFamily>& FormatFiles_Families() {
     static const std::vector<FormatFamily> kFamilies = {
-        {"mpeg-audio", "MPEG audio", MPEGAudioFiles, Make<MPEGAudioParser>, 2, 20480, 1, 22},
-        {"jpeg", "JPEG", JPEGFiles, Make<JPEGParser>, 1.34, 10240, 0.34, 13},
-        {"png", "PNG", PNGFiles, Make<PNGParser>, 1.34, 8192, 0.34, 13},
-        {"iso-media", "ISO media", ISOMediaFiles, Make<ISOMediaParser>, 1.25, 9216, 0.25, 14}};
+        {"mpeg-audio", "MPEG audio", MPEGAudioFiles, Make<MPEGAudioParser>, 2.25, 26624, 1, 22.25},
+        {"jpeg", "JPEG", JPEGFiles, Make<JPEGParser>, 1.34, 10240, 0.34, 16},
+        {"png", "PNG", PNGFiles, Make<PNGParser>, 1.34, 8192, 0.34, 16},
+        {"iso-media", "ISO media", ISOMediaFiles, Make<ISOMediaParser>, 1.25, 9216, 0.25, 17.5}};
     return kFamilies;
 }
 

@@ -4,6 +4,7 @@
 #include "bench/HeapPeak.h"
 #include "bench/Measure.h"
 #include "bench/Photo.h"
+#include "bench/StillProvider.h"
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/File.h"
@@ -49,16 +50,6 @@ constexpr std::size_t kPasses = 20;
 constexpr std::size_t MissesOf(std::size_t aSize) {
     return std::max<std::size_t>(1024, aSize / 8);
 }
-
-/// Provides a thumbnail of some bytes for everything.
-class StillProvider : public ezThumbnailProvider {
-public:
-    StillProvider() : ezThumbnailProvider("still") {}
-    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* /*anInfo*/) override { return kJPEGThumbnailID; }
-    bool BuildThumbnail(const ThumbnailInfo* /*anInfo*/, ezFile* aFile) override {
-        return aFile->Write("still", 5) == 5;
-    }
-};
 
 /// A cache that is full, and its thumbnails.
 template <typename Folder>

@@ -24,16 +24,9 @@ std::string Found(FormatDoorStream& aStream) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
     const FuzzHouse house;
-    FormatDoorDelivery delivery;
-    std::size_t size = aSize;
-    if (size >= kFormatDoor_DeliverySize) {
-        size -= kFormatDoor_DeliverySize;
-        delivery = FormatDoor_Decode(aData + size);
-    }
-    // A block of its own, so that a read after its end is seen.
-    const std::unique_ptr<char[]> block(new char[size]);
-    std::copy(aData, aData + size, block.get());
-    const std::string_view file(block.get(), size);
+    const FormatDoorInput input(aData, aSize);
+    const FormatDoorDelivery& delivery = input.mDelivery;
+    const std::string_view file = input.mFile;
     FormatDoorStream stream(file, delivery);
     const std::string type = Found(stream);
     FormatDoorStream again(file, delivery);

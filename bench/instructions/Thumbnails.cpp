@@ -1,4 +1,5 @@
 #include "bench/Require.h"
+#include "bench/StillProvider.h"
 #include "bench/instructions/Instructions.h"
 
 #include "ez/ThumbnailProvider.h"
@@ -16,16 +17,6 @@ namespace {
 
 constexpr std::uint64_t kManyBytes = std::uint64_t{1} << 40;
 constexpr std::size_t kFirst = 100000; ///< so that all names have one length
-
-/// Provides a thumbnail of some bytes for everything.
-class StillProvider : public ezThumbnailProvider {
-public:
-    StillProvider() : ezThumbnailProvider("still") {}
-    uint32 GetPossibleThumbnailFor(const ThumbnailInfo* /*anInfo*/) override { return kJPEGThumbnailID; }
-    bool BuildThumbnail(const ThumbnailInfo* /*anInfo*/, ezFile* aFile) override {
-        return aFile->Write("still", 5) == 5;
-    }
-};
 
 /// A cache that has room for a number of thumbnails, and has them.
 class Shelf {

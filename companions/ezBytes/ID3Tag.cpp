@@ -92,9 +92,9 @@ ID3Frames::Place ID3Frames::PlaceOf(ByteReader aReader) const {
 
 /// True where a frame stands after a body of a size that is to be read next, or the end.
 bool ID3Frames::LeadsOn(std::uint64_t aSize) const {
-    ByteReader behind = mFrames;
-    behind.Skip(aSize);
-    return StandsAtFrame(behind);
+    ByteReader next = mFrames;
+    next.Skip(aSize);
+    return StandsAtFrame(next);
 }
 
 /// The body of a frame, of the size that its header states.
@@ -130,7 +130,7 @@ ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     mFrames.Require(!aFrame->mID.IsEmpty() && aFrame->mID.View().front() != '\0'); // padding
     const auto stated = static_cast<std::uint32_t>(mFrames.ReadBig(mVersion == 2 ? 3 : 4));
     aFrame->mFlags = mVersion == 2 ? 0 : static_cast<unsigned>(mFrames.ReadBig(2));
-    // Only now, when all of this header has been read: the look behind the frame leaves the bytes at hand.
+    // Only now, when all of this header has been read: the look past the frame leaves the bytes at hand.
     ByteReader body = TakeBody(mVersion == 4 ? SizeOf24(stated) : stated);
     const std::string_view name = aFrame->mID.View();
     aFrame->mfNamed = IsFrameID(name) || (IsShortFrameID(name) && name.back() == '\0');

@@ -40,7 +40,7 @@ public:
     ezMediaInfo* Parse(ezMediaParserStream& aStream) final;
 
     /// Completes class and 4th field of a record that has one of the parser's MIME types, by any of their
-    /// names; what is there stays. The size ("fs") must be stated for a media that can be read from any byte
+    /// names; what is there stays. The size ("fs") must be stated for media that can be read from any byte
     /// on.
     bool AdjustDLNAInfo(ezMediaInfo* anInfo) final;
 

@@ -229,19 +229,32 @@ inline std::string FormatDoor_Parse(FormatParser& aParser, FormatDoorStream& aSt
     return FormatDoor_Dump(info.get());
 }
 
+/// A file and how it is delivered, taken from the bytes of the fuzzer: the last of them tell the delivery.
+struct FormatDoorInput {
+    FormatDoorInput(const std::uint8_t* aData, std::size_t aSize) {
+        std::size_t size = aSize;
+        if (size >= kFormatDoor_DeliverySize) {
+            size -= kFormatDoor_DeliverySize;
+            mDelivery = FormatDoor_Decode(aData + size);
+        }
+        mBlock.reset(new char[size]);
+        std::copy(aData, aData + size, mBlock.get());
+        mFile = std::string_view(mBlock.get(), size);
+    }
+
+    FormatDoorDelivery mDelivery;
+    std::string_view mFile;
+
+private:
+    std::unique_ptr<char[]> mBlock; ///< of its own, so that a read past its end is seen
+};
+
 inline void FormatDoor_Check(const std::uint8_t* aData, std::size_t aSize, FormatParser& aParser,
                              const FormatDoorLimits& aLimits) {
     const FuzzHouse house;
-    FormatDoorDelivery delivery;
-    std::size_t size = aSize;
-    if (size >= kFormatDoor_DeliverySize) {
-        size -= kFormatDoor_DeliverySize;
-        delivery = FormatDoor_Decode(aData + size);
-    }
-    // A block of its own, so that a read behind its end is seen.
-    const std::unique_ptr<char[]> block(new char[size]);
-    std::copy(aData, aData + size, block.get());
-    const std::string_view file(block.get(), size);
+    const FormatDoorInput input(aData, aSize);
+    FormatDoorDelivery delivery = input.mDelivery;
+    const std::string_view file = input.mFile;
     const bool fWholeReads = delivery.mMaximumRead == SIZE_MAX;
     FormatDoorStream stream(file, delivery);
     const std::string record = FormatDoor_Parse(aParser, stream, aLimits, fWholeReads);

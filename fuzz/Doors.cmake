@@ -23,7 +23,8 @@ endmacro()
 
 set(PLATFORM ezPlatform)
 set(FRAMEWORK ezParsersFramework)
-ez_add_door(ezParsersFramework_inside base64_part ${PLATFORM}/text/Base64.cpp ${FRAMEWORK}/ThumbnailProvider.cpp)
+ez_add_door(ezParsersFramework_inside base64_part ${PLATFORM}/text/Base64.cpp
+    ${FRAMEWORK}/FilePartThumbnailSource.cpp)
 ez_add_door(ezParsersFramework_inside file_name
     ${PLATFORM}/files/PathName.cpp ${FRAMEWORK}/DLNAFileParser.cpp)
 ez_add_door(ezParsersFramework_inside mapper_file

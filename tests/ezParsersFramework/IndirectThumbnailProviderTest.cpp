@@ -1,20 +1,18 @@
-#include "ez/ThumbnailProvider.h"
+#include "ez/IndirectThumbnailProvider.h"
 
-#include "support/ScriptedThumbnails.h"
+#include "ez/FileThumbnailSource.h"
+
+#include "ThumbnailProviderKit.h"
 #include "support/Str.h"
-#include "support/TemporaryFolder.h"
-#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace {
-
-using Trace = ThumbnailTrace;
 
 /// Sources of one test, as names of files with their MIME types, and how many of them live.
 class TriedProvider : public ezIndirectThumbnailProvider {
@@ -59,86 +57,28 @@ private:
     std::size_t mNext = 0;
 };
 
-class ThumbnailProvider : public testing::Test {
+class IndirectThumbnailProvider : public ThumbnailProviderKit {
 protected:
-    ThumbnailProvider() {
-        mInfo.mThumbnailID = kJPEGThumbnailID;
-        mInfo.mMimeType = "image/jpeg";
-        mInfo.mFilePath = ezPathName::MakeFilePath(mFolder.Write("own.jpg", "own").c_str());
-    }
-
-    /// What a provider builds: the content of the file, or "<failed>".
-    std::string Built(ezThumbnailProvider& aProvider) {
-        ezFile file;
-        EXPECT_TRUE(file.Create(mFolder.Path("out").c_str(), true, ezFileAccessMode_ReadWrite));
-        const bool fBuilt = aProvider.BuildThumbnail(&mInfo, &file);
-        EXPECT_TRUE(file.Close());
-        return fBuilt ? ContentAt(mFolder.Path("out")) : "<failed>";
-    }
     TriedProvider Tried(TriedProvider::Candidates aCandidates) {
         for (auto& [path, type] : aCandidates) {
             path = mFolder.Path(path);
         }
         return {&mGenerator, std::move(aCandidates)};
     }
-
-    TemporaryFolder mFolder;
-    ThumbnailInfo mInfo;
-    Trace mTrace;
-    ScriptedGenerator mGenerator{mTrace};
 };
 
-TEST_F(ThumbnailProvider, TheIdentifiersAreBits) {
-    EXPECT_EQ(kNoThumbnailID, 0U);
-    EXPECT_EQ(kJPEGThumbnailID, 1U);
-    EXPECT_EQ(kPNGThumbnailID, 2U);
-}
-
-TEST_F(ThumbnailProvider, CanProvideWhenAWantedFormatIsPossible) {
-    for (uint32 wanted = 0; wanted < 4; ++wanted) {
-        for (uint32 possible = 0; possible < 4; ++possible) {
-            ScriptedProvider provider(mTrace, "p", possible);
-            mInfo.mThumbnailID = wanted;
-            EXPECT_EQ(provider.CanProvideThumbnailFor(&mInfo), (wanted & possible) != 0);
-        }
-    }
-}
-
-TEST_F(ThumbnailProvider, NamesAreThoseGiven) {
-    EXPECT_STREQ(mGenerator.GetName(), "scripted");
-    EXPECT_STREQ(ezPictureThumbnailProvider(&mGenerator, "pictures").GetName(), "pictures");
+TEST_F(IndirectThumbnailProvider, TheNameIsTheOneGiven) {
     EXPECT_STREQ(Tried({}).GetName(), "tried");
 }
 
-// ---- pictures ----
-
-TEST_F(ThumbnailProvider, APictureIsPossibleAsTheGeneratorConvertsItsType) {
-    ezPictureThumbnailProvider provider(&mGenerator, "pictures");
-    mInfo.mMimeType = "image/both";
-    EXPECT_EQ(provider.GetPossibleThumbnailFor(&mInfo), 3U);
-    mInfo.mMimeType = "image/unknown";
-    EXPECT_EQ(provider.GetPossibleThumbnailFor(&mInfo), 0U);
-    EXPECT_FALSE(provider.CanProvideThumbnailFor(&mInfo));
-}
-
-TEST_F(ThumbnailProvider, APictureIsBuiltFromTheItemsOwnFile) {
-    ezPictureThumbnailProvider provider(&mGenerator, "pictures");
-    EXPECT_EQ(Built(provider), "thumbnail of own");
-    mInfo.mFilePath = ezPathName::MakeFilePath(mFolder.Write("bad.jpg", "corrupt").c_str());
-    EXPECT_EQ(Built(provider), "<failed>");
-    EXPECT_EQ(mTrace, (Trace{"build own", "build corrupt"})); // the type is not asked for again
-}
-
-// ---- candidates ----
-
-TEST_F(ThumbnailProvider, WithoutACandidateNothingIsPossible) {
+TEST_F(IndirectThumbnailProvider, WithoutACandidateNothingIsPossible) {
     TriedProvider provider = Tried({});
     EXPECT_EQ(provider.GetPossibleThumbnailFor(&mInfo), 0U);
     EXPECT_EQ(Built(provider), "<failed>");
     EXPECT_FALSE(provider.SourceToTry());
 }
 
-TEST_F(ThumbnailProvider, TheFirstCandidateThatExistsAndConvertsIsPossible) {
+TEST_F(IndirectThumbnailProvider, TheFirstCandidateThatExistsAndConvertsIsPossible) {
     mFolder.Write("second", "2");
     mFolder.Write("third", "3");
     TriedProvider provider =
@@ -147,7 +87,7 @@ TEST_F(ThumbnailProvider, TheFirstCandidateThatExistsAndConvertsIsPossible) {
     EXPECT_EQ(mTrace, (Trace{"convert image/jpeg"})); // a missing one is not asked about
 }
 
-TEST_F(ThumbnailProvider, WhatExistsAndDoesNotConvertIsPassedOver) {
+TEST_F(IndirectThumbnailProvider, WhatExistsAndDoesNotConvertIsPassedOver) {
     mFolder.Write("first", "1");
     mFolder.Write("second", "2");
     TriedProvider provider = Tried({{"first", "image/unknown"}, {"second", "image/png"}});
@@ -155,7 +95,7 @@ TEST_F(ThumbnailProvider, WhatExistsAndDoesNotConvertIsPassedOver) {
     EXPECT_EQ(provider.Left(), "image/png");
 }
 
-TEST_F(ThumbnailProvider, AnyFormatIsPossibleButAllWantedOnesAreBuilt) {
+TEST_F(IndirectThumbnailProvider, AnyFormatIsPossibleButAllWantedOnesAreBuilt) {
     mFolder.Write("second", "2");
     mFolder.Write("third", "3");
     TriedProvider provider =
@@ -169,7 +109,7 @@ TEST_F(ThumbnailProvider, AnyFormatIsPossibleButAllWantedOnesAreBuilt) {
     EXPECT_FALSE(jpegOnly.SourceToTry());
 }
 
-TEST_F(ThumbnailProvider, PossibleIsAlsoAFormatThatIsNotWanted) {
+TEST_F(IndirectThumbnailProvider, PossibleIsAlsoAFormatThatIsNotWanted) {
     mFolder.Write("first", "1");
     mFolder.Write("second", "2");
     TriedProvider provider = Tried({{"first", "image/png"}, {"second", "image/jpeg"}});
@@ -177,7 +117,7 @@ TEST_F(ThumbnailProvider, PossibleIsAlsoAFormatThatIsNotWanted) {
     EXPECT_EQ(Built(provider), "thumbnail of 2");
 }
 
-TEST_F(ThumbnailProvider, AFailedCandidateLeavesNothingForTheNext) {
+TEST_F(IndirectThumbnailProvider, AFailedCandidateLeavesNothingForTheNext) {
     mFolder.Write("first", "corrupt and long");
     mFolder.Write("second", "2");
     TriedProvider provider = Tried({{"first", "image/jpeg"}, {"second", "image/jpeg"}});
@@ -186,14 +126,14 @@ TEST_F(ThumbnailProvider, AFailedCandidateLeavesNothingForTheNext) {
               (Trace{"convert image/jpeg", "build corrupt and long", "convert image/jpeg", "build 2"}));
 }
 
-TEST_F(ThumbnailProvider, WithNoWantedFormatAnyExistingCandidateIsBuilt) {
+TEST_F(IndirectThumbnailProvider, WithNoWantedFormatAnyExistingCandidateIsBuilt) {
     mFolder.Write("first", "1");
     TriedProvider provider = Tried({{"first", "image/unknown"}});
     mInfo.mThumbnailID = kNoThumbnailID;
     EXPECT_EQ(Built(provider), "thumbnail of 1");
 }
 
-TEST_F(ThumbnailProvider, WhatSucceededStaysUntilTheNextFirstPathOrTheEndOfTries) {
+TEST_F(IndirectThumbnailProvider, WhatSucceededStaysUntilTheNextFirstPathOrTheEndOfTries) {
     mFolder.Write("first", "1");
     mFolder.Write("second", "2");
     {
@@ -209,10 +149,10 @@ TEST_F(ThumbnailProvider, WhatSucceededStaysUntilTheNextFirstPathOrTheEndOfTries
         EXPECT_EQ(provider.mLiving, 0);
         provider.EndTries();
         EXPECT_NE(provider.GetPossibleThumbnailFor(&mInfo), 0U);
-    } // and the one left goes with the provider, which the leak check sees
+    } // and the one left is deleted with the provider, which the leak check sees
 }
 
-TEST_F(ThumbnailProvider, WhoeverReplacesACandidateDisposesOfItAlsoInTheMiddle) {
+TEST_F(IndirectThumbnailProvider, WhoeverReplacesACandidateDisposesOfItAlsoInTheMiddle) {
     mFolder.Write("first", "1");
     mFolder.Write("second", "2");
     TriedProvider provider = Tried({{"first", "image/jpeg"}, {"second", "image/jpeg"}});
@@ -225,41 +165,26 @@ TEST_F(ThumbnailProvider, WhoeverReplacesACandidateDisposesOfItAlsoInTheMiddle) 
     EXPECT_EQ(Built(provider), "thumbnail of 1"); // from the first one again
     provider.GetNextPath(&mInfo);
     provider.GetNextPath(&mInfo);
-    provider.GetNextPath(&mInfo); // behind the end
+    provider.GetNextPath(&mInfo); // past the end
     EXPECT_FALSE(provider.SourceToTry());
     EXPECT_EQ(provider.mLiving, 0);
 }
 
-TEST_F(ThumbnailProvider, WithoutRequestGeneratorOrFileNothingIsTried) {
-    mFolder.Write("first", "1");
-    const TriedProvider::Candidates candidates = {{mFolder.Path("first"), "image/jpeg"}};
-    TriedProvider tried(&mGenerator, candidates);
-    TriedProvider orphan(nullptr, candidates);
-    ezPictureThumbnailProvider pictures(&mGenerator, "pictures");
-    ezPictureThumbnailProvider idle(nullptr, "idle");
-    ezFile file;
-    EXPECT_TRUE(file.Create(mFolder.Path("out").c_str(), true, ezFileAccessMode_ReadWrite));
-    for (ezThumbnailProvider* provider :
-         {static_cast<ezThumbnailProvider*>(&tried), static_cast<ezThumbnailProvider*>(&pictures)}) {
-        EXPECT_EQ(provider->GetPossibleThumbnailFor(nullptr), 0U);
-        EXPECT_FALSE(provider->BuildThumbnail(nullptr, &file));
-        EXPECT_FALSE(provider->BuildThumbnail(&mInfo, nullptr));
-    }
-    for (ezThumbnailProvider* provider :
-         {static_cast<ezThumbnailProvider*>(&orphan), static_cast<ezThumbnailProvider*>(&idle)}) {
-        EXPECT_EQ(provider->GetPossibleThumbnailFor(&mInfo), 0U);
-        EXPECT_FALSE(provider->BuildThumbnail(&mInfo, &file));
-    }
-    EXPECT_EQ(mTrace, (Trace{}));
-    EXPECT_FALSE(tried.SourceToTry());
-}
-
-TEST_F(ThumbnailProvider, AFileThatCannotBeEmptiedIsNotBuiltInto) {
+TEST_F(IndirectThumbnailProvider, AFileThatCannotBeEmptiedIsNotBuiltInto) {
     mFolder.Write("first", "1");
     TriedProvider provider = Tried({{"first", "image/jpeg"}});
     ezFile closed;
     EXPECT_FALSE(provider.BuildThumbnail(&mInfo, &closed));
     EXPECT_EQ(mTrace, (Trace{"convert image/jpeg"}));
+}
+
+TEST_F(IndirectThumbnailProvider, WithoutRequestGeneratorOrFileNothingIsTried) {
+    mFolder.Write("first", "1");
+    const TriedProvider::Candidates candidates = {{mFolder.Path("first"), "image/jpeg"}};
+    TriedProvider tried(&mGenerator, candidates);
+    TriedProvider orphan(nullptr, candidates);
+    ExpectNothingOf(tried, orphan);
+    EXPECT_FALSE(tried.SourceToTry());
 }
 
 } // namespace

@@ -1,4 +1,6 @@
-#include "ez/ThumbnailProvider.h"
+#include "ez/ThumbnailFinalSize.h"
+
+#include "ez/ThumbnailInfo.h"
 
 // Compiled without contraction of products and sums: every target computes the same size.
 

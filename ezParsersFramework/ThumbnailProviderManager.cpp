@@ -1,4 +1,8 @@
-#include "ez/ThumbnailProvider.h"
+#include "ez/ThumbnailProviderManager.h"
+
+#include "ez/ThumbnailGenerator.h"
+#include "ez/ThumbnailInfo.h"
+#include "ez/ThumbnailProviderBase.h"
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"

@@ -1,0 +1,3 @@
+#include "ez/ThumbnailGenerator.h"
+
+ezThumbnailGenerator::~ezThumbnailGenerator() = default;

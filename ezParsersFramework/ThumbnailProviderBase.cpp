@@ -1,0 +1,3 @@
+#include "ez/ThumbnailProviderBase.h"
+
+ezThumbnailProvider::~ezThumbnailProvider() = default;

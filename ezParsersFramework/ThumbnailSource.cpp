@@ -1,0 +1,3 @@
+#include "ez/ThumbnailSource.h"
+
+ezThumbnailSource::~ezThumbnailSource() = default;

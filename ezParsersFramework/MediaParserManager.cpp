@@ -64,6 +64,32 @@ void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
     }
 }
 
+/// Tries those parsers of a list, which may be null, for which aIsWanted(parser) is true, in their order,
+/// each from the place where the stream stands. The first answer is the result.
+/// @param aWinner  what the message calls the parser that answers
+template <typename IsWanted>
+ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream, const char* aWinner,
+                        const IsWanted& aIsWanted) {
+    // By index, up to the size at the start: a parser may add others while the list is walked.
+    const std::size_t count = aList != nullptr ? aList->size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        ezBaseParser* parser = (*aList)[i];
+        if (!aIsWanted(parser)) {
+            continue;
+        }
+        const ezuint64 position = aStream.Tell();
+        ezMediaInfo* info = parser->Parse(aStream);
+        if (info != nullptr) {
+            ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: %s: %s\n", aWinner, parser->GetType().c_str());
+        }
+        aStream.Seek(position, ezMediaParserStream::SeekFromStart, true);
+        if (info != nullptr) {
+            return info;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 ezMediaParserManager::ezMediaParserManager(ezPropertyList* anEnvironmentInfo)
@@ -152,24 +178,10 @@ bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
 
 ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) {
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Parsing type: %s\n", aType.c_str());
-    if (const ezParserList* list = ParserListFromType(aType, false)) {
-        // By index, up to the size at the start: a parser may add others while the list is walked.
-        const std::size_t count = list->size();
-        for (std::size_t i = 0; i < count; ++i) {
-            ezBaseParser* parser = (*list)[i];
-            if (!BeginParser(parser)) {
-                continue;
-            }
-            const ezuint64 position = aStream.Tell();
-            ezMediaInfo* info = parser->Parse(aStream);
-            if (info != nullptr) {
-                ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Winner: %s\n", parser->GetType().c_str());
-            }
-            aStream.Seek(position, ezMediaParserStream::SeekFromStart, true);
-            if (info != nullptr) {
-                return info;
-            }
-        }
+    ezMediaInfo* info = TryParsers(ParserListFromType(aType, false), aStream, "Winner",
+                                   [this](const ezBaseParser* aParser) { return BeginParser(aParser); });
+    if (info != nullptr) {
+        return info;
     }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: No info for type %s\n", aType.c_str());
     return nullptr;
@@ -201,24 +213,8 @@ ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezM
         return nullptr;
     }
     mDoneParsers.erase();
-    const std::size_t count = list->size();
-    for (std::size_t i = 0; i < count; ++i) {
-        ezBaseParser* parser = (*list)[i];
-        if (!parser->CanExtractCoverArt()) {
-            continue;
-        }
-        const ezuint64 position = aStream.Tell();
-        ezMediaInfo* info = parser->Parse(aStream);
-        if (info != nullptr) {
-            ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Cover Art Winner: %s\n",
-                    parser->GetType().c_str());
-        }
-        aStream.Seek(position, ezMediaParserStream::SeekFromStart, true);
-        if (info != nullptr) {
-            return info;
-        }
-    }
-    return nullptr;
+    return TryParsers(list, aStream, "Cover Art Winner",
+                      [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
 }
 
 ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo) {

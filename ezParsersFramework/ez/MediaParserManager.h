@@ -18,8 +18,8 @@ struct ezPropertyList;
 /// Parsers in the order in which they are tried.
 using ezParserList = ezObjectList<ezBaseParser>;
 
-/// The way into the library for a media server: holds the parsers, picks those that fit a media, runs them,
-/// and assembles what the server announces.
+/// The entry point of the library for a media server: owns the parsers, picks those that fit a media file or
+/// stream, runs them, and assembles what the server announces.
 ///
 /// A host creates it, calls AddStandardParsers once, adds parsers of its own, and then asks Parse,
 /// ParseCoverArt, AdjustDLNAInfo and GetDLNAInfo any number of times. Within one Parse or AdjustDLNAInfo each
@@ -37,9 +37,9 @@ public:
     ezMediaParserManager(const ezMediaParserManager&) = delete;
     ezMediaParserManager& operator=(const ezMediaParserManager&) = delete;
 
-    /// Identifies a media: a new record that the caller owns, completed with what the stream knows, or null
-    /// when nothing recognised it or the winner did not tell the MIME type. The stream is opened beforehand
-    /// and stands at its start.
+    /// Identifies a media file or stream: a new record that the caller owns, completed with what the stream
+    /// knows, or null when nothing recognised it or the winner did not tell the MIME type. The stream must be
+    /// open and at its start.
     virtual ezMediaInfo* Parse(ezMediaParserStream& aStream);
 
     /// Completes the DLNA side of a record from its MIME type through the media types table. False when no
@@ -50,7 +50,7 @@ public:
     /// Tries the parsers of one type (any case) that this request has not tried yet, in order of
     /// registration. The first answer is the result and the caller's; the stream is put back
     /// where it stood, as far as it can be moved. Null when none answers. Part of a request: it begins none,
-    /// so a host that calls it directly meets the parsers of its last request.
+    /// so a host that calls it directly skips the parsers that its last request has tried.
     virtual ezMediaInfo* ParseFromType(const ezCString& aType, ezMediaParserStream& aStream);
 
     /// Asks the parsers that declare a MIME type and can extract cover art. A new record of the first that
@@ -62,29 +62,27 @@ public:
     /// its caller.
     bool AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo);
 
-    /// Takes a parser over: files it under its type and under every MIME type that it declares, gives it this
-    /// manager and its environment, and deletes it in the end. A parser added twice is tried once and deleted
-    /// once. One that is added while its list is walked, as by a parser that is being tried, is not tried
-    /// in that walk, but from the next look at the list on. False only for null. A parser belongs to one
-    /// manager.
+    /// Takes ownership of a parser: files it under its type and under every MIME type that it declares, gives
+    /// it this manager and its environment, and deletes it with the manager. A parser added twice is tried
+    /// once and deleted once. One that is added while its list is walked, as by a parser that is being tried,
+    /// is not tried in that walk, but in the next. False only for null. A parser belongs to one manager.
     bool Add(ezMediaParser* aMediaParser);
 
     /// Adds the parser of the media types ini file. aParseOptions is a set of ezParseOption bits. A second
     /// call is the assertion "mMimeTypesDotIniParser == NULL" and adds nothing.
     void AddStandardParsers(int aParseOptions);
 
-    /// Puts an operator's table in force. It is borrowed, asked by Parse until the last one, and is loaded
-    /// before: what it adds to GetDLNAInfo is fixed here. Null adds nothing. A second call is the assertion
+    /// Puts an operator's table in force. It is borrowed and must outlive the last Parse. Load it before:
+    /// what it adds to GetDLNAInfo is fixed here. Null adds nothing. A second call is the assertion
     /// "mDLNAMediaMapperParser == NULL" and changes nothing.
     void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
 
-    /// The parser that AddStandardParsers added, lent; null before.
+    /// The parser that AddStandardParsers added, owned by the manager; null before.
     ezMimeTypesDotIniParser* GetMimeTypesDotIniParser() const { return mMimeTypesDotIniParser; }
 
-    /// What all parsers declare (ezBaseParser::GetDLNAInfo), parted by ",": types in the order in which they
-    /// were first registered, parsers of a type in order of registration, so the same in every run. Entries
-    /// that two parsers declare stand twice.
-    /// The enabled profiles of the media mapper come last.
+    /// What all parsers declare (ezBaseParser::GetDLNAInfo), separated by ",": types in the order in which
+    /// they were first registered, parsers of a type in order of registration, so the same in every run.
+    /// Entries that two parsers declare appear twice. The enabled profiles of the media mapper come last.
     ezCString GetDLNAInfo();
     /// The same with every entry in its link-protected (DTCP-IP) form.
     ezCString GetDLNAInfoDTCP();
@@ -105,9 +103,9 @@ protected:
     /// Files a parser under each MIME type that it declares.
     void AddToMimeTypeList(ezBaseParser* aMediaParser);
 
-    /// Lets the media mapper confirm, change or supply the record; takes anInfo, which may be null, over and
-    /// returns what stands. The mapper wins for profile, MIME type and class, and for bit rate and duration
-    /// where it knows them.
+    /// Lets the media mapper confirm, change or supply the record; takes ownership of anInfo, which may be
+    /// null, and returns the record that counts. The mapper wins for profile, MIME type and class, and for
+    /// bit rate and duration where it knows them.
     ezMediaInfo* MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo);
 
     ezCustomHashTable* mParserListByType; ///< lower-case type to ezParserList; the lists own their parsers

@@ -3,11 +3,11 @@
 #include "support/WholeFile.h"
 
 #include "bench/Require.h"
-#include "companions/ezFormats/ISOBytes.h"
-#include "ezFormats/ISOMediaParser.h"
-#include "ezFormats/JPEGParser.h"
-#include "ezFormats/MPEGAudioParser.h"
-#include "ezFormats/PNGParser.h"
+#include "companions/ezFormats/iso/ISOBytes.h"
+#include "ezFormats/iso/ISOMediaParser.h"
+#include "ezFormats/jpeg/JPEGParser.h"
+#include "ezFormats/mpegaudio/MPEGAudioParser.h"
+#include "ezFormats/png/PNGParser.h"
 #include "support/Folders.h"
 
 #include <fstream>

@@ -7,7 +7,7 @@
 #include "bench/RecordedReads.h"
 
 #include "ez/FileMediaParserStream.h"
-#include "ezFormats/ISOMediaParser.h"
+#include "ezFormats/iso/ISOMediaParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/Folders.h"
 #include "support/TemporaryFolder.h"

@@ -42,35 +42,35 @@ ez_add_door(ezParsersFramework_inside uri ${PLATFORM}/text/URI.cpp)
 
 set(BYTES companions/ezBytes)
 set(FORMATS companions/ezFormats)
-set(FRAME_CHAIN ${FORMATS}/FrameChainEltStreamParser.cpp ${FORMATS}/detail/WrapperWatch.cpp)
-set(START_CODE ${FORMATS}/StartCodeEltStreamParser.cpp ${FORMATS}/detail/WrapperWatch.cpp)
-ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/AC3EltStreamParser.cpp ${FORMATS}/detail/AC3Header.cpp ${FRAME_CHAIN})
-ez_add_door(ezFormats_inside es_adts ${FORMATS}/ADTSEltStreamParser.cpp ${FORMATS}/detail/ADTSHeader.cpp ${FRAME_CHAIN})
-ez_add_door(ezFormats_inside es_eac3 ${FORMATS}/EAC3EltStreamParser.cpp ${FORMATS}/detail/EAC3Header.cpp ${FRAME_CHAIN})
-ez_add_door(ezFormats_inside es_h264 ${FORMATS}/H264EltStreamParser.cpp ${FORMATS}/detail/H264Headers.cpp ${START_CODE})
+set(FRAME_CHAIN ${FORMATS}/elementary/FrameChainEltStreamParser.cpp ${FORMATS}/elementary/WrapperWatch.cpp)
+set(START_CODE ${FORMATS}/elementary/StartCodeEltStreamParser.cpp ${FORMATS}/elementary/WrapperWatch.cpp)
+ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/elementary/AC3EltStreamParser.cpp ${FORMATS}/codecs/AC3Header.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_adts ${FORMATS}/elementary/ADTSEltStreamParser.cpp ${FORMATS}/codecs/ADTSHeader.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_eac3 ${FORMATS}/elementary/EAC3EltStreamParser.cpp ${FORMATS}/codecs/EAC3Header.cpp ${FRAME_CHAIN})
+ez_add_door(ezFormats_inside es_h264 ${FORMATS}/elementary/H264EltStreamParser.cpp ${FORMATS}/codecs/H264Headers.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_mpeg_audio
-    ${FORMATS}/MPEGAudioEltStreamParser.cpp ${FORMATS}/detail/MPEGAudioHeader.cpp ${FRAME_CHAIN})
+    ${FORMATS}/elementary/MPEGAudioEltStreamParser.cpp ${FORMATS}/codecs/MPEGAudioHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_mpeg_video
-    ${FORMATS}/MPEGVideoEltStreamParser.cpp ${FORMATS}/detail/MPEGVideoHeaders.cpp ${START_CODE})
+    ${FORMATS}/elementary/MPEGVideoEltStreamParser.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 
 # What every parser of files stands on.
 set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/ByteReader.cpp ${BYTES}/ByteSource.cpp)
 set(TEXTS ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
 ez_add_door(ezFormats_inside format_iso_media
-    ${FORMATS}/ISOMediaParser.cpp ${FORMATS}/detail/ISO*.cpp ${FORMATS}/detail/AC3Header.cpp
-    ${FORMATS}/detail/AMRFrames.cpp ${FORMATS}/detail/AudioSpecificConfig.cpp ${FORMATS}/detail/ESDescriptor.cpp
-    ${FORMATS}/detail/FLACStreamInfo.cpp ${FORMATS}/detail/H264Headers.cpp ${FORMATS}/detail/IAMFConfig.cpp
-    ${FORMATS}/detail/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${BYTES}/InflatedBytes.cpp ${FILES} ${TEXTS})
+    ${FORMATS}/iso/*.cpp ${FORMATS}/codecs/AC3Header.cpp
+    ${FORMATS}/codecs/AMRFrames.cpp ${FORMATS}/codecs/AudioSpecificConfig.cpp
+    ${FORMATS}/codecs/FLACStreamInfo.cpp ${FORMATS}/codecs/H264Headers.cpp ${FORMATS}/codecs/IAMFConfig.cpp
+    ${FORMATS}/codecs/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${BYTES}/InflatedBytes.cpp ${FILES} ${TEXTS})
 ez_add_door(ezFormats_inside format_jpeg
-    ${FORMATS}/JPEGParser.cpp ${FORMATS}/detail/JPEGFrame.cpp ${BYTES}/Exif.cpp ${FILES})
-ez_add_door(ezFormats_inside format_magic ${FORMATS}/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
+    ${FORMATS}/jpeg/*.cpp ${BYTES}/Exif.cpp ${FILES})
+ez_add_door(ezFormats_inside format_magic ${FORMATS}/detail/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
 ez_add_door(ezFormats_inside format_mpeg_audio
-    ${FORMATS}/MPEGAudioParser.cpp ${FORMATS}/detail/MPEGAudio*.cpp ${FORMATS}/detail/AudioTails.cpp
-    ${FORMATS}/detail/Music*.cpp ${FORMATS}/detail/WrapperWatch.cpp ${BYTES}/ID3Tag.cpp ${FILES} ${TEXTS})
-ez_add_door(ezFormats_inside format_png ${FORMATS}/PNGParser.cpp ${BYTES}/Exif.cpp ${FILES})
+    ${FORMATS}/mpegaudio/*.cpp ${FORMATS}/codecs/MPEGAudioHeader.cpp ${FORMATS}/tags/*.cpp
+    ${FORMATS}/elementary/WrapperWatch.cpp ${BYTES}/ID3Tag.cpp ${FILES} ${TEXTS})
+ez_add_door(ezFormats_inside format_png ${FORMATS}/png/*.cpp ${BYTES}/Exif.cpp ${FILES})
 ez_add_door(ezFormats_inside profile_rules
-    ${FORMATS}/ProfileRules.cpp ${FORMATS}/detail/ProfileRule*.cpp ${FORMATS}/detail/ProfileNames.cpp)
+    ${FORMATS}/ProfileRules.cpp ${FORMATS}/rules/ProfileRule*.cpp ${FORMATS}/rules/ProfileNames.cpp)
 
 if(TARGET ezLiveStreams_inside)
     get_target_property(EZ_LIVE_STREAM_DEFINITIONS ezLiveStreams_inside INTERFACE_COMPILE_DEFINITIONS)
@@ -110,5 +110,5 @@ ez_add_door(ezThumbnails_inside picture
     companions/ezThumbnails/PictureThumbnailGenerator.cpp)
 
 set(TOOL tools/ezannounce)
-ez_add_door(ezannounce_inside tool_mapper_check ${TOOL}/MapperCheck.cpp)
-ez_add_door(ezannounce_inside tool_text ${TOOL}/Columns.cpp ${TOOL}/PlaylistBeginning.cpp ${TOOL}/SafeText.cpp)
+ez_add_door(ezannounce_inside tool_mapper_check ${TOOL}/mapper/MapperCheck.cpp)
+ez_add_door(ezannounce_inside tool_text ${TOOL}/output/Columns.cpp ${TOOL}/playlist/PlaylistBeginning.cpp ${TOOL}/output/SafeText.cpp)

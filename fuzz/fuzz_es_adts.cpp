@@ -2,7 +2,7 @@
 
 #include "fuzz/support/EltStreamDoor.h"
 
-#include "ezFormats/ADTSEltStreamParser.h"
+#include "ezFormats/elementary/ADTSEltStreamParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);

@@ -2,7 +2,7 @@
 
 #include "fuzz/support/EltStreamDoor.h"
 
-#include "ezFormats/EAC3EltStreamParser.h"
+#include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);

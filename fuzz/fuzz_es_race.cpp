@@ -5,13 +5,13 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/EltStreamDoor.h"
 
-#include "ezFormats/AC3EltStreamParser.h"
-#include "ezFormats/ADTSEltStreamParser.h"
-#include "ezFormats/EAC3EltStreamParser.h"
 #include "ezFormats/EltStreamCandidates.h"
-#include "ezFormats/H264EltStreamParser.h"
-#include "ezFormats/MPEGAudioEltStreamParser.h"
-#include "ezFormats/MPEGVideoEltStreamParser.h"
+#include "ezFormats/elementary/AC3EltStreamParser.h"
+#include "ezFormats/elementary/ADTSEltStreamParser.h"
+#include "ezFormats/elementary/EAC3EltStreamParser.h"
+#include "ezFormats/elementary/H264EltStreamParser.h"
+#include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
+#include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "fuzz/support/FormatDoor.h"
 
-#include "ezFormats/ISOMediaParser.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOMediaParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 

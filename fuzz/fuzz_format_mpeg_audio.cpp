@@ -3,9 +3,9 @@
 
 #include "fuzz/support/FormatDoor.h"
 
-#include "ezFormats/MPEGAudioParser.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
+#include "ezFormats/mpegaudio/MPEGAudioParser.h"
 
 #include "ez/MediaParserManager.h"
 #include "ezPlatform/config/PropertyList.h"

@@ -2,9 +2,9 @@
 
 #include "fuzz/support/FormatDoor.h"
 
-#include "ezFormats/PNGParser.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
+#include "ezFormats/png/PNGParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 

@@ -3,7 +3,7 @@
 
 #include "fuzz/support/Check.h"
 #include "fuzz/support/WriteFile.h"
-#include "tools/ezannounce/MapperCheck.h"
+#include "tools/ezannounce/mapper/MapperCheck.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ezPlatform/containers/Array.h"

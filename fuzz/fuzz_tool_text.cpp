@@ -2,13 +2,13 @@
 // columns and in JSON; and a document that the tool tells the playlist format of.
 
 #include "fuzz/support/Check.h"
-#include "tools/ezannounce/Columns.h"
-#include "tools/ezannounce/Explanation.h"
-#include "tools/ezannounce/Host.h"
-#include "tools/ezannounce/Json.h"
-#include "tools/ezannounce/MapperAnswer.h"
-#include "tools/ezannounce/PlaylistBeginning.h"
-#include "tools/ezannounce/SafeText.h"
+#include "tools/ezannounce/host/Host.h"
+#include "tools/ezannounce/mapper/MapperAnswer.h"
+#include "tools/ezannounce/output/Columns.h"
+#include "tools/ezannounce/output/SafeText.h"
+#include "tools/ezannounce/parse/Explanation.h"
+#include "tools/ezannounce/parse/Json.h"
+#include "tools/ezannounce/playlist/PlaylistBeginning.h"
 
 #include "ezBytes/Utf8.h"
 #include "ezPlatform/media/MediaInfo.h"

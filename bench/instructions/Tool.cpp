@@ -1,7 +1,7 @@
 #include "bench/Require.h"
 #include "bench/instructions/Instructions.h"
 #include "support/TemporaryFolder.h"
-#include "tools/ezannounce/MapperCheck.h"
+#include "tools/ezannounce/mapper/MapperCheck.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "ezFormats/EltStreamCandidates.h"
 
-#include "ezFormats/AC3EltStreamParser.h"
-#include "ezFormats/ADTSEltStreamParser.h"
-#include "ezFormats/EAC3EltStreamParser.h"
-#include "ezFormats/H264EltStreamParser.h"
-#include "ezFormats/MPEGAudioEltStreamParser.h"
-#include "ezFormats/MPEGVideoEltStreamParser.h"
+#include "ezFormats/elementary/AC3EltStreamParser.h"
+#include "ezFormats/elementary/ADTSEltStreamParser.h"
+#include "ezFormats/elementary/EAC3EltStreamParser.h"
+#include "ezFormats/elementary/H264EltStreamParser.h"
+#include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
+#include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
 
 void AddEltStreamCandidates(ezUndeterminedEltStreamParser& aRace) {
     aRace.AddCandidate(new H264EltStreamParser);

@@ -1,10 +1,10 @@
 #include "ezFormats/FormatParsers.h"
 
-#include "ezFormats/ISOMediaParser.h"
-#include "ezFormats/JPEGParser.h"
-#include "ezFormats/MPEGAudioParser.h"
-#include "ezFormats/MagicParser.h"
-#include "ezFormats/PNGParser.h"
+#include "ezFormats/detail/MagicParser.h"
+#include "ezFormats/iso/ISOMediaParser.h"
+#include "ezFormats/jpeg/JPEGParser.h"
+#include "ezFormats/mpegaudio/MPEGAudioParser.h"
+#include "ezFormats/png/PNGParser.h"
 
 #include "ezBytes/CodePage.h"
 

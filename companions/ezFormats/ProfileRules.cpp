@@ -1,12 +1,12 @@
 #include "ezFormats/ProfileRules.h"
 
-#include "ezFormats/detail/BuiltInProfileRules.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/ListItems.h"
-#include "ezFormats/detail/ProfileRule.h"
-#include "ezFormats/detail/ProfileRuleReader.h"
-#include "ezFormats/detail/ProfileRuleTable.h"
+#include "ezFormats/rules/BuiltInProfileRules.h"
+#include "ezFormats/rules/ProfileRule.h"
+#include "ezFormats/rules/ProfileRuleReader.h"
+#include "ezFormats/rules/ProfileRuleTable.h"
 
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/media/MediaInfo.h"

@@ -1,6 +1,6 @@
 #include "Arguments.h"
 
-#include "LiveMedia.h"
+#include "host/LiveMedia.h"
 
 #include "ez/MediaParserTypes.h"
 #include "ezFormats/FormatParsers.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "PlaylistOptions.h"
-#include "ThumbnailOptions.h"
+#include "playlist/PlaylistOptions.h"
+#include "thumbnail/ThumbnailOptions.h"
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/LeadingTag.h"
-#include "ezFormats/detail/MPEGAudioHeader.h"
+#include "ezFormats/codecs/MPEGAudioHeader.h"
 
 #include <array>
 #include <cstdint>

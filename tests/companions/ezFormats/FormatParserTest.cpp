@@ -1,4 +1,4 @@
-#include "ProfileKit.h"
+#include "companions/ezFormats/rules/ProfileKit.h"
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/MediaBytes.h"

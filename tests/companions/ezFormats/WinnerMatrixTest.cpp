@@ -1,4 +1,4 @@
-#include "FormatHost.h"
+#include "companions/ezFormats/FormatHost.h"
 
 #include "ez/MimeTypesDotIniParser.h"
 

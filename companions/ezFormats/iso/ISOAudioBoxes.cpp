@@ -1,0 +1,158 @@
+#include "ezFormats/iso/ISOAudioBoxes.h"
+
+#include "ezFormats/codecs/AC3Header.h"
+#include "ezFormats/codecs/FLACStreamInfo.h"
+#include "ezFormats/codecs/IAMFConfig.h"
+
+#include <array>
+#include <cstddef>
+
+namespace {
+
+/// Of AC-3: the fields of a frame's header, the rate as the number of a pair of codes (ETSI TS 102 366, F.4).
+void ReadAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const auto fields = static_cast<std::uint32_t>(aBox.ReadBig(3));
+    const std::uint32_t rate = fields >> 22;
+    const std::uint32_t version = fields >> 17 & 0x1FU;
+    const std::uint32_t service = fields >> 14 & 7U;
+    const std::uint32_t mode = fields >> 11 & 7U;
+    const std::uint32_t low = fields >> 10 & 1U;
+    const std::uint32_t size = (fields >> 5 & 0x1FU) * 2;
+    // In the header the levels of mixing stand before the low frequency channel.
+    const unsigned levels =
+        (mode % 2 != 0 && mode != 1 ? 2U : 0U) + (mode >= 4 ? 2U : 0U) + (mode == 2 ? 2U : 0U);
+    const std::uint32_t header =
+        rate << 22 | size << 16 | version << 11 | service << 8 | mode << 5 | low << (4 - levels);
+    ezAC3Header facts = {};
+    if (aBox.HasFailed() || !ezAC3Header_ReadFields(header, facts)) {
+        return;
+    }
+    anEntry.mfConfigured = true;
+    anEntry.mCodec.mSamplingRate = facts.mSamplingRate;
+    anEntry.mCodec.mChannels = facts.mChannels;
+    TakeRates(0, facts.mBitRate, anEntry.mCodec);
+}
+
+/// Of E-AC-3: the rate of all substreams together, and the first programme (F.6). What dependent substreams
+/// add to its channels is not counted.
+void ReadEAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const auto head = static_cast<std::uint32_t>(aBox.ReadBig(2));
+    const auto programme = static_cast<std::uint32_t>(aBox.ReadBig(2));
+    const std::uint32_t rate = programme >> 14;
+    if (aBox.HasFailed() || rate >= kAC3SamplingRates.size()) {
+        return;
+    }
+    anEntry.mfConfigured = true;
+    anEntry.mCodec.mSamplingRate = kAC3SamplingRates[rate];
+    anEntry.mCodec.mChannels = kAC3Channels[programme >> 1 & 7U] + (programme & 1U);
+    TakeRates(0, (head >> 3) * 1000, anEntry.mCodec);
+}
+
+/// The average rate that stands there too is, of many writers, that of the samples before they were coded.
+void ReadALAC(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(9); // version, flags, length of frames, version again
+    const std::uint32_t bits = aBox.ReadByte();
+    aBox.Skip(3); // how residues are coded
+    const std::uint32_t channels = aBox.ReadByte();
+    aBox.Skip(10); // longest run, largest frame, average rate
+    const std::uint32_t rate = aBox.ReadBig32();
+    if (aBox.HasFailed() || channels == 0 || rate == 0) {
+        return;
+    }
+    anEntry.mfConfigured = true;
+    anEntry.mCodec.mBitsPerSample = bits;
+    anEntry.mCodec.mChannels = channels;
+    anEntry.mCodec.mSamplingRate = rate;
+}
+
+/// Of "ipcm": the size of a sample.
+void ReadPCM(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(5); // version, flags, order of bytes
+    anEntry.mCodec.mBitsPerSample = aBox.ReadByte();
+}
+
+void ReadFLAC(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(4); // version and flags
+    const FLACStreamInfo info = ReadFLACStreamInfo(aBox);
+    if (info.mSamplingRate != 0) {
+        anEntry.mfConfigured = true;
+        anEntry.mCodec.mSamplingRate = info.mSamplingRate;
+        anEntry.mCodec.mChannels = info.mChannels;
+        anEntry.mCodec.mBitsPerSample = info.mBitsPerSample;
+    }
+}
+
+/// Of TrueHD (MLP): code of the rate, and which loudspeakers the largest presentation has, as one bit each;
+/// the highest rate of the stream in sixteenths of a bit for each sample.
+void ReadMLP(ByteReader aBox, ISOAudioEntry& anEntry) {
+    constexpr std::array<std::uint32_t, 16> kRates = {48000, 96000, 192000, 0, 0, 0, 0, 0,
+                                                      44100, 88200, 176400, 0, 0, 0, 0, 0};
+    constexpr std::array<std::uint32_t, 13> kSpeakers = {2, 1, 1, 2, 2, 2, 2, 1, 1, 2, 2, 1, 1};
+    const std::uint32_t format = aBox.ReadBig32();
+    const auto peak = static_cast<std::uint32_t>(aBox.ReadBig(2)) >> 1;
+    const std::uint32_t rate = kRates[format >> 28];
+    if (aBox.HasFailed() || rate == 0) {
+        return;
+    }
+    const std::uint32_t large = format & 0x1FFFU;     // of up to eight channels and more
+    const std::uint32_t small = format >> 15 & 0x1FU; // of up to six
+    const std::uint32_t speakers = large != 0 ? large : small;
+    std::uint32_t channels = 0;
+    for (std::size_t i = 0; i < kSpeakers.size(); ++i) {
+        channels += (speakers >> i & 1U) != 0 ? kSpeakers[i] : 0;
+    }
+    anEntry.mfConfigured = true;
+    anEntry.mCodec.mSamplingRate = rate;
+    anEntry.mCodec.mChannels = channels != 0 ? channels : anEntry.mCodec.mChannels;
+    TakeRates(static_cast<std::uint32_t>(std::uint64_t{peak} * rate / 16), 0, anEntry.mCodec);
+}
+
+void ReadIAMF(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const IAMFConfig config = ReadIAMFConfig(aBox);
+    if (config.mSamplingRate != 0) {
+        anEntry.mfConfigured = true;
+        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+    }
+    if (config.mChannels != 0) {
+        anEntry.mCodec.mChannels = config.mChannels;
+    }
+}
+
+/// Of AMR (3GPP TS 26.244, 6.7): how many frames make one sample.
+void ReadAMR(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(8); // maker, version, set of modes, how often they change
+    const std::uint32_t frames = aBox.ReadByte();
+    if (frames != 0) {
+        anEntry.mCodec.mFramesPerSample = frames;
+    }
+}
+
+/// A rate that the fixed part has no room for.
+void ReadLargeRate(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(4);
+    const std::uint32_t rate = aBox.ReadBig32();
+    if (!aBox.HasFailed() && rate != 0 && !anEntry.mfConfigured) {
+        anEntry.mCodec.mSamplingRate = rate;
+    }
+}
+
+void KeepWave(ByteReader aBox, ISOAudioEntry& anEntry) {
+    anEntry.mWave = aBox;
+}
+
+constexpr std::array<ISOBoxReader<ISOAudioEntry>, 10> kBoxReaders = {{{"dac3", ReadAC3},
+                                                                      {"dec3", ReadEAC3},
+                                                                      {"alac", ReadALAC},
+                                                                      {"dfLa", ReadFLAC},
+                                                                      {"dmlp", ReadMLP},
+                                                                      {"iacb", ReadIAMF},
+                                                                      {"damr", ReadAMR},
+                                                                      {"pcmC", ReadPCM},
+                                                                      {"srat", ReadLargeRate},
+                                                                      {"wave", KeepWave}}};
+
+} // namespace
+
+void ReadAudioBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, ISOAudioEntry& anEntry) {
+    ReadBoxes(aBoxes, kBoxReaders, aBoxBudget, anEntry);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/iso/ISOSampleEntry.h"
+
+#include <cstdint>
+#include <optional>
+
+/// The fixed part of an entry of audio, and what its boxes tell.
+struct ISOAudioEntry : ISOEntryFacts {
+    bool mfFloat = false;            ///< the samples are no integers
+    bool mfConfigured = false;       ///< a box has told rate and channels
+    std::optional<ByteReader> mWave; ///< QuickTime's box around the decoder's own
+};
+
+/// Reads the boxes of an entry, or those within "wave".
+void ReadAudioBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, ISOAudioEntry& anEntry);

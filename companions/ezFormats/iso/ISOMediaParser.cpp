@@ -1,0 +1,243 @@
+#include "ezFormats/iso/ISOMediaParser.h"
+
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/iso/ISOCompressedMovie.h"
+#include "ezFormats/iso/ISOFragments.h"
+#include "ezFormats/iso/ISOMovie.h"
+#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/iso/ISORecord.h"
+#include "ezFormats/iso/ISOSampleEntry.h"
+
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr BoxType kQuickTime = "qt  ";
+
+/// What a file may begin with: QuickTime files of before "ftyp" have one of the others.
+constexpr std::array<BoxType, 6> kFirstBoxes = {"ftyp", "moov", "mdat", "wide", "free", "skip"};
+
+/// Major brands of files that hold pictures.
+constexpr std::array<BoxType, 14> kPictureBrands = {"mif1", "mif2", "msf1", "heic", "heix", "heim", "heis",
+                                                    "hevc", "hevx", "avif", "avis", "jp2 ", "mj2s", "crx "};
+
+struct BrandTypes {
+    std::string_view mStart; ///< of the brand
+    const char* mVideo;
+    const char* mAudio;
+};
+/// The first that fits decides.
+constexpr std::array<BrandTypes, 5> kBrandTypes = {{{"qt  ", "video/quicktime", "video/quicktime"},
+                                                    {"3g2", "video/3gpp2", "audio/3gpp2"},
+                                                    {"kddi", "video/3gpp2", "audio/3gpp2"},
+                                                    {"3g", "video/3gpp", "audio/3gpp"},
+                                                    {"", "video/mp4", "audio/mp4"}}};
+
+template <std::size_t Size>
+bool IsIn(const std::array<BoxType, Size>& aTypes, BoxType aType) {
+    return std::find(aTypes.begin(), aTypes.end(), aType) != aTypes.end();
+}
+
+/// Video that 3GPP's files hold (TS 26.244): profile, and ten times the level at most. Of H.264 that is what
+/// their players know; phones record VGA by it, and whatever is larger as an MP4 under the old brand.
+struct AllowedVideo {
+    std::string_view mCodec;
+    const char* mProfile; ///< null: any
+    std::uint32_t mMaxLevel;
+};
+constexpr std::array<AllowedVideo, 4> kVideoOf3GPP = {{{"H263", nullptr, UINT32_MAX},
+                                                       {"MPEG4", "Simple", UINT32_MAX},
+                                                       {"H264", "Baseline", 30},
+                                                       {"H264", "ConstrainedBaseline", 30}}};
+constexpr std::array<std::string_view, 7> kAudioOf3GPP = {"AMR",     "AMR-WB", "AMR-WB+", "AAC",
+                                                          "AAC-LTP", "HE-AAC", "HE-AACv2"};
+
+bool IsVideoOf3GPP(const ISOCodec& aCodec) {
+    return std::any_of(kVideoOf3GPP.begin(), kVideoOf3GPP.end(), [&](const AllowedVideo& anAllowed) {
+        const bool fLevel = aCodec.mLevel == ISOCodec::kNoLevel || aCodec.mLevel <= anAllowed.mMaxLevel;
+        const bool fProfile = aCodec.mProfile.IsEmpty() || anAllowed.mProfile == nullptr ||
+                              aCodec.mProfile == anAllowed.mProfile;
+        return PlainNameOf(aCodec) == anAllowed.mCodec && fProfile && fLevel;
+    });
+}
+
+bool IsAudioOf3GPP(const ISOCodec& aCodec) {
+    return std::find(kAudioOf3GPP.begin(), kAudioOf3GPP.end(), PlainNameOf(aCodec)) != kAudioOf3GPP.end();
+}
+
+bool IsOf3GPP(const ISOMovie& aMovie) {
+    return (!aMovie.mVideo.has_value() || IsVideoOf3GPP(aMovie.mVideo->mTables.mCodec)) &&
+           (!aMovie.mAudio.has_value() || IsAudioOf3GPP(aMovie.mAudio->mTables.mCodec));
+}
+
+/// What an MP4 may be compatible with.
+bool IsPlainBrand(BoxType aBrand) {
+    return aBrand.StartsWith("iso") || aBrand.StartsWith("mp4");
+}
+
+const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
+    const auto* const types =
+        std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
+                     [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
+    return afVideo ? types->mVideo : types->mAudio;
+}
+
+/// What the boxes at the top tell.
+struct Top {
+    std::optional<BoxType> mFirst; ///< type of the first one
+    BoxType mBrand = kQuickTime;
+    bool mfPlain = false; ///< one of the brands that it is compatible with is of plain MP4
+    std::optional<ByteReader> mMovie;
+};
+
+/// The brands of "ftyp": the major one, its version, and those that the file is compatible with.
+void ReadBrands(ByteReader aBox, Top& aTop) {
+    aTop.mBrand = BoxType::Read(aBox);
+    aBox.Skip(4);
+    for (std::uint32_t i = 0; i < kISO_MaxBrands && aBox.GetLeft() >= 4; ++i) {
+        aTop.mfPlain = aTop.mfPlain || IsPlainBrand(BoxType::Read(aBox));
+    }
+}
+
+/// Phones put 3GPP's brand first also where what they recorded is beyond it.
+const char* MimeTypeOf(const Top& aTop, const ISOMovie& aMovie) {
+    constexpr BoxType kPlain = "isom";
+    const bool fVideo = aMovie.mVideo.has_value();
+    const bool f3GPP = aTop.mBrand.StartsWith("3g") && !aTop.mBrand.StartsWith("3g2");
+    return MimeTypeOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand, fVideo);
+}
+
+/// Looks for "moov" from the start on.
+Top FindMovie(MediaBytes& aBytes, std::uint32_t& aBoxBudget) {
+    Top top;
+    BoxWalk walk(ByteReader(aBytes), aBoxBudget, kISO_MaxMissing);
+    BoxType type;
+    ByteReader content(aBytes);
+    while (!top.mMovie.has_value() && walk.Next(&type, &content)) {
+        top.mFirst = top.mFirst.value_or(type);
+        if (!IsIn(kFirstBoxes, *top.mFirst)) {
+            break;
+        }
+        if (type == "moov") {
+            top.mMovie = content;
+        } else if (type == "ftyp") {
+            ReadBrands(content, top);
+            if (IsIn(kPictureBrands, top.mBrand)) {
+                break;
+            }
+        } else if (content.GetLeft() > kISO_TailSize) {
+            aBytes.Load(content.GetEnd(), kISO_TailSize);
+        }
+    }
+    return top;
+}
+
+/// The duration of a movie with fragments, which may have been told before they are reached.
+void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aBoxBudget, ISOMedia& aMedia) {
+    const ISOMovie& movie = aMedia.mMovie;
+    const bool fTold = movie.mWholeDuration != 0;
+    aMedia.mFragments = ReadFragments(aBytes, aStart, movie,
+                                      fTold ? kISO_FragmentsForRates : kISO_MaxFragments, !fTold, aBoxBudget);
+    const ISOFragments& fragments = aMedia.mFragments;
+    aMedia.mfFragmentsCounted = fragments.mfComplete && !fragments.mfIndexed;
+    if (fTold) {
+        aMedia.mDuration = std::max(aMedia.mDuration, movie.mWholeDuration);
+        return;
+    }
+    std::uint64_t duration = fragments.mDuration;
+    const char* method = fragments.mfIndexed ? "header" : "counted";
+    if (!fragments.mfComplete) {
+        // What is behind may run slower; players stop at the announced time, so an eighth more.
+        const std::uint64_t all = aMedia.mSize - std::min(fragments.mStart, aMedia.mSize);
+        const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
+        duration = ISONumber_Microseconds(ISONumber_Add(estimate, estimate / 8), 1000000);
+        method = "estimate: the first fragments, by their share of the bytes";
+    }
+    if (duration > aMedia.mDuration) {
+        aMedia.mDuration = duration;
+        aMedia.mDurationMethod = method;
+        aMedia.mfDurationEstimated = !fragments.mfComplete;
+    }
+    if (fragments.mfIndexed) { // nothing has been seen of those that the indices tell of
+        aMedia.mFragments = ReadFragments(aBytes, aStart, movie, kISO_FragmentsForRates, false, aBoxBudget);
+    }
+}
+
+} // namespace
+
+ISOMediaParser::ISOMediaParser(std::shared_ptr<const ProfileRules> aRules)
+    : FormatParser("ISOMediaParser", "mp4", kISOMedia_MimeTypes, {kISO_MaxReads, kISO_MaxBytes},
+                   std::move(aRules)) {}
+
+ISOMediaParser::~ISOMediaParser() = default;
+
+/// True when the reader is that of the movie's boxes; else the media has been refused.
+bool ISOMediaParser::OpenMovie(const MediaBytes& aBytes, ISOCompressedMovie& aCompressed, ByteReader& aMovie,
+                               std::uint32_t& aBoxBudget) const {
+    switch (aCompressed.Open(aMovie, aBoxBudget)) {
+    case ISOCompressedMovie::Result::Plain:
+    case ISOCompressedMovie::Result::Inflated:
+        return true;
+    case ISOCompressedMovie::Result::TooLarge:
+        return Refuse(Cause::Limit, "compressed header of more than %u bytes", kISO_MaxInflatedMovie);
+    case ISOCompressedMovie::Result::Unsupported:
+        return Refuse(Cause::Unsupported, "compressed header");
+    case ISOCompressedMovie::Result::Damaged:
+        break;
+    }
+    return aBytes.HasReadFailed() || aBytes.IsBudgetUsedUp()
+               ? RefuseCut(aBytes, "the end of a compressed header")
+               : Refuse(Cause::Malformed, "damaged compressed header");
+}
+
+bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+    std::uint32_t boxBudget = kISO_MaxBoxes;
+    const Top top = FindMovie(aBytes, boxBudget);
+    if (!top.mFirst.has_value()) {
+        return RefuseCut(aBytes, "the end of its first box");
+    }
+    if (!IsIn(kFirstBoxes, *top.mFirst)) {
+        return Refuse(Cause::Malformed, "begins with a box \"%s\"", ISOFormatName(*top.mFirst).c_str());
+    }
+    if (IsIn(kPictureBrands, top.mBrand)) {
+        return Refuse(Cause::Unsupported, "pictures of the brand \"%s\"", ISOFormatName(top.mBrand).c_str());
+    }
+    if (!top.mMovie.has_value()) {
+        return RefuseCut(aBytes, "a \"moov\" box");
+    }
+    ISOCompressedMovie compressed;
+    ByteReader movie = *top.mMovie;
+    if (!OpenMovie(aBytes, compressed, movie, boxBudget)) {
+        return false;
+    }
+    ISOMedia media;
+    media.mMovie = ReadMovie(movie, boxBudget);
+    media.mSize = aBytes.IsSizeKnown() ? aBytes.GetSize() : 0;
+    media.mDuration = media.mMovie.mDuration;
+    if (aBytes.HasReadFailed()) {
+        return RefuseCut(aBytes, "the end of \"moov\"");
+    }
+    const bool fVideo = media.mMovie.mVideo.has_value();
+    if (!fVideo && media.mMovie.mAudioCount == 0) {
+        return Refuse(Cause::Unsupported, "no audio or video in %u tracks", media.mMovie.mTrackCount);
+    }
+    if (media.mMovie.mfFragmented) {
+        ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
+    }
+    anInfo.Set(kezInfo_MimeType, MimeTypeOf(top, media.mMovie), true);
+    StoreFacts(media, anInfo);
+    // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
+    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+        return RefuseCut(aBytes, "the end of the fragments");
+    }
+    return true;
+}

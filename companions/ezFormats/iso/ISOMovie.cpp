@@ -1,0 +1,293 @@
+#include "ezFormats/iso/ISOMovie.h"
+
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISONumbers.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// A duration in a movie's or media's ticks.
+struct Times {
+    std::uint32_t mTimescale = 0;
+    std::uint64_t mDuration = 0; ///< 0: not told
+};
+
+std::uint64_t ReadDuration(ByteReader& aReader, unsigned aBytes) {
+    const std::uint64_t duration = aReader.ReadBig(aBytes);
+    const bool fUnknown = duration == (aBytes == 4 ? UINT32_MAX : UINT64_MAX);
+    return fUnknown ? 0 : duration;
+}
+
+/// Of "mvhd" and "mdhd", which begin alike.
+Times ReadTimes(ByteReader aBox) {
+    Times times;
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(3 + 2 * size); // flags, dates
+    times.mTimescale = aBox.ReadBig32();
+    times.mDuration = ReadDuration(aBox, size);
+    return aBox.HasFailed() ? Times() : times;
+}
+
+/// The duration of "mehd".
+std::uint64_t ReadWholeDuration(ByteReader aBox) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(3);
+    return ReadDuration(aBox, size);
+}
+
+/// What the edits of a track present.
+struct Edits {
+    bool mfAny = false;           ///< some of the media is presented
+    std::uint64_t mDuration = 0;  ///< ticks of the movie, delays included
+    bool mfOpen = false;          ///< one goes on to the end of the media
+    std::uint64_t mOpenStart = 0; ///< from this tick of the media on
+};
+
+Edits ReadEdits(ByteReader aBox) {
+    Edits edits;
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    const std::uint64_t empty = size == 8 ? UINT64_MAX : UINT32_MAX;
+    aBox.Skip(3);
+    const std::uint32_t count = aBox.ReadBig32();
+    aBox.Require(count <= kISO_MaxEdits);
+    for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
+        const std::uint64_t duration = ReadDuration(aBox, size);
+        const std::uint64_t start = aBox.ReadBig(size);
+        aBox.Skip(4); // speed
+        edits.mDuration = ISONumber_Add(edits.mDuration, duration);
+        edits.mfAny = edits.mfAny || start != empty;
+        if (duration == 0 && start != empty) {
+            edits.mfOpen = true;
+            edits.mOpenStart = start;
+        }
+    }
+    return aBox.HasFailed() ? Edits() : edits;
+}
+
+/// A track as it is read.
+struct TrackReading {
+    explicit TrackReading(const ByteReader& aNone) : mMediaInformation(aNone) {}
+
+    ISOTrack mTrack;
+    Edits mEdits;
+    bool mfMediaInformation = false;
+    ByteReader mMediaInformation;
+};
+
+void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aTrack.mfEnabled = (aBox.ReadBig(3) & 1U) != 0;
+    aBox.Skip(std::uint64_t{2} * size); // dates
+    aTrack.mID = aBox.ReadBig32();
+    aBox.Skip(4 + size + 16); // duration, layer, group, volume
+    aTrack.mMatrix = ISOMatrix::Read(aBox);
+}
+
+/// The matrix of "mvhd".
+ISOMatrix ReadMovieMatrix(ByteReader aBox) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(3 + 3 * size + 4 + 16); // flags, dates, duration, timescale, rate, volume
+    return ISOMatrix::Read(aBox);
+}
+
+ISOTrackKind ReadKind(ByteReader aBox) {
+    aBox.Skip(8); // version, flags, QuickTime's kind of component
+    const BoxType kind = BoxType::Read(aBox);
+    return kind == "soun"   ? ISOTrackKind::kAudio
+           : kind == "vide" ? ISOTrackKind::kVideo
+                            : ISOTrackKind::kOther;
+}
+
+/// The media of a track, but its tables: they are read when its kind is known.
+void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& aReading) {
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
+    BoxType type;
+    ByteReader content = aBox;
+    while (walk.Next(&type, &content)) {
+        if (type == "mdhd") {
+            const Times times = ReadTimes(content);
+            aReading.mTrack.mTimescale = times.mTimescale;
+            aReading.mTrack.mDuration = times.mDuration;
+        } else if (type == "hdlr") {
+            aReading.mTrack.mKind = ReadKind(content);
+        } else if (type == "minf") {
+            aReading.mfMediaInformation = true;
+            aReading.mMediaInformation = content;
+        }
+    }
+}
+
+/// The content of the only box of a type in a box that holds it; true when it is there.
+bool Enter(ByteReader& aReader, BoxType aType, std::uint32_t& aBoxBudget) {
+    ByteReader content = aReader;
+    const bool fFound = BoxWalk::Within(aReader, aBoxBudget).Find(aType, &content);
+    aReader = content;
+    return fFound;
+}
+
+TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    TrackReading reading(aBox);
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
+    BoxType type;
+    ByteReader content = aBox;
+    while (walk.Next(&type, &content)) {
+        if (type == "tkhd") {
+            ReadTrackHead(content, reading.mTrack);
+        } else if (type == "edts" && Enter(content, "elst", aBoxBudget)) {
+            reading.mEdits = ReadEdits(content);
+        } else if (type == "mdia") {
+            ReadMedia(content, aBoxBudget, reading);
+        }
+    }
+    return reading;
+}
+
+/// Microseconds that a track is presented; 0: not told.
+std::uint64_t PresentationOf(const TrackReading& aReading, std::uint32_t aMovieTimescale) {
+    const ISOTrack& track = aReading.mTrack;
+    const std::uint64_t media = ISONumber_Microseconds(track.mDuration, track.mTimescale);
+    const Edits& edits = aReading.mEdits;
+    if (!edits.mfAny || aMovieTimescale == 0) {
+        return media;
+    }
+    ISOTimeSum edited;
+    edited.Add(edits.mDuration, aMovieTimescale);
+    if (edits.mfOpen) {
+        edited.Add(track.mDuration - std::min(edits.mOpenStart, track.mDuration), track.mTimescale);
+    }
+    return edited.GetMicroseconds();
+}
+
+/// A track of one picture holds a cover, and one with more than a second between them those of chapters.
+bool IsSlideShow(const ISOTrack& aTrack) {
+    const std::uint64_t ticks = aTrack.mTables.mTicks;
+    const std::uint64_t samples = aTrack.mTables.mTimedSamples;
+    const std::uint64_t second = std::max(aTrack.mTimescale, 1U);
+    return aTrack.mTables.mCodec.mfPictures &&
+           (samples <= 1 || ticks == 0 || samples < ticks / second + (ticks % second != 0 ? 1 : 0));
+}
+
+/// True when a track is to take the place of the one that stands for its kind so far.
+bool IsWanted(const std::optional<ISOTrack>& aKnown, const ISOTrack& aTrack) {
+    return !aKnown.has_value() || (!aKnown->mfEnabled && aTrack.mfEnabled);
+}
+
+/// Reads the movie's boxes, one after the other.
+class MovieReading {
+public:
+    explicit MovieReading(std::uint32_t& aBoxBudget) : mBoxBudget(aBoxBudget) {}
+
+    void Read(const ByteReader& aBox);
+    ISOMovie Take() { return std::move(mMovie); }
+
+private:
+    void TakeTrack(const ByteReader& aBox);
+    void TakeDuration(const TrackReading& aReading);
+    void TakeFragmentDefaults(const ByteReader& aBox);
+    void TakeTrackDefaults(ByteReader aBox);
+
+    std::uint32_t& mBoxBudget;
+    ISOMovie mMovie;
+    std::uint32_t mTimescale = 0;
+    bool mfEnabled = false;              ///< one of the tracks is
+    std::uint64_t mDisabledDuration = 0; ///< microseconds, the longest of the others
+};
+
+void MovieReading::TakeDuration(const TrackReading& aReading) {
+    const bool fEnabled = aReading.mTrack.mfEnabled;
+    std::uint64_t& longest = fEnabled ? mMovie.mDuration : mDisabledDuration;
+    longest = std::max(longest, PresentationOf(aReading, mTimescale));
+    mfEnabled = mfEnabled || fEnabled;
+}
+
+void MovieReading::TakeTrack(const ByteReader& aBox) {
+    TrackReading reading = ReadTrack(aBox, mBoxBudget);
+    ISOTrack& track = reading.mTrack;
+    ++mMovie.mTrackCount;
+    if (track.mKind == ISOTrackKind::kOther) {
+        return;
+    }
+    const bool fAudio = track.mKind == ISOTrackKind::kAudio;
+    std::optional<ISOTrack>& place = fAudio ? mMovie.mAudio : mMovie.mVideo;
+    mMovie.mAudioCount += fAudio ? 1 : 0;
+    const bool fTables = IsWanted(place, track) && reading.mfMediaInformation &&
+                         Enter(reading.mMediaInformation, "stbl", mBoxBudget);
+    if (fTables) {
+        track.mTables = ReadTables(reading.mMediaInformation, track.mKind, mBoxBudget);
+        track.mDuration = track.mDuration != 0 ? track.mDuration : track.mTables.mTicks;
+    }
+    TakeDuration(reading);
+    if (fTables && (fAudio || !IsSlideShow(track))) {
+        place = std::move(track);
+    }
+}
+
+void MovieReading::TakeTrackDefaults(ByteReader aBox) {
+    aBox.Skip(4); // version and flags
+    const std::uint32_t identifier = aBox.ReadBig32();
+    aBox.Skip(4); // description
+    const std::uint32_t ticks = aBox.ReadBig32();
+    const std::uint32_t size = aBox.ReadBig32();
+    if (aBox.HasFailed()) {
+        return;
+    }
+    for (std::optional<ISOTrack>* track : {&mMovie.mAudio, &mMovie.mVideo}) {
+        if (track->has_value() && (*track)->mID == identifier) {
+            (*track)->mDefaultTicks = ticks;
+            (*track)->mDefaultSize = size;
+        }
+    }
+}
+
+void MovieReading::TakeFragmentDefaults(const ByteReader& aBox) {
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
+    BoxType type;
+    ByteReader content = aBox;
+    while (walk.Next(&type, &content)) {
+        if (type == "mehd") {
+            mMovie.mWholeDuration = ISONumber_Microseconds(ReadWholeDuration(content), mTimescale);
+        } else if (type == "trex") {
+            TakeTrackDefaults(content);
+        }
+    }
+}
+
+void MovieReading::Read(const ByteReader& aBox) {
+    ByteReader content = aBox;
+    if (Enter(content, "mvhd", mBoxBudget)) { // edits count in its ticks, wherever it stands
+        const Times times = ReadTimes(content);
+        mTimescale = times.mTimescale;
+        mMovie.mDuration = ISONumber_Microseconds(times.mDuration, times.mTimescale);
+        mMovie.mMatrix = ReadMovieMatrix(content);
+    }
+    std::optional<ByteReader> fragments;
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
+    BoxType type;
+    while (walk.Next(&type, &content)) {
+        if (type == "trak") {
+            TakeTrack(content);
+        } else if (type == "mvex") {
+            fragments = content;
+        } else if (type == "udta" || type == "meta") {
+            ReadTags(content, type == "meta", mBoxBudget, mMovie.mTags);
+        }
+    }
+    if (!mfEnabled) {
+        mMovie.mDuration = std::max(mMovie.mDuration, mDisabledDuration);
+    }
+    if (fragments.has_value()) { // which tracks they are for is known now
+        mMovie.mfFragmented = true;
+        TakeFragmentDefaults(*fragments);
+    }
+}
+
+} // namespace
+
+ISOMovie ReadMovie(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    MovieReading reading(aBoxBudget);
+    reading.Read(aBox);
+    return reading.Take();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/iso/ISOMatrix.h"
+#include "ezFormats/iso/ISOTables.h"
+#include "ezFormats/iso/ISOTags.h"
+
+#include <cstdint>
+#include <optional>
+
+/// A track of audio or video.
+struct ISOTrack {
+    ISOTrackKind mKind = ISOTrackKind::kOther;
+    bool mfEnabled = false;
+    std::uint32_t mID = 0;
+    std::uint32_t mTimescale = 0; ///< ticks a second
+    std::uint64_t mDuration = 0;  ///< ticks of the media; 0: not told
+    ISOMatrix mMatrix;
+    ISOTables mTables;
+    // What a fragment leaves out
+    std::uint32_t mDefaultTicks = 0;
+    std::uint32_t mDefaultSize = 0;
+};
+
+/// What the "moov" box tells.
+struct ISOMovie {
+    std::uint32_t mTrackCount = 0; ///< of any kind
+    std::uint32_t mAudioCount = 0;
+    std::optional<ISOTrack> mAudio;   ///< the first enabled one; the first where none is
+    std::optional<ISOTrack> mVideo;   ///< the same, without covers and pictures of chapters
+    std::uint64_t mDuration = 0;      ///< microseconds, the longest that is told; 0: not told
+    ISOMatrix mMatrix;                ///< of the whole, after that of a track
+    bool mfFragmented = false;        ///< samples may follow in fragments
+    std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
+    ISOTags mTags;
+};
+
+/// Reads the content of the box, in the order of the file. What is damaged tells nothing.
+ISOMovie ReadMovie(const ByteReader& aBox, std::uint32_t& aBoxBudget);

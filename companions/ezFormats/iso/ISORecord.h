@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ezFormats/iso/ISOFragments.h"
+#include "ezFormats/iso/ISOMovie.h"
+
+#include <cstdint>
+
+class ezMediaInfo;
+
+/// What the facts of a media are made of.
+struct ISOMedia {
+    ISOMovie mMovie;
+    ISOFragments mFragments;
+    std::uint64_t mSize = 0;     ///< bytes; 0: not known
+    std::uint64_t mDuration = 0; ///< microseconds; 0: not known
+    const char* mDurationMethod = "header";
+    bool mfDurationEstimated = false;
+    bool mfFragmentsCounted = false; ///< all fragments were read, no index in place of any
+};
+
+/// Writes codecs, sizes, rates, duration and texts into a record.
+void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo);

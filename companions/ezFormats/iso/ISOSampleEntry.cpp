@@ -1,0 +1,86 @@
+#include "ezFormats/iso/ISOSampleEntry.h"
+
+#include <string>
+
+namespace {
+
+constexpr const char* kEncrypted = "encrypted:";
+
+/// The format of samples before they were encrypted, from a "sinf" box; none when it does not tell.
+std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    ByteReader content = aBox;
+    content.Require(BoxWalk::Within(aBox, aBoxBudget).Find("frma", &content));
+    const BoxType format = BoxType::Read(content);
+    return content.HasFailed() ? std::nullopt : std::make_optional(format);
+}
+
+void ReadStream(ByteReader aBox, ISOEntryFacts& anEntry) {
+    ESDescriptor stream;
+    if (ReadESDescriptor(aBox, stream)) {
+        anEntry.mStream = stream;
+        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry.mCodec);
+    }
+}
+
+void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
+    aBox.Skip(4); // size of a buffer
+    const std::uint32_t maximum = aBox.ReadBig32();
+    const std::uint32_t average = aBox.ReadBig32();
+    if (!aBox.HasFailed()) {
+        TakeRates(maximum, average, aCodec);
+    }
+}
+
+} // namespace
+
+ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
+    : mTableVersion(aTable.ReadByte()), mContent(aTable) {
+    aTable.Skip(7); // flags, number of entries
+    mfFound = BoxWalk::Within(aTable, aBoxBudget).Next(&mFormat, &mContent);
+    mContent.Require(mfFound);
+    mContent.Skip(8);
+}
+
+void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBudget, ISOEntryFacts& anEntry) {
+    if (aType == "esds") {
+        ReadStream(aBox, anEntry);
+    } else if (aType == "btrt") {
+        ReadRates(aBox, anEntry.mCodec);
+    } else if (aType == "sinf") {
+        anEntry.mOriginal = ReadOriginalFormat(aBox, aBoxBudget);
+    }
+}
+
+ezCString ISOFormatName(BoxType aFormat) {
+    std::string name(aFormat.GetText().View());
+    while (!name.empty() && (name.back() == ' ' || name.back() == '\0')) {
+        name.pop_back();
+    }
+    for (char& character : name) {
+        const char lower = ezLower(character);
+        const bool fWord = (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') ||
+                           character == '-' || character == '_';
+        character = fWord ? character : '.';
+    }
+    return ezCString(std::string_view(name));
+}
+
+void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {
+    constexpr std::uint32_t kVariable = UINT32_MAX;
+    if (aCodec.mBitRate == 0 && anAverage != kVariable) {
+        aCodec.mBitRate = anAverage;
+    }
+    if (aCodec.mMaxBitRate == 0 && aMaximum != kVariable) {
+        aCodec.mMaxBitRate = aMaximum;
+    }
+}
+
+void MarkEncrypted(ISOCodec& aCodec) {
+    aCodec.mName = kEncrypted + aCodec.mName;
+}
+
+std::string_view PlainNameOf(const ISOCodec& aCodec) {
+    const std::string_view mark = kEncrypted;
+    const std::string_view name = aCodec.mName.View();
+    return name.substr(0, mark.size()) == mark ? name.substr(mark.size()) : name;
+}

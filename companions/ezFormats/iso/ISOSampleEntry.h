@@ -1,0 +1,71 @@
+#pragma once
+
+#include "ezBytes/BoxWalk.h"
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/iso/ISOCodec.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+// What the descriptions of audio and of video have in common.
+
+/// The first entry of a table of sample descriptions.
+struct ISOSampleEntry {
+    explicit ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget);
+
+    /// True when there is one; else the rest holds nothing.
+    bool mfFound = false;
+    std::uint32_t mTableVersion;
+    BoxType mFormat;
+    ByteReader mContent; ///< behind the number of the data reference
+};
+
+/// What an entry tells, whatever is sampled.
+struct ISOEntryFacts {
+    ISOCodec mCodec;
+    std::optional<BoxType> mOriginal; ///< of what is encrypted
+    std::optional<ESDescriptor> mStream;
+};
+
+/// Reads a box of a kind of entry. Entry is an ISOEntryFacts with more to it.
+template <typename Entry>
+struct ISOBoxReader {
+    BoxType mType;
+    void (*mRead)(ByteReader aBox, Entry& anEntry);
+};
+
+/// Reads a box that entries of every kind may have: "esds", "btrt" or "sinf". Any other tells nothing.
+void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBudget, ISOEntryFacts& anEntry);
+
+/// Reads the boxes of an entry: those that all kinds have, and those that there is a reader for.
+template <typename Entry, std::size_t Size>
+void ReadBoxes(const ByteReader& aBoxes, const std::array<ISOBoxReader<Entry>, Size>& aReaders,
+               std::uint32_t& aBoxBudget, Entry& anEntry) {
+    BoxWalk walk = BoxWalk::Within(aBoxes, aBoxBudget);
+    BoxType type;
+    ByteReader content = aBoxes;
+    while (walk.Next(&type, &content)) {
+        ReadCommonBox(type, content, aBoxBudget, anEntry);
+        for (const ISOBoxReader<Entry>& reader : aReaders) {
+            if (type == reader.mType) {
+                reader.mRead(content, anEntry);
+            }
+        }
+    }
+}
+
+/// A four-character code as a word of a record: without blanks at its end, and a "." for what may not stand
+/// in a word.
+ezCString ISOFormatName(BoxType aFormat);
+
+/// Takes rates over where none is stated yet. Those that no record can hold are none.
+void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec);
+
+/// Marks a codec as one whose samples are encrypted: no rule for the plain codec is to meet it.
+void MarkEncrypted(ISOCodec& aCodec);
+/// The codec's name without that mark.
+std::string_view PlainNameOf(const ISOCodec& aCodec);

@@ -1,0 +1,129 @@
+#include "ezFormats/iso/ISOTables.h"
+
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISONumbers.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace {
+
+/// Samples and ticks, by runs of samples of one duration.
+void ReadTimes(ByteReader aBox, ISOTables& aTables) {
+    aBox.Skip(4); // version and flags
+    const std::uint32_t runs = aBox.ReadBig32();
+    if (runs > kISO_MaxTimeRuns) {
+        return;
+    }
+    std::uint64_t samples = 0;
+    std::uint64_t ticks = 0;
+    for (std::uint32_t i = 0; i < runs && !aBox.HasFailed(); ++i) {
+        const std::uint64_t count = aBox.ReadBig32();
+        samples += count;
+        ticks = ISONumber_Add(ticks, count * aBox.ReadBig32());
+    }
+    if (!aBox.HasFailed()) {
+        aTables.mTimedSamples = samples;
+        aTables.mTicks = ticks;
+    }
+}
+
+bool IsSizeOfSizes(unsigned aBits) {
+    return aBits == 4 || aBits == 8 || aBits == 16;
+}
+
+ISOSizeTable ReadSizeTable(ByteReader aBox, bool afCompact) {
+    ISOSizeTable table;
+    aBox.Skip(4); // version and flags
+    if (afCompact) {
+        aBox.Skip(3);
+        table.mBits = aBox.ReadByte();
+        aBox.Require(IsSizeOfSizes(table.mBits));
+    } else {
+        table.mConstantSize = aBox.ReadBig32();
+        table.mBits = table.mConstantSize == 0 ? 32 : 0;
+    }
+    table.mCount = aBox.ReadBig32();
+    aBox.Require(table.GetBytes() <= aBox.GetLeft());
+    if (aBox.HasFailed()) {
+        return {};
+    }
+    table.mSizes = aBox;
+    return table;
+}
+
+/// Adds up the sizes of a block, each of so many bits.
+std::uint64_t SumBlock(const unsigned char* aBytes, std::size_t aCount, unsigned aBits) {
+    std::uint64_t sum = 0;
+    if (aBits == 32) { // of the long tables most
+        for (std::size_t i = 0; i < aCount; ++i) {
+            const unsigned char* const size = aBytes + 4 * i;
+            sum += std::uint32_t{size[0]} << 24 | std::uint32_t{size[1]} << 16 | std::uint32_t{size[2]} << 8 |
+                   size[3];
+        }
+        return sum;
+    }
+    for (std::size_t i = 0; i < aCount; ++i) {
+        std::uint32_t size = 0;
+        if (aBits == 4) {
+            size = aBytes[i / 2] >> (i % 2 == 0 ? 4 : 0) & 0xFU;
+        }
+        for (unsigned byte = 0; byte < aBits / 8; ++byte) {
+            size = size << 8 | aBytes[i * (aBits / 8) + byte];
+        }
+        sum += size;
+    }
+    return sum;
+}
+
+} // namespace
+
+ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes) {
+    if (aTable.mConstantSize != 0) {
+        return {aTable.mCount, std::uint64_t{aTable.mCount} * aTable.mConstantSize};
+    }
+    if (!aTable.mSizes.has_value() || aTable.mBits == 0) {
+        return {};
+    }
+    std::array<unsigned char, 512> block = {};
+    ByteReader sizes = *aTable.mSizes;
+    const std::uint64_t perBlock = 8 * block.size() / aTable.mBits;
+    const std::uint64_t count = std::min<std::uint64_t>(aTable.mCount, aMaxBytes * 8 / aTable.mBits);
+    ISOSizeSum sum;
+    while (sum.mSamples < count) {
+        const auto samples = static_cast<std::size_t>(std::min(perBlock, count - sum.mSamples));
+        if (!sizes.Read(block.data(), (samples * aTable.mBits + 7) / 8)) {
+            return {};
+        }
+        sum.mBytes += SumBlock(block.data(), samples, aTable.mBits);
+        sum.mSamples += samples;
+    }
+    return sum;
+}
+
+ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& aBoxBudget) {
+    ISOTables tables;
+    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
+    BoxType type;
+    ByteReader content = aBox;
+    bool fDescribed = false;
+    bool fTimed = false;
+    bool fSized = false;
+    // Behind the last of the three there may be megabytes of places and of key pictures.
+    while (!(fDescribed && fTimed && fSized) && walk.Next(&type, &content)) {
+        if (type == "stsd") {
+            tables.mCodec = aKind == ISOTrackKind::kAudio ? ReadAudioDescription(content, aBoxBudget)
+                                                          : ReadVideoDescription(content, aBoxBudget);
+            fDescribed = true;
+        } else if (type == "stts") {
+            ReadTimes(content, tables);
+            fTimed = true;
+        } else if (type == "stsz" || type == "stz2") {
+            tables.mSizes = ReadSizeTable(content, type == "stz2");
+            fSized = true;
+        }
+    }
+    return tables;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/iso/ISOCodec.h"
+
+#include <cstdint>
+#include <optional>
+
+/// The sizes of a track's samples ("stsz", "stz2"), of which only the head has been read.
+struct ISOSizeTable {
+    std::uint32_t mCount = 0;        ///< samples
+    std::uint32_t mConstantSize = 0; ///< bytes of each; 0: a size each follows
+    unsigned mBits = 0;              ///< of a size
+    std::optional<ByteReader> mSizes;
+
+    /// Bytes of the table itself.
+    std::uint64_t GetBytes() const { return (std::uint64_t{mCount} * mBits + 7) / 8; }
+};
+
+/// Bytes of the first samples of a table.
+struct ISOSizeSum {
+    std::uint64_t mSamples = 0;
+    std::uint64_t mBytes = 0;
+};
+
+/// Adds the sizes up that stand in the first aMaxBytes of the table; all of them where the size is constant.
+/// Nothing where the table is damaged.
+ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes);
+
+/// What the tables of a track ("stbl") tell.
+struct ISOTables {
+    ISOCodec mCodec;
+    std::uint64_t mTimedSamples = 0; ///< with the ticks that they take; 0 where it is not known
+    std::uint64_t mTicks = 0;
+    ISOSizeTable mSizes;
+};
+
+enum class ISOTrackKind { kOther, kAudio, kVideo };
+
+/// Reads the tables of a track of audio or video, as far as they are needed, in the order of the file.
+ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& aBoxBudget);

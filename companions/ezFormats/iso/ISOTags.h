@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/tags/MusicTexts.h"
+
+#include <cstdint>
+
+/// The texts of a movie, by the three ways to write them.
+struct ISOTags {
+    MusicTexts mItems;   ///< of "ilst" (iTunes)
+    MusicTexts mAssets;  ///< of 3GPP
+    MusicTexts mPhrases; ///< of QuickTime
+
+    /// Each text from the first of these that has it.
+    MusicTexts Merge() const;
+};
+
+/// Reads the content of a movie's "udta" box, or of its "meta" box. The first text of a kind stays.
+void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, ISOTags& aTags);

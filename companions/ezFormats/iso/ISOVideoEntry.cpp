@@ -1,0 +1,263 @@
+#include "ezFormats/iso/ISOCodec.h"
+
+#include "ezBytes/BoxWalk.h"
+#include "ezFormats/codecs/H264Headers.h"
+#include "ezFormats/codecs/MPEG4Visual.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/iso/ISOSampleEntry.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr const char* kProgressive = "progressive";
+constexpr const char* kInterlaced = "interlaced";
+
+struct VideoFormat {
+    BoxType mFormat;
+    const char* mName;
+    bool mfPictures;
+};
+constexpr std::array<VideoFormat, 31> kFormats = {
+    {{"avc1", "H264", false},  {"avc2", "H264", false},  {"avc3", "H264", false},  {"avc4", "H264", false},
+     {"dva1", "H264", false},  {"dvav", "H264", false},  {"hvc1", "H265", false},  {"hev1", "H265", false},
+     {"dvh1", "H265", false},  {"dvhe", "H265", false},  {"mp4v", "MPEG4", false}, {"XVID", "MPEG4", false},
+     {"DIVX", "MPEG4", false}, {"s263", "H263", false},  {"H263", "H263", false},  {"h263", "H263", false},
+     {"m2v1", "MPEG2", false}, {"mp2v", "MPEG2", false}, {"hdv1", "MPEG2", false}, {"hdv2", "MPEG2", false},
+     {"hdv3", "MPEG2", false}, {"m1v1", "MPEG1", false}, {"mp1v", "MPEG1", false}, {"vc-1", "VC1", false},
+     {"av01", "AV1", false},   {"vp08", "VP8", false},   {"vp09", "VP9", false},   {"mjpa", "MJPEG", false},
+     {"mjpb", "MJPEG", false}, {"jpeg", "MJPEG", true},  {"png ", "PNG", true}}};
+
+struct VideoObject {
+    std::uint32_t mObjectType;
+    const char* mName;
+    const char* mProfile;
+    bool mfPictures;
+};
+/// Object type indications of "mp4v"; those of MPEG-2 tell the profile.
+constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, false},
+                                                   {0x21, "H264", nullptr, false},
+                                                   {0x23, "H265", nullptr, false},
+                                                   {0x60, "MPEG2", "Simple", false},
+                                                   {0x61, "MPEG2", "Main", false},
+                                                   {0x62, "MPEG2", "SNR", false},
+                                                   {0x63, "MPEG2", "Spatial", false},
+                                                   {0x64, "MPEG2", "High", false},
+                                                   {0x65, "MPEG2", "4:2:2", false},
+                                                   {0x6A, "MPEG1", nullptr, false},
+                                                   {0x6C, "MJPEG", nullptr, true},
+                                                   {0x6D, "PNG", nullptr, true},
+                                                   {0xA3, "VC1", nullptr, false}}};
+constexpr std::uint32_t kObjectMPEG4Visual = 0x20;
+
+struct Profile {
+    std::uint32_t mCode;
+    const char* mName;
+};
+
+template <std::size_t Size>
+const char* ProfileName(const std::array<Profile, Size>& aProfiles, std::uint32_t aCode) {
+    const auto* const found = std::find_if(aProfiles.begin(), aProfiles.end(),
+                                           [=](const Profile& aKnown) { return aKnown.mCode == aCode; });
+    return found != aProfiles.end() ? found->mName : nullptr;
+}
+
+// --- H.264
+
+constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
+                                                   {66, "Baseline"},
+                                                   {77, "Main"},
+                                                   {88, "Extended"},
+                                                   {100, "High"},
+                                                   {110, "High10"},
+                                                   {118, "MultiviewHigh"},
+                                                   {122, "High422"},
+                                                   {244, "High444"}}};
+
+/// Profile, constraints and level, as they begin both the box's own part and a sequence set.
+void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
+    constexpr unsigned kConstraint1 = 0x40;
+    constexpr unsigned kConstraint3 = 0x10;
+    constexpr std::uint32_t kLevel11 = 11;
+    constexpr std::uint32_t kLevel1b = 9;
+    const std::uint32_t profile = aBytes[0];
+    const bool fOld = profile == 66 || profile == 77 || profile == 88; // they had no code for level 1b
+    // A stream of the baseline profile that keeps what the main one asks (A.2.1.1).
+    const bool fConstrained = profile == 66 && (aBytes[1] & kConstraint1) != 0;
+    aCodec.mProfile = fConstrained ? "ConstrainedBaseline" : ProfileName(kH264Profiles, profile);
+    aCodec.mLevel = aBytes[2];
+    if (fOld && aCodec.mLevel == kLevel11 && (aBytes[1] & kConstraint3) != 0) {
+        aCodec.mLevel = kLevel1b;
+    }
+}
+
+/// A unit without the bytes that keep start codes out of it.
+std::vector<unsigned char> Unescaped(const std::vector<unsigned char>& aUnit) {
+    std::vector<unsigned char> bytes;
+    bytes.reserve(aUnit.size());
+    unsigned zeros = 0;
+    for (const unsigned char byte : aUnit) {
+        const bool fEscape = zeros >= 2 && byte == 3;
+        zeros = byte == 0 ? zeros + 1 : 0;
+        if (!fEscape) {
+            bytes.push_back(byte);
+        }
+    }
+    return bytes;
+}
+
+void TakeSequenceSet(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec) {
+    ezH264SequenceSet set;
+    if (!ezH264SequenceSet_Read(aBytes.data(), aBytes.size(), set)) {
+        return;
+    }
+    TakeH264Profile(aBytes.data(), aCodec);
+    aCodec.mWidth = set.mWidth;
+    aCodec.mHeight = set.mHeight;
+    aCodec.mScan = set.mfFramesOnly ? kProgressive : kInterlaced;
+    if (set.mBitRate.mBitRate < UINT32_MAX) {
+        // The rate of a buffer is what it is filled with at most.
+        const auto rate = static_cast<std::uint32_t>(set.mBitRate.mBitRate);
+        TakeRates(rate, set.mBitRate.mfConstant ? rate : 0, aCodec);
+    }
+}
+
+void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
+    std::array<unsigned char, 3> profile = {};
+    aBox.Require(aBox.ReadByte() == 1);
+    if (!aBox.Read(profile.data(), profile.size())) {
+        return;
+    }
+    TakeH264Profile(profile.data(), anEntry.mCodec);
+    aBox.Skip(1); // size of lengths
+    const unsigned sets = aBox.ReadByte() & 0x1FU;
+    const auto size = static_cast<std::size_t>(aBox.ReadBig(2));
+    const unsigned unit = aBox.ReadByte();
+    if (sets == 0 || size < 2 || size > kH264_MaxParameterSetSize || (unit & 0x1FU) != kH264_SequenceSet) {
+        return;
+    }
+    std::vector<unsigned char> bytes(size - 1);
+    if (aBox.Read(bytes.data(), bytes.size())) {
+        TakeSequenceSet(Unescaped(bytes), anEntry.mCodec);
+    }
+}
+
+// --- H.265
+
+constexpr std::array<Profile, 4> kH265Profiles = {
+    {{1, "Main"}, {2, "Main10"}, {3, "MainStillPicture"}, {4, "RangeExtensions"}}};
+
+void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
+    aBox.Require(aBox.ReadByte() == 1);
+    const unsigned profile = aBox.ReadByte() & 0x1FU;
+    aBox.Skip(4); // profiles that it is compatible with
+    const unsigned sources = aBox.ReadByte() >> 6;
+    aBox.Skip(5);
+    const unsigned level = aBox.ReadByte(); // thirty times
+    if (aBox.HasFailed()) {
+        return;
+    }
+    anEntry.mCodec.mProfile = ProfileName(kH265Profiles, profile);
+    anEntry.mCodec.mLevel = level / 3;
+    if (sources == 1 || sources == 2) {
+        anEntry.mCodec.mScan = sources == 2 ? kProgressive : kInterlaced;
+    }
+}
+
+// --- Others
+
+/// The decoder of H.263: profile by number, and the level as it is named ("level 10").
+void ReadH263(ByteReader aBox, ISOEntryFacts& anEntry) {
+    aBox.Skip(5); // maker and version
+    const unsigned level = aBox.ReadByte();
+    const unsigned profile = aBox.ReadByte();
+    if (!aBox.HasFailed()) {
+        anEntry.mCodec.mProfile = ezCString::Format("%u", profile);
+        anEntry.mCodec.mLevel = level;
+    }
+}
+
+constexpr std::array<ISOBoxReader<ISOEntryFacts>, 3> kBoxReaders = {
+    {{"avcC", ReadAVC}, {"hvcC", ReadHEVC}, {"d263", ReadH263}}};
+
+/// The fixed part.
+void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
+    aReader.Skip(16);
+    aCodec.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    aCodec.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    aReader.Skip(50); // resolution, name of the encoder, depth, colours
+}
+
+void TakeMPEG4(const ESDescriptor& aStream, ISOCodec& aCodec) {
+    const MPEG4Visual visual = MPEG4Visual_Read(aStream.mConfig.data(), aStream.mConfigSize);
+    if (visual.mProfile != nullptr) {
+        aCodec.mProfile = visual.mProfile;
+        aCodec.mLevel = visual.mLevel;
+    }
+    if (visual.mfLayer) {
+        aCodec.mWidth = visual.mWidth;
+        aCodec.mHeight = visual.mHeight;
+        aCodec.mScan = visual.mfInterlaced ? kInterlaced : kProgressive;
+    }
+}
+
+/// Of "mp4v": the stream's descriptor tells what the samples are. True when it does.
+bool NameByStream(ISOEntryFacts& anEntry) {
+    const ESDescriptor& stream = *anEntry.mStream;
+    const auto* const known = std::find_if(kObjects.begin(), kObjects.end(), [&](const VideoObject& aKnown) {
+        return aKnown.mObjectType == stream.mObjectType;
+    });
+    if (known == kObjects.end()) {
+        return false;
+    }
+    anEntry.mCodec.mName = known->mName;
+    anEntry.mCodec.mProfile = known->mProfile;
+    anEntry.mCodec.mfPictures = known->mfPictures;
+    if (stream.mObjectType == kObjectMPEG4Visual) {
+        TakeMPEG4(stream, anEntry.mCodec);
+    }
+    return true;
+}
+
+/// Names the codec by its four characters; true where they stand for one.
+bool NameByFormat(BoxType aFormat, ISOCodec& aCodec) {
+    const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const VideoFormat& aKnown) {
+        return aFormat == aKnown.mFormat;
+    });
+    if (known == kFormats.end()) {
+        return false;
+    }
+    aCodec.mName = known->mName;
+    aCodec.mfPictures = known->mfPictures;
+    return true;
+}
+
+} // namespace
+
+ISOCodec ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
+    ISOSampleEntry sample(aTable, aBoxBudget);
+    ISOEntryFacts entry;
+    ReadPicture(sample.mContent, entry.mCodec);
+    if (sample.mContent.HasFailed()) {
+        entry.mCodec = ISOCodec();
+        entry.mCodec.mName = ISOFormatName(sample.mFormat);
+        return entry.mCodec;
+    }
+    ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
+    const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
+    const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
+    const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry)
+                                                                      : NameByFormat(format, entry.mCodec);
+    if (!fNamed) {
+        entry.mCodec.mName = ISOFormatName(format);
+    }
+    if (fEncrypted) {
+        MarkEncrypted(entry.mCodec);
+    }
+    return entry.mCodec;
+}

@@ -1,0 +1,353 @@
+#include "ezFormats/mpegaudio/MPEGAudioFile.h"
+
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/ID3Tag.h"
+#include "ezBytes/LeadingTag.h"
+
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+using namespace std::string_view_literals;
+
+namespace {
+
+constexpr std::uint32_t kVariable = 0xFFFFFFFF;
+
+/// Bytes of which only so many are read that are not at hand.
+class FewReads : public ByteSource {
+public:
+    FewReads(MediaBytes& aBytes, std::uint32_t aMaxReads) : mBytes(aBytes), mReadsLeft(aMaxReads) {}
+    ~FewReads() override;
+
+    std::uint64_t GetSize() const override { return mBytes.GetSize(); }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (!mBytes.HasAtHand(aPosition, 1)) {
+            if (mReadsLeft == 0) {
+                return 0;
+            }
+            --mReadsLeft;
+        }
+        return mBytes.Lend(aPosition, aBytes);
+    }
+
+private:
+    MediaBytes& mBytes;
+    std::uint32_t mReadsLeft;
+};
+
+FewReads::~FewReads() = default;
+
+ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
+    ByteReader reader(aBytes);
+    reader.Skip(aPosition);
+    return reader;
+}
+
+/// A word that a file of a format has at a place.
+struct Mark {
+    unsigned mPlace;
+    std::string_view mWord;
+    const char* mFormat;
+};
+constexpr Mark kMarks[] = {
+    {0, "RIFF"sv, "RIFF"},
+    {0, "RIFX"sv, "RIFF"},
+    {0, "RF64"sv, "RIFF"},
+    {0, "FORM"sv, "IFF"},
+    {0, "OggS"sv, "Ogg"},
+    {0, "fLaC"sv, "FLAC"},
+    {0, "\x1A\x45\xDF\xA3"sv, "Matroska"},
+    {0, "\x30\x26\xB2\x75\x8E\x66\xCF\x11"sv, "ASF"},
+    {0, "\xFF\xD8\xFF"sv, "JPEG"},
+    {0, "\x89PNG"sv, "PNG"},
+    {0, "GIF8"sv, "GIF"},
+    {0, "FLV\x01"sv, "FLV"},
+    {0, ".RMF"sv, "RealMedia"},
+    {0, "MPCK"sv, "Musepack"},
+    {0, "MP+"sv, "Musepack"},
+    {0, "MAC "sv, "APE sound"},
+    {0, "wvpk"sv, "WavPack"},
+    {0, "ADIF"sv, "ADIF"},
+    {0, "#!AMR"sv, "AMR"},
+    {0, "PK\x03\x04"sv, "ZIP"},
+    {0, "%PDF"sv, "PDF"},
+    {0, "\x0B\x77"sv, "AC-3"},
+    {0, "\0\0\x01\xBA"sv, "program stream"},
+    {0, "\0\0\x01\xB3"sv, "MPEG video"},
+    {4, "ftyp"sv, "ISO media"},
+    {4, "moov"sv, "ISO media"},
+    {4, "mdat"sv, "ISO media"},
+    {4, "free"sv, "ISO media"},
+    {4, "skip"sv, "ISO media"},
+    {4, "wide"sv, "ISO media"},
+};
+
+/// The bytes from a position on in which all marks lie, or those that there are.
+constexpr std::size_t kMarkedSize = 8;
+std::string HeadAt(ByteSource& aBytes, std::uint64_t aPosition) {
+    const unsigned char* lent = nullptr;
+    if (aBytes.Lend(aPosition, &lent) >= kMarkedSize) {
+        return {reinterpret_cast<const char*>(lent), kMarkedSize};
+    }
+    std::string head;
+    unsigned char byte = 0;
+    while (head.size() < kMarkedSize && aBytes.Get(aPosition + head.size(), &byte)) {
+        head.push_back(static_cast<char>(byte));
+    }
+    return head;
+}
+
+/// True for sync bytes of three packets in a row.
+bool IsTransportStream(MediaBytes& aBytes, std::uint64_t aPosition, std::uint64_t aPeriod) {
+    for (unsigned i = 0; i < 3; ++i) {
+        unsigned char byte = 0;
+        if (!aBytes.Get(aPosition + i * aPeriod, &byte) || byte != 0x47) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Layer 0, which MPEG audio has not and ADTS always has.
+bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
+    return (ReaderAt(aBytes, aPosition).ReadBig(2) & 0xFFF6) == 0xFFF0;
+}
+
+} // namespace
+
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
+    LeadingTags tags;
+    FewReads few(aBytes, kMusicTexts_MaxReads);
+    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
+        if (!aBytes.HasAtHand(tags.mEnd, 1)) {
+            aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
+        }
+        LeadingTag tag = ReadLeadingTag(aBytes, tags.mEnd);
+        if (tag.mSize == 0) {
+            break;
+        }
+        const std::uint64_t body = tags.mEnd + tag.mHeaderSize;
+        tags.mfBelieved = tag.mSize < aBytes.GetSize() - tags.mEnd;
+        if (tag.mfID3 && !tags.mTexts.IsComplete()) {
+            tag.mID3.mSize =
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetSize() - body));
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
+        }
+        tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
+        if (!tags.mfBelieved) {
+            return tags;
+        }
+    }
+    return tags;
+}
+
+std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
+    unsigned char byte = 0;
+    if (!aBytes.Get(aPosition, &byte) || byte != 0) {
+        return aPosition;
+    }
+    aBytes.Load(aPosition, kMPEGAudio_SearchSize);
+    std::uint64_t position = aPosition;
+    while (aBytes.HasAtHand(position, 1) && aBytes.Get(position, &byte) && byte == 0) {
+        ++position;
+    }
+    return position;
+}
+
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
+    FewReads few(aBytes, kMusicTexts_MaxReads);
+    // ID3v1 stands in the last bytes, which are at hand now.
+    const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
+    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
+    if (aTails.mLyricsFields != 0) {
+        texts.Complete(ReadLyrics3Texts(few, aTails, aCodePage));
+    }
+    texts.Complete(plain);
+    return texts;
+}
+
+const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
+    const std::string head = HeadAt(aBytes, aPosition);
+    for (const Mark& mark : kMarks) {
+        if (head.compare(std::min<std::size_t>(mark.mPlace, head.size()), mark.mWord.size(), mark.mWord) ==
+            0) {
+            return mark.mFormat;
+        }
+    }
+    if (IsTransportStream(aBytes, aPosition, 188) || IsTransportStream(aBytes, aPosition + 4, 192)) {
+        return "transport stream";
+    }
+    return IsADTS(aBytes, aPosition) ? "ADTS" : nullptr;
+}
+
+MPEGAudioMeasure::MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames)
+    : mBytes(aBytes), mFrames(aFrames), mSound(aFrames.GetFirst()) {}
+
+/// Takes the count of a frame that stands at the start, and that other frames follow a little later only.
+void MPEGAudioMeasure::TakeCountBefore(std::uint64_t aStart) {
+    const MPEGAudioFrame& first = mFrames.GetFirst();
+    MPEGAudioFrame frame;
+    if (first.mPosition > aStart &&
+        first.mPosition - aStart <= kMPEGAudioMaxFrameSize + kMPEGAudio_MaxGapBehindCount &&
+        mFrames.Read(aStart, &frame) && ezMPEGAudioHeader_IsSameStream(frame.mWord, first.mWord) &&
+        frame.mSize != 0 && frame.mPosition + frame.mSize + kMPEGAudio_MaxGapBehindCount >= first.mPosition) {
+        mCount = ReadMPEGAudioCount(mBytes, frame);
+    }
+}
+
+void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
+    const MPEGAudioFrame& first = mFrames.GetFirst();
+    mCount = ReadMPEGAudioCount(mBytes, first);
+    if (mCount.mKind == MPEGAudioCount::Kind::None) {
+        TakeCountBefore(aStart);
+    }
+    MPEGAudioFrame second;
+    // A lone frame with a count has no sound, but tells what sound there would be.
+    if (ReadMPEGAudioCount(mBytes, first).mKind != MPEGAudioCount::Kind::None &&
+        mFrames.Next(first, &second)) {
+        mSound = second;
+    }
+    const std::uint64_t limit =
+        mCount.mFrames != 0 ? mFrames.GetEnd() : first.mPosition + kMPEGAudio_SurveySize;
+    mSurvey = SurveyFrames(mFrames, mSound, limit);
+    if (mSurvey.mLowestRate != mSurvey.mHighestRate) {
+        mCount.mKind = MPEGAudioCount::Kind::Variable;
+    }
+}
+
+void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
+    const std::uint64_t start = mFrames.GetFirst().mPosition;
+    const bool fKnown = mBytes.IsSizeKnown();
+    const bool fGoesOn = fKnown && GoesOnBehindCount(aTails.mAudioEnd);
+    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, mBytes.GetSize(), fKnown, fGoesOn});
+    if (!mLength.mfKnown && fKnown) {
+        Estimate(aTails, afMayReadWhole);
+    } else if (!mLength.mfKnown) {
+        mLength.mAverageRate = LengthOfFrames(mSurvey, mCount, mSound).mAverageRate;
+    }
+}
+
+/// Looks for frames where the counted ones end, or behind the tag of another file that was put there. Only
+/// where a second or more may have been forgotten: a few frames are an encoder's own way to count.
+bool MPEGAudioMeasure::GoesOnBehindCount(std::uint64_t anEnd) {
+    const std::uint64_t start = mFrames.GetFirst().mPosition;
+    const std::uint64_t size = SizeOfCount(mCount, mSound);
+    if (size == 0 || mFrames.IsFreeFormat() || size > anEnd - start ||
+        anEnd - start - size < kMPEGAudio_SurveySize) {
+        return false;
+    }
+    ByteReader reader = ReaderAt(mBytes, start + size);
+    ID3Tag tag;
+    const bool fTag = ReadID3Tag(reader, &tag);
+    const std::uint64_t place = fTag ? reader.GetPosition() + tag.GetRest() : start + size;
+    MPEGAudioFrame frame;
+    return place < anEnd && mFrames.FindNear(place, kMPEGAudio_SurveySize, &frame);
+}
+
+void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
+    const std::uint64_t end = aTails.mAudioEnd;
+    MPEGAudioSurvey slowest = mSurvey;
+    mfAllSeen = mSurvey.mEnd + kMPEGAudioMinFrameSize > end;
+    if (!mfAllSeen) {
+        LookAround(end, &slowest);
+    }
+    const std::uint64_t size = end - mSound.mPosition;
+    if (!mfAllSeen && IsVariable() && !mFrames.IsFreeFormat() &&
+        (afMayReadWhole || size <= kMPEGAudio_CountedSize)) {
+        mfAllSeen = CountAll(end, afMayReadWhole);
+    }
+    if (mfAllSeen) {
+        mLength = LengthOfFrames(mSurvey, mCount, mSound);
+    } else if (!mfPlaceMissed && !IsVariable()) {
+        mLength = LengthOfRate(size, mSurvey, mSound);
+    } else {
+        mLength = LengthOfSize(size, mSurvey, slowest, mSound);
+    }
+}
+
+/// Looks at three more places. One rate at the start alone may be that of silence.
+void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest) {
+    const std::uint64_t size = anEnd - mSound.mPosition;
+    if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat()) {
+        return; // no rate changes
+    }
+    if (size < std::uint64_t{8} * kMPEGAudio_SurveySize) { // of what was not seen, the end is at hand
+        const std::uint64_t place =
+            std::max(mSurvey.mEnd, anEnd - std::min<std::uint64_t>(size, kMPEGAudio_SurveySize));
+        if (anEnd - place > std::uint64_t{2} * kMPEGAudioMaxFrameSize) {
+            LookAt(place, aSlowest);
+        }
+        return;
+    }
+    for (unsigned quarter = 1; quarter < 4; ++quarter) {
+        LookAt(mSound.mPosition + size / 4 * quarter, aSlowest);
+    }
+}
+
+void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest) {
+    MPEGAudioFrame frame;
+    if (!mFrames.FindNear(aPlace, kMPEGAudio_SurveySize, &frame)) {
+        mfPlaceMissed = true;
+        return;
+    }
+    const MPEGAudioSurvey survey =
+        SurveyFrames(mFrames, frame, aPlace + kMPEGAudio_SurveySize - kMPEGAudioMaxFrameSize);
+    mSurvey.Add(survey);
+    const bool fSlower = survey.mBytes * aSlowest->mFrames < aSlowest->mBytes * survey.mFrames;
+    *aSlowest = fSlower ? survey : *aSlowest;
+}
+
+/// Looks at all frames. False where the file holds so much else that they cannot be counted.
+bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd, bool afMayReadWhole) {
+    constexpr std::uint32_t kBlock = std::uint32_t{64} * 1024;
+    if (afMayReadWhole) {
+        mBytes.AllowWholeMedia();
+    }
+    mFrames.SetStep(kBlock);
+    MPEGAudioSurvey all = SurveyFrames(mFrames, mSound, anEnd);
+    MPEGAudioFrame frame;
+    while (all.mEnd < anEnd && mFrames.FindNear(all.mEnd, kBlock, &frame)) {
+        const MPEGAudioSurvey more = SurveyFrames(mFrames, frame, anEnd);
+        all.Add(more);
+        all.mEnd = more.mEnd;
+    }
+    // What stands behind the last frame may be a tag of a kind that nobody knows.
+    if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed() || mBytes.IsBudgetUsedUp()) {
+        return false;
+    }
+    mSurvey = all;
+    return true;
+}
+
+bool MPEGAudioMeasure::IsVariable() const {
+    return mCount.mKind == MPEGAudioCount::Kind::Variable || mSurvey.mLowestRate != mSurvey.mHighestRate;
+}
+
+void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
+    const ezMPEGAudioHeader& header = mSound.mHeader;
+    anInfo.Set(kezInfo_MimeType, kMPEGAudio_MimeTypes, true);
+    anInfo.Set(kezInfo_AudioTrackCount, 1, true);
+    anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
+    anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
+    anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
+    if (mFrames.IsFreeFormat()) {
+        anInfo.Set(kezInfo_AudioBitRate, LengthOfFrames(mSurvey, mCount, mSound).mAverageRate, true);
+        anInfo.Set(kezInfo_PictureProcess, kezMediaInfo_FreeFormat, true);
+    } else {
+        anInfo.Set(kezInfo_AudioBitRate, IsVariable() ? kVariable : header.mBitRate, true);
+    }
+    if (!mFrames.IsFreeFormat() && IsVariable()) {
+        anInfo.Set(kezInfo_AudioMaxBitRate, mfAllSeen ? mSurvey.mHighestRate : header.mMaxBitRate, true);
+        anInfo.Set(kezInfo_AudioEstimatedBitRate, mLength.mAverageRate, true);
+    }
+    if (mLength.mfKnown) {
+        anInfo.SetDuration(mLength.mMilliseconds, mLength.mMethod);
+    }
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "ezFormats/mpegaudio/MPEGAudioFrames.h"
+#include "ezFormats/mpegaudio/MPEGAudioLength.h"
+#include "ezFormats/tags/AudioTails.h"
+#include "ezFormats/tags/MusicTexts.h"
+
+#include <cstdint>
+
+class ezMediaInfo;
+class MediaBytes;
+
+/// What stands before the first frame of a file.
+struct LeadingTags {
+    std::uint64_t mEnd = 0; ///< where the last of them ends
+    MusicTexts mTexts;
+    bool mfBelieved =
+        true; ///< false: a tag claims more bytes than the file has; the end is that of its header
+};
+
+/// Steps over the tags at the start of a file.
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage);
+
+/// The first byte from a position on that is not zero: writers leave zeros behind tags. At most
+/// kMPEGAudio_SearchSize of them.
+std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition);
+
+/// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then
+/// ID3v1.
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+
+/// The name of another format, whose file may hold frames of MPEG audio, that begins at a position; null when
+/// none does.
+const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition);
+
+/// The length and the rates of the sound of a file.
+class MPEGAudioMeasure {
+public:
+    /// All borrowed; the frames have been found.
+    MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames);
+
+    /// Looks at the frames at the start, as long as they are at hand.
+    /// @param aStart  where they were looked for first
+    void LookAtStart(std::uint64_t aStart);
+    /// Looks at the whole, of which the end is known or that of an unknown size.
+    void Finish(const AudioTails& aTails, bool afMayReadWhole);
+    void Store(ezMediaInfo& anInfo) const;
+
+private:
+    void Estimate(const AudioTails& aTails, bool afMayReadWhole);
+    void TakeCountBefore(std::uint64_t aStart);
+    bool GoesOnBehindCount(std::uint64_t anEnd);
+    bool CountAll(std::uint64_t anEnd, bool afMayReadWhole);
+    void LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest);
+    void LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest);
+    bool IsVariable() const;
+
+    MediaBytes& mBytes;
+    MPEGAudioFrames& mFrames;
+    MPEGAudioFrame mSound; ///< the first frame with sound
+    MPEGAudioCount mCount;
+    MPEGAudioSurvey mSurvey;
+    MPEGAudioLength mLength;
+    bool mfAllSeen = false;
+    bool mfPlaceMissed = false; ///< a place that was looked at has no frames
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "ezFormats/mpegaudio/MPEGAudioFrames.h"
+
+#include "ezPlatform/text/CString.h"
+
+#include <cstdint>
+
+class ByteSource;
+
+/// What an encoder of layer III states in the first frame, which holds no sound then.
+struct MPEGAudioCount {
+    enum class Kind { None, Constant, Variable };
+
+    Kind mKind = Kind::None;
+    std::uint32_t mFrames = 0;  ///< with sound; 0: not stated
+    std::uint32_t mBytes = 0;   ///< of the frames, this one included; 0: not stated
+    std::uint32_t mUnheard = 0; ///< samples of the first and last frames that are no part of the music
+};
+
+/// The "Xing" or "Info" tag behind the side information of a frame, with the encoder's own part, or the
+/// "VBRI" tag.
+MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFrame);
+
+/// What is known of the length and the rate of the sound.
+struct MPEGAudioLength {
+    bool mfKnown = false;
+    std::uint64_t mMilliseconds = 0;
+    ezCString mMethod;
+    std::uint32_t mAverageRate = 0; ///< bits a second; 0: not known
+};
+
+/// The bytes of a file that hold sound, the frame with the count included.
+struct MPEGAudioExtent {
+    std::uint64_t mSoundSize = 0;
+    std::uint64_t mMediaSize = 0;
+    bool mfKnown = false;  ///< false: neither size is
+    bool mfGoesOn = false; ///< more of the sound stands behind the bytes of the count
+};
+
+/// Bytes that the counted frames take at most, the first one included; 0 where the count does not tell.
+std::uint64_t SizeOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound);
+
+/// The length that a count tells. Not known where the file can hold no such count of frames, or holds far
+/// more; an estimate where the count is of another size than the file: it was cut, or others were put behind
+/// it.
+///
+/// @param aSound  a frame of the sound
+MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound,
+                              const MPEGAudioExtent& anExtent);
+
+/// That of counted frames.
+MPEGAudioLength LengthOfFrames(const MPEGAudioSurvey& aFrames, const MPEGAudioCount& aCount,
+                               const MPEGAudioFrame& aSound);
+
+/// That of bytes of a constant rate, which all frames that were looked at have: exact, but for what stands
+/// after the last frame. In free format the rate is their mean.
+MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll, const MPEGAudioFrame& aSound);
+
+/// That of bytes which go by as those looked at did: rounded up.
+/// @param anAll     all frames that were looked at
+/// @param aSlowest  those of the place with the lowest rate, which is taken for the whole
+MPEGAudioLength LengthOfSize(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
+                             const MPEGAudioSurvey& aSlowest, const MPEGAudioFrame& aSound);

@@ -1,0 +1,91 @@
+#include "ezFormats/mpegaudio/MPEGAudioParser.h"
+
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/mpegaudio/MPEGAudioFile.h"
+
+#include "ezBytes/CodePage.h"
+
+#include "ez/MediaParserManager.h"
+#include "ez/MimeTypesDotIniParser.h"
+#include "ezPlatform/config/PropertyList.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <utility>
+
+namespace {
+
+using LongLong = unsigned long long; // for printf
+
+/// True when frames fewer than make a stream are all that the file holds; the last may be cut.
+bool IsShortFile(MediaBytes& aBytes, const MPEGAudioFrames& aFrames, std::uint64_t anEnd) {
+    unsigned char byte = 0;
+    if (!aBytes.IsSizeKnown()) {
+        return aFrames.GetCount() > 1 && !aBytes.Get(aFrames.GetEnd(), &byte);
+    }
+    return aFrames.GetCount() > 1 ? aFrames.GetEnd() >= anEnd : aFrames.GetEnd() == anEnd;
+}
+
+} // namespace
+
+MPEGAudioParser::MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules)
+    : FormatParser("MPEGAudioParser", "mp3", kMPEGAudio_MimeTypes, {kMPEGAudio_MaxReads, kMPEGAudio_MaxBytes},
+                   std::move(aRules)) {}
+
+MPEGAudioParser::~MPEGAudioParser() = default;
+
+const char* MPEGAudioParser::CodePageName() const {
+    const char* const name = ezPropertyList_Get_charPtr(mEnvironmentInfo, kProperty_TextCodePage);
+    return name != nullptr ? name : "";
+}
+
+bool MPEGAudioParser::IsCodePageKnown() const {
+    return CodePage::IsKnown(CodePageName());
+}
+
+bool MPEGAudioParser::MayReadWhole() const {
+    const ezMimeTypesDotIniParser* const parser =
+        mManager != nullptr ? mManager->GetMimeTypesDotIniParser() : nullptr;
+    return parser != nullptr && parser->IsParseFullFileIfVBR();
+}
+
+bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+    const CodePage codePage(CodePageName());
+    LeadingTags tags = ReadLeadingTags(aBytes, codePage);
+    const char* const other = OtherFormatAt(aBytes, tags.mEnd);
+    if (other != nullptr) {
+        return Refuse(Cause::Unsupported, "%s at %llu", other, static_cast<LongLong>(tags.mEnd));
+    }
+    const bool fTagged = tags.mEnd != 0 && tags.mfBelieved;
+    const auto start = static_cast<LongLong>(fTagged ? BehindZeros(aBytes, tags.mEnd) : tags.mEnd);
+    MPEGAudioFrames frames(aBytes);
+    if (!frames.Find(start)) {
+        const Cause cause = aBytes.HasReadFailed()    ? Cause::ReadError
+                            : aBytes.IsBudgetUsedUp() ? Cause::Limit
+                                                      : Cause::Malformed;
+        return Refuse(cause, "no frames within %u bytes of %llu%s", unsigned{kMPEGAudio_SearchSize}, start,
+                      tags.mfBelieved ? "" : ", behind a tag that claims the whole file");
+    }
+    MPEGAudioMeasure measure(aBytes, frames);
+    measure.LookAtStart(start);
+    AudioTails tails;
+    if (aBytes.IsSizeKnown()) {
+        tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);
+        tags.mTexts.Complete(ReadTailTexts(aBytes, tails, codePage));
+    }
+    if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mAudioEnd)) {
+        return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none behind them",
+                      unsigned{frames.GetCount()}, static_cast<LongLong>(frames.GetFirst().mPosition),
+                      static_cast<LongLong>(frames.GetEnd()));
+    }
+    measure.Finish(tails, MayReadWhole());
+    // Length and rates of the places that could be read would be other ones. Without a size, the end may be
+    // met as an error of the stream.
+    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+        return RefuseCut(aBytes, "all that tells the length");
+    }
+    measure.Store(anInfo);
+    tags.mTexts.Store(anInfo);
+    return true;
+}

@@ -1,0 +1,153 @@
+#include "ezFormats/tags/AudioTails.h"
+
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+
+#include "ezBytes/ByteReader.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+constexpr std::uint64_t kID3v1Size = 128;
+constexpr std::uint64_t kEnhancedSize = 227;
+constexpr std::uint64_t kAPEFooterSize = 32;
+constexpr std::uint64_t kID3v2HeaderSize = 10;
+constexpr std::string_view kLyricsBegin = "LYRICSBEGIN";
+constexpr std::uint64_t kLyricsEndSize = 9;
+constexpr std::uint64_t kLyricsDigits = 6;
+/// The most that version 1 has between its two words, and the first of these.
+constexpr std::uint64_t kLyrics1MaxSize = 5100 + 11;
+
+/// Looks at the bytes before a position, which no tail before aStart holds.
+class TailReader {
+public:
+    TailReader(MediaBytes& aBytes, std::uint64_t aStart) : mBytes(aBytes), mStart(aStart) {
+        mTails.mAudioEnd = aBytes.GetSize();
+    }
+
+    /// Steps over the one that ends where the sound would. False when there is none.
+    bool Step() { return StepID3v1() || StepAPE() || StepLyrics2() || StepLyrics1() || StepID3v2(); }
+
+    const AudioTails& Get() const { return mTails; }
+
+private:
+    /// A reader of the aCount bytes that stand aBack bytes before the end; a failed one when they are not at
+    /// hand.
+    ByteReader Before(std::uint64_t aBack, std::uint64_t aCount) const {
+        ByteReader reader(mBytes);
+        const bool fThere = aBack <= mTails.mAudioEnd - mStart &&
+                            mBytes.HasAtHand(mTails.mAudioEnd - aBack, static_cast<std::size_t>(aCount));
+        reader.Require(fThere);
+        reader.Skip(fThere ? mTails.mAudioEnd - aBack : 0);
+        return reader.Take(aCount);
+    }
+
+    bool Has(std::uint64_t aBack, std::string_view aWord) const {
+        return Before(aBack, aWord.size()).ReadText(aWord.size()).View() == aWord;
+    }
+
+    /// Moves the end. False for a size that reaches too far, or is none.
+    bool Leave(std::uint64_t aSize) {
+        if (aSize == 0 || aSize > mTails.mAudioEnd - mStart) {
+            return false;
+        }
+        mTails.mAudioEnd -= aSize;
+        return true;
+    }
+
+    bool StepID3v1() {
+        if (mTails.mID3v1 != 0 || !Has(kID3v1Size, "TAG") || !Leave(kID3v1Size)) {
+            return false;
+        }
+        mTails.mID3v1 = mTails.mAudioEnd;
+        if (Has(kEnhancedSize, "TAG+") && Leave(kEnhancedSize)) {
+            mTails.mEnhancedID3v1 = mTails.mAudioEnd;
+        }
+        return true;
+    }
+
+    bool StepAPE() {
+        constexpr std::uint32_t kHasHeader = 0x80000000;
+        constexpr std::uint32_t kIsHeader = 0x20000000;
+        ByteReader footer = Before(kAPEFooterSize, kAPEFooterSize);
+        if (footer.ReadText(8) != "APETAGEX") {
+            return false;
+        }
+        const std::uint32_t version = footer.ReadLittle32();
+        const std::uint64_t size = footer.ReadLittle32(); // of items and footer
+        footer.Skip(4);                                   // how many items
+        const std::uint32_t flags = version >= 2000 ? footer.ReadLittle32() : 0;
+        const std::uint64_t header = (flags & kHasHeader) != 0 ? kAPEFooterSize : 0;
+        const std::uint64_t end = mTails.mAudioEnd;
+        if ((flags & kIsHeader) != 0 || size < kAPEFooterSize || !Leave(size + header)) {
+            return false;
+        }
+        if (mTails.mAPEVersion == 0) {
+            mTails.mAPEVersion = version;
+            mTails.mAPEItems = end - size;
+            mTails.mAPEEnd = end - kAPEFooterSize;
+        }
+        return true;
+    }
+
+    bool StepLyrics2() {
+        constexpr std::uint64_t kEnd = kLyricsEndSize + kLyricsDigits;
+        if (!Has(kLyricsEndSize, "LYRICS200")) {
+            return false;
+        }
+        const ezCString digits = Before(kEnd, kLyricsDigits).ReadText(kLyricsDigits);
+        std::uint64_t size = 0;
+        const std::uint64_t end = mTails.mAudioEnd - kEnd;
+        if (!ezReadDecimal(digits.View(), &size) || !Leave(size + kEnd)) {
+            return false;
+        }
+        if (mTails.mLyricsFields == 0 && size >= kLyricsBegin.size()) {
+            mTails.mLyricsFields = mTails.mAudioEnd + kLyricsBegin.size();
+            mTails.mLyricsEnd = end;
+        }
+        return true;
+    }
+
+    bool StepLyrics1() {
+        if (!Has(kLyricsEndSize, "LYRICSEND")) {
+            return false;
+        }
+        const std::uint64_t most = std::min(mTails.mAudioEnd - mStart, kLyrics1MaxSize + kLyricsEndSize);
+        for (std::uint64_t back = kLyricsEndSize + kLyricsBegin.size(); back <= most; ++back) {
+            if (Has(back, kLyricsBegin)) {
+                return Leave(back);
+            }
+        }
+        return false;
+    }
+
+    bool StepID3v2() {
+        ByteReader footer = Before(kID3v2HeaderSize, kID3v2HeaderSize);
+        if (footer.ReadText(3) != "3DI") {
+            return false;
+        }
+        footer.Skip(3);
+        const std::uint64_t size = footer.ReadSyncsafe32();
+        return !footer.HasFailed() && Leave(size + 2 * kID3v2HeaderSize);
+    }
+
+    MediaBytes& mBytes;
+    std::uint64_t mStart;
+    AudioTails mTails;
+};
+
+} // namespace
+
+AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart) {
+    TailReader tails(aBytes, aStart);
+    const std::uint64_t size = aBytes.GetSize();
+    const std::uint64_t start = std::max(aStart, size - std::min<std::uint64_t>(size, kAudioTail_ReadSize));
+    if (aStart >= size || !aBytes.Load(start, kAudioTail_ReadSize)) {
+        return tails.Get();
+    }
+    for (unsigned count = 0; count < kAudioTail_MaxCount && tails.Step(); ++count) {
+    }
+    return tails.Get();
+}

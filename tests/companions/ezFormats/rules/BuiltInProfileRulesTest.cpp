@@ -1,0 +1,482 @@
+#include "companions/ezFormats/rules/ProfileKit.h"
+
+#include "ezFormats/FormatParsers.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/iso/ISOMediaParser.h"
+#include "ezFormats/jpeg/JPEGParser.h"
+#include "ezFormats/mpegaudio/MPEGAudioParser.h"
+#include "ezFormats/png/PNGParser.h"
+#include "ezFormats/rules/ProfileRuleReader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+// The table that the library brings: its rules one by one, made to win and to lose, and media as they are
+// met.
+
+namespace {
+
+/// Values of facts by their index: texts as a record holds them.
+using Facts = std::map<std::size_t, std::string>;
+
+const std::vector<ProfileRule>& BuiltInRules() {
+    static const std::vector<ProfileRule> sRules = [] {
+        std::vector<ProfileRulesProblem> problems;
+        return ProfileRules_Read(ProfileRules::BuiltInText(), &problems);
+    }();
+    return sRules;
+}
+
+std::string FirstTypeOf(const ProfileRule& aRule) {
+    std::size_t index = 0;
+    while ((aRule.mMimeTypes >> index & 1) == 0) {
+        ++index;
+    }
+    return std::string(FormatMimeType_At(index));
+}
+
+std::unique_ptr<ezMediaInfo> RecordWith(const ProfileRule& aRule, const Facts& aFacts) {
+    std::unique_ptr<ezMediaInfo> info = RecordOf("mt=" + FirstTypeOf(aRule));
+    for (const auto& [fact, value] : aFacts) {
+        info->Set(kProfileFacts[fact].mKeys[0], value.c_str(), true);
+    }
+    return info;
+}
+
+/// What meets a condition: its words, the ends of its ranges.
+std::vector<std::string> MeetingValues(const ProfileCondition& aCondition) {
+    std::vector<std::string> values = aCondition.mWords;
+    for (const ProfileRange& range : aCondition.mRanges) {
+        values.push_back(std::to_string(range.mMost));
+        values.push_back(std::to_string(range.mLeast));
+    }
+    return values;
+}
+
+/// What lies just outside a condition.
+std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
+    std::vector<std::string> values = {""};
+    for (const std::string& word : aCondition.mWords) {
+        values.push_back(word + "x");
+        values.push_back(word.substr(1));
+        for (const ezCString& other : {ezCString(word.c_str()).Lower(), ezCString(word.c_str()).Upper()}) {
+            if (Str(other) != word) {
+                values.push_back(Str(other));
+            }
+        }
+    }
+    for (const ProfileRange& range : aCondition.mRanges) {
+        values.push_back(std::to_string(range.mMost + 1));
+        values.emplace_back("4294967295");
+        if (range.mLeast > 0) {
+            values.push_back(std::to_string(range.mLeast - 1));
+        }
+    }
+    return values;
+}
+
+/// The rule that gives a record its name; null when none.
+const ProfileRule* WinnerOf(const ezMediaInfo& anInfo) {
+    const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
+    const ProfileFactValues values(anInfo);
+    for (const ProfileRule& rule : BuiltInRules()) {
+        if ((rule.mMimeTypes & type) != 0 && ProfileRule_IsMet(rule, values)) {
+            return &rule;
+        }
+    }
+    return nullptr;
+}
+
+/// Changes one fact so that the other rule, which comes before, is not met and this one still is.
+bool Evade(const ProfileRule& aRule, const ProfileRule& anOther, Facts* aFacts) {
+    for (const ProfileCondition& condition : aRule.mConditions) {
+        for (const std::string& value : MeetingValues(condition)) {
+            Facts facts = *aFacts;
+            facts[condition.mFact] = value;
+            if (!ProfileRule_IsMet(anOther, ProfileFactValues(*RecordWith(aRule, facts)))) {
+                *aFacts = facts;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// Facts by which a rule wins.
+Facts WinningFacts(const ProfileRule& aRule) {
+    Facts facts;
+    for (const ProfileCondition& condition : aRule.mConditions) {
+        facts[condition.mFact] = MeetingValues(condition).front();
+    }
+    for (std::size_t i = 0; i < BuiltInRules().size(); ++i) {
+        const ProfileRule* const winner = WinnerOf(*RecordWith(aRule, facts));
+        if (winner == nullptr || winner == &aRule || !Evade(aRule, *winner, &facts)) {
+            break;
+        }
+    }
+    return facts;
+}
+
+std::string Where(const ProfileRule& aRule) {
+    return Str(aRule.mProfile) + " of line " + std::to_string(aRule.mLine);
+}
+
+} // namespace
+
+TEST(BuiltInProfileRules, HaveNoProblem) {
+    EXPECT_EQ(ProblemsOf(std::string(ProfileRules::BuiltInText())), std::vector<std::string>());
+    EXPECT_GT(BuiltInRules().size(), 50U);
+    EXPECT_NE(ProfileRules::BuiltIn(), nullptr);
+}
+
+TEST(BuiltInProfileRules, EachWinsForARecordThatKeepsIt) {
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
+        EXPECT_EQ(WinnerOf(*info), &rule) << Where(rule);
+        EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)), Str(rule.mProfile)) << Where(rule);
+    }
+}
+
+TEST(BuiltInProfileRules, NoneGivesItsNameJustOutsideOfAnyOfItsConditions) {
+    std::size_t count = 0;
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const Facts facts = WinningFacts(rule);
+        for (const ProfileCondition& condition : rule.mConditions) {
+            for (const std::string& value : MissingValues(condition)) {
+                Facts missing = facts;
+                missing[condition.mFact] = value;
+                const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, missing);
+                const ProfileRule* const winner = WinnerOf(*info);
+                EXPECT_NE(winner, &rule)
+                    << Where(rule) << " by " << kProfileFacts[condition.mFact].mName << "=" << value;
+                EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)),
+                          winner == nullptr ? "" : Str(winner->mProfile));
+                ++count;
+            }
+        }
+    }
+    EXPECT_GT(count, 1000U);
+}
+
+TEST(BuiltInProfileRules, NoneGivesItsNameToAnotherMimeType) {
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
+        for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
+            info->Set(kezInfo_MimeType, ezCString(FormatMimeType_At(i)), true);
+            if ((rule.mMimeTypes >> i & 1) == 0) {
+                EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << FormatMimeType_At(i);
+            }
+        }
+    }
+}
+
+TEST(BuiltInProfileRules, EachStatesAllThatItsKindNeeds) {
+    const std::map<std::string, std::vector<const char*>> needed = {
+        {"image", {"process", "colours", "width", "height"}},
+        {"audio", {"audio-codec", "channels", "audio-bit-rate"}},
+        {"video",
+         {"video-codec", "video-profile", "video-level", "width", "height", "frame-rate", "video-bit-rate",
+          "audio-codec", "sampling-rate", "channels", "audio-bit-rate"}}};
+    for (const ProfileRule& rule : BuiltInRules()) {
+        const std::string type = FirstTypeOf(rule);
+        for (const char* const fact : needed.at(type.substr(0, 5))) {
+            EXPECT_TRUE(std::any_of(rule.mConditions.begin(), rule.mConditions.end(),
+                                    [fact](const ProfileCondition& aCondition) {
+                                        return kProfileFacts[aCondition.mFact].mName == fact;
+                                    }))
+                << Where(rule) << " without " << fact;
+        }
+    }
+}
+
+TEST(BuiltInProfileRules, HeadListsEveryFactByBothItsNames) {
+    const std::string text(ProfileRules::BuiltInText());
+    for (const ProfileFact& fact : kProfileFacts) {
+        std::string line = "\n# " + std::string(fact.mName);
+        line.resize(20, ' ');
+        EXPECT_NE(text.find(line + std::string(fact.mKey) + "  "), std::string::npos) << fact.mName;
+    }
+}
+
+TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
+    const auto listed = [](const char* aTypes) {
+        return Str(ProfileRules::BuiltIn()->GetProfileInfo(aTypes));
+    };
+    EXPECT_EQ(listed("audio/mpeg"), "audio/mpeg:DLNA.ORG_PN=MP3,audio/mpeg:DLNA.ORG_PN=MP3X,audio/mpeg:*");
+    EXPECT_EQ(listed("image/jpeg"), "image/jpeg:DLNA.ORG_PN=JPEG_SM,image/jpeg:DLNA.ORG_PN=JPEG_MED,"
+                                    "image/jpeg:DLNA.ORG_PN=JPEG_LRG,image/jpeg:*");
+    EXPECT_EQ(listed("image/png"), "image/png:DLNA.ORG_PN=PNG_LRG,image/png:*");
+    EXPECT_EQ(
+        listed("audio/mp4"),
+        "audio/mp4:DLNA.ORG_PN=AAC_ISO_320,audio/mp4:DLNA.ORG_PN=AAC_ISO,audio/mp4:DLNA.ORG_PN=AAC_MULT5_ISO,"
+        "audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/mp4:DLNA.ORG_PN=HEAAC_L2_ISO,"
+        "audio/mp4:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/mp4:DLNA.ORG_PN=AMR_3GPP,audio/"
+        "mp4:DLNA.ORG_PN=AMR_WBplus,audio/mp4:*");
+    EXPECT_EQ(listed("audio/3gpp"),
+              "audio/3gpp:DLNA.ORG_PN=AAC_ISO_320,audio/3gpp:DLNA.ORG_PN=AAC_ISO,audio/"
+              "3gpp:DLNA.ORG_PN=AAC_MULT5_ISO,"
+              "audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO,"
+              "audio/3gpp:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/3gpp:DLNA.ORG_PN=AMR_3GPP,"
+              "audio/3gpp:DLNA.ORG_PN=AMR_WBplus,audio/3gpp:*");
+    EXPECT_EQ(
+        listed("video/3gpp"),
+        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AAC,"
+        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AMR,video/3gpp:DLNA.ORG_PN=MPEG4_H263_MP4_P0_L10_AAC,"
+        "video/3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P0_L10_AMR_WBplus,video/"
+        "3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P3_L10_AMR,video/3gpp:*");
+    EXPECT_EQ(listed("video/quicktime,video/3gpp2,audio/3gpp2"),
+              "video/quicktime:*,video/3gpp2:*,audio/3gpp2:*");
+    std::string mp4;
+    for (const char* const name :
+         {"AVC_MP4_BL_CIF15_AAC_520",  "AVC_MP4_BL_CIF15_AAC",       "AVC_MP4_BL_CIF30_AAC_940",
+          "AVC_MP4_BL_L2_CIF30_AAC",   "AVC_MP4_BL_CIF30_AAC_MULT5", "AVC_MP4_BL_CIF30_AC3",
+          "AVC_MP4_BL_CIF30_MPEG1_L3", "AVC_MP4_BL_L3_SD_AAC",       "AVC_MP4_BL_L3L_SD_AAC",
+          "AVC_MP4_MP_SD_AAC_MULT5",   "AVC_MP4_MP_SD_AC3",          "AVC_MP4_MP_SD_MPEG1_L3",
+          "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",      "AVC_MP4_MP_HD_720p_AAC",
+          "AVC_MP4_MP_HD_1080i_AAC",   "AVC_MP4_HP_HD_AAC",          "AVC_MP4_HP_HD_EAC3",
+          "MPEG4_P2_MP4_SP_L2_AAC",    "MPEG4_P2_MP4_SP_AAC",        "MPEG4_P2_MP4_SP_VGA_AAC",
+          "MPEG4_P2_MP4_SP_L5_AAC",    "MPEG4_P2_MP4_SP_L6_AAC"}) {
+        mp4 += std::string("video/mp4:DLNA.ORG_PN=") + name + ",";
+    }
+    EXPECT_EQ(listed("video/mp4"), mp4 + "video/mp4:*");
+}
+
+TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {
+    const std::shared_ptr<const ProfileRules> none = ProfileRules::FromText("", nullptr);
+    MPEGAudioParser audio(none);
+    JPEGParser jpeg(none);
+    PNGParser png(none);
+    ISOMediaParser iso(none);
+    std::set<std::string> given;
+    for (FormatParser* const parser : std::initializer_list<FormatParser*>{&audio, &jpeg, &png, &iso}) {
+        std::istringstream entries(Str(parser->GetDLNAInfo()));
+        for (std::string entry; std::getline(entries, entry, ',');) {
+            given.insert(entry);
+        }
+    }
+    std::set<std::string> listed;
+    for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
+        listed.insert(std::string(FormatMimeType_At(i)) + ":*");
+        EXPECT_EQ(FormatMimeType_Bit(FormatMimeType_At(i)), std::uint32_t{1} << i);
+    }
+    EXPECT_EQ(given, listed);
+}
+
+namespace {
+
+/// The end of a record, and the name that the record gets.
+struct Met {
+    const char* mEnd;
+    const char* mProfile;
+};
+
+void ExpectProfiles(const std::string& aStart, const std::vector<Met>& aMet) {
+    for (const Met& met : aMet) {
+        EXPECT_EQ(ProfileOf(aStart + met.mEnd), met.mProfile) << aStart << met.mEnd;
+    }
+}
+
+} // namespace
+
+// Media as they are met. The limits stand here once more, so that no slip of the table goes unseen.
+
+TEST(BuiltInProfileRules, MPEGAudioKeepsMP3AndMP3X) {
+    ExpectProfiles("mt=audio/mpeg ", {{"ca=MP3 sf=44100 ac=2 ar=128000", "MP3"},
+                                      {"ca=MP3 sf=48000 ac=1 ar=4294967295 ma=320000", "MP3"},
+                                      {"ca=MP3 sf=32000 ac=1 ar=4294967295 ea=32000", "MP3"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=4294967295", ""},
+                                      {"ca=MP3 sf=22050 ac=2 ar=64000", "MP3X"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=31999", "MP3X"},
+                                      {"ca=MP3 sf=16000 ac=2 ar=8000", "MP3X"},
+                                      {"ca=MP3 sf=11025 ac=2 ar=64000", ""}, // MPEG-2.5
+                                      {"ca=MP3 sf=44100 ac=2 ar=320320", "MP3"},
+                                      {"ca=MP3 sf=44100 ac=2 ar=320321", ""},
+                                      {"ca=MP2 sf=44100 ac=2 ar=128000", ""},
+                                      {"ca=MP1 sf=44100 ac=2 ar=128000", ""}});
+}
+
+TEST(BuiltInProfileRules, PicturesKeepTheSmallestSizeThatHoldsBothSides) {
+    ExpectProfiles("mt=image/jpeg pr=baseline cr=4:2:0 cd=8 ", {{"wi=640 he=480", "JPEG_SM"},
+                                                                {"wi=160 he=160", "JPEG_SM"}, // no thumbnail
+                                                                {"wi=480 he=640", "JPEG_MED"},
+                                                                {"wi=641 he=480", "JPEG_MED"},
+                                                                {"wi=1024 he=768", "JPEG_MED"},
+                                                                {"wi=768 he=1024", "JPEG_LRG"},
+                                                                {"wi=4096 he=4096", "JPEG_LRG"},
+                                                                {"wi=4097 he=1", ""}});
+    ExpectProfiles("", {{"mt=image/jpeg pr=baseline cr=grey cd=8 wi=1 he=1", "JPEG_SM"},
+                        {"mt=image/jpeg pr=progressive cr=4:2:0 cd=8 wi=1 he=1", ""},
+                        {"mt=image/jpeg pr=baseline cr=CMYK cd=8 wi=1 he=1", ""},
+                        {"mt=image/jpeg pr=baseline cr=4:4:4 cd=8 wi=1 he=1", ""},
+                        {"mt=image/png pr=plain cr=RGBA cd=8 wi=4096 he=4096", "PNG_LRG"},
+                        {"mt=image/png pr=plain cr=grey cd=16 wi=9 he=9", "PNG_LRG"},
+                        {"mt=image/png pr=plain cr=RGB cd=16 wi=9 he=9", ""},
+                        {"mt=image/png pr=interlaced cr=RGB cd=8 wi=9 he=9", ""},
+                        {"mt=image/png pr=plain cr=RGB cd=8 wi=9 he=4097", ""}});
+}
+
+TEST(BuiltInProfileRules, AudioOfMP4KeepsTheNarrowestOfItsCodec) {
+    for (const std::string type : {"mt=audio/mp4 ", "mt=audio/3gpp "}) {
+        ExpectProfiles(type, {{"ca=AAC sf=44100 ac=2 ar=320000", "AAC_ISO_320"},
+                              {"ca=AAC sf=44100 ac=2 ar=320321", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576000", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576576", "AAC_ISO"},
+                              {"ca=AAC sf=44100 ac=2 ar=576577", ""},
+                              {"ca=AAC sf=44100 ac=3 ar=64000", "AAC_MULT5_ISO"},
+                              {"ca=AAC sf=8000 ac=6 ar=128000", "AAC_MULT5_ISO"},
+                              {"ca=AAC sf=96000 ac=2 ar=128000", ""},
+                              {"ca=AAC sf=48000 ac=8 ar=128000", ""},
+                              {"ca=HE-AAC sf=48000 ac=2 ar=64000", "HEAAC_L2_ISO_320"},
+                              {"ca=HE-AAC sf=48000 ac=2 ar=400000", "HEAAC_L2_ISO"},
+                              {"ca=HE-AAC sf=48000 ac=6 ar=64000", "HEAAC_MULT5_ISO"},
+                              {"ca=HE-AACv2 sf=48000 ac=2 ar=64000", ""},
+                              {"ca=AAC-Main sf=48000 ac=2 ar=64000", ""},
+                              {"ca=ALAC sf=48000 ac=2 ar=64000", ""},
+                              {"ca=AMR sf=8000 ac=1 ar=12200", "AMR_3GPP"},
+                              {"ca=AMR sf=8000 ac=1 ar=12213", ""},
+                              {"ca=AMR sf=8000 ac=2 ar=12200", ""},
+                              {"ca=AMR-WB sf=16000 ac=1 ar=12800", ""},
+                              {"ca=AMR-WB+ sf=48000 ac=2 ar=48000", "AMR_WBplus"},
+                              {"ca=AMR-WB+ sf=48000 ac=2 ar=48049", ""}});
+    }
+    ExpectProfiles("", {{"mt=audio/3gpp2 ca=AAC sf=44100 ac=2 ar=64000", ""}});
+}
+
+TEST(BuiltInProfileRules, H264BaselineKeepsTheNarrowest) {
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline wi=352 he=288 fr=15000 ca=AAC sf=44100 ac=2 ",
+                   {{"vl=12 vr=384000 br=520000 ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
+                    {"vl=9 vr=384000 br=520521 ar=128000", "AVC_MP4_BL_CIF15_AAC"},
+                    {"vl=12 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_CIF15_AAC"},
+                    {"vl=12 vr=384385 br=600000 ar=128000", "AVC_MP4_BL_CIF30_AAC_940"},
+                    {"vl=20 vr=384000 br=600000 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=20 wi=352 he=288 fr=29970 sf=48000 ",
+                   {{"vr=1100000 br=1300000 ca=AAC ac=2 ar=200000", "AVC_MP4_BL_L2_CIF30_AAC"},
+                    {"vr=2000000 br=3000000 ca=AAC ac=6 ar=400000", "AVC_MP4_BL_CIF30_AAC_MULT5"},
+                    {"vr=2000000 br=3000000 ca=AC3 ac=6 ar=640000", "AVC_MP4_BL_CIF30_AC3"},
+                    {"vr=2000000 br=3000000 ca=MP3 ac=2 ar=320000", "AVC_MP4_BL_CIF30_MPEG1_L3"},
+                    {"vr=2002001 br=3000000 ca=MP3 ac=2 ar=320000", ""}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
+                   {{"wi=720 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=640 he=360 fr=30000 vr=1000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=704 he=576 fr=25000 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=480 he=270 fr=30000 vr=1000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=480 fr=29999 vr=4000000", "AVC_MP4_BL_L3_SD_AAC"},
+                    {"wi=720 he=480 fr=30000 vr=4000000", ""},
+                    {"wi=720 he=576 fr=30000 vr=4000000", ""},
+                    {"wi=720 he=480 fr=29970 vr=4500000 br=5000000", "AVC_MP4_BL_L31_HD_AAC"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=ConstrainedBaseline vl=30 ca=AAC sf=48000 ac=2 ar=256000 ",
+                   {{"wi=720 he=480 fr=29970 vr=4500000 br=5005000", "AVC_MP4_BL_L3L_SD_AAC"},
+                    {"wi=720 he=480 fr=29970 vr=4500000 br=5005001", "AVC_MP4_MP_SD_AAC_MULT5"},
+                    {"wi=720 he=480 fr=29970 vr=4504501 br=5000000", "AVC_MP4_MP_SD_AAC_MULT5"}});
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=Baseline ca=AAC sf=48000 ac=2 ar=256000 wi=1280 he=720 ",
+                   {{"vl=31 fr=30000 vr=14000000 br=15000000", "AVC_MP4_BL_L31_HD_AAC"},
+                    {"vl=32 fr=60000 vr=20000000 br=21000000", "AVC_MP4_BL_L32_HD_AAC"},
+                    {"vl=40 fr=30000 vr=14000000 br=15000000", ""}});
+}
+
+TEST(BuiltInProfileRules, SmallPicturesOfBaselineMayComeFaster) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=Baseline vl=12 vr=384000 br=520000 ca=AAC sf=48000 ac=2 ar=128000 ",
+        {{"wi=352 he=288 fr=15015", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=352 he=288 fr=15016", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=352 he=240 fr=18018", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=352 he=240 fr=18019", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=320 he=240 fr=20020", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=320 he=240 fr=20021", "AVC_MP4_BL_CIF30_AAC_940"},
+         {"wi=320 he=180 fr=26026", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"wi=240 he=180 fr=30030", "AVC_MP4_BL_CIF15_AAC_520"}});
+}
+
+TEST(BuiltInProfileRules, ConstrainedBaselineKeepsTheNamesOfMainAndHighToo) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=ConstrainedBaseline sf=48000 ac=2 ",
+        {{"vl=12 wi=352 he=288 fr=15000 vr=384000 br=520000 ca=AAC ar=128000", "AVC_MP4_BL_CIF15_AAC_520"},
+         {"vl=30 wi=704 he=576 fr=25000 vr=6000000 br=6300000 ca=AAC ar=192000", "AVC_MP4_MP_SD_AAC_MULT5"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=256000", "AVC_MP4_BL_L31_HD_AAC"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ar=500000", "AVC_MP4_MP_HD_720p_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ar=192000",
+          "AVC_MP4_MP_HD_1080i_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=AAC ar=192000", "AVC_MP4_HP_HD_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=EAC3 ar=3024000", "AVC_MP4_HP_HD_EAC3"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=25000000 ca=EAC3 ar=3027025", ""}});
+}
+
+TEST(BuiltInProfileRules, H264MainKeepsTheNarrowest) {
+    ExpectProfiles(
+        "mt=video/mp4 vc=H264 vp=Main sf=48000 ",
+        {{"vl=30 wi=720 he=576 fr=25000 vr=10000000 ca=AAC ac=6 ar=384000", "AVC_MP4_MP_SD_AAC_MULT5"},
+         {"vl=30 wi=720 he=480 fr=29970 vr=10000000 ca=AC3 ac=2 ar=192000", "AVC_MP4_MP_SD_AC3"},
+         {"vl=30 wi=640 he=480 fr=29970 vr=10000000 ca=MP3 ac=2 ar=192000", "AVC_MP4_MP_SD_MPEG1_L3"},
+         {"vl=31 wi=1280 he=720 fr=30000 vr=14000000 br=15000000 ca=AAC ac=2 ar=192000",
+          "AVC_MP4_MP_HD_720p_AAC"},
+         {"vl=40 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000",
+          "AVC_MP4_MP_HD_1080i_AAC"},
+         {"vl=41 wi=1920 he=1080 fr=25000 vr=20000000 br=21000000 ca=AAC ac=2 ar=192000", ""}});
+}
+
+TEST(BuiltInProfileRules, H264HighKeepsTheNarrowest) {
+    ExpectProfiles("mt=video/mp4 vc=H264 vp=High vl=40 sf=48000 vr=25000000 ",
+                   {
+                       {"wi=1920 he=1080 fr=23976 ca=AAC ac=2 ar=192000", "AVC_MP4_HP_HD_AAC"},
+                       {"wi=1280 he=720 fr=59940 ca=AAC ac=2 ar=192000", "AVC_MP4_HP_HD_AAC"},
+                       {"wi=1920 he=1080 fr=30000 ca=EAC3 ac=6 ar=448000", "AVC_MP4_HP_HD_EAC3"},
+                       {"wi=1920 he=1080 fr=50000 ca=AAC ac=2 ar=192000", ""},
+                       {"wi=1920 he=1080 fr=23976 ca=AC3 ac=2 ar=192000", ""},
+                       {"wi=1920 he=1080 fr=23976", ""} // without audio
+                   });
+}
+
+TEST(BuiltInProfileRules, VideoOfAnotherTypeOrCodecKeepsNone) {
+    ExpectProfiles("", {{"mt=video/quicktime vc=H264 vp=High vl=40 sf=48000 vr=1000000 wi=640 he=480 "
+                         "fr=25000 ca=AAC ac=2 ar=192000",
+                         ""},
+                        {"mt=video/mp4 vc=H265 vp=Main vl=30 sf=48000 vr=1000000 wi=640 he=480 fr=25000 "
+                         "ca=AAC ac=2 ar=192000",
+                         ""}});
+}
+
+TEST(BuiltInProfileRules, MPEG4Part2KeepsTheNarrowestOfItsLevel) {
+    ExpectProfiles("mt=video/mp4 vc=MPEG4 vp=Simple ca=AAC sf=44100 ac=2 ",
+                   {{"vl=20 wi=352 he=288 fr=15000 vr=128000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
+                    {"vl=10 wi=176 he=144 fr=30000 vr=64000 ar=128000", "MPEG4_P2_MP4_SP_L2_AAC"},
+                    {"vl=0 wi=176 he=144 fr=15000 vr=64000 br=600000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 br=600000 ar=216000", "MPEG4_P2_MP4_SP_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384000 br=600601 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=30 wi=352 he=288 fr=30000 vr=384385 br=600000 ar=216000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=30 wi=640 he=480 fr=30000 vr=3000000 ar=256000", "MPEG4_P2_MP4_SP_VGA_AAC"},
+                    {"vl=30 wi=640 he=480 fr=30000 vr=3003001 ar=256000", ""},
+                    {"vl=10 wi=720 he=480 fr=30000 vr=64000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=10 wi=720 he=480 fr=30000 vr=64065 ar=256000", ""},
+                    {"vl=20 wi=720 he=576 fr=25000 vr=128000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=30 wi=720 he=576 fr=25000 vr=384000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=30 wi=720 he=576 fr=25000 vr=384385 ar=256000", ""},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=4000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
+                    {"vl=40 wi=640 he=480 fr=30000 vr=4004001 ar=256000", ""},
+                    {"vl=50 wi=1280 he=720 fr=30000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"},
+                    {"vl=50 wi=1280 he=720 fr=30000 vr=8008001 ar=256000", ""},
+                    {"vl=50 wi=720 he=576 fr=25000 vr=8000000 ar=256000", "MPEG4_P2_MP4_SP_L5_AAC"},
+                    {"vl=60 wi=1280 he=720 fr=30000 vr=12000000 ar=256000", "MPEG4_P2_MP4_SP_L6_AAC"}});
+    ExpectProfiles("", {{"mt=video/mp4 vc=MPEG4 vp=AdvancedSimple vl=30 wi=352 he=288 fr=25000 vr=300000 "
+                         "ca=AAC sf=44100 ac=2 ar=128000",
+                         ""}});
+    ExpectProfiles("mt=video/3gpp vc=MPEG4 vp=Simple wi=176 he=144 fr=15000 vr=128000 ac=1 sf=8000 ",
+                   {{"vl=9 ca=AAC ar=64000", "MPEG4_P2_3GPP_SP_L0B_AAC"},
+                    {"vl=0 ca=AMR ar=12200", "MPEG4_P2_3GPP_SP_L0B_AMR"},
+                    {"vl=10 ca=AMR ar=12200", ""}});
+}
+
+TEST(BuiltInProfileRules, H263KeepsTheNameOfItsProfileAndSound) {
+    ExpectProfiles("mt=video/3gpp vc=H263 wi=176 he=144 fr=15000 vr=64000 br=150000 ac=1 sf=8000 ",
+                   {{"vp=0 vl=10 ca=AAC ar=86000", "MPEG4_H263_MP4_P0_L10_AAC"},
+                    {"vp=0 vl=10 ca=AAC ar=86087", ""},
+                    {"vp=0 vl=10 ca=AMR-WB+ ar=24000", "MPEG4_H263_3GPP_P0_L10_AMR_WBplus"},
+                    {"vp=0 vl=10 ca=AMR ar=12200", ""},
+                    {"vp=3 vl=10 ca=AMR ar=12200", "MPEG4_H263_3GPP_P3_L10_AMR"},
+                    {"vp=3 vl=45 ca=AMR ar=12200", ""},
+                    {"vp=3 vl=20 ca=AMR ar=12200", ""}});
+    ExpectProfiles("mt=video/mp4 vc=H263 wi=176 he=144 fr=15000 vr=64000 br=150000 ac=1 sf=8000 ",
+                   {{"vp=0 vl=10 ca=AAC ar=64000", ""}});
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Arguments.h"
+#include "host/ConfigFolders.h"
+#include "host/HostManager.h"
+
+#include "ez/ExtensionMimeTypeMatcher.h"
+#include "ezPlatform/config/PropertyList.h"
+
+#include <memory>
+#include <string>
+
+class Console;
+class DLNAMediaMapper;
+class ProfileRules;
+class RefusalLog;
+class ezMediaParserStream;
+struct Explanation;
+struct MapperAnswer;
+
+/// What a media is.
+struct Announcement {
+    std::string mPath;
+    bool mfRecognised = false;
+    /// The record; of a media that was not recognised, what the stream alone knows.
+    std::unique_ptr<ezMediaInfo> mInfo;
+    std::unique_ptr<Explanation> mExplanation;   ///< only when asked for
+    bool mfMapperInForce = false;                ///< the media mapper was asked
+    std::unique_ptr<MapperAnswer> mMapperAnswer; ///< null where it does not know the media
+
+    Announcement();
+    Announcement(Announcement&&) noexcept;
+    Announcement& operator=(Announcement&&) noexcept;
+    ~Announcement();
+};
+
+/// The library as this tool uses it: environment, manager, parsers, and a media types table of its own to
+/// look things up in.
+class Host {
+public:
+    /// @param aRules    which profile a media keeps; null for the built-in table
+    /// @param aConsole  where the library's log goes to; borrowed; null for standard error
+    Host(const Arguments& anArguments, const ConfigFolders& aFolders,
+         std::shared_ptr<const ProfileRules> aRules = nullptr, Console* aConsole = nullptr);
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    /// Puts a media mapper, loaded, in force. At most once.
+    void Use(std::unique_ptr<DLNAMediaMapper> aMapper);
+
+    /// Identifies a file. False, with the reason, when it cannot be read.
+    bool Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason);
+    /// Identifies what an open stream brings, under the name that it is shown by.
+    void Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
+
+    HostManager& GetManager() { return *mManager; }
+    ExtensionMimeTypeMatcher& GetMatcher() { return *mMatcher; }
+    /// False when there is no media types file, or nothing in it.
+    bool HasMediaTypes() const;
+
+private:
+    ezPropertyList* mEnvironment;
+    std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
+    std::unique_ptr<HostManager> mManager;
+    std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
+    std::unique_ptr<RefusalLog> mRefusals;    ///< only to explain
+    bool mfExplain;
+    int mParseOptions;
+};

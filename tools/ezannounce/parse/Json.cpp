@@ -1,0 +1,139 @@
+#include "parse/Json.h"
+
+#include "host/Facts.h"
+#include "host/Host.h"
+#include "mapper/MapperAnswer.h"
+#include "output/Console.h"
+#include "output/JsonLine.h"
+#include "output/SafeText.h"
+#include "parse/Explanation.h"
+#include "race/Race.h"
+
+#include "ezBytes/Utf8.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json ValueOf(const Fact& aFact) {
+    if (aFact.mfFlag) {
+        return aFact.mNumber != 0;
+    }
+    if (aFact.mDivisor != 1) {
+        return static_cast<double>(aFact.mNumber) / aFact.mDivisor;
+    }
+    if (aFact.mfNumber) {
+        return aFact.mNumber;
+    }
+    return aFact.mText;
+}
+
+/// A fact without a name of its own goes by its key.
+const std::string& NameOf(const Fact& aFact) {
+    return aFact.mName.empty() ? aFact.mKey : aFact.mName;
+}
+
+Json ExplanationOf(const Explanation& anExplanation) {
+    Json facts = Json::object();
+    for (const ExplainedFact& fact : anExplanation.mFacts) {
+        Json source = {{"source", CodeOf(fact.mSource.mKind)}};
+        if (!fact.mSource.mDetail.empty()) {
+            source["detail"] = fact.mSource.mDetail;
+        }
+        if (!fact.mSource.mParserName.empty()) {
+            source["parser"] = fact.mSource.mParserName;
+        }
+        facts[NameOf(fact.mFact)] = source;
+    }
+    Json entries = Json::array();
+    for (const ExplainedEntry& entry : anExplanation.mEntries) {
+        entries.push_back({{"entry", entry.mName}, {"excluded", entry.mfExcluded}});
+    }
+    Json attempts = Json::array();
+    for (const ExplainedAttempt& attempt : anExplanation.mAttempts) {
+        Json parser = attempt.mParserName.empty() ? Json(nullptr) : Json(attempt.mParserName);
+        Json tried = {
+            {"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mOutcome)}};
+        if (!attempt.mReason.empty()) {
+            tried["reason"] = attempt.mReason;
+        }
+        attempts.push_back(std::move(tried));
+    }
+    return {{"facts", std::move(facts)}, {"entries", std::move(entries)}, {"tried", std::move(attempts)}};
+}
+
+Json ValueOf(const std::optional<Fact>& aFact) {
+    return aFact ? ValueOf(*aFact) : Json(nullptr);
+}
+
+Json MapperAnswerOf(const MapperAnswer* anAnswer) {
+    if (anAnswer == nullptr) {
+        return nullptr;
+    }
+    Json overrides = Json::object();
+    for (const Override& change : anAnswer->mOverrides) {
+        overrides[NameOf(change)] = {{"old", ValueOf(change.mOld)}, {"new", ValueOf(change.mNew)}};
+    }
+    return {{"file_name", anAnswer->mFileName},
+            {"profile", anAnswer->mProfile},
+            {"overrode", std::move(overrides)}};
+}
+
+} // namespace
+
+std::string InJson(const RaceResult& aResult) {
+    Json race = {{"path", aResult.mPath}};
+    if (!IsWholeUtf8(aResult.mPath)) {
+        race["path_bytes"] = HexBytes(aResult.mPath);
+    }
+    race["winner"] = aResult.mInfo != nullptr ? Json(aResult.mWinner) : Json(nullptr);
+    race["pushed"] = aResult.mPushed;
+    Json left = Json::array();
+    for (const RaceDeparture& departure : aResult.mLeft) {
+        left.push_back({{"candidate", departure.mName}, {"at", departure.mByte}});
+    }
+    race["left"] = std::move(left);
+    race["undecided"] = aResult.mUndecided;
+    Json facts = Json::object();
+    if (aResult.mInfo != nullptr) {
+        for (const Fact& fact : FactsOf(*aResult.mInfo)) {
+            facts[NameOf(fact)] = ValueOf(fact);
+        }
+    }
+    race["facts"] = std::move(facts);
+    return JsonLineOf(race);
+}
+
+std::string InJson(const Announcement& anAnnouncement) {
+    const ezMediaInfo& info = *anAnnouncement.mInfo;
+    Json media = {{"path", anAnnouncement.mPath}};
+    if (!IsWholeUtf8(anAnnouncement.mPath)) {
+        media["path_bytes"] = HexBytes(anAnnouncement.mPath);
+    }
+    // Always there, and in this place, whatever the record holds.
+    for (const char* name : {"mime_type", "class", "dlna", "protocol_info"}) {
+        media[name] = nullptr;
+    }
+    if (anAnnouncement.mfRecognised) {
+        media["dlna"] = AnnouncedFourthField(info);
+        media["protocol_info"] = ProtocolInfo(info);
+    }
+    Json unnamed = Json::object();
+    for (const Fact& fact : FactsOf(info)) {
+        (fact.mName.empty() ? unnamed : media)[NameOf(fact)] = ValueOf(fact);
+    }
+    if (!unnamed.empty()) {
+        media["values"] = std::move(unnamed);
+    }
+    if (anAnnouncement.mfMapperInForce) {
+        media["media_mapper"] = MapperAnswerOf(anAnnouncement.mMapperAnswer.get());
+    }
+    if (anAnnouncement.mExplanation != nullptr) {
+        media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);
+    }
+    return JsonLineOf(media);
+}
+
+void JsonOutput::Put(const Announcement& anAnnouncement) {
+    mConsole.Print(InJson(anAnnouncement));
+}

@@ -1,19 +1,17 @@
 #include "ez/DLNAMediaMapper.h"
 
-#include "ez/MimeTypesDotIniParser.h"
+#include "detail/MediaMapperFile.h"
+#include "detail/MediaMapperName.h"
+#include "detail/ProfileIndex.h"
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/containers/CustomHashTable.h"
-#include "ezPlatform/containers/HashTable.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/files/Dir.h"
-#include "ezPlatform/files/File.h"
-#include "ezPlatform/files/TextFile.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -26,18 +24,7 @@ namespace {
 
 using Entry = DLNAMediaMapperEntry;
 
-constexpr std::size_t kMaximumLineLength = 1024;
-constexpr int kErrorOpening = -3;
-constexpr int kErrorWriting = -1;
 constexpr const char* kWritablePrefix = "_";
-constexpr std::string_view kDTCPPrefix = "DTCP_";
-
-// The two syntax lines run together; files in the field begin like this.
-constexpr const char* kDLNAMediaMapper_Header =
-    "# MediaMapper.txt\n# Used to map information about DLNA media\n#\n# Syntax for this is as follows\n"
-    "# [FILENAME],[MIME TYPE],[DLNA.ORG_PN],[DURATION],[SUPPORTED PLAYSPEEDS],[MANDATORY (8 bit strings)],"
-    "[BIT RATE PEAK OF FILE],[ASSOCIATED IFO FILE],[full protocolInfo 4th field]"
-    "# [LARGEST if largest],[WIDTH],[HEIGHT],[ANY LP OPTIONS],[ANY GOLDENDMS OPTIONS]\n\n";
 
 void Entry_Free(void* anEntry) {
     delete static_cast<Entry*>(anEntry);
@@ -63,72 +50,6 @@ ezDLNAProtocolInfo* NewProtocolInfo(const ezCString& aText) {
     return ezDLNAProtocolInfo_New(aText.c_str(), aText.GetLength(), 0);
 }
 
-ezError FileError(int aCode, const char* aMessage, const ezPathName& aPath) {
-    std::string text(aMessage);
-    text += aPath.GetFullPath().c_str();
-    text += '\'';
-    return ezError(aCode, text);
-}
-
-/// A file name at its last dot.
-struct SplitName {
-    explicit SplitName(std::string_view aName) {
-        const std::size_t dot = aName.rfind('.');
-        mBase = aName.substr(0, dot);
-        mExtension = dot == std::string_view::npos ? std::string_view() : aName.substr(dot + 1);
-    }
-
-    std::string_view mBase;
-    std::string_view mExtension;
-};
-
-/// From the end on: the names of a table often begin alike, as those of a series do.
-bool EqualNoCase(std::string_view aLeft, std::string_view aRight) {
-    if (aLeft.size() != aRight.size()) {
-        return false;
-    }
-    for (std::size_t i = aLeft.size(); i > 0; --i) {
-        if (ezLower(aLeft[i - 1]) != ezLower(aRight[i - 1])) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// The key of one pass over the entries. Split once, and the media types are asked once at most, by the first
-/// entry of the same base name.
-struct FileNameKey {
-    explicit FileNameKey(const DLNAMediaMapperSearchInfo& aSearchInfo)
-        : mSearchInfo(aSearchInfo), mName(aSearchInfo.mFileName.View()) {}
-
-    bool KnowsExtension() const {
-        if (!mfKnowsExtension) {
-            const ezCString extension = ezCString(mName.mExtension).Lower();
-            ezMimeTypesDotIniParser* parser = mSearchInfo.mMimeTypesDotIniParser;
-            mfKnowsExtension = parser != nullptr &&
-                               parser->ExtensionToExtensionList(extension).Has(extension.c_str(), false);
-        }
-        return *mfKnowsExtension;
-    }
-
-    const DLNAMediaMapperSearchInfo& mSearchInfo;
-    SplitName mName;
-    mutable std::optional<bool> mfKnowsExtension;
-};
-
-int Entry_SearchFileName(const void* anEntry, const void* aKey) {
-    const FileNameKey& key = *static_cast<const FileNameKey*>(aKey);
-    const SplitName name(static_cast<const Entry*>(anEntry)->mFileName.View());
-    if (key.mName.mExtension.empty() || !EqualNoCase(name.mBase, key.mName.mBase)) {
-        return 0;
-    }
-    if (EqualNoCase(name.mExtension, "pcm") && EqualNoCase(key.mName.mExtension, "wav")) {
-        return 0;
-    }
-    // Whatever the entry's own extension is: any that the media types know finds the base name.
-    return key.KnowsExtension() ? 1 : 0;
-}
-
 int Entry_SearchProfile(const void* anEntry, const void* aProfile) {
     return static_cast<const Entry*>(anEntry)->mProfile == *static_cast<const ezCString*>(aProfile) ? 1 : 0;
 }
@@ -142,71 +63,12 @@ int MergedProtocolInfo_SearchProfile(const void* anInfo, const void* aProfile) {
     return *static_cast<const ezCString*>(aProfile) == profile ? 1 : 0;
 }
 
-/// Without a number in brackets at its end: "clip(2)" is "clip", "clip(a)" stays.
-std::string_view WithoutNumber(std::string_view aBase) {
-    if (aBase.empty() || aBase.back() != ')') {
-        return aBase;
-    }
-    const std::size_t open = aBase.rfind('(');
-    uint32 number = 0;
-    if (open == std::string_view::npos ||
-        !ezReadDecimal32(aBase.substr(open + 1, aBase.size() - open - 2), &number)) {
-        return aBase;
-    }
-    return aBase.substr(0, open);
-}
-
 bool IsAudioOrVideo(const ezCString& aMimeType) {
     const std::string_view type = aMimeType.View();
     const std::size_t slash = type.find('/');
-    return slash != std::string_view::npos &&
-           (EqualNoCase(type.substr(0, slash), "audio") || EqualNoCase(type.substr(0, slash), "video"));
+    return slash != std::string_view::npos && (MediaMapperName_EqualNoCase(type.substr(0, slash), "audio") ||
+                                               MediaMapperName_EqualNoCase(type.substr(0, slash), "video"));
 }
-
-constexpr const char* kTooLong = "longer than 1024 bytes";
-
-/// Why Set refused a line; the entry holds what it then changed.
-const char* WhyBad(const Entry& anEntry, const ezCString& aLine) {
-    if (ezCSVStringList::FromText(aLine).GetCount() < 3) {
-        return "fewer than 3 fields";
-    }
-    if (anEntry.mFileName.IsEmpty()) {
-        return "empty file name";
-    }
-    return anEntry.mMimeType.IsEmpty() ? "empty MIME type" : "empty profile";
-}
-
-void Note(DLNAMediaMapperBadLines& aLines, const DLNAMediaMapperBadLine& aLine) {
-    ++aLines.mCount;
-    if (aLines.mLines.size() < DLNAMediaMapperBadLines::kMaximumKept) {
-        aLines.mLines.push_back(aLine);
-    }
-}
-
-/// A record's place by profile name, so that a table of many profiles is not walked for each entry.
-class ProfileIndex {
-public:
-    ProfileIndex() : mTable(ezHashTable_New()) {}
-    ~ProfileIndex() { ezHashTable_Delete(mTable); }
-    ProfileIndex(const ProfileIndex&) = delete;
-    ProfileIndex& operator=(const ProfileIndex&) = delete;
-
-    std::optional<std::size_t> Find(std::string_view aProfile) const {
-        const void* const place = ezHashTable_GetEntry(mTable, aProfile.data(), aProfile.size());
-        return place != nullptr ? std::optional(reinterpret_cast<std::uintptr_t>(place) - 1) : std::nullopt;
-    }
-    /// Of places under one name the first stays.
-    void Add(std::string_view aProfile, std::size_t aPlace) {
-        if (!Find(aProfile)) {
-            // A number in the place of a pointer: nothing follows it, and no optimisation is lost on it.
-            void* const number = reinterpret_cast<void*>(aPlace + 1); // NOLINT(performance-no-int-to-ptr)
-            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(), number);
-        }
-    }
-
-private:
-    ezHashTable* mTable;
-};
 
 } // namespace
 
@@ -283,40 +145,22 @@ ezError DLNAMediaMapper::LoadFile(const ezPathName& aPath) {
 }
 
 ezError DLNAMediaMapper::LoadInto(const ezPathName& aPath, bool afReadOnly) {
-    ezTextFile file(aPath.GetFullPath(), kMaximumLineLength);
-    if (!file.IsOpened()) {
-        return FileError(kErrorOpening, "Unable to open media mapper file: '", aPath);
-    }
-    ezCString line;
-    bool fCut = false;
     std::vector<std::unique_ptr<Entry>> loaded;
-    for (std::size_t number = 1; file.NextLine(&line, &fCut); ++number) {
-        const ezCString text = line.TrimLeftRight();
-        if (text.IsEmpty() || text.View().front() == '#') {
-            continue; // a remark may be as long as it likes
-        }
-        std::unique_ptr<Entry> entry = std::make_unique<Entry>();
-        if (!fCut && entry->Set(text)) {
-            loaded.push_back(std::move(entry));
-        } else {
-            Note(mSkippedLines, {number, fCut ? kTooLong : WhyBad(*entry, text), afReadOnly});
-        }
-    }
-    if (file.HasFailed()) {
-        // Nothing of it: a save of half a table would lose the other half.
-        return FileError(kErrorOpening, "Unable to open media mapper file: '", aPath);
+    ezError error = MediaMapperFile_Read(aPath, afReadOnly, loaded, mSkippedLines);
+    if (error.IsError()) {
+        return error;
     }
     for (std::unique_ptr<Entry>& entry : loaded) {
         // The index is out of date after the sort below: the table tells only whether a name is known.
         ezCustomHashTable_AddUInt32(mEntryArrayHashTable,
-                                    ezCString(SplitName(entry->mFileName.View()).mBase).Lower(),
+                                    ezCString(MediaMapperName(entry->mFileName.View()).mBase).Lower(),
                                     static_cast<uint32>(ezArray_GetCount(mEntryArray)));
         ezArray_Append(mEntryArray, entry.release());
     }
     ezArray_Sort(mEntryArray);
     BuildMergedEntryArray();
     mfSaved = false;
-    return ezError();
+    return error;
 }
 
 ezError DLNAMediaMapper::Save() {
@@ -325,30 +169,11 @@ ezError DLNAMediaMapper::Save() {
 
 ezError DLNAMediaMapper::SaveFile(const ezPathName& aPath) {
     if (!ezAssert(!mfSaved, "!mfSaved", "DLNAMediaMapper")) {
-        return FileError(kErrorWriting, "Unable to write media mapper file :\n'", aPath);
+        return MediaMapperFile_WriteError(aPath);
     }
     mfSaved = true;
     mTooLongLines = DLNAMediaMapperBadLines();
-    ezCString text = kDLNAMediaMapper_Header;
-    const auto header = static_cast<std::size_t>(std::count(text.View().begin(), text.View().end(), '\n'));
-    for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
-        const ezCString line = EntryAt(mEntryArray, i)->Get();
-        if (line.GetLength() > kMaximumLineLength) {
-            Note(mTooLongLines, {header + i + 1, kTooLong, false});
-        }
-        text += line;
-        text += "\n";
-    }
-    ezFile file;
-    if (!file.Create(aPath.GetFullPath(), true, ezFileAccessMode_ReadWrite)) {
-        return FileError(kErrorWriting, "Unable to create media mapper file :\n'", aPath);
-    }
-    const int written = file.Write(text.c_str(), text.GetLength());
-    const bool fWhole = written >= 0 && static_cast<std::size_t>(written) == text.GetLength();
-    if (!file.Close() || !fWhole) {
-        return FileError(kErrorWriting, "Unable to write media mapper file :\n'", aPath);
-    }
-    return ezError();
+    return MediaMapperFile_Write(aPath, mEntryArray, mTooLongLines);
 }
 
 void DLNAMediaMapper::BuildMergedEntryArray() {
@@ -389,18 +214,13 @@ void DLNAMediaMapper::BuildSpecialDLNAProfileList() {
 
 std::ptrdiff_t DLNAMediaMapper::SearchFileName(const ezCString& aFileName) const {
     const DLNAMediaMapperSearchInfo searchInfo = {aFileName, mMimeTypesDotIniParser};
-    const FileNameKey key(searchInfo);
-    return ezArray_Search(mEntryArray, &key, Entry_SearchFileName);
+    const MediaMapperNameKey key(searchInfo);
+    return ezArray_Search(mEntryArray, &key, MediaMapperNameKey::Search);
 }
 
 DLNAMediaMapperEntry* DLNAMediaMapper::GetFileEntry(const ezCString& aFileName) {
-    const SplitName name(aFileName.View());
-    std::string_view base = WithoutNumber(name.mBase);
-    const std::size_t prefix = base.find(kDTCPPrefix);
-    if (prefix != std::string_view::npos) {
-        base.remove_prefix(prefix + kDTCPPrefix.size());
-    }
-    ezCString wanted(base);
+    const MediaMapperName name(aFileName.View());
+    ezCString wanted(MediaMapperName_BaseToLookUp(name.mBase));
     if (!ezCustomHashTable_HasKey(mEntryArrayHashTable, wanted.Lower())) {
         return nullptr;
     }

@@ -28,8 +28,9 @@ ez_add_door(ezParsersFramework_inside base64_part ${PLATFORM}/text/Base64.cpp
 ez_add_door(ezParsersFramework_inside file_name
     ${PLATFORM}/files/PathName.cpp ${FRAMEWORK}/DLNAFileParser.cpp)
 ez_add_door(ezParsersFramework_inside mapper_file
-    ${PLATFORM}/files/TextFile.cpp ${FRAMEWORK}/DLNAMediaMapper.cpp ${FRAMEWORK}/detail/DLNAMediaMapperParser.cpp)
-ez_add_door(ezParsersFramework_inside mapper_line ${FRAMEWORK}/detail/DLNAMediaMapperEntry.cpp)
+    ${PLATFORM}/files/TextFile.cpp ${FRAMEWORK}/DLNAMediaMapper.cpp ${FRAMEWORK}/DLNAMediaMapperParser.cpp
+    ${FRAMEWORK}/detail/MediaMapperFile.cpp ${FRAMEWORK}/detail/MediaMapperName.cpp)
+ez_add_door(ezParsersFramework_inside mapper_line ${FRAMEWORK}/DLNAMediaMapperEntry.cpp)
 ez_add_door(ezParsersFramework_inside media_parser_stream
     ${FRAMEWORK}/MediaParserStream.cpp ${FRAMEWORK}/FileMediaParserStream.cpp)
 ez_add_door(ezParsersFramework_inside media_types_ini

@@ -1,3 +1,5 @@
+#include "ez/DLNAMediaMapperParser.h"
+
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ezPlatform/containers/HashTable.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+/// A record's place by profile name, so that a table of many profiles is not walked for each entry.
+class ProfileIndex {
+public:
+    ProfileIndex() : mTable(ezHashTable_New()) {}
+    ~ProfileIndex() { ezHashTable_Delete(mTable); }
+    ProfileIndex(const ProfileIndex&) = delete;
+    ProfileIndex& operator=(const ProfileIndex&) = delete;
+
+    std::optional<std::size_t> Find(std::string_view aProfile) const {
+        const void* const place = ezHashTable_GetEntry(mTable, aProfile.data(), aProfile.size());
+        return place != nullptr ? std::optional(reinterpret_cast<std::uintptr_t>(place) - 1) : std::nullopt;
+    }
+    /// Of places under one name the first stays.
+    void Add(std::string_view aProfile, std::size_t aPlace) {
+        if (!Find(aProfile)) {
+            // A number in the place of a pointer: nothing follows it, and no optimisation is lost on it.
+            void* const number = reinterpret_cast<void*>(aPlace + 1); // NOLINT(performance-no-int-to-ptr)
+            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(), number);
+        }
+    }
+
+private:
+    ezHashTable* mTable;
+};

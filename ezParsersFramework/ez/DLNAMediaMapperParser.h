@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ez/MediaParser.h"
+
+class DLNAMediaMapper;
+
+/// Looks the name of a file up in the media mapper instead of reading its content. A manager makes one
+/// (ezMediaParserManager::AddDLNAMediaMapperParser).
+class EZPARSERS_API DLNAMediaMapperParser : public ezMediaParser {
+public:
+    /// @param aMediaMapper       borrowed, used by Parse; already loaded, since the profiles that the parser
+    ///                           declares are taken here
+    /// @param anEnvironmentInfo  borrowed, may be null
+    DLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper, ezPropertyList* anEnvironmentInfo);
+    ~DLNAMediaMapperParser() override;
+
+    /// The facts of the file's first entry: MIME type, class by its part before "/", profile, bit rate, and
+    /// duration where it reads as one; of LPCM also channels, sampling rate and bits per sample. Null for a
+    /// file without an entry.
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) override;
+    /// Always false: the parser adjusts nothing.
+    bool AdjustDLNAInfo(ezMediaInfo* anInfo) override;
+    /// The enabled profiles as the table had them when the parser was made.
+    ezCString GetDLNAInfo() override;
+
+private:
+    void CacheDLNAInfo();
+
+    DLNAMediaMapper* mMediaMapper;
+    ezCString mDLNAInfo;
+};

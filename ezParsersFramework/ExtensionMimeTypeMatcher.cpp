@@ -1,13 +1,13 @@
 #include "ez/ExtensionMimeTypeMatcher.h"
 
+#include "detail/FirstString.h"
+
 #include "ezPlatform/base/Log.h"
-#include "ezPlatform/base/Memory.h"
 #include "ezPlatform/config/Config.h"
 #include "ezPlatform/containers/HashTable.h"
 #include "ezPlatform/containers/Items.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -37,25 +37,6 @@ void Entry_Free(void* anEntry) {
     delete static_cast<Entry*>(anEntry);
 }
 
-ezPtrList* NewStringList() {
-    ezPtrList* list = ezPtrList_New();
-    ezPtrList_SetFreeFunc(list, ezPtrList_DefaultFreeFunc);
-    return list;
-}
-
-/// Appends the pieces of a text, trimmed, without the empty ones.
-void SplitAndStrip(ezPtrList* aDest, const ezCString& aSrc, char aSeparator, bool afLower) {
-    std::string_view rest = aSrc.View();
-    while (!rest.empty()) {
-        const std::size_t end = rest.find(aSeparator);
-        const ezCString piece(ezTrimmed(rest.substr(0, end)));
-        if (!piece.IsEmpty()) {
-            ezPtrList_Append(aDest, ezStrdup(afLower ? piece.Lower().c_str() : piece.c_str()));
-        }
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    }
-}
-
 /// Appends an entry to the list under a key, made where there is none.
 void FileUnder(ezHashTable* aTable, const char* aKey, Entry* anEntry) {
     const std::size_t length = std::strlen(aKey);
@@ -79,11 +60,6 @@ void DeleteLists(ezHashTable* aTable) {
         ezHashTable_AddEntry(aTable, key, length, nullptr);
     }
     ezHashTableEnumerator_Delete(enumerator);
-}
-
-const char* FirstString(const ezPtrList* aList) {
-    void** first = ezPtrList_GetAt(aList, 0);
-    return first != nullptr ? static_cast<const char*>(*first) : nullptr;
 }
 
 /// Extensions in the order added, each once. A short list, which is the usual one, is walked and takes no
@@ -129,48 +105,6 @@ private:
 };
 
 } // namespace
-
-void ExtensionMimeTypeMatcherEntry::Init() {
-    mExtensions = NewStringList();
-    mMimeTypes = NewStringList();
-    mUPnPClasses = NewStringList();
-    mTypes = NewStringList();
-}
-
-ExtensionMimeTypeMatcherEntry::ExtensionMimeTypeMatcherEntry(const ezCString& aKey,
-                                                             const ezCString& anEntry) {
-    Init();
-    ezPtrList_Append(mTypes, ezStrdup(aKey.c_str()));
-
-    ezPtrList* fields = NewStringList();
-    SplitAndStrip(fields, anEntry, '@', false); // empty fields are dropped, so what follows them moves up
-    struct Field {
-        ezPtrList* mDest;
-        bool mfLower;
-    };
-    const std::array<Field, 4> destinations = {
-        {{mExtensions, true}, {mMimeTypes, true}, {mUPnPClasses, false}, {mTypes, true}}};
-    for (std::size_t i = 0; i < destinations.size() && i < ezPtrList_GetCount(fields); ++i) {
-        const ezCString text(static_cast<const char*>(*ezPtrList_GetAt(fields, i)));
-        SplitAndStrip(destinations[i].mDest, text, ',', destinations[i].mfLower);
-    }
-    ezPtrList_Delete(fields);
-}
-
-bool ExtensionMimeTypeMatcherEntry::IsOfClass(const char* aClass) const {
-    const char* const first = FirstString(mUPnPClasses);
-    const std::string_view asked(aClass);
-    const std::string_view own(first != nullptr ? first : "");
-    return !asked.empty() && own.substr(0, asked.size()) == asked &&
-           (own.size() == asked.size() || own[asked.size()] == '.');
-}
-
-ExtensionMimeTypeMatcherEntry::~ExtensionMimeTypeMatcherEntry() {
-    ezPtrList_Delete(mExtensions);
-    ezPtrList_Delete(mMimeTypes);
-    ezPtrList_Delete(mUPnPClasses);
-    ezPtrList_Delete(mTypes);
-}
 
 ExtensionMimeTypeMatcher::ExtensionMimeTypeMatcher(const ezCString& aReadOnlyConfigPath,
                                                    const ezCString& aReadWriteConfigPath,

@@ -3,7 +3,6 @@
 #include "ez/MediaParserStream.h"
 
 #include "ezPlatform/base/Log.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/DataBuffer.h"
 
 #include <algorithm>
@@ -19,27 +18,6 @@ std::size_t BlockSize(std::size_t aWanted, const ezuint64& aMediaSize) {
 }
 
 } // namespace
-
-ezBaseParser::ezBaseParser(const char* aType, ezPropertyList* anEnvironmentInfo, bool afCanExtractCoverArt)
-    : mEnvironmentInfo(anEnvironmentInfo), mType(aType), mCanExtractCoverArt(afCanExtractCoverArt) {}
-
-ezBaseParser::~ezBaseParser() = default;
-
-ezMediaInfo* ezBaseParser::Parse(ezMediaParserStream& /*aStream*/) {
-    return nullptr;
-}
-
-ezCString ezBaseParser::GetDLNAInfo() {
-    return ezCString();
-}
-
-uint32 ezBaseParser::GetSpecsLevel() const {
-    return ezPropertyList_Get_uint32(mEnvironmentInfo, kProperty_Parser_SpecsLevel);
-}
-
-uint32 ezBaseParser::GetCTTContext() const {
-    return ezPropertyList_Get_uint32(mEnvironmentInfo, "CTTContext");
-}
 
 ezMediaParser::ezMediaParser(const char* aType, ezPropertyList* anEnvironmentInfo, bool afCanExtractCoverArt)
     : ezBaseParser(aType, anEnvironmentInfo, afCanExtractCoverArt) {}

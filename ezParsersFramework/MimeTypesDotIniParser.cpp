@@ -1,6 +1,7 @@
 #include "ez/MimeTypesDotIniParser.h"
 
 #include "detail/BitRates.h"
+#include "detail/FirstString.h"
 
 #include "ez/DLNAFileParser.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
@@ -23,12 +24,6 @@ constexpr const char* kFileName = "mediaCTRLMediaTypes.ini";
 
 /// The "CTTContext" in which the name of a conformance test file decides even where a parser has answered.
 constexpr uint32 kCTTContext_NameDecides = 2;
-
-/// The first string of a list; empty, which sets no key, when there is none.
-ezCString GetStringFromList(const ezPtrList* aList) {
-    void** first = ezPtrList_GetAt(aList, 0);
-    return first != nullptr ? ezCString(static_cast<const char*>(*first)) : ezCString();
-}
 
 ExtensionMimeTypeMatcher* NewLoadedMatcher(const ezCString& aReadOnlyPath, const ezCString& aReadWritePath,
                                            const ezCString& aFileName) {
@@ -59,9 +54,9 @@ ezMediaInfo* NewInfoFromEntry(const Entry& anEntry) {
         return nullptr;
     }
     ezMediaInfo* info = new ezMediaInfo;
-    info->Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), true);
-    info->Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), true);
-    info->Set(kezInfo_FileExtension, GetStringFromList(anEntry.mExtensions), true);
+    info->Set(kezInfo_MimeType, FirstString(anEntry.mMimeTypes), true);
+    info->Set(kezInfo_ClassName, FirstString(anEntry.mUPnPClasses), true);
+    info->Set(kezInfo_FileExtension, FirstString(anEntry.mExtensions), true);
     return info;
 }
 
@@ -156,10 +151,10 @@ bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, 
 
 void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntry) {
     if (!anInfo.Has(kezInfo_MimeType)) {
-        anInfo.Set(kezInfo_MimeType, GetStringFromList(anEntry.mMimeTypes), true);
+        anInfo.Set(kezInfo_MimeType, FirstString(anEntry.mMimeTypes), true);
     }
     if (!anInfo.Has(kezInfo_ClassName)) {
-        anInfo.Set(kezInfo_ClassName, GetStringFromList(anEntry.mUPnPClasses), true);
+        anInfo.Set(kezInfo_ClassName, FirstString(anEntry.mUPnPClasses), true);
     }
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
@@ -253,7 +248,7 @@ ezCString ezMimeTypesDotIniParser::MimeTypeToClassName(const ezCString& aMimeTyp
     ExtensionMimeTypeMatcher& matcher = *mExtensionMimeTypeMatcher;
     for (Entry* entry : ezItems<Entry>(matcher.EntriesFromMimeType(aMimeType))) {
         if (entry->IsOfClass(aClass) && !matcher.IsExcludedEntry(entry)) {
-            return GetStringFromList(entry->mUPnPClasses);
+            return FirstString(entry->mUPnPClasses);
         }
     }
     return ezCString();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ez/ExtensionMimeTypeMatcherEntry.h"
 #include "ez/MediaParserTypes.h"
 
 #include "ezPlatform/text/CString.h"
@@ -9,48 +10,26 @@ class ezConfig;
 struct ezHashTable;
 struct ezPtrList;
 
-/// One media type: a line of the media types file. The lists hold C strings and own them.
-struct EZPARSERS_API ExtensionMimeTypeMatcherEntry {
-    /// @param aKey     the type name, in lower case
-    /// @param anEntry  the value: up to four fields parted by "@"
-    ExtensionMimeTypeMatcherEntry(const ezCString& aKey, const ezCString& anEntry);
-    ~ExtensionMimeTypeMatcherEntry();
-
-    ExtensionMimeTypeMatcherEntry(const ExtensionMimeTypeMatcherEntry&) = delete;
-    ExtensionMimeTypeMatcherEntry& operator=(const ExtensionMimeTypeMatcherEntry&) = delete;
-
-    /// True when the first class is aClass, such as "item.audioItem", or one derived from it. Case counts.
-    bool IsOfClass(const char* aClass) const;
-
-    ezPtrList* mExtensions;  ///< lower case, in file order
-    ezPtrList* mMimeTypes;   ///< lower case, in file order
-    ezPtrList* mUPnPClasses; ///< as written
-    ezPtrList* mTypes;       ///< parser types to try: the key, then the further ones in lower case
-
-private:
-    void Init();
-};
-
 /// The table of known media types, read from an ini file and found by extension and by MIME type.
 ///
 /// The file has the sections "MimeTypesExcluded" (known, but not to be published) and "MimeTypes", with lines
-/// `type=extensions@MIME types@UPnP classes@further parser types`, the items of a field parted by ",":
+/// `type=extensions@MIME types@UPnP classes@further parser types`, the items of a field separated by ",":
 ///
 ///     mp3=mp3,mpga@audio/mpeg,audio/mp3@item.audioItem
 ///
-/// Everything is trimmed. Empty fields and items are dropped and what follows moves up: "@video/mpeg" makes
-/// "video/mpeg" the extensions, so a line fills every field up to the last that it uses. Fields after the
-/// fourth are ignored, and so is a key without a value. Extensions, MIME types and type names are
-/// lower-cased, classes are not. Keys are written in lower case. The order of the lines decides every "first"
-/// below; excluded entries are indexed like the others and come before them.
+/// Everything is trimmed. Empty fields and items are dropped and those after them move up: in "@video/mpeg"
+/// "video/mpeg" is the extension, so a line fills every field up to the last that it uses. Fields after the
+/// fourth are ignored, and so is a key without a value. Extensions, MIME types and type names are converted
+/// to lower case, classes are not. The order of the lines decides every "first" below; excluded entries are
+/// indexed like the others and come before them.
 ///
 /// Built, loaded once, then only read; several threads may then ask at once. After Cleanup the table is empty
-/// and every question gets the answer for something unknown. Lists that it returns are lent until Cleanup or
+/// and every query has the result for something unknown. Lists that it returns belong to it, until Cleanup or
 /// Load.
 class EZPARSERS_API ExtensionMimeTypeMatcher {
 public:
-    /// Reads nothing yet: call Load. The folders are those of ezConfig; an empty aConfigFileName means
-    /// "mediaCTRLMediaTypes.ini".
+    /// Only stores where the file is: call Load. The folders are those of ezConfig; an empty aConfigFileName
+    /// means "mediaCTRLMediaTypes.ini".
     ExtensionMimeTypeMatcher(const ezCString& aReadOnlyConfigPath, const ezCString& aReadWriteConfigPath,
                              const ezCString& aConfigFileName);
     virtual ~ExtensionMimeTypeMatcher();
@@ -72,7 +51,7 @@ public:
     /// The first extensions of all entries of a MIME type, each once; separator "\".
     ezCSVStringList MimeTypeToFileExtensionList(const ezCString& aMimeType);
     /// All extensions, each once, of the first entry not excluded that lists anExtension; separator "\".
-    /// anExtension is compared as it is: only lower case can match.
+    /// anExtension is compared as it is: only lower case matches.
     ezCSVStringList ExtensionToExtensionList(const ezCString& anExtension);
 
     /// The entries of an extension (any case), excluded ones first; null when there are none.
@@ -82,11 +61,10 @@ public:
     ezPtrList* EntriesFromMimeType(const ezCString& aMimeType);
     /// Every entry, excluded ones first. Never null.
     ezPtrList* AllEntries() { return mAllEntries; }
-    /// True for an entry of the section "MimeTypesExcluded". The very object counts: a copy of such an entry
-    /// is none.
+    /// True for an entry of the section "MimeTypesExcluded": the object itself, not an equal one.
     bool IsExcludedEntry(ExtensionMimeTypeMatcherEntry* anEntry);
 
-    /// The list under a key, which is lower-cased first with afLower; null when there is none.
+    /// The list under a key, converted to lower case first with afLower; null when there is none.
     ezPtrList* EntriesFromHashTable(ezHashTable* aHashTable, const ezCString& aKey, bool afLower);
 
 private:

@@ -1,5 +1,6 @@
 #include "ez/ExtensionMimeTypeMatcher.h"
 
+#include "MatcherKit.h"
 #include "support/Catchers.h"
 #include "support/ScriptedSystem.h"
 #include "support/TemporaryFolder.h"
@@ -21,17 +22,8 @@
 namespace {
 
 using Entry = ExtensionMimeTypeMatcherEntry;
-using Strings = std::vector<std::string>;
 
 constexpr const char* kFileName = "mediaCTRLMediaTypes.ini";
-
-Strings Of(const ezPtrList* aList) {
-    Strings strings;
-    for (const char* item : ezItems<const char>(aList)) {
-        strings.emplace_back(item);
-    }
-    return strings;
-}
 
 Strings Of(const ezStringList& aList) {
     Strings strings;
@@ -54,24 +46,6 @@ Strings Keys(const ezPtrList* anEntries) {
 }
 
 const Strings kNone = {"(null)"};
-
-/// An entry as "extensions@MIME types@classes@types".
-std::string Text(const Entry& anEntry) {
-    const auto join = [](const ezPtrList* aList) {
-        std::string text;
-        for (const std::string& item : Of(aList)) {
-            text += (text.empty() ? "" : ",") + item;
-        }
-        return text;
-    };
-    return join(anEntry.mExtensions) + "@" + join(anEntry.mMimeTypes) + "@" + join(anEntry.mUPnPClasses) +
-           "@" + join(anEntry.mTypes);
-}
-
-/// How a value is taken apart under the key "key".
-std::string Split(const ezCString& aValue) {
-    return Text(Entry("key", aValue));
-}
 
 /// A loaded matcher over a file of its own, which both folders are.
 class Table {
@@ -110,101 +84,6 @@ void ExpectKnowsNothing(ExtensionMimeTypeMatcher& aMatcher) {
 }
 
 } // namespace
-
-// One entry.
-
-TEST(ExtensionMimeTypeMatcherEntry, HoldsTheFieldsInOrder) {
-    const Entry entry("mp4", "mp4,m4v@video/mp4@item.videoItem");
-    EXPECT_EQ(Of(entry.mExtensions), (Strings{"mp4", "m4v"}));
-    EXPECT_EQ(Of(entry.mMimeTypes), (Strings{"video/mp4"}));
-    EXPECT_EQ(Of(entry.mUPnPClasses), (Strings{"item.videoItem"}));
-    EXPECT_EQ(Of(entry.mTypes), (Strings{"mp4"}));
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FurtherTypesFollowTheKey) {
-    EXPECT_EQ(Split("a@b@c@d,e"), "a@b@c@key,d,e");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FewerFieldsLeaveTheOtherListsEmptyButNotNull) {
-    const Entry entry("key", "a");
-    EXPECT_EQ(Text(entry), "a@@@key");
-    EXPECT_NE(entry.mMimeTypes, nullptr);
-    EXPECT_NE(entry.mUPnPClasses, nullptr);
-    EXPECT_EQ(Split("a@b"), "a@b@@key");
-    EXPECT_EQ(Split(""), "@@@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, AllButClassesIsLowerCase) {
-    EXPECT_EQ(Split("MP3,Mp2@Audio/MPEG,AUDIO/X@item.audioItem,ITEM.Audio@TyPe,T2"),
-              "mp3,mp2@audio/mpeg,audio/x@item.audioItem,ITEM.Audio@key,type,t2");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, LowerCaseTouchesNothingButAToZ) {
-    EXPECT_EQ(Split("\xC3\x84[Z]^@\xC3\x84/B"), "\xC3\x84[z]^@\xC3\x84/b@@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, KeepsTheKeyAsItIsPassed) {
-    EXPECT_EQ(Text(Entry("KeY", "a")), "a@@@KeY");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FieldsAfterTheFourthAreIgnored) {
-    EXPECT_EQ(Split("a@b@c@d@e"), "a@b@c@key,d");
-    EXPECT_EQ(Split("a@b@c@d@e@f@g@"), "a@b@c@key,d");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, EmptyFieldIsDroppedAndWhatFollowsMovesUp) {
-    EXPECT_EQ(Split("@video/mpeg@item.videoItem"), "video/mpeg@item.videoitem@@key");
-    EXPECT_EQ(Split("@video/mp4"), "video/mp4@@@key");
-    EXPECT_EQ(Split("a@@b"), "a@b@@key");
-    EXPECT_EQ(Split("@@@a"), "a@@@key");
-    EXPECT_EQ(Split("a@b@@C"), "a@b@C@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FieldOfBlanksIsEmpty) {
-    EXPECT_EQ(Split("a@ \t @b"), "a@b@@key");
-    EXPECT_EQ(Split(" @b"), "b@@@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, EmptyFieldsDoNotCountTowardsTheFour) {
-    EXPECT_EQ(Split("@a@@b@@c@@d@@e"), "a@b@c@key,d");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FieldWithoutItemsIsNotEmpty) {
-    // A comma holds the place of a field that has nothing to say.
-    EXPECT_EQ(Split(",@video/mp4"), "@video/mp4@@key");
-    EXPECT_EQ(Split("a@ , ,@item"), "a@@item@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, SeparatorAtTheEndAddsNothing) {
-    EXPECT_EQ(Split("a@"), "a@@@key");
-    EXPECT_EQ(Split("a,@b,@c,@d,"), "a@b@c@key,d");
-    EXPECT_EQ(Split("a@b@c@d@"), "a@b@c@key,d");
-    EXPECT_EQ(Split("@"), "@@@key");
-    EXPECT_EQ(Split(","), "@@@key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, EmptyItemsAreDropped) {
-    EXPECT_EQ(Split(",a,,b, ,c"), "a,b,c@@@key");
-    EXPECT_EQ(Split("a@,b,,c@,D,,E@,f,,g"), "a@b,c@D,E@key,f,g");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, FieldsAndItemsAreTrimmed) {
-    EXPECT_EQ(Split("  a , b\t@\t video/mp4 ,\tx/y @ item.A , item.B @ t , u  "),
-              "a,b@video/mp4,x/y@item.A,item.B@key,t,u");
-    EXPECT_EQ(Split("a b@c d"), "a b@c d@@key"); // blanks inside stay
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, ItemsThatStandTwiceAreKeptTwice) {
-    EXPECT_EQ(Split("a,A,a@m,m@c,c@t,t,key"), "a,a,a@m,m@c,c@key,t,t,key");
-}
-
-TEST(ExtensionMimeTypeMatcherEntry, NothingQuotesOrEscapesASeparator) {
-    EXPECT_EQ(Split("\"a,b\""), "\"a,b\"@@@key");
-    EXPECT_EQ(Of(Entry("key", "\"a,b\"").mExtensions), (Strings{"\"a", "b\""}));
-    EXPECT_EQ(Of(Entry("key", "a\\,b").mExtensions), (Strings{"a\\", "b"}));
-    EXPECT_EQ(Split("a\\@b"), "a\\@b@@key");
-    EXPECT_EQ(Split("'a@b'"), "'a@b'@@key");
-}
 
 // Building and loading.
 

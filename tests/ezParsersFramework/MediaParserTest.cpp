@@ -1,7 +1,5 @@
 #include "ez/MediaParser.h"
 
-#include "ez/MediaParserTypes.h"
-
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -25,19 +23,6 @@ namespace {
 
 constexpr std::size_t kBegin = kezMediaParser_DefaultBeginBufferSize;
 const char* const kWarning = "ezMediaParser: Unable to read from end\n";
-
-class PlainParser : public ezBaseParser {
-public:
-    using ezBaseParser::ezBaseParser;
-
-    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
-
-    using ezBaseParser::GetCTTContext;
-    using ezBaseParser::GetSpecsLevel;
-    using ezBaseParser::mCanExtractCoverArt;
-    using ezBaseParser::mEnvironmentInfo;
-    using ezBaseParser::mType;
-};
 
 class PlainMediaParser : public ezMediaParser {
 public:
@@ -102,106 +87,12 @@ Delivery FailingAt(std::size_t anOffset) {
 
 } // namespace
 
-static_assert(std::is_abstract<ezBaseParser>::value, "AdjustDLNAInfo is left to every parser");
 static_assert(std::is_abstract<ezMediaParser>::value, "AdjustDLNAInfo is left to every parser");
 static_assert(std::is_base_of<ezBaseParser, ezMediaParser>::value, "");
-static_assert(std::has_virtual_destructor<ezBaseParser>::value, "deleted through the base");
-static_assert(std::is_same<decltype(std::declval<ezBaseParser&>().GetType()), ezCString>::value, "a copy");
 static_assert(
     std::is_same<decltype(&ezMediaParser::ParseFromStream),
                  ezMediaInfo* (ezMediaParser::*)(ezMediaParserStream&, std::size_t, std::size_t)>::value,
     "sizes of blocks are sizes in memory");
-
-TEST(MediaParserTypes, ConstantsAreThoseThatHostsKnow) {
-    EXPECT_STREQ(kProperty_Parser_SpecsLevel, "ParserSpecsLevel");
-    EXPECT_EQ(kProperty_Parser_SpecsLevel_Normal, 0);
-    EXPECT_EQ(kProperty_Parser_SpecsLevel_CVP2, 1);
-    EXPECT_EQ(kProperty_Parser_SpecsLevel_Advanced, 2);
-    EXPECT_EQ(kProperty_Parser_SpecsLevel_Development, 3);
-    EXPECT_EQ(kProperty_Parser_SpecsLevel_Count, 4);
-    EXPECT_EQ(kezMediaParser_DefaultBeginBufferSize, 32768U);
-}
-
-TEST(MediaParserTypes, ParseOptionsAreBits) {
-    EXPECT_EQ(kParseOption_Default, 0);
-    EXPECT_EQ(kParseOption_ParseWithAllParserIfNoExtension, 1);
-    EXPECT_EQ(kParseOption_ParseWithAllParserIfFailed, 2);
-    EXPECT_EQ(kParseOption_ParseWithAllParserEverytime, 4);
-    EXPECT_EQ(kParseOption_ParseFullFileIfVBR, 8);
-}
-
-TEST(BaseParser, KeepsTypeEnvironmentAndCoverArtFlag) {
-    const Environment environment;
-    for (const bool fCoverArt : {false, true}) {
-        PlainParser parser("Mp3", environment.Get(), fCoverArt);
-        EXPECT_STREQ(parser.GetType().c_str(), "Mp3"); // case kept: the manager folds it
-        EXPECT_EQ(parser.CanExtractCoverArt(), fCoverArt);
-        EXPECT_EQ(parser.mEnvironmentInfo, environment.Get());
-    }
-}
-
-TEST(BaseParser, FieldsAndOperationsStandInOrder) {
-    const PlainParser parser("mp3", nullptr, false);
-    EXPECT_TRUE(AreInOrder({&parser.mEnvironmentInfo, &parser.mType, &parser.mCanExtractCoverArt}));
-    EXPECT_EQ(VirtualSlotOf(&ezBaseParser::Parse), 2U); // behind the destructor's two
-    EXPECT_EQ(VirtualSlotOf(&ezBaseParser::AdjustDLNAInfo), 3U);
-    EXPECT_EQ(VirtualSlotOf(&ezBaseParser::GetDLNAInfo), 4U);
-    EXPECT_EQ(VirtualSlotOf(&ezMediaParser::ParseFromStream), 5U);
-    EXPECT_EQ(VirtualSlotOf(&PlainMediaParser::Read), 6U);
-}
-
-TEST(BaseParser, TypeIsHandedOutAsACopy) {
-    const PlainParser parser("mp3", nullptr, false);
-    ezCString type = parser.GetType();
-    type += "x";
-    EXPECT_STREQ(parser.GetType().c_str(), "mp3");
-}
-
-TEST(BaseParser, EnvironmentIsReplaced) {
-    const Environment first;
-    const Environment second;
-    PlainParser parser("mp3", first.Get(), false);
-    parser.SetEnvironmentInfo(second.Get());
-    EXPECT_EQ(parser.mEnvironmentInfo, second.Get());
-    parser.SetEnvironmentInfo(nullptr);
-    EXPECT_EQ(parser.mEnvironmentInfo, nullptr);
-}
-
-TEST(BaseParser, RecognisesAndDeclaresNothing) {
-    PlainParser parser("mp3", nullptr, true);
-    AwkwardStream stream("content");
-    EXPECT_EQ(parser.Parse(stream), nullptr);
-    EXPECT_EQ(stream.GetCosts().mReads, 0U);
-    EXPECT_TRUE(parser.GetDLNAInfo().IsEmpty());
-}
-
-TEST(BaseParser, LevelAndContextAreZeroWithoutAnEnvironment) {
-    const PlainParser parser("mp3", nullptr, false);
-    EXPECT_EQ(parser.GetSpecsLevel(), 0U);
-    EXPECT_EQ(parser.GetCTTContext(), 0U);
-}
-
-TEST(BaseParser, LevelAndContextAreZeroWhenTheEnvironmentLacksThem) {
-    Environment environment;
-    environment.Set("parserspecslevel", 3).Set("cttcontext", 3).Set("SpecsLevel", 3).Set("CTT", 3);
-    const PlainParser parser("mp3", environment.Get(), false);
-    EXPECT_EQ(parser.GetSpecsLevel(), 0U);
-    EXPECT_EQ(parser.GetCTTContext(), 0U);
-}
-
-TEST(BaseParser, LevelAndContextComeFromTheEnvironmentWheneverAsked) {
-    Environment environment;
-    environment.Set("ParserSpecsLevel", 2).Set("CTTContext", 4294967295U);
-    PlainParser parser("mp3", environment.Get(), false);
-    EXPECT_EQ(parser.GetSpecsLevel(), 2U);
-    EXPECT_EQ(parser.GetCTTContext(), 4294967295U);
-    environment.Set("ParserSpecsLevel", 3).Set("CTTContext", 1);
-    EXPECT_EQ(parser.GetSpecsLevel(), 3U);
-    EXPECT_EQ(parser.GetCTTContext(), 1U);
-    parser.SetEnvironmentInfo(nullptr);
-    EXPECT_EQ(parser.GetSpecsLevel(), 0U);
-    EXPECT_EQ(parser.GetCTTContext(), 0U);
-}
 
 TEST(MediaParser, IsBuiltLikeItsBaseAndHasNoManager) {
     const Environment environment;
@@ -211,6 +102,11 @@ TEST(MediaParser, IsBuiltLikeItsBaseAndHasNoManager) {
         EXPECT_EQ(parser.CanExtractCoverArt(), fCoverArt);
         EXPECT_EQ(parser.mManager, nullptr);
     }
+}
+
+TEST(MediaParser, OperationsStandInOrderAfterThoseOfTheBase) {
+    EXPECT_EQ(VirtualSlotOf(&ezMediaParser::ParseFromStream), 5U);
+    EXPECT_EQ(VirtualSlotOf(&PlainMediaParser::Read), 6U);
 }
 
 TEST(MediaParser, TellsTheByteOrderOfTheHost) {

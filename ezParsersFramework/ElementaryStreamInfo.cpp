@@ -1,0 +1,3 @@
+#include "ez/ElementaryStreamInfo.h"
+
+ezElementaryStreamInfo::~ezElementaryStreamInfo() = default;

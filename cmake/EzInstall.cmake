@@ -24,16 +24,11 @@ endfunction()
 
 ez_install_library(ezPlatform)
 ez_install_library(ezParsersFramework)
+# Headers of ezPlatform that are not installed: they are for the libraries' own sources.
+set(EZ_INSIDE_HEADERS System.h CacheName.h DistinctTexts.h HashKey.h HashSlots.h HeldFiles.h NUL.h OrderedByteMap.h)
+list(TRANSFORM EZ_INSIDE_HEADERS REPLACE "(.+)" "PATTERN;\\1;EXCLUDE" OUTPUT_VARIABLE EZ_WITHOUT_INSIDE_HEADERS)
 install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
-        FILES_MATCHING PATTERN "*.h"
-        PATTERN "System.h" EXCLUDE
-        PATTERN "CacheName.h" EXCLUDE
-        PATTERN "DistinctTexts.h" EXCLUDE
-        PATTERN "HashKey.h" EXCLUDE
-        PATTERN "HashSlots.h" EXCLUDE
-        PATTERN "HeldFiles.h" EXCLUDE
-        PATTERN "NUL.h" EXCLUDE
-        PATTERN "OrderedByteMap.h" EXCLUDE)
+        FILES_MATCHING PATTERN "*.h" ${EZ_WITHOUT_INSIDE_HEADERS})
 install(DIRECTORY ezParsersFramework/ez DESTINATION ${EZ_INSTALL_EZ_INCLUDEDIR} COMPONENT Development
         FILES_MATCHING PATTERN "*.h")
 

@@ -4,12 +4,9 @@
 
 namespace {
 
-/// Variable, or not to be determined.
-constexpr uint32 kUndetermined = 0xFFFFFFFF;
-
 /// A number of bits a second, so neither unknown nor undetermined.
 bool IsRate(uint32 aRate) {
-    return aRate != 0 && aRate != kUndetermined;
+    return aRate != 0 && aRate != kezMediaInfo_VariableRate;
 }
 
 /// The rates of a record under the names that the steps use. Each step works on what the steps before it
@@ -74,7 +71,7 @@ private:
 
     void MarkVariable(const char* aKey, uint32& aRate, uint32 aMaximum) {
         if (aMaximum != 0 && aRate != aMaximum) {
-            aRate = kUndetermined;
+            aRate = kezMediaInfo_VariableRate;
             Write(aKey, aRate);
         }
     }
@@ -83,8 +80,9 @@ private:
         if (mWhole == 0) {
             if ((IsRate(mAudio) || !mfAudio) && (IsRate(mVideo) || !mfVideo)) {
                 mWhole = mAudio + mVideo;
-            } else if (mAudio == kUndetermined || !mfAudio || mVideo == kUndetermined || !mfVideo) {
-                mWhole = kUndetermined;
+            } else if (mAudio == kezMediaInfo_VariableRate || !mfAudio ||
+                       mVideo == kezMediaInfo_VariableRate || !mfVideo) {
+                mWhole = kezMediaInfo_VariableRate;
             }
             Write(kezInfo_BitRate, mWhole);
         }

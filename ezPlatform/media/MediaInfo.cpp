@@ -23,7 +23,7 @@ bool IsLongKey(uint32 aStart) {
     return (aStart & 0xFFU) != 0;
 }
 
-/// Bytes of an entry's text that belong to its key, without the NUL behind them.
+/// Bytes of an entry's text that belong to its key, without the NUL after them.
 std::size_t RestOfKey(uint32 aStart, const ezCString& aText) {
     return IsLongKey(aStart) ? aText.View().find('\0') : 0;
 }
@@ -203,8 +203,10 @@ void ezMediaInfo::LeaveSeconds(std::string_view aNewSeconds) {
                            ? GetUInt64(kezInfo_Duration, ~seconds) == seconds
                            : old->mfNumber == 0 && old->mText.View() == aNewSeconds;
     if (!fSame) {
-        Set(kezInfo_DurationMilliseconds, "", true);
-        Set(kezInfo_DurationMethod, "", true);
+        for (const char* key :
+             {kezInfo_DurationMilliseconds, kezInfo_DurationMethod, kezInfo_DurationBound}) {
+            Set(key, "", true);
+        }
     }
 }
 
@@ -217,6 +219,7 @@ void ezMediaInfo::SetDuration(const ezuint64& aMilliseconds, const ezCString& aM
     Set(kezInfo_Duration, milliseconds / kThousand + (fMore ? 1 : 0), true);
     Set(kezInfo_DurationMilliseconds, aMilliseconds, true);
     Set(kezInfo_DurationMethod, aMethod, true);
+    Set(kezInfo_DurationBound, "", true);
 }
 
 ezCString ezMediaInfo::GetCString(const char* aKey, const ezCString& aDefault) const {

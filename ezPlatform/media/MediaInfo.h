@@ -13,8 +13,8 @@
 #include <vector>
 
 /// @name Keys of a media information record
-/// Bit rates are bits a second as unsigned 32-bit numbers: 0 is not known yet, 0xFFFFFFFF variable or not to
-/// be told.
+/// Bit rates are bits a second as unsigned 32-bit numbers: 0 is not known yet, kezMediaInfo_VariableRate
+/// variable or not to be told.
 /// @{
 inline constexpr const char* kezInfo_MimeType = "mt";   ///< MIME type
 inline constexpr const char* kezInfo_ClassName = "cn";  ///< UPnP class without "object.": "item.videoItem"
@@ -38,6 +38,9 @@ inline constexpr const char* kezInfo_AudioCodec = "ca";            ///< audio co
 inline constexpr const char* kezInfo_FileSize = "fs";              ///< bytes
 inline constexpr const char* kezInfo_FileExtension = "fe";         ///< lower-case extension, without the dot
 /// @}
+
+/// A bit rate that varies, or that nobody can tell. No media has it as its rate: the largest is one less.
+inline constexpr uint32 kezMediaInfo_VariableRate = 0xFFFFFFFF;
 
 /// @name Keys that the libraries pass through and that parsers of a host write
 /// @{
@@ -67,18 +70,55 @@ inline constexpr const char* kezInfo_DurationMethod = "md";
 /// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
 /// whole seconds of kezInfo_Duration.
 inline constexpr const char* kezInfo_DurationMilliseconds = "dm";
+/// By how many milliseconds the media may be shorter than an estimate says, as far as the places tell that
+/// were looked at; it is not longer. Absent of an exact length, and where nothing tells.
+inline constexpr const char* kezInfo_DurationBound = "db";
 /// @}
 
-/// What is known of one media: texts and unsigned numbers under two-letter keys, and a few facts of their
-/// own.
+/// @name Keys of what a ContentDirectory announces, beside the title, creator, genre and album of the record
+/// Written by parsers of a host, passed through by the libraries; absent where the media does not state them.
+/// Texts are valid UTF-8 without control characters, but for the line ends of the two lists. The property
+/// that a server announces each as stands in brackets (UPnP ContentDirectory, appendix B).
+/// @{
+/// When a photo was taken, or a piece recorded or released (dc:date). ISO 8601, as precise as the media
+/// states it, and a day that the calendar has: "1999", "1999-12", "1999-12-31", "1999-12-31T23:59:58", and
+/// the same with "Z" or a zone like "+02:00" behind the time. Years are 0001 to 9999.
+inline constexpr const char* kezInfo_Date = "da";
+/// The place of a piece on its disc or in its series (upnp:originalTrackNumber): a number, 1 to 2147483647.
+inline constexpr const char* kezInfo_TrackNumber = "tn";
+/// The disc of a set that a piece is on (upnp:originalDiscNumber): a number, 1 to 2147483647.
+inline constexpr const char* kezInfo_DiscNumber = "dn";
+/// Who an album is filed under (upnp:artist with the role "AlbumArtist"); several are joined by ", ".
+inline constexpr const char* kezInfo_AlbumArtist = "aa";
+/// Who wrote a piece (upnp:artist with the role "Composer"); several are joined by ", ".
+inline constexpr const char* kezInfo_Composer = "co";
+/// 1 where the album is by several artists; no property of its own: a server files such an album under one
+/// name.
+inline constexpr const char* kezInfo_Compilation = "cp";
+/// Where a media states several creators or genres: all of them, in its order, each once and whole
+/// (upnp:artist, upnp:genre, once for each). One a line: "\n" stands between them and in none of them, so
+/// splitting there gives back what was stated, also where a name holds a comma. Absent where there is one or
+/// none: ezMediaInfo::mCreator and ezMediaInfo::mGenre are all then. Where there are several these have them
+/// joined by ", " for whoever shows one text.
+/// @{
+inline constexpr const char* kezInfo_Creators = "as";
+inline constexpr const char* kezInfo_Genres = "gs";
+/// @}
+/// The languages of what is heard, or of the text where nothing is (dc:language, once for each): tags of RFC
+/// 5646 joined by ",", the first that plays first, each once: "en", "de,pt-BR".
+inline constexpr const char* kezInfo_Languages = "la";
+/// @}
+
+/// What is known of one piece of media: texts and unsigned numbers under two-letter keys, and a few facts of
+/// their own.
 ///
 /// An empty text counts as absent. A number reads as decimal text, and a text that is a whole decimal number
 /// reads as that number. Keys are held and enumerated in byte order. Not shared between threads.
 ///
 /// The seconds of kezInfo_Duration lead: where they are set to others than they were, or taken away,
-/// kezInfo_DurationMilliseconds and kezInfo_DurationMethod go, as they tell of the length that was. Whoever
-/// replaces a duration by a better one so leaves nothing stale, and the same seconds again keep what is
-/// finer.
+/// kezInfo_DurationMilliseconds, kezInfo_DurationMethod and kezInfo_DurationBound go, as they tell of the
+/// length that was. Whoever replaces a duration by a better one so leaves nothing stale, and the same seconds
+/// again keep what is finer.
 class EZPLATFORM_API ezMediaInfo {
 public:
     ezMediaInfo() = default;
@@ -110,7 +150,8 @@ public:
     }
 
     /// Sets the length, whatever was there: kezInfo_DurationMilliseconds, kezInfo_DurationMethod, and the
-    /// seconds of kezInfo_Duration, which follow from these. An exact length loses its fraction, as a player
+    /// seconds of kezInfo_Duration, which follow from these. No kezInfo_DurationBound is left: whoever knows
+    /// one sets it afterwards. An exact length loses its fraction, as a player
     /// counts seconds that are over; one whose method begins with "estimate" is rounded up, so that no
     /// player stops before the end.
     /// @param aMethod  as kezInfo_DurationMethod has it; empty, and there is none afterwards: an exact length
@@ -162,8 +203,8 @@ private:
         /// Of two letters or fewer.
         bool IsUsual() const { return (mStart & 0xFFFFU) == 0; }
 
-        uint32 mStart = 0; ///< the first four bytes, the first of them on top; zeros behind a shorter key
-        std::string_view mRest; ///< what is behind these, lent
+        uint32 mStart = 0;      ///< the first four bytes, the first of them on top; zeros after a shorter key
+        std::string_view mRest; ///< what follows these, borrowed
     };
 
     /// Small, as every record takes room for many at once.
@@ -172,7 +213,7 @@ private:
         uint32 mPlace : 31; ///< of the entry that is at this one's index when they are sorted by key
         uint32 mfNumber : 1;
         ezuint64 mNumber;
-        ezCString mText; ///< empty for a number; behind the rest of a long key and a NUL
+        ezCString mText; ///< empty for a number; after the rest of a long key and a NUL
     };
 
     /// The first two letters of the keys of the first entries, as Entry has them, and the largest number
@@ -190,7 +231,7 @@ private:
     };
 
     const Entry& GetSorted(std::size_t anIndex) const { return mEntries[mEntries[anIndex].mPlace]; }
-    /// The index of a key among the sorted, or of the first one behind it.
+    /// The index of a key among the sorted, or of the first one after it.
     std::size_t LowerBound(const Key& aKey) const;
     bool IsAt(std::size_t anIndex, const Key& aKey) const;
     const Entry* Find(const char* aKey) const;

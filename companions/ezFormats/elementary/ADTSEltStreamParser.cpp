@@ -33,7 +33,7 @@ void ADTSEltStreamParser::Fill(ezMediaInfo& anInfo, uint32 /*aPosition*/, uint32
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, "AAC", true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
-    anInfo.Set(kezInfo_AudioBitRate, 0xFFFFFFFFU, true);
+    anInfo.Set(kezInfo_AudioBitRate, kezMediaInfo_VariableRate, true);
     if (header.mChannels != 0) {
         anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
     }

@@ -6,7 +6,7 @@
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "AAC", kezInfo_AudioSamplingRate (of the
 /// core, where the upper band is coded apart), kezInfo_AudioChannelCount unless it is told within the frames
-/// only, and kezInfo_AudioBitRate 0xFFFFFFFF: the headers state no rate.
+/// only, and kezInfo_AudioBitRate kezMediaInfo_VariableRate: the headers state no rate.
 class EZFORMATS_API ADTSEltStreamParser : public FrameChainEltStreamParser {
 public:
     /// Both are owned from now on and may be null.

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr uint32 kVariable = 0xFFFFFFFF;
 constexpr uint32 kCodeSize = 4;
 constexpr uint32 kMinSliceSize = 1; ///< three numbers of a bit each and four bits of frame number
 constexpr std::uint16_t kNoSet = 0xFFFF;
@@ -158,14 +157,14 @@ uint32 H264EltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
 void H264EltStreamParser::Fill(ezMediaInfo& anInfo) const {
     const ezH264SequenceSet& set = mFound->mWinner;
     // What does not fit is left out: its largest value says something else.
-    const bool fFits = set.mBitRate.mBitRate < kVariable;
+    const bool fFits = set.mBitRate.mBitRate < kezMediaInfo_VariableRate;
     const uint32 bitRate = fFits ? static_cast<uint32>(set.mBitRate.mBitRate) : 0;
     anInfo.Set(kezInfo_HasVideoTrack, 1, true);
     anInfo.Set(kezInfo_VideoCodec, "H264", true);
     anInfo.Set(kezInfo_PictureWidth, set.mWidth, true);
     anInfo.Set(kezInfo_PictureHeight, set.mHeight, true);
     if (fFits || !set.mBitRate.mfConstant) {
-        anInfo.Set(kezInfo_VideoBitRate, set.mBitRate.mfConstant ? bitRate : kVariable, true);
+        anInfo.Set(kezInfo_VideoBitRate, set.mBitRate.mfConstant ? bitRate : kezMediaInfo_VariableRate, true);
     }
     if (bitRate != 0 && !set.mBitRate.mfConstant) {
         anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);

@@ -6,8 +6,9 @@
 ///
 /// Of its record: kezInfo_HasVideoTrack 1, kezInfo_VideoCodec "H264", kezInfo_PictureWidth and
 /// kezInfo_PictureHeight as displayed, and kezInfo_VideoBitRate: what the sequence states for a constant
-/// rate, else 0xFFFFFFFF, and then kezInfo_VideoMaxBitRate where it states the highest rate. A sequence
-/// parameter set, a picture parameter set that refers to it and a slice that refers to that make a stream.
+/// rate, else kezMediaInfo_VariableRate, and then kezInfo_VideoMaxBitRate where it states the highest rate. A
+/// sequence parameter set, a picture parameter set that refers to it and a slice that refers to that make a
+/// stream.
 class EZFORMATS_API H264EltStreamParser : public StartCodeEltStreamParser {
 public:
     /// Both are owned from now on and may be null.

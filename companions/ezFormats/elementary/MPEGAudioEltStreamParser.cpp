@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr uint32 kVariable = 0xFFFFFFFF;
 constexpr uint32 kNowhere = 0xFFFFFFFF;
 
 constexpr uint32 kTagXing =
@@ -138,5 +137,5 @@ void MPEGAudioEltStreamParser::Fill(ezMediaInfo& anInfo, uint32 aPosition, uint3
     anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);
     anInfo.Set(kezInfo_AudioChannelCount, header.mChannels, true);
-    anInfo.Set(kezInfo_AudioBitRate, fStated ? header.mBitRate : kVariable, true);
+    anInfo.Set(kezInfo_AudioBitRate, fStated ? header.mBitRate : kezMediaInfo_VariableRate, true);
 }

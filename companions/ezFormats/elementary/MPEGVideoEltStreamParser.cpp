@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr uint32 kVariable = 0xFFFFFFFF;
 constexpr uint32 kCodeSize = 4;
 constexpr uint32 kRowHeight = 16;
 constexpr uint32 kMaxPlainHeight = 2800; ///< above, a slice's code is but a part of its row
@@ -173,7 +172,7 @@ uint32 MPEGVideoEltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
 void MPEGVideoEltStreamParser::Fill(ezMediaInfo& anInfo) const {
     const ezMPEGSequence& sequence = mFound->mSequence;
     // What does not fit is left out: its largest value says something else.
-    const bool fFits = sequence.mBitRate < kVariable;
+    const bool fFits = sequence.mBitRate < kezMediaInfo_VariableRate;
     const uint32 bitRate = fFits ? static_cast<uint32>(sequence.mBitRate) : 0;
     const bool fMaximum =
         mFound->mfMPEG2 && mFound->mPicture.mfVariableBitRate && !sequence.mfVariableBitRate;
@@ -183,7 +182,7 @@ void MPEGVideoEltStreamParser::Fill(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_PictureHeight, sequence.mHeight, true);
     const bool fVariable = fMaximum || sequence.mfVariableBitRate;
     if (fFits || fVariable) {
-        anInfo.Set(kezInfo_VideoBitRate, fVariable ? kVariable : bitRate, true);
+        anInfo.Set(kezInfo_VideoBitRate, fVariable ? kezMediaInfo_VariableRate : bitRate, true);
     }
     if (fMaximum && fFits) {
         anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);

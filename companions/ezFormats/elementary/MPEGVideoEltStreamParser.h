@@ -6,8 +6,9 @@
 ///
 /// Of its record: kezInfo_HasVideoTrack 1, kezInfo_VideoCodec "MPEG1" or "MPEG2", kezInfo_PictureWidth,
 /// kezInfo_PictureHeight, and kezInfo_VideoBitRate as the sequence header states it. Where the stream says
-/// that its rate varies that is 0xFFFFFFFF, and what MPEG-2 states then is kezInfo_VideoMaxBitRate.
-/// A sequence header, a picture header and the first slice make a stream, in legal order.
+/// that its rate varies that is kezMediaInfo_VariableRate, and what MPEG-2 states then is
+/// kezInfo_VideoMaxBitRate. A sequence header, a picture header and the first slice make a stream, in legal
+/// order.
 class EZFORMATS_API MPEGVideoEltStreamParser : public StartCodeEltStreamParser {
 public:
     /// Both are owned from now on and may be null.

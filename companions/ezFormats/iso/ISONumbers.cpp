@@ -2,6 +2,8 @@
 
 #include "ezFormats/detail/Limits.h"
 
+#include "ezPlatform/media/MediaInfo.h"
+
 #include <cstddef>
 
 namespace {
@@ -9,9 +11,9 @@ namespace {
 constexpr std::uint64_t kTopBit = UINT64_C(1) << 63;
 constexpr std::uint64_t kMicro = 1000000;
 
-/// What a record can tell as a number: its largest value says that a rate varies.
+/// What a record can tell as a number.
 std::uint32_t AsRate(std::uint64_t aValue) {
-    return aValue < UINT32_MAX ? static_cast<std::uint32_t>(aValue) : 0;
+    return aValue < kezMediaInfo_VariableRate ? static_cast<std::uint32_t>(aValue) : 0;
 }
 
 } // namespace

@@ -187,7 +187,7 @@ void StoreWhole(const ISOMedia& aMedia, std::uint32_t aWhole, const Rates& anAud
     const std::uint64_t highest = std::uint64_t{anAudio.GetHighest()} + aVideo.GetHighest();
     const bool fKnown = (anAudio.GetHighest() != 0 || !aMedia.mMovie.mAudio.has_value()) &&
                         (aVideo.GetHighest() != 0 || !aMedia.mMovie.mVideo.has_value());
-    if (fKnown && highest < UINT32_MAX) {
+    if (fKnown && highest < kezMediaInfo_VariableRate) {
         StoreNumber(anInfo, kezInfo_MaxBitRate, std::max(static_cast<std::uint32_t>(highest), aWhole));
     }
 }

@@ -1,5 +1,7 @@
 #include "ezFormats/iso/ISOSampleEntry.h"
 
+#include "ezPlatform/media/MediaInfo.h"
+
 #include <string>
 
 namespace {
@@ -66,11 +68,10 @@ ezCString ISOFormatName(BoxType aFormat) {
 }
 
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {
-    constexpr std::uint32_t kVariable = UINT32_MAX;
-    if (aCodec.mBitRate == 0 && anAverage != kVariable) {
+    if (aCodec.mBitRate == 0 && anAverage != kezMediaInfo_VariableRate) {
         aCodec.mBitRate = anAverage;
     }
-    if (aCodec.mMaxBitRate == 0 && aMaximum != kVariable) {
+    if (aCodec.mMaxBitRate == 0 && aMaximum != kezMediaInfo_VariableRate) {
         aCodec.mMaxBitRate = aMaximum;
     }
 }

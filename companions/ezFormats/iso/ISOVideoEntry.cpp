@@ -7,6 +7,8 @@
 #include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
+#include "ezPlatform/media/MediaInfo.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -120,7 +122,7 @@ void TakeSequenceSet(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec)
     aCodec.mWidth = set.mWidth;
     aCodec.mHeight = set.mHeight;
     aCodec.mScan = set.mfFramesOnly ? kProgressive : kInterlaced;
-    if (set.mBitRate.mBitRate < UINT32_MAX) {
+    if (set.mBitRate.mBitRate < kezMediaInfo_VariableRate) {
         // The rate of a buffer is what it is filled with at most.
         const auto rate = static_cast<std::uint32_t>(set.mBitRate.mBitRate);
         TakeRates(rate, set.mBitRate.mfConstant ? rate : 0, aCodec);

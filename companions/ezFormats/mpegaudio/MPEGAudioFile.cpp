@@ -18,8 +18,6 @@ using namespace std::string_view_literals;
 
 namespace {
 
-constexpr std::uint32_t kVariable = 0xFFFFFFFF;
-
 /// Bytes of which only so many are read that are not at hand.
 class FewReads : public ByteSource {
 public:
@@ -341,7 +339,7 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
         anInfo.Set(kezInfo_AudioBitRate, LengthOfFrames(mSurvey, mCount, mSound).mAverageRate, true);
         anInfo.Set(kezInfo_PictureProcess, kezMediaInfo_FreeFormat, true);
     } else {
-        anInfo.Set(kezInfo_AudioBitRate, IsVariable() ? kVariable : header.mBitRate, true);
+        anInfo.Set(kezInfo_AudioBitRate, IsVariable() ? kezMediaInfo_VariableRate : header.mBitRate, true);
     }
     if (!mFrames.IsFreeFormat() && IsVariable()) {
         anInfo.Set(kezInfo_AudioMaxBitRate, mfAllSeen ? mSurvey.mHighestRate : header.mMaxBitRate, true);

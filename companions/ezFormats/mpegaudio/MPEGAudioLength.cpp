@@ -2,6 +2,8 @@
 
 #include "ezBytes/ByteReader.h"
 
+#include "ezPlatform/media/MediaInfo.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -70,7 +72,7 @@ std::uint64_t SpeedOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGA
 std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAudioHeader& aHeader) {
     const std::uint64_t samples = std::max<std::uint64_t>(1, aFrames * aHeader.mSampleCount);
     const std::uint64_t rate = 8 * std::min(aBytes, kMostBytes) * aHeader.mSamplingRate / samples;
-    const std::uint32_t most = aHeader.mBitRate != 0 ? aHeader.mMaxBitRate : UINT32_MAX - 1;
+    const std::uint32_t most = aHeader.mBitRate != 0 ? aHeader.mMaxBitRate : kezMediaInfo_VariableRate - 1;
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, most));
 }
 

@@ -10,7 +10,7 @@
 /// the file or beyond is not believed: the frames are looked for behind its header.
 ///
 /// Of the record: kezInfo_AudioCodec "MP1", "MP2" or "MP3", sampling rate, channels, and
-/// kezInfo_AudioBitRate, which is 0xFFFFFFFF where it varies. A varying one has its mean as
+/// kezInfo_AudioBitRate, which is kezMediaInfo_VariableRate where it varies. A varying one has its mean as
 /// kezInfo_AudioEstimatedBitRate, and as kezInfo_AudioMaxBitRate the highest of its frames if all were seen,
 /// else the highest that its layer allows. Free format states none, but has one, which is the
 /// mean of the frames that were looked at; it is announced without a profile whatever the rules say, as the

@@ -4,7 +4,8 @@
 
 namespace {
 
-constexpr uint32 kNotStated = 0xFFFFFFFF; // also what a record states of a rate that varies
+/// Also what a record states of a rate that varies: no rule takes such a rate for a number.
+constexpr uint32 kNotStated = kezMediaInfo_VariableRate;
 static_assert(ProfileFactValues::kMaximum + 1 == kNotStated, "no number lies between");
 
 /// Hundredths of a picture a second: less than what parts 23.976 from 24, and more than what rounding a

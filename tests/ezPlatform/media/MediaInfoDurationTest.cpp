@@ -103,3 +103,19 @@ TEST(MediaInfoDuration, TheFirstSecondsMayFollowTheMethod) {
     info.Set("du", 20, true);
     EXPECT_EQ(Length(info), "20 - header");
 }
+
+TEST(MediaInfoDuration, TheBoundOfAnEstimateGoesWithIt) {
+    ezMediaInfo info;
+    const auto setBound = [&info] {
+        info.SetDuration(20040, "estimate: rate");
+        info.Set(kezInfo_DurationBound, 700, true);
+    };
+    setBound();
+    info.Set("du", 21, true);
+    EXPECT_EQ(info.GetUInt32("db", 0), 700U) << "the seconds are the same, rounded up";
+    info.Set("du", 20, true);
+    EXPECT_FALSE(info.Has("db"));
+    setBound();
+    info.SetDuration(20040, "header");
+    EXPECT_FALSE(info.Has("db")) << "another length, of which nobody has told one";
+}

@@ -13,6 +13,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -69,11 +70,31 @@ TEST(MediaInfo, KeysHaveTheirNames) {
         {kezInfo_PictureWidth, "wi"},
         {kezInfo_PictureHeight, "he"},
         {kezInfo_DurationMethod, "md"},
+        {kezInfo_FrameRate, "fr"},
+        {kezInfo_VideoProfile, "vp"},
+        {kezInfo_VideoLevel, "vl"},
+        {kezInfo_PictureProcess, "pr"},
+        {kezInfo_PictureColours, "cr"},
+        {kezInfo_PictureBitDepth, "cd"},
+        {kezInfo_Orientation, "ud"},
         {kezInfo_DurationMilliseconds, "dm"},
+        {kezInfo_DurationBound, "db"},
+        {kezInfo_Date, "da"},
+        {kezInfo_TrackNumber, "tn"},
+        {kezInfo_DiscNumber, "dn"},
+        {kezInfo_AlbumArtist, "aa"},
+        {kezInfo_Composer, "co"},
+        {kezInfo_Compilation, "cp"},
+        {kezInfo_Creators, "as"},
+        {kezInfo_Genres, "gs"},
+        {kezInfo_Languages, "la"},
     };
+    std::set<std::string> names;
     for (const auto& key : keys) {
         EXPECT_STREQ(key.first, key.second);
+        EXPECT_TRUE(names.insert(key.second).second) << key.second << " means two things";
     }
+    EXPECT_EQ(kezMediaInfo_VariableRate, 4294967295U);
 }
 
 TEST(MediaInfo, ANewRecordIsEmptyAndNotValid) {

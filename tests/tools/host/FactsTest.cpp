@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr uint32 kVariable = 0xFFFFFFFF;
-
 /// Name, or "values." and key where there is none, to the words shown.
 std::map<std::string, std::string> WordsOf(const ezMediaInfo& anInfo) {
     std::map<std::string, std::string> words;
@@ -29,7 +27,7 @@ using Words = std::map<std::string, std::string>;
 
 TEST(Facts, RatesAreShownInWordsUnknownOnesNotAndVariableOnesAsSuch) {
     ezMediaInfo info;
-    info.Set(kezInfo_BitRate, kVariable, true);
+    info.Set(kezInfo_BitRate, kezMediaInfo_VariableRate, true);
     info.Set(kezInfo_MaxBitRate, 0, true);
     info.Set(kezInfo_EstimatedBitRate, 1411200, true);
     info.Set(kezInfo_AudioBitRate, 128000, true);
@@ -154,6 +152,36 @@ TEST(Facts, OfPicturesHaveNamesAndLabels) {
                                     {"orientation", "6"},
                                     {"duration_from", "estimate: of the first frames"}}));
     EXPECT_EQ(FactsOf(info).at(0).mLabel, "duration from");
+}
+
+TEST(Facts, OfWhatIsAnnouncedHaveNamesAndLabels) {
+    ezMediaInfo info;
+    info.Set(kezInfo_Date, "1999", true); // a text, though it reads as a number
+    info.Set(kezInfo_TrackNumber, 3, true);
+    info.Set(kezInfo_DiscNumber, 2, true);
+    info.Set(kezInfo_AlbumArtist, "Band", true);
+    info.Set(kezInfo_Composer, "Writer", true);
+    info.Set(kezInfo_Compilation, 1, true);
+    info.Set(kezInfo_Creators, "One, Two\nThree", true);
+    info.Set(kezInfo_Genres, "Rock\nPop", true);
+    info.Set(kezInfo_Languages, "en,pt-BR", true);
+    info.Set(kezInfo_DurationBound, 1500, true);
+    EXPECT_EQ(WordsOf(info), (Words{{"date", "1999"},
+                                    {"track", "3"},
+                                    {"disc", "2"},
+                                    {"album_artist", "Band"},
+                                    {"composer", "Writer"},
+                                    {"compilation", "yes"},
+                                    {"creators", "One, Two; Three"},
+                                    {"genres", "Rock; Pop"},
+                                    {"languages", "en; pt-BR"},
+                                    {"duration_bound_ms", "1500"}}));
+    const std::vector<Fact> facts = FactsOf(info);
+    EXPECT_EQ(FindFactNamed(facts, "creators")->mValues, (std::vector<std::string>{"One, Two", "Three"}));
+    EXPECT_EQ(FindFactNamed(facts, "languages")->mValues, (std::vector<std::string>{"en", "pt-BR"}));
+    EXPECT_FALSE(FindFactNamed(facts, "date")->mfNumber);
+    EXPECT_TRUE(FindFactNamed(facts, "date")->mValues.empty());
+    EXPECT_TRUE(FindFactNamed(facts, "compilation")->mfFlag);
 }
 
 TEST(Facts, ATextWhereANumberIsMeantLosesItsName) {

@@ -10,8 +10,6 @@
 
 namespace {
 
-/// A bit rate that varies or cannot be told.
-constexpr std::uint64_t kVariableRate = 0xFFFFFFFF;
 /// A record has pictures in so many seconds.
 constexpr unsigned kFrameRateDivisor = 1000;
 /// Lengths below this, in milliseconds, are shown with their fraction.
@@ -19,7 +17,21 @@ constexpr std::uint64_t kShort = 10000;
 /// What a record has for the level just below 1.
 constexpr std::uint64_t kLevelBelowOne = 9;
 
-enum class Kind { Text, Bytes, Seconds, Milliseconds, Rate, Hertz, Count, Flag, FrameRate, Level };
+/// Lines and Tags are texts that list several values.
+enum class Kind {
+    Text,
+    Lines,
+    Tags,
+    Bytes,
+    Seconds,
+    Milliseconds,
+    Rate,
+    Hertz,
+    Count,
+    Flag,
+    FrameRate,
+    Level
+};
 
 struct KnownKey {
     const char* mKey;
@@ -28,7 +40,7 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 33> kKnownKeys = {{
+constexpr std::array<KnownKey, 43> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
@@ -37,6 +49,7 @@ constexpr std::array<KnownKey, 33> kKnownKeys = {{
     {kezInfo_Duration, "duration", "duration", Kind::Seconds},
     {kezInfo_DurationMilliseconds, "duration_ms", "milliseconds", Kind::Milliseconds},
     {kezInfo_DurationMethod, "duration_from", "duration from", Kind::Text},
+    {kezInfo_DurationBound, "duration_bound_ms", "shorter by ms", Kind::Milliseconds},
     {kezInfo_BitRate, "bit_rate", "bit rate", Kind::Rate},
     {kezInfo_MaxBitRate, "max_bit_rate", "max. bit rate", Kind::Rate},
     {kezInfo_EstimatedBitRate, "estimated_bit_rate", "est. bit rate", Kind::Rate},
@@ -62,6 +75,15 @@ constexpr std::array<KnownKey, 33> kKnownKeys = {{
     {kezInfo_VideoBitRate, "video_bit_rate", "video bit rate", Kind::Rate},
     {kezInfo_VideoMaxBitRate, "video_max_bit_rate", "max. video rate", Kind::Rate},
     {kezInfo_VideoEstimatedBitRate, "video_estimated_bit_rate", "est. video rate", Kind::Rate},
+    {kezInfo_Languages, "languages", "languages", Kind::Tags},
+    {kezInfo_Date, "date", "date", Kind::Text},
+    {kezInfo_DiscNumber, "disc", "disc", Kind::Count},
+    {kezInfo_TrackNumber, "track", "track", Kind::Count},
+    {kezInfo_Compilation, "compilation", "compilation", Kind::Flag},
+    {kezInfo_AlbumArtist, "album_artist", "album artist", Kind::Text},
+    {kezInfo_Composer, "composer", "composer", Kind::Text},
+    {kezInfo_Creators, "creators", "creators", Kind::Lines},
+    {kezInfo_Genres, "genres", "genres", Kind::Lines},
 }};
 
 /// What a record of LPCM media has under the key of the audio bit rate.
@@ -132,7 +154,7 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     case Kind::Bytes:
         return SizeInWords(aNumber);
     case Kind::Rate:
-        return aNumber == kVariableRate ? "variable" : ThousandsInWords(aNumber, "bit/s");
+        return aNumber == kezMediaInfo_VariableRate ? "variable" : ThousandsInWords(aNumber, "bit/s");
     case Kind::Hertz:
         return ThousandsInWords(aNumber, "Hz");
     case Kind::Flag:
@@ -140,6 +162,8 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
     case Kind::FrameRate:
         return ThousandthsInWords(aNumber);
     case Kind::Text:
+    case Kind::Lines:
+    case Kind::Tags:
     case Kind::Seconds:
     case Kind::Milliseconds:
     case Kind::Count:
@@ -153,6 +177,30 @@ std::string NumberInWords(Kind aKind, std::uint64_t aNumber) {
 bool IsUnknown(Kind aKind, std::uint64_t aNumber) {
     constexpr std::array<Kind, 4> kKinds = {Kind::Rate, Kind::Hertz, Kind::Count, Kind::FrameRate};
     return aNumber == 0 && std::find(kKinds.begin(), kKinds.end(), aKind) != kKinds.end();
+}
+
+bool IsText(Kind aKind) {
+    return aKind == Kind::Text || aKind == Kind::Lines || aKind == Kind::Tags;
+}
+
+/// The values of a text that lists several.
+std::vector<std::string> ValuesOf(std::string_view aText, Kind aKind) {
+    const char separator = aKind == Kind::Lines ? '\n' : ',';
+    std::vector<std::string> values;
+    for (std::size_t start = 0; start <= aText.size();) {
+        const std::size_t end = std::min(aText.find(separator, start), aText.size());
+        values.emplace_back(aText.substr(start, end - start));
+        start = end + 1;
+    }
+    return values;
+}
+
+std::string ValuesInWords(const std::vector<std::string>& aValues) {
+    std::string words;
+    for (const std::string& value : aValues) {
+        words += words.empty() ? value : "; " + value;
+    }
+    return words;
 }
 
 class FactMaker {
@@ -209,7 +257,7 @@ private:
     }
 
     bool IsToBeShownAsNumber(const char* aKey, const KnownKey& aKnown) const {
-        if (aKnown.mKind == Kind::Text) {
+        if (IsText(aKnown.mKind)) {
             return aKnown.mName[0] == '\0' && mInfo.IsNumber(aKey);
         }
         // Only what does not read as a number gives the two defaults back.
@@ -229,7 +277,7 @@ private:
         if (aKind == Kind::Level) {
             aFact.mWords = LevelInWords(aFact.mNumber, mInfo.GetCString(kezInfo_VideoCodec, "") == "MPEG4");
         }
-        if (aKind == Kind::Level || (aKind == Kind::Rate && aFact.mNumber == kVariableRate)) {
+        if (aKind == Kind::Level || (aKind == Kind::Rate && aFact.mNumber == kezMediaInfo_VariableRate)) {
             aFact.mfNumber = false;
             aFact.mText = aFact.mWords;
         }
@@ -248,7 +296,10 @@ private:
         } else {
             fact.mText = mInfo.GetCString(aKey, "").View();
             fact.mWords = fact.mText;
-            if (aKnown.mKind != Kind::Text) {
+            if (aKnown.mKind == Kind::Lines || aKnown.mKind == Kind::Tags) {
+                fact.mValues = ValuesOf(fact.mText, aKnown.mKind);
+                fact.mWords = ValuesInWords(fact.mValues);
+            } else if (aKnown.mKind != Kind::Text) {
                 // A parser that writes a text where a number is meant: shown, but not under the name by which
                 // programs look for a number.
                 fact.mName.clear();

@@ -19,6 +19,7 @@ struct Fact {
     std::uint64_t mNumber = 0;
     unsigned mDivisor = 1; ///< 1000 of a frame rate
     std::string mText;
+    std::vector<std::string> mValues; ///< of a text that lists them; empty of any other
 };
 
 /// Everything that a record tells, in the order in which it is shown. A rate that is not known is left out,

@@ -25,6 +25,9 @@ Json ValueOf(const Fact& aFact) {
     if (aFact.mfNumber) {
         return aFact.mNumber;
     }
+    if (!aFact.mValues.empty()) {
+        return aFact.mValues;
+    }
     return aFact.mText;
 }
 

@@ -50,8 +50,15 @@ std::string ShortWords(const Fact& aFact) {
     if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
     }
-    if (aFact.mName == "has_video" || aFact.mName == "duration_from" || aFact.mName == "duration_ms") {
-        return ""; // the class tells; how sure the duration is, and how fine, is a matter of explanations
+    // The class tells; how sure the duration is, and how fine, is a matter of explanations; and creator and
+    // genre have all names.
+    constexpr std::array<std::string_view, 6> kTold = {"has_video",         "duration_from", "duration_ms",
+                                                       "duration_bound_ms", "creators",      "genres"};
+    if (std::find(kTold.begin(), kTold.end(), aFact.mName) != kTold.end()) {
+        return "";
+    }
+    if (aFact.mName == "compilation") {
+        return aFact.mLabel;
     }
     return aFact.mLabel + " " + aFact.mWords;
 }

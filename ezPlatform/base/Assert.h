@@ -18,10 +18,10 @@ EZPLATFORM_API void ezAssert_SetHandler(ezAssertHandler aHandler, void* aUserDat
 /// aborts where there is none. The expression text comes twice; the second is what a handler is shown.
 EZPLATFORM_API void _ezAssert(const char* anExpression, const char* aSource, int aLine, const char* aMessage);
 
-/// Asserts that a caller kept its side of a contract, and yields whether it did, so that the code behind a
+/// Asserts that a caller kept its side of a contract, and yields whether it did, so that the code after a
 /// handler that returns (or a build without assertions) can refuse: `if (!ezAssert(...)) return false;`.
 /// The text and the source name are reported as they stand here; they are part of the behaviour.
-/// Never used on the content of a media.
+/// Never used on the content of a file.
 #ifdef EZ_NO_ASSERTIONS
 inline bool ezAssert_Holds(bool afHolds, const char* /*aText*/, const char* /*aSource*/) {
     return afHolds;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Arithmetic on numbers that come from a media or its container, for sums that nothing else bounds.
+/// Arithmetic on numbers that come from a file or stream, for sums that nothing else bounds.
 
 /// Adds two unsigned 64-bit numbers. False, with *aSum untouched, when the sum would wrap.
 inline bool ezChecked_Add(std::uint64_t aLeft, std::uint64_t aRight, std::uint64_t* aSum) {

@@ -9,7 +9,7 @@ public:
 
     /// A time that is set; neither number is checked.
     /// @param aSeconds      since the epoch, negative before it
-    /// @param aNanoseconds  behind aSeconds, 0 to 999999999
+    /// @param aNanoseconds  after aSeconds, 0 to 999999999
     ezDateTime(std::int64_t aSeconds, std::int32_t aNanoseconds)
         : mSeconds(aSeconds), mNanoseconds(aNanoseconds), mfSet(true) {}
 

@@ -17,7 +17,7 @@ public:
     bool IsError() const { return mCode != 0; }
     /// 0 for no error, else one of the codes that the operation's own documentation lists.
     int GetCode() const { return mCode; }
-    /// The message, lent until this object changes; empty for no error.
+    /// The message, valid until this object changes; empty for no error.
     const char* ToString() const { return mMessage.c_str(); }
 
 private:

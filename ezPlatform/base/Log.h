@@ -17,7 +17,7 @@ enum ezLogModule : int { EZLOG_M_PARSERS = 10, EZLOG_M_THUMBNAIL = 37 };
 /// Set it before other threads use the libraries.
 extern EZPLATFORM_API int _ezLog_Level;
 
-/// One finished line as a sink receives it; its texts are lent for the call only.
+/// One finished line as a sink receives it; its texts are valid during the call only.
 struct ezLogLine {
     int mLevel;          ///< ezLogLevel
     int mModule;         ///< ezLogModule

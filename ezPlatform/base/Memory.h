@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-/// Takes aSize bytes whose number comes from input. Null when they cannot be had: an ordinary failure.
+/// Allocates aSize bytes, a number that comes from input. Null when they cannot be had: an ordinary failure.
 /// Given back with ezFree.
 EZPLATFORM_API void* ezMalloc(std::size_t aSize);
 

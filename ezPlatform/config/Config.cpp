@@ -24,11 +24,6 @@ struct Key {
     bool mfInReadWrite;
 };
 
-bool IsEqualNoCase(std::string_view aLeft, std::string_view aRight) {
-    return std::equal(aLeft.begin(), aLeft.end(), aRight.begin(), aRight.end(),
-                      [](char aCharacter, char anOther) { return ezLower(aCharacter) == ezLower(anOther); });
-}
-
 struct Section {
     std::string mName;
     std::vector<Key> mKeys;
@@ -38,7 +33,7 @@ struct Section {
 
     const Key* Find(std::string_view aName, std::uint32_t aHash) const {
         const std::size_t found = mSlots.Find(
-            aHash, [&](std::size_t anIndex) { return IsEqualNoCase(mKeys[anIndex].mName, aName); });
+            aHash, [&](std::size_t anIndex) { return ezIsEqualNoCase(mKeys[anIndex].mName, aName); });
         return found != 0 ? &mKeys[found - 1] : nullptr;
     }
 

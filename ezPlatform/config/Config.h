@@ -12,7 +12,7 @@
 /// The file: sections "[name]", whose names are exact; lines "key=value", spaces around "=" and at both ends
 /// ignored, keys compared without case; comments only where the very first character of a line is ";" or "#";
 /// lines without "=", with an empty key or before the first section do not count, nor does a "[" without "]";
-/// what stands behind "]" is ignored. "\n" and "\r\n" end a line; a UTF-8 byte order mark is dropped. Of
+/// what follows "]" is ignored. "\n" and "\r\n" end a line; a UTF-8 byte order mark is dropped. Of
 /// duplicate keys the place of the first and the value of the last counts; a section that is opened again
 /// goes on. Keys are enumerated in file order, those of the read-only file first.
 ///
@@ -37,7 +37,7 @@ public:
     /// With afMerged the keys of both files, each key once; without only those of the read-write file, in the
     /// merged order.
     std::size_t GetKeyCount(const ezCString& aSection, bool afMerged) const;
-    /// The key at an index as it is written where it first stands; the empty text behind the end.
+    /// The key at an index as it is written where it first stands; the empty text past the end.
     ezCString GetKeyNameCString(const ezCString& aSection, std::size_t anIndex, bool afMerged) const;
     /// The value in force; aDefault when there is no such key. A key without a value has the empty value.
     ezCString GetCString(const ezCString& aSection, const ezCString& aKey, const ezCString& aDefault) const;

@@ -9,7 +9,7 @@ struct ezPropertyList;
 
 /// Given back with ezPropertyList_Delete.
 EZPLATFORM_API ezPropertyList* ezPropertyList_New();
-/// Frees the list and with it every text that it lent. Null is ignored.
+/// Frees the list and with it every text that it handed out. Null is ignored.
 EZPLATFORM_API void ezPropertyList_Delete(ezPropertyList* aList);
 
 /// Sets a number, in place of whatever the property was; as a text it reads in decimal. A null name sets
@@ -20,5 +20,5 @@ EZPLATFORM_API void ezPropertyList_Set_charPtr(ezPropertyList* aList, const char
 
 /// The number; a text that is a whole decimal number reads as that; 0 when absent or anything else.
 EZPLATFORM_API uint32 ezPropertyList_Get_uint32(const ezPropertyList* aList, const char* aName);
-/// The text, lent until the property is set again; a number as decimal text; null when absent.
+/// The text, valid until the property is set again; a number as decimal text; null when absent.
 EZPLATFORM_API const char* ezPropertyList_Get_charPtr(const ezPropertyList* aList, const char* aName);

@@ -4,12 +4,13 @@
 
 #include <cstddef>
 
-/// An array of pointers behind free functions, sorted on demand. A null array is empty and takes nothing.
+/// An array of pointers, used through free functions, sorted on demand. A null array is empty and takes
+/// nothing.
 struct ezArray;
 
 /// Frees an item that leaves an array that owns its items.
 using ezArrayFreeFunc = void (*)(void* anItem);
-/// Below, equal to or above 0 as the left item sorts before, with or behind the right one.
+/// Below, equal to or above 0 as the left item sorts before, with or after the right one.
 using ezArraySortFunc = int (*)(const void* aLeft, const void* aRight);
 /// Not 0 when an item answers to a key.
 using ezArraySearchFunc = int (*)(const void* anItem, const void* aKey);
@@ -22,13 +23,13 @@ EZPLATFORM_API void ezArray_Delete(ezArray* anArray);
 EZPLATFORM_API void ezArray_SetFreeFunc(ezArray* anArray, ezArrayFreeFunc aFreeFunc);
 /// Says what order ezArray_Sort makes; sorts nothing yet. Null takes the order away.
 EZPLATFORM_API void ezArray_SetSortFunc(ezArray* anArray, ezArraySortFunc aSortFunc);
-/// Adds an item behind the last, sorted or not; the array owns it if it has a free function.
+/// Adds an item after the last, sorted or not; the array owns it if it has a free function.
 EZPLATFORM_API void ezArray_Append(ezArray* anArray, void* anItem);
-/// The item at an index; null behind the end.
+/// The item at an index; null past the end.
 EZPLATFORM_API void* ezArray_At(const ezArray* anArray, std::size_t anIndex);
-/// Exchanges the item at an index and frees the one that stood there. False behind the end.
+/// Replaces the item at an index and frees the one that stood there. False past the end.
 EZPLATFORM_API bool ezArray_SetAt(ezArray* anArray, std::size_t anIndex, void* anItem);
-/// Takes the item at an index out and frees it. False behind the end.
+/// Takes the item at an index out and frees it. False past the end.
 EZPLATFORM_API bool ezArray_Remove(ezArray* anArray, std::size_t anIndex);
 /// The number of items; 0 of a null array.
 EZPLATFORM_API std::size_t ezArray_GetCount(const ezArray* anArray);

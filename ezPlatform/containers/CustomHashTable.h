@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-/// A table from texts to values that it looks after through value functions. Keys are copied, compared
+/// A table from texts to values that it copies and frees through value functions. Keys are copied, compared
 /// exactly and enumerated in the order added. A null table is empty and takes nothing.
 struct ezCustomHashTable;
 
@@ -27,7 +27,7 @@ EZPLATFORM_API void* ezCustomHashTable_Lookup(ezCustomHashTable* aTable, const e
 EZPLATFORM_API bool ezCustomHashTable_Add(ezCustomHashTable* aTable, const ezCString& aKey, void* aValue);
 /// The number of keys; indices are below it. 0 of a null table.
 EZPLATFORM_API std::size_t ezCustomHashTable_GetTupleCount(const ezCustomHashTable* aTable);
-/// The key at an index, in the order added; the empty text behind the end.
+/// The key at an index, in the order added; the empty text past the end.
 EZPLATFORM_API ezCString ezCustomHashTable_GetKeyAtIndex(ezCustomHashTable* aTable, std::size_t anIndex);
 
 /// A table from texts to numbers. Used with the two functions below, ezCustomHashTable_HasKey and _Delete.

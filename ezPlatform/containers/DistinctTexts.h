@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// Tells which of many texts, lent to it, it has met before. A few are walked over; beyond that a table keeps
-/// the cost of one from growing with their number. Not installed.
+/// Tells which of many texts, which it borrows, it has met before. A few are compared one by one; beyond that
+/// a table keeps the cost of one from growing with their number. Not installed.
 class ezDistinctTexts {
 public:
     /// Takes a text that was not met before. False for the others.

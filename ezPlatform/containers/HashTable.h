@@ -26,7 +26,7 @@ struct ezHashTableEnumerator;
 EZPLATFORM_API ezHashTableEnumerator* ezHashTableEnumerator_New(ezHashTable* aTable);
 /// Goes to the next key; false when there is none.
 EZPLATFORM_API bool ezHashTableEnumerator_MoveNext(ezHashTableEnumerator* anEnumerator);
-/// The key (lent by the table) and the value where the enumerator stands; null for what is not wanted.
+/// The key (borrowed from the table) and the value where the enumerator stands; null for what is not wanted.
 /// Before the first MoveNext nothing is written.
 EZPLATFORM_API void ezHashTableEnumerator_GetValue(ezHashTableEnumerator* anEnumerator, const char** aKey,
                                                    std::size_t* aKeyLength, void** aValue);

@@ -12,8 +12,8 @@ public:
     public:
         /// Stands at an index; the number of items is the end.
         Iterator(const ezPtrList* aList, std::size_t anIndex) : mList(aList), mIndex(anIndex) {}
-        /// The item where it stands, as the list holds it: lent, and null where null was added. Not at the
-        /// end.
+        /// The item where it stands, as the list holds it: borrowed, and null where null was added. Not at
+        /// the end.
         T* operator*() const { return static_cast<T*>(*ezPtrList_GetAt(mList, mIndex)); }
         /// Goes to the next place.
         Iterator& operator++() {
@@ -30,7 +30,7 @@ public:
 
     /// A view over a list, which it borrows; null is the empty list.
     explicit ezItems(const ezPtrList* aList) : mList(aList) {}
-    /// The first place, and the one behind the last item that the list has when it is asked.
+    /// The first place, and the one past the last item that the list has when it is asked.
     /// @{
     Iterator begin() const { return Iterator(mList, 0); }
     Iterator end() const { return Iterator(mList, ezPtrList_GetCount(mList)); }

@@ -4,11 +4,11 @@
 
 #include <cstddef>
 
-/// A list of pointers behind free functions. A null list is empty and takes nothing.
+/// A list of pointers, used through free functions. A null list is empty and takes nothing.
 struct ezPtrList;
 
-/// The place of an item in a list. It stays valid until its item or one behind it is deleted, or an item is
-/// appended: a deletion leaves the places behind it only, so that a walk which has taken the successor
+/// The place of an item in a list. It stays valid until its item or one after it is deleted, or an item is
+/// appended: a deletion keeps only the places after it, so that a walk which has taken the successor
 /// beforehand can go on.
 struct ezPtrListNode;
 
@@ -24,7 +24,7 @@ EZPLATFORM_API void ezPtrList_SetFreeFunc(ezPtrList* aList, ezPtrListFreeFunc aF
 /// A free function for items that came from ezStrdup or ezMalloc.
 EZPLATFORM_API void ezPtrList_DefaultFreeFunc(void* anItem);
 /// Adds an item at the end; the list owns it if it has a free function. Nodes and addresses taken before are
-/// good no more.
+/// valid no more.
 EZPLATFORM_API void ezPtrList_Append(ezPtrList* aList, void* anItem);
 /// The number of items; 0 of a null list.
 EZPLATFORM_API std::size_t ezPtrList_GetCount(const ezPtrList* aList);
@@ -35,7 +35,7 @@ EZPLATFORM_API void ezPtrList_Clear(ezPtrList* aList);
 
 /// The first node; null in an empty list.
 EZPLATFORM_API ezPtrListNode* ezPtrList_GetFirst(const ezPtrList* aList);
-/// The node behind a node of this list; null behind the last.
+/// The node after a node of this list; null after the last.
 EZPLATFORM_API ezPtrListNode* ezPtrList_GetNext(const ezPtrList* aList, const ezPtrListNode* aNode);
 /// The item of a node.
 EZPLATFORM_API void* ezPtrListNode_GetData(const ezPtrListNode* aNode);

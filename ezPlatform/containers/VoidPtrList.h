@@ -30,7 +30,7 @@ public:
     std::size_t size() const { return mItems.size(); }
     bool empty() const { return mItems.empty(); }
     /// @}
-    /// The first place and the one behind the last.
+    /// The first place and the one past the last.
     /// @{
     const_iterator begin() const { return mItems.begin(); }
     const_iterator end() const { return mItems.end(); }

@@ -483,8 +483,8 @@ void ezDLNAProtocolInfo_SetDTCPIP(ezDLNAProtocolInfo* anInfo, const char* aHost,
     if (anInfo == nullptr) {
         return;
     }
-    const ezCString outerType = ezCString(anInfo->mMimeType.c_str()).BeforeFirst(';').TrimLeftRight();
-    if (outerType.CompareNoCase(ezCString(kDTCPType)) != 0) {
+    const std::string_view whole(anInfo->mMimeType);
+    if (!ezIsEqualNoCase(ezTrimmed(whole.substr(0, whole.find(';'))), kDTCPType)) {
         std::string quoted;
         for (const char character : anInfo->mMimeType) {
             if (character == '"' || character == '\\') {

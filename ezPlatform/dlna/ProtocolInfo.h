@@ -35,18 +35,18 @@ inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goe
 /// with ezDLNAProtocolInfo_Delete.
 EZPLATFORM_API ezDLNAProtocolInfo* ezDLNAProtocolInfo_New(const char* aText, std::size_t aLength,
                                                           int aReserved);
-/// Frees the object and with it every text that it lent. Null is ignored.
+/// Frees the object and with it every text that it handed out. Null is ignored.
 EZPLATFORM_API void ezDLNAProtocolInfo_Delete(ezDLNAProtocolInfo* anInfo);
 
 /// The whole protocolInfo.
 EZPLATFORM_API char* ezDLNAProtocolInfo_GetStr(const ezDLNAProtocolInfo* anInfo);
 /// Its 4th field alone: what follows the third colon outside quotes; "*" when it is empty.
 EZPLATFORM_API char* ezDLNAProtocolInfo_Get4thFieldStr(const ezDLNAProtocolInfo* anInfo);
-/// The MIME type, lent until the object changes.
+/// The MIME type, valid until the object changes.
 EZPLATFORM_API const char* ezDLNAProtocolInfo_GetMimeType(const ezDLNAProtocolInfo* anInfo);
 /// Null or "" sets "*".
 EZPLATFORM_API void ezDLNAProtocolInfo_SetMimeType(ezDLNAProtocolInfo* anInfo, const char* aMimeType);
-/// The profile name, lent until the object changes; "" when there is none.
+/// The profile name, valid until the object changes; "" when there is none.
 EZPLATFORM_API const char* ezDLNAProtocolInfo_GetProfile(const ezDLNAProtocolInfo* anInfo);
 /// Null or "" takes DLNA.ORG_PN away.
 EZPLATFORM_API void ezDLNAProtocolInfo_SetProfile(ezDLNAProtocolInfo* anInfo, const char* aProfile);

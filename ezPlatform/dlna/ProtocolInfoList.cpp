@@ -1,23 +1,18 @@
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/StringList.h"
 
-#include <memory>
 #include <vector>
 
 namespace {
-
-struct Deleter {
-    void operator()(ezDLNAProtocolInfo* anInfo) const { ezDLNAProtocolInfo_Delete(anInfo); }
-};
 
 constexpr const char* kTransport = "http-get:*:";
 
 } // namespace
 
 struct ezDLNAProtocolInfoList {
-    std::vector<std::unique_ptr<ezDLNAProtocolInfo, Deleter>> mItems;
+    std::vector<ezOwned<ezDLNAProtocolInfo_Delete>> mItems;
 };
 
 ezDLNAProtocolInfoList* ezDLNAProtocolInfoList_NewFromProfileInfo(const char* aText, int /*aReserved*/) {

@@ -6,7 +6,8 @@
 /// A list of protocolInfos that it owns. A null list is empty and takes nothing.
 struct ezDLNAProtocolInfoList;
 
-/// Parses a profile-info text: entries parted by "," (inside an entry it is written "\,"), each a MIME type,
+/// Parses a profile-info text: entries separated by "," (inside an entry it is written "\,"), each a MIME
+/// type,
 /// ":" and a 4th field; empty entries are dropped. The last argument is reserved and 0. Never null; given
 /// back with ezDLNAProtocolInfoList_Delete.
 EZPLATFORM_API ezDLNAProtocolInfoList* ezDLNAProtocolInfoList_NewFromProfileInfo(const char* aText,
@@ -15,7 +16,7 @@ EZPLATFORM_API ezDLNAProtocolInfoList* ezDLNAProtocolInfoList_NewFromProfileInfo
 EZPLATFORM_API void ezDLNAProtocolInfoList_Delete(ezDLNAProtocolInfoList* aList);
 /// The number of entries; 0 of a null list.
 EZPLATFORM_API std::size_t ezDLNAProtocolInfoList_GetCount(const ezDLNAProtocolInfoList* aList);
-/// Lent until it is removed; null behind the end.
+/// Borrowed from the list until it is removed; null past the end.
 EZPLATFORM_API ezDLNAProtocolInfo*
 ezDLNAProtocolInfoList_GetProtocolInfoAt(const ezDLNAProtocolInfoList* aList, std::size_t anIndex);
 /// Takes an entry out and deletes it.

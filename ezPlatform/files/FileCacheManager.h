@@ -16,14 +16,14 @@ class ezFile;
 /// A host asks OpenCachedFile for a name. What is cached comes open for reading; else an empty file comes to
 /// be filled, which is then reported by SetCachedFileState. Only what was reported as good is handed out
 /// later: a file that is being filled stands under a name of its own, and a process that is killed on the way
-/// leaves nothing behind but that, which the next one removes.
+/// leaves nothing but that, which the next one removes.
 ///
 /// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed;
 /// whatever lies in it belongs to the cache. Nothing outside of it is made, renamed or removed: for that the
 /// folder is opened anew each time, a symbolic link in its place is refused, and the work is done in what was
 /// opened, whatever stands there a moment later. Foreign files beside it are safe. A hit goes by the path
 /// alone and is marked by the file's time of modification: where a link takes the folder's place after it was
-/// seen, a file of exactly that name behind the link is still handed out and marked, until a new file is
+/// seen, a file of exactly that name where the link leads is still handed out and marked, until a new file is
 /// asked for. Links within the folder are not followed.
 ///
 /// What is needed in memory is bounded: of the files that may go next it knows an eighth of all, 1,024 at the

@@ -3,11 +3,11 @@
 #include "ezPlatform/base/Export.h"
 #include "ezPlatform/text/CString.h"
 
-/// The path of a file, taken apart.
+/// The path of a file and its components.
 ///
-/// "/" and also "\" part the components (playlists come from other systems), but the text that opens the file
-/// is never rewritten, so that a POSIX name which holds a backslash still opens; its names are then those
-/// after the backslash.
+/// "/" and also "\" separate the components (playlists come from other systems), but the text that opens the
+/// file is never rewritten, so that a POSIX name which holds a backslash still opens; its names are then
+/// those after the backslash.
 class EZPLATFORM_API ezPathName {
 public:
     /// An invalid path: the empty text.

@@ -82,7 +82,7 @@ inline constexpr const char* kezInfo_DurationBound = "db";
 /// @{
 /// When a photo was taken, or a piece recorded or released (dc:date). ISO 8601, as precise as the media
 /// states it, and a day that the calendar has: "1999", "1999-12", "1999-12-31", "1999-12-31T23:59:58", and
-/// the same with "Z" or a zone like "+02:00" behind the time. Years are 0001 to 9999.
+/// the same with "Z" or a zone like "+02:00" after the time. Years are 0001 to 9999.
 inline constexpr const char* kezInfo_Date = "da";
 /// The place of a piece on its disc or in its series (upnp:originalTrackNumber): a number, 1 to 2147483647.
 inline constexpr const char* kezInfo_TrackNumber = "tn";
@@ -178,7 +178,7 @@ public:
 
     /// Closes the making of a record; changes nothing that can be seen, whatever the argument.
     void Finish(bool afComplete);
-    /// True when the record says at least what the media is: its MIME type.
+    /// True when the record says at least what the item is: its MIME type.
     bool IsValid() const { return Has(kezInfo_MimeType); }
     /// The keyed values, "ac=2, mt=audio/L16", as they are: a value may hold any byte.
     ezCString GetOtherProperties() const;

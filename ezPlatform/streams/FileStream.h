@@ -3,15 +3,15 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/Stream.h"
 
-/// A part of a file as a media: aSize bytes from anOffset of the file on, as far as the file goes, which is
-/// the length that it had when it was opened.
+/// A part of a file as a media stream: aSize bytes from anOffset of the file on, as far as the file goes,
+/// which is the length that it had when it was opened.
 ///
 /// A file that did not open makes a stream that is not open, of size 0, whose seeks and reads are
-/// ezStreamingStatus_InvalidState. Nothing is lent. A record receives the MIME type, where it has none.
+/// ezStreamingStatus_InvalidState. It lends nothing. A record receives the MIME type, where it has none.
 class EZPLATFORM_API ezFilePartStream : public ezStream {
 public:
     /// @param aFile  opened for reading; owned from now on. Null is a file that did not open.
-    /// @param aPath  what the media is called; its extension is the media's
+    /// @param aPath  the name of the stream; its extension is the stream's
     ezFilePartStream(ezFile* aFile, const ezCString& aMimeType, const ezCString& aPath,
                      const ezuint64& anOffset, const ezuint64& aSize);
 
@@ -35,7 +35,7 @@ private:
     std::uint64_t mPosition = 0;
 };
 
-/// A whole file as a media. Everything else is as for a part of a file.
+/// A whole file as a media stream. Everything else is as for a part of a file.
 class EZPLATFORM_API ezFileStream : public ezFilePartStream {
 public:
     /// The parameters are those of a part of a file, from 0 to the length that the file had when it was

@@ -2,16 +2,16 @@
 
 #include "ezPlatform/streams/Stream.h"
 
-/// A media that lies in memory as a whole. It lends its bytes.
+/// A media stream that lies in memory as a whole. It lends its bytes.
 ///
 /// A record receives the MIME type, where it has none.
 class EZPLATFORM_API ezMemoryStream : public ezStream {
 public:
-    /// @param aBlock  a block of ezMalloc, owned from now on; null is an empty media
+    /// @param aBlock  a block of ezMalloc, owned from now on; null is an empty one
     /// @param aSize   bytes of the media at the start of the block
     ezMemoryStream(void* aBlock, std::size_t aSize, const ezCString& aMimeType);
 
-    /// Names the media; without a name it has neither URI nor extension.
+    /// Names the stream; without a name it has neither URI nor extension.
     void SetURI(const ezCString& aURI) { mURI = aURI; }
 
     /// Of the name's last component.

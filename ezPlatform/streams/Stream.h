@@ -40,7 +40,7 @@ enum ezStreamAccess : int { ezStreamAccess_Read = 1, ezStreamAccess_Seek = 2 };
 using ezStreamThresholdCallBack = void (*)(void* aUserData);
 
 // clang-format off
-/// A media that arrives: bytes from a network, a pipe, a file or memory, behind one interface.
+/// A media stream: bytes that arrive from a network, a pipe, a file or memory, through one interface.
 ///
 /// What both reads give with ezStreamReadFlag_Whole; *aSize is what was asked for, and then the count:
 ///
@@ -82,7 +82,7 @@ public:
     /// True when the stream can be read.
     virtual bool IsOpened() = 0;
     /// Puts the stream at a position from the start. The stream stays where it was when it fails. A seek to
-    /// the end succeeds; one behind the end of a media whose size is known is ezStreamingStatus_OutOfRange.
+    /// the end succeeds; one past the end of a media whose size is known is ezStreamingStatus_OutOfRange.
     virtual ezStreamingStatus Seek(const ezuint64& aPosition) = 0;
 
     /// Copies bytes into a buffer that takes *aSize of them.

@@ -95,10 +95,10 @@ ezCString ezCString::TrimLeftRight() const {
     return ezCString(ezTrimmed(View()));
 }
 
-ezCString ezCString::Pad(std::size_t aCount, char aCharacter, bool afBehind) const {
+ezCString ezCString::Pad(std::size_t aCount, char aCharacter, bool afAtEnd) const {
     ezCString text = *this;
     if (aCount > mText.size()) {
-        text.mText.insert(afBehind ? mText.size() : 0, aCount - mText.size(), aCharacter);
+        text.mText.insert(afAtEnd ? mText.size() : 0, aCount - mText.size(), aCharacter);
     }
     return text;
 }
@@ -128,18 +128,7 @@ bool ezCString::StartsWith(std::string_view aText) const {
 }
 
 int ezCString::CompareNoCase(const ezCString& aText) const {
-    const std::size_t common = std::min(mText.size(), aText.mText.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        const unsigned char left = static_cast<unsigned char>(ezLower(mText[i]));
-        const unsigned char right = static_cast<unsigned char>(ezLower(aText.mText[i]));
-        if (left != right) {
-            return left < right ? -1 : 1;
-        }
-    }
-    if (mText.size() == aText.mText.size()) {
-        return 0;
-    }
-    return mText.size() < aText.mText.size() ? -1 : 1;
+    return ezCompareNoCase(mText, aText.mText);
 }
 
 ezCString& ezCString::operator+=(const ezCString& aText) {

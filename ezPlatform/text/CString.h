@@ -2,6 +2,7 @@
 
 #include "ezPlatform/base/Export.h"
 #include "ezPlatform/base/Types.h"
+#include "ezPlatform/text/Case.h"
 
 #include <cstddef>
 #include <string>
@@ -27,22 +28,22 @@ public:
     /// text.
     static ezCString FromAllocatedString(char* aText);
 
-    /// The text with a NUL behind it, never null, lent until this text changes. A NUL within ends it early
+    /// The text with a NUL after it, never null, valid until this text changes. A NUL within ends it early
     /// for whoever reads it as a C string.
     const char* c_str() const { return mText.c_str(); }
-    /// Bytes, without the NUL that c_str() puts behind them.
+    /// Bytes, without the NUL that c_str() puts after them.
     std::size_t GetLength() const { return mText.size(); }
-    /// True when there is not a byte.
+    /// True when there is no byte.
     bool IsEmpty() const { return mText.empty(); }
-    /// The bytes, lent until this text changes.
+    /// The bytes, valid until this text changes.
     std::string_view View() const { return mText; }
 
     /// The first aCount bytes; all of them when there are fewer.
     ezCString Left(std::size_t aCount) const;
-    /// aCount bytes from aStart; a count of -1 means to the end. Clamps: a start behind the end gives "".
+    /// aCount bytes from aStart; a count of -1 means to the end. Clamps: a start past the end gives "".
     ezCString Mid(std::size_t aStart, std::ptrdiff_t aCount = -1) const;
 
-    /// What stands before or behind the first or last aCharacter. Where the character is absent, AfterFirst
+    /// What stands before or after the first or last aCharacter. Where the character is absent, AfterFirst
     /// gives the empty text and the other three the whole text: whoever splits a base from an extension tests
     /// for the dot.
     /// @{
@@ -60,9 +61,9 @@ public:
     /// Without the blanks, tabs, line ends, vertical tabs and form feeds at both ends.
     ezCString TrimLeftRight() const;
 
-    /// At least aCount bytes long: with aCharacter put behind the text as often as that takes, or before it
-    /// without afBehind. A text that is long enough stays as it is.
-    ezCString Pad(std::size_t aCount, char aCharacter, bool afBehind) const;
+    /// At least aCount bytes long: with aCharacter put after the text as often as that takes, or before it
+    /// without afAtEnd. A text that is long enough stays as it is.
+    ezCString Pad(std::size_t aCount, char aCharacter, bool afAtEnd) const;
 
     /// With aWith in place of every occurrence of aFind, or of the first alone without afAll. An empty
     /// aFind occurs nowhere. Null is the empty text.
@@ -75,15 +76,15 @@ public:
     /// True when this text begins with aText, to the letter; every text begins with "".
     bool StartsWith(std::string_view aText) const;
 
-    /// Below, equal to or above 0 as this text sorts before, with or behind the other, byte by byte.
+    /// Below, equal to or above 0 as this text sorts before, with or after the other, byte by byte.
     int Compare(const ezCString& aText) const { return mText.compare(aText.mText); }
     /// The same with A to Z taken as a to z.
     int CompareNoCase(const ezCString& aText) const;
 
-    /// Puts aText, which may be this very text, behind this one.
+    /// Appends aText, which may be this very text.
     ezCString& operator+=(const ezCString& aText);
 
-    /// A new text: aRight behind aLeft.
+    /// A new text: aLeft, then aRight.
     friend ezCString operator+(const ezCString& aLeft, const ezCString& aRight) {
         ezCString sum = aLeft;
         sum += aRight;
@@ -110,12 +111,7 @@ private:
     std::string mText;
 };
 
-/// The lower-case form of one byte: A to Z only, whatever the locale.
-constexpr char ezLower(char aCharacter) {
-    return aCharacter >= 'A' && aCharacter <= 'Z' ? static_cast<char>(aCharacter - 'A' + 'a') : aCharacter;
-}
-
-/// The text without white space at both ends, as a part of the given text.
+/// The text without white space at both ends, as a view into the given text.
 EZPLATFORM_API std::string_view ezTrimmed(std::string_view aText);
 
 /// True when the whole text is ASCII digits, at least one, and fits; only then is *aValue written.

@@ -9,7 +9,7 @@
 #include <vector>
 
 struct ezMimeTypeInfo {
-    std::vector<std::pair<ezCString, std::string>> mParts;
+    std::vector<std::pair<std::string, std::string>> mParts;
 };
 
 namespace {
@@ -70,7 +70,7 @@ ezMimeTypeInfo* ezMimeTypeInfo_New(const char* aMimeType) {
             continue;
         }
         if (const std::optional<std::string> value = Unquoted(ezTrimmed(part.substr(equals + 1)))) {
-            info->mParts.emplace_back(ezCString(name), *value);
+            info->mParts.emplace_back(name, *value);
         }
     }
     return info;
@@ -84,8 +84,9 @@ const char* ezMimeTypeInfo_GetPartValueByName(const ezMimeTypeInfo* anInfo, cons
     if (anInfo == nullptr) {
         return nullptr;
     }
+    const std::string_view wanted(aName != nullptr ? aName : "");
     for (const auto& [name, value] : anInfo->mParts) {
-        if (name.CompareNoCase(aName) == 0) {
+        if (ezIsEqualNoCase(name, wanted)) {
             return value.c_str();
         }
     }

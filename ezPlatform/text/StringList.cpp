@@ -6,7 +6,7 @@
 bool ezStringList::Has(const char* aText, bool afExactCase) const {
     const ezCString wanted(aText);
     return std::any_of(mItems.begin(), mItems.end(), [&](const ezCString& anItem) {
-        return afExactCase ? anItem == wanted : anItem.CompareNoCase(wanted) == 0;
+        return afExactCase ? anItem == wanted : ezIsEqualNoCase(anItem.View(), wanted.View());
     });
 }
 

@@ -18,10 +18,10 @@ public:
     std::size_t GetCount() const { return mItems.size(); }
     bool IsEmpty() const { return mItems.empty(); }
     /// @}
-    /// The text at an index; the empty text behind the end.
+    /// The text at an index; the empty text past the end.
     ezCString GetAt(std::size_t anIndex) const;
-    /// The text at an index as a signed decimal number, the whole text and no blank; aDefault when it is
-    /// none. *afOk, unless null, tells which.
+    /// The text at an index as a signed decimal number, the whole text and no blank; aDefault when it
+    /// is not one. *afOk, unless null, tells which.
     std::int32_t GetAtInt32(std::size_t anIndex, std::int32_t aDefault, bool* afOk) const;
     /// Takes every text that equals aText to the letter out.
     void Remove(const char* aText);
@@ -36,10 +36,10 @@ protected:
 class EZPLATFORM_API ezCSVStringList : public ezStringList {
 public:
     /// Named constructors, so that nobody takes a separator for an escape character.
-    /// An empty list whose elements are parted by aSeparator.
+    /// An empty list whose elements are separated by aSeparator.
     static ezCSVStringList WithSeparator(char aSeparator);
-    /// The elements of a text that "," parts; "\," is a comma that belongs to the element and is handed out
-    /// without the backslash, and every other backslash stays. The empty text has no elements. Costs one
+    /// The elements of a text, separated by ","; "\," is a comma that belongs to the element and is handed
+    /// out without the backslash, and every other backslash stays. The empty text has no elements. Costs one
     /// pass.
     static ezCSVStringList FromText(const ezCString& aText);
 

@@ -9,9 +9,10 @@
 /// give a scheme have none here: a one-letter "scheme" is a drive letter ("C:\x", "c:/x"), and a text with a
 /// blank or control byte in it whose colon no slash of either kind follows is a name ("Artist: Song.mp3").
 ///
-/// Components are handed out decoded, and lent until the object changes. A "%" that no two hexadecimal digits
-/// follow stands for itself. "%00" stays as it is written, as it would end the C string. In the path "%2F"
-/// stays too: the path is parted at its "/" before it is decoded, so that the name "AC%2FDC" is one segment.
+/// Components are handed out decoded, and are valid until the object changes. A "%" that no two hexadecimal
+/// digits follow stands for itself. "%00" stays as it is written, as it would end the C string. In the path
+/// "%2F" stays too: the path is split at its "/" before it is decoded, so that the name "AC%2FDC" is one
+/// segment.
 ///
 /// Texts that a function returns as char* are the caller's, freed with ezFree
 /// (ezCString::FromAllocatedString); a null object gives null and 0 and takes nothing. Every operation is
@@ -23,7 +24,7 @@ EZPLATFORM_API ezURI* ezURI_New();
 /// Takes a text apart whose components are escaped; null is the empty text. Never null; given back with
 /// ezURI_Delete.
 EZPLATFORM_API ezURI* ezURI_NewFromEscapedStr(const char* aText);
-/// Frees the object and with it every component that it lent. Null is ignored.
+/// Frees the object and with it every component that it handed out. Null is ignored.
 EZPLATFORM_API void ezURI_Delete(ezURI* aURI);
 
 /// Sets the scheme. Null, and a text that is no scheme of two characters or more, takes it away.
@@ -31,7 +32,7 @@ EZPLATFORM_API void ezURI_SetScheme(ezURI* aURI, const char* aScheme);
 
 /// Sets host and path to those of a local file (RFC 8089), whose name is escaped here and not before:
 /// "/m/a b.mp3", "C:\m\a b.mp3" and "\\server\m\a b.mp3" are "///m/a%20b.mp3", "///C:/m/a%20b.mp3" and
-/// "//server/m/a%20b.mp3" behind "file:". A relative path begins at the working folder, as a file URL is
+/// "//server/m/a%20b.mp3" after "file:". A relative path begins at the working folder, as a file URL is
 /// always absolute. "\" is a separator only where the path begins with it or with a drive; elsewhere it
 /// belongs to a POSIX name and is escaped. "." and ".." are resolved by text: the system may find another
 /// file through a folder that is a symbolic link. False, and nothing is changed, for null, for "" and where
@@ -54,16 +55,16 @@ EZPLATFORM_API const char* ezURI_GetHostName(const ezURI* aURI);
 EZPLATFORM_API uint32 ezURI_GetPort(const ezURI* aURI);
 /// Null when it is empty.
 EZPLATFORM_API const char* ezURI_GetPath(const ezURI* aURI);
-/// Without "?"; null when absent, "" when nothing stands behind the "?".
+/// Without "?"; null when absent, "" when nothing follows the "?".
 EZPLATFORM_API const char* ezURI_GetQuery(const ezURI* aURI);
-/// Without "#"; null when absent, "" when nothing stands behind the "#".
+/// Without "#"; null when absent, "" when nothing follows the "#".
 EZPLATFORM_API const char* ezURI_GetFragment(const ezURI* aURI);
 
-/// What stands behind the last "/" of the path, decoded whole: "AC%2FDC" is "AC/DC" here. Null when the path
+/// What follows the last "/" of the path, decoded whole: "AC%2FDC" is "AC/DC" here. Null when the path
 /// is empty, "" when it ends in "/".
 EZPLATFORM_API char* ezURI_GetLastPathSegment(const ezURI* aURI);
-/// The value of the first query argument of a decoded name, to the letter ("name=value" parted by "&", "+" a
-/// blank, as web forms write them). "" without "="; null when there is none.
+/// The value of the first query argument of a decoded name, to the letter ("name=value" separated by "&", "+"
+/// a blank, as web forms write them). "" without "="; null when there is none.
 EZPLATFORM_API char* ezURI_GetQueryArgument(const ezURI* aURI, const char* aName);
 
 /// Resolves a reference against a base (RFC 3986 section 5, strictly: a reference with a scheme, even the

@@ -6,6 +6,7 @@
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/containers/CustomHashTable.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
@@ -66,8 +67,8 @@ int MergedProtocolInfo_SearchProfile(const void* anInfo, const void* aProfile) {
 bool IsAudioOrVideo(const ezCString& aMimeType) {
     const std::string_view type = aMimeType.View();
     const std::size_t slash = type.find('/');
-    return slash != std::string_view::npos && (MediaMapperName_EqualNoCase(type.substr(0, slash), "audio") ||
-                                               MediaMapperName_EqualNoCase(type.substr(0, slash), "video"));
+    return slash != std::string_view::npos && (ezIsEqualNoCase(type.substr(0, slash), "audio") ||
+                                               ezIsEqualNoCase(type.substr(0, slash), "video"));
 }
 
 } // namespace
@@ -182,14 +183,13 @@ void DLNAMediaMapper::BuildMergedEntryArray() {
     const Entry* first = nullptr;
     for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
         const Entry* entry = EntryAt(mEntryArray, i);
-        ezDLNAProtocolInfo* info = NewProtocolInfo(entry->mFullProfile);
+        ezOwned<ezDLNAProtocolInfo_Delete> info(NewProtocolInfo(entry->mFullProfile));
         if (first == nullptr || first->mProfile != entry->mProfile) {
             first = entry;
-            merged = info;
+            merged = info.release();
             ezArray_Append(mMergedProtocolInfoArray, merged);
         } else {
-            ezDLNAProtocolInfo_Merge(merged, info);
-            ezDLNAProtocolInfo_Delete(info);
+            ezDLNAProtocolInfo_Merge(merged, info.get());
         }
     }
     BuildSpecialDLNAProfileList();
@@ -200,16 +200,15 @@ void DLNAMediaMapper::BuildSpecialDLNAProfileList() {
     mEnabledDLNAProfileInfoList.Add("JPEG_TN");
     mEnabledDLNAProfileInfoList.Add("PNG_TN");
     mDisabledDLNAProfileInfoList.Reset();
-    ezArray* records = NewProfileArray();
-    for (std::size_t i = 0; i < ezArray_GetCount(records); ++i) {
-        const DLNAProfileEntry* record = RecordAt(records, i);
+    const ezOwned<ezArray_Delete> records(NewProfileArray());
+    for (std::size_t i = 0; i < ezArray_GetCount(records.get()); ++i) {
+        const DLNAProfileEntry* record = RecordAt(records.get(), i);
         const char* profile = ezDLNAProtocolInfo_GetProfile(record->GetDLNAProtocolInfo());
         if (*profile != '\0') {
             (record->GetProfileEnabled() ? mEnabledDLNAProfileInfoList : mDisabledDLNAProfileInfoList)
                 .Add(profile);
         }
     }
-    ezArray_Delete(records);
 }
 
 std::ptrdiff_t DLNAMediaMapper::SearchFileName(const ezCString& aFileName) const {
@@ -268,12 +267,12 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
     ezArray_SetSortFunc(records, DLNAProfileEntry_Sort);
     ProfileIndex index; // a record that takes another's place has the same name
     for (std::size_t i = 0; i < ezArray_GetCount(mEntryArray); ++i) {
-        DLNAProfileEntry* record = new DLNAProfileEntry(*EntryAt(mEntryArray, i));
+        auto record = std::make_unique<DLNAProfileEntry>(*EntryAt(mEntryArray, i));
         ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
         const std::optional<std::size_t> found = index.Find(ezDLNAProtocolInfo_GetProfile(info));
         if (!found) {
             index.Add(ezDLNAProtocolInfo_GetProfile(info), ezArray_GetCount(records));
-            ezArray_Append(records, record);
+            ezArray_Append(records, record.release());
             continue;
         }
         const std::size_t place = *found;
@@ -284,9 +283,7 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
                 : ezCString();
         ezDLNAProtocolInfo_MergePlaySpeeds(known->GetDLNAProtocolInfo(), speeds.c_str());
         if (record->CanSupportPlaySpeed() && !known->CanSupportPlaySpeed()) {
-            ezArray_SetAt(records, place, record);
-        } else {
-            delete record;
+            ezArray_SetAt(records, place, record.release());
         }
     }
     ezArray_Sort(records);
@@ -328,7 +325,9 @@ ezCString DLNAMediaMapper::GetEnabledProfileList(const ezCString& aList) {
 }
 
 ezCString DLNAMediaMapper::GetEnabledMimeTypeProfileList(const ezCString& aText) {
-    ezDLNAProtocolInfoList* list = ezDLNAProtocolInfoList_NewFromProfileInfo(aText.c_str(), 0);
+    const ezOwned<ezDLNAProtocolInfoList_Delete> owned(
+        ezDLNAProtocolInfoList_NewFromProfileInfo(aText.c_str(), 0));
+    ezDLNAProtocolInfoList* const list = owned.get();
     for (std::size_t i = ezDLNAProtocolInfoList_GetCount(list); i > 0; --i) {
         const char* profile =
             ezDLNAProtocolInfo_GetProfile(ezDLNAProtocolInfoList_GetProtocolInfoAt(list, i - 1));
@@ -336,9 +335,7 @@ ezCString DLNAMediaMapper::GetEnabledMimeTypeProfileList(const ezCString& aText)
             ezDLNAProtocolInfoList_Remove(list, i - 1);
         }
     }
-    ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypeProfileStr(list));
-    ezDLNAProtocolInfoList_Delete(list);
-    return text;
+    return ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypeProfileStr(list));
 }
 
 bool DLNAMediaMapper::IsDisabledProfile(const char* aName) {

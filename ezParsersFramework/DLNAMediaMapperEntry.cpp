@@ -2,6 +2,7 @@
 
 #include "ez/DLNAMediaMapper.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 
 #include <array>
@@ -213,10 +214,9 @@ void DLNAMediaMapperEntry::ValidatePlaySpeedList(ezCSVStringList& aSpeeds, bool 
     if (aSpeeds.IsEmpty()) {
         return;
     }
-    ezDLNAProtocolInfo* accepted = ezDLNAProtocolInfo_New(nullptr, 0, 0);
-    ezDLNAProtocolInfo_SetPlaySpeeds(accepted, aSpeeds.Join().c_str(), 0);
+    const ezOwned<ezDLNAProtocolInfo_Delete> accepted(ezDLNAProtocolInfo_New(nullptr, 0, 0));
+    ezDLNAProtocolInfo_SetPlaySpeeds(accepted.get(), aSpeeds.Join().c_str(), 0);
     aSpeeds = ezCSVStringList::FromText(
-        ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(accepted, 0)));
+        ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(accepted.get(), 0)));
     aSpeeds.Remove("1");
-    ezDLNAProtocolInfo_Delete(accepted);
 }

@@ -3,6 +3,7 @@
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -23,7 +24,7 @@ const char* ClassOf(const ezCString& aMimeType) {
     return type == "image" ? "item.imageItem" : "";
 }
 
-/// A text as part of a list that commas part.
+/// A text as part of a comma-separated list.
 ezCString Escaped(const char* aText) {
     return ezCString(aText).Replace(",", "\\,", true);
 }
@@ -47,9 +48,9 @@ DLNAMediaMapperParser::DLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper, ezPr
 DLNAMediaMapperParser::~DLNAMediaMapperParser() = default;
 
 void DLNAMediaMapperParser::CacheDLNAInfo() {
-    ezArray* records = mMediaMapper->NewProfileArray();
-    for (std::size_t i = 0; i < ezArray_GetCount(records); ++i) {
-        const DLNAProfileEntry* record = static_cast<DLNAProfileEntry*>(ezArray_At(records, i));
+    const ezOwned<ezArray_Delete> records(mMediaMapper->NewProfileArray());
+    for (std::size_t i = 0; i < ezArray_GetCount(records.get()); ++i) {
+        const DLNAProfileEntry* record = static_cast<DLNAProfileEntry*>(ezArray_At(records.get(), i));
         const ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
         if (!record->GetProfileEnabled()) {
             continue;
@@ -66,7 +67,6 @@ void DLNAMediaMapperParser::CacheDLNAInfo() {
         }
         mDLNAInfo += mDLNAInfo.IsEmpty() ? item : "," + item;
     }
-    ezArray_Delete(records);
 }
 
 ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
@@ -86,11 +86,10 @@ ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
         info->Set(kezInfo_Duration, duration, true);
     }
     if (entry->mProfile == "LPCM") {
-        ezMimeTypeInfo* type = ezMimeTypeInfo_New(entry->mMimeType.c_str());
-        SetFromPart(*info, kezInfo_AudioChannelCount, type, "channels");
-        SetFromPart(*info, kezInfo_AudioBitRate, type, "rate");
+        const ezOwned<ezMimeTypeInfo_Delete> type(ezMimeTypeInfo_New(entry->mMimeType.c_str()));
+        SetFromPart(*info, kezInfo_AudioChannelCount, type.get(), "channels");
+        SetFromPart(*info, kezInfo_AudioBitRate, type.get(), "rate");
         info->Set(kezInfo_AudioBitsPerSample, 16, true);
-        ezMimeTypeInfo_Delete(type);
     }
     return info;
 }

@@ -3,6 +3,7 @@
 #include "detail/FirstString.h"
 
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/config/Config.h"
 #include "ezPlatform/containers/HashTable.h"
 #include "ezPlatform/containers/Items.h"
@@ -50,16 +51,15 @@ void FileUnder(ezHashTable* aTable, const char* aKey, Entry* anEntry) {
 
 /// Deletes the lists of a table; its keys stay, with nothing under them.
 void DeleteLists(ezHashTable* aTable) {
-    ezHashTableEnumerator* enumerator = ezHashTableEnumerator_New(aTable);
-    while (ezHashTableEnumerator_MoveNext(enumerator)) {
+    const ezOwned<ezHashTableEnumerator_Delete> enumerator(ezHashTableEnumerator_New(aTable));
+    while (ezHashTableEnumerator_MoveNext(enumerator.get())) {
         const char* key = nullptr;
         std::size_t length = 0;
         void* list = nullptr;
-        ezHashTableEnumerator_GetValue(enumerator, &key, &length, &list);
+        ezHashTableEnumerator_GetValue(enumerator.get(), &key, &length, &list);
         ezPtrList_Delete(static_cast<ezPtrList*>(list));
         ezHashTable_AddEntry(aTable, key, length, nullptr);
     }
-    ezHashTableEnumerator_Delete(enumerator);
 }
 
 /// Extensions in the order added, each once. A short list, which is the usual one, is walked and takes no
@@ -92,16 +92,12 @@ public:
 private:
     static constexpr std::size_t kWalkedSize = 16;
 
-    struct TableDeleter {
-        void operator()(ezHashTable* aTable) const { ezHashTable_Delete(aTable); }
-    };
-
     void Note(std::string_view anExtension) {
         ezHashTable_AddEntry(mKnown.get(), anExtension.data(), anExtension.size(), this);
     }
 
     ezCSVStringList mList = ezCSVStringList::WithSeparator(kExtensionListSeparator);
-    std::unique_ptr<ezHashTable, TableDeleter> mKnown; ///< null while the list is walked
+    ezOwned<ezHashTable_Delete> mKnown; ///< null while the list is walked
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "detail/FirstString.h"
 
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/PtrList.h"
 
 #include <array>
@@ -43,19 +43,19 @@ ExtensionMimeTypeMatcherEntry::ExtensionMimeTypeMatcherEntry(const ezCString& aK
     Init();
     ezPtrList_Append(mTypes, ezStrdup(aKey.c_str()));
 
-    ezPtrList* fields = NewStringList();
-    SplitAndStrip(fields, anEntry, '@', false); // empty fields are dropped, so what follows them moves up
+    const ezOwned<ezPtrList_Delete> fields(NewStringList());
+    // Empty fields are dropped, so what follows them moves up.
+    SplitAndStrip(fields.get(), anEntry, '@', false);
     struct Field {
         ezPtrList* mDest;
         bool mfLower;
     };
     const std::array<Field, 4> destinations = {
         {{mExtensions, true}, {mMimeTypes, true}, {mUPnPClasses, false}, {mTypes, true}}};
-    for (std::size_t i = 0; i < destinations.size() && i < ezPtrList_GetCount(fields); ++i) {
-        const ezCString text(static_cast<const char*>(*ezPtrList_GetAt(fields, i)));
+    for (std::size_t i = 0; i < destinations.size() && i < ezPtrList_GetCount(fields.get()); ++i) {
+        const ezCString text(static_cast<const char*>(*ezPtrList_GetAt(fields.get(), i)));
         SplitAndStrip(destinations[i].mDest, text, ',', destinations[i].mfLower);
     }
-    ezPtrList_Delete(fields);
 }
 
 bool ExtensionMimeTypeMatcherEntry::IsOfClass(const char* aClass) const {

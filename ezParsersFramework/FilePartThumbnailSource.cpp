@@ -1,7 +1,7 @@
 #include "ez/FilePartThumbnailSource.h"
 
 #include "ezPlatform/base/Assert.h"
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/FileStream.h"
 #include "ezPlatform/streams/MemoryStream.h"
@@ -11,15 +11,6 @@
 #include <climits>
 #include <cstring>
 #include <memory>
-
-namespace {
-
-struct BlockFreer {
-    void operator()(void* aBlock) const { ezFree(aBlock); }
-};
-using Block = std::unique_ptr<void, BlockFreer>;
-
-} // namespace
 
 ezFilePartThumbnailSource::ezFilePartThumbnailSource(const ezCString& aMimeType, const ezPathName& aFilePath,
                                                      ezFileOffset aStartOffset, uint32 aSize, bool afBase64,
@@ -58,7 +49,7 @@ ezStream* ezFilePartThumbnailSource::GetDecodedStream(ezFile& aFile) const {
     // Never more memory than the file is long, nor than one read gives; the sums below then fit 32 bits.
     const ezFileOffset inFile = std::max<ezFileOffset>(aFile.LengthAtOpen() - mStartOffset, 0);
     const auto size = static_cast<std::size_t>(std::min<ezFileOffset>({inFile, mSize, INT_MAX}));
-    const Block text(ezMalloc(size + 1));
+    const ezFreed<void> text(ezMalloc(size + 1));
     if (text == nullptr) {
         return nullptr;
     }
@@ -70,7 +61,7 @@ ezStream* ezFilePartThumbnailSource::GetDecodedStream(ezFile& aFile) const {
 
 ezStream* ezFilePartThumbnailSource::Decode(const char* aText, std::size_t aCount) const {
     const std::size_t theExpectedDecodedSize = (aCount + 3) / 4 * 3 + 1;
-    Block decoded(ezMalloc(theExpectedDecodedSize));
+    ezFreed<void> decoded(ezMalloc(theExpectedDecodedSize));
     if (decoded == nullptr) {
         return nullptr;
     }

@@ -36,7 +36,7 @@ LPCMParser::~LPCMParser() = default;
 
 ezMediaInfo* LPCMParser::Parse(ezMediaParserStream& aStream) {
     const ezPathName path = ezPathName::MakeFilePath(aStream.GetFullPath());
-    if (path.GetExtension().Lower() != "pcm") {
+    if (!ezIsEqualNoCase(path.GetExtension().View(), "pcm")) {
         return nullptr;
     }
     ezLog_F(EZLOGLEVEL_DEBUG, "LPCMParser::Parse()\n"); // also when the file is declined below

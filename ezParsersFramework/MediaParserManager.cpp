@@ -6,6 +6,7 @@
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/CustomHashTable.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/files/PathName.h"
@@ -264,13 +265,12 @@ ezCString ezMediaParserManager::GetDLNAInfo() {
 }
 
 ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
-    ezDLNAProtocolInfoList* list = ezDLNAProtocolInfoList_NewFromProfileInfo(GetDLNAInfo().c_str(), 0);
-    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list); ++i) {
-        ezDLNAProtocolInfo_SetDTCPIP(ezDLNAProtocolInfoList_GetProtocolInfoAt(list, i), nullptr, 0, 1);
+    const ezOwned<ezDLNAProtocolInfoList_Delete> list(
+        ezDLNAProtocolInfoList_NewFromProfileInfo(GetDLNAInfo().c_str(), 0));
+    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list.get()); ++i) {
+        ezDLNAProtocolInfo_SetDTCPIP(ezDLNAProtocolInfoList_GetProtocolInfoAt(list.get(), i), nullptr, 0, 1);
     }
-    ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list));
-    ezDLNAProtocolInfoList_Delete(list);
-    return text;
+    return ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list.get()));
 }
 
 bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo) {

@@ -3,7 +3,7 @@
 #include "ez/PlaylistParserFactory.h"
 
 #include "ezPlatform/base/Assert.h"
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/NUL.h"
 #include "ezPlatform/text/URI.h"
 
@@ -14,7 +14,7 @@ namespace {
 /// Title, dot and extension, brought up to this by zeros.
 constexpr std::size_t kNameLength = 30;
 constexpr std::size_t kPositionLength = 20;
-/// Behind the prefix: position, "/0", zeros and name, "/", line end.
+/// After the prefix: position, "/0", zeros and name, "/", line end.
 constexpr std::size_t kLineLength = kPositionLength + 2 + kNameLength + 1 + 2;
 static_assert(kLineLength == 55, "servers and clients count on it");
 constexpr std::size_t kTooLongExtension = 7;
@@ -52,18 +52,17 @@ bool sFindIndex(PlaylistParserEntry* anEntry, void* aUserData) {
     return true;
 }
 
-/// What a URL names: false when the text is none with a path.
+/// The title that a URL's path gives: false when the text is not a URL with a path.
 bool URLTitle(const ezCString& aText, ezCString* aTitle) {
     if (ezHasNUL(aText)) {
         return false;
     }
-    ezURI* uri = ezURI_NewFromEscapedStr(aText.c_str());
-    const bool fURL = ezURI_GetScheme(uri) != nullptr && ezURI_GetPath(uri) != nullptr;
-    if (fURL) {
-        *aTitle = ezCString::FromAllocatedString(ezURI_GetLastPathSegment(uri)).BeforeLast('.');
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(aText.c_str()));
+    if (ezURI_GetScheme(uri.get()) == nullptr || ezURI_GetPath(uri.get()) == nullptr) {
+        return false;
     }
-    ezURI_Delete(uri);
-    return fURL;
+    *aTitle = ezCString::FromAllocatedString(ezURI_GetLastPathSegment(uri.get())).BeforeLast('.');
+    return true;
 }
 
 /// The location as a file of this system, relative to a folder.
@@ -72,16 +71,12 @@ ezCString FileURL(const ezPathName& aFolder, const ezCString& anEntryURI) {
     if (!path.IsAbsolute()) { // a URL is not, and so becomes a file beside the playlist
         path = ezPathName::MakeCombinedFilePath(aFolder, anEntryURI);
     }
-    ezCString url;
-    if (!ezHasNUL(path.GetFullPath())) {
-        ezURI* uri = ezURI_New();
-        ezURI_SetScheme(uri, "file");
-        if (ezURI_SetFilePath(uri, path.GetFullPath().c_str())) {
-            url = ezCString::FromAllocatedString(ezURI_GetStr(uri));
-        }
-        ezURI_Delete(uri);
+    const ezOwned<ezURI_Delete> uri(ezURI_New());
+    ezURI_SetScheme(uri.get(), "file");
+    if (ezHasNUL(path.GetFullPath()) || !ezURI_SetFilePath(uri.get(), path.GetFullPath().c_str())) {
+        return ezCString();
     }
-    return url;
+    return ezCString::FromAllocatedString(ezURI_GetStr(uri.get()));
 }
 
 } // namespace

@@ -1,16 +1,10 @@
 #include "ezLiveStreams/FeedBuffer.h"
 
+#include "ezPlatform/base/Checked.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
-
-namespace {
-
-std::uint64_t SumUpToMaximum(std::uint64_t aLeft, std::uint64_t aRight) {
-    return aRight > UINT64_MAX - aLeft ? UINT64_MAX : aLeft + aRight;
-}
-
-} // namespace
 
 ezFeedBuffer::ezFeedBuffer(const ezFeedLimits& aLimits, Notice aThreshold, Notice anInterrupt)
     : mLimits{std::max<std::size_t>(aLimits.mWindow, 1), std::max(aLimits.mLargest, aLimits.mWindow)},
@@ -237,7 +231,7 @@ ezStreamingStatus ezFeedBuffer::Read(void* aBuffer, std::size_t* aSize, int aFla
         mErrorText = "a read of " + std::to_string(asked) + " bytes is larger than what is held";
         return ezStreamingStatus_OutOfInternalBuffer;
     }
-    mWantedEnd = SumUpToMaximum(mPosition, wanted);
+    mWantedEnd = ezSaturating_Add64(mPosition, wanted);
     mWindow = static_cast<std::size_t>(
         std::max<std::uint64_t>(mWindow, std::min<std::uint64_t>(wanted, mLimits.mLargest)));
     mWriterMayGoOn.notify_all();

@@ -401,8 +401,7 @@ ezHttpStream::~ezHttpStream() {
 }
 
 bool ezHttpStream::IsURL(const ezCString& aText) {
-    const ezCString lower = aText.Left(8).Lower();
-    return lower.Left(7) == "http://" || lower == "https://";
+    return ezStartsWithNoCase(aText.View(), "http://") || ezStartsWithNoCase(aText.View(), "https://");
 }
 
 ezCString ezHttpStream::GetExtension() const {

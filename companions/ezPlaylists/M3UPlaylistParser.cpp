@@ -28,16 +28,10 @@ constexpr std::array<std::string_view, 6> kHLSTags = {
 
 enum class LineKind { Nothing, Directive, Location };
 
-bool StartsWithNoCase(std::string_view aText, std::string_view anUpperCase) {
-    return aText.size() >= anUpperCase.size() &&
-           std::equal(anUpperCase.begin(), anUpperCase.end(), aText.begin(),
-                      [](char anUpper, char aByte) { return ezLower(anUpper) == ezLower(aByte); });
-}
-
 template <std::size_t Count>
 bool StartsWithOneOf(std::string_view aText, const std::array<std::string_view, Count>& aPrefixes) {
     return std::any_of(aPrefixes.begin(), aPrefixes.end(),
-                       [aText](std::string_view aPrefix) { return StartsWithNoCase(aText, aPrefix); });
+                       [aText](std::string_view aPrefix) { return ezStartsWithNoCase(aText, aPrefix); });
 }
 
 /// The line from its first byte that is no blank: what decides of what kind it is.
@@ -206,7 +200,7 @@ public:
 
 private:
     void TakeDirective(std::string_view aDirective, PlaylistParserEntry* anEntry) {
-        if (StartsWithNoCase(aDirective, kInfoDirective)) {
+        if (ezStartsWithNoCase(aDirective, kInfoDirective)) {
             TakeInfo(aDirective.substr(kInfoDirective.size()), anEntry);
         } else if (mTags.size() + aDirective.size() < kPlaylist_MaxTags) {
             mTags.append(mTags.empty() ? "" : "\n").append(ezTrimmed(aDirective));
@@ -244,7 +238,7 @@ M3UPlaylistParser::M3UPlaylistParser(ezStream* aStream, const PlaylistPlace& aPl
     : PlaylistParser(aPlace.GetParentURL()),
       mReader(std::make_unique<PlaylistStreamReader>(aStream)),
       mLines(std::make_unique<PlaylistLineReader>(*mReader)),
-      mfUTF8(aStream != nullptr && aStream->GetExtension().Lower() == "m3u8") {
+      mfUTF8(aStream != nullptr && ezIsEqualNoCase(aStream->GetExtension().View(), "m3u8")) {
     mFilePath = aPlace.GetFilePath();
     mMimeType = kMimeTypes[0];
 }

@@ -19,9 +19,9 @@ constexpr MediaClass kMediaClasses[] = {
     {"audio", &kDefaultPicture_Audio}, {"video", &kDefaultPicture_Video}, {"image", &kDefaultPicture_Image}};
 
 const DefaultPicture& PictureOf(const ezCString& aMimeType) {
-    const ezCString name = aMimeType.BeforeFirst('/');
+    const std::string_view name = aMimeType.View().substr(0, aMimeType.View().find('/'));
     for (const MediaClass& mediaClass : kMediaClasses) {
-        if (name.CompareNoCase(mediaClass.mName) == 0) {
+        if (ezIsEqualNoCase(name, mediaClass.mName)) {
             return *mediaClass.mPicture;
         }
     }

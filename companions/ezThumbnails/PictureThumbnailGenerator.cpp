@@ -131,9 +131,9 @@ void PictureThumbnailGenerator::ForgetFailures(const ThumbnailInfo& anInfo) {
 }
 
 uint32 PictureThumbnailGenerator::CanConvert(const ezCString& aMimeType) {
-    const ezCString type = aMimeType.BeforeFirst(';').TrimLeftRight();
+    const std::string_view type = ezTrimmed(aMimeType.View().substr(0, aMimeType.View().find(';')));
     for (const char* known : kMimeTypes) {
-        if (type.CompareNoCase(known) == 0) {
+        if (ezIsEqualNoCase(type, known)) {
             return kJPEGThumbnailID | kPNGThumbnailID;
         }
     }

@@ -34,18 +34,6 @@ std::string_view MediaMapperName_BaseToLookUp(std::string_view aBase) {
     return prefix == std::string_view::npos ? base : base.substr(prefix + kDTCPPrefix.size());
 }
 
-bool MediaMapperName_EqualNoCase(std::string_view aLeft, std::string_view aRight) {
-    if (aLeft.size() != aRight.size()) {
-        return false;
-    }
-    for (std::size_t i = aLeft.size(); i > 0; --i) {
-        if (ezLower(aLeft[i - 1]) != ezLower(aRight[i - 1])) {
-            return false;
-        }
-    }
-    return true;
-}
-
 MediaMapperNameKey::MediaMapperNameKey(const DLNAMediaMapperSearchInfo& aSearchInfo)
     : mSearchInfo(aSearchInfo), mName(aSearchInfo.mFileName.View()) {}
 
@@ -62,11 +50,10 @@ bool MediaMapperNameKey::KnowsExtension() const {
 int MediaMapperNameKey::Search(const void* anEntry, const void* aKey) {
     const MediaMapperNameKey& key = *static_cast<const MediaMapperNameKey*>(aKey);
     const MediaMapperName name(static_cast<const DLNAMediaMapperEntry*>(anEntry)->mFileName.View());
-    if (key.mName.mExtension.empty() || !MediaMapperName_EqualNoCase(name.mBase, key.mName.mBase)) {
+    if (key.mName.mExtension.empty() || !ezIsEqualNoCase(name.mBase, key.mName.mBase)) {
         return 0;
     }
-    if (MediaMapperName_EqualNoCase(name.mExtension, "pcm") &&
-        MediaMapperName_EqualNoCase(key.mName.mExtension, "wav")) {
+    if (ezIsEqualNoCase(name.mExtension, "pcm") && ezIsEqualNoCase(key.mName.mExtension, "wav")) {
         return 0;
     }
     // Whatever the entry's own extension is: any that the media types know finds the base name.

@@ -35,7 +35,3 @@ private:
     MediaMapperName mName;
     mutable std::optional<bool> mfKnowsExtension;
 };
-
-/// Without the case of A to Z. From the end on: the names of a table often begin alike, as those of a series
-/// do.
-bool MediaMapperName_EqualNoCase(std::string_view aLeft, std::string_view aRight);

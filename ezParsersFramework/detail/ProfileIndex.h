@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/HashTable.h"
 
 #include <cstddef>
@@ -10,13 +11,8 @@
 /// A record's place by profile name, so that a table of many profiles is not walked for each entry.
 class ProfileIndex {
 public:
-    ProfileIndex() : mTable(ezHashTable_New()) {}
-    ~ProfileIndex() { ezHashTable_Delete(mTable); }
-    ProfileIndex(const ProfileIndex&) = delete;
-    ProfileIndex& operator=(const ProfileIndex&) = delete;
-
     std::optional<std::size_t> Find(std::string_view aProfile) const {
-        const void* const place = ezHashTable_GetEntry(mTable, aProfile.data(), aProfile.size());
+        const void* const place = ezHashTable_GetEntry(mTable.get(), aProfile.data(), aProfile.size());
         return place != nullptr ? std::optional(reinterpret_cast<std::uintptr_t>(place) - 1) : std::nullopt;
     }
     /// Of places under one name the first stays.
@@ -24,10 +20,10 @@ public:
         if (!Find(aProfile)) {
             // A number in the place of a pointer: nothing follows it, and no optimisation is lost on it.
             void* const number = reinterpret_cast<void*>(aPlace + 1); // NOLINT(performance-no-int-to-ptr)
-            ezHashTable_AddEntry(mTable, aProfile.data(), aProfile.size(), number);
+            ezHashTable_AddEntry(mTable.get(), aProfile.data(), aProfile.size(), number);
         }
     }
 
 private:
-    ezHashTable* mTable;
+    ezOwned<ezHashTable_Delete> mTable{ezHashTable_New()};
 };

@@ -33,7 +33,7 @@ std::optional<std::uint64_t> Number(std::string_view aText) {
 /// What stands behind "bytes " in a content range.
 std::string_view BytesOf(std::string_view aRange) {
     constexpr std::string_view kUnit = "bytes ";
-    return Lower(aRange.substr(0, kUnit.size())) == kUnit ? aRange.substr(kUnit.size()) : std::string_view();
+    return ezStartsWithNoCase(aRange, kUnit) ? aRange.substr(kUnit.size()) : std::string_view();
 }
 
 } // namespace

@@ -193,7 +193,7 @@ private:
             return true;
         }
         if (!line.empty() && line.front() == '[') {
-            mfReference = ezCString(line).CompareNoCase("[Reference]") == 0;
+            mfReference = ezIsEqualNoCase(line, "[Reference]");
             return true;
         }
         const std::size_t equals = line.find('=');
@@ -202,7 +202,7 @@ private:
         }
         const std::string_view key = ezTrimmed(line.substr(0, equals));
         const std::string_view location = ezTrimmed(line.substr(equals + 1));
-        const bool fRef = ezCString(key.substr(0, 3)).CompareNoCase("ref") == 0;
+        const bool fRef = ezStartsWithNoCase(key, "ref");
         const bool fNumber = key.size() > 3 && key.substr(3).find_first_not_of("0123456789") == key.npos;
         if (!fRef || !fNumber || location.empty()) {
             return true;

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 
@@ -25,18 +24,14 @@ public:
         if (aCount <= mCapacity) {
             return true;
         }
-        void* grown =
-            aCount <= SIZE_MAX / sizeof(Type) ? ezRealloc(mItems.get(), aCount * sizeof(Type)) : nullptr;
-        if (grown == nullptr) {
+        if (aCount > SIZE_MAX / sizeof(Type) || !ezFreed_Resize(mItems, aCount * sizeof(Type))) {
             return false;
         }
-        static_cast<void>(mItems.release()); // it is, or lies in, the new block
-        mItems.reset(static_cast<Type*>(grown));
         mCapacity = aCount;
         return true;
     }
 
-    /// Puts items, which lie elsewhere, behind the last one. False, with none of them, when the memory is
+    /// Puts items, which lie elsewhere, after the last one. False, with none of them, when the memory is
     /// refused.
     bool Append(const Type* anItems, std::size_t aCount) {
         if (aCount > mCapacity - mSize &&
@@ -66,11 +61,7 @@ public:
 private:
     static constexpr std::size_t kFirst = 64; ///< items of the first room that is made for some
 
-    struct Free {
-        void operator()(Type* aBlock) const { ezFree(aBlock); }
-    };
-
-    std::unique_ptr<Type, Free> mItems;
+    ezFreed<Type> mItems;
     std::size_t mMaximum;
     std::size_t mCapacity = 0;
     std::size_t mSize = 0;

@@ -2,16 +2,15 @@
 
 #include "ezPlaylists/detail/Limits.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/URI.h"
 
 #include <algorithm>
 #include <string>
 
 bool HasScheme(std::string_view aLocation) {
-    ezURI* uri = ezURI_NewFromEscapedStr(std::string(aLocation).c_str());
-    const bool fScheme = ezURI_GetScheme(uri) != nullptr;
-    ezURI_Delete(uri);
-    return fScheme;
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(std::string(aLocation).c_str()));
+    return ezURI_GetScheme(uri.get()) != nullptr;
 }
 
 bool IsWindowsPath(std::string_view aLocation) {

@@ -50,7 +50,7 @@ public:
     bool Add(const PlaylistLine& aLine) {
         const std::string_view text = ezTrimmed(aLine.mText);
         if (!text.empty() && text.front() == '[') {
-            mfInSection = ezCString(text).CompareNoCase(kSection) == 0;
+            mfInSection = ezIsEqualNoCase(text, kSection);
             return true;
         }
         const std::size_t equals = text.find('=');

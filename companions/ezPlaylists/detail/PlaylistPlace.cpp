@@ -1,24 +1,20 @@
 #include "ezPlaylists/detail/PlaylistPlace.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/streams/Stream.h"
 #include "ezPlatform/text/URI.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 
 namespace {
-
-struct URIDelete {
-    void operator()(ezURI* aURI) const { ezURI_Delete(aURI); }
-};
 
 /// The path of a "file:" URL. One on another host is a path of Windows ("\\host\share\..."), of which a
 /// full URL with the same host is made again.
 ezPathName FilePathOf(const ezURI* aURI) {
     const ezCString host = ezURI_GetHostName(aURI);
     const ezCString path = ezURI_GetPath(aURI);
-    if (host.IsEmpty() || host.CompareNoCase("localhost") == 0) {
+    if (host.IsEmpty() || ezIsEqualNoCase(host.View(), "localhost")) {
         return ezPathName::MakeFilePath(path);
     }
     std::string text = "//" + std::string(host.View()) + std::string(path.View());
@@ -33,11 +29,11 @@ PlaylistPlace::PlaylistPlace(const ezStream* aStream) {
         return;
     }
     const ezCString place = aStream->GetURI();
-    const std::unique_ptr<ezURI, URIDelete> uri(ezURI_NewFromEscapedStr(place.c_str()));
-    const ezCString scheme = ezCString(ezURI_GetScheme(uri.get())).Lower();
-    if (scheme == "http" || scheme == "https") {
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(place.c_str()));
+    const ezCString scheme = ezURI_GetScheme(uri.get());
+    if (ezIsEqualNoCase(scheme.View(), "http") || ezIsEqualNoCase(scheme.View(), "https")) {
         mParentURL = place;
-    } else if (scheme == "file") {
+    } else if (ezIsEqualNoCase(scheme.View(), "file")) {
         mFilePath = FilePathOf(uri.get());
     } else {
         mFilePath = ezPathName::MakeFilePath(place);

@@ -24,13 +24,11 @@ ezCString XSPFPlaylistParser::GetFullURLFor(const ezCString& anEntryURI) {
     }
     // A playlist without a name lies in the working folder.
     const ezCString path = mFilePath.IsValid() ? mFilePath.GetFullPath() : ezCString("./");
-    ezURI* uri = ezURI_New();
-    ezURI_SetScheme(uri, "file");
-    ezCString url;
-    if (ezURI_SetFilePath(uri, path.c_str())) {
-        const ezCString base = ezCString::FromAllocatedString(ezURI_GetStr(uri));
-        url = ezCString::FromAllocatedString(ezURI_S_Combine(base.c_str(), anEntryURI.c_str()));
+    const ezOwned<ezURI_Delete> uri(ezURI_New());
+    ezURI_SetScheme(uri.get(), "file");
+    if (!ezURI_SetFilePath(uri.get(), path.c_str())) {
+        return ezCString();
     }
-    ezURI_Delete(uri);
-    return url;
+    const ezOwnedText base(ezURI_GetStr(uri.get()));
+    return ezCString::FromAllocatedString(ezURI_S_Combine(base.get(), anEntryURI.c_str()));
 }

@@ -2,26 +2,21 @@
 
 #include "ezBytes/InflatedBytes.h"
 
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/MemoryStream.h"
 #include "ezPlatform/text/Base64.h"
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <utility>
 
 namespace {
 
-struct BlockFreer {
-    void operator()(char* aBlock) const { ezFree(aBlock); }
-};
-
 /// A block of ezMalloc and what of it is used.
 struct Block {
     explicit Block(std::size_t aCapacity) : mBytes(static_cast<char*>(ezMalloc(aCapacity))) {}
-    std::unique_ptr<char, BlockFreer> mBytes;
+    ezFreed<char> mBytes;
     std::size_t mSize = 0;
 };
 

@@ -141,7 +141,7 @@ Cover FindOggCover(ezStream& aStream) {
          --left) {
         ByteReader comment = reader.Take(reader.ReadLittle32());
         if (comment.GetLeft() > kFieldName.size() &&
-            comment.ReadText(kFieldName.size()).Upper().View() == kFieldName) {
+            ezIsEqualNoCase(comment.ReadText(kFieldName.size()).View(), kFieldName)) {
             OfferPicture(comment, packet, choice);
         }
     }

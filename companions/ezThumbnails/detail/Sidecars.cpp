@@ -113,7 +113,7 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
     std::vector<Match> matches;
     const bool fListed = ListPictures(aFolder, [&](const ezCString& aName) {
         const auto found = std::find_if(aWanted.begin(), aWanted.end(), [&](const ezCString& aWantedName) {
-            return aWantedName.CompareNoCase(aName) == 0;
+            return ezIsEqualNoCase(aWantedName.View(), aName.View());
         });
         if (found != aWanted.end()) {
             matches.push_back({static_cast<std::size_t>(found - aWanted.begin()), aName != *found, aName});
@@ -142,7 +142,9 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
     }
     std::vector<Match> matches;
     for (std::size_t place = 0; place < aWanted.size(); ++place) {
-        const auto isSame = [&](const ezCString& aName) { return aName.CompareNoCase(aWanted[place]) == 0; };
+        const auto isSame = [&](const ezCString& aName) {
+            return ezIsEqualNoCase(aName.View(), aWanted[place].View());
+        };
         if (std::any_of(aWanted.begin(), aWanted.begin() + static_cast<std::ptrdiff_t>(place), isSame)) {
             continue; // media by the name of a folder's picture
         }
@@ -160,10 +162,10 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
 } // namespace
 
 ezCString SidecarMimeType(const ezCString& aPath) {
+    const std::string_view path = aPath.View();
     for (const Extension& extension : kExtensions) {
         const std::size_t size = extension.mText.size();
-        if (aPath.GetLength() > size &&
-            aPath.Mid(aPath.GetLength() - size).CompareNoCase(ezCString(extension.mText)) == 0) {
+        if (path.size() > size && ezIsEqualNoCase(path.substr(path.size() - size), extension.mText)) {
             return extension.mMimeType;
         }
     }

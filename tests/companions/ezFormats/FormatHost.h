@@ -26,11 +26,26 @@
 #include <string>
 #include <vector>
 
-/// A file of the samples.
+/// A file of the samples, and what its record states of it in the first line: "Winner: png", or
+/// "Winner: - # RIFF" with the reason why no parser may claim it.
 struct SampleFile {
     std::string mName; ///< "pictures/harbour.png"
     std::string mBytes;
+    std::string mWinner; ///< the type of the parser that knows it; "-" for none, "" where nothing is recorded
+    std::string mReason; ///< the comment of the line
+    std::string mGolden; ///< the path of the record
 };
+
+/// Reads what the record of a sample states.
+inline void ReadWinner(SampleFile& aSample) {
+    aSample.mGolden =
+        EZ_TEST_DATA "/formats/" + std::filesystem::path(aSample.mName).filename().string() + ".expected";
+    std::ifstream file(aSample.mGolden);
+    std::string mark;
+    if (file >> mark && mark == "Winner:" && file >> aSample.mWinner) {
+        std::getline(file, aSample.mReason);
+    }
+}
 
 /// Every media below the samples, by name. What lies in the folder of the samples itself is about them, and
 /// playlists are no media.
@@ -42,7 +57,8 @@ inline const std::vector<SampleFile>& AllSamples() {
             const std::filesystem::path name = entry.path().lexically_relative(folder);
             const bool fMedia = name.has_parent_path() && name.parent_path() != "playlists";
             if (entry.is_regular_file() && fMedia) {
-                samples.push_back({name.string(), ReadWholeFile(entry.path())});
+                samples.push_back({name.string(), ReadWholeFile(entry.path()), "", "", ""});
+                ReadWinner(samples.back());
             }
         }
         std::sort(samples.begin(), samples.end(),

@@ -50,7 +50,7 @@ TEST(WritingAParser, GuideShowsHeaderAndSourceWhole) {
 }
 
 TEST(WritingAParser, GuideShowsRowsAsTheyAre) {
-    const std::vector<std::string> tables = {Source("tests/data/formats/winners.txt"),
+    const std::vector<std::string> tables = {Source("tests/data/formats/harbour.png.expected"),
                                              Source("companions/ezFormats/rules/BuiltInProfileRules.cpp"),
                                              Source("samples/mediaCTRLMediaTypes.ini")};
     const std::vector<std::string> blocks = GuideBlocks(kGuide, "text");

@@ -3,6 +3,7 @@
 #include "ez/LPCMParser.h"
 #include "ez/MediaParserStream.h"
 
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -204,7 +205,7 @@ ezMediaInfo* Answer(const Rule& aRule, std::string_view aSubject) {
         if (HasAt(aSubject, aRule.mCasePosition, outcome.mText)) {
             ezMediaInfo* info = new ezMediaInfo;
             info->Set(kezInfo_ClassName, aRule.mClassName, true);
-            info->Set(kezInfo_DLNA, ezCString("DLNA.ORG_PN=") + outcome.mProfile, true);
+            info->Set(kezInfo_DLNA, ezDLNAField::TextOfProfile(outcome.mProfile), true);
             info->Set(kezInfo_MimeType, outcome.mMimeType, true);
             return info;
         }
@@ -267,9 +268,7 @@ ezCString DLNAFileParser::GetDLNAInfo() {
     ezCString text;
     for (const Advertised& item : kAdvertised) {
         text += item.mMimeType;
-        text += ":DLNA.ORG_PN=";
-        text += item.mProfile;
-        text += ",";
+        text += ":" + ezDLNAField::TextOfProfile(item.mProfile) + ",";
     }
     return text + LPCMParser(mEnvironmentInfo).GetDLNAInfo();
 }

@@ -277,11 +277,10 @@ ezArray* DLNAMediaMapper::NewProfileArray() {
         }
         const std::size_t place = *found;
         DLNAProfileEntry* known = RecordAt(records, place);
-        const ezCString speeds =
-            record->GetPlaySpeedMediaEnabled()
-                ? ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 0))
-                : ezCString();
-        ezDLNAProtocolInfo_MergePlaySpeeds(known->GetDLNAProtocolInfo(), speeds.c_str());
+        if (record->GetPlaySpeedMediaEnabled()) {
+            ezDLNAProtocolInfo_GetField(known->GetDLNAProtocolInfo())
+                ->AddPlaySpeeds(*ezDLNAProtocolInfo_GetField(info));
+        }
         if (record->CanSupportPlaySpeed() && !known->CanSupportPlaySpeed()) {
             ezArray_SetAt(records, place, record.release());
         }

@@ -2,10 +2,10 @@
 
 #include "ez/DLNAMediaMapper.h"
 
-#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -38,10 +38,6 @@ constexpr std::array<TextField, 8> kOptionalFields = {{
     {11, &DLNAMediaMapperEntry::mLPOptions},
     {12, &DLNAMediaMapperEntry::m4thFieldPart},
 }};
-
-ezDLNAProtocolInfo* NewProtocolInfo(const ezCString& aText) {
-    return ezDLNAProtocolInfo_New(aText.c_str(), aText.GetLength(), 0);
-}
 
 } // namespace
 
@@ -79,9 +75,7 @@ bool DLNAMediaMapperEntry::Set(const ezCString& aLine) {
     mfMandatory = fHasBits && bits[7] == '1';
     mfCVPNA1Mandatory = fHasBits && bits[6] == '1';
     mfCVPEUMandatory = fHasBits && bits[5] == '1';
-    mGoldenDMSFlags = ezHexWord(ezCString::FromAllocatedString(ezDLNAProtocolInfo_S_Get4thFieldValueFromStr(
-                                                                   m4thFieldPart.c_str(), kGoldenDMSName))
-                                    .View());
+    mGoldenDMSFlags = ezHexWord(ezDLNAField::ValueIn(m4thFieldPart.View(), kGoldenDMSName).value_or(""));
     ComputeDLNAProtocolInfo();
     return true;
 }
@@ -91,12 +85,12 @@ ezCString DLNAMediaMapperEntry::Get() {
         ComputeDLNAProtocolInfo();
     }
     // Never computed anew here: choices that were merged back stand only in the object.
-    ezDLNAProtocolInfo_SetProfile(mDLNAProtocolInfo, nullptr);
-    ezDLNAProtocolInfo_RemovePlaySpeedSupport(mDLNAProtocolInfo);
+    ezDLNAField& field = *ezDLNAProtocolInfo_GetField(mDLNAProtocolInfo);
+    field.SetProfile("");
+    field.RemovePlaySpeeds();
     const ezCString flags = ezCString::Format("%08lX", static_cast<unsigned long>(mGoldenDMSFlags));
-    ezDLNAProtocolInfo_Set4thFieldValue(mDLNAProtocolInfo, kGoldenDMSName, flags.c_str());
-    const ezCString fourthField =
-        ezCString::FromAllocatedString(ezDLNAProtocolInfo_Get4thFieldStr(mDLNAProtocolInfo));
+    field.Set(kGoldenDMSName, flags.View());
+    const ezCString fourthField = field.GetText();
     const ezCString speeds = mSupportedPlaySpeeds.Join().Replace(",", "\\,", true);
     const ezCString bitRate =
         mBitRate != 0 ? ezCString::Format("%lu", static_cast<unsigned long>(mBitRate)) : ezCString();
@@ -104,33 +98,24 @@ ezCString DLNAMediaMapperEntry::Get() {
     const std::array<const ezCString*, 13> texts = {
         &mFileName,    &mMimeType, &mProfile, &mDuration, &speeds,     &mMandatoryBits, &bitRate,
         &mIFOFileName, &mLargest,  &mWidth,   &mHeight,   &mLPOptions, &fourthField};
-    for (const ezCString* field : texts) {
-        fields.Add(field->c_str());
+    for (const ezCString* text : texts) {
+        fields.Add(text->c_str());
     }
     return fields.Join();
 }
 
 void DLNAMediaMapperEntry::ComputeDLNAProtocolInfo() {
-    ezCString fourthField;
-    if (!mProfile.IsEmpty()) {
-        fourthField += "DLNA.ORG_PN=" + mProfile + ";";
-    }
+    // Read, not set: after a ";" in its column a profile goes on with further parameters.
+    ezDLNAField field((mProfile.IsEmpty() ? m4thFieldPart
+                                          : ezDLNAField::TextOfProfile(mProfile.View()) + ";" + m4thFieldPart)
+                          .View());
     if (GetPlaySpeedMediaEnabled() && GetPlaySpeedProfileEnabled()) {
-        fourthField += "DLNA.ORG_PS=" + mSupportedPlaySpeeds.Join() + ";";
+        field.SetPlaySpeeds(mSupportedPlaySpeeds.Join().View());
     }
-    fourthField += m4thFieldPart;
-    if (fourthField.IsEmpty()) {
-        fourthField = "*";
-    } else if (fourthField.Last() == ';') {
-        fourthField = fourthField.Left(fourthField.GetLength() - 1);
-    }
-    // The MIME type is set and not parsed with the rest: a stray quote or colon in it would reach into the
-    // 4th field.
+    field.AddFlags(kezDLNAFlag_DLNAVersion15);
+    field.Remove(kGoldenDMSName);
     ezDLNAProtocolInfo_Delete(mDLNAProtocolInfo);
-    mDLNAProtocolInfo = NewProtocolInfo("http-get:*:*:" + fourthField);
-    ezDLNAProtocolInfo_SetMimeType(mDLNAProtocolInfo, mMimeType.c_str());
-    ezDLNAProtocolInfo_SetDLNAVersion(mDLNAProtocolInfo, 1, 5, 0);
-    ezDLNAProtocolInfo_Remove4thFieldByName(mDLNAProtocolInfo, kGoldenDMSName);
+    mDLNAProtocolInfo = ezDLNAProtocolInfo_NewOf(mMimeType.c_str(), std::move(field));
     mFullProfile = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(mDLNAProtocolInfo));
 }
 
@@ -214,9 +199,8 @@ void DLNAMediaMapperEntry::ValidatePlaySpeedList(ezCSVStringList& aSpeeds, bool 
     if (aSpeeds.IsEmpty()) {
         return;
     }
-    const ezOwned<ezDLNAProtocolInfo_Delete> accepted(ezDLNAProtocolInfo_New(nullptr, 0, 0));
-    ezDLNAProtocolInfo_SetPlaySpeeds(accepted.get(), aSpeeds.Join().c_str(), 0);
-    aSpeeds = ezCSVStringList::FromText(
-        ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(accepted.get(), 0)));
+    ezDLNAField accepted;
+    accepted.SetPlaySpeeds(aSpeeds.Join().View());
+    aSpeeds = ezCSVStringList::FromText(accepted.GetPlaySpeeds());
     aSpeeds.Remove("1");
 }

@@ -5,6 +5,7 @@
 
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/Array.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/text/Conversions.h"
@@ -25,8 +26,22 @@ const char* ClassOf(const ezCString& aMimeType) {
 }
 
 /// A text as part of a comma-separated list.
-ezCString Escaped(const char* aText) {
-    return ezCString(aText).Replace(",", "\\,", true);
+ezCString Escaped(const ezCString& aText) {
+    return aText.Replace(",", "\\,", true);
+}
+
+/// A profile as a parser declares it: MIME type, and of the 4th field the profile and its play speeds.
+ezCString Declared(const ezDLNAProtocolInfo* anInfo) {
+    const ezDLNAField& field = *ezDLNAProtocolInfo_GetField(anInfo);
+    ezDLNAField declared = ezDLNAField::OfProfile(field.GetProfile());
+    declared.AddPlaySpeeds(field);
+    ezCString text = ezDLNAProtocolInfo_GetMimeType(anInfo);
+    if (!declared.GetProfile().IsEmpty()) {
+        text += ":" + declared.GetText();
+    } else if (!declared.GetPlaySpeeds().IsEmpty()) {
+        text += declared.GetText(); // without a profile the speeds follow the MIME type with no ":" between
+    }
+    return Escaped(text);
 }
 
 /// Sets a key to the number that a parameter of a MIME type states, if it states one.
@@ -51,21 +66,10 @@ void DLNAMediaMapperParser::CacheDLNAInfo() {
     const ezOwned<ezArray_Delete> records(mMediaMapper->NewProfileArray());
     for (std::size_t i = 0; i < ezArray_GetCount(records.get()); ++i) {
         const DLNAProfileEntry* record = static_cast<DLNAProfileEntry*>(ezArray_At(records.get(), i));
-        const ezDLNAProtocolInfo* info = record->GetDLNAProtocolInfo();
-        if (!record->GetProfileEnabled()) {
-            continue;
+        if (record->GetProfileEnabled()) {
+            mDLNAInfo += mDLNAInfo.IsEmpty() ? "" : ",";
+            mDLNAInfo += Declared(record->GetDLNAProtocolInfo());
         }
-        const ezCString profile = Escaped(ezDLNAProtocolInfo_GetProfile(info));
-        const ezCString speeds = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetPlaySpeedStr(info, 1));
-        ezCString item = Escaped(ezDLNAProtocolInfo_GetMimeType(info));
-        if (!profile.IsEmpty()) {
-            item += ":DLNA.ORG_PN=" + profile;
-        }
-        if (!speeds.IsEmpty()) {
-            // Without a profile the speeds follow the MIME type with no ":" between them.
-            item += (profile.IsEmpty() ? "DLNA.ORG_PS=" : ";DLNA.ORG_PS=") + speeds;
-        }
-        mDLNAInfo += mDLNAInfo.IsEmpty() ? item : "," + item;
     }
 }
 
@@ -79,7 +83,7 @@ ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
     ezMediaInfo* info = new ezMediaInfo;
     info->Set(kezInfo_MimeType, entry->mMimeType, true);
     info->Set(kezInfo_ClassName, ClassOf(entry->mMimeType), true);
-    info->Set(kezInfo_DLNA, "DLNA.ORG_PN=" + entry->mProfile, true);
+    info->Set(kezInfo_DLNA, ezDLNAField::TextOfProfile(entry->mProfile.View()), true);
     info->Set(kezInfo_BitRate, entry->mBitRate, true);
     uint32 duration = 0;
     if (ezConvert_dlnadurationstrtouint32(entry->mDuration.c_str(), &duration, 0) == 0) {

@@ -3,6 +3,7 @@
 #include "ez/MediaParserStream.h"
 
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -10,6 +11,8 @@
 #include <array>
 
 namespace {
+
+constexpr const char* kProfile = "LPCM";
 
 constexpr uint32 kBytesPerSample = 2;
 constexpr uint32 kMillisecondsPerSecond = 1000;
@@ -72,7 +75,7 @@ bool LPCMParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
         return false;
     }
     anInfo->Set(kezInfo_ClassName, "item.audioItem", true);
-    anInfo->Set(kezInfo_DLNA, "DLNA.ORG_PN=LPCM", true);
+    anInfo->Set(kezInfo_DLNA, ezDLNAField::TextOfProfile(kProfile), true);
     return true;
 }
 
@@ -83,7 +86,7 @@ ezCString LPCMParser::GetDLNAInfo() {
             text += ",";
         }
         text += format.mMimeType;
-        text += ":DLNA.ORG_PN=LPCM";
+        text += ":" + ezDLNAField::TextOfProfile(kProfile);
     }
     return text;
 }

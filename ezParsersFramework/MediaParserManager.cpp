@@ -8,6 +8,7 @@
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/CustomHashTable.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -40,8 +41,10 @@ void MergeMappedNumber(ezMediaInfo& anInfo, const ezMediaInfo& aMapped, const ch
 /// Lets the media mapper's record replace the facts that it decides.
 void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
     // Of a 4th field with further parameters only the profile counts: the same one keeps them.
-    const ezCString ownProfile = anInfo.GetCString(kezInfo_DLNA, "").AfterFirst('=').BeforeFirst(';');
-    const ezCString mappedProfile = aMapped.GetCString(kezInfo_DLNA, "").AfterFirst('=');
+    const ezCString ownField = anInfo.GetCString(kezInfo_DLNA, "");
+    const ezCString mappedField = aMapped.GetCString(kezInfo_DLNA, "");
+    const ezCString ownProfile(ezDLNAField::ProfileIn(ownField.View()));
+    const ezCString mappedProfile(ezDLNAField::ProfileIn(mappedField.View()));
     const ezCString ownType = anInfo.GetCString(kezInfo_MimeType, "");
     const ezCString mappedType = aMapped.GetCString(kezInfo_MimeType, "");
     if (mappedProfile == "LPCM") {
@@ -55,7 +58,7 @@ void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
                 "and '%s' "
                 "by '%s'\n",
                 ownProfile.c_str(), mappedProfile.c_str(), ownType.c_str(), mappedType.c_str());
-        anInfo.Set(kezInfo_DLNA, "DLNA.ORG_PN=" + mappedProfile, true);
+        anInfo.Set(kezInfo_DLNA, mappedField, true);
         anInfo.Set(kezInfo_MimeType, mappedType, true);
     }
     MergeMappedNumber(anInfo, aMapped, kezInfo_BitRate, "bitrate");

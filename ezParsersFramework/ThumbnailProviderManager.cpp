@@ -8,6 +8,7 @@
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/LogDuration.h"
 #include "ezPlatform/containers/Items.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 
@@ -194,6 +195,6 @@ ezFile* ezThumbnailProviderManager::GetThumbnail(const ThumbnailInfo* anInfo, bo
 }
 
 ezCString ezThumbnailProviderManager::GetThumbnailDLNAProfiles() {
-    return ezCString("image/jpeg:DLNA.ORG_PN=JPEG_TN") + kezThumbnailDLNAFlags +
-           ",image/png:DLNA.ORG_PN=PNG_TN" + kezThumbnailDLNAFlags;
+    return "image/jpeg:" + ezDLNAField::TextOfProfile("JPEG_TN") + kezThumbnailDLNAFlags + "," +
+           "image/png:" + ezDLNAField::TextOfProfile("PNG_TN") + kezThumbnailDLNAFlags;
 }

@@ -37,7 +37,8 @@ ez_add_door(ezParsersFramework_inside media_types_ini
     ${PLATFORM}/config/Config.cpp ${FRAMEWORK}/ExtensionMimeTypeMatcher.cpp ${FRAMEWORK}/MimeTypesDotIniParser.cpp)
 ez_add_door(ezParsersFramework_inside mime_type ${PLATFORM}/text/MimeTypeInfo.cpp)
 ez_add_door(ezParsersFramework_inside profile_info_list ${PLATFORM}/dlna/ProtocolInfoList.cpp)
-ez_add_door(ezParsersFramework_inside protocol_info ${PLATFORM}/dlna/ProtocolInfo.cpp)
+ez_add_door(ezParsersFramework_inside protocol_info
+    ${PLATFORM}/dlna/DLNAField.cpp ${PLATFORM}/dlna/ProtocolInfo.cpp)
 ez_add_door(ezParsersFramework_inside stream_adapter ${FRAMEWORK}/StreamMediaParserStream.cpp)
 ez_add_door(ezParsersFramework_inside uri ${PLATFORM}/text/URI.cpp)
 

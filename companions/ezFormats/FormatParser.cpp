@@ -9,7 +9,7 @@
 #include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/containers/PtrList.h"
-#include "ezPlatform/dlna/ProtocolInfo.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
@@ -26,11 +26,10 @@ constexpr const char* kImageClass = "item.imageItem";
 constexpr const char* kVideoClass = "item.videoItem";
 constexpr const char* kAudioClass = "item.audioItem";
 
-/// Version 1.5, background transfer, and interactive or streaming transfer (DLNA guidelines 7.4.1.3.24).
-constexpr const char* kImageFlags = ";DLNA.ORG_FLAGS=00D00000000000000000000000000000";
-constexpr const char* kStreamFlags = ";DLNA.ORG_FLAGS=01500000000000000000000000000000";
-
-constexpr std::size_t kUsualFieldSize = 128;
+constexpr uint32 kImageFlags =
+    kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_InteractiveTransfer;
+constexpr uint32 kStreamFlags =
+    kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_StreamingTransfer;
 
 /// Whatever the case of the type; the start is in lower case.
 bool BeginsWith(std::string_view aMimeType, std::string_view aStart) {
@@ -132,23 +131,17 @@ void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
                             const ExtensionMimeTypeMatcherEntry* anEntry) const {
     const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
-    const ezCString profile = mRules->FindProfile(anInfo);
-    std::string field;
-    field.reserve(kUsualFieldSize);
-    if (!profile.IsEmpty()) {
-        field.append("DLNA.ORG_PN=").append(profile.View());
-    }
+    ezDLNAField field = ezDLNAField::OfProfile(mRules->FindProfile(anInfo));
     if (afSizeKnown) {
-        field.append(field.empty() ? "DLNA.ORG_OP=01" : ";DLNA.ORG_OP=01");
+        field.SetByteSeek(true);
     }
-    if (!profile.IsEmpty()) {
-        field.append(kind == kImageClass ? kImageFlags : kStreamFlags);
-    }
-    if (profile.IsEmpty()) {
+    if (field.GetProfile().IsEmpty()) {
         TakeTypeOf(anEntry, anInfo);
+    } else {
+        field.SetFlags(kind == kImageClass ? kImageFlags : kStreamFlags);
     }
     SetClass(anInfo, kind, anEntry);
-    anInfo.Set(kezInfo_DLNA, ezCString(field.empty() ? std::string_view("*") : field), false);
+    anInfo.Set(kezInfo_DLNA, field.GetText(), false);
 }
 
 bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {

@@ -8,6 +8,7 @@
 #include "ezFormats/rules/ProfileRuleReader.h"
 #include "ezFormats/rules/ProfileRuleTable.h"
 
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -120,7 +121,7 @@ ezCString ProfileRules::GetProfileInfo(std::string_view aMimeTypes) const {
         ListItems types(aMimeTypes);
         while (types.Next(&type)) {
             if ((rule.mMimeTypes & FormatMimeType_Bit(type)) != 0) {
-                entries.Add(type, "DLNA.ORG_PN=" + std::string(rule.mProfile.View()));
+                entries.Add(type, ezDLNAField::TextOfProfile(rule.mProfile.View()).View());
             }
         }
     }

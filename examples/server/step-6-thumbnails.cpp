@@ -6,6 +6,7 @@
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/base/StandardDescriptors.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/files/FileState.h"
@@ -69,6 +70,7 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "%s: no thumbnail\n", anArgs[3]);
         return 1;
     }
-    std::printf("%s: http-get:*:image/jpeg:DLNA.ORG_PN=JPEG_TN%s\n", anArgs[3], kezThumbnailDLNAFlags);
+    const ezCString field = ezDLNAField::TextOfProfile("JPEG_TN") + kezThumbnailDLNAFlags;
+    std::printf("%s: http-get:*:image/jpeg:%s\n", anArgs[3], field.c_str());
     return 0;
 }

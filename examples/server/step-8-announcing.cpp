@@ -4,6 +4,7 @@
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 
 #include <algorithm>
@@ -31,12 +32,8 @@ std::vector<ezCString> GetCapabilities(ezMediaParserManager& aManager) {
 }
 
 ezCString ProtocolInfoOf(const ezMediaInfo& anInfo) {
-    const ezCString text =
-        "http-get:*:" + anInfo.GetCString(kezInfo_MimeType, "*") + ":" + anInfo.GetCString(kezInfo_DLNA, "*");
-    ezDLNAProtocolInfo* info = ezDLNAProtocolInfo_New(text.c_str(), 0, 0);
-    ezCString ordered = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(info));
-    ezDLNAProtocolInfo_Delete(info);
-    return ordered;
+    const ezDLNAField field(anInfo.GetCString(kezInfo_DLNA, "*").View()); // written in the mandatory order
+    return "http-get:*:" + anInfo.GetCString(kezInfo_MimeType, "*") + ":" + field.GetText();
 }
 
 std::string Escaped(std::string_view aText) {

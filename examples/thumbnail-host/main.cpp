@@ -1,6 +1,7 @@
 // A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media to OUT.
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/base/StandardDescriptors.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/files/FileState.h"
@@ -145,8 +146,9 @@ void PrintHeaders(const ezFile& aThumbnail) {
                 "Content-Length: %lld\n"
                 "Accept-Ranges: bytes\n"
                 "transferMode.dlna.org: Interactive\n"
-                "contentFeatures.dlna.org: DLNA.ORG_PN=JPEG_TN%s\n",
-                static_cast<long long>(aThumbnail.LengthAtOpen()), kezThumbnailDLNAFlags);
+                "contentFeatures.dlna.org: %s%s\n",
+                static_cast<long long>(aThumbnail.LengthAtOpen()),
+                ezDLNAField::TextOfProfile("JPEG_TN").c_str(), kezThumbnailDLNAFlags);
 }
 
 /// Stands for what a server knows of its media (kezInfo_MimeType of a record of ezMediaParserManager).

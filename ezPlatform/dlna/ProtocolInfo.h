@@ -2,32 +2,17 @@
 
 #include "ezPlatform/base/Export.h"
 #include "ezPlatform/base/Types.h"
+#include "ezPlatform/dlna/DLNAField.h"
 
 #include <cstddef>
 
-/// A protocolInfo: protocol, network, MIME type and the DLNA 4th field taken apart (DLNA guidelines 7.4.1.3).
+/// A protocolInfo: protocol, network, MIME type and the DLNA 4th field, an ezDLNAField (DLNA guidelines
+/// 7.4.1.3). What that says of reading, writing and play speeds holds here.
 ///
-/// Read in any order and leniently, written in the mandatory order: DLNA.ORG_PN, OP, PS, CI, FLAGS, then
-/// unknown parameters in the order met with their values unchanged. A parameter is found by its whole name,
-/// to the letter; of one that stands twice the first counts. What is malformed (an OP that is not two bits, a
-/// play speed that is not a number, a FLAGS of fewer than eight hexadecimal digits) is dropped. FLAGS is read
-/// from its first eight digits and written as eight upper-case ones and 24 zeros. What was stated is written,
-/// also where it is 0. An empty 4th field is "*".
-///
-/// A play speed is a non-zero integer or fraction ("-1/2"), kept as written; one equal to 1 is always
-/// supported and never listed, and of two that are the same number the first stays. In a list of
-/// protocolInfos a comma inside an entry is written "\,".
-///
-/// Texts that a function returns as char* are the caller's, freed with ezFree
-/// (ezCString::FromAllocatedString); null objects give null texts, false and 0 and take nothing. Not locked.
+/// In a list of protocolInfos a comma inside an entry is written "\,". Texts that a function returns as char*
+/// are the caller's, freed with ezFree (ezCString::FromAllocatedString); null objects give null texts, false
+/// and 0 and take nothing. Not locked.
 struct ezDLNAProtocolInfo;
-
-/// @name The flags of DLNA.ORG_FLAGS that the library knows, as its first eight digits have them
-/// @{
-inline constexpr uint32 kezDLNAFlag_HTTPStalling = 0x00200000;  ///< a client may pause by not reading on
-inline constexpr uint32 kezDLNAFlag_DLNAVersion15 = 0x00100000; ///< of version 1.5 or later
-inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goes out link-protected
-/// @}
 
 /// Parses "protocol:network:MIME type:4th field": it is split at the first three colons outside quotes, and
 /// parts that are missing are "*". Null or empty text gives "http-get:*:*:*". aLength is in bytes, 0 for the
@@ -35,6 +20,9 @@ inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goe
 /// with ezDLNAProtocolInfo_Delete.
 EZPLATFORM_API ezDLNAProtocolInfo* ezDLNAProtocolInfo_New(const char* aText, std::size_t aLength,
                                                           int aReserved);
+/// Of a MIME type and a 4th field, over HTTP from anywhere: "http-get:*:". Null or "" is the type "*". Never
+/// null; given back with ezDLNAProtocolInfo_Delete.
+EZPLATFORM_API ezDLNAProtocolInfo* ezDLNAProtocolInfo_NewOf(const char* aMimeType, ezDLNAField aField);
 /// Frees the object and with it every text that it handed out. Null is ignored.
 EZPLATFORM_API void ezDLNAProtocolInfo_Delete(ezDLNAProtocolInfo* anInfo);
 
@@ -42,6 +30,11 @@ EZPLATFORM_API void ezDLNAProtocolInfo_Delete(ezDLNAProtocolInfo* anInfo);
 EZPLATFORM_API char* ezDLNAProtocolInfo_GetStr(const ezDLNAProtocolInfo* anInfo);
 /// Its 4th field alone: what follows the third colon outside quotes; "*" when it is empty.
 EZPLATFORM_API char* ezDLNAProtocolInfo_Get4thFieldStr(const ezDLNAProtocolInfo* anInfo);
+/// The 4th field itself, borrowed as long as the object lives, to read or to change; null of a null object.
+/// @{
+EZPLATFORM_API const ezDLNAField* ezDLNAProtocolInfo_GetField(const ezDLNAProtocolInfo* anInfo);
+EZPLATFORM_API ezDLNAField* ezDLNAProtocolInfo_GetField(ezDLNAProtocolInfo* anInfo);
+/// @}
 /// The MIME type, valid until the object changes.
 EZPLATFORM_API const char* ezDLNAProtocolInfo_GetMimeType(const ezDLNAProtocolInfo* anInfo);
 /// Null or "" sets "*".
@@ -51,7 +44,7 @@ EZPLATFORM_API const char* ezDLNAProtocolInfo_GetProfile(const ezDLNAProtocolInf
 /// Null or "" takes DLNA.ORG_PN away.
 EZPLATFORM_API void ezDLNAProtocolInfo_SetProfile(ezDLNAProtocolInfo* anInfo, const char* aProfile);
 
-/// Sets the play speeds from a comma list, in its order; what is no speed is dropped. The last argument is
+/// Sets the play speeds from a comma list, in its order; what is not a speed is dropped. The last argument is
 /// reserved and 0.
 EZPLATFORM_API void ezDLNAProtocolInfo_SetPlaySpeeds(ezDLNAProtocolInfo* anInfo, const char* aSpeeds,
                                                      int aReserved);

@@ -50,7 +50,7 @@ char* ezDLNAProtocolInfoList_GetMimeTypePNStr(const ezDLNAProtocolInfoList* aLis
     ezCSVStringList entries = ezCSVStringList::WithSeparator(',');
     for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(aList); ++i) {
         const ezDLNAProtocolInfo* info = aList->mItems[i].get();
-        const ezCString field = ezCString::FromAllocatedString(ezDLNAProtocolInfo_Get4thFieldStr(info));
+        const ezCString field = ezDLNAProtocolInfo_GetField(info)->GetText();
         entries.Add((ezCString(ezDLNAProtocolInfo_GetMimeType(info)) + ":" + field).c_str());
     }
     return ezStrdup(entries.JoinEscaped().c_str());

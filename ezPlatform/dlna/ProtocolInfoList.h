@@ -7,9 +7,8 @@
 struct ezDLNAProtocolInfoList;
 
 /// Parses a profile-info text: entries separated by "," (inside an entry it is written "\,"), each a MIME
-/// type,
-/// ":" and a 4th field; empty entries are dropped. The last argument is reserved and 0. Never null; given
-/// back with ezDLNAProtocolInfoList_Delete.
+/// type, ":" and a 4th field; empty entries are dropped. The last argument is reserved and 0. Never null;
+/// given back with ezDLNAProtocolInfoList_Delete.
 EZPLATFORM_API ezDLNAProtocolInfoList* ezDLNAProtocolInfoList_NewFromProfileInfo(const char* aText,
                                                                                  int aReserved);
 /// Frees the list and the protocolInfos in it. Null is ignored.

@@ -183,6 +183,19 @@ TEST_F(MediaMapperValidate, SameProfileAndMimeTypeKeepTheWholeFourthField) {
     EXPECT_TRUE(mLog.Lines().empty());
 }
 
+TEST_F(MediaMapperValidate, ProfileIsFoundByItsNameWhereverItStands) {
+    UseTable("clip.mpg,video/mpeg,SAME\n");
+    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_OP=01;DLNA.ORG_PN=SAME")),
+              "dl=\"DLNA.ORG_OP=01;DLNA.ORG_PN=SAME\"\nmt=\"video/mpeg\"\n");
+    EXPECT_TRUE(mLog.Lines().empty());
+    // A value of another parameter is not a profile.
+    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_OP=01")),
+              "dl=\"DLNA.ORG_PN=SAME\"\nmt=\"video/mpeg\"\n");
+    EXPECT_EQ(mLog.Texts(),
+              (Texts{"ezMediaParserManager: Merging media mapper profile and mime type, replacing "
+                     "'' by 'SAME' and 'video/mpeg' by 'video/mpeg'\n"}));
+}
+
 TEST_F(MediaMapperValidate, OtherMimeTypeReplacesTheFourthFieldAndTheClass) {
     UseTable("clip.mpg,video/mpeg,SAME\n");
     EXPECT_EQ(Validated(NewInfo("audio/x", "DLNA.ORG_PN=SAME;DLNA.ORG_OP=01", "item.audioItem")),

@@ -1,5 +1,6 @@
 #include "host/Facts.h"
 
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
@@ -238,7 +239,8 @@ private:
         if (mInfo.Has(kezInfo_AudioCodec)) {
             return mInfo.GetCString(kezInfo_AudioCodec, "") == "LPCM";
         }
-        return mInfo.GetCString(kezInfo_DLNA, "").BeforeFirst(';') == "DLNA.ORG_PN=LPCM";
+        const ezCString field = mInfo.GetCString(kezInfo_DLNA, "");
+        return ezDLNAField::ProfileIn(field.View()) == "LPCM";
     }
 
     const KnownKey& KindOfKey(const KnownKey& aKnown) const {

@@ -203,8 +203,8 @@ private:
                 Lost("bit rate " + Quoted(rate) + " does not read: taken as not known");
             }
         }
-        const ezCString word = ezCString::FromAllocatedString(ezDLNAProtocolInfo_S_Get4thFieldValueFromStr(
-            anEntry.m4thFieldPart.c_str(), mFlagWordName.c_str()));
+        const ezCString word(ezDLNAField::ValueIn(anEntry.m4thFieldPart.View(), mFlagWordName.View())
+                                 .value_or(std::string_view()));
         if (word.GetLength() > 8 ||
             word.View().find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
             Lost("flag word " + Quoted(word) + " does not read: taken as 00000000");

@@ -6,6 +6,8 @@
 #include "output/Console.h"
 #include "output/SafeText.h"
 
+#include "ezPlatform/dlna/DLNAField.h"
+
 #include <algorithm>
 #include <array>
 
@@ -64,17 +66,9 @@ std::string CodecsOf(const std::vector<Fact>& aFacts) {
 }
 
 std::string ProfileOf(const ezMediaInfo& anInfo) {
-    constexpr std::string_view kStart = "DLNA.ORG_PN=";
     const ezCString field = anInfo.GetCString(kezInfo_DLNA, "");
-    std::string_view rest = field.View();
-    while (!rest.empty()) {
-        const std::string_view parameter = rest.substr(0, rest.find(';'));
-        if (parameter.size() > kStart.size() && parameter.substr(0, kStart.size()) == kStart) {
-            return ForTerminal(parameter.substr(kStart.size()));
-        }
-        rest.remove_prefix(std::min(rest.size(), parameter.size() + 1));
-    }
-    return "-";
+    const std::string_view profile = ezDLNAField::ProfileIn(field.View());
+    return profile.empty() ? "-" : ForTerminal(profile);
 }
 
 } // namespace

@@ -2,12 +2,13 @@
 
 #include "ezPlatform/base/DateTime.h"
 #include "ezPlatform/base/Export.h"
-#include "ezPlatform/base/Memory.h"
 #include "ezPlatform/base/Types.h"
 #include "ezPlatform/text/CString.h"
 
 #include <cstddef>
 #include <memory>
+
+class ezFileSaver;
 
 /// What a file is opened for: reading. What is written is begun with ezFile::Create.
 enum ezFileOpenMode : int { ezFileOpenMode_Read = 1 };
@@ -117,36 +118,12 @@ private:
     /// Takes the name of what was filled away and goes on reading it.
     void GiveUp();
 
-    /// What memory was asked for by ezMalloc.
-    struct Free {
-        void operator()(char* aBlock) const { ezFree(aBlock); }
-    };
-
-    /// The target of Create.
-    struct Target;
-
-    static bool Find(const ezCString& aPath, Target& aTarget);
-    bool OpenBeside(const Target& aTarget);
-    bool OpenInPlace(Target& aTarget);
-    bool IsBesideOurs() const;
-    void RemoveBeside() const;
-    bool KeepOld(bool afReadable);
-    bool CloseBeside();
-    void CloseFolder();
-    void PutOldBack();
-    bool FinishInPlace();
-    /// What mBeside is called in its folder.
-    const char* BesideName() const;
+    void StartWriting(int aFile, std::unique_ptr<ezFileSaver> aSaver);
+    /// True from BeginFilling to PutInPlace or GiveUp.
+    bool IsFilling() const;
 
     ezCString mPath;
-    int mFolder;                      ///< of the file that is written, open; else AT_FDCWD
-    ezCString mTarget;                ///< the name there of what Close puts the written file in place of
-    ezCString mBeside;                ///< the file that is written; empty when it is the target itself
-    std::unique_ptr<char, Free> mOld; ///< what the target held that is written itself; null when not kept
-    std::size_t mOldSize = 0;
-    bool mfWriting = false;
-    bool mfWriteFailed = false;
-    bool mfFilling = false; ///< written and read; nothing stands in its place until PutInPlace
+    std::unique_ptr<ezFileSaver> mSaver; ///< of a file that is being written; else null
     int mOpenMode = ezFileOpenMode_Read;
     int mFile = -1;
     ezFileOffset mPosition = 0;

@@ -4,6 +4,7 @@
 #include "ezPlatform/files/CacheName.h"
 #include "ezPlatform/files/Dir.h"
 #include "ezPlatform/files/File.h"
+#include "ezPlatform/files/FileSaver.h"
 #include "ezPlatform/files/HeldFiles.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/text/NUL.h"
@@ -115,7 +116,7 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
         const Stamp used = {time.GetUnixTime(), time.GetNanoseconds()};
         if (!mfScanned && used > Now()) {
             const ezHeldFile folder = HeldFolder(OwnFolder());
-            Scan(folder.Get()); // for the latest, which the clock has fallen behind
+            Scan(folder.Get()); // for the latest stamp, where the clock was put back
         }
         mLastStamp = std::max(mLastStamp, used);
         MarkUsed(*file);
@@ -162,13 +163,6 @@ ezFile* ezFileCacheManager::OpenNewIn(int aFolder) {
         errno = error;
         return nullptr;
     }
-    // The lock tells others that somebody is filling the file; it goes with the process. Between making and
-    // locking it another may have taken the file for one that was left behind.
-    const bool fTaken = !ezHeld_Lock(file->mFile) && errno == EWOULDBLOCK;
-    if (fTaken || !file->IsBesideOurs()) {
-        file.reset();
-        errno = EAGAIN;
-    }
     return file.release();
 }
 
@@ -177,7 +171,7 @@ void ezFileCacheManager::SetCachedFileState(const ezCString& aName, ezFile* aFil
         return;
     }
     const ezCString name = ezCacheName(aName.View());
-    if (!aFile->mfFilling) {
+    if (!aFile->IsFilling()) {
         if (!afGood && IsFolderOurs()) {
             Remove(name, *aFile);
         }
@@ -199,7 +193,7 @@ void ezFileCacheManager::Remove(const ezCString& aName, const ezFile& aFile) {
 
 void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
     const auto size = static_cast<std::uint64_t>(aFile.LengthAtOpen());
-    if (!aFile.mfWriteFailed && (size > mMaximumBytes || mMaximumFiles == 0)) {
+    if (!aFile.mSaver->HasFailed() && (size > mMaximumBytes || mMaximumFiles == 0)) {
         aFile.GiveUp();
         return;
     }

@@ -72,6 +72,63 @@ int ezHeld_OpenAt(int aFolder, const char* aName, int aFlags, mode_t aMode) {
     return file;
 }
 
+int ezHeld_Read(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset, ezFileOffset anEnd) {
+    std::size_t count = 0;
+    while (count < aSize) {
+        const auto done = static_cast<ezFileOffset>(count);
+        const ssize_t piece =
+            ezSystem().mPRead(aFile, static_cast<char*>(aBuffer) + count, aSize - count, anOffset + done);
+        if (piece < 0 && errno == EINTR) {
+            continue;
+        }
+        if (piece < 0 && count == 0) {
+            return -1;
+        }
+        count += piece > 0 ? static_cast<std::size_t>(piece) : 0;
+        if (piece <= 0 || anOffset + static_cast<ezFileOffset>(count) == anEnd) {
+            break;
+        }
+    }
+    return static_cast<int>(count);
+}
+
+int ezHeld_Write(int aFile, const void* aBuffer, std::size_t aSize, ezFileOffset anOffset) {
+    std::size_t count = 0;
+    while (count < aSize) {
+        const auto done = static_cast<ezFileOffset>(count);
+        const ssize_t piece = ezSystem().mPWrite(aFile, static_cast<const char*>(aBuffer) + count,
+                                                 aSize - count, anOffset + done);
+        if (piece < 0 && errno == EINTR) {
+            continue;
+        }
+        if (piece <= 0) {
+            return count > 0 ? static_cast<int>(count) : -1;
+        }
+        count += static_cast<std::size_t>(piece);
+    }
+    return static_cast<int>(count);
+}
+
+bool ezHeld_Sync(int aFile) {
+    int result = -1;
+    do {
+        result = ezSystem().mFSync(aFile);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+bool ezHeld_Truncate(int aFile, ezFileOffset aLength) {
+    int result = -1;
+    do {
+        result = ezSystem().mFTruncate(aFile, aLength);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+bool ezHeld_Close(int aFile) {
+    return ezSystem().mClose(aFile) == 0 || errno == EINTR;
+}
+
 int ezHeld_Duplicate(int aFile) {
     int file = -1;
     do {

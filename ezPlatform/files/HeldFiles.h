@@ -1,12 +1,13 @@
 #pragma once
 
+#include "ezPlatform/base/Types.h"
 #include "ezPlatform/text/CString.h"
 
 #include <fcntl.h>
 #include <string_view>
 
-/// What ezFile and ezFileCacheManager share to work in a folder that is open, whatever its path leads to by
-/// now. Not installed.
+/// What ezFile, ezFileSaver and ezFileCacheManager share to work with open files and in open folders,
+/// whatever a path leads to by now. Not installed.
 
 /// A descriptor, closed in the end.
 class ezHeldFile {
@@ -34,6 +35,21 @@ int ezHeld_Open(const char* aPath, int aFlags, mode_t aMode);
 /// The same in an open folder, which may be AT_FDCWD.
 int ezHeld_OpenAt(int aFolder, const char* aName, int aFlags, mode_t aMode);
 
+/// Reads at an offset, repeated when it is interrupted or comes short, until aSize, the end, or aEnd, where
+/// the file is known to end. The count; -1 for a failure at once. aSize is INT_MAX at the most, here and
+/// below.
+int ezHeld_Read(int aFile, void* aBuffer, std::size_t aSize, ezFileOffset anOffset, ezFileOffset anEnd);
+/// Writes at an offset in the same way. The count, less than aSize after a failure; -1 when nothing was
+/// written.
+int ezHeld_Write(int aFile, const void* aBuffer, std::size_t aSize, ezFileOffset anOffset);
+/// fsync and ftruncate, repeated when they are interrupted.
+/// @{
+bool ezHeld_Sync(int aFile);
+bool ezHeld_Truncate(int aFile, ezFileOffset aLength);
+/// @}
+/// Closes a descriptor. False where the system refuses; interrupted, it is closed all the same.
+bool ezHeld_Close(int aFile);
+
 /// Another descriptor of the same open file, which holds its lock as well; -1 with errno.
 int ezHeld_Duplicate(int aFile);
 
@@ -52,5 +68,5 @@ bool ezHeld_Lock(int aFile);
 /// system has no locks, one that was not written for a day.
 void ezHeld_RemoveIfStale(int aFolder, const char* aName);
 
-/// Sixteen hexadecimal digits that no other file's name has, as good as surely, and that nobody foretells.
+/// Sixteen hexadecimal digits that no other file's name has, as good as surely, and that nobody can foretell.
 ezCString ezHeld_RandomDigits();

@@ -58,19 +58,34 @@ ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 
 # What every parser of files stands on.
 set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/ByteReader.cpp ${BYTES}/ByteSource.cpp)
-set(TEXTS ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
-ez_add_door(ezFormats_inside format_iso_media
-    ${FORMATS}/iso/*.cpp ${FORMATS}/codecs/AC3Header.cpp
-    ${FORMATS}/codecs/AMRFrames.cpp ${FORMATS}/codecs/AudioSpecificConfig.cpp
-    ${FORMATS}/codecs/FLACStreamInfo.cpp ${FORMATS}/codecs/H264Headers.cpp ${FORMATS}/codecs/IAMFConfig.cpp
-    ${FORMATS}/codecs/MPEG4Visual.cpp ${BYTES}/BoxWalk.cpp ${BYTES}/InflatedBytes.cpp ${FILES} ${TEXTS})
-ez_add_door(ezFormats_inside format_jpeg
-    ${FORMATS}/jpeg/*.cpp ${BYTES}/Exif.cpp ${FILES})
 ez_add_door(ezFormats_inside format_magic ${FORMATS}/detail/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
-ez_add_door(ezFormats_inside format_mpeg_audio
-    ${FORMATS}/mpegaudio/*.cpp ${FORMATS}/codecs/MPEGAudioHeader.cpp ${FORMATS}/tags/*.cpp
-    ${FORMATS}/elementary/WrapperWatch.cpp ${BYTES}/ID3Tag.cpp ${FILES} ${TEXTS})
-ez_add_door(ezFormats_inside format_png ${FORMATS}/png/*.cpp ${BYTES}/Exif.cpp ${FILES})
+
+# ez_find_sources(<variable> <folder>): the sources of a format's folder, and those of the codecs and of bytes that they
+# include. What these include in turn is another door's.
+function(ez_find_sources VARIABLE FOLDER)
+    file(GLOB FILES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${FOLDER}/*.cpp ${PROJECT_SOURCE_DIR}/${FOLDER}/*.h)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${FILES})
+    set(FOUND ${FOLDER}/*.cpp)
+    foreach(FILE ${FILES})
+        file(STRINGS ${FILE} LINES REGEX "^#include \"(ezBytes|ezFormats/codecs)/.*\"$")
+        foreach(LINE ${LINES})
+            string(REGEX REPLACE ".*\"(.*)\\.h\"" "companions/\\1.cpp" SOURCE ${LINE})
+            if(EXISTS ${PROJECT_SOURCE_DIR}/${SOURCE})
+                list(APPEND FOUND ${SOURCE})
+            endif()
+        endforeach()
+    endforeach()
+    list(REMOVE_DUPLICATES FOUND)
+    set(${VARIABLE} ${FOUND} PARENT_SCOPE)
+endfunction()
+
+# A door for each folder of the list of formats, and of what it is about beside what it includes.
+set(MORE_mpegaudio ${FORMATS}/tags/*.cpp ${FORMATS}/elementary/WrapperWatch.cpp ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
+get_property(FOLDERS GLOBAL PROPERTY EZ_FORMAT_FOLDERS)
+foreach(FOLDER ${FOLDERS})
+    ez_find_sources(FORMAT_SOURCES ${FORMATS}/${FOLDER})
+    ez_add_door(ezFormats_inside format_${FOLDER} ${FORMAT_SOURCES} ${FILES} ${MORE_${FOLDER}})
+endforeach()
 ez_add_door(ezFormats_inside profile_rules
     ${FORMATS}/ProfileRules.cpp ${FORMATS}/rules/ProfileRule*.cpp ${FORMATS}/rules/ProfileNames.cpp)
 

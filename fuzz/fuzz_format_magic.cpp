@@ -3,10 +3,9 @@
 #include "fuzz/support/FormatDoor.h"
 
 #include "ezFormats/detail/FormatMagic.h"
+#include "ezFormats/detail/Formats.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 
 namespace {
 
@@ -16,13 +15,16 @@ std::string Found(FormatDoorStream& aStream) {
     MediaBytes bytes(aStream, kMagic_MaxReads, kMagic_MaxBytes);
     const char* const type = FormatMagic_Find(bytes);
     FuzzCheck(aStream.GetBytes() - bytesBefore <= kMagic_MaxBytes);
-    FuzzCheck(type == nullptr || FormatDoor_IsListed(type, "png,jpg,mp4,mp3"));
+    const auto& formats = AllFormats::kDescriptions;
+    FuzzCheck(type == nullptr ||
+              std::any_of(formats.begin(), formats.end(),
+                          [type](const FormatDescription* aFormat) { return aFormat->mType == type; }));
     return type != nullptr ? type : "none";
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
+int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
     const FuzzHouse house;
     const FormatDoorInput input(aData, aSize);
     const FormatDoorDelivery& delivery = input.mDelivery;

@@ -1,13 +1,17 @@
 #include "ezFormats/FormatParser.h"
 
+#include "ezFormats/detail/FormatDescription.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/MediaBytes.h"
+
+#include "ezBytes/CodePage.h"
 
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/base/Log.h"
+#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/PtrList.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -71,18 +75,15 @@ void TakeTypeOf(const ExtensionMimeTypeMatcherEntry* anEntry, ezMediaInfo& anInf
 
 } // namespace
 
-FormatParser::FormatParser(const char* aName, const char* aType, const char* aMimeTypes,
-                           const Budget& aBudget, std::shared_ptr<const ProfileRules> aRules)
-    : ezMediaParser(aType, nullptr, false),
-      mName(aName),
-      mMimeTypes(aMimeTypes),
-      mBudget(aBudget),
+FormatParser::FormatParser(const FormatDescription& aDescription, std::shared_ptr<const ProfileRules> aRules)
+    : ezMediaParser(aDescription.mType, nullptr, false),
+      mDescription(aDescription),
       mRules(std::move(aRules)) {}
 
 FormatParser::~FormatParser() = default;
 
 ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
-    MediaBytes bytes(aStream, mBudget.mReads, mBudget.mBytes);
+    MediaBytes bytes(aStream, mDescription.mBudget.mReads, mDescription.mBudget.mBytes);
     const unsigned char* start = nullptr;
     if (bytes.Lend(0, &start) == 0) {
         Refuse(bytes.HasReadFailed() ? Cause::ReadError : Cause::Malformed, "nothing to read");
@@ -92,6 +93,7 @@ ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
     if (!ReadFormat(bytes, *info)) {
         return nullptr;
     }
+    info->Set(kezInfo_MimeType, mDescription.GetFirstMimeType(), false);
     const ezMimeTypesDotIniParser* const table = TableOf(mManager);
     Announce(*info, bytes.IsSizeKnown(), table != nullptr ? table->GetEntryInTrial(aStream) : nullptr);
     return info.release();
@@ -106,14 +108,27 @@ bool FormatParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
 }
 
 ezCString FormatParser::GetDLNAInfo() {
-    return mRules->GetProfileInfo(mMimeTypes);
+    std::string types;
+    for (const char* const type : mDescription.mMimeTypes) {
+        types.append(types.empty() ? "" : ",").append(type);
+    }
+    return mRules->GetProfileInfo(types);
+}
+
+bool FormatParser::IsTextCodePageKnown() const {
+    return CodePage::IsKnown(GetTextCodePage());
+}
+
+const char* FormatParser::GetTextCodePage() const {
+    const char* const name = ezPropertyList_Get_charPtr(mEnvironmentInfo, kProperty_TextCodePage);
+    return name != nullptr ? name : "";
 }
 
 bool FormatParser::IsOurs(const ezCString& aMimeType) const {
     const ezCString bare = BareType(aMimeType);
-    const ezCString type(FormatMimeType_OwnName(bare.View()));
-    const ezCString all = "," + ezCString(mMimeTypes) + ",";
-    return !type.IsEmpty() && !type.Contains(",") && all.Contains(("," + type + ",").c_str());
+    const std::string_view type = FormatMimeType_OwnName(bare.View());
+    return std::any_of(mDescription.mMimeTypes.begin(), mDescription.mMimeTypes.end(),
+                       [type](const char* anOwn) { return type == anOwn; });
 }
 
 void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
@@ -154,7 +169,7 @@ bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
     va_start(arguments, aFormat);
     std::vsnprintf(reason.data(), reason.size(), aFormat, arguments);
     va_end(arguments);
-    ezLog_F(EZLOGLEVEL_DEBUG, "%s: %s: %s\n", mName, kCauses[static_cast<std::size_t>(aCause)],
+    ezLog_F(EZLOGLEVEL_DEBUG, "%s: %s: %s\n", mDescription.mName, kCauses[static_cast<std::size_t>(aCause)],
             reason.data());
     return false;
 }

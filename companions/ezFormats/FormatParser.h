@@ -9,6 +9,7 @@
 
 class MediaBytes;
 struct ExtensionMimeTypeMatcherEntry;
+struct FormatDescription;
 
 /// Environment property: the code page of texts in media that state no encoding, or Latin-1 as those do that
 /// do not know theirs (ID3v1, ID3v2, Lyrics3, old APE items), and that are no UTF-8. A number (1251, 932) or
@@ -47,22 +48,17 @@ public:
     /// The profiles that the rules can give, and the MIME types alone.
     ezCString GetDLNAInfo() final;
 
+    /// False where kProperty_TextCodePage names a code page that this system does not know.
+    bool IsTextCodePageKnown() const;
+
 protected:
-    /// What one parse may cost, whatever the file holds.
-    struct Budget {
-        std::uint32_t mReads; ///< blocks, each a seek and a read, and further reads where one comes short
-        std::uint64_t mBytes; ///< bytes that these may bring in all
-    };
+    /// @param aDescription  of the format; must live as long as the parser
+    /// @param aRules        not null
+    FormatParser(const FormatDescription& aDescription, std::shared_ptr<const ProfileRules> aRules);
 
-    /// @param aName       the class, as the log names it; must live as long as the parser
-    /// @param aType       the name of the parser in the media types file
-    /// @param aMimeTypes  those that the parser may state, parted by ","; must live as long as the parser
-    /// @param aRules      not null
-    FormatParser(const char* aName, const char* aType, const char* aMimeTypes, const Budget& aBudget,
-                 std::shared_ptr<const ProfileRules> aRules);
-
-    /// Reads the media and fills the record with its MIME type and facts. False, after Refuse said why, for
-    /// what is not of the format; the record is then thrown away.
+    /// Reads the media and fills the record with its facts, and with its MIME type where that is not the
+    /// first one of the format's. False, after Refuse said why, for what is not of the format; the record is
+    /// then thrown away.
     virtual bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) = 0;
 
     /// Why a media is refused, as the log says it: it breaks its format, or ends early; it is a kind of the
@@ -76,14 +72,15 @@ protected:
     /// an error of the stream. Always false.
     bool RefuseCut(const MediaBytes& aBytes, const char* aBefore) const;
 
+    /// The environment's kProperty_TextCodePage; "" without one.
+    const char* GetTextCodePage() const;
+
 private:
     bool IsOurs(const ezCString& aMimeType) const;
     /// @param anEntry  the line of the media types file that led here; null when there is none
     void Announce(ezMediaInfo& anInfo, bool afSizeKnown, const ExtensionMimeTypeMatcherEntry* anEntry) const;
     void SetClass(ezMediaInfo& anInfo, const char* aKind, const ExtensionMimeTypeMatcherEntry* anEntry) const;
 
-    const char* mName;
-    const char* mMimeTypes;
-    Budget mBudget;
+    const FormatDescription& mDescription;
     std::shared_ptr<const ProfileRules> mRules;
 };

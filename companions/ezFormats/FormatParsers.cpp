@@ -1,27 +1,26 @@
 #include "ezFormats/FormatParsers.h"
 
+#include "ezFormats/detail/Formats.h"
 #include "ezFormats/detail/MagicParser.h"
-#include "ezFormats/iso/ISOMediaParser.h"
-#include "ezFormats/jpeg/JPEGParser.h"
-#include "ezFormats/mpegaudio/MPEGAudioParser.h"
-#include "ezFormats/png/PNGParser.h"
 
 #include "ezBytes/CodePage.h"
 
 #include "ez/MediaParserManager.h"
 #include "ezPlatform/base/Log.h"
 
+#include <type_traits>
 #include <utility>
 
 void RegisterFormatParsers(ezMediaParserManager& aManager, std::shared_ptr<const ProfileRules> aRules) {
     const auto rules = aRules != nullptr ? std::move(aRules) : ProfileRules::BuiltIn();
-    auto* const mpegAudio = new MPEGAudioParser(rules);
-    aManager.Add(mpegAudio);
-    aManager.Add(new JPEGParser(rules));
-    aManager.Add(new PNGParser(rules));
-    aManager.Add(new ISOMediaParser(rules));
+    bool fCodePageKnown = true;
+    AllFormats::ForEach([&](auto* aNull) {
+        auto* const parser = new std::remove_pointer_t<decltype(aNull)>(rules);
+        aManager.Add(parser);
+        fCodePageKnown = parser->IsTextCodePageKnown(); // all have the manager's environment
+    });
     aManager.Add(new MagicParser);
-    if (!mpegAudio->IsCodePageKnown()) {
+    if (!fCodePageKnown) {
         ezLog_F(EZLOGLEVEL_WARNING,
                 "%s: this system knows no such code page; texts without one are read as "
                 "Windows-1252\n",

@@ -8,10 +8,20 @@
 
 class ezMediaParserManager;
 
-/// Adds a parser of every file format of this library to a manager, in their fixed order, and the one that
-/// knows these formats whatever their name (MagicParser). The manager owns
-/// them. What a host added before is tried before them. A code page in the environment that this system does
-/// not know (kProperty_TextCodePage) is logged as a warning, once.
+/// The file formats of this library, one a line: the folder that a format has, and its parser. All that
+/// parsers are listed for follows from this list and from what each of them says about its format
+/// (detail/FormatDescription.h). They are registered in this order, which matters only to files that two of
+/// them could claim.
+#define EZ_FORMATS(FORMAT)                                                                                   \
+    FORMAT(mpegaudio, MPEGAudioParser)                                                                       \
+    FORMAT(jpeg, JPEGParser)                                                                                 \
+    FORMAT(png, PNGParser)                                                                                   \
+    FORMAT(iso, ISOMediaParser)
+
+/// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
+/// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host
+/// added before is tried before them. A code page in the environment that this system does not know
+/// (kProperty_TextCodePage) is logged as a warning, once.
 ///
 /// @param aRules  which profile a media keeps; null for the table that the library brings
 EZFORMATS_API void RegisterFormatParsers(ezMediaParserManager& aManager,

@@ -670,40 +670,40 @@ def damaged():
 
 def seeds():
     for name, content in damaged():
-        yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
+        yield "format_iso", name, content + DELIVERED_AS_IT_IS
     for name, entry in sounds():
         entry, version = entry if isinstance(entry, tuple) else (entry, 0)
-        yield "format_iso_media", "sound-" + name, movie(audio(entry, version)) + DELIVERED_AS_IT_IS
+        yield "format_iso", "sound-" + name, movie(audio(entry, version)) + DELIVERED_AS_IT_IS
     for name, entry in pictures():
-        yield "format_iso_media", "picture-" + name, movie(video(entry)) + DELIVERED_AS_IT_IS
+        yield "format_iso", "picture-" + name, movie(video(entry)) + DELIVERED_AS_IT_IS
     for name, content in files():
-        yield "format_iso_media", name, content + DELIVERED_AS_IT_IS
+        yield "format_iso", name, content + DELIVERED_AS_IT_IS
     unknown = bytes([8]) + bytes(7)
-    yield "format_iso_media", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
+    yield "format_iso", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
     whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
     failing = fragmented(whole, box("free", bytes(9000)), whole) + bytes([2 | 8, 0, 0, 1]) + bytes(4)
-    yield "format_iso_media", "of-unknown-size-failing-behind-the-movie", failing
+    yield "format_iso", "of-unknown-size-failing-behind-the-movie", failing
     song = movie(track("soun", (stts((10, 100)), stsz(*(100,) * 10), description(sound("mp4a", esds(0x40, AAC))))), rest=b"")
     rest = len(song) - song.rindex(AAC)
-    yield "format_iso_media", "configuration-that-is-not-there", song[:-rest] + bytes([16, rest - 1]) + bytes(6)
-    yield "format_iso_media", "more-boxes-than-are-read", fragmented(whole, 4100 * box("free")) + DELIVERED_AS_IT_IS
+    yield "format_iso", "configuration-that-is-not-there", song[:-rest] + bytes([16, rest - 1]) + bytes(6)
+    yield "format_iso", "more-boxes-than-are-read", fragmented(whole, 4100 * box("free")) + DELIVERED_AS_IT_IS
     # The last bytes of the last table are said to be there, and are not.
     times, sizes = stts(*((1, 40 + i) for i in range(25))), stsz(*range(20, 45))
     for name, tables in (("times", (sizes, times)), ("sizes", (times, sizes))):
         film = movie(track("vide", (description(picture("vp09")), *tables)), rest=b"")
-        yield "format_iso_media", f"{name}-that-are-not-there", film[:-50] + bytes([16, 49]) + bytes(6)
+        yield "format_iso", f"{name}-that-are-not-there", film[:-50] + bytes([16, 49]) + bytes(6)
     hole = 50 << 11
     told = fragmented(fragment(1, 0x300, [n(100) + n(50)] * 5) + box("free", bytes(hole)), MDAT)
     behind = movie(audio(), brand=FTYP + box("mdat", bytes(hole)), rest=b"")
-    yield "format_iso_media", "data-longer-than-a-tail", with_hole(behind, hole)
+    yield "format_iso", "data-longer-than-a-tail", with_hole(behind, hole)
     for read in range(3):
-        yield "format_iso_media", f"fails-at-{read}", with_hole(behind, hole, read)
-        yield "format_iso_media", f"fragments-fail-at-{read}", with_hole(told, hole, read)
+        yield "format_iso", f"fails-at-{read}", with_hole(behind, hole, read)
+        yield "format_iso", f"fragments-fail-at-{read}", with_hole(told, hole, read)
     hole = 200 << 11
     sizes = full("stsz", n(0), n(10 + hole // 4), n(100) * 10, bytes(hole))
     for name, kind, more in (("sound-of-a-film", "soun", (video(),)), ("video", "vide", ())):
         entry = sound("mp4a", esds(0x40, AAC)) if kind == "soun" else picture("vp09")
         long = track(kind, (description(entry), stts((10 + hole // 4, 100)), sizes), duration=10000000)
-        yield "format_iso_media", "long-table-of-a-" + name, with_hole(movie(long, *more, rest=b""), hole)
-    yield "format_iso_media", "byte-by-byte", movie(audio(), video()) + bytes([1]) + bytes(7)
-    yield "format_iso_media", "trickling", movie(audio(), video()) + bytes([1, 2]) + bytes(6)
+        yield "format_iso", "long-table-of-a-" + name, with_hole(movie(long, *more, rest=b""), hole)
+    yield "format_iso", "byte-by-byte", movie(audio(), video()) + bytes([1]) + bytes(7)
+    yield "format_iso", "trickling", movie(audio(), video()) + bytes([1, 2]) + bytes(6)

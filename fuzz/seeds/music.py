@@ -243,46 +243,46 @@ def lengths():
 
 def seeds():
     for name, content in tags():
-        yield "format_mpeg_audio", name, content + DELIVERED_AS_IT_IS
+        yield "format_mpegaudio", name, content + DELIVERED_AS_IT_IS
     for name, content in lengths():
-        yield "format_mpeg_audio", name, content + delivered(8 if "unknown-size" in name else 0)
+        yield "format_mpegaudio", name, content + delivered(8 if "unknown-size" in name else 0)
     hole = 10 << 11
     for read in range(4):
         long = id3(text23(b"TIT2", b"\0T"), padding=hole) + 20 * SOUND
-        yield "format_mpeg_audio", f"fails-at-{read}", with_hole(long, hole, read)
-    yield "format_mpeg_audio", "not-behind-a-tag-of-all", b"ID3\3\0\0" + sync(5000) + filler(300) + DELIVERED_AS_IT_IS
-    yield "format_mpeg_audio", "byte-by-byte", SOUND + bytes([1]) + bytes(7)
+        yield "format_mpegaudio", f"fails-at-{read}", with_hole(long, hole, read)
+    yield "format_mpegaudio", "not-behind-a-tag-of-all", b"ID3\3\0\0" + sync(5000) + filler(300) + DELIVERED_AS_IT_IS
+    yield "format_mpegaudio", "byte-by-byte", SOUND + bytes([1]) + bytes(7)
     # Long enough to be looked at in other places: zeros stand between what is there.
     one = mpeg_frame(144 * 320000 // 44100, rate=14)
     slow = mpeg_frame(144 * 256000 // 44100, rate=13)
     hole = delivered(0, 20 * len(one), 100, 10)
     lone = b"\xFF\xF3\x40\0" + filler(50) + b"\xFF\xFB\x90\0" + filler(90)
-    yield "format_mpeg_audio", "long-and-slower-later", 20 * one + lone + 48 * slow + hole
-    yield "format_mpeg_audio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
-    yield "format_mpeg_audio", "not-found-before-a-failing-read", filler(9000) + bytes([2, 0, 0, 1]) + bytes(4)
-    yield "format_mpeg_audio", "unknown-size-and-a-failing-read", 20 * SOUND + bytes([2 | 8, 0, 0, 1]) + bytes(4)
+    yield "format_mpegaudio", "long-and-slower-later", 20 * one + lone + 48 * slow + hole
+    yield "format_mpegaudio", "long-and-faster-later", 20 * slow + 42 * one + delivered(0, 20 * len(slow), 100, 10)
+    yield "format_mpegaudio", "not-found-before-a-failing-read", filler(9000) + bytes([2, 0, 0, 1]) + bytes(4)
+    yield "format_mpegaudio", "unknown-size-and-a-failing-read", 20 * SOUND + bytes([2 | 8, 0, 0, 1]) + bytes(4)
     tag = id3(text23(b"TXXX", b"x" * 8200), text23(b"TIT2", b"\0" + b"a" * 9000), flags=0x80)
     for read in range(2, 5):
-        yield "format_mpeg_audio", f"long-text-unsynchronised-fails-at-{read}", tag + SOUND + bytes([2, 0, 0, read]) + bytes(4)
+        yield "format_mpegaudio", f"long-text-unsynchronised-fails-at-{read}", tag + SOUND + bytes([2, 0, 0, read]) + bytes(4)
     tag = id3(text23(b"TXXX", b"x" * 8200), size=9000)
-    yield "format_mpeg_audio", "tag-to-where-nothing-is", tag + bytes([16]) + (5000).to_bytes(2, "little") + bytes(5)
-    yield "format_mpeg_audio", "whole-of-one-rate", 25 * SOUND + delivered(32)
+    yield "format_mpegaudio", "tag-to-where-nothing-is", tag + bytes([16]) + (5000).to_bytes(2, "little") + bytes(5)
+    yield "format_mpegaudio", "whole-of-one-rate", 25 * SOUND + delivered(32)
     free = b"".join(mpeg_frame(FREE, rate=0, body=bytes(32) + b"Xing" + n(0) + bytes([i])) for i in range(50))
-    yield "format_mpeg_audio", "text-of-letters-of-two-bytes", CODE_PAGE + id3v1(b"\x93\xFA") + delivered(32)
-    yield "format_mpeg_audio", "whole-of-free-format", free + delivered(32)
+    yield "format_mpegaudio", "text-of-letters-of-two-bytes", CODE_PAGE + id3v1(b"\x93\xFA") + delivered(32)
+    yield "format_mpegaudio", "whole-of-free-format", free + delivered(32)
     sized = id3(b"TIT2" + n(257) + bytes(2) + b"\0" + b"t" * 256, b"TALB" + n(2) + bytes(2) + b"\0A", version=4)
-    yield "format_mpeg_audio", "size-of-8-bits-before-where-nothing-is", sized[:-12] + bytes([16, 200]) + bytes(6)
+    yield "format_mpegaudio", "size-of-8-bits-before-where-nothing-is", sized[:-12] + bytes([16, 200]) + bytes(6)
     changing = 60 * (mpeg_frame(104, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
-    yield "format_mpeg_audio", "whole-of-changing-rates", changing + delivered(32)
+    yield "format_mpegaudio", "whole-of-changing-rates", changing + delivered(32)
     for read in range(1, 5):
-        yield "format_mpeg_audio", f"whole-fails-at-{read}", changing + bytes([32 | 2, 0, 0, read]) + bytes(4)
+        yield "format_mpegaudio", f"whole-fails-at-{read}", changing + bytes([32 | 2, 0, 0, read]) + bytes(4)
     for name, text, flags in (("text", b"\0" + b"a" * 300, 0), ("stuffing", b"\0" + b"a" * 60 + b"\xFF" + b"b" * 50, 0x80)):
         tag = id3(text23(b"TXXX", b"x" * 8100), text23(b"TIT2", text), flags=flags)
-        yield "format_mpeg_audio", f"{name}-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
+        yield "format_mpegaudio", f"{name}-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
     tag = id3(text23(b"TXXX", b"x" * 8100), text23(b"TIT2", b"\0" + b"a" * 300), flags=0x80)
-    yield "format_mpeg_audio", "text-unsynchronised-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
+    yield "format_mpegaudio", "text-unsynchronised-in-a-failing-read", tag + SOUND + bytes([2, 0, 0, 1]) + bytes(4)
     for left in (2, 4, 7):
         tag = id3(text23(b"TIT2", b"\0T"), padding=8192 - left - 22)
-        yield "format_mpeg_audio", f"tag-ends-{left}-bytes-before-the-block", tag + 20 * SOUND + DELIVERED_AS_IT_IS
-    yield "format_mpeg_audio", "unknown-size-and-half-a-header", SOUND[:3] + delivered(8)
-    yield "format_mpeg_audio", "unknown-size-and-short", 3 * mpeg_frame(104, rate=1) + delivered(8)
+        yield "format_mpegaudio", f"tag-ends-{left}-bytes-before-the-block", tag + 20 * SOUND + DELIVERED_AS_IT_IS
+    yield "format_mpegaudio", "unknown-size-and-half-a-header", SOUND[:3] + delivered(8)
+    yield "format_mpegaudio", "unknown-size-and-short", 3 * mpeg_frame(104, rate=1) + delivered(8)

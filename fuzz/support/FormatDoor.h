@@ -7,6 +7,7 @@
 #include "ezBytes/TextBytes.h"
 #include "ezBytes/Utf8.h"
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
 
 #include "ez/MediaParserStream.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -26,13 +27,7 @@
 /// and what is made of them.
 inline constexpr std::size_t kFormatDoor_Heap = std::size_t{256} * 1024;
 
-/// What a format may state and cost.
-struct FormatDoorLimits {
-    const char* mMimeTypes; ///< parted by ","
-    std::uint32_t mReads;
-    std::uint64_t mBytes;
-    std::size_t mHeap = kFormatDoor_Heap;
-};
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 
 struct FormatDoorDelivery {
     std::size_t mMaximumRead = SIZE_MAX; ///< bytes that one read gives at most
@@ -166,10 +161,11 @@ inline void FormatDoor_CheckTexts(const ezMediaInfo& anInfo) {
 }
 
 /// MIME type, class, 4th field, and that they say the same.
-inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const ezMediaInfo& anInfo, const char* aTypes,
-                                         bool afSizeKnown) {
+inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const FormatDescription& aFormat,
+                                         const ezMediaInfo& anInfo, bool afSizeKnown) {
     const std::string type(anInfo.GetCString(kezInfo_MimeType, "").View());
-    FuzzCheck(!type.empty() && FormatDoor_IsListed(type, aTypes));
+    FuzzCheck(std::any_of(aFormat.mMimeTypes.begin(), aFormat.mMimeTypes.end(),
+                          [&type](const char* aStated) { return type == aStated; }));
     const std::string kind = type.substr(0, type.find('/'));
     FuzzCheck(anInfo.GetCString(kezInfo_ClassName, "") == ("item." + kind + "Item").c_str());
     const std::string field(anInfo.GetCString(kezInfo_DLNA, "").View());
@@ -207,23 +203,24 @@ inline void FormatDoor_CheckAdjusting(FormatParser& aParser, const ezMediaInfo& 
     }
 }
 
-/// Reads a file once, within the limits, and says what there was in it.
+/// Reads a file once, within what the format allows itself and what a parse may hold, and says what there was
+/// in it.
 inline std::string FormatDoor_Parse(FormatParser& aParser, FormatDoorStream& aStream,
-                                    const FormatDoorLimits& aLimits, bool afWholeReads) {
+                                    const FormatDescription& aFormat, std::size_t aHeap, bool afWholeReads) {
     const std::size_t readsBefore = aStream.GetReads();
     const std::uint64_t bytesBefore = aStream.GetBytes();
     const bool fSizeKnown = aStream.GetMediaSize() != 0U;
     std::unique_ptr<ezMediaInfo> info;
     {
-        const HeapBound bound(aLimits.mHeap);
+        const HeapBound bound(aHeap);
         info.reset(aParser.Parse(aStream));
     }
-    FuzzCheck(aStream.GetBytes() - bytesBefore <= aLimits.mBytes);
+    FuzzCheck(aStream.GetBytes() - bytesBefore <= aFormat.mBudget.mBytes);
     // A read that comes short is gone on with, up to the end: one more of a read that the budget counts.
-    FuzzCheck(!afWholeReads || aStream.GetReads() - readsBefore <= 2 * std::size_t{aLimits.mReads});
+    FuzzCheck(!afWholeReads || aStream.GetReads() - readsBefore <= 2 * std::size_t{aFormat.mBudget.mReads});
     if (info != nullptr) {
         FormatDoor_CheckTexts(*info);
-        FormatDoor_CheckAnnouncement(aParser, *info, aLimits.mMimeTypes, fSizeKnown);
+        FormatDoor_CheckAnnouncement(aParser, aFormat, *info, fSizeKnown);
         FormatDoor_CheckAdjusting(aParser, *info, fSizeKnown);
     }
     return FormatDoor_Dump(info.get());
@@ -250,22 +247,30 @@ private:
 };
 
 inline void FormatDoor_Check(const std::uint8_t* aData, std::size_t aSize, FormatParser& aParser,
-                             const FormatDoorLimits& aLimits) {
+                             const FormatDescription& aFormat, std::size_t aHeap = kFormatDoor_Heap) {
     const FuzzHouse house;
     const FormatDoorInput input(aData, aSize);
     FormatDoorDelivery delivery = input.mDelivery;
     const std::string_view file = input.mFile;
     const bool fWholeReads = delivery.mMaximumRead == SIZE_MAX;
     FormatDoorStream stream(file, delivery);
-    const std::string record = FormatDoor_Parse(aParser, stream, aLimits, fWholeReads);
+    const std::string record = FormatDoor_Parse(aParser, stream, aFormat, aHeap, fWholeReads);
     FormatDoorStream again(file, delivery);
-    FuzzCheck(FormatDoor_Parse(aParser, again, aLimits, fWholeReads) == record);
+    FuzzCheck(FormatDoor_Parse(aParser, again, aFormat, aHeap, fWholeReads) == record);
     if (!delivery.IsSound()) {
         return;
     }
     // As another parser finds it, which comes behind this one, and in one piece.
-    FuzzCheck(FormatDoor_Parse(aParser, stream, aLimits, fWholeReads) == record);
+    FuzzCheck(FormatDoor_Parse(aParser, stream, aFormat, aHeap, fWholeReads) == record);
     delivery.mMaximumRead = SIZE_MAX;
     FormatDoorStream whole(file, delivery);
-    FuzzCheck(FormatDoor_Parse(aParser, whole, aLimits, true) == record);
+    FuzzCheck(FormatDoor_Parse(aParser, whole, aFormat, aHeap, true) == record);
+}
+
+/// The door of a format, whose parser holds nothing between two parses.
+template <typename Parser>
+int FormatDoor_Enter(const std::uint8_t* aData, std::size_t aSize, std::size_t aHeap = kFormatDoor_Heap) {
+    static Parser sParser;
+    FormatDoor_Check(aData, aSize, sParser, Parser::kDescription, aHeap);
+    return 0;
 }

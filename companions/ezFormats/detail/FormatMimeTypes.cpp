@@ -1,6 +1,6 @@
 #include "ezFormats/detail/FormatMimeTypes.h"
 
-#include "ezFormats/detail/ListItems.h"
+#include "ezFormats/detail/Formats.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -9,27 +9,21 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kLists = {kMPEGAudio_MimeTypes, kJPEG_MimeTypes, kPNG_MimeTypes,
-                                                    kISOMedia_MimeTypes};
-
 constexpr std::size_t CountTypes() {
-    std::size_t count = kLists.size();
-    for (const std::string_view list : kLists) {
-        for (const char character : list) {
-            count += character == ',' ? 1 : 0;
-        }
+    std::size_t count = 0;
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        count += format->mMimeTypes.size();
     }
     return count;
 }
 
-/// The types of all lists, taken apart when this is compiled: every request looks one up.
+/// The types of all formats in a row, as every request looks one up.
 constexpr std::array<std::string_view, CountTypes()> AllTypes() {
     std::array<std::string_view, CountTypes()> types = {};
     std::size_t count = 0;
-    for (const std::string_view list : kLists) {
-        ListItems items(list);
-        while (items.Next(&types[count])) {
-            ++count;
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        for (const char* const type : format->mMimeTypes) {
+            types[count++] = type;
         }
     }
     return types;
@@ -37,35 +31,27 @@ constexpr std::array<std::string_view, CountTypes()> AllTypes() {
 constexpr auto kTypes = AllTypes();
 static_assert(kTypes.size() <= 32, "each has a bit of its own");
 
-/// Names by which media of one of these types also go, separated by ",".
-struct OtherNames {
-    std::string_view mType;
-    std::string_view mCodec; ///< the audio codec that these are for; empty: any
-    std::string_view mNames;
-};
-constexpr std::array<OtherNames, 6> kOtherNames = {{
-    {"audio/mpeg", "MP3", "audio/mp3,audio/x-mp3,audio/x-mpeg,audio/mpeg3,audio/x-mpeg-3"},
-    {"audio/mpeg", "MP2", "audio/mp2,audio/x-mp2"},
-    {"audio/mp4", "", "audio/x-m4a,audio/m4a,audio/x-m4b,audio/x-m4r"},
-    {"video/mp4", "", "video/x-mp4,video/x-m4v,video/x-f4v"},
-    {"image/jpeg", "", "image/jpg,image/pjpeg"},
-    {"image/png", "", "image/x-png"},
-}};
-
 bool IsSameType(std::string_view aLeft, std::string_view aRight) {
     return std::equal(aLeft.begin(), aLeft.end(), aRight.begin(), aRight.end(),
                       [](char aOne, char anOther) { return ezLower(aOne) == ezLower(anOther); });
 }
 
-bool Lists(std::string_view aNames, std::string_view aName) {
-    ListItems items(aNames);
-    std::string_view name;
-    while (items.Next(&name)) {
-        if (IsSameType(name, aName)) {
-            return true;
+/// The first row of other names of a type that a question is true of; null where there is none.
+template <typename Question>
+const OtherMimeTypes* FindOther(const Question& aQuestion) {
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        for (const OtherMimeTypes& row : format->mOtherMimeTypes) {
+            if (aQuestion(row)) {
+                return &row;
+            }
         }
     }
-    return false;
+    return nullptr;
+}
+
+bool Lists(const OtherMimeTypes& aRow, std::string_view aName) {
+    return std::any_of(aRow.mNames.begin(), aRow.mNames.end(),
+                       [aName](const char* aListed) { return IsSameType(aListed, aName); });
 }
 
 } // namespace
@@ -83,15 +69,15 @@ std::uint32_t FormatMimeType_Bit(std::string_view aMimeType) {
 }
 
 bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec) {
-    return std::any_of(kOtherNames.begin(), kOtherNames.end(), [&](const OtherNames& aRow) {
-        return IsSameType(aRow.mType, aType) && (aRow.mCodec.empty() || aRow.mCodec == aCodec) &&
-               Lists(aRow.mNames, aName);
-    });
+    return FindOther([&](const OtherMimeTypes& aRow) {
+               const std::string_view codec = aRow.mAudioCodec;
+               return IsSameType(aRow.mType, aType) && (codec.empty() || codec == aCodec) &&
+                      Lists(aRow, aName);
+           }) != nullptr;
 }
 
 std::string_view FormatMimeType_OwnName(std::string_view aMimeType) {
-    const auto* const row = std::find_if(kOtherNames.begin(), kOtherNames.end(), [&](const OtherNames& aRow) {
-        return Lists(aRow.mNames, aMimeType);
-    });
-    return row != kOtherNames.end() ? row->mType : aMimeType;
+    const OtherMimeTypes* const row =
+        FindOther([&](const OtherMimeTypes& aRow) { return Lists(aRow, aMimeType); });
+    return row != nullptr ? row->mType : aMimeType;
 }

@@ -4,18 +4,10 @@
 #include <cstdint>
 #include <string_view>
 
-/// @name What each parser of files may state, parted by ","
-/// @{
-inline constexpr const char* kMPEGAudio_MimeTypes = "audio/mpeg";
-inline constexpr const char* kJPEG_MimeTypes = "image/jpeg";
-inline constexpr const char* kPNG_MimeTypes = "image/png";
-inline constexpr const char* kISOMedia_MimeTypes =
-    "video/mp4,audio/mp4,video/quicktime,video/3gpp,audio/3gpp,video/3gpp2,audio/3gpp2";
-/// @}
-
-/// One of these types as a bit of its own. Case and parameters of aMimeType do not matter; 0 for any other.
+/// One of the MIME types that formats state, as a bit of its own. Case and parameters of aMimeType do not
+/// matter; 0 for any other.
 std::uint32_t FormatMimeType_Bit(std::string_view aMimeType);
-/// The type of the bit 1 << anIndex; empty behind the last one.
+/// The type of the bit 1 << anIndex; empty after the last one.
 std::string_view FormatMimeType_At(std::size_t anIndex);
 
 /// True when a MIME type is only another name of aType for media of an audio codec (empty: of none), so that

@@ -2,8 +2,6 @@
 
 #include "ez/MediaParser.h"
 
-#include "ezFormats/Export.h"
-
 /// The parser of the type "any": it knows media whose name lies. It looks at what stands where the formats of
 /// this library have a magic, and has its manager try the parsers of the format that shows, which decide.
 ///
@@ -15,7 +13,7 @@
 /// It has no media of its own: it declares nothing and adjusts nothing. It reads the first block, which is
 /// kept for the parsers after it, and one more where tags stand before the sound; at most 4 reads and 64 KiB.
 /// The parsers find the stream where this one found it.
-class EZFORMATS_API MagicParser : public ezMediaParser {
+class MagicParser : public ezMediaParser {
 public:
     MagicParser();
     ~MagicParser() override;

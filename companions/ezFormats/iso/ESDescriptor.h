@@ -2,7 +2,7 @@
 
 #include "ezBytes/ByteReader.h"
 
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
 
 #include <array>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "ezFormats/iso/ISOCompressedMovie.h"
 
 #include "ezBytes/BoxWalk.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
 
 ISOCompressedMovie::Result ISOCompressedMovie::Open(ByteReader& aMovie, std::uint32_t& aBoxBudget) {
     BoxType type;

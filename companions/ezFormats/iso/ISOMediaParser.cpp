@@ -1,11 +1,10 @@
 #include "ezFormats/iso/ISOMediaParser.h"
 
 #include "ezBytes/BoxWalk.h"
-#include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/iso/ISOCompressedMovie.h"
 #include "ezFormats/iso/ISOFragments.h"
+#include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOMovie.h"
 #include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/iso/ISORecord.h"
@@ -17,7 +16,6 @@
 #include <array>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -174,11 +172,14 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
 
 } // namespace
 
-ISOMediaParser::ISOMediaParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("ISOMediaParser", "mp4", kISOMedia_MimeTypes, {kISO_MaxReads, kISO_MaxBytes},
-                   std::move(aRules)) {}
-
-ISOMediaParser::~ISOMediaParser() = default;
+/// A first box that is one (ISO/IEC 14496-12, 4.2).
+bool ISOMediaParser::IsAt(ByteReader aBytes) {
+    constexpr std::uint32_t kBoxHeaderSize = 8;
+    const std::uint32_t size = aBytes.ReadBig32();
+    const BoxType type = BoxType::Read(aBytes);
+    const bool fSize = size == 1 || size >= kBoxHeaderSize; // 1: it is stated elsewhere
+    return fSize && IsIn(kFirstBoxes, type);
+}
 
 /// True when the reader is that of the movie's boxes; else the media has been refused.
 bool ISOMediaParser::OpenMovie(const MediaBytes& aBytes, ISOCompressedMovie& aCompressed, ByteReader& aMovie,

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/iso/ISOLimits.h"
 
 #include <cstdint>
+#include <utility>
 
 class ByteReader;
 class ISOCompressedMovie;
@@ -52,11 +55,43 @@ class ISOCompressedMovie;
 /// One parse costs at most 96 reads, each with a seek, and 1 MiB; a source that gives less at a time than it
 /// is asked for takes more reads for the same bytes. A film of any size with "moov" at its end costs about
 /// ten: the start, the end, and one for each jump over a table.
-class EZFORMATS_API ISOMediaParser : public FormatParser {
+class ISOMediaParser : public FormatParser {
 public:
+    /// Whether what begins there is of the format.
+    static bool IsAt(ByteReader aBytes);
+
+    static constexpr FormatDescription kDescription = {
+        "ISOMediaParser",
+        "mp4",
+        {"video/mp4", "audio/mp4", "video/quicktime", "video/3gpp", "audio/3gpp", "video/3gpp2",
+         "audio/3gpp2"},
+        {kISO_MaxReads, kISO_MaxBytes},
+        {{"mp4",
+          {"mp4", "mpg4", "mp4v"},
+          {"video/mp4", "video/x-mp4", "application/mp4"},
+          "item.videoItem",
+          {"m4v", "mov"}},
+         {"m4v", {"m4v"}, {"video/mp4", "video/x-m4v"}, "item.videoItem", {"mp4"}},
+         {"m4s", {"m4s", "dash"}, {"video/mp4", "video/iso.segment"}, "item.videoItem", {"mp4"}},
+         {"cmfv", {"cmfv"}, {"video/mp4"}, "item.videoItem", {"mp4", "m4s"}},
+         {"f4v", {"f4v"}, {"video/mp4", "video/x-f4v"}, "item.videoItem", {"mp4", "flv"}},
+         {"mov", {"mov", "qt"}, {"video/quicktime"}, "item.videoItem", {"mp4"}},
+         {"3gp", {"3gp", "3gpp"}, {"video/3gpp"}, "item.videoItem", {"mp4"}},
+         {"3g2", {"3g2", "3gp2", "3gpp2"}, {"video/3gpp2"}, "item.videoItem", {"3gp", "mp4"}},
+         {"mj2", {"mj2", "mjp2"}, {"video/mj2"}, "item.videoItem", {"mp4"}},
+         {"m4a", {"m4a"}, {"audio/mp4", "audio/x-m4a", "audio/m4a"}, "item.audioItem.musicTrack", {"mp4"}},
+         {"m4b", {"m4b"}, {"audio/mp4", "audio/x-m4b"}, "item.audioItem.audioBook", {"m4a", "mp4"}},
+         {"m4r", {"m4r"}, {"audio/mp4", "audio/x-m4r"}, "item.audioItem.musicTrack", {"m4a", "mp4"}},
+         {"cmfa", {"cmfa"}, {"audio/mp4"}, "item.audioItem.musicTrack", {"m4a", "mp4"}},
+         {"3ga", {"3ga"}, {"audio/3gpp"}, "item.audioItem.musicTrack", {"3gp", "m4a", "mp4"}}},
+        {{"audio/mp4", "", {"audio/x-m4a", "audio/m4a", "audio/x-m4b", "audio/x-m4r"}},
+         {"video/mp4", "", {"video/x-mp4", "video/x-m4v", "video/x-f4v"}}},
+        {IsAt},
+    };
+
     /// @param aRules  decide the profile that a media is announced with; not null, shared
-    explicit ISOMediaParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
-    ~ISOMediaParser() override;
+    explicit ISOMediaParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
+        : FormatParser(kDescription, std::move(aRules)) {}
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;

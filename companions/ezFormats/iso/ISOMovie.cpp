@@ -1,7 +1,7 @@
 #include "ezFormats/iso/ISOMovie.h"
 
 #include "ezBytes/BoxWalk.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISONumbers.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ezFormats/iso/ISONumbers.h"
 
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 

@@ -1,7 +1,7 @@
 #include "ezFormats/iso/ISORecord.h"
 
 #include "ezFormats/codecs/AMRFrames.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISONumbers.h"
 
 #include "ezPlatform/media/MediaInfo.h"

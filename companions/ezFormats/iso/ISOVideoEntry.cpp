@@ -3,8 +3,8 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/H264Headers.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include "ezPlatform/media/MediaInfo.h"

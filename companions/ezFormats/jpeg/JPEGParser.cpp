@@ -2,17 +2,15 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/Exif.h"
-#include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/jpeg/JPEGFrame.h"
+#include "ezFormats/jpeg/JPEGLimits.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -130,11 +128,13 @@ struct JPEGParser::Finds {
     }
 };
 
-JPEGParser::JPEGParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("JPEGParser", "jpg", kJPEG_MimeTypes, {kJPEG_MaxReads, kJPEG_MaxBytes},
-                   std::move(aRules)) {}
-
-JPEGParser::~JPEGParser() = default;
+/// The start of a picture, and the marker of a segment or a frame header (ITU-T T.81, B.1.1.3).
+bool JPEGParser::IsAt(ByteReader aBytes) {
+    const std::uint32_t word = aBytes.ReadBig32();
+    const std::uint32_t marker = word & 0xFF;
+    const bool fEmpty = marker >= 0xD0 && marker <= 0xD9; // those without a segment
+    return word >> 8 == 0xFFD8FF && marker >= 0xC0 && marker != 0xFF && !fEmpty;
+}
 
 bool JPEGParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     ByteReader reader(aBytes);
@@ -195,7 +195,6 @@ bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo
     if (width == 0) {
         return Refuse(Cause::Malformed, "width 0");
     }
-    anInfo.Set(kezInfo_MimeType, kJPEG_MimeTypes, true);
     anInfo.Set(kezInfo_PictureWidth, width, true);
     if (height != 0) { // else it stands behind the first scan
         anInfo.Set(kezInfo_PictureHeight, height, true);

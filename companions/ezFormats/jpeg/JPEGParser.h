@@ -1,7 +1,12 @@
 #pragma once
 
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/jpeg/JPEGLimits.h"
 
+#include <utility>
+
+class ByteReader;
 struct JPEGComponents;
 
 /// JPEG pictures (ITU-T T.81, JFIF, Exif): size, process, precision, colours and their sampling, and the
@@ -13,11 +18,29 @@ struct JPEGComponents;
 /// or twice the block before where it goes straight on, up to 64 KiB, as for an Exif directory out of all
 /// proportion. At most these are 192 reads, 193 seeks and 1 MiB; a source that gives less at a time than it
 /// is asked for takes more reads for the same bytes.
-class EZFORMATS_API JPEGParser : public FormatParser {
+class JPEGParser : public FormatParser {
 public:
+    /// Whether what begins there is of the format.
+    static bool IsAt(ByteReader aBytes);
+
+    static constexpr FormatDescription kDescription = {
+        "JPEGParser",
+        "jpg",
+        {"image/jpeg"},
+        {kJPEG_MaxReads, kJPEG_MaxBytes},
+        {{"jpg",
+          {"jpg", "jpeg", "jpe", "jfif"},
+          {"image/jpeg", "image/jpg", "image/pjpeg"},
+          "item.imageItem.photo",
+          {}},
+         {"mpo", {"mpo"}, {"image/jpeg", "image/mpo"}, "item.imageItem.photo", {"jpg"}}},
+        {{"image/jpeg", "", {"image/jpg", "image/pjpeg"}}},
+        {IsAt},
+    };
+
     /// @param aRules  decide the profile that a media is announced with; not null, shared
-    explicit JPEGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
-    ~JPEGParser() override;
+    explicit JPEGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
+        : FormatParser(kDescription, std::move(aRules)) {}
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;

@@ -1,8 +1,8 @@
 #include "ezFormats/mpegaudio/MPEGAudioFile.h"
 
-#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ID3Tag.h"
@@ -330,7 +330,6 @@ bool MPEGAudioMeasure::IsVariable() const {
 
 void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     const ezMPEGAudioHeader& header = mSound.mHeader;
-    anInfo.Set(kezInfo_MimeType, kMPEGAudio_MimeTypes, true);
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, ezMPEGAudioHeader_CodecOf(header.mLayer), true);
     anInfo.Set(kezInfo_AudioSamplingRate, header.mSamplingRate, true);

@@ -1,8 +1,8 @@
 #include "ezFormats/mpegaudio/MPEGAudioFrames.h"
 
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/elementary/WrapperWatch.h"
+#include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 
 #include "ezBytes/ByteReader.h"
 

@@ -1,18 +1,17 @@
 #include "ezFormats/mpegaudio/MPEGAudioParser.h"
 
-#include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/codecs/MPEGAudioHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/mpegaudio/MPEGAudioFile.h"
+#include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 
+#include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
 
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
-#include <utility>
 
 namespace {
 
@@ -29,19 +28,18 @@ bool IsShortFile(MediaBytes& aBytes, const MPEGAudioFrames& aFrames, std::uint64
 
 } // namespace
 
-MPEGAudioParser::MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("MPEGAudioParser", "mp3", kMPEGAudio_MimeTypes, {kMPEGAudio_MaxReads, kMPEGAudio_MaxBytes},
-                   std::move(aRules)) {}
-
-MPEGAudioParser::~MPEGAudioParser() = default;
-
-const char* MPEGAudioParser::CodePageName() const {
-    const char* const name = ezPropertyList_Get_charPtr(mEnvironmentInfo, kProperty_TextCodePage);
-    return name != nullptr ? name : "";
-}
-
-bool MPEGAudioParser::IsCodePageKnown() const {
-    return CodePage::IsKnown(CodePageName());
+/// Two frames in a row of one version, layer and sampling rate; not of free format, which tells no length.
+bool MPEGAudioParser::IsAt(ByteReader aBytes) {
+    constexpr std::uint32_t kSame = 0xFFFE0C00;
+    ByteReader next = aBytes;
+    const std::uint32_t word = aBytes.ReadBig32();
+    ezMPEGAudioHeader header;
+    if (!ezMPEGAudioHeader_Read(word, header) || header.mFrameSize == 0) {
+        return false;
+    }
+    next.Skip(header.mFrameSize);
+    const std::uint32_t second = next.ReadBig32();
+    return ((word ^ second) & kSame) == 0 && ezMPEGAudioHeader_Read(second, header);
 }
 
 bool MPEGAudioParser::MayReadWhole() const {
@@ -51,7 +49,7 @@ bool MPEGAudioParser::MayReadWhole() const {
 }
 
 bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
-    const CodePage codePage(CodePageName());
+    const CodePage codePage(GetTextCodePage());
     LeadingTags tags = ReadLeadingTags(aBytes, codePage);
     const char* const other = OtherFormatAt(aBytes, tags.mEnd);
     if (other != nullptr) {

@@ -1,6 +1,12 @@
 #pragma once
 
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/mpegaudio/MPEGAudioLimits.h"
+
+#include <utility>
+
+class ByteReader;
 
 /// MPEG audio files: layers I to III of MPEG-1 and MPEG-2, and layer III of MPEG-2.5 (mp3, mp2, mpa).
 ///
@@ -32,19 +38,38 @@
 /// reads for each 64 KiB of them more. A source that gives less at a time than it is asked for takes more
 /// reads for the same bytes. Usual are the first 8 KiB, a read behind a large tag, and the last 16 KiB; and
 /// four reads of 16 KiB more where no count is stated.
-class EZFORMATS_API MPEGAudioParser : public FormatParser {
+class MPEGAudioParser : public FormatParser {
 public:
-    /// @param aRules  decide the profile that a media is announced with; not null, shared
-    explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
-    ~MPEGAudioParser() override;
+    /// Whether what begins there is of the format.
+    static bool IsAt(ByteReader aBytes);
 
-    /// False where kProperty_TextCodePage names a code page that this system does not know.
-    bool IsCodePageKnown() const;
+    static constexpr FormatDescription kDescription = {
+        "MPEGAudioParser",
+        "mp3",
+        {"audio/mpeg"},
+        {kMPEGAudio_MaxReads, kMPEGAudio_MaxBytes},
+        {{"mp3",
+          {"mp3"},
+          {"audio/mpeg", "audio/mp3", "audio/x-mp3", "audio/x-mpeg", "audio/mpeg3"},
+          "item.audioItem.musicTrack",
+          {"mp2"}},
+         {"mp2",
+          {"mp2", "mpa", "m2a", "mp1"},
+          {"audio/mpeg", "audio/mp2", "audio/x-mp2"},
+          "item.audioItem.musicTrack",
+          {"mp3"}}},
+        {{"audio/mpeg", "MP3", {"audio/mp3", "audio/x-mp3", "audio/x-mpeg", "audio/mpeg3", "audio/x-mpeg-3"}},
+         {"audio/mpeg", "MP2", {"audio/mp2", "audio/x-mp2"}}},
+        {IsAt, true},
+    };
+
+    /// @param aRules  decide the profile that a media is announced with; not null, shared
+    explicit MPEGAudioParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
+        : FormatParser(kDescription, std::move(aRules)) {}
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;
 
 private:
     bool MayReadWhole() const;
-    const char* CodePageName() const;
 };

@@ -2,15 +2,13 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/Exif.h"
-#include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/png/PNGLimits.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <array>
 #include <cstdint>
-#include <utility>
 
 namespace {
 
@@ -83,10 +81,9 @@ std::uint32_t CheckSumOf(ByteReader& aBytes) {
 
 } // namespace
 
-PNGParser::PNGParser(std::shared_ptr<const ProfileRules> aRules)
-    : FormatParser("PNGParser", "png", kPNG_MimeTypes, {kPNG_MaxReads, kPNG_MaxBytes}, std::move(aRules)) {}
-
-PNGParser::~PNGParser() = default;
+bool PNGParser::IsAt(ByteReader aBytes) {
+    return aBytes.ReadBig(8) == kSignature;
+}
 
 bool PNGParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     ByteReader reader(aBytes);
@@ -94,7 +91,6 @@ bool PNGParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (signature != kSignature) {
         return Refuse(Cause::Malformed, "begins with %016llX", static_cast<unsigned long long>(signature));
     }
-    anInfo.Set(kezInfo_MimeType, kPNG_MimeTypes, true);
     return ReadHeader(aBytes, reader, anInfo) && ReadChunks(aBytes, reader, anInfo);
 }
 

@@ -1,6 +1,10 @@
 #pragma once
 
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/png/PNGLimits.h"
+
+#include <utility>
 
 class ByteReader;
 
@@ -10,11 +14,24 @@ class ByteReader;
 /// A parse reads the first 8 KiB, and for each chunk to be stepped over that ends elsewhere a block: 4 KiB,
 /// or twice the block before where it goes straight on, up to 64 KiB. At most these are 64 reads, 65 seeks
 /// and 384 KiB; a source that gives less at a time than it is asked for takes more reads for the same bytes.
-class EZFORMATS_API PNGParser : public FormatParser {
+class PNGParser : public FormatParser {
 public:
+    /// Whether what begins there is of the format.
+    static bool IsAt(ByteReader aBytes);
+
+    static constexpr FormatDescription kDescription = {
+        "PNGParser",
+        "png",
+        {"image/png"},
+        {kPNG_MaxReads, kPNG_MaxBytes},
+        {{"png", {"png", "apng"}, {"image/png", "image/x-png", "image/apng"}, "item.imageItem.photo", {}}},
+        {{"image/png", "", {"image/x-png"}}},
+        {IsAt},
+    };
+
     /// @param aRules  decide the profile that a media is announced with; not null, shared
-    explicit PNGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn());
-    ~PNGParser() override;
+    explicit PNGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
+        : FormatParser(kDescription, std::move(aRules)) {}
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;

@@ -1,10 +1,7 @@
 #pragma once
 
 #include "ezFormats/FormatParsers.h"
-#include "ezFormats/iso/ISOMediaParser.h"
-#include "ezFormats/jpeg/JPEGParser.h"
-#include "ezFormats/mpegaudio/MPEGAudioParser.h"
-#include "ezFormats/png/PNGParser.h"
+#include "ezFormats/detail/Formats.h"
 
 #include "ez/MediaParserManager.h"
 
@@ -24,6 +21,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 /// A file of the samples, and what its record states of it in the first line: "Winner: png", or
@@ -71,10 +69,9 @@ inline const std::vector<SampleFile>& AllSamples() {
 /// One parser of each file format.
 inline std::vector<std::unique_ptr<ezMediaParser>> AllParsers() {
     std::vector<std::unique_ptr<ezMediaParser>> parsers;
-    parsers.push_back(std::make_unique<MPEGAudioParser>());
-    parsers.push_back(std::make_unique<JPEGParser>());
-    parsers.push_back(std::make_unique<PNGParser>());
-    parsers.push_back(std::make_unique<ISOMediaParser>());
+    AllFormats::ForEach([&parsers](auto* aNull) {
+        parsers.push_back(std::make_unique<std::remove_pointer_t<decltype(aNull)>>());
+    });
     return parsers;
 }
 

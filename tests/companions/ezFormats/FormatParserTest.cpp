@@ -1,10 +1,12 @@
 #include "companions/ezFormats/rules/ProfileKit.h"
 
 #include "ezFormats/FormatParser.h"
+#include "ezFormats/detail/FormatDescription.h"
 #include "ezFormats/detail/MediaBytes.h"
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
+#include "support/Record.h"
 
 #include <gtest/gtest.h>
 
@@ -22,12 +24,15 @@ constexpr const char* kTable = "MP3     audio/mpeg  channels=1-2\n"
 
 using Reading = std::function<bool(MediaBytes&, ezMediaInfo&)>;
 
+constexpr FormatDescription kScripted = {
+    "ScriptedFormat", "scr", {"audio/mpeg", "audio/mp4", "video/mp4", "image/jpeg", "video/quicktime"},
+    {4, 65536},       {},
+};
+
 class ScriptedFormat : public FormatParser {
 public:
-    explicit ScriptedFormat(Reading aReading, const Budget& aBudget = {4, 65536})
-        : FormatParser("ScriptedFormat", "scr", "audio/mpeg,audio/mp4,video/mp4,image/jpeg,video/quicktime",
-                       aBudget, ProfileRules::FromText(kTable, nullptr)),
-          mReading(std::move(aReading)) {}
+    explicit ScriptedFormat(Reading aReading)
+        : FormatParser(kScripted, ProfileRules::FromText(kTable, nullptr)), mReading(std::move(aReading)) {}
 
     using FormatParser::Cause;
     using FormatParser::Refuse;
@@ -207,6 +212,17 @@ TEST(FormatParser, MediaThatCannotBeReadIsRefusedAndLoggedWithItsCause) {
     EXPECT_EQ(parser.Parse(failing), nullptr);
     ASSERT_EQ(log.Texts().size(), 2U);
     EXPECT_EQ(log.Texts()[1], "ScriptedFormat: read error: nothing to read\n");
+}
+
+TEST(FormatParser, FirstMimeTypeIsStatedWhereTheContentStatesNone) {
+    const auto typeOf = [](const char* aFacts) {
+        ScriptedFormat parser(Stating(aFacts));
+        AwkwardStream stream("abc");
+        const Record record(parser.Parse(stream));
+        return Str(record->GetCString(kezInfo_MimeType, ""));
+    };
+    EXPECT_EQ(typeOf("wi=9"), "audio/mpeg");
+    EXPECT_EQ(typeOf("mt=video/mp4"), "video/mp4");
 }
 
 TEST(FormatParser, RefusedMediaGivesNoRecord) {

@@ -1,5 +1,5 @@
 #include "ezFormats/FormatParsers.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/png/PNGLimits.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"

@@ -3,16 +3,12 @@
 
 #include "fuzz/support/FormatDoor.h"
 
-#include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/mpegaudio/MPEGAudioParser.h"
 
 #include "ez/MediaParserManager.h"
 #include "ezPlatform/config/PropertyList.h"
 
 #include <memory>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 
 namespace {
 
@@ -34,21 +30,21 @@ private:
 };
 
 /// The whole file in blocks of 64 KiB, of which a part may have been at hand. A hole is stepped into once.
-FormatDoorLimits LimitsOfWhole(std::size_t aSize) {
+FormatDescription DescriptionOfWhole(std::size_t aSize) {
     constexpr std::size_t kBlock = std::size_t{64} * 1024;
-    const auto reads = static_cast<std::uint32_t>(2 * (aSize / kBlock + 1));
-    return {kMPEGAudio_MimeTypes, kMPEGAudio_MaxReads + reads, kMPEGAudio_MaxBytes + aSize + kBlock};
+    FormatDescription format = MPEGAudioParser::kDescription;
+    format.mBudget.mReads += static_cast<std::uint32_t>(2 * (aSize / kBlock + 1));
+    format.mBudget.mBytes += aSize + kBlock;
+    return format;
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
-    static MPEGAudioParser sParser; // holds nothing between two parses
     if (FormatDoor_IsFlagged(aData, aSize)) {
         static WholeReading sWhole;
-        FormatDoor_Check(aData, aSize, sWhole.GetParser(), LimitsOfWhole(aSize));
+        FormatDoor_Check(aData, aSize, sWhole.GetParser(), DescriptionOfWhole(aSize));
         return 0;
     }
-    FormatDoor_Check(aData, aSize, sParser, {kMPEGAudio_MimeTypes, kMPEGAudio_MaxReads, kMPEGAudio_MaxBytes});
-    return 0;
+    return FormatDoor_Enter<MPEGAudioParser>(aData, aSize);
 }

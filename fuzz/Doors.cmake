@@ -57,7 +57,8 @@ ez_add_door(ezFormats_inside es_mpeg_video
 ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 
 # What every parser of files stands on.
-set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/ByteReader.cpp ${BYTES}/ByteSource.cpp)
+set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/BudgetedBytes.cpp ${BYTES}/ByteReader.cpp
+    ${BYTES}/ByteSource.cpp)
 ez_add_door(ezFormats_inside format_magic ${FORMATS}/detail/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
 
 # ez_find_sources(<variable> <folder>): the sources of a format's folder, and those of the codecs and of bytes that they

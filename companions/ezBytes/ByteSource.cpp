@@ -4,38 +4,8 @@
 #include <utility>
 
 ByteSource::~ByteSource() = default;
-BlockwiseBytes::~BlockwiseBytes() = default;
 PieceBytes::~PieceBytes() = default;
 BlockBytes::~BlockBytes() = default;
-
-BlockwiseBytes::BlockwiseBytes(std::size_t aBlockSize, std::uint32_t aMaxFetches)
-    : mBlockSize(aBlockSize), mFetchesLeft(aMaxFetches) {}
-
-std::size_t BlockwiseBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (aPosition >= GetSize()) {
-        return 0;
-    }
-    const std::uint64_t blockStart = aPosition - aPosition % mBlockSize;
-    if (blockStart != mBlockStart || mBlockLength == 0) {
-        mBlockLength = 0;
-        if (mFetchesLeft == 0) {
-            return 0;
-        }
-        --mFetchesLeft;
-        mBlock.resize(mBlockSize);
-        const std::uint64_t left = GetSize() - blockStart;
-        mBlockStart = blockStart;
-        mBlockLength =
-            std::min(mBlockSize, Fetch(blockStart, mBlock.data(),
-                                       static_cast<std::size_t>(std::min<std::uint64_t>(mBlockSize, left))));
-    }
-    const auto place = static_cast<std::size_t>(aPosition - blockStart);
-    if (place >= mBlockLength) {
-        return 0; // a file that was cut since it was opened
-    }
-    *aBytes = mBlock.data() + place;
-    return mBlockLength - place;
-}
 
 PieceBytes::PieceBytes(ByteSource& aBytes, std::vector<BytePiece> aPieces)
     : mBytes(aBytes), mPieces(std::move(aPieces)) {

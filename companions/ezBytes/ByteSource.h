@@ -21,12 +21,12 @@ public:
     /// 2^64-1 when it is not known.
     virtual std::uint64_t GetSize() const = 0;
 
-    /// Lends bytes from a position on, as many as are at hand, until the next call. 0 when the byte there is
-    /// not to be had; *aBytes is then left as it is.
+    /// Lends bytes from a position on: as many as are at hand, at least one. They are borrowed until the next
+    /// call. 0 when there is no byte there, or it cannot be read; *aBytes is then left as it is.
     virtual std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) = 0;
 
     /// The same of the block that the source keeps at hand, if it keeps one: most reads are of a few bytes of
-    /// it, and this is no call.
+    /// it, and this costs no virtual call.
     std::size_t LendAtHand(std::uint64_t aPosition, const unsigned char** aBytes) const {
         const std::uint64_t place = aPosition - mAtHandStart; // very large before the start
         if (place >= mAtHandLength) {
@@ -36,7 +36,7 @@ public:
         return mAtHandLength - static_cast<std::size_t>(place);
     }
 
-    /// False when the byte is not to be had.
+    /// False when there is no byte there, or it cannot be read.
     bool Get(std::uint64_t aPosition, unsigned char* aByte) {
         const unsigned char* bytes = nullptr;
         if (LendAtHand(aPosition, &bytes) == 0 && Lend(aPosition, &bytes) == 0) {
@@ -60,30 +60,7 @@ private:
     std::size_t mAtHandLength = 0;
 };
 
-/// Bytes that are fetched by blocks, one of which is kept; and only so many times, which bounds what a walk
-/// over a stranger's file may cost.
-class BlockwiseBytes : public ByteSource {
-public:
-    ~BlockwiseBytes() override;
-
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
-
-protected:
-    /// aBlockSize is not 0.
-    BlockwiseBytes(std::size_t aBlockSize, std::uint32_t aMaxFetches);
-
-    /// Fetches up to aSize bytes from a position on: how many there were, 0 on a failure.
-    virtual std::size_t Fetch(std::uint64_t aPosition, unsigned char* aBlock, std::size_t aSize) = 0;
-
-private:
-    std::vector<unsigned char> mBlock; ///< made by the first fetch
-    std::size_t mBlockSize;
-    std::uint64_t mBlockStart = 0;
-    std::size_t mBlockLength = 0;
-    std::uint32_t mFetchesLeft;
-};
-
-/// Pieces of other bytes, one behind the other. Reading forth is cheap, back it starts over.
+/// Pieces of other bytes, one after the other. Reading forward is cheap; reading back starts over.
 class PieceBytes : public ByteSource {
 public:
     /// aBytes is borrowed.

@@ -4,8 +4,6 @@
 #include "ez/MediaParserTypes.h"
 
 #include <algorithm>
-#include <cstring>
-#include <utility>
 
 namespace {
 
@@ -18,34 +16,26 @@ constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
 } // namespace
 
 MediaBytes::MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes)
-    : mStream(aStream), mSize(kUnknown), mReadsLeft(aMaxReads), mBytesLeft(aMaxBytes) {
+    : BudgetedBytes(kUnknown, ReadBudget(aMaxReads, aMaxBytes)), mStream(aStream) {
     TakeSize();
 }
 
 MediaBytes::~MediaBytes() = default;
 
 bool MediaBytes::IsSizeKnown() const {
-    return mSize != kUnknown;
+    return GetSize() != kUnknown;
 }
 
-std::size_t MediaBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (aPosition >= mSize) {
-        return 0;
+void MediaBytes::Bring(std::uint64_t aPosition) {
+    const bool fStraightOn = GetBlockLength() != 0 && aPosition == GetBlockStart() + GetBlockLength();
+    const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
+    if (ReadStart(aPosition) && !HasAtHand(aPosition, 1)) {
+        Fetch(aPosition, size);
     }
-    if (!HasAtHand(aPosition, 1)) {
-        const bool fStraightOn = mBlockLength != 0 && aPosition == mBlockStart + mBlockLength;
-        const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
-        if (!ReadStart(aPosition) || (!HasAtHand(aPosition, 1) && !Fetch(aPosition, size))) {
-            return 0;
-        }
-    }
-    const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
-    *aBytes = mBlock.get() + place;
-    return mBlockLength - place;
 }
 
 bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
-    if (aPosition >= mSize) {
+    if (aPosition >= GetSize()) {
         return false;
     }
     const std::size_t size = std::min(aSize, kLargestBlock);
@@ -76,88 +66,29 @@ bool MediaBytes::ReadStart(std::uint64_t aPosition) {
 /// A stream that opens itself with its first read knows its size from then on.
 void MediaBytes::TakeSize() {
     const std::uint64_t size = mStream.GetMediaSize().ToUInt64();
-    mSize = size == 0 ? kUnknown : size;
-    Keep(static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, mSize)));
+    SetSize(size == 0 ? kUnknown : size);
 }
 
-/// Makes the block that of a position. Bytes of it that are at hand are not read again.
-bool MediaBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
-    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - aPosition));
-    std::size_t kept = 0;
-    if (HasAtHand(aPosition, 1)) {
-        const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
-        kept = mBlockLength - place;
-        std::memmove(mBlock.get(), mBlock.get() + place, kept);
-    }
-    mBlockStart = aPosition;
-    if (mReadsLeft == 0 || mBytesLeft < size - kept) {
-        mfBudgetUsedUp = true;
-        return Keep(kept);
-    }
-    --mReadsLeft;
-    if (!Reserve(size)) {
-        mfReadFailed = true;
-        return Keep(kept);
-    }
-    const std::size_t count = Fill(kept, size);
-    mBytesLeft -= count;
-    mLastSize = std::max(kept + count, kLeastBlock);
-    return Keep(kept + count);
-}
-
-/// Makes room for a block of so many bytes; what is there stays.
-bool MediaBytes::Reserve(std::size_t aSize) {
-    if (aSize <= mBlockSize) {
-        return true;
-    }
-    void* const grown = ezRealloc(mBlock.get(), aSize);
-    if (grown == nullptr) {
-        return false;
-    }
-    static_cast<void>(mBlock.release()); // it is, or lies in, the new block
-    mBlock.reset(static_cast<unsigned char*>(grown));
-    mBlockSize = aSize;
-    return true;
-}
-
-/// The block is so long from now on. False when it is empty.
-bool MediaBytes::Keep(std::size_t aLength) {
-    mBlockLength = aLength;
-    KeepAtHand(mBlock.get(), mBlockStart, aLength);
-    return aLength != 0;
-}
-
-/// Reads into the block from a place of it up to another: a source may give fewer bytes at a time than there
-/// are. How many there were.
-std::size_t MediaBytes::Fill(std::size_t aPlace, std::size_t anEnd) {
-    std::size_t done = aPlace;
-    while (done < anEnd) {
-        std::size_t count = anEnd - done;
-        auto* const place = reinterpret_cast<char*>(mBlock.get() + done);
-        const bool fRead = done == aPlace ? mStream.ReadFrom(ezuint64(mBlockStart + done), &count, place)
-                                          : mStream.Read(&count, place);
-        mfReadFailed = mfReadFailed || !fRead;
+/// A source may give fewer bytes at a time than there are.
+std::size_t MediaBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, std::size_t aSize,
+                               bool* afFailed) {
+    std::size_t done = 0;
+    while (done < aSize) {
+        std::size_t count = aSize - done;
+        auto* const place = reinterpret_cast<char*>(aPlace + done);
+        const bool fRead =
+            done == 0 ? mStream.ReadFrom(ezuint64(aPosition), &count, place) : mStream.Read(&count, place);
+        *afFailed = *afFailed || !fRead;
         if (!fRead || count == 0) {
             break;
         }
         done += count;
     }
-    return done - aPlace;
-}
-
-bool MediaBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
-    if (aPosition < mBlockStart || aPosition >= mSize || aPosition - mBlockStart >= mBlockLength) {
-        return false;
-    }
-    const std::uint64_t there = std::min<std::uint64_t>(aSize, mSize - aPosition);
-    return there <= mBlockLength - (aPosition - mBlockStart);
+    mLastSize = std::max(static_cast<std::size_t>(aPosition - GetBlockStart()) + done, kLeastBlock);
+    return done;
 }
 
 void MediaBytes::AllowWholeMedia() {
     // Whoever reads straight on takes a block at a time, a part of which may have been at hand.
-    const std::uint64_t reads = 2 * (mSize / kLargestBlock + 1);
-    mReadsLeft +=
-        static_cast<std::uint32_t>(std::min<std::uint64_t>(reads, UINT32_MAX - std::uint64_t{mReadsLeft}));
-    mBytesLeft += std::min(mSize, UINT64_MAX - mBytesLeft);
-    mfBudgetUsedUp = false;
+    RaiseBudget(2 * (GetSize() / kLargestBlock + 1), GetSize());
 }

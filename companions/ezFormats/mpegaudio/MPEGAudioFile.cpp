@@ -7,6 +7,7 @@
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ID3Tag.h"
 #include "ezBytes/LeadingTag.h"
+#include "ezBytes/ReadShare.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -17,30 +18,6 @@
 using namespace std::string_view_literals;
 
 namespace {
-
-/// Bytes of which only so many are read that are not at hand.
-class FewReads : public ByteSource {
-public:
-    FewReads(MediaBytes& aBytes, std::uint32_t aMaxReads) : mBytes(aBytes), mReadsLeft(aMaxReads) {}
-    ~FewReads() override;
-
-    std::uint64_t GetSize() const override { return mBytes.GetSize(); }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
-        if (!mBytes.HasAtHand(aPosition, 1)) {
-            if (mReadsLeft == 0) {
-                return 0;
-            }
-            --mReadsLeft;
-        }
-        return mBytes.Lend(aPosition, aBytes);
-    }
-
-private:
-    MediaBytes& mBytes;
-    std::uint32_t mReadsLeft;
-};
-
-FewReads::~FewReads() = default;
 
 ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
     ByteReader reader(aBytes);
@@ -122,7 +99,7 @@ bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
     LeadingTags tags;
-    FewReads few(aBytes, kMusicTexts_MaxReads);
+    ReadShare few(aBytes, kMusicTexts_MaxReads);
     for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
         if (!aBytes.HasAtHand(tags.mEnd, 1)) {
             aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
@@ -160,7 +137,7 @@ std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
 }
 
 MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
-    FewReads few(aBytes, kMusicTexts_MaxReads);
+    ReadShare few(aBytes, kMusicTexts_MaxReads);
     // ID3v1 stands in the last bytes, which are at hand now.
     const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
     MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();

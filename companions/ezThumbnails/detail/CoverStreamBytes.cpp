@@ -1,22 +1,32 @@
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
-#include "ezThumbnails/detail/CoverLimits.h"
-
 #include "ezPlatform/streams/Stream.h"
 
 CoverStreamBytes::CoverStreamBytes(ezStream& aStream)
-    : BlockwiseBytes(kCover_BlockSize, kCover_MaxBlocks),
-      mStream(aStream),
-      mSize(aStream.IsOpened() ? aStream.GetSize().ToUInt64() : 0) {}
+    : BudgetedBytes(aStream.IsOpened() ? aStream.GetSize().ToUInt64() : 0, ReadBudget(kCover_MaxBlocks),
+                    mBlock, sizeof(mBlock)),
+      mStream(aStream) {}
 
 CoverStreamBytes::~CoverStreamBytes() = default;
 
-std::size_t CoverStreamBytes::Fetch(std::uint64_t aPosition, unsigned char* aBlock, std::size_t aSize) {
+void CoverStreamBytes::Bring(std::uint64_t aPosition) {
+    const std::uint64_t start = aPosition - aPosition % kCover_BlockSize;
+    // A block that ends before its position is that of a file that was cut since it was opened.
+    if (start != GetBlockStart() || GetBlockLength() == 0) {
+        Fetch(start, kCover_BlockSize);
+    }
+}
+
+std::size_t CoverStreamBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, std::size_t aSize,
+                                     bool* afFailed) {
     std::size_t length = aSize;
-    if (mStream.Seek(aPosition) != ezStreamingStatus_NoError) {
+    ezStreamingStatus status = mStream.Seek(aPosition);
+    if (status == ezStreamingStatus_NoError) {
+        status = mStream.Read(aPlace, &length, ezStreamReadFlag_Whole);
+    }
+    if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
+        *afFailed = true;
         return 0;
     }
-    const ezStreamingStatus status = mStream.Read(aBlock, &length, ezStreamReadFlag_Whole);
-    const bool fRead = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
-    return fRead ? length : 0;
+    return length;
 }

@@ -1,22 +1,24 @@
 #pragma once
 
-#include "ezBytes/ByteSource.h"
+#include "ezThumbnails/detail/CoverLimits.h"
+
+#include "ezBytes/BudgetedBytes.h"
 
 class ezStream;
 
 /// The bytes of a stream that is looked through for its cover, read kCover_MaxBlocks times at most.
-class CoverStreamBytes : public BlockwiseBytes {
+class CoverStreamBytes : public BudgetedBytes {
 public:
     /// aStream is borrowed. One that is not open, fails or waits has no bytes.
     explicit CoverStreamBytes(ezStream& aStream);
     ~CoverStreamBytes() override;
 
-    std::uint64_t GetSize() const override { return mSize; }
-
 protected:
-    std::size_t Fetch(std::uint64_t aPosition, unsigned char* aBlock, std::size_t aSize) override;
+    void Bring(std::uint64_t aPosition) override;
+    std::size_t ReadAt(std::uint64_t aPosition, unsigned char* aPlace, std::size_t aSize,
+                       bool* afFailed) override;
 
 private:
     ezStream& mStream;
-    std::uint64_t mSize;
+    unsigned char mBlock[kCover_BlockSize]; ///< here: a finder takes no memory for its file
 };

@@ -256,6 +256,12 @@ TEST(MediaBytes, NoByteBehindTheSizeThatTheFirstReadToldIsAtHand) {
     EXPECT_EQ(bytes.LendAtHand(0, &lent), 100U);
     EXPECT_EQ(bytes.LendAtHand(99, &lent), 1U);
     EXPECT_EQ(bytes.LendAtHand(100, &lent), 0U);
+    EXPECT_EQ(bytes.Lend(150, &lent), 0U);
+
+    LateStream other;
+    MediaBytes others(other, kReads, kBytes);
+    EXPECT_EQ(others.Lend(150, &lent), 0U) << "asked for before the size was known";
+    EXPECT_EQ(other.GetCosts().mReads, stream.GetCosts().mReads) << "those of the start";
 }
 
 TEST(MediaBytes, FailedReadIsTold) {

@@ -1,0 +1,74 @@
+#include "ezBytes/BudgetedBytes.h"
+
+#include <algorithm>
+#include <cstring>
+
+BudgetedBytes::~BudgetedBytes() = default;
+
+std::size_t BudgetedBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition < mSize && !HasAtHand(aPosition, 1)) {
+        Bring(aPosition);
+    }
+    return LendAtHand(aPosition, aBytes);
+}
+
+bool BudgetedBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
+    if (aPosition < mBlockStart || aPosition >= mSize || aPosition - mBlockStart >= mBlockLength) {
+        return false;
+    }
+    const std::uint64_t there = std::min<std::uint64_t>(aSize, mSize - aPosition);
+    return there <= mBlockLength - (aPosition - mBlockStart);
+}
+
+bool BudgetedBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
+    if (aPosition >= mSize) {
+        return false;
+    }
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - aPosition));
+    std::size_t kept = 0;
+    if (HasAtHand(aPosition, 1)) {
+        const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
+        kept = mBlockLength - place;
+        std::memmove(mBlock, mBlock + place, kept);
+    }
+    mBlockStart = aPosition;
+    if (!mBudget.TakeRead(size - kept)) {
+        return Keep(kept);
+    }
+    if (!Reserve(size)) {
+        mfReadFailed = true;
+        return Keep(kept);
+    }
+    const std::size_t count = ReadAt(aPosition + kept, mBlock + kept, size - kept, &mfReadFailed);
+    mBudget.TakeBytes(count);
+    return Keep(kept + count);
+}
+
+void BudgetedBytes::SetSize(std::uint64_t aSize) {
+    mSize = aSize;
+    const std::uint64_t most = mSize - std::min(mBlockStart, mSize);
+    Keep(static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, most)));
+}
+
+/// Makes room for a block of so many bytes; what is there stays.
+bool BudgetedBytes::Reserve(std::size_t aSize) {
+    if (aSize <= mCapacity) {
+        return true;
+    }
+    void* const grown = ezRealloc(mTaken.get(), aSize);
+    if (grown == nullptr) {
+        return false;
+    }
+    static_cast<void>(mTaken.release()); // it is, or lies in, the new block
+    mTaken.reset(static_cast<unsigned char*>(grown));
+    mBlock = mTaken.get();
+    mCapacity = aSize;
+    return true;
+}
+
+/// The block is so long from now on. False when it is empty.
+bool BudgetedBytes::Keep(std::size_t aLength) {
+    mBlockLength = aLength;
+    KeepAtHand(mBlock, mBlockStart, aLength);
+    return aLength != 0;
+}

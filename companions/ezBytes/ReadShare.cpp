@@ -1,0 +1,10 @@
+#include "ezBytes/ReadShare.h"
+
+ReadShare::~ReadShare() = default;
+
+std::size_t ReadShare::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (!mBytes.HasAtHand(aPosition, 1) && !mShare.TakeRead(0)) {
+        return 0;
+    }
+    return mBytes.Lend(aPosition, aBytes);
+}

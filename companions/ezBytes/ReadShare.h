@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ezBytes/BudgetedBytes.h"
+
+/// A share of a budget: bytes of which only so many reads may be made that others need not then do without.
+/// What is at hand costs nothing.
+class ReadShare : public ByteSource {
+public:
+    /// aBytes is borrowed.
+    ReadShare(BudgetedBytes& aBytes, std::uint32_t aMaxReads) : mBytes(aBytes), mShare(aMaxReads) {}
+    ~ReadShare() override;
+
+    std::uint64_t GetSize() const override { return mBytes.GetSize(); }
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+private:
+    BudgetedBytes& mBytes;
+    ReadBudget mShare;
+};

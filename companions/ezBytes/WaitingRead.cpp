@@ -1,5 +1,7 @@
 #include "ezBytes/WaitingRead.h"
 
+#include <algorithm>
+
 namespace {
 
 void sDataArrived(void* aCondition) {
@@ -29,4 +31,20 @@ ezStreamingStatus WaitingRead(ezStream& aStream, ezCondition& anArrived, void* a
     }
     aStream.UnregisterThresholdCallBack(sDataArrived);
     return status;
+}
+
+LimitedRead WaitingReadWithin(ezStream& aStream, ezCondition& anArrived, void* aBuffer, std::size_t aSize,
+                              std::uint64_t aLeft) {
+    const auto asked =
+        static_cast<std::size_t>(std::min<std::uint64_t>(aSize - 1, aLeft)) + 1; // cannot pass 2^64
+    std::size_t count = asked;
+    const ezStreamingStatus status = WaitingRead(aStream, anArrived, aBuffer, &count);
+    if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
+        return {0, ReadEnding::Failed};
+    }
+    count = std::min(count, asked); // a stream of the host's may be wrong
+    if (count > aLeft) {
+        return {count - 1, ReadEnding::Limit};
+    }
+    return {count, status == ezStreamingStatus_EOS ? ReadEnding::End : ReadEnding::None};
 }

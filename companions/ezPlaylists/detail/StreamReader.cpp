@@ -54,7 +54,7 @@ bool PlaylistStreamReader::MakeRoom(std::size_t aBlock) {
     return true;
 }
 
-bool PlaylistStreamReader::StandBehindBuffer() {
+bool PlaylistStreamReader::StandAfterBuffer() {
     const std::uint64_t wanted = mBufferPos + mCount;
     if (mStreamPos != wanted) {
         if (mStream == nullptr || mStream->Seek(wanted) != ezStreamingStatus_NoError) {
@@ -66,44 +66,35 @@ bool PlaylistStreamReader::StandBehindBuffer() {
 }
 
 bool PlaylistStreamReader::Grow() {
-    const std::size_t room = RoomBeforeLimit();
-    if (mfEnd || mfFailed || room == 0 || mCount - mOffset > kMaxAtHand) {
+    if (mfEnd || mfFailed || IsAtLimit() || mCount - mOffset > kMaxAtHand) {
         return false;
     }
-    if (!StandBehindBuffer() || !MakeRoom(mBlock)) {
+    if (!StandAfterBuffer() || !MakeRoom(mBlock)) {
         mfFailed = true;
         return false;
     }
-    const std::size_t asked = std::min(mBlock, room);
-    std::size_t count = asked;
-    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBytes.begin() + mCount, &count);
-    if (status != ezStreamingStatus_NoError && status != ezStreamingStatus_EOS) {
+    const LimitedRead read = WaitingReadWithin(*mStream, mArrived, mBytes.begin() + mCount, mBlock,
+                                               mLimit - (mBufferPos + mCount));
+    if (read.mEnding == ReadEnding::Failed) {
         mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
         mfFailed = true;
         return false;
     }
-    count = std::min(count, asked);
-    mfEnd = status == ezStreamingStatus_EOS;
-    mStreamPos += count;
     mBlock = std::min(2 * mBlock, kPlaylist_LastBlock);
-    if (count == room) { // with the byte past the limit, which tells that there is one
+    mStreamPos += read.mCount;
+    mfEnd = read.mEnding != ReadEnding::None;
+    if (read.mEnding == ReadEnding::Limit) {
+        ++mStreamPos; // the byte that told
         mCut = mCut == PlaylistCut::None ? PlaylistCut::Size : mCut;
-        mfEnd = true;
-        --count;
     }
-    mCount += count;
-    return count != 0;
+    mCount += read.mCount;
+    return read.mCount != 0;
 }
 
-/// Bytes that may be read after those at hand: up to the limit, and the one past it where nobody knows yet
-/// whether there is one.
-std::size_t PlaylistStreamReader::RoomBeforeLimit() const {
+/// Whether no byte may be read: not even that past the limit, where it is known that there is one.
+bool PlaylistStreamReader::IsAtLimit() const {
     const std::uint64_t end = mBufferPos + mCount;
-    if (end > mLimit || (end == mLimit && mCut != PlaylistCut::None)) {
-        return 0;
-    }
-    const std::uint64_t room = mLimit - end + 1;
-    return static_cast<std::size_t>(std::min<std::uint64_t>(room, SIZE_MAX));
+    return end > mLimit || (end == mLimit && mCut != PlaylistCut::None);
 }
 
 void PlaylistStreamReader::EndAt(std::uint64_t aPos, PlaylistCut aCut) {

@@ -30,9 +30,9 @@ public:
     bool Seek(std::uint64_t aPos);
     std::uint64_t Tell() const { return mBufferPos + mOffset; }
 
-    /// The bytes at hand, lent until Grow or Seek.
+    /// The bytes at hand, borrowed until Grow or Seek.
     std::string_view Peek() const { return {mBytes.begin() + mOffset, mCount - mOffset}; }
-    /// Moves behind bytes at hand.
+    /// Moves past bytes at hand.
     void Skip(std::size_t aCount) { mOffset += aCount; }
     /// Brings at least one byte more to hand, or gives false: at the end of the stream, at an error, when
     /// memory is refused, and when more than the longest line is at hand.
@@ -53,8 +53,8 @@ public:
 
 private:
     bool MakeRoom(std::size_t aBlock);
-    bool StandBehindBuffer();
-    std::size_t RoomBeforeLimit() const;
+    bool StandAfterBuffer();
+    bool IsAtLimit() const;
 
     ezStream* mStream;
     ezCondition mArrived;
@@ -64,7 +64,7 @@ private:
     std::uint64_t mBufferPos = 0;
     std::uint64_t mStreamPos = UINT64_MAX; ///< where the stream stands; at first nobody knows
     std::size_t mBlock;                    ///< bytes that the next read fetches
-    bool mfEnd = false;                    ///< the stream ends behind the buffer
+    bool mfEnd = false;                    ///< the stream ends after the buffer
     bool mfFailed = false;
     std::uint64_t mLimit = kPlaylist_MaxBytes; ///< no byte from here on is at hand
     PlaylistCut mCut = PlaylistCut::None;

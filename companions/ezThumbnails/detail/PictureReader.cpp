@@ -1,28 +1,22 @@
 #include "ezThumbnails/detail/PictureReader.h"
 
-#include "ezBytes/WaitingRead.h"
-
 #include <algorithm>
 #include <cstring>
 
-/// Reads behind the bytes of the block.
+/// Reads on after the bytes of the block.
 bool PictureReader::Append() {
-    if (mfEnd || mBlock == nullptr) {
+    if (mEnding != ReadEnding::None || mBlock == nullptr) {
         return false;
     }
-    const std::size_t asked = kBlock - mCount;
-    std::size_t count = asked;
-    const ezStreamingStatus status = WaitingRead(*mStream, mArrived, mBlock.get() + mCount, &count);
-    const bool fBytes = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
-    count = fBytes ? std::min(count, asked) : 0;
-    mfEnd = status != ezStreamingStatus_NoError || count > mLeft;
-    if (count > mLeft) {
-        mfPastLimit = true;
+    const LimitedRead read =
+        WaitingReadWithin(*mStream, mArrived, mBlock.get() + mCount, kBlock - mCount, mLeft);
+    mEnding = read.mEnding;
+    if (IsPastLimit()) {
         return false;
     }
-    mLeft -= count;
-    mCount += count;
-    return count != 0;
+    mLeft -= read.mCount;
+    mCount += read.mCount;
+    return read.mCount != 0;
 }
 
 bool PictureReader::Fill() {

@@ -2,6 +2,8 @@
 
 #include "ezThumbnails/detail/Picture.h"
 
+#include "ezBytes/WaitingRead.h"
+
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/streams/Stream.h"
 
@@ -22,17 +24,17 @@ public:
     PictureReader(const PictureReader&) = delete;
     PictureReader& operator=(const PictureReader&) = delete;
 
-    /// The bytes at hand, lent until Fill.
+    /// The bytes at hand, borrowed until Fill.
     const unsigned char* GetData() const { return mBlock.get() + mOffset; }
     std::size_t GetCount() const { return mCount - mOffset; }
-    /// Moves behind bytes at hand.
+    /// Moves past bytes at hand.
     void Skip(std::size_t aCount) { mOffset += aCount; }
     /// Brings a block to hand in place of one that is used up. False at the end and after a failure.
     bool Fill();
-    /// Copies exactly so many bytes, and moves behind them. False when there are not so many.
+    /// Copies exactly so many bytes, and moves past them. False when there are fewer.
     bool Read(unsigned char* aBuffer, std::size_t aCount);
     /// Whether the stream went on after the limit.
-    bool IsPastLimit() const { return mfPastLimit; }
+    bool IsPastLimit() const { return mEnding == ReadEnding::Limit; }
 
 private:
     bool Append();
@@ -44,7 +46,6 @@ private:
     std::uint64_t mLeft;
     std::size_t mCount = 0;
     std::size_t mOffset = 0;
-    bool mfEnd = false;
-    bool mfPastLimit = false;
+    ReadEnding mEnding = ReadEnding::None;
     PictureBytes mBlock = NewPictureBytes(kBlock); ///< null without memory for it: nothing is read
 };

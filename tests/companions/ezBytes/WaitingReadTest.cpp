@@ -121,3 +121,53 @@ TEST_F(WaitingReadOf, AnErrorEndsTheWaitAndIsTold) {
     EXPECT_EQ(mStatus, ezStreamingStatus_Interrupted);
     EXPECT_TRUE(CallbackWasTakenAway());
 }
+
+// ---- within a limit ----
+
+namespace {
+
+struct LimitCase {
+    std::size_t mSize;   ///< asked for
+    std::uint64_t mLeft; ///< allowed
+    const char* mBytes;
+    ReadEnding mEnding;
+    const char* mRead;
+};
+
+} // namespace
+
+TEST(WaitingReadWithin, OneByteMoreThanMayBeGivenTellsWhetherThereIsOne) {
+    constexpr LimitCase kCases[] = {
+        {5, 100, "abcde", ReadEnding::None, "read 5 flag 0"},
+        {8, 100, "abcdefgh", ReadEnding::None, "read 8 flag 0"}, // the end is not known yet
+        {9, 100, "abcdefgh", ReadEnding::End, "read 9 flag 0"},
+        {100, 9, "abcdefgh", ReadEnding::End, "read 10 flag 0"},
+        {100, 8, "abcdefgh", ReadEnding::End, "read 9 flag 0"}, // which ends there
+        {100, 7, "abcdefg", ReadEnding::Limit, "read 8 flag 0"},
+        {8, 7, "abcdefg", ReadEnding::Limit, "read 8 flag 0"},
+        {7, 7, "abcdefg", ReadEnding::None, "read 7 flag 0"},
+        {100, 0, "", ReadEnding::Limit, "read 1 flag 0"},
+        {1, 0, "", ReadEnding::Limit, "read 1 flag 0"},
+        {5, UINT64_MAX, "abcde", ReadEnding::None, "read 5 flag 0"},
+    };
+    for (const LimitCase& one : kCases) {
+        ScriptedStream stream("abcdefgh", true);
+        ezCondition arrived;
+        std::string buffer(one.mSize, '?');
+        const LimitedRead read = WaitingReadWithin(stream, arrived, &buffer[0], one.mSize, one.mLeft);
+        EXPECT_EQ(buffer.substr(0, read.mCount), one.mBytes) << one.mSize << " of " << one.mLeft;
+        EXPECT_EQ(read.mEnding, one.mEnding) << one.mSize << " of " << one.mLeft;
+        EXPECT_EQ(stream.TakeCalls(), std::vector<std::string>{one.mRead});
+    }
+}
+
+TEST(WaitingReadWithin, FailureGivesNothing) {
+    ScriptedStream stream("abcdefgh", true);
+    stream.Withhold();
+    stream.Fail(ezStreamingStatus_ReadError);
+    ezCondition arrived;
+    char buffer[4] = {};
+    const LimitedRead read = WaitingReadWithin(stream, arrived, buffer, sizeof buffer, 100);
+    EXPECT_EQ(read.mCount, 0U);
+    EXPECT_EQ(read.mEnding, ReadEnding::Failed);
+}

@@ -5,7 +5,6 @@
 
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserFactory.h"
-#include "ezPlatform/base/Condition.h"
 #include "ezPlatform/base/Memory.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -13,6 +12,7 @@
 #include "ezPlatform/streams/MemoryStream.h"
 #include "ezPlatform/text/URI.h"
 #ifdef EZ_HAS_HTTP_STREAM
+#include "ezBytes/WaitingRead.h"
 #include "ezLiveStreams/HttpStream.h"
 #endif
 
@@ -60,26 +60,16 @@ std::string ExtensionOfURL(const ezCString& aURL) {
     return std::string(ezPathName::MakeFilePath(name).GetExtension().View());
 }
 
-void sDataArrived(void* aCondition) {
-    static_cast<ezCondition*>(aCondition)->Signal();
-}
-
-/// All of a stream, waiting for what has not arrived. False when it fails or is too large.
-bool ReadAll(ezStream& aStream, std::string& aBytes) {
+/// All of a stream, waiting for what has not arrived.
+ReadEnding ReadAll(ezStream& aStream, std::string& aBytes) {
     ezCondition arrived;
-    aStream.RegisterThresholdCallBack(sDataArrived, &arrived);
     std::vector<char> block(kBlock);
-    ezStreamingStatus status = ezStreamingStatus_NoError;
-    while (status == ezStreamingStatus_NoError && aBytes.size() <= kMaximumSize) {
-        std::size_t count = block.size();
-        status = aStream.Read(block.data(), &count, 0);
-        aBytes.append(block.data(), count);
-        if (status == ezStreamingStatus_NoError && count == 0) {
-            arrived.Wait();
-        }
+    LimitedRead read;
+    while (read.mEnding == ReadEnding::None) {
+        read = WaitingReadWithin(aStream, arrived, block.data(), block.size(), kMaximumSize - aBytes.size());
+        aBytes.append(block.data(), read.mCount);
     }
-    aStream.UnregisterThresholdCallBack(sDataArrived);
-    return status == ezStreamingStatus_EOS && aBytes.size() <= kMaximumSize;
+    return read.mEnding;
 }
 #endif
 
@@ -122,8 +112,9 @@ bool PlaylistSource::OpenURL(const std::string& aName, std::string& aReason) {
     ezHttpStream* http = new ezHttpStream{ezCString(aName)};
     const ezStreamOwner owner(http);
     std::string bytes;
-    if (!ReadAll(*http, bytes)) {
-        aReason = bytes.size() > kMaximumSize ? kTooLarge : http->GetErrorText();
+    const ReadEnding ending = ReadAll(*http, bytes);
+    if (ending != ReadEnding::End) {
+        aReason = ending == ReadEnding::Limit ? kTooLarge : http->GetErrorText();
         return false;
     }
     ezMediaInfo info;

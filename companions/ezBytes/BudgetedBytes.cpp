@@ -55,12 +55,9 @@ bool BudgetedBytes::Reserve(std::size_t aSize) {
     if (aSize <= mCapacity) {
         return true;
     }
-    void* const grown = ezRealloc(mTaken.get(), aSize);
-    if (grown == nullptr) {
+    if (!ezFreed_Resize(mTaken, aSize)) {
         return false;
     }
-    static_cast<void>(mTaken.release()); // it is, or lies in, the new block
-    mTaken.reset(static_cast<unsigned char*>(grown));
     mBlock = mTaken.get();
     mCapacity = aSize;
     return true;

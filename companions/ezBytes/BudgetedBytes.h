@@ -3,11 +3,10 @@
 #include "ezBytes/ByteSource.h"
 #include "ezBytes/ReadBudget.h"
 
-#include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 /// Bytes of a stranger's file, of which one block is kept, read within a budget: that bounds what a walk over
 /// the file may cost. Who derives from it reads from its medium, and says which block a position belongs to.
@@ -59,15 +58,11 @@ private:
     bool Reserve(std::size_t aSize);
     bool Keep(std::size_t aLength);
 
-    struct Free {
-        void operator()(unsigned char* aBlock) const { ezFree(aBlock); }
-    };
-
     std::uint64_t mSize;
     ReadBudget mBudget;
     unsigned char* mBlock = nullptr; ///< not cleared: only its first mBlockLength bytes are ever read
     std::size_t mCapacity = 0;
-    std::unique_ptr<unsigned char, Free> mTaken; ///< the block, where it is not borrowed
+    ezFreed<unsigned char> mTaken; ///< the block, where it is not borrowed
     std::uint64_t mBlockStart = 0;
     std::size_t mBlockLength = 0;
     bool mfReadFailed = false;

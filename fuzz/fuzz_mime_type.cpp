@@ -4,6 +4,7 @@
 
 #include "fuzz/support/Check.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/MimeTypeInfo.h"
 
 #include <algorithm>
@@ -11,16 +12,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezMimeTypeInfo* anInfo) const { ezMimeTypeInfo_Delete(anInfo); }
-};
-using Info = std::unique_ptr<ezMimeTypeInfo, Deleter>;
+using Info = ezOwned<ezMimeTypeInfo_Delete>;
 using Values = std::map<std::string, std::string>;
 
 std::optional<std::string> ValueOf(const Info& anInfo, const std::string& aName) {

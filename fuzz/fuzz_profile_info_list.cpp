@@ -2,22 +2,19 @@
 
 #include "fuzz/support/Check.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/text/CString.h"
 #include "ezPlatform/text/StringList.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezDLNAProtocolInfoList* aList) const { ezDLNAProtocolInfoList_Delete(aList); }
-};
-using List = std::unique_ptr<ezDLNAProtocolInfoList, Deleter>;
+using List = ezOwned<ezDLNAProtocolInfoList_Delete>;
 using Texts = std::vector<std::string>;
 
 /// Bounds on what is asked of one input, so that a long one does not take for ever.

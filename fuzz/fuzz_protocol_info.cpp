@@ -3,6 +3,7 @@
 
 #include "fuzz/support/Check.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/text/CString.h"
 
@@ -15,10 +16,7 @@
 
 namespace {
 
-struct Deleter {
-    void operator()(ezDLNAProtocolInfo* anInfo) const { ezDLNAProtocolInfo_Delete(anInfo); }
-};
-using Info = std::unique_ptr<ezDLNAProtocolInfo, Deleter>;
+using Info = ezOwned<ezDLNAProtocolInfo_Delete>;
 
 Info Parsed(std::string_view aText) {
     return Info(ezDLNAProtocolInfo_New(aText.data(), aText.size(), 0));

@@ -3,22 +3,19 @@
 
 #include "fuzz/support/Check.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/CString.h"
 #include "ezPlatform/text/URI.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezURI* aURI) const { ezURI_Delete(aURI); }
-};
-using URI = std::unique_ptr<ezURI, Deleter>;
+using URI = ezOwned<ezURI_Delete>;
 
 URI Parsed(const std::string& aText) {
     return URI(ezURI_NewFromEscapedStr(aText.c_str()));

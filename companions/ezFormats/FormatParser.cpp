@@ -35,19 +35,12 @@ constexpr uint32 kImageFlags =
 constexpr uint32 kStreamFlags =
     kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_StreamingTransfer;
 
-/// Whatever the case of the type; the start is in lower case.
-bool BeginsWith(std::string_view aMimeType, std::string_view aStart) {
-    return aMimeType.size() >= aStart.size() &&
-           std::equal(aStart.begin(), aStart.end(), aMimeType.begin(),
-                      [](char aLower, char aCharacter) { return aLower == ezLower(aCharacter); });
-}
-
 const char* ClassOf(const ezCString& aMimeType) {
     const std::string_view type = ezTrimmed(aMimeType.View());
-    if (BeginsWith(type, "image/")) {
+    if (ezStartsWithNoCase(type, "image/")) {
         return kImageClass;
     }
-    return BeginsWith(type, "video/") ? kVideoClass : kAudioClass;
+    return ezStartsWithNoCase(type, "video/") ? kVideoClass : kAudioClass;
 }
 
 /// A MIME type as it is compared: without parameters, in lower case.

@@ -6,6 +6,7 @@
 #include "Record.h"
 
 #include "ez/PlaylistParserFactory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/streams/FileStream.h"
 #include "ezPlatform/text/URI.h"
@@ -22,19 +23,16 @@ namespace fs = std::filesystem;
 
 /// What an entry is called with: a URL stands for itself, anything else is a file.
 ezCString GetURL(PlaylistParser& aReader, const ezCString& aLocation) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aLocation.c_str());
-    const bool fURL = ezURI_GetScheme(uri) != nullptr;
-    ezURI_Delete(uri);
-    return fURL ? aLocation : aReader.GetFullURLFor(aLocation);
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(aLocation.c_str()));
+    return ezURI_GetScheme(uri.get()) != nullptr ? aLocation : aReader.GetFullURLFor(aLocation);
 }
 
 /// The path of a "file:" URL within a folder; "" for any other URL. A playlist may name every file of the
 /// device, and a folder within the media may be a link out of them: what counts is where the file really is.
 ezCString GetPathWithin(const fs::path& aFolder, const ezCString& aURL) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aURL.c_str());
-    const bool fFile = ezCString(ezURI_GetScheme(uri)).CompareNoCase("file") == 0;
-    const ezCString path = ezURI_GetPath(uri);
-    ezURI_Delete(uri);
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(aURL.c_str()));
+    const bool fFile = ezCString(ezURI_GetScheme(uri.get())).CompareNoCase("file") == 0;
+    const ezCString path = ezURI_GetPath(uri.get());
     std::error_code noFolder;
     std::error_code noFile;
     const std::string folder = (fs::canonical(aFolder, noFolder) / "").string();

@@ -4,6 +4,7 @@
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 
@@ -18,16 +19,15 @@ namespace {
 /// Every protocolInfo that the server may announce, each once.
 std::vector<ezCString> GetCapabilities(ezMediaParserManager& aManager) {
     std::vector<ezCString> capabilities;
-    ezDLNAProtocolInfoList* list =
-        ezDLNAProtocolInfoList_NewFromProfileInfo(aManager.GetDLNAInfo().c_str(), 0);
-    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list); ++i) {
-        const ezDLNAProtocolInfo* info = ezDLNAProtocolInfoList_GetProtocolInfoAt(list, i);
+    const ezOwned<ezDLNAProtocolInfoList_Delete> list(
+        ezDLNAProtocolInfoList_NewFromProfileInfo(aManager.GetDLNAInfo().c_str(), 0));
+    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list.get()); ++i) {
+        const ezDLNAProtocolInfo* info = ezDLNAProtocolInfoList_GetProtocolInfoAt(list.get(), i);
         const ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(info));
         if (std::find(capabilities.begin(), capabilities.end(), text) == capabilities.end()) {
             capabilities.push_back(text);
         }
     }
-    ezDLNAProtocolInfoList_Delete(list);
     return capabilities;
 }
 

@@ -31,11 +31,6 @@ constexpr std::array<std::string_view, CountTypes()> AllTypes() {
 constexpr auto kTypes = AllTypes();
 static_assert(kTypes.size() <= 32, "each has a bit of its own");
 
-bool IsSameType(std::string_view aLeft, std::string_view aRight) {
-    return std::equal(aLeft.begin(), aLeft.end(), aRight.begin(), aRight.end(),
-                      [](char aOne, char anOther) { return ezLower(aOne) == ezLower(anOther); });
-}
-
 /// The first row of other names of a type that a question is true of; null where there is none.
 template <typename Question>
 const OtherMimeTypes* FindOther(const Question& aQuestion) {
@@ -51,7 +46,7 @@ const OtherMimeTypes* FindOther(const Question& aQuestion) {
 
 bool Lists(const OtherMimeTypes& aRow, std::string_view aName) {
     return std::any_of(aRow.mNames.begin(), aRow.mNames.end(),
-                       [aName](const char* aListed) { return IsSameType(aListed, aName); });
+                       [aName](const char* aListed) { return ezIsEqualNoCase(aListed, aName); });
 }
 
 } // namespace
@@ -63,7 +58,7 @@ std::string_view FormatMimeType_At(std::size_t anIndex) {
 std::uint32_t FormatMimeType_Bit(std::string_view aMimeType) {
     const std::string_view bare = ezTrimmed(aMimeType.substr(0, aMimeType.find(';')));
     const auto* const type = std::find_if(kTypes.begin(), kTypes.end(), [bare](std::string_view aKnown) {
-        return aKnown.size() == bare.size() && IsSameType(bare, aKnown);
+        return aKnown.size() == bare.size() && ezIsEqualNoCase(bare, aKnown);
     });
     return type != kTypes.end() ? std::uint32_t{1} << (type - kTypes.begin()) : 0;
 }
@@ -71,7 +66,7 @@ std::uint32_t FormatMimeType_Bit(std::string_view aMimeType) {
 bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec) {
     return FindOther([&](const OtherMimeTypes& aRow) {
                const std::string_view codec = aRow.mAudioCodec;
-               return IsSameType(aRow.mType, aType) && (codec.empty() || codec == aCodec) &&
+               return ezIsEqualNoCase(aRow.mType, aType) && (codec.empty() || codec == aCodec) &&
                       Lists(aRow, aName);
            }) != nullptr;
 }

@@ -44,11 +44,11 @@ struct Track {
     }
     void Add(std::uint64_t aSamples, std::uint64_t aTicks, std::uint64_t aBytes) {
         mfStarted = true;
-        mNow = ISONumber_Add(mNow, aTicks);
-        mFound.mSamples = ISONumber_Add(mFound.mSamples, aSamples);
-        mFound.mSampleTicks = ISONumber_Add(mFound.mSampleTicks, aTicks);
-        mFound.mBytes = ISONumber_Add(mFound.mBytes, aBytes);
-        mFound.mTicks = std::max(mFound.mTicks, ISONumber_Add(mBefore, mNow - std::min(mStart, mNow)));
+        mNow = ezSaturating_Add64(mNow, aTicks);
+        mFound.mSamples = ezSaturating_Add64(mFound.mSamples, aSamples);
+        mFound.mSampleTicks = ezSaturating_Add64(mFound.mSampleTicks, aTicks);
+        mFound.mBytes = ezSaturating_Add64(mFound.mBytes, aBytes);
+        mFound.mTicks = std::max(mFound.mTicks, ezSaturating_Add64(mBefore, mNow - std::min(mStart, mNow)));
     }
     /// An index tells of what follows; times after that start anew.
     void StepOverIndexed() {
@@ -194,12 +194,12 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
     aBox.Skip(7); // flags, whose index it is
     const std::uint32_t timescale = aBox.ReadBig32();
     aBox.Skip(size); // time of the first picture
-    std::uint64_t end = ISONumber_Add(aBox.GetEnd(), aBox.ReadBig(size));
+    std::uint64_t end = ezSaturating_Add64(aBox.GetEnd(), aBox.ReadBig(size));
     aBox.Skip(2);
     const auto count = static_cast<std::uint32_t>(aBox.ReadBig(2));
     std::uint64_t ticks = 0;
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
-        end = ISONumber_Add(end, aBox.ReadBig32() & 0x7FFFFFFFU);
+        end = ezSaturating_Add64(end, aBox.ReadBig32() & 0x7FFFFFFFU);
         ticks += aBox.ReadBig32();
         aBox.Skip(4); // where pictures can be started from
     }
@@ -229,9 +229,9 @@ bool FragmentReading::Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFrag
         mExpectedSamples = 0;
         if (type == "moof") {
             ++mCount;
-            const std::uint64_t before = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes);
+            const std::uint64_t before = ezSaturating_Add64(mAudio.mFound.mBytes, mVideo.mFound.mBytes);
             ReadFragment(content);
-            mExpectedSamples = ISONumber_Add(mAudio.mFound.mBytes, mVideo.mFound.mBytes) - before;
+            mExpectedSamples = ezSaturating_Add64(mAudio.mFound.mBytes, mVideo.mFound.mBytes) - before;
         } else if (fIndex) {
             const std::uint64_t end = ReadIndex(content);
             mCount += end != 0 ? 1 : 0;
@@ -252,7 +252,7 @@ bool FragmentReading::IsCut() const {
     constexpr std::uint32_t kLeastBox = 8;
     constexpr std::uint32_t kLargeHead = 16;
     constexpr std::uint64_t kUnevenness = 2; // no two boxes of samples are of one size
-    const std::uint64_t usual = std::max(mLargestBox, ISONumber_Add(mExpectedSamples, kLargeHead));
+    const std::uint64_t usual = std::max(mLargestBox, ezSaturating_Add64(mExpectedSamples, kLargeHead));
     return box.HasFailed() || ((size == 1 || size >= kLeastBox) && left / kUnevenness <= usual);
 }
 
@@ -266,7 +266,7 @@ ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragm
     fragments.mfComplete = mPosition >= size || (fEnded && IsCut());
     fragments.mStart = aStart;
     // The samples of the last fragment are a part of its share, also where their box is damaged.
-    fragments.mEnd = fEnded ? std::min(ISONumber_Add(mPosition, mExpectedSamples), size) : mPosition;
+    fragments.mEnd = fEnded ? std::min(ezSaturating_Add64(mPosition, mExpectedSamples), size) : mPosition;
     fragments.mAudio = mAudio.mFound;
     fragments.mVideo = mVideo.mFound;
     fragments.mDuration = std::max(mAudio.GetDuration(mIndexed), mVideo.GetDuration(mIndexed));

@@ -157,7 +157,7 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
         // What is behind may run slower; players stop at the announced time, so an eighth more.
         const std::uint64_t all = aMedia.mSize - std::min(fragments.mStart, aMedia.mSize);
         const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
-        duration = ISONumber_Microseconds(ISONumber_Add(estimate, estimate / 8), 1000000);
+        duration = ISONumber_Microseconds(ezSaturating_Add64(estimate, estimate / 8), 1000000);
         method = "estimate: the first fragments, by their share of the bytes";
     }
     if (duration > aMedia.mDuration) {

@@ -57,7 +57,7 @@ Edits ReadEdits(ByteReader aBox) {
         const std::uint64_t duration = ReadDuration(aBox, size);
         const std::uint64_t start = aBox.ReadBig(size);
         aBox.Skip(4); // speed
-        edits.mDuration = ISONumber_Add(edits.mDuration, duration);
+        edits.mDuration = ezSaturating_Add64(edits.mDuration, duration);
         edits.mfAny = edits.mfAny || start != empty;
         if (duration == 0 && start != empty) {
             edits.mfOpen = true;

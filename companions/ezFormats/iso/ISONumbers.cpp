@@ -32,15 +32,15 @@ std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::
     const auto carry = [&] {
         if (remainder >= aDivisor) {
             remainder -= aDivisor;
-            quotient = ISONumber_Add(quotient, 1);
+            quotient = ezSaturating_Add64(quotient, 1);
         }
     };
     for (unsigned bit = 64; bit-- > 0;) {
-        quotient = ISONumber_Add(quotient, quotient); // at the largest number it stays
+        quotient = ezSaturating_Add64(quotient, quotient); // at the largest number it stays
         remainder *= 2;
         carry();
         if ((aFactor >> bit & 1U) != 0) {
-            quotient = ISONumber_Add(quotient, whole);
+            quotient = ezSaturating_Add64(quotient, whole);
             remainder += rest;
             carry();
         }
@@ -58,11 +58,11 @@ void ISOTimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
     for (Part& part : mParts) {
         if (time != 0 && (part.mTimescale == 0 || part.mTimescale == aTimescale)) {
             part.mTimescale = aTimescale;
-            part.mTicks = ISONumber_Add(part.mTicks, aTicks);
+            part.mTicks = ezSaturating_Add64(part.mTicks, aTicks);
             return;
         }
     }
-    mRest = ISONumber_Add(mRest, time);
+    mRest = ezSaturating_Add64(mRest, time);
 }
 
 std::uint64_t ISOTimeSum::GetMicroseconds() const {
@@ -71,7 +71,7 @@ std::uint64_t ISOTimeSum::GetMicroseconds() const {
     for (std::size_t i = 0; i < mParts.size(); ++i) {
         const Part& part = mParts[i];
         if (part.mTimescale != 0) {
-            sum = ISONumber_Add(sum, ISONumber_Scale(part.mTicks, kMicro, part.mTimescale));
+            sum = ezSaturating_Add64(sum, ISONumber_Scale(part.mTicks, kMicro, part.mTimescale));
             rests[i] = part.mTicks % part.mTimescale * kMicro % part.mTimescale; // of a microsecond
         }
     }
@@ -79,7 +79,7 @@ std::uint64_t ISOTimeSum::GetMicroseconds() const {
     const std::uint64_t first = mParts[0].mTimescale;
     const std::uint64_t second = mParts[1].mTimescale;
     const bool fCarry = second != 0 && rests[0] * second >= (second - rests[1]) * first;
-    sum = ISONumber_Add(sum, fCarry ? 1 : 0);
+    sum = ezSaturating_Add64(sum, fCarry ? 1 : 0);
     return sum <= kISO_MaxSeconds * kMicro ? sum : 0;
 }
 

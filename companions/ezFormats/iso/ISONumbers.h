@@ -1,16 +1,13 @@
 #pragma once
 
+#include "ezPlatform/base/Checked.h"
+
 #include <array>
 #include <cstdint>
 
 /// aValue * aFactor / aDivisor, the remainder dropped; 2^64-1 when it does not fit. 0 for a divisor of 0, and
 /// for one of 2^63 or more, which no time of a file is.
 std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::uint64_t aDivisor);
-
-/// The sum, 2^64-1 when it does not fit.
-inline std::uint64_t ISONumber_Add(std::uint64_t aLeft, std::uint64_t aRight) {
-    return aLeft > UINT64_MAX - aRight ? UINT64_MAX : aLeft + aRight;
-}
 
 /// Microseconds of so many ticks, aTimescale of which are a second. 0, not known, without a timescale and for
 /// what is longer than any recording.

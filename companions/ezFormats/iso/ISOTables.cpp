@@ -22,7 +22,7 @@ void ReadTimes(ByteReader aBox, ISOTables& aTables) {
     for (std::uint32_t i = 0; i < runs && !aBox.HasFailed(); ++i) {
         const std::uint64_t count = aBox.ReadBig32();
         samples += count;
-        ticks = ISONumber_Add(ticks, count * aBox.ReadBig32());
+        ticks = ezSaturating_Add64(ticks, count * aBox.ReadBig32());
     }
     if (!aBox.HasFailed()) {
         aTables.mTimedSamples = samples;

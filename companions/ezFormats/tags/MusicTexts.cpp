@@ -106,7 +106,7 @@ void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t a
                  const CodePage& aCodePage, MusicTexts& aTexts) {
     const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Unstated;
     for (const Field& field : kFields) {
-        if (aKey.CompareNoCase(field.mAPEKey) == 0) {
+        if (ezIsEqualNoCase(aKey.View(), field.mAPEKey)) {
             Keep(field, aBytes, encoding, true, aCodePage, aTexts);
         }
     }

@@ -1,21 +1,18 @@
 #include "ezPlatform/config/PropertyList.h"
 
+#include "ezPlatform/base/Owned.h"
+
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-};
-
-using List = std::unique_ptr<ezPropertyList, Deleter>;
+using List = ezOwned<ezPropertyList_Delete>;
 
 List NewList() {
     return List(ezPropertyList_New());

@@ -1,5 +1,7 @@
 #include "ezPlatform/containers/CustomHashTable.h"
 
+#include "ezPlatform/base/Owned.h"
+
 #include "support/Str.h"
 
 #include <gtest/gtest.h>
@@ -7,17 +9,12 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezCustomHashTable* aTable) const { ezCustomHashTable_Delete(aTable); }
-};
-
-using Table = std::unique_ptr<ezCustomHashTable, Deleter>;
+using Table = ezOwned<ezCustomHashTable_Delete>;
 
 int gValues[8] = {};
 

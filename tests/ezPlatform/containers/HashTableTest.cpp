@@ -1,4 +1,6 @@
 #include "ezPlatform/containers/HashTable.h"
+
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/HashSlots.h"
 
 #include <gtest/gtest.h>
@@ -16,13 +18,8 @@
 
 namespace {
 
-struct Deleter {
-    void operator()(ezHashTable* aTable) const { ezHashTable_Delete(aTable); }
-    void operator()(ezHashTableEnumerator* anEnumerator) const { ezHashTableEnumerator_Delete(anEnumerator); }
-};
-
-using Table = std::unique_ptr<ezHashTable, Deleter>;
-using Enumerator = std::unique_ptr<ezHashTableEnumerator, Deleter>;
+using Table = ezOwned<ezHashTable_Delete>;
+using Enumerator = ezOwned<ezHashTableEnumerator_Delete>;
 using Entries = std::vector<std::pair<std::string, void*>>;
 
 Table NewTable() {

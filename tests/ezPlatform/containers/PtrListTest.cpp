@@ -1,5 +1,7 @@
 #include "ezPlatform/containers/PtrList.h"
 
+#include "ezPlatform/base/Owned.h"
+
 #include "ezPlatform/base/Memory.h"
 
 #include <gtest/gtest.h>
@@ -9,16 +11,11 @@
 #include <cstdint>
 #include <iterator>
 #include <list>
-#include <memory>
 #include <vector>
 
 namespace {
 
-struct Deleter {
-    void operator()(ezPtrList* aList) const { ezPtrList_Delete(aList); }
-};
-
-using List = std::unique_ptr<ezPtrList, Deleter>;
+using List = ezOwned<ezPtrList_Delete>;
 
 List NewList() {
     return List(ezPtrList_New());

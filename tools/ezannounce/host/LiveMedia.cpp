@@ -9,19 +9,10 @@
 #include "ezLiveStreams/HttpStream.h"
 #endif
 
-#include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <unistd.h>
 
 namespace {
-
-bool BeginsWithoutCase(std::string_view aText, std::string_view aStart) {
-    return aText.size() >= aStart.size() &&
-           std::equal(aStart.begin(), aStart.end(), aText.begin(), [](char aLeft, char aRight) {
-               return aLeft == std::tolower(static_cast<unsigned char>(aRight));
-           });
-}
 
 /// The stream of an operand, for the adapter to own; null, with the reason, where it is not built in.
 ezFeedStream* NewStream(const std::string& anOperand, const Arguments& anArguments,
@@ -52,8 +43,8 @@ bool IsEmpty(ezMediaParserStream& aStream) {
 } // namespace
 
 bool IsLive(const std::string& anOperand) {
-    return anOperand == kStandardInput || BeginsWithoutCase(anOperand, "http://") ||
-           BeginsWithoutCase(anOperand, "https://");
+    return anOperand == kStandardInput || ezStartsWithNoCase(anOperand, "http://") ||
+           ezStartsWithNoCase(anOperand, "https://");
 }
 
 LiveMedia::LiveMedia(const std::string& anOperand, const Arguments& anArguments, bool afWaitForSize) {

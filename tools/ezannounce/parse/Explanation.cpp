@@ -233,7 +233,7 @@ std::string Explainer::WinningEntryName(const ezCString& anExtension) {
         }
         // A parser runs once a request, so it was the first entry that names it.
         for (const char* type : ezItems<const char>(entry->mTypes)) {
-            if (ezCString(mInner->mType.c_str()).CompareNoCase(type) == 0) {
+            if (ezIsEqualNoCase(mInner->mType, type)) {
                 return NameOf(*entry);
             }
         }

@@ -6,6 +6,7 @@
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserFactory.h"
 #include "ezPlatform/base/Memory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/streams/FileStream.h"
@@ -54,9 +55,8 @@ bool ReadToEnd(const Read& aRead, std::string& aBytes, std::string& aReason) {
 
 #ifdef EZ_HAS_HTTP_STREAM
 std::string ExtensionOfURL(const ezCString& aURL) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aURL.c_str());
-    const ezCString name = ezCString::FromAllocatedString(ezURI_GetLastPathSegment(uri));
-    ezURI_Delete(uri);
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(aURL.c_str()));
+    const ezCString name = ezCString::FromAllocatedString(ezURI_GetLastPathSegment(uri.get()));
     return std::string(ezPathName::MakeFilePath(name).GetExtension().View());
 }
 

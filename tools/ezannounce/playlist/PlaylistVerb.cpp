@@ -10,6 +10,7 @@
 
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserFactory.h"
+#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/text/URI.h"
 #ifdef EZ_HAS_PLAYLISTS
 #include "ezPlaylists/M3UPlaylistParser.h"
@@ -40,12 +41,10 @@ std::string Text(const ezCString& aText) {
 
 /// A location that is a URL, escaped; "" for another.
 ezCString URLOf(const ezCString& aLocation) {
-    ezURI* uri = ezURI_NewFromEscapedStr(aLocation.c_str());
+    const ezOwned<ezURI_Delete> uri(ezURI_NewFromEscapedStr(aLocation.c_str()));
     const bool fURL =
-        ezURI_GetScheme(uri) != nullptr && aLocation.View().find('\0') == std::string_view::npos;
-    ezCString url = fURL ? ezCString::FromAllocatedString(ezURI_GetStr(uri)) : ezCString();
-    ezURI_Delete(uri);
-    return url;
+        ezURI_GetScheme(uri.get()) != nullptr && aLocation.View().find('\0') == std::string_view::npos;
+    return fURL ? ezCString::FromAllocatedString(ezURI_GetStr(uri.get())) : ezCString();
 }
 
 /// A URL in a local playlist stands for itself: to the reader it would be the name of a file.

@@ -53,6 +53,7 @@
 #include "ezPlatform/containers/CustomHashTable.h"
 #include "ezPlatform/containers/DataBuffer.h"
 #include "ezPlatform/containers/VoidPtrList.h"
+#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/files/FileState.h"
@@ -115,6 +116,7 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezCustomHashTableValueFuncs,     16, 8,    8, 4),
     EZ_CLASS(ezDataBuffer,                    16, 8,    8, 4),
     EZ_CLASS(ezVoidPtrList,                   32, 8,   16, 4),
+    EZ_CLASS(ezDLNAField,                    104, 8,   64, 4),
     EZ_CLASS(ezFile,                          80, 8,   72, 8),
     EZ_CLASS(ezFileCacheManager,             176, 8,  136, 8),
     EZ_CLASS(ezFileState,                     64, 8,   64, 8),

@@ -1,0 +1,449 @@
+#include "companions/ezFormats/FormatFiles.h"
+#include "companions/ezFormats/FormatHost.h"
+#include "companions/ezFormats/SparseStream.h"
+
+#include "ezBytes/Utf8.h"
+
+#include "support/NewBlocks.h"
+#include "support/Samples.h"
+
+#include <set>
+#include <sstream>
+
+// What holds of every format, by the list of formats: each is tried with the samples that its parser wins,
+// with the files of its own test, and with the samples of the others.
+
+namespace {
+
+/// No parse needs a block larger than this, whatever the numbers in the file say.
+constexpr std::size_t kLargestBlock = std::size_t{256} * 1024;
+/// What a stream keeps of the start of a media: it costs one read, and serves every parser.
+constexpr std::size_t kKeptByTheStream = 8192;
+/// Title, creator, genre or album.
+constexpr std::size_t kLongestText = 1024;
+
+struct NamedFile {
+    std::string mName;
+    std::string mBytes;
+};
+
+/// Places of a sample: all of a small one; of others the start, the end, and some between.
+std::vector<std::size_t> PlacesOf(const std::string& aBytes, std::size_t aSmall) {
+    constexpr std::size_t kStart = 256;
+    constexpr std::size_t kEnd = 64;
+    constexpr std::size_t kBetween = 61;
+    const std::size_t size = aBytes.size();
+    std::vector<std::size_t> places;
+    for (std::size_t at = 0; at < size;) {
+        places.push_back(at);
+        const bool fEach = size < aSmall || at < kStart || at + kEnd >= size;
+        at += fEach ? 1 : std::min((size - kStart - kEnd) / kBetween, size - kEnd - at);
+    }
+    return places;
+}
+
+/// The record of a file, or why there is none.
+struct Answer {
+    Record mRecord;
+    std::string mText; ///< the record, or the line of the log that refuses the file
+    AwkwardStream::Costs mCosts;
+};
+
+Answer AnswerOf(ezMediaParser& aParser, AwkwardStream& aStream) {
+    const LogCatcher log;
+    Answer answer;
+    answer.mRecord = Record(aParser.Parse(aStream));
+    answer.mText = answer.mRecord != nullptr ? DumpRecord(answer.mRecord.get())
+                   : log.Texts().empty()     ? "no reason"
+                                             : log.Texts().back();
+    answer.mCosts = aStream.GetCosts();
+    return answer;
+}
+
+std::string TextOf(const ezMediaInfo& anInfo, const char* aKey) {
+    return anInfo.GetCString(aKey, "").c_str();
+}
+
+bool Contains(const std::string& aText, const std::string& aPart) {
+    return aText.find(aPart) != std::string::npos;
+}
+
+/// The kind of a MIME type, as classes name it: "item.audioItem".
+std::string KindOf(const std::string& aMimeType) {
+    return "item." + aMimeType.substr(0, aMimeType.find('/')) + "Item";
+}
+
+/// The lines of a record but those of some keys.
+std::set<std::string> LinesBut(const std::string& aRecord, const std::set<std::string>& aKeys) {
+    std::istringstream record(aRecord);
+    std::set<std::string> lines;
+    for (std::string line; std::getline(record, line);) {
+        if (aKeys.count(line.substr(0, line.find('='))) == 0) {
+            lines.insert(line);
+        }
+    }
+    return lines;
+}
+
+/// The 4th field of a media of unknown size, by that of the same media.
+std::string WithoutSeek(std::string aField) {
+    const std::string seek = "DLNA.ORG_OP=01";
+    const std::size_t at = aField.find(seek);
+    aField.erase(at, seek.size() + (aField[at + seek.size()] == ';' ? 1 : 0));
+    return aField.empty() ? "*" : aField;
+}
+
+} // namespace
+
+template <typename Parser>
+class EveryFormat : public testing::Test {
+protected:
+    static const FormatDescription& Format() { return Parser::kDescription; }
+    static FormatFiles::Set Own() { return FormatFiles::Of(Format().mType); }
+
+    static std::vector<NamedFile> OwnUsual() {
+        std::vector<NamedFile> files;
+        for (const std::string& bytes : Own().mUsual()) {
+            files.push_back({"file " + std::to_string(files.size()), bytes});
+        }
+        return files;
+    }
+    /// Files that the parser reads: the samples that it wins, and those of its own test.
+    static std::vector<NamedFile> Usual() {
+        std::vector<NamedFile> files = OwnUsual();
+        for (const SampleFile& sample : AllSamples()) {
+            if (sample.mWinner == Format().mType) {
+                files.push_back({sample.mName, sample.mBytes});
+            }
+        }
+        return files;
+    }
+    /// Files that the parser refuses.
+    static std::vector<NamedFile> Others() {
+        constexpr std::size_t kLong = 70000;
+        std::vector<NamedFile> files = {{"letters", std::string(kLong, 'a')},
+                                        {"zeros", std::string(kLong, '\0')},
+                                        {"ones", std::string(kLong, '\xFF')},
+                                        {"a byte", "\x89"},
+                                        {"a table", ReadSample("MediaMapper.txt")}};
+        for (const SampleFile& sample : AllSamples()) {
+            if (sample.mWinner != Format().mType) {
+                files.push_back({sample.mName, sample.mBytes});
+            }
+        }
+        return files;
+    }
+
+    static Answer Parse(const std::string& aBytes, const Delivery& aDelivery = Delivery()) {
+        Parser parser;
+        AwkwardStream stream(aBytes, aDelivery);
+        return AnswerOf(parser, stream);
+    }
+
+    /// True for a line that names the parser, and one of these causes.
+    static bool IsRefusal(const std::string& aText, const std::vector<std::string>& aCauses = {
+                                                        "malformed", "unsupported", "limit", "read error"}) {
+        return std::any_of(aCauses.begin(), aCauses.end(), [&](const std::string& aCause) {
+            const std::string start = std::string(Format().mName) + ": " + aCause + ": ";
+            return aText.rfind(start, 0) == 0 && aText.find('\n') == aText.size() - 1 &&
+                   aText.size() > start.size() + 1;
+        });
+    }
+
+    /// Expects all that every record says.
+    static void ExpectComplete(const ezMediaInfo& anInfo, bool afSizeKnown = true) {
+        const std::string type = TextOf(anInfo, kezInfo_MimeType);
+        const auto& types = Format().mMimeTypes;
+        EXPECT_TRUE(std::find(types.begin(), types.end(), type) != types.end()) << type;
+        EXPECT_EQ(TextOf(anInfo, kezInfo_ClassName), KindOf(type));
+        const std::string field = TextOf(anInfo, kezInfo_DLNA);
+        EXPECT_NE(field, "");
+        EXPECT_EQ(Contains(field, "DLNA.ORG_OP=01"), afSizeKnown) << field;
+        EXPECT_EQ(Contains(field, "DLNA.ORG_PN="), Contains(field, "DLNA.ORG_FLAGS=")) << field;
+        EXPECT_EQ(anInfo.Has(kezInfo_Duration), anInfo.Has(kezInfo_DurationMethod));
+        for (const std::string& key : Own().mFacts) {
+            EXPECT_TRUE(anInfo.Has(key.c_str())) << key;
+        }
+        for (const char* const key : {kezInfo_AudioSamplingRate, kezInfo_AudioChannelCount,
+                                      kezInfo_PictureWidth, kezInfo_PictureHeight}) {
+            EXPECT_TRUE(!anInfo.Has(key) || anInfo.GetUInt32(key, 0) > 0) << key;
+        }
+        for (const ezCString* const text :
+             {&anInfo.mTitle, &anInfo.mCreator, &anInfo.mGenre, &anInfo.mAlbum}) {
+            EXPECT_LE(text->GetLength(), kLongestText);
+            EXPECT_TRUE(IsWholeUtf8(text->c_str())) << text->c_str();
+        }
+    }
+
+    /// Expects a record that says all, or a refusal, at no more than the format's budget.
+    static void ExpectInOrder(const Answer& anAnswer, bool afSizeKnown = true) {
+        if (anAnswer.mRecord != nullptr) {
+            ExpectComplete(*anAnswer.mRecord, afSizeKnown);
+        } else {
+            EXPECT_TRUE(IsRefusal(anAnswer.mText)) << anAnswer.mText;
+        }
+        EXPECT_LE(anAnswer.mCosts.mReads, Format().mBudget.mReads);
+        EXPECT_LE(anAnswer.mCosts.mSeeks, Format().mBudget.mReads + 1); // the stream's own, past its start
+        EXPECT_LE(anAnswer.mCosts.mBytes, Format().mBudget.mBytes);
+    }
+
+    /// The same of damaged bytes, and that no number in them was taken as that of bytes to allocate.
+    static void ExpectHarmless(const std::string& aBytes, const std::string& aWhat) {
+        Parser parser;
+        AwkwardStream stream(aBytes);
+        NewBlocks::ResetLargest();
+        Record record(parser.Parse(stream));
+        EXPECT_LE(NewBlocks::Largest(), kLargestBlock) << aWhat;
+        if (record != nullptr) {
+            SCOPED_TRACE(aWhat);
+            ExpectComplete(*record);
+        }
+    }
+
+    /// Cuts a file at places, then has bytes wrong there.
+    static void ExpectDamageHarmless(const NamedFile& aFile, const std::vector<std::size_t>& aPlaces) {
+        std::string damaged = aFile.mBytes;
+        for (const std::size_t place : aPlaces) {
+            const std::string where = aFile.mName + " at " + std::to_string(place);
+            ExpectHarmless(aFile.mBytes.substr(0, place), where + ", cut");
+            for (const int bits : {1 << place % 8, 0x01, 0x80, 0xFF}) {
+                damaged[place] = static_cast<char>(aFile.mBytes[place] ^ bits);
+                ExpectHarmless(damaged, where + " ^ " + std::to_string(bits));
+            }
+            damaged[place] = aFile.mBytes[place];
+        }
+    }
+};
+
+/// Tests are named by the type: "EveryFormat/png".
+struct FormatName {
+    template <typename Parser>
+    static std::string GetName(int /*anIndex*/) {
+        return Parser::kDescription.mType;
+    }
+};
+
+TYPED_TEST_SUITE(EveryFormat, AllFormats::As<testing::Types>, FormatName);
+
+// ---- what it reads ----
+
+TYPED_TEST(EveryFormat, FileOfItIsReadAndAnnounced) {
+    EXPECT_FALSE(this->Usual().empty());
+    for (const NamedFile& file : this->Usual()) {
+        SCOPED_TRACE(file.mName);
+        const Answer answer = this->Parse(file.mBytes);
+        EXPECT_NE(answer.mRecord, nullptr) << answer.mText;
+        this->ExpectInOrder(answer);
+        const std::size_t kept = std::min(file.mBytes.size(), kKeptByTheStream);
+        if (kept == file.mBytes.size()) {
+            EXPECT_EQ(answer.mCosts.mReads, 1U);
+            EXPECT_EQ(answer.mCosts.mBytes, kept);
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, FileThatIsBuiltToCostTheMostStaysWithinTheBudget) {
+    for (const std::string& bytes : this->Own().mCostly()) {
+        this->ExpectInOrder(this->Parse(bytes));
+    }
+}
+
+TYPED_TEST(EveryFormat, SizeNearTheLimitOfItsNumbersIsReadOrRefused) {
+    for (const NamedFile& file : this->Usual()) {
+        for (const std::uint64_t size : {UINT64_MAX, UINT64_MAX - 1, std::uint64_t{1} << 63}) {
+            SCOPED_TRACE(file.mName);
+            SparseStream stream(size, {{0, file.mBytes}});
+            TypeParam parser;
+            const LogCatcher log;
+            const Record record(parser.Parse(stream));
+            EXPECT_TRUE(record != nullptr || this->IsRefusal(log.Texts().back())) << log.Texts().back();
+            if (record != nullptr) {
+                this->ExpectComplete(*record, size != UINT64_MAX);
+            }
+            EXPECT_LE(stream.mReads, this->Format().mBudget.mReads);
+            EXPECT_LE(stream.mBytes, this->Format().mBudget.mBytes);
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, ParserKeepsNothingOfAParse) {
+    TypeParam parser;
+    AwkwardStream other(std::string(100, 'a'));
+    for (const NamedFile& file : this->Usual()) {
+        const std::string whole = this->Parse(file.mBytes).mText;
+        AwkwardStream stream(file.mBytes);
+        EXPECT_EQ(AnswerOf(parser, stream).mText, whole) << file.mName;
+        EXPECT_TRUE(this->IsRefusal(AnswerOf(parser, other).mText));
+        EXPECT_EQ(AnswerOf(parser, stream).mText, whole) << file.mName;
+    }
+}
+
+TYPED_TEST(EveryFormat, FileThatOtherParsersRefusedIsReadAllTheSame) {
+    for (const NamedFile& file : this->Usual()) {
+        AwkwardStream stream(file.mBytes);
+        for (const auto& parser : AllParsers()) {
+            if (parser->GetType() != this->Format().mType) {
+                AnswerOf(*parser, stream);
+            }
+        }
+        TypeParam parser;
+        EXPECT_EQ(AnswerOf(parser, stream).mText, this->Parse(file.mBytes).mText) << file.mName;
+    }
+}
+
+// ---- what it refuses ----
+
+TYPED_TEST(EveryFormat, NothingToReadIsRefused) {
+    const std::string name = this->Format().mName;
+    EXPECT_EQ(this->Parse("").mText, name + ": malformed: nothing to read\n");
+    Delivery failing;
+    failing.mFailingOffset = 0;
+    for (const NamedFile& file : this->Usual()) {
+        EXPECT_EQ(this->Parse(file.mBytes, failing).mText, name + ": read error: nothing to read\n");
+    }
+}
+
+TYPED_TEST(EveryFormat, WhatIsNotOfItIsRefusedWithACause) {
+    for (const NamedFile& file : this->Others()) {
+        SCOPED_TRACE(file.mName);
+        const Answer answer = this->Parse(file.mBytes);
+        EXPECT_TRUE(this->IsRefusal(answer.mText, {"malformed", "unsupported", "limit"})) << answer.mText;
+        this->ExpectInOrder(answer);
+    }
+}
+
+// ---- deliveries ----
+
+TYPED_TEST(EveryFormat, AnyDeliveryGivesTheSameRecord) {
+    for (const NamedFile& file : this->Usual()) {
+        const std::string whole = this->Parse(file.mBytes).mText;
+        for (const std::size_t maximum : {1U, 7U, 1000U, 4096U, 8191U, 8192U}) {
+            Delivery trickle;
+            trickle.mMaximumRead = maximum;
+            EXPECT_EQ(this->Parse(file.mBytes, trickle).mText, whole) << file.mName << " " << maximum;
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, SourceThatCannotMoveGivesTheSameRecordOrIsRefused) {
+    for (const NamedFile& file : this->Usual()) {
+        const std::string whole = this->Parse(file.mBytes).mText;
+        for (const std::size_t maximum : {std::size_t{1}, std::size_t{1000}, Delivery::kNever}) {
+            Delivery forward;
+            forward.mMaximumRead = maximum;
+            forward.mfSeekable = false;
+            const std::string text = this->Parse(file.mBytes, forward).mText;
+            const bool fRefusable = file.mBytes.size() > kKeptByTheStream;
+            EXPECT_TRUE(text == whole || (fRefusable && this->IsRefusal(text, {"read error"})))
+                << file.mName << " " << maximum << " " << text;
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, UnknownSizeLeavesOutWhatItTellsAlone) {
+    const std::set<std::string> rates = {"dl", "br", "eb", "mb", "ar", "ea", "ma", "vr", "ev", "mv"};
+    const std::set<std::string> texts = {"title", "creator", "genre", "album"}; // tags may stand at the end
+    for (const NamedFile& file : this->Usual()) {
+        SCOPED_TRACE(file.mName);
+        const Answer whole = this->Parse(file.mBytes);
+        Delivery unknown;
+        unknown.mfSizeKnown = false;
+        const Answer answer = this->Parse(file.mBytes, unknown);
+        ASSERT_TRUE(whole.mRecord != nullptr && answer.mRecord != nullptr) << answer.mText;
+        this->ExpectComplete(*answer.mRecord, false);
+        const std::string field = TextOf(*answer.mRecord, kezInfo_DLNA);
+        const bool fPicture = TextOf(*answer.mRecord, kezInfo_ClassName) == "item.imageItem";
+        if (fPicture || field != "*") { // a profile may need a rate that comes of the size
+            EXPECT_EQ(field, WithoutSeek(TextOf(*whole.mRecord, kezInfo_DLNA)));
+        }
+        std::set<std::string> but = rates;
+        if (TextOf(*whole.mRecord, kezInfo_DurationMethod) != "header") { // one that the media states stays
+            but.insert({"du", "dm", "md", "db"});
+        }
+        const std::set<std::string> known = LinesBut(whole.mText, but);
+        const std::set<std::string> left = LinesBut(answer.mText, but);
+        EXPECT_TRUE(std::includes(known.begin(), known.end(), left.begin(), left.end())) << answer.mText;
+        but.insert(texts.begin(), texts.end());
+        EXPECT_EQ(LinesBut(answer.mText, but), LinesBut(whole.mText, but));
+        for (const std::size_t maximum : {1U, 1000U}) {
+            unknown.mMaximumRead = maximum;
+            EXPECT_EQ(this->Parse(file.mBytes, unknown).mText, answer.mText) << maximum;
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, ReadThatFailsIsARefusalOrChangesNothing) {
+    constexpr std::size_t kStep = 13;
+    for (const NamedFile& file : this->Usual()) {
+        const std::string whole = this->Parse(file.mBytes).mText;
+        for (const std::size_t maximum : {std::size_t{500}, Delivery::kNever}) {
+            for (std::size_t offset = 0; offset < file.mBytes.size(); offset += kStep) {
+                Delivery failing;
+                failing.mMaximumRead = maximum;
+                failing.mFailingOffset = offset;
+                const std::string text = this->Parse(file.mBytes, failing).mText;
+                EXPECT_TRUE(text == whole || this->IsRefusal(text, {"read error"}))
+                    << file.mName << " " << offset << " " << text;
+            }
+        }
+    }
+}
+
+// ---- damage ----
+
+TYPED_TEST(EveryFormat, DamagedFileIsRefusedOrCompletelyAnnounced) {
+    constexpr std::size_t kSmallFile = std::size_t{16} * 1024;
+    for (const NamedFile& file : this->OwnUsual()) {
+        this->ExpectDamageHarmless(file, PlacesOf(file.mBytes, kSmallFile));
+    }
+}
+
+TYPED_TEST(EveryFormat, DamagedSampleIsRefusedOrCompletelyAnnounced) {
+    constexpr std::size_t kSmallSample = std::size_t{4} * 1024;
+    for (const SampleFile& sample : AllSamples()) {
+        this->ExpectDamageHarmless({sample.mName, sample.mBytes}, PlacesOf(sample.mBytes, kSmallSample));
+    }
+}
+
+// ---- what it announces ----
+
+TYPED_TEST(EveryFormat, DeclaresEachOfItsTypesAndWhatItAnnounces) {
+    TypeParam parser;
+    EXPECT_EQ(parser.GetType(), this->Format().mType);
+    const std::string declared = "," + std::string(parser.GetDLNAInfo().c_str()) + ",";
+    for (const char* const type : this->Format().mMimeTypes) {
+        EXPECT_TRUE(Contains(declared, "," + std::string(type) + ":*,")) << type;
+    }
+    for (const NamedFile& file : this->Usual()) {
+        const Answer answer = this->Parse(file.mBytes);
+        ASSERT_NE(answer.mRecord, nullptr) << file.mName;
+        const std::string field = TextOf(*answer.mRecord, kezInfo_DLNA);
+        const std::string profile = field.substr(0, field.find(';'));
+        if (Contains(profile, "DLNA.ORG_PN=")) {
+            const std::string type = TextOf(*answer.mRecord, kezInfo_MimeType);
+            EXPECT_TRUE(Contains(declared, "," + type + ":" + profile + ",")) << file.mName;
+        }
+    }
+}
+
+TYPED_TEST(EveryFormat, RecordIsAdjustedToWhatItsParseAnnounced) {
+    TypeParam parser;
+    for (const NamedFile& file : this->Usual()) {
+        SCOPED_TRACE(file.mName);
+        const Answer answer = this->Parse(file.mBytes);
+        ASSERT_NE(answer.mRecord, nullptr);
+        ezMediaInfo& info = *answer.mRecord;
+        const std::string whole = TextOf(info, kezInfo_ClassName) + " " + TextOf(info, kezInfo_DLNA);
+        info.Set(kezInfo_ClassName, "", true);
+        info.Set(kezInfo_DLNA, "", true);
+        info.Set(kezInfo_FileSize, static_cast<std::uint64_t>(file.mBytes.size()), true);
+        EXPECT_TRUE(parser.AdjustDLNAInfo(&info));
+        EXPECT_EQ(TextOf(info, kezInfo_ClassName) + " " + TextOf(info, kezInfo_DLNA), whole);
+    }
+}
+
+TEST(LargestBlock, IsSeen) {
+    NewBlocks::ResetLargest();
+    const std::vector<char> block(1000000);
+    EXPECT_GE(NewBlocks::Largest(), block.size());
+}

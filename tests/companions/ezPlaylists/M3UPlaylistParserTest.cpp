@@ -261,42 +261,6 @@ TEST(M3UPlaylistParser, HLSIn16BitUnitsIsHLS) {
     EXPECT_TRUE(M3UPlaylistParser(stream.get()).IsHLS());
 }
 
-TEST(M3UPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {
-    struct Walk {
-        M3UPlaylistParser* mReader;
-        int mMove;
-        int mCalls;
-    };
-    const ezStreamOwner stream = MemoryPlaylist("a.mp3\nb.mp3\nc.mp3\n");
-    M3UPlaylistParser reader(stream.get());
-    const auto disturb = [](PlaylistParserEntry*, void* aUserData) {
-        Walk* walk = static_cast<Walk*>(aUserData);
-        PlaylistParserEntry entry;
-        PlaylistEntries entries;
-        switch (walk->mMove) {
-        case 0:
-            EXPECT_TRUE(walk->mReader->FetchEntryAtPos(0, &entry));
-            break;
-        case 1:
-            EXPECT_TRUE(walk->mReader->FetchEntryAtIndex(1, &entry));
-            break;
-        case 2:
-            EXPECT_TRUE(walk->mReader->SeekBytes(0));
-            break;
-        default:
-            walk->mReader->ParseAll(sCollect, &entries);
-        }
-        return ++walk->mCalls == 100;
-    };
-    for (int move = 0; move < 4; ++move) {
-        Walk walk = {&reader, move, 0};
-        ASSERT_TRUE(reader.SeekBytes(0));
-        reader.ParseAll(disturb, &walk);
-        EXPECT_EQ(walk.mCalls, 1) << move;
-        EXPECT_EQ(Locations(WalkFrom(reader, 0)), (Texts{"a.mp3", "b.mp3", "c.mp3"}));
-    }
-}
-
 TEST(M3UPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
     const ezStreamOwner stream = MemoryPlaylist("", "https://h:8443/m/lists/list.m3u");
     M3UPlaylistParser reader(stream.get());
@@ -401,21 +365,6 @@ TEST(M3UPlaylistParser, LookForHLSIsBoundedAndDoneOnce) {
     EXPECT_EQ(stream->GetBytes(), looked);
 }
 
-TEST(M3UPlaylistParser, NewReaderWalksFromTheStart) {
-    const ezStreamOwner stream = MemoryPlaylist("a.mp3\nb.mp3\n");
-    stream->Seek(9); // whatever looked at the stream before
-    M3UPlaylistParser reader(stream.get());
-    PlaylistEntries entries;
-    reader.ParseAll(sCollect, &entries);
-    EXPECT_EQ(Locations(entries), (Texts{"a.mp3", "b.mp3"}));
-}
-
-TEST(M3UPlaylistParser, HundredThousandEntriesAgree) {
-    const PlaylistEntries entries = M3U(ManyEntries(100000));
-    ASSERT_EQ(entries.size(), 100000U);
-    EXPECT_EQ(entries[99999].mTitle, "Artist - Title 99999");
-}
-
 TEST(M3UPlaylistParser, IndexesAgreeInLongPlaylistsOfEveryKindOfLine) {
     const Texts lines = {"song.mp3",
                          "#EXTINF:5,Title",
@@ -480,20 +429,6 @@ TEST(M3UPlaylistParser, StreamThatGivesLittleAtATimeReadsTheSame) {
         M3UPlaylistParser reader(stream.get());
         EXPECT_EQ(CheckAgreement(reader, text.size()), expected) << maximum;
     }
-}
-
-TEST(M3UPlaylistParser, WaitsForWhatHasNotArrived) {
-    const std::string text = ManyEntries(60);
-    ArrivingStream* stream = new ArrivingStream(text);
-    const ezStreamOwner owner(stream);
-    {
-        M3UPlaylistParser reader(stream);
-        const PlaylistEntries entries = WalkFrom(reader, 0);
-        EXPECT_EQ(entries, M3U(text));
-        EXPECT_STREQ(Str(reader.GetFullURLFor("x y.mp3")).c_str(), "http://host/lists/x%20y.mp3");
-    }
-    EXPECT_GT(stream->mWaits, 0U);
-    EXPECT_EQ(stream->mRegistered, 0); // no callback is left behind
 }
 
 TEST(M3UPlaylistParser, StreamThatFailsInTheMiddleEndsTheWalkBeforeTheCutLine) {

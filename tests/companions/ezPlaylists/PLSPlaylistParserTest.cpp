@@ -13,17 +13,6 @@ PlaylistEntries PLS(const std::string& aText) {
     return Agreed<PLSPlaylistParser>(aText, "/music/list.pls");
 }
 
-std::string ManyEntries(std::size_t aCount) {
-    std::string text = "[playlist]\n";
-    for (std::size_t i = 1; i <= aCount; ++i) {
-        const std::string number = std::to_string(i);
-        text.append("File").append(number).append("=folder/song ").append(number).append(".mp3\nTitle");
-        text.append(number).append("=Title ").append(number).append("\nLength");
-        text.append(number).append("=").append(number).append("\n");
-    }
-    return text;
-}
-
 } // namespace
 
 TEST(PLSPlaylistParser, EntryIsMadeOfTheLinesOfItsNumber) {
@@ -115,13 +104,6 @@ TEST(PLSPlaylistParser, NULIsAByteLikeAnyOther) {
     EXPECT_EQ(Str(entries[0].mURI), std::string("a\0b", 3));
 }
 
-TEST(PLSPlaylistParser, HundredThousandEntriesAgree) {
-    const PlaylistEntries entries = PLS(ManyEntries(100000));
-    ASSERT_EQ(entries.size(), 100000U);
-    EXPECT_EQ(entries[99999].mTitle, "Title 100000");
-    EXPECT_EQ(entries[99999].mDuration, 100000U);
-}
-
 TEST(PLSPlaylistParser, IndexIsBounded) {
     std::string text = "[playlist]\n";
     for (std::size_t i = 0; i < kPlaylist_MaxIndexed + 1000; ++i) {
@@ -150,27 +132,6 @@ TEST(PLSPlaylistParser, TextsOfTheIndexAreBounded) {
     EXPECT_EQ(cutOf(text + "File" + std::to_string(kCount) + "=x\n"), PlaylistCut::Size);
 }
 
-TEST(PLSPlaylistParser, IsReadOnce) {
-    const std::string text = ManyEntries(1000);
-    ScriptedStream* stream = new ScriptedStream(text);
-    const ezStreamOwner owner(stream);
-    PLSPlaylistParser reader(stream);
-    EXPECT_EQ(stream->GetBytes(), 0U); // not before it is asked
-    EXPECT_EQ(CheckAgreement(reader, text.size()).size(), 1000U);
-    EXPECT_EQ(stream->GetBytes(), text.size());
-}
-
-TEST(PLSPlaylistParser, StreamThatGivesLittleOrArrivesReadsTheSame) {
-    const std::string text = ManyEntries(20);
-    const PlaylistEntries expected = PLS(text);
-    const ezStreamOwner little(new ScriptedStream(text, 1));
-    PLSPlaylistParser littleReader(little.get());
-    EXPECT_EQ(CheckAgreement(littleReader, text.size()), expected);
-    const ezStreamOwner arriving(new ArrivingStream(text));
-    PLSPlaylistParser arrivingReader(arriving.get());
-    EXPECT_EQ(CheckAgreement(arrivingReader, text.size()), expected);
-}
-
 TEST(PLSPlaylistParser, StreamThatFailsInTheMiddleGivesWhatWasRead) {
     const std::string text = "[playlist]\nFile1=a.mp3\nFile2=b.mp3\nTitle1=A\n";
     for (std::size_t failing = 0; failing <= text.size(); ++failing) {
@@ -181,46 +142,4 @@ TEST(PLSPlaylistParser, StreamThatFailsInTheMiddleGivesWhatWasRead) {
             (failing >= text.find("File2") ? 1U : 0U) + (failing >= text.find("Title1") ? 1U : 0U);
         EXPECT_EQ(entries.size(), whole) << failing;
     }
-}
-
-TEST(PLSPlaylistParser, KnowsItsMimeTypeAndPlace) {
-    const ezStreamOwner stream = MemoryPlaylist("[playlist]\nFile1=a.mp3\n", "http://host/x/list.pls");
-    PLSPlaylistParser reader(stream.get());
-    EXPECT_EQ(reader.GetMimeType(), "audio/x-scpls");
-    EXPECT_EQ(Str(reader.GetFullURLFor("a.mp3")), "http://host/x/a.mp3");
-    EXPECT_FALSE(reader.GetFilePath().IsValid());
-}
-
-TEST(PLSPlaylistParser, TextOf16BitUnitsIsReadInEitherOrder) {
-    for (const bool fBigEndian : {false, true}) {
-        const std::string text = "[playlist]\r\nFile1=\xC3\xA9.mp3\r\nTitle1=\xE2\x82\xAC\r\nFile2=b";
-        const PlaylistEntries entries = Agreed<PLSPlaylistParser>(InUtf16(text, fBigEndian));
-        ASSERT_EQ(Locations(entries), (Texts{"\xC3\xA9.mp3", "b"}));
-        EXPECT_EQ(entries[0].mTitle, "\xE2\x82\xAC");
-        EXPECT_EQ(entries[0].mStreamPos, 2 + 2 * text.find("File1"));
-    }
-}
-
-TEST(PLSPlaylistParser, CallbackThatMovesTheReaderEndsTheWalk) {
-    struct Walk {
-        PlaylistParser* mReader;
-        int mCalls;
-    };
-    const ezStreamOwner stream = MemoryPlaylist("[playlist]\nFile1=a.mp3\nFile2=b.mp3\n");
-    PLSPlaylistParser reader(stream.get());
-    Walk walk = {&reader, 0};
-    const auto fetch = [](PlaylistParserEntry*, void* aUserData) {
-        Walk* current = static_cast<Walk*>(aUserData);
-        PlaylistParserEntry entry;
-        EXPECT_TRUE(current->mReader->FetchEntryAtIndex(0, &entry));
-        return ++current->mCalls == 100;
-    };
-    reader.ParseAll(fetch, &walk);
-    EXPECT_EQ(walk.mCalls, 1);
-}
-
-TEST(PLSPlaylistParser, BackslashesOfAPlaylistFromAServerPartFolders) {
-    const ezStreamOwner stream = MemoryPlaylist("", "https://h/m/lists/list.pls");
-    PLSPlaylistParser reader(stream.get());
-    EXPECT_EQ(Str(reader.GetFullURLFor("..\\a b\\c.mp3")), "https://h/m/a%20b/c.mp3");
 }

@@ -2,7 +2,6 @@
 
 #include "PlaylistKit.h"
 
-#include "ezPlaylists/M3UPlaylistParser.h"
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
 
 #include "ez/PlaylistParserFactory.h"
@@ -14,45 +13,44 @@
 
 namespace {
 
-template <typename Reader>
-bool Builds(const PlaylistParserFactory& aFactory, const char* aMimeType, const char* anExtension) {
+/// The MIME type of the reader that is found; "none".
+std::string TypeOf(const PlaylistParserFactory& aFactory, const char* aMimeType, const char* anExtension) {
     const ezStreamOwner stream = MemoryPlaylist("");
     const std::unique_ptr<PlaylistParser> parser(
         aFactory.NewPlaylistParser(stream.get(), aMimeType, anExtension));
-    return dynamic_cast<Reader*>(parser.get()) != nullptr;
+    return parser != nullptr ? Str(parser->GetMimeType()) : "none";
 }
 
 } // namespace
 
-TEST(Playlists, ReadersAreFoundByExtensionAndMimeType) {
+TEST(Playlists, ReadersAreFoundByEveryNameOfTheirs) {
     PlaylistParserFactory factory;
     ASSERT_TRUE(RegisterPlaylistParsers(factory));
     for (const char* extension : {"m3u", ".M3U", "m3u8"}) {
-        EXPECT_TRUE(Builds<M3UPlaylistParser>(factory, "", extension)) << extension;
+        EXPECT_EQ(TypeOf(factory, "", extension), "audio/x-mpegurl") << extension;
     }
     for (const char* type :
          {"audio/x-mpegurl", "audio/mpegurl", "application/x-mpegurl", "application/vnd.apple.mpegurl"}) {
-        EXPECT_TRUE(Builds<M3UPlaylistParser>(factory, type, "")) << type;
+        EXPECT_EQ(TypeOf(factory, type, ""), "audio/x-mpegurl") << type;
     }
-    EXPECT_TRUE(Builds<PLSPlaylistParser>(factory, "", "pls"));
-    EXPECT_TRUE(Builds<PLSPlaylistParser>(factory, "audio/x-scpls", "m3u"));
+    EXPECT_EQ(TypeOf(factory, "audio/x-scpls", "m3u"), "audio/x-scpls"); // the type decides
+    EXPECT_EQ(TypeOf(factory, "", ".WPL"), "application/vnd.ms-wpl");
+    for (const char* extension : {"asx", "wax", "wvx"}) {
+        EXPECT_EQ(TypeOf(factory, "", extension), "video/x-ms-asx");
+    }
+    EXPECT_EQ(TypeOf(factory, "audio/x-ms-wax", ""), "video/x-ms-asx");
+    EXPECT_EQ(TypeOf(factory, "video/x-ms-asf", "asx"), "none"); // that is a media
+    EXPECT_EQ(TypeOf(factory, "audio/mpeg", "m3u"), "none");
     EXPECT_FALSE(factory.IsSupportedPlaylist("", "mp3"));
     EXPECT_FALSE(factory.IsSupportedPlaylist("audio/mpeg", "m3u"));
-}
-
-TEST(Playlists, NoReaderIsMadeWithoutAStream) {
-    PlaylistParserFactory factory;
-    ASSERT_TRUE(RegisterPlaylistParsers(factory));
-    EXPECT_EQ(factory.NewPlaylistParser(nullptr, "", "m3u"), nullptr);
-    EXPECT_EQ(factory.NewPlaylistParser(nullptr, "", "pls"), nullptr);
 }
 
 TEST(Playlists, ReaderThatTheHostRegisteredFirstWins) {
     PlaylistParserFactory factory;
     factory.Register(PLSPlaylistParser::sBuild, "", "m3u");
     ASSERT_TRUE(RegisterPlaylistParsers(factory));
-    EXPECT_TRUE(Builds<PLSPlaylistParser>(factory, "", "m3u"));
-    EXPECT_TRUE(Builds<M3UPlaylistParser>(factory, "", "m3u8"));
+    EXPECT_EQ(TypeOf(factory, "", "m3u"), "audio/x-scpls");
+    EXPECT_EQ(TypeOf(factory, "", "m3u8"), "audio/x-mpegurl");
 }
 
 TEST(Playlists, SamplesAreReadAsDescribed) {

@@ -123,7 +123,8 @@ ez_add_door(ezThumbnails_inside cover_id3
 ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside picture
-    ${THUMBNAILS}/AreaScaler.cpp ${THUMBNAILS}/JpegDecoder.cpp ${THUMBNAILS}/JpegEncoder.cpp ${THUMBNAILS}/Picture.cpp
+    ${THUMBNAILS}/AreaScaler.cpp ${THUMBNAILS}/JpegDecoder.cpp ${THUMBNAILS}/JpegEncoder.cpp ${THUMBNAILS}/JpegWriter.cpp
+    ${THUMBNAILS}/Picture.cpp
     ${THUMBNAILS}/PictureReader.cpp ${THUMBNAILS}/PngDecoder.cpp ${THUMBNAILS}/PngEncoder.cpp
     companions/ezThumbnails/PictureThumbnailGenerator.cpp)
 

@@ -3,24 +3,20 @@
 #include "ezBytes/Exif.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/detail/AreaScaler.h"
+#include "ezThumbnails/detail/JpegErrors.h"
 #include "ezThumbnails/detail/PictureReader.h"
 
 #include <algorithm>
-#include <csetjmp>
-#include <cstdio>
 #include <cstring>
 
-// Needs <cstdio> before it.
-#include <jpeglib.h>
-
-// After it: which codes there are depends on how the library was built.
+// Which codes there are depends on how the library was built.
 #include <jerror.h>
 
 namespace {
 
 /// What a block of APP1 begins with when it is one of Exif (Exif 2.3, 4.7.2).
 constexpr unsigned char kExifName[] = {'E', 'x', 'i', 'f', 0, 0};
-/// The most that an APP1 holds behind its length.
+/// The most that an APP1 holds after its length.
 constexpr std::size_t kMaxApp1 = 65533;
 /// The library scales by eighths.
 constexpr uint32 kEighths = 8;
@@ -72,16 +68,14 @@ void CMYKToRGB(unsigned char* aRow, uint32 aWidth, bool afInverted) {
 
 } // namespace
 
-/// An error of the library ends in a jump over its frames and that of a step: steps, and what the library
-/// calls back, hold nothing that has a destructor.
+/// Steps, and what the library calls back, hold nothing that has a destructor: an error jumps over them.
 struct JpegDecoder::State {
     using Step = void (*)(State*);
 
     explicit State(PictureReader* aReader) : mReader(aReader) {
-        mInfo.err = jpeg_std_error(&mErrors);
+        mInfo.err = &mErrors;
         mErrors.error_exit = OnError;
         mErrors.emit_message = OnMessage;
-        mErrors.output_message = OnOutput;
         mInfo.client_data = this;
         mSource.init_source = OnSourceEvent;
         mSource.term_source = OnSourceEvent;
@@ -95,11 +89,7 @@ struct JpegDecoder::State {
     State& operator=(const State&) = delete;
 
     bool Run(Step aStep) {
-        if (setjmp(mEscape) != 0) { // the library knows no other way out of an error
-            return false;
-        }
-        aStep(this);
-        return true;
+        return mErrors.Run([&] { aStep(this); });
     }
 
     // ---- what the library calls ----
@@ -112,7 +102,7 @@ struct JpegDecoder::State {
         if (anInfo->err->msg_code == JERR_NO_BACKING_STORE) {
             Of(anInfo)->mfTooCostly = true;
         }
-        std::longjmp(Of(anInfo)->mEscape, 1);
+        JpegErrors::OnError(anInfo);
     }
 
     static void OnMessage(j_common_ptr anInfo, int aLevel) {
@@ -122,8 +112,6 @@ struct JpegDecoder::State {
         }
     }
 
-    static void OnOutput(j_common_ptr /*anInfo*/) {} // the base prints
-
     static void OnSourceEvent(j_decompress_ptr /*anInfo*/) {}
 
     static boolean OnFill(j_decompress_ptr anInfo) {
@@ -131,7 +119,7 @@ struct JpegDecoder::State {
         if (!state->mReader->Fill()) {
             ERREXIT(anInfo, JERR_INPUT_EOF);
         }
-        state->Lend();
+        state->TakeBlock();
         return TRUE;
     }
 
@@ -176,7 +164,8 @@ struct JpegDecoder::State {
         return TRUE;
     }
 
-    void Lend() {
+    /// Gives the library the bytes at hand.
+    void TakeBlock() {
         mSource.next_input_byte = mReader->GetData();
         mSource.bytes_in_buffer = mReader->GetCount();
     }
@@ -198,7 +187,7 @@ struct JpegDecoder::State {
         info->src = &aState->mSource;
         info->progress = &aState->mProgress;
         jpeg_set_marker_processor(info, JPEG_APP0 + 1, OnApp1);
-        aState->Lend();
+        aState->TakeBlock();
         jpeg_read_header(info, TRUE);
         aState->mHeader.mWidth = info->image_width;
         aState->mHeader.mHeight = info->image_height;
@@ -237,10 +226,9 @@ struct JpegDecoder::State {
     }
 
     jpeg_decompress_struct mInfo = {};
-    jpeg_error_mgr mErrors = {};
+    JpegErrors mErrors;
     jpeg_source_mgr mSource = {};
     jpeg_progress_mgr mProgress = {};
-    std::jmp_buf mEscape = {};
     PictureReader* mReader;
     PictureHeader mHeader;
     PictureWish mWish;

@@ -3,11 +3,11 @@
 #include "ezBytes/Exif.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/detail/AreaScaler.h"
+#include "ezThumbnails/detail/CodecEscape.h"
 #include "ezThumbnails/detail/PictureReader.h"
 
 #include "ezPlatform/base/Memory.h"
 
-#include <csetjmp>
 #include <cstddef>
 
 #include <png.h>
@@ -40,8 +40,7 @@ void LayOnWhite(unsigned char* aRow, uint32 aWidth) {
 
 } // namespace
 
-/// An error of the library ends in a jump over its frames and that of a step: steps, and what the library
-/// calls back, hold nothing that has a destructor.
+/// Steps, and what the library calls back, hold nothing that has a destructor: an error jumps over them.
 struct PngDecoder::State {
     using Step = void (*)(State*);
 
@@ -51,17 +50,13 @@ struct PngDecoder::State {
     State& operator=(const State&) = delete;
 
     bool Run(Step aStep) {
-        if (setjmp(mEscape) != 0) { // the library knows no other way out of an error
-            return false;
-        }
-        aStep(this);
-        return true;
+        return mEscape.Run([&] { aStep(this); });
     }
 
     // ---- what the library calls ----
 
     [[noreturn]] static void OnError(png_structp aPng, png_const_charp /*aText*/) {
-        std::longjmp(static_cast<State*>(png_get_error_ptr(aPng))->mEscape, 1);
+        static_cast<State*>(png_get_error_ptr(aPng))->mEscape.Jump();
     }
 
     static void OnWarning(png_structp /*aPng*/, png_const_charp /*aText*/) {} // the base prints
@@ -202,7 +197,7 @@ struct PngDecoder::State {
 
     png_structp mPng = nullptr;
     png_infop mInfo = nullptr;
-    std::jmp_buf mEscape = {};
+    CodecEscape mEscape;
     PictureReader* mReader;
     PictureHeader mHeader;
     PictureWish mWish;

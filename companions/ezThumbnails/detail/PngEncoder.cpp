@@ -1,6 +1,5 @@
+#include "ezThumbnails/detail/CodecEscape.h"
 #include "ezThumbnails/detail/PictureEncoder.h"
-
-#include <csetjmp>
 
 #include <png.h>
 
@@ -13,8 +12,7 @@ int ColourType(uint32 aChannels) {
     return aChannels == 4 ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
 }
 
-/// An error of the library ends in a jump over its frames: what it calls back holds nothing that has a
-/// destructor.
+/// Steps, and what the library calls back, hold nothing that has a destructor: an error jumps over them.
 struct PngEncoder {
     PngEncoder(const Picture& aPicture, ByteSink* aSink) : mPicture(aPicture), mSink(aSink) {}
     ~PngEncoder() { png_destroy_write_struct(&mPng, &mInfo); }
@@ -22,19 +20,18 @@ struct PngEncoder {
     PngEncoder& operator=(const PngEncoder&) = delete;
 
     bool Run() {
-        if (setjmp(mEscape) != 0) { // the library knows no other way out of an error
-            return false;
-        }
-        if (!Create()) {
-            return false;
-        }
-        Write();
-        return true;
+        bool fWritten = false;
+        return mEscape.Run([&] {
+            fWritten = Create();
+            if (fWritten) {
+                Write();
+            }
+        }) && fWritten;
     }
 
 private:
     [[noreturn]] static void OnError(png_structp aPng, png_const_charp /*aText*/) {
-        std::longjmp(static_cast<PngEncoder*>(png_get_error_ptr(aPng))->mEscape, 1);
+        static_cast<PngEncoder*>(png_get_error_ptr(aPng))->mEscape.Jump();
     }
     static void OnWarning(png_structp /*aPng*/, png_const_charp /*aText*/) {} // the base prints
     static void OnWrite(png_structp aPng, png_bytep aBytes, std::size_t aCount) {
@@ -66,7 +63,7 @@ private:
     ByteSink* mSink;
     png_structp mPng = nullptr;
     png_infop mInfo = nullptr;
-    std::jmp_buf mEscape = {};
+    CodecEscape mEscape;
 };
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "contact-sheet/ContactSheet.h"
 
-#include "contact-sheet/JpegPage.h"
+#include "ezThumbnails/JpegPicture.h"
 
 #include <algorithm>
 #include <fstream>
@@ -15,7 +15,7 @@ constexpr char kComment[] = "ezannounce contact-sheet";
 constexpr std::size_t kHeadBytes = 4096;
 
 /// The page, row by row.
-class SheetRows : public RowSource {
+class SheetRows : public JpegRows {
 public:
     SheetRows(const std::vector<std::string>& aThumbnails, const SheetGrid& aGrid)
         : mThumbnails(aThumbnails), mGrid(aGrid) {}
@@ -43,14 +43,14 @@ private:
         const std::size_t first = std::size_t{aGridRow} * mGrid.mColumns;
         const std::size_t end = std::min(first + mGrid.mColumns, mThumbnails.size());
         for (std::size_t i = first; i < end; ++i) {
-            RgbPicture picture;
-            const bool fGood = ReadJpegPicture(mThumbnails[i], kSheetCellSide, picture);
-            mCells.push_back(fGood ? std::move(picture) : RgbPicture());
+            JpegPicture picture;
+            const bool fGood = ReadJpegPicture(mThumbnails[i], kSheetCellSide, &picture);
+            mCells.push_back(fGood ? std::move(picture) : JpegPicture());
         }
     }
 
     /// One row of a cell, aY pixels below its top.
-    void Put(const RgbPicture& aPicture, uint32 aCellX, uint32 aY) {
+    void Put(const JpegPicture& aPicture, uint32 aCellX, uint32 aY) {
         const uint32 top = (kSheetCellSide - aPicture.mHeight) / 2;
         if (aY < top || aY - top >= aPicture.mHeight) {
             return;
@@ -64,7 +64,7 @@ private:
     const std::vector<std::string>& mThumbnails;
     const SheetGrid& mGrid;
     uint32 mNextY = 0;
-    std::vector<RgbPicture> mCells; ///< of the row of cells under way
+    std::vector<JpegPicture> mCells; ///< of the row of cells under way
     std::vector<unsigned char> mRow;
 };
 
@@ -81,7 +81,7 @@ SheetGrid::SheetGrid(std::size_t aCellCount) {
 std::string MakeContactSheet(const std::vector<std::string>& aThumbnails) {
     const SheetGrid grid(aThumbnails.size());
     SheetRows rows(aThumbnails, grid);
-    return WriteJpeg(grid.GetWidth(), grid.GetHeight(), kComment, rows);
+    return WriteJpeg(grid.GetWidth(), grid.GetHeight(), kComment, &rows);
 }
 
 bool IsContactSheet(const std::string& aPath) {

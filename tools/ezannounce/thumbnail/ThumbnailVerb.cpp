@@ -4,7 +4,7 @@
 #include "output/Console.h"
 #include "output/SafeText.h"
 #include "thumbnail/CacheFolder.h"
-#include "thumbnail/PictureFacts.h"
+#include "output/PictureWords.h"
 #include "thumbnail/SameFile.h"
 #include "thumbnail/Thumbnails.h"
 #include "thumbnail/WholeFile.h"

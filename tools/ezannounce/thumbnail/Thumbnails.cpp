@@ -1,6 +1,6 @@
 #include "thumbnail/Thumbnails.h"
 
-#include "thumbnail/PictureFacts.h"
+#include "output/PictureWords.h"
 #include "thumbnail/SameFile.h"
 #include "thumbnail/ThumbnailIdentity.h"
 

@@ -74,9 +74,13 @@ void CheckRules(const ProfileRules& aRules) {
         std::string type(record.GetCString(kezInfo_MimeType, "").Lower().View());
         type = type.substr(0, type.find(';'));
         const std::string all = "," + std::string(aRules.GetProfileInfo(type).View()) + ",";
-        const ezCString profile = aRules.FindProfile(record);
-        FuzzCheck(profile.IsEmpty() || all.find("," + type + ":DLNA.ORG_PN=" + std::string(profile.View()) +
-                                                ",") != std::string::npos);
+        const ProfileMatch match = aRules.FindMatch(record);
+        const std::string announced(match.mMimeType.IsEmpty() ? std::string_view(type)
+                                                              : match.mMimeType.View());
+        FuzzCheck(match.mProfile.IsEmpty() ||
+                  all.find("," + announced + ":DLNA.ORG_PN=" + std::string(match.mProfile.View()) + ",") !=
+                      std::string::npos);
+        FuzzCheck(aRules.FindProfile(record) == match.mProfile);
         FuzzCheck(all.size() >= type.size() + 4 &&
                   all.compare(all.size() - type.size() - 4, std::string::npos, "," + type + ":*,") == 0);
     }

@@ -25,7 +25,8 @@ inline constexpr const char* kProperty_TextCodePage = "TextCodePage";
 /// it is of the content's kind (audio, video, image; by the MIME type); that of the first line of the MIME
 /// type that is; the kind alone. The MIME type is the first one of the line that led to the parser where that
 /// is only another name of the format's own ("audio/x-m4a" of "audio/mp4"), and no profile was found, as a
-/// profile is defined for the one type.
+/// profile is defined for the one type. Where the rule that gives the profile names another type to announce
+/// than the format stated, it is that one, if the record has no 4th field yet.
 ///
 /// The 4th field holds
 /// the profile that the rules give, if they do; "DLNA.ORG_OP=01" for a media of known size, which can be

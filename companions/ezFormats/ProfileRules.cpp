@@ -1,6 +1,5 @@
 #include "ezFormats/ProfileRules.h"
 
-#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/rules/BuiltInProfileRules.h"
@@ -59,6 +58,19 @@ bool ReadWhole(const ezCString& aPath, std::string* aText, std::string* aProblem
     return true;
 }
 
+/// Adds what media of a type are announced as by a rule.
+void AddEntries(const ProfileRuleList& aList, const ProfileRule& aRule, std::string_view aMimeType,
+                Entries& anEntries) {
+    const std::size_t stated = ProfileRuleList_FindMimeType(aList, aMimeType);
+    for (const ProfileMimeType& type : aRule.mMimeTypes) {
+        if (type.mStated == stated) {
+            const bool fOwn = type.mAnnounced == type.mStated;
+            anEntries.Add(fOwn ? aMimeType : aList.mMimeTypes[type.mAnnounced].View(),
+                          ezDLNAField::TextOfProfile(aRule.mProfile.View()).View());
+        }
+    }
+}
+
 } // namespace
 
 ProfileRules::ProfileRules() = default;
@@ -77,9 +89,9 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aTex
                                                            std::vector<ProfileRulesProblem>* aProblems) {
     std::vector<ProfileRulesProblem> problems;
     const std::shared_ptr<ProfileRules> rules(new ProfileRules);
-    rules->mRules = ProfileRules_Read(aText, &problems);
-    rules->mTable = std::make_unique<ProfileRuleTable>(rules->mRules);
-    ProfileRules_FindLosers(rules->mRules, &problems);
+    rules->mList = std::make_unique<ProfileRuleList>(ProfileRules_Read(aText, &problems));
+    rules->mTable = std::make_unique<ProfileRuleTable>(*rules->mList);
+    ProfileRules_FindLosers(rules->mList->mRules, &problems);
     std::stable_sort(problems.begin(), problems.end(),
                      [](const ProfileRulesProblem& aLeft, const ProfileRulesProblem& aRight) {
                          return aLeft.mLine < aRight.mLine;
@@ -104,25 +116,29 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString& aPat
     return nullptr;
 }
 
-ezCString ProfileRules::FindProfile(const ezMediaInfo& anInfo) const {
-    const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
+ProfileMatch ProfileRules::FindMatch(const ezMediaInfo& anInfo) const {
+    const std::size_t stated =
+        ProfileRuleList_FindMimeType(*mList, anInfo.GetCString(kezInfo_MimeType, "").View());
     // Profiles of MPEG audio list the rates that frames state, and a measured one is no such rate.
-    if (type == 0 || anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
+    if (stated == mList->mMimeTypes.size() ||
+        anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
         return {};
     }
-    const std::size_t winner = mTable->FindMet(type, ProfileFactValues(anInfo));
-    return winner == mRules.size() ? ezCString() : mRules[winner].mProfile;
+    const ProfileRuleTable::Match match = mTable->FindMet(stated, anInfo);
+    if (match.mRule == ProfileRuleTable::kNone) {
+        return {};
+    }
+    const bool fOwn = match.mMimeType == stated;
+    return {mList->mRules[match.mRule].mProfile, fOwn ? ezCString() : mList->mMimeTypes[match.mMimeType]};
 }
 
 ezCString ProfileRules::GetProfileInfo(std::string_view aMimeTypes) const {
     Entries entries;
     std::string_view type;
-    for (const ProfileRule& rule : mRules) {
+    for (const ProfileRule& rule : mList->mRules) {
         ListItems types(aMimeTypes);
         while (types.Next(&type)) {
-            if ((rule.mMimeTypes & FormatMimeType_Bit(type)) != 0) {
-                entries.Add(type, ezDLNAField::TextOfProfile(rule.mProfile.View()).View());
-            }
+            AddEntries(*mList, rule, type, entries);
         }
     }
     ListItems types(aMimeTypes);

@@ -11,7 +11,7 @@
 #include <vector>
 
 class ezMediaInfo;
-struct ProfileRule;
+struct ProfileRuleList;
 class ProfileRuleTable;
 
 /// What is wrong with a table of profile rules, and where.
@@ -20,20 +20,24 @@ struct ProfileRulesProblem {
     std::string mText; ///< for a person: printable ASCII without a line end
 };
 
-/// Which DLNA profile a media keeps, decided by a table that an operator can read and edit:
+/// What a record is announced as by the rules.
+struct ProfileMatch {
+    ezCString mProfile;  ///< empty where no rule is met
+    ezCString mMimeType; ///< the type that the profile is announced with; empty where the record's own stays
+};
+
+/// Which DLNA profile a file or stream keeps, decided by a table that an operator can read and edit:
 ///
 /// ```
 /// # profile  MIME types  conditions
 /// MP3        audio/mpeg  audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
-/// JPEG_SM    image/jpeg  process=baseline colours=grey,4:2:0,4:2:2 width=1-640 height=1-480
+/// JPEG_SM    image/jpeg  process=baseline colours=grey,4:2:0,4:2:2 size=-640x480
 /// ```
 ///
-/// Columns are parted by blanks, items of a column by commas; "#" begins a comment where a word could. A
-/// condition names a fact of the record and what it may be: words, numbers, or ranges with both ends in
-/// ("1-2", and "2-" or "-2" where one end is open); words compare with case. A fact that the record does not
-/// state, or that varies without a bound, meets no condition. The first rule all of whose conditions are met
-/// decides; a media that meets none has no profile. The facts and their names are listed at the head of the
-/// built-in table.
+/// The first rule all of whose conditions a record meets decides; without one there is no profile. A MIME
+/// type may be followed by ">" and the one to announce: a profile can ask for another than a file without a
+/// profile is best announced with. docs/profile-rules.md tells the whole language, and the head of the
+/// built-in table the facts.
 ///
 /// Immutable once it is made, and shared by all parsers and threads.
 class EZFORMATS_API ProfileRules {
@@ -51,7 +55,7 @@ public:
     /// order of the lines: a line that cannot be read, a profile that DLNA does not know, a MIME type that no
     /// parser here gives, a condition that nothing can meet, and a rule that can never win, because for each
     /// of its MIME types one earlier rule wins whenever it would. A text of more than 256 KiB is a problem of
-    /// line 0, and a rule behind the 2,000th one of its line; neither is read on. Problems are printable
+    /// line 0, and a rule after the 2,000th one of its line; neither is read on. Problems are printable
     /// ASCII, whatever the text holds. A text without a rule is sound, and gives no media a profile.
     static std::shared_ptr<const ProfileRules> FromText(std::string_view aText,
                                                         std::vector<ProfileRulesProblem>* aProblems);
@@ -60,18 +64,20 @@ public:
                                                         std::vector<ProfileRulesProblem>* aProblems);
 
     /// The profile that a record keeps, by its MIME type (whose case and parameters do not matter) and facts
-    /// alone; empty when it keeps none, and for free format (kezMediaInfo_FreeFormat), whose rates are in no
-    /// profile's list.
-    ezCString FindProfile(const ezMediaInfo& anInfo) const;
+    /// alone, and the type that it is announced with. There is none for free format
+    /// (kezMediaInfo_FreeFormat), whose rates are in no profile's list.
+    ProfileMatch FindMatch(const ezMediaInfo& anInfo) const;
+    /// The profile of it alone.
+    ezCString FindProfile(const ezMediaInfo& anInfo) const { return FindMatch(anInfo).mProfile; }
 
-    /// What media of some MIME types (parted by ",") can be announced as: "MIME:DLNA.ORG_PN=X" of every rule,
-    /// each once, in the order of the table (of one rule in the order asked), and then "MIME:*" of each type.
-    /// Entries are parted by ",".
+    /// What media of some MIME types (separated by ",") can be announced as: "MIME:DLNA.ORG_PN=X" of every
+    /// rule, with the type that it announces, each once, in the order of the table (of one rule in the order
+    /// asked), and then "MIME:*" of each type. Entries are separated by ",".
     ezCString GetProfileInfo(std::string_view aMimeTypes) const;
 
 private:
     ProfileRules();
 
-    std::vector<ProfileRule> mRules;
-    std::unique_ptr<const ProfileRuleTable> mTable; ///< of them
+    std::unique_ptr<const ProfileRuleList> mList;
+    std::unique_ptr<const ProfileRuleTable> mTable; ///< of the list
 };

@@ -50,7 +50,14 @@ inline constexpr const char* kezInfo_PictureWidth = "wi";      ///< pixels
 inline constexpr const char* kezInfo_PictureHeight = "he";     ///< pixels
 inline constexpr const char* kezInfo_FrameRate = "fr";         ///< pictures in 1000 seconds: 29970
 inline constexpr const char* kezInfo_VideoProfile = "vp"; ///< in the codec's words, no blanks: "Baseline"
-inline constexpr const char* kezInfo_VideoLevel = "vl";   ///< ten times the codec's level: 31 is 3.1; 9 is 1b
+/// Ten times the codec's level: 31 is 3.1; 9 is 1b. Levels with names are 10 Low, 20 Main or Medium, 30
+/// High 1440, 40 High.
+inline constexpr const char* kezInfo_VideoLevel = "vl";
+/// The container and the kind of its packets, where a MIME type stands for several: "MP4", "3GP", "3G2",
+/// "MOV", "PS" (MPEG program stream), "MPEG1" (MPEG-1 system stream), "TS" (MPEG-2 transport stream of
+/// packets of 188 bytes), "TTS" (of 192 bytes, with time stamps), "TTS-zero" (of 192 bytes, all stamps zero),
+/// "MKV", "WebM", "ASF", "AVI", "FLV", "RM", "DV", "MXF", "Ogg".
+inline constexpr const char* kezInfo_Container = "ct";
 /// How a picture is coded: "baseline", "extended", "progressive", "lossless", "arithmetic" or "hierarchical"
 /// of a JPEG, "plain" or "interlaced" of a PNG, "progressive" or "interlaced" of video. Of MPEG audio
 /// kezMediaInfo_FreeFormat, where its frames do not state their rate.

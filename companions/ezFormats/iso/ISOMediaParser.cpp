@@ -1,6 +1,7 @@
 #include "ezFormats/iso/ISOMediaParser.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/iso/ISOCompressedMovie.h"
 #include "ezFormats/iso/ISOFragments.h"
@@ -32,13 +33,15 @@ struct BrandTypes {
     std::string_view mStart; ///< of the brand
     const char* mVideo;
     const char* mAudio;
+    const char* mContainer;
 };
 /// The first that fits decides.
-constexpr std::array<BrandTypes, 5> kBrandTypes = {{{"qt  ", "video/quicktime", "video/quicktime"},
-                                                    {"3g2", "video/3gpp2", "audio/3gpp2"},
-                                                    {"kddi", "video/3gpp2", "audio/3gpp2"},
-                                                    {"3g", "video/3gpp", "audio/3gpp"},
-                                                    {"", "video/mp4", "audio/mp4"}}};
+constexpr std::array<BrandTypes, 5> kBrandTypes = {
+    {{"qt  ", "video/quicktime", "video/quicktime", kContainer_MOV},
+     {"3g2", "video/3gpp2", "audio/3gpp2", kContainer_3G2},
+     {"kddi", "video/3gpp2", "audio/3gpp2", kContainer_3G2},
+     {"3g", "video/3gpp", "audio/3gpp", kContainer_3GP},
+     {"", "video/mp4", "audio/mp4", kContainer_MP4}}};
 
 template <std::size_t Size>
 bool IsIn(const std::array<BoxType, Size>& aTypes, BoxType aType) {
@@ -82,11 +85,9 @@ bool IsPlainBrand(BoxType aBrand) {
     return aBrand.StartsWith("iso") || aBrand.StartsWith("mp4");
 }
 
-const char* MimeTypeOf(BoxType aBrand, bool afVideo) {
-    const auto* const types =
-        std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
-                     [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
-    return afVideo ? types->mVideo : types->mAudio;
+const BrandTypes& TypesOf(BoxType aBrand) {
+    return *std::find_if(kBrandTypes.begin(), kBrandTypes.end(),
+                         [&](const BrandTypes& aKnown) { return aBrand.StartsWith(aKnown.mStart); });
 }
 
 /// What the boxes at the top tell.
@@ -107,11 +108,12 @@ void ReadBrands(ByteReader aBox, Top& aTop) {
 }
 
 /// Phones put 3GPP's brand first also where what they recorded is beyond it.
-const char* MimeTypeOf(const Top& aTop, const ISOMovie& aMovie) {
+void StoreTypes(const Top& aTop, const ISOMovie& aMovie, ezMediaInfo& anInfo) {
     constexpr BoxType kPlain = "isom";
-    const bool fVideo = aMovie.mVideo.has_value();
     const bool f3GPP = aTop.mBrand.StartsWith("3g") && !aTop.mBrand.StartsWith("3g2");
-    return MimeTypeOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand, fVideo);
+    const BrandTypes& types = TypesOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand);
+    anInfo.Set(kezInfo_MimeType, aMovie.mVideo.has_value() ? types.mVideo : types.mAudio, true);
+    anInfo.Set(kezInfo_Container, types.mContainer, true);
 }
 
 /// Looks for "moov" from the start on.
@@ -234,7 +236,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (media.mMovie.mfFragmented) {
         ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
     }
-    anInfo.Set(kezInfo_MimeType, MimeTypeOf(top, media.mMovie), true);
+    StoreTypes(top, media.mMovie, anInfo);
     StoreFacts(media, anInfo);
     // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
     if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {

@@ -1,62 +1,92 @@
 #include "ezFormats/rules/ProfileRule.h"
 
+#include "ezPlatform/text/Case.h"
+
 #include <algorithm>
 
 namespace {
 
-bool ContainsNumber(const std::vector<ProfileRange>& aRanges, uint32 aNumber) {
-    return std::any_of(aRanges.begin(), aRanges.end(), [aNumber](const ProfileRange& aRange) {
-        return aRange.mLeast <= aNumber && aNumber <= aRange.mMost;
+bool LiesWithin(const ProfileRange& aRange, const ProfileRange& anOther) {
+    return anOther.mLeast <= aRange.mLeast && aRange.mMost <= anOther.mMost;
+}
+
+bool LiesWithin(const ProfileSize& aSize, const ProfileSize& anOther) {
+    return LiesWithin(aSize.mWidth, anOther.mWidth) && LiesWithin(aSize.mHeight, anOther.mHeight) &&
+           LiesWithin(aSize.mFrameRate, anOther.mFrameRate);
+}
+
+/// Every item of the one lies within one item of the other.
+template <typename Item>
+bool LieWithin(const std::vector<Item>& anItems, const std::vector<Item>& anOthers) {
+    return std::all_of(anItems.begin(), anItems.end(), [&anOthers](const Item& anItem) {
+        return std::any_of(anOthers.begin(), anOthers.end(),
+                           [&anItem](const Item& anOther) { return LiesWithin(anItem, anOther); });
     });
 }
 
-/// Every range of the one lies within one range of the other: these never touch each other.
-bool LieWithin(const std::vector<ProfileRange>& aRanges, const std::vector<ProfileRange>& anOthers) {
-    auto other = anOthers.begin();
-    for (const ProfileRange& range : aRanges) {
-        while (other != anOthers.end() && other->mMost < range.mLeast) {
-            ++other;
-        }
-        if (other == anOthers.end() || range.mLeast < other->mLeast || other->mMost < range.mMost) {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
-
-bool ProfileCondition_IsMet(const ProfileCondition& aCondition, const ProfileFactValues& aValues) {
-    if (!aValues.IsStated(aCondition.mFact)) {
-        return false;
-    }
-    if (kProfileFacts[aCondition.mFact].mKind == ProfileFactKind::Number) {
-        return ContainsNumber(aCondition.mRanges, aValues.GetNumber(aCondition.mFact));
-    }
-    return std::find(aCondition.mWords.begin(), aCondition.mWords.end(), aValues.GetWord(aCondition.mFact)) !=
-           aCondition.mWords.end();
-}
-
-bool ProfileCondition_Implies(const ProfileCondition& aCondition, const ProfileCondition& anOther) {
+/// True when whatever meets the one condition meets the other, which asks for the same fact.
+bool Implies(const ProfileCondition& aCondition, const ProfileCondition& anOther) {
     return aCondition.mFact == anOther.mFact && LieWithin(aCondition.mRanges, anOther.mRanges) &&
+           LieWithin(aCondition.mSizes, anOther.mSizes) &&
            std::includes(anOther.mWords.begin(), anOther.mWords.end(), aCondition.mWords.begin(),
                          aCondition.mWords.end());
 }
 
-bool ProfileRule_IsMet(const ProfileRule& aRule, const ProfileFactValues& aValues) {
-    return std::all_of(aRule.mConditions.begin(), aRule.mConditions.end(),
-                       [&aValues](const ProfileCondition& aCondition) {
-                           return ProfileCondition_IsMet(aCondition, aValues);
-                       });
+const ProfileCondition* FindCondition(const ProfileRule& aRule, std::size_t aFact) {
+    const auto found =
+        std::find_if(aRule.mConditions.begin(), aRule.mConditions.end(),
+                     [aFact](const ProfileCondition& aCondition) { return aCondition.mFact == aFact; });
+    return found != aRule.mConditions.end() ? &*found : nullptr;
+}
+
+/// From the least to the most that a rule lets a number be.
+ProfileRange BoundsOf(const ProfileRule& aRule, std::size_t aFact) {
+    const ProfileCondition* const condition = FindCondition(aRule, aFact);
+    return condition != nullptr
+               ? ProfileRange{condition->mRanges.front().mLeast, condition->mRanges.back().mMost}
+               : kProfileRange_Any;
+}
+
+/// The numbers of sizes that stand in a condition of their own.
+std::vector<ProfileRange> RangesOf(const std::vector<ProfileSize>& aSizes, std::size_t aFact) {
+    std::vector<ProfileRange> ranges;
+    ranges.reserve(aSizes.size());
+    for (const ProfileSize& size : aSizes) {
+        ranges.push_back(aFact == kProfileFact_Width    ? size.mWidth
+                         : aFact == kProfileFact_Height ? size.mHeight
+                                                        : size.mFrameRate);
+    }
+    return ranges;
+}
+
+/// True when sizes that the rule asks for in one way imply what is asked for in the other way.
+bool ImpliesBySize(const ProfileRule& aRule, const ProfileCondition& anAsked) {
+    if (anAsked.mFact == kProfileFact_Size) {
+        const ProfileSize bounds = {BoundsOf(aRule, kProfileFact_Width), BoundsOf(aRule, kProfileFact_Height),
+                                    BoundsOf(aRule, kProfileFact_FrameRate)};
+        return LieWithin({bounds}, anAsked.mSizes);
+    }
+    const bool fPart = anAsked.mFact == kProfileFact_Width || anAsked.mFact == kProfileFact_Height ||
+                       anAsked.mFact == kProfileFact_FrameRate;
+    const ProfileCondition* const sizes = fPart ? FindCondition(aRule, kProfileFact_Size) : nullptr;
+    return sizes != nullptr && LieWithin(RangesOf(sizes->mSizes, anAsked.mFact), anAsked.mRanges);
+}
+
+} // namespace
+
+std::size_t ProfileRuleList_FindMimeType(const ProfileRuleList& aList, std::string_view aMimeType) {
+    const std::string_view bare = ezTrimmed(aMimeType.substr(0, aMimeType.find(';')));
+    const auto found =
+        std::find_if(aList.mMimeTypes.begin(), aList.mMimeTypes.end(),
+                     [bare](const ezCString& aKnown) { return ezIsEqualNoCase(aKnown.View(), bare); });
+    return static_cast<std::size_t>(found - aList.mMimeTypes.begin());
 }
 
 bool ProfileRule_Implies(const ProfileRule& aRule, const ProfileRule& anOther) {
     return std::all_of(anOther.mConditions.begin(), anOther.mConditions.end(),
                        [&aRule](const ProfileCondition& anAsked) {
-                           return std::any_of(aRule.mConditions.begin(), aRule.mConditions.end(),
-                                              [&anAsked](const ProfileCondition& aCondition) {
-                                                  return ProfileCondition_Implies(aCondition, anAsked);
-                                              });
+                           const ProfileCondition* const own = FindCondition(aRule, anAsked.mFact);
+                           return (own != nullptr && Implies(*own, anAsked)) || ImpliesBySize(aRule, anAsked);
                        });
 }
 

@@ -1,18 +1,29 @@
+#include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/rules/ProfileRule.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 // The reading of conditions.
 
 namespace {
 
-/// Levels without a number of their own, of H.264 and of MPEG-4 part 2: below level 1 in what a record
-/// states.
-constexpr std::string_view kLevelOneB = "1b";
-constexpr std::string_view kLevelZeroB = "0b";
-constexpr uint32 kLevelBValue = 9;
+/// Levels that are no number, as a record states them.
+struct LevelName {
+    std::string_view mName;
+    uint32 mLevel;
+};
+constexpr std::array<LevelName, 7> kLevelNames = {{
+    {"1b", 9},   // of H.264, and
+    {"0b", 9},   // of MPEG-4 part 2: just below level 1
+    {"Low", 10}, // of MPEG-2 and of WMV 9
+    {"Main", 20},
+    {"Medium", 20},
+    {"High1440", 30},
+    {"High", 40},
+}};
 constexpr uint32 kLevelScale = 10;
 
 constexpr std::uint64_t kThousand = 1000;
@@ -55,10 +66,21 @@ bool ReadDigits(std::string_view aText, std::uint64_t* aDigits, std::uint64_t* a
     return true;
 }
 
-/// A number as a record would hold it. False when it is none, or none that the fact can be.
+/// A level by its name. False when it has none.
+bool ReadLevelName(std::string_view aText, uint32* aLevel) {
+    const auto* const level =
+        std::find_if(kLevelNames.begin(), kLevelNames.end(),
+                     [aText](const LevelName& aKnown) { return aKnown.mName == aText; });
+    if (level == kLevelNames.end()) {
+        return false;
+    }
+    *aLevel = level->mLevel;
+    return true;
+}
+
+/// A number as a record would hold it. False when it is not one, or not one that the fact can be.
 bool ReadNumber(std::string_view aText, const ProfileFact& aFact, uint32* aNumber) {
-    if (aFact.mScale == kLevelScale && (aText == kLevelOneB || aText == kLevelZeroB)) {
-        *aNumber = kLevelBValue;
+    if (aFact.mScale == kLevelScale && ReadLevelName(aText, aNumber)) {
         return true;
     }
     std::string_view text = aText;
@@ -66,7 +88,7 @@ bool ReadNumber(std::string_view aText, const ProfileFact& aFact, uint32* aNumbe
     std::uint64_t digits = 0;
     std::uint64_t divisor = 1;
     if (!ReadDigits(text, &digits, &divisor) || digits > UINT64_MAX / multiplier ||
-        digits * multiplier % divisor != 0 || digits * multiplier / divisor > ProfileFactValues::kMaximum) {
+        digits * multiplier % divisor != 0 || digits * multiplier / divisor > kProfileFact_Maximum) {
         return false;
     }
     *aNumber = static_cast<uint32>(digits * multiplier / divisor);
@@ -83,7 +105,7 @@ bool ReadRange(std::string_view anItem, const ProfileFact& aFact, ProfileRange* 
     const bool fRange = dash != std::string_view::npos;
     const std::string_view least = anItem.substr(0, dash);
     const std::string_view most = fRange ? anItem.substr(dash + 1) : least;
-    *aRange = {0, ProfileFactValues::kMaximum};
+    *aRange = {0, kProfileFact_Maximum};
     const bool fOpen = least.empty() || most.empty();
     if ((fOpen && (!fRange || anItem.size() == 1)) ||
         (!least.empty() && !ReadNumber(least, aFact, &aRange->mLeast)) ||
@@ -120,7 +142,63 @@ void Normalise(std::vector<ProfileRange>* aRanges) {
 ProfileRange Widened(const ProfileRange& aRange, const ProfileFact& aFact) {
     const uint32 above = aFact.mfMeasured ? aRange.mMost / kProfileFact_Excess : 0;
     return {aRange.mLeast - std::min(aRange.mLeast, aFact.mTolerance),
-            aRange.mMost + std::min(ProfileFactValues::kMaximum - aRange.mMost, above)};
+            aRange.mMost + std::min(kProfileFact_Maximum - aRange.mMost, above)};
+}
+
+/// A range as a record meets it.
+bool ReadNumbers(std::string_view anItem, const ProfileFact& aFact, ProfileRange* aRange,
+                 std::string* aProblem) {
+    const bool fRead = ReadRange(anItem, aFact, aRange, aProblem);
+    *aRange = Widened(*aRange, aFact);
+    return fRead;
+}
+
+/// A side of a size, which may be any up to it. False, with why in *aProblem, when it is not one.
+bool ReadSide(std::string_view aText, std::size_t aFact, bool afUpTo, std::string_view anItem,
+              ProfileRange* aSide, std::string* aProblem) {
+    const ProfileFact& fact = kProfileFacts[aFact];
+    uint32 side = 0;
+    if (!ReadNumber(aText, fact, &side)) {
+        *aProblem = ProfileRule_Quoted(anItem) + " is not a size: these are 352x288, -352x288 and 352x288@25";
+        return false;
+    }
+    if (side == 0) {
+        *aProblem = "nothing meets size=" + ProfileRule_Quoted(anItem) + ": 0 is what is not known";
+        return false;
+    }
+    *aSide = {afUpTo ? 1 : side, side};
+    return true;
+}
+
+/// "352x288", "-352x288" for each side up to its number, and either with "@" and a rate or a range of rates.
+bool ReadSize(std::string_view anItem, ProfileSize* aSize, std::string* aProblem) {
+    const std::string_view::size_type at = anItem.find('@');
+    std::string_view size = anItem.substr(0, at);
+    const bool fUpTo = !size.empty() && size.front() == '-';
+    size.remove_prefix(fUpTo ? 1 : 0);
+    const std::string_view::size_type cross = size.find('x');
+    const std::string_view height =
+        cross == std::string_view::npos ? std::string_view() : size.substr(cross + 1);
+    aSize->mFrameRate = kProfileRange_Any;
+    if (!ReadSide(size.substr(0, cross), kProfileFact_Width, fUpTo, anItem, &aSize->mWidth, aProblem) ||
+        !ReadSide(height, kProfileFact_Height, fUpTo, anItem, &aSize->mHeight, aProblem)) {
+        return false;
+    }
+    if (at == std::string_view::npos) {
+        return true;
+    }
+    return ReadNumbers(anItem.substr(at + 1), kProfileFacts[kProfileFact_FrameRate], &aSize->mFrameRate,
+                       aProblem);
+}
+
+bool ReadWord(std::string_view anItem, const ProfileFact& aFact, std::string* aWord, std::string* aProblem) {
+    const bool fKnown = aFact.mKind != ProfileFactKind::Container ||
+                        std::find(kContainers.begin(), kContainers.end(), anItem) != kContainers.end();
+    if (!fKnown) {
+        *aProblem = "no container is named " + ProfileRule_Quoted(anItem);
+    }
+    *aWord = anItem;
+    return fKnown;
 }
 
 bool ReadItem(std::string_view anItem, ProfileCondition* aCondition, std::string* aProblem) {
@@ -129,16 +207,14 @@ bool ReadItem(std::string_view anItem, ProfileCondition* aCondition, std::string
         *aProblem = "an item of " + NameOf(fact) + " is empty";
         return false;
     }
-    if (fact.mKind == ProfileFactKind::Word) {
-        aCondition->mWords.emplace_back(anItem);
-        return true;
+    switch (fact.mKind) {
+    case ProfileFactKind::Number:
+        return ReadNumbers(anItem, fact, &aCondition->mRanges.emplace_back(), aProblem);
+    case ProfileFactKind::Size:
+        return ReadSize(anItem, &aCondition->mSizes.emplace_back(), aProblem);
+    default:
+        return ReadWord(anItem, fact, &aCondition->mWords.emplace_back(), aProblem);
     }
-    ProfileRange range = {};
-    if (!ReadRange(anItem, fact, &range, aProblem)) {
-        return false;
-    }
-    aCondition->mRanges.push_back(Widened(range, fact));
-    return true;
 }
 
 } // namespace

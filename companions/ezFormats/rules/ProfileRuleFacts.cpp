@@ -4,11 +4,9 @@
 
 namespace {
 
-/// Also what a record states of a rate that varies: no rule takes such a rate for a number.
-constexpr uint32 kNotStated = kezMediaInfo_VariableRate;
-static_assert(ProfileFactValues::kMaximum + 1 == kNotStated, "no number lies between");
+static_assert(kProfileFact_NotStated == kezMediaInfo_VariableRate, "no rule takes such a rate for a number");
 
-/// Hundredths of a picture a second: less than what parts 23.976 from 24, and more than what rounding a
+/// Thousandths of a picture a second: less than what separates 23.976 from 24, and more than what rounding a
 /// time scale does to a rate.
 constexpr uint32 kFrameRateTolerance = 10;
 
@@ -17,30 +15,26 @@ constexpr const char* kLPCM = "LPCM";
 constexpr ProfileFactKind kWord = ProfileFactKind::Word;
 constexpr ProfileFactKind kNumber = ProfileFactKind::Number;
 
-// Where the facts stand that need more than the table says.
-constexpr std::size_t kAudioCodec = 0;
-constexpr std::size_t kSamplingRate = 1;
-constexpr std::size_t kAudioBitRate = 3;
-
 uint32 StatedNumber(const ezMediaInfo& anInfo, const char* aKey, bool afZeroCounts) {
-    const uint32 number = anInfo.GetUInt32(aKey, kNotStated);
-    return number == 0 && !afZeroCounts ? kNotStated : number;
+    const uint32 number = anInfo.GetUInt32(aKey, kProfileFact_NotStated);
+    return number == 0 && !afZeroCounts ? kProfileFact_NotStated : number;
 }
 
 uint32 FirstNumber(const ezMediaInfo& anInfo, const ProfileFact& aFact) {
     for (const char* const key : aFact.mKeys) {
-        const uint32 number = key == nullptr ? kNotStated : StatedNumber(anInfo, key, aFact.mfZeroCounts);
-        if (number != kNotStated) {
+        const uint32 number =
+            key == nullptr ? kProfileFact_NotStated : StatedNumber(anInfo, key, aFact.mfZeroCounts);
+        if (number != kProfileFact_NotStated) {
             return number;
         }
     }
-    return kNotStated;
+    return kProfileFact_NotStated;
 }
 
 /// Of LPCM the record holds the sampling rate where the bit rate of all others is.
 uint32 SamplingRateOfLPCM(const ezMediaInfo& anInfo) {
     const uint32 stated = StatedNumber(anInfo, kezInfo_AudioSamplingRate, false);
-    return stated != kNotStated ? stated : StatedNumber(anInfo, kezInfo_AudioBitRate, false);
+    return stated != kProfileFact_NotStated ? stated : StatedNumber(anInfo, kezInfo_AudioBitRate, false);
 }
 
 } // namespace
@@ -84,29 +78,28 @@ const std::array<ProfileFact, kProfileFactCount> kProfileFacts = {{
     {"process", "pr", kWord, {kezInfo_PictureProcess}},
     {"colours", "cr", kWord, {kezInfo_PictureColours}},
     {"bit-depth", "cd", kNumber, {kezInfo_PictureBitDepth}},
+    {"container", "ct", ProfileFactKind::Container, {kezInfo_Container}},
+    {"size", "", ProfileFactKind::Size},
 }};
 
 std::size_t ProfileFact_Find(std::string_view aName) {
     for (std::size_t i = 0; i < kProfileFactCount; ++i) {
-        if (aName == kProfileFacts[i].mName || aName == kProfileFacts[i].mKey) {
+        if (aName == kProfileFacts[i].mName || (!aName.empty() && aName == kProfileFacts[i].mKey)) {
             return i;
         }
     }
     return kProfileFactCount;
 }
 
-void ProfileFactValues::Read(std::size_t aFact) const {
-    mfRead[aFact] = true;
-    const ProfileFact& fact = kProfileFacts[aFact];
-    if (fact.mKind == ProfileFactKind::Word) {
-        mWords[aFact] = mInfo.GetCString(fact.mKeys[0], "");
-        mfStated[aFact] = !mWords[aFact].IsEmpty();
-        return;
-    }
-    mNumbers[aFact] = FirstNumber(mInfo, fact);
-    if ((aFact == kSamplingRate || aFact == kAudioBitRate) && GetWord(kAudioCodec) == kLPCM) {
+uint32 ProfileFact_NumberOf(const ezMediaInfo& anInfo, std::size_t aFact) {
+    const bool fRate = aFact == kProfileFact_SamplingRate || aFact == kProfileFact_AudioBitRate;
+    if (fRate && ProfileFact_WordOf(anInfo, kProfileFact_AudioCodec) == kLPCM) {
         // What is derived of the bit rate was taken from the sampling rate.
-        mNumbers[aFact] = aFact == kSamplingRate ? SamplingRateOfLPCM(mInfo) : kNotStated;
+        return aFact == kProfileFact_SamplingRate ? SamplingRateOfLPCM(anInfo) : kProfileFact_NotStated;
     }
-    mfStated[aFact] = mNumbers[aFact] != kNotStated;
+    return FirstNumber(anInfo, kProfileFacts[aFact]);
+}
+
+ezCString ProfileFact_WordOf(const ezMediaInfo& anInfo, std::size_t aFact) {
+    return anInfo.GetCString(kProfileFacts[aFact].mKeys[0], "");
 }

@@ -6,6 +6,7 @@
 #include "ezFormats/rules/ProfileNames.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -36,11 +37,37 @@ std::string_view TakeWord(std::string_view* aLine) {
     return word;
 }
 
+/// The MIME types that rules name, by number.
+class MimeTypes {
+public:
+    MimeTypes(ProfileMimeTypeCheck aCheck, std::vector<ezCString>* aNames) : mCheck(aCheck), mNames(aNames) {}
+
+    bool IsGiven(const ezCString& aName) const { return mCheck(aName.View()); }
+
+    std::uint16_t NumberOf(const ezCString& aName) {
+        const auto found = std::find(mNames->begin(), mNames->end(), aName);
+        const auto number = static_cast<std::uint16_t>(found - mNames->begin());
+        if (found == mNames->end()) {
+            mNames->push_back(aName);
+        }
+        return number;
+    }
+
+private:
+    ProfileMimeTypeCheck mCheck;
+    std::vector<ezCString>* mNames;
+};
+
+bool Names(const std::vector<ProfileMimeType>& aTypes, std::uint16_t aStated) {
+    return std::any_of(aTypes.begin(), aTypes.end(),
+                       [aStated](ProfileMimeType aType) { return aType.mStated == aStated; });
+}
+
 /// One line that holds a rule, as far as it can be read.
 class LineReader {
 public:
-    LineReader(std::size_t aLine, std::vector<ProfileRulesProblem>* aProblems)
-        : mProblems(aProblems), mProblemsBefore(aProblems->size()) {
+    LineReader(std::size_t aLine, MimeTypes& aTypes, std::vector<ProfileRulesProblem>* aProblems)
+        : mTypes(aTypes), mProblems(aProblems), mProblemsBefore(aProblems->size()) {
         mRule.mLine = aLine;
     }
 
@@ -53,13 +80,14 @@ public:
 
     void ReadMimeTypes(std::string_view aWord) {
         if (aWord.empty()) {
-            AddProblem("no MIME type stands behind the profile");
+            AddProblem("no MIME type stands after the profile");
         }
         ListItems items(aWord);
-        std::string_view type;
-        while (!aWord.empty() && items.Next(&type)) {
-            ReadMimeType(type);
+        std::string_view item;
+        while (!aWord.empty() && items.Next(&item)) {
+            ReadMimeType(item);
         }
+        AddAnnounced();
     }
 
     void ReadCondition(std::string_view aWord) {
@@ -86,19 +114,49 @@ public:
     }
 
 private:
-    void ReadMimeType(std::string_view aType) {
-        const std::uint32_t bit = aType.find(';') == std::string_view::npos ? FormatMimeType_Bit(aType) : 0;
-        if (bit == 0) {
-            AddProblem("no parser here gives the MIME type " + ProfileRule_Quoted(aType));
-        } else if ((mRule.mMimeTypes & bit) != 0) {
-            AddProblem("the MIME type " + ProfileRule_Quoted(aType) + " stands twice");
+    /// "stated", or "stated>announced".
+    void ReadMimeType(std::string_view anItem) {
+        const std::string_view::size_type arrow = anItem.find('>');
+        const std::string_view stated = anItem.substr(0, arrow);
+        const std::string_view announced =
+            arrow == std::string_view::npos ? stated : anItem.substr(arrow + 1);
+        std::uint16_t from = 0;
+        std::uint16_t to = 0;
+        if (!ReadName(stated, &from) || (arrow != std::string_view::npos && !ReadName(announced, &to))) {
+            return;
         }
-        mRule.mMimeTypes |= bit;
+        to = arrow == std::string_view::npos ? from : to;
+        if (Names(mRule.mMimeTypes, from) || (arrow != std::string_view::npos && to == from)) {
+            AddProblem("the MIME type " + ProfileRule_Quoted(stated) + " stands twice");
+            return;
+        }
+        mRule.mMimeTypes.push_back({from, to});
+    }
+
+    bool ReadName(std::string_view aName, std::uint16_t* aNumber) {
+        const ezCString name = ezCString(aName).Lower();
+        if (!mTypes.IsGiven(name)) {
+            AddProblem("no parser here gives the MIME type " + ProfileRule_Quoted(aName));
+            return false;
+        }
+        *aNumber = mTypes.NumberOf(name);
+        return true;
+    }
+
+    /// A record that already states what it is announced as keeps its profile.
+    void AddAnnounced() {
+        const std::vector<ProfileMimeType> read = mRule.mMimeTypes;
+        for (const ProfileMimeType type : read) {
+            if (!Names(mRule.mMimeTypes, type.mAnnounced)) {
+                mRule.mMimeTypes.push_back({type.mAnnounced, type.mAnnounced});
+            }
+        }
     }
 
     void AddProblem(std::string aText) { mProblems->push_back({mRule.mLine, std::move(aText)}); }
 
     ProfileRule mRule = {};
+    MimeTypes& mTypes;
     std::vector<ProfileRulesProblem>* mProblems;
     std::size_t mProblemsBefore;
 };
@@ -112,31 +170,50 @@ void ReadRule(std::string_view aProfile, std::string_view aRest, LineReader* aRe
     }
 }
 
-/// The first rule before this one that wins whenever this one would by the given types; null when none does.
+bool Share(const std::vector<ProfileMimeType>& aTypes, const std::vector<ProfileMimeType>& anOthers) {
+    return std::any_of(aTypes.begin(), aTypes.end(),
+                       [&anOthers](ProfileMimeType aType) { return Names(anOthers, aType.mStated); });
+}
+
+/// The first rule before this one that wins whenever this one would by one of the given types; null when
+/// there is none.
 const ProfileRule* FindWinner(const std::vector<ProfileRule>& aRules, std::size_t aRule,
-                              std::uint32_t aMimeTypes) {
+                              const std::vector<ProfileMimeType>& aTypes) {
     for (std::size_t i = 0; i < aRule; ++i) {
-        if ((aRules[i].mMimeTypes & aMimeTypes) != 0 && ProfileRule_Implies(aRules[aRule], aRules[i])) {
+        if (Share(aTypes, aRules[i].mMimeTypes) && ProfileRule_Implies(aRules[aRule], aRules[i])) {
             return &aRules[i];
         }
     }
     return nullptr;
 }
 
+/// What is left of types without those of a rule.
+std::vector<ProfileMimeType> Without(const std::vector<ProfileMimeType>& aTypes, const ProfileRule& aRule) {
+    std::vector<ProfileMimeType> left;
+    std::copy_if(aTypes.begin(), aTypes.end(), std::back_inserter(left),
+                 [&aRule](ProfileMimeType aType) { return !Names(aRule.mMimeTypes, aType.mStated); });
+    return left;
+}
+
 } // namespace
 
-std::vector<ProfileRule> ProfileRules_Read(std::string_view aText,
-                                           std::vector<ProfileRulesProblem>* aProblems) {
-    std::vector<ProfileRule> rules;
+bool ProfileMimeType_IsGiven(std::string_view aMimeType) {
+    return aMimeType.find(';') == std::string_view::npos && FormatMimeType_Bit(aMimeType) != 0;
+}
+
+ProfileRuleList ProfileRules_Read(std::string_view aText, std::vector<ProfileRulesProblem>* aProblems,
+                                  ProfileMimeTypeCheck aCheck) {
+    ProfileRuleList list;
     if (aText.size() > kProfileRules_MaxTextSize) {
         aProblems->push_back(
             {0, "the table is larger than " + std::to_string(kProfileRules_MaxTextSize) + " bytes"});
-        return rules;
+        return list;
     }
     std::string_view text = aText;
     if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         text.remove_prefix(kByteOrderMark.size());
     }
+    MimeTypes types(aCheck, &list.mMimeTypes);
     std::size_t count = 0;
     for (std::size_t number = 1; !text.empty(); ++number) {
         std::string_view line = TakeLine(&text);
@@ -148,27 +225,27 @@ std::vector<ProfileRule> ProfileRules_Read(std::string_view aText,
             aProblems->push_back({number, "more than " + std::to_string(kProfileRules_MaxRules) + " rules"});
             break;
         }
-        LineReader reader(number, aProblems);
+        LineReader reader(number, types, aProblems);
         ReadRule(profile, line, &reader);
-        reader.GiveTo(&rules);
+        reader.GiveTo(&list.mRules);
     }
-    return rules;
+    return list;
 }
 
 void ProfileRules_FindLosers(const std::vector<ProfileRule>& aRules,
                              std::vector<ProfileRulesProblem>* aProblems) {
     for (std::size_t i = 0; i < aRules.size(); ++i) {
         const ProfileRule* winner = nullptr;
-        std::uint32_t left = aRules[i].mMimeTypes;
+        std::vector<ProfileMimeType> left = aRules[i].mMimeTypes;
         // Every type of the rule may have a winner of its own.
-        while (left != 0) {
+        while (!left.empty()) {
             winner = FindWinner(aRules, i, left);
             if (winner == nullptr) {
                 break;
             }
-            left &= ~winner->mMimeTypes;
+            left = Without(left, *winner);
         }
-        if (left == 0) {
+        if (left.empty()) {
             aProblems->push_back({aRules[i].mLine, "this rule can never win: the one of line " +
                                                        std::to_string(winner->mLine) +
                                                        " wins whenever it would"});

@@ -20,7 +20,8 @@ namespace {
 constexpr const char* kTable = "MP3     audio/mpeg  channels=1-2\n"
                                "AAC_ISO audio/mp4   channels=1-2\n"
                                "AVC_MP4_HP_HD_AAC video/mp4 width=1-1920\n"
-                               "JPEG_SM image/jpeg  width=1-640\n";
+                               "JPEG_SM image/jpeg  width=1-640\n"
+                               "JPEG_MED video/quicktime>image/jpeg height=10\n";
 
 using Reading = std::function<bool(MediaBytes&, ezMediaInfo&)>;
 
@@ -104,6 +105,25 @@ TEST(FormatParser, ProfileComesWithSeekAndTheFlagsOfItsClass) {
               (Announced{"item.imageItem", std::string("DLNA.ORG_PN=JPEG_SM;DLNA.ORG_OP=01") + kImageFlags}));
 }
 
+TEST(FormatParser, MimeTypeIsTheOneThatTheRuleAnnounces) {
+    ScriptedFormat parser(Stating("mt=video/quicktime wi=20 he=10"));
+    AwkwardStream stream("some content", Delivery());
+    const std::unique_ptr<ezMediaInfo> info(parser.Parse(stream));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(Str(info->GetCString(kezInfo_MimeType, "")), "image/jpeg");
+    EXPECT_EQ(
+        AnnouncementOf(*info),
+        (Announced{"item.imageItem", std::string("DLNA.ORG_PN=JPEG_MED;DLNA.ORG_OP=01") + kImageFlags}));
+    // A record that was announced so keeps its name.
+    EXPECT_EQ(Adjusted("mt=image/jpeg wi=700 he=10").mField,
+              std::string("DLNA.ORG_PN=JPEG_MED") + kImageFlags);
+    // A field that is there was made for the type that is there.
+    const std::unique_ptr<ezMediaInfo> announced = RecordOf("mt=video/quicktime wi=20 he=10 dl=*");
+    EXPECT_TRUE(parser.AdjustDLNAInfo(announced.get()));
+    EXPECT_EQ(Str(announced->GetCString(kezInfo_MimeType, "")), "video/quicktime");
+    EXPECT_EQ(AnnouncementOf(*announced), (Announced{"item.videoItem", "*"}));
+}
+
 TEST(FormatParser, WithoutAProfileThereAreNoFlags) {
     EXPECT_EQ(Parsed("mt=audio/mpeg ac=3"), (Announced{"item.audioItem", "DLNA.ORG_OP=01"}));
     EXPECT_EQ(Parsed("mt=video/quicktime wi=1"), (Announced{"item.videoItem", "DLNA.ORG_OP=01"}));
@@ -168,7 +188,7 @@ TEST(FormatParser, DeclaresTheProfilesOfItsTypesAndTheTypes) {
     EXPECT_EQ(
         Str(parser.GetDLNAInfo()),
         "audio/mpeg:DLNA.ORG_PN=MP3,audio/mp4:DLNA.ORG_PN=AAC_ISO,video/mp4:DLNA.ORG_PN=AVC_MP4_HP_HD_AAC,"
-        "image/jpeg:DLNA.ORG_PN=JPEG_SM,audio/mpeg:*,audio/mp4:*,video/mp4:*,image/jpeg:*,video/quicktime:*");
+        "image/jpeg:DLNA.ORG_PN=JPEG_SM,image/jpeg:DLNA.ORG_PN=JPEG_MED,audio/mpeg:*,audio/mp4:*,video/mp4:*,image/jpeg:*,video/quicktime:*");
     EXPECT_EQ(Str(parser.GetType()), "scr");
     EXPECT_FALSE(parser.CanExtractCoverArt());
 }

@@ -139,19 +139,22 @@ TEST(Facts, FrameRatesAreOfASecondAndLevelsAsTheCodecWritesThem) {
 
 TEST(Facts, OfPicturesHaveNamesAndLabels) {
     ezMediaInfo info;
+    info.Set(kezInfo_Container, "TTS-zero", true);
     info.Set(kezInfo_VideoProfile, "Main", true);
     info.Set(kezInfo_PictureProcess, "baseline", true);
     info.Set(kezInfo_PictureColours, "4:2:0", true);
     info.Set(kezInfo_PictureBitDepth, 8, true);
     info.Set(kezInfo_Orientation, 6, true);
     info.Set(kezInfo_DurationMethod, "estimate: of the first frames", true);
-    EXPECT_EQ(WordsOf(info), (Words{{"video_profile", "Main"},
+    EXPECT_EQ(WordsOf(info), (Words{{"container", "TTS-zero"},
+                                    {"video_profile", "Main"},
                                     {"process", "baseline"},
                                     {"colours", "4:2:0"},
                                     {"bit_depth", "8"},
                                     {"orientation", "6"},
                                     {"duration_from", "estimate: of the first frames"}}));
-    EXPECT_EQ(FactsOf(info).at(0).mLabel, "duration from");
+    EXPECT_EQ(FactsOf(info).at(0).mLabel, "container");
+    EXPECT_EQ(FactsOf(info).at(1).mLabel, "duration from");
 }
 
 TEST(Facts, OfWhatIsAnnouncedHaveNamesAndLabels) {

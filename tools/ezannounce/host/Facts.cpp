@@ -41,10 +41,11 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 43> kKnownKeys = {{
+constexpr std::array<KnownKey, 44> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
+    {kezInfo_Container, "container", "container", Kind::Text},
     {kezInfo_FileSize, "size", "size", Kind::Bytes},
     {kezInfo_FileExtension, "extension", "extension", Kind::Text},
     {kezInfo_Duration, "duration", "duration", Kind::Seconds},

@@ -63,6 +63,7 @@ TEST(ISOMediaParser, SongIsRead) {
         "br=27633\n"
         "ca=\"AAC\"\n"
         "cn=\"item.audioItem\"\n"
+        "ct=\"MP4\"\n"
         "dl=\"DLNA.ORG_PN=AAC_ISO_320;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
         "dm=4600\n"
         "du=4\n"
@@ -95,6 +96,7 @@ TEST(ISOMediaParser, SampleOfAConformanceTestKeepsTheProfileOfItsName) {
               "br=133376\n"
               "ca=\"AAC\"\n"
               "cn=\"item.videoItem\"\n"
+              "ct=\"MP4\"\n"
               "dl=\"DLNA.ORG_PN=AVC_MP4_BL_CIF15_AAC_520;DLNA.ORG_OP=01;"
               "DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
               "dm=1000\n"
@@ -137,6 +139,20 @@ TEST(ISOMediaParser, BrandAndTracksDecideTheMimeType) {
     EXPECT_EQ(type("3gs6", true), "\"video/3gpp\"");
     EXPECT_EQ(type("3g2a", true), "\"video/3gpp2\"");
     EXPECT_EQ(type("3g2a", false), "\"audio/3gpp2\"");
+}
+
+TEST(ISOMediaParser, BrandDecidesTheContainer) {
+    const std::vector<std::pair<const char*, const char*>> brands = {
+        {"isom", "MP4"}, {"M4A ", "MP4"}, {"what", "MP4"}, {"qt  ", "MOV"},
+        {"3gp5", "3GP"}, {"3gs6", "3GP"}, {"3g2a", "3G2"}, {"kddi", "3G2"}};
+    for (const auto& [brand, container] : brands) {
+        EXPECT_EQ(Values(Parsed(FileType(brand) + Movie({Track()})), {"ct"}),
+                  "ct=\"" + std::string(container) + "\"")
+            << brand;
+    }
+    const std::string beyond3GPP = VideoEntry("avc1", Box("avcC", Hex({1, 100, 0, 31, 0xFF, 0xE0})));
+    EXPECT_EQ(Values(Parsed(FileType("3gp5", "3gp5isom") + Movie({VideoTrack(beyond3GPP)})), {"mt", "ct"}),
+              "mt=\"video/mp4\" ct=\"MP4\"");
 }
 
 TEST(ISOMediaParser, BrandOf3GPPHoldsForWhat3GPPKnows) {

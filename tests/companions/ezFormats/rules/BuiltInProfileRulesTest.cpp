@@ -1,4 +1,5 @@
 #include "companions/ezFormats/rules/ProfileKit.h"
+#include "companions/ezFormats/rules/ProfileOracle.h"
 
 #include "ezFormats/FormatParsers.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
@@ -22,28 +23,51 @@ namespace {
 /// Values of facts by their index: texts as a record holds them.
 using Facts = std::map<std::size_t, std::string>;
 
-const std::vector<ProfileRule>& BuiltInRules() {
-    static const std::vector<ProfileRule> sRules = [] {
+const ProfileRuleList& BuiltInList() {
+    static const ProfileRuleList sList = [] {
         std::vector<ProfileRulesProblem> problems;
         return ProfileRules_Read(ProfileRules::BuiltInText(), &problems);
     }();
-    return sRules;
+    return sList;
+}
+
+const std::vector<ProfileRule>& BuiltInRules() {
+    return BuiltInList().mRules;
 }
 
 std::string FirstTypeOf(const ProfileRule& aRule) {
-    std::size_t index = 0;
-    while ((aRule.mMimeTypes >> index & 1) == 0) {
-        ++index;
+    return Str(BuiltInList().mMimeTypes[aRule.mMimeTypes.front().mStated]);
+}
+
+/// The numbers of a size, as one text.
+std::string TextOf(uint32 aWidth, uint32 aHeight, uint32 aFrameRate) {
+    return std::to_string(aWidth) + " " + std::to_string(aHeight) + " " + std::to_string(aFrameRate);
+}
+
+void SetFact(std::size_t aFact, const std::string& aValue, ezMediaInfo* anInfo) {
+    if (aFact != kProfileFact_Size) {
+        anInfo->Set(kProfileFacts[aFact].mKeys[0], aValue.c_str(), true);
+        return;
     }
-    return std::string(FormatMimeType_At(index));
+    std::istringstream numbers(aValue);
+    for (const char* const key : {kezInfo_PictureWidth, kezInfo_PictureHeight, kezInfo_FrameRate}) {
+        std::string number;
+        numbers >> number;
+        anInfo->Set(key, number.c_str(), true);
+    }
 }
 
 std::unique_ptr<ezMediaInfo> RecordWith(const ProfileRule& aRule, const Facts& aFacts) {
     std::unique_ptr<ezMediaInfo> info = RecordOf("mt=" + FirstTypeOf(aRule));
     for (const auto& [fact, value] : aFacts) {
-        info->Set(kProfileFacts[fact].mKeys[0], value.c_str(), true);
+        SetFact(fact, value, info.get());
     }
     return info;
+}
+
+/// The highest rate of a size; one of its own where it asks for none.
+uint32 RateOf(const ProfileSize& aSize) {
+    return aSize.mFrameRate.mMost == kProfileFact_NotStated ? 25000 : aSize.mFrameRate.mMost;
 }
 
 /// What meets a condition: its words, the ends of its ranges.
@@ -52,6 +76,10 @@ std::vector<std::string> MeetingValues(const ProfileCondition& aCondition) {
     for (const ProfileRange& range : aCondition.mRanges) {
         values.push_back(std::to_string(range.mMost));
         values.push_back(std::to_string(range.mLeast));
+    }
+    for (const ProfileSize& size : aCondition.mSizes) {
+        values.push_back(TextOf(size.mWidth.mMost, size.mHeight.mMost, RateOf(size)));
+        values.push_back(TextOf(size.mWidth.mLeast, size.mHeight.mLeast, size.mFrameRate.mLeast));
     }
     return values;
 }
@@ -75,19 +103,25 @@ std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
             values.push_back(std::to_string(range.mLeast - 1));
         }
     }
+    for (const ProfileSize& size : aCondition.mSizes) {
+        const uint32 width = size.mWidth.mMost;
+        const uint32 height = size.mHeight.mMost;
+        const uint32 rate = RateOf(size);
+        for (const auto& [wide, high] :
+             {std::pair(width + 1, height), {width, height + 1}, {0, height}, {width, 0}}) {
+            values.push_back(TextOf(wide, high, rate));
+        }
+        if (size.mFrameRate.mMost == rate) {
+            values.push_back(TextOf(width, height, rate + 1));
+            values.push_back(TextOf(width, height, size.mFrameRate.mLeast - 1));
+        }
+    }
     return values;
 }
 
 /// The rule that gives a record its name; null when none.
 const ProfileRule* WinnerOf(const ezMediaInfo& anInfo) {
-    const std::uint32_t type = FormatMimeType_Bit(anInfo.GetCString(kezInfo_MimeType, "").View());
-    const ProfileFactValues values(anInfo);
-    for (const ProfileRule& rule : BuiltInRules()) {
-        if ((rule.mMimeTypes & type) != 0 && ProfileRule_IsMet(rule, values)) {
-            return &rule;
-        }
-    }
-    return nullptr;
+    return FirstMet(BuiltInList(), anInfo);
 }
 
 /// Changes one fact so that the other rule, which comes before, is not met and this one still is.
@@ -96,7 +130,7 @@ bool Evade(const ProfileRule& aRule, const ProfileRule& anOther, Facts* aFacts) 
         for (const std::string& value : MeetingValues(condition)) {
             Facts facts = *aFacts;
             facts[condition.mFact] = value;
-            if (!ProfileRule_IsMet(anOther, ProfileFactValues(*RecordWith(aRule, facts)))) {
+            if (!IsRuleMet(anOther, *RecordWith(aRule, facts))) {
                 *aFacts = facts;
                 return true;
             }
@@ -118,6 +152,21 @@ Facts WinningFacts(const ProfileRule& aRule) {
         }
     }
     return facts;
+}
+
+/// True when a rule asks for a fact; by sizes it asks for both their sides, and for a rate where each has
+/// one.
+bool Asks(const ProfileRule& aRule, const std::string& aFact) {
+    return std::any_of(
+        aRule.mConditions.begin(), aRule.mConditions.end(), [&](const ProfileCondition& aCondition) {
+            const bool fRated =
+                std::all_of(aCondition.mSizes.begin(), aCondition.mSizes.end(), [](const ProfileSize& aSize) {
+                    return aSize.mFrameRate.mMost != kProfileFact_NotStated;
+                });
+            return kProfileFacts[aCondition.mFact].mName == aFact ||
+                   (aCondition.mFact == kProfileFact_Size &&
+                    (aFact == "width" || aFact == "height" || (aFact == "frame-rate" && fRated)));
+        });
 }
 
 std::string Where(const ProfileRule& aRule) {
@@ -166,7 +215,7 @@ TEST(BuiltInProfileRules, NoneGivesItsNameToAnotherMimeType) {
         const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
         for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
             info->Set(kezInfo_MimeType, ezCString(FormatMimeType_At(i)), true);
-            if ((rule.mMimeTypes >> i & 1) == 0) {
+            if (!IsForMimeType(rule, ProfileRuleList_FindMimeType(BuiltInList(), FormatMimeType_At(i)))) {
                 EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << FormatMimeType_At(i);
             }
         }
@@ -183,11 +232,7 @@ TEST(BuiltInProfileRules, EachStatesAllThatItsKindNeeds) {
     for (const ProfileRule& rule : BuiltInRules()) {
         const std::string type = FirstTypeOf(rule);
         for (const char* const fact : needed.at(type.substr(0, 5))) {
-            EXPECT_TRUE(std::any_of(rule.mConditions.begin(), rule.mConditions.end(),
-                                    [fact](const ProfileCondition& aCondition) {
-                                        return kProfileFacts[aCondition.mFact].mName == fact;
-                                    }))
-                << Where(rule) << " without " << fact;
+            EXPECT_TRUE(Asks(rule, fact)) << Where(rule) << " without " << fact;
         }
     }
 }
@@ -197,7 +242,7 @@ TEST(BuiltInProfileRules, HeadListsEveryFactByBothItsNames) {
     for (const ProfileFact& fact : kProfileFacts) {
         std::string line = "\n# " + std::string(fact.mName);
         line.resize(20, ' ');
-        EXPECT_NE(text.find(line + std::string(fact.mKey) + "  "), std::string::npos) << fact.mName;
+        EXPECT_NE(text.find(line + std::string(fact.mKey) + " "), std::string::npos) << fact.mName;
     }
 }
 

@@ -53,15 +53,24 @@ std::string FieldOf(const std::string& aRecord) {
 
 TEST(ProfileGuide, ItsTablesAreSoundAndSayWhatItSays) {
     const std::vector<std::string> tables = BlocksOf("rules");
-    ASSERT_EQ(tables.size(), 2U);
+    ASSERT_EQ(tables.size(), 3U);
     EXPECT_EQ(ProblemsOf(tables[0]), std::vector<std::string>());
     EXPECT_EQ(ProfileBy(tables[0], "mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=128000"), "MP3");
     EXPECT_EQ(ProfileBy(tables[0], "mt=audio/3gpp ca=AAC sf=44100 ac=2 ar=128000"), "AAC_ISO");
     EXPECT_EQ(ProblemsOf(tables[1]), std::vector<std::string>());
+    const std::shared_ptr<const ProfileRules> announcing = ProfileRules::FromText(tables[1], nullptr);
+    ASSERT_NE(announcing, nullptr);
+    for (const auto& [record, type] : {std::pair("mt=video/mp4 ca=AAC ac=2", "AAC_ISO audio/mp4"),
+                                       {"mt=audio/mp4 ca=AAC ac=2", "AAC_ISO "},
+                                       {"mt=video/mp4 ca=AAC ac=6", " "}}) {
+        const ProfileMatch match = announcing->FindMatch(*RecordOf(record));
+        EXPECT_EQ(Str(match.mProfile) + " " + Str(match.mMimeType), type) << record;
+    }
+    EXPECT_EQ(ProblemsOf(tables[2]), std::vector<std::string>());
     const std::string picture = "mt=image/jpeg pr=baseline cr=4:2:0 ";
-    EXPECT_EQ(ProfileBy(tables[1], picture + "wi=1920 he=1080"), "JPEG_RES_1920_1080");
-    EXPECT_EQ(ProfileBy(tables[1], picture + "wi=1920 he=1081"), "JPEG_LRG");
-    const std::vector<std::string> lines = LinesOf(tables[1]);
+    EXPECT_EQ(ProfileBy(tables[2], picture + "wi=1920 he=1080"), "JPEG_RES_1920_1080");
+    EXPECT_EQ(ProfileBy(tables[2], picture + "wi=1920 he=1081"), "JPEG_LRG");
+    const std::vector<std::string> lines = LinesOf(tables[2]);
     EXPECT_EQ(
         ProblemsOf(lines[1] + "\n" + lines[0]),
         std::vector<std::string>{"2: this rule can never win: the one of line 1 wins whenever it would"});
@@ -105,7 +114,8 @@ TEST(ProfileGuide, ItsFieldsAreThoseOfTheParsers) {
 TEST(ProfileGuide, ListsEveryFactByBothItsNames) {
     const std::string guide = Guide();
     for (const ProfileFact& fact : kProfileFacts) {
-        const std::string row = "\n| `" + std::string(fact.mName) + "` | `" + std::string(fact.mKey) + "` |";
+        const std::string key = fact.mKey.empty() ? "" : "`" + std::string(fact.mKey) + "` ";
+        const std::string row = "\n| `" + std::string(fact.mName) + "` | " + key + "|";
         EXPECT_NE(guide.find(row), std::string::npos) << fact.mName;
     }
 }
@@ -113,6 +123,7 @@ TEST(ProfileGuide, ListsEveryFactByBothItsNames) {
 TEST(ProfileGuide, ConditionsOfItsTableRead) {
     const char* const conditions =
         "colours=grey,4:2:0 channels=1,2,6 width=1920- height=-640 sampling-rate=44.1k "
-        "bit-rate=10M video-level=1b,0b,3.1 frame-rate=29.97,25";
+        "bit-rate=10M video-level=1b,0b,3.1,Low,Main frame-rate=29.97,25 "
+        "size=720x480,-640x480,720x576@25,-352x288@1-15 container=TS,TTS";
     EXPECT_EQ(ProblemsOf(std::string("JPEG_SM image/jpeg ") + conditions), std::vector<std::string>());
 }

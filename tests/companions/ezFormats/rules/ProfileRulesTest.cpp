@@ -46,6 +46,8 @@ TEST(ProfileRules, NumbersTakeDecimalsKAndM) {
     EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44100 ar=320321"), "");
     EXPECT_EQ(ProfileBy(table, "mt=audio/mpeg sf=44099 ar=2000"), "");
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-bit-rate=-4294967294", "mt=audio/mpeg ar=4294967294"), "MP3");
+    EXPECT_EQ(ProfileBy("MP3 audio/mpeg channels=0000000000000002", "mt=audio/mpeg ac=2"), "MP3")
+        << "16 digits";
 }
 
 TEST(ProfileRules, FrameRatesAreMetAHundredthBelowAndAThousandthAbove) {
@@ -76,6 +78,203 @@ TEST(ProfileRules, LevelsReadAsTheCodecWritesThem) {
     }
 }
 
+TEST(ProfileRules, LevelsOfMPEG2AndWMV9HaveNames) {
+    const std::vector<std::pair<std::string, std::string>> names = {
+        {"Low", "10"}, {"Main", "20"}, {"Medium", "20"}, {"High1440", "30"}, {"High", "40"}};
+    for (const auto& [name, level] : names) {
+        for (const char* const stated : {"9", "10", "20", "30", "40", "41"}) {
+            EXPECT_EQ(ProfileBy("AVC_MP4_HP_HD_AAC video/mp4 video-level=" + name,
+                                std::string("mt=video/mp4 vl=") + stated),
+                      stated == level ? "AVC_MP4_HP_HD_AAC" : "")
+                << name << " of " << stated;
+        }
+    }
+    for (const char* const level : {"20", "30", "40"}) {
+        EXPECT_EQ(ProfileBy("AVC_MP4_HP_HD_AAC video/mp4 video-level=Main-High",
+                            std::string("mt=video/mp4 vl=") + level),
+                  "AVC_MP4_HP_HD_AAC");
+    }
+    EXPECT_EQ(ProblemsOf("AVC_MP4_HP_HD_AAC video/mp4 channels=Main video-level=High-Low,main"),
+              Texts({"1: \"Main\" is not a number or range that channels can be",
+                     "1: nothing meets video-level=\"High-Low\": it ends before it begins"}));
+}
+
+// Sizes.
+
+TEST(ProfileRules, SizeIsOneOfAList) {
+    const std::string table = "JPEG_SM image/jpeg size=640x480,320x1,65535x65535";
+    for (const char* const size : {"wi=640 he=480", "wi=320 he=1", "wi=65535 he=65535"}) {
+        EXPECT_EQ(ProfileBy(table, std::string("mt=image/jpeg ") + size), "JPEG_SM") << size;
+    }
+    for (const char* const size :
+         {"wi=639 he=480", "wi=641 he=480", "wi=640 he=479", "wi=640 he=481", "wi=320 he=480", "wi=640 he=1",
+          "wi=640", "he=480", "wi=640 he=0", "wi=4294967295 he=480"}) {
+        EXPECT_EQ(ProfileBy(table, std::string("mt=image/jpeg ") + size), "") << size;
+    }
+    EXPECT_EQ(ProfileBy("JPEG_SM image/jpeg size=4294967294x4294967294",
+                        "mt=image/jpeg wi=4294967294 he=4294967294"),
+              "JPEG_SM");
+}
+
+TEST(ProfileRules, SizeUpToOneHoldsEachSideByItself) {
+    const std::string table = "JPEG_SM image/jpeg size=-640x480,-200x600";
+    for (const char* const size :
+         {"wi=640 he=480", "wi=1 he=1", "wi=200 he=600", "wi=1 he=600", "wi=640 he=1"}) {
+        EXPECT_EQ(ProfileBy(table, std::string("mt=image/jpeg ") + size), "JPEG_SM") << size;
+    }
+    for (const char* const size : {"wi=641 he=480", "wi=640 he=481", "wi=201 he=600", "wi=200 he=601",
+                                   "wi=0 he=480", "wi=640 he=0", "he=480", "wi=640"}) {
+        EXPECT_EQ(ProfileBy(table, std::string("mt=image/jpeg ") + size), "") << size;
+    }
+}
+
+TEST(ProfileRules, SizeMayHaveARateOfItsOwn) {
+    const std::string table = "AVC_MP4_HP_HD_AAC video/mp4 size=720x576@25,-352x288@1-15,640x480";
+    const auto meets = [&](const char* aFacts) {
+        return ProfileBy(table, std::string("mt=video/mp4 ") + aFacts) == "AVC_MP4_HP_HD_AAC";
+    };
+    for (const char* const facts :
+         {"wi=720 he=576 fr=24990", "wi=720 he=576 fr=25025", "wi=352 he=288 fr=990",
+          "wi=352 he=288 fr=15015", "wi=1 he=1 fr=8000", "wi=640 he=480 fr=60000", "wi=640 he=480",
+          "wi=640 he=480 fr=4294967295"}) {
+        EXPECT_TRUE(meets(facts)) << facts;
+    }
+    for (const char* const facts :
+         {"wi=720 he=576 fr=24989", "wi=720 he=576 fr=25026", "wi=352 he=288 fr=989",
+          "wi=352 he=288 fr=15016", "wi=353 he=288 fr=15000", "wi=352 he=288 fr=25000", "wi=720 he=576",
+          "wi=720 he=576 fr=0", "wi=720 he=576 fr=4294967295", "wi=641 he=480 fr=25000"}) {
+        EXPECT_FALSE(meets(facts)) << facts;
+    }
+}
+
+TEST(ProfileRules, CheckRefusesWhatIsNoSize) {
+    for (const char* const item :
+         {"640", "640x", "x480", "x", "-", "640X480", "640x480x2", "--640x480", "640x-480", "640x480-", "@25",
+          "1.5x2", "axb", "4294967295x1", "1x4294967295", "1x99999999999999999", "640 x480"}) {
+        const std::string word = std::string(item).substr(0, std::string(item).find(' '));
+        EXPECT_EQ(ProblemsOf(std::string("JPEG_SM image/jpeg size=") + item).front(),
+                  "1: \"" + word + "\" is not a size: these are 352x288, -352x288 and 352x288@25")
+            << item;
+    }
+    EXPECT_EQ(ProblemsOf("JPEG_SM image/jpeg size=0x480\nJPEG_SM image/jpeg size=-640x0\n"
+                         "JPEG_SM image/jpeg size=640x480@\nJPEG_SM image/jpeg size=640x480@fast\n"
+                         "JPEG_SM image/jpeg size=640x480@30-25\nJPEG_SM image/jpeg size=640x480@0\n"
+                         "JPEG_SM image/jpeg size=640x480@1@2\nJPEG_SM image/jpeg size=1x1,,2x2\n"
+                         "JPEG_SM image/jpeg size=1x1 size=2x2"),
+              Texts({"1: nothing meets size=\"0x480\": 0 is what is not known",
+                     "2: nothing meets size=\"-640x0\": 0 is what is not known",
+                     "3: \"\" is not a number or range that frame-rate can be",
+                     "4: \"fast\" is not a number or range that frame-rate can be",
+                     "5: nothing meets frame-rate=\"30-25\": it ends before it begins",
+                     "6: nothing meets frame-rate=\"0\": 0 is what is not known",
+                     "7: \"1@2\" is not a number or range that frame-rate can be",
+                     "8: an item of size is empty", "9: size is asked for twice"}));
+}
+
+TEST(ProfileRules, RuleOfSizesLosesToOneThatHoldsThemAll) {
+    const auto loses = [](const char* anEarlier, const char* aLater) {
+        return ProblemsOf(std::string("JPEG_MED image/jpeg ") + anEarlier + "\nJPEG_SM image/jpeg " + aLater)
+                   .size() == 1;
+    };
+    const std::vector<std::pair<const char*, const char*>> losers = {
+        {"size=640x480,320x240", "size=320x240"},
+        {"size=-640x480", "size=640x480,-320x240@25"},
+        {"size=-640x480@1-30", "size=-640x480@25"},
+        {"width=1-640", "size=640x480,320x240"},
+        {"height=1-480", "size=640x480,320x240"},
+        {"frame-rate=1-30", "size=640x480@25,320x240@30"},
+        {"size=-640x480", "width=1-640 height=480"},
+        {"size=-640x480@1-30", "frame-rate=25,30 height=100-480 width=1-20,640"}};
+    for (const auto& [earlier, later] : losers) {
+        EXPECT_TRUE(loses(earlier, later)) << earlier << " before " << later;
+    }
+    const std::vector<std::pair<const char*, const char*>> winners = {
+        {"size=640x480,320x240", "size=320x240,320x241"},
+        {"size=-640x480@1-30", "size=640x480"},
+        {"size=-640x480@1-30", "size=640x480@50"},
+        {"size=640x480", "size=-640x480"},
+        {"width=1-639", "size=640x480,320x240"},
+        {"height=1-479", "size=640x480,320x240"},
+        {"frame-rate=1-30", "size=640x480@25,320x240"},
+        {"size=-640x480", "width=1-640"},
+        {"size=-640x480", "height=1-480"},
+        {"size=-640x480", "width=1-640 height=1-481"},
+        {"size=-640x480@1-30", "width=1-640 height=1-480"},
+        {"channels=1", "size=640x480"}};
+    for (const auto& [earlier, later] : winners) {
+        EXPECT_FALSE(loses(earlier, later)) << earlier << " before " << later;
+    }
+}
+
+// Containers.
+
+TEST(ProfileRules, ContainerIsOneOfTheKnownOnes) {
+    for (const char* const container : {"MP4", "3GP", "3G2", "MOV", "PS", "MPEG1", "TS", "TTS", "TTS-zero",
+                                        "MKV", "WebM", "ASF", "AVI", "FLV", "RM", "DV", "MXF", "Ogg"}) {
+        const std::string table = std::string("AVC_MP4_HP_HD_AAC video/mp4 container=") + container;
+        EXPECT_EQ(ProfileBy(table, std::string("mt=video/mp4 ct=") + container), "AVC_MP4_HP_HD_AAC");
+        EXPECT_EQ(ProfileBy(table, std::string("mt=video/mp4 ct=x") + container), "");
+        EXPECT_EQ(ProfileBy(table, "mt=video/mp4"), "");
+    }
+    EXPECT_EQ(ProfileBy("AVC_MP4_HP_HD_AAC video/mp4 container=TS,TTS", "mt=video/mp4 ct=TTS"),
+              "AVC_MP4_HP_HD_AAC");
+    EXPECT_EQ(ProfileBy("AVC_MP4_HP_HD_AAC video/mp4 container=TS,TTS", "mt=video/mp4 ct=TTS-zero"), "");
+    EXPECT_EQ(ProblemsOf("AVC_MP4_HP_HD_AAC video/mp4 container=TS,mp4\nMP3 audio/mpeg ct=TTS-"),
+              Texts({"1: no container is named \"mp4\"", "2: no container is named \"TTS-\""}));
+}
+
+// The MIME type to announce.
+
+TEST(ProfileRules, RuleMayAnnounceAnotherMimeType) {
+    const std::shared_ptr<const ProfileRules> rules =
+        ProfileRules::FromText("AAC_ISO  video/mp4>Audio/MP4,audio/3gpp channels=2\n"
+                               "AMR_3GPP video/mp4\n",
+                               nullptr);
+    ASSERT_NE(rules, nullptr);
+    const auto match = [&rules](const char* aRecord) {
+        const ProfileMatch found = rules->FindMatch(*RecordOf(aRecord));
+        return Str(found.mProfile) + " " + Str(found.mMimeType);
+    };
+    EXPECT_EQ(match("mt=video/mp4 ac=2"), "AAC_ISO audio/mp4");
+    EXPECT_EQ(match("mt=VIDEO/MP4;codecs=avc1 ac=2"), "AAC_ISO audio/mp4");
+    EXPECT_EQ(match("mt=audio/mp4 ac=2"), "AAC_ISO ") << "as it was announced";
+    EXPECT_EQ(match("mt=audio/3gpp ac=2"), "AAC_ISO ");
+    EXPECT_EQ(match("mt=video/mp4 ac=6"), "AMR_3GPP ");
+    EXPECT_EQ(match("mt=audio/mp4 ac=6"), " ");
+    EXPECT_EQ(match("mt=audio/mpeg ac=2"), " ");
+    EXPECT_EQ(Str(rules->GetProfileInfo("video/mp4,audio/mp4,audio/3gpp")),
+              "audio/mp4:DLNA.ORG_PN=AAC_ISO,audio/3gpp:DLNA.ORG_PN=AAC_ISO,video/mp4:DLNA.ORG_PN=AMR_3GPP,"
+              "video/mp4:*,audio/mp4:*,audio/3gpp:*");
+    EXPECT_EQ(Str(rules->GetProfileInfo("video/mp4")),
+              "audio/mp4:DLNA.ORG_PN=AAC_ISO,video/mp4:DLNA.ORG_PN=AMR_3GPP,video/mp4:*");
+}
+
+TEST(ProfileRules, EachStatedMimeTypeIsAnnouncedByItsOwnItem) {
+    const std::shared_ptr<const ProfileRules> rules =
+        ProfileRules::FromText("AAC_ISO video/mp4>audio/mp4,audio/mp4>audio/3gpp", nullptr);
+    ASSERT_NE(rules, nullptr);
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=video/mp4")).mMimeType), "audio/mp4");
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=audio/mp4")).mMimeType), "audio/3gpp");
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=audio/3gpp")).mMimeType), "");
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=audio/3gpp")).mProfile), "AAC_ISO");
+}
+
+TEST(ProfileRules, CheckRefusesWhatNamesNoTwoMimeTypes) {
+    EXPECT_EQ(
+        ProblemsOf("MP3 audio/flac>audio/mpeg\nMP3 audio/mpeg>\nMP3 >audio/mpeg\n"
+                   "MP3 audio/mpeg>audio/mp4>audio/3gpp\nMP3 audio/mpeg>audio/mpeg\n"
+                   "MP3 audio/mpeg>audio/mp4,audio/mpeg>audio/3gpp\nMP3 audio/mpeg>audio/mp4;x=1\n"
+                   "MP3 video/mp4>audio/mp4,audio/mp4\n"
+                   "MP3X audio/mp4>audio/3gpp"),
+        Texts({"1: no parser here gives the MIME type \"audio/flac\"",
+               "2: no parser here gives the MIME type \"\"", "3: no parser here gives the MIME type \"\"",
+               "4: no parser here gives the MIME type \"audio/mp4>audio/3gpp\"",
+               "5: the MIME type \"audio/mpeg\" stands twice", "6: the MIME type \"audio/mpeg\" stands twice",
+               "7: no parser here gives the MIME type \"audio/mp4;x=1\""}));
+    EXPECT_EQ(ProblemsOf("MP3 video/mp4>audio/mp4\nMP3X audio/mp4"),
+              Texts({"2: this rule can never win: the one of line 1 wins whenever it would"}));
+}
+
 TEST(ProfileRules, WordsCompareWithCase) {
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-codec=MP3,mpga", "mt=audio/mpeg ca=mpga"), "MP3");
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-codec=MP3,mpga", "mt=audio/mpeg ca=mp3"), "");
@@ -101,7 +300,7 @@ TEST(ProfileRules, EveryFactIsReadFromItsOwnKey) {
         {"video-codec=x", "vc=x"},    {"video-profile=x", "vp=x"},   {"video-level=0.7", "vl=7"},
         {"width=7", "wi=7"},          {"height=7", "he=7"},          {"frame-rate=7", "fr=7000"},
         {"video-bit-rate=7", "vr=7"}, {"bit-rate=7", "br=7"},        {"process=x", "pr=x"},
-        {"colours=x", "cr=x"},        {"bit-depth=7", "cd=7"}};
+        {"colours=x", "cr=x"},        {"bit-depth=7", "cd=7"},       {"container=TS", "ct=TS"}};
     for (const auto& asked : facts) {
         for (const auto& stated : facts) {
             EXPECT_EQ(ProfileBy("MP3 audio/mpeg " + asked.first, "mt=audio/mpeg " + stated.second),
@@ -238,7 +437,7 @@ TEST(ProfileRules, CheckNamesEveryProblemWithItsLine) {
                               "MP3 audio/mpeg audio-codec=MP3 channels=2\n";
     EXPECT_EQ(ProblemsOf(table), Texts({
                                      "2: DLNA knows no profile \"MP4\"",
-                                     "4: no MIME type stands behind the profile",
+                                     "4: no MIME type stands after the profile",
                                      "5: no parser here gives the MIME type \"audio/flac\"",
                                      "5: no parser here gives the MIME type \"\"",
                                      "5: the MIME type \"audio/mpeg\" stands twice",
@@ -267,6 +466,7 @@ TEST(ProfileRules, CheckRefusesWhatIsNoNumberOfTheFact) {
                                         "channels=1-2-3",
                                         "channels=--2",
                                         "channels=1b",
+                                        "channels=00000000000000002",
                                         "channels=4294967295",
                                         "channels=99999999999999999999",
                                         "channels=9999999999M",
@@ -475,6 +675,8 @@ TEST(ProfileRules, ProblemsArePrintableWhateverTheTextHolds) {
         }
     }
     EXPECT_EQ(ProblemsOf("MP\xC3\xA9 audio/mpeg"), Texts({"1: DLNA knows no profile \"MP??\""}));
+    EXPECT_EQ(ProblemsOf(std::string(40, 'A') + " audio/mpeg"),
+              Texts({"1: DLNA knows no profile \"" + std::string(40, 'A') + "\""}));
     EXPECT_EQ(ProblemsOf(std::string(41, 'A') + " audio/mpeg"),
               Texts({"1: DLNA knows no profile \"" + std::string(40, 'A') + "...\""}));
 }

@@ -17,7 +17,7 @@ constexpr std::size_t CountTypes() {
     return count;
 }
 
-/// The types of all formats in a row, as every request looks one up.
+/// The types of all formats in a row.
 constexpr std::array<std::string_view, CountTypes()> AllTypes() {
     std::array<std::string_view, CountTypes()> types = {};
     std::size_t count = 0;
@@ -29,7 +29,6 @@ constexpr std::array<std::string_view, CountTypes()> AllTypes() {
     return types;
 }
 constexpr auto kTypes = AllTypes();
-static_assert(kTypes.size() <= 32, "each has a bit of its own");
 
 /// The first row of other names of a type that a question is true of; null where there is none.
 template <typename Question>
@@ -55,12 +54,9 @@ std::string_view FormatMimeType_At(std::size_t anIndex) {
     return anIndex < kTypes.size() ? kTypes[anIndex] : std::string_view();
 }
 
-std::uint32_t FormatMimeType_Bit(std::string_view aMimeType) {
-    const std::string_view bare = ezTrimmed(aMimeType.substr(0, aMimeType.find(';')));
-    const auto* const type = std::find_if(kTypes.begin(), kTypes.end(), [bare](std::string_view aKnown) {
-        return aKnown.size() == bare.size() && ezIsEqualNoCase(bare, aKnown);
-    });
-    return type != kTypes.end() ? std::uint32_t{1} << (type - kTypes.begin()) : 0;
+bool FormatMimeType_IsStated(std::string_view aMimeType) {
+    return std::any_of(kTypes.begin(), kTypes.end(),
+                       [aMimeType](std::string_view aKnown) { return ezIsEqualNoCase(aMimeType, aKnown); });
 }
 
 bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec) {

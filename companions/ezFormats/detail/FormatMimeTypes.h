@@ -1,14 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
-/// One of the MIME types that formats state, as a bit of its own. Case and parameters of aMimeType do not
-/// matter; 0 for any other.
-std::uint32_t FormatMimeType_Bit(std::string_view aMimeType);
-/// The type of the bit 1 << anIndex; empty after the last one.
+/// The MIME types that formats state, one after the other; empty after the last one.
 std::string_view FormatMimeType_At(std::size_t anIndex);
+/// True for one of them, whatever its case; a type with parameters is not one.
+bool FormatMimeType_IsStated(std::string_view aMimeType);
 
 /// True when a MIME type is only another name of aType for media of an audio codec (empty: of none), so that
 /// an operator may have it announced. Case does not matter; a type with parameters is no such name.

@@ -1,6 +1,5 @@
 #include "ezFormats/rules/ProfileRuleReader.h"
 
-#include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/rules/ProfileNames.h"
@@ -196,10 +195,6 @@ std::vector<ProfileMimeType> Without(const std::vector<ProfileMimeType>& aTypes,
 }
 
 } // namespace
-
-bool ProfileMimeType_IsGiven(std::string_view aMimeType) {
-    return aMimeType.find(';') == std::string_view::npos && FormatMimeType_Bit(aMimeType) != 0;
-}
 
 ProfileRuleList ProfileRules_Read(std::string_view aText, std::vector<ProfileRulesProblem>* aProblems,
                                   ProfileMimeTypeCheck aCheck) {

@@ -188,7 +188,8 @@ TEST(FormatParser, DeclaresTheProfilesOfItsTypesAndTheTypes) {
     EXPECT_EQ(
         Str(parser.GetDLNAInfo()),
         "audio/mpeg:DLNA.ORG_PN=MP3,audio/mp4:DLNA.ORG_PN=AAC_ISO,video/mp4:DLNA.ORG_PN=AVC_MP4_HP_HD_AAC,"
-        "image/jpeg:DLNA.ORG_PN=JPEG_SM,image/jpeg:DLNA.ORG_PN=JPEG_MED,audio/mpeg:*,audio/mp4:*,video/mp4:*,image/jpeg:*,video/quicktime:*");
+        "image/jpeg:DLNA.ORG_PN=JPEG_SM,image/jpeg:DLNA.ORG_PN=JPEG_MED,audio/mpeg:*,audio/mp4:*,video/"
+        "mp4:*,image/jpeg:*,video/quicktime:*");
     EXPECT_EQ(Str(parser.GetType()), "scr");
     EXPECT_FALSE(parser.CanExtractCoverArt());
 }

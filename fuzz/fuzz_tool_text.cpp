@@ -2,11 +2,11 @@
 // columns and in JSON; and a document that the tool tells the playlist format of.
 
 #include "fuzz/support/Check.h"
+#include "tools/ezannounce/host/Explanation.h"
 #include "tools/ezannounce/host/Host.h"
-#include "tools/ezannounce/mapper/MapperAnswer.h"
+#include "tools/ezannounce/host/MapperAnswer.h"
 #include "tools/ezannounce/output/Columns.h"
 #include "tools/ezannounce/output/SafeText.h"
-#include "tools/ezannounce/parse/Explanation.h"
 #include "tools/ezannounce/parse/Json.h"
 #include "tools/ezannounce/playlist/PlaylistBeginning.h"
 

@@ -1,8 +1,8 @@
 #include "Announce.h"
-#include "capabilities/Capabilities.h"
+#include "host/ProtocolInfos.h"
+#include "host/TypesTableParser.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
-#include "types/TypesTableParser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "Announce.h"
-#include "capabilities/Capabilities.h"
+#include "host/ProtocolInfos.h"
 #include "support/TemporaryFolder.h"
 
 #include "ezPlatform/dlna/ProtocolInfo.h"

@@ -1,7 +1,7 @@
 #include "Announce.h"
 #include "host/ConfigFolders.h"
+#include "host/Explanation.h"
 #include "host/Host.h"
-#include "parse/Explanation.h"
 #include "support/TemporaryFolder.h"
 
 #include "ez/MediaParserStream.h"

@@ -1,5 +1,5 @@
 #include "Announce.h"
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 #include "output/SafeText.h"
 #include "playlist/PlaylistStream.h"
 #include "support/HttpServer.h"

@@ -1,15 +1,16 @@
-#include "Verbs.h"
+#include "contact-sheet/ContactSheetVerb.h"
 
+#include "arguments/Arguments.h"
 #include "contact-sheet/ContactSheet.h"
 #include "host/Host.h"
 #include "host/Walk.h"
 #include "output/Console.h"
 #include "output/PictureWords.h"
 #include "output/SafeText.h"
-#include "thumbnail/CacheFolder.h"
-#include "thumbnail/SameFile.h"
-#include "thumbnail/Thumbnails.h"
-#include "thumbnail/WholeFile.h"
+#include "output/SameFile.h"
+#include "output/WholeFile.h"
+#include "thumbnails/CacheFolder.h"
+#include "thumbnails/Thumbnails.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 

@@ -1,11 +1,11 @@
 #include "host/Host.h"
 
-#include "capabilities/Capabilities.h"
+#include "host/Explanation.h"
+#include "host/MapperAnswer.h"
+#include "host/ProtocolInfos.h"
 #include "host/RefusalLog.h"
+#include "host/TypesTableParser.h"
 #include "host/Unreadable.h"
-#include "mapper/MapperAnswer.h"
-#include "parse/Explanation.h"
-#include "types/TypesTableParser.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"

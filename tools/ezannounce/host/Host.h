@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 #include "host/ConfigFolders.h"
 #include "host/HostManager.h"
 

@@ -1,6 +1,7 @@
 #include "host/LiveMedia.h"
 
-#include "Arguments.h"
+#include "arguments/Arguments.h"
+#include "arguments/Operands.h"
 #include "host/Host.h"
 
 #include "ez/StreamMediaParserStream.h"
@@ -41,11 +42,6 @@ bool IsEmpty(ezMediaParserStream& aStream) {
 }
 
 } // namespace
-
-bool IsLive(const std::string& anOperand) {
-    return anOperand == kStandardInput || ezStartsWithNoCase(anOperand, "http://") ||
-           ezStartsWithNoCase(anOperand, "https://");
-}
 
 LiveMedia::LiveMedia(const std::string& anOperand, const Arguments& anArguments, bool afWaitForSize) {
     ezFeedOptions options;

@@ -10,16 +10,10 @@ class ezFeedStream;
 class ezMediaParserStream;
 class ezStreamMediaParserStream;
 
-/// Standard input as an operand.
-constexpr const char* kStandardInput = "-";
-
-/// True for an operand that is read through a stream: standard input, or a URL of a web server.
-bool IsLive(const std::string& anOperand);
-
 /// What standard input or a web server brings.
 class LiveMedia {
 public:
-    /// @param afWaitForSize  the size of a short media is waited for, so that every run knows it
+    /// @param afWaitForSize  the size of a short one is waited for, so that every run knows it
     LiveMedia(const std::string& anOperand, const Arguments& anArguments, bool afWaitForSize);
     ~LiveMedia();
     LiveMedia(const LiveMedia&) = delete;

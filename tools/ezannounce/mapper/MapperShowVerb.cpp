@@ -1,5 +1,6 @@
-#include "Verbs.h"
+#include "mapper/MapperShowVerb.h"
 
+#include "arguments/Arguments.h"
 #include "host/Host.h"
 #include "mapper/MapperFacts.h"
 #include "mapper/MapperLookup.h"

@@ -1,5 +1,6 @@
-#include "Verbs.h"
+#include "mapper/MapperVerb.h"
 
+#include "arguments/Arguments.h"
 #include "host/ConfigFolders.h"
 #include "host/Unreadable.h"
 #include "mapper/MapperCheck.h"

@@ -1,10 +1,10 @@
 #include "parse/ExplainedOutput.h"
 
+#include "host/Explanation.h"
 #include "host/Host.h"
-#include "mapper/MapperAnswer.h"
+#include "host/MapperAnswer.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
-#include "parse/Explanation.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "output/Output.h"
+#include "parse/Output.h"
 
 class Console;
 

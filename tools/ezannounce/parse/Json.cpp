@@ -1,40 +1,19 @@
 #include "parse/Json.h"
 
+#include "host/Explanation.h"
+#include "host/FactJson.h"
 #include "host/Facts.h"
 #include "host/Host.h"
-#include "mapper/MapperAnswer.h"
+#include "host/MapperAnswer.h"
 #include "output/Console.h"
 #include "output/JsonLine.h"
 #include "output/SafeText.h"
-#include "parse/Explanation.h"
-#include "race/Race.h"
 
 #include "ezBytes/Utf8.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Json ValueOf(const Fact& aFact) {
-    if (aFact.mfFlag) {
-        return aFact.mNumber != 0;
-    }
-    if (aFact.mDivisor != 1) {
-        return static_cast<double>(aFact.mNumber) / aFact.mDivisor;
-    }
-    if (aFact.mfNumber) {
-        return aFact.mNumber;
-    }
-    if (!aFact.mValues.empty()) {
-        return aFact.mValues;
-    }
-    return aFact.mText;
-}
-
-/// A fact without a name of its own goes by its key.
-const std::string& NameOf(const Fact& aFact) {
-    return aFact.mName.empty() ? aFact.mKey : aFact.mName;
-}
 
 Json ExplanationOf(const Explanation& anExplanation) {
     Json facts = Json::object();
@@ -83,29 +62,6 @@ Json MapperAnswerOf(const MapperAnswer* anAnswer) {
 }
 
 } // namespace
-
-std::string InJson(const RaceResult& aResult) {
-    Json race = {{"path", aResult.mPath}};
-    if (!IsWholeUtf8(aResult.mPath)) {
-        race["path_bytes"] = HexBytes(aResult.mPath);
-    }
-    race["winner"] = aResult.mInfo != nullptr ? Json(aResult.mWinner) : Json(nullptr);
-    race["pushed"] = aResult.mPushed;
-    Json left = Json::array();
-    for (const RaceDeparture& departure : aResult.mLeft) {
-        left.push_back({{"candidate", departure.mName}, {"at", departure.mByte}});
-    }
-    race["left"] = std::move(left);
-    race["undecided"] = aResult.mUndecided;
-    Json facts = Json::object();
-    if (aResult.mInfo != nullptr) {
-        for (const Fact& fact : FactsOf(*aResult.mInfo)) {
-            facts[NameOf(fact)] = ValueOf(fact);
-        }
-    }
-    race["facts"] = std::move(facts);
-    return JsonLineOf(race);
-}
 
 std::string InJson(const Announcement& anAnnouncement) {
     const ezMediaInfo& info = *anAnnouncement.mInfo;

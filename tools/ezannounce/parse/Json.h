@@ -1,17 +1,13 @@
 #pragma once
 
-#include "output/Output.h"
+#include "parse/Output.h"
 
 #include <string>
 
 class Console;
 struct Announcement;
-struct RaceResult;
 
-/// A race of elementary stream parsers as one object, with the end of its line.
-std::string InJson(const RaceResult& aResult);
-
-/// A media as one object, with the end of its line.
+/// An announcement as one object, with the end of its line.
 std::string InJson(const Announcement& anAnnouncement);
 
 /// Announcements as JSON, one object a line.

@@ -1,5 +1,7 @@
-#include "Verbs.h"
+#include "parse/ParseVerb.h"
 
+#include "arguments/Arguments.h"
+#include "arguments/Operands.h"
 #include "host/Host.h"
 #include "host/LiveMedia.h"
 #include "host/Walk.h"

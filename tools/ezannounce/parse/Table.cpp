@@ -1,8 +1,8 @@
 #include "parse/Table.h"
 
+#include "arguments/Operands.h"
 #include "host/Facts.h"
 #include "host/Host.h"
-#include "host/LiveMedia.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
 

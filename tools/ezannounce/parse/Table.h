@@ -1,7 +1,7 @@
 #pragma once
 
 #include "output/Columns.h"
-#include "output/Output.h"
+#include "parse/Output.h"
 
 #include <cstddef>
 #include <string>

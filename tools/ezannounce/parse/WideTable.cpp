@@ -2,7 +2,7 @@
 
 #include "host/Facts.h"
 #include "host/Host.h"
-#include "mapper/MapperAnswer.h"
+#include "host/MapperAnswer.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
 #include "parse/Table.h"

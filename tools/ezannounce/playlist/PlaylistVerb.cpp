@@ -1,5 +1,6 @@
-#include "Verbs.h"
+#include "playlist/PlaylistVerb.h"
 
+#include "arguments/Arguments.h"
 #include "output/Columns.h"
 #include "output/Console.h"
 #include "output/JsonLine.h"

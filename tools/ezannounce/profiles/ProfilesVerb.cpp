@@ -1,4 +1,6 @@
-#include "Verbs.h"
+#include "profiles/ProfilesVerb.h"
+
+#include "arguments/Arguments.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
 #include "profiles/ProfileTable.h"

@@ -62,7 +62,7 @@ std::size_t PacketSizes::Next() {
     return size;
 }
 
-RaceResult RunRace(const ByteSource& aSource, PacketSizes aSizes) {
+RaceResult RunRace(const RaceSource& aSource, PacketSizes aSizes) {
     RaceResult result;
     WatchedRace race;
     AddEltStreamCandidates(race);

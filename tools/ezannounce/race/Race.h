@@ -44,8 +44,8 @@ private:
 
 /// Brings the next bytes of a stream, at most so many as the argument says into a buffer that takes them:
 /// their number, 0 at the end.
-using ByteSource = std::function<std::size_t(char*, std::size_t)>;
+using RaceSource = std::function<std::size_t(char*, std::size_t)>;
 
 /// Lets all parsers of companions/ezFormats race on what a source brings, until one has won, all have left,
 /// or the stream ends. The path of the result is left empty.
-RaceResult RunRace(const ByteSource& aSource, PacketSizes aSizes);
+RaceResult RunRace(const RaceSource& aSource, PacketSizes aSizes);

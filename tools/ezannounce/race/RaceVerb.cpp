@@ -1,13 +1,15 @@
-#include "Verbs.h"
+#include "race/RaceVerb.h"
 
+#include "arguments/Arguments.h"
+#include "arguments/Operands.h"
 #include "host/Facts.h"
 #include "host/LiveMedia.h"
 #include "host/Unreadable.h"
 #include "output/Columns.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
-#include "parse/Json.h"
 #include "race/Race.h"
+#include "race/RaceJson.h"
 
 #include "ez/FileMediaParserStream.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -17,7 +19,7 @@ namespace {
 /// False when the stream could not be read on.
 bool RunRaceOn(ezMediaParserStream& aStream, const Arguments& anArguments, RaceResult& aResult) {
     bool fGood = aStream.Seek(0, ezMediaParserStream::SeekFromStart, false);
-    const ByteSource source = [&](char* aBuffer, std::size_t aSize) {
+    const RaceSource source = [&](char* aBuffer, std::size_t aSize) {
         fGood = fGood && aStream.Read(&aSize, aBuffer);
         return fGood ? aSize : 0;
     };

@@ -1,13 +1,14 @@
-#include "Verbs.h"
+#include "thumbnail/ThumbnailVerb.h"
 
+#include "arguments/Arguments.h"
 #include "host/Host.h"
 #include "output/Console.h"
-#include "output/SafeText.h"
-#include "thumbnail/CacheFolder.h"
 #include "output/PictureWords.h"
-#include "thumbnail/SameFile.h"
-#include "thumbnail/Thumbnails.h"
-#include "thumbnail/WholeFile.h"
+#include "output/SafeText.h"
+#include "output/SameFile.h"
+#include "output/WholeFile.h"
+#include "thumbnails/CacheFolder.h"
+#include "thumbnails/Thumbnails.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 

@@ -1,5 +1,6 @@
-#include "Verbs.h"
+#include "types/TypesVerb.h"
 
+#include "arguments/Arguments.h"
 #include "host/Host.h"
 #include "output/Console.h"
 #include "output/SafeText.h"

@@ -1,8 +1,8 @@
-#include "thumbnail/Thumbnails.h"
+#include "thumbnails/Thumbnails.h"
 
 #include "output/PictureWords.h"
-#include "thumbnail/SameFile.h"
-#include "thumbnail/ThumbnailIdentity.h"
+#include "output/SameFile.h"
+#include "thumbnails/ThumbnailIdentity.h"
 
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/files/File.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "thumbnail/ThumbnailOptions.h"
+#include "arguments/ThumbnailOptions.h"
 
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/FileCacheManager.h"

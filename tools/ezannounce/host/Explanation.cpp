@@ -1,6 +1,6 @@
-#include "parse/Explanation.h"
+#include "host/Explanation.h"
 
-#include "mapper/MapperAnswer.h"
+#include "host/MapperAnswer.h"
 
 #include "ez/DLNAFileParser.h"
 #include "ez/ExtensionMimeTypeMatcher.h"

@@ -1,4 +1,4 @@
-#include "mapper/MapperAnswer.h"
+#include "host/MapperAnswer.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"

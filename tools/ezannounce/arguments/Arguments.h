@@ -1,7 +1,7 @@
 #pragma once
 
-#include "playlist/PlaylistOptions.h"
-#include "thumbnail/ThumbnailOptions.h"
+#include "arguments/PlaylistOptions.h"
+#include "arguments/ThumbnailOptions.h"
 
 #include <optional>
 #include <string>

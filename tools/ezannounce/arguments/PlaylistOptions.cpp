@@ -1,4 +1,4 @@
-#include "playlist/PlaylistOptions.h"
+#include "arguments/PlaylistOptions.h"
 
 #include "ezPlatform/text/CString.h"
 

@@ -1,4 +1,4 @@
-#include "thumbnail/WholeFile.h"
+#include "output/WholeFile.h"
 
 #include "ezPlatform/files/File.h"
 

@@ -1,6 +1,6 @@
-#include "thumbnail/ThumbnailOptions.h"
+#include "arguments/ThumbnailOptions.h"
 
-#include "host/LiveMedia.h"
+#include "arguments/Operands.h"
 
 #include "ezPlatform/text/CString.h"
 

@@ -1,6 +1,6 @@
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 
-#include "host/LiveMedia.h"
+#include "arguments/Operands.h"
 
 #include "ez/MediaParserTypes.h"
 #include "ezFormats/FormatParsers.h"

@@ -1,4 +1,4 @@
-#include "thumbnail/SameFile.h"
+#include "output/SameFile.h"
 
 #include <filesystem>
 #include <system_error>

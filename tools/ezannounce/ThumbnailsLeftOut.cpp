@@ -1,5 +1,7 @@
-#include "Verbs.h"
+#include "arguments/Arguments.h"
+#include "contact-sheet/ContactSheetVerb.h"
 #include "output/Console.h"
+#include "thumbnail/ThumbnailVerb.h"
 
 namespace {
 

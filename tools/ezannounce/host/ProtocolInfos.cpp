@@ -1,9 +1,4 @@
-#include "capabilities/Capabilities.h"
-
-#include "Verbs.h"
-#include "host/Host.h"
-#include "output/Console.h"
-#include "output/SafeText.h"
+#include "host/ProtocolInfos.h"
 
 namespace {
 
@@ -14,8 +9,8 @@ void AppendProtocolInfo(std::vector<std::string>& aList, const std::string& anEn
     }
 }
 
-/// Behind the quoted text that begins at a quote; the quote itself where it is never closed, since it is then
-/// a character like any other.
+/// The end of the quoted text that begins at a quote; the quote itself where it is never closed, since it is
+/// then a character like any other.
 std::size_t EndOfQuoted(std::string_view aText, std::size_t aStart) {
     for (std::size_t i = aStart + 1; i < aText.size(); ++i) {
         if (aText[i] == '\\') {
@@ -32,7 +27,7 @@ std::size_t EndOfQuoted(std::string_view aText, std::size_t aStart) {
 std::vector<std::string> ProtocolInfosOf(std::string_view aProfileInfo) {
     std::vector<std::string> list;
     std::string entry;
-    std::size_t quoteEnd = 0; // of the quoted text that the walk is in, or behind
+    std::size_t quoteEnd = 0; // of the quoted text that the walk is in, or past
     for (std::size_t i = 0; i < aProfileInfo.size(); ++i) {
         const char character = aProfileInfo[i];
         if (character == '"' && i >= quoteEnd) {
@@ -50,13 +45,4 @@ std::vector<std::string> ProtocolInfosOf(std::string_view aProfileInfo) {
     }
     AppendProtocolInfo(list, entry);
     return list;
-}
-
-int RunCapabilities(const Arguments& anArguments, Host& aHost, Console& aConsole) {
-    HostManager& manager = aHost.GetManager();
-    const ezCString text = anArguments.mfDTCP ? manager.GetDLNAInfoDTCP() : manager.GetDLNAInfo();
-    for (const std::string& line : ProtocolInfosOf(text.View())) {
-        aConsole.Print(ForTerminal(line) + "\n");
-    }
-    return kExitSuccess;
 }

@@ -1,4 +1,4 @@
-#include "types/TypesTableParser.h"
+#include "host/TypesTableParser.h"
 
 #include "ezPlatform/containers/Items.h"
 

@@ -1,4 +1,4 @@
-#include "thumbnail/ThumbnailIdentity.h"
+#include "thumbnails/ThumbnailIdentity.h"
 
 #include "ezPlatform/files/FileState.h"
 

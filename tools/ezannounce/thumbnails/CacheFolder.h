@@ -1,6 +1,6 @@
 #pragma once
 
-#include "thumbnail/ThumbnailOptions.h"
+#include "arguments/ThumbnailOptions.h"
 
 #include <string>
 

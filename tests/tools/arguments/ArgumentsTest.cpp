@@ -1,4 +1,4 @@
-#include "Arguments.h"
+#include "arguments/Arguments.h"
 
 #include "Announce.h"
 #include "support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "thumbnail/CacheFolder.h"
+#include "thumbnails/CacheFolder.h"
 
 #include <cstdlib>
 #include <sys/stat.h>

@@ -7,11 +7,16 @@
 namespace {
 
 constexpr std::uint32_t kSync = 0xFFF;
-constexpr std::uint32_t kCheckSumSize = 2;
+constexpr std::uint32_t kCRCSize = 2;
 constexpr std::uint32_t kProfileReserved = 3;
 
-/// Channels by their configuration.
+/// Channels by channel_configuration (ISO/IEC 14496-3, 1.6.3.5).
 constexpr std::array<std::uint32_t, 8> kChannels = {0, 1, 2, 3, 4, 5, 6, 8};
+
+// adts_fixed_header: syncword 12 bits, ID 1, layer 2, protection_absent 1, profile 2,
+// sampling_frequency_index 4, private_bit 1, channel_configuration 3, original_copy 1, home 1.
+// adts_variable_header: copyright_identification_bit 1, copyright_identification_start 1, aac_frame_length
+// 13, adts_buffer_fullness 11, number_of_raw_data_blocks_in_frame 2.
 
 std::uint32_t Bits(std::uint32_t aFixed, unsigned aShift, unsigned aCount) {
     return aFixed >> aShift & ((1U << aCount) - 1U);
@@ -43,6 +48,6 @@ bool ezADTSHeader_Read(const unsigned char* aBytes, ezADTSHeader& aHeader) {
     }
     aHeader.mFrameSize =
         (aBytes[3] & 3U) << 11 | std::uint32_t{aBytes[4]} << 3 | std::uint32_t{aBytes[5]} >> 5;
-    const bool fCheckSum = Bits(fixed, 12, 1) == 0;
-    return aHeader.mFrameSize >= kADTSMinFrameSize + (fCheckSum ? kCheckSumSize : 0);
+    const bool fCRC = Bits(fixed, 12, 1) == 0; // protection_absent
+    return aHeader.mFrameSize >= kADTSMinFrameSize + (fCRC ? kCRCSize : 0);
 }

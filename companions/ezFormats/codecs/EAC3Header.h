@@ -2,29 +2,29 @@
 
 #include <cstdint>
 
-/// Bytes of an E-AC-3 frame up to its version.
+/// Bytes of an E-AC-3 frame up to its bsid.
 inline constexpr std::uint32_t kEAC3HeaderSize = 6;
 
 inline constexpr std::uint32_t kEAC3MinFrameSize = 16;   ///< less than one block of 32 kbit/s at 48 kHz takes
 inline constexpr std::uint32_t kEAC3MaxFrameSize = 4096; ///< 2048 words
 
-/// What the header of an E-AC-3 frame tells (ETSI TS 102 366, E.1.2).
+/// What syncinfo and bsi of an E-AC-3 frame tell (ETSI TS 102 366, E.1.2.1 and E.1.2.2).
 struct ezEAC3Header {
     std::uint32_t mSamplingRate; ///< Hz
     std::uint32_t mSampleCount;  ///< samples of a channel in a frame
-    std::uint32_t mChannels;     ///< the low frequency channel included
+    std::uint32_t mChannels;     ///< the LFE channel included
     std::uint32_t mFrameSize;    ///< bytes
     bool mfMain;                 ///< of the first programme, and not an addition to its channels
 };
 
-/// Takes the four bytes of a header after its sync word apart, as one number. False for bytes that are no
+/// Takes the four bytes of a header after its syncword apart, as one number. False for bytes that are no
 /// header.
 bool ezEAC3Header_ReadFields(std::uint32_t aFields, ezEAC3Header& aHeader);
 
 /// Takes the kEAC3HeaderSize bytes of a header apart. False for bytes that are no header.
 bool ezEAC3Header_Read(const unsigned char* aBytes, ezEAC3Header& aHeader);
 
-/// The four bytes of a header after its sync word, as one number.
+/// The four bytes of a header after its syncword, as one number.
 inline std::uint32_t ezEAC3Header_Fields(const unsigned char* aBytes) {
     return std::uint32_t{aBytes[2]} << 24 | std::uint32_t{aBytes[3]} << 16 | std::uint32_t{aBytes[4]} << 8 |
            aBytes[5];

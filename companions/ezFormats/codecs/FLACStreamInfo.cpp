@@ -1,10 +1,13 @@
 #include "ezFormats/codecs/FLACStreamInfo.h"
 
 FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader) {
-    constexpr unsigned kKindMask = 0x7F; // the bit above tells the last block
+    constexpr unsigned kTypeMask = 0x7F; // the bit above tells the last block (RFC 9639, 8.1)
     constexpr unsigned kStreamInfo = 0;
-    aReader.Require((aReader.ReadByte() & kKindMask) == kStreamInfo);
-    aReader.Skip(3 + 10); // length, sizes of blocks and of frames
+    aReader.Require((aReader.ReadByte() & kTypeMask) == kStreamInfo);
+    aReader.Skip(3);     // length
+    aReader.Skip(2 + 2); // minimum and maximum block size
+    aReader.Skip(3 + 3); // minimum and maximum frame size
+    // Sampling rate 20 bits, channels 3, bits a sample 5, samples in all 36.
     const std::uint64_t numbers = aReader.ReadBig(8);
     FLACStreamInfo info;
     info.mSamplingRate = static_cast<std::uint32_t>(numbers >> 44);

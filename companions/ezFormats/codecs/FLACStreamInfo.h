@@ -11,5 +11,5 @@ struct FLACStreamInfo {
     std::uint32_t mBitsPerSample = 0;
 };
 
-/// Reads the block and its head. One that is cut, or is another block, tells nothing.
+/// Reads the block and its header. One that is cut, or is another block, tells nothing.
 FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader);

@@ -6,27 +6,31 @@
 #include <algorithm>
 #include <array>
 
+// Clauses are those of ITU-T H.264.
+
 namespace {
 
+/// profile_idc (A.2)
 constexpr std::array<std::uint32_t, 10> kProfiles = {44, 66, 77, 83, 86, 88, 100, 110, 122, 244};
-/// Profiles with a chroma format and scaling lists.
+/// Profiles whose SPS has a chroma format and scaling lists (7.3.2.1.1).
 constexpr std::array<std::uint32_t, 7> kHighProfiles = {44, 83, 86, 100, 110, 122, 244};
+/// level_idc (A.3)
 constexpr std::array<std::uint32_t, 20> kLevels = {9,  10, 11, 12, 13, 20, 21, 22, 30, 31,
                                                    32, 40, 41, 42, 50, 51, 52, 60, 61, 62};
 
-constexpr std::uint32_t kBlock = 16;
-constexpr std::uint32_t kShapeExtended = 255; ///< a pixel shape that follows in numbers
-constexpr std::size_t kSmallList = 16;
-constexpr std::size_t kLargeList = 64;
-constexpr unsigned kSmallListCount = 6;
+constexpr std::uint32_t kMacroblockSide = 16;
+constexpr std::uint32_t kExtendedSAR = 255; ///< sample aspect ratio in numbers (table E-1)
+constexpr std::size_t kSize4x4 = 16;
+constexpr std::size_t kSize8x8 = 64;
+constexpr unsigned k4x4ListCount = 6;
 
 template <std::size_t Size>
 bool IsIn(const std::array<std::uint32_t, Size>& aValues, std::uint32_t aValue) {
     return std::find(aValues.begin(), aValues.end(), aValue) != aValues.end();
 }
 
-/// Bits before the one that ends a set, which lies in its last byte that is not zero.
-std::size_t ContentBits(const unsigned char* aBytes, std::size_t aSize) {
+/// Bits of an RBSP before its rbsp_stop_one_bit (7.3.2.11), which lies in the last byte that is not zero.
+std::size_t CountRBSPBits(const unsigned char* aBytes, std::size_t aSize) {
     while (aSize > 0 && aBytes[aSize - 1] == 0) {
         --aSize;
     }
@@ -44,47 +48,50 @@ bool IsReadToTheEnd(const ezBitReader& aBits) {
     return !aBits.HasFailed() && aBits.GetBitsLeft() == 0;
 }
 
+/// scaling_list (7.3.2.1.1.1)
 void SkipScalingList(ezBitReader& aBits, std::size_t aSize) {
-    std::int64_t last = 8;
-    std::int64_t next = 8;
-    for (std::size_t i = 0; i < aSize && next != 0 && !aBits.HasFailed(); ++i) {
-        next = (last + aBits.ReadSEWithin(-128, 127) + 256) % 256;
-        last = next;
+    std::int64_t lastScale = 8;
+    std::int64_t nextScale = 8;
+    for (std::size_t i = 0; i < aSize && nextScale != 0 && !aBits.HasFailed(); ++i) {
+        nextScale = (lastScale + aBits.ReadSEWithin(-128, 127) + 256) % 256; // delta_scale
+        lastScale = nextScale;
     }
 }
 
 void SkipScalingLists(ezBitReader& aBits, unsigned aCount) {
     for (unsigned i = 0; i < aCount; ++i) {
-        if (aBits.ReadFlag()) {
-            SkipScalingList(aBits, i < kSmallListCount ? kSmallList : kLargeList);
+        if (aBits.ReadFlag()) { // scaling_list_present_flag
+            SkipScalingList(aBits, i < k4x4ListCount ? kSize4x4 : kSize8x8);
         }
     }
 }
 
-// --- Sequence set
+// --- Sequence parameter set (7.3.2.1.1)
 
-void ReadHighProfile(ezBitReader& aBits, ezH264SequenceSet& aSet) {
-    aSet.mChromaFormat = aBits.ReadUEUpTo(3);
-    aSet.mfSeparatePlanes = aSet.mChromaFormat == 3 && aBits.ReadFlag();
-    aBits.ReadUEUpTo(6); // bits of a sample above 8, luma
-    aBits.ReadUEUpTo(6); // and chroma
-    aBits.Skip(1);       // lossless
-    if (aBits.ReadFlag()) {
-        SkipScalingLists(aBits, aSet.mChromaFormat == 3 ? 12 : 8);
+/// What the SPS of the high profiles has more.
+void ReadHighProfile(ezBitReader& aBits, ezH264SPS& aSPS) {
+    aSPS.mChromaFormat = aBits.ReadUEUpTo(3);
+    aSPS.mfSeparateColourPlanes = aSPS.mChromaFormat == 3 && aBits.ReadFlag();
+    aBits.ReadUEUpTo(6);    // bit_depth_luma_minus8
+    aBits.ReadUEUpTo(6);    // bit_depth_chroma_minus8
+    aBits.Skip(1);          // qpprime_y_zero_transform_bypass_flag
+    if (aBits.ReadFlag()) { // seq_scaling_matrix_present_flag
+        SkipScalingLists(aBits, aSPS.mChromaFormat == 3 ? 12 : 8);
     }
 }
 
-void ReadOrder(ezBitReader& aBits, ezH264SequenceSet& aSet) {
-    aSet.mOrderType = aBits.ReadUEUpTo(2);
-    if (aSet.mOrderType == 0) {
-        aSet.mOrderBits = 4 + aBits.ReadUEUpTo(12);
-    } else if (aSet.mOrderType == 1) {
-        aBits.Skip(1);
-        aBits.ReadSE();
-        aBits.ReadSE();
-        const std::uint32_t count = aBits.ReadUEUpTo(255);
+/// Picture order count (8.2.1).
+void ReadPOC(ezBitReader& aBits, ezH264SPS& aSPS) {
+    aSPS.mPOCType = aBits.ReadUEUpTo(2);
+    if (aSPS.mPOCType == 0) {
+        aSPS.mPOCLsbBits = 4 + aBits.ReadUEUpTo(12);
+    } else if (aSPS.mPOCType == 1) {
+        aBits.Skip(1);                                     // delta_pic_order_always_zero_flag
+        aBits.ReadSE();                                    // offset_for_non_ref_pic
+        aBits.ReadSE();                                    // offset_for_top_to_bottom_field
+        const std::uint32_t count = aBits.ReadUEUpTo(255); // num_ref_frames_in_pic_order_cnt_cycle
         for (std::uint32_t i = 0; i < count && !aBits.HasFailed(); ++i) {
-            aBits.ReadSE();
+            aBits.ReadSE(); // offset_for_ref_frame
         }
     }
 }
@@ -96,87 +103,102 @@ std::uint32_t Crop(ezBitReader& aBits, std::uint32_t aFull, std::uint64_t aFirst
     return aBits.Require(cut < aFull) ? aFull - static_cast<std::uint32_t>(cut) : 0;
 }
 
-void ReadPictureSize(ezBitReader& aBits, ezH264SequenceSet& aSet) {
-    aSet.mWidthInBlocks = 1 + aBits.ReadUEUpTo(kH264_MaxSideSize - 1);
-    const std::uint32_t mapHeight = 1 + aBits.ReadUEUpTo(kH264_MaxSideSize - 1);
-    aSet.mfFramesOnly = aBits.ReadFlag();
-    const std::uint32_t fieldFactor = aSet.mfFramesOnly ? 1 : 2;
-    aSet.mHeightInBlocks = mapHeight * fieldFactor;
-    aBits.Require(aSet.mHeightInBlocks <= kH264_MaxSideSize &&
-                  aSet.mWidthInBlocks * aSet.mHeightInBlocks <= kH264_MaxFrameSize);
-    aBits.Skip(aSet.mfFramesOnly ? 0 : 1); // fields within a frame
-    const bool fDirect8x8 = aBits.ReadFlag();
-    aBits.Require(aSet.mfFramesOnly || fDirect8x8);
-    aSet.mWidth = aSet.mWidthInBlocks * kBlock;
-    aSet.mHeight = aSet.mHeightInBlocks * kBlock;
-    if (aBits.ReadFlag()) {
-        const bool fChroma = aSet.mChromaFormat != 0 && !aSet.mfSeparatePlanes;
-        const std::uint64_t left = aBits.ReadUE();
-        const std::uint64_t right = aBits.ReadUE();
-        const std::uint64_t top = aBits.ReadUE();
-        const std::uint64_t bottom = aBits.ReadUE();
-        const std::uint32_t unitX = fChroma && aSet.mChromaFormat < 3 ? 2 : 1;
-        const std::uint32_t unitY = (fChroma && aSet.mChromaFormat == 1 ? 2 : 1) * fieldFactor;
-        aSet.mWidth = Crop(aBits, aSet.mWidth, left, right, unitX);
-        aSet.mHeight = Crop(aBits, aSet.mHeight, top, bottom, unitY);
+/// frame_crop_*_offset, in the units of equations 7-19 to 7-22.
+void ReadCropping(ezBitReader& aBits, ezH264SPS& aSPS) {
+    const bool fChroma = aSPS.mChromaFormat != 0 && !aSPS.mfSeparateColourPlanes; // ChromaArrayType is not 0
+    const std::uint64_t left = aBits.ReadUE();
+    const std::uint64_t right = aBits.ReadUE();
+    const std::uint64_t top = aBits.ReadUE();
+    const std::uint64_t bottom = aBits.ReadUE();
+    const std::uint32_t cropUnitX = fChroma && aSPS.mChromaFormat < 3 ? 2 : 1;
+    const std::uint32_t cropUnitY =
+        (fChroma && aSPS.mChromaFormat == 1 ? 2 : 1) * (aSPS.mfFrameMBsOnly ? 1 : 2);
+    aSPS.mWidth = Crop(aBits, aSPS.mWidth, left, right, cropUnitX);
+    aSPS.mHeight = Crop(aBits, aSPS.mHeight, top, bottom, cropUnitY);
+}
+
+void ReadPictureSize(ezBitReader& aBits, ezH264SPS& aSPS) {
+    aSPS.mWidthInMBs = 1 + aBits.ReadUEUpTo(kH264_MaxSideSize - 1);
+    const std::uint32_t heightInMapUnits = 1 + aBits.ReadUEUpTo(kH264_MaxSideSize - 1);
+    aSPS.mfFrameMBsOnly = aBits.ReadFlag();
+    aSPS.mHeightInMBs = heightInMapUnits * (aSPS.mfFrameMBsOnly ? 1 : 2);
+    aBits.Require(aSPS.mHeightInMBs <= kH264_MaxSideSize &&
+                  aSPS.mWidthInMBs * aSPS.mHeightInMBs <= kH264_MaxFrameSize);
+    aBits.Skip(aSPS.mfFrameMBsOnly ? 0 : 1); // mb_adaptive_frame_field_flag
+    const bool fDirect8x8Inference = aBits.ReadFlag();
+    aBits.Require(aSPS.mfFrameMBsOnly || fDirect8x8Inference);
+    aSPS.mWidth = aSPS.mWidthInMBs * kMacroblockSide;
+    aSPS.mHeight = aSPS.mHeightInMBs * kMacroblockSide;
+    if (aBits.ReadFlag()) { // frame_cropping_flag
+        ReadCropping(aBits, aSPS);
     }
 }
 
-/// A buffer description, if the next bit announces one. True when there is one.
-bool ReadBuffer(ezBitReader& aBits, ezH264BitRate& aBitRate) {
+/// hrd_parameters (E.1.2), if the next bit says that they are present. True when they are.
+bool ReadHRD(ezBitReader& aBits, ezH264HRD& anHRD) {
     if (!aBits.ReadFlag()) {
         return false;
     }
-    ezH264BitRate fastest;
-    const std::uint32_t count = 1 + aBits.ReadUEUpTo(31);
-    const unsigned scale = 6 + aBits.Read(4);
-    aBits.Skip(4); // scale of the buffer size
+    ezH264HRD fastest;
+    const std::uint32_t count = 1 + aBits.ReadUEUpTo(31); // cpb_cnt_minus1
+    const unsigned bitRateScale = 6 + aBits.Read(4);
+    aBits.Skip(4); // cpb_size_scale
     for (std::uint32_t i = 0; i < count && !aBits.HasFailed(); ++i) {
-        fastest.mBitRate = (std::uint64_t{aBits.ReadUE()} + 1) << scale;
-        aBits.ReadUE();
+        fastest.mBitRate = (std::uint64_t{aBits.ReadUE()} + 1) << bitRateScale; // bit_rate_value_minus1
+        aBits.ReadUE();                                                         // cpb_size_value_minus1
         fastest.mfConstant = aBits.ReadFlag();
     }
-    aBits.Skip(20); // lengths of delays
-    // The description of the units as they stand comes first, and it counts the bytes of this kind of stream.
-    aBitRate = aBitRate.mBitRate == 0 ? fastest : aBitRate;
+    aBits.Skip(5 + 5 + 5 + 5); // lengths of initial and other CPB delays, of DPB delays, of time offsets
+    // The NAL HRD comes first, and it counts the bytes of a byte stream.
+    anHRD = anHRD.mBitRate == 0 ? fastest : anHRD;
     return true;
 }
 
-void ReadUsability(ezBitReader& aBits, ezH264BitRate& aBitRate) {
-    if (aBits.ReadFlag() && aBits.Read(8) == kShapeExtended) {
-        aBits.Skip(32);
+/// Aspect ratio, overscan, video signal type, chroma location and timing, each after a bit that says whether
+/// it is present.
+void SkipVUIBeforeHRD(ezBitReader& aBits) {
+    if (aBits.ReadFlag() && aBits.Read(8) == kExtendedSAR) { // aspect_ratio_idc
+        aBits.Skip(16 + 16);                                 // sar_width, sar_height
     }
     if (aBits.ReadFlag()) {
-        aBits.Skip(1); // overscan
+        aBits.Skip(1); // overscan_appropriate_flag
     }
     if (aBits.ReadFlag()) {
-        aBits.Skip(4); // video format and range
+        aBits.Skip(3 + 1); // video_format, video_full_range_flag
         if (aBits.ReadFlag()) {
-            aBits.Skip(24); // colours
+            aBits.Skip(8 + 8 + 8); // colour_primaries, transfer_characteristics, matrix_coefficients
         }
     }
     if (aBits.ReadFlag()) {
-        aBits.ReadUEUpTo(5); // places of chroma, of both fields
-        aBits.ReadUEUpTo(5);
+        aBits.ReadUEUpTo(5); // chroma_sample_loc_type_top_field
+        aBits.ReadUEUpTo(5); // chroma_sample_loc_type_bottom_field
     }
     if (aBits.ReadFlag()) {
-        aBits.Skip(65); // units of time, their scale, and whether the rate is fixed
-    }
-    const bool fUnits = ReadBuffer(aBits, aBitRate);
-    const bool fSlices = ReadBuffer(aBits, aBitRate);
-    aBits.Skip(fUnits || fSlices ? 1 : 0);
-    aBits.Skip(1); // structure of pictures
-    if (aBits.ReadFlag()) {
-        aBits.Skip(1);
-        for (unsigned i = 0; i < 6; ++i) {
-            aBits.ReadUEUpTo(i < 4 ? 16 : kH264_MaxFrameSize); // bounds of sizes, then numbers of frames
-        }
+        aBits.Skip(32 + 32 + 1); // num_units_in_tick, time_scale, fixed_frame_rate_flag
     }
 }
 
-// --- Picture set
+/// vui_parameters (E.1.1)
+void ReadVUI(ezBitReader& aBits, ezH264HRD& anHRD) {
+    SkipVUIBeforeHRD(aBits);
+    const bool fNAL = ReadHRD(aBits, anHRD);
+    const bool fVCL = ReadHRD(aBits, anHRD);
+    aBits.Skip(fNAL || fVCL ? 1 : 0);         // low_delay_hrd_flag
+    aBits.Skip(1);                            // pic_struct_present_flag
+    if (aBits.ReadFlag()) {                   // bitstream_restriction_flag
+        aBits.Skip(1);                        // motion_vectors_over_pic_boundaries_flag
+        aBits.ReadUEUpTo(16);                 // max_bytes_per_pic_denom
+        aBits.ReadUEUpTo(16);                 // max_bits_per_mb_denom
+        aBits.ReadUEUpTo(16);                 // log2_max_mv_length_horizontal
+        aBits.ReadUEUpTo(16);                 // log2_max_mv_length_vertical
+        aBits.ReadUEUpTo(kH264_MaxFrameSize); // max_num_reorder_frames
+        aBits.ReadUEUpTo(kH264_MaxFrameSize); // max_dec_frame_buffering
+    }
+}
 
-/// Bits that tell apart so many values.
+// --- Picture parameter set (7.3.2.2)
+
+/// Ceil(Log2(aCount)): the bits of a slice_group_id.
 unsigned BitsFor(std::uint32_t aCount) {
     unsigned bits = 0;
     while ((1U << bits) < aCount) {
@@ -190,93 +212,97 @@ void SkipSliceGroups(ezBitReader& aBits) {
     if (groups == 1) {
         return;
     }
-    const std::uint32_t type = aBits.ReadUEUpTo(6);
-    if (type == 0 || type == 2) {
-        const std::uint32_t numbers = type == 0 ? groups : 2 * (groups - 1);
+    const std::uint32_t mapType = aBits.ReadUEUpTo(6);
+    if (mapType == 0 || mapType == 2) { // run_length_minus1, or top_left and bottom_right
+        const std::uint32_t numbers = mapType == 0 ? groups : 2 * (groups - 1);
         for (std::uint32_t i = 0; i < numbers; ++i) {
             aBits.ReadUEUpTo(kH264_MaxFrameSize);
         }
-    } else if (type >= 3 && type <= 5) {
-        aBits.Skip(1);
-        aBits.ReadUEUpTo(kH264_MaxFrameSize);
-    } else if (type == 6) {
-        const std::uint32_t units = 1 + aBits.ReadUEUpTo(kH264_MaxFrameSize);
-        aBits.Skip(std::size_t{units} * BitsFor(groups));
+    } else if (mapType >= 3 && mapType <= 5) {
+        aBits.Skip(1);                        // slice_group_change_direction_flag
+        aBits.ReadUEUpTo(kH264_MaxFrameSize); // slice_group_change_rate_minus1
+    } else if (mapType == 6) {
+        const std::uint32_t mapUnits = 1 + aBits.ReadUEUpTo(kH264_MaxFrameSize);
+        aBits.Skip(std::size_t{mapUnits} * BitsFor(groups)); // slice_group_id
     }
 }
 
 } // namespace
 
-bool ezH264SequenceSet_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SequenceSet& aSet) {
-    ezBitReader bits(aBytes, ContentBits(aBytes, aSize));
+bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& aSPS) {
+    ezBitReader bits(aBytes, CountRBSPBits(aBytes, aSize));
     const std::uint32_t profile = bits.Read(8);
-    bits.Skip(6); // constraints
-    bits.Require(bits.Read(2) == 0);
+    bits.Skip(6);                    // constraint_set0_flag to constraint_set5_flag
+    bits.Require(bits.Read(2) == 0); // reserved_zero_2bits
     bits.Require(IsIn(kProfiles, profile) && IsIn(kLevels, bits.Read(8)));
-    aSet.mID = bits.ReadUEUpTo(kH264_SequenceSetCount - 1);
+    aSPS.mID = bits.ReadUEUpTo(kH264_SPSCount - 1);
     if (IsIn(kHighProfiles, profile)) {
-        ReadHighProfile(bits, aSet);
+        ReadHighProfile(bits, aSPS);
     }
-    aSet.mFrameNumberBits = 4 + bits.ReadUEUpTo(12);
-    ReadOrder(bits, aSet);
-    bits.ReadUEUpTo(16); // reference frames
-    bits.Skip(1);        // gaps in frame numbers
-    ReadPictureSize(bits, aSet);
-    if (bits.ReadFlag()) {
-        ReadUsability(bits, aSet.mBitRate);
+    aSPS.mFrameNumBits = 4 + bits.ReadUEUpTo(12);
+    ReadPOC(bits, aSPS);
+    bits.ReadUEUpTo(16); // max_num_ref_frames
+    bits.Skip(1);        // gaps_in_frame_num_value_allowed_flag
+    ReadPictureSize(bits, aSPS);
+    if (bits.ReadFlag()) { // vui_parameters_present_flag
+        ReadVUI(bits, aSPS.mHRD);
     }
     return IsReadToTheEnd(bits);
 }
 
-bool ezH264PictureSet_Read(const unsigned char* aBytes, std::size_t aSize, ezH264FindSequenceSet aFind,
-                           const void* aContext, ezH264PictureSet& aSet) {
-    ezBitReader bits(aBytes, ContentBits(aBytes, aSize));
-    aSet.mID = bits.ReadUEUpTo(kH264_PictureSetCount - 1);
-    aSet.mSequenceSetID = bits.ReadUEUpTo(kH264_SequenceSetCount - 1);
-    const ezH264SequenceSet* sequence = bits.HasFailed() ? nullptr : aFind(aContext, aSet.mSequenceSetID);
-    if (sequence == nullptr) {
+bool ezH264PPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264FindSPS aFind, const void* aContext,
+                    ezH264PPS& aPPS) {
+    ezBitReader bits(aBytes, CountRBSPBits(aBytes, aSize));
+    aPPS.mID = bits.ReadUEUpTo(kH264_PPSCount - 1);
+    aPPS.mSPSID = bits.ReadUEUpTo(kH264_SPSCount - 1);
+    const ezH264SPS* sps = bits.HasFailed() ? nullptr : aFind(aContext, aPPS.mSPSID);
+    if (sps == nullptr) {
         return false;
     }
-    bits.Skip(2); // entropy coding, order in fields
+    bits.Skip(1); // entropy_coding_mode_flag
+    bits.Skip(1); // bottom_field_pic_order_in_frame_present_flag
     SkipSliceGroups(bits);
-    bits.ReadUEUpTo(31);
-    bits.ReadUEUpTo(31);
-    bits.Skip(1);
-    bits.Require(bits.Read(2) != 3);
-    bits.ReadSEWithin(-62, 25); // quantisers, of samples of up to 14 bits
-    bits.ReadSEWithin(-26, 25);
-    bits.ReadSEWithin(-12, 12);
-    bits.Skip(3);
-    if (bits.GetBitsLeft() > 0) { // the part that the high profiles added
-        const bool fLarge = bits.ReadFlag();
-        if (bits.ReadFlag()) {
-            const unsigned largeLists = sequence->mChromaFormat == 3 ? 6 : 2;
-            SkipScalingLists(bits, kSmallListCount + (fLarge ? largeLists : 0));
+    bits.ReadUEUpTo(31);             // num_ref_idx_l0_default_active_minus1
+    bits.ReadUEUpTo(31);             // num_ref_idx_l1_default_active_minus1
+    bits.Skip(1);                    // weighted_pred_flag
+    bits.Require(bits.Read(2) != 3); // weighted_bipred_idc
+    bits.ReadSEWithin(-62, 25);      // pic_init_qp_minus26, of samples of up to 14 bits
+    bits.ReadSEWithin(-26, 25);      // pic_init_qs_minus26
+    bits.ReadSEWithin(-12, 12);      // chroma_qp_index_offset
+    bits.Skip(1);                    // deblocking_filter_control_present_flag
+    bits.Skip(1);                    // constrained_intra_pred_flag
+    bits.Skip(1);                    // redundant_pic_cnt_present_flag
+    if (bits.GetBitsLeft() > 0) {    // the part that the high profiles added
+        const bool fTransform8x8 = bits.ReadFlag();
+        if (bits.ReadFlag()) { // pic_scaling_matrix_present_flag
+            const unsigned lists8x8 = sps->mChromaFormat == 3 ? 6 : 2;
+            SkipScalingLists(bits, k4x4ListCount + (fTransform8x8 ? lists8x8 : 0));
         }
-        bits.ReadSEWithin(-12, 12);
+        bits.ReadSEWithin(-12, 12); // second_chroma_qp_index_offset
     }
     return IsReadToTheEnd(bits);
 }
 
 namespace {
 
-constexpr std::uint32_t kMaxSliceType = 9; ///< five types, and the same again for whole pictures of one type
+constexpr std::uint32_t kMaxSliceType =
+    9; ///< five types, and the same again for pictures of one type (7.4.3)
 constexpr std::uint32_t kSliceTypes = 5;
-constexpr std::uint32_t kTypeIntra = 2;
-constexpr std::uint32_t kTypeSwitchingIntra = 4;
-constexpr std::uint32_t kMaxInstantID = 65535;
+constexpr std::uint32_t kSliceTypeI = 2;
+constexpr std::uint32_t kSliceTypeSI = 4;
+constexpr std::uint32_t kMaxIDRPicID = 65535;
 
 struct SliceStart {
-    std::uint32_t mFirstBlock;
+    std::uint32_t mFirstMB;
     std::uint32_t mType;
-    std::uint32_t mPictureSetID;
+    std::uint32_t mPPSID;
 };
 
 SliceStart ReadSliceStart(ezBitReader& aBits) {
     SliceStart start = {};
-    start.mFirstBlock = aBits.ReadUE();
+    start.mFirstMB = aBits.ReadUE();
     start.mType = aBits.ReadUE();
-    start.mPictureSetID = aBits.ReadUE();
+    start.mPPSID = aBits.ReadUE();
     return start;
 }
 
@@ -285,40 +311,39 @@ SliceStart ReadSliceStart(ezBitReader& aBits) {
 // A reader over a block that may still grow fails for one reason at a time: where bytes are missing the
 // values read so far are judged when they are all there, so no limit is asked of the reader itself here.
 
-ezH264SliceResult ezH264Slice_ReadPictureSetID(const unsigned char* aBytes, std::size_t aSize,
-                                               std::uint32_t& anID) {
+ezH264SliceResult ezH264Slice_ReadPPSID(const unsigned char* aBytes, std::size_t aSize, std::uint32_t& anID) {
     ezBitReader bits(aBytes, 8 * aSize);
     const SliceStart start = ReadSliceStart(bits);
     if (bits.HasFailed()) {
         return ezH264SliceResult::kTooShort;
     }
-    anID = start.mPictureSetID;
-    return start.mType <= kMaxSliceType && anID < kH264_PictureSetCount ? ezH264SliceResult::kLegal
-                                                                        : ezH264SliceResult::kIllegal;
+    anID = start.mPPSID;
+    return start.mType <= kMaxSliceType && anID < kH264_PPSCount ? ezH264SliceResult::kLegal
+                                                                 : ezH264SliceResult::kIllegal;
 }
 
-ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSize, bool afInstant,
-                                    const ezH264SequenceSet& aSet) {
+ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSize, bool afIDR,
+                                    const ezH264SPS& aSPS) {
     ezBitReader bits(aBytes, 8 * aSize);
     const SliceStart start = ReadSliceStart(bits);
     bool fLegal = start.mType <= kMaxSliceType;
-    if (aSet.mfSeparatePlanes) {
-        fLegal = bits.Read(2) != 3 && fLegal;
+    if (aSPS.mfSeparateColourPlanes) {
+        fLegal = bits.Read(2) != 3 && fLegal; // colour_plane_id
     }
-    const std::uint32_t frameNumber = bits.Read(aSet.mFrameNumberBits);
-    const bool fField = !aSet.mfFramesOnly && bits.ReadFlag();
-    bits.Skip(fField ? 1 : 0); // which one
-    const std::uint32_t instantID = afInstant ? bits.ReadUE() : 0;
-    bits.Skip(aSet.mOrderBits);
+    const std::uint32_t frameNum = bits.Read(aSPS.mFrameNumBits);
+    const bool fField = !aSPS.mfFrameMBsOnly && bits.ReadFlag(); // field_pic_flag
+    bits.Skip(fField ? 1 : 0);                                   // bottom_field_flag
+    const std::uint32_t idrPicID = afIDR ? bits.ReadUE() : 0;
+    bits.Skip(aSPS.mPOCLsbBits); // pic_order_cnt_lsb
     if (bits.HasFailed()) {
         return ezH264SliceResult::kTooShort;
     }
-    const std::uint32_t blocks = aSet.mWidthInBlocks * aSet.mHeightInBlocks / (fField ? 2 : 1);
+    const std::uint32_t macroblocks = aSPS.mWidthInMBs * aSPS.mHeightInMBs / (fField ? 2 : 1);
     const std::uint32_t type = start.mType % kSliceTypes;
-    fLegal = fLegal && start.mFirstBlock < blocks;
-    if (afInstant) {
-        fLegal = fLegal && frameNumber == 0 && instantID <= kMaxInstantID &&
-                 (type == kTypeIntra || type == kTypeSwitchingIntra);
+    fLegal = fLegal && start.mFirstMB < macroblocks;
+    if (afIDR) {
+        fLegal = fLegal && frameNum == 0 && idrPicID <= kMaxIDRPicID &&
+                 (type == kSliceTypeI || type == kSliceTypeSI);
     }
     return fLegal ? ezH264SliceResult::kLegal : ezH264SliceResult::kIllegal;
 }

@@ -3,69 +3,68 @@
 #include <cstddef>
 #include <cstdint>
 
-/// @name Kinds of NAL units (ITU-T H.264, table 7-1)
+/// @name nal_unit_type (ITU-T H.264, table 7-1)
 /// @{
-inline constexpr std::uint8_t kH264_Slice = 1;
-inline constexpr std::uint8_t kH264_InstantSlice = 5;
-inline constexpr std::uint8_t kH264_SequenceSet = 7;
-inline constexpr std::uint8_t kH264_PictureSet = 8;
+inline constexpr std::uint8_t kH264_NonIDRSlice = 1;
+inline constexpr std::uint8_t kH264_IDRSlice = 5;
+inline constexpr std::uint8_t kH264_SPS = 7;
+inline constexpr std::uint8_t kH264_PPS = 8;
 /// @}
 
-inline constexpr std::size_t kH264_SequenceSetCount = 32;
-inline constexpr std::size_t kH264_PictureSetCount = 256;
+inline constexpr std::size_t kH264_SPSCount = 32;
+inline constexpr std::size_t kH264_PPSCount = 256;
 
-/// @name The least bytes of a NAL unit behind its first byte
+/// @name The least bytes of a NAL unit after its header byte
 /// @{
-inline constexpr std::uint32_t kH264_MinSequenceSetSize = 5;
-inline constexpr std::uint32_t kH264_MinPictureSetSize = 3;
+inline constexpr std::uint32_t kH264_MinSPSSize = 5;
+inline constexpr std::uint32_t kH264_MinPPSSize = 3;
 /// @}
 
-/// What a buffer description of a sequence tells of its rate.
-struct ezH264BitRate {
-    std::uint64_t mBitRate = 0; ///< bits a second, of the fastest delivery; 0: not told
-    bool mfConstant = false;
+/// What the HRD parameters of a sequence tell of its rate (E.1.2).
+struct ezH264HRD {
+    std::uint64_t mBitRate = 0; ///< bits a second, of the fastest delivery schedule; 0: not told
+    bool mfConstant = false;    ///< cbr_flag
 };
 
-/// A sequence parameter set.
-struct ezH264SequenceSet {
+/// A sequence parameter set (7.3.2.1.1).
+struct ezH264SPS {
     std::uint32_t mID = 0;
-    std::uint32_t mChromaFormat = 1; ///< 0: none, 1: 4:2:0, 2: 4:2:2, 3: 4:4:4
-    bool mfSeparatePlanes = false;
-    std::uint32_t mFrameNumberBits = 0;
-    std::uint32_t mOrderType = 0;
-    std::uint32_t mOrderBits = 0;
-    bool mfFramesOnly = false;
-    std::uint32_t mWidthInBlocks = 0; ///< of 16 pixels
-    std::uint32_t mHeightInBlocks = 0;
-    std::uint32_t mWidth = 0; ///< pixels, as displayed
+    std::uint32_t mChromaFormat = 1; ///< chroma_format_idc, 0: monochrome, 1: 4:2:0, 2: 4:2:2, 3: 4:4:4
+    bool mfSeparateColourPlanes = false;
+    std::uint32_t mFrameNumBits = 0;
+    std::uint32_t mPOCType = 0;    ///< pic_order_cnt_type
+    std::uint32_t mPOCLsbBits = 0; ///< of pic_order_cnt_lsb; 0 but for POC type 0
+    bool mfFrameMBsOnly = false;
+    std::uint32_t mWidthInMBs = 0; ///< macroblocks of 16 by 16 pixels
+    std::uint32_t mHeightInMBs = 0;
+    std::uint32_t mWidth = 0; ///< pixels, after cropping
     std::uint32_t mHeight = 0;
-    ezH264BitRate mBitRate;
+    ezH264HRD mHRD;
 };
 
-/// What a slice header needs of a picture parameter set.
-struct ezH264PictureSet {
+/// What a slice header needs of a picture parameter set (7.3.2.2).
+struct ezH264PPS {
     std::uint32_t mID = 0;
-    std::uint32_t mSequenceSetID = 0;
+    std::uint32_t mSPSID = 0;
 };
 
-// Both sets are read from the bytes behind the NAL unit's first one, freed of escapes; zeros may follow them.
-// False unless the set is legal to its last bit, and that is where the unit ends.
+// Both sets are read from the bytes after the NAL unit's header byte, without emulation prevention bytes;
+// zeros may follow them. False unless the set is legal to its last bit, and that is where the unit ends.
 
-bool ezH264SequenceSet_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SequenceSet& aSet);
+bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& aSPS);
 
-/// The sequence sets by their numbers, of which one must be known to read a picture set.
-using ezH264FindSequenceSet = const ezH264SequenceSet* (*)(const void* aContext, std::uint32_t anID);
+/// The SPS by their IDs, of which the right one must be known to read a PPS.
+using ezH264FindSPS = const ezH264SPS* (*)(const void* aContext, std::uint32_t anID);
 
-bool ezH264PictureSet_Read(const unsigned char* aBytes, std::size_t aSize, ezH264FindSequenceSet aFind,
-                           const void* aContext, ezH264PictureSet& aSet);
+bool ezH264PPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264FindSPS aFind, const void* aContext,
+                    ezH264PPS& aPPS);
 
 /// How far a slice header could be read.
 enum class ezH264SliceResult { kLegal, kIllegal, kTooShort };
 
-/// The number of the picture set that a slice refers to, from the bytes that are there so far.
-ezH264SliceResult ezH264Slice_ReadPictureSetID(const unsigned char* aBytes, std::size_t aSize,
-                                               std::uint32_t& anID);
+/// The ID of the PPS that a slice refers to, from the bytes that are there so far.
+ezH264SliceResult ezH264Slice_ReadPPSID(const unsigned char* aBytes, std::size_t aSize, std::uint32_t& anID);
 
-/// Reads a slice header as far as it places the slice in a stream of this sequence set.
-ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSize, bool afInstant,
-                                    const ezH264SequenceSet& aSet);
+/// Reads a slice header (7.3.3) as far as it places the slice in a stream of this SPS.
+ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSize, bool afIDR,
+                                    const ezH264SPS& aSPS);

@@ -7,11 +7,13 @@
 
 namespace {
 
-/// @name Start codes
+// Clauses are those of ISO/IEC 14496-2.
+
+/// @name Start codes (table 6-3)
 /// @{
-constexpr unsigned kFirstLayer = 0x20;
-constexpr unsigned kLastLayer = 0x2F;
-constexpr unsigned kSequence = 0xB0;
+constexpr unsigned kFirstVOL = 0x20;
+constexpr unsigned kLastVOL = 0x2F;
+constexpr unsigned kVisualObjectSequence = 0xB0;
 /// @}
 
 constexpr std::uint32_t kShapeRectangular = 0;
@@ -23,7 +25,7 @@ struct ProfileAndLevel {
     const char* mProfile;
     std::uint32_t mLevel;
 };
-/// Table G.1 of the standard, as far as such files are in use.
+/// profile_and_level_indication (table G.1), as far as such files are in use.
 constexpr std::array<ProfileAndLevel, 24> kProfiles = {
     {{0x01, "Simple", 10},         {0x02, "Simple", 20},         {0x03, "Simple", 30},
      {0x04, "Simple", 40},         {0x05, "Simple", 50},         {0x06, "Simple", 60},
@@ -34,6 +36,7 @@ constexpr std::array<ProfileAndLevel, 24> kProfiles = {
      {0xF1, "AdvancedSimple", 10}, {0xF2, "AdvancedSimple", 20}, {0xF3, "AdvancedSimple", 30},
      {0xF4, "AdvancedSimple", 40}, {0xF5, "AdvancedSimple", 50}, {0xF7, "AdvancedSimple", 39}}};
 
+/// VisualObjectSequence (6.2.2)
 void ReadSequence(unsigned aCode, MPEG4Visual& aVisual) {
     const auto* const found =
         std::find_if(kProfiles.begin(), kProfiles.end(),
@@ -44,7 +47,7 @@ void ReadSequence(unsigned aCode, MPEG4Visual& aVisual) {
     }
 }
 
-/// Bits of a number that counts up to below aCount, at least one.
+/// Bits of a time below so many ticks, at least one.
 unsigned BitsFor(std::uint32_t aCount) {
     unsigned bits = 1;
     while (aCount > 1U << bits) {
@@ -53,37 +56,40 @@ unsigned BitsFor(std::uint32_t aCount) {
     return bits;
 }
 
-/// Steps over colours and buffer.
+/// vol_control_parameters
 void SkipControl(ezBitReader& aBits) {
-    aBits.Skip(3);
+    aBits.Skip(2); // chroma_format
+    aBits.Skip(1); // low_delay
     if (aBits.ReadFlag()) {
-        aBits.Skip(79); // bit rate, size and filling of the buffer
+        aBits.Skip(16 + 16); // bit_rate in two halves, a marker_bit after each
+        aBits.Skip(16 + 3);  // vbv_buffer_size
+        aBits.Skip(12 + 16); // vbv_occupancy
     }
 }
 
-/// The resolution of times and the duration of a picture.
 void SkipTimes(ezBitReader& aBits) {
+    aBits.Require(aBits.ReadFlag());                 // marker_bit, here and below
+    const std::uint32_t resolution = aBits.Read(16); // vop_time_increment_resolution
     aBits.Require(aBits.ReadFlag());
-    const std::uint32_t resolution = aBits.Read(16);
-    aBits.Require(aBits.ReadFlag());
-    aBits.Skip(aBits.ReadFlag() ? BitsFor(resolution) : 0);
+    aBits.Skip(aBits.ReadFlag() ? BitsFor(resolution) : 0); // fixed_vop_rate: fixed_vop_time_increment
 }
 
-/// aBytes stand behind the start code.
-void ReadLayer(const unsigned char* aBytes, std::size_t aSize, MPEG4Visual& aVisual) {
+/// VideoObjectLayer (6.2.3); aBytes stand after the start code.
+void ReadVOL(const unsigned char* aBytes, std::size_t aSize, MPEG4Visual& aVisual) {
     ezBitReader bits(aBytes, 8 * aSize);
-    bits.Skip(9); // random access, kind of object
-    std::uint32_t version = 1;
-    if (bits.ReadFlag()) {
-        version = bits.Read(4);
-        bits.Skip(3);
+    bits.Skip(1); // random_accessible_vol
+    bits.Skip(8); // video_object_type_indication
+    std::uint32_t verid = 1;
+    if (bits.ReadFlag()) { // is_object_layer_identifier
+        verid = bits.Read(4);
+        bits.Skip(3); // video_object_layer_priority
     }
-    bits.Skip(bits.Read(4) == kAspectExtended ? 16 : 0);
+    bits.Skip(bits.Read(4) == kAspectExtended ? 8 + 8 : 0); // aspect_ratio_info: par_width, par_height
     if (bits.ReadFlag()) {
         SkipControl(bits);
     }
     const std::uint32_t shape = bits.Read(2);
-    bits.Skip(shape == kShapeGrey && version != 1 ? 4 : 0);
+    bits.Skip(shape == kShapeGrey && verid != 1 ? 4 : 0); // video_object_layer_shape_extension
     SkipTimes(bits);
     bits.Require(shape == kShapeRectangular);
     bits.Require(bits.ReadFlag());
@@ -107,10 +113,10 @@ MPEG4Visual MPEG4Visual_Read(const unsigned char* aBytes, std::size_t aSize) {
     for (std::size_t i = 0; i + 4 < aSize; ++i) {
         const bool fStart = aBytes[i] == 0 && aBytes[i + 1] == 0 && aBytes[i + 2] == 1;
         const unsigned code = aBytes[i + 3];
-        if (fStart && code == kSequence) {
+        if (fStart && code == kVisualObjectSequence) {
             ReadSequence(aBytes[i + 4], visual);
-        } else if (fStart && code >= kFirstLayer && code <= kLastLayer) {
-            ReadLayer(aBytes + i + 4, aSize - i - 4, visual);
+        } else if (fStart && code >= kFirstVOL && code <= kLastVOL) {
+            ReadVOL(aBytes + i + 4, aSize - i - 4, visual);
             break;
         }
     }

@@ -14,12 +14,12 @@ constexpr std::uint32_t kBitRateForbidden = 15;
 constexpr std::uint32_t kEmphasisReserved = 2;
 constexpr std::uint32_t kModeMono = 3;
 
-/// All but rate, padding, the private bit and the mode.
+/// All but bitrate_index, padding_bit, private_bit, mode and mode_extension.
 constexpr std::uint32_t kSameStreamMask = 0xFFFF0C0F;
 
 using BitRates = std::array<std::uint32_t, 15>;
 
-/// kbit/s by their index; index 0 is free format.
+/// kbit/s by bitrate_index; index 0 is free format.
 constexpr std::array<BitRates, 3> kBitRatesMPEG1 = {{
     {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},
     {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},
@@ -33,6 +33,10 @@ constexpr std::array<BitRates, 3> kBitRatesMPEG2 = {{
 
 /// Hz of MPEG-1; MPEG-2 has half of them and MPEG-2.5 a quarter.
 constexpr std::array<std::uint32_t, 3> kSamplingRates = {44100, 48000, 32000};
+
+// syncword 11 bits (the 12th is 0 in MPEG-2.5 alone), version 2, layer 2, protection_bit 1, bitrate_index 4,
+// sampling_frequency 2, padding_bit 1, private_bit 1, mode 2, mode_extension 2, copyright 1,
+// original/copy 1, emphasis 2.
 
 std::uint32_t Bits(std::uint32_t aWord, unsigned aShift, unsigned aCount) {
     return aWord >> aShift & ((1U << aCount) - 1U);

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <array>
 
+// Clauses are those of ISO/IEC 13818-2; the headers of MPEG-1 (ISO/IEC 11172-2) are the same without
+// extensions.
+
 namespace {
 
 constexpr std::uint32_t kMaxAspectRatioMPEG1 = 14;
@@ -13,11 +16,12 @@ constexpr std::uint32_t kMaxFrameRate = 8;
 constexpr std::uint32_t kBitRateUnit = 400;
 constexpr std::uint32_t kBitRateVariable = 0x3FFFF; ///< of MPEG-1; encoders of MPEG-2 write it on
 constexpr std::size_t kMatrixSize = 64;
-constexpr std::uint32_t kDelayVariable = 0xFFFF;
+constexpr std::uint32_t kVBVDelayVariable = 0xFFFF;
 
-constexpr std::uint32_t kTypePredicted = 2;
-constexpr std::uint32_t kTypeBidirectional = 3;
-constexpr std::uint32_t kTypeDCOnly = 4; ///< of MPEG-1
+// picture_coding_type (6.3.9)
+constexpr std::uint32_t kPictureP = 2;
+constexpr std::uint32_t kPictureB = 3;
+constexpr std::uint32_t kPictureD = 4; ///< of MPEG-1
 
 /// True when what is left up to the end of the unit is zero.
 bool OnlyZerosLeft(ezBitReader& aBits) {
@@ -40,6 +44,7 @@ bool Between(std::uint32_t aValue, std::uint32_t aMin, std::uint32_t aMax) {
     return aValue >= aMin && aValue <= aMax;
 }
 
+/// profile_and_level_indication (clause 8)
 bool IsLegalProfile(std::uint32_t aProfileAndLevel) {
     constexpr std::array<std::uint32_t, 5> kLevels = {2, 4, 6, 8, 10}; // high progressive down to low
     constexpr std::array<std::uint32_t, 7> kEscaped = {0x82, 0x85, 0x8A, 0x8B, 0x8D, 0x8E, 0x92};
@@ -52,6 +57,7 @@ bool IsLegalProfile(std::uint32_t aProfileAndLevel) {
 
 } // namespace
 
+/// sequence_header (6.2.2.1)
 bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, ezMPEGSequence& aSequence) {
     ezBitReader bits(aBytes, 8 * aSize);
     aSequence.mWidth = bits.Read(12);
@@ -60,10 +66,10 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
     const std::uint32_t frameRate = bits.Read(4);
     const std::uint32_t bitRate = bits.Read(18);
     const bool fMarker = bits.ReadFlag();
-    bits.Skip(10); // buffer size
-    bits.Skip(1);  // constrained parameters
-    ReadMatrix(bits);
-    ReadMatrix(bits);
+    bits.Skip(10);    // vbv_buffer_size_value
+    bits.Skip(1);     // constrained_parameters_flag
+    ReadMatrix(bits); // intra_quantiser_matrix
+    ReadMatrix(bits); // non_intra_quantiser_matrix
     bits.Require(aSequence.mWidth != 0 && aSequence.mHeight != 0 &&
                  Between(aSequence.mAspectRatio, 1, kMaxAspectRatioMPEG1) &&
                  Between(frameRate, 1, kMaxFrameRate) && bitRate != 0 && fMarker);
@@ -73,17 +79,20 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
     return OnlyZerosLeft(bits);
 }
 
+/// sequence_extension (6.2.2.3)
 bool ezMPEGSequence_ReadExtension(const unsigned char* aBytes, std::size_t aSize, ezMPEGSequence& aSequence) {
     ezBitReader bits(aBytes, 8 * aSize);
     bits.Require(bits.Read(4) == kMPEGVideo_SequenceExtension);
     bits.Require(IsLegalProfile(bits.Read(8)));
-    bits.Skip(1);                    // progressive
-    bits.Require(bits.Read(2) != 0); // chroma format
+    bits.Skip(1);                    // progressive_sequence
+    bits.Require(bits.Read(2) != 0); // chroma_format
     const std::uint32_t width = bits.Read(2);
     const std::uint32_t height = bits.Read(2);
     const std::uint64_t bitRate = bits.Read(12);
-    bits.Require(bits.ReadFlag());
-    bits.Skip(8 + 1 + 2 + 5); // buffer size, low delay, frame rate
+    bits.Require(bits.ReadFlag()); // marker_bit
+    bits.Skip(8);                  // vbv_buffer_size_extension
+    bits.Skip(1);                  // low_delay
+    bits.Skip(2 + 5);              // frame_rate_extension_n, frame_rate_extension_d
     bits.Require(Between(aSequence.mAspectRatio, 1, kMaxAspectRatioMPEG2));
     if (!OnlyZerosLeft(bits)) {
         return false;
@@ -95,44 +104,49 @@ bool ezMPEGSequence_ReadExtension(const unsigned char* aBytes, std::size_t aSize
     return true;
 }
 
+/// group_of_pictures_header (6.2.2.6)
 bool ezMPEGGroup_Read(const unsigned char* aBytes, std::size_t aSize) {
     ezBitReader bits(aBytes, 8 * aSize);
-    bits.Skip(1); // drop frame
-    bits.Require(bits.Read(5) < 24);
-    bits.Require(bits.Read(6) < 60);
-    bits.Require(bits.ReadFlag());
-    bits.Require(bits.Read(6) < 60);
-    bits.Require(bits.Read(6) < 60);
-    bits.Skip(2); // closed, broken
+    bits.Skip(1);                    // drop_frame_flag
+    bits.Require(bits.Read(5) < 24); // time_code_hours
+    bits.Require(bits.Read(6) < 60); // time_code_minutes
+    bits.Require(bits.ReadFlag());   // marker_bit
+    bits.Require(bits.Read(6) < 60); // time_code_seconds
+    bits.Require(bits.Read(6) < 60); // time_code_pictures
+    bits.Skip(1);                    // closed_gop
+    bits.Skip(1);                    // broken_link
     return OnlyZerosLeft(bits);
 }
 
+/// picture_header (6.2.3)
 bool ezMPEGPicture_ReadHeader(const unsigned char* aBytes, std::size_t aSize, bool afMPEG2,
                               ezMPEGPicture& aPicture) {
     ezBitReader bits(aBytes, 8 * aSize);
-    bits.Skip(10); // place in display order
+    bits.Skip(10); // temporal_reference
     const std::uint32_t type = bits.Read(3);
-    bits.Require(Between(type, 1, afMPEG2 ? kTypeBidirectional : kTypeDCOnly));
-    aPicture.mfVariableBitRate = bits.Read(16) == kDelayVariable;
-    const unsigned vectors = type == kTypePredicted ? 1 : type == kTypeBidirectional ? 2 : 0;
+    bits.Require(Between(type, 1, afMPEG2 ? kPictureB : kPictureD));
+    aPicture.mfVariableBitRate = bits.Read(16) == kVBVDelayVariable;
+    const unsigned vectors = type == kPictureP ? 1 : type == kPictureB ? 2 : 0;
     for (unsigned i = 0; i < vectors; ++i) {
-        const std::uint32_t code = bits.Read(4); // full pixels, and the code of the range
+        const std::uint32_t code = bits.Read(4); // full_pel_*_vector, *_f_code
         bits.Require(afMPEG2 ? code == 7 : (code & 7U) != 0);
     }
-    bits.Require(!bits.ReadFlag()); // no extra information: reserved
+    bits.Require(!bits.ReadFlag()); // extra_bit_picture: reserved
     return OnlyZerosLeft(bits);
 }
 
+/// picture_coding_extension (6.2.3.1)
 bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t aSize) {
     ezBitReader bits(aBytes, 8 * aSize);
     bits.Require(bits.Read(4) == kMPEGVideo_PictureCodingExtension);
     for (unsigned i = 0; i < 4; ++i) {
-        const std::uint32_t code = bits.Read(4);
+        const std::uint32_t code = bits.Read(4); // f_code
         bits.Require(Between(code, 1, 9) || code == 15);
     }
-    bits.Skip(2);                    // precision
-    bits.Require(bits.Read(2) != 0); // structure
-    bits.Skip(9);                    // nine flags, from the order of fields to progressive frame
-    bits.Skip(bits.ReadFlag() ? 20 : 0);
+    bits.Skip(2);                    // intra_dc_precision
+    bits.Require(bits.Read(2) != 0); // picture_structure
+    bits.Skip(9);                    // nine flags from top_field_first to progressive_frame
+    // composite_display_flag: v_axis, field_sequence, sub_carrier, burst_amplitude, sub_carrier_phase
+    bits.Skip(bits.ReadFlag() ? 1 + 3 + 1 + 7 + 8 : 0);
     return OnlyZerosLeft(bits);
 }

@@ -5,7 +5,7 @@
 /// AC-3, at full, half and quarter sampling rates; not E-AC-3, which has a parser and headers of its own.
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "AC3", kezInfo_AudioSamplingRate,
-/// kezInfo_AudioChannelCount (the low frequency channel counts) and kezInfo_AudioBitRate.
+/// kezInfo_AudioChannelCount (LFE counts) and kezInfo_AudioBitRate.
 class EZFORMATS_API AC3EltStreamParser : public FrameChainEltStreamParser {
 public:
     /// Both are owned from now on and may be null.

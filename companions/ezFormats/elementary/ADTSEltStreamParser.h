@@ -5,7 +5,7 @@
 /// AAC in ADTS frames, of MPEG-2 and MPEG-4.
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "AAC", kezInfo_AudioSamplingRate (of the
-/// core, where the upper band is coded apart), kezInfo_AudioChannelCount unless it is told within the frames
+/// core, where there is SBR), kezInfo_AudioChannelCount unless it is told within the frames
 /// only, and kezInfo_AudioBitRate kezMediaInfo_VariableRate: the headers state no rate.
 class EZFORMATS_API ADTSEltStreamParser : public FrameChainEltStreamParser {
 public:

@@ -5,8 +5,8 @@
 /// E-AC-3 (ETSI TS 102 366, annex E).
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "EAC3", kezInfo_AudioSamplingRate,
-/// kezInfo_AudioChannelCount (of the first programme without what dependent substreams add to it; the low
-/// frequency channel counts), and kezInfo_AudioBitRate where two frames of the first programme follow each
+/// kezInfo_AudioChannelCount (of the first programme without what dependent substreams add to it; LFE
+/// counts), and kezInfo_AudioBitRate where two frames of the first programme follow each
 /// other: other substreams have a rate of their own, which a frame does not tell.
 class EZFORMATS_API EAC3EltStreamParser : public FrameChainEltStreamParser {
 public:

@@ -48,7 +48,7 @@ struct FrameChainEltStreamParser::Search {
         return static_cast<std::uint16_t>(aPosition & (mPlaces.size() - 1));
     }
     Place& At(uint32 aPosition) { return mPlaces[Fold(aPosition)]; }
-    /// The position, not behind the scan, that folds to an index.
+    /// The position, not past the scan, that folds to an index.
     uint32 Unfold(std::uint16_t anIndex) const { return mScan - Fold(mScan - anIndex); }
 
     std::array<unsigned char, kWindowSize> mWindow = {};
@@ -104,7 +104,7 @@ FrameChainEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 
     if (Scan()) {
         return MSS_COMPLETED;
     }
-    // The base finds the limit reached behind a packet only; here it is reached at the same byte in any cut.
+    // The base finds the limit reached after a packet only; here it is reached at the same byte in any cut.
     if (mSearch->mConsumed >= kEltStream_SearchLimit) {
         ezLog_F(EZLOGLEVEL_DEBUG,
                 "FrameChainEltStreamParser: '%s' none of %u headers is followed by another\n", mName,
@@ -199,7 +199,7 @@ void FrameChainEltStreamParser::Expect(const Header& aHeader) {
 }
 
 /// The bytes without which no decision can fall: those of the next header that is waited for, or of a
-/// smallest frame and a header behind it.
+/// smallest frame and a header after it.
 uint32 FrameChainEltStreamParser::LeastRequest() const {
     Search& search = *mSearch;
     uint32 distance = 0;

@@ -7,15 +7,16 @@
 #include <memory>
 
 /// The base of the audio formats whose frames follow each other without a gap, each begun by a header that
-/// tells its length. A header counts when another of the same stream stands exactly one frame behind it.
+/// tells its length. A header counts when another of the same stream stands exactly one frame after it.
 ///
 /// ID3v2 tags at the start, one after the other, are stepped over, also for the look at what carries the
 /// stream: their pictures and texts are no part of the sound. A tag that claims to reach the limit is
 /// searched like all else.
 ///
-/// It searches from every byte at once: what looks like a header, and is none, delays no other. It gives up
-/// at its limit and never by content, and it skips over nothing. What lies in a transport or program stream
-/// is not taken for the stream itself. No more bytes are requested than the earliest decision can need.
+/// It searches from every byte at once: what looks like a header, and is not one, delays no other. It gives
+/// up at its limit and never by content, and it skips over nothing. What lies in a transport or program
+/// stream is not taken for the stream itself. No more bytes are requested than the earliest decision can
+/// need.
 class EZFORMATS_API FrameChainEltStreamParser : public ezElementaryStreamParser {
 public:
     ~FrameChainEltStreamParser() override;

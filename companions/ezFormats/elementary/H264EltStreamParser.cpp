@@ -11,12 +11,13 @@
 namespace {
 
 constexpr uint32 kCodeSize = 4;
-constexpr uint32 kMinSliceSize = 1; ///< three numbers of a bit each and four bits of frame number
-constexpr std::uint16_t kNoSet = 0xFFFF;
+constexpr uint32 kMinSliceSize = 1; ///< three numbers of a bit each and four bits of frame_num
+constexpr std::uint16_t kNoSPS = 0xFFFF;
 
-constexpr uint8 kForbiddenBit = 0x80;
+// The header byte of a NAL unit (7.3.1): forbidden_zero_bit, two bits nal_ref_idc, five bits nal_unit_type.
+constexpr uint8 kForbiddenZeroBit = 0x80;
 
-uint8 KindOf(uint8 aCode) {
+uint8 UnitTypeOf(uint8 aCode) {
     return aCode & 0x1FU;
 }
 
@@ -24,28 +25,28 @@ bool IsReference(uint8 aCode) {
     return (aCode & 0x60U) != 0;
 }
 
-/// Bytes that a unit still lacks.
+/// Bytes that a NAL unit still lacks.
 uint32 Missing(uint32 aSize, uint32 aPresent) {
     return aSize - std::min(aSize, aPresent);
 }
 
 } // namespace
 
-/// The sets of the stream, by their numbers.
+/// The parameter sets of the stream, by their IDs.
 struct H264EltStreamParser::Found {
-    std::vector<ezH264SequenceSet> mSequenceSets;   ///< those known, at most 32
-    std::vector<std::uint16_t> mSequenceOfPicture = ///< sequence set by picture set
-        std::vector<std::uint16_t>(kH264_PictureSetCount, kNoSet);
-    bool mfPictureSet = false; ///< there is one
-    ezH264SequenceSet mWinner;
+    std::vector<ezH264SPS> mSPSs;          ///< those known, at most 32
+    std::vector<std::uint16_t> mSPSOfPPS = ///< the ID of its SPS by that of a PPS
+        std::vector<std::uint16_t>(kH264_PPSCount, kNoSPS);
+    bool mfPPS = false; ///< there is a PPS
+    ezH264SPS mWinner;
     uint32 mRefusedCount = 0;
 
-    const ezH264SequenceSet* Find(std::uint32_t anID) const {
-        const auto found = std::find_if(mSequenceSets.begin(), mSequenceSets.end(),
-                                        [&](const ezH264SequenceSet& aSet) { return aSet.mID == anID; });
-        return found != mSequenceSets.end() ? &*found : nullptr;
+    const ezH264SPS* Find(std::uint32_t anID) const {
+        const auto found =
+            std::find_if(mSPSs.begin(), mSPSs.end(), [&](const ezH264SPS& aSet) { return aSet.mID == anID; });
+        return found != mSPSs.end() ? &*found : nullptr;
     }
-    static const ezH264SequenceSet* sFind(const void* aContext, std::uint32_t anID) {
+    static const ezH264SPS* sFind(const void* aContext, std::uint32_t anID) {
         return static_cast<const Found*>(aContext)->Find(anID);
     }
 };
@@ -65,13 +66,13 @@ uint32 H264EltStreamParser::CountRefused() const {
 }
 
 bool H264EltStreamParser::BeginUnit(uint8 aCode, Keep& aKeep) {
-    const uint8 kind = KindOf(aCode);
-    if ((aCode & kForbiddenBit) != 0) {
+    const uint8 type = UnitTypeOf(aCode);
+    if ((aCode & kForbiddenZeroBit) != 0) {
         Restart(); // what was found so far belongs to something else
-    } else if (IsReference(aCode) && (kind == kH264_SequenceSet || kind == kH264_PictureSet)) {
-        aKeep = kBytesOfNAL; // a set is always of reference
-    } else if (mFound->mfPictureSet &&
-               (kind == kH264_Slice || (kind == kH264_InstantSlice && IsReference(aCode)))) {
+    } else if (IsReference(aCode) && (type == kH264_SPS || type == kH264_PPS)) {
+        aKeep = kBytesOfNAL; // nal_ref_idc of a parameter set is not 0 (7.4.1)
+    } else if (mFound->mfPPS &&
+               (type == kH264_NonIDRSlice || (type == kH264_IDRSlice && IsReference(aCode)))) {
         aKeep = kBytesAsGrown;
     }
     return false;
@@ -79,14 +80,13 @@ bool H264EltStreamParser::BeginUnit(uint8 aCode, Keep& aKeep) {
 
 bool H264EltStreamParser::GrowUnit(const Unit& aUnit, Keep& aKeep) {
     uint32 identifier = 0;
-    ezH264SliceResult result = ezH264Slice_ReadPictureSetID(aUnit.mBytes, aUnit.mSize, identifier);
-    const ezH264SequenceSet* sequence = nullptr;
+    ezH264SliceResult result = ezH264Slice_ReadPPSID(aUnit.mBytes, aUnit.mSize, identifier);
+    const ezH264SPS* sps = nullptr;
     if (result == ezH264SliceResult::kLegal) {
-        sequence = mFound->Find(mFound->mSequenceOfPicture[identifier]);
-        result = sequence == nullptr
-                     ? ezH264SliceResult::kIllegal
-                     : ezH264Slice_Check(aUnit.mBytes, aUnit.mSize, KindOf(aUnit.mCode) == kH264_InstantSlice,
-                                         *sequence);
+        sps = mFound->Find(mFound->mSPSOfPPS[identifier]);
+        result = sps == nullptr ? ezH264SliceResult::kIllegal
+                                : ezH264Slice_Check(aUnit.mBytes, aUnit.mSize,
+                                                    UnitTypeOf(aUnit.mCode) == kH264_IDRSlice, *sps);
     }
     const bool fTooLong = result == ezH264SliceResult::kTooShort && aUnit.mSize >= kH264_MaxSliceHeaderSize;
     if (result == ezH264SliceResult::kIllegal || fTooLong || !aUnit.mfWhole) {
@@ -95,78 +95,77 @@ bool H264EltStreamParser::GrowUnit(const Unit& aUnit, Keep& aKeep) {
         return false;
     }
     if (result == ezH264SliceResult::kLegal) {
-        mFound->mWinner = *sequence;
+        mFound->mWinner = *sps;
     }
     return result == ezH264SliceResult::kLegal;
 }
 
-bool H264EltStreamParser::TakeSequenceSet(const Unit& aUnit) {
-    ezH264SequenceSet set;
-    if (!ezH264SequenceSet_Read(aUnit.mBytes, aUnit.mSize, set)) {
+bool H264EltStreamParser::TakeSPS(const Unit& aUnit) {
+    ezH264SPS sps;
+    if (!ezH264SPS_Read(aUnit.mBytes, aUnit.mSize, sps)) {
         return false;
     }
-    auto& sets = mFound->mSequenceSets;
-    const auto sameID = std::find_if(sets.begin(), sets.end(),
-                                     [&](const ezH264SequenceSet& aKnown) { return aKnown.mID == set.mID; });
-    if (sameID != sets.end()) {
-        *sameID = set;
+    auto& known = mFound->mSPSs;
+    const auto sameID = std::find_if(known.begin(), known.end(),
+                                     [&](const ezH264SPS& aKnown) { return aKnown.mID == sps.mID; });
+    if (sameID != known.end()) {
+        *sameID = sps;
     } else {
-        sets.push_back(set);
+        known.push_back(sps);
     }
     return true;
 }
 
-bool H264EltStreamParser::TakePictureSet(const Unit& aUnit) {
-    ezH264PictureSet set;
-    if (!ezH264PictureSet_Read(aUnit.mBytes, aUnit.mSize, Found::sFind, mFound.get(), set)) {
+bool H264EltStreamParser::TakePPS(const Unit& aUnit) {
+    ezH264PPS pps;
+    if (!ezH264PPS_Read(aUnit.mBytes, aUnit.mSize, Found::sFind, mFound.get(), pps)) {
         return false;
     }
-    mFound->mSequenceOfPicture[set.mID] = static_cast<std::uint16_t>(set.mSequenceSetID);
-    mFound->mfPictureSet = true;
+    mFound->mSPSOfPPS[pps.mID] = static_cast<std::uint16_t>(pps.mSPSID);
+    mFound->mfPPS = true;
     return true;
 }
 
 void H264EltStreamParser::EndUnit(const Unit& aUnit) {
-    const uint8 kind = KindOf(aUnit.mCode);
-    if (kind != kH264_SequenceSet && kind != kH264_PictureSet) {
+    const uint8 type = UnitTypeOf(aUnit.mCode);
+    if (type != kH264_SPS && type != kH264_PPS) {
         return; // a slice that ended before it told enough
     }
-    if (!aUnit.mfWhole || !(kind == kH264_SequenceSet ? TakeSequenceSet(aUnit) : TakePictureSet(aUnit))) {
+    if (!aUnit.mfWhole || !(type == kH264_SPS ? TakeSPS(aUnit) : TakePPS(aUnit))) {
         ++mFound->mRefusedCount;
     }
 }
 
 uint32 H264EltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
-    const uint8 kind = KindOf(aCode);
+    const uint8 type = UnitTypeOf(aCode);
     constexpr uint32 kSlice = kCodeSize + kMinSliceSize;
-    if (mFound->mfPictureSet) {
+    if (mFound->mfPPS) {
         // A slice that is being read may decide with its next byte.
-        const bool fSlice = aSize != UINT32_MAX && (kind == kH264_Slice || kind == kH264_InstantSlice);
+        const bool fSlice = aSize != UINT32_MAX && (type == kH264_NonIDRSlice || type == kH264_IDRSlice);
         return fSlice ? 1 : kSlice;
     }
-    if (!mFound->mSequenceSets.empty()) {
-        const bool fSet = aSize != UINT32_MAX && kind == kH264_PictureSet;
-        return (fSet ? Missing(kH264_MinPictureSetSize, aSize) : kCodeSize + kH264_MinPictureSetSize) +
-               kSlice;
+    if (!mFound->mSPSs.empty()) {
+        const bool fSet = aSize != UINT32_MAX && type == kH264_PPS;
+        return (fSet ? Missing(kH264_MinPPSSize, aSize) : kCodeSize + kH264_MinPPSSize) + kSlice;
     }
-    const bool fSet = aSize != UINT32_MAX && kind == kH264_SequenceSet;
-    return (fSet ? Missing(kH264_MinSequenceSetSize, aSize) : kCodeSize + kH264_MinSequenceSetSize) +
-           kCodeSize + kH264_MinPictureSetSize + kSlice;
+    const bool fSet = aSize != UINT32_MAX && type == kH264_SPS;
+    return (fSet ? Missing(kH264_MinSPSSize, aSize) : kCodeSize + kH264_MinSPSSize) + kCodeSize +
+           kH264_MinPPSSize + kSlice;
 }
 
 void H264EltStreamParser::Fill(ezMediaInfo& anInfo) const {
-    const ezH264SequenceSet& set = mFound->mWinner;
+    const ezH264SPS& sps = mFound->mWinner;
     // What does not fit is left out: its largest value says something else.
-    const bool fFits = set.mBitRate.mBitRate < kezMediaInfo_VariableRate;
-    const uint32 bitRate = fFits ? static_cast<uint32>(set.mBitRate.mBitRate) : 0;
+    const bool fFits = sps.mHRD.mBitRate < kezMediaInfo_VariableRate;
+    const uint32 bitRate = fFits ? static_cast<uint32>(sps.mHRD.mBitRate) : 0;
     anInfo.Set(kezInfo_HasVideoTrack, 1, true);
     anInfo.Set(kezInfo_VideoCodec, "H264", true);
-    anInfo.Set(kezInfo_PictureWidth, set.mWidth, true);
-    anInfo.Set(kezInfo_PictureHeight, set.mHeight, true);
-    if (fFits || !set.mBitRate.mfConstant) {
-        anInfo.Set(kezInfo_VideoBitRate, set.mBitRate.mfConstant ? bitRate : kezMediaInfo_VariableRate, true);
+    anInfo.Set(kezInfo_PictureWidth, sps.mWidth, true);
+    anInfo.Set(kezInfo_PictureHeight, sps.mHeight, true);
+    if (fFits || !sps.mHRD.mfConstant) {
+        anInfo.Set(kezInfo_VideoBitRate, sps.mHRD.mfConstant ? bitRate : kezMediaInfo_VariableRate, true);
     }
-    if (bitRate != 0 && !set.mBitRate.mfConstant) {
+    if (bitRate != 0 && !sps.mHRD.mfConstant) {
         anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);
     }
 }

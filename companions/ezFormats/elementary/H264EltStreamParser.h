@@ -2,13 +2,13 @@
 
 #include "ezFormats/elementary/StartCodeEltStreamParser.h"
 
-/// H.264 as a byte stream (annex B).
+/// H.264 as a byte stream (ITU-T H.264, annex B).
 ///
 /// Of its record: kezInfo_HasVideoTrack 1, kezInfo_VideoCodec "H264", kezInfo_PictureWidth and
-/// kezInfo_PictureHeight as displayed, and kezInfo_VideoBitRate: what the sequence states for a constant
-/// rate, else kezMediaInfo_VariableRate, and then kezInfo_VideoMaxBitRate where it states the highest rate. A
-/// sequence parameter set, a picture parameter set that refers to it and a slice that refers to that make a
-/// stream.
+/// kezInfo_PictureHeight after cropping, and kezInfo_VideoBitRate: what its HRD parameters state for a
+/// constant rate, else kezMediaInfo_VariableRate, and then kezInfo_VideoMaxBitRate where it states the
+/// highest rate. A sequence parameter set, a picture parameter set that refers to it and a slice that refers
+/// to that make a stream.
 class EZFORMATS_API H264EltStreamParser : public StartCodeEltStreamParser {
 public:
     /// Both are owned from now on and may be null.
@@ -28,8 +28,8 @@ protected:
 private:
     struct Found;
 
-    bool TakeSequenceSet(const Unit& aUnit);
-    bool TakePictureSet(const Unit& aUnit);
+    bool TakeSPS(const Unit& aUnit);
+    bool TakePPS(const Unit& aUnit);
 
     std::unique_ptr<Found> mFound;
 };

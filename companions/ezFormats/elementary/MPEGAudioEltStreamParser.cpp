@@ -11,9 +11,9 @@ namespace {
 
 constexpr uint32 kNowhere = 0xFFFFFFFF;
 
-constexpr uint32 kTagXing =
-    0x58696E67; ///< "Xing": variable rate; the same tag reads "Info" for a constant one
-constexpr uint32 kTagVBRI = 0x56425249; ///< "VBRI": variable rate, always 32 bytes behind the header
+constexpr uint32 kXing =
+    0x58696E67; ///< "Xing": variable rate; the same header reads "Info" for a constant one
+constexpr uint32 kVBRI = 0x56425249; ///< "VBRI": variable rate, always 32 bytes after the header
 constexpr uint32 kOffsetVBRI = kMPEGAudioHeaderSize + 32;
 
 constexpr uint32 kHashBase = 0x01000193; ///< odd, with bits far apart
@@ -38,7 +38,7 @@ struct MPEGAudioEltStreamParser::Seen {
     std::size_t mFreeNext = 0;
     uint32 mHash = 0;        ///< of all bytes so far
     uint32 mHashBefore = 0;  ///< without the latest byte
-    uint32 mXing = kNowhere; ///< where the latest tag stands
+    uint32 mXing = kNowhere; ///< where the latest such header stands
     uint32 mVBRI = kNowhere;
 
     const Free& Back(std::size_t aSteps) const {
@@ -67,8 +67,8 @@ bool MPEGAudioEltStreamParser::ReadHeader(uint32 aPosition, const unsigned char*
         uint32{aBytes[0]} << 24 | uint32{aBytes[1]} << 16 | uint32{aBytes[2]} << 8 | aBytes[3];
     mSeen->mHashBefore = mSeen->mHash;
     mSeen->mHash = mSeen->mHash * kHashBase + aBytes[0] + 1;
-    mSeen->mXing = word == kTagXing ? aPosition : mSeen->mXing;
-    mSeen->mVBRI = word == kTagVBRI ? aPosition : mSeen->mVBRI;
+    mSeen->mXing = word == kXing ? aPosition : mSeen->mXing;
+    mSeen->mVBRI = word == kVBRI ? aPosition : mSeen->mVBRI;
     ezMPEGAudioHeader header;
     if (!ezMPEGAudioHeader_Read(word, header)) {
         return false;

@@ -6,9 +6,9 @@
 ///
 /// Of its record: kezInfo_AudioTrackCount 1, kezInfo_AudioCodec "MP1", "MP2" or "MP3" by the layer,
 /// kezInfo_AudioSamplingRate, kezInfo_AudioChannelCount, and kezInfo_AudioBitRate as the frames state it:
-/// kezMediaInfo_VariableRate in free format, where two frames differ and where an encoder's tag says that it
-/// varies. Two frame headers make a stream. In free format it takes four at equal distances, and frames that
-/// differ.
+/// kezMediaInfo_VariableRate in free format, where two frames differ and where a Xing or VBRI header says
+/// that it varies. Two frame headers make a stream. In free format it takes four at equal distances, and
+/// frames that differ.
 class EZFORMATS_API MPEGAudioEltStreamParser : public FrameChainEltStreamParser {
 public:
     /// Both are owned from now on and may be null.

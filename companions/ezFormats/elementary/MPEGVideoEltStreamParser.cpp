@@ -63,7 +63,7 @@ uint32 MPEGVideoEltStreamParser::CountRefused() const {
     return mFound->mRefusedCount;
 }
 
-/// MPEG-2 has its extension right behind each header, so user data there makes MPEG-1 of a sequence.
+/// MPEG-2 has its extension right after each header, so user data there makes MPEG-1 of a sequence.
 bool MPEGVideoEltStreamParser::Found::BeginUserData() {
     if (mStage == kPicture && mfMPEG2) {
         return false;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32 kPrefixZeros = 2;
 constexpr uint32 kPrefixSize = 3;
-constexpr unsigned char kEscape = 3;     ///< stands behind two zeros that belong to the content
+constexpr unsigned char kEscape = 3;     ///< emulation_prevention_three_byte, after two zeros of the content
 constexpr unsigned char kMaxEscaped = 3; ///< and before a byte that must not follow them
 
 } // namespace
@@ -61,7 +61,7 @@ StartCodeEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 a
         }
     }
     mSearch->mConsumed += aSize;
-    // The base finds the limit reached behind a packet only; here it is reached at the same byte in any cut.
+    // The base finds the limit reached after a packet only; here it is reached at the same byte in any cut.
     if (mSearch->mConsumed >= kEltStream_SearchLimit) {
         ezLog_F(EZLOGLEVEL_DEBUG, "StartCodeEltStreamParser: '%s' no picture found, %u headers refused\n",
                 mName, CountRefused());
@@ -111,9 +111,9 @@ bool StartCodeEltStreamParser::TakeUnitByte(unsigned char aByte) {
         }
         // Content has an escape where one is needed and only there, and three zeros are its end.
         const bool fUnescaped = search.mZeros == kPrefixZeros && aByte != 0 && aByte < kEscape;
-        const bool fBehindEnd = search.mZeros > kPrefixZeros && aByte != 0;
+        const bool fPastEnd = search.mZeros > kPrefixZeros && aByte != 0;
         const bool fNeedless = search.mfEscaped && aByte > kMaxEscaped;
-        search.mfWhole = search.mfWhole && !fUnescaped && !fBehindEnd && !fNeedless;
+        search.mfWhole = search.mfWhole && !fUnescaped && !fPastEnd && !fNeedless;
         search.mfEscaped = false;
     }
     if (search.mUnit.size() < mMaxUnitSize) {

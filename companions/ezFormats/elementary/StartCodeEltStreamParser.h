@@ -19,20 +19,20 @@ public:
     parsing_status_t ContinueParsing(const unsigned char* aBuffer, uint32 aSize) override;
 
 protected:
-    /// What of a unit is kept behind its code.
+    /// What of a unit is kept after its code.
     enum Keep : int {
         kNothing,
         kBytes,       ///< as they are
-        kBytesOfNAL,  ///< without the bytes that keep start codes from being emulated
+        kBytesOfNAL,  ///< without emulation prevention bytes (ITU-T H.264, 7.4.1)
         kBytesAsGrown ///< the same, and the format is asked after every byte
     };
 
-    /// The bytes that were kept, lent.
+    /// The bytes that were kept, borrowed: they stay until the next byte is taken.
     struct Unit {
-        /// Those behind the code, as Keep has them; may be null when there are none.
+        /// Those after the code, as Keep has them; may be null when there are none.
         const unsigned char* mBytes;
         uint32 mSize; ///< bytes that were kept: no more than aMaxUnitSize
-        uint8 mCode;  ///< the byte behind 00 00 01
+        uint8 mCode;  ///< the byte after 00 00 01
         bool mfWhole; ///< nothing but zeros is missing, and no byte sequence in it is forbidden
     };
 
@@ -50,7 +50,7 @@ protected:
     /// unit is of no further interest.
     virtual bool GrowUnit(const Unit& aUnit, Keep& aKeep);
 
-    /// A unit that was kept has ended. Zeros before the next start code may still stand behind it.
+    /// A unit that was kept has ended. Zeros before the next start code may still stand after it.
     virtual void EndUnit(const Unit& aUnit) = 0;
 
     /// The least number of bytes from here to a decision, the prefix of the next start code included. aSize

@@ -8,7 +8,7 @@
 ///
 /// Packets of such a stream carry whole frames and headers in a row, so that what lies in them looks like an
 /// elementary stream. Both kinds are known by positions alone: transport packets by their sync byte at equal
-/// distances, program streams by a pack header behind which every packet ends where the next start code
+/// distances, program streams by a pack header after which every packet ends where the next start code
 /// stands. Where this order ends the answer is no again: bytes that look like it by chance cost an elementary
 /// stream nothing but the few around them.
 class ezWrapperWatch {
@@ -39,7 +39,7 @@ private:
     Comb<188> mTransport;
     Comb<192> mTimedTransport; ///< with a time stamp of four bytes before each packet
     State mState = kOutside;
-    bool mfInPack = false;   ///< behind a pack header, in order ever since
+    bool mfInPack = false;   ///< after a pack header, in order ever since
     std::uint32_t mWord = 0; ///< the last four bytes
     std::uint32_t mLeft = 0; ///< bytes up to the next start code
     std::uint32_t mZeros = 0;

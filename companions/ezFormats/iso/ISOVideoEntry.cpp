@@ -113,19 +113,19 @@ std::vector<unsigned char> Unescaped(const std::vector<unsigned char>& aUnit) {
     return bytes;
 }
 
-void TakeSequenceSet(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec) {
-    ezH264SequenceSet set;
-    if (!ezH264SequenceSet_Read(aBytes.data(), aBytes.size(), set)) {
+void TakeSPS(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec) {
+    ezH264SPS set;
+    if (!ezH264SPS_Read(aBytes.data(), aBytes.size(), set)) {
         return;
     }
     TakeH264Profile(aBytes.data(), aCodec);
     aCodec.mWidth = set.mWidth;
     aCodec.mHeight = set.mHeight;
-    aCodec.mScan = set.mfFramesOnly ? kProgressive : kInterlaced;
-    if (set.mBitRate.mBitRate < kezMediaInfo_VariableRate) {
+    aCodec.mScan = set.mfFrameMBsOnly ? kProgressive : kInterlaced;
+    if (set.mHRD.mBitRate < kezMediaInfo_VariableRate) {
         // The rate of a buffer is what it is filled with at most.
-        const auto rate = static_cast<std::uint32_t>(set.mBitRate.mBitRate);
-        TakeRates(rate, set.mBitRate.mfConstant ? rate : 0, aCodec);
+        const auto rate = static_cast<std::uint32_t>(set.mHRD.mBitRate);
+        TakeRates(rate, set.mHRD.mfConstant ? rate : 0, aCodec);
     }
 }
 
@@ -140,12 +140,12 @@ void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     const unsigned sets = aBox.ReadByte() & 0x1FU;
     const auto size = static_cast<std::size_t>(aBox.ReadBig(2));
     const unsigned unit = aBox.ReadByte();
-    if (sets == 0 || size < 2 || size > kH264_MaxParameterSetSize || (unit & 0x1FU) != kH264_SequenceSet) {
+    if (sets == 0 || size < 2 || size > kH264_MaxParameterSetSize || (unit & 0x1FU) != kH264_SPS) {
         return;
     }
     std::vector<unsigned char> bytes(size - 1);
     if (aBox.Read(bytes.data(), bytes.size())) {
-        TakeSequenceSet(Unescaped(bytes), anEntry.mCodec);
+        TakeSPS(Unescaped(bytes), anEntry.mCodec);
     }
 }
 

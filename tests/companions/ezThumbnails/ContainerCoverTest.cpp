@@ -33,11 +33,7 @@ TEST(FLACCover, ItsOwnPictureComesBeforeTheOneOfTheTag) {
     EXPECT_EQ(CoversOf(tag + Flac("")), Covers{"image/png " + Png("tag")});
 }
 
-TEST(FLACCover, FrontComesFirstAndIconsNeverCount) {
-    const std::string back = FlacPicture(4, Jpeg("back"));
-    EXPECT_EQ(CoversOf(Flac(FlacPicture(1, Png("icon")) + back + FlacPicture(3, kFront))), kFrontFound);
-    EXPECT_EQ(CoversOf(Flac(FlacPicture(2, Png("icon")) + back)), Covers{"image/jpeg " + Jpeg("back")});
-    EXPECT_EQ(CoversOf(Flac(FlacPicture(1, Png("icon")))), Covers());
+TEST(FLACCover, ALinkIsNoPicture) {
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, PictureOfFlac(3, "http://host/a.jpg", "-->")))), Covers());
 }
 
@@ -178,16 +174,6 @@ TEST(OggCover, APacketWithAMissingPageHasNoCover) {
     }
     EXPECT_EQ(CoversOf(anew), Covers());
     EXPECT_EQ(CoversOf(withoutLast), Covers());
-}
-
-TEST(OggCover, FrontComesFirstAndIconsNeverCount) {
-    const auto picture = [](unsigned aType) {
-        return PictureComment(PictureOfFlac(aType, Jpeg("type " + std::to_string(aType))));
-    };
-    EXPECT_EQ(CoversOf(Vorbis({picture(1), picture(4), picture(3), picture(0)})),
-              Covers{"image/jpeg " + Jpeg("type 3")});
-    EXPECT_EQ(CoversOf(Vorbis({picture(2), picture(5), picture(0)})), Covers{"image/jpeg " + Jpeg("type 5")});
-    EXPECT_EQ(CoversOf(Vorbis({picture(1), picture(2)})), Covers());
 }
 
 TEST(OggCover, SizesThatLieAreRefused) {

@@ -25,25 +25,6 @@ TEST(ID3Cover, SizesAboveOneByteAreReadTheWayOfTheVersion) {
     EXPECT_EQ(CoversOf(ID3(4, 0, Frame24("APIC", Apic(3, picture)))), found);
 }
 
-TEST(ID3Cover, FrontComesBeforeAllOthersAndIconsNeverCount) {
-    const auto tag = [](const std::vector<unsigned>& aTypes) {
-        std::string frames;
-        for (const unsigned type : aTypes) {
-            frames += Frame23("APIC", Apic(type, Jpeg("type " + std::to_string(type))));
-        }
-        return ID3(3, 0, frames + std::string(20, '\0'));
-    };
-    const auto found = [](unsigned aType) {
-        return Covers{"image/jpeg " + Jpeg("type " + std::to_string(aType))};
-    };
-    EXPECT_EQ(CoversOf(tag({4, 3})), found(3));
-    EXPECT_EQ(CoversOf(tag({3, 4})), found(3));
-    EXPECT_EQ(CoversOf(tag({1, 2, 8, 0})), found(8));
-    EXPECT_EQ(CoversOf(tag({0, 8})), found(0));
-    EXPECT_EQ(CoversOf(tag({1, 2})), Covers());
-    EXPECT_EQ(CoversOf(tag({255})), found(255));
-}
-
 TEST(ID3Cover, UnsynchronisationIsTakenBack) {
     // Of the tag as a whole: the size of a frame is the one without stuffing, that of the tag the one with
     // it.

@@ -64,7 +64,7 @@ constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
 
 } // namespace
 
-TEST(MPEGAudioDamage, AnUnknownSizeLeavesOutWhatTheEndTells) {
+TEST(MPEGAudioCosts, AnUnknownSizeLeavesOutWhatTheEndTells) {
     Delivery delivery;
     delivery.mfSizeKnown = false;
     for (const std::size_t most : {std::size_t{1}, std::size_t{1000}, Delivery::kNever}) {
@@ -80,7 +80,7 @@ TEST(MPEGAudioDamage, AnUnknownSizeLeavesOutWhatTheEndTells) {
     }
 }
 
-TEST(MPEGAudioDamage, AUsualFileCostsFewReads) {
+TEST(MPEGAudioCosts, AUsualFileCostsFewReads) {
     const auto costs = [](const std::string& aFile) {
         AwkwardStream stream(aFile, Delivery(), "/media/song.mp3");
         MPEGAudioParser parser;
@@ -98,7 +98,7 @@ TEST(MPEGAudioDamage, AUsualFileCostsFewReads) {
     EXPECT_EQ(costs(Frames(kMP2, 576, 9000)), "3 41408");
 }
 
-TEST(MPEGAudioDamage, FourGiBCostNoMore) {
+TEST(MPEGAudioCosts, FourGiBCostNoMore) {
     const std::string tag = ID3(3, 0, Frame23("TIT2", "\0Title"s));
     SparseStream stream(
         4 * kGiB + 5,
@@ -112,7 +112,7 @@ TEST(MPEGAudioDamage, FourGiBCostNoMore) {
     EXPECT_LE(stream.mBytes, 100000U);
 }
 
-TEST(MPEGAudioDamage, SizesNearTheLimitOfTheirNumbersAreRead) {
+TEST(MPEGAudioCosts, SizesNearTheLimitOfTheirNumbersAreRead) {
     for (const std::uint64_t size : {UINT64_MAX - 1, UINT64_MAX, std::uint64_t{1} << 63}) {
         SparseStream stream(size, {{0, CountFrame("Xing", Fields(0xFFFFFFFF, 0xFFFFFFFF)) + Song(60)}});
         MPEGAudioParser parser;

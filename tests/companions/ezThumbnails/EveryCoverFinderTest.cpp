@@ -2,7 +2,11 @@
 
 #include "support/ZlibBytes.h"
 
+// What holds of every finder of covers.
+
 namespace {
+
+constexpr CoverFinder kFinders[] = {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover};
 
 struct Sample {
     const char* mName;
@@ -67,7 +71,7 @@ void ExpectWithin(const Cover& aCover, std::size_t aFileSize) {
 
 } // namespace
 
-TEST(CoverDamage, WhatIsWholeHasACoverAndWhatIsCutAnywhereHasNone) {
+TEST(EveryCoverFinder, WhatIsWholeHasACoverAndWhatIsCutAnywhereHasNone) {
     for (const Sample& sample : Samples()) {
         EXPECT_TRUE(FindCover(sample.mFinder, sample.mBytes).IsFound()) << sample.mName;
         for (std::size_t length = 0; length < sample.mBytes.size(); ++length) {
@@ -77,7 +81,7 @@ TEST(CoverDamage, WhatIsWholeHasACoverAndWhatIsCutAnywhereHasNone) {
     }
 }
 
-TEST(CoverDamage, EveryBitFlippedLeavesTheCoverWithinTheFile) {
+TEST(EveryCoverFinder, EveryBitFlippedLeavesTheCoverWithinTheFile) {
     for (const Sample& sample : Samples()) {
         for (std::size_t bit = 0; bit < sample.mBytes.size() * 8; ++bit) {
             std::string bytes = sample.mBytes;
@@ -88,7 +92,7 @@ TEST(CoverDamage, EveryBitFlippedLeavesTheCoverWithinTheFile) {
     }
 }
 
-TEST(CoverDamage, EveryByteFlippedIsReadToAnEnd) {
+TEST(EveryCoverFinder, EveryByteFlippedIsReadToAnEnd) {
     for (const Sample& sample : Samples()) {
         for (std::size_t i = 0; i < sample.mBytes.size(); ++i) {
             std::string bytes = sample.mBytes;
@@ -103,23 +107,57 @@ TEST(CoverDamage, EveryByteFlippedIsReadToAnEnd) {
     }
 }
 
-TEST(CoverDamage, TheSameBytesInEveryFinderAreOnlyOnesCover) {
-    const CoverFinder finders[] = {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover};
+TEST(EveryCoverFinder, TheSameBytesInEveryFinderAreOnlyOnesCover) {
     for (const Sample& sample : Samples()) {
-        for (const CoverFinder finder : finders) {
+        for (const CoverFinder finder : kFinders) {
             EXPECT_EQ(FindCover(finder, sample.mBytes).IsFound(), finder == sample.mFinder) << sample.mName;
         }
     }
 }
 
-TEST(CoverDamage, AStreamThatIsNotOpenHasNoCover) {
-    for (const CoverFinder finder : {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover}) {
+TEST(EveryCoverFinder, FrontComesFirstAndIconsNeverCount) {
+    const auto picture = [](unsigned aType) { return Jpeg("type " + std::to_string(aType)); };
+    // MP4 has no types: its first picture is the cover.
+    const std::vector<std::string (*)(unsigned, const std::string&)> parts = {
+        [](unsigned aType, const std::string& aPicture) { return Frame23("APIC", Apic(aType, aPicture)); },
+        [](unsigned aType, const std::string& aPicture) {
+            return FlacBlock(6, PictureOfFlac(aType, aPicture));
+        },
+        [](unsigned aType, const std::string& aPicture) {
+            const std::string comment = PictureComment(PictureOfFlac(aType, aPicture));
+            return Little(comment.size()) + comment;
+        }};
+    const auto file = [](std::size_t aKind, const std::string& aParts, std::size_t aCount) {
+        const std::string comments = Little(6) + "writer" + Little(aCount) + aParts;
+        return aKind == 0   ? ID3(3, 0, aParts + std::string(20, '\0'))
+               : aKind == 1 ? Flac(aParts)
+                            : VorbisHead(7) + OggPage(7, 0, "\x03vorbis" + comments, true);
+    };
+    // The types of the pictures, and that of the cover; 1, an icon, for none.
+    const std::vector<std::pair<std::vector<unsigned>, unsigned>> cases = {
+        {{4, 3}, 3},       {{3, 4}, 3}, {{1, 4, 3}, 3}, {{1, 4, 3, 0}, 3}, {{2, 4}, 4}, {{2, 5, 0}, 5},
+        {{1, 2, 8, 0}, 8}, {{0, 8}, 0}, {{255}, 255},   {{1}, 1},          {{1, 2}, 1}};
+    for (std::size_t kind = 0; kind < parts.size(); ++kind) {
+        for (const auto& [types, found] : cases) {
+            std::string all;
+            for (const unsigned type : types) {
+                all += parts[kind](type, picture(type));
+            }
+            EXPECT_EQ(CoversOf(file(kind, all, types.size())),
+                      found == 1 ? Covers() : Covers{"image/jpeg " + picture(found)})
+                << kind << " " << found;
+        }
+    }
+}
+
+TEST(EveryCoverFinder, AStreamThatIsNotOpenHasNoCover) {
+    for (const CoverFinder finder : kFinders) {
         const ezStreamOwner stream = MemoryFile("");
         EXPECT_FALSE(finder(*stream).IsFound());
     }
 }
 
-TEST(CoverDamage, LookingReadsABoundedPartOfTheFile) {
+TEST(EveryCoverFinder, LookingReadsABoundedPartOfTheFile) {
     // Unsynchronisation makes every byte be read: a frame of more than that is not stepped over.
     const std::string frame = Frame23("APIC", Apic(3, Jpeg("front")));
     const std::string small = Frame23("PRIV", std::string(1024 * 1024, 'p'));

@@ -243,6 +243,9 @@ TYPED_TEST(EveryFormat, FileOfItIsReadAndAnnounced) {
 }
 
 TYPED_TEST(EveryFormat, FileThatIsBuiltToCostTheMostStaysWithinTheBudget) {
+    EXPECT_EQ(this->Format().mBudget.mReads, this->Own().mBudget.mReads);
+    EXPECT_EQ(this->Format().mBudget.mBytes, this->Own().mBudget.mBytes);
+    EXPECT_FALSE(this->Own().mCostly().empty());
     for (const std::string& bytes : this->Own().mCostly()) {
         this->ExpectInOrder(this->Parse(bytes));
     }

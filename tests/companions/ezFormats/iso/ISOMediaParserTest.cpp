@@ -48,7 +48,7 @@ std::vector<std::string> CostlyFiles() {
             FileType() + Movie({EmptyTrack()}, Extends()) + scattered + Fragment(1, 1)};
 }
 
-const FormatFiles kFiles("mp4", {}, UsualFiles, CostlyFiles);
+const FormatFiles kFiles("mp4", {96, 1U << 20}, {}, UsualFiles, CostlyFiles);
 
 } // namespace
 

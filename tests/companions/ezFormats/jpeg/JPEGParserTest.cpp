@@ -66,7 +66,7 @@ std::vector<std::string> CostlyFiles() {
     return {JPEG({}, std::string(4096, '-') + Times(20, kEntries) + Times(300, Padding(65533)))};
 }
 
-const FormatFiles kFiles("jpg", {"wi", "cd", "cr", "pr"}, UsualFiles, CostlyFiles);
+const FormatFiles kFiles("jpg", {192, 1U << 20}, {"wi", "cd", "cr", "pr"}, UsualFiles, CostlyFiles);
 
 } // namespace
 

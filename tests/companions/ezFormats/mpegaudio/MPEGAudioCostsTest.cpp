@@ -58,7 +58,7 @@ std::vector<std::string> CostlyFiles() {
             tags.substr(0, 7 * 40030) + ID3(3, 0x80, frames) + "j" + uneven + APE2(items)};
 }
 
-const FormatFiles kFiles("mp3", {"ca", "sf", "ac", "ta"}, SmallFiles, CostlyFiles);
+const FormatFiles kFiles("mp3", {32, 512U << 10}, {"ca", "sf", "ac", "ta"}, SmallFiles, CostlyFiles);
 
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30;
 

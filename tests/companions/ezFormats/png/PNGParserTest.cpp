@@ -41,7 +41,7 @@ std::vector<std::string> CostlyFiles() {
     return {PNG({}, distant), PNG({}, kEntries + distant)};
 }
 
-const FormatFiles kFiles("png", {"wi", "he", "cd", "cr", "pr"}, UsualFiles, CostlyFiles);
+const FormatFiles kFiles("png", {64, 384U << 10}, {"wi", "he", "cd", "cr", "pr"}, UsualFiles, CostlyFiles);
 
 } // namespace
 

@@ -2,15 +2,19 @@
 
 #include "support/WholeFile.h"
 
+#include "ez/FileMediaParserStream.h"
+
 #include "bench/Require.h"
 #include "companions/ezFormats/iso/ISOBytes.h"
-#include "ezFormats/iso/ISOMediaParser.h"
-#include "ezFormats/jpeg/JPEGParser.h"
-#include "ezFormats/mpegaudio/MPEGAudioParser.h"
-#include "ezFormats/png/PNGParser.h"
+#include "ezFormats/detail/Formats.h"
+#include "ezPlatform/media/MediaInfo.h"
 #include "support/Folders.h"
 
+#include <algorithm>
+#include <array>
+#include <filesystem>
 #include <fstream>
+#include <type_traits>
 
 namespace {
 
@@ -70,19 +74,75 @@ std::vector<FormatFile> ISOMediaFiles() {
             {"film, movie last", "mp4", film.mStart + hole + film.mMovie}};
 }
 
+/// The samples that a parser knows under the extensions of its format.
+std::vector<FormatFile> SamplesOf(const FormatDescription& aFormat, ezMediaParser& aParser) {
+    std::vector<FormatFile> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(EZ_SAMPLES)) {
+        const std::string extension = entry.path().extension().string();
+        const bool fListed = std::any_of(
+            aFormat.mLines.begin(), aFormat.mLines.end(), [&extension](const MediaTypesLine& aLine) {
+                return std::any_of(
+                    aLine.mExtensions.begin(), aLine.mExtensions.end(),
+                    [&extension](const char* aListed) { return extension == std::string(".") + aListed; });
+            });
+        ezFileMediaParserStream stream(ezCString(entry.path().c_str()));
+        if (fListed && stream.Open() && std::unique_ptr<ezMediaInfo>(aParser.Parse(stream)) != nullptr) {
+            const std::string name = entry.path().lexically_relative(EZ_SAMPLES).string();
+            files.push_back(SampleFile(name, extension.substr(1)));
+        }
+    }
+    Require(!files.empty(), "a format has a sample");
+    return files;
+}
+
+/// Files of a format as homes have them: of the samples, and some that are larger than samples can be; and
+/// bounds of its own.
+struct KnownFamily {
+    const char* mType;
+    const char* mKey;
+    const char* mName;
+    std::vector<FormatFile> (*mFiles)();
+    double mReads;
+    double mBytes;
+    double mSeeks;
+    double mAllocations;
+};
+constexpr std::array<KnownFamily, 4> kKnown = {
+    {{"mp3", "mpeg-audio", "MPEG audio", MPEGAudioFiles, 2.25, 26624, 1, 22.25},
+     {"jpg", "jpeg", "JPEG", JPEGFiles, 1.34, 10240, 0.34, 16},
+     {"png", "png", "PNG", PNGFiles, 1.34, 8192, 0.34, 16},
+     {"mp4", "iso-media", "ISO media", ISOMediaFiles, 1.25, 9216, 0.25, 17.5}}};
+
+/// Of a format without a row of its own the samples are measured, and the bounds are those of any small file:
+/// its start, its end, and a few facts.
 template <typename Parser>
-std::unique_ptr<ezMediaParser> Make() {
-    return std::make_unique<Parser>();
+FormatFamily FamilyOf() {
+    const FormatDescription& format = Parser::kDescription;
+    const std::string type = format.mType;
+    const auto parser = [] { return std::make_unique<Parser>(); };
+    const auto* const known = std::find_if(
+        kKnown.begin(), kKnown.end(), [&type](const KnownFamily& aFamily) { return aFamily.mType == type; });
+    if (known != kKnown.end()) {
+        return {known->mKey,   known->mName,  known->mFiles, parser,
+                known->mReads, known->mBytes, known->mSeeks, known->mAllocations};
+    }
+    const auto files = [&format] {
+        Parser own;
+        return SamplesOf(format, own);
+    };
+    return {type, type, files, parser, 2, 24576, 1, 20};
 }
 
 } // namespace
 
 const std::vector<FormatFamily>& FormatFiles_Families() {
-    static const std::vector<FormatFamily> kFamilies = {
-        {"mpeg-audio", "MPEG audio", MPEGAudioFiles, Make<MPEGAudioParser>, 2.25, 26624, 1, 22.25},
-        {"jpeg", "JPEG", JPEGFiles, Make<JPEGParser>, 1.34, 10240, 0.34, 16},
-        {"png", "PNG", PNGFiles, Make<PNGParser>, 1.34, 8192, 0.34, 16},
-        {"iso-media", "ISO media", ISOMediaFiles, Make<ISOMediaParser>, 1.25, 9216, 0.25, 17.5}};
+    static const std::vector<FormatFamily> kFamilies = [] {
+        std::vector<FormatFamily> families;
+        AllFormats::ForEach([&families](auto* aNull) {
+            families.push_back(FamilyOf<std::remove_pointer_t<decltype(aNull)>>());
+        });
+        return families;
+    }();
     return kFamilies;
 }
 

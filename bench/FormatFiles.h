@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,17 +19,17 @@ struct FormatFile {
 
 /// A format, files of it, and what one of them may cost a host in the mean.
 struct FormatFamily {
-    const char* mKey; ///< of its lines in the list of budgets
-    const char* mName;
-    std::vector<FormatFile> (*mFiles)(); ///< of the samples, and some that are larger than samples can be
-    std::unique_ptr<ezMediaParser> (*mParser)();
+    std::string mKey; ///< of its lines in the list of budgets
+    std::string mName;
+    std::function<std::vector<FormatFile>()> mFiles;
+    std::function<std::unique_ptr<ezMediaParser>()> mParser;
     double mReads;
     double mBytes; ///< that are read
     double mSeeks; ///< from the end of one read to the start of the next
     double mAllocations;
 };
 
-/// All formats that are measured, one a line.
+/// All formats, in the order of their list.
 const std::vector<FormatFamily>& FormatFiles_Families();
 
 /// A film whose media are a hole between its start and its movie.

@@ -154,7 +154,7 @@ void CountFiles(const FormatFamily& aFamily, const Shelf& aShelf, Pass aPass) {
     const std::size_t allocations = Allocations_Count() - before;
     const CountedSystem::Counts& counts = system.GetCounts();
     const auto note = [&](const char* aWhat, std::size_t aCount, double aBound) {
-        NoteCount(std::string(aFamily.mName) + ", " + aWhat + " a file",
+        NoteCount(aFamily.mName + ", " + aWhat + " a file",
                   static_cast<double>(aCount) / static_cast<double>(aShelf.GetCount()), aBound);
     };
     note("stat, open, fstat, close", counts.mStat + counts.mOpen + counts.mFStat + counts.mClose, 4);

@@ -59,7 +59,6 @@ ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 # What every parser of files stands on.
 set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/BudgetedBytes.cpp ${BYTES}/ByteReader.cpp
     ${BYTES}/ByteSource.cpp)
-ez_add_door(ezFormats_inside format_magic ${FORMATS}/detail/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${FILES})
 
 # ez_find_sources(<variable> <folder>): the sources of a format's folder, and those of the codecs and of bytes that they
 # include. What these include in turn is another door's.
@@ -80,13 +79,19 @@ function(ez_find_sources VARIABLE FOLDER)
     set(${VARIABLE} ${FOUND} PARENT_SCOPE)
 endfunction()
 
-# A door for each folder of the list of formats, and of what it is about beside what it includes.
+# A door for each folder of the list of formats: MORE_ is what it is about beside that, LESS_ what it only makes use of.
 set(MORE_mpegaudio ${FORMATS}/tags/*.cpp ${FORMATS}/elementary/WrapperWatch.cpp ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
+set(LESS_mpegaudio ${BYTES}/CodePage.cpp ${BYTES}/LeadingTag.cpp)
+set(MAGICS)
 get_property(FOLDERS GLOBAL PROPERTY EZ_FORMAT_FOLDERS)
 foreach(FOLDER ${FOLDERS})
     ez_find_sources(FORMAT_SOURCES ${FORMATS}/${FOLDER})
+    list(REMOVE_ITEM FORMAT_SOURCES ${LESS_${FOLDER}})
     ez_add_door(ezFormats_inside format_${FOLDER} ${FORMAT_SOURCES} ${FILES} ${MORE_${FOLDER}})
+    list(APPEND MAGICS ${FORMATS}/${FOLDER}/*Parser.cpp)
 endforeach()
+ez_add_door(ezFormats_inside format_magic
+    ${FORMATS}/detail/MagicParser.cpp ${FORMATS}/detail/FormatMagic.cpp ${MAGICS} ${FILES})
 ez_add_door(ezFormats_inside profile_rules
     ${FORMATS}/ProfileRules.cpp ${FORMATS}/rules/ProfileRule*.cpp ${FORMATS}/rules/ProfileNames.cpp)
 

@@ -45,7 +45,7 @@ void PrintFormats() {
             const std::string name = "file-" + std::to_string(1000 + paths.size()) + "." + file.mExtension;
             paths.emplace_back(folder.Write(name, file.mBytes).c_str());
         }
-        const std::string key = std::string("format.") + family.mKey;
+        const std::string key = "format." + family.mKey;
         Instructions_PrintOf(key, paths.size(), [&] {
             for (const ezCString& path : paths) {
                 host.Parse(path);

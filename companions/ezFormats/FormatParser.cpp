@@ -4,8 +4,6 @@
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/MediaBytes.h"
 
-#include "ezBytes/CodePage.h"
-
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
@@ -106,10 +104,6 @@ ezCString FormatParser::GetDLNAInfo() {
         types.append(types.empty() ? "" : ",").append(type);
     }
     return mRules->GetProfileInfo(types);
-}
-
-bool FormatParser::IsTextCodePageKnown() const {
-    return CodePage::IsKnown(GetTextCodePage());
 }
 
 const char* FormatParser::GetTextCodePage() const {

@@ -49,8 +49,8 @@ public:
     /// The profiles that the rules can give, and the MIME types alone.
     ezCString GetDLNAInfo() final;
 
-    /// False where kProperty_TextCodePage names a code page that this system does not know.
-    bool IsTextCodePageKnown() const;
+    /// The environment's kProperty_TextCodePage; "" without one.
+    const char* GetTextCodePage() const;
 
 protected:
     /// @param aDescription  of the format; must live as long as the parser
@@ -72,9 +72,6 @@ protected:
     /// Refuses a media of which a reading did not get so far, because it ends, because the budget does, or by
     /// an error of the stream. Always false.
     bool RefuseCut(const MediaBytes& aBytes, const char* aBefore) const;
-
-    /// The environment's kProperty_TextCodePage; "" without one.
-    const char* GetTextCodePage() const;
 
 private:
     bool IsOurs(const ezCString& aMimeType) const;

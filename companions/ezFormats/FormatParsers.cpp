@@ -17,7 +17,7 @@ void RegisterFormatParsers(ezMediaParserManager& aManager, std::shared_ptr<const
     AllFormats::ForEach([&](auto* aNull) {
         auto* const parser = new std::remove_pointer_t<decltype(aNull)>(rules);
         aManager.Add(parser);
-        fCodePageKnown = parser->IsTextCodePageKnown(); // all have the manager's environment
+        fCodePageKnown = CodePage::IsKnown(parser->GetTextCodePage()); // the same of all
     });
     aManager.Add(new MagicParser);
     if (!fCodePageKnown) {

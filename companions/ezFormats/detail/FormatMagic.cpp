@@ -4,26 +4,31 @@
 #include "ezBytes/LeadingTag.h"
 #include "ezFormats/detail/Formats.h"
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 
 namespace {
 
-constexpr std::size_t CountAfterTags() {
+constexpr std::size_t CountMagics() {
     std::size_t count = 0;
     for (const FormatDescription* const format : AllFormats::kDescriptions) {
-        count += format->mMagic.mfAfterTags ? 1 : 0;
+        count += format->mMagic.mIsAt != nullptr ? 1 : 0;
     }
     return count;
 }
 
-/// The formats, those last that may stand after tags: of a file without a tag they are asked after all that
-/// begin with a word of their own.
-constexpr std::array<const FormatDescription*, AllFormats::kCount> InOrder() {
-    std::array<const FormatDescription*, AllFormats::kCount> formats = {};
-    std::size_t plain = 0;
-    std::size_t afterTags = AllFormats::kCount - CountAfterTags();
-    for (const FormatDescription* const format : AllFormats::kDescriptions) {
-        formats[format->mMagic.mfAfterTags ? afterTags++ : plain++] = format;
+/// The formats with a magic, those last that may stand after tags: these are asked after all that begin with
+/// a word of their own.
+constexpr std::array<const FormatDescription*, CountMagics()> InOrder() {
+    std::array<const FormatDescription*, CountMagics()> formats = {};
+    std::size_t count = 0;
+    for (const bool fAfterTags : {false, true}) {
+        for (const FormatDescription* const format : AllFormats::kDescriptions) {
+            if (format->mMagic.mIsAt != nullptr && format->mMagic.mfAfterTags == fAfterTags) {
+                formats[count++] = format;
+            }
+        }
     }
     return formats;
 }
@@ -37,7 +42,7 @@ const char* FormatMagic_Find(ByteSource& aBytes) {
     place.Skip(start);
     for (const FormatDescription* const format : kFormats) {
         const FormatMagic& magic = format->mMagic;
-        if (magic.mIsAt != nullptr && (start == 0 || magic.mfAfterTags) && magic.mIsAt(place)) {
+        if ((start == 0 || magic.mfAfterTags) && magic.mIsAt(place)) {
             return format->mType;
         }
     }

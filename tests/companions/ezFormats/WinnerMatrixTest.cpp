@@ -12,11 +12,17 @@
 
 namespace {
 
-/// One extension of every entry of the media types file that names a type with a parser, then some without.
-std::vector<std::string> Extensions() {
-    return {"mp3", "mp2", "mpa", "jpg", "jpeg", "mpo", "png", "apng", "mp4", "m4a", "m4v",     "mov",
-            "3gp", "3g2", "aac", "wav", "flac", "ogg", "wma", "avi",  "mkv", "ts",  "gif",     "txt",
-            "pcm", "ac3", "mpg", "wmv", "m3u8", "jp2", "tif", "heic", "m4b", "f4v", "unheard", ""};
+/// One extension of each line that leads to a parser, and some others, most of them without one.
+std::set<std::string> Extensions() {
+    std::set<std::string> extensions = {"mpa", "jpeg", "apng", "aac", "wav",  "flac",    "ogg", "wma",
+                                        "avi", "mkv",  "ts",   "gif", "txt",  "pcm",     "ac3", "mpg",
+                                        "wmv", "m3u8", "jp2",  "tif", "heic", "unheard", ""};
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        for (const MediaTypesLine& line : format->mLines) {
+            extensions.insert(*line.mExtensions.begin());
+        }
+    }
+    return extensions;
 }
 
 std::string Named(const std::string& anExtension) {

@@ -158,3 +158,27 @@ TEST(Formats, EachFolderWithAParserOfFilesIsInTheList) {
     }
     EXPECT_EQ(found, listed);
 }
+
+TEST(Formats, EachIsNamedWhereTheGuideSaysAndNowhereElse) {
+    const std::filesystem::path root = EZ_SAMPLES "/..";
+    std::map<std::string, std::set<std::string>> named; // by the header, the files that include it
+    for (const char* const folder : {"companions", "fuzz", "ezParsersFramework", "tools"}) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {
+            const bool fSource = entry.path().extension() == ".h" || entry.path().extension() == ".cpp";
+            const std::string text = fSource ? ReadWholeFile(entry.path()) : "";
+#define EZ_NOTE(FOLDER, PARSER)                                                                              \
+    if (text.find("#include \"ezFormats/" #FOLDER "/" #PARSER ".h\"") != std::string::npos) {                \
+        named[#FOLDER "/" #PARSER].insert(entry.path().lexically_relative(root).string());                   \
+    }
+            EZ_FORMATS(EZ_NOTE)
+#undef EZ_NOTE
+        }
+    }
+#define EZ_EXPECT(FOLDER, PARSER)                                                                            \
+    EXPECT_EQ(named[#FOLDER "/" #PARSER],                                                                    \
+              (std::set<std::string>{"companions/ezFormats/" #FOLDER "/" #PARSER ".cpp",                     \
+                                     "fuzz/fuzz_format_" #FOLDER ".cpp"}));                                  \
+    EXPECT_TRUE(std::filesystem::exists(root / "tests/companions/ezFormats/" #FOLDER));
+    EZ_FORMATS(EZ_EXPECT)
+#undef EZ_EXPECT
+}

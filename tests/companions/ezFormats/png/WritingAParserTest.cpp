@@ -19,10 +19,12 @@ const std::string kGuide = Source("docs/adding-a-parser.md");
 } // namespace
 
 TEST(WritingAParser, GuideShowsCodeAsItIs) {
-    const std::vector<std::string> sources = {
-        Source("companions/ezFormats/png/PNGParser.h"), Source("companions/ezFormats/png/PNGParser.cpp"),
-        Source("companions/ezFormats/png/PNGLimits.h"), Source("companions/ezFormats/FormatParsers.h"),
-        Source("tests/companions/ezFormats/png/PNGParserTest.cpp")};
+    const std::vector<std::string> sources = {Source("companions/ezFormats/png/PNGParser.h"),
+                                              Source("companions/ezFormats/png/PNGParser.cpp"),
+                                              Source("companions/ezFormats/png/PNGLimits.h"),
+                                              Source("companions/ezFormats/FormatParsers.h"),
+                                              Source("fuzz/fuzz_format_png.cpp"),
+                                              Source("tests/companions/ezFormats/png/PNGParserTest.cpp")};
     const std::vector<std::string> blocks = GuideBlocks(kGuide, "cpp");
     for (const std::string& block : blocks) {
         EXPECT_EQ(CountOfTextsWith(sources, block), 1U) << block;

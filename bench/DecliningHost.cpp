@@ -36,12 +36,12 @@ protected:
 } // namespace
 
 DecliningHost::DecliningHost(std::size_t aParserCount)
-    : mParserCount(aParserCount), mEnvironment(ezPropertyList_New()), mStream(new EmptyStream) {
+    : mParserCount(aParserCount), mStream(new EmptyStream) {
     // Without a class: no record is made of the entry, so that the request ends with the parsers.
-    mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\nclip=clip@video/mpeg\n");
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", mFolder.GetPath().c_str());
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", mFolder.GetPath().c_str());
-    mManager = std::make_unique<ezMediaParserManager>(mEnvironment);
+    mFolder.Write(kezMediaTypesFileName, "[MimeTypes]\nclip=clip@video/mpeg\n");
+    mEnvironment.Set(kProperty_ReadOnlyConfigPath, mFolder.GetPath());
+    mEnvironment.Set(kProperty_ReadWriteConfigPath, mFolder.GetPath());
+    mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
     mManager->AddStandardParsers(kParseOption_Default);
     for (std::size_t i = 0; i < aParserCount; ++i) {
         mManager->Add(new DecliningParser(mTries));
@@ -50,7 +50,6 @@ DecliningHost::DecliningHost(std::size_t aParserCount)
 
 DecliningHost::~DecliningHost() {
     mManager.reset();
-    ezPropertyList_Delete(mEnvironment);
 }
 
 void DecliningHost::Request() {

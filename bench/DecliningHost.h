@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ez/Environment.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstddef>
@@ -23,7 +23,7 @@ private:
     TemporaryFolder mFolder;
     std::size_t mParserCount;
     std::size_t mTries = 0;
-    ezPropertyList* mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
     std::unique_ptr<ezMediaParserStream> mStream; ///< of media without content
 };

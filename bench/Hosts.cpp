@@ -6,10 +6,9 @@
 #include "ezFormats/FormatParsers.h"
 #include "ezPlatform/media/MediaInfo.h"
 
-BenchHost::BenchHost(const ezCString& aConfig, Parsers aParsers) : mEnvironment(ezPropertyList_New()) {
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", aConfig.c_str());
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", aConfig.c_str());
-    mManager = std::make_unique<ezMediaParserManager>(mEnvironment);
+BenchHost::BenchHost(const ezCString& aConfig, Parsers aParsers)
+    : mEnvironment(aConfig.View(), aConfig.View()) {
+    mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
     mManager->AddStandardParsers(kParseOption_Default);
     if (aParsers == Parsers::Formats) {
         RegisterFormatParsers(*mManager);
@@ -18,7 +17,6 @@ BenchHost::BenchHost(const ezCString& aConfig, Parsers aParsers) : mEnvironment(
 
 BenchHost::~BenchHost() {
     mManager.reset();
-    ezPropertyList_Delete(mEnvironment);
 }
 
 void BenchHost::Parse(const ezCString& aPath) const {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ez/Environment.h"
 #include "ez/MediaParserManager.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/text/CString.h"
 
 #include <memory>
@@ -22,6 +22,6 @@ public:
     void Parse(const ezCString& aPath) const;
 
 private:
-    ezPropertyList* mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
 };

@@ -4,9 +4,9 @@
 #include "bench/Measure.h"
 #include "bench/ProbingParser.h"
 
+#include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/TemporaryFolder.h"
 
@@ -26,25 +26,24 @@ constexpr std::size_t kFileSize = 16384; // above what a stream keeps
 /// A folder of distinct files and a host that identifies them.
 class Scene {
 public:
-    Scene() : mEnvironment(ezPropertyList_New()) {
-        mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\nclip=clip@video/mpeg@item.videoItem\n");
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", mFolder.GetPath().c_str());
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", mFolder.GetPath().c_str());
+    Scene() {
+        mFolder.Write(kezMediaTypesFileName, "[MimeTypes]\nclip=clip@video/mpeg@item.videoItem\n");
+        mEnvironment.Set(kProperty_ReadOnlyConfigPath, mFolder.GetPath());
+        mEnvironment.Set(kProperty_ReadWriteConfigPath, mFolder.GetPath());
         for (std::size_t i = 0; i < kFileCount; ++i) {
             const std::string name = "clip-" + std::to_string(1000 + i) + ".clip";
             mPaths.emplace_back(mFolder.Write(name, std::string(kFileSize, ProbingParser::kMark)).c_str());
         }
-        mByContent = std::make_unique<ezMediaParserManager>(mEnvironment);
+        mByContent = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mByContent->AddStandardParsers(kParseOption_Default);
         mByContent->Add(new ProbingParser);
-        mByExtension = std::make_unique<ezMediaParserManager>(mEnvironment);
+        mByExtension = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mByExtension->AddStandardParsers(kParseOption_Default);
     }
 
     ~Scene() {
         mByContent.reset();
         mByExtension.reset();
-        ezPropertyList_Delete(mEnvironment);
     }
 
     Scene(const Scene&) = delete;
@@ -90,7 +89,7 @@ public:
 
 private:
     TemporaryFolder mFolder;
-    ezPropertyList* mEnvironment;
+    ezEnvironment mEnvironment;
     std::vector<ezCString> mPaths;
     std::unique_ptr<ezMediaParserManager> mByContent;
     std::unique_ptr<ezMediaParserManager> mByExtension;

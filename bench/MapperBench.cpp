@@ -4,9 +4,9 @@
 #include "bench/Measure.h"
 #include "bench/ProbingParser.h"
 
+#include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -166,21 +166,17 @@ public:
           mPath(mTables->GetFolder()
                     .Write("media/" + aBaseName + ".mpg",
                            std::string(std::size_t{16} * 1024, ProbingParser::kMark))
-                    .c_str()),
-          mEnvironment(ezPropertyList_New()) {
+                    .c_str()) {
         const std::string types = mTables->GetFolder().Path("types");
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", types.c_str());
-        ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", types.c_str());
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment);
+        mEnvironment.Set(kProperty_ReadOnlyConfigPath, types);
+        mEnvironment.Set(kProperty_ReadWriteConfigPath, types);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mManager->AddStandardParsers(kParseOption_Default);
         mManager->Add(new ProbingParser);
         mManager->AddDLNAMediaMapperParser(mMapper.get());
     }
 
-    ~Host() {
-        mManager.reset();
-        ezPropertyList_Delete(mEnvironment);
-    }
+    ~Host() { mManager.reset(); }
 
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -206,7 +202,7 @@ private:
     std::shared_ptr<DLNAMediaMapper> mMapper;
     bool mfMapped;
     ezCString mPath;
-    ezPropertyList* mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
 };
 

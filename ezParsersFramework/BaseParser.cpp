@@ -1,6 +1,6 @@
 #include "ez/BaseParser.h"
 
-#include "ezPlatform/config/PropertyList.h"
+#include "ez/Environment.h"
 
 ezBaseParser::ezBaseParser(const char* aType, ezPropertyList* anEnvironmentInfo, bool afCanExtractCoverArt)
     : mEnvironmentInfo(anEnvironmentInfo), mType(aType), mCanExtractCoverArt(afCanExtractCoverArt) {}
@@ -20,5 +20,5 @@ uint32 ezBaseParser::GetSpecsLevel() const {
 }
 
 uint32 ezBaseParser::GetCTTContext() const {
-    return ezPropertyList_Get_uint32(mEnvironmentInfo, "CTTContext");
+    return ezPropertyList_Get_uint32(mEnvironmentInfo, kProperty_CTTContext);
 }

@@ -2,6 +2,7 @@
 
 #include "ez/LPCMParser.h"
 #include "ez/MediaParserStream.h"
+#include "ez/UPnPClasses.h"
 
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/PathName.h"
@@ -22,9 +23,9 @@ constexpr const char* kPNG = "image/png";
 constexpr const char* kWMV = "video/x-ms-wmv";
 constexpr const char* kWMA = "audio/x-ms-wma";
 
-constexpr const char* kVideo = "item.videoItem";
-constexpr const char* kAudio = "item.audioItem";
-constexpr const char* kImage = "item.imageItem";
+constexpr const char* kVideo = kezUPnPClass_VideoItem;
+constexpr const char* kAudio = kezUPnPClass_AudioItem;
+constexpr const char* kImage = kezUPnPClass_ImageItem;
 
 struct Advertised {
     const char* mMimeType;

@@ -4,6 +4,8 @@
 #include "detail/MediaMapperName.h"
 #include "detail/ProfileIndex.h"
 
+#include "ez/UPnPClasses.h"
+
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/Owned.h"
@@ -65,10 +67,8 @@ int MergedProtocolInfo_SearchProfile(const void* anInfo, const void* aProfile) {
 }
 
 bool IsAudioOrVideo(const ezCString& aMimeType) {
-    const std::string_view type = aMimeType.View();
-    const std::size_t slash = type.find('/');
-    return slash != std::string_view::npos && (ezIsEqualNoCase(type.substr(0, slash), "audio") ||
-                                               ezIsEqualNoCase(type.substr(0, slash), "video"));
+    const std::string_view kind = ezUPnPClass_OfMimeType(aMimeType.View(), false);
+    return aMimeType.Contains("/") && (kind == kezUPnPClass_AudioItem || kind == kezUPnPClass_VideoItem);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
+#include "ez/UPnPClasses.h"
 
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/Array.h"
@@ -12,18 +13,6 @@
 #include "ezPlatform/text/MimeTypeInfo.h"
 
 namespace {
-
-/// The class of a MIME type by its part before the first "/", compared with case; "" for none.
-const char* ClassOf(const ezCString& aMimeType) {
-    const ezCString type = aMimeType.BeforeFirst('/');
-    if (type == "audio") {
-        return "item.audioItem";
-    }
-    if (type == "video") {
-        return "item.videoItem";
-    }
-    return type == "image" ? "item.imageItem" : "";
-}
 
 /// A text as part of a comma-separated list.
 ezCString Escaped(const ezCString& aText) {
@@ -82,7 +71,8 @@ ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
     }
     ezMediaInfo* info = new ezMediaInfo;
     info->Set(kezInfo_MimeType, entry->mMimeType, true);
-    info->Set(kezInfo_ClassName, ClassOf(entry->mMimeType), true);
+    // With case: a type in capitals has no class.
+    info->Set(kezInfo_ClassName, ezUPnPClass_OfMimeType(entry->mMimeType.View(), true), true);
     info->Set(kezInfo_DLNA, ezDLNAField::TextOfProfile(entry->mProfile.View()), true);
     info->Set(kezInfo_BitRate, entry->mBitRate, true);
     uint32 duration = 0;

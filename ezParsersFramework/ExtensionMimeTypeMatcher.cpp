@@ -2,6 +2,8 @@
 
 #include "detail/FirstString.h"
 
+#include "ez/Environment.h"
+
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/config/Config.h"
@@ -28,7 +30,6 @@ namespace {
 
 using Entry = ExtensionMimeTypeMatcherEntry;
 
-constexpr const char* kDefaultFileName = "mediaCTRLMediaTypes.ini";
 constexpr const char* kExcludedSection = "MimeTypesExcluded";
 constexpr const char* kSection = "MimeTypes";
 constexpr const char* kUnknownMimeType = "application/octet-stream";
@@ -105,7 +106,7 @@ private:
 ExtensionMimeTypeMatcher::ExtensionMimeTypeMatcher(const ezCString& aReadOnlyConfigPath,
                                                    const ezCString& aReadWriteConfigPath,
                                                    const ezCString& aConfigFileName) {
-    const ezCString fileName = aConfigFileName.IsEmpty() ? ezCString(kDefaultFileName) : aConfigFileName;
+    const ezCString fileName = aConfigFileName.IsEmpty() ? ezCString(kezMediaTypesFileName) : aConfigFileName;
     TRACE("ExtensionMimeTypeMatcher::ExtensionMimeTypeMatcher(%s, %s, %s)\n", aReadOnlyConfigPath.c_str(),
           aReadWriteConfigPath.c_str(), fileName.c_str());
     mConfig = new ezConfig(aReadOnlyConfigPath, aReadWriteConfigPath, fileName);

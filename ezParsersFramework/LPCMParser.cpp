@@ -1,6 +1,7 @@
 #include "ez/LPCMParser.h"
 
 #include "ez/MediaParserStream.h"
+#include "ez/UPnPClasses.h"
 
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/dlna/DLNAField.h"
@@ -74,7 +75,7 @@ bool LPCMParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
     if (anInfo == nullptr || !anInfo->GetCString(kezInfo_MimeType, "").Contains("audio/L16")) {
         return false;
     }
-    anInfo->Set(kezInfo_ClassName, "item.audioItem", true);
+    anInfo->Set(kezInfo_ClassName, kezUPnPClass_AudioItem, true);
     anInfo->Set(kezInfo_DLNA, ezDLNAField::TextOfProfile(kProfile), true);
     return true;
 }

@@ -4,12 +4,12 @@
 #include "detail/FirstString.h"
 
 #include "ez/DLNAFileParser.h"
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 
 #include "ezPlatform/config/Config.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -20,11 +20,6 @@ namespace {
 
 using Entry = ExtensionMimeTypeMatcherEntry;
 
-constexpr const char* kFileName = "mediaCTRLMediaTypes.ini";
-
-/// The "CTTContext" in which the name of a conformance test file decides even where a parser has answered.
-constexpr uint32 kCTTContext_NameDecides = 2;
-
 ExtensionMimeTypeMatcher* NewLoadedMatcher(const ezCString& aReadOnlyPath, const ezCString& aReadWritePath,
                                            const ezCString& aFileName) {
     ExtensionMimeTypeMatcher* matcher =
@@ -34,10 +29,10 @@ ExtensionMimeTypeMatcher* NewLoadedMatcher(const ezCString& aReadOnlyPath, const
 }
 
 ExtensionMimeTypeMatcher* NewMatcherFromEnvironment(const ezPropertyList* anEnvironmentInfo) {
-    ezCString readOnly(ezPropertyList_Get_charPtr(anEnvironmentInfo, "ReadOnlyConfigPath"));
-    ezCString readWrite(ezPropertyList_Get_charPtr(anEnvironmentInfo, "ReadWriteConfigPath"));
+    ezCString readOnly(ezPropertyList_Get_charPtr(anEnvironmentInfo, kProperty_ReadOnlyConfigPath));
+    ezCString readWrite(ezPropertyList_Get_charPtr(anEnvironmentInfo, kProperty_ReadWriteConfigPath));
     if (readOnly.IsEmpty() && readWrite.IsEmpty()) {
-        ezConfigConfig::GetConfigPaths(readOnly, readWrite, "ConfigPath.ini");
+        ezConfigConfig::GetConfigPaths(readOnly, readWrite, kezConfigPathFileName);
     }
     if (readOnly.IsEmpty()) {
         readOnly = ".";
@@ -45,7 +40,7 @@ ExtensionMimeTypeMatcher* NewMatcherFromEnvironment(const ezPropertyList* anEnvi
     if (readWrite.IsEmpty()) {
         readWrite = ".";
     }
-    return NewLoadedMatcher(readOnly, readWrite, kFileName);
+    return NewLoadedMatcher(readOnly, readWrite, kezMediaTypesFileName);
 }
 
 /// A record made of nothing but an entry; null when the entry does not say what the media is.
@@ -172,7 +167,7 @@ ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezM
     for (Entry* candidate : ezItems<Entry>(anEntries)) {
         entry = candidate;
         info = TryEntry(*entry, aStream);
-        if (context == kCTTContext_NameDecides || (info == nullptr && context != 0)) {
+        if (context == kProperty_CTTContext_NameDecides || (info == nullptr && context != 0)) {
             fTestFile = ConsultTestFileName(aStream, info);
         }
         if (info != nullptr) {
@@ -187,7 +182,7 @@ ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezM
         delete info;
         return nullptr;
     }
-    if (context == kCTTContext_NameDecides && fTestFile) {
+    if (context == kProperty_CTTContext_NameDecides && fTestFile) {
         info->Set(kezInfo_BitRate, 0, true);
         info->Set(kezInfo_MaxBitRate, 0, true);
         info->Set(kezInfo_EstimatedBitRate, 0, true);

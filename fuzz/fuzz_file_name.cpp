@@ -3,11 +3,11 @@
 #include "fuzz/support/Check.h"
 
 #include "ez/DLNAFileParser.h"
+#include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/LPCMParser.h"
 #include "ez/MediaParserStream.h"
 #include "ezPlatform/base/System.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -82,10 +82,10 @@ void CheckPathName(const ezCString& aText) {
 }
 
 void CheckConformanceRules(const ezCString& aPath, uint32 aContext) {
-    ezPropertyList* environment = ezPropertyList_New();
-    ezPropertyList_Set_uint32(environment, "CTTContext", aContext);
-    DLNAFileParser parser(environment);
-    LPCMParser samples(environment);
+    ezEnvironment environment;
+    environment.SetCTTContext(aContext);
+    DLNAFileParser parser(environment.Get());
+    LPCMParser samples(environment.Get());
 
     const ezPathName path = ezPathName::MakeFilePath(aPath);
     for (const ezuint64& size : {ezuint64(0), ezuint64(UINT64_MAX)}) {
@@ -114,7 +114,6 @@ void CheckConformanceRules(const ezCString& aPath, uint32 aContext) {
             FuzzCheck(sampled == "none");
         }
     }
-    ezPropertyList_Delete(environment);
 }
 
 std::string gAskedPath;

@@ -5,8 +5,8 @@
 
 #include "ezFormats/mpegaudio/MPEGAudioParser.h"
 
+#include "ez/Environment.h"
 #include "ez/MediaParserManager.h"
-#include "ezPlatform/config/PropertyList.h"
 
 #include <memory>
 
@@ -16,16 +16,15 @@ namespace {
 class WholeReading {
 public:
     WholeReading() {
-        ezPropertyList_Set_charPtr(mEnvironment.get(), kProperty_TextCodePage, "932");
+        mEnvironment.SetTextCodePage("932");
         mManager.AddStandardParsers(kParseOption_ParseFullFileIfVBR);
         mManager.Add(mParser);
     }
     MPEGAudioParser& GetParser() { return *mParser; }
 
 private:
-    std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> mEnvironment{ezPropertyList_New(),
-                                                                            ezPropertyList_Delete};
-    ezMediaParserManager mManager{mEnvironment.get()};
+    ezEnvironment mEnvironment;
+    ezMediaParserManager mManager{mEnvironment.Get()};
     MPEGAudioParser* mParser = new MPEGAudioParser; ///< the manager's
 };
 

@@ -4,11 +4,11 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/WriteFile.h"
 
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/TemporaryFolder.h"
@@ -27,7 +27,7 @@ namespace {
 using Entry = ExtensionMimeTypeMatcherEntry;
 using Texts = std::vector<std::string>;
 
-constexpr const char* kFileName = "mediaCTRLMediaTypes.ini";
+constexpr const char* kFileName = kezMediaTypesFileName;
 constexpr const char* kUnknownMimeType = "application/octet-stream";
 constexpr char kFileEnd = '\f';
 
@@ -431,22 +431,17 @@ void CheckRequest(ezMediaParserManager& aManager, const Parsers& aParsers, Exten
 
 void CheckRequests(const Folders& aFolders, ExtensionMimeTypeMatcher& aTable, int anOptions,
                    uint32 aContext) {
-    ezPropertyList* environment = ezPropertyList_New();
-    ezPropertyList_Set_charPtr(environment, "ReadOnlyConfigPath", aFolders.mReadOnly.c_str());
-    ezPropertyList_Set_charPtr(environment, "ReadWriteConfigPath", aFolders.mReadWrite.c_str());
-    ezPropertyList_Set_uint32(environment, "CTTContext", aContext);
-    {
-        ezMediaParserManager manager(environment);
-        manager.AddStandardParsers(anOptions);
-        const Parsers parsers(manager, aTable);
-        for (NamedStream* stream : NewStreams(aTable)) {
-            CheckRequest(manager, parsers, aTable, *stream, anOptions, aContext);
-            delete stream;
-        }
-        const ezCString list = manager.GetDLNAInfo();
-        FuzzCheck(list.IsEmpty() == (aContext == 0));
+    ezEnvironment environment(aFolders.mReadOnly, aFolders.mReadWrite);
+    environment.SetCTTContext(aContext);
+    ezMediaParserManager manager(environment.Get());
+    manager.AddStandardParsers(anOptions);
+    const Parsers parsers(manager, aTable);
+    for (NamedStream* stream : NewStreams(aTable)) {
+        CheckRequest(manager, parsers, aTable, *stream, anOptions, aContext);
+        delete stream;
     }
-    ezPropertyList_Delete(environment);
+    const ezCString list = manager.GetDLNAInfo();
+    FuzzCheck(list.IsEmpty() == (aContext == 0));
 }
 
 } // namespace

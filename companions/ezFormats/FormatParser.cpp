@@ -8,6 +8,7 @@
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ez/UPnPClasses.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/PtrList.h"
@@ -24,21 +25,15 @@
 
 namespace {
 
-constexpr const char* kImageClass = "item.imageItem";
-constexpr const char* kVideoClass = "item.videoItem";
-constexpr const char* kAudioClass = "item.audioItem";
-
 constexpr uint32 kImageFlags =
     kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_InteractiveTransfer;
 constexpr uint32 kStreamFlags =
     kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_StreamingTransfer;
 
+/// Of a format that is neither pictures nor video: sound, in an application type ("application/ogg") too.
 const char* ClassOf(const ezCString& aMimeType) {
-    const std::string_view type = ezTrimmed(aMimeType.View());
-    if (ezStartsWithNoCase(type, "image/")) {
-        return kImageClass;
-    }
-    return ezStartsWithNoCase(type, "video/") ? kVideoClass : kAudioClass;
+    const char* const kind = ezUPnPClass_OfMimeType(ezTrimmed(aMimeType.View()), false);
+    return *kind != '\0' ? kind : kezUPnPClass_AudioItem;
 }
 
 /// A MIME type as it is compared: without parameters, in lower case.
@@ -144,7 +139,7 @@ void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
     if (field.GetProfile().IsEmpty()) {
         TakeTypeOf(anEntry, anInfo);
     } else {
-        field.SetFlags(kind == kImageClass ? kImageFlags : kStreamFlags);
+        field.SetFlags(std::string_view(kind) == kezUPnPClass_ImageItem ? kImageFlags : kStreamFlags);
     }
     SetClass(anInfo, kind, anEntry);
     anInfo.Set(kezInfo_DLNA, field.GetText(), false);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ez/Environment.h"
 #include "ez/MediaParser.h"
 
 #include "ezFormats/Export.h"
@@ -10,12 +11,6 @@
 class MediaBytes;
 struct ExtensionMimeTypeMatcherEntry;
 struct FormatDescription;
-
-/// Environment property: the code page of texts in media that state no encoding, or Latin-1 as those do that
-/// do not know theirs (ID3v1, ID3v2, Lyrics3, old APE items), and that are no UTF-8. A number (1251, 932) or
-/// a name ("windows-1251", "KOI8-R", "ISO-8859-2", "Shift_JIS"). Windows-1252 is built in, and stands for
-/// none, and for one that the system's iconv does not know; which RegisterFormatParsers logs as a warning.
-inline constexpr const char* kProperty_TextCodePage = "TextCodePage";
 
 /// The base of the parsers of this library: it reads the media within a budget, lets the format fill a
 /// record, and announces what the format found.

@@ -1,7 +1,7 @@
 // The smallest complete host of the library: minimal-host CONFIG_FOLDER FILE...
+#include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <cstdio>
@@ -36,21 +36,17 @@ protected:
 };
 
 int main(int anArgCount, char** anArgs) {
-    ezPropertyList* environment = ezPropertyList_New();
-    ezPropertyList_Set_charPtr(environment, "ReadOnlyConfigPath", anArgCount > 1 ? anArgs[1] : ".");
-    {
-        ezMediaParserManager manager(environment);
-        manager.AddStandardParsers(kParseOption_Default);
-        manager.Add(new WavParser); // the manager deletes it
-        for (int i = 2; i < anArgCount; ++i) {
-            ezFileMediaParserStream stream{ezCString(anArgs[i])};
-            ezMediaInfo* info = stream.Open() ? manager.Parse(stream) : nullptr;
-            std::printf("%s: %s\n", anArgs[i],
-                        info != nullptr ? info->GetOtherProperties().c_str() : "not recognised");
-            delete info;
-        }
-        std::printf("advertised: %s\n", manager.GetDLNAInfo().c_str());
+    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : "."); // outlives the manager, which uses it
+    ezMediaParserManager manager(environment.Get());
+    manager.AddStandardParsers(kParseOption_Default);
+    manager.Add(new WavParser); // the manager deletes it
+    for (int i = 2; i < anArgCount; ++i) {
+        ezFileMediaParserStream stream{ezCString(anArgs[i])};
+        ezMediaInfo* info = stream.Open() ? manager.Parse(stream) : nullptr;
+        std::printf("%s: %s\n", anArgs[i],
+                    info != nullptr ? info->GetOtherProperties().c_str() : "not recognised");
+        delete info;
     }
-    ezPropertyList_Delete(environment); // after the manager, whose parsers use it
+    std::printf("advertised: %s\n", manager.GetDLNAInfo().c_str());
     return 0;
 }

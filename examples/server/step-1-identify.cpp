@@ -1,9 +1,10 @@
 // Step 1: what the media types file alone tells of a file: step-1-identify CONFIG_FOLDER FILE...
-#include "Environment.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
+
 int main(int anArgCount, char** anArgs) {
-    const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
+    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : ".");
     ezMediaParserManager manager(environment.Get());
     manager.AddStandardParsers(kParseOption_Default);
     for (int i = 2; i < anArgCount; ++i) {

@@ -1,10 +1,11 @@
 // Step 2: a parser of the host's own looks into the file: step-2-own-parser CONFIG_FOLDER FILE...
-#include "Environment.h"
 #include "FlacParser.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
+
 int main(int anArgCount, char** anArgs) {
-    const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
+    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : ".");
     ezMediaParserManager manager(environment.Get());
     manager.AddStandardParsers(kParseOption_Default);
     manager.Add(new FlacParser); // the manager deletes it

@@ -1,10 +1,11 @@
 // Step 3: the formats that the companion library knows: step-3-format-parsers CONFIG_FOLDER FILE...
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
+
 int main(int anArgCount, char** anArgs) {
-    const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
+    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : ".");
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
     for (int i = 2; i < anArgCount; ++i) {

@@ -1,10 +1,10 @@
 // Step 4: the operator's table wins over what was found:
 // step-4-media-mapper CONFIG_FOLDER STATE_FOLDER FILE...
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
 #include "ez/DLNAMediaMapper.h"
+#include "ez/Environment.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 
 int main(int anArgCount, char** anArgs) {
@@ -13,11 +13,12 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: step-4-media-mapper CONFIG_FOLDER STATE_FOLDER FILE...\n");
         return 2;
     }
-    const Environment environment(anArgs[1]);
+    const ezEnvironment environment(anArgs[1]);
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
 
-    DLNAMediaMapper mapper(manager.GetMimeTypesDotIniParser(), anArgs[1], anArgs[2], "", "MediaMapper.txt");
+    DLNAMediaMapper mapper(manager.GetMimeTypesDotIniParser(), anArgs[1], anArgs[2], "",
+                           kezMediaMapperFileName);
     if (const ezError error = mapper.Load(); error.IsError()) {
         std::fprintf(stderr, "no media mapper: %s\n", error.ToString());
     } else {

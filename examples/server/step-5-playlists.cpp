@@ -1,10 +1,10 @@
 // Step 5: the entries of playlists, and what those are that the server may serve:
 // step-5-playlists CONFIG_FOLDER MEDIA_FOLDER PLAYLIST...
 #include "../playlist-reader/LineListParser.h"
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
 #include "ez/PlaylistParserFactory.h"
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/files/File.h"
@@ -83,7 +83,7 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: step-5-playlists CONFIG_FOLDER MEDIA_FOLDER PLAYLIST...\n");
         return 2;
     }
-    const Environment environment(anArgs[1]);
+    const ezEnvironment environment(anArgs[1]);
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
 

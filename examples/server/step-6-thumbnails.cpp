@@ -1,9 +1,9 @@
 // Step 6: the thumbnail of a media, built once and then taken from a cache:
 // step-6-thumbnails CONFIG_FOLDER CACHE_FOLDER MEDIA OUT
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/dlna/DLNAField.h"
@@ -53,7 +53,7 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: step-6-thumbnails CONFIG_FOLDER CACHE_FOLDER MEDIA OUT\n");
         return 2;
     }
-    const Environment environment(anArgs[1]);
+    const ezEnvironment environment(anArgs[1]);
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
 

@@ -1,10 +1,10 @@
 // Step 7: media that are no files: one of a web server, and a broadcast that is pushed in packets:
 // step-7-arriving-media CONFIG_FOLDER URL_OR_ELEMENTARY_STREAM...
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
 #include "ez/ElementaryStreamParser.h"
+#include "ez/Environment.h"
 #include "ez/StreamMediaParserStream.h"
 #include "ezFormats/EltStreamCandidates.h"
 #include "ezLiveStreams/HttpStream.h"
@@ -46,7 +46,7 @@ std::unique_ptr<ezMediaInfo> Race(std::FILE& aBroadcast) {
 
 int main(int anArgCount, char** anArgs) {
     ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
-    const Environment environment(anArgCount > 1 ? anArgs[1] : ".");
+    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : ".");
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
     for (int i = 2; i < anArgCount; ++i) {

@@ -1,9 +1,9 @@
 // Step 8: what the server tells its clients: what it may serve, and each media:
 // step-8-announcing CONFIG_FOLDER BASE_URL FILE...
-#include "Environment.h"
 #include "Parsers.h"
 #include "Record.h"
 
+#include "ez/Environment.h"
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
@@ -109,7 +109,7 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: step-8-announcing CONFIG_FOLDER BASE_URL FILE...\n");
         return 2;
     }
-    const Environment environment(anArgs[1]);
+    const ezEnvironment environment(anArgs[1]);
     ezMediaParserManager manager(environment.Get());
     AddParsers(manager);
 

@@ -16,7 +16,7 @@ public:
     /// @param aType                 the key under which a manager files the parser: a type name of the media
     ///                              types table (mostly a file extension), or "*" for one that is tried on
     ///                              everything; copied, null is ""
-    /// @param anEnvironmentInfo     settings shared with the host; borrowed, may be null
+    /// @param anEnvironmentInfo     settings shared with the host (ezEnvironment); borrowed, may be null
     /// @param afCanExtractCoverArt  the parser finds cover art too (ezMediaParserManager::ParseCoverArt)
     ezBaseParser(const char* aType, ezPropertyList* anEnvironmentInfo, bool afCanExtractCoverArt);
     virtual ~ezBaseParser();
@@ -45,9 +45,10 @@ public:
     bool CanExtractCoverArt() const { return mCanExtractCoverArt; }
 
 protected:
-    /// The environment's "ParserSpecsLevel" (ezParserSpecsLevel); 0 without one.
+    /// The environment's kProperty_Parser_SpecsLevel (ezParserSpecsLevel); 0 without one.
     uint32 GetSpecsLevel() const;
-    /// The environment's "CTTContext": not 0 while a DLNA conformance test tool is at work; 0 without one.
+    /// The environment's kProperty_CTTContext (ezCTTContext): not 0 while a DLNA conformance test tool is at
+    /// work; 0 without one.
     uint32 GetCTTContext() const;
 
     ezPropertyList* mEnvironmentInfo; ///< borrowed; null when there is none

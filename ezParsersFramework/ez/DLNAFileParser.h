@@ -3,7 +3,7 @@
 #include "ez/MediaParser.h"
 
 /// Recognises the media of the DLNA conformance test suite by their file names, while the environment's
-/// "CTTContext" is not 0, and states the MIME type, class and profile that the test expects. Reads no
+/// kProperty_CTTContext is not 0, and states the MIME type, class and profile that the test expects. Reads no
 /// content; LPCM files go to LPCMParser. Not added to a manager: the media types ini parser makes one where
 /// it needs it.
 class EZPARSERS_API DLNAFileParser : public ezMediaParser {

@@ -19,6 +19,9 @@ struct ezArray;
 struct ezCustomHashTable;
 struct ezDLNAProtocolInfo;
 
+/// The usual name of a media mapper file.
+inline constexpr const char* kezMediaMapperFileName = "MediaMapper.txt";
+
 /// The operator's table of DLNA facts: how each file is announced, whatever parsers find.
 ///
 /// The table's file comes from a read-only folder and is kept, with a "_" before its name, in a writable one:
@@ -36,7 +39,7 @@ public:
     /// @param aReadOnlyFolder  where the read-only file lies; "" is the working folder
     /// @param aWritableFolder  where the writable file lies, or is made; "" is the working folder
     /// @param aSubFolder       below both folders; "" for none
-    /// @param aFileName        of the read-only file, such as "MediaMapper.txt"
+    /// @param aFileName        of the read-only file, such as kezMediaMapperFileName
     DLNAMediaMapper(ezMimeTypesDotIniParser* anIniParser, const ezCString& aReadOnlyFolder,
                     const ezCString& aWritableFolder, const ezCString& aSubFolder,
                     const ezCString& aFileName);

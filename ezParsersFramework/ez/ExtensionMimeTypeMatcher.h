@@ -29,7 +29,7 @@ struct ezPtrList;
 class EZPARSERS_API ExtensionMimeTypeMatcher {
 public:
     /// Only stores where the file is: call Load. The folders are those of ezConfig; an empty aConfigFileName
-    /// means "mediaCTRLMediaTypes.ini".
+    /// means kezMediaTypesFileName.
     ExtensionMimeTypeMatcher(const ezCString& aReadOnlyConfigPath, const ezCString& aReadWriteConfigPath,
                              const ezCString& aConfigFileName);
     virtual ~ExtensionMimeTypeMatcher();

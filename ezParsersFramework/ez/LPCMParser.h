@@ -3,8 +3,9 @@
 #include "ez/MediaParser.h"
 
 /// Recognises the raw 16-bit PCM files of a DLNA conformance test by their names (b-lpcm-1 to b-lpcm-4,
-/// extension pcm, any case) while the environment's "CTTContext" is not 0. Raw PCM has no header: everything
-/// comes from name and size, and no content is read. Not added to a manager: DLNAFileParser creates it.
+/// extension pcm, any case) while the environment's kProperty_CTTContext is not 0. Raw PCM has no header:
+/// everything comes from name and size, and no content is read. Not added to a manager: DLNAFileParser
+/// creates it.
 class EZPARSERS_API LPCMParser : public ezMediaParser {
 public:
     /// @param anEnvironmentInfo  borrowed, may be null

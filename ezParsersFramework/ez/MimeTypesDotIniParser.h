@@ -13,21 +13,23 @@ struct ezPtrList;
 /// record with the entry's MIME type, class and extension and with the bit rates that follow from the given
 /// ones. Where no parser answers, the last entry of the extension alone makes a record.
 ///
-/// A parser's answer that comes from an excluded entry is no result; the record that an entry
-/// makes alone may come from an excluded one. While the environment's "CTTContext" is any but 0 a
-/// conformance test file is recognised by its name (DLNAFileParser) where no parser answers; 2 lets the name
-/// decide always.
+/// A parser's answer that comes from an excluded entry is not a result; the record that an entry
+/// makes alone may come from an excluded one. While the environment's kProperty_CTTContext is not 0 a
+/// conformance test file is recognised by its name (DLNAFileParser) where no parser answers, and with
+/// kProperty_CTTContext_NameDecides always.
 ///
 /// Belongs to one manager, which it calls back; without one it asks no parser, and only the table and a test
 /// file's name answer.
 class EZPARSERS_API ezMimeTypesDotIniParser : public ezMediaParser {
 public:
-    /// Loads the table from two folders; an empty aConfigFileName means "mediaCTRLMediaTypes.ini".
+    /// Loads the table from two folders; an empty aConfigFileName means
+    /// kezMediaTypesFileName.
     /// @param aParseOptions  a set of ezParseOption bits
     ezMimeTypesDotIniParser(const ezCString& aReadOnlyConfigPath, const ezCString& aReadWriteConfigPath,
                             const ezCString& aConfigFileName, int aParseOptions);
-    /// Loads the table from the folders that the environment's "ReadOnlyConfigPath" and "ReadWriteConfigPath"
-    /// name; where both are missing from those in "ConfigPath.ini"; a folder that is still not known is ".".
+    /// Loads the table from the folders that the environment's kProperty_ReadOnlyConfigPath and
+    /// kProperty_ReadWriteConfigPath name; where both are missing from those in kezConfigPathFileName; a
+    /// folder that is still not known is ".".
     /// @param anEnvironmentInfo  borrowed, may be null
     ezMimeTypesDotIniParser(ezPropertyList* anEnvironmentInfo, int aParseOptions);
     ~ezMimeTypesDotIniParser() override;

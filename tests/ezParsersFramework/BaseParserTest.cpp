@@ -30,7 +30,7 @@ static_assert(std::has_virtual_destructor<ezBaseParser>::value, "deleted through
 static_assert(std::is_same<decltype(std::declval<ezBaseParser&>().GetType()), ezCString>::value, "a copy");
 
 TEST(BaseParser, KeepsTypeEnvironmentAndCoverArtFlag) {
-    const Environment environment;
+    const ezEnvironment environment;
     for (const bool fCoverArt : {false, true}) {
         PlainParser parser("Mp3", environment.Get(), fCoverArt);
         EXPECT_STREQ(parser.GetType().c_str(), "Mp3"); // case kept: the manager folds it
@@ -55,8 +55,8 @@ TEST(BaseParser, TypeIsHandedOutAsACopy) {
 }
 
 TEST(BaseParser, EnvironmentIsReplaced) {
-    const Environment first;
-    const Environment second;
+    const ezEnvironment first;
+    const ezEnvironment second;
     PlainParser parser("mp3", first.Get(), false);
     parser.SetEnvironmentInfo(second.Get());
     EXPECT_EQ(parser.mEnvironmentInfo, second.Get());
@@ -79,7 +79,7 @@ TEST(BaseParser, LevelAndContextAreZeroWithoutAnEnvironment) {
 }
 
 TEST(BaseParser, LevelAndContextAreZeroWhenTheEnvironmentLacksThem) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("parserspecslevel", 3).Set("cttcontext", 3).Set("SpecsLevel", 3).Set("CTT", 3);
     const PlainParser parser("mp3", environment.Get(), false);
     EXPECT_EQ(parser.GetSpecsLevel(), 0U);
@@ -87,7 +87,7 @@ TEST(BaseParser, LevelAndContextAreZeroWhenTheEnvironmentLacksThem) {
 }
 
 TEST(BaseParser, LevelAndContextComeFromTheEnvironmentWheneverAsked) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("ParserSpecsLevel", 2).Set("CTTContext", 4294967295U);
     PlainParser parser("mp3", environment.Get(), false);
     EXPECT_EQ(parser.GetSpecsLevel(), 2U);

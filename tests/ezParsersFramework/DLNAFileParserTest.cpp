@@ -17,7 +17,7 @@
 namespace {
 
 std::string Parse(const std::string& aPath, uint32 aContext = 1) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("CTTContext", aContext);
     DLNAFileParser parser(environment.Get());
     AwkwardStream stream("content", Delivery(), aPath.c_str());
@@ -358,7 +358,7 @@ TEST(DLNAFileParser, OnlyTheLastComponentOfThePathCounts) {
 }
 
 TEST(DLNAFileParser, GoesByThePathNotByTheStreamsExtension) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("CTTContext", 1);
     DLNAFileParser parser(environment.Get());
     AwkwardStream good("", Delivery(), "/ctt/B-WAB.wma");
@@ -370,7 +370,7 @@ TEST(DLNAFileParser, GoesByThePathNotByTheStreamsExtension) {
 }
 
 TEST(DLNAFileParser, AbsurdNamesAreNull) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("CTTContext", 1);
     DLNAFileParser parser(environment.Get());
     const std::string nul("B-MP2TS_\0N_I.mpg", 16);
@@ -452,7 +452,7 @@ TEST(DLNAFileParser, LPCMFilesAreTheLPCMParsers) {
 }
 
 TEST(DLNAFileParser, AdjustsNothing) {
-    Environment environment;
+    ezEnvironment environment;
     environment.Set("CTTContext", 1);
     DLNAFileParser parser(environment.Get());
     ezMediaInfo info;
@@ -463,7 +463,7 @@ TEST(DLNAFileParser, AdjustsNothing) {
 }
 
 TEST(DLNAFileParser, AdvertisesTheWholeListDuringAConformanceTest) {
-    Environment environment;
+    ezEnvironment environment;
     DLNAFileParser parser(environment.Get());
     for (const uint32 context : {1U, 2U, 9U}) {
         environment.Set("CTTContext", context);
@@ -497,7 +497,7 @@ TEST(DLNAFileParser, AdvertisesTheWholeListDuringAConformanceTest) {
 }
 
 TEST(DLNAFileParser, AdvertisesNothingOutsideAConformanceTest) {
-    Environment environment;
+    ezEnvironment environment;
     EXPECT_TRUE(DLNAFileParser(environment.Get()).GetDLNAInfo().IsEmpty());
     environment.Set("CTTContext", 0);
     EXPECT_TRUE(DLNAFileParser(environment.Get()).GetDLNAInfo().IsEmpty());

@@ -53,7 +53,7 @@ public:
 
 private:
     TemporaryFolder mFolder;
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     ParserTrace mTrace;
     std::unique_ptr<ezMediaParserManager> mManager;
 };

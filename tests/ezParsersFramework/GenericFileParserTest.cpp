@@ -48,7 +48,7 @@ static_assert(std::is_constructible<HostFileParser, const ezCString&, const ezCS
               "arguments in this order");
 
 TEST(GenericFileParser, IsBuiltAsAWildcardParserWithoutCoverArt) {
-    const Environment environment;
+    const ezEnvironment environment;
     HostFileParser parser("mp3", "audio/mpeg", kTrack, environment.Get());
     EXPECT_STREQ(parser.GetType().c_str(), "*");
     EXPECT_FALSE(parser.CanExtractCoverArt());

@@ -39,7 +39,7 @@ public:
     ezPropertyList* Get() const { return mEnvironment.Get(); }
 
 private:
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
 };
 
 /// Leaves its records as Parse made them.

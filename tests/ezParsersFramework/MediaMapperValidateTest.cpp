@@ -1,8 +1,8 @@
 #include "ez/MediaParserManager.h"
 
 #include "ez/DLNAMediaMapper.h"
+#include "ez/Environment.h"
 
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include "support/AwkwardStream.h"
@@ -100,14 +100,11 @@ TEST_F(MediaMapperValidate, ManagerHasNoMapperParserUntilOneIsAdded) {
 }
 
 TEST_F(MediaMapperValidate, MapperParserGetsTheEnvironmentOfItsManager) {
-    ezPropertyList* environment = ezPropertyList_New();
-    {
-        mMapper = mFolder.New();
-        OpenManager manager(environment);
-        manager.AddDLNAMediaMapperParser(mMapper.get());
-        EXPECT_EQ(EnvironmentOf::Get(*manager.mDLNAMediaMapperParser), environment);
-    }
-    ezPropertyList_Delete(environment);
+    const ezEnvironment environment;
+    mMapper = mFolder.New();
+    OpenManager manager(environment.Get());
+    manager.AddDLNAMediaMapperParser(mMapper.get());
+    EXPECT_EQ(EnvironmentOf::Get(*manager.mDLNAMediaMapperParser), environment.Get());
 }
 
 TEST_F(MediaMapperValidate, SecondMapperIsAnAssertionAndChangesNothing) {

@@ -61,16 +61,16 @@ public:
     }
     OpenManager& operator*() { return mManager; }
     OpenManager* operator->() { return &mManager; }
-    Environment& GetEnvironment() { return mEnvironment; }
+    ezEnvironment& GetEnvironment() { return mEnvironment; }
 
 private:
-    Environment& Write(const std::string& aTable) {
+    ezEnvironment& Write(const std::string& aTable) {
         mFolder.Write("mediaCTRLMediaTypes.ini", aTable);
         return mEnvironment;
     }
 
     TemporaryFolder mFolder;
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     OpenManager mManager;
 };
 

@@ -71,8 +71,8 @@ private:
     int& mCount;
 };
 
-Environment& WithTable(Environment& anEnvironment, const TemporaryFolder& aFolder,
-                       const std::string& aTable) {
+ezEnvironment& WithTable(ezEnvironment& anEnvironment, const TemporaryFolder& aFolder,
+                         const std::string& aTable) {
     aFolder.Write("mediaCTRLMediaTypes.ini", aTable);
     return anEnvironment.Set("ReadOnlyConfigPath", aFolder.GetPath())
         .Set("ReadWriteConfigPath", aFolder.GetPath());
@@ -117,7 +117,7 @@ TEST(MediaParserManager, OperationsAndFieldsStandInOrder) {
 }
 
 TEST(MediaParserManager, IsBuiltEmpty) {
-    const Environment environment;
+    const ezEnvironment environment;
     const OpenManager manager(environment.Get());
     ASSERT_NE(manager.mParserListByType, nullptr);
     ASSERT_NE(manager.mParserListByMimeType, nullptr);
@@ -136,9 +136,9 @@ TEST(MediaParserManager, NullIsNotAdded) {
 
 TEST(MediaParserManager, AddingHandsOverManagerAndEnvironmentWhateverTheParserHad) {
     ParserTrace trace;
-    Environment own;
+    ezEnvironment own;
     own.Set("CTTContext", 5);
-    Environment shared;
+    ezEnvironment shared;
     shared.Set("CTTContext", 7);
     OpenManager with(shared.Get());
     ScriptedParser* first = Add(with, trace, new ScriptedParser(trace, "first", "mp3", false, own.Get()));
@@ -157,7 +157,7 @@ TEST(MediaParserManager, AddingHandsOverManagerAndEnvironmentWhateverTheParserHa
 
 TEST(MediaParserManager, EnvironmentIsThereBeforeTheParserIsAskedWhatItDeclares) {
     ParserTrace trace;
-    Environment environment;
+    ezEnvironment environment;
     OpenManager manager(environment.Get());
     ScriptedParser* parser = new ScriptedParser(trace, "p", "mp3");
     parser->Calling([&] {
@@ -315,7 +315,7 @@ TEST(MediaParserManager, ALongDeclarationIsFiledInReasonableTime) {
 
 TEST(MediaParserManager, AddStandardParsersAddsTheIniParserOnce) {
     const TemporaryFolder folder;
-    Environment environment;
+    ezEnvironment environment;
     OpenManager manager(WithTable(environment, folder, "").Get());
     const LogCatcher quiet;
     AssertCatcher assertions;
@@ -338,7 +338,7 @@ TEST(MediaParserManager, AddStandardParsersAddsTheIniParserOnce) {
 
 TEST(MediaParserManager, ParseOptionsReachTheIniParser) {
     const TemporaryFolder folder;
-    Environment environment;
+    ezEnvironment environment;
     WithTable(environment, folder, "[MimeTypes]\nmp3=mp3@audio/mpeg@item.audioItem\n");
     {
         OpenManager manager(environment.Get());
@@ -690,8 +690,8 @@ TEST(MediaParserManagerParse, ParsersAddedWhileTheListIsWalkedTakeTheirTurnNextT
 
 TEST(MediaParserManagerParse, TwoManagersSideBySideShareNothing) {
     ParserTrace trace;
-    Environment one;
-    Environment two;
+    ezEnvironment one;
+    ezEnvironment two;
     OpenManager first(one.Get());
     {
         OpenManager second(two.Get());
@@ -732,7 +732,7 @@ TEST(MediaParserManagerParse, MapperStepLeavesTheAnswerAsItIs) {
 TEST(MediaParserManagerIni, TypesOfTheTableAreTriedThroughTheVirtualOperation) {
     ParserTrace trace;
     const TemporaryFolder folder;
-    Environment environment;
+    ezEnvironment environment;
     OpenManager manager(
         WithTable(environment, folder, "[MimeTypes]\nMP3=mp3@audio/mpeg@item.audioItem@ID3, mpa\n").Get());
     manager.AddStandardParsers(kParseOption_Default);
@@ -774,7 +774,7 @@ TEST(MediaParserManagerIni, TypesOfTheTableAreTriedThroughTheVirtualOperation) {
 TEST(MediaParserManagerIni, AParserThatSeveralEntriesNameRunsOnce) {
     ParserTrace trace;
     const TemporaryFolder folder;
-    Environment environment;
+    ezEnvironment environment;
     OpenManager manager(WithTable(environment, folder,
                                   "[MimeTypes]\n"
                                   "mp3=mp3@audio/mpeg@item.audioItem@shared,SHARED,mp3\n"
@@ -803,7 +803,7 @@ TEST(MediaParserManagerIni, AParserThatSeveralEntriesNameRunsOnce) {
 TEST(MediaParserManagerIni, ATypeThatLeadsBackToTheIniParserEnds) {
     ParserTrace trace;
     const TemporaryFolder folder;
-    Environment environment;
+    ezEnvironment environment;
     OpenManager manager(
         WithTable(environment, folder, "[MimeTypes]\nmp3=mp3@audio/mpeg@item.audioItem@*\n").Get());
     manager.AddStandardParsers(kParseOption_Default);

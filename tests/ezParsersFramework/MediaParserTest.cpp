@@ -95,7 +95,7 @@ static_assert(
     "sizes of blocks are sizes in memory");
 
 TEST(MediaParser, IsBuiltLikeItsBaseAndHasNoManager) {
-    const Environment environment;
+    const ezEnvironment environment;
     for (const bool fCoverArt : {false, true}) {
         PlainMediaParser parser("avi", environment.Get(), fCoverArt);
         EXPECT_STREQ(parser.GetType().c_str(), "avi");

@@ -1,6 +1,7 @@
 #include "ez/MimeTypesDotIniParser.h"
 
 #include "ez/DLNAFileParser.h"
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
@@ -108,10 +109,10 @@ public:
     explicit Server(const std::string& aTypesFile, int aParseOptions = kParseOption_Default,
                     uint32 aCTTContext = 0) {
         mFolder.Write(kFileName, aTypesFile);
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", mFolder.GetPath().c_str());
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", mFolder.GetPath().c_str());
-        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", aCTTContext);
-        mManager = std::make_unique<NotingManager>(mEnvironment.get());
+        mEnvironment.Set(kProperty_ReadOnlyConfigPath, mFolder.GetPath())
+            .Set(kProperty_ReadWriteConfigPath, mFolder.GetPath())
+            .SetCTTContext(aCTTContext);
+        mManager = std::make_unique<NotingManager>(mEnvironment.Get());
         mManager->AddStandardParsers(aParseOptions);
     }
 
@@ -134,7 +135,7 @@ public:
 
     NotingManager& Manager() { return *mManager; }
     ezMimeTypesDotIniParser& Parser() { return *mManager->GetMimeTypesDotIniParser(); }
-    ezPropertyList* Environment() { return mEnvironment.get(); }
+    ezEnvironment& Environment() { return mEnvironment; }
     const Strings& Journal() const { return mJournal; }
 
     /// What the media types ini parser makes of a media, as a dump.
@@ -151,12 +152,8 @@ public:
     }
 
 private:
-    struct ListDelete {
-        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-    };
-
     TemporaryFolder mFolder;
-    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    ezEnvironment mEnvironment;
     Strings mJournal;
     std::unique_ptr<NotingManager> mManager;
 };
@@ -690,9 +687,9 @@ TEST(MimeTypesDotIniParser, TestNameAmongAllEntriesMeetsTheExcludedOnesFirst) {
 TEST(MimeTypesDotIniParser, ContextIsAskedForAtEveryParse) {
     Server server(kTestTable);
     EXPECT_EQ(Lines(server.Parse(kTestFile), {"dl"}), "");
-    ezPropertyList_Set_uint32(server.Environment(), "CTTContext", 1);
+    server.Environment().SetCTTContext(1);
     EXPECT_EQ(Lines(server.Parse(kTestFile), {"dl"}), "dl=\"DLNA.ORG_PN=MPEG_PS_NTSC\"\n");
-    ezPropertyList_Set_uint32(server.Environment(), "CTTContext", 0);
+    server.Environment().SetCTTContext(0);
     EXPECT_EQ(Lines(server.Parse(kTestFile), {"dl"}), "");
 }
 
@@ -700,10 +697,10 @@ TEST(MimeTypesDotIniParser, DeclaresTheTestFilesDuringATestOnly) {
     Server server(kTestTable);
     EXPECT_EQ(server.Parser().GetDLNAInfo(), "");
     for (const uint32 context : {1U, 2U, 7U}) {
-        ezPropertyList_Set_uint32(server.Environment(), "CTTContext", context);
+        server.Environment().SetCTTContext(context);
         const ezCString text = server.Parser().GetDLNAInfo();
         EXPECT_TRUE(text.StartsWith("video/mp4:DLNA.ORG_PN=AVC_MP4_BL_CIF15_AAC_520,")) << context;
-        EXPECT_EQ(text, DLNAFileParser(server.Environment()).GetDLNAInfo()) << context;
+        EXPECT_EQ(text, DLNAFileParser(server.Environment().Get()).GetDLNAInfo()) << context;
     }
 }
 
@@ -857,7 +854,7 @@ TEST(MimeTypesDotIniParser, NoListAndAnEmptyListLeadToNothing) {
     ezMediaInfo info;
     PtrList empty;
     for (const uint32 context : {0U, 1U, 2U}) {
-        ezPropertyList_Set_uint32(server.Environment(), "CTTContext", context);
+        server.Environment().SetCTTContext(context);
         for (ezPtrList* list : {static_cast<ezPtrList*>(nullptr), static_cast<ezPtrList*>(empty)}) {
             EXPECT_EQ(parser->ParseFromTypes(list, stream), nullptr);
             EXPECT_EQ(parser->ParseFromEntries(list, stream, false), nullptr);
@@ -995,7 +992,7 @@ TEST(MimeTypesDotIniParser, GivenFoldersComeWithoutAnEnvironment) {
     ezMimeTypesDotIniParser given("", "", "none.ini", kParseOption_ParseFullFileIfVBR);
     EXPECT_EQ(given.GetDLNAInfo(), "");
     EXPECT_TRUE(given.IsParseFullFileIfVBR());
-    ezMimeTypesDotIniParser environment(server.Environment(), 0);
+    ezMimeTypesDotIniParser environment(server.Environment().Get(), 0);
     EXPECT_NE(environment.GetDLNAInfo(), "");
 }
 

@@ -106,7 +106,7 @@ public:
     }
 
 private:
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<DLNAMediaMapper> mMapper;
     std::unique_ptr<ezMediaParserManager> mManager;
     bool mfMapped = false;

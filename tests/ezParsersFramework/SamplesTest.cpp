@@ -7,7 +7,7 @@
 #include "support/Golden.h"
 #include "support/Record.h"
 
-#include "ezPlatform/config/PropertyList.h"
+#include "ez/Environment.h"
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -42,10 +42,8 @@ std::vector<std::filesystem::path> Samples() {
 class Host {
 public:
     explicit Host(uint32 aCTTContext) {
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", aCTTContext);
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mEnvironment.SetCTTContext(aCTTContext);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mManager->AddStandardParsers(kParseOption_Default);
     }
 
@@ -56,11 +54,7 @@ public:
     }
 
 private:
-    struct ListDelete {
-        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-    };
-
-    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    ezEnvironment mEnvironment{EZ_SAMPLES, EZ_SAMPLES};
     std::unique_ptr<ezMediaParserManager> mManager;
 };
 

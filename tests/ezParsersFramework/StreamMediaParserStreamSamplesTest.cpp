@@ -7,8 +7,8 @@
 #include "support/ScriptedStream.h"
 #include "support/WholeFile.h"
 
+#include "ez/Environment.h"
 #include "ezPlatform/base/Memory.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/streams/FileStream.h"
@@ -43,10 +43,8 @@ std::vector<std::filesystem::path> Samples() {
 class Host {
 public:
     Host() {
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", 1);
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mEnvironment.SetCTTContext(1);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mManager->AddStandardParsers(kParseOption_Default);
     }
 
@@ -67,11 +65,7 @@ public:
     }
 
 private:
-    struct ListDelete {
-        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-    };
-
-    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    ezEnvironment mEnvironment{EZ_SAMPLES, EZ_SAMPLES};
     std::unique_ptr<ezMediaParserManager> mManager;
 };
 

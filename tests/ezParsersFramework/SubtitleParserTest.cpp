@@ -91,8 +91,8 @@ TEST(SubtitleParser, OperationsStandInSlotOrder) {
 }
 
 TEST(SubtitleParser, KeepsTypeAndEnvironment) {
-    const Environment first;
-    const Environment second;
+    const ezEnvironment first;
+    const ezEnvironment second;
     CountingSubtitleParser parser("srt", first.Get());
     EXPECT_STREQ(parser.GetType().c_str(), "srt");
     EXPECT_EQ(parser.EnvironmentInfo(), first.Get());

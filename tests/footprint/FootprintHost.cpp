@@ -5,10 +5,10 @@
 #include "OwnParts.h"
 
 #include "ez/DLNAMediaMapper.h"
+#include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
 #include "ez/MimeTypesDotIniParser.h"
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/streams/FileStream.h"
@@ -122,12 +122,11 @@ void MeasureLaterStartAndSaving(ezMimeTypesDotIniParser* aTypes, const Places& a
 }
 
 void MeasureParsing(const Places& aPlaces) {
-    ezPropertyList* environment = nullptr;
+    std::unique_ptr<ezEnvironment> environment;
     std::unique_ptr<ezMediaParserManager> manager;
     PrintStart("start", CostOf([&] {
-                   environment = ezPropertyList_New();
-                   ezPropertyList_Set_charPtr(environment, "ReadOnlyConfigPath", aPlaces.mConfig);
-                   manager = std::make_unique<ezMediaParserManager>(environment);
+                   environment = std::make_unique<ezEnvironment>(aPlaces.mConfig);
+                   manager = std::make_unique<ezMediaParserManager>(environment->Get());
                    manager->AddStandardParsers(kParseOption_Default);
                }));
 
@@ -160,7 +159,6 @@ void MeasureParsing(const Places& aPlaces) {
 
     manager.reset();
     mapper.reset();
-    ezPropertyList_Delete(environment);
 }
 
 /// The stream says where the playlist lies: a path from the root on, as hosts have them, that is the same for

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ez/Environment.h"
 #include "ez/MediaParser.h"
 #include "ez/MediaParserManager.h"
 
-#include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <cstddef>
@@ -12,28 +12,6 @@
 #include <functional>
 #include <string>
 #include <vector>
-
-/// An environment of its own, deleted in the end.
-class Environment {
-public:
-    Environment() : mList(ezPropertyList_New()) {}
-    ~Environment() { ezPropertyList_Delete(mList); }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-
-    Environment& Set(const char* aName, uint32 aValue) {
-        ezPropertyList_Set_uint32(mList, aName, aValue);
-        return *this;
-    }
-    Environment& Set(const char* aName, const std::string& aValue) {
-        ezPropertyList_Set_charPtr(mList, aName, aValue.c_str());
-        return *this;
-    }
-    ezPropertyList* Get() const { return mList; }
-
-private:
-    ezPropertyList* mList;
-};
 
 /// What was asked of all parsers of a test, in the order asked: "parse NAME @POSITION", "adjust NAME",
 /// "declare NAME" and, when a parser is deleted, "delete NAME". Outlives them.

@@ -118,7 +118,7 @@ private:
     const TemporaryFolder& mFolder;
     MapperSubject& mMapper;
     int mOptions;
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     ParserTrace mCalls;      ///< outlives the manager
     std::string mMediaBytes; ///< of the request
     std::unique_ptr<ezMediaParserManager> mManager;

@@ -52,7 +52,7 @@ private:
     void CompareThumbnail(const std::string& aBytes, bool afJpeg, const PictureFile& aPicture) const;
 
     const TemporaryFolder& mFolder;
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager; ///< null until a picture is parsed
     std::unique_ptr<ezThumbnailGenerator> mGenerator;
     std::unique_ptr<ezThumbnailProvider> mProvider;

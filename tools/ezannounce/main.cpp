@@ -15,6 +15,7 @@
 #include "thumbnail/ThumbnailVerb.h"
 #include "types/TypesVerb.h"
 
+#include "ez/Environment.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 
@@ -108,9 +109,9 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     Host host(anArguments, folders, rules.mRules, &aConsole);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
-        aConsole.Error(kMediaTypesFileName, "no media types found in " + folders.mReadOnly +
-                                                (fOneFolder ? "" : " or " + folders.mReadWrite) +
-                                                "; --config names the folder of the file");
+        aConsole.Error(kezMediaTypesFileName, "no media types found in " + folders.mReadOnly +
+                                                  (fOneFolder ? "" : " or " + folders.mReadWrite) +
+                                                  "; --config names the folder of the file");
     }
     if (anArguments.mfMapper) {
         std::unique_ptr<DLNAMediaMapper> mapper =

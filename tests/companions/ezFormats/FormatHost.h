@@ -11,7 +11,7 @@
 #include "support/Record.h"
 #include "support/WholeFile.h"
 
-#include "ezPlatform/config/PropertyList.h"
+#include "ez/Environment.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <gtest/gtest.h>
@@ -80,9 +80,7 @@ class FormatHost {
 public:
     /// @param aParseOptions  a set of ezParseOption bits
     explicit FormatHost(int aParseOptions = kParseOption_Default) {
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", EZ_SAMPLES);
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", EZ_SAMPLES);
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mManager->AddStandardParsers(aParseOptions);
         RegisterFormatParsers(*mManager);
     }
@@ -115,10 +113,6 @@ public:
     }
 
 private:
-    struct ListDelete {
-        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-    };
-
-    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    ezEnvironment mEnvironment{EZ_SAMPLES, EZ_SAMPLES};
     std::unique_ptr<ezMediaParserManager> mManager;
 };

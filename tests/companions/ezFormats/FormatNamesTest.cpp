@@ -16,10 +16,10 @@ public:
     explicit NamingHost(const std::string& aLines, int aParseOptions = kParseOption_Default,
                         unsigned int aCTTContext = 0) {
         mFolder.Write("mediaCTRLMediaTypes.ini", "[MimeTypes]\n" + aLines);
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadOnlyConfigPath", mFolder.GetPath().c_str());
-        ezPropertyList_Set_charPtr(mEnvironment.get(), "ReadWriteConfigPath", mFolder.GetPath().c_str());
-        ezPropertyList_Set_uint32(mEnvironment.get(), "CTTContext", aCTTContext);
-        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.get());
+        mEnvironment.Set(kProperty_ReadOnlyConfigPath, mFolder.GetPath())
+            .Set(kProperty_ReadWriteConfigPath, mFolder.GetPath())
+            .SetCTTContext(aCTTContext);
+        mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
         mManager->AddStandardParsers(aParseOptions);
         RegisterFormatParsers(*mManager);
     }
@@ -38,12 +38,8 @@ public:
     }
 
 private:
-    struct ListDelete {
-        void operator()(ezPropertyList* aList) const { ezPropertyList_Delete(aList); }
-    };
-
     TemporaryFolder mFolder;
-    std::unique_ptr<ezPropertyList, ListDelete> mEnvironment{ezPropertyList_New()};
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
 };
 

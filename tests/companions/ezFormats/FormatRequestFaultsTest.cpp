@@ -65,7 +65,7 @@ public:
     }
 
 private:
-    Environment mEnvironment;
+    ezEnvironment mEnvironment;
     std::unique_ptr<ezMediaParserManager> mManager;
     std::unique_ptr<DLNAMediaMapper> mMapper;
     bool mfMapped = false;

@@ -124,7 +124,7 @@ constexpr const char* kTypes = "[MimeTypesExcluded]\n"
 class ExplainedHost {
 public:
     explicit ExplainedHost(unsigned aCTTContext = 0, int aParseOptions = 0) {
-        mFolder.Write(kMediaTypesFileName, kTypes);
+        mFolder.Write(kezMediaTypesFileName, kTypes);
         Arguments arguments;
         arguments.mfExplain = true;
         arguments.mCTTContext = aCTTContext;
@@ -336,7 +336,7 @@ TEST(Explain, TellsTheFileNameOnlyWhereItCounts) {
 
 TEST(HostManager, TakesNothingDownUnlessAsked) {
     const TemporaryFolder folder;
-    folder.Write(kMediaTypesFileName, kTypes);
+    folder.Write(kezMediaTypesFileName, kTypes);
     Host host(Arguments(), ConfigFolders{folder.GetPath(), folder.GetPath()});
     Announcement announcement;
     std::string reason;

@@ -1,5 +1,6 @@
 #include "host/ConfigFolders.h"
 
+#include "ez/Environment.h"
 #include "ezPlatform/config/Config.h"
 
 #include <filesystem>
@@ -9,7 +10,7 @@ namespace {
 
 bool HasMediaTypesFile(const std::filesystem::path& aFolder) {
     std::error_code ignored;
-    return std::filesystem::exists(aFolder / kMediaTypesFileName, ignored);
+    return std::filesystem::exists(aFolder / kezMediaTypesFileName, ignored);
 }
 
 /// The data folder that belongs to the folder of this program; "" where it holds no media types file.
@@ -30,7 +31,7 @@ ConfigFolders FindConfigFolders(const Arguments& anArguments) {
         readOnly = ezCString(*anArguments.mConfigFolder);
         readWrite = readOnly;
     } else {
-        ezConfigConfig::GetConfigPaths(readOnly, readWrite, "ConfigPath.ini");
+        ezConfigConfig::GetConfigPaths(readOnly, readWrite, kezConfigPathFileName);
         if (readOnly.IsEmpty()) {
             const std::string installed = HasMediaTypesFile(".") ? std::string() : InstalledFolder();
             readOnly = installed.empty() ? ezCString(".") : ezCString(installed);

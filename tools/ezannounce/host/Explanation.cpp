@@ -3,6 +3,7 @@
 #include "host/MapperAnswer.h"
 
 #include "ez/DLNAFileParser.h"
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
@@ -16,9 +17,6 @@
 namespace {
 
 using Entry = ExtensionMimeTypeMatcherEntry;
-
-/// The "CTTContext" in which the name of a conformance-test file is laid over what parsers say.
-constexpr uint32 kCTTContext_NameDecides = 2;
 
 constexpr std::array<std::string_view, 9> kRateKeys = {
     kezInfo_BitRate,      kezInfo_MaxBitRate,      kezInfo_EstimatedBitRate,
@@ -203,9 +201,9 @@ void Explainer::FindRecords(ezMediaParserStream& aStream) {
     mStream = std::make_unique<ezMediaInfo>();
     aStream.CopyInfo(mStream.get());
 
-    const uint32 context = ezPropertyList_Get_uint32(mEnvironment, "CTTContext");
+    const uint32 context = ezPropertyList_Get_uint32(mEnvironment, kProperty_CTTContext);
     if (mOuter == nullptr || mOuter->mParser != mManager.GetMimeTypesDotIniParser() || context == 0 ||
-        (mInner != nullptr && context != kCTTContext_NameDecides)) {
+        (mInner != nullptr && context != kProperty_CTTContext_NameDecides)) {
         return; // the file name was not asked
     }
     mNamed.reset(DLNAFileParser(mEnvironment).Parse(aStream));

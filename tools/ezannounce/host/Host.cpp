@@ -33,22 +33,19 @@ Announcement::~Announcement() = default;
 
 Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
            std::shared_ptr<const ProfileRules> aRules, Console* aConsole)
-    : mEnvironment(ezPropertyList_New()),
+    : mEnvironment(aFolders.mReadOnly, aFolders.mReadWrite),
       mfExplain(anArguments.mfExplain),
       mParseOptions(anArguments.mParseOptions) {
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadOnlyConfigPath", aFolders.mReadOnly.c_str());
-    ezPropertyList_Set_charPtr(mEnvironment, "ReadWriteConfigPath", aFolders.mReadWrite.c_str());
-    ezPropertyList_Set_uint32(mEnvironment, "CTTContext", anArguments.mCTTContext);
-
+    mEnvironment.SetCTTContext(anArguments.mCTTContext);
     if (anArguments.mCodePage) {
-        ezPropertyList_Set_charPtr(mEnvironment, kProperty_TextCodePage, anArguments.mCodePage->c_str());
+        mEnvironment.SetTextCodePage(*anArguments.mCodePage);
     }
 
     mMatcher = std::make_unique<ExtensionMimeTypeMatcher>(aFolders.mReadOnly.c_str(),
-                                                          aFolders.mReadWrite.c_str(), kMediaTypesFileName);
+                                                          aFolders.mReadWrite.c_str(), kezMediaTypesFileName);
     mMatcher->Load();
 
-    mManager = std::make_unique<HostManager>(mEnvironment);
+    mManager = std::make_unique<HostManager>(mEnvironment.Get());
     mManager->SetTracing(mfExplain);
     mManager->AddStandardParsers(mParseOptions);
     RegisterFormatParsers(*mManager, std::move(aRules));
@@ -63,7 +60,6 @@ Host::~Host() {
     mManager.reset();
     mMapper.reset();
     mMatcher.reset();
-    ezPropertyList_Delete(mEnvironment);
 }
 
 void Host::Use(std::unique_ptr<DLNAMediaMapper> aMapper) {
@@ -104,7 +100,7 @@ void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Anno
         }
     }
     if (mfExplain) {
-        Explainer explainer(*mManager, *mMatcher, mEnvironment, mParseOptions, mRefusals->Take());
+        Explainer explainer(*mManager, *mMatcher, mEnvironment.Get(), mParseOptions, mRefusals->Take());
         anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
             aStream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
     }

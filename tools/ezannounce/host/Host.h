@@ -4,8 +4,8 @@
 #include "host/ConfigFolders.h"
 #include "host/HostManager.h"
 
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
-#include "ezPlatform/config/PropertyList.h"
 
 #include <memory>
 #include <string>
@@ -60,7 +60,7 @@ public:
     bool HasMediaTypes() const;
 
 private:
-    ezPropertyList* mEnvironment;
+    ezEnvironment mEnvironment; ///< first, as the parsers use it to the end
     std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
     std::unique_ptr<HostManager> mManager;
     std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force

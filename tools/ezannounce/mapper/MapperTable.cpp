@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr const char* kFileName = "MediaMapper.txt";
 constexpr const char* kWritableFileName = "_MediaMapper.txt";
 
 ezPathName PathIn(const std::string& aFolder, const char* aName) {
@@ -19,7 +18,7 @@ class UncopiedMapper : public DLNAMediaMapper {
 public:
     // An empty writable folder is the working one, so that none is made; nothing is written to it.
     UncopiedMapper(ezMimeTypesDotIniParser* anIniParser, const std::string& aFolder)
-        : DLNAMediaMapper(anIniParser, ezCString(aFolder), "", "", kFileName) {}
+        : DLNAMediaMapper(anIniParser, ezCString(aFolder), "", "", kezMediaMapperFileName) {}
 
     ezError LoadUncopied(const std::string& aPath) {
         return LoadFile(ezPathName::MakeFilePath(ezCString(aPath)));
@@ -29,7 +28,7 @@ public:
 std::unique_ptr<DLNAMediaMapper> NewMapper(const ConfigFolders& aFolders,
                                            ezMimeTypesDotIniParser* anIniParser) {
     return std::make_unique<DLNAMediaMapper>(anIniParser, ezCString(aFolders.mReadOnly),
-                                             ezCString(aFolders.mReadWrite), "", kFileName);
+                                             ezCString(aFolders.mReadWrite), "", kezMediaMapperFileName);
 }
 
 /// Says which lines do not count, and why: those of the read-only file, or those of the other.
@@ -60,7 +59,7 @@ void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Conso
 }
 
 MapperFiles FindMapperFiles(const ConfigFolders& aFolders) {
-    const ezPathName readOnly = PathIn(aFolders.mReadOnly, kFileName);
+    const ezPathName readOnly = PathIn(aFolders.mReadOnly, kezMediaMapperFileName);
     const ezPathName writable = PathIn(aFolders.mReadWrite, kWritableFileName);
     return {readOnly.GetFullPath().c_str(), writable.GetFullPath().c_str(), readOnly.FileExists(),
             writable.FileExists()};
@@ -71,8 +70,8 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
                                             Console& aConsole) {
     const MapperFiles files = FindMapperFiles(aFolders);
     if (!files.mfReadOnlyExists && !files.mfWritableExists) {
-        aConsole.Error(kFileName, "no media mapper file: neither '" + files.mWritable + "' nor '" +
-                                      files.mReadOnly + "'");
+        aConsole.Error(kezMediaMapperFileName, "no media mapper file: neither '" + files.mWritable +
+                                                   "' nor '" + files.mReadOnly + "'");
         return nullptr;
     }
     const bool fFirstLoad = !files.mfWritableExists;
@@ -80,7 +79,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
         auto mapper = std::make_unique<UncopiedMapper>(anIniParser, aFolders.mReadOnly);
         const ezError error = mapper->LoadUncopied(fFirstLoad ? files.mReadOnly : files.mWritable);
         if (error.IsError()) {
-            aConsole.Error(kFileName, OneLine(error));
+            aConsole.Error(kezMediaMapperFileName, OneLine(error));
             return nullptr;
         }
         TellSkipped(*mapper, false, fFirstLoad ? files.mReadOnly : files.mWritable, aConsole);
@@ -99,7 +98,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
         error = mapper->Load();
     }
     if (error.IsError()) {
-        aConsole.Error(kFileName, OneLine(error));
+        aConsole.Error(kezMediaMapperFileName, OneLine(error));
         return nullptr;
     }
     TellSkipped(*mapper, false, files.mWritable, aConsole);

@@ -6,6 +6,7 @@
 #include "output/Console.h"
 #include "output/SafeText.h"
 
+#include "ez/UPnPClasses.h"
 #include "ezPlatform/dlna/DLNAField.h"
 
 #include <algorithm>
@@ -32,14 +33,14 @@ std::vector<ColumnStyle> Styles() {
     return {{SIZE_MAX}, {kLongestKind}, {16, true}, {16, true}, {kLongestCodecs}, {kLongestProfile}};
 }
 
-/// "audio" of "item.audioItem.musicTrack"; of a class that is none of an item the whole.
+/// "audio" of "item.audioItem.musicTrack"; of a class that is not an item's the whole.
 std::string KindOf(const ezMediaInfo& anInfo) {
-    constexpr std::string_view kStart = "item.";
     constexpr std::string_view kEnd = "Item";
     const ezCString text = anInfo.GetCString(kezInfo_ClassName, "");
     std::string_view kind = text.View();
-    if (kind.substr(0, kStart.size()) == kStart) {
-        kind = kind.substr(kStart.size());
+    constexpr std::string_view kItem = kezUPnPClass_Item;
+    if (kind.substr(0, kind.find('.')) == kItem && kind.size() > kItem.size()) {
+        kind = kind.substr(kItem.size() + 1);
         kind = kind.substr(0, kind.find('.'));
         const std::size_t end = kind.size() - std::min(kind.size(), kEnd.size());
         kind = kind.substr(end) == kEnd ? kind.substr(0, end) : kind;

@@ -8,7 +8,6 @@
 
 #include "ez/MediaParserManager.h"
 #include "ezFormats/FormatParsers.h"
-#include "ezPlatform/config/PropertyList.h"
 
 #include "support/Catchers.h"
 #include "support/ZlibBytes.h"
@@ -36,11 +35,10 @@ std::string Title24(const std::string& aBody, unsigned aFlags = 0, unsigned aTag
 }
 /// "title|creator|album|genre", with a code page in the environment.
 std::string TextsIn(const char* aCodePage, const std::string& aBytes) {
-    const std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> environment(ezPropertyList_New(),
-                                                                                 ezPropertyList_Delete);
-    ezPropertyList_Set_charPtr(environment.get(), kProperty_TextCodePage, aCodePage);
+    ezEnvironment environment;
+    environment.SetTextCodePage(aCodePage);
     MPEGAudioParser parser;
-    parser.SetEnvironmentInfo(environment.get());
+    parser.SetEnvironmentInfo(environment.Get());
     return Texts(aBytes, parser);
 }
 std::string Genre(const std::string& aText) {
@@ -122,11 +120,10 @@ TEST(MPEGAudioTexts, ACodePageThatNobodyKnowsIsToldOnce) {
         "Windows-1252\n";
     for (const auto& [name, count] :
          std::map<std::string, std::ptrdiff_t>{{"", 0}, {"1251", 0}, {"klingon", 1}}) {
-        const std::unique_ptr<ezPropertyList, void (*)(ezPropertyList*)> environment(ezPropertyList_New(),
-                                                                                     ezPropertyList_Delete);
-        ezPropertyList_Set_charPtr(environment.get(), kProperty_TextCodePage, name.c_str());
+        ezEnvironment environment;
+        environment.SetTextCodePage(name);
         const LogCatcher log;
-        ezMediaParserManager manager(environment.get());
+        ezMediaParserManager manager(environment.Get());
         RegisterFormatParsers(manager);
         const std::vector<std::string> texts = log.Texts();
         EXPECT_EQ(std::count(texts.begin(), texts.end(), warning), count) << name;

@@ -1,6 +1,7 @@
 #include "bench/ProbingParser.h"
 
 #include "ez/MediaParserStream.h"
+#include "ez/UPnPClasses.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 ProbingParser::~ProbingParser() = default;
@@ -14,6 +15,6 @@ ezMediaInfo* ProbingParser::Parse(ezMediaParserStream& aStream) {
     }
     ezMediaInfo* info = new ezMediaInfo;
     info->Set(kezInfo_MimeType, "video/mpeg", true);
-    info->Set(kezInfo_ClassName, "item.videoItem", true);
+    info->Set(kezInfo_ClassName, kezUPnPClass_VideoItem, true);
     return info;
 }

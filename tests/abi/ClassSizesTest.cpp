@@ -18,6 +18,7 @@
 #include "ez/DLNAProfileEntry.h"
 #include "ez/ElementaryStreamInfo.h"
 #include "ez/ElementaryStreamParserBase.h"
+#include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
 #include "ez/ExtensionMimeTypeMatcherEntry.h"
 #include "ez/FileMediaParserStream.h"
@@ -142,6 +143,7 @@ const std::vector<Row> kRows = {
     EZ_CLASS(DLNAProfileEntry,                24, 8,   16, 4),
     EZ_CLASS(ezElementaryStreamInfo,          24, 8,   12, 4),
     EZ_CLASS(ezElementaryStreamParser,        80, 8,   52, 4),
+    EZ_CLASS(ezEnvironment,                    8, 8,    4, 4),
     EZ_CLASS(ExtensionMimeTypeMatcher,        48, 8,   24, 4),
     EZ_CLASS(ExtensionMimeTypeMatcherEntry,   32, 8,   16, 4),
     EZ_CLASS(ezFileMediaParserStream,       8456, 8, 8416, 8),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ez/UPnPClasses.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -26,7 +28,7 @@ struct MediaTypesLine {
     const char* mType;                                ///< the parser to try first, or a name without one
     std::initializer_list<const char*> mExtensions;   ///< without the dot; the first is the one announced
     std::initializer_list<const char*> mMimeTypes;    ///< the first is the one announced
-    const char* mClass;                               ///< the UPnP class, without "object."
+    const char* mClass;                               ///< kezUPnPClass_...
     std::initializer_list<const char*> mFurtherTypes; ///< parsers to try after the first, in this order
 };
 

@@ -31,9 +31,9 @@ public:
         {{"jpg",
           {"jpg", "jpeg", "jpe", "jfif"},
           {"image/jpeg", "image/jpg", "image/pjpeg"},
-          "item.imageItem.photo",
+          kezUPnPClass_Photo,
           {}},
-         {"mpo", {"mpo"}, {"image/jpeg", "image/mpo"}, "item.imageItem.photo", {"jpg"}}},
+         {"mpo", {"mpo"}, {"image/jpeg", "image/mpo"}, kezUPnPClass_Photo, {"jpg"}}},
         {{"image/jpeg", "", {"image/jpg", "image/pjpeg"}}},
         {IsAt},
     };

@@ -24,7 +24,7 @@ public:
         "png",
         {"image/png"},
         {kPNG_MaxReads, kPNG_MaxBytes},
-        {{"png", {"png", "apng"}, {"image/png", "image/x-png", "image/apng"}, "item.imageItem.photo", {}}},
+        {{"png", {"png", "apng"}, {"image/png", "image/x-png", "image/apng"}, kezUPnPClass_Photo, {}}},
         {{"image/png", "", {"image/x-png"}}},
         {IsAt},
     };

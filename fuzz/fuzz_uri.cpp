@@ -63,7 +63,6 @@ void CheckComponents(const URI& aURI) {
     char* segment = ezURI_GetLastPathSegment(aURI.get());
     FuzzCheck((segment == nullptr) == (path == nullptr));
     ezCString::FromAllocatedString(segment);
-    ezCString::FromAllocatedString(ezURI_GetQueryArgument(aURI.get(), "a"));
     FuzzCheck(ezURI_GetPort(aURI.get()) <= 65535);
 }
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Reads the bits of a lent block, first bit of a byte first. A read beyond the end fails and gives 0, and
-/// from then on every read does: whoever walks a header asks once, in the end.
+/// Reads the bits of a borrowed block, most significant bit of a byte first. A read beyond the end fails and
+/// gives 0, and from then on every read does: whoever walks a header asks once, in the end.
 class ezBitReader {
 public:
     ezBitReader(const unsigned char* aBytes, std::size_t aBitCount) : mBytes(aBytes), mBitCount(aBitCount) {}

@@ -10,7 +10,7 @@
 /// The four characters that name a box, a brand or a kind of samples, compared as one number.
 class BoxType {
 public:
-    /// Four NULs: none that there is.
+    /// Four NULs: not one that there is.
     constexpr BoxType() = default;
     constexpr explicit BoxType(std::uint32_t aCode) : mCode(aCode) {}
     // implicit: a type is compared with literals

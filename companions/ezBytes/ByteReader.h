@@ -26,7 +26,7 @@ public:
     /// Bytes up to the end, stuffing included; 0 after a failure.
     std::uint64_t GetLeft() const { return mfFailed ? 0 : mEnd - mPosition; }
 
-    /// From here on the zero that stands behind every 0xFF is stuffing (unsynchronisation of ID3v2), which no
+    /// From here on the zero that follows every 0xFF is stuffing (unsynchronisation of ID3v2), which no
     /// read, count or text sees.
     void SetUnsynchronised() { mfUnsynchronised = true; }
     bool IsUnsynchronised() const { return mfUnsynchronised; }
@@ -69,7 +69,7 @@ public:
             mPosition += aCount;
         }
     }
-    /// A reader of the next aCount bytes, which this one skips; a failed one of none where they are not
+    /// A reader of the next aCount bytes, which this one skips; a failed one of no bytes where they are not
     /// there.
     ByteReader Take(std::uint64_t aCount) {
         ByteReader part(*mBytes, mPosition, mPosition);
@@ -96,7 +96,7 @@ private:
         return std::uint32_t{aBytes[0]} << 24 | std::uint32_t{aBytes[1]} << 16 |
                std::uint32_t{aBytes[2]} << 8 | aBytes[3];
     }
-    /// The next bytes where the source has all of them at hand, and none is stuffing: lent until the next
+    /// The next bytes where the source has all of them at hand, and none is stuffing: borrowed until the next
     /// call, and passed. Else null, and nothing is passed: byte by byte there may be some, unless the reader
     /// has failed.
     const unsigned char* TakeAtHand(std::size_t aCount);

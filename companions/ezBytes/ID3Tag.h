@@ -10,10 +10,10 @@
 
 /// The header of an ID3v2 tag.
 struct ID3Tag {
-    unsigned mVersion = 0; ///< the first number behind the "2."
+    unsigned mVersion = 0; ///< the first number after the "2."
     unsigned mFlags = 0;
     std::uint32_t mSize = 0; ///< without the header, and the footer
-    /// Bytes of the tag behind its header.
+    /// Bytes of the tag after its header.
     std::uint64_t GetRest() const {
         constexpr unsigned kFooter = 0x10;
         return std::uint64_t{mSize} + (mVersion == 4 && (mFlags & kFooter) != 0 ? 10 : 0);

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Puts a character behind a text. What no Unicode character is (a surrogate, a value above U+10FFFF) becomes
+/// Appends a character to a text. What no Unicode character is (a surrogate, a value above U+10FFFF) becomes
 /// U+FFFD.
 void AppendUtf8(std::string& aText, char32_t aCharacter);
 
@@ -14,7 +14,7 @@ struct Utf8Character {
     std::size_t mLength = 0; ///< in bytes; 0 where the bytes are not UTF-8
 };
 
-/// The character that a text begins with; one of no length where it begins with none, and for an empty text.
+/// The character that a text begins with; one of length 0 where it begins with none, and for an empty text.
 /// Overlong forms, surrogates and values above U+10FFFF are not UTF-8.
 Utf8Character FirstUtf8Character(std::string_view aText);
 

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-/// A media that is read from a file descriptor: standard input, a pipe, a socket, a terminal, or a file.
+/// A media stream that is read from a file descriptor: standard input, a pipe, a socket, a terminal, or a
+/// file.
 ///
 /// What comes through a pipe has no size before its end, and can be sought back in only as far as the window
 /// reaches. A regular file is the media from the descriptor's file offset on; it knows its size at once and

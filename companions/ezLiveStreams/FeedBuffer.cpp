@@ -111,7 +111,7 @@ bool ezFeedBuffer::SetSize(std::uint64_t aSize) {
     bool fSame = false;
     {
         const Lock lock(mMutex);
-        if (mMoveTo) { // mEnd is the place asked for, which may well lie behind the size
+        if (mMoveTo) { // mEnd is the place asked for, which may well lie past the size
             return true;
         }
         fSame = aSize >= mEnd && (!mSize || *mSize == aSize);

@@ -16,33 +16,24 @@
 #include <optional>
 #include <string>
 
-/// How much of a media a feed buffer holds, in bytes.
+/// How much of the media a feed buffer holds, in bytes.
 struct ezFeedLimits {
     /// Bytes that are held as a rule, so that parsers can seek back to what they have seen: parsers look at
-    /// the head of a media, and whole pictures and short songs fit, while a device that looks at a few media
+    /// the head of a file, and whole pictures and short songs fit, while a device that looks at a few files
     /// at a time still has the memory.
     std::size_t mWindow = std::size_t{1} << 20;
     /// A single read that is larger than the window makes the window grow, up to this. At least mWindow.
     std::size_t mLargest = std::size_t{16} << 20;
 };
 
-/// The bytes of a media between the thread on which they arrive, the writer, and the one that reads them: a
-/// window over the media that is bounded, holds its start as long as it can, and can be sought back in.
+/// The bytes of a stream between the thread on which they arrive, the writer, and the one that reads them: a
+/// bounded window over the media, which keeps its start as long as it can and can be sought back in.
 ///
-/// The writer is held back while the window is full. Bytes are dropped from the front of the window only when
-/// the reader waits for more than fits behind it: as much as the request needs, at least so much that a
-/// quarter of the window becomes free, but nothing at or behind the reader's position. What is dropped so
-/// follows from the reads alone, never from who of the two was faster.
-///
-/// A source that can be read from another place than where it is (SetMovable) is moved when the reader seeks
-/// outside of the window: the window is emptied, and Append answers Moved until StartAt.
-///
-/// The size becomes known by SetSize, or at the end. A media that ends before its known size has failed;
-/// bytes behind the known size are ignored.
-///
-/// The first failure stays; bytes that arrived before it are still given out. Only a source that can be moved
-/// is tried again, kRetries times at most, by a seek outside of the window. The writer's operations belong to
-/// one thread, the reader's to another; Close may be called on any. The notices are called with no lock held.
+/// The writer waits while the window is full; what is dropped from its front follows from the reads alone. A
+/// source that can be moved (SetMovable) is moved when the reader seeks outside of the window. Media that end
+/// before their known size have failed. The first failure stays; bytes that arrived before it are still given
+/// out. The writer's operations belong to one thread, the reader's to another; Close may be called on any.
+/// All of the rules: docs/live-streams.md.
 class EZLIVESTREAMS_API ezFeedBuffer {
 public:
     /// Wakes the other side. Not empty; called with no lock held, so that it may ask the buffer.
@@ -53,7 +44,7 @@ public:
         Taken,  ///< all of it: go on
         Moved,  ///< the reader wants bytes of another place: WaitForMove tells from where
         Closed, ///< nobody reads any more: stop
-        Full    ///< the media is complete: what comes behind its known size is not wanted
+        Full    ///< the media is complete: what comes past its known size is not wanted
     };
 
     /// A seek so far ahead of what has arrived, in bytes, moves a source that can be moved ahead; a nearer
@@ -74,7 +65,7 @@ public:
     /// @name For the writer
     /// @{
 
-    /// Takes bytes, which are those behind the ones before. Waits while the window is full.
+    /// Takes the bytes that follow the ones before. Waits while the window is full.
     Push Append(const void* aData, std::size_t aSize);
     /// Tells the size of the whole media. Another size than the one known already is a failure, and false:
     /// the media is not the same any more. Ignored, and true, while a move is asked for: what has arrived
@@ -89,10 +80,10 @@ public:
     /// True while the source is to be moved or nobody reads any more: what is under way can be given up.
     bool IsInterrupted() const;
     /// Takes up a move: the place that the bytes are wanted from. Waits for one as long as nobody closes, at
-    /// the end of a media. False when closed.
+    /// the end of the media. False when closed.
     bool WaitForMove(std::uint64_t* aPosition);
     /// The next bytes are those of this place, at or before the one asked for. The window must be empty, as
-    /// it is behind a move.
+    /// it follows a move.
     void StartAt(std::uint64_t aPosition);
 
     /// @}
@@ -110,8 +101,8 @@ public:
     std::uint64_t GetSize(bool afWait);
     /// False when the media failed before a byte of it came.
     bool IsOpened() const;
-    /// True when the reader came upon a failure: by a read, or by waiting for the size. A failure behind
-    /// everything that was read is none of the reader's; a read that was refused for its size is one. It
+    /// True when the reader came upon a failure: by a read, or by waiting for the size. A failure after
+    /// everything that was read is not the reader's; a read that was refused for its size is one. It
     /// stays true also when the media can be read again.
     bool HasFailed() const;
     /// Why the media failed, or a read was refused for its size; "" while neither was.
@@ -154,7 +145,7 @@ private:
     std::uint64_t mEnd = 0;       ///< of what has arrived
     std::size_t mWindow;          ///< bytes that the window may hold now
     std::uint64_t mPosition = 0;  ///< of the reader
-    std::uint64_t mWantedEnd = 0; ///< of the request that the reader waits for; 0 for none
+    std::uint64_t mWantedEnd = 0; ///< of the request that the reader waits for; 0: it does not wait
     std::optional<std::uint64_t> mSize;
     std::optional<std::uint64_t> mMoveTo;
     ezStreamingStatus mFailure = ezStreamingStatus_NoError;

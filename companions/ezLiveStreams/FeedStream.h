@@ -11,35 +11,35 @@
 /// What a host chooses about a stream that is fed by a thread of its own.
 struct ezFeedOptions {
     ezFeedLimits mLimits; ///< of the window
-    /// GetSize waits until the size is known, the media has failed, or the window is full. A media without a
+    /// GetSize waits until the size is known, the media has failed, or the window is full. Media without a
     /// stated size that fits the window then has its size from the start, and one that does not never has it
-    /// from the start: what is found out about a media does not depend on how fast it came. Without it
+    /// from the start: what is found out about them does not depend on how fast they came. Without it
     /// GetSize answers at once.
     bool mfWaitForSize = false;
 };
 
-/// A media that a thread of the stream's own reads from a source into a bounded window, where the parsing
+/// A media stream whose own thread reads from a source into a bounded window, where the parsing
 /// thread finds it: the base of the streams of this library. It copies and lends nothing.
 ///
 /// A concrete stream implements Feed, which runs on the thread, and Interrupt. It calls Start at the end of
 /// its constructor and Stop at the start of its destructor. The thread takes no signals: those of the process
 /// go to the host's threads.
 ///
-/// A failure is the status of the reads behind the last byte that arrived, and GetErrorText says why. All
+/// A failure is the status of the reads past the last byte that arrived, and GetErrorText says why. All
 /// other rules are those of ezStream.
 class EZLIVESTREAMS_API ezFeedStream : public ezStream {
 public:
     ezuint64 GetSize() override { return mBuffer.GetSize(mfWaitForSize); }
     /// False when the media failed before its first byte; true as long as that is not known.
     bool IsOpened() override { return mBuffer.IsOpened(); }
-    /// A seek behind what has arrived is remembered. One before the window is ezStreamingStatus_OutOfRange
+    /// A seek past what has arrived is remembered. One before the window is ezStreamingStatus_OutOfRange
     /// unless the source can be asked for it.
     ezStreamingStatus Seek(const ezuint64& aPosition) override { return mBuffer.Seek(aPosition.ToUInt64()); }
     ezStreamingStatus Read(void* aBuffer, std::size_t* aSize, int aFlag) override {
         return mBuffer.Read(aBuffer, aSize, aFlag);
     }
 
-    /// True when a read, or the wait for the size, came upon a failure of the media. One behind everything
+    /// True when a read, or the wait for the size, came upon a failure of the media. One after everything
     /// that was asked for does not count, so the answer is the same however fast the media came. A read that
     /// was refused for its size counts too.
     bool HasFailed() const { return mBuffer.HasFailed(); }

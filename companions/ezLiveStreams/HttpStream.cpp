@@ -112,7 +112,7 @@ private:
 #endif
         curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
         curl_easy_setopt(easy, CURLOPT_MAXREDIRS, static_cast<long>(mOptions.mMaxRedirects));
-        // The head of a proxy's answer is none of the server's.
+        // The header of a proxy's answer is not the server's.
         curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
         curl_easy_setopt(easy, CURLOPT_USERAGENT, "ezLiveStreams");
         curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -185,7 +185,7 @@ private:
     bool Begin() {
         const int status = mResponse.GetStatus();
         if (status == 416 && mRequested > 0) {
-            return BeginBehindTheEnd();
+            return BeginPastTheEnd();
         }
         const bool fWhole = status == 200 || status == 203;
         if (!fWhole && !(status == 206 && mRequested > 0)) {
@@ -229,16 +229,16 @@ private:
         }
     }
 
-    /// The place asked for lies at or behind the end of a media whose size was not known before.
-    bool BeginBehindTheEnd() {
+    /// The place asked for lies at or past the end of media whose size was not known before.
+    bool BeginPastTheEnd() {
         std::optional<std::uint64_t> size = mResponse.GetSizeOfUnsatisfied();
         if (!size && mfContinues) {
-            size = mRequested; // nothing lies behind what came before
+            size = mRequested; // nothing follows what came before
         }
         if (!size || *size > mRequested) {
             return Refuse("the server answered with status 416");
         }
-        mfBehindTheEnd = true;
+        mfPastTheEnd = true;
         if (!mfContinues) {
             mBuffer.StartAt(*size);
         }
@@ -251,7 +251,7 @@ private:
         return false;
     }
 
-    /// Of the answer that is coming; lent.
+    /// Of the answer that is coming; borrowed.
     std::string_view FinalURL() const {
         const char* url = nullptr;
         const bool fURL = curl_easy_getinfo(mEasy.get(), CURLINFO_EFFECTIVE_URL, &url) == CURLE_OK;
@@ -278,7 +278,7 @@ private:
         mResponse = ezHttpResponse();
         mReason.clear();
         mfAccepted = false;
-        mfBehindTheEnd = false;
+        mfPastTheEnd = false;
         mToPass = 0;
         mLeft.reset();
         mNext = 0;
@@ -353,7 +353,7 @@ private:
             mBuffer.Fail(ezStreamingStatus_ReadError, "the server sent less than the range that it stated");
         } else if (*aResult == CURLE_OK && mToPass > 0) {
             mBuffer.Fail(ezStreamingStatus_ReadError, kChanged);
-        } else if (*aResult == CURLE_OK || mfBehindTheEnd || *aResult == CURLE_WRITE_ERROR) {
+        } else if (*aResult == CURLE_OK || mfPastTheEnd || *aResult == CURLE_WRITE_ERROR) {
             mBuffer.End(); // a write error: more than the stated size, which nobody wants
         } else {
             mBuffer.Fail(ezStreamingStatus_ReadError,
@@ -376,8 +376,8 @@ private:
     bool mfAccepted = false;            ///< there is a head, and what follows is of the media
     std::uint64_t mToPass = 0;          ///< bytes of the body that are known already
     std::optional<std::uint64_t> mLeft; ///< bytes of the stated range that are still to come
-    std::uint64_t mNext = 0;            ///< behind the stated range
-    bool mfBehindTheEnd = false;
+    std::uint64_t mNext = 0;            ///< after the stated range
+    bool mfPastTheEnd = false;
     bool mfRangesRefused = false;
     std::optional<std::string> mTag; ///< of the first answer
     std::uint64_t mPart = 0;         ///< bytes of the stated range

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <memory>
 
-/// What a host chooses about a media of a web server.
+/// What a host chooses about a stream of a web server.
 struct ezHttpOptions {
     ezFeedOptions mFeed; ///< of the window, and whether GetSize waits
     /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
@@ -13,32 +13,24 @@ struct ezHttpOptions {
     /// trailers after the media, has to be there within four times this, however steadily it comes. Once the
     /// head is there only bytes of the media count as brought.
     std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
-    /// So many redirects are followed for one answer; one more is a failure of the media. 0 follows none.
+    /// So many redirects are followed for one answer; one more is a failure of the stream. 0 follows none.
     int mMaxRedirects = 10;
 };
 
-/// A media of a web server, by HTTP or HTTPS, over libcurl; redirects to other schemes are not followed.
+/// A media stream of a web server, by HTTP or HTTPS, over libcurl; redirects to other schemes are not
+/// followed.
 ///
 /// The size is that of the headers, where they state it. A seek outside of the window asks the server anew,
-/// for the rest from there (RFC 9110, section 14); a server that gives less than the rest is asked again for
-/// what follows, and one that has no ranges sends all again, which is passed over up to there. A forward seek
-/// is only worth that where the server states that it has ranges; otherwise, and when it is short, it reads
-/// on.
+/// for the rest from there (RFC 9110, section 14); a server without ranges sends all again, which is skipped
+/// up to there. After a failure, which GetErrorText tells, a seek outside of the window asks once more, a few
+/// times. What a failure is, and when a seek asks: docs/live-streams.md.
 ///
-/// Failures, by GetErrorText: a server that cannot be reached or answers with anything but the media (the
-/// status is named), or with an encoding of it, a redirect too many or to a URL of more than 8 KiB, a
-/// transfer that breaks off or ends before the stated size or range, or goes beyond that range, a stall, and
-/// media of another size or ETag, by the weak comparison, when it is asked for again; more than 2,000
-/// lines or 256 KiB of heads and trailers together, and media that come in too many parts of less than 4
-/// KiB. After a failure a seek outside of the window asks once more, a few times. The transfer is held back
-/// while the window is full. Proxies are those of the environment.
+/// A record receives the type that the server states as its MIME type, without parameters, where it has no
+/// MIME type (application/octet-stream tells nothing and does not count), and the time of the last
+/// modification where it has no time.
 ///
-/// A record receives the type that the server states as its MIME type, without parameters and where it has
-/// none (application/octet-stream tells nothing and does not count), and the time of the last modification
-/// where it has none.
-///
-/// There where libcurl was missing when the library was built, this class does not exist; the target then
-/// lacks the definition EZ_HAS_HTTP_STREAM.
+/// Where libcurl was missing when the library was built, this class does not exist; the target then lacks the
+/// definition EZ_HAS_HTTP_STREAM.
 class EZLIVESTREAMS_API ezHttpStream : public ezFeedStream {
 public:
     /// Begins to fetch at once, on a thread of its own; a server that cannot be reached is told by the reads.
@@ -52,7 +44,7 @@ public:
     /// Of the last component of the URL's path; its query and fragment do not count.
     ezCString GetExtension() const override;
     ezCString GetURI() const override { return mURL; }
-    /// The URL that the latest answer came from, behind all redirects: what relative references in the media
+    /// The URL that the latest answer came from, after all redirects: what relative references in the media
     /// are resolved against (RFC 3986, section 5.1.3). The URL that was asked for until there is an answer
     /// with the media. May be called on any thread.
     ezCString GetFinalURI() const;

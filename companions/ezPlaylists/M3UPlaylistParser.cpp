@@ -99,7 +99,7 @@ private:
 };
 
 /// Locations among whole lines, told by the bytes that lines begin with. *afIndented is set where one begins
-/// with a blank, and what it is stands behind that.
+/// with a blank, and what it is follows that.
 std::size_t CountLocations(std::string_view aLines, bool* afIndented) {
     const char* const end = aLines.data() + aLines.size();
     NextByte lf(aLines, '\n');

@@ -14,28 +14,12 @@ class PlaylistPlace;
 class PlaylistStreamReader;
 
 /// Reads M3U and M3U8 playlists, plain and extended: a location a line, lines of directives ("#EXT...")
-/// before it. There is no standard; this is what players write.
+/// before it. There is no standard; what players write, and what becomes of it in an entry, is told by
+/// docs/m3u.md.
 ///
-/// - Lines end in LF, CRLF or CR, the last one also at the end of the stream. Blank lines, comments (other
-///   lines that begin with "#", blanks before it allowed) and lines of more than 64 KiB are read over.
-/// - An entry begins at its first directive, or at its location where it has none. Comments and the
-///   directives of the playlist as a whole (`#EXTM3U`, `#EXTENC:`, `#PLAYLIST:`) belong to no entry. A
-///   position inside a line stands for the next line, so that inside an entry what is left of it is read.
-/// - mURI is the line of the location, byte for byte, in whatever encoding. Blanks around a URL are left out,
-///   those of a name belong to it. So a title that FixEntry makes of a location is in the encoding of that.
-/// - mDuration are the whole seconds of `#EXTINF`, 0 when negative or absent. The title is what follows the
-///   first comma outside of quotes, in UTF-8: what is not valid UTF-8 is taken as Latin-1 with the additions
-///   of Windows, or in a stream with the extension "m3u8" mended with U+FFFD. Of several `#EXTINF` the last
-///   counts.
-/// - mSpecificTags are lines parted by "\n": the attributes of `#EXTINF` (key="value", as they are written)
-///   first, then all further directives, as they are written, up to 64 KiB.
-/// - A playlist in UTF-16, told by its byte order mark, is read too: its texts are handed out in UTF-8, its
-/// positions are those of its bytes.
-/// - A line of more than 1 MiB is in no playlist: the reading ends before it. So it does after 64 MiB.
-/// - An HLS playlist describes one media, not a list of songs: it has no entries.
-///
-/// Nothing keeps a playlist from naming itself, or another that names it: who opens entries that are
-/// playlists remembers where it has been. A last line that a failing stream cuts is no entry.
+/// mURI is the line of the location, byte for byte. Title and duration are those of `#EXTINF`, the title in
+/// UTF-8; mSpecificTags has the directives' attributes and other directives, separated by "\n". An HLS
+/// playlist describes one stream: it has no entries.
 ///
 /// Memory is bounded (about 400 KiB and the longest lines), whatever the playlist. A walk is linear in the
 /// bytes; a fetch costs its entry and the next, wherever they lie. A callback that fetches, seeks or walks
@@ -46,7 +30,7 @@ public:
     /// was asked for by.
     static constexpr const char* kMimeTypes[] = {"audio/x-mpegurl", "audio/mpegurl", "application/x-mpegurl",
                                                  "application/vnd.apple.mpegurl"};
-    /// The extensions that come with each of these, parted by ",".
+    /// The extensions that come with each of these, separated by ",".
     static constexpr const char* kExtensionList = "m3u,m3u8";
     /// Null for a null stream.
     static PlaylistParser* sBuild(ezStream* aStream);

@@ -9,12 +9,9 @@
 /// Settings in one text file that stands in two folders: a read-only one that the maker ships and a
 /// read-write one that lies over it key by key.
 ///
-/// The file: sections "[name]", whose names are exact; lines "key=value", spaces around "=" and at both ends
-/// ignored, keys compared without case; comments only where the very first character of a line is ";" or "#";
-/// lines without "=", with an empty key or before the first section do not count, nor does a "[" without "]";
-/// what follows "]" is ignored. "\n" and "\r\n" end a line; a UTF-8 byte order mark is dropped. Of
-/// duplicate keys the place of the first and the value of the last counts; a section that is opened again
-/// goes on. Keys are enumerated in file order, those of the read-only file first.
+/// The file has sections "[name]", whose names are exact, and lines "key=value", whose keys compare without
+/// case; a line whose first character is ";" or "#" is a comment. All of the grammar, and what counts of
+/// duplicates: docs/platform-layer.md.
 ///
 /// Both files are read by the constructor and then forgotten; when both are one file it is read once. A file
 /// that is missing, not a regular file or over kMaximumFileSize has no sections. Only read afterwards, so

@@ -11,7 +11,7 @@ struct ezPtrListNode {
 };
 
 /// The nodes are an array, of which those from mBegin to mEnd are in the list. A deletion moves the nodes
-/// before it, never those behind it, so that a walk forward is not disturbed.
+/// before it, never those after it, so that a walk forward is not disturbed.
 struct ezPtrList {
     // Most lists hold one or two items: those lie in the list itself. Tables are made of lists by the hundred
     // thousand, so that each word counts: the array that a longer list has stands in the place of its own

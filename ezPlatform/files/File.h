@@ -45,26 +45,16 @@ public:
 
     /// Begins to write a file anew. With afOverwrite a regular file of that name is replaced, and not lost:
     /// what is written goes into a file of a name of its own beside it, which Close puts in its place, with
-    /// the mode of the old one. Of several that write the same target at once, in any number of processes,
-    /// each has its own, and the one that is closed last stays, whole.
+    /// the mode of the old one. A symbolic link is followed. Several may write one target at once: the one
+    /// that is closed last stays, whole. Only where the folder does not permit a file beside it is the old
+    /// file itself written, by one at a time, and its content kept in memory meanwhile.
     ///
-    /// A symbolic link is followed by the system, which refuses links that a stranger put into a shared
-    /// folder; what is replaced is the file that was opened, where it stands. A link that leads nowhere is
-    /// refused.
-    ///
-    /// Only where the folder does not permit a file beside it is the old file itself written: its content is
-    /// kept in memory and put back when the new one is given up, and is at risk when the process ends
-    /// meanwhile, when the disk takes nothing any more, and when it may be written and not read. One at a
-    /// time does that: another one fails in Create.
-    /// A folder in which only its owner may replace a file (a shared one, "sticky") permits one beside it all
-    /// the same, and it is Close that fails there: the file of another user stands as it was.
-    ///
-    /// False, with the old file untouched, when the target is no regular file, may not be written, exists
+    /// False, with the old file untouched, when the target is not a regular file, may not be written, exists
     /// without afOverwrite, the file beside it cannot be made for another reason (a full disk), the content
-    /// to keep cannot be had or is 2 GiB and more, or this object is open. What a killed writer left beside
-    /// the target goes with the next Create, which looks through the folder for it: a file whose lock nobody
-    /// has or, where there are no locks, that was not written for a day. anAccessMode
-    /// ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the process's mask.
+    /// to keep cannot be had, or this object is open. All of the rules, and where the old content is at risk:
+    /// docs/platform-layer.md.
+    /// @param anAccessMode  ezFileAccessMode_ReadWrite lets everybody read and write a new file, less the
+    ///                      process's mask
     bool Create(const ezCString& aPath, bool afOverwrite, int anAccessMode);
 
     /// Writes at the position, to a file of Create or one being filled, and moves the position: the count,

@@ -15,24 +15,12 @@ class ezFile;
 ///
 /// A host asks OpenCachedFile for a name. What is cached comes open for reading; else an empty file comes to
 /// be filled, which is then reported by SetCachedFileState. Only what was reported as good is handed out
-/// later: a file that is being filled stands under a name of its own, and a process that is killed on the way
-/// leaves nothing but that, which the next one removes.
+/// later, also after a process was killed in the middle.
 ///
 /// The files lie in "ezcache", a folder of its own in the one that is given, made when it is first needed;
-/// whatever lies in it belongs to the cache. Nothing outside of it is made, renamed or removed: for that the
-/// folder is opened anew each time, a symbolic link in its place is refused, and the work is done in what was
-/// opened, whatever stands there a moment later. Foreign files beside it are safe. A hit goes by the path
-/// alone and is marked by the file's time of modification: where a link takes the folder's place after it was
-/// seen, a file of exactly that name where the link leads is still handed out and marked, until a new file is
-/// asked for. Links within the folder are not followed.
-///
-/// What is needed in memory is bounded: of the files that may go next it knows an eighth of all, 1,024 at the
-/// least and 16,384 at the most, of which each takes some 100 to 250 bytes (4 MiB at the most).
-///
-/// Any number of processes and objects may use one folder. Two that fill the same name at once each fill a
-/// file of their own, and the last one stays. Each looks the folder through now and then, so that with n of
-/// them the bounds may be exceeded by n/8 for a while; one alone keeps them to the file. An object is used by
-/// one thread at a time.
+/// whatever lies in it belongs to the cache, and nothing outside of it is touched. Any number of processes
+/// and objects may use one folder; an object is used by one thread at a time. What that costs in memory and
+/// in looks through the folder, and how links are met: docs/platform-layer.md.
 class EZPLATFORM_API ezFileCacheManager {
 public:
     /// @param aFolder        where the cache lies; it need not exist, and nothing is done before the first
@@ -45,9 +33,7 @@ public:
     ezFileCacheManager(const ezFileCacheManager&) = delete;
     ezFileCacheManager& operator=(const ezFileCacheManager&) = delete;
 
-    /// The file cached under a name, at its start; the caller's. The cost does not depend on how many there
-    /// are; that of a new one in a full cache is, up to 131,072 files, one look through the folder for every
-    /// eighth of them that went, and grows with the number beyond.
+    /// The file cached under a name, at its start; the caller's.
     /// @param aName    any bytes, of any number; different names have different files
     /// @param afNew    receives true when the file is new: empty, at its start, to be written and read. The
     ///                 caller fills it and calls SetCachedFileState; destroyed without that, it is given up.

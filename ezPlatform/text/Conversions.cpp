@@ -23,7 +23,7 @@ bool IsBelow(std::string_view aLeft, std::string_view aRight) {
     return aLeft.size() != aRight.size() ? aLeft.size() < aRight.size() : aLeft < aRight;
 }
 
-/// What may stand behind the point: digits, or two numbers of which the first is the smaller.
+/// What may follow the point: digits, or two numbers of which the first is the smaller.
 bool IsFraction(std::string_view aText) {
     const std::size_t slash = aText.find('/');
     if (slash == std::string_view::npos) {

@@ -21,7 +21,7 @@ struct Parts {
     std::optional<Text> mQuery;
     std::optional<Text> mFragment;
 };
-using LentParts = Parts<std::string_view>;
+using BorrowedParts = Parts<std::string_view>;
 using OwnParts = Parts<std::string>;
 
 constexpr const char* kDoesNotStandInAURI = "\"<>\\^`{|}";
@@ -120,32 +120,32 @@ std::optional<std::string_view> TakeScheme(std::string_view& aText, OneLetter aR
     if (colon == std::string_view::npos || aText[colon] != ':' || !IsScheme(aText.substr(0, colon), aRule)) {
         return std::nullopt;
     }
-    const std::string_view behind = aText.substr(colon + 1);
+    const std::string_view after = aText.substr(colon + 1);
     // No URI holds a raw blank, but URLs are met that do; without a slash it is rather the name of a song.
-    if (HasBlank(behind) && !IsSlash(behind.front())) {
+    if (HasBlank(after) && !IsSlash(after.front())) {
         return std::nullopt;
     }
     const std::string_view scheme = aText.substr(0, colon);
-    aText = behind;
+    aText = after;
     return scheme;
 }
 
-/// Takes what stands behind the first aMark, and the mark, off the end.
-std::optional<std::string_view> TakeBehind(std::string_view& aText, char aMark) {
+/// Takes what follows the first aMark, and the mark, off the end.
+std::optional<std::string_view> TakeAfter(std::string_view& aText, char aMark) {
     const std::size_t mark = aText.find(aMark);
     if (mark == std::string_view::npos) {
         return std::nullopt;
     }
-    const std::string_view behind = aText.substr(mark + 1);
+    const std::string_view after = aText.substr(mark + 1);
     aText = aText.substr(0, mark);
-    return behind;
+    return after;
 }
 
-LentParts Split(std::string_view aText, OneLetter aRule) {
-    LentParts parts;
+BorrowedParts Split(std::string_view aText, OneLetter aRule) {
+    BorrowedParts parts;
     parts.mScheme = TakeScheme(aText, aRule);
-    parts.mFragment = TakeBehind(aText, '#');
-    parts.mQuery = TakeBehind(aText, '?');
+    parts.mFragment = TakeAfter(aText, '#');
+    parts.mQuery = TakeAfter(aText, '?');
     if (aText.substr(0, 2) == "//") {
         aText.remove_prefix(2);
         const std::size_t length = aText.find('/');
@@ -228,7 +228,7 @@ std::string WithoutDotSegments(std::string_view aPath) {
 }
 
 /// RFC 3986 section 5.2.3.
-std::string Merged(const LentParts& aBase, std::string_view aPath) {
+std::string Merged(const BorrowedParts& aBase, std::string_view aPath) {
     std::string path;
     if (aBase.mAuthority && aBase.mPath.empty()) {
         path = "/";
@@ -239,14 +239,14 @@ std::string Merged(const LentParts& aBase, std::string_view aPath) {
     return path;
 }
 
-OwnParts Owned(const LentParts& aParts) {
+OwnParts Owned(const BorrowedParts& aParts) {
     return {std::optional<std::string>(aParts.mScheme), std::optional<std::string>(aParts.mAuthority),
             std::string(aParts.mPath), std::optional<std::string>(aParts.mQuery),
             std::optional<std::string>(aParts.mFragment)};
 }
 
 /// RFC 3986 section 5.2.2.
-OwnParts Resolved(const LentParts& aBase, const LentParts& aReference) {
+OwnParts Resolved(const BorrowedParts& aBase, const BorrowedParts& aReference) {
     OwnParts target = Owned(aReference);
     const bool fOnItsOwn = aReference.mScheme || aReference.mAuthority;
     if (!fOnItsOwn && aReference.mPath.empty()) {
@@ -276,7 +276,7 @@ char* Given(const std::string& aText) {
     return ezStrdup(aText.c_str());
 }
 
-const char* Lent(const std::optional<std::string>& aText) {
+const char* Borrowed(const std::optional<std::string>& aText) {
     return aText ? aText->c_str() : nullptr;
 }
 
@@ -414,15 +414,15 @@ char* ezURI_GetStr(const ezURI* aURI) {
 }
 
 const char* ezURI_GetScheme(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mParts.mScheme) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mParts.mScheme) : nullptr;
 }
 
 const char* ezURI_GetUserInfo(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mUserInfo) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mUserInfo) : nullptr;
 }
 
 const char* ezURI_GetHostName(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mHostName) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mHostName) : nullptr;
 }
 
 uint32 ezURI_GetPort(const ezURI* aURI) {
@@ -430,15 +430,15 @@ uint32 ezURI_GetPort(const ezURI* aURI) {
 }
 
 const char* ezURI_GetPath(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mPath) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mPath) : nullptr;
 }
 
 const char* ezURI_GetQuery(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mQuery) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mQuery) : nullptr;
 }
 
 const char* ezURI_GetFragment(const ezURI* aURI) {
-    return aURI != nullptr ? Lent(aURI->mFragment) : nullptr;
+    return aURI != nullptr ? Borrowed(aURI->mFragment) : nullptr;
 }
 
 char* ezURI_GetLastPathSegment(const ezURI* aURI) {
@@ -449,27 +449,8 @@ char* ezURI_GetLastPathSegment(const ezURI* aURI) {
     return Given(Decoded(path.substr(path.rfind('/') + 1)));
 }
 
-char* ezURI_GetQueryArgument(const ezURI* aURI, const char* aName) {
-    if (aURI == nullptr || aName == nullptr || !aURI->mParts.mQuery) {
-        return nullptr;
-    }
-    const auto decodedField = [](std::string_view aText) {
-        return Decoded(ezCString(aText).Replace("+", " ", true).View());
-    };
-    std::optional<std::string_view> rest = *aURI->mParts.mQuery;
-    while (rest) {
-        std::string_view name = *rest;
-        rest = TakeBehind(name, '&');
-        const std::string_view value = TakeBehind(name, '=').value_or("");
-        if (!name.empty() && decodedField(name) == aName) {
-            return Given(decodedField(value));
-        }
-    }
-    return nullptr;
-}
-
 char* ezURI_S_Combine(const char* aBase, const char* aReference) {
-    const LentParts base = Split(View(aBase), OneLetter::kScheme);
-    const LentParts reference = Split(View(aReference), OneLetter::kScheme);
+    const BorrowedParts base = Split(View(aBase), OneLetter::kScheme);
+    const BorrowedParts reference = Split(View(aReference), OneLetter::kScheme);
     return Given(Joined(Resolved(base, reference), OneLetter::kScheme));
 }

@@ -3,31 +3,27 @@
 #include "ezPlatform/base/Export.h"
 #include "ezPlatform/base/Types.h"
 
-/// A URI, or a relative reference to one, taken apart (RFC 3986).
+/// A URI, or a relative reference to one, and its components (RFC 3986).
 ///
-/// Read leniently, since playlists and people write them: any byte is taken. Two texts that the grammar would
-/// give a scheme have none here: a one-letter "scheme" is a drive letter ("C:\x", "c:/x"), and a text with a
-/// blank or control byte in it whose colon no slash of either kind follows is a name ("Artist: Song.mp3").
+/// Read leniently, since playlists and people write them: any byte is taken, a drive letter ("C:\x") is not a
+/// scheme, and neither is the first word of a name like "Artist: Song.mp3". How these, "%" without two
+/// digits,
+/// "%00" and "%2F" are read: docs/platform-layer.md.
 ///
-/// Components are handed out decoded, and are valid until the object changes. A "%" that no two hexadecimal
-/// digits follow stands for itself. "%00" stays as it is written, as it would end the C string. In the path
-/// "%2F" stays too: the path is split at its "/" before it is decoded, so that the name "AC%2FDC" is one
-/// segment.
-///
-/// Texts that a function returns as char* are the caller's, freed with ezFree
-/// (ezCString::FromAllocatedString); a null object gives null and 0 and takes nothing. Every operation is
-/// linear in the texts that it is given. Not locked.
+/// Components are handed out decoded, and are valid until the object changes. Texts that a function returns
+/// as char* are the caller's, freed with ezFree (ezOwnedText, ezCString::FromAllocatedString); a null object
+/// gives null and 0 and takes nothing. Every operation is linear in the texts that it is given. Not locked.
 struct ezURI;
 
 /// A URI without any component. Never null; given back with ezURI_Delete.
 EZPLATFORM_API ezURI* ezURI_New();
-/// Takes a text apart whose components are escaped; null is the empty text. Never null; given back with
+/// Parses a text whose components are escaped; null is the empty text. Never null; given back with
 /// ezURI_Delete.
 EZPLATFORM_API ezURI* ezURI_NewFromEscapedStr(const char* aText);
 /// Frees the object and with it every component that it handed out. Null is ignored.
 EZPLATFORM_API void ezURI_Delete(ezURI* aURI);
 
-/// Sets the scheme. Null, and a text that is no scheme of two characters or more, takes it away.
+/// Sets the scheme. Null, and a text that is not a scheme of two characters or more, removes it.
 EZPLATFORM_API void ezURI_SetScheme(ezURI* aURI, const char* aScheme);
 
 /// Sets host and path to those of a local file (RFC 8089), whose name is escaped here and not before:
@@ -63,10 +59,6 @@ EZPLATFORM_API const char* ezURI_GetFragment(const ezURI* aURI);
 /// What follows the last "/" of the path, decoded whole: "AC%2FDC" is "AC/DC" here. Null when the path
 /// is empty, "" when it ends in "/".
 EZPLATFORM_API char* ezURI_GetLastPathSegment(const ezURI* aURI);
-/// The value of the first query argument of a decoded name, to the letter ("name=value" separated by "&", "+"
-/// a blank, as web forms write them). "" without "="; null when there is none.
-EZPLATFORM_API char* ezURI_GetQueryArgument(const ezURI* aURI, const char* aName);
-
 /// Resolves a reference against a base (RFC 3986 section 5, strictly: a reference with a scheme, even the
 /// base's, is absolute). "." and ".." segments are removed, also from an absolute reference; those that lead
 /// above the root, or above a base that is itself relative, are dropped. An empty reference gives the base

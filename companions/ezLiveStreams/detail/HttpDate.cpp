@@ -50,7 +50,7 @@ Parts Split(std::string_view aText) {
     return parts;
 }
 
-/// A number of at most four digits; none where the word is no such number or is not within the bounds.
+/// A number of at most four digits; empty where the word is not such a number or is not within the bounds.
 std::optional<std::int64_t> Number(std::string_view aWord, std::int64_t aLeast, std::int64_t aMost) {
     std::uint64_t value = 0;
     if (aWord.size() > 4 || !ezReadDecimal(aWord, &value)) {

@@ -30,7 +30,7 @@ std::optional<std::uint64_t> Number(std::string_view aText) {
     return ezReadDecimal(aText, &value) ? std::optional<std::uint64_t>(value) : std::nullopt;
 }
 
-/// What stands behind "bytes " in a content range.
+/// What follows "bytes " in a content range.
 std::string_view BytesOf(std::string_view aRange) {
     constexpr std::string_view kUnit = "bytes ";
     return ezStartsWithNoCase(aRange, kUnit) ? aRange.substr(kUnit.size()) : std::string_view();

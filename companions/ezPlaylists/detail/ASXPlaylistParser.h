@@ -2,7 +2,7 @@
 
 #include "ezPlaylists/detail/MarkupPlaylistParser.h"
 
-/// Reads ASX, which looks like XML and often is none: names are read in any case, values without quotes, and
+/// Reads ASX, which looks like XML and often is not: names are read in any case, values without quotes, and
 /// stray "&"; so too the older form with a section "[Reference]" and lines "Ref1=".
 ///
 /// An ENTRY is the first of its REFs, with TITLE, DURATION in whole seconds, and AUTHOR as "author=..." in

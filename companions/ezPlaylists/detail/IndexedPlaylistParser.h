@@ -19,8 +19,8 @@ class PlaylistPlace;
 /// PlaylistParser::RegisterTo.
 ///
 /// A walk goes in the order of playing, which need not be that of the bytes (PLS). It begins with the entry
-/// at the position that was sought, or else with the first in the bytes behind it; a position before all
-/// entries, and so 0, begins with the first to be played. Behind the last one there is no entry.
+/// at the position that was sought, or else with the first in the bytes after it; a position before all
+/// entries, and so 0, begins with the first to be played. After the last one there is no entry.
 ///
 /// What could be read of a playlist that is broken or too long stays as it is. So it does of one whose stream
 /// failed, or for which memory was refused (of that it may be nothing), but a walk that is begun anew at 0
@@ -49,8 +49,8 @@ protected:
     virtual bool ReadEntries(PlaylistStreamReader& aReader) = 0;
 
     /// @param aPos  a byte of the playlist that belongs to this entry alone
-    /// An entry without a location is none and left out. False when the index is full, or memory for it was
-    /// refused: further entries are in vain.
+    /// An entry without a location is not one and is left out. False when the index is full, or memory for it
+    /// was refused: further entries are in vain.
     bool AddEntry(std::uint64_t aPos, std::string_view aURI, std::string_view aTitle, uint32 aDuration,
                   std::string_view aTags);
 
@@ -63,7 +63,7 @@ protected:
 private:
     struct Record {
         std::uint64_t mPos;
-        std::size_t mText; ///< location, title and tags, one behind the other
+        std::size_t mText; ///< location, title and tags, one after the other
         uint32 mURISize;
         uint32 mTitleSize;
         uint32 mTagsSize;

@@ -31,9 +31,9 @@ inline constexpr std::size_t kPlaylist_MaxTags = std::size_t{64} * 1024;
 inline constexpr std::size_t kPlaylist_FirstBlock = std::size_t{4} * 1024;
 inline constexpr std::size_t kPlaylist_LastBlock = std::size_t{64} * 1024;
 
-/// Bytes kept behind the position, so that going back to an entry whose successor was looked up reads
+/// Bytes kept before the position, so that going back to an entry whose successor was looked up reads
 /// nothing.
-inline constexpr std::size_t kPlaylist_KeptBehind = std::size_t{4} * 1024;
+inline constexpr std::size_t kPlaylist_KeptBefore = std::size_t{4} * 1024;
 
 /// Bytes at the start of an M3U in which the tags of HLS are looked for. They stand before its first segment.
 /// No more is read for it, however long a line is.

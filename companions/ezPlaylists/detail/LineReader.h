@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// A line of a playlist, lent until the next is read.
+/// A line of a playlist, borrowed until the next is read.
 struct PlaylistLine {
     std::uint64_t mPos = 0;
     std::string_view mText; ///< without its end; empty for a line that is too long

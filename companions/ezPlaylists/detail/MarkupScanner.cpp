@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f\v";
 
-/// A longer one is none that is known; what stands between a stray "&" and the next ";" is not searched.
+/// A longer one is not known; what stands between a stray "&" and the next ";" is not searched.
 constexpr std::size_t kMaximumEntity = 12;
 
-/// A longer one is none that a reader knows.
+/// No reader knows a longer one.
 constexpr std::size_t kMaximumName = 64;
 
 /// Further ones are dropped: each takes many times the memory of its two bytes in the document.
@@ -90,7 +90,7 @@ char32_t NumberedCharacter(std::string_view anEntity) {
     return number <= 0x10FFFF ? static_cast<char32_t>(number) : 0;
 }
 
-/// Puts what an entity means behind a text. False where it means nothing.
+/// Appends what an entity means to a text. False where it means nothing.
 bool AppendMeaning(std::string& aText, std::string_view anEntity) {
     const auto* known = std::find_if(kEntities.begin(), kEntities.end(),
                                      [&](const auto& aKnown) { return aKnown.first == anEntity; });

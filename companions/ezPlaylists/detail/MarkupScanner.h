@@ -21,7 +21,7 @@ struct MarkupPiece {
     std::vector<Attribute> mAttributes;
     bool mfEmptyElement = false; ///< of a start tag that ends in "/>"
 
-    /// Lent; null where the tag has no attribute of this name (lower case).
+    /// Borrowed; null where the tag has no attribute of this name (lower case).
     const std::string* FindAttribute(std::string_view aName) const;
 };
 

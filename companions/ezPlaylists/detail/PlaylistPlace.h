@@ -12,7 +12,7 @@ public:
     /// @param aStream  null has no place
     explicit PlaylistPlace(const ezStream* aStream);
 
-    /// For the constructor of PlaylistParser: null for a local playlist. Lent.
+    /// For the constructor of PlaylistParser: null for a local playlist. Borrowed.
     const char* GetParentURL() const { return mParentURL.IsEmpty() ? nullptr : mParentURL.c_str(); }
     /// Not valid for a playlist on the network.
     const ezPathName& GetFilePath() const { return mFilePath; }

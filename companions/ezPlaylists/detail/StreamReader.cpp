@@ -39,7 +39,7 @@ bool PlaylistStreamReader::MakeRoom(std::size_t aBlock) {
     if (mBytes.Capacity() - mCount >= aBlock) {
         return true;
     }
-    const std::size_t dropped = mOffset - std::min(mOffset, kPlaylist_KeptBehind);
+    const std::size_t dropped = mOffset - std::min(mOffset, kPlaylist_KeptBefore);
     const std::size_t kept = mCount - dropped;
     if (mBytes.Capacity() - kept < aBlock &&
         !mBytes.Reserve(std::max(kept + aBlock, 2 * mBytes.Capacity()))) {

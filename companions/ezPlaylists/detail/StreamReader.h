@@ -15,7 +15,7 @@
 /// After kPlaylist_MaxBytes bytes the stream counts as ended.
 ///
 /// The bytes at hand begin at the position (Peek). Who needs more of them calls Grow, who is done with some
-/// Skip. What lies at hand, and a little behind the position, is sought without a read.
+/// Skip. What is buffered, and a little before the position, is sought without a read.
 ///
 /// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
 /// a read waits. One thread.

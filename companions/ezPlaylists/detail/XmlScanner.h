@@ -23,7 +23,7 @@ public:
     /// False at the end. An empty element ("<a/>") comes as a start tag and an end tag.
     bool Next();
 
-    /// Lent until the next call.
+    /// Borrowed until the next call.
     const MarkupPiece& Piece() const { return mPiece; }
     /// How deep the element is that begins or ends, or that the text stands in: 1 for the root.
     std::size_t Level() const { return mLevel; }

@@ -37,15 +37,14 @@ bool ezFreed_Resize(ezFreed<Type>& aBlock, std::size_t aSize) {
     return true;
 }
 
-/// What a `_Delete` function deletes.
-/// @{
+/// What a `_Delete` function deletes; defined for functions that take one pointer alone.
 template <typename Function>
 struct ezDeletedBy;
+/// The class of an object that such a function takes.
 template <typename Type>
 struct ezDeletedBy<void (*)(Type*)> {
     using type = Type; ///< the class
 };
-/// @}
 
 /// An object of a C-style class, by the function that deletes it: `ezOwned<ezURI_Delete> uri(ezURI_New());`
 template <auto kDelete>

@@ -3,6 +3,7 @@
 #include "ez/MediaParserStream.h"
 #include "ez/UPnPClasses.h"
 
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/PathName.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace {
 
@@ -61,11 +63,10 @@ ezMediaInfo* LPCMParser::Parse(ezMediaParserStream& aStream) {
     info->Set(kezInfo_AudioBitsPerSample, 16, true);
     info->Set(kezInfo_AudioTrackCount, 1, true);
     AdjustDLNAInfo(info);
-    const ezuint64 size = aStream.GetMediaSize();
-    if (size != 0) {
+    if (const std::optional<std::uint64_t> size = ezKnownSize(aStream.GetMediaSize())) {
         const uint32 speed = format->mChannels * format->mRate * kBytesPerSample; // bytes a second
-        const ezuint64 seconds = size / speed;
-        const ezuint64 rest = (size - seconds * speed) * kMillisecondsPerSecond / speed;
+        const ezuint64 seconds = *size / speed;
+        const ezuint64 rest = (*size - seconds * speed) * kMillisecondsPerSecond / speed;
         info->SetDuration(seconds * kMillisecondsPerSecond + rest, "");
     }
     return info;

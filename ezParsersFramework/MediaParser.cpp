@@ -2,19 +2,18 @@
 
 #include "ez/MediaParserStream.h"
 
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/containers/DataBuffer.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
 /// The size of a block to read: no more than the media has, when that is known.
-std::size_t BlockSize(std::size_t aWanted, const ezuint64& aMediaSize) {
-    if (aMediaSize == 0) {
-        return aWanted;
-    }
-    return static_cast<std::size_t>(std::min<std::uint64_t>(aWanted, aMediaSize.ToUInt64()));
+std::size_t BlockSize(std::size_t aWanted, const std::optional<std::uint64_t>& aMediaSize) {
+    return static_cast<std::size_t>(std::min<std::uint64_t>(aWanted, aMediaSize.value_or(aWanted)));
 }
 
 } // namespace
@@ -26,7 +25,7 @@ ezMediaParser::~ezMediaParser() = default;
 
 ezMediaInfo* ezMediaParser::ParseFromStream(ezMediaParserStream& aMediaStream, std::size_t aBeginBufferSize,
                                             std::size_t aEndBufferSize) {
-    const ezuint64 size = aMediaStream.GetMediaSize();
+    const std::optional<std::uint64_t> size = ezKnownSize(aMediaStream.GetMediaSize());
     const std::size_t begin = BlockSize(aBeginBufferSize, size);
     std::size_t end = BlockSize(aEndBufferSize, size);
 
@@ -43,7 +42,7 @@ ezMediaInfo* ezMediaParser::ParseFromStream(ezMediaParserStream& aMediaStream, s
         end = 0;
     }
     return Read(static_cast<uint8*>(beginBuffer.data()), begin, static_cast<uint8*>(endBuffer.data()), end,
-                size);
+                ezSizeOrZero(size));
 }
 
 ezMediaInfo* ezMediaParser::Read(uint8* /*aBegin*/, std::size_t /*aBeginSize*/, uint8* /*aEnd*/,

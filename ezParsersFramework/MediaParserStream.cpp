@@ -2,10 +2,12 @@
 
 #include "ezPlatform/base/Assert.h"
 #include "ezPlatform/base/Checked.h"
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 ezMediaParserStream::~ezMediaParserStream() = default;
 
@@ -21,7 +23,7 @@ void ezMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
     }
     anInfo->mLastModificationTime = mLastModificationTime;
     anInfo->mFullPath = mMediaFullPath;
-    if (mMediaSize != 0 && anInfo->GetUInt64(kezInfo_FileSize, 0) == 0) {
+    if (ezKnownSize(mMediaSize) && !ezKnownSize(anInfo->GetUInt64(kezInfo_FileSize, 0))) {
         anInfo->Set(kezInfo_FileSize, mMediaSize, true);
     }
     if (!mMediaExtension.IsEmpty()) {
@@ -151,18 +153,17 @@ bool ezMediaParserStream::ReadFrom(ezuint64 aPos, size_t* aSize, char* aBuffer) 
 }
 
 bool ezMediaParserStream::ReadFromEnd(size_t aSize, char* aBuffer) {
-    if (mMediaSize == 0 || mMediaSize < aSize) {
-        return false;
-    }
-    return ReadFrom(mMediaSize - aSize, aSize, aBuffer);
+    const std::optional<std::uint64_t> size = ezKnownSize(mMediaSize);
+    return size && *size >= aSize && ReadFrom(*size - aSize, aSize, aBuffer);
 }
 
 bool ezMediaParserStream::ReadFromEnd(size_t* aSize, char* aBuffer) {
-    if (!ezAssert(aSize != nullptr, "aSize != NULL", "MediaParserStream") || mMediaSize == 0) {
+    const std::optional<std::uint64_t> size = ezKnownSize(mMediaSize);
+    if (!ezAssert(aSize != nullptr, "aSize != NULL", "MediaParserStream") || !size) {
         return false;
     }
-    std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(*aSize, mMediaSize.ToUInt64()));
-    if (!ReadFrom(mMediaSize - count, &count, aBuffer)) {
+    std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(*aSize, *size));
+    if (!ReadFrom(*size - count, &count, aBuffer)) {
         return false;
     }
     *aSize = count;

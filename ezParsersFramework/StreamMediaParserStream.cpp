@@ -1,10 +1,12 @@
 #include "ez/StreamMediaParserStream.h"
 
 #include "ezPlatform/base/Checked.h"
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/streams/Stream.h"
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 void sStreamThresholdCallBack(void* aUserData) {
     static_cast<ezStreamMediaParserStream*>(aUserData)->ThresholdReached();
@@ -111,7 +113,8 @@ bool ezStreamMediaParserStream::MediaSeek(const ezuint64& anOffset, bool afSeekI
     if (afSeekImmediate) {
         return StreamSeek();
     }
-    return mMediaSize == 0 || mSeekPos <= mMediaSize; // unlike a file, of which size 0 refuses
+    const std::optional<std::uint64_t> size = ezKnownSize(mMediaSize);
+    return !size || mSeekPos <= *size; // unlike a file, where a size of 0 refuses
 }
 
 bool ezStreamMediaParserStream::IsLending() const {
@@ -170,7 +173,7 @@ ezFileOffset ezStreamMediaParserStream::MediaRead(void* aBuffer, std::size_t aSi
         return 0;
     }
     const ezFileOffset count = IsLending() ? BorrowingRead(aBuffer, aSize) : CopyingRead(aBuffer, aSize);
-    if (mMediaSize == 0) {
+    if (!ezKnownSize(mMediaSize)) {
         mMediaSize = mStream->GetSize();
     }
     return count;

@@ -34,7 +34,8 @@ ez_add_door(ezParsersFramework_inside mapper_line ${FRAMEWORK}/DLNAMediaMapperEn
 ez_add_door(ezParsersFramework_inside media_parser_stream
     ${FRAMEWORK}/MediaParserStream.cpp ${FRAMEWORK}/FileMediaParserStream.cpp)
 ez_add_door(ezParsersFramework_inside media_types_ini
-    ${PLATFORM}/config/Config.cpp ${FRAMEWORK}/ExtensionMimeTypeMatcher.cpp ${FRAMEWORK}/MimeTypesDotIniParser.cpp)
+    ${PLATFORM}/config/Config.cpp ${FRAMEWORK}/ExtensionMimeTypeMatcher.cpp
+    ${FRAMEWORK}/ExtensionMimeTypeMatcherEntry.cpp ${FRAMEWORK}/MimeTypesDotIniParser.cpp)
 ez_add_door(ezParsersFramework_inside mime_type ${PLATFORM}/text/MimeTypeInfo.cpp)
 ez_add_door(ezParsersFramework_inside profile_info_list ${PLATFORM}/dlna/ProtocolInfoList.cpp)
 ez_add_door(ezParsersFramework_inside protocol_info

@@ -6,25 +6,25 @@
 BudgetedBytes::~BudgetedBytes() = default;
 
 std::size_t BudgetedBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (aPosition < mSize && !HasAtHand(aPosition, 1)) {
+    if (aPosition < GetEnd() && !HasAtHand(aPosition, 1)) {
         Bring(aPosition);
     }
     return LendAtHand(aPosition, aBytes);
 }
 
 bool BudgetedBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
-    if (aPosition < mBlockStart || aPosition >= mSize || aPosition - mBlockStart >= mBlockLength) {
+    if (aPosition < mBlockStart || aPosition >= GetEnd() || aPosition - mBlockStart >= mBlockLength) {
         return false;
     }
-    const std::uint64_t there = std::min<std::uint64_t>(aSize, mSize - aPosition);
+    const std::uint64_t there = std::min<std::uint64_t>(aSize, GetEnd() - aPosition);
     return there <= mBlockLength - (aPosition - mBlockStart);
 }
 
 bool BudgetedBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
-    if (aPosition >= mSize) {
+    if (aPosition >= GetEnd()) {
         return false;
     }
-    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, mSize - aPosition));
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, GetEnd() - aPosition));
     std::size_t kept = 0;
     if (HasAtHand(aPosition, 1)) {
         const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
@@ -44,9 +44,9 @@ bool BudgetedBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
     return Keep(kept + count);
 }
 
-void BudgetedBytes::SetSize(std::uint64_t aSize) {
+void BudgetedBytes::SetSize(std::optional<std::uint64_t> aSize) {
     mSize = aSize;
-    const std::uint64_t most = mSize - std::min(mBlockStart, mSize);
+    const std::uint64_t most = GetEnd() - std::min(mBlockStart, GetEnd());
     Keep(static_cast<std::size_t>(std::min<std::uint64_t>(mBlockLength, most)));
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 /// Bytes of a stranger's file, of which one block is kept, read within a budget: that bounds what a walk over
 /// the file may cost. Who derives from it reads from its medium, and says which block a position belongs to.
@@ -17,7 +18,9 @@ class BudgetedBytes : public ByteSource {
 public:
     ~BudgetedBytes() override;
 
-    std::uint64_t GetSize() const override { return mSize; }
+    std::optional<std::uint64_t> GetSize() const override { return mSize; }
+    /// As of every source, without a virtual call: it is asked for at every look.
+    std::uint64_t GetEnd() const { return mSize.value_or(UINT64_MAX); }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
     /// True when all bytes of a range that the file has, and there is one, can be borrowed without a read.
@@ -28,9 +31,10 @@ public:
 
 protected:
     /// The block is taken by the first read, and grows with what is fetched.
-    BudgetedBytes(std::uint64_t aSize, ReadBudget aBudget) : mSize(aSize), mBudget(aBudget) {}
+    BudgetedBytes(std::optional<std::uint64_t> aSize, ReadBudget aBudget) : mSize(aSize), mBudget(aBudget) {}
     /// The block is borrowed, and so long that nothing longer is fetched.
-    BudgetedBytes(std::uint64_t aSize, ReadBudget aBudget, unsigned char* aBlock, std::size_t aCapacity)
+    BudgetedBytes(std::optional<std::uint64_t> aSize, ReadBudget aBudget, unsigned char* aBlock,
+                  std::size_t aCapacity)
         : mSize(aSize), mBudget(aBudget), mBlock(aBlock), mCapacity(aCapacity) {}
 
     /// Brings the block of a position, which is before the end and not at hand, to hand: by Fetch. Nothing is
@@ -46,8 +50,8 @@ protected:
     /// read again. False when it is empty then, and, with the block as it was, at and after the end.
     bool Fetch(std::uint64_t aPosition, std::size_t aSize);
 
-    /// The file has so many bytes: no byte after them is at hand.
-    void SetSize(std::uint64_t aSize);
+    /// The file has so many bytes, as far as that is known: no byte after them is at hand.
+    void SetSize(std::optional<std::uint64_t> aSize);
 
     void RaiseBudget(std::uint64_t aReads, std::uint64_t aBytes) { mBudget.Raise(aReads, aBytes); }
 
@@ -58,7 +62,7 @@ private:
     bool Reserve(std::size_t aSize);
     bool Keep(std::size_t aLength);
 
-    std::uint64_t mSize;
+    std::optional<std::uint64_t> mSize;
     ReadBudget mBudget;
     unsigned char* mBlock = nullptr; ///< not cleared: only its first mBlockLength bytes are ever read
     std::size_t mCapacity = 0;

@@ -12,7 +12,7 @@
 class ByteReader {
 public:
     /// All of aBytes, borrowed.
-    explicit ByteReader(ByteSource& aBytes) : ByteReader(aBytes, 0, aBytes.GetSize()) {}
+    explicit ByteReader(ByteSource& aBytes) : ByteReader(aBytes, 0, aBytes.GetEnd()) {}
 
     bool HasFailed() const { return mfFailed; }
     /// Fails the reader unless what was read keeps a rule.

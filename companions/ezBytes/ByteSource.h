@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 /// A range of bytes of another range.
@@ -18,8 +19,10 @@ public:
     ByteSource(const ByteSource&) = delete;
     ByteSource& operator=(const ByteSource&) = delete;
 
-    /// 2^64-1 when it is not known.
-    virtual std::uint64_t GetSize() const = 0;
+    /// How many bytes there are; without a value when that is not known.
+    virtual std::optional<std::uint64_t> GetSize() const = 0;
+    /// The position that no byte is at or after: 2^64-1 when the size is not known.
+    std::uint64_t GetEnd() const { return GetSize().value_or(UINT64_MAX); }
 
     /// Lends bytes from a position on: as many as are at hand, at least one. They are borrowed until the next
     /// call. 0 when there is no byte there, or it cannot be read; *aBytes is then left as it is.
@@ -67,7 +70,7 @@ public:
     PieceBytes(ByteSource& aBytes, std::vector<BytePiece> aPieces);
     ~PieceBytes() override;
 
-    std::uint64_t GetSize() const override { return mSize; }
+    std::optional<std::uint64_t> GetSize() const override { return mSize; }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
     /// Where aSize bytes from aPosition on, which must be there, lie in the other bytes.
     std::vector<BytePiece> Slice(std::uint64_t aPosition, std::uint64_t aSize) const;
@@ -86,7 +89,7 @@ public:
     BlockBytes(const unsigned char* aBlock, std::size_t aSize) : mBlock(aBlock), mSize(aSize) {}
     ~BlockBytes() override;
 
-    std::uint64_t GetSize() const override { return mSize; }
+    std::optional<std::uint64_t> GetSize() const override { return mSize; }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:

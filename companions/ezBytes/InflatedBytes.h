@@ -4,6 +4,8 @@
 #include "ezBytes/ByteSource.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 /// What a format itself compresses with zlib (RFC 1950): compressed frames of ID3v2, and the movie header of
@@ -40,7 +42,7 @@ public:
     /// bytes are there all the same. What follows those is not read, and may be damaged.
     Result InflateHead(ByteReader& aCompressed, std::size_t aMaxSize);
 
-    std::uint64_t GetSize() const override { return mBytes.size(); }
+    std::optional<std::uint64_t> GetSize() const override { return mBytes.size(); }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:

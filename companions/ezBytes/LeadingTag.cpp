@@ -41,12 +41,12 @@ LeadingTag ReadLeadingTag(ByteSource& aBytes, std::uint64_t aPosition) {
 
 std::uint64_t EndOfLeadingTags(ByteSource& aBytes, std::uint64_t aPosition) {
     std::uint64_t end = aPosition;
-    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount && end < aBytes.GetSize(); ++count) {
+    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount && end < aBytes.GetEnd(); ++count) {
         const LeadingTag tag = ReadLeadingTag(aBytes, end);
         if (tag.mSize == 0) {
             return end;
         }
-        if (tag.mSize >= aBytes.GetSize() - end) {
+        if (tag.mSize >= aBytes.GetEnd() - end) {
             return end + tag.mHeaderSize;
         }
         end += tag.mSize;

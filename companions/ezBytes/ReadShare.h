@@ -2,6 +2,10 @@
 
 #include "ezBytes/BudgetedBytes.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
 /// A share of a budget: bytes of which only so many reads may be made that others need not then do without.
 /// What is at hand costs nothing.
 class ReadShare : public ByteSource {
@@ -10,7 +14,7 @@ public:
     ReadShare(BudgetedBytes& aBytes, std::uint32_t aMaxReads) : mBytes(aBytes), mShare(aMaxReads) {}
     ~ReadShare() override;
 
-    std::uint64_t GetSize() const override { return mBytes.GetSize(); }
+    std::optional<std::uint64_t> GetSize() const override { return mBytes.GetSize(); }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:

@@ -9,6 +9,7 @@
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
 #include "ez/UPnPClasses.h"
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/config/PropertyList.h"
 #include "ezPlatform/containers/PtrList.h"
@@ -81,7 +82,8 @@ ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
     }
     info->Set(kezInfo_MimeType, mDescription.GetFirstMimeType(), false);
     const ezMimeTypesDotIniParser* const table = TableOf(mManager);
-    Announce(*info, bytes.IsSizeKnown(), table != nullptr ? table->GetEntryInTrial(aStream) : nullptr);
+    Announce(*info, bytes.GetSize().has_value(),
+             table != nullptr ? table->GetEntryInTrial(aStream) : nullptr);
     return info.release();
 }
 
@@ -89,7 +91,7 @@ bool FormatParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
     if (anInfo == nullptr || !IsOurs(anInfo->GetCString(kezInfo_MimeType, ""))) {
         return false;
     }
-    Announce(*anInfo, anInfo->GetUInt64(kezInfo_FileSize, 0) != 0U, nullptr);
+    Announce(*anInfo, ezKnownSize(anInfo->GetUInt64(kezInfo_FileSize, 0)).has_value(), nullptr);
     return true;
 }
 

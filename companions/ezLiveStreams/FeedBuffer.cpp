@@ -279,7 +279,7 @@ ezStreamingStatus ezFeedBuffer::Seek(std::uint64_t aPosition) {
     return ezStreamingStatus_NoError;
 }
 
-std::uint64_t ezFeedBuffer::GetSize(bool afWait) {
+std::optional<std::uint64_t> ezFeedBuffer::GetSize(bool afWait) {
     Lock lock(mMutex);
     if (afWait) {
         mSizeMayBeKnown.wait(lock, [this] {
@@ -290,7 +290,7 @@ std::uint64_t ezFeedBuffer::GetSize(bool afWait) {
     if (!mSize && mFailure != ezStreamingStatus_NoError) {
         mfFailureSeen = mfFailureSeen || afWait;
     }
-    return mSize.value_or(0);
+    return mSize;
 }
 
 bool ezFeedBuffer::IsOpened() const {

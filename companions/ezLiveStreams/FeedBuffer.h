@@ -96,9 +96,9 @@ public:
     /// As ezStream::Seek. A seek ahead of what has arrived is remembered, and the bytes before are passed
     /// over. ezStreamingStatus_OutOfRange before the window of a source that cannot be moved.
     ezStreamingStatus Seek(std::uint64_t aPosition);
-    /// The size, 0 while it is not known.
+    /// The size of the whole media; without a value while it is not known.
     /// @param afWait  waits until the size is known, the media has failed, or the window is full
-    std::uint64_t GetSize(bool afWait);
+    std::optional<std::uint64_t> GetSize(bool afWait);
     /// False when the media failed before a byte of it came.
     bool IsOpened() const;
     /// True when the reader came upon a failure: by a read, or by waiting for the size. A failure after

@@ -3,6 +3,7 @@
 #include "ezLiveStreams/Export.h"
 #include "ezLiveStreams/FeedBuffer.h"
 
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/streams/Stream.h"
 
 #include <string>
@@ -29,7 +30,7 @@ struct ezFeedOptions {
 /// other rules are those of ezStream.
 class EZLIVESTREAMS_API ezFeedStream : public ezStream {
 public:
-    ezuint64 GetSize() override { return mBuffer.GetSize(mfWaitForSize); }
+    ezuint64 GetSize() override { return ezSizeOrZero(mBuffer.GetSize(mfWaitForSize)); }
     /// False when the media failed before its first byte; true as long as that is not known.
     bool IsOpened() override { return mBuffer.IsOpened(); }
     /// A seek past what has arrived is remembered. One before the window is ezStreamingStatus_OutOfRange

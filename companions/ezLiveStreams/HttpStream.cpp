@@ -313,8 +313,8 @@ private:
     /// True when all of a range came that is not the rest of the media, as far as that is known.
     bool IsPartDone(std::optional<CURLcode> aResult) const {
         const bool fDone = aResult == CURLE_OK && mfAccepted && mLeft == std::uint64_t{0};
-        const std::uint64_t size = mBuffer.GetSize(false);
-        return fDone && !mBuffer.IsInterrupted() && (size == 0 || mNext < size);
+        const std::optional<std::uint64_t> size = mBuffer.GetSize(false);
+        return fDone && !mBuffer.IsInterrupted() && (!size || mNext < *size);
     }
 
     /// What the transfer came to; none when it was given up: interrupted, or stalled with a reason.

@@ -97,7 +97,7 @@ inline bool CoverDoor_Inflate(const Cover& aCover, std::string* aBytes) {
     if (inflated.Inflate(compressed, aCover.mMaxInflated) != InflatedBytes::Result::Whole) {
         return false;
     }
-    FuzzCheck(aCover.mEncodedOffset < inflated.GetSize()); // the head was there when it was found
+    FuzzCheck(aCover.mEncodedOffset < inflated.GetEnd()); // the head was there when it was found
     ByteReader picture(inflated);
     picture.Skip(aCover.mEncodedOffset);
     aBytes->assign(static_cast<std::size_t>(picture.GetLeft()), '\0');

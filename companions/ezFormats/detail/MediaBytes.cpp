@@ -3,11 +3,12 @@
 #include "ez/MediaParserStream.h"
 #include "ez/MediaParserTypes.h"
 
+#include "ezPlatform/base/KnownSize.h"
+
 #include <algorithm>
+#include <optional>
 
 namespace {
-
-constexpr std::uint64_t kUnknown = UINT64_MAX;
 
 /// A first look at a new place; doubled with every read that goes straight on.
 constexpr std::size_t kLeastBlock = 4096;
@@ -16,15 +17,11 @@ constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
 } // namespace
 
 MediaBytes::MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes)
-    : BudgetedBytes(kUnknown, ReadBudget(aMaxReads, aMaxBytes)), mStream(aStream) {
+    : BudgetedBytes(std::nullopt, ReadBudget(aMaxReads, aMaxBytes)), mStream(aStream) {
     TakeSize();
 }
 
 MediaBytes::~MediaBytes() = default;
-
-bool MediaBytes::IsSizeKnown() const {
-    return GetSize() != kUnknown;
-}
 
 void MediaBytes::Bring(std::uint64_t aPosition) {
     const bool fStraightOn = GetBlockLength() != 0 && aPosition == GetBlockStart() + GetBlockLength();
@@ -35,7 +32,7 @@ void MediaBytes::Bring(std::uint64_t aPosition) {
 }
 
 bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
-    if (aPosition >= GetSize()) {
+    if (aPosition >= GetEnd()) {
         return false;
     }
     const std::size_t size = std::min(aSize, kLargestBlock);
@@ -57,7 +54,7 @@ bool MediaBytes::ReadStart(std::uint64_t aPosition) {
     const bool fFirst = !mfStarted;
     mfStarted = true;
     const bool fRead = Fetch(0, kezMediaParserStreamBufferSize);
-    if (fFirst && !IsSizeKnown()) {
+    if (fFirst && !GetSize()) {
         TakeSize();
     }
     return fRead;
@@ -65,8 +62,7 @@ bool MediaBytes::ReadStart(std::uint64_t aPosition) {
 
 /// A stream that opens itself with its first read knows its size from then on.
 void MediaBytes::TakeSize() {
-    const std::uint64_t size = mStream.GetMediaSize().ToUInt64();
-    SetSize(size == 0 ? kUnknown : size);
+    SetSize(ezKnownSize(mStream.GetMediaSize()));
 }
 
 /// A source may give fewer bytes at a time than there are.
@@ -90,5 +86,5 @@ std::size_t MediaBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, s
 
 void MediaBytes::AllowWholeMedia() {
     // Whoever reads straight on takes a block at a time, a part of which may have been at hand.
-    RaiseBudget(2 * (GetSize() / kLargestBlock + 1), GetSize());
+    RaiseBudget(2 * (GetEnd() / kLargestBlock + 1), GetEnd());
 }

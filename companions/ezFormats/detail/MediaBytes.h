@@ -9,23 +9,21 @@ class ezMediaParserStream;
 
 /// The bytes of a parser's stream, read within a budget. The first read is that of the start, which the
 /// stream keeps for the next parser; bytes after it are read as far as they are asked for, in blocks that
-/// grow while the asking goes straight on. Reading back by a little stays within the block.
+/// grow while the asking goes straight on. Reading back by a little stays within the block. The size may be
+/// known from the first read on only.
 class MediaBytes : public BudgetedBytes {
 public:
     /// aStream is borrowed.
     MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes);
     ~MediaBytes() override;
 
-    /// GetSize is 2^64-1 when it is not known: maybe until the first read.
-    bool IsSizeKnown() const;
-
     /// Reads the block of the next Lend from a position on: for a tail of which all bytes are going to be
     /// asked for, in any order. At most 64 KiB. What is at hand of them is not read again. False when there
     /// are none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);
 
-    /// Raises what the parse may cost by the whole media, once: its bytes, and two reads for each 64 KiB of
-    /// them.
+    /// Raises what the parse may cost by the whole media, of known size, once: its bytes, and two reads for
+    /// each 64 KiB of them.
     void AllowWholeMedia();
 
 protected:

@@ -203,7 +203,7 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
         ticks += aBox.ReadBig32();
         aBox.Skip(4); // where pictures can be started from
     }
-    if (aBox.HasFailed() || ISONumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetSize()) {
+    if (aBox.HasFailed() || ISONumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetEnd()) {
         return 0;
     }
     mIndexed.Add(ticks, timescale);
@@ -260,7 +260,7 @@ ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragm
     ISOFragments fragments;
     mPosition = aStart;
     const bool fWalked = Walk(aMaxFragments, afDuration, fragments);
-    const std::uint64_t size = mBytes.GetSize();
+    const std::uint64_t size = mBytes.GetEnd();
     // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
     const bool fEnded = fWalked && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp();
     fragments.mfComplete = mPosition >= size || (fEnded && IsCut());

@@ -157,7 +157,8 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
     const char* method = fragments.mfIndexed ? "header" : "counted";
     if (!fragments.mfComplete) {
         // What is behind may run slower; players stop at the announced time, so an eighth more.
-        const std::uint64_t all = aMedia.mSize - std::min(fragments.mStart, aMedia.mSize);
+        const std::uint64_t size = aMedia.mSize.value_or(0);
+        const std::uint64_t all = size - std::min(fragments.mStart, size);
         const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
         duration = ISONumber_Microseconds(ezSaturating_Add64(estimate, estimate / 8), 1000000);
         method = "estimate: the first fragments, by their share of the bytes";
@@ -224,7 +225,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     ISOMedia media;
     media.mMovie = ReadMovie(movie, boxBudget);
-    media.mSize = aBytes.IsSizeKnown() ? aBytes.GetSize() : 0;
+    media.mSize = aBytes.GetSize();
     media.mDuration = media.mMovie.mDuration;
     if (aBytes.HasReadFailed()) {
         return RefuseCut(aBytes, "the end of \"moov\"");
@@ -239,7 +240,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     StoreTypes(top, media.mMovie, anInfo);
     StoreFacts(media, anInfo);
     // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
-    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+    if (aBytes.HasReadFailed() && media.mSize) {
         return RefuseCut(aBytes, "the end of the fragments");
     }
     return true;

@@ -7,6 +7,7 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -60,7 +61,7 @@ std::uint32_t RateOfSamples(const ISOTrack& aTrack, std::uint64_t aSamples, std:
 
 /// The rates by the sizes of the samples in the movie's tables: an average of them all, or an estimate of the
 /// first ones.
-Rates RatesByTable(const ISOTrack& aTrack, std::uint64_t aMediaSize, bool afStart) {
+Rates RatesByTable(const ISOTrack& aTrack, const std::optional<std::uint64_t>& aMediaSize, bool afStart) {
     const ISOSizeTable& table = aTrack.mTables.mSizes;
     const ISOCodec& codec = aTrack.mTables.mCodec;
     if (table.mConstantSize != 0 && codec.mPacketBytes != 0 && codec.mPacketSamples != 0) {
@@ -73,7 +74,7 @@ Rates RatesByTable(const ISOTrack& aTrack, std::uint64_t aMediaSize, bool afStar
         return {};
     }
     const ISOSizeSum sum = SumSizes(table, fWhole ? kISO_MaxSizeTable : kISO_SizeTableStart);
-    const bool fTold = aMediaSize == 0 || sum.mBytes <= aMediaSize; // else the table is damaged
+    const bool fTold = !aMediaSize || sum.mBytes <= *aMediaSize; // else the table is damaged
     Rates rates;
     if (!fTold || sum.mSamples == 0) {
         return rates;
@@ -199,7 +200,7 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
     if (aMedia.mDuration != 0) {
         anInfo.SetDuration(aMedia.mDuration / kMicrosInMilli, aMedia.mDurationMethod);
     }
-    const std::uint32_t whole = ISONumber_BitRate(aMedia.mSize, aMedia.mDuration, kMicro);
+    const std::uint32_t whole = ISONumber_BitRate(aMedia.mSize.value_or(0), aMedia.mDuration, kMicro);
     Rates audio;
     Rates video;
     if (movie.mAudio.has_value()) {

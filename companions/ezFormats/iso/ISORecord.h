@@ -4,6 +4,7 @@
 #include "ezFormats/iso/ISOMovie.h"
 
 #include <cstdint>
+#include <optional>
 
 class ezMediaInfo;
 
@@ -11,8 +12,8 @@ class ezMediaInfo;
 struct ISOMedia {
     ISOMovie mMovie;
     ISOFragments mFragments;
-    std::uint64_t mSize = 0;     ///< bytes; 0: not known
-    std::uint64_t mDuration = 0; ///< microseconds; 0: not known
+    std::optional<std::uint64_t> mSize; ///< bytes
+    std::uint64_t mDuration = 0;        ///< microseconds; 0: not known
     const char* mDurationMethod = "header";
     bool mfDurationEstimated = false;
     bool mfFragmentsCounted = false; ///< all fragments were read, no index in place of any

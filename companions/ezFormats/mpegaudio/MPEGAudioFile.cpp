@@ -12,6 +12,7 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -109,10 +110,10 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
             break;
         }
         const std::uint64_t body = tags.mEnd + tag.mHeaderSize;
-        tags.mfBelieved = tag.mSize < aBytes.GetSize() - tags.mEnd;
+        tags.mfBelieved = tag.mSize < aBytes.GetEnd() - tags.mEnd;
         if (tag.mfID3 && !tags.mTexts.IsComplete()) {
             tag.mID3.mSize =
-                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetSize() - body));
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetEnd() - body));
             tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
         }
         tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
@@ -199,10 +200,10 @@ void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
 
 void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
     const std::uint64_t start = mFrames.GetFirst().mPosition;
-    const bool fKnown = mBytes.IsSizeKnown();
-    const bool fGoesOn = fKnown && GoesOnBehindCount(aTails.mAudioEnd);
-    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, mBytes.GetSize(), fKnown, fGoesOn});
-    if (!mLength.mfKnown && fKnown) {
+    const std::optional<std::uint64_t> size = mBytes.GetSize();
+    const bool fGoesOn = size && GoesOnBehindCount(aTails.mAudioEnd);
+    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, size, fGoesOn});
+    if (!mLength.mfKnown && size) {
         Estimate(aTails, afMayReadWhole);
     } else if (!mLength.mfKnown) {
         mLength.mAverageRate = LengthOfFrames(mSurvey, mCount, mSound).mAverageRate;

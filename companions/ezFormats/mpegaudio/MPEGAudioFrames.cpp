@@ -31,7 +31,7 @@ bool IsSameSound(std::uint32_t aFirst, std::uint32_t aNext) {
 MPEGAudioFrames::MPEGAudioFrames(MediaBytes& aBytes) : mBytes(aBytes), mStep(kMPEGAudio_SurveySize) {}
 
 bool MPEGAudioFrames::ReadWord(std::uint64_t aPosition, std::uint32_t* aWord) {
-    if (aPosition >= mBytes.GetSize()) {
+    if (aPosition >= mBytes.GetEnd()) {
         return false;
     }
     if (!mBytes.HasAtHand(aPosition, kMPEGAudioHeaderSize)) {

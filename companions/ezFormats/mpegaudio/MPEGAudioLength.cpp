@@ -166,11 +166,11 @@ MPEGAudioLength LengthOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame
     MPEGAudioLength length = LengthOfSamples(aCount.mFrames, aCount.mUnheard, header);
     length.mMethod = "header";
     length.mAverageRate = RateOf(aCount.mBytes, aCount.mFrames, header) * (fBytes ? 1 : 0);
-    if (!anExtent.mfKnown) {
+    if (!anExtent.mMediaSize) {
         return length;
     }
     // Some encoders count a frame more than they write.
-    const bool fCut = aCount.mBytes > anExtent.mMediaSize + kMPEGAudioMaxFrameSize;
+    const bool fCut = aCount.mBytes > *anExtent.mMediaSize + kMPEGAudioMaxFrameSize;
     const bool fMore = anExtent.mfGoesOn || anExtent.mSoundSize / 2 > aCount.mBytes;
     if (fBytes && (fCut || fMore)) {
         length.mMilliseconds =

@@ -5,6 +5,7 @@
 #include "ezPlatform/text/CString.h"
 
 #include <cstdint>
+#include <optional>
 
 class ByteSource;
 
@@ -32,9 +33,8 @@ struct MPEGAudioLength {
 
 /// The bytes of a file that hold sound, the frame with the count included.
 struct MPEGAudioExtent {
-    std::uint64_t mSoundSize = 0;
-    std::uint64_t mMediaSize = 0;
-    bool mfKnown = false;  ///< false: neither size is
+    std::uint64_t mSoundSize = 0; ///< means nothing without a size of the media
+    std::optional<std::uint64_t> mMediaSize;
     bool mfGoesOn = false; ///< more of the sound stands behind the bytes of the count
 };
 

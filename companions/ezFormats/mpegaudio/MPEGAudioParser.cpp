@@ -20,7 +20,7 @@ using LongLong = unsigned long long; // for printf
 /// True when frames fewer than make a stream are all that the file holds; the last may be cut.
 bool IsShortFile(MediaBytes& aBytes, const MPEGAudioFrames& aFrames, std::uint64_t anEnd) {
     unsigned char byte = 0;
-    if (!aBytes.IsSizeKnown()) {
+    if (!aBytes.GetSize()) {
         return aFrames.GetCount() > 1 && !aBytes.Get(aFrames.GetEnd(), &byte);
     }
     return aFrames.GetCount() > 1 ? aFrames.GetEnd() >= anEnd : aFrames.GetEnd() == anEnd;
@@ -68,7 +68,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     MPEGAudioMeasure measure(aBytes, frames);
     measure.LookAtStart(start);
     AudioTails tails;
-    if (aBytes.IsSizeKnown()) {
+    if (aBytes.GetSize()) {
         tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);
         tags.mTexts.Complete(ReadTailTexts(aBytes, tails, codePage));
     }
@@ -80,7 +80,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     measure.Finish(tails, MayReadWhole());
     // Length and rates of the places that could be read would be other ones. Without a size, the end may be
     // met as an error of the stream.
-    if (aBytes.HasReadFailed() && aBytes.IsSizeKnown()) {
+    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
     measure.Store(anInfo);

@@ -24,7 +24,7 @@ constexpr std::uint64_t kLyrics1MaxSize = 5100 + 11;
 class TailReader {
 public:
     TailReader(MediaBytes& aBytes, std::uint64_t aStart) : mBytes(aBytes), mStart(aStart) {
-        mTails.mAudioEnd = aBytes.GetSize();
+        mTails.mAudioEnd = aBytes.GetEnd();
     }
 
     /// Steps over the one that ends where the sound would. False when there is none.
@@ -142,7 +142,7 @@ private:
 
 AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart) {
     TailReader tails(aBytes, aStart);
-    const std::uint64_t size = aBytes.GetSize();
+    const std::uint64_t size = aBytes.GetEnd();
     const std::uint64_t start = std::max(aStart, size - std::min<std::uint64_t>(size, kAudioTail_ReadSize));
     if (aStart >= size || !aBytes.Load(start, kAudioTail_ReadSize)) {
         return tails.Get();

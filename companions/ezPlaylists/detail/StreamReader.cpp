@@ -76,15 +76,15 @@ bool PlaylistStreamReader::Grow() {
     const LimitedRead read = WaitingReadWithin(*mStream, mArrived, mBytes.begin() + mCount, mBlock,
                                                mLimit - (mBufferPos + mCount));
     if (read.mEnding == ReadEnding::Failed) {
-        mStreamPos = UINT64_MAX; // where an error leaves a stream is not promised
+        mStreamPos.reset(); // where an error leaves a stream is not promised
         mfFailed = true;
         return false;
     }
     mBlock = std::min(2 * mBlock, kPlaylist_LastBlock);
-    mStreamPos += read.mCount;
+    *mStreamPos += read.mCount; // StandAfterBuffer has set it
     mfEnd = read.mEnding != ReadEnding::None;
     if (read.mEnding == ReadEnding::Limit) {
-        ++mStreamPos; // the byte that told
+        ++*mStreamPos; // the byte that told
         mCut = mCut == PlaylistCut::None ? PlaylistCut::Size : mCut;
     }
     mCount += read.mCount;

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 /// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
@@ -62,9 +63,9 @@ private:
     std::size_t mCount = 0;    ///< bytes in the buffer
     std::size_t mOffset = 0;   ///< of the position in the buffer
     std::uint64_t mBufferPos = 0;
-    std::uint64_t mStreamPos = UINT64_MAX; ///< where the stream stands; at first nobody knows
-    std::size_t mBlock;                    ///< bytes that the next read fetches
-    bool mfEnd = false;                    ///< the stream ends after the buffer
+    std::optional<std::uint64_t> mStreamPos; ///< where the stream stands, as far as that is known
+    std::size_t mBlock;                      ///< bytes that the next read fetches
+    bool mfEnd = false;                      ///< the stream ends after the buffer
     bool mfFailed = false;
     std::uint64_t mLimit = kPlaylist_MaxBytes; ///< no byte from here on is at hand
     PlaylistCut mCut = PlaylistCut::None;

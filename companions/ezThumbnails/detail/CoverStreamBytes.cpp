@@ -1,10 +1,11 @@
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
+#include "ezPlatform/base/KnownSize.h"
 #include "ezPlatform/streams/Stream.h"
 
 CoverStreamBytes::CoverStreamBytes(ezStream& aStream)
-    : BudgetedBytes(aStream.IsOpened() ? aStream.GetSize().ToUInt64() : 0, ReadBudget(kCover_MaxBlocks),
-                    mBlock, sizeof(mBlock)),
+    : BudgetedBytes(aStream.IsOpened() ? ezKnownSize(aStream.GetSize()).value_or(0) : 0,
+                    ReadBudget(kCover_MaxBlocks), mBlock, sizeof(mBlock)),
       mStream(aStream) {}
 
 CoverStreamBytes::~CoverStreamBytes() = default;

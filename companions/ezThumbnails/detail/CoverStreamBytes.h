@@ -9,7 +9,7 @@ class ezStream;
 /// The bytes of a stream that is looked through for its cover, read kCover_MaxBlocks times at most.
 class CoverStreamBytes : public BudgetedBytes {
 public:
-    /// aStream is borrowed. One that is not open, fails or waits has no bytes.
+    /// aStream is borrowed. One that is not open, of unknown size, fails or waits has no bytes.
     explicit CoverStreamBytes(ezStream& aStream);
     ~CoverStreamBytes() override;
 

@@ -69,11 +69,11 @@ bool Inflate(Block& aBlock, const Cover& aCover) {
     InflatedBytes inflated;
     if (inflated.Inflate(compressed, std::min(aCover.mMaxInflated, kCover_MaxInflatedSize)) !=
             InflatedBytes::Result::Whole ||
-        aCover.mEncodedOffset > inflated.GetSize()) {
+        aCover.mEncodedOffset > inflated.GetEnd()) {
         return false;
     }
     aBlock.mBytes.reset(); // there is one of them less at a time
-    const auto size = static_cast<std::size_t>(inflated.GetSize()) - aCover.mEncodedOffset;
+    const auto size = static_cast<std::size_t>(inflated.GetEnd()) - aCover.mEncodedOffset;
     Block picture(size + 1);
     if (picture.mBytes == nullptr) {
         return false;

@@ -6,13 +6,15 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 
 using namespace std::string_literals;
 
 namespace {
 
-constexpr std::uint64_t kEndless = ~std::uint64_t{0}; ///< the size of a source that does not know its own
+constexpr std::uint64_t kEndless =
+    ~std::uint64_t{0}; ///< past every position of a source that does not know its size
 
 const unsigned char* Unsigned(const std::string& aBytes) {
     return reinterpret_cast<const unsigned char*>(aBytes.data());
@@ -23,7 +25,7 @@ class SingleBytes : public ByteSource {
 public:
     explicit SingleBytes(std::string aBytes) : mBytes(std::move(aBytes)) {}
 
-    std::uint64_t GetSize() const override { return mBytes.size(); }
+    std::optional<std::uint64_t> GetSize() const override { return mBytes.size(); }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
         if (aPosition >= mBytes.size()) {
             return 0;
@@ -43,7 +45,7 @@ class EndlessBytes : public ByteSource {
 public:
     EndlessBytes() { KeepAtHand(mLast.data(), kEndless - mLast.size(), mLast.size()); }
 
-    std::uint64_t GetSize() const override { return kEndless; }
+    std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
         if (const std::size_t count = LendAtHand(aPosition, aBytes)) {
             return count;
@@ -258,11 +260,11 @@ TEST(ByteReader, CountsThatWouldPassTheLastOffsetFailAndMoveNothing) {
 }
 
 TEST(ByteReader, ASourceThatEndsBeforeItsSizeFailsTheReader) {
-    /// Knows its size only as "endless" and has three bytes.
+    /// Does not know its size, and has three bytes.
     class ShortBytes : public SingleBytes {
     public:
         ShortBytes() : SingleBytes("abc") {}
-        std::uint64_t GetSize() const override { return kEndless; }
+        std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
     };
     ShortBytes bytes;
     ByteReader reader(bytes);
@@ -279,7 +281,7 @@ TEST(ByteReader, AfterAFailureTheSourceIsNotAskedAgain) {
     /// Bytes of a stream that has ended without having told a size: each question may wait for more.
     class EndedBytes : public ByteSource {
     public:
-        std::uint64_t GetSize() const override { return kEndless; }
+        std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
         std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
             if (aPosition >= mBytes.size()) {
                 ++mAskedBehindEnd;

@@ -34,7 +34,7 @@ Outcome Inflate(const std::string& aData, std::size_t aMaxSize, Call aCall = &In
     InflatedBytes bytes;
     const Result result = (bytes.*aCall)(reader, aMaxSize);
     ByteReader inflated(bytes);
-    return {result, std::string(inflated.ReadText(static_cast<std::size_t>(bytes.GetSize())).View()),
+    return {result, std::string(inflated.ReadText(static_cast<std::size_t>(bytes.GetEnd())).View()),
             reader.GetPosition()};
 }
 

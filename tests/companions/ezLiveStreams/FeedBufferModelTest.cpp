@@ -112,7 +112,7 @@ RC_GTEST_PROP(FeedBufferModel, EveryOrderOfOperationsGivesWhatTheRulesSay, ()) {
             buffer.Fail(ezStreamingStatus_ReadError, "broken");
             break;
         }
-        RC_ASSERT(buffer.GetSize(false) == model.mSize.value_or(0));
+        RC_ASSERT(buffer.GetSize(false) == model.mSize);
     }
     for (int i = 0; i < 10; ++i) { // behind the end or failure
         const std::uint64_t position = *rc::gen::inRange<std::uint64_t>(0, kMediaSize + 1000);

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -138,7 +139,7 @@ TEST_F(FeedBuffer, AnotherSizeThanBeforeIsAnotherMedia) {
 
 TEST_F(FeedBuffer, TheSizeIsKnownAtTheEnd) {
     mFeed.Append("abcd");
-    EXPECT_EQ(mBuffer.GetSize(false), 0U);
+    EXPECT_EQ(mBuffer.GetSize(false), std::nullopt);
     EXPECT_EQ(mBuffer.Seek(9), ezStreamingStatus_NoError);
     EXPECT_EQ(mFeed.Read(1), Nothing());
     mBuffer.End();
@@ -206,7 +207,7 @@ TEST_F(FeedBuffer, ASizeThatIsToldWhileAMoveIsAskedForDoesNotCount) {
     EXPECT_TRUE(mBuffer.IsInterrupted());
     EXPECT_TRUE(mBuffer.SetSize(100)); // the place that was sought lies behind it
     EXPECT_EQ(mBuffer.GetErrorText(), "");
-    EXPECT_EQ(mBuffer.GetSize(false), 0U);
+    EXPECT_EQ(mBuffer.GetSize(false), std::nullopt);
     std::uint64_t position = 0;
     EXPECT_TRUE(mBuffer.WaitForMove(&position));
     mBuffer.StartAt(100);
@@ -339,7 +340,7 @@ TEST_F(FeedBuffer, AfterCloseNothingGoesOn) {
     EXPECT_FALSE(mBuffer.IsOpened());
     std::uint64_t position = 0;
     EXPECT_FALSE(mBuffer.WaitForMove(&position));
-    EXPECT_EQ(mBuffer.GetSize(true), 0U);
+    EXPECT_EQ(mBuffer.GetSize(true), std::nullopt);
 }
 
 TEST_F(FeedBuffer, AFullWindowHoldsTheWriterBackUntilTheReaderNeedsRoom) {
@@ -353,10 +354,10 @@ TEST_F(FeedBuffer, AFullWindowHoldsTheWriterBackUntilTheReaderNeedsRoom) {
         }
         mBuffer.End();
     });
-    EXPECT_EQ(mBuffer.GetSize(true), 0U); // returns when the window is full
+    EXPECT_EQ(mBuffer.GetSize(true), std::nullopt); // returns when the window is full
     EXPECT_EQ(appended, kWindow);
     EXPECT_EQ(mFeed.Read(kWindow), Got(media.substr(0, kWindow))); // held already: nothing is dropped for it
-    EXPECT_EQ(mBuffer.GetSize(true), 0U);
+    EXPECT_EQ(mBuffer.GetSize(true), std::nullopt);
     EXPECT_EQ(appended, kWindow);
     ReadResult result;
     while ((result = mFeed.Read(2 * kWindow)) == Nothing()) {
@@ -399,7 +400,7 @@ TEST_F(FeedBuffer, WaitingForTheSizeComesUponAFailure) {
         mFeed.Append("abcd");
         mBuffer.Fail(ezStreamingStatus_ReadError, "broken");
     });
-    EXPECT_EQ(mBuffer.GetSize(true), 0U);
+    EXPECT_EQ(mBuffer.GetSize(true), std::nullopt);
     EXPECT_TRUE(mBuffer.HasFailed());
     writer.join();
 }

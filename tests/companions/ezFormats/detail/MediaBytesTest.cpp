@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace {
@@ -164,7 +165,6 @@ TEST(MediaBytes, BehindTheEndThereIsNothingAndNoRead) {
     EXPECT_FALSE(bytes.HasReadFailed());
     EXPECT_FALSE(bytes.IsBudgetUsedUp());
     EXPECT_EQ(bytes.GetSize(), 100U);
-    EXPECT_TRUE(bytes.IsSizeKnown());
 }
 
 TEST(MediaBytes, BudgetOfReadsHolds) {
@@ -292,8 +292,8 @@ TEST(MediaBytes, UnknownSizeIsReadAsFarAsItGoes) {
     const std::string content = Numbered(20000);
     AwkwardStream stream(content, UnknownSize());
     MediaBytes bytes(stream, kReads, kBytes);
-    EXPECT_EQ(bytes.GetSize(), UINT64_MAX);
-    EXPECT_FALSE(bytes.IsSizeKnown());
+    EXPECT_EQ(bytes.GetSize(), std::nullopt);
+    EXPECT_EQ(bytes.GetEnd(), UINT64_MAX);
     std::size_t position = 0;
     const unsigned char* lent = nullptr;
     for (std::size_t count = bytes.Lend(0, &lent); count != 0; count = bytes.Lend(position, &lent)) {

@@ -120,8 +120,7 @@ ProfileMatch ProfileRules::FindMatch(const ezMediaInfo& anInfo) const {
     const std::size_t stated =
         ProfileRuleList_FindMimeType(*mList, anInfo.GetCString(kezInfo_MimeType, "").View());
     // Profiles of MPEG audio list the rates that frames state, and a measured one is no such rate.
-    if (stated == mList->mMimeTypes.size() ||
-        anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
+    if (anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
         return {};
     }
     const ProfileRuleTable::Match match = mTable->FindMet(stated, anInfo);

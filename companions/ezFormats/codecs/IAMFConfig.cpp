@@ -10,14 +10,14 @@
 
 namespace {
 
-/// @name Kinds of units (3.2)
+/// @name obu_type (3.2)
 /// @{
-constexpr unsigned kUnitCodec = 0;
-constexpr unsigned kUnitElement = 1;
+constexpr unsigned kOBU_CodecConfig = 0;
+constexpr unsigned kOBU_AudioElement = 1;
 /// @}
 
-/// A number of seven bits a byte, the lowest first (3.1); at most 32 bits.
-std::uint32_t ReadLeb(ByteReader& aReader) {
+/// leb128, seven bits a byte, the lowest first (3.1); at most 32 bits.
+std::uint32_t ReadLeb128(ByteReader& aReader) {
     std::uint64_t number = 0;
     unsigned byte = 0x80;
     for (unsigned i = 0; i < 8 && (byte & 0x80U) != 0; ++i) {
@@ -31,7 +31,7 @@ std::uint32_t ReadLeb(ByteReader& aReader) {
 // --- Codecs: the sampling rate by what each has for a configuration (3.6)
 
 std::uint32_t RateOfPCM(ByteReader aConfig) {
-    aConfig.Skip(2); // order of bytes, size of a sample
+    aConfig.Skip(1 + 1); // sample_format_flags, sample_size
     return aConfig.ReadBig32();
 }
 
@@ -61,10 +61,10 @@ constexpr std::array<Codec, 4> kCodecs = {
     {{"ipcm", RateOfPCM}, {"Opus", RateOfOpus}, {"mp4a", RateOfAAC}, {"fLaC", RateOfFLAC}}};
 
 std::uint32_t ReadCodecRate(ByteReader aUnit) {
-    ReadLeb(aUnit); // its number
+    ReadLeb128(aUnit); // codec_config_id
     const BoxType type = BoxType::Read(aUnit);
-    ReadLeb(aUnit); // samples of a frame
-    aUnit.Skip(2);
+    ReadLeb128(aUnit); // num_samples_per_frame
+    aUnit.Skip(2);     // audio_roll_distance
     for (const Codec& codec : kCodecs) {
         if (type == codec.mType && !aUnit.HasFailed()) {
             return codec.mRateOf(aUnit);
@@ -73,46 +73,47 @@ std::uint32_t ReadCodecRate(ByteReader aUnit) {
     return 0;
 }
 
-// --- Elements (3.7)
+// --- Audio elements (3.7)
 
-/// Channels by layout of loudspeakers: mono, stereo, 5.1, 5.1.2, 5.1.4, 7.1, 7.1.2, 7.1.4, 3.1.2, headphones.
+/// Channels by loudspeaker_layout: mono, stereo, 5.1, 5.1.2, 5.1.4, 7.1, 7.1.2, 7.1.4, 3.1.2, headphones.
 constexpr std::array<std::uint32_t, 10> kLayoutChannels = {1, 2, 6, 8, 10, 8, 10, 12, 6, 2};
 
-void SkipParameterTimes(ByteReader& aUnit) {
-    ReadLeb(aUnit); // its number
-    ReadLeb(aUnit); // its ticks a second
+/// ParamDefinition
+void SkipParamDefinition(ByteReader& aUnit) {
+    ReadLeb128(aUnit); // parameter_id
+    ReadLeb128(aUnit); // parameter_rate
     if ((aUnit.ReadByte() & 0x80U) != 0) {
-        return; // told with the frames
+        return; // param_definition_mode: told with the frames
     }
-    ReadLeb(aUnit); // how long it holds
-    const bool fEqual = ReadLeb(aUnit) != 0;
-    const std::uint32_t count = fEqual ? 0 : ReadLeb(aUnit);
+    ReadLeb128(aUnit);                          // duration
+    const bool fEqual = ReadLeb128(aUnit) != 0; // constant_subblock_duration
+    const std::uint32_t count = fEqual ? 0 : ReadLeb128(aUnit);
     for (std::uint32_t i = 0; i < count && !aUnit.HasFailed(); ++i) {
-        ReadLeb(aUnit);
+        ReadLeb128(aUnit); // subblock_duration
     }
 }
 
 void SkipParameter(ByteReader& aUnit) {
     constexpr std::uint32_t kDemixing = 1;
-    constexpr std::uint32_t kGain = 2;
-    const std::uint32_t kind = ReadLeb(aUnit);
-    if (kind == kDemixing || kind == kGain) {
-        SkipParameterTimes(aUnit);
-        aUnit.Skip(kind == kDemixing ? 2 : 0);
+    constexpr std::uint32_t kReconGain = 2;
+    const std::uint32_t kind = ReadLeb128(aUnit); // param_definition_type
+    if (kind == kDemixing || kind == kReconGain) {
+        SkipParamDefinition(aUnit);
+        aUnit.Skip(kind == kDemixing ? 2 : 0); // default_demixing_info_parameter_data
     } else {
-        aUnit.Skip(ReadLeb(aUnit));
+        aUnit.Skip(ReadLeb128(aUnit));
     }
 }
 
-/// Each layer adds loudspeakers to those before it.
+/// scalable_channel_layout_config: each layer adds loudspeakers to those before it.
 std::uint32_t ReadLayers(ByteReader& aUnit) {
-    constexpr unsigned kOutputGain = 0x08;
+    constexpr unsigned kOutputGain = 0x08; // output_gain_is_present_flag
     const unsigned count = aUnit.ReadByte() >> 5;
     std::uint32_t channels = 0;
     for (unsigned i = 0; i < count; ++i) {
         const unsigned layer = aUnit.ReadByte();
-        aUnit.Skip(2); // streams, and pairs among them
-        aUnit.Skip((layer & kOutputGain) != 0 ? 3 : 0);
+        aUnit.Skip(1 + 1);                              // substream_count, coupled_substream_count
+        aUnit.Skip((layer & kOutputGain) != 0 ? 3 : 0); // output_gain_flags, output_gain
         const unsigned layout = layer >> 4;
         channels = layout < kLayoutChannels.size() ? kLayoutChannels[layout] : 0;
     }
@@ -120,37 +121,37 @@ std::uint32_t ReadLayers(ByteReader& aUnit) {
 }
 
 std::uint32_t ReadElementChannels(ByteReader aUnit) {
-    ReadLeb(aUnit); // its number
-    const unsigned kind = aUnit.ReadByte() >> 5;
-    ReadLeb(aUnit); // the number of its codec
-    const std::uint32_t streams = ReadLeb(aUnit);
+    ReadLeb128(aUnit);                           // audio_element_id
+    const unsigned kind = aUnit.ReadByte() >> 5; // audio_element_type
+    ReadLeb128(aUnit);                           // codec_config_id
+    const std::uint32_t streams = ReadLeb128(aUnit);
     for (std::uint32_t i = 0; i < streams && !aUnit.HasFailed(); ++i) {
-        ReadLeb(aUnit);
+        ReadLeb128(aUnit); // audio_substream_id
     }
-    const std::uint32_t parameters = ReadLeb(aUnit);
+    const std::uint32_t parameters = ReadLeb128(aUnit);
     for (std::uint32_t i = 0; i < parameters && !aUnit.HasFailed(); ++i) {
         SkipParameter(aUnit);
     }
     std::uint32_t channels = 0;
     if (kind == 0) {
         channels = ReadLayers(aUnit);
-    } else if (kind == 1) { // a sphere
-        ReadLeb(aUnit);     // how it is coded
+    } else if (kind == 1) { // ambisonics_config
+        ReadLeb128(aUnit);  // ambisonics_mode
         channels = aUnit.ReadByte();
     }
     return aUnit.HasFailed() ? 0 : channels;
 }
 
-/// What the head of a unit leaves before its content.
+/// What an OBU header has after obu_size.
 void SkipExtension(ByteReader& aUnit, unsigned aHead) {
     constexpr unsigned kTrimmed = 0x02;
     constexpr unsigned kExtended = 0x01;
     if ((aHead & kTrimmed) != 0) {
-        ReadLeb(aUnit);
-        ReadLeb(aUnit);
+        ReadLeb128(aUnit); // num_samples_to_trim_at_end
+        ReadLeb128(aUnit); // num_samples_to_trim_at_start
     }
     if ((aHead & kExtended) != 0) {
-        aUnit.Skip(ReadLeb(aUnit));
+        aUnit.Skip(ReadLeb128(aUnit));
     }
 }
 
@@ -158,16 +159,16 @@ void SkipExtension(ByteReader& aUnit, unsigned aHead) {
 
 IAMFConfig ReadIAMFConfig(ByteReader aBox) {
     IAMFConfig config;
-    aBox.Skip(1); // version
-    ByteReader units = aBox.Take(ReadLeb(aBox));
+    aBox.Skip(1); // configurationVersion
+    ByteReader units = aBox.Take(ReadLeb128(aBox));
     while (units.GetLeft() != 0) {
         const unsigned head = units.ReadByte();
-        ByteReader unit = units.Take(ReadLeb(units));
+        ByteReader unit = units.Take(ReadLeb128(units));
         SkipExtension(unit, head);
         const unsigned kind = head >> 3;
-        if (kind == kUnitCodec && config.mSamplingRate == 0) {
+        if (kind == kOBU_CodecConfig && config.mSamplingRate == 0) {
             config.mSamplingRate = ReadCodecRate(unit);
-        } else if (kind == kUnitElement) {
+        } else if (kind == kOBU_AudioElement) {
             config.mChannels = std::max(config.mChannels, ReadElementChannels(unit));
         }
     }

@@ -8,7 +8,7 @@
 /// where it does not tell.
 struct IAMFConfig {
     std::uint32_t mSamplingRate = 0; ///< Hz, of the first codec
-    std::uint32_t mChannels = 0;     ///< of the largest of its elements, at its finest layer
+    std::uint32_t mChannels = 0;     ///< of the largest of its audio elements, at its finest layer
 };
 
 /// Reads the content of an "iacb" box. What is damaged tells nothing.

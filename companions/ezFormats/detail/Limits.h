@@ -38,6 +38,10 @@ inline constexpr std::uint64_t kMagic_MaxBytes = std::uint64_t{64} * 1024;
 inline constexpr std::size_t kProfileRules_MaxTextSize = std::size_t{256} * 1024;
 inline constexpr std::size_t kProfileRules_MaxRules = 2000;
 
+/// Sizes of one condition: more than twice the longest list that a profile has. The check compares each of
+/// them with each of an earlier rule.
+inline constexpr std::size_t kProfileRules_MaxSizes = 64;
+
 /// Reads that may be spent on the texts of leading tags, so that pictures among them do not use up what the
 /// frames need.
 inline constexpr std::uint32_t kMusicTexts_MaxReads = 5;

@@ -15,12 +15,26 @@ bool LiesWithin(const ProfileSize& aSize, const ProfileSize& anOther) {
            LiesWithin(aSize.mFrameRate, anOther.mFrameRate);
 }
 
-/// Every item of the one lies within one item of the other.
-template <typename Item>
-bool LieWithin(const std::vector<Item>& anItems, const std::vector<Item>& anOthers) {
-    return std::all_of(anItems.begin(), anItems.end(), [&anOthers](const Item& anItem) {
+/// Every range of the one lies within one range of the other: in either they are in rising order, and never
+/// touch each other.
+bool LieWithin(const std::vector<ProfileRange>& aRanges, const std::vector<ProfileRange>& anOthers) {
+    auto other = anOthers.begin();
+    for (const ProfileRange& range : aRanges) {
+        while (other != anOthers.end() && other->mMost < range.mLeast) {
+            ++other;
+        }
+        if (other == anOthers.end() || !LiesWithin(range, *other)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Every size of the one lies within one size of the other.
+bool LieWithin(const std::vector<ProfileSize>& aSizes, const std::vector<ProfileSize>& anOthers) {
+    return std::all_of(aSizes.begin(), aSizes.end(), [&anOthers](const ProfileSize& aSize) {
         return std::any_of(anOthers.begin(), anOthers.end(),
-                           [&anItem](const Item& anOther) { return LiesWithin(anItem, anOther); });
+                           [&aSize](const ProfileSize& anOther) { return LiesWithin(aSize, anOther); });
     });
 }
 
@@ -47,16 +61,11 @@ ProfileRange BoundsOf(const ProfileRule& aRule, std::size_t aFact) {
                : kProfileRange_Any;
 }
 
-/// The numbers of sizes that stand in a condition of their own.
-std::vector<ProfileRange> RangesOf(const std::vector<ProfileSize>& aSizes, std::size_t aFact) {
-    std::vector<ProfileRange> ranges;
-    ranges.reserve(aSizes.size());
-    for (const ProfileSize& size : aSizes) {
-        ranges.push_back(aFact == kProfileFact_Width    ? size.mWidth
-                         : aFact == kProfileFact_Height ? size.mHeight
-                                                        : size.mFrameRate);
-    }
-    return ranges;
+/// What a size asks of one of its numbers.
+ProfileRange RangeOf(const ProfileSize& aSize, std::size_t aFact) {
+    return aFact == kProfileFact_Width    ? aSize.mWidth
+           : aFact == kProfileFact_Height ? aSize.mHeight
+                                          : aSize.mFrameRate;
 }
 
 /// True when sizes that the rule asks for in one way imply what is asked for in the other way.
@@ -64,12 +73,15 @@ bool ImpliesBySize(const ProfileRule& aRule, const ProfileCondition& anAsked) {
     if (anAsked.mFact == kProfileFact_Size) {
         const ProfileSize bounds = {BoundsOf(aRule, kProfileFact_Width), BoundsOf(aRule, kProfileFact_Height),
                                     BoundsOf(aRule, kProfileFact_FrameRate)};
-        return LieWithin({bounds}, anAsked.mSizes);
+        return LieWithin(std::vector<ProfileSize>{bounds}, anAsked.mSizes);
     }
     const bool fPart = anAsked.mFact == kProfileFact_Width || anAsked.mFact == kProfileFact_Height ||
                        anAsked.mFact == kProfileFact_FrameRate;
     const ProfileCondition* const sizes = fPart ? FindCondition(aRule, kProfileFact_Size) : nullptr;
-    return sizes != nullptr && LieWithin(RangesOf(sizes->mSizes, anAsked.mFact), anAsked.mRanges);
+    return sizes != nullptr &&
+           std::all_of(sizes->mSizes.begin(), sizes->mSizes.end(), [&anAsked](const ProfileSize& aSize) {
+               return LieWithin(std::vector<ProfileRange>{RangeOf(aSize, anAsked.mFact)}, anAsked.mRanges);
+           });
 }
 
 } // namespace

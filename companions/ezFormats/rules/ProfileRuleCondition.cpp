@@ -1,4 +1,5 @@
 #include "ezFormats/detail/Containers.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/rules/ProfileRule.h"
 
@@ -205,6 +206,10 @@ bool ReadItem(std::string_view anItem, ProfileCondition* aCondition, std::string
     const ProfileFact& fact = kProfileFacts[aCondition->mFact];
     if (anItem.empty()) {
         *aProblem = "an item of " + NameOf(fact) + " is empty";
+        return false;
+    }
+    if (aCondition->mSizes.size() == kProfileRules_MaxSizes) {
+        *aProblem = "more than " + std::to_string(kProfileRules_MaxSizes) + " sizes";
         return false;
     }
     switch (fact.mKind) {

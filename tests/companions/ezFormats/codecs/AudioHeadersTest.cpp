@@ -221,14 +221,14 @@ TEST(AC3Header, TellsWhatItsFieldsSay) {
 }
 
 TEST(AC3Header, TheLowFrequencyBitMovesWithTheMode) {
-    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x10).mChannels, 3U); // 1+1: right behind the mode
+    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x10).mChannels, 3U); // 1+1: right after the mode
     EXPECT_EQ(AC3Of(0x1C, 0x40, 0x30).mChannels, 2U); // 1/0
     EXPECT_EQ(AC3Of(0x1C, 0x40, 0x20).mChannels, 1U);
-    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x44).mChannels, 3U); // 2/0: behind the surround mode
+    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x44).mChannels, 3U); // 2/0: after the surround mode
     EXPECT_EQ(AC3Of(0x1C, 0x40, 0x58).mChannels, 2U);
-    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x64).mChannels, 4U); // 3/0: behind the centre
-    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x84).mChannels, 4U); // 2/1: behind the surround
-    EXPECT_EQ(AC3Of(0x1C, 0x40, 0xA1).mChannels, 5U); // 3/1: behind both
+    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x64).mChannels, 4U); // 3/0: after the centre
+    EXPECT_EQ(AC3Of(0x1C, 0x40, 0x84).mChannels, 4U); // 2/1: after the surround
+    EXPECT_EQ(AC3Of(0x1C, 0x40, 0xA1).mChannels, 5U); // 3/1: after both
     EXPECT_EQ(AC3Of(0x1C, 0x40, 0xC4).mChannels, 5U); // 2/2
 }
 

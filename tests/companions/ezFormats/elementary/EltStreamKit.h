@@ -86,7 +86,7 @@ private:
 struct Outcome {
     int mStatus = 0;
     std::string mRecord;
-    std::string mCandidates;           ///< of a race, behind the last packet
+    std::string mCandidates;           ///< of a race, after the last packet
     std::vector<std::string> mLeaving; ///< of a race, the lines that tell who left
 
     bool operator==(const Outcome& anOther) const {

@@ -17,7 +17,7 @@ constexpr int kCompleted = ezElementaryStreamParser::MSS_COMPLETED;
 constexpr int kInProgress = ezElementaryStreamParser::MSS_IN_PROGRESS;
 constexpr int kFailed = ezElementaryStreamParser::MSS_UNRECOVERABLE_ERROR;
 
-/// A frame of so many bytes behind a header.
+/// A frame of so many bytes after a header.
 std::string Frame(const std::string& aHeader, std::size_t aSize, char aByte = '\x35') {
     return aHeader + Content(aSize - aHeader.size(), aByte);
 }
@@ -126,7 +126,7 @@ TEST(MPEGAudioEltStreamParser, AFreeFormatFrameIsNotLongerThanTheHighestRateMake
 }
 
 TEST(MPEGAudioEltStreamParser, FalseHeadersDelayNoTrueOne) {
-    // Each of them announces a frame that would end behind the stream.
+    // Each of them announces a frame that would end after the stream.
     std::string stream;
     for (int i = 0; i < 200; ++i) {
         stream += Hex({0xFF, 0xFD, 0xE8, 0x04});
@@ -249,7 +249,7 @@ TEST(MPEGVideoEltStreamParser, HeadersOutOfOrderAreNoStream) {
          {kPicture + kSlice,                                  // no sequence
           kSequence + kSlice,                                 // no picture
           kSequence + kPicture + kPicture + kSlice,           // a picture without a slice
-          kSequence + kPicture + kGroup + kSlice,             // a group behind a picture
+          kSequence + kPicture + kGroup + kSlice,             // a group after a picture
           kSequence + kSequenceExtension + kPicture + kSlice, // a picture without its extension
           kSequence + kPicture + kPictureExtension + kSlice,  // an extension in MPEG-1
           kSequence + kUserData + kSequenceExtension + kPicture + kPictureExtension + kSlice, // too late
@@ -276,7 +276,7 @@ TEST(MPEGVideoEltStreamParser, OneBrokenFieldIsNoStream) {
         {&kSequenceExtension, 7, 0x00}, // marker
         {&kGroup, 5, 0x00},             // marker
         {&kGroup, 4, 0x60},             // hour 24
-        {&kGroup, 7, 0x41},             // not zero behind
+        {&kGroup, 7, 0x41},             // not zero after its end
         {&kPicture, 5, 0x01},           // type 0
         {&kPicture, 5, 0x21},           // type 4 is of MPEG-1
         {&kPicture, 7, 0x04},           // extra information
@@ -374,7 +374,7 @@ TYPED_TEST(EveryEltStreamParser, ForgetsWhatStoodBeforeLostPackets) {
     const std::size_t size = DecidingSize<TypeParam>(stream);
     ASSERT_GT(size, 1U);
     parser.Open();
-    // All but the last byte, then that byte behind a loss: nothing is known any more.
+    // All but the last byte, then that byte after a loss: nothing is known any more.
     EXPECT_EQ(parser.AddPacket(stream.data(), static_cast<uint32>(size - 1), false), kInProgress);
     EXPECT_EQ(parser.AddPacket(stream.data() + size - 1, 1, true), kInProgress);
     EXPECT_EQ(parser.AddPacket(stream.data(), static_cast<uint32>(size - 1), true), kInProgress);

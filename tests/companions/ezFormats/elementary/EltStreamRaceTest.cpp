@@ -36,7 +36,7 @@ std::vector<std::size_t> ADTSFrames(const std::string& aBytes) {
     return frames;
 }
 
-/// Layer III of 44.1 kHz behind an ID3 tag; an ID3v1 tag may follow.
+/// Layer III of 44.1 kHz after an ID3 tag; an ID3v1 tag may follow.
 std::vector<std::size_t> LayerThreeFrames(const std::string& aBytes) {
     static const unsigned kRates[] = {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
     std::vector<std::size_t> frames;
@@ -80,9 +80,9 @@ std::size_t LastOffset(const Sample& aSample, const std::string& aBytes) {
         headers = name.find(".ac3") != std::string::npos ? EqualFrames(aBytes, 1536) : ADTSFrames(aBytes);
     }
     const bool fVideo = aSample.mRecord.find("vt=1") != std::string::npos;
-    const std::size_t behind = fVideo ? 1 : 2; // the last sequence has its picture behind it
+    const std::size_t fromEnd = fVideo ? 1 : 2; // the last sequence has its picture after it
     EXPECT_GE(headers.size(), 2U) << name;
-    return headers[headers.size() - behind];
+    return headers[headers.size() - fromEnd];
 }
 
 class EltStreamSample : public testing::TestWithParam<Sample> {};

@@ -171,6 +171,16 @@ TEST(ProfileRules, CheckRefusesWhatIsNoSize) {
                      "8: an item of size is empty", "9: size is asked for twice"}));
 }
 
+TEST(ProfileRules, MoreThanSixtyFourSizesOfOneConditionAreAProblem) {
+    std::string table = "JPEG_SM image/jpeg size=1x1";
+    for (int i = 2; i <= 64; ++i) {
+        table += "," + std::to_string(i) + "x1";
+    }
+    EXPECT_EQ(ProblemsOf(table), Texts());
+    EXPECT_EQ(ProfileBy(table, "mt=image/jpeg wi=64 he=1"), "JPEG_SM");
+    EXPECT_EQ(ProblemsOf(table + ",65x1"), Texts({"1: more than 64 sizes"}));
+}
+
 TEST(ProfileRules, RuleOfSizesLosesToOneThatHoldsThemAll) {
     const auto loses = [](const char* anEarlier, const char* aLater) {
         return ProblemsOf(std::string("JPEG_MED image/jpeg ") + anEarlier + "\nJPEG_SM image/jpeg " + aLater)
@@ -707,7 +717,7 @@ TEST(ProfileRules, TableOfMoreThan256KiBIsAProblem) {
 }
 
 TEST(ProfileRules, MoreThanTwoThousandRulesAreAProblem) {
-    std::string table = "# a comment is none\n\n";
+    std::string table = "# a comment is no rule\n\n";
     for (std::size_t i = 0; i < 2000; ++i) {
         table += "MP3 " + std::string(FormatMimeType_At(i % 10)) + " wi=" + std::to_string(i + 1) + "\n";
     }

@@ -18,6 +18,7 @@ macro(ez_add_door LIBRARY DOOR)
             endif()
             list(APPEND EZ_FUZZ_SOURCES_${DOOR} ${FOUND})
         endforeach()
+        list(REMOVE_DUPLICATES EZ_FUZZ_SOURCES_${DOOR})
     endif()
 endmacro()
 

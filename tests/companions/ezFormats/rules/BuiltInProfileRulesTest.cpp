@@ -3,10 +3,7 @@
 
 #include "ezFormats/FormatParsers.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
-#include "ezFormats/iso/ISOMediaParser.h"
-#include "ezFormats/jpeg/JPEGParser.h"
-#include "ezFormats/mpegaudio/MPEGAudioParser.h"
-#include "ezFormats/png/PNGParser.h"
+#include "ezFormats/detail/Formats.h"
 #include "ezFormats/rules/ProfileRuleReader.h"
 
 #include <gtest/gtest.h>
@@ -291,17 +288,13 @@ TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
 
 TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {
     const std::shared_ptr<const ProfileRules> none = ProfileRules::FromText("", nullptr);
-    MPEGAudioParser audio(none);
-    JPEGParser jpeg(none);
-    PNGParser png(none);
-    ISOMediaParser iso(none);
     std::set<std::string> given;
-    for (FormatParser* const parser : std::initializer_list<FormatParser*>{&audio, &jpeg, &png, &iso}) {
-        std::istringstream entries(Str(parser->GetDLNAInfo()));
+    AllFormats::ForEach([&](auto* aNull) {
+        std::istringstream entries(Str(std::remove_pointer_t<decltype(aNull)>(none).GetDLNAInfo()));
         for (std::string entry; std::getline(entries, entry, ',');) {
             given.insert(entry);
         }
-    }
+    });
     std::set<std::string> listed;
     for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
         listed.insert(std::string(FormatMimeType_At(i)) + ":*");

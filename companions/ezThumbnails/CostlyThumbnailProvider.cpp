@@ -11,7 +11,8 @@ uint32 CostlyThumbnailProvider::GetPossibleThumbnailFor(const ThumbnailInfo* anI
     if (mThumbnailGenerator->HasMetCost(*anInfo)) {
         return kJPEGThumbnailID | kPNGThumbnailID;
     }
-    mThumbnailGenerator->ForgetFailures(*anInfo); // asked last: what the next request meets counts anew
+    mThumbnailGenerator->ForgetFailures(
+        *anInfo); // asked last: what the next request meets counts from the start
     return kNoThumbnailID;
 }
 

@@ -4,23 +4,13 @@
 
 #include "ez/ThumbnailProvider.h"
 
-/// Makes thumbnails of JPEG and PNG pictures.
-///
-/// The kind of a source is seen from its bytes, whatever its MIME type says. JPEG may be of any kind that
-/// libjpeg-turbo decodes with 8 bits a sample: baseline, progressive, grey, CMYK. PNG may be of any kind. The
-/// orientation of an Exif block (also of one in a PNG) is applied, and the final size computed of the picture
-/// as it is seen. A PNG with a gamma of its own is brought to that of sRGB; colour profiles are not applied.
-///
-/// It writes a baseline JPEG with 4:2:0 subsampling (JFIF 1.02, standard Huffman tables), in which what is
-/// transparent is white, or a PNG of 8 bits a sample without interlace, which keeps transparency. Within 160
-/// by 160 pixels these are the DLNA profiles JPEG_TN and PNG_TN. Every pixel is the average of the area that
-/// it covers in the original.
+/// Makes thumbnails of JPEG and PNG pictures, as JPEG or PNG: within 160 by 160 pixels those of the DLNA
+/// profiles JPEG_TN and PNG_TN. The kind of a source is seen from its bytes, whatever its MIME type says.
+/// docs/serving-thumbnails.md tells what it decodes, applies and writes.
 ///
 /// A picture that is cut short, corrupt, or fails a check sum fails, and so does one that would cost more
 /// than the limits below; nothing is written then. The cost of a JPEG in memory is that of a few rows, of a
 /// progressive one that of its coefficients, of an interlaced PNG that of the whole picture.
-///
-/// After the pixels, a PNG may hold a little more, which is passed over; what goes on costs too much as well.
 ///
 /// A source that has not arrived yet is waited for. An object keeps nothing but a note of the last item of
 /// which a build failed, for CostlyThumbnailProvider; one thread at a time uses it.

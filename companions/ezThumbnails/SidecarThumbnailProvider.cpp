@@ -5,26 +5,6 @@
 
 #include <memory>
 
-struct SidecarListing::Folders {
-    FolderPictures mListed;
-};
-
-SidecarListing::SidecarListing() : mFolders(std::make_unique<Folders>()) {}
-
-SidecarListing::~SidecarListing() = default;
-
-std::vector<ezCString> SidecarListing::CandidatePaths(const ThumbnailInfo* anInfo, bool* afFailed) {
-    bool fFailed = false;
-    std::vector<ezCString> paths;
-    if (anInfo != nullptr) {
-        paths = FindSidecars(anInfo->mFilePath.GetFullPath(), &fFailed, &mFolders->mListed);
-    }
-    if (afFailed != nullptr) {
-        *afFailed = fFailed;
-    }
-    return paths;
-}
-
 SidecarThumbnailProvider::~SidecarThumbnailProvider() = default;
 
 std::vector<ezCString> SidecarThumbnailProvider::CandidatePaths(const ThumbnailInfo* anInfo) {

@@ -40,7 +40,7 @@ std::string CheckFolder(const std::optional<std::string>& aFolder) {
     return S_ISDIR(status.st_mode) ? "" : "not a folder";
 }
 
-/// False, after an error line, when a folder that was given is none.
+/// False, after an error line, when what was given is not a folder.
 bool CheckFolders(const Arguments& anArguments, Console& aConsole) {
     for (const auto* folder : {&anArguments.mConfigFolder, &anArguments.mStateFolder}) {
         const std::string problem = CheckFolder(*folder);

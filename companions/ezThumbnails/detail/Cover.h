@@ -14,7 +14,7 @@
 struct Cover {
     ezCString mMimeType;              ///< empty: there is no picture
     std::vector<BytePiece> mPieces;   ///< never empty for a picture; within the file
-    bool mfUnsynchronised = false;    ///< a zero behind a 0xFF is stuffing
+    bool mfUnsynchronised = false;    ///< the zero after a 0xFF is no data: unsynchronisation of ID3v2
     bool mfBase64 = false;            ///< the pieces together are base64 text
     bool mfDeflated = false;          ///< the pieces together, without stuffing, are zlib data
     std::uint32_t mMaxInflated = 0;   ///< bytes that those inflate to at most

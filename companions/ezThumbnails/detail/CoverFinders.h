@@ -4,7 +4,7 @@
 
 class ezStream;
 
-/// The cover of a media, by the container it is in. A stream that is no such container, is damaged before the
+/// The cover of a file, by its container. A stream that is no such container, is damaged before the
 /// cover, or has none, gives a cover that is not found. All sizes are held against what they lie in; a tag or
 /// box that claims more is not looked into. The stream is left anywhere.
 ///

@@ -36,7 +36,7 @@ inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
 inline constexpr std::size_t kCover_MaxBase64Head = 4096;
 
 /// Boxes of an MP4 that are stepped over, all levels together. A film in fragments has some thousand at the
-/// top, behind the box with the cover.
+/// top, after the box with the cover.
 inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
 
 /// Pages of an Ogg up to the end of the comments, other streams' included: the largest picture in pages of 4

@@ -31,7 +31,7 @@ bool Append(ezFile& aFile, const BytePiece& aPiece, Block& aBlock) {
     return true;
 }
 
-/// Takes the zero behind every 0xFF away.
+/// Removes the zero after every 0xFF (ID3v2.4, 6.1).
 void Synchronise(Block& aBlock) {
     char* const bytes = aBlock.mBytes.get();
     std::size_t count = 0;

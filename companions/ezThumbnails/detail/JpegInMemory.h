@@ -11,7 +11,7 @@ public:
     /// Copies the bytes.
     explicit JpegInMemory(std::string_view aBytes);
 
-    /// False when it is none, or larger than may be decoded.
+    /// False when it is not one, or larger than may be decoded.
     bool ReadHeader(PictureHeader* aHeader);
     /// Decodes it in the size that its header states.
     bool Decode(const PictureHeader& aHeader, Picture* aPicture);

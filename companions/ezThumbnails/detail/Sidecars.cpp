@@ -26,7 +26,7 @@ struct DirCloser {
     void operator()(DIR* aDir) const { closedir(aDir); }
 };
 
-/// A path at its last "/". A "\" parts nothing here: what opens the media is its path as it is.
+/// A path at its last "/". A "\" separates nothing here: the file is opened by its path as it is.
 struct Place {
     explicit Place(const ezCString& aPath)
         : mFolder(aPath.View().substr(0, aPath.View().rfind('/') + 1)),
@@ -198,7 +198,7 @@ std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed,
         const ezCString path = folder + match.mName;
         struct stat state = {};
         const bool isRegular = look(path, &state) && S_ISREG(state.st_mode);
-        // By what it is, not by its name: a link to the media is the media.
+        // By what it is, not by its name: a link to the file is the file.
         const bool isMedia =
             isThere && state.st_dev == mediaState.st_dev && state.st_ino == mediaState.st_ino;
         if (isRegular && !isMedia && match.mName.View() != media.mName) {

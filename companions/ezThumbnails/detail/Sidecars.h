@@ -10,7 +10,7 @@
 /// The pictures in some folders, by the folder: the lower case of their names, sorted, and the names.
 using FolderPictures = std::map<std::string, std::vector<std::pair<std::string, ezCString>>>;
 
-/// The paths of the pictures that stand for a media, best first, by one listing of its folder. *afFailed,
+/// The paths of the pictures that stand for a file, best first, by one listing of its folder. *afFailed,
 /// unless null, tells that the system was in trouble; there are none then.
 ///
 /// @param aListed  unless null, folders that are not listed again; the media's is added

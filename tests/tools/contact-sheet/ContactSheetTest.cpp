@@ -222,7 +222,7 @@ TEST_F(ContactSheet, AMediaOfTheFolderIsNotReplacedByItsSheet) {
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError,
-                  "ezannounce: " + mOut + ": is a media of the folder, and not replaced by its sheet\n");
+                  "ezannounce: " + mOut + ": is media of the folder, and not replaced by its sheet\n");
         EXPECT_TRUE(ReadWholeFile(mOut) == before);
     }
 }

@@ -174,7 +174,7 @@ TEST(Playlist, EntryThatIsNotThereIsAnErrorWithTheFile) {
     EXPECT_EQ(errorOf({"--at", "1000"}), "ezannounce: " + path + ": no entry at byte 1000\n");
     EXPECT_EQ(errorOf({"--at", "18446744073709551615"}),
               "ezannounce: " + path + ": no entry at byte 18446744073709551615\n");
-    EXPECT_EQ(errorOf({"--index", "2", "--next"}), "ezannounce: " + path + ": no entry behind that one\n");
+    EXPECT_EQ(errorOf({"--index", "2", "--next"}), "ezannounce: " + path + ": no entry after that one\n");
 }
 
 TEST(Playlist, WhatCannotBeReadIsNamed) {
@@ -346,7 +346,7 @@ TEST(Playlist, HLSPlaylistIsAnErrorThatSaysWhatItIs) {
         EXPECT_EQ(result.mStatus, 1);
         EXPECT_EQ(result.mOut, "");
         EXPECT_EQ(result.mError,
-                  "ezannounce: " + path + ": an HLS playlist: segments of one media, not a list of media\n");
+                  "ezannounce: " + path + ": an HLS playlist: segments of one stream, not a list of media\n");
     }
 }
 

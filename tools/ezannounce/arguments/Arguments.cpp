@@ -1,5 +1,6 @@
 #include "arguments/Arguments.h"
 
+#include "arguments/MapperWords.h"
 #include "arguments/Operands.h"
 
 #include "ez/MediaParserTypes.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <string_view>
 
 namespace {
@@ -47,30 +47,6 @@ constexpr std::array<NamedVerb, 8> kVerbs = {{{"parse", Verb::Parse},
                                               {"thumbnail", Verb::Thumbnail},
                                               {"contact-sheet", Verb::ContactSheet}}};
 
-struct NamedMapperVerb {
-    std::string_view mName;
-    MapperVerb mVerb;
-    std::size_t mMinimum; ///< operands, the word behind speeds not counted
-    std::size_t mMaximum;
-    const char* mMissing; ///< what to say below the minimum
-    bool mfOnlyLooks;
-    bool mfJson;
-};
-
-constexpr std::size_t kAnyNumber = SIZE_MAX;
-constexpr const char* kNoProfile = "no profile given";
-
-constexpr std::array<NamedMapperVerb, 8> kMapperVerbs = {{
-    {"list", MapperVerb::List, 0, 0, "", true, true},
-    {"show", MapperVerb::Show, 1, kAnyNumber, "no file name given", true, true},
-    {"profiles", MapperVerb::Profiles, 0, 0, "", true, true},
-    {"check", MapperVerb::Check, 0, 1, "", true, false},
-    {"enable", MapperVerb::Enable, 1, kAnyNumber, kNoProfile, false, false},
-    {"disable", MapperVerb::Disable, 1, kAnyNumber, kNoProfile, false, false},
-    {"speeds", MapperVerb::Speeds, 1, kAnyNumber, kNoProfile, false, false},
-    {"save", MapperVerb::Save, 0, 0, "", false, false},
-}};
-
 constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
                                "       ezannounce [OPTIONS] capabilities\n"
                                "       ezannounce [OPTIONS] types EXT|MIME...\n"
@@ -82,7 +58,7 @@ constexpr const char* kUsage = "Usage: ezannounce [OPTIONS] [parse] PATH...\n"
 
 constexpr const char* kFooter =
     "Verbs:\n"
-    "  parse PATH...               what each media is and how it is announced; folders are walked,\n"
+    "  parse PATH...               what each file is and how it is announced; folders are walked,\n"
     "                              - is standard input, and http:// and https:// URLs are fetched\n"
     "  capabilities                the protocolInfo list that a server with this configuration advertises\n"
     "  types EXT|MIME...           look extensions and MIME types up in the media types file\n"
@@ -94,11 +70,11 @@ constexpr const char* kFooter =
     "  mapper disable PROFILE...   switch profiles off, and save\n"
     "  mapper speeds on|off PROFILE...\n"
     "                              switch play speeds of profiles on or off, and save\n"
-    "  mapper save                 write the table anew\n"
+    "  mapper save                 write the table again\n"
     "  playlist FILE|URL|-         the entries of a playlist and their URLs; - is standard input\n"
     "  profiles [FILE...]          the built-in table of profile rules, or what is wrong with others, by "
     "line\n"
-    "  thumbnail FILE -o OUT       a small picture of a media: of itself, the cover in it, or a picture\n"
+    "  thumbnail FILE -o OUT       a small picture of a file: of itself, the cover in it, or a picture\n"
     "                              beside it\n"
     "  contact-sheet DIR -o OUT    the thumbnails of a folder's media on one JPEG page\n"
     "\n"
@@ -219,26 +195,6 @@ std::string ReadTexts(const OptionTexts& aTexts, Arguments& anArguments) {
     return error.empty() ? ReadThumbnailTexts(aTexts.mThumbnail, anArguments.mThumbnail) : error;
 }
 
-std::string TakeMapperVerb(std::vector<std::string>& aWords, Arguments& anArguments) {
-    if (aWords.empty()) {
-        return "mapper: no verb given";
-    }
-    const auto* verb = Find(kMapperVerbs, aWords.front());
-    if (verb == kMapperVerbs.end()) {
-        return "mapper: not a verb: " + aWords.front();
-    }
-    anArguments.mMapperVerb = verb->mVerb;
-    aWords.erase(aWords.begin());
-    if (verb->mVerb == MapperVerb::Speeds) {
-        if (aWords.empty() || (aWords.front() != "on" && aWords.front() != "off")) {
-            return "mapper speeds: neither on nor off";
-        }
-        anArguments.mfSpeedsOn = aWords.front() == "on";
-        aWords.erase(aWords.begin());
-    }
-    return {};
-}
-
 /// Takes the verb off the words that are no options; an option among them is one that nobody knows.
 std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
     for (const std::string& word : aWords) {
@@ -258,32 +214,6 @@ std::string TakeWords(std::vector<std::string> aWords, Arguments& anArguments) {
         return error;
     }
     anArguments.mOperands.insert(anArguments.mOperands.begin(), aWords.begin(), aWords.end());
-    return {};
-}
-
-const NamedMapperVerb& Described(MapperVerb aVerb) {
-    return *std::find_if(kMapperVerbs.begin(), kMapperVerbs.end(),
-                         [&](const NamedMapperVerb& aNamed) { return aNamed.mVerb == aVerb; });
-}
-
-std::string CheckMapperVerb(const Arguments& anArguments, const OptionTexts& aTexts) {
-    const NamedMapperVerb& verb = Described(anArguments.mMapperVerb);
-    const std::string name = "mapper " + std::string(verb.mName);
-    if (anArguments.mfExplain || aTexts.mParseOptions) {
-        return "--explain and --parse-options go with parse only";
-    }
-    if (anArguments.mfJson && !verb.mfJson) {
-        return "--json goes with parse, mapper list, mapper show and mapper profiles only";
-    }
-    if (anArguments.mfNoCopy && !verb.mfOnlyLooks) {
-        return "--no-copy does not go with " + name + ", which writes the file";
-    }
-    if (anArguments.mOperands.size() < verb.mMinimum) {
-        return name + ": " + verb.mMissing;
-    }
-    if (anArguments.mOperands.size() > verb.mMaximum) {
-        return name + (verb.mMaximum == 0 ? " takes no operand" : " takes one operand");
-    }
     return {};
 }
 
@@ -401,17 +331,18 @@ std::string CheckTogether(const Arguments& anArguments, const OptionTexts& aText
     if (!error.empty()) {
         return error;
     }
-    if (anArguments.mVerb == Verb::Mapper) {
-        return CheckMapperVerb(anArguments, aTexts);
-    }
-    if (anArguments.mVerb == Verb::Playlist) {
-        if (anArguments.mfExplain || aTexts.mParseOptions) {
+    const bool fExplains = anArguments.mfExplain || aTexts.mParseOptions;
+    if (anArguments.mVerb == Verb::Mapper || anArguments.mVerb == Verb::Playlist) {
+        if (fExplains) {
             return "--explain and --parse-options go with parse only";
         }
-        return CheckPlaylistOptions(anArguments.mPlaylist, anArguments.mOperands.size(), anArguments.mfJson);
+        return anArguments.mVerb == Verb::Mapper
+                   ? CheckMapperVerb(anArguments)
+                   : CheckPlaylistOptions(anArguments.mPlaylist, anArguments.mOperands.size(),
+                                          anArguments.mfJson);
     }
     if (anArguments.mVerb != Verb::Parse) {
-        if (anArguments.mfJson || anArguments.mfExplain || aTexts.mParseOptions) {
+        if (anArguments.mfJson || fExplains) {
             return "--json, --explain and --parse-options go with parse only";
         }
     }
@@ -443,7 +374,7 @@ bool ReadParseOptions(const std::string& aText, int& anOptions) {
 }
 
 ArgumentsResult ReadArguments(int anArgCount, const char* const* anArgs, Arguments& anArguments) {
-    // What stands behind "--" never meets the command-line library, so that no name can be taken for anything
+    // What stands after "--" never meets the command-line library, so that no name can be taken for anything
     // else than a name.
     int optionCount = 1;
     while (optionCount < anArgCount && std::string_view(anArgs[optionCount]) != "--") {

@@ -53,9 +53,10 @@ struct ArgumentsResult {
     std::string mError; ///< for standard error: what is wrong
 };
 
-/// Reads the command line. The first word that is no option is the verb if it names one; everything behind
-/// "--" is an operand. Behind the verb mapper, the next word is what is done with it.
+/// Reads the command line. The first word that is no option is the verb if it names one; everything after
+/// "--" is an operand. After the verb mapper, the next word is what is done with it.
 ArgumentsResult ReadArguments(int anArgCount, const char* const* anArgs, Arguments& anArguments);
 
-/// Reads a set of parse options: names parted by ",", or one number from 0 to 15. False when it is neither.
+/// Reads a set of parse options: names separated by ",", or one number from 0 to 15. False when it is
+/// neither.
 bool ReadParseOptions(const std::string& aText, int& anOptions);

@@ -54,7 +54,7 @@ void DeclarePlaylistOptions(CLI::App& anApp, PlaylistOptions& anOptions, Playlis
     };
     addText("--index", aTexts.mIndex, "N", "playlist: only the entry of this index, counted from 0");
     addText("--at", aTexts.mAt, "POS", "playlist: only the entry that begins at this byte");
-    anApp.add_flag("--next", anOptions.mfNext, "With --index and --at: the entry behind that one");
+    anApp.add_flag("--next", anOptions.mfNext, "With --index and --at: the entry after that one");
     anApp
         .add_option("--serve-lines", aTexts.mServeLines,
                     "playlist: the lines of equal length by which a server serves it again")

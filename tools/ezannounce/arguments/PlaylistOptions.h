@@ -22,7 +22,7 @@ struct ServedAt {
 struct PlaylistOptions {
     std::optional<uint32> mIndex;
     std::optional<std::uint64_t> mAt;
-    bool mfNext = false; ///< not the entry of mIndex or mAt, but the one behind it
+    bool mfNext = false; ///< not the entry of mIndex or mAt, but the one after it
     std::optional<ServedAt> mServedAt;
 
     bool HasAny() const { return mIndex || mAt || mfNext || mServedAt; }

@@ -51,7 +51,7 @@ void DeclareThumbnailOptions(CLI::App& anApp, ThumbnailOptions& anOptions, Thumb
     addText("--box", aTexts.mBox, "WxH", "thumbnail: fitted into a box (default 160x160)");
     anApp.add_flag("--png", anOptions.mfPng, "thumbnail: PNG in place of JPEG");
     anApp.add_flag("--default", anOptions.mfDefault,
-                   "thumbnail: where there is none, the generic picture of the media's class");
+                   "thumbnail: where there is no other, the generic picture of the media's class");
     anApp.add_flag("--fast", anOptions.mfFast, "thumbnail, contact-sheet: scale fast, at a lower quality");
     addText("--cache", anOptions.mCacheFolder, "DIR",
             "thumbnail, contact-sheet: where thumbnails are kept (default $XDG_CACHE_HOME/ezannounce, else "

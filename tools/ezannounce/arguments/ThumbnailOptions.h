@@ -25,7 +25,7 @@ struct ThumbnailOptions {
     std::optional<PixelSize> mSize;     ///< exactly so
     std::optional<PixelSize> mBox;      ///< fitted into it
     bool mfPng = false;                 ///< PNG, else JPEG
-    bool mfDefault = false;             ///< the generic picture where there is none
+    bool mfDefault = false;             ///< the generic picture where there is no other
     bool mfFast = false;
     std::optional<std::string> mCacheFolder;
 

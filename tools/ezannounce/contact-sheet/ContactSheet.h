@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Cells that a sheet has at the most: 32 rows of 32, 5648 by 5648 pixels.
+/// Cells that a sheet has at most: 32 rows of 32, 5648 by 5648 pixels.
 constexpr std::size_t kMaxSheetCells = 1024;
 /// The sides of a cell, in pixels.
 constexpr uint32 kSheetCellSide = 160;

@@ -64,7 +64,8 @@ public:
     const std::vector<std::string>& GetCells() const { return mCells; }
     std::size_t GetLeftOut() const { return mLeftOut; }
     bool HasFailed() const { return mfFailed; }
-    /// There is nothing to be made: the cache cannot be used, or the sheet would replace a media.
+    /// There is nothing to be made: the cache cannot be used, or the sheet would replace a file of the
+    /// folder.
     bool HasEnded() const { return mfEnded; }
 
     std::string InWords() const {
@@ -73,7 +74,7 @@ public:
     }
 
 private:
-    /// A sheet of before, an empty file and what is no media may go.
+    /// An older sheet, an empty file and what is not media may go.
     void EndUnlessReplaceable(const std::string& aPath) {
         std::error_code ignored;
         Announcement announcement;
@@ -82,7 +83,7 @@ private:
             (mHost.Announce(aPath, announcement, reason) && !announcement.mfRecognised)) {
             return;
         }
-        Problem(aPath, reason.empty() ? "is a media of the folder, and not replaced by its sheet" : reason);
+        Problem(aPath, reason.empty() ? "is media of the folder, and not replaced by its sheet" : reason);
         mfEnded = true;
     }
 

@@ -58,7 +58,7 @@ std::string InWords(const ExplainedAttempt& anAttempt);
 
 /// Why an announcement says what it says.
 struct Explanation {
-    std::vector<ExplainedFact> mFacts;       ///< none for a media that was not recognised
+    std::vector<ExplainedFact> mFacts;       ///< none for what was not recognised
     std::vector<ExplainedEntry> mEntries;    ///< of the file's extension, in the order in which they count
     std::vector<ExplainedAttempt> mAttempts; ///< in the order in which they began
 };

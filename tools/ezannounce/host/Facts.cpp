@@ -228,7 +228,7 @@ public:
                 AddKey(key.c_str(), kUnnamed);
             }
         }
-        // Keys without a name behind all others.
+        // Keys without a name after all others.
         std::stable_partition(mFacts.begin(), mFacts.end(),
                               [](const Fact& aFact) { return !aFact.mName.empty(); });
         return std::move(mFacts);

@@ -18,11 +18,11 @@ class ezMediaParserStream;
 struct Explanation;
 struct MapperAnswer;
 
-/// What a media is.
+/// What a file, or what a stream brings, is.
 struct Announcement {
     std::string mPath;
     bool mfRecognised = false;
-    /// The record; of a media that was not recognised, what the stream alone knows.
+    /// The record; of what was not recognised, what the stream alone knows.
     std::unique_ptr<ezMediaInfo> mInfo;
     std::unique_ptr<Explanation> mExplanation;   ///< only when asked for
     bool mfMapperInForce = false;                ///< the media mapper was asked
@@ -38,7 +38,7 @@ struct Announcement {
 /// look things up in.
 class Host {
 public:
-    /// @param aRules    which profile a media keeps; null for the built-in table
+    /// @param aRules    which profile a file keeps; null for the built-in table
     /// @param aConsole  where the library's log goes to; borrowed; null for standard error
     Host(const Arguments& anArguments, const ConfigFolders& aFolders,
          std::shared_ptr<const ProfileRules> aRules = nullptr, Console* aConsole = nullptr);

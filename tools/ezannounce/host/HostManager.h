@@ -18,7 +18,7 @@ enum class Outcome {
 /// One parser that was tried, or one type that led to none.
 struct Attempt {
     std::string mType;
-    const ezBaseParser* mParser; ///< lent by the manager; null where the type led to none
+    const ezBaseParser* mParser; ///< the manager's; null where the type led to none
     Outcome mOutcome;
     std::size_t mDepth; ///< 0 as the request itself asked, 1 as a parser of that asked, and so on
 };
@@ -26,7 +26,7 @@ struct Attempt {
 /// A record as a parser gave it.
 struct Answer {
     std::string mType;
-    const ezBaseParser* mParser; ///< lent by the manager
+    const ezBaseParser* mParser; ///< the manager's
     std::size_t mDepth;
     std::unique_ptr<ezMediaInfo> mInfo;
 };
@@ -44,7 +44,7 @@ public:
     /// Of the last request, in the order in which the attempts began.
     const std::vector<Attempt>& GetAttempts() const { return mAttempts; }
     /// Of the last request, in the order in which the parsers answered: what an outer parser made of the
-    /// record of an inner one stands behind it.
+    /// record of an inner one stands after it.
     const std::vector<Answer>& GetAnswers() const { return mAnswers; }
 
     /// The class of a parser as its source calls it.

@@ -17,7 +17,7 @@ struct Override {
     std::optional<Fact> mNew; ///< none where the table took it away
 };
 
-/// What the media mapper had to say of a media.
+/// What the media mapper had to say of a file.
 struct MapperAnswer {
     std::string mFileName; ///< of the entry that answered
     std::string mProfile;

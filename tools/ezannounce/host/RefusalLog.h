@@ -7,13 +7,13 @@
 class Console;
 struct ezLogLine;
 
-/// What a parser said when it refused a media.
+/// What a parser said when it refused a file.
 struct Refusal {
     std::string mParserName; ///< the class
     std::string mReason;     ///< "malformed: ends before the frame header"
 };
 
-/// Listens to the library's log for the reasons for which parsers refuse a media: lines of the level debug of
+/// Listens to the library's log for the reasons for which parsers refuse a file: lines of the level debug of
 /// the form "CLASS: CAUSE: REASON". Lets all lines that were asked for through to the console. At most one
 /// lives at a time, made before other threads use the libraries; what these log is no reason of a parser
 /// here.

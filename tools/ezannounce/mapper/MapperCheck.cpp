@@ -152,7 +152,7 @@ private:
                      ": a save writes it bare, and it then parts the field");
             }
         }
-        // Behind another field it would have joined the two.
+        // After another field it would have joined the two.
         const std::size_t last = std::min(aFields.GetCount(), kFieldNames.size()) - 1;
         const ezCString text = aFields.GetAt(last).TrimLeftRight();
         if (!text.IsEmpty() && text.View().back() == '\\') {

@@ -11,10 +11,10 @@ struct MapperFinding {
     std::string mText;
 };
 
-/// What a check reads of a file at the most, so that one without end ends: ten times a table of 100,000
-/// lines.
+/// What a check reads of a file at most, so that the check of one without end ends: ten times a table of
+/// 100,000 lines.
 inline constexpr std::uint64_t kMapperCheck_MaxBytes = std::uint64_t{64} << 20;
-/// Lines that it checks. Of each it keeps a few hundred bytes at the most.
+/// Lines that it checks. Of each it keeps at most a few hundred bytes.
 inline constexpr std::size_t kMapperCheck_MaxLines = 250'000;
 /// Findings that it names; a line may have some thirty. The others are counted.
 inline constexpr std::size_t kMapperCheck_MaxFindings = 250'000;

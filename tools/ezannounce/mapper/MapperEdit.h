@@ -20,7 +20,7 @@ using MapperOpener = std::function<std::unique_ptr<DLNAMediaMapper>()>;
 /// nothing is saved, so that the file keeps its comments. Where somebody else wrote the file since the table
 /// was loaded, nothing is said or saved, and the edit is made again on a fresh load: kMapperEdit_MaximumTries
 /// in all, after which it fails. The exit status.
-/// @param anOpen  loads the table anew at each call; null, after an error line, where it cannot
+/// @param anOpen  loads the table again at each call; null, after an error line, where it cannot
 /// @param aPath   of the file that a save writes
 int EditMapper(const Arguments& anArguments, const MapperOpener& anOpen, const std::string& aPath,
                Console& aConsole);

@@ -33,7 +33,7 @@ std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
 /// @param aPath  of the file that it wrote
 void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Console& aConsole);
 
-/// The entries in table order, lent.
+/// The entries in table order, borrowed.
 std::vector<DLNAMediaMapperEntry*> EntriesOf(DLNAMediaMapper& aMapper);
 
 /// A message of the library on one line.

@@ -32,7 +32,7 @@ public:
             Problem(aPath, reason);
             return;
         }
-        // A folder holds all sorts of things, but who names a file takes it for a media.
+        // A folder holds all sorts of things, but who names a file takes it for media.
         mfFailed = mfFailed || (fNamed && !announcement.mfRecognised);
         mOutput.Put(announcement);
     }

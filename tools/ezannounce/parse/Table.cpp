@@ -33,7 +33,7 @@ std::vector<ColumnStyle> Styles() {
     return {{SIZE_MAX}, {kLongestKind}, {16, true}, {16, true}, {kLongestCodecs}, {kLongestProfile}};
 }
 
-/// "audio" of "item.audioItem.musicTrack"; of a class that is not an item's the whole.
+/// "audio" of "item.audioItem.musicTrack"; the whole of a class that is not one of an item.
 std::string KindOf(const ezMediaInfo& anInfo) {
     constexpr std::string_view kEnd = "Item";
     const ezCString text = anInfo.GetCString(kezInfo_ClassName, "");

@@ -13,7 +13,7 @@ struct Beginning {
     const char* mExtension;
 };
 
-/// How the formats begin, behind a byte order mark, blanks and the XML declaration.
+/// How the formats begin, after a byte order mark, blanks and the XML declaration.
 constexpr std::array<Beginning, 6> kBeginnings = {{{"[playlist]", "pls"},
                                                    {"[reference]", "asx"},
                                                    {"<asx", "asx"},

@@ -30,7 +30,7 @@ public:
 
     /// A reader for it: by the type that a web server states where a reader has it, else by the extension, of
     /// a URL that of where it was found and then that of where it was asked for; for what has neither by how
-    /// it begins. Lent; null when there is none.
+    /// it begins. Borrowed; null when there is none.
     PlaylistParser* NewReader(const PlaylistParserFactory& aFactory);
 
 private:

@@ -213,7 +213,7 @@ bool PutOne(const Opened& anOpened, const PlaylistOptions& anOptions, EntryOutpu
     }
     if (anOptions.mfNext) {
         if (!reader.FetchNextEntry(&entry)) {
-            aReason = "no entry behind that one";
+            aReason = "no entry after that one";
             return false;
         }
         index = index ? std::optional<uint32>(*index + 1) : std::nullopt;
@@ -258,7 +258,7 @@ std::string WhyCut([[maybe_unused]] const PlaylistParser& aReader) {
 int Show(const Opened& anOpened, const Arguments& anArguments, Console& aConsole, std::string& aReason) {
     const PlaylistOptions& options = anArguments.mPlaylist;
     if (IsHLS(anOpened.mReader)) {
-        aReason = "an HLS playlist: segments of one media, not a list of media";
+        aReason = "an HLS playlist: segments of one stream, not a list of media";
         return kExitSomeFailed;
     }
     EntryOutput output(aConsole, anArguments.mfJson);

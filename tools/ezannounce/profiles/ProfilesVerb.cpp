@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Writes the problems of a table of profile rules. True when there is none.
+/// Writes the problems of a table of profile rules. True when there are none.
 bool CheckRules(const std::string& aPath, Console& aConsole) {
     const ProfileRulesFile file = ReadProfileRules(aPath);
     if (!file.mUnreadable.empty()) {

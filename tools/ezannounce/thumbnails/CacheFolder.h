@@ -10,5 +10,5 @@ constexpr const char* kNoCacheFolder =
 
 /// Where thumbnails are kept: the folder of --cache, else "ezannounce" in the one that XDG_CACHE_HOME names
 /// by an absolute path, else in ".cache" of the home folder, named by one too. Only the person may look into
-/// a folder of these that is made here. "" where there is none of all that.
+/// a folder of these that is made here. "" where there is nothing of all that.
 std::string FindCacheFolder(const ThumbnailOptions& anOptions);

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-/// The pictures beside a media that could stand for it, best first, as SidecarThumbnailProvider tries them:
+/// The pictures beside a file that could stand for it, best first, as SidecarThumbnailProvider tries them:
 /// one listing of the media's folder, or, unless null, what aListing has of it.
 std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo, SidecarListing* aListing = nullptr);
 
-/// What the cache knows a media by, so that a thumbnail is made anew when anything changes that it could be
+/// What the cache knows a file by, so that a thumbnail is made again when anything changes that it could be
 /// made of:
 ///
 /// - the full path of the media, its folder resolved, so that all ways to write it are one;
@@ -22,9 +22,9 @@ std::vector<std::string> SidecarsOf(const ThumbnailInfo& anInfo, SidecarListing*
 ///   whose pictures may be others.
 ///
 /// A state is an ezFileState: which file it is, its size and its times. It is taken before the thumbnail is
-/// made: what changes while it is made has another identity at the next request, never the picture of before.
+/// made: what changes while it is made has another identity at the next request, never the older picture.
 /// What was changed so short a time before that a further change could have the same state has an identity of
-/// this one request: its thumbnail is made anew at the next one.
+/// this one request: its thumbnail is made again at the next one.
 ///
 /// @param aSidecars what SidecarsOf gave for the media
 ezCString ThumbnailIdentity(const ThumbnailInfo& anInfo, const std::vector<std::string>& aSidecars);

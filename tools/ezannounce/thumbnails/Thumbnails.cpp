@@ -61,7 +61,7 @@ private:
     ThumbnailTrace& mTrace;
 };
 
-/// The pictures beside a media but for one.
+/// The pictures beside a file but for one.
 class SidecarsButOne : public SidecarThumbnailProvider {
 public:
     SidecarsButOne(ezThumbnailGenerator* aGenerator, const std::string& aLeftOut)
@@ -82,10 +82,10 @@ private:
     std::string mLeftOut;
 };
 
-/// Stands in the type of a request for a generic picture behind its class; no class has it.
+/// Stands after the class in the type of a request for a generic picture; no class has it.
 constexpr char kBehindClass[] = " ";
 
-/// The request for the generic picture of a media's class. The cache knows such a picture by the class in its
+/// The request for the generic picture of a file's class. The cache knows such a picture by the class in its
 /// type alone, so what else it depends on is written there.
 ThumbnailInfo GenericRequest(const ThumbnailInfo& anInfo) {
     ThumbnailInfo info = anInfo;

@@ -45,7 +45,7 @@ public:
     Thumbnails(const Thumbnails&) = delete;
     Thumbnails& operator=(const Thumbnails&) = delete;
 
-    /// The thumbnail of a media.
+    /// The thumbnail of a file.
     /// @param anInfo       what is asked for; identity and format included
     /// @param afUseGeneric where the media has none, the picture of its class. It is cached by class, speed
     ///                     and version of this tool
@@ -70,7 +70,7 @@ private:
     SidecarThumbnailProvider* mSidecars; ///< the manager's
 };
 
-/// What is asked of the service for a media of this path and type.
+/// What is asked of the service for a file of this path and type.
 /// @param aLeftOut  no picture beside it, as with Thumbnails
 /// @param aListing  of the folder; null to list it
 /// @param aSidecars of the media; receives the pictures beside it that could stand for it

@@ -64,6 +64,11 @@ std::string TextOf(const ezMediaInfo& anInfo, const char* aKey) {
     return anInfo.GetCString(aKey, "").c_str();
 }
 
+/// Class and 4th field.
+std::string AnnouncementIn(const ezMediaInfo& anInfo) {
+    return TextOf(anInfo, kezInfo_ClassName).append(" ").append(TextOf(anInfo, kezInfo_DLNA));
+}
+
 bool Contains(const std::string& aText, const std::string& aPart) {
     return aText.find(aPart) != std::string::npos;
 }
@@ -436,12 +441,12 @@ TYPED_TEST(EveryFormat, RecordIsAdjustedToWhatItsParseAnnounced) {
         const Answer answer = this->Parse(file.mBytes);
         ASSERT_NE(answer.mRecord, nullptr);
         ezMediaInfo& info = *answer.mRecord;
-        const std::string whole = TextOf(info, kezInfo_ClassName) + " " + TextOf(info, kezInfo_DLNA);
+        const std::string whole = AnnouncementIn(info);
         info.Set(kezInfo_ClassName, "", true);
         info.Set(kezInfo_DLNA, "", true);
         info.Set(kezInfo_FileSize, static_cast<std::uint64_t>(file.mBytes.size()), true);
         EXPECT_TRUE(parser.AdjustDLNAInfo(&info));
-        EXPECT_EQ(TextOf(info, kezInfo_ClassName) + " " + TextOf(info, kezInfo_DLNA), whole);
+        EXPECT_EQ(AnnouncementIn(info), whole);
     }
 }
 

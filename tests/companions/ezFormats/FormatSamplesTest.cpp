@@ -55,7 +55,7 @@ std::string FileOf(const std::string& aLine, const std::string& aType, const Sam
             return file.first;
         }
     }
-    const std::string own = kRefusals + aType + ".expected";
+    std::string own = kRefusals + aType + ".expected";
     if (aRecorded.count(own) == 0) {
         return own;
     }

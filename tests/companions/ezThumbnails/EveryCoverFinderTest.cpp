@@ -160,8 +160,8 @@ TEST(EveryCoverFinder, AStreamThatIsNotOpenHasNoCover) {
 TEST(EveryCoverFinder, LookingReadsABoundedPartOfTheFile) {
     // Unsynchronisation makes every byte be read: a frame of more than that is not stepped over.
     const std::string frame = Frame23("APIC", Apic(3, Jpeg("front")));
-    const std::string small = Frame23("PRIV", std::string(1024 * 1024, 'p'));
-    const std::string large = Frame23("PRIV", std::string(20 * 1024 * 1024, 'p'));
+    const std::string small = Frame23("PRIV", std::string(std::size_t{1} << 20, 'p'));
+    const std::string large = Frame23("PRIV", std::string(std::size_t{20} << 20, 'p'));
     EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0x80, small + Unsynchronised(frame))).IsFound());
     EXPECT_FALSE(FindCover(FindID3Cover, ID3(3, 0x80, large + Unsynchronised(frame))).IsFound());
     EXPECT_TRUE(FindCover(FindID3Cover, ID3(3, 0, large + frame)).IsFound());

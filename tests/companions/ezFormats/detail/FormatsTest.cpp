@@ -67,7 +67,7 @@ bool Has(const std::initializer_list<const char*>& aWords, std::string_view aWor
 
 template <typename Parser>
 class FormatDescribed : public testing::Test {};
-TYPED_TEST_SUITE(FormatDescribed, AllFormats::As<testing::Types>);
+TYPED_TEST_SUITE(FormatDescribed, AllFormats::As<testing::Types>, );
 
 TYPED_TEST(FormatDescribed, LinesAreThoseOfTheDefaultMediaTypesFile) {
     const std::map<std::string, std::string> lines = DefaultLines();

@@ -21,7 +21,8 @@ std::string DumpRecord(const ezMediaInfo* anInfo) {
         const ezCString key = anInfo->GetKeyAt(i);
         const ezCString value = anInfo->GetCString(key.c_str(), "");
         const char* quote = anInfo->IsNumber(key.c_str()) ? "" : "\"";
-        dump += std::string(key.c_str()) + "=" + quote + value.c_str() + quote + "\n";
+        dump +=
+            std::string(key.c_str()) + "=" + quote + value.Replace("\n", "\\n", true).c_str() + quote + "\n";
     }
     AppendText(dump, "path", anInfo->mFullPath);
     if (anInfo->mLastModificationTime.IsSet()) {

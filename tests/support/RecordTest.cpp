@@ -19,7 +19,9 @@ TEST(DumpRecord, WritesTheKeysInOrderWithTextsInQuotesAndNumbersBare) {
     info.Set("ac", 2, true);
     info.Set("br", -1, true);
     info.Set("du", "60", true);
+    info.Set("as", "Ann\nBob", true);
     EXPECT_EQ(DumpRecord(&info), "ac=2\n"
+                                 "as=\"Ann\\nBob\"\n"
                                  "br=4294967295\n"
                                  "du=\"60\"\n"
                                  "mt=\"audio/L16\"\n");

@@ -46,11 +46,25 @@ inline constexpr std::size_t kProfileRules_MaxSizes = 64;
 /// frames need.
 inline constexpr std::uint32_t kMusicTexts_MaxReads = 5;
 
+/// Bytes of a tag after its picture that are read together with the frames after the tag: writers leave room
+/// of one or two KiB there, and a read of its own would tell nothing but that.
+inline constexpr std::uint64_t kMusicTexts_RestSize = 8192;
+
 /// Bytes of one text that are looked at, more than a record keeps of it in any encoding; the items of one
 /// text that lists several; and frames or items of one tag.
 inline constexpr std::size_t kMusicTexts_MaxSize = 4096;
 inline constexpr std::size_t kMusicTexts_MaxCount = 8;
 inline constexpr std::uint32_t kMusicTexts_MaxFrames = 512;
+
+/// Names of a list that is kept in full, as many as an opera has singers; and bytes of it.
+inline constexpr std::size_t kMusicNames_MaxCount = 32;
+inline constexpr std::size_t kMusicNames_MaxSize = 4096;
+
+/// The largest number of a track or disc: a ContentDirectory announces them as 32 bits with a sign.
+inline constexpr std::uint32_t kMusicNumber_Max = 0x7FFFFFFF;
+
+/// Bytes of a list of languages: of twenty and more.
+inline constexpr std::size_t kLanguages_MaxSize = 64;
 
 /// Bytes that the compressed frames of one tag may have together when they are inflated: texts and a few
 /// comments. They are held in memory, and whoever compresses a few kilobytes of frames can ask for a thousand

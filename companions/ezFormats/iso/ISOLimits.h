@@ -33,6 +33,9 @@ inline constexpr std::uint32_t kISO_MaxInflatedMovie = std::uint32_t{1024} * 102
 inline constexpr std::uint32_t kISO_MaxSizeTable = std::uint32_t{256} * 1024;
 inline constexpr std::uint32_t kISO_SizeTableStart = std::uint32_t{32} * 1024;
 
+/// Names of items of QuickTime's metadata that are looked at; phones have some ten.
+inline constexpr std::uint32_t kISO_MaxItemNames = 64;
+
 /// Runs of a table of sample times that are read; a constant frame rate is one or two, a varying one is
 /// averaged over the stated duration instead.
 inline constexpr std::uint32_t kISO_MaxTimeRuns = 256;

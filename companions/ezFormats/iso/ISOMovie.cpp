@@ -3,6 +3,7 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/tags/LanguageTags.h"
 
 #include <algorithm>
 #include <utility>
@@ -29,6 +30,20 @@ Times ReadTimes(ByteReader aBox) {
     times.mTimescale = aBox.ReadBig32();
     times.mDuration = ReadDuration(aBox, size);
     return aBox.HasFailed() ? Times() : times;
+}
+
+/// The packed language of "mdhd".
+unsigned ReadPackedLanguage(ByteReader aBox) {
+    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
+    aBox.Skip(3 + 3 * size + 4); // flags, dates, timescale, duration
+    return static_cast<unsigned>(aBox.ReadBig(2));
+}
+
+/// The language of "elng" (ISO/IEC 14496-12, 8.4.6).
+ezCString ReadLanguage(ByteReader aBox) {
+    constexpr std::uint64_t kMaxTag = 64;
+    aBox.Skip(4); // version and flags
+    return aBox.ReadText(static_cast<std::size_t>(std::min(aBox.GetLeft(), kMaxTag))).BeforeFirst('\0');
 }
 
 /// The duration of "mehd".
@@ -73,6 +88,8 @@ struct TrackReading {
 
     ISOTrack mTrack;
     Edits mEdits;
+    unsigned mPackedLanguage = 0;
+    ezCString mLanguage; ///< empty where the packed one is all
     bool mfMediaInformation = false;
     ByteReader mMediaInformation;
 };
@@ -111,6 +128,9 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
             const Times times = ReadTimes(content);
             aReading.mTrack.mTimescale = times.mTimescale;
             aReading.mTrack.mDuration = times.mDuration;
+            aReading.mPackedLanguage = ReadPackedLanguage(content);
+        } else if (type == "elng") {
+            aReading.mLanguage = ReadLanguage(content);
         } else if (type == "hdlr") {
             aReading.mTrack.mKind = ReadKind(content);
         } else if (type == "minf") {
@@ -185,6 +205,7 @@ public:
 
 private:
     void TakeTrack(const ByteReader& aBox);
+    void TakeLanguage(const TrackReading& aReading);
     void TakeDuration(const TrackReading& aReading);
     void TakeFragmentDefaults(const ByteReader& aBox);
     void TakeTrackDefaults(ByteReader aBox);
@@ -203,6 +224,14 @@ void MovieReading::TakeDuration(const TrackReading& aReading) {
     mfEnabled = mfEnabled || fEnabled;
 }
 
+void MovieReading::TakeLanguage(const TrackReading& aReading) {
+    if (aReading.mLanguage.IsEmpty()) {
+        AddPackedLanguage(mMovie.mLanguages, aReading.mPackedLanguage);
+    } else {
+        AddLanguages(mMovie.mLanguages, aReading.mLanguage.View());
+    }
+}
+
 void MovieReading::TakeTrack(const ByteReader& aBox) {
     TrackReading reading = ReadTrack(aBox, mBoxBudget);
     ISOTrack& track = reading.mTrack;
@@ -212,7 +241,10 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
     }
     const bool fAudio = track.mKind == ISOTrackKind::kAudio;
     std::optional<ISOTrack>& place = fAudio ? mMovie.mAudio : mMovie.mVideo;
-    mMovie.mAudioCount += fAudio ? 1 : 0;
+    if (fAudio) {
+        ++mMovie.mAudioCount;
+        TakeLanguage(reading);
+    }
     const bool fTables = IsWanted(place, track) && reading.mfMediaInformation &&
                          Enter(reading.mMediaInformation, "stbl", mBoxBudget);
     if (fTables) {

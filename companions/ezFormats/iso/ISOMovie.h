@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 /// A track of audio or video.
 struct ISOTrack {
@@ -33,6 +34,7 @@ struct ISOMovie {
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
     ISOTags mTags;
+    std::string mLanguages; ///< of the audio tracks, in their order, as kezInfo_Languages has them
 };
 
 /// Reads the content of the box, in the order of the file. What is damaged tells nothing.

@@ -199,6 +199,9 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
     const ISOMovie& movie = aMedia.mMovie;
     if (aMedia.mDuration != 0) {
         anInfo.SetDuration(aMedia.mDuration / kMicrosInMilli, aMedia.mDurationMethod);
+        if (aMedia.mDurationBound != 0) {
+            anInfo.Set(kezInfo_DurationBound, aMedia.mDurationBound / kMicrosInMilli, true);
+        }
     }
     const std::uint32_t whole = ISONumber_BitRate(aMedia.mSize.value_or(0), aMedia.mDuration, kMicro);
     Rates audio;
@@ -223,5 +226,7 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
         StoreNumber(anInfo, kezInfo_Orientation, orientation != 1 ? orientation : 0);
     }
     StoreWhole(aMedia, whole, audio, video, anInfo);
-    movie.mTags.Merge().Store(anInfo);
+    MusicTexts texts = movie.mTags.Merge();
+    texts.mLanguages = ezCString(std::string_view(movie.mLanguages));
+    texts.Store(anInfo);
 }

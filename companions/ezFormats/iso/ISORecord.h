@@ -15,6 +15,7 @@ struct ISOMedia {
     std::optional<std::uint64_t> mSize; ///< bytes
     std::uint64_t mDuration = 0;        ///< microseconds; 0: not known
     const char* mDurationMethod = "header";
+    std::uint64_t mDurationBound = 0; ///< microseconds by which an estimate may be too long; 0: not told
     bool mfDurationEstimated = false;
     bool mfFragmentsCounted = false; ///< all fragments were read, no index in place of any
 };

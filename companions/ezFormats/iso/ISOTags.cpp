@@ -1,9 +1,12 @@
 #include "ezFormats/iso/ISOTags.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezBytes/DateText.h"
 #include "ezBytes/TextBytes.h"
 #include "ezBytes/Utf8.h"
 #include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISOLimits.h"
+#include "ezFormats/tags/MusicNames.h"
 
 #include <algorithm>
 #include <array>
@@ -13,40 +16,65 @@
 
 namespace {
 
-/// Which text a box is, of those that MusicTexts has, and whether one that is more to the point goes before.
+/// Which field of a piece a box tells, and whether one that is more to the point goes before.
 struct TextBox {
     BoxType mType;
-    ezCString MusicTexts::*mText;
+    MusicField mField;
     bool mfSecond;
 };
 
-constexpr std::array<TextBox, 5> kItems = {{{"\xA9nam", &MusicTexts::mTitle, false},
+constexpr std::array<TextBox, 7> kItems = {{{"\xA9nam", MusicField::Title, false},
                                             {"\xA9"
                                              "ART",
-                                             &MusicTexts::mCreator, false},
-                                            {"aART", &MusicTexts::mCreator, true},
+                                             MusicField::Creator, false},
+                                            {"aART", MusicField::AlbumArtist, false},
                                             {"\xA9"
                                              "alb",
-                                             &MusicTexts::mAlbum, false},
-                                            {"\xA9gen", &MusicTexts::mGenre, false}}};
+                                             MusicField::Album, false},
+                                            {"\xA9gen", MusicField::Genre, false},
+                                            {"\xA9wrt", MusicField::Composer, false},
+                                            {"\xA9"
+                                             "day",
+                                             MusicField::Date, false}}};
 
-constexpr std::array<TextBox, 5> kAssets = {{{"titl", &MusicTexts::mTitle, false},
-                                             {"perf", &MusicTexts::mCreator, false},
-                                             {"auth", &MusicTexts::mCreator, true},
-                                             {"albm", &MusicTexts::mAlbum, false},
-                                             {"gnre", &MusicTexts::mGenre, false}}};
+/// QuickTime's names of items (QuickTime File Format, "Metadata").
+struct NamedItem {
+    std::string_view mName; ///< after "com.apple.quicktime."
+    MusicField mField;
+    bool mfSecond;
+};
+constexpr std::array<NamedItem, 7> kNamedItems = {{{"title", MusicField::Title, false},
+                                                   {"artist", MusicField::Creator, false},
+                                                   {"author", MusicField::Creator, true},
+                                                   {"album", MusicField::Album, false},
+                                                   {"genre", MusicField::Genre, false},
+                                                   {"creationdate", MusicField::Date, false},
+                                                   {"year", MusicField::Date, true}}};
 
-constexpr std::array<TextBox, 5> kPhrases = {{{"\xA9nam", &MusicTexts::mTitle, false},
+constexpr std::array<TextBox, 5> kAssets = {{{"titl", MusicField::Title, false},
+                                             {"perf", MusicField::Creator, false},
+                                             {"auth", MusicField::Creator, true},
+                                             {"albm", MusicField::Album, false},
+                                             {"gnre", MusicField::Genre, false}}};
+
+constexpr std::array<TextBox, 8> kPhrases = {{{"\xA9nam", MusicField::Title, false},
                                               {"\xA9"
                                                "ART",
-                                               &MusicTexts::mCreator, false},
+                                               MusicField::Creator, false},
                                               {"\xA9"
                                                "aut",
-                                               &MusicTexts::mCreator, true},
+                                               MusicField::Creator, true},
                                               {"\xA9"
                                                "alb",
-                                               &MusicTexts::mAlbum, false},
-                                              {"\xA9gen", &MusicTexts::mGenre, false}}};
+                                               MusicField::Album, false},
+                                              {"\xA9gen", MusicField::Genre, false},
+                                              {"\xA9wrt", MusicField::Composer, false},
+                                              {"\xA9"
+                                               "com",
+                                               MusicField::Composer, true},
+                                              {"\xA9"
+                                               "day",
+                                               MusicField::Date, false}}};
 
 /// A text that is UTF-16 where it begins with a byte order mark.
 ezCString CleanMarkedText(std::string_view aBytes) {
@@ -73,81 +101,169 @@ ezCString ReadData(const ByteReader& aData) {
                      kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated);
 }
 
-/// A genre by its number, which counts from 1 here.
-ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
+/// The first value of an item that is no text, after its kind and language.
+ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     std::uint32_t kind = 0;
     ByteReader data = anItem;
     data.Require(BoxWalk::Within(anItem, aBoxBudget).Find("data", &data));
-    data = OpenData(data, &kind);
-    const auto number = static_cast<unsigned>(data.ReadBig(2));
+    return OpenData(data, &kind);
+}
+
+/// A genre by its number, which counts from 1 here.
+ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
+    const auto number = static_cast<unsigned>(OpenItem(anItem, aBoxBudget).ReadBig(2));
     return number == 0 ? ezCString() : ezCString(MusicGenreName(number - 1));
 }
 
-/// The values of one text: of an item that has several, or of several items. Most texts have one, which is
-/// clean as it stands and makes no list.
-class ItemValues {
-public:
-    void Add(const ezCString& aValue, bool afSeveral) {
-        if (aValue.IsEmpty() || mCount >= (afSeveral ? kMusicTexts_MaxCount : 1)) {
-            return;
-        }
-        if (++mCount == 1) {
-            mFirst = aValue;
-            return;
-        }
-        if (mNames.empty()) {
-            AddMusicName(mNames, mFirst.View());
-        }
-        AddMusicName(mNames, aValue.View());
-    }
-    ezCString GetText() const { return mNames.empty() ? mFirst : CleanText(mNames, TextEncoding::Utf8); }
-
-private:
-    ezCString mFirst;
-    std::string mNames; ///< of several values
-    std::size_t mCount = 0;
-};
-
-void ReadItem(const ByteReader& anItem, bool afSeveral, std::uint32_t& aBoxBudget, ItemValues& aValues) {
-    BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
-    ByteReader data = anItem;
-    while (walk.Find("data", &data)) {
-        aValues.Add(ReadData(data), afSeveral);
-    }
+/// The number of a track or disc; how many there are follows.
+std::uint32_t ReadNumberItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
+    ByteReader data = OpenItem(anItem, aBoxBudget);
+    data.Skip(2);
+    return static_cast<std::uint32_t>(data.ReadBig(2));
 }
 
+/// The values of the fields that items tell in words: of an item that has several, or of several items.
+class ItemValues {
+public:
+    void Read(const ByteReader& anItem, MusicField aField, bool afSecond, std::uint32_t& aBoxBudget) {
+        Values& values = (afSecond ? mSecond : mFirst)[static_cast<std::size_t>(aField)];
+        const bool fSeveral = MusicField_HasSeveral(aField);
+        BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
+        ByteReader data = anItem;
+        while (walk.Find("data", &data)) {
+            const ezCString text = ReadData(data);
+            if (!text.IsEmpty() && (values.mCount == 0 || fSeveral)) {
+                ++values.mCount;
+                values.mNames.Add(text);
+            }
+        }
+    }
+
+    void Store(MusicTexts& aTexts) const {
+        for (const auto* all : {&mFirst, &mSecond}) {
+            for (std::size_t i = 0; i < all->size(); ++i) {
+                const auto field = static_cast<MusicField>(i);
+                if ((*all)[i].mCount != 0 && !aTexts.Has(field)) {
+                    aTexts.Take(field, (*all)[i].mNames);
+                }
+            }
+        }
+    }
+
+private:
+    struct Values {
+        MusicNames mNames;
+        std::size_t mCount = 0;
+    };
+    using All = std::array<Values, static_cast<std::size_t>(MusicField::Date) + 1>;
+
+    All mFirst;
+    All mSecond;
+};
+
+/// Which names the items of a list have, by their number; none where they are known by their types.
+class ItemNames {
+public:
+    /// Reads the content of a "keys" box.
+    void Read(ByteReader aBox) {
+        constexpr std::string_view kStart = "mdtacom.apple.quicktime.";
+        constexpr std::size_t kMaxName = 64;
+        aBox.Skip(4); // version and flags
+        mCount = std::min(aBox.ReadBig32(), kISO_MaxItemNames);
+        for (std::uint32_t i = 0; i < mCount && !aBox.HasFailed(); ++i) {
+            const std::uint32_t size = aBox.ReadBig32();
+            aBox.Require(size >= 4);
+            ByteReader name = aBox.Take(size - 4);
+            const ezCString text =
+                name.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(name.GetLeft(), kMaxName)));
+            const std::string_view start = text.View().substr(0, kStart.size());
+            mItems[i] = start == kStart ? Find(text.View().substr(kStart.size())) : nullptr;
+        }
+    }
+    bool IsEmpty() const { return mCount == 0; }
+    /// Null for an item that tells nothing here.
+    const NamedItem* Get(BoxType aType) const {
+        for (std::uint32_t i = 0; i < mCount; ++i) {
+            if (aType == BoxType(i + 1)) {
+                return mItems[i];
+            }
+        }
+        return nullptr;
+    }
+
+private:
+    static const NamedItem* Find(std::string_view aName) {
+        for (const NamedItem& item : kNamedItems) {
+            if (item.mName == aName) {
+                return &item;
+            }
+        }
+        return nullptr;
+    }
+
+    std::array<const NamedItem*, kISO_MaxItemNames> mItems = {};
+    std::uint32_t mCount = 0;
+};
+
+/// Reads the items of a list that are known by their types.
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
-    std::array<ItemValues, kItems.size()> values;
+    ItemValues values;
     MusicTexts second;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
-        for (std::size_t i = 0; i < kItems.size(); ++i) {
-            if (type == kItems[i].mType) {
-                const bool fSeveral =
-                    kItems[i].mText == &MusicTexts::mCreator || kItems[i].mText == &MusicTexts::mGenre;
-                ReadItem(item, fSeveral, aBoxBudget, values[i]);
+        for (const TextBox& box : kItems) {
+            if (type == box.mType) {
+                values.Read(item, box.mField, box.mfSecond, aBoxBudget);
             }
         }
         if (type == "gnre" && second.mGenre.IsEmpty()) {
             second.mGenre = ReadGenreItem(item, aBoxBudget);
+        } else if (type == "trkn" && second.mTrack == 0) {
+            second.mTrack = ReadNumberItem(item, aBoxBudget);
+        } else if (type == "disk" && second.mDisc == 0) {
+            second.mDisc = ReadNumberItem(item, aBoxBudget);
+        } else if (type == "cpil") {
+            second.mfCompilation = second.mfCompilation || OpenItem(item, aBoxBudget).ReadByte() != 0;
         }
     }
-    for (std::size_t i = 0; i < kItems.size(); ++i) {
-        ezCString& text = (kItems[i].mfSecond ? second : aTexts).*kItems[i].mText;
-        if (text.IsEmpty()) {
-            text = values[i].GetText();
-        }
-    }
+    values.Store(aTexts);
+    second.mCreator = aTexts.mAlbumArtist; // whom an album is filed under, where nobody else is named
     aTexts.Complete(second);
+}
+
+void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint32_t& aBoxBudget,
+                    MusicTexts& aTexts) {
+    ItemValues values;
+    BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
+    BoxType type;
+    ByteReader item = aList;
+    while (walk.Next(&type, &item)) {
+        const NamedItem* const name = aNames.Get(type);
+        if (name != nullptr) {
+            values.Read(item, name->mField, name->mfSecond, aBoxBudget);
+        }
+    }
+    values.Store(aTexts);
 }
 
 void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     SkipMetaVersion(aMeta);
-    ByteReader list = aMeta;
-    if (BoxWalk::Within(aMeta, aBoxBudget).Find("ilst", &list)) {
-        ReadItems(list, aBoxBudget, aTexts);
+    ItemNames names;
+    BoxWalk walk = BoxWalk::Within(aMeta, aBoxBudget);
+    BoxType type;
+    ByteReader content = aMeta;
+    while (walk.Next(&type, &content)) {
+        if (type == "keys") {
+            names.Read(content);
+        } else if (type == "ilst" && names.IsEmpty()) {
+            ReadItems(content, aBoxBudget, aTexts);
+            return;
+        } else if (type == "ilst") {
+            ReadNamedItems(content, names, aBoxBudget, aTexts);
+            return;
+        }
     }
 }
 
@@ -158,6 +274,13 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
 ezCString ReadAsset(ByteReader aBox) {
     aBox.Skip(6);
     return CleanMarkedText(ReadTextBytes(aBox));
+}
+
+/// The year of a recording, behind version and flags alone.
+ezCString ReadAssetYear(ByteReader aBox) {
+    aBox.Skip(4);
+    const std::uint64_t year = aBox.ReadBig(2);
+    return CleanDate(ezCString::Format("%04u", static_cast<unsigned>(year)).View());
 }
 
 // --- QuickTime
@@ -202,9 +325,11 @@ template <std::size_t Size>
 void TakeText(BoxType aType, const std::array<TextBox, Size>& aBoxes, const ByteReader& aContent,
               ezCString (*aRead)(ByteReader), MusicTexts& aFirst, MusicTexts& aSecond) {
     for (const TextBox& box : aBoxes) {
-        ezCString& text = (box.mfSecond ? aSecond : aFirst).*box.mText;
-        if (aType == box.mType && text.IsEmpty()) {
-            text = aRead(aContent);
+        MusicTexts& texts = box.mfSecond ? aSecond : aFirst;
+        if (aType == box.mType && !texts.Has(box.mField)) {
+            MusicNames names; // of one: what a phrase means by a comma or a number nobody knows
+            names.Add(aRead(aContent));
+            texts.Take(box.mField, names);
         }
     }
 }
@@ -233,6 +358,9 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
             ReadMeta(content, aBoxBudget, aTags.mItems);
         }
         TakeText(type, kAssets, content, ReadAsset, aTags.mAssets, secondAssets);
+        if (type == "yrrc" && aTags.mAssets.mDate.IsEmpty()) {
+            aTags.mAssets.mDate = ReadAssetYear(content);
+        }
         TakeText(type, kPhrases, content, ReadPhrase, aTags.mPhrases, secondPhrases);
     }
     aTags.mAssets.Complete(secondAssets);

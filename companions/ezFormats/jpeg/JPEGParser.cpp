@@ -5,6 +5,7 @@
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/jpeg/JPEGFrame.h"
 #include "ezFormats/jpeg/JPEGLimits.h"
+#include "ezFormats/tags/ExifRecord.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -112,14 +113,14 @@ struct JPEGParser::Walk {
 struct JPEGParser::Finds {
     JPEGColourHints mHints;
     bool mfExif = false;
-    unsigned mOrientation = 1;
+    ExifFacts mFacts;
 
     void Take(unsigned aMarker, ByteReader aContent) {
         if (aMarker == kAPP0 && BeginsWith(aContent, kJFIFName)) {
             mHints.mfJFIF = true;
         } else if (aMarker == kAPP1 && !mfExif && BeginsWith(aContent, kExifName)) {
             mfExif = true; // a program that adds a second one has not understood the first
-            mOrientation = ExifOrientation(aContent);
+            mFacts = ReadExif(aContent);
         } else if (aMarker == kAPP14 && BeginsWith(aContent, kAdobeName)) {
             aContent.Skip(6); // version and flags
             const int transform = aContent.ReadByte();
@@ -202,9 +203,7 @@ bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo
     anInfo.Set(kezInfo_PictureProcess, process, true);
     anInfo.Set(kezInfo_PictureBitDepth, precision, true);
     anInfo.Set(kezInfo_PictureColours, JPEGColoursOf(components, aFinds.mHints), true);
-    if (aFinds.mOrientation != 1) {
-        anInfo.Set(kezInfo_Orientation, aFinds.mOrientation, true);
-    }
+    StoreExif(aFinds.mFacts, anInfo);
     return true;
 }
 

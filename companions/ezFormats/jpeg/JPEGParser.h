@@ -10,9 +10,9 @@ class ByteReader;
 struct JPEGComponents;
 
 /// JPEG pictures (ITU-T T.81, JFIF, Exif): size, process, precision, colours and their sampling, and the
-/// orientation that the first Exif segment states. Segments before the frame header are stepped over, so a
-/// thumbnail within one is never taken for the picture; what stands behind the frame header is not looked at.
-/// A height that is not stated before the picture ("DNL") is left out.
+/// orientation and the date that the first Exif segment states. Segments before the frame header are stepped
+/// over, so a thumbnail within one is never taken for the picture; what stands behind the frame header is not
+/// looked at. A height that is not stated before the picture ("DNL") is left out.
 ///
 /// A parse reads the first 8 KiB, and for each segment to be stepped over that ends elsewhere a block: 4 KiB,
 /// or twice the block before where it goes straight on, up to 64 KiB, as for an Exif directory out of all

@@ -20,6 +20,30 @@ using namespace std::string_view_literals;
 
 namespace {
 
+/// The bytes of leading tags. What is left of one after its picture is read with the frames that follow, by
+/// the read that they take anyway.
+class TagBytes : public ReadShare {
+public:
+    explicit TagBytes(MediaBytes& aBytes) : ReadShare(aBytes, kMusicTexts_MaxReads), mBytes(aBytes) {}
+    ~TagBytes() override;
+
+    /// Where the tag ends that is read next.
+    void SetEndOfTag(std::uint64_t anEnd) { mEnd = anEnd; }
+
+    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasAtHand(aPosition, 1)) {
+            mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
+        }
+        return ReadShare::Lend(aPosition, aBytes);
+    }
+
+private:
+    MediaBytes& mBytes;
+    std::uint64_t mEnd = 0;
+};
+
+TagBytes::~TagBytes() = default;
+
 ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
     ByteReader reader(aBytes);
     reader.Skip(aPosition);
@@ -100,7 +124,7 @@ bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
     LeadingTags tags;
-    ReadShare few(aBytes, kMusicTexts_MaxReads);
+    TagBytes few(aBytes);
     for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
         if (!aBytes.HasAtHand(tags.mEnd, 1)) {
             aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
@@ -114,6 +138,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
         if (tag.mfID3 && !tags.mTexts.IsComplete()) {
             tag.mID3.mSize =
                 static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetEnd() - body));
+            few.SetEndOfTag(body + tag.mID3.mSize);
             tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
         }
         tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
@@ -229,10 +254,10 @@ bool MPEGAudioMeasure::GoesOnBehindCount(std::uint64_t anEnd) {
 
 void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
     const std::uint64_t end = aTails.mAudioEnd;
-    MPEGAudioSurvey slowest = mSurvey;
+    MPEGAudioPlaces places = {mSurvey, mSurvey};
     mfAllSeen = mSurvey.mEnd + kMPEGAudioMinFrameSize > end;
     if (!mfAllSeen) {
-        LookAround(end, &slowest);
+        LookAround(end, &places);
     }
     const std::uint64_t size = end - mSound.mPosition;
     if (!mfAllSeen && IsVariable() && !mFrames.IsFreeFormat() &&
@@ -244,12 +269,12 @@ void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
     } else if (!mfPlaceMissed && !IsVariable()) {
         mLength = LengthOfRate(size, mSurvey, mSound);
     } else {
-        mLength = LengthOfSize(size, mSurvey, slowest, mSound);
+        mLength = LengthOfSize(size, mSurvey, places, mSound);
     }
 }
 
 /// Looks at three more places. One rate at the start alone may be that of silence.
-void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest) {
+void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioPlaces* aPlaces) {
     const std::uint64_t size = anEnd - mSound.mPosition;
     if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat()) {
         return; // no rate changes
@@ -258,16 +283,16 @@ void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest
         const std::uint64_t place =
             std::max(mSurvey.mEnd, anEnd - std::min<std::uint64_t>(size, kMPEGAudio_SurveySize));
         if (anEnd - place > std::uint64_t{2} * kMPEGAudioMaxFrameSize) {
-            LookAt(place, aSlowest);
+            LookAt(place, aPlaces);
         }
         return;
     }
     for (unsigned quarter = 1; quarter < 4; ++quarter) {
-        LookAt(mSound.mPosition + size / 4 * quarter, aSlowest);
+        LookAt(mSound.mPosition + size / 4 * quarter, aPlaces);
     }
 }
 
-void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest) {
+void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioPlaces* aPlaces) {
     MPEGAudioFrame frame;
     if (!mFrames.FindNear(aPlace, kMPEGAudio_SurveySize, &frame)) {
         mfPlaceMissed = true;
@@ -276,8 +301,7 @@ void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest) {
     const MPEGAudioSurvey survey =
         SurveyFrames(mFrames, frame, aPlace + kMPEGAudio_SurveySize - kMPEGAudioMaxFrameSize);
     mSurvey.Add(survey);
-    const bool fSlower = survey.mBytes * aSlowest->mFrames < aSlowest->mBytes * survey.mFrames;
-    *aSlowest = fSlower ? survey : *aSlowest;
+    aPlaces->Take(survey);
 }
 
 /// Looks at all frames. False where the file holds so much else that they cannot be counted.
@@ -324,5 +348,8 @@ void MPEGAudioMeasure::Store(ezMediaInfo& anInfo) const {
     }
     if (mLength.mfKnown) {
         anInfo.SetDuration(mLength.mMilliseconds, mLength.mMethod);
+        if (mLength.mBound != 0) {
+            anInfo.Set(kezInfo_DurationBound, mLength.mBound, true);
+        }
     }
 }

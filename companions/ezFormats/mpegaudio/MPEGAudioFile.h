@@ -51,8 +51,8 @@ private:
     void TakeCountBefore(std::uint64_t aStart);
     bool GoesOnBehindCount(std::uint64_t anEnd);
     bool CountAll(std::uint64_t anEnd, bool afMayReadWhole);
-    void LookAround(std::uint64_t anEnd, MPEGAudioSurvey* aSlowest);
-    void LookAt(std::uint64_t aPlace, MPEGAudioSurvey* aSlowest);
+    void LookAround(std::uint64_t anEnd, MPEGAudioPlaces* aPlaces);
+    void LookAt(std::uint64_t aPlace, MPEGAudioPlaces* aPlaces);
     bool IsVariable() const;
 
     MediaBytes& mBytes;

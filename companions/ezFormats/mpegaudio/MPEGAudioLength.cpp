@@ -124,6 +124,14 @@ Bounds BoundsOfSound(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound)
 
 } // namespace
 
+void MPEGAudioPlaces::Take(const MPEGAudioSurvey& aPlace) {
+    const auto isSlower = [](const MPEGAudioSurvey& aLeft, const MPEGAudioSurvey& aRight) {
+        return aLeft.mBytes * aRight.mFrames < aRight.mBytes * aLeft.mFrames;
+    };
+    mSlowest = isSlower(aPlace, mSlowest) ? aPlace : mSlowest;
+    mFastest = isSlower(mFastest, aPlace) ? aPlace : mFastest;
+}
+
 MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFrame) {
     constexpr std::uint32_t kPlaceOfVBRI = kMPEGAudioHeaderSize + 32;
     MPEGAudioCount count;
@@ -215,15 +223,19 @@ MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
 }
 
 MPEGAudioLength LengthOfSize(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
-                             const MPEGAudioSurvey& aSlowest, const MPEGAudioFrame& aSound) {
+                             const MPEGAudioPlaces& aPlaces, const MPEGAudioFrame& aSound) {
     const ezMPEGAudioHeader& header = aSound.mHeader;
     const bool fConstant = anAll.mLowestRate == anAll.mHighestRate && header.mBitRate != 0;
     // A stated rate is exact, where the mean of a few frames depends on which of them are padded.
-    const std::uint64_t speed =
-        fConstant ? anAll.mLowestRate / 8 : SpeedOf(aSlowest.mBytes, aSlowest.mFrames, header);
+    const std::uint64_t speed = fConstant
+                                    ? anAll.mLowestRate / 8
+                                    : SpeedOf(aPlaces.mSlowest.mBytes, aPlaces.mSlowest.mFrames, header);
+    const std::uint64_t highest =
+        std::max(speed, SpeedOf(aPlaces.mFastest.mBytes, aPlaces.mFastest.mFrames, header));
     MPEGAudioLength length;
     length.mfKnown = true;
     length.mMilliseconds = Milliseconds(aSize, speed);
+    length.mBound = fConstant ? 0 : length.mMilliseconds - Milliseconds(aSize, highest);
     length.mMethod = ezCString::Format("estimate: size and %s rate of %llu frames",
                                        fConstant ? "the one" : "the lowest mean",
                                        static_cast<unsigned long long>(anAll.mFrames));

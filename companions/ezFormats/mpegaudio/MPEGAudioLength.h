@@ -23,11 +23,20 @@ struct MPEGAudioCount {
 /// "VBRI" tag.
 MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFrame);
 
+/// The frames of the places of a file that have the lowest and the highest rate.
+struct MPEGAudioPlaces {
+    MPEGAudioSurvey mSlowest;
+    MPEGAudioSurvey mFastest;
+
+    void Take(const MPEGAudioSurvey& aPlace);
+};
+
 /// What is known of the length and the rate of the sound.
 struct MPEGAudioLength {
     bool mfKnown = false;
     std::uint64_t mMilliseconds = 0;
     ezCString mMethod;
+    std::uint64_t mBound = 0;       ///< milliseconds by which an estimate may be too long; 0: nothing tells
     std::uint32_t mAverageRate = 0; ///< bits a second; 0: not known
 };
 
@@ -59,6 +68,6 @@ MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll, 
 
 /// That of bytes which go by as those looked at did: rounded up.
 /// @param anAll     all frames that were looked at
-/// @param aSlowest  those of the place with the lowest rate, which is taken for the whole
+/// @param aPlaces   the slowest is taken for the whole, and the fastest for the bound
 MPEGAudioLength LengthOfSize(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
-                             const MPEGAudioSurvey& aSlowest, const MPEGAudioFrame& aSound);
+                             const MPEGAudioPlaces& aPlaces, const MPEGAudioFrame& aSound);

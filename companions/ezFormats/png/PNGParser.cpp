@@ -4,6 +4,7 @@
 #include "ezBytes/Exif.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/png/PNGLimits.h"
+#include "ezFormats/tags/ExifRecord.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -150,9 +151,8 @@ bool PNGParser::ReadChunks(MediaBytes& aBytes, ByteReader& aReader, ezMediaInfo&
         if (aReader.HasFailed()) {
             return RefuseCut(aBytes, "the picture");
         }
-        const unsigned orientation = type == kEXIF ? ExifOrientation(content) : 1;
-        if (orientation != 1) {
-            anInfo.Set(kezInfo_Orientation, orientation, true);
+        if (type == kEXIF) {
+            StoreExif(ReadExif(content), anInfo);
         }
     }
     return Refuse(Cause::Limit, "more than %u chunks before the picture", kPNG_MaxChunks);

@@ -88,16 +88,27 @@ std::string_view MusicGenreName(unsigned aNumber) {
     return aNumber < kNames.size() ? kNames[aNumber] : std::string_view();
 }
 
-ezCString MusicGenreOf(std::string_view aText) {
-    std::string names;
-    std::string_view name;
-    while (TakeReference(aText, &name)) {
-        AddMusicName(names, name);
+bool TakeMusicGenre(std::string_view& aText, std::string_view* aName) {
+    if (aText.empty()) {
+        return false;
+    }
+    if (TakeReference(aText, aName)) {
+        return true;
     }
     aText = ezTrimmed(aText);
     if (aText.substr(0, 2) == "((") {
         aText.remove_prefix(1); // a word that begins with a bracket
     }
-    AddMusicName(names, FindReference(aText, &name) ? name : aText);
+    *aName = FindReference(aText, aName) ? *aName : aText;
+    aText = {};
+    return true;
+}
+
+ezCString MusicGenreOf(std::string_view aText) {
+    std::string names;
+    std::string_view name;
+    while (TakeMusicGenre(aText, &name)) {
+        AddMusicName(names, name);
+    }
     return ezCString(std::string_view(names));
 }

@@ -2,8 +2,11 @@
 
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/tags/AudioTails.h"
+#include "ezFormats/tags/LanguageTags.h"
+#include "ezFormats/tags/MusicNames.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/DateText.h"
 #include "ezBytes/ID3Tag.h"
 #include "ezBytes/TextBytes.h"
 
@@ -12,59 +15,180 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 namespace {
 
-/// Where a text of a tag goes, and whether several of them go together.
+/// How vocabularies of tags call a field; null or 0 where one has no such thing. ID3v2.2 to 2.4 by letters.
 struct Field {
-    const char* mID22;
-    const char* mID23;
+    MusicField mField;
+    std::uint32_t mID22;
+    std::uint32_t mID23;
     const char* mAPEKey;
-    const char* mLyricsID; ///< of Lyrics3; null where it has none
-    ezCString MusicTexts::*mPlace;
-    bool mfSeveral;
+    const char* mLyricsID; ///< of Lyrics3
 };
-constexpr std::array<Field, 4> kFields = {{
-    {"TT2", "TIT2", "title", "ETT", &MusicTexts::mTitle, false},
-    {"TP1", "TPE1", "artist", "EAR", &MusicTexts::mCreator, true},
-    {"TAL", "TALB", "album", "EAL", &MusicTexts::mAlbum, false},
-    {"TCO", "TCON", "genre", nullptr, &MusicTexts::mGenre, true},
+
+/// The letters of a frame's name as a number; a NUL stands for a fourth that is not there.
+constexpr std::uint32_t LettersOf(std::string_view anID) {
+    std::uint32_t letters = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        letters = letters << 8 | (i < anID.size() ? static_cast<unsigned char>(anID[i]) : 0U);
+    }
+    return letters;
+}
+
+constexpr std::array<Field, 13> kFields = {{
+    {MusicField::Title, LettersOf("TT2"), LettersOf("TIT2"), "title", "ETT"},
+    {MusicField::Creator, LettersOf("TP1"), LettersOf("TPE1"), "artist", "EAR"},
+    {MusicField::Album, LettersOf("TAL"), LettersOf("TALB"), "album", "EAL"},
+    {MusicField::Genre, LettersOf("TCO"), LettersOf("TCON"), "genre", nullptr},
+    {MusicField::AlbumArtist, LettersOf("TP2"), LettersOf("TPE2"), "album artist", nullptr},
+    {MusicField::AlbumArtist, 0, 0, "albumartist", nullptr},
+    {MusicField::Composer, LettersOf("TCM"), LettersOf("TCOM"), "composer", nullptr},
+    {MusicField::Date, 0, 0, "year", nullptr},
+    {MusicField::Track, LettersOf("TRK"), LettersOf("TRCK"), "track", nullptr},
+    {MusicField::Disc, LettersOf("TPA"), LettersOf("TPOS"), "disc", nullptr},
+    {MusicField::Compilation, LettersOf("TCP"), LettersOf("TCMP"), "compilation", nullptr},
+    {MusicField::Languages, LettersOf("TLA"), LettersOf("TLAN"), "language", nullptr},
+    {MusicField::Disc, 0, 0, "discnumber", nullptr},
 }};
 
-ezCString Join(const Field& aField, const std::vector<ezCString>& aTexts) {
-    const bool fGenre = aField.mPlace == &MusicTexts::mGenre;
-    std::string joined;
-    for (const ezCString& text : aTexts) {
-        AddMusicName(joined, (fGenre ? MusicGenreOf(text.View()) : text).View());
+/// Where a text of a field goes that is kept as it is.
+struct Place {
+    MusicField mField;
+    ezCString MusicTexts::*mPlace;
+};
+constexpr std::array<Place, 8> kPlaces = {{
+    {MusicField::Title, &MusicTexts::mTitle},
+    {MusicField::Creator, &MusicTexts::mCreator},
+    {MusicField::Album, &MusicTexts::mAlbum},
+    {MusicField::Genre, &MusicTexts::mGenre},
+    {MusicField::AlbumArtist, &MusicTexts::mAlbumArtist},
+    {MusicField::Composer, &MusicTexts::mComposer},
+    {MusicField::Date, &MusicTexts::mDate},
+    {MusicField::Languages, &MusicTexts::mLanguages},
+}};
+
+ezCString MusicTexts::*PlaceOf(MusicField aField) {
+    for (const Place& place : kPlaces) {
+        if (place.mField == aField) {
+            return place.mPlace;
+        }
     }
-    return CleanText(joined, TextEncoding::Utf8);
+    return nullptr;
 }
 
-/// The first of these takes the place, unless an earlier frame has it.
-void Keep(const Field& aField, std::string_view aBytes, TextEncoding anEncoding, bool afSeveral,
+MusicNames NamesOf(const std::vector<ezCString>& aValues, bool afGenres) {
+    MusicNames names;
+    for (const ezCString& value : aValues) {
+        afGenres ? names.AddGenre(value) : names.Add(value);
+    }
+    return names;
+}
+
+ezCString LanguagesOf(const std::vector<ezCString>& aValues) {
+    std::string list;
+    for (const ezCString& value : aValues) {
+        AddLanguages(list, value.View());
+    }
+    return ezCString(std::string_view(list));
+}
+
+/// Takes a field of a tag, unless an earlier item has told it.
+void Keep(MusicField aField, std::string_view aBytes, TextEncoding anEncoding, bool afSeveral,
           const CodePage& aCodePage, MusicTexts& aTexts) {
-    ezCString& place = aTexts.*aField.mPlace;
-    if (place.IsEmpty()) {
-        const std::size_t count = aField.mfSeveral && afSeveral ? kMusicTexts_MaxCount : 1;
-        place = Join(aField, CleanTexts(aBytes, anEncoding, count, aCodePage));
+    if (!aTexts.Has(aField)) {
+        const std::size_t count = afSeveral && MusicField_HasSeveral(aField) ? kMusicNames_MaxCount : 1;
+        aTexts.Take(aField, CleanTexts(aBytes, anEncoding, count, aCodePage));
     }
 }
 
-/// A text frame: its encoding, and the text. What states no encoding there is begins with its first letter.
-void KeepFrame(const Field& aField, ByteReader& aBody, unsigned aVersion, const CodePage& aCodePage,
-               MusicTexts& aTexts) {
-    // Who writes "Latin-1" means what his system has.
-    constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Unstated, TextEncoding::Utf16,
-                                                        TextEncoding::Utf16Big, TextEncoding::Utf8};
-    const std::string bytes = ReadTextBytes(aBody);
-    if (bytes.empty()) {
-        return;
+/// The bytes of a text frame, and how they are to be read. What states no encoding there begins with its
+/// first letter.
+class FrameText {
+public:
+    explicit FrameText(ByteReader& aBody) : mBytes(ReadTextBytes(aBody)) {
+        // Who writes "Latin-1" means what his system has.
+        constexpr std::array<TextEncoding, 4> kEncodings = {TextEncoding::Unstated, TextEncoding::Utf16,
+                                                            TextEncoding::Utf16Big, TextEncoding::Utf8};
+        const unsigned first = mBytes.empty() ? ' ' : static_cast<unsigned char>(mBytes[0]);
+        mStart = first < ' ' ? 1 : 0;
+        mEncoding = first < kEncodings.size() ? kEncodings[first] : TextEncoding::Unstated;
     }
-    const auto encoding = static_cast<unsigned char>(bytes[0]);
-    const bool fStated = encoding < kEncodings.size();
-    const std::string_view text = std::string_view(bytes).substr(encoding < ' ' ? 1 : 0);
-    Keep(aField, text, fStated ? kEncodings[encoding] : TextEncoding::Unstated, aVersion == 4, aCodePage,
-         aTexts);
+    std::string_view View() const { return std::string_view(mBytes).substr(mStart); }
+    TextEncoding GetEncoding() const { return mEncoding; }
+
+private:
+    std::string mBytes;
+    std::size_t mStart = 0;
+    TextEncoding mEncoding = TextEncoding::Unstated;
+};
+
+/// The frames of ID3v2 that tell a date.
+class FrameDates {
+public:
+    /// True when the frame is one of them.
+    bool Take(std::uint32_t anID, ByteReader& aBody) {
+        for (const Frame& frame : kFrames) {
+            if (frame.mID == anID) {
+                const FrameText text(aBody);
+                ezCString& place = mTexts[frame.mKind];
+                place = place.IsEmpty() ? CleanText(text.View(), text.GetEncoding()) : place;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    ezCString Get() const {
+        for (std::size_t kind = kRecorded; kind < kDay; ++kind) {
+            const ezCString date = CleanDate(mTexts[kind].View());
+            if (!date.IsEmpty()) {
+                return kind == kYear ? WithDay(date) : date;
+            }
+        }
+        return {};
+    }
+
+private:
+    /// The first of these tells; a day belongs to its year.
+    enum Kind : std::size_t { kRecorded, kYear, kReleased, kFirstReleased, kDay, kKindCount };
+    struct Frame {
+        std::uint32_t mID;
+        Kind mKind;
+    };
+    static constexpr std::array<Frame, 9> kFrames = {{{LettersOf("TDRC"), kRecorded},
+                                                      {LettersOf("TYER"), kYear},
+                                                      {LettersOf("TYE"), kYear},
+                                                      {LettersOf("TDRL"), kReleased},
+                                                      {LettersOf("TDOR"), kFirstReleased},
+                                                      {LettersOf("TORY"), kFirstReleased},
+                                                      {LettersOf("TOR"), kFirstReleased},
+                                                      {LettersOf("TDAT"), kDay},
+                                                      {LettersOf("TDA"), kDay}}};
+
+    /// "1999" with the "3112" of another frame.
+    ezCString WithDay(const ezCString& aYear) const {
+        const ezCString& day = mTexts[kDay];
+        if (aYear.GetLength() != 4 || day.GetLength() != 4) {
+            return aYear;
+        }
+        const ezCString date = CleanDate((aYear + day.Mid(2) + day.Left(2)).View());
+        return date.IsEmpty() ? aYear : date;
+    }
+
+    std::array<ezCString, kKindCount> mTexts;
+};
+
+void KeepFrame(std::uint32_t anID, ByteReader& aBody, unsigned aVersion, const CodePage& aCodePage,
+               MusicTexts& aTexts) {
+    for (const Field& field : kFields) {
+        if (anID == field.mID23 || anID == field.mID22) {
+            const FrameText text(aBody);
+            Keep(field.mField, text.View(), text.GetEncoding(), aVersion == 4, aCodePage, aTexts);
+            return;
+        }
+    }
 }
 
 std::string ReadField(ByteSource& aBytes, std::uint64_t aPosition, std::size_t aSize) {
@@ -107,7 +231,7 @@ void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t a
     const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Unstated;
     for (const Field& field : kFields) {
         if (ezIsEqualNoCase(aKey.View(), field.mAPEKey)) {
-            Keep(field, aBytes, encoding, true, aCodePage, aTexts);
+            Keep(field.mField, aBytes, encoding, true, aCodePage, aTexts);
         }
     }
 }
@@ -131,13 +255,72 @@ bool MusicTexts::IsComplete() const {
     return !mTitle.IsEmpty() && !mCreator.IsEmpty() && !mAlbum.IsEmpty() && !mGenre.IsEmpty();
 }
 
+bool MusicTexts::Has(MusicField aField) const {
+    switch (aField) {
+    case MusicField::Track:
+        return mTrack != 0;
+    case MusicField::Disc:
+        return mDisc != 0;
+    case MusicField::Compilation:
+        return mfCompilation;
+    default:
+        return !(this->*PlaceOf(aField)).IsEmpty();
+    }
+}
+
+void MusicTexts::Take(MusicField aField, const std::vector<ezCString>& aValues) {
+    if (aValues.empty() || Has(aField)) {
+        return;
+    }
+    const ezCString& first = aValues.front();
+    switch (aField) {
+    case MusicField::Title:
+    case MusicField::Creator:
+    case MusicField::Album:
+    case MusicField::Genre:
+    case MusicField::AlbumArtist:
+    case MusicField::Composer:
+    case MusicField::Date:
+        Take(aField, NamesOf(aValues, aField == MusicField::Genre));
+        break;
+    case MusicField::Languages:
+        mLanguages = LanguagesOf(aValues);
+        break;
+    case MusicField::Track:
+        mTrack = MusicNumberOf(first.View());
+        break;
+    case MusicField::Disc:
+        mDisc = MusicNumberOf(first.View());
+        break;
+    case MusicField::Compilation:
+        mfCompilation = MusicNumberOf(first.View()) != 0;
+        break;
+    }
+}
+
+void MusicTexts::Take(MusicField aField, const MusicNames& aNames) {
+    const ezCString text = aNames.GetJoined();
+    this->*PlaceOf(aField) = aField == MusicField::Date ? CleanDate(text.View()) : text;
+    if (aField == MusicField::Creator) {
+        mCreators = aNames.GetListed();
+    } else if (aField == MusicField::Genre) {
+        mGenres = aNames.GetListed();
+    }
+}
+
 void MusicTexts::Complete(const MusicTexts& aTexts) {
-    for (const Field& field : kFields) {
-        ezCString& place = this->*field.mPlace;
+    // A list goes with its text.
+    mCreators = mCreator.IsEmpty() ? aTexts.mCreators : mCreators;
+    mGenres = mGenre.IsEmpty() ? aTexts.mGenres : mGenres;
+    for (const Place& known : kPlaces) {
+        ezCString& place = this->*known.mPlace;
         if (place.IsEmpty()) {
-            place = aTexts.*field.mPlace;
+            place = aTexts.*known.mPlace;
         }
     }
+    mTrack = mTrack != 0 ? mTrack : aTexts.mTrack;
+    mDisc = mDisc != 0 ? mDisc : aTexts.mDisc;
+    mfCompilation = mfCompilation || aTexts.mfCompilation;
 }
 
 void MusicTexts::Store(ezMediaInfo& anInfo) const {
@@ -145,34 +328,65 @@ void MusicTexts::Store(ezMediaInfo& anInfo) const {
     anInfo.mCreator = mCreator;
     anInfo.mAlbum = mAlbum;
     anInfo.mGenre = mGenre;
+    const std::pair<const char*, const ezCString&> texts[] = {
+        {kezInfo_Creators, mCreators}, {kezInfo_Genres, mGenres}, {kezInfo_AlbumArtist, mAlbumArtist},
+        {kezInfo_Composer, mComposer}, {kezInfo_Date, mDate},     {kezInfo_Languages, mLanguages}};
+    for (const auto& [key, text] : texts) {
+        if (!text.IsEmpty()) {
+            anInfo.Set(key, text, true);
+        }
+    }
+    const std::pair<const char*, std::uint32_t> numbers[] = {
+        {kezInfo_TrackNumber, mTrack}, {kezInfo_DiscNumber, mDisc}, {kezInfo_Compilation, mfCompilation}};
+    for (const auto& [key, number] : numbers) {
+        if (number != 0) {
+            anInfo.Set(key, number, true);
+        }
+    }
+}
+
+bool MusicField_HasSeveral(MusicField aField) {
+    return aField == MusicField::Creator || aField == MusicField::Genre ||
+           aField == MusicField::AlbumArtist || aField == MusicField::Composer ||
+           aField == MusicField::Languages;
+}
+
+std::uint32_t MusicNumberOf(std::string_view aText) {
+    std::uint32_t number = 0;
+    const bool fNumber = ezReadDecimal32(ezTrimmed(aText.substr(0, aText.find('/'))), &number);
+    return fNumber && number <= kMusicNumber_Max ? number : 0;
 }
 
 MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage) {
     MusicTexts texts;
+    FrameDates dates;
     ID3Frames frames(aReader, aTag, kMusicTexts_MaxInflated);
     ezCString id;
     ByteReader body = aReader;
-    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && !texts.IsComplete(); ++count) {
-        if (!frames.Next(&id, &body)) {
-            break;
-        }
-        for (const Field& field : kFields) {
-            if (id == field.mID22 || id == field.mID23) {
-                KeepFrame(field, body, aTag.mVersion, aCodePage, texts);
-            }
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && frames.Next(&id, &body); ++count) {
+        const std::uint32_t letters = LettersOf(id.View());
+        if (!dates.Take(letters, body)) {
+            KeepFrame(letters, body, aTag.mVersion, aCodePage, texts);
         }
     }
+    texts.mDate = dates.Get();
     return texts;
 }
 
 MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
+    constexpr std::uint64_t kYear = 93;
+    constexpr std::uint64_t kTrackMark = 125; // 0 where a track follows (version 1.1)
     MusicTexts texts;
-    if (aTails.mID3v1 != 0) {
-        texts.mTitle = ReadID3v1Field(aBytes, aTails, 3, 4, aCodePage);
-        texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64, aCodePage);
-        texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124, aCodePage);
-        texts.mGenre = ReadID3v1Genre(aBytes, aTails, aCodePage);
+    if (aTails.mID3v1 == 0) {
+        return texts;
     }
+    texts.mTitle = ReadID3v1Field(aBytes, aTails, 3, 4, aCodePage);
+    texts.mCreator = ReadID3v1Field(aBytes, aTails, 33, 64, aCodePage);
+    texts.mAlbum = ReadID3v1Field(aBytes, aTails, 63, 124, aCodePage);
+    texts.mGenre = ReadID3v1Genre(aBytes, aTails, aCodePage);
+    texts.mDate = CleanDate(ReadField(aBytes, aTails.mID3v1 + kYear, 4));
+    const std::string track = ReadField(aBytes, aTails.mID3v1 + kTrackMark, 2);
+    texts.mTrack = track.size() == 2 && track[0] == '\0' ? static_cast<unsigned char>(track[1]) : 0U;
     return texts;
 }
 
@@ -190,7 +404,7 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const 
         ByteReader body = fields.Take(size);
         for (const Field& field : kFields) {
             if (field.mLyricsID != nullptr && id == field.mLyricsID) {
-                Keep(field, ReadTextBytes(body), TextEncoding::Unstated, false, aCodePage, texts);
+                Keep(field.mField, ReadTextBytes(body), TextEncoding::Unstated, false, aCodePage, texts);
             }
         }
     }
@@ -209,7 +423,7 @@ MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const Code
         const std::uint32_t flags = items.ReadLittle32();
         const ezCString key = items.ReadZeroTerminated(kMaxKey);
         ByteReader value = items.Take(size);
-        if (!items.HasFailed() && (flags & kKindMask) == 0 && !texts.IsComplete()) {
+        if (!items.HasFailed() && (flags & kKindMask) == 0) {
             KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, aCodePage, texts);
         }
     }

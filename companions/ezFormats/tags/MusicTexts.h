@@ -2,51 +2,98 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class ByteReader;
 class ByteSource;
 class CodePage;
+class MusicNames;
 class ezMediaInfo;
 struct ID3Tag;
 struct AudioTails;
 
-/// What tags tell of a piece of music, each text as CleanText has it.
+/// What a tag may tell of a piece, whatever its vocabulary calls it.
+enum class MusicField {
+    Title,
+    Creator,
+    Album,
+    Genre,
+    AlbumArtist,
+    Composer,
+    Date,
+    Track,
+    Disc,
+    Compilation,
+    Languages,
+};
+
+/// What tags tell of a piece of music, each text as CleanText has it, and the rest in the form of its key in
+/// ezPlatform/media/MediaInfo.h. What is empty, 0 or false is not told.
 struct MusicTexts {
     ezCString mTitle;
     ezCString mCreator;
     ezCString mAlbum;
     ezCString mGenre;
+    ezCString mCreators; ///< in full where there are several
+    ezCString mGenres;   ///< likewise
+    ezCString mAlbumArtist;
+    ezCString mComposer;
+    ezCString mDate;
+    ezCString mLanguages;
+    std::uint32_t mTrack = 0;
+    std::uint32_t mDisc = 0;
+    bool mfCompilation = false;
 
+    /// True when it has the title, creator, album and genre.
     bool IsComplete() const;
-    /// Fills what is still empty from another.
+    bool Has(MusicField aField) const;
+    /// Takes what a tag states of one field, by values that are clean, unless it is told already. A value
+    /// that is none of its kind (a track "A", a date in words) tells nothing.
+    void Take(MusicField aField, const std::vector<ezCString>& aValues);
+    /// The same of a field in words, whose values have been told apart. There is one at least.
+    void Take(MusicField aField, const MusicNames& aNames);
+    /// Fills what is not told yet from another.
     void Complete(const MusicTexts& aTexts);
-    /// Moves the texts that there are into a record.
+    /// Puts what is told into a record.
     void Store(ezMediaInfo& anInfo) const;
 };
+
+/// True for a field of which a piece may have several, which are all kept.
+bool MusicField_HasSeveral(MusicField aField);
+
+/// The number of a track or disc: decimal digits, maybe with how many there are after a "/" ("3/12"). 0 for
+/// what is none, or none that a record may hold.
+std::uint32_t MusicNumberOf(std::string_view aText);
 
 /// The rest of a tag's item, or its start where that is more than a text may be; empty where it cannot be
 /// read.
 std::string ReadTextBytes(ByteReader& aBody);
 
 /// Those of an ID3v2 tag; aReader stands after its header. Of a frame with several texts the first is the
-/// title or album, and all, separated by ", ", are the creators or genres; up to version 2.3 the first alone
-/// counts. Here and below, texts that state no encoding, or Latin-1, are of the code page unless they are
-/// UTF-8.
+/// title or album, and all are the creators, genres, composers, album artists or languages; up to version 2.3
+/// the first alone counts, where a "/" stands in names as often as between them, and so separates none. The
+/// date is that of the recording, or else the year (with its day), the release, or the first release. Here
+/// and below, texts that state no encoding, or Latin-1, are of the code page unless they are UTF-8.
 MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage);
 
-/// Those of ID3v1, of which the enhanced part holds the rest of longer texts; of APE items.
+/// Those of ID3v1, of which the enhanced part holds the rest of longer texts, and version 1.1 the track.
 MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 /// Those of the second version of Lyrics3, which has no genre: the long forms of what ID3v1 cuts.
 MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+/// Those of APE items.
 MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 
-/// Puts a name behind others, parted by ", ", unless it is among them.
+/// Puts a name behind others, separated by ", ", unless it is among them.
 void AddMusicName(std::string& aList, std::string_view aName);
 
-/// A genre as writers of ID3v2 state it, by names: "17", "(17)", "(17)(4)Rock", "RX" and "CR" among words.
-/// Each name once, parted by ", ". Empty for a number that means none.
+/// Takes the first genre from a text as writers of ID3v2 state it: "17", "(17)", "(17)(4)Rock", "RX" and "CR"
+/// among words. Its name is empty for a number that means none. False when nothing is left.
+bool TakeMusicGenre(std::string_view& aText, std::string_view* aName);
+
+/// All genres of such a text by their names, each once, separated by ", ".
 ezCString MusicGenreOf(std::string_view aText);
 
 /// The name of a number; empty for one that has none.

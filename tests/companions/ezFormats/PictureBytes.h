@@ -108,6 +108,33 @@ inline std::string Tiff(unsigned anOrientation, bool afLittle = false, std::size
            number(2, 2) + entry(0x0100, 7) + entry(0x0112, anOrientation) + number(0, 4);
 }
 
+/// An entry of the directory of a photo: a text, which stands elsewhere where it has more than four bytes.
+struct TextEntry {
+    unsigned mTag;
+    std::string mText;
+    unsigned mType = 2;
+};
+
+/// A TIFF block of a first directory, with the orientation 6, and of the one for photos, with some texts.
+inline std::string PhotoTiff(const std::vector<TextEntry>& aTexts, bool afLittle = false) {
+    const auto number = afLittle ? Little : Big;
+    constexpr std::size_t kSecond = 8 + 2 + 2 * 12 + 4;
+    const std::string first = number(2, 2) + number(0x0112, 2) + number(3, 2) + number(1, 4) + number(6, 2) +
+                              number(0, 2) + number(0x8769, 2) + number(4, 2) + number(1, 4) +
+                              number(kSecond, 4) + number(0, 4);
+    std::string entries = number(aTexts.size(), 2);
+    std::string texts;
+    for (const TextEntry& entry : aTexts) {
+        const std::size_t place = kSecond + 2 + aTexts.size() * 12 + 4 + texts.size();
+        const bool fLong = entry.mText.size() > 4;
+        std::string value = fLong ? number(place, 4) : entry.mText;
+        value.resize(4, '\0');
+        entries += number(entry.mTag, 2) + number(entry.mType, 2) + number(entry.mText.size(), 4) + value;
+        texts += fLong ? entry.mText : "";
+    }
+    return (afLittle ? "II" : "MM") + number(42, 2) + number(8, 4) + first + entries + number(0, 4) + texts;
+}
+
 inline std::string Exif(const std::string& aTiff) {
     return Segment(0xE1, std::string("Exif\0\0", 6) + aTiff);
 }

@@ -48,6 +48,7 @@ TEST(Explain, TellsTheSourceOfEachFactInWords) {
         "  est. audio rate  48 kbit/s                         derived from the other bit rates\n"
         "  sampling rate    44.1 kHz                          parser mp3 (MPEGAudioParser)\n"
         "  channels         2                                 parser mp3 (MPEGAudioParser)\n"
+        "  date             2001                              parser mp3 (MPEGAudioParser)\n"
         "  title            Morning Walk                      parser mp3 (MPEGAudioParser)\n"
         "  creator          The Test Tones                    parser mp3 (MPEGAudioParser)\n"
         "  genre            Folk                              parser mp3 (MPEGAudioParser)\n"

@@ -126,10 +126,13 @@ struct Track {
     std::string mSizeTable;     ///< in place of the one of mSizes
     unsigned mTableVersion = 0; ///< of the descriptions
     std::string mMatrix = kNoMatrix;
+    unsigned mPackedLanguage = 0;
+    std::string mLanguage = ""; ///< of an "elng" box; empty: there is none
 
     std::string Times() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;
-        return Big(0, 2 * size) + Big(mTimescale, 4) + Big(mDuration, size) + Big(0, 4);
+        return Big(0, 2 * size) + Big(mTimescale, 4) + Big(mDuration, size) + Big(mPackedLanguage, 2) +
+               Big(0, 2);
     }
     std::string EditList() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;
@@ -155,10 +158,11 @@ struct Track {
         const std::size_t size = mVersion == 1 ? 8 : 4;
         const std::string head = Big(0, 2 * size) + Big(mID, 4) + Big(0, 4) + Big(mDuration, size);
         const std::string handler = Big(0, 4) + mHandler + Big(0, 12);
+        const std::string language = mLanguage.empty() ? "" : FullBox("elng", mLanguage + '\0');
         return Box("trak",
                    FullBox("tkhd", head + Big(0, 16) + mMatrix + Big(0, 8), mVersion, mfEnabled ? 7 : 6) +
                        EditList() +
-                       Box("mdia", FullBox("mdhd", Times(), mVersion) + FullBox("hdlr", handler) +
+                       Box("mdia", FullBox("mdhd", Times(), mVersion) + language + FullBox("hdlr", handler) +
                                        Box("minf", FullBox("smhd", Big(0, 4)) + Box("stbl", Tables()))));
     }
 };

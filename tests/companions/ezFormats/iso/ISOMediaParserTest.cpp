@@ -64,6 +64,7 @@ TEST(ISOMediaParser, SongIsRead) {
         "ca=\"AAC\"\n"
         "cn=\"item.audioItem\"\n"
         "ct=\"MP4\"\n"
+        "da=\"2001\"\n"
         "dl=\"DLNA.ORG_PN=AAC_ISO_320;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
         "dm=4600\n"
         "du=4\n"
@@ -97,6 +98,7 @@ TEST(ISOMediaParser, SampleOfAConformanceTestKeepsTheProfileOfItsName) {
               "ca=\"AAC\"\n"
               "cn=\"item.videoItem\"\n"
               "ct=\"MP4\"\n"
+              "da=\"2001\"\n"
               "dl=\"DLNA.ORG_PN=AVC_MP4_BL_CIF15_AAC_520;DLNA.ORG_OP=01;"
               "DLNA.ORG_FLAGS=01500000000000000000000000000000\"\n"
               "dm=1000\n"
@@ -457,6 +459,7 @@ TEST(ISOMediaParser, ADamagedSizeAmongTheFragmentsIsNotTheEndOfTheFile) {
         file += fragment;
     }
     EXPECT_EQ(Times(file), "du=40 md=\"counted\"");
+    EXPECT_EQ(ValueOf(Parsed(file), "db"), "") << "an exact length";
     const std::size_t sizePlace = Fragment(1, 10).size();
     for (const std::size_t place : {std::size_t{0}, std::size_t{1}, std::size_t{20}, std::size_t{37}}) {
         for (const char* const size : {"\x7F", "\1"}) {
@@ -466,6 +469,7 @@ TEST(ISOMediaParser, ADamagedSizeAmongTheFragmentsIsNotTheEndOfTheFile) {
             EXPECT_EQ(ValueOf(record, "md"), "\"estimate: the first fragments, by their share of the bytes\"")
                 << place;
             EXPECT_GE(std::stoi(ValueOf(record, "du")), 40) << place;
+            EXPECT_LE(std::stoi(ValueOf(record, "dm")) - std::stoi(ValueOf(record, "db")), 40000) << place;
             EXPECT_LE(std::stoi(ValueOf(record, "du")), 47) << place;
         }
     }

@@ -228,6 +228,50 @@ TEST(JPEGParser, OrientationIsThatOfTheFirstExifSegment) {
     EXPECT_EQ(ValueOf(Parsed(JPEG({}, Segment(0xE2, std::string("Exif\0\0", 6) + Tiff(5)))), "ud"), "");
 }
 
+TEST(JPEGParser, DateIsWhenThePhotoWasTaken) {
+    const std::string date("1999:12:31 23:59:58\0", 20);
+    const std::string zone("+02:00\0", 7);
+    const auto of = [](const std::string& aTiff) {
+        const std::string record = Parsed(JPEG({}, Exif(aTiff)));
+        EXPECT_EQ(ValueOf(record, "wi"), "320");
+        return ValueOf(record, "da");
+    };
+    const auto ofDate = [&](const std::string& aText) { return of(PhotoTiff({{0x9003, aText}})); };
+    for (const bool fLittle : {false, true}) {
+        EXPECT_EQ(of(PhotoTiff({{0x9003, date}}, fLittle)), "\"1999-12-31T23:59:58\"");
+        EXPECT_EQ(of(PhotoTiff({{0x9000, "0232"}, {0x9003, date}, {0x9011, zone}}, fLittle)),
+                  "\"1999-12-31T23:59:58+02:00\"");
+    }
+    EXPECT_EQ(ValueOf(Parsed(JPEG({}, Exif(PhotoTiff({{0x9003, date}})))), "ud"), "6");
+    EXPECT_EQ(of(PhotoTiff({{0x9003, date}, {0x9011, std::string("   :  \0", 7)}})),
+              "\"1999-12-31T23:59:58\"");
+    EXPECT_EQ(of(PhotoTiff({{0x9003, date}, {0x9011, std::string("Z\0", 2)}})), "\"1999-12-31T23:59:58Z\"");
+    EXPECT_EQ(of(PhotoTiff({{0x9003, date}, {0x9011, "+99:00"}})), "\"1999-12-31T23:59:58\"");
+    EXPECT_EQ(of(PhotoTiff({{0x9011, zone}})), "");
+    EXPECT_EQ(of(PhotoTiff({{0x9004, date}})), "") << "made into a file";
+    EXPECT_EQ(of(PhotoTiff({})), "");
+    EXPECT_EQ(of(PhotoTiff({{0x9003, date, 7}})), "") << "no text";
+    EXPECT_EQ(ofDate(std::string("1999:12:31 23:59:58")), "\"1999-12-31T23:59:58\"") << "without its NUL";
+    EXPECT_EQ(ofDate(std::string("1999:12:31 23:59:58\0 and more\0", 30)), "\"1999-12-31T23:59:58\"");
+    EXPECT_EQ(ofDate("1999"), "\"1999\"");
+    EXPECT_EQ(ofDate(std::string("0000:00:00 00:00:00\0", 20)), "");
+    EXPECT_EQ(ofDate(std::string("    :  :     :  :  \0", 20)), "");
+    EXPECT_EQ(ofDate(std::string("2024:13:45 00:00:00\0", 20)), "");
+    EXPECT_EQ(ofDate(date + std::string(12, '\0')), "\"1999-12-31T23:59:58\"") << "32 bytes";
+    EXPECT_EQ(ofDate(date + std::string(13, '\0')), "");
+    EXPECT_EQ(ofDate(""), "");
+    // Cut anywhere, and a directory that is its own: nothing but the date is lost.
+    const std::string whole = PhotoTiff({{0x9003, date}});
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_EQ(of(whole.substr(0, size)), "") << size;
+    }
+    std::string loop = whole;
+    loop.replace(8 + 2 + 12 + 8, 4, Big(8, 4));
+    EXPECT_EQ(of(loop), "");
+    loop.replace(8 + 2 + 12 + 8, 4, Big(0xFFFFFFFF, 4));
+    EXPECT_EQ(of(loop), "");
+}
+
 TEST(JPEGParser, ThumbnailWithinASegmentIsNotThePicture) {
     JPEGFrameHeader small;
     small.mMarker = 0xC2;

@@ -221,6 +221,11 @@ TEST(MPEGAudioLength, AVaryingRateIsEstimatedByItsSlowestPlace) {
     EXPECT_GE(std::stoi(length), 68);
     EXPECT_EQ(Value(Uneven(), "ar"), "4294967295");
     EXPECT_EQ(Value(Uneven(), "ma"), "320000") << "the highest that there can be";
+    // 67.918 s: as the slowest place has it at most, and as the fastest one at least.
+    EXPECT_GE(std::stoi(Value(Uneven(), "dm")), 67918);
+    EXPECT_LE(std::stoi(Value(Uneven(), "dm")) - std::stoi(Value(Uneven(), "db")), 67918);
+    EXPECT_LT(std::stoi(Value(Uneven(), "db")), std::stoi(Value(Uneven(), "dm")));
+    EXPECT_EQ(Value(Song(), "db"), "-") << "an exact length";
     // Slow at the end alone.
     const std::string late = Frames(kMP3At320, 1044, 1300) + Frames(kMP3At32, 104, 9000);
     EXPECT_GE(std::stoi(Length(late)), 269);

@@ -47,7 +47,7 @@ TEST(MPEGAudioParser, TellsWhatTheFramesSay) {
 // music, without the samples that the encoder added.
 TEST(MPEGAudioParser, SamplesAreAnnouncedAsAnIndependentProberSeesThem) {
     const std::string common = "sf=44100\nta=1\n";
-    const std::string dlna = std::string("dl=\"") + kMP3Field + "\"\n";
+    const std::string dlna = std::string("da=\"2001\"\ndl=\"") + kMP3Field + "\"\n";
     const std::string tags = "\"\ncreator=\"The Test Tones\"\ngenre=\"Folk\"\nalbum=\"Half a Second\"\n";
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/morning-walk.mp3")).get()),
               "ac=2\nar=48000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +

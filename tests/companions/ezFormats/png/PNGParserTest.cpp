@@ -146,6 +146,12 @@ TEST(PNGParser, InterlacedPictureIsCalledSo) {
     EXPECT_EQ(ValueOf(Parsed(PNG(header)), "pr"), "\"interlaced\"");
 }
 
+TEST(PNGParser, DateIsThatOfTheExifChunkBeforeThePicture) {
+    const std::string exif = Chunk("eXIf", PhotoTiff({{0x9003, "1999:12:31 23:59:58"}, {0x9011, "-05:00"}}));
+    EXPECT_EQ(ValueOf(Parsed(PNG({}, exif)), "da"), "\"1999-12-31T23:59:58-05:00\"");
+    EXPECT_EQ(ValueOf(Parsed(PNG({}, "", exif)), "da"), "") << "after the picture";
+}
+
 TEST(PNGParser, OrientationIsThatOfTheExifChunkBeforeThePicture) {
     for (unsigned orientation = 2; orientation <= 8; ++orientation) {
         for (const bool fLittle : {false, true}) {

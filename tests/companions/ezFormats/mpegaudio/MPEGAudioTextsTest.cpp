@@ -33,10 +33,12 @@ std::string Title23(const std::string& aBody, unsigned aFlags = 0) {
 std::string Title24(const std::string& aBody, unsigned aFlags = 0, unsigned aTagFlags = 0) {
     return Texts(ID3(4, aTagFlags, Frame24("TIT2", aBody, aFlags)) + Song());
 }
-/// "title|creator|album|genre", with a code page in the environment.
+/// "title|creator|album|genre", with a code page in the environment; null: without one.
 std::string TextsIn(const char* aCodePage, const std::string& aBytes) {
     ezEnvironment environment;
-    environment.SetTextCodePage(aCodePage);
+    if (aCodePage != nullptr) {
+        environment.SetTextCodePage(aCodePage);
+    }
     MPEGAudioParser parser;
     parser.SetEnvironmentInfo(environment.Get());
     return Texts(aBytes, parser);

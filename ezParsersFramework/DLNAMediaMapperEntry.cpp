@@ -105,13 +105,16 @@ ezCString DLNAMediaMapperEntry::Get() {
 }
 
 void DLNAMediaMapperEntry::ComputeDLNAProtocolInfo() {
-    // Read, not set: after a ";" in its column a profile goes on with further parameters.
-    ezDLNAField field((mProfile.IsEmpty() ? m4thFieldPart
-                                          : ezDLNAField::TextOfProfile(mProfile.View()) + ";" + m4thFieldPart)
-                          .View());
-    if (GetPlaySpeedMediaEnabled() && GetPlaySpeedProfileEnabled()) {
-        field.SetPlaySpeeds(mSupportedPlaySpeeds.Join().View());
+    // Read as one text, of which the first of a name counts: after a ";" in its column a profile goes on with
+    // further parameters.
+    ezCString text;
+    if (!mProfile.IsEmpty()) {
+        text += ezDLNAField::TextOfProfile(mProfile.View()) + ";";
     }
+    if (GetPlaySpeedMediaEnabled() && GetPlaySpeedProfileEnabled()) {
+        text += ezCString(kezDLNAParameter_PlaySpeeds) + "=" + mSupportedPlaySpeeds.Join() + ";";
+    }
+    ezDLNAField field((text + m4thFieldPart).View());
     field.AddFlags(kezDLNAFlag_DLNAVersion15);
     field.Remove(kGoldenDMSName);
     ezDLNAProtocolInfo_Delete(mDLNAProtocolInfo);

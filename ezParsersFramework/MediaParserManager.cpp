@@ -8,7 +8,6 @@
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/Owned.h"
 #include "ezPlatform/containers/CustomHashTable.h"
-#include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/dlna/ProtocolInfoList.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -40,11 +39,11 @@ void MergeMappedNumber(ezMediaInfo& anInfo, const ezMediaInfo& aMapped, const ch
 
 /// Lets the media mapper's record replace the facts that it decides.
 void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
-    // Of a 4th field with further parameters only the profile counts: the same one keeps them.
-    const ezCString ownField = anInfo.GetCString(kezInfo_DLNA, "");
+    // A profile is what follows the first "=", whichever parameter stands there. Of a 4th field with further
+    // ones only the profile counts: the same one keeps them.
     const ezCString mappedField = aMapped.GetCString(kezInfo_DLNA, "");
-    const ezCString ownProfile(ezDLNAField::ProfileIn(ownField.View()));
-    const ezCString mappedProfile(ezDLNAField::ProfileIn(mappedField.View()));
+    const ezCString mappedProfile = mappedField.AfterFirst('=');
+    const ezCString ownProfile = anInfo.GetCString(kezInfo_DLNA, "").AfterFirst('=').BeforeFirst(';');
     const ezCString ownType = anInfo.GetCString(kezInfo_MimeType, "");
     const ezCString mappedType = aMapped.GetCString(kezInfo_MimeType, "");
     if (mappedProfile == "LPCM") {

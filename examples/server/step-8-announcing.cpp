@@ -71,10 +71,10 @@ std::string DurationOf(const ezMediaInfo& anInfo) {
     return fine != 0 ? whole + "." + std::to_string(1000 + fine % 1000).substr(1) : whole;
 }
 
-/// The attribute is called bitrate, and counts bytes a second. 0xFFFFFFFF is a rate that varies.
+/// The attribute is called bitrate, and counts bytes a second.
 std::string ByteRateOf(const ezMediaInfo& anInfo) {
     const uint32 bits = anInfo.GetUInt32(kezInfo_BitRate, 0);
-    return bits != 0 && bits != 0xFFFFFFFF ? std::to_string(bits / 8) : "";
+    return bits != 0 && bits != kezMediaInfo_VariableRate ? std::to_string(bits / 8) : "";
 }
 
 std::string ResolutionOf(const ezMediaInfo& anInfo) {

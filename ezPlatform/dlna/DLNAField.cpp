@@ -9,12 +9,6 @@
 
 namespace {
 
-constexpr std::string_view kProfileName = "DLNA.ORG_PN";
-constexpr std::string_view kOperationsName = "DLNA.ORG_OP";
-constexpr std::string_view kPlaySpeedsName = "DLNA.ORG_PS";
-constexpr std::string_view kConversionName = "DLNA.ORG_CI";
-constexpr std::string_view kFlagsName = "DLNA.ORG_FLAGS";
-
 constexpr std::size_t kFlagDigits = 8;
 constexpr std::string_view kReservedFlags = "000000000000000000000000";
 
@@ -92,17 +86,14 @@ ezDLNAField ezDLNAField::OfProfile(ezCString aProfile) {
 }
 
 ezCString ezDLNAField::TextOfProfile(std::string_view aProfile) {
-    if (aProfile.empty()) {
-        return kAnything;
-    }
     std::string text;
-    text.reserve(kProfileName.size() + 1 + aProfile.size());
-    Append(text, kProfileName, aProfile);
+    text.reserve(kezDLNAParameter_Profile.size() + 1 + aProfile.size());
+    Append(text, kezDLNAParameter_Profile, aProfile);
     return ezCString(std::string_view(text));
 }
 
 std::string_view ezDLNAField::ProfileIn(std::string_view aText) {
-    return ValueIn(aText, kProfileName).value_or(std::string_view());
+    return ValueIn(aText, kezDLNAParameter_Profile).value_or(std::string_view());
 }
 
 std::optional<std::string_view> ezDLNAField::ValueIn(std::string_view aText, std::string_view aName) {
@@ -119,20 +110,20 @@ ezCString ezDLNAField::GetText() const {
     std::string text;
     text.reserve(kUsualLength);
     if (!mProfile.IsEmpty()) {
-        Append(text, kProfileName, mProfile.View());
+        Append(text, kezDLNAParameter_Profile, mProfile.View());
     }
     if (mOperations) {
         const char digits[] = {mOperations->mfTimeSeek ? '1' : '0', mOperations->mfByteSeek ? '1' : '0'};
-        Append(text, kOperationsName, std::string_view(digits, sizeof digits));
+        Append(text, kezDLNAParameter_Operations, std::string_view(digits, sizeof digits));
     }
     if (!mSpeeds.empty()) {
-        Append(text, kPlaySpeedsName, GetPlaySpeeds().View());
+        Append(text, kezDLNAParameter_PlaySpeeds, GetPlaySpeeds().View());
     }
     if (mfConverted) {
-        Append(text, kConversionName, *mfConverted ? "1" : "0");
+        Append(text, kezDLNAParameter_Conversion, *mfConverted ? "1" : "0");
     }
     if (mFlags) {
-        Append(text, kFlagsName, FlagsText(*mFlags));
+        Append(text, kezDLNAParameter_Flags, FlagsText(*mFlags));
     }
     for (const auto& [name, value] : mOthers) {
         Append(text, name, value);
@@ -222,21 +213,21 @@ void ezDLNAField::SetHTTPStalling(bool afStalling) {
 }
 
 bool ezDLNAField::SetKnown(std::string_view aName, std::string_view aValue) {
-    if (aName == kProfileName) {
+    if (aName == kezDLNAParameter_Profile) {
         mProfile = ezCString(aValue);
-    } else if (aName == kOperationsName) {
+    } else if (aName == kezDLNAParameter_Operations) {
         mOperations.reset();
         if (aValue.size() == 2 && IsBit(aValue[0]) && IsBit(aValue[1])) {
             mOperations = Operations{aValue[0] == '1', aValue[1] == '1'};
         }
-    } else if (aName == kPlaySpeedsName) {
+    } else if (aName == kezDLNAParameter_PlaySpeeds) {
         SetPlaySpeeds(aValue);
-    } else if (aName == kConversionName) {
+    } else if (aName == kezDLNAParameter_Conversion) {
         mfConverted.reset();
         if (aValue.size() == 1 && IsBit(aValue[0])) {
             mfConverted = aValue[0] == '1';
         }
-    } else if (aName == kFlagsName) {
+    } else if (aName == kezDLNAParameter_Flags) {
         mFlags.reset();
         if (aValue.size() >= kFlagDigits &&
             aValue.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos) {

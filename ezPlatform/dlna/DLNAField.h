@@ -22,6 +22,16 @@ inline constexpr uint32 kezDLNAFlag_DLNAVersion15 = 0x00100000; ///< of version 
 inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goes out link-protected
 /// @}
 
+/// @name The parameters that the library knows
+/// DLNA guidelines 7.4.1.3.
+/// @{
+inline constexpr std::string_view kezDLNAParameter_Profile = "DLNA.ORG_PN";
+inline constexpr std::string_view kezDLNAParameter_Operations = "DLNA.ORG_OP";
+inline constexpr std::string_view kezDLNAParameter_PlaySpeeds = "DLNA.ORG_PS";
+inline constexpr std::string_view kezDLNAParameter_Conversion = "DLNA.ORG_CI";
+inline constexpr std::string_view kezDLNAParameter_Flags = "DLNA.ORG_FLAGS";
+/// @}
+
 /// The 4th field of a protocolInfo as a value: profile in, profile out, and its other parameters (DLNA
 /// guidelines 7.4.1.3). Records hold it as text under kezInfo_DLNA: `ezDLNAField(text)` reads one, GetText
 /// writes it.
@@ -47,7 +57,8 @@ public:
     /// Of a profile and nothing else; "*" of an empty one.
     static ezDLNAField OfProfile(ezCString aProfile);
 
-    /// The text of OfProfile, made at once: what a parser announces that knows a profile and nothing else.
+    /// What a parser announces that knows a profile and nothing else, as text: "DLNA.ORG_PN=MP3". Of an empty
+    /// one the parameter without a value, which states no profile.
     static ezCString TextOfProfile(std::string_view aProfile);
     /// The profile that the text of a field states, a part of that text; "" where it states none.
     static std::string_view ProfileIn(std::string_view aText);

@@ -451,6 +451,21 @@ TEST(DLNAMediaMapperEntry, PlaySpeedsOfTheFurtherParametersAreNotWritten) {
               "clip.mpg,video/mpeg,MPEG_PS_PAL,,,,,,,,,," + kFlags + ";BRELVO.COM_GOLDENDMS=00000000");
 }
 
+TEST(DLNAMediaMapperEntry, ParametersOfTheProfilesColumnComeBeforeAllOthers) {
+    Entry entry;
+    ASSERT_TRUE(entry.Set("c.mpg,video/mpeg,P;DLNA.ORG_PS=2;X_Y=1,,4\\,8,,,,,,,,DLNA.ORG_PS=16;X_Y=2;"
+                          "BRELVO.COM_GOLDENDMS=60000000"));
+    EXPECT_EQ(Str(entry.mFullProfile),
+              "http-get:*:video/mpeg:DLNA.ORG_PN=P;DLNA.ORG_PS=2;" + kFlags + ";X_Y=1");
+}
+
+TEST(DLNAMediaMapperEntry, ListOfNoSpeedsHidesThoseOfTheFurtherParameters) {
+    EntryWith entry(12, "DLNA.ORG_PS=8;BRELVO.COM_GOLDENDMS=60000000");
+    entry.mSupportedPlaySpeeds = ezCSVStringList::FromText("fast");
+    entry.ComputeDLNAProtocolInfo();
+    EXPECT_EQ(Str(entry.mFullProfile), "http-get:*:video/mpeg:DLNA.ORG_PN=MPEG_PS_PAL;" + kFlags);
+}
+
 TEST(DLNAMediaMapperEntry, GetWritesTheThirteenFields) {
     Entry entry;
     ASSERT_TRUE(entry.Set(kWholeLine));

@@ -180,17 +180,35 @@ TEST_F(MediaMapperValidate, SameProfileAndMimeTypeKeepTheWholeFourthField) {
     EXPECT_TRUE(mLog.Lines().empty());
 }
 
-TEST_F(MediaMapperValidate, ProfileIsFoundByItsNameWhereverItStands) {
+TEST_F(MediaMapperValidate, ProfileOfARecordIsWhatFollowsTheFirstEqualsSign) {
     UseTable("clip.mpg,video/mpeg,SAME\n");
-    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_OP=01;DLNA.ORG_PN=SAME")),
-              "dl=\"DLNA.ORG_OP=01;DLNA.ORG_PN=SAME\"\nmt=\"video/mpeg\"\n");
+    for (const char* field : {"DLNA.ORG_OP=01", "DLNA.ORG_OP=01;DLNA.ORG_PN=SAME"}) {
+        const LogCatcher log;
+        EXPECT_EQ(Validated(NewInfo("video/mpeg", field)), "dl=\"DLNA.ORG_PN=SAME\"\nmt=\"video/mpeg\"\n");
+        EXPECT_EQ(log.Texts(),
+                  (Texts{"ezMediaParserManager: Merging media mapper profile and mime type, replacing "
+                         "'01' by 'SAME' and 'video/mpeg' by 'video/mpeg'\n"}));
+    }
+    EXPECT_EQ(Validated(NewInfo("video/mpeg", "X=SAME;Y")), "dl=\"X=SAME;Y\"\nmt=\"video/mpeg\"\n");
     EXPECT_TRUE(mLog.Lines().empty());
-    // A value of another parameter is not a profile.
-    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_OP=01")),
-              "dl=\"DLNA.ORG_PN=SAME\"\nmt=\"video/mpeg\"\n");
+}
+
+TEST_F(MediaMapperValidate, ProfileOfTheTableIsItsWholeColumn) {
+    UseTable("clip.mpg,video/mpeg,SAME;X=1\ntone.pcm,audio/L16;rate=44100;channels=2,LPCM;X=1\n");
+    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_PN=SAME;DLNA.ORG_OP=01")),
+              "dl=\"DLNA.ORG_PN=SAME;X=1\"\nmt=\"video/mpeg\"\n");
     EXPECT_EQ(mLog.Texts(),
               (Texts{"ezMediaParserManager: Merging media mapper profile and mime type, replacing "
-                     "'' by 'SAME' and 'video/mpeg' by 'video/mpeg'\n"}));
+                     "'SAME' by 'SAME;X=1' and 'video/mpeg' by 'video/mpeg'\n"}));
+    EXPECT_EQ(Validated(NewInfo("audio/L16;rate=44100;channels=2", "DLNA.ORG_PN=LPCM"), "/tone.pcm"),
+              "dl=\"DLNA.ORG_PN=LPCM;X=1\"\nmt=\"audio/L16;rate=44100;channels=2\"\n");
+}
+
+TEST_F(MediaMapperValidate, ProfileThatAHostEmptiedIsAnnouncedEmpty) {
+    UseTable("clip.mpg,video/mpeg,P\n");
+    mMapper->GetFileEntry("clip.mpg")->mProfile = "";
+    EXPECT_EQ(Validated(nullptr), "br=0\ncn=\"item.videoItem\"\ndl=\"DLNA.ORG_PN=\"\nmt=\"video/mpeg\"\n");
+    EXPECT_EQ(Validated(NewInfo("video/mpeg", "DLNA.ORG_PN=P")), "dl=\"DLNA.ORG_PN=\"\nmt=\"video/mpeg\"\n");
 }
 
 TEST_F(MediaMapperValidate, OtherMimeTypeReplacesTheFourthFieldAndTheClass) {

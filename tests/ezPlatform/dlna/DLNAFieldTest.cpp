@@ -66,7 +66,8 @@ TEST(DLNAField, IsMadeOfAProfile) {
     EXPECT_EQ(Str(ezDLNAField::OfProfile("MP3").GetText()), "DLNA.ORG_PN=MP3");
     EXPECT_EQ(Str(ezDLNAField::OfProfile("").GetText()), "*");
     EXPECT_EQ(Str(ezDLNAField::OfProfile("MP3").GetProfile()), "MP3");
-    for (const char* profile : {"", "P", "AVC_MP4_BL_CIF15_AAC_520", "a=b"}) {
+    EXPECT_EQ(Str(ezDLNAField::TextOfProfile("")), "DLNA.ORG_PN=");
+    for (const char* profile : {"P", "AVC_MP4_BL_CIF15_AAC_520", "a=b"}) {
         EXPECT_EQ(Str(ezDLNAField::TextOfProfile(profile)), Str(ezDLNAField::OfProfile(profile).GetText()));
     }
 }

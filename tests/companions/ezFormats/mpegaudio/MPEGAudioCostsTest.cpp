@@ -91,11 +91,22 @@ TEST(MPEGAudioCosts, AUsualFileCostsFewReads) {
     const std::string counted = CountFrame("Info", Fields(9000, 0)) + Song(9000);
     EXPECT_EQ(costs(counted), "2 24576") << "start and end";
     EXPECT_EQ(costs(ID3(3, 0, title + Frame23("APIC", std::string(200000, 'p'))) + counted), "3 40960")
-        << "and behind the tag";
-    // The start reaches on to 16 KiB behind the first frame that is not at hand; three places more, and the
+        << "and after the tag";
+    // The start reaches on to 16 KiB after the first frame that is not buffered; three places more, and the
     // end.
     EXPECT_EQ(costs(Song(9000)), "6 90260");
     EXPECT_EQ(costs(Frames(kMP2, 576, 9000)), "3 41408");
+}
+
+TEST(MPEGAudioCosts, SourceThatCannotMoveIsReadOnPastWhatTheStreamKeeps) {
+    const std::string file =
+        ReadSample("music/uneven-road-vbr.mp3"); // of 13 KiB: the suite lets it be refused
+    for (const std::size_t most : {std::size_t{1}, std::size_t{7}, std::size_t{1000}, Delivery::kNever}) {
+        Delivery forward;
+        forward.mMaximumRead = most;
+        forward.mfSeekable = false;
+        EXPECT_EQ(DumpRecord(Read(file, forward).get()), DumpRecord(Read(file).get())) << most;
+    }
 }
 
 TEST(MPEGAudioCosts, FourGiBCostNoMore) {

@@ -25,7 +25,7 @@ constexpr std::array<Process, 8> kProcesses = {{{0xC0, "baseline", k8},
                                                 {0xCB, "arithmetic", k2To16},
                                                 {0xDE, "hierarchical", k2To16}}};
 
-/// How many samples of brightness there are to one of colour, across and down.
+/// How many samples of luma there are to one of chroma, across and down.
 struct Ratio {
     unsigned mAcross;
     unsigned mDown;
@@ -35,13 +35,12 @@ struct Ratio {
 constexpr std::array<Ratio, 6> kRatios = {
     {{1, 1, "4:4:4"}, {1, 2, "4:4:0"}, {2, 1, "4:2:2"}, {2, 2, "4:2:0"}, {4, 1, "4:1:1"}, {4, 2, "4:1:0"}}};
 
-/// True for one plane of brightness before two of colour that are sampled alike.
+/// True for one plane of luma before two of chroma that are sampled alike.
 bool HasRatio(const JPEGComponents& aComponents, const Ratio& aRatio) {
-    const JPEGComponent& brightness = aComponents.mItems[0];
+    const JPEGComponent& luma = aComponents.mItems[0];
     for (std::size_t i = 1; i < aComponents.mCount; ++i) {
-        const JPEGComponent& colour = aComponents.mItems[i];
-        if (brightness.mAcross != aRatio.mAcross * colour.mAcross ||
-            brightness.mDown != aRatio.mDown * colour.mDown) {
+        const JPEGComponent& chroma = aComponents.mItems[i];
+        if (luma.mAcross != aRatio.mAcross * chroma.mAcross || luma.mDown != aRatio.mDown * chroma.mDown) {
             return false;
         }
     }

@@ -8,7 +8,7 @@
 /// A component of a JPEG: a colour plane.
 struct JPEGComponent {
     unsigned mID;
-    unsigned mAcross; ///< its samples to a unit of the picture, across and down: 1 to 4
+    unsigned mAcross; ///< its sampling factors H and V (ITU-T T.81, A.1.1): 1 to 4
     unsigned mDown;
 };
 
@@ -27,7 +27,7 @@ struct JPEGColourHints {
 };
 
 /// How the colours of a JPEG are sampled ("4:2:0", or "2x1,1x2,1x1" where no ratio has a name), or what they
-/// are where they are no YCbCr: "grey", "RGB", "CMYK", "YCCK".
+/// are where they are not YCbCr: "grey", "RGB", "CMYK", "YCCK".
 ezCString JPEGColoursOf(const JPEGComponents& aComponents, const JPEGColourHints& aHints);
 
 /// The process of a frame header, by its marker C0 to CF or DE, as records name it. Null for other markers

@@ -19,7 +19,7 @@ constexpr std::uint64_t kStartOfImage = 0xFFD8;
 constexpr unsigned kAPP0 = 0xE0;
 constexpr unsigned kAPP1 = 0xE1;
 constexpr unsigned kAPP14 = 0xEE;
-constexpr unsigned kLengthSize = 2; ///< it counts itself
+constexpr unsigned kLengthSize = 2; ///< it counts itself (T.81, B.1.1.4)
 
 /// What a segment of an application begins with.
 constexpr std::string_view kJFIFName("JFIF\0", 5);
@@ -40,7 +40,7 @@ struct MarkerRange {
     Kind mKind;
 };
 
-/// All markers (T.81, table B.1), each range behind the one before.
+/// All markers (T.81, table B.1), each range after the one before.
 constexpr std::array<MarkerRange, 19> kMarkers = {{{0x01, Kind::Alone},     // TEM
                                                    {0xBF, Kind::Foreign},   // reserved
                                                    {0xC3, Kind::Frame},     // SOF0 to SOF3
@@ -69,9 +69,9 @@ Kind KindOf(unsigned aMarker) {
     return kMarkers[i].mKind;
 }
 
-/// The next marker; 0 after a failure of the reader, and where there was more than aJunkLeft between
-/// segments: bytes that belong to none, and the fill that may stand before a marker. What there was it counts
-/// down.
+/// The next marker (B.1.1.2); 0 after a failure of the reader, and where there was more than aJunkLeft
+/// between segments: bytes that belong to none, and the fill bytes that may stand before a marker. What there
+/// was it counts down.
 unsigned NextMarker(ByteReader& aReader, std::uint32_t& aJunkLeft) {
     unsigned before = aReader.ReadByte();
     unsigned byte = aReader.ReadByte();
@@ -103,7 +103,7 @@ struct JPEGParser::Walk {
         : mBytes(aBytes), mReader(aReader), mContent(aReader) {}
 
     MediaBytes& mBytes;
-    ByteReader mReader; ///< behind the segment
+    ByteReader mReader; ///< after the segment
     ByteReader mContent;
     unsigned mMarker = 0;
     std::uint32_t mJunkLeft = kJPEG_MaxJunk;
@@ -122,14 +122,14 @@ struct JPEGParser::Finds {
             mfExif = true; // a program that adds a second one has not understood the first
             mFacts = ReadExif(aContent);
         } else if (aMarker == kAPP14 && BeginsWith(aContent, kAdobeName)) {
-            aContent.Skip(6); // version and flags
+            aContent.Skip(6); // version, flags 0 and flags 1
             const int transform = aContent.ReadByte();
             mHints.mAdobeTransform = aContent.HasFailed() ? mHints.mAdobeTransform : transform;
         }
     }
 };
 
-/// The start of a picture, and the marker of a segment or a frame header (ITU-T T.81, B.1.1.3).
+/// The start of a picture, and the marker of a segment or a frame header (ITU-T T.81, B.2.1).
 bool JPEGParser::IsAt(ByteReader aBytes) {
     const std::uint32_t word = aBytes.ReadBig32();
     const std::uint32_t marker = word & 0xFF;
@@ -179,7 +179,7 @@ bool JPEGParser::NextSegment(Walk& aWalk) const {
     return !aWalk.mReader.HasFailed() || RefuseCut(aWalk.mBytes, "the frame header");
 }
 
-/// Reads the frame header that the walk has come to.
+/// Reads the frame header that the walk has come to (B.2.2).
 bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo) const {
     unsigned precisions = 0;
     const char* const process = JPEGProcessOf(aWalk.mMarker, &precisions);
@@ -197,7 +197,7 @@ bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo
         return Refuse(Cause::Malformed, "width 0");
     }
     anInfo.Set(kezInfo_PictureWidth, width, true);
-    if (height != 0) { // else it stands behind the first scan
+    if (height != 0) { // else DNL states it after the first scan (B.2.5)
         anInfo.Set(kezInfo_PictureHeight, height, true);
     }
     anInfo.Set(kezInfo_PictureProcess, process, true);
@@ -207,6 +207,7 @@ bool JPEGParser::ReadFrame(Walk& aWalk, const Finds& aFinds, ezMediaInfo& anInfo
     return true;
 }
 
+/// The component specifications of a frame header (B.2.2, table B.2).
 bool JPEGParser::ReadComponents(Walk& aWalk, JPEGComponents* aComponents) const {
     ByteReader& frame = aWalk.mContent;
     const unsigned count = frame.ReadByte();
@@ -217,7 +218,7 @@ bool JPEGParser::ReadComponents(Walk& aWalk, JPEGComponents* aComponents) const 
     for (std::size_t i = 0; i < count && i < JPEGComponents::kMaximum; ++i) {
         const unsigned id = frame.ReadByte();
         const unsigned factors = frame.ReadByte();
-        frame.Skip(1); // its quantisation table
+        frame.Skip(1); // Tq, its quantisation table
         aComponents->mItems[i] = {id, factors >> 4, factors & 15U};
         aComponents->mCount = i + 1;
     }

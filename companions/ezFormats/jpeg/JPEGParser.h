@@ -11,7 +11,7 @@ struct JPEGComponents;
 
 /// JPEG pictures (ITU-T T.81, JFIF, Exif): size, process, precision, colours and their sampling, and the
 /// orientation and the date that the first Exif segment states. Segments before the frame header are stepped
-/// over, so a thumbnail within one is never taken for the picture; what stands behind the frame header is not
+/// over, so a thumbnail within one is never taken for the picture; what follows the frame header is not
 /// looked at. A height that is not stated before the picture ("DNL") is left out.
 ///
 /// A parse reads the first 8 KiB, and for each segment to be stepped over that ends elsewhere a block: 4 KiB,
@@ -38,7 +38,7 @@ public:
         {IsAt},
     };
 
-    /// @param aRules  decide the profile that a media is announced with; not null, shared
+    /// @param aRules  decide the profile that a file is announced with; not null, shared
     explicit JPEGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
         : FormatParser(kDescription, std::move(aRules)) {}
 

@@ -14,14 +14,14 @@
 namespace {
 
 constexpr std::uint64_t kSignature = 0x89504E470D0A1A0A;
-constexpr std::uint32_t kIHDR = 0x49484452; // the header
-constexpr std::uint32_t kIDAT = 0x49444154; // the picture
-constexpr std::uint32_t kEXIF = 0x65584966; // "eXIf"
+constexpr std::uint32_t kIHDR = 0x49484452; // image header (11.2.1)
+constexpr std::uint32_t kIDAT = 0x49444154; // image data (11.2.3)
+constexpr std::uint32_t kEXIF = 0x65584966; // "eXIf" (11.3.4.5)
 constexpr std::uint64_t kTypeSize = 4;
 constexpr std::uint64_t kHeaderSize = 13;
 constexpr std::uint64_t kCheckSumSize = 4;
 
-/// A number of the header, in its order, and what it may be.
+/// A field of the image header (11.2.1), in its order, and what it may be.
 struct HeaderField {
     const char* mName;
     unsigned mByteCount;
@@ -48,8 +48,8 @@ constexpr std::array<HeaderField, kFieldCount> kFields = {{{"width", 4, 1, INT32
                                                            {"filter", 1, 0, 0},
                                                            {"interlacing", 1, 0, 1}}};
 
-/// What a colour type is called in a record, and the bit depths that go with it: each is a power of two, and
-/// so a bit of this sum.
+/// What a colour type is called in a record, and the bit depths that go with it (11.2.1, table 11.1): each is
+/// a power of two, and so a bit of this sum.
 struct ColourType {
     const char* mName;
     std::uint32_t mBitDepths;
@@ -68,7 +68,7 @@ bool GoTogether(std::uint32_t aBitDepth, std::uint32_t aColourType) {
     return fPowerOfTwo && (kColourTypes[aColourType].mBitDepths & aBitDepth) != 0;
 }
 
-/// The check sum of what a reader has left (5.5): that of ISO 3309.
+/// The CRC of what a reader has left (5.5): that of ISO 3309.
 std::uint32_t CheckSumOf(ByteReader& aBytes) {
     std::uint32_t sum = 0xFFFFFFFF;
     while (aBytes.GetLeft() != 0) {
@@ -103,7 +103,7 @@ bool PNGParser::ReadHeader(MediaBytes& aBytes, ByteReader& aReader, ezMediaInfo&
     const std::uint32_t type = header.ReadBig32();
     summed.Require(!header.HasFailed());
     const std::uint32_t checkSum = CheckSumOf(summed);
-    aReader.Require(!summed.HasFailed()); // nothing is asked for behind the end
+    aReader.Require(!summed.HasFailed()); // nothing is asked for past the end
     const std::uint32_t stated = aReader.ReadBig32();
     if (aReader.HasFailed()) {
         return RefuseCut(aBytes, "the end of the header");

@@ -9,7 +9,7 @@
 class ByteReader;
 
 /// PNG pictures (PNG, third edition): size, bit depth, colours, whether they are interlaced, and the
-/// orientation of an "eXIf" chunk. What stands behind the beginning of the picture data is not looked at.
+/// orientation of an "eXIf" chunk. What follows the beginning of the picture data is not looked at.
 ///
 /// A parse reads the first 8 KiB, and for each chunk to be stepped over that ends elsewhere a block: 4 KiB,
 /// or twice the block before where it goes straight on, up to 64 KiB. At most these are 64 reads, 65 seeks
@@ -29,7 +29,7 @@ public:
         {IsAt},
     };
 
-    /// @param aRules  decide the profile that a media is announced with; not null, shared
+    /// @param aRules  decide the profile that a file is announced with; not null, shared
     explicit PNGParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
         : FormatParser(kDescription, std::move(aRules)) {}
 

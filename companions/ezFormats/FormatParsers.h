@@ -23,10 +23,10 @@ class ezMediaParserManager;
 /// added before is tried before them. A code page in the environment that this system does not know
 /// (kProperty_TextCodePage) is logged as a warning, once.
 ///
-/// @param aRules  which profile a media keeps; null for the table that the library brings
+/// @param aRules  which profile a file keeps; null for the table that the library brings
 EZFORMATS_API void RegisterFormatParsers(ezMediaParserManager& aManager,
                                          std::shared_ptr<const ProfileRules> aRules = nullptr);
 
 /// True for the name or number of a code page that kProperty_TextCodePage may have on this system; so for the
-/// empty text, which is Windows-1252. Null is no name.
+/// empty text, which is Windows-1252. Null is not one.
 EZFORMATS_API bool IsKnownTextCodePage(const char* aName);

@@ -119,7 +119,7 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString& aPat
 ProfileMatch ProfileRules::FindMatch(const ezMediaInfo& anInfo) const {
     const std::size_t stated =
         ProfileRuleList_FindMimeType(*mList, anInfo.GetCString(kezInfo_MimeType, "").View());
-    // Profiles of MPEG audio list the rates that frames state, and a measured one is no such rate.
+    // Profiles of MPEG audio list the rates that frames state, and a measured one is not among them.
     if (anInfo.GetCString(kezInfo_PictureProcess, "").View() == kezMediaInfo_FreeFormat) {
         return {};
     }

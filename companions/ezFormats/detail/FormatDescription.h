@@ -35,7 +35,7 @@ struct MediaTypesLine {
 /// How media of a format begin: enough for a file whose name lies to be known by it. Four fixed bytes at the
 /// least, or what stands for them.
 struct FormatMagic {
-    /// True when a media of the format begins where the reader stands; null where nothing unmistakable shows.
+    /// True when a file of the format begins where the reader stands; null where nothing unmistakable shows.
     bool (*mIsAt)(ByteReader aBytes) = nullptr;
     bool mfAfterTags = false; ///< tags of songs may stand before it
 };

@@ -15,8 +15,8 @@ inline constexpr std::size_t kMPEGAudio_FreeHeaderCount = 8;
 /// The longest unit of MPEG video that is kept: an extension with its four matrices is 257 bytes.
 inline constexpr std::uint32_t kMPEGVideo_MaxUnitSize = 264;
 
-/// The longest parameter set of H.264 that is kept. All scaling lists, two sets of 32 buffer descriptions and
-/// a cycle of 255 reference frames stay below; only slice group maps of large pictures go beyond, and no
+/// The longest parameter set of H.264 that is kept. All scaling lists, the HRD parameters of 32 buffers twice
+/// and a cycle of 255 reference frames stay below; only slice group maps of large pictures go beyond, and no
 /// profile for the home has these.
 inline constexpr std::uint32_t kH264_MaxParameterSetSize = 4096;
 
@@ -75,5 +75,5 @@ inline constexpr std::uint32_t kMusicTexts_MaxInflated = std::uint32_t{64} * 102
 /// footer tells the size.
 inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;
 
-/// Tags behind the last frame. There are five kinds.
+/// Tags after the last frame. There are five kinds.
 inline constexpr std::uint32_t kAudioTail_MaxCount = 8;

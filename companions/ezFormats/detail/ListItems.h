@@ -2,12 +2,12 @@
 
 #include <string_view>
 
-/// The items of a text that are parted by ",", as they stand: empty ones too, and one of an empty text.
+/// The items of a text, separated by ",", as they stand: empty ones too, and one of an empty text.
 class ListItems {
 public:
     constexpr explicit ListItems(std::string_view aText) : mRest(aText) {}
 
-    /// False behind the last one.
+    /// False after the last one.
     constexpr bool Next(std::string_view* anItem) {
         if (mfDone) {
             return false;

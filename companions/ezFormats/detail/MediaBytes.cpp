@@ -85,6 +85,6 @@ std::size_t MediaBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, s
 }
 
 void MediaBytes::AllowWholeMedia() {
-    // Whoever reads straight on takes a block at a time, a part of which may have been at hand.
+    // Whoever reads straight on takes a block at a time, a part of which may have been buffered.
     RaiseBudget(2 * (GetEnd() / kLargestBlock + 1), GetEnd());
 }

@@ -18,11 +18,11 @@ public:
     ~MediaBytes() override;
 
     /// Reads the block of the next Lend from a position on: for a tail of which all bytes are going to be
-    /// asked for, in any order. At most 64 KiB. What is at hand of them is not read again. False when there
+    /// asked for, in any order. At most 64 KiB. Those that are buffered are not read again. False when there
     /// are none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);
 
-    /// Raises what the parse may cost by the whole media, of known size, once: its bytes, and two reads for
+    /// Raises what the parse may cost by the whole file, of known size, once: its bytes, and two reads for
     /// each 64 KiB of them.
     void AllowWholeMedia();
 

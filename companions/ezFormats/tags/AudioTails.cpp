@@ -33,8 +33,8 @@ public:
     const AudioTails& Get() const { return mTails; }
 
 private:
-    /// A reader of the aCount bytes that stand aBack bytes before the end; a failed one when they are not at
-    /// hand.
+    /// A reader of the aCount bytes that stand aBack bytes before the end; a failed one when they are not
+    /// buffered.
     ByteReader Before(std::uint64_t aBack, std::uint64_t aCount) const {
         ByteReader reader(mBytes);
         const bool fThere = aBack <= mTails.mAudioEnd - mStart &&
@@ -48,7 +48,7 @@ private:
         return Before(aBack, aWord.size()).ReadText(aWord.size()).View() == aWord;
     }
 
-    /// Moves the end. False for a size that reaches too far, or is none.
+    /// Moves the end. False for a size of 0, or one that reaches too far.
     bool Leave(std::uint64_t aSize) {
         if (aSize == 0 || aSize > mTails.mAudioEnd - mStart) {
             return false;
@@ -68,6 +68,7 @@ private:
         return true;
     }
 
+    /// The footer of an APE tag: "APETAGEX", version, size, number of items, flags, 8 reserved bytes.
     bool StepAPE() {
         constexpr std::uint32_t kHasHeader = 0x80000000;
         constexpr std::uint32_t kIsHeader = 0x20000000;
@@ -77,7 +78,7 @@ private:
         }
         const std::uint32_t version = footer.ReadLittle32();
         const std::uint64_t size = footer.ReadLittle32(); // of items and footer
-        footer.Skip(4);                                   // how many items
+        footer.Skip(4);                                   // number of items
         const std::uint32_t flags = version >= 2000 ? footer.ReadLittle32() : 0;
         const std::uint64_t header = (flags & kHasHeader) != 0 ? kAPEFooterSize : 0;
         const std::uint64_t end = mTails.mAudioEnd;
@@ -92,6 +93,7 @@ private:
         return true;
     }
 
+    /// "LYRICSBEGIN", fields, their size in six digits, "LYRICS200".
     bool StepLyrics2() {
         constexpr std::uint64_t kEnd = kLyricsEndSize + kLyricsDigits;
         if (!Has(kLyricsEndSize, "LYRICS200")) {
@@ -110,6 +112,7 @@ private:
         return true;
     }
 
+    /// "LYRICSBEGIN", text, "LYRICSEND".
     bool StepLyrics1() {
         if (!Has(kLyricsEndSize, "LYRICSEND")) {
             return false;
@@ -123,12 +126,13 @@ private:
         return false;
     }
 
+    /// The footer of an ID3v2.4 tag (ID3v2.4.0 structure, 3.4).
     bool StepID3v2() {
         ByteReader footer = Before(kID3v2HeaderSize, kID3v2HeaderSize);
         if (footer.ReadText(3) != "3DI") {
             return false;
         }
-        footer.Skip(3);
+        footer.Skip(3); // version and flags
         const std::uint64_t size = footer.ReadSyncsafe32();
         return !footer.HasFailed() && Leave(size + 2 * kID3v2HeaderSize);
     }

@@ -5,11 +5,12 @@
 
 class MediaBytes;
 
-/// What writers of tags put behind the sound of a file, one behind the other: ID3v1 with its enhanced part,
+/// What writers of tags put after the sound of a file, one after the other: ID3v1 with its enhanced part,
 /// APE of either version with or without a header, Lyrics3 of either version, and ID3v2 with a footer.
 struct AudioTails {
-    std::uint64_t mAudioEnd = 0; ///< where the first of them begins; the size of the media when there is none
-    /// Positions of those that hold texts; 0 when there is none, as sound stands before them.
+    std::uint64_t mAudioEnd =
+        0; ///< where the first of them begins; the size of the file when there is no tag
+    /// Positions of those that hold texts; 0 for one that is not there, as sound stands before them.
     std::uint64_t mID3v1 = 0;
     std::uint64_t mEnhancedID3v1 = 0;
     std::uint64_t mAPEItems = 0;
@@ -19,6 +20,6 @@ struct AudioTails {
     std::uint64_t mLyricsEnd = 0;    ///< where the fields end
 };
 
-/// Finds them, with one read of the end of a media of known size. None reaches before aStart; one that claims
+/// Finds them, with one read of the end of a file of known size. None reaches before aStart; one that claims
 /// to is not believed, and neither is what stands before it.
 AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart);

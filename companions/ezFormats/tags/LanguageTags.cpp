@@ -55,7 +55,7 @@ std::string_view FindShort(std::string_view aLong) {
     return row.substr(0, kLong) == aLong ? row.substr(kLong, 2) : std::string_view();
 }
 
-/// Codes for what is no language, or one that only its writer knows (ISO 639-2: qaa to qtz).
+/// Codes for what is not a language, or one that only its writer knows (ISO 639-2: qaa to qtz).
 bool IsNone(std::string_view aLong) {
     constexpr std::array<std::string_view, 5> kNone = {"und", "mul", "mis", "zxx", "xxx"};
     return std::find(kNone.begin(), kNone.end(), aLong) != kNone.end() ||
@@ -97,7 +97,7 @@ bool IsRow(std::string_view aText) {
 }
 
 /// The parts of a tag after the language, in the case that RFC 5646, 2.1.1 recommends: regions in capitals,
-/// scripts with one. Empty for what is no such part.
+/// scripts with one. Empty for what is not one.
 std::string Subtags(std::string_view aText) {
     std::string subtags;
     while (!aText.empty()) {

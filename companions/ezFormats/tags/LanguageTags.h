@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// Puts the languages that a text of a tag states behind others, joined by ",", each once: tags of RFC 5646,
+/// Puts the languages that a text of a tag states after others, joined by ",", each once: tags of RFC 5646,
 /// the shortest that a language has ("en" for "eng").
 ///
 /// Read are codes of ISO 639-2, of either kind and in either case, also several in a row as ID3v2.3 has them

@@ -36,7 +36,8 @@ constexpr std::array<std::string_view, 192> kNames = {
 };
 // clang-format on
 
-/// The genre that a reference means; false for a text that is none. A number without a name means none.
+/// The genre that a reference means; false for a text that is not one. A number without a name means no
+/// genre.
 bool FindReference(std::string_view aText, std::string_view* aName) {
     if (aText == "RX" || aText == "CR") {
         *aName = aText == "RX" ? "Remix" : "Cover";
@@ -50,7 +51,7 @@ bool FindReference(std::string_view aText, std::string_view* aName) {
     return true;
 }
 
-/// Takes a "(17)" from the front.
+/// Takes a "(17)" from the front (ID3v2.3.0, 4.2.1, TCON).
 bool TakeReference(std::string_view& aText, std::string_view* aName) {
     const std::size_t end = aText.find(')');
     if (aText.empty() || aText[0] != '(' || end == std::string_view::npos ||

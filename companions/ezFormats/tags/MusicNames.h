@@ -10,8 +10,8 @@
 /// stays as it is and makes no list.
 class MusicNames {
 public:
-    /// Takes a value, clean and in its order; an empty one is none. Of a genre that is the names that it
-    /// means.
+    /// Takes a value, clean and in its order; an empty one does not count. Of a genre that is the names that
+    /// it means.
     /// @{
     void Add(const ezCString& aName);
     void AddGenre(const ezCString& aText);
@@ -19,7 +19,8 @@ public:
 
     /// The first kMusicTexts_MaxCount values in one text, each name once, separated by ", ".
     ezCString GetJoined() const;
-    /// Up to kMusicNames_MaxCount values, each name once and one a line; empty where there is one or none.
+    /// Up to kMusicNames_MaxCount values, each name once and one a line; empty where there are fewer than
+    /// two.
     ezCString GetListed() const;
 
 private:

@@ -244,7 +244,7 @@ std::string ReadTextBytes(ByteReader& aBody) {
             static_cast<std::size_t>(std::min<std::uint64_t>(aBody.GetLeft(), kMusicTexts_MaxSize));
         return std::string(aBody.ReadText(size).View());
     }
-    std::string bytes; // of which stuffing makes the count unknown
+    std::string bytes; // of which unsynchronisation makes the count unknown
     while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
         bytes.push_back(static_cast<char>(aBody.ReadByte()));
     }

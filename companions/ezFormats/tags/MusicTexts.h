@@ -51,7 +51,7 @@ struct MusicTexts {
     bool IsComplete() const;
     bool Has(MusicField aField) const;
     /// Takes what a tag states of one field, by values that are clean, unless it is told already. A value
-    /// that is none of its kind (a track "A", a date in words) tells nothing.
+    /// that is not of its kind (a track "A", a date in words) tells nothing.
     void Take(MusicField aField, const std::vector<ezCString>& aValues);
     /// The same of a field in words, whose values have been told apart. There is one at least.
     void Take(MusicField aField, const MusicNames& aNames);
@@ -65,7 +65,7 @@ struct MusicTexts {
 bool MusicField_HasSeveral(MusicField aField);
 
 /// The number of a track or disc: decimal digits, maybe with how many there are after a "/" ("3/12"). 0 for
-/// what is none, or none that a record may hold.
+/// what is not one, or is more than a record may hold.
 std::uint32_t MusicNumberOf(std::string_view aText);
 
 /// The rest of a tag's item, or its start where that is more than a text may be; empty where it cannot be
@@ -74,9 +74,9 @@ std::string ReadTextBytes(ByteReader& aBody);
 
 /// Those of an ID3v2 tag; aReader stands after its header. Of a frame with several texts the first is the
 /// title or album, and all are the creators, genres, composers, album artists or languages; up to version 2.3
-/// the first alone counts, where a "/" stands in names as often as between them, and so separates none. The
-/// date is that of the recording, or else the year (with its day), the release, or the first release. Here
-/// and below, texts that state no encoding, or Latin-1, are of the code page unless they are UTF-8.
+/// the first alone counts, where a "/" stands in names as often as between them, and so separates nothing.
+/// The date is that of the recording, or else the year (with its day), the release, or the first release.
+/// Here and below, texts that state no encoding, or Latin-1, are of the code page unless they are UTF-8.
 MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage);
 
 /// Those of ID3v1, of which the enhanced part holds the rest of longer texts, and version 1.1 the track.
@@ -86,7 +86,7 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const 
 /// Those of APE items.
 MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 
-/// Puts a name behind others, separated by ", ", unless it is among them.
+/// Puts a name after others, separated by ", ", unless it is among them.
 void AddMusicName(std::string& aList, std::string_view aName);
 
 /// Takes the first genre from a text as writers of ID3v2 state it: "17", "(17)", "(17)(4)Rock", "RX" and "CR"

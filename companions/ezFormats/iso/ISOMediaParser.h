@@ -14,43 +14,9 @@ class ISOCompressedMovie;
 ///
 /// A file is one when it begins with "ftyp", or as QuickTime files of before that box do ("moov", "mdat",
 /// "wide", "free", "skip"), and has a "moov" box with a track of audio or video. Pictures in such boxes
-/// (HEIF, AVIF, JPEG 2000, raw photos) are refused. A "moov" that states up to 64 bytes more than the media
-/// has is read as far as it goes, and so is every box within it whose size leads out of the one that it
-/// stands in. The MIME type follows from brands and tracks: a file of
-/// QuickTime is video/quicktime whatever it holds, there is no other type for it; one whose first brand is of
-/// 3GPP, which is also plain MP4, and which holds what 3GPP's players do not know (H.264 above Baseline of
-/// level 3, say), is video/mp4 or audio/mp4.
-///
-/// A movie's header that QuickTime compressed ("cmov") is inflated, to 1 MiB at most; a library that was
-/// built without zlib refuses it as a "compressed header".
-///
-/// Facts are those of the first enabled track of audio and of video. Covers (a lone JPEG or PNG), and the
-/// pictures of chapters (less than one a second), are no video. The codec of encrypted samples is named
-/// "encrypted:" and the plain one, which no rule meets. Sampling rate and channels are what is heard: with
-/// band replication or parametric stereo, when the file announces these, the doubled ones. Width and height
-/// are those of the cropped picture as it is stored, and kezInfo_Orientation says how it is turned or
-/// mirrored to be shown: by the matrix of its track and then by the movie's, if they do no more than that.
-///
-/// The rate of AMR is that of its frame type, which is the mode that the codec works in; in the file each
-/// frame takes whole bytes and one more. That of QuickTime's constant packets follows from the packet, where
-/// the table of sizes counts samples.
-///
-/// A bit rate that the file states as an average stands before one measured: kezInfo_AudioBitRate or
-/// kezInfo_VideoBitRate, while a larger stated maximum is kezInfo_AudioMaxBitRate or kezInfo_VideoMaxBitRate.
-/// Without an average the sizes of all samples are added up if their table is of 256 KiB at most, or those of
-/// all fragments if they were read for the duration. Else there is the estimate alone: by the first samples
-/// for audio of a film, by the size of the media less the other tracks for the rest. kezInfo_BitRate is that
-/// of the whole, from size and duration, and kezInfo_MaxBitRate the sum of the tracks' highest, or
-/// kezInfo_BitRate where that is higher.
-///
-/// The duration is the longest that the movie's header and the enabled tracks tell, or all of them where none
-/// is enabled, edit lists applied; a track whose header leaves it open tells it by the times of its samples.
-/// With fragments it is that of their header ("mehd"), else of their indices ("sidx"), both "header"; else it
-/// is "counted" over up to 48 fragments, and where there are more, or a damaged size hides the rest,
-/// estimated by their share of the bytes and an eighth more.
-///
-/// Texts are those of iTunes, else of 3GPP, else of QuickTime. Of several values of one item the first is the
-/// title or the album, and all, separated by ", ", are the creators or genres, as those of ID3 are.
+/// (HEIF, AVIF, JPEG 2000, raw photos) are refused. Facts are those of the first enabled track of audio and
+/// of video. What a record holds, how rates and duration are known, and which damage is read over:
+/// docs/file-formats.md.
 ///
 /// One parse costs at most 96 reads, each with a seek, and 1 MiB; a source that gives less at a time than it
 /// is asked for takes more reads for the same bytes. A film of any size with "moov" at its end costs about
@@ -89,7 +55,7 @@ public:
         {IsAt},
     };
 
-    /// @param aRules  decide the profile that a media is announced with; not null, shared
+    /// @param aRules  decide the profile that a file is announced with; not null, shared
     explicit ISOMediaParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
         : FormatParser(kDescription, std::move(aRules)) {}
 

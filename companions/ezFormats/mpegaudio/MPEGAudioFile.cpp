@@ -92,9 +92,9 @@ constexpr Mark kMarks[] = {
 /// The bytes from a position on in which all marks lie, or those that there are.
 constexpr std::size_t kMarkedSize = 8;
 std::string HeadAt(ByteSource& aBytes, std::uint64_t aPosition) {
-    const unsigned char* lent = nullptr;
-    if (aBytes.Lend(aPosition, &lent) >= kMarkedSize) {
-        return {reinterpret_cast<const char*>(lent), kMarkedSize};
+    const unsigned char* borrowed = nullptr;
+    if (aBytes.Lend(aPosition, &borrowed) >= kMarkedSize) {
+        return {reinterpret_cast<const char*>(borrowed), kMarkedSize};
     }
     std::string head;
     unsigned char byte = 0;
@@ -104,7 +104,7 @@ std::string HeadAt(ByteSource& aBytes, std::uint64_t aPosition) {
     return head;
 }
 
-/// True for sync bytes of three packets in a row.
+/// True for the sync_byte of three packets in a row (ISO/IEC 13818-1, 2.4.3.2).
 bool IsTransportStream(MediaBytes& aBytes, std::uint64_t aPosition, std::uint64_t aPeriod) {
     for (unsigned i = 0; i < 3; ++i) {
         unsigned char byte = 0;
@@ -115,7 +115,7 @@ bool IsTransportStream(MediaBytes& aBytes, std::uint64_t aPosition, std::uint64_
     return true;
 }
 
-/// Layer 0, which MPEG audio has not and ADTS always has.
+/// Layer 0, which MPEG audio does not have and ADTS always has (ISO/IEC 13818-7, 6.2).
 bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
     return (ReaderAt(aBytes, aPosition).ReadBig(2) & 0xFFF6) == 0xFFF0;
 }
@@ -149,7 +149,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
     return tags;
 }
 
-std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
+std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
     unsigned char byte = 0;
     if (!aBytes.Get(aPosition, &byte) || byte != 0) {
         return aPosition;
@@ -164,7 +164,7 @@ std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
     ReadShare few(aBytes, kMusicTexts_MaxReads);
-    // ID3v1 stands in the last bytes, which are at hand now.
+    // ID3v1 stands in the last bytes, which are buffered now.
     const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
     MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
     if (aTails.mLyricsFields != 0) {
@@ -191,14 +191,15 @@ const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
 MPEGAudioMeasure::MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames)
     : mBytes(aBytes), mFrames(aFrames), mSound(aFrames.GetFirst()) {}
 
-/// Takes the count of a frame that stands at the start, and that other frames follow a little later only.
+/// Takes the Xing or VBRI header of a frame that stands at the start, and that other frames follow a little
+/// later only.
 void MPEGAudioMeasure::TakeCountBefore(std::uint64_t aStart) {
     const MPEGAudioFrame& first = mFrames.GetFirst();
     MPEGAudioFrame frame;
     if (first.mPosition > aStart &&
-        first.mPosition - aStart <= kMPEGAudioMaxFrameSize + kMPEGAudio_MaxGapBehindCount &&
+        first.mPosition - aStart <= kMPEGAudioMaxFrameSize + kMPEGAudio_MaxGapAfterCount &&
         mFrames.Read(aStart, &frame) && ezMPEGAudioHeader_IsSameStream(frame.mWord, first.mWord) &&
-        frame.mSize != 0 && frame.mPosition + frame.mSize + kMPEGAudio_MaxGapBehindCount >= first.mPosition) {
+        frame.mSize != 0 && frame.mPosition + frame.mSize + kMPEGAudio_MaxGapAfterCount >= first.mPosition) {
         mCount = ReadMPEGAudioCount(mBytes, frame);
     }
 }
@@ -210,7 +211,7 @@ void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
         TakeCountBefore(aStart);
     }
     MPEGAudioFrame second;
-    // A lone frame with a count has no sound, but tells what sound there would be.
+    // A lone frame with such a header has no sound, but tells what sound there would be.
     if (ReadMPEGAudioCount(mBytes, first).mKind != MPEGAudioCount::Kind::None &&
         mFrames.Next(first, &second)) {
         mSound = second;
@@ -226,7 +227,7 @@ void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
 void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
     const std::uint64_t start = mFrames.GetFirst().mPosition;
     const std::optional<std::uint64_t> size = mBytes.GetSize();
-    const bool fGoesOn = size && GoesOnBehindCount(aTails.mAudioEnd);
+    const bool fGoesOn = size && GoesOnAfterCount(aTails.mAudioEnd);
     mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, size, fGoesOn});
     if (!mLength.mfKnown && size) {
         Estimate(aTails, afMayReadWhole);
@@ -235,9 +236,9 @@ void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
     }
 }
 
-/// Looks for frames where the counted ones end, or behind the tag of another file that was put there. Only
+/// Looks for frames where the counted ones end, or after the tag of another file that was put there. Only
 /// where a second or more may have been forgotten: a few frames are an encoder's own way to count.
-bool MPEGAudioMeasure::GoesOnBehindCount(std::uint64_t anEnd) {
+bool MPEGAudioMeasure::GoesOnAfterCount(std::uint64_t anEnd) {
     const std::uint64_t start = mFrames.GetFirst().mPosition;
     const std::uint64_t size = SizeOfCount(mCount, mSound);
     if (size == 0 || mFrames.IsFreeFormat() || size > anEnd - start ||
@@ -279,7 +280,7 @@ void MPEGAudioMeasure::LookAround(std::uint64_t anEnd, MPEGAudioPlaces* aPlaces)
     if (mSound.mHeader.mLayer != 3 || mFrames.IsFreeFormat()) {
         return; // no rate changes
     }
-    if (size < std::uint64_t{8} * kMPEGAudio_SurveySize) { // of what was not seen, the end is at hand
+    if (size < std::uint64_t{8} * kMPEGAudio_SurveySize) { // of what was not seen, the end is buffered
         const std::uint64_t place =
             std::max(mSurvey.mEnd, anEnd - std::min<std::uint64_t>(size, kMPEGAudio_SurveySize));
         if (anEnd - place > std::uint64_t{2} * kMPEGAudioMaxFrameSize) {
@@ -318,7 +319,7 @@ bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd, bool afMayReadWhole) {
         all.Add(more);
         all.mEnd = more.mEnd;
     }
-    // What stands behind the last frame may be a tag of a kind that nobody knows.
+    // What stands after the last frame may be a tag of a kind that nobody knows.
     if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed() || mBytes.IsBudgetUsedUp()) {
         return false;
     }

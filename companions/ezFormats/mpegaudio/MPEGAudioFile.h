@@ -21,9 +21,9 @@ struct LeadingTags {
 /// Steps over the tags at the start of a file.
 LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage);
 
-/// The first byte from a position on that is not zero: writers leave zeros behind tags. At most
+/// The first byte from a position on that is not zero: writers leave zeros after tags. At most
 /// kMPEGAudio_SearchSize of them.
-std::uint64_t BehindZeros(MediaBytes& aBytes, std::uint64_t aPosition);
+std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition);
 
 /// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then
 /// ID3v1.
@@ -39,7 +39,7 @@ public:
     /// All borrowed; the frames have been found.
     MPEGAudioMeasure(MediaBytes& aBytes, MPEGAudioFrames& aFrames);
 
-    /// Looks at the frames at the start, as long as they are at hand.
+    /// Looks at the frames at the start, as long as they are buffered.
     /// @param aStart  where they were looked for first
     void LookAtStart(std::uint64_t aStart);
     /// Looks at the whole, of which the end is known or that of an unknown size.
@@ -49,7 +49,7 @@ public:
 private:
     void Estimate(const AudioTails& aTails, bool afMayReadWhole);
     void TakeCountBefore(std::uint64_t aStart);
-    bool GoesOnBehindCount(std::uint64_t anEnd);
+    bool GoesOnAfterCount(std::uint64_t anEnd);
     bool CountAll(std::uint64_t anEnd, bool afMayReadWhole);
     void LookAround(std::uint64_t anEnd, MPEGAudioPlaces* aPlaces);
     void LookAt(std::uint64_t aPlace, MPEGAudioPlaces* aPlaces);

@@ -17,8 +17,8 @@ std::uint32_t PaddingOf(const ezMPEGAudioHeader& aHeader) {
     return aHeader.mfPadded ? aHeader.mSlotSize : 0;
 }
 
-/// The frame that holds an encoder's tag may differ in what does not count there: check sum, emphasis and so
-/// on.
+/// The frame that holds a Xing or VBRI header may differ in what does not count there: protection bit,
+/// emphasis and so on.
 bool IsSameSound(std::uint32_t aFirst, std::uint32_t aNext) {
     constexpr std::uint32_t kVersionLayerAndSampling = 0xFFFE0C00;
     constexpr std::uint32_t kRate = 0xF000;
@@ -38,7 +38,7 @@ bool MPEGAudioFrames::ReadWord(std::uint64_t aPosition, std::uint32_t* aWord) {
         if (mfAtHandOnly) {
             return false;
         }
-        // Looking on from the first frame keeps that one: its tag is still to be read.
+        // Looking on from the first frame keeps that one: its Xing or VBRI header is still to be read.
         const bool fKeep = mBytes.HasAtHand(mFirst.mPosition, 1) && aPosition > mFirst.mPosition &&
                            aPosition - mFirst.mPosition <= mStep;
         const std::uint64_t start = fKeep ? mFirst.mPosition : aPosition;
@@ -175,7 +175,7 @@ bool MPEGAudioFrames::Find(std::uint64_t aStart) {
 }
 
 bool MPEGAudioFrames::FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPEGAudioFrame* aFrame) {
-    // What is at hand is looked at first: a file of many short gaps costs no read for each.
+    // What is buffered is looked at first: a file of many short gaps costs no read for each.
     constexpr std::uint32_t kChainSize = kMPEGAudio_ChainLength * kMPEGAudioMaxFrameSize;
     bool fFound = false;
     bool fLoaded = false;

@@ -14,14 +14,14 @@ struct MPEGAudioFrame {
     ezMPEGAudioHeader mHeader = {};
 };
 
-/// The frames of a file, from one of them on. In free format all have the length of the first, but for their
-/// padding.
+/// The frames of a file, from one of them on. In free format (ISO/IEC 11172-3, 2.4.2.3) all have the length
+/// of the first, but for their padding.
 class MPEGAudioFrames {
 public:
     explicit MPEGAudioFrames(MediaBytes& aBytes);
 
     /// Finds the first frame: at aStart, where kMPEGAudio_ChainLength frames make a stream, or fewer where
-    /// the media is no longer; else within kMPEGAudio_SearchSize, where it takes
+    /// the file is no longer; else within kMPEGAudio_SearchSize, where it takes
     /// kMPEGAudio_SearchChainLength. Bytes that lie in a transport or program stream make none. False when
     /// there is no stream.
     bool Find(std::uint64_t aStart);
@@ -32,15 +32,15 @@ public:
     std::uint64_t GetEnd() const { return mEnd; }
     bool IsFreeFormat() const { return mFreeSize != 0; }
 
-    /// How many bytes are read at once, where a frame is not at hand.
+    /// How many bytes are read at once, where a frame is not buffered.
     void SetStep(std::uint32_t aStep) { mStep = aStep; }
 
     /// The frame at a position, whatever follows it; false when there is none.
     bool Read(std::uint64_t aPosition, MPEGAudioFrame* aFrame);
-    /// The frame behind one; false when none of the same stream follows.
+    /// The frame after one; false when none of the same stream follows.
     bool Next(const MPEGAudioFrame& aFrame, MPEGAudioFrame* aNext);
-    /// The first frame at or behind a position that others of the same sound follow, all within aSize bytes;
-    /// not of free format. What of these is not at hand is read at once, and not before it is come to.
+    /// The first frame at or after a position that others of the same sound follow, all within aSize bytes;
+    /// not of free format. What of these is not buffered is read at once, and not before it is come to.
     bool FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPEGAudioFrame* aFrame);
 
 private:
@@ -74,6 +74,6 @@ struct MPEGAudioSurvey {
     void Add(const MPEGAudioSurvey& aSurvey);
 };
 
-/// Looks at the frames from one of them on, which counts, up to aLimit; those that are not at hand are read
+/// Looks at the frames from one of them on, which counts, up to aLimit; those that are not buffered are read
 /// in blocks.
 MPEGAudioSurvey SurveyFrames(MPEGAudioFrames& aFrames, const MPEGAudioFrame& aFirst, std::uint64_t aLimit);

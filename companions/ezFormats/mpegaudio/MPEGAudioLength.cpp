@@ -15,11 +15,11 @@ constexpr std::uint64_t kMilli = 1000;
 /// Of a file, so that with the factors of rates and times they fit into 64 bits.
 constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 44;
 
-/// Encoders whose part behind the Xing tag states the samples that were added at both ends.
+/// Encoders whose part after the Xing header states encoder delay and padding.
 constexpr std::array<std::string_view, 4> kEncoders = {"LAME", "Lavf", "Lavc", "L3.9"};
 
-/// The delay before and the padding behind the music, twelve bits each.
-std::uint32_t ReadUnheard(ByteReader& aTag) {
+/// Encoder delay and padding, before and after the music: samples, twelve bits each.
+std::uint32_t ReadDelayAndPadding(ByteReader& aTag) {
     constexpr std::uint64_t kBetween =
         17; // the rest of the encoder's name, method, filter, peak, gains, flags, rate
     const ezCString encoder = aTag.ReadText(4);
@@ -39,9 +39,9 @@ void ReadXing(ByteReader& aTag, MPEGAudioCount& aCount) {
         return;
     }
     // A frame of a low rate may end before these.
-    aTag.Skip((flags & 4) != 0 ? 100 : 0); // places to seek to
+    aTag.Skip((flags & 4) != 0 ? 100 : 0); // table of contents
     aTag.Skip((flags & 8) != 0 ? 4 : 0);   // quality
-    aCount.mUnheard = ReadUnheard(aTag);
+    aCount.mUnheard = ReadDelayAndPadding(aTag);
 }
 
 void ReadVBRI(ByteReader& aTag, MPEGAudioCount& aCount) {
@@ -78,7 +78,7 @@ std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAu
 
 /// The time of so many bytes, rounded up; aSpeed is not 0.
 std::uint64_t Milliseconds(std::uint64_t aBytes, std::uint64_t aSpeed) {
-    const std::uint64_t bytes = std::min(aBytes, UINT64_MAX / kMilli); // no size that a media has
+    const std::uint64_t bytes = std::min(aBytes, UINT64_MAX / kMilli); // no size that a file has
     return bytes * kMilli / aSpeed + (bytes * kMilli % aSpeed != 0 ? 1 : 0);
 }
 
@@ -116,7 +116,7 @@ Bounds BoundsOfFrames(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound
     return {frames * header.mMinFrameSize, (frames + 1) * header.mMaxFrameSize};
 }
 
-/// Of a file that holds them: what stands behind the last frame may be no tag that is known.
+/// Of a file that holds them: what stands after the last frame may be a tag that is not known.
 Bounds BoundsOfSound(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound) {
     const Bounds frames = BoundsOfFrames(aCount, aSound);
     return {frames.mLeast, HasOneSize(aCount, aSound) ? 2 * frames.mMost : frames.mMost};

@@ -9,18 +9,19 @@
 
 class ByteSource;
 
-/// What an encoder of layer III states in the first frame, which holds no sound then.
+/// What the Xing, "Info" or VBRI header of a file of layer III states. It stands in the first frame, which
+/// holds no sound then.
 struct MPEGAudioCount {
     enum class Kind { None, Constant, Variable };
 
     Kind mKind = Kind::None;
     std::uint32_t mFrames = 0;  ///< with sound; 0: not stated
     std::uint32_t mBytes = 0;   ///< of the frames, this one included; 0: not stated
-    std::uint32_t mUnheard = 0; ///< samples of the first and last frames that are no part of the music
+    std::uint32_t mUnheard = 0; ///< samples of encoder delay and padding, together
 };
 
-/// The "Xing" or "Info" tag behind the side information of a frame, with the encoder's own part, or the
-/// "VBRI" tag.
+/// The Xing or "Info" header after the side information of a frame, with the encoder's own part, or the VBRI
+/// header.
 MPEGAudioCount ReadMPEGAudioCount(ByteSource& aBytes, const MPEGAudioFrame& aFrame);
 
 /// The frames of the places of a file that have the lowest and the highest rate.
@@ -40,18 +41,18 @@ struct MPEGAudioLength {
     std::uint32_t mAverageRate = 0; ///< bits a second; 0: not known
 };
 
-/// The bytes of a file that hold sound, the frame with the count included.
+/// The bytes of a file that hold sound, the frame of the Xing or VBRI header included.
 struct MPEGAudioExtent {
-    std::uint64_t mSoundSize = 0; ///< means nothing without a size of the media
+    std::uint64_t mSoundSize = 0; ///< means nothing without a size of the file
     std::optional<std::uint64_t> mMediaSize;
-    bool mfGoesOn = false; ///< more of the sound stands behind the bytes of the count
+    bool mfGoesOn = false; ///< more of the sound stands after the bytes of the count
 };
 
 /// Bytes that the counted frames take at most, the first one included; 0 where the count does not tell.
 std::uint64_t SizeOfCount(const MPEGAudioCount& aCount, const MPEGAudioFrame& aSound);
 
 /// The length that a count tells. Not known where the file can hold no such count of frames, or holds far
-/// more; an estimate where the count is of another size than the file: it was cut, or others were put behind
+/// more; an estimate where the count is of another size than the file: it was cut, or others were put after
 /// it.
 ///
 /// @param aSound  a frame of the sound

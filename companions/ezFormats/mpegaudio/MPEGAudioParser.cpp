@@ -12,7 +12,6 @@
 #include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
-
 namespace {
 
 using LongLong = unsigned long long; // for printf
@@ -56,7 +55,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return Refuse(Cause::Unsupported, "%s at %llu", other, static_cast<LongLong>(tags.mEnd));
     }
     const bool fTagged = tags.mEnd != 0 && tags.mfBelieved;
-    const auto start = static_cast<LongLong>(fTagged ? BehindZeros(aBytes, tags.mEnd) : tags.mEnd);
+    const auto start = static_cast<LongLong>(fTagged ? AfterZeros(aBytes, tags.mEnd) : tags.mEnd);
     MPEGAudioFrames frames(aBytes);
     if (!frames.Find(start)) {
         const Cause cause = aBytes.HasReadFailed()    ? Cause::ReadError

@@ -207,8 +207,8 @@ TEST(MPEGAudioLength, ACountIsBelievedWhereTheSoundBeginsALittleLater) {
     };
     for (const char* const name : {"VBRI", "Xing"}) {
         EXPECT_EQ(Length(file(name, 102)), "10 header") << name;
-        EXPECT_EQ(Length(file(name, kMPEGAudio_MaxGapBehindCount)), "10 header") << name;
-        EXPECT_EQ(Length(file(name, kMPEGAudio_MaxGapBehindCount + 1)), "10 constant rate") << name;
+        EXPECT_EQ(Length(file(name, kMPEGAudio_MaxGapAfterCount)), "10 header") << name;
+        EXPECT_EQ(Length(file(name, kMPEGAudio_MaxGapAfterCount + 1)), "10 constant rate") << name;
     }
     // A count of one frame more than there is, is of no cut file.
     const std::string more = WithCount("Xing", Fields(kCount + 1, kBytes + 522));

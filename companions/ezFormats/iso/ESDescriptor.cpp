@@ -4,11 +4,11 @@
 
 namespace {
 
-constexpr unsigned kTagStream = 3;
-constexpr unsigned kTagDecoder = 4;
-constexpr unsigned kTagConfig = 5;
+constexpr unsigned kTagStream = 3;  ///< ES_DescrTag (ISO/IEC 14496-1, 7.2.2.1)
+constexpr unsigned kTagDecoder = 4; ///< DecoderConfigDescrTag
+constexpr unsigned kTagConfig = 5;  ///< DecSpecificInfoTag
 
-/// A length of up to four bytes, seven bits each.
+/// A length of up to four bytes, seven bits each (8.3.3).
 std::uint32_t ReadLength(ByteReader& aReader) {
     std::uint32_t length = 0;
     unsigned byte = 0x80;
@@ -34,12 +34,13 @@ bool Enter(ByteReader& aReader, unsigned aTag) {
     return !aReader.HasFailed();
 }
 
+/// The fields of ES_Descriptor before what it holds (7.2.6.5).
 void SkipStreamHead(ByteReader& aReader) {
-    aReader.Skip(2); // its number
+    aReader.Skip(2); // ES_ID
     const unsigned flags = aReader.ReadByte();
-    aReader.Skip((flags & 0x80U) != 0 ? 2 : 0);                  // the stream that it depends on
-    aReader.Skip((flags & 0x40U) != 0 ? aReader.ReadByte() : 0); // a URL
-    aReader.Skip((flags & 0x20U) != 0 ? 2 : 0);                  // the stream of its clock
+    aReader.Skip((flags & 0x80U) != 0 ? 2 : 0);                  // dependsOn_ES_ID
+    aReader.Skip((flags & 0x40U) != 0 ? aReader.ReadByte() : 0); // URLstring
+    aReader.Skip((flags & 0x20U) != 0 ? 2 : 0);                  // OCR_ES_Id
 }
 
 } // namespace
@@ -58,7 +59,7 @@ bool ReadDecoderDescriptor(ByteReader aReader, ESDescriptor& aDescriptor) {
         return false;
     }
     aDescriptor.mObjectType = aReader.ReadByte();
-    aReader.Skip(4); // kind of stream, size of its buffer
+    aReader.Skip(4); // streamType, upStream, bufferSizeDB
     aDescriptor.mMaxBitRate = aReader.ReadBig32();
     aDescriptor.mBitRate = aReader.ReadBig32();
     if (aReader.HasFailed()) {

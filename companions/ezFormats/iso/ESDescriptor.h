@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What the descriptor of an elementary stream tells (ISO/IEC 14496-1, 7.2.6).
+/// What the descriptor of an elementary stream tells (ISO/IEC 14496-1, 7.2.6.5 to 7.2.6.7).
 struct ESDescriptor {
     std::uint32_t mObjectType = 0; ///< what the samples are (object type indication)
     std::uint32_t mMaxBitRate = 0; ///< bits a second; 0: not told

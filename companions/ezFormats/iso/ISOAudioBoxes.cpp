@@ -52,7 +52,7 @@ void ReadEAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
 void ReadALAC(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(9); // version, flags, length of frames, version again
     const std::uint32_t bits = aBox.ReadByte();
-    aBox.Skip(3); // how residues are coded
+    aBox.Skip(3); // parameters of the Rice coding
     const std::uint32_t channels = aBox.ReadByte();
     aBox.Skip(10); // longest run, largest frame, average rate
     const std::uint32_t rate = aBox.ReadBig32();
@@ -65,7 +65,7 @@ void ReadALAC(ByteReader aBox, ISOAudioEntry& anEntry) {
     anEntry.mCodec.mSamplingRate = rate;
 }
 
-/// Of "ipcm": the size of a sample.
+/// Of "ipcm" (ISO/IEC 23003-5): the size of a sample.
 void ReadPCM(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(5); // version, flags, order of bytes
     anEntry.mCodec.mBitsPerSample = aBox.ReadByte();
@@ -127,9 +127,9 @@ void ReadAMR(ByteReader aBox, ISOAudioEntry& anEntry) {
     }
 }
 
-/// A rate that the fixed part has no room for.
+/// Of "srat" (ISO/IEC 14496-12, 12.2.3): a rate that the fixed part has no room for.
 void ReadLargeRate(ByteReader aBox, ISOAudioEntry& anEntry) {
-    aBox.Skip(4);
+    aBox.Skip(4); // version and flags
     const std::uint32_t rate = aBox.ReadBig32();
     if (!aBox.HasFailed() && rate != 0 && !anEntry.mfConfigured) {
         anEntry.mCodec.mSamplingRate = rate;

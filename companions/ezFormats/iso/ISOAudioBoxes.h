@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <optional>
 
-/// The fixed part of an entry of audio, and what its boxes tell.
+/// The fixed part of a sample entry of audio, and what its boxes tell.
 struct ISOAudioEntry : ISOEntryFacts {
     bool mfFloat = false;            ///< the samples are no integers
     bool mfConfigured = false;       ///< a box has told rate and channels
     std::optional<ByteReader> mWave; ///< QuickTime's box around the decoder's own
 };
 
-/// Reads the boxes of an entry, or those within "wave".
+/// Reads the boxes of a sample entry, or those within "wave".
 void ReadAudioBoxes(const ByteReader& aBoxes, std::uint32_t& aBoxBudget, ISOAudioEntry& anEntry);

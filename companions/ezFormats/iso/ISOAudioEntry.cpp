@@ -76,7 +76,7 @@ std::uint32_t ReadSmall(ByteReader& aReader) {
 }
 
 /// The first version of QuickTime's sound description, after the part that all have: how samples are packed.
-/// Where packets vary there is no more to it than a template.
+/// Where packets vary they are nothing but a template.
 void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOCodec& aCodec) {
     constexpr std::uint32_t kVariable = 0xFFFE;
     const std::uint32_t samples = aReader.ReadBig32();
@@ -95,18 +95,18 @@ void ReadSoundVersion2(ByteReader& aReader, ISOAudioEntry& anEntry) {
     aReader.Skip(4); // its size
     anEntry.mCodec.mSamplingRate = ReadFloatRate(aReader);
     anEntry.mCodec.mChannels = ReadSmall(aReader);
-    aReader.Skip(4);
+    aReader.Skip(4); // always 0x7F000000
     anEntry.mCodec.mBitsPerSample = ReadSmall(aReader);
     anEntry.mfFloat = (aReader.ReadBig32() & kFloat) != 0;
-    aReader.Skip(8);
+    aReader.Skip(8); // bytes and samples of a packet
 }
 
-/// The fixed part. Its version has been told apart from ISO's second form, which adds nothing, by that of the
-/// table: QuickTime's is 0.
+/// The fixed part (AudioSampleEntry of ISO/IEC 14496-12, 12.2.3). Its version has been told apart from ISO's
+/// second form, which adds nothing, by that of the table: QuickTime's is 0.
 void ReadSound(ByteReader& aReader, std::uint32_t aTableVersion, ISOAudioEntry& anEntry) {
     const auto stated = aReader.ReadBig(2);
     const auto version = aTableVersion == 0 ? stated : 0;
-    aReader.Skip(6);
+    aReader.Skip(6); // revision and vendor
     anEntry.mCodec.mChannels = static_cast<std::uint32_t>(aReader.ReadBig(2));
     anEntry.mCodec.mBitsPerSample = static_cast<std::uint32_t>(aReader.ReadBig(2));
     const auto compression = static_cast<std::uint32_t>(aReader.ReadBig(2));
@@ -164,7 +164,7 @@ bool NameByFormat(BoxType aFormat, ISOAudioEntry& anEntry) {
     return true;
 }
 
-/// Only codecs without loss have bits of a sample; others leave a template's 16 there.
+/// Only lossless codecs have bits of a sample; others leave a template's 16 there.
 bool HasBitsPerSample(const ezCString& aName) {
     return aName == "LPCM" || aName == "ALAC" || aName == "FLAC";
 }

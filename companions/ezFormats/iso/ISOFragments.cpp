@@ -8,7 +8,7 @@
 
 namespace {
 
-// Flags of "tfhd" and "trun": what is stated.
+// Flags of "tfhd" and "trun": what is stated (ISO/IEC 14496-12, 8.8.7 and 8.8.8).
 constexpr std::uint32_t kHeadOffset = 0x1;
 constexpr std::uint32_t kHeadDescription = 0x2;
 constexpr std::uint32_t kHeadTicks = 0x8;
@@ -71,12 +71,12 @@ struct Defaults {
     std::uint32_t mSize = 0;
 };
 
-/// Adds a run of samples to a track.
+/// Adds a track run ("trun", 8.8.8) to a track.
 void ReadRun(ByteReader aBox, const Defaults& aDefaults, Track& aTrack) {
     const std::uint32_t flags = aBox.ReadBig32();
     const std::uint32_t count = aBox.ReadBig32();
-    aBox.Skip((flags & kRunOffset) != 0 ? 4 : 0);
-    aBox.Skip((flags & kRunFirstFlags) != 0 ? 4 : 0);
+    aBox.Skip((flags & kRunOffset) != 0 ? 4 : 0);     // data_offset
+    aBox.Skip((flags & kRunFirstFlags) != 0 ? 4 : 0); // first_sample_flags
     if (aBox.HasFailed()) {
         return;
     }
@@ -90,14 +90,14 @@ void ReadRun(ByteReader aBox, const Defaults& aDefaults, Track& aTrack) {
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
         ticks += (flags & kRunTicks) != 0 ? aBox.ReadBig32() : aDefaults.mTicks;
         bytes += (flags & kRunSize) != 0 ? aBox.ReadBig32() : aDefaults.mSize;
-        aBox.Skip(rest);
+        aBox.Skip(rest); // sample_flags, composition time offset
     }
     if (!aBox.HasFailed()) {
         aTrack.Add(count, ticks, bytes);
     }
 }
 
-/// Walks over the boxes at the top, behind "moov".
+/// Walks over the boxes at the top, after "moov".
 class FragmentReading {
 public:
     FragmentReading(MediaBytes& aBytes, const ISOMovie& aMovie, std::uint32_t& aBoxBudget)
@@ -135,7 +135,7 @@ bool FragmentReading::Next(std::uint64_t aPosition, BoxType* aType, ByteReader* 
     return BoxWalk(reader, mBoxBudget).Next(aType, aContent);
 }
 
-/// Of "tfhd": whose fragment it is, null for a track that does not matter, and its defaults.
+/// Of "tfhd" (8.8.7): whose fragment it is, null for a track that does not matter, and its defaults.
 Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
     const std::uint32_t flags = aBox.ReadBig32();
     const std::uint32_t identifier = aBox.ReadBig32();
@@ -148,8 +148,8 @@ Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
     if (found == nullptr) {
         return nullptr;
     }
-    aBox.Skip((flags & kHeadOffset) != 0 ? 8 : 0);
-    aBox.Skip((flags & kHeadDescription) != 0 ? 4 : 0);
+    aBox.Skip((flags & kHeadOffset) != 0 ? 8 : 0);      // base_data_offset
+    aBox.Skip((flags & kHeadDescription) != 0 ? 4 : 0); // sample_description_index
     aDefaults.mTicks = (flags & kHeadTicks) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultTicks;
     aDefaults.mSize = (flags & kHeadSize) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultSize;
     return aBox.HasFailed() ? nullptr : found;
@@ -164,9 +164,9 @@ void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
     while (walk.Next(&type, &content)) {
         if (type == "tfhd") {
             track = ReadHead(content, defaults);
-        } else if (type == "tfdt" && track != nullptr) {
+        } else if (type == "tfdt" && track != nullptr) { // 8.8.12
             const unsigned size = content.ReadByte() == 1 ? 8 : 4;
-            content.Skip(3);
+            content.Skip(3); // flags
             const std::uint64_t time = content.ReadBig(size);
             if (!content.HasFailed()) {
                 track->MoveTo(time);
@@ -188,20 +188,21 @@ void FragmentReading::ReadFragment(const ByteReader& aBox) {
     }
 }
 
-/// Of "sidx": adds its durations up. The position behind what it is an index of; 0 where it is damaged.
+/// Of "sidx" (8.16.3): adds its durations up. The position after what it is an index of; 0 where it is
+/// damaged.
 std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(7); // flags, whose index it is
+    aBox.Skip(7); // flags, reference_ID
     const std::uint32_t timescale = aBox.ReadBig32();
-    aBox.Skip(size); // time of the first picture
+    aBox.Skip(size); // earliest_presentation_time
     std::uint64_t end = ezSaturating_Add64(aBox.GetEnd(), aBox.ReadBig(size));
-    aBox.Skip(2);
+    aBox.Skip(2); // reserved
     const auto count = static_cast<std::uint32_t>(aBox.ReadBig(2));
     std::uint64_t ticks = 0;
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
         end = ezSaturating_Add64(end, aBox.ReadBig32() & 0x7FFFFFFFU);
         ticks += aBox.ReadBig32();
-        aBox.Skip(4); // where pictures can be started from
+        aBox.Skip(4); // stream access points
     }
     if (aBox.HasFailed() || ISONumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetEnd()) {
         return 0;
@@ -242,8 +243,8 @@ bool FragmentReading::Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFrag
     return mCount < aMaxFragments || afDuration;
 }
 
-/// True when the media ends within the box at which the walk did: what is there of it is no more than such a
-/// box holds. Else its size is damaged, and more stands behind it.
+/// True when the file ends within the box at which the walk did: what is there of it is no more than such a
+/// box holds. Else its size is damaged, and more stands after it.
 bool FragmentReading::IsCut() const {
     ByteReader box(mBytes);
     box.Skip(mPosition);
@@ -261,7 +262,7 @@ ISOFragments FragmentReading::Read(std::uint64_t aStart, std::uint32_t aMaxFragm
     mPosition = aStart;
     const bool fWalked = Walk(aMaxFragments, afDuration, fragments);
     const std::uint64_t size = mBytes.GetEnd();
-    // Where neither a budget nor damage ended the walk, the media did: maybe within the last box.
+    // Where neither a budget nor damage ended the walk, the file did: maybe within the last box.
     const bool fEnded = fWalked && mBoxBudget != 0 && !mBytes.IsBudgetUsedUp();
     fragments.mfComplete = mPosition >= size || (fEnded && IsCut());
     fragments.mStart = aStart;

@@ -6,7 +6,7 @@
 
 class MediaBytes;
 
-/// What the fragments behind a movie's "moov" box tell of one of its tracks.
+/// What the movie fragments (ISO/IEC 14496-12, 8.8) after the "moov" box tell of one of its tracks.
 struct ISOFragmentTrack {
     std::uint64_t mTicks = 0; ///< from its start to the end of the last fragment that was read
     std::uint64_t mSamples = 0;

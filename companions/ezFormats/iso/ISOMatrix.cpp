@@ -26,10 +26,10 @@ std::int64_t ReadSigned(ByteReader& aReader) {
 ISOMatrix ISOMatrix::Read(ByteReader& aReader) {
     const std::int64_t xOfX = ReadSigned(aReader); // a
     const std::int64_t yOfX = ReadSigned(aReader); // b
-    aReader.Skip(4);
+    aReader.Skip(4);                               // u
     const std::int64_t xOfY = ReadSigned(aReader); // c
     const std::int64_t yOfY = ReadSigned(aReader); // d
-    aReader.Skip(16);
+    aReader.Skip(16);                              // v, x, y, w
     if (aReader.HasFailed()) {
         return {};
     }

@@ -2,10 +2,10 @@
 
 #include "ezBytes/ByteReader.h"
 
-/// What a matrix does to a picture, as far as it is quarter turns and mirroring: that of a track's header
-/// says how its pictures lie in the movie, that of the movie's how the movie is shown (ISO/IEC
-/// 14496-12, 8.3.2 and 8.2.2). Moving and scaling are left out. One that does anything else, by an angle
-/// between or by nothing but zeros, counts as none.
+/// What a matrix does to a picture, as far as it is quarter turns and mirroring: that of the track header
+/// says how its pictures lie in the movie, that of the movie header how the movie is shown (ISO/IEC 14496-12,
+/// 8.3.2 and 8.2.2). Moving and scaling are left out. One that does anything else, by an angle between or by
+/// nothing but zeros, counts as the one that does nothing.
 class ISOMatrix {
 public:
     /// The one that does nothing.

@@ -98,7 +98,8 @@ struct Top {
     std::optional<ByteReader> mMovie;
 };
 
-/// The brands of "ftyp": the major one, its version, and those that the file is compatible with.
+/// The brands of "ftyp" (ISO/IEC 14496-12, 4.3): the major one, its version, and those that the file is
+/// compatible with.
 void ReadBrands(ByteReader aBox, Top& aTop) {
     aTop.mBrand = BoxType::Read(aBox);
     aBox.Skip(4);
@@ -157,7 +158,7 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
     const char* method = fragments.mfIndexed ? "header" : "counted";
     std::uint64_t bound = 0;
     if (!fragments.mfComplete) {
-        // What is behind may run slower; players stop at the announced time, so an eighth more.
+        // What follows may run slower; players stop at the announced time, so an eighth more.
         const std::uint64_t size = aMedia.mSize.value_or(0);
         const std::uint64_t all = size - std::min(fragments.mStart, size);
         const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
@@ -187,7 +188,7 @@ bool ISOMediaParser::IsAt(ByteReader aBytes) {
     return fSize && IsIn(kFirstBoxes, type);
 }
 
-/// True when the reader is that of the movie's boxes; else the media has been refused.
+/// True when the reader is that of the movie's boxes; else the file has been refused.
 bool ISOMediaParser::OpenMovie(const MediaBytes& aBytes, ISOCompressedMovie& aCompressed, ByteReader& aMovie,
                                std::uint32_t& aBoxBudget) const {
     switch (aCompressed.Open(aMovie, aBoxBudget)) {
@@ -242,7 +243,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     StoreTypes(top, media.mMovie, anInfo);
     StoreFacts(media, anInfo);
-    // Behind "moov", the end of a media of unknown size may be met as an error of the stream.
+    // After "moov", the end of a file of unknown size may be met as an error of the stream.
     if (aBytes.HasReadFailed() && media.mSize) {
         return RefuseCut(aBytes, "the end of the fragments");
     }

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A duration in a movie's or media's ticks.
+/// A duration and its timescale, of the movie or of a track's media.
 struct Times {
     std::uint32_t mTimescale = 0;
     std::uint64_t mDuration = 0; ///< 0: not told
@@ -22,20 +22,20 @@ std::uint64_t ReadDuration(ByteReader& aReader, unsigned aBytes) {
     return fUnknown ? 0 : duration;
 }
 
-/// Of "mvhd" and "mdhd", which begin alike.
+/// Of "mvhd" and "mdhd", which begin alike (ISO/IEC 14496-12, 8.2.2 and 8.4.2).
 Times ReadTimes(ByteReader aBox) {
     Times times;
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(3 + 2 * size); // flags, dates
+    aBox.Skip(3 + 2 * size); // flags, creation and modification time
     times.mTimescale = aBox.ReadBig32();
     times.mDuration = ReadDuration(aBox, size);
     return aBox.HasFailed() ? Times() : times;
 }
 
-/// The packed language of "mdhd".
+/// The packed language of "mdhd" (8.4.2).
 unsigned ReadPackedLanguage(ByteReader aBox) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(3 + 3 * size + 4); // flags, dates, timescale, duration
+    aBox.Skip(3 + 3 * size + 4); // flags, times, timescale, duration
     return static_cast<unsigned>(aBox.ReadBig(2));
 }
 
@@ -46,14 +46,14 @@ ezCString ReadLanguage(ByteReader aBox) {
     return aBox.ReadText(static_cast<std::size_t>(std::min(aBox.GetLeft(), kMaxTag))).BeforeFirst('\0');
 }
 
-/// The duration of "mehd".
+/// The duration of "mehd" (8.8.2).
 std::uint64_t ReadWholeDuration(ByteReader aBox) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
     aBox.Skip(3);
     return ReadDuration(aBox, size);
 }
 
-/// What the edits of a track present.
+/// What the edit list of a track presents ("elst", 8.6.6).
 struct Edits {
     bool mfAny = false;           ///< some of the media is presented
     std::uint64_t mDuration = 0;  ///< ticks of the movie, delays included
@@ -71,7 +71,7 @@ Edits ReadEdits(ByteReader aBox) {
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {
         const std::uint64_t duration = ReadDuration(aBox, size);
         const std::uint64_t start = aBox.ReadBig(size);
-        aBox.Skip(4); // speed
+        aBox.Skip(4); // media_rate
         edits.mDuration = ezSaturating_Add64(edits.mDuration, duration);
         edits.mfAny = edits.mfAny || start != empty;
         if (duration == 0 && start != empty) {
@@ -94,24 +94,26 @@ struct TrackReading {
     ByteReader mMediaInformation;
 };
 
+/// Of "tkhd" (8.3.2).
 void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
     aTrack.mfEnabled = (aBox.ReadBig(3) & 1U) != 0;
-    aBox.Skip(std::uint64_t{2} * size); // dates
+    aBox.Skip(std::uint64_t{2} * size); // creation and modification time
     aTrack.mID = aBox.ReadBig32();
-    aBox.Skip(4 + size + 16); // duration, layer, group, volume
+    aBox.Skip(4 + size + 16); // reserved, duration, reserved, layer, alternate_group, volume, reserved
     aTrack.mMatrix = ISOMatrix::Read(aBox);
 }
 
-/// The matrix of "mvhd".
+/// The matrix of "mvhd" (8.2.2).
 ISOMatrix ReadMovieMatrix(ByteReader aBox) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(3 + 3 * size + 4 + 16); // flags, dates, duration, timescale, rate, volume
+    aBox.Skip(3 + 3 * size + 4 + 16); // flags, times, timescale, duration, rate, volume, reserved
     return ISOMatrix::Read(aBox);
 }
 
+/// Of "hdlr" (8.4.3).
 ISOTrackKind ReadKind(ByteReader aBox) {
-    aBox.Skip(8); // version, flags, QuickTime's kind of component
+    aBox.Skip(8); // version, flags, pre_defined (QuickTime's component type)
     const BoxType kind = BoxType::Read(aBox);
     return kind == "soun"   ? ISOTrackKind::kAudio
            : kind == "vide" ? ISOTrackKind::kVideo
@@ -181,7 +183,7 @@ std::uint64_t PresentationOf(const TrackReading& aReading, std::uint32_t aMovieT
     return edited.GetMicroseconds();
 }
 
-/// A track of one picture holds a cover, and one with more than a second between them those of chapters.
+/// A track of one picture holds cover art, and one with more than a second between them those of chapters.
 bool IsSlideShow(const ISOTrack& aTrack) {
     const std::uint64_t ticks = aTrack.mTables.mTicks;
     const std::uint64_t samples = aTrack.mTables.mTimedSamples;
@@ -257,10 +259,11 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
     }
 }
 
+/// Of "trex" (8.8.3).
 void MovieReading::TakeTrackDefaults(ByteReader aBox) {
     aBox.Skip(4); // version and flags
     const std::uint32_t identifier = aBox.ReadBig32();
-    aBox.Skip(4); // description
+    aBox.Skip(4); // default_sample_description_index
     const std::uint32_t ticks = aBox.ReadBig32();
     const std::uint32_t size = aBox.ReadBig32();
     if (aBox.HasFailed()) {

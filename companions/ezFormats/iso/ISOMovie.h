@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-/// A track of audio or video.
+/// A track of audio or video ("trak"; ISO/IEC 14496-12, 8.3.1).
 struct ISOTrack {
     ISOTrackKind mKind = ISOTrackKind::kOther;
     bool mfEnabled = false;
@@ -23,12 +23,12 @@ struct ISOTrack {
     std::uint32_t mDefaultSize = 0;
 };
 
-/// What the "moov" box tells.
+/// What the "moov" box (8.2.1) tells.
 struct ISOMovie {
     std::uint32_t mTrackCount = 0; ///< of any kind
     std::uint32_t mAudioCount = 0;
-    std::optional<ISOTrack> mAudio;   ///< the first enabled one; the first where none is
-    std::optional<ISOTrack> mVideo;   ///< the same, without covers and pictures of chapters
+    std::optional<ISOTrack> mAudio;   ///< the first enabled one; else the first
+    std::optional<ISOTrack> mVideo;   ///< the same, without cover art and pictures of chapters
     std::uint64_t mDuration = 0;      ///< microseconds, the longest that is told; 0: not told
     ISOMatrix mMatrix;                ///< of the whole, after that of a track
     bool mfFragmented = false;        ///< samples may follow in fragments

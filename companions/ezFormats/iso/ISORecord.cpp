@@ -101,7 +101,7 @@ bool IsPlain(const ISOCodec& aCodec) {
     return aCodec.mName == "LPCM";
 }
 
-/// What is stated goes before what is measured. A maximum below the average is none.
+/// What is stated goes before what is measured. A maximum below the average does not count.
 Rates RatesOf(const ISOMedia& aMedia, const ISOTrack& aTrack, const ISOFragmentTrack& aFragments) {
     const ISOCodec& codec = aTrack.mTables.mCodec;
     Rates rates;

@@ -8,7 +8,7 @@
 
 class ezMediaInfo;
 
-/// What the facts of a media are made of.
+/// What the facts of a file are made of.
 struct ISOMedia {
     ISOMovie mMovie;
     ISOFragments mFragments;

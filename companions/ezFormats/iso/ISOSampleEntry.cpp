@@ -8,7 +8,8 @@ namespace {
 
 constexpr const char* kEncrypted = "encrypted:";
 
-/// The format of samples before they were encrypted, from a "sinf" box; none when it does not tell.
+/// The format of samples before they were encrypted, from a "sinf" box (ISO/IEC 14496-12, 8.12.1 and 8.12.2);
+/// none when it does not tell.
 std::optional<BoxType> ReadOriginalFormat(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
     ByteReader content = aBox;
     content.Require(BoxWalk::Within(aBox, aBoxBudget).Find("frma", &content));
@@ -24,8 +25,9 @@ void ReadStream(ByteReader aBox, ISOEntryFacts& anEntry) {
     }
 }
 
+/// Of "btrt" (ISO/IEC 14496-12, 8.5.2).
 void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
-    aBox.Skip(4); // size of a buffer
+    aBox.Skip(4); // bufferSizeDB
     const std::uint32_t maximum = aBox.ReadBig32();
     const std::uint32_t average = aBox.ReadBig32();
     if (!aBox.HasFailed()) {
@@ -37,10 +39,10 @@ void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
 
 ISOSampleEntry::ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget)
     : mTableVersion(aTable.ReadByte()), mContent(aTable) {
-    aTable.Skip(7); // flags, number of entries
+    aTable.Skip(7); // flags, entry_count
     mfFound = BoxWalk::Within(aTable, aBoxBudget).Next(&mFormat, &mContent);
     mContent.Require(mfFound);
-    mContent.Skip(8);
+    mContent.Skip(8); // reserved, data_reference_index
 }
 
 void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBudget, ISOEntryFacts& anEntry) {

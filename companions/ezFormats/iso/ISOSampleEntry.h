@@ -11,9 +11,9 @@
 #include <optional>
 #include <string_view>
 
-// What the descriptions of audio and of video have in common.
+// What the sample entries of audio and of video have in common.
 
-/// The first entry of a table of sample descriptions.
+/// The first sample entry of a track, in "stsd" (ISO/IEC 14496-12, 8.5.2).
 struct ISOSampleEntry {
     explicit ISOSampleEntry(ByteReader aTable, std::uint32_t& aBoxBudget);
 
@@ -21,7 +21,7 @@ struct ISOSampleEntry {
     bool mfFound = false;
     std::uint32_t mTableVersion;
     BoxType mFormat;
-    ByteReader mContent; ///< behind the number of the data reference
+    ByteReader mContent; ///< after data_reference_index
 };
 
 /// What an entry tells, whatever is sampled.
@@ -62,7 +62,7 @@ void ReadBoxes(const ByteReader& aBoxes, const std::array<ISOBoxReader<Entry>, S
 /// in a word.
 ezCString ISOFormatName(BoxType aFormat);
 
-/// Takes rates over where none is stated yet. Those that no record can hold are none.
+/// Takes rates over where none is stated yet. Those that no record can hold do not count.
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec);
 
 /// Marks a codec as one whose samples are encrypted: no rule for the plain codec is to meet it.

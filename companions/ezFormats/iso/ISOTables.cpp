@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Samples and ticks, by runs of samples of one duration.
+/// The time-to-sample table ("stts"; ISO/IEC 14496-12, 8.6.1.2): samples and ticks, by runs of samples of one
+/// duration.
 void ReadTimes(ByteReader aBox, ISOTables& aTables) {
     aBox.Skip(4); // version and flags
     const std::uint32_t runs = aBox.ReadBig32();
@@ -34,11 +35,12 @@ bool IsSizeOfSizes(unsigned aBits) {
     return aBits == 4 || aBits == 8 || aBits == 16;
 }
 
+/// Of "stsz", and of "stz2", which is compact (8.7.3).
 ISOSizeTable ReadSizeTable(ByteReader aBox, bool afCompact) {
     ISOSizeTable table;
     aBox.Skip(4); // version and flags
     if (afCompact) {
-        aBox.Skip(3);
+        aBox.Skip(3); // reserved
         table.mBits = aBox.ReadByte();
         aBox.Require(IsSizeOfSizes(table.mBits));
     } else {
@@ -111,7 +113,7 @@ ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& 
     bool fDescribed = false;
     bool fTimed = false;
     bool fSized = false;
-    // Behind the last of the three there may be megabytes of places and of key pictures.
+    // After the last of the three there may be megabytes of chunk offsets and sync samples.
     while (!(fDescribed && fTimed && fSized) && walk.Next(&type, &content)) {
         if (type == "stsd") {
             tables.mCodec = aKind == ISOTrackKind::kAudio ? ReadAudioDescription(content, aBoxBudget)

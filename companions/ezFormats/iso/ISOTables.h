@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <optional>
 
-/// The sizes of a track's samples ("stsz", "stz2"), of which only the head has been read.
+/// The sample size table of a track ("stsz", "stz2"; ISO/IEC 14496-12, 8.7.3), of which only the head has
+/// been read.
 struct ISOSizeTable {
     std::uint32_t mCount = 0;        ///< samples
     std::uint32_t mConstantSize = 0; ///< bytes of each; 0: a size each follows
@@ -27,7 +28,7 @@ struct ISOSizeSum {
 /// Nothing where the table is damaged.
 ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes);
 
-/// What the tables of a track ("stbl") tell.
+/// What the sample tables of a track ("stbl"; ISO/IEC 14496-12, 8.5.1) tell.
 struct ISOTables {
     ISOCodec mCodec;
     std::uint64_t mTimedSamples = 0; ///< with the ticks that they take; 0 where it is not known

@@ -269,14 +269,14 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
 
 // --- 3GPP
 
-/// A text behind version, flags and language (3GPP TS 26.244, 8). UTF-16 begins with a byte order mark. What
+/// A text after version, flags and language (3GPP TS 26.244, 8). UTF-16 begins with a byte order mark. What
 /// follows the text's NUL, the number of a track, is left.
 ezCString ReadAsset(ByteReader aBox) {
     aBox.Skip(6);
     return CleanMarkedText(ReadTextBytes(aBox));
 }
 
-/// The year of a recording, behind version and flags alone.
+/// The year of a recording, after version and flags alone.
 ezCString ReadAssetYear(ByteReader aBox) {
     aBox.Skip(4);
     const std::uint64_t year = aBox.ReadBig(2);
@@ -307,7 +307,7 @@ std::string Utf8OfMacRoman(std::string_view aBytes) {
     return text;
 }
 
-/// The first of a list of texts, each behind its length and its language. Languages by Macintosh number mean
+/// The first of a list of texts, each after its length and its language. Languages by Macintosh number mean
 /// the Macintosh's own letters, unless the writer knew better.
 ezCString ReadPhrase(ByteReader aBox) {
     constexpr std::uint64_t kFirstPackedLanguage = 0x400;

@@ -3,8 +3,8 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/H264Headers.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
-#include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -81,7 +81,7 @@ constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
                                                    {122, "High422"},
                                                    {244, "High444"}}};
 
-/// Profile, constraints and level, as they begin both the box's own part and a sequence set.
+/// Profile, constraints and level, as they begin both "avcC" and an SPS.
 void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
     constexpr unsigned kConstraint1 = 0x40;
     constexpr unsigned kConstraint3 = 0x10;
@@ -98,15 +98,15 @@ void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
     }
 }
 
-/// A unit without the bytes that keep start codes out of it.
-std::vector<unsigned char> Unescaped(const std::vector<unsigned char>& aUnit) {
+/// The RBSP of a NAL unit: without emulation prevention bytes (ITU-T H.264, 7.4.1).
+std::vector<unsigned char> RBSPOf(const std::vector<unsigned char>& aUnit) {
     std::vector<unsigned char> bytes;
     bytes.reserve(aUnit.size());
     unsigned zeros = 0;
     for (const unsigned char byte : aUnit) {
-        const bool fEscape = zeros >= 2 && byte == 3;
+        const bool fEmulationPrevention = zeros >= 2 && byte == 3;
         zeros = byte == 0 ? zeros + 1 : 0;
-        if (!fEscape) {
+        if (!fEmulationPrevention) {
             bytes.push_back(byte);
         }
     }
@@ -123,12 +123,13 @@ void TakeSPS(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec) {
     aCodec.mHeight = set.mHeight;
     aCodec.mScan = set.mfFrameMBsOnly ? kProgressive : kInterlaced;
     if (set.mHRD.mBitRate < kezMediaInfo_VariableRate) {
-        // The rate of a buffer is what it is filled with at most.
+        // The rate of the HRD parameters is what a buffer is filled with at most.
         const auto rate = static_cast<std::uint32_t>(set.mHRD.mBitRate);
         TakeRates(rate, set.mHRD.mfConstant ? rate : 0, aCodec);
     }
 }
 
+/// Of "avcC" (ISO/IEC 14496-15, 5.3.3.1).
 void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     std::array<unsigned char, 3> profile = {};
     aBox.Require(aBox.ReadByte() == 1);
@@ -136,7 +137,7 @@ void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
         return;
     }
     TakeH264Profile(profile.data(), anEntry.mCodec);
-    aBox.Skip(1); // size of lengths
+    aBox.Skip(1); // lengthSizeMinusOne
     const unsigned sets = aBox.ReadByte() & 0x1FU;
     const auto size = static_cast<std::size_t>(aBox.ReadBig(2));
     const unsigned unit = aBox.ReadByte();
@@ -145,7 +146,7 @@ void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     }
     std::vector<unsigned char> bytes(size - 1);
     if (aBox.Read(bytes.data(), bytes.size())) {
-        TakeSPS(Unescaped(bytes), anEntry.mCodec);
+        TakeSPS(RBSPOf(bytes), anEntry.mCodec);
     }
 }
 
@@ -154,13 +155,14 @@ void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
 constexpr std::array<Profile, 4> kH265Profiles = {
     {{1, "Main"}, {2, "Main10"}, {3, "MainStillPicture"}, {4, "RangeExtensions"}}};
 
+/// Of "hvcC" (ISO/IEC 14496-15, 8.3.3.1).
 void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     aBox.Require(aBox.ReadByte() == 1);
     const unsigned profile = aBox.ReadByte() & 0x1FU;
-    aBox.Skip(4); // profiles that it is compatible with
-    const unsigned sources = aBox.ReadByte() >> 6;
-    aBox.Skip(5);
-    const unsigned level = aBox.ReadByte(); // thirty times
+    aBox.Skip(4);                                  // general_profile_compatibility_flags
+    const unsigned sources = aBox.ReadByte() >> 6; // general_progressive_source_flag, _interlaced_source_flag
+    aBox.Skip(5);                                  // the rest of general_constraint_indicator_flags
+    const unsigned level = aBox.ReadByte();        // thirty times
     if (aBox.HasFailed()) {
         return;
     }
@@ -173,9 +175,9 @@ void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
 
 // --- Others
 
-/// The decoder of H.263: profile by number, and the level as it is named ("level 10").
+/// Of "d263" (3GPP TS 26.244, 6.8): profile by number, and the level as it is named ("level 10").
 void ReadH263(ByteReader aBox, ISOEntryFacts& anEntry) {
-    aBox.Skip(5); // maker and version
+    aBox.Skip(5); // vendor and decoder_version
     const unsigned level = aBox.ReadByte();
     const unsigned profile = aBox.ReadByte();
     if (!aBox.HasFailed()) {
@@ -187,12 +189,12 @@ void ReadH263(ByteReader aBox, ISOEntryFacts& anEntry) {
 constexpr std::array<ISOBoxReader<ISOEntryFacts>, 3> kBoxReaders = {
     {{"avcC", ReadAVC}, {"hvcC", ReadHEVC}, {"d263", ReadH263}}};
 
-/// The fixed part.
+/// The fixed part: VisualSampleEntry (ISO/IEC 14496-12, 12.1.3).
 void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
-    aReader.Skip(16);
+    aReader.Skip(16); // pre_defined and reserved
     aCodec.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aCodec.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
-    aReader.Skip(50); // resolution, name of the encoder, depth, colours
+    aReader.Skip(50); // resolution, frame_count, compressorname, depth, pre_defined
 }
 
 void TakeMPEG4(const ESDescriptor& aStream, ISOCodec& aCodec) {

@@ -49,6 +49,6 @@ void SkipMetaVersion(ByteReader& aMeta) {
     ByteReader ahead = aMeta;
     ahead.Skip(4);
     if (BoxType::Read(ahead) != "hdlr") {
-        aMeta.Skip(4);
+        aMeta.Skip(4); // version and flags
     }
 }

@@ -5,7 +5,8 @@
 
 namespace {
 
-/// What the flags of a frame mean, by version; 0 where the version has no such thing.
+/// What the flags of a frame mean, by version (ID3v2.3.0, 3.3.1; 2.4.0 structure, 4.1); 0 where the version
+/// has no such thing.
 struct FrameFlags {
     unsigned mEncrypted;
     unsigned mCompressed; ///< in 2.3 four bytes follow
@@ -35,7 +36,7 @@ bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag) {
         return false;
     }
     aTag->mVersion = aReader.ReadByte();
-    aReader.Skip(1);
+    aReader.Skip(1); // revision
     aTag->mFlags = aReader.ReadByte();
     aTag->mSize = aReader.ReadSyncsafe32();
     return !aReader.HasFailed();
@@ -63,7 +64,8 @@ ID3Frames::ID3Frames(ByteReader aReader, const ID3Tag& aTag, std::uint32_t aMaxI
     }
 }
 
-/// Steps over the header that may follow the tag's own.
+/// Steps over the extended header (ID3v2.3.0 and 2.4.0 structure, 3.2), whose size in 2.3 leaves out its own
+/// four bytes.
 void ID3Frames::SkipExtendedHeader() {
     if (mVersion == 3) {
         mFrames.Skip(mFrames.ReadBig32());
@@ -124,7 +126,8 @@ std::uint64_t ID3Frames::SizeOf24(std::uint32_t aStated) const {
     return size == aStated || LeadsOn(size) || !LeadsOn(aStated) ? size : aStated;
 }
 
-/// Reads the header of a frame; the reader of its body is a failed one where the frames end.
+/// Reads the header of a frame (ID3v2.3.0, 3.3; 2.4.0 structure, 4); the reader of its body is a failed one
+/// where the frames end.
 ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     aFrame->mID = mFrames.ReadText(mVersion == 2 ? 3 : 4);
     mFrames.Require(!aFrame->mID.IsEmpty() && aFrame->mID.View().front() != '\0'); // padding
@@ -134,7 +137,7 @@ ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     ByteReader body = TakeBody(mVersion == 4 ? SizeOf24(stated) : stated);
     const std::string_view name = aFrame->mID.View();
     aFrame->mfNamed = IsFrameID(name) || (IsShortFrameID(name) && name.back() == '\0');
-    mFrames.Require(aFrame->mfNamed || (stated != 0 && StandsAtFrame(mFrames))); // else it is no frame
+    mFrames.Require(aFrame->mfNamed || (stated != 0 && StandsAtFrame(mFrames))); // else it is not a frame
     return body;
 }
 
@@ -154,7 +157,7 @@ bool ID3Frames::OpenFrame(ByteReader& aBody, unsigned aFlags, ID3Compression* aC
         aCompression->mSize = aBody.ReadBig32();
     }
     if ((aFlags & flags.mGrouped) != 0) {
-        aBody.Skip(1);
+        aBody.Skip(1); // group identifier
     }
     if ((aFlags & flags.mHasDataLength) != 0) {
         const std::uint32_t size = aBody.ReadSyncsafe32();

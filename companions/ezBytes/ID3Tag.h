@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <optional>
 
-/// The header of an ID3v2 tag.
+/// The header of an ID3v2 tag (ID3v2.4.0 structure, 3.1).
 struct ID3Tag {
     unsigned mVersion = 0; ///< the first number after the "2."
     unsigned mFlags = 0;
@@ -35,8 +35,8 @@ bool ReadID3Tag(ByteReader& aReader, ID3Tag* aTag);
 ///
 /// What writers do otherwise is taken where it leads to a frame, the padding or the end, and what the
 /// standard says does not: sizes of 2.4 in plain bytes, where seven bits of each count; sizes of 2.2 and 2.3
-/// that count the stuffing of unsynchronisation; names of 2.2 and a zero where
-/// four characters belong; and names that no frame has ("TST "), whose frames are passed over.
+/// that count the stuffing of unsynchronisation (2.4.0 structure, 6.1); names of 2.2 and a zero where four
+/// characters belong; and names that no frame has ("TST "), whose frames are passed over.
 class ID3Frames {
 public:
     /// @param aReader       stands after the header of the tag and is left there

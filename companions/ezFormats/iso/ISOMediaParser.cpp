@@ -102,7 +102,7 @@ struct Top {
 /// compatible with.
 void ReadBrands(ByteReader aBox, Top& aTop) {
     aTop.mBrand = BoxType::Read(aBox);
-    aBox.Skip(4);
+    aBox.Skip(4); // minor_version
     for (std::uint32_t i = 0; i < kISO_MaxBrands && aBox.GetLeft() >= 4; ++i) {
         aTop.mfPlain = aTop.mfPlain || IsPlainBrand(BoxType::Read(aBox));
     }

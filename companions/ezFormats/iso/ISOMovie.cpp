@@ -49,7 +49,7 @@ ezCString ReadLanguage(ByteReader aBox) {
 /// The duration of "mehd" (8.8.2).
 std::uint64_t ReadWholeDuration(ByteReader aBox) {
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(3);
+    aBox.Skip(3); // flags
     return ReadDuration(aBox, size);
 }
 
@@ -65,7 +65,7 @@ Edits ReadEdits(ByteReader aBox) {
     Edits edits;
     const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
     const std::uint64_t empty = size == 8 ? UINT64_MAX : UINT32_MAX;
-    aBox.Skip(3);
+    aBox.Skip(3); // flags
     const std::uint32_t count = aBox.ReadBig32();
     aBox.Require(count <= kISO_MaxEdits);
     for (std::uint32_t i = 0; i < count && !aBox.HasFailed(); ++i) {

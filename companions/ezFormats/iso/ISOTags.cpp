@@ -90,7 +90,7 @@ constexpr std::uint32_t kDataUtf16 = 2;
 /// A value of an item, after its kind and language.
 ByteReader OpenData(ByteReader aData, std::uint32_t* aKind) {
     *aKind = aData.ReadBig32() & 0xFFFFFFU;
-    aData.Skip(4);
+    aData.Skip(4); // locale
     return aData;
 }
 
@@ -118,7 +118,7 @@ ezCString ReadGenreItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
 /// The number of a track or disc; how many there are follows.
 std::uint32_t ReadNumberItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     ByteReader data = OpenItem(anItem, aBoxBudget);
-    data.Skip(2);
+    data.Skip(2); // reserved
     return static_cast<std::uint32_t>(data.ReadBig(2));
 }
 
@@ -269,16 +269,16 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
 
 // --- 3GPP
 
-/// A text after version, flags and language (3GPP TS 26.244, 8). UTF-16 begins with a byte order mark. What
-/// follows the text's NUL, the number of a track, is left.
+/// A text of an asset (3GPP TS 26.244, 8). UTF-16 begins with a byte order mark. What follows the text's NUL,
+/// the number of a track, is left.
 ezCString ReadAsset(ByteReader aBox) {
-    aBox.Skip(6);
+    aBox.Skip(6); // version, flags, language
     return CleanMarkedText(ReadTextBytes(aBox));
 }
 
-/// The year of a recording, after version and flags alone.
+/// The year of a recording ("yrrc").
 ezCString ReadAssetYear(ByteReader aBox) {
-    aBox.Skip(4);
+    aBox.Skip(4); // version and flags
     const std::uint64_t year = aBox.ReadBig(2);
     return CleanDate(ezCString::Format("%04u", static_cast<unsigned>(year)).View());
 }

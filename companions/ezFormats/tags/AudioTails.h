@@ -8,8 +8,8 @@ class MediaBytes;
 /// What writers of tags put after the sound of a file, one after the other: ID3v1 with its enhanced part,
 /// APE of either version with or without a header, Lyrics3 of either version, and ID3v2 with a footer.
 struct AudioTails {
-    std::uint64_t mAudioEnd =
-        0; ///< where the first of them begins; the size of the file when there is no tag
+    /// Where the first of them begins; the size of the file when there is no tag.
+    std::uint64_t mAudioEnd = 0;
     /// Positions of those that hold texts; 0 for one that is not there, as sound stands before them.
     std::uint64_t mID3v1 = 0;
     std::uint64_t mEnhancedID3v1 = 0;

@@ -44,6 +44,22 @@
 #include "ez/ThumbnailSource.h"
 #include "ez/UndeterminedEltStreamParser.h"
 
+#include "ezFormats/FormatParser.h"
+#include "ezFormats/ProfileRules.h"
+#include "ezLiveStreams/DescriptorStream.h"
+#include "ezLiveStreams/FeedBuffer.h"
+#include "ezLiveStreams/FeedStream.h"
+#include "ezLiveStreams/HttpStream.h"
+#include "ezPlaylists/M3UPlaylistParser.h"
+#include "ezThumbnails/CostlyThumbnailProvider.h"
+#include "ezThumbnails/CoverThumbnailProvider.h"
+#include "ezThumbnails/DefaultThumbnailProvider.h"
+#include "ezThumbnails/JpegPicture.h"
+#include "ezThumbnails/PictureFacts.h"
+#include "ezThumbnails/PictureThumbnailGenerator.h"
+#include "ezThumbnails/SidecarListing.h"
+#include "ezThumbnails/SidecarThumbnailProvider.h"
+
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/base/DateTime.h"
 #include "ezPlatform/base/Error.h"
@@ -170,6 +186,27 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezThumbnailProviderManager,      40, 8,   20, 4),
     EZ_CLASS(ezThumbnailSource,               40, 8,   28, 4),
     EZ_CLASS(ezUndeterminedEltStreamParser,  120, 8,   72, 4),
+    EZ_CLASS(FormatParser,                    88, 8,   52, 4),
+    EZ_CLASS(ProfileMatch,                    64, 8,   48, 4),
+    EZ_CLASS(ProfileRules,                    16, 8,    8, 4),
+    EZ_CLASS(ProfileRulesProblem,             40, 8,   28, 4),
+    EZ_CLASS(ezDescriptorStream,             576, 8,  424, 8),
+    EZ_CLASS(ezFeedBuffer,                   432, 8,  328, 8),
+    EZ_CLASS(ezFeedLimits,                    16, 8,    8, 4),
+    EZ_CLASS(ezFeedOptions,                   24, 8,   12, 4),
+    EZ_CLASS(ezFeedStream,                   512, 8,  376, 8),
+    EZ_CLASS(ezHttpOptions,                   40, 8,   32, 8),
+    EZ_CLASS(ezHttpStream,                   552, 8,  408, 8),
+    EZ_CLASS(M3UPlaylistParser,              144, 8,   96, 8),
+    EZ_CLASS(CostlyThumbnailProvider,         24, 8,   12, 4),
+    EZ_CLASS(CoverThumbnailProvider,          48, 8,   24, 4),
+    EZ_CLASS(DefaultThumbnailProvider,        24, 8,   12, 4),
+    EZ_CLASS(JpegPicture,                     32, 8,   20, 4),
+    EZ_CLASS(JpegRows,                         8, 8,    4, 4),
+    EZ_CLASS(PictureFacts,                    16, 8,   12, 4),
+    EZ_CLASS(PictureThumbnailGenerator,       88, 8,   60, 4),
+    EZ_CLASS(SidecarListing,                   8, 8,    4, 4),
+    EZ_CLASS(SidecarThumbnailProvider,        80, 8,   40, 4),
 };
 // clang-format on
 
@@ -223,11 +260,22 @@ TEST(ClassSizes, EveryClassOfAPublicHeaderIsPinned) {
         EXPECT_TRUE(pinned.insert(row.mName).second) << row.mName << " stands twice";
     }
     std::set<std::string> defined;
+    const auto define = [&defined](const fs::directory_entry& aHeader) {
+        if (IsPublic(aHeader.path())) {
+            defined.merge(ClassesOf(ReadWholeFile(aHeader.path().string())));
+        }
+    };
     for (const char* folder : {EZ_SOURCES "/ezPlatform", EZ_SOURCES "/ezParsersFramework/ez"}) {
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-            if (IsPublic(entry.path())) {
-                defined.merge(ClassesOf(ReadWholeFile(entry.path().string())));
-            }
+            define(entry);
+        }
+    }
+    for (const fs::directory_entry& companion : fs::directory_iterator(EZ_SOURCES "/companions")) {
+        if (!companion.is_directory() || companion.path().filename() == "ezBytes") {
+            continue; // ezBytes is never installed
+        }
+        for (const fs::directory_entry& entry : fs::directory_iterator(companion)) {
+            define(entry); // the folders below are the companion's own
         }
     }
     std::vector<std::string> only;

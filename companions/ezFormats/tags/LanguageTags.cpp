@@ -97,16 +97,22 @@ bool IsRow(std::string_view aText) {
 }
 
 /// The parts of a tag after the language, in the case that RFC 5646, 2.1.1 recommends: regions in capitals,
-/// scripts with one. Empty for what is not one.
+/// scripts with one, and nothing after a part of one character, which begins an extension. Empty for what is
+/// not one.
 std::string Subtags(std::string_view aText) {
     std::string subtags;
+    bool fExtension = false;
     while (!aText.empty()) {
         const std::size_t end = std::min(aText.find('-', 1), aText.size());
         std::string part(aText.substr(1, end - 1));
         if (part.empty() || part.size() > 8 || !std::all_of(part.begin(), part.end(), IsLetterOrDigit)) {
             return {};
         }
-        const std::size_t capitals = part.size() == 2 ? 2 : part.size() == 4 && IsLetter(part[0]) ? 1 : 0;
+        fExtension = fExtension || part.size() == 1;
+        const std::size_t capitals = fExtension                              ? 0
+                                     : part.size() == 2                      ? 2
+                                     : part.size() == 4 && IsLetter(part[0]) ? 1
+                                                                             : 0;
         std::transform(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(capitals), part.begin(),
                        [](char aLetter) {
                            return IsLetter(aLetter) ? static_cast<char>(aLetter - 'a' + 'A') : aLetter;

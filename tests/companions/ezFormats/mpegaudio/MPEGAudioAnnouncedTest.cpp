@@ -220,6 +220,8 @@ TEST(MPEGAudioAnnounced, LanguagesAreTagsOfRFC5646) {
         {"short", V4("TLAN", "EN"), "la=en"},
         {"with a region", V4("TLAN", "PT-br"), "la=pt-BR"},
         {"long, with a script and a region", V4("TLAN", "zho-HANT-tw"), "la=zh-Hant-TW"},
+        {"with an extension", V4("TLAN", "DE-at-U-CO-PHON"), "la=de-AT-u-co-phon"},
+        {"with private parts", V4("TLAN", "en-ca-x-ca"), "la=en-CA-x-ca"},
         {"none", V4("TLAN", "und"), ""},
         {"none that anybody knows", V4("TLAN", "XXX"), ""},
         {"a private one", V4("TLAN", "qaa"), ""},

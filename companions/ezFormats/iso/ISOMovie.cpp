@@ -3,9 +3,12 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/iso/ISOTags.h"
 #include "ezFormats/tags/LanguageTags.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -14,6 +17,7 @@ namespace {
 struct Times {
     std::uint32_t mTimescale = 0;
     std::uint64_t mDuration = 0; ///< 0: not told
+    unsigned mPackedLanguage = 0; ///< of "mdhd" (8.4.2)
 };
 
 std::uint64_t ReadDuration(ByteReader& aReader, unsigned aBytes) {
@@ -29,14 +33,9 @@ Times ReadTimes(ByteReader aBox) {
     aBox.Skip(3 + 2 * size); // flags, creation and modification time
     times.mTimescale = aBox.ReadBig32();
     times.mDuration = ReadDuration(aBox, size);
-    return aBox.HasFailed() ? Times() : times;
-}
-
-/// The packed language of "mdhd" (8.4.2).
-unsigned ReadPackedLanguage(ByteReader aBox) {
-    const unsigned size = aBox.ReadByte() == 1 ? 8 : 4;
-    aBox.Skip(3 + 3 * size + 4); // flags, times, timescale, duration
-    return static_cast<unsigned>(aBox.ReadBig(2));
+    const bool fTold = !aBox.HasFailed();
+    times.mPackedLanguage = static_cast<unsigned>(aBox.ReadBig(2)); // which "mvhd" has not
+    return fTold ? times : Times();
 }
 
 /// The language of "elng" (ISO/IEC 14496-12, 8.4.6).
@@ -130,7 +129,7 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
             const Times times = ReadTimes(content);
             aReading.mTrack.mTimescale = times.mTimescale;
             aReading.mTrack.mDuration = times.mDuration;
-            aReading.mPackedLanguage = ReadPackedLanguage(content);
+            aReading.mPackedLanguage = times.mPackedLanguage;
         } else if (type == "elng") {
             aReading.mLanguage = ReadLanguage(content);
         } else if (type == "hdlr") {
@@ -214,6 +213,8 @@ private:
 
     std::uint32_t& mBoxBudget;
     ISOMovie mMovie;
+    ISOTags mTags;
+    std::string mLanguages; ///< of the audio tracks, in their order, as kezInfo_Languages has them
     std::uint32_t mTimescale = 0;
     bool mfEnabled = false;              ///< one of the tracks is
     std::uint64_t mDisabledDuration = 0; ///< microseconds, the longest of the others
@@ -228,9 +229,9 @@ void MovieReading::TakeDuration(const TrackReading& aReading) {
 
 void MovieReading::TakeLanguage(const TrackReading& aReading) {
     if (aReading.mLanguage.IsEmpty()) {
-        AddPackedLanguage(mMovie.mLanguages, aReading.mPackedLanguage);
+        AddPackedLanguage(mLanguages, aReading.mPackedLanguage);
     } else {
-        AddLanguages(mMovie.mLanguages, aReading.mLanguage.View());
+        AddLanguages(mLanguages, aReading.mLanguage.View());
     }
 }
 
@@ -307,9 +308,11 @@ void MovieReading::Read(const ByteReader& aBox) {
         } else if (type == "mvex") {
             fragments = content;
         } else if (type == "udta" || type == "meta") {
-            ReadTags(content, type == "meta", mBoxBudget, mMovie.mTags);
+            ReadTags(content, type == "meta", mBoxBudget, mTags);
         }
     }
+    mMovie.mTexts = mTags.Merge();
+    mMovie.mTexts.mLanguages = ezCString(std::string_view(mLanguages));
     if (!mfEnabled) {
         mMovie.mDuration = std::max(mMovie.mDuration, mDisabledDuration);
     }

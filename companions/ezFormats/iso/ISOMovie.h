@@ -3,11 +3,10 @@
 #include "ezBytes/ByteReader.h"
 #include "ezFormats/iso/ISOMatrix.h"
 #include "ezFormats/iso/ISOTables.h"
-#include "ezFormats/iso/ISOTags.h"
+#include "ezFormats/tags/MusicTexts.h"
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
 /// A track of audio or video ("trak"; ISO/IEC 14496-12, 8.3.1).
 struct ISOTrack {
@@ -33,8 +32,7 @@ struct ISOMovie {
     ISOMatrix mMatrix;                ///< of the whole, after that of a track
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
-    ISOTags mTags;
-    std::string mLanguages; ///< of the audio tracks, in their order, as kezInfo_Languages has them
+    MusicTexts mTexts;                ///< of its tags; the languages are those of the audio tracks
 };
 
 /// Reads the content of the box, in the order of the file. What is damaged tells nothing.

@@ -226,7 +226,5 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
         StoreNumber(anInfo, kezInfo_Orientation, orientation != 1 ? orientation : 0);
     }
     StoreWhole(aMedia, whole, audio, video, anInfo);
-    MusicTexts texts = movie.mTags.Merge();
-    texts.mLanguages = ezCString(std::string_view(movie.mLanguages));
-    texts.Store(anInfo);
+    movie.mTexts.Store(anInfo);
 }

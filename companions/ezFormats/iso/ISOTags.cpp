@@ -11,8 +11,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -125,8 +127,8 @@ std::uint32_t ReadNumberItem(const ByteReader& anItem, std::uint32_t& aBoxBudget
 /// The values of the fields that items tell in words: of an item that has several, or of several items.
 class ItemValues {
 public:
-    void Read(const ByteReader& anItem, MusicField aField, bool afSecond, std::uint32_t& aBoxBudget) {
-        Values& values = (afSecond ? mSecond : mFirst)[static_cast<std::size_t>(aField)];
+    void Read(const ByteReader& anItem, MusicField aField, std::uint32_t& aBoxBudget) {
+        Values& values = mFields[static_cast<std::size_t>(aField)];
         const bool fSeveral = MusicField_HasSeveral(aField);
         BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
         ByteReader data = anItem;
@@ -140,12 +142,10 @@ public:
     }
 
     void Store(MusicTexts& aTexts) const {
-        for (const auto* all : {&mFirst, &mSecond}) {
-            for (std::size_t i = 0; i < all->size(); ++i) {
-                const auto field = static_cast<MusicField>(i);
-                if ((*all)[i].mCount != 0 && !aTexts.Has(field)) {
-                    aTexts.Take(field, (*all)[i].mNames);
-                }
+        for (std::size_t i = 0; i < mFields.size(); ++i) {
+            const auto field = static_cast<MusicField>(i);
+            if (mFields[i].mCount != 0 && !aTexts.Has(field)) {
+                aTexts.Take(field, mFields[i].mNames);
             }
         }
     }
@@ -155,17 +155,15 @@ private:
         MusicNames mNames;
         std::size_t mCount = 0;
     };
-    using All = std::array<Values, static_cast<std::size_t>(MusicField::Date) + 1>;
 
-    All mFirst;
-    All mSecond;
+    std::array<Values, static_cast<std::size_t>(MusicField::Date) + 1> mFields;
 };
 
-/// Which names the items of a list have, by their number; none where they are known by their types.
+/// Which names the items of a list have, by their number. Items of a list without are known by their types.
 class ItemNames {
 public:
     /// Reads the content of a "keys" box.
-    void Read(ByteReader aBox) {
+    explicit ItemNames(ByteReader aBox) {
         constexpr std::string_view kStart = "mdtacom.apple.quicktime.";
         constexpr std::size_t kMaxName = 64;
         aBox.Skip(4); // version and flags
@@ -180,7 +178,6 @@ public:
             mItems[i] = start == kStart ? Find(text.View().substr(kStart.size())) : nullptr;
         }
     }
-    bool IsEmpty() const { return mCount == 0; }
     /// Null for an item that tells nothing here.
     const NamedItem* Get(BoxType aType) const {
         for (std::uint32_t i = 0; i < mCount; ++i) {
@@ -215,7 +212,7 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
     while (walk.Next(&type, &item)) {
         for (const TextBox& box : kItems) {
             if (type == box.mType) {
-                values.Read(item, box.mField, box.mfSecond, aBoxBudget);
+                values.Read(item, box.mField, aBoxBudget);
             }
         }
         if (type == "gnre" && second.mGenre.IsEmpty()) {
@@ -236,32 +233,34 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
 void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint32_t& aBoxBudget,
                     MusicTexts& aTexts) {
     ItemValues values;
+    ItemValues second;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
         const NamedItem* const name = aNames.Get(type);
         if (name != nullptr) {
-            values.Read(item, name->mField, name->mfSecond, aBoxBudget);
+            (name->mfSecond ? second : values).Read(item, name->mField, aBoxBudget);
         }
     }
     values.Store(aTexts);
+    second.Store(aTexts);
 }
 
 void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     SkipMetaVersion(aMeta);
-    ItemNames names;
+    std::optional<ItemNames> names;
     BoxWalk walk = BoxWalk::Within(aMeta, aBoxBudget);
     BoxType type;
     ByteReader content = aMeta;
     while (walk.Next(&type, &content)) {
         if (type == "keys") {
-            names.Read(content);
-        } else if (type == "ilst" && names.IsEmpty()) {
-            ReadItems(content, aBoxBudget, aTexts);
+            names.emplace(content);
+        } else if (type == "ilst" && names.has_value()) {
+            ReadNamedItems(content, *names, aBoxBudget, aTexts);
             return;
         } else if (type == "ilst") {
-            ReadNamedItems(content, names, aBoxBudget, aTexts);
+            ReadItems(content, aBoxBudget, aTexts);
             return;
         }
     }
@@ -336,8 +335,8 @@ void TakeText(BoxType aType, const std::array<TextBox, Size>& aBoxes, const Byte
 
 } // namespace
 
-MusicTexts ISOTags::Merge() const {
-    MusicTexts texts = mItems;
+MusicTexts ISOTags::Merge() {
+    MusicTexts texts = std::move(mItems);
     texts.Complete(mAssets);
     texts.Complete(mPhrases);
     return texts;
@@ -356,6 +355,7 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
     while (walk.Next(&type, &content)) {
         if (type == "meta") {
             ReadMeta(content, aBoxBudget, aTags.mItems);
+            continue;
         }
         TakeText(type, kAssets, content, ReadAsset, aTags.mAssets, secondAssets);
         if (type == "yrrc" && aTags.mAssets.mDate.IsEmpty()) {

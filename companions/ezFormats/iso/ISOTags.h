@@ -11,8 +11,8 @@ struct ISOTags {
     MusicTexts mAssets;  ///< of 3GPP
     MusicTexts mPhrases; ///< of QuickTime
 
-    /// Each text from the first of these that has it.
-    MusicTexts Merge() const;
+    /// Each text from the first of these that has it. The items are moved out.
+    MusicTexts Merge();
 };
 
 /// Reads the content of a movie's "udta" box, or of its "meta" box. The first text of a kind stays.

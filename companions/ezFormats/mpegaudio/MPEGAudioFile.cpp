@@ -27,14 +27,20 @@ public:
     explicit TagBytes(MediaBytes& aBytes) : ReadShare(aBytes, kMusicTexts_MaxReads), mBytes(aBytes) {}
     ~TagBytes() override;
 
-    /// Where the tag ends that is read next.
-    void SetEndOfTag(std::uint64_t anEnd) { mEnd = anEnd; }
+    /// Where the tag ends that is read next. Until then nobody else reads the media, so that what was lent
+    /// stays at hand.
+    void SetEndOfTag(std::uint64_t anEnd) {
+        mEnd = anEnd;
+        KeepAtHand(nullptr, 0, 0);
+    }
 
     std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
         if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasAtHand(aPosition, 1)) {
             mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
         }
-        return ReadShare::Lend(aPosition, aBytes);
+        const std::size_t count = ReadShare::Lend(aPosition, aBytes);
+        KeepAtHand(count != 0 ? *aBytes : nullptr, aPosition, count);
+        return count;
     }
 
 private:

@@ -299,8 +299,11 @@ void MusicTexts::Take(MusicField aField, const std::vector<ezCString>& aValues) 
 }
 
 void MusicTexts::Take(MusicField aField, const MusicNames& aNames) {
-    const ezCString text = aNames.GetJoined();
-    this->*PlaceOf(aField) = aField == MusicField::Date ? CleanDate(text.View()) : text;
+    ezCString text = aNames.GetJoined();
+    if (aField == MusicField::Date) {
+        text = CleanDate(text.View());
+    }
+    this->*PlaceOf(aField) = std::move(text);
     if (aField == MusicField::Creator) {
         mCreators = aNames.GetListed();
     } else if (aField == MusicField::Genre) {
@@ -309,14 +312,19 @@ void MusicTexts::Take(MusicField aField, const MusicNames& aNames) {
 }
 
 void MusicTexts::Complete(const MusicTexts& aTexts) {
-    // A list goes with its text.
-    mCreators = mCreator.IsEmpty() ? aTexts.mCreators : mCreators;
-    mGenres = mGenre.IsEmpty() ? aTexts.mGenres : mGenres;
-    for (const Place& known : kPlaces) {
-        ezCString& place = this->*known.mPlace;
-        if (place.IsEmpty()) {
-            place = aTexts.*known.mPlace;
+    const auto fill = [](ezCString& aPlace, const ezCString& aText) {
+        if (aPlace.IsEmpty() && !aText.IsEmpty()) {
+            aPlace = aText;
         }
+    };
+    if (mCreator.IsEmpty()) { // a list goes with its text
+        fill(mCreators, aTexts.mCreators);
+    }
+    if (mGenre.IsEmpty()) {
+        fill(mGenres, aTexts.mGenres);
+    }
+    for (const Place& known : kPlaces) {
+        fill(this->*known.mPlace, aTexts.*known.mPlace);
     }
     mTrack = mTrack != 0 ? mTrack : aTexts.mTrack;
     mDisc = mDisc != 0 ? mDisc : aTexts.mDisc;

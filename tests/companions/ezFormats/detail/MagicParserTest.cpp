@@ -1,8 +1,10 @@
 #include "companions/ezFormats/FormatHost.h"
 
 #include "ez/MimeTypesDotIniParser.h"
+#include "ezFormats/detail/FormatMagic.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MagicParser.h"
+#include "ezFormats/detail/MediaBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +78,26 @@ TEST(MagicParser, TagOfASongIsSteppedOverAndDecidesNothing) {
         // No picture begins with one.
         EXPECT_EQ(As(Tag(size) + SampleBytes("pictures/harbour.jpg"), "a.flac").substr(0, 10), "audio/flac")
             << size;
+    }
+}
+
+TEST(FormatMagic, AfterATagOfASongOnlyWhatMayFollowOneShows) {
+    const auto found = [](const std::string& aBytes) {
+        AwkwardStream stream(aBytes);
+        MediaBytes bytes(stream, kMagic_MaxReads, kMagic_MaxBytes);
+        const char* const type = FormatMagic_Find(bytes);
+        return std::string(type != nullptr ? type : "none");
+    };
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        const FormatMagic& magic = format->mMagic;
+        for (const SampleFile& sample : AllSamples()) {
+            if (sample.mWinner == format->mType) {
+                EXPECT_EQ(found(sample.mBytes), magic.mIsAt != nullptr ? format->mType : "none")
+                    << sample.mName;
+                EXPECT_EQ(found(Tag(7) + sample.mBytes), magic.mfAfterTags ? format->mType : "none")
+                    << sample.mName;
+            }
+        }
     }
 }
 

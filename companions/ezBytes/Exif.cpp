@@ -54,7 +54,7 @@ struct Entry {
 class ExifBlock {
 public:
     /// aBlock stands at the TIFF header.
-    explicit ExifBlock(const ByteReader& aBlock) : mBlock(aBlock), mfLittle(false) {
+    explicit ExifBlock(const ByteReader& aBlock) : mBlock(aBlock) {
         ByteReader header = aBlock;
         const std::uint64_t mark = header.ReadBig(4);
         mfLittle = mark == kLittleEndian;
@@ -96,7 +96,7 @@ public:
 
 private:
     ByteReader mBlock;
-    bool mfLittle;
+    bool mfLittle = false;
     std::uint64_t mFirst = 0;
 };
 

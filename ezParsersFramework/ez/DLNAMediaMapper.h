@@ -33,8 +33,7 @@ inline constexpr const char* kezMediaMapperFileName = "MediaMapper.txt";
 class EZPARSERS_API DLNAMediaMapper {
 public:
     /// Makes the writable folder; loads nothing.
-    /// @param anIniParser      knows which extensions exist; borrowed, used by GetFileEntry and AddEntry
-    /// only;
+    /// @param anIniParser      knows which extensions exist; borrowed, used by GetFileEntry and AddEntry;
     ///                         with null no file is found
     /// @param aReadOnlyFolder  where the read-only file lies; "" is the working folder
     /// @param aWritableFolder  where the writable file lies, or is made; "" is the working folder

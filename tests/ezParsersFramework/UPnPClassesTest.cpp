@@ -2,15 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 TEST(UPnPClasses, AreWrittenWithoutObject) {
     EXPECT_STREQ(kezUPnPClass_AudioItem, "item.audioItem");
     EXPECT_STREQ(kezUPnPClass_VideoItem, "item.videoItem");
     EXPECT_STREQ(kezUPnPClass_ImageItem, "item.imageItem");
-    for (const std::string name : {kezUPnPClass_AudioItem, kezUPnPClass_VideoItem, kezUPnPClass_ImageItem}) {
-        EXPECT_EQ(name.substr(0, 5), std::string(kezUPnPClass_Item) + ".");
-    }
+    EXPECT_STREQ(kezUPnPClass_MusicTrack, "item.audioItem.musicTrack");
+    EXPECT_STREQ(kezUPnPClass_AudioBook, "item.audioItem.audioBook");
+    EXPECT_STREQ(kezUPnPClass_Photo, "item.imageItem.photo");
+    EXPECT_STREQ(kezUPnPClass_Item, "item");
 }
 
 TEST(UPnPClasses, FollowTheFirstPartOfAMimeType) {

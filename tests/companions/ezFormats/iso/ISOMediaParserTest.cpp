@@ -347,6 +347,17 @@ TEST(ISOMediaParser, FilmOfFourGigabytesWithItsMovieAtTheEndCostsAHandfulOfReads
     EXPECT_LE(stream.mBytes, 256U * 1024);
 }
 
+TEST(ISOMediaParser, EndOfAnUnknownSizeMayBeMetAsAnError) {
+    const std::string file =
+        FileType() + Movie({EmptyTrack()}, Extends()) + Fragment(1, 7) + Box("mdat", std::string(70000, '.'));
+    Delivery unknown;
+    unknown.mfSizeKnown = false;
+    // The source does not move to where the box after the last one would stand.
+    const std::string cut = Parsed(file.substr(0, file.size() - 10), unknown);
+    EXPECT_TRUE(IsComplete(cut));
+    EXPECT_EQ(cut, Parsed(file, unknown));
+}
+
 TEST(ISOMediaParser, BoxesOutOfReachOfEachOtherUseUpTheBudget) {
     EXPECT_EQ(Refusal(CostlyFiles()[1]), "ISOMediaParser: limit: budget used up before a \"moov\" box");
 }

@@ -109,6 +109,27 @@ TEST(MPEGAudioCosts, SourceThatCannotMoveIsReadOnPastWhatTheStreamKeeps) {
     }
 }
 
+TEST(MPEGAudioCosts, PlaceThatCannotBeReadRefusesTheFile) {
+    const std::string file = Song(9000);
+    for (std::size_t quarter = 1; quarter < 4; ++quarter) {
+        Delivery failing;
+        failing.mFailingOffset = file.size() / 4 * quarter + 100;
+        const LogCatcher log;
+        EXPECT_EQ(Read(file, failing), nullptr) << quarter;
+        EXPECT_TRUE(log.Has("MPEGAudioParser: read error: before all that tells the length\n")) << quarter;
+    }
+}
+
+TEST(MPEGAudioCosts, EndOfAnUnknownSizeMayBeMetAsAnError) {
+    const std::string file = Song(300);
+    Delivery unknown;
+    unknown.mfSizeKnown = false;
+    // The source does not move to where the frame after the last one would stand.
+    const std::string cut = DumpRecord(Read(file.substr(0, file.size() - 10), unknown).get());
+    EXPECT_NE(cut, "null\n");
+    EXPECT_EQ(cut, DumpRecord(Read(file, unknown).get()));
+}
+
 TEST(MPEGAudioCosts, FourGiBCostNoMore) {
     const std::string tag = ID3(3, 0, Frame23("TIT2", "\0Title"s));
     SparseStream stream(

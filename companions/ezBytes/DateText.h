@@ -5,12 +5,12 @@
 #include <string_view>
 
 /// A date as a record has it: ISO 8601, as precise as it is stated, and one that the calendar has. Empty for
-/// what is no date, and for the year 0.
+/// what is not a date, and for the year 0.
 ///
 /// Read are a year of four digits; month and day after it, between "-", ":", "/" or "." or without any; and,
 /// after "T" or a blank, a time with or without fractions and a zone. A month or day of 0 is not stated. A
-/// time without seconds is the start of its minute; of an hour alone, and of a time that is none, the day is
-/// left. Blanks at the ends are none of it.
+/// time without seconds is the start of its minute; of an hour alone, and of what is not a time, the day is
+/// left. Blanks at the ends do not count.
 ///
 ///     "1999"  "1999-12"  "19991231"  "1999:12:31 23:59:58"  "1999-12-31T23:59:58.25+0200"
 ezCString CleanDate(std::string_view aText);

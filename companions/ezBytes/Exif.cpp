@@ -117,7 +117,7 @@ ezCString DateTakenOf(const ExifBlock& aBlock, std::uint64_t aPlace) {
         }
         return anEntry.mTag < kTagZoneTaken; // entries are sorted
     });
-    // With a zone that is none there would be no time.
+    // With what is not a zone there would be no time.
     const ezCString local = CleanDate(date.View());
     const ezCString zoned = zone.IsEmpty() ? local : CleanDate((date + zone).View());
     return zoned.GetLength() > local.GetLength() ? zoned : local;

@@ -5,30 +5,8 @@
 #include "ezPlatform/text/CString.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
-
-constexpr std::size_t CountTypes() {
-    std::size_t count = 0;
-    for (const FormatDescription* const format : AllFormats::kDescriptions) {
-        count += format->mMimeTypes.size();
-    }
-    return count;
-}
-
-/// The types of all formats in a row.
-constexpr std::array<std::string_view, CountTypes()> AllTypes() {
-    std::array<std::string_view, CountTypes()> types = {};
-    std::size_t count = 0;
-    for (const FormatDescription* const format : AllFormats::kDescriptions) {
-        for (const char* const type : format->mMimeTypes) {
-            types[count++] = type;
-        }
-    }
-    return types;
-}
-constexpr auto kTypes = AllTypes();
 
 /// The first row of other names of a type that a question is true of; null where there is none.
 template <typename Question>
@@ -50,13 +28,12 @@ bool Lists(const OtherMimeTypes& aRow, std::string_view aName) {
 
 } // namespace
 
-std::string_view FormatMimeType_At(std::size_t anIndex) {
-    return anIndex < kTypes.size() ? kTypes[anIndex] : std::string_view();
-}
-
 bool FormatMimeType_IsStated(std::string_view aMimeType) {
-    return std::any_of(kTypes.begin(), kTypes.end(),
-                       [aMimeType](std::string_view aKnown) { return ezIsEqualNoCase(aMimeType, aKnown); });
+    const auto isStated = [aMimeType](const FormatDescription* aFormat) {
+        return std::any_of(aFormat->mMimeTypes.begin(), aFormat->mMimeTypes.end(),
+                           [aMimeType](const char* aStated) { return ezIsEqualNoCase(aMimeType, aStated); });
+    };
+    return std::any_of(AllFormats::kDescriptions.begin(), AllFormats::kDescriptions.end(), isStated);
 }
 
 bool FormatMimeType_IsOtherName(std::string_view aName, std::string_view aType, std::string_view aCodec) {

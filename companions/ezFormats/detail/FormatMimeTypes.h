@@ -1,11 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
-/// The MIME types that formats state, one after the other; empty after the last one.
-std::string_view FormatMimeType_At(std::size_t anIndex);
-/// True for one of them, whatever its case; a type with parameters is not one.
+/// True for a MIME type that a format states, whatever its case; a type with parameters is not one.
 bool FormatMimeType_IsStated(std::string_view aMimeType);
 
 /// True when a MIME type is only another name of aType for media of an audio codec (empty: of none), so that

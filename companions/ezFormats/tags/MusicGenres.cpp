@@ -104,12 +104,3 @@ bool TakeMusicGenre(std::string_view& aText, std::string_view* aName) {
     aText = {};
     return true;
 }
-
-ezCString MusicGenreOf(std::string_view aText) {
-    std::string names;
-    std::string_view name;
-    while (TakeMusicGenre(aText, &name)) {
-        AddMusicName(names, name);
-    }
-    return ezCString(std::string_view(names));
-}

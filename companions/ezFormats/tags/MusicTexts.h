@@ -93,8 +93,5 @@ void AddMusicName(std::string& aList, std::string_view aName);
 /// among words. Its name is empty for a number that means none. False when nothing is left.
 bool TakeMusicGenre(std::string_view& aText, std::string_view* aName);
 
-/// All genres of such a text by their names, each once, separated by ", ".
-ezCString MusicGenreOf(std::string_view aText);
-
 /// The name of a number; empty for one that has none.
 std::string_view MusicGenreName(unsigned aNumber);

@@ -43,8 +43,15 @@ std::string TextsIn(const char* aCodePage, const std::string& aBytes) {
     parser.SetEnvironmentInfo(environment.Get());
     return Texts(aBytes, parser);
 }
+/// All genres of a text by their names, each once, separated by ", ".
 std::string Genre(const std::string& aText) {
-    return Str(MusicGenreOf(aText));
+    std::string names;
+    std::string_view rest = aText;
+    std::string_view name;
+    while (TakeMusicGenre(rest, &name)) {
+        AddMusicName(names, name);
+    }
+    return names;
 }
 
 } // namespace
@@ -140,7 +147,7 @@ TEST(MPEGAudioTexts, OfSeveralTheFirstIsTheTitleAndAllAreTheCreators) {
                                Frame24("TCON", "\3"
                                                "17\0RX\0Rock\0Odd"s);
     EXPECT_EQ(Texts(ID3(4, 0, frames) + Song()), "One|Ann, Bob|A|Rock, Remix, Odd");
-    // Up to 2.3 nothing behind the zero counts.
+    // Up to 2.3 nothing after the zero counts.
     EXPECT_EQ(Texts(ID3(3, 0, Frame23("TPE1", "\0Ann\0Bob"s)) + Song()), "|Ann||");
     // The first frame of a kind is kept, and the first tag.
     EXPECT_EQ(Texts(ID3(3, 0, Frame23("TIT2", "\0A"s) + Frame23("TIT2", "\0B"s)) +
@@ -306,7 +313,7 @@ TEST(MPEGAudioTexts, PlainSizesInANewTagAreFollowedWhereTheyLeadOn) {
     EXPECT_EQ(Texts(ID3(4, 0, plain("TIT2", "\0"s + std::string(200, 't')) + artist) + Song()),
               std::string(200, 't') + "|Artist||");
     EXPECT_EQ(Texts(ID3(4, 0, plain("APIC", std::string(70000, 'p')) + artist) + Song()), "|Artist||");
-    // Neither size leads on: that of the standard counts, and what is behind it is lost.
+    // Neither size leads on: that of the standard counts, and what is after it is lost.
     EXPECT_EQ(Texts(ID3(4, 0, Frame24("TIT2", title) + "x" + artist) + Song()),
               std::string(300, 't') + "|||");
 }

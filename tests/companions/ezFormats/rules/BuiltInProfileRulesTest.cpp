@@ -210,10 +210,10 @@ TEST(BuiltInProfileRules, NoneGivesItsNameJustOutsideOfAnyOfItsConditions) {
 TEST(BuiltInProfileRules, NoneGivesItsNameToAnotherMimeType) {
     for (const ProfileRule& rule : BuiltInRules()) {
         const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
-        for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
-            info->Set(kezInfo_MimeType, ezCString(FormatMimeType_At(i)), true);
-            if (!IsForMimeType(rule, ProfileRuleList_FindMimeType(BuiltInList(), FormatMimeType_At(i)))) {
-                EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << FormatMimeType_At(i);
+        for (const std::string& type : StatedMimeTypes()) {
+            info->Set(kezInfo_MimeType, type.c_str(), true);
+            if (!IsForMimeType(rule, ProfileRuleList_FindMimeType(BuiltInList(), type))) {
+                EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << type;
             }
         }
     }
@@ -296,9 +296,9 @@ TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {
         }
     });
     std::set<std::string> listed;
-    for (std::size_t i = 0; !FormatMimeType_At(i).empty(); ++i) {
-        listed.insert(std::string(FormatMimeType_At(i)) + ":*");
-        EXPECT_TRUE(FormatMimeType_IsStated(FormatMimeType_At(i)));
+    for (const std::string& type : StatedMimeTypes()) {
+        listed.insert(type + ":*");
+        EXPECT_TRUE(FormatMimeType_IsStated(type));
     }
     EXPECT_EQ(given, listed);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezFormats/ProfileRules.h"
+#include "ezFormats/detail/Formats.h"
 
 #include "support/Str.h"
 #include "support/WholeFile.h"
@@ -40,6 +41,15 @@ inline std::vector<std::string> ProblemsOf(const std::string& aTable) {
 inline std::string ProfileBy(const std::string& aTable, const std::string& aRecord) {
     const std::shared_ptr<const ProfileRules> rules = ProfileRules::FromText(aTable, nullptr);
     return rules == nullptr ? "a problem" : Str(rules->FindProfile(*RecordOf(aRecord)));
+}
+
+/// The MIME types of all formats, in the order of the list.
+inline std::vector<std::string> StatedMimeTypes() {
+    std::vector<std::string> types;
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        types.insert(types.end(), format->mMimeTypes.begin(), format->mMimeTypes.end());
+    }
+    return types;
 }
 
 /// What the library's table gives a record.

@@ -22,8 +22,7 @@ struct ezHttpOptions {
 ///
 /// The size is that of the headers, where they state it. A seek outside of the window asks the server anew,
 /// for the rest from there (RFC 9110, section 14); a server without ranges sends all again, which is skipped
-/// up to there. After a failure, which GetErrorText tells, a seek outside of the window asks once more, a few
-/// times. What a failure is, and when a seek asks: docs/live-streams.md.
+/// up to there. What a failure is (GetErrorText), and when a seek asks again: docs/live-streams.md.
 ///
 /// A record receives the type that the server states as its MIME type, without parameters, where it has no
 /// MIME type (application/octet-stream tells nothing and does not count), and the time of the last

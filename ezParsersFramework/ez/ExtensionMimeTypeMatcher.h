@@ -17,11 +17,8 @@ struct ezPtrList;
 ///
 ///     mp3=mp3,mpga@audio/mpeg,audio/mp3@item.audioItem
 ///
-/// Everything is trimmed. Empty fields and items are dropped and those after them move up: in "@video/mpeg"
-/// "video/mpeg" is the extension, so a line fills every field up to the last that it uses. Fields after the
-/// fourth are ignored, and so is a key without a value. Extensions, MIME types and type names are converted
-/// to lower case, classes are not. The order of the lines decides every "first" below; excluded entries are
-/// indexed like the others and come before them.
+/// The order of the lines decides every "first" below; excluded entries are indexed like the others and come
+/// before them.
 ///
 /// Built, loaded once, then only read; several threads may then ask at once. After Cleanup the table is empty
 /// and every query has the result for something unknown. Lists that it returns belong to it, until Cleanup or
@@ -38,6 +35,11 @@ public:
     ExtensionMimeTypeMatcher& operator=(const ExtensionMimeTypeMatcher&) = delete;
 
     /// Fills the table. Always true: a missing file or section yields no entries.
+    ///
+    /// Everything is trimmed. Empty fields and items are dropped and those after them move up: in
+    /// "@video/mpeg" "video/mpeg" is the extension, so a line fills every field up to the last that it uses.
+    /// Fields after the fourth are ignored, and so is a key without a value. Extensions, MIME types and type
+    /// names are converted to lower case, classes are not.
     bool Load();
     /// Adds the entries of one section.
     bool LoadMimeType(const char* aSection);

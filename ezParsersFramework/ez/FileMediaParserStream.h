@@ -7,20 +7,15 @@
 
 /// A local file as the input of parsers.
 ///
-/// Construction looks up the modification time and opens nothing: the size is 0 until Open, or the first
-/// read, opens the file. A host therefore calls Open before it parses; on an unopened stream the first parser
-/// would see no size.
+/// Construction looks up the modification time and opens nothing: the size is 0, not known, until Open or the
+/// first read opens the file. A host therefore calls Open before it parses.
 ///
 /// Seeks are lazy: without afSeekImmediate a seek only records the position, succeeds up to and including the
-/// end that Open saw, and costs no system call. While the size is 0 every lazy seek beyond 0 fails. A seek
-/// that fails leaves Tell unchanged, but the next read of the source starts at the position that was refused,
-/// or gives 0 bytes where a file cannot stand there. An immediate seek needs an open file, but for one to
-/// where the file stands. A read of the source gives at most INT_MAX bytes.
+/// end that Open saw, and costs no system call. Open keeps Tell and the buffer of the start, but the file
+/// itself is at its start: seek before reading on. On a file that is missing or unreadable the reads of the
+/// source return 0 bytes, as at the end.
 ///
-/// Open keeps what Tell says and the buffer of the start of the media, but the file itself stands at its
-/// start: seek before reading on. After Close a read that has to open the file again starts at 0 of the file,
-/// whatever position a lazy seek had recorded: call Open and seek before reading on. On a file that is
-/// missing or unreadable the reads of the source give 0 bytes, as at the end of a media.
+/// docs/parser-streams.md has the rest: refused and immediate seeks, reads after Close.
 class EZPARSERS_API ezFileMediaParserStream : public ezMediaParserStream {
 public:
     /// Takes the path of a file, which need not exist, with its extension and modification time. Opens

@@ -9,9 +9,9 @@
 
 class ezMediaInfo;
 
-/// The input of every parser: a position over a media, and a buffer that mirrors its first 8 KiB, so that the
-/// many small reads of format probing cost one read of the source. A concrete stream supplies MediaSeek and
-/// MediaRead.
+/// The input of every parser: a position over a file or another source of bytes, and a buffer that mirrors
+/// its first 8 KiB, so that the many small reads of format probing cost one read of the source. A concrete
+/// stream supplies MediaSeek and MediaRead.
 ///
 // clang-format off
 /// What a read gives (of a size other than 0):
@@ -25,17 +25,12 @@ class ezMediaInfo;
 ///
 /// "Filling" is the one read that fills the buffer; reads that the buffer answers are always before the end. A
 /// ReadFromEnd is the read of the same form at GetMediaSize() - size, and false while the size is unknown (0); its
-/// exact form is false too for a media smaller than the request, while the up-to form then reads the whole media.
-/// What a Seek to or behind the end gives is the concrete stream's affair; one that fails leaves the position.
+/// exact form is false too for a file smaller than the request, while the up-to form then reads the whole media.
+/// What a Seek to or after the end gives is up to the concrete stream; one that fails leaves the position.
 ///
 // clang-format on
-/// The first read of a stream is made at position 0: the buffer is filled from wherever the source stands and
-/// taken as the start of the media. It is filled at most once, by the first read that ends within 8 KiB, and
-/// stays for the life of the stream, across Close and Open. An exact read that ends exactly at the end of the
-/// buffered data goes to the source; the up-to read of the same bytes is served from the buffer.
-///
-/// A position whose sum with an offset or a size would pass 2^64-1 is out of range: such a Seek fails and
-/// such a read goes to the source. A stream belongs to one parse at a time and is not locked.
+/// A stream belongs to one parse at a time and is not locked. docs/parser-streams.md says when the buffer is
+/// filled, and what a position near 2^64 gives.
 class EZPARSERS_API ezMediaParserStream {
 public:
     static constexpr int SeekFromStart = 0; ///< a mode of Seek: the offset counts from the start of the media

@@ -32,7 +32,7 @@ enum ezParserSpecsLevel : int {
     kProperty_Parser_SpecsLevel_Count = kProperty_Parser_SpecsLevel_Development + 1
 };
 
-/// Bytes at the start of a media that a stream keeps.
+/// Bytes at the start of the media that a stream keeps.
 inline constexpr std::size_t kezMediaParserStreamBufferSize = std::size_t{8} * 1024;
 
 /// Bytes of the begin block that format parsers usually ask for.

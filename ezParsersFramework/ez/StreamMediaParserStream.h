@@ -9,40 +9,23 @@ class ezStream;
 /// Callback by which a stream tells its adapter, aUserData, that more has arrived.
 EZPARSERS_API void sStreamThresholdCallBack(void* aUserData);
 
-/// A media that arrives over a network, or from any other ezStream, as the input of parsers: read exactly
-/// like a local file. A reader that has caught up with the arrival waits until the stream fires its threshold
-/// callback.
+/// Media that arrive over a network, or from any other ezStream, as the input of parsers: read exactly like a
+/// local file. A reader that has caught up with the arriving bytes waits until the stream fires its threshold
+/// callback; there is no time-out here.
 ///
 /// The legal order of calls:
-/// 1. The host opens or starts the stream, which stands at its start, and constructs the adapter on it.
+/// 1. The host opens or starts the stream, which is at its start, and constructs the adapter on it.
 /// 2. Open. It fetches the first 8 KiB, and so may wait, asks for the size, and tells whether the stream is
 ///    usable. No read opens by itself: without Open the size is not known before the first read.
 /// 3. Seeks, reads and CopyInfo, from one thread.
 /// 4. Close, or destruction, after which no callback comes any more. An owned stream is released by it.
-///    A stream that is not owned is still read after Close, but nothing wakes a reader then: a read that
-///    finds nothing gives 0 bytes. Open registers the callback again.
 /// A stream that is not owned outlives its adapter, or at least its Close; one adapter at a time on a stream.
 ///
-/// Seeks are lazy, as for a file, but a size of 0 is one that is not known yet, and any lazy seek is accepted
-/// then; the size becomes known by a read at the latest when the stream knows it. Open reads one
-/// byte: where Tell stands, or from the start of the media where that fills its buffer. It keeps what Tell
-/// says and the buffer, but the stream itself is put back to its start: seek before reading on. Where it
-/// cannot be put back, reads before the place where it stands are answered from the buffer or fail; they
-/// never give other bytes.
-///
-/// An error of the stream is -1 on the way that lends, and the stream's own count, by contract 0, on the way
-/// that copies; a seek that the stream refuses makes the next read give 0 bytes. There is no time-out here: a
-/// stream that neither brings data nor tells of its end or of an error keeps the reader waiting, and a stream
-/// that has a time-out reports it as an error. A stream that gives less than was asked before its end breaks
-/// the contract of ezStream, and leaves the buffer of the start that short.
-///
-/// Without a stream (null, or released by Close) opens, seeks and reads of the source answer false or 0, and
-/// CopyInfo adds what the adapter itself still knows.
-///
-/// One thread parses. The stream's thread meets it in ThresholdReached only.
+/// The stream's thread meets the parsing thread in ThresholdReached only. docs/parser-streams.md has the
+/// rest: seeks while the size is not known, errors of the stream, reads after Close.
 class EZPARSERS_API ezStreamMediaParserStream : public ezMediaParserStream {
 public:
-    /// @param aStream      null is a media that cannot be read
+    /// @param aStream      null: there is nothing to read
     /// @param afOwnStream  Close and destruction release the stream
     ezStreamMediaParserStream(ezStream* aStream, bool afOwnStream);
     ~ezStreamMediaParserStream() override;

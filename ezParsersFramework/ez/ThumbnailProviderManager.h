@@ -23,12 +23,6 @@ inline constexpr char kezThumbnailDLNAFlags[] =
 
 /// Returns thumbnails: from the cache, or built by the providers and then cached.
 ///
-/// A request that no provider is able to serve leaves an empty file in the cache: the next request for the
-/// same name fails at once, and a provider added later is not asked for it either. A request that a provider
-/// tried and failed to serve leaves nothing, and is tried again. The file is emptied before each provider
-/// tries, so that nothing of a failed attempt remains in the next; where it cannot be emptied, the request
-/// fails.
-///
 /// A server creates the manager with cache and generator, adds its providers, sets a default provider, and
 /// keeps the manager as long as it runs. Hand each provider over once: one that is both in the list and the
 /// default, or in the list twice, would be deleted twice. One thread at a time uses the manager, its
@@ -58,6 +52,12 @@ public:
 
     /// The thumbnail, an open file at its start, owned by the caller. With afUseDefault, where the item has
     /// none, the generic one of its media class. Null when there is no thumbnail.
+    ///
+    /// A request that no provider is able to serve leaves an empty file in the cache: the next request for
+    /// the same name fails at once, and a provider added later is not asked for it either. A request that a
+    /// provider tried and failed to serve leaves nothing, and is tried again. The file is emptied before each
+    /// provider tries, so that nothing of a failed attempt remains in the next; where it cannot be emptied,
+    /// the request fails.
     ezFile* GetThumbnail(const ThumbnailInfo* anInfo, bool afUseDefault);
 
     /// Only the item's own thumbnail, or with afUseDefaultProvider only the generic one, as GetThumbnail

@@ -33,18 +33,9 @@ inline constexpr std::string_view kezDLNAParameter_Flags = "DLNA.ORG_FLAGS";
 /// @}
 
 /// The 4th field of a protocolInfo as a value: profile in, profile out, and its other parameters (DLNA
-/// guidelines 7.4.1.3). Records hold it as text under kezInfo_DLNA: `ezDLNAField(text)` reads one, GetText
-/// writes it.
-///
-/// Read in any order and leniently, written in the mandatory order: DLNA.ORG_PN, OP, PS, CI, FLAGS, then
-/// unknown parameters in the order met with their values unchanged. A parameter is found by its whole name,
-/// to the letter; where one stands twice the first counts. What is malformed (an OP that is not two bits, a
-/// play speed that is not a number, a FLAGS of fewer than eight hexadecimal digits) is dropped. FLAGS is read
-/// from its first eight digits and written as eight upper-case ones and 24 zeros. What was stated is written,
-/// also where it is 0. A field without parameters is "*".
-///
-/// A play speed is a non-zero integer or fraction ("-1/2"), kept as written; one equal to 1 is always
-/// supported and never listed, and of two that are the same number the first stays.
+/// guidelines 7.4.1.3). Records hold it as text under kezInfo_DLNA: `ezDLNAField(text)` reads one, leniently
+/// and in any order, and GetText writes it in the mandatory order. What was stated is written, also where it
+/// is 0.
 ///
 /// Values of parameters are written as they are: one that was set and holds a ";" would be read as two
 /// parameters. A plain value: copied and moved freely, not locked.
@@ -52,7 +43,10 @@ class EZPLATFORM_API ezDLNAField {
 public:
     /// Without a parameter: "*".
     ezDLNAField() = default;
-    /// Reads a text; never fails. A NUL ends it.
+    /// Reads a text; never fails. A NUL ends it. A parameter is found by its whole name, to the letter; where
+    /// one stands twice the first counts. What is malformed is dropped: an OP that is not two bits, a play
+    /// speed that is not a number, a FLAGS of fewer than eight hexadecimal digits. Of FLAGS the first eight
+    /// digits are read.
     explicit ezDLNAField(std::string_view aText);
     /// Of a profile and nothing else; "*" of an empty one.
     static ezDLNAField OfProfile(ezCString aProfile);
@@ -65,7 +59,9 @@ public:
     /// The value of a parameter in the text of a field, a part of that text; nothing where it is absent.
     static std::optional<std::string_view> ValueIn(std::string_view aText, std::string_view aName);
 
-    /// The field as it is announced; "*" without a parameter.
+    /// The field as it is announced: DLNA.ORG_PN, OP, PS, CI, FLAGS, then unknown parameters in the order met
+    /// with their values unchanged. FLAGS is eight upper-case hexadecimal digits and 24 zeros. "*" without a
+    /// parameter.
     ezCString GetText() const;
 
     /// The profile name, DLNA.ORG_PN; "" when it is not stated, and "" takes it away.
@@ -83,9 +79,11 @@ public:
     void SetByteSeek(bool afSeek);
     /// @}
 
-    /// The play speeds, DLNA.ORG_PS, as a comma list; "" when there are none. What is not a speed is dropped
-    /// from a list; its commas may be written "\,". Adding, of a list or of those of another field, skips
-    /// speeds that are there.
+    /// The play speeds, DLNA.ORG_PS, as a comma list; "" when there are none. A play speed is a non-zero
+    /// integer or fraction ("-1/2"), kept as written; one equal to 1 is always supported and never listed,
+    /// and of two that are the same number the first stays. What is not a speed is dropped from a list; its
+    /// commas may be written "\,". Adding, of a list or of those of another field, skips speeds that are
+    /// there.
     /// @{
     ezCString GetPlaySpeeds() const;
     void SetPlaySpeeds(std::string_view aList);

@@ -21,11 +21,6 @@ class PlaylistPlace;
 /// A walk goes in the order of playing, which need not be that of the bytes (PLS). It begins with the entry
 /// at the position that was sought, or else with the first in the bytes after it; a position before all
 /// entries, and so 0, begins with the first to be played. After the last one there is no entry.
-///
-/// What could be read of a playlist that is broken or too long stays as it is. So it does of one whose stream
-/// failed, or for which memory was refused (of that it may be nothing), but a walk that is begun anew at 0
-/// reads the playlist again first, and so does now and then a request for what was not read: after each in
-/// vain, twice as many go by. What a new read gives is taken when it is whole, or when it got further.
 class IndexedPlaylistParser : public PlaylistParser {
 public:
     ~IndexedPlaylistParser() override;
@@ -72,6 +67,11 @@ private:
 
     /// True when that read the playlist.
     bool EnsureIndex();
+    /// What could be read of a playlist that is broken or too long stays as it is. So it does of one whose
+    /// stream failed, or for which memory was refused (of that it may be nothing), but a walk that is begun
+    /// anew at 0 reads the playlist again first, and so does now and then a request for what was not read:
+    /// after each in vain, twice as many go by. What a new read returns is taken when it is whole, or when it
+    /// got further.
     void EnsureIndexAgain();
     void ReadIndex();
     /// False when memory for it was refused: nothing finds its way in the records then.

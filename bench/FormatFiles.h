@@ -39,7 +39,7 @@ struct Film {
     std::uint64_t mSize;
 };
 
-/// A film of about a size, at a rate of 4.6 Mbit/s, its movie behind the media. The tables of the movie are
+/// A film of about a size, at a rate of 4.6 Mbit/s, its movie after the media. The tables of the movie are
 /// those of so many seconds.
 Film FormatFiles_Film(std::uint64_t aSize, std::uint64_t aTableSeconds);
 /// Seconds of a film of a size.

@@ -15,7 +15,7 @@ struct Probe {
 inline constexpr std::array<Probe, 5> kProbes = {{{0, 12}, {4, 8}, {512, 16}, {2048, 32}, {8000, 64}}};
 inline constexpr std::size_t kLargestProbe = 64;
 
-/// Takes a media for its own that has its mark wherever it looks.
+/// Takes a file for its own that has its mark wherever it looks.
 class ProbingParser : public ezMediaParser {
 public:
     static constexpr char kMark = 'c';

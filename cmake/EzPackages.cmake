@@ -40,7 +40,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libezparsersframework${EZ_ABI_VERSION})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "identification of media for DLNA media servers
-The library tells a DLNA media server what a media is and how it is
+The library tells a DLNA media server what a media file is and how it is
 announced: MIME type, UPnP class, DLNA 4th field, duration, bit rates and
 more. With it come its companions: parsers of formats, streams from
 descriptors and over HTTP, readers of playlists, thumbnails.")
@@ -52,7 +52,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libezparsersframework-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "identification of media for DLNA media servers - development
 The headers, and the files by which CMake and pkg-config find the
-libraries that tell a DLNA media server how a media is announced.")
+libraries that tell a DLNA media server how media are announced.")
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME ezannounce)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "shows how a DLNA media server announces media

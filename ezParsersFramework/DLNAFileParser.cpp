@@ -68,15 +68,15 @@ struct Case {
 
 enum class Subject {
     Name, ///< the whole file name
-    Code  ///< the file name behind its first two characters
+    Code  ///< the file name after its first two characters
 };
 
 constexpr std::size_t kMaximumAlternatives = 2;
 constexpr std::size_t kMaximumCases = 20;
 
 /// A rule holds when the extension and the beginning of its subject are among its alternatives (an empty
-/// alternative in a later place is none). The first of its cases that fits is then the answer, and no fitting
-/// case ends the search.
+/// alternative in a later place does not count). The first of its cases that fits is then the answer, and no
+/// fitting case ends the search.
 struct Rule {
     std::array<std::string_view, kMaximumAlternatives> mExtensions;
     Subject mSubject;

@@ -23,7 +23,7 @@ PlaylistParserFactoryInfo* FirstOf(const ezArray* anArray, Test aTest) {
 }
 
 /// Between commas, so that no extension is found inside another. Put together, not formatted: an extension of
-/// a stranger's file may hold a NUL, behind which a format would stop.
+/// a stranger's file may hold a NUL, after which a format would stop.
 ezCString BetweenCommas(const ezCString& aText) {
     return "," + aText.Lower() + ",";
 }

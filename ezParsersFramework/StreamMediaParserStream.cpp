@@ -138,9 +138,9 @@ ezFileOffset ezStreamMediaParserStream::BorrowingRead(void* aBuffer, std::size_t
         status = mStream->LendingRead(&data, &count, ezStreamReadFlag_Whole);
     } while (status == ezStreamingStatus_NoError && count == 0 && WaitForData());
 
-    const bool fLent = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
+    const bool fBorrowed = status == ezStreamingStatus_NoError || status == ezStreamingStatus_EOS;
     count = std::min(count, aSize);
-    if (!fLent || (count != 0 && data == nullptr)) {
+    if (!fBorrowed || (count != 0 && data == nullptr)) {
         mSeekPos -= 1; // an error moves back by one, around 0 too
         return -1;
     }

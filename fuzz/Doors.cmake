@@ -5,7 +5,7 @@ set(EZ_FUZZ_DOORS)
 
 # ez_add_door(<library> <door> <source>...): nothing where the library is not built. The sources are those whose every
 # branch the door's corpus reaches if a valid input does; what only carries bytes to them is another door's. Some stand
-# behind several doors.
+# past several doors.
 macro(ez_add_door LIBRARY DOOR)
     if(TARGET ${LIBRARY})
         list(APPEND EZ_FUZZ_DOORS ${DOOR})

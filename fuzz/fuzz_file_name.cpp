@@ -22,7 +22,7 @@
 
 namespace {
 
-/// A media of a name and a size, without content.
+/// A file of a name and a size, without content.
 class NamedStream : public ezMediaParserStream {
 public:
     NamedStream(const ezCString& aPath, const ezuint64& aSize) {

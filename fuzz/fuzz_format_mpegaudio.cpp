@@ -28,7 +28,7 @@ private:
     MPEGAudioParser* mParser = new MPEGAudioParser; ///< the manager's
 };
 
-/// The whole file in blocks of 64 KiB, of which a part may have been at hand. A hole is stepped into once.
+/// The whole file in blocks of 64 KiB, of which a part may have been buffered. A hole is stepped into once.
 FormatDescription DescriptionOfWhole(std::size_t aSize) {
     constexpr std::size_t kBlock = std::size_t{64} * 1024;
     FormatDescription format = MPEGAudioParser::kDescription;

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// The fields that a media can be told by.
+/// The fields that a file can be told by.
 constexpr std::array<const char*, 9> kFields = {"accept-ranges", "content-encoding", "content-length",
                                                 "content-range", "content-type",     "etag",
                                                 "last-modified", "location",         "transfer-encoding"};
@@ -98,7 +98,7 @@ std::optional<ezContentRange> RangeOf(const Parts& aParts) {
     }
     const std::optional<std::uint64_t> first = NumberOf(aParts.mWhat.substr(0, dash));
     const std::optional<std::uint64_t> last = NumberOf(aParts.mWhat.substr(dash + 1));
-    // Behind the last byte there is a next one, and the total can tell it.
+    // After the last byte there is a next one, and the total can tell it.
     if (!first || !last || *first > *last || *last >= total.value_or(UINT64_MAX)) {
         return std::nullopt;
     }
@@ -152,7 +152,7 @@ void CheckTexts(const ezHttpResponse& aResponse) {
 /// What the lines of one answer say.
 class Answer {
 public:
-    /// Behind the end of a head nothing belongs to it.
+    /// After the end of a head nothing belongs to it.
     void Take(std::string_view aLine) {
         const std::size_t colon = aLine.find(':');
         if (mfHead && colon != std::string_view::npos) {

@@ -93,7 +93,7 @@ Delivery DecodeDelivery(FuzzInput& anInput) {
     return delivery;
 }
 
-/// A media in memory.
+/// A file in memory.
 class MemoryStream : public ezMediaParserStream {
 public:
     MemoryStream(std::size_t aSize, const Delivery& aDelivery) : mSize(aSize), mDelivery(aDelivery) {
@@ -211,7 +211,7 @@ std::uint64_t DecodeNumber(FuzzInput& anInput, std::size_t aContentSize) {
     }
 }
 
-/// One stream, the operations on it, and what each must leave behind.
+/// One stream, the operations on it, and what each must leave after.
 class Play {
 public:
     Play(ezMediaParserStream& aStream, std::size_t aContentSize, const Delivery& aDelivery, bool afFile)
@@ -233,7 +233,7 @@ public:
         if (mfAligned && count == 1) {
             FuzzCheck(byte == ContentAt(0));
         }
-        // A failed fill leaves an empty buffer, behind which the source may stand anywhere.
+        // A failed fill leaves an empty buffer, after which the source may stand anywhere.
     }
 
     void Operate(FuzzInput& anInput) {
@@ -285,7 +285,7 @@ private:
         }
     }
 
-    /// Nothing may be written behind what was asked for.
+    /// Nothing may be written after what was asked for.
     void CheckUntouched(std::uint64_t aFrom) const {
         for (std::size_t i = static_cast<std::size_t>(std::min<std::uint64_t>(aFrom, mReadBuffer.size()));
              i < mReadBuffer.size(); i += 97) {

@@ -1,5 +1,5 @@
 // The door: a MIME type with its parameters, as a server, a file or a playlist states it. The first line of
-// the input is the text; the second is the name of a parameter and the rest its value, which are put behind a
+// the input is the text; the second is the name of a parameter and the rest its value, which are put after a
 // type of our own.
 
 #include "fuzz/support/Check.h"
@@ -23,7 +23,7 @@ using Values = std::map<std::string, std::string>;
 std::optional<std::string> ValueOf(const Info& anInfo, const std::string& aName) {
     const char* value = ezMimeTypeInfo_GetPartValueByName(anInfo.get(), aName.c_str());
     FuzzCheck(value ==
-              ezMimeTypeInfo_GetPartValueByName(anInfo.get(), aName.c_str())); // lent, and the same again
+              ezMimeTypeInfo_GetPartValueByName(anInfo.get(), aName.c_str())); // borrowed, and the same again
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 

@@ -68,7 +68,7 @@ void FillRecords() {
     }
 }
 
-/// A profile that a media keeps is one that media of its type are announced with.
+/// A profile that a file keeps is one that media of its type are announced with.
 void CheckRules(const ProfileRules& aRules) {
     for (const ezMediaInfo& record : Records()) {
         std::string type(record.GetCString(kezInfo_MimeType, "").Lower().View());
@@ -100,7 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSi
     FuzzCheck((rules != nullptr) == problems.empty());
     CheckProblems(problems, text);
     FuzzCheck((ProfileRules::FromText(text, nullptr) != nullptr) == problems.empty());
-    // A comment behind the table changes nothing.
+    // A comment after the table changes nothing.
     Problems again;
     const auto same = ProfileRules::FromText(text + "\n# the end", &again);
     FuzzCheck((same != nullptr) == (rules != nullptr) && IsSame(again, problems));

@@ -49,7 +49,7 @@ bool HasAny(std::string_view aText, std::string_view aCharacters) {
     return aText.find_first_of(aCharacters) != std::string_view::npos;
 }
 
-/// Whether quotes, which decide where a protocolInfo is parted, play a part.
+/// Whether quotes, which decide where a protocolInfo is separated, play a part.
 bool IsQuoteless(std::string_view aText) {
     return !HasAny(aText, "\"\\");
 }

@@ -1,4 +1,4 @@
-// The door: a media that arrives through a stream, whose content, answers and use the input decides.
+// The door: media that arrive through a stream, whose content, answers and use the input decides.
 
 #include "fuzz/support/Check.h"
 #include "fuzz/support/FuzzInput.h"

@@ -167,7 +167,7 @@ void CheckJson(const std::string& aText) {
     FuzzCheck(bytes == aText);
 }
 
-/// A format that is told is told whatever the case, behind a byte order mark, and in two bytes a letter.
+/// A format that is told is told whatever the case, after a byte order mark, and in two bytes a letter.
 void CheckPlaylist(const std::string& aText) {
     constexpr std::size_t kWithinWhatIsLooked = 500;
     const std::string extension = ExtensionOfPlaylist(aText);

@@ -5,14 +5,14 @@
 
 BudgetedBytes::~BudgetedBytes() = default;
 
-std::size_t BudgetedBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (aPosition < GetEnd() && !HasAtHand(aPosition, 1)) {
+std::size_t BudgetedBytes::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (aPosition < GetEnd() && !HasBuffered(aPosition, 1)) {
         Bring(aPosition);
     }
-    return LendAtHand(aPosition, aBytes);
+    return BorrowBuffered(aPosition, aBytes);
 }
 
-bool BudgetedBytes::HasAtHand(std::uint64_t aPosition, std::size_t aSize) const {
+bool BudgetedBytes::HasBuffered(std::uint64_t aPosition, std::size_t aSize) const {
     if (aPosition < mBlockStart || aPosition >= GetEnd() || aPosition - mBlockStart >= mBlockLength) {
         return false;
     }
@@ -26,7 +26,7 @@ bool BudgetedBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
     }
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, GetEnd() - aPosition));
     std::size_t kept = 0;
-    if (HasAtHand(aPosition, 1)) {
+    if (HasBuffered(aPosition, 1)) {
         const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
         kept = mBlockLength - place;
         std::memmove(mBlock, mBlock + place, kept);
@@ -66,6 +66,6 @@ bool BudgetedBytes::Reserve(std::size_t aSize) {
 /// The block is so long from now on. False when it is empty.
 bool BudgetedBytes::Keep(std::size_t aLength) {
     mBlockLength = aLength;
-    KeepAtHand(mBlock, mBlockStart, aLength);
+    KeepBuffered(mBlock, mBlockStart, aLength);
     return aLength != 0;
 }

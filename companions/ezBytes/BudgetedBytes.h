@@ -21,10 +21,10 @@ public:
     std::optional<std::uint64_t> GetSize() const override { return mSize; }
     /// As of every source, without a virtual call: it is asked for at every look.
     std::uint64_t GetEnd() const { return mSize.value_or(UINT64_MAX); }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
     /// True when all bytes of a range that the file has, and there is one, can be borrowed without a read.
-    bool HasAtHand(std::uint64_t aPosition, std::size_t aSize) const;
+    bool HasBuffered(std::uint64_t aPosition, std::size_t aSize) const;
 
     bool IsBudgetUsedUp() const { return mBudget.IsUsedUp(); }
     bool HasReadFailed() const { return mfReadFailed; }
@@ -37,8 +37,8 @@ protected:
                   std::size_t aCapacity)
         : mSize(aSize), mBudget(aBudget), mBlock(aBlock), mCapacity(aCapacity) {}
 
-    /// Brings the block of a position, which is before the end and not at hand, to hand: by Fetch. Nothing is
-    /// borrowed where it cannot.
+    /// Brings the block of a position, which is before the end and not buffered, into memory: by Fetch.
+    /// Nothing is borrowed where it cannot.
     virtual void Bring(std::uint64_t aPosition) = 0;
 
     /// Reads up to so many bytes, which the file has if it is as long as it says. How many there were.
@@ -46,11 +46,11 @@ protected:
     virtual std::size_t ReadAt(std::uint64_t aPosition, unsigned char* aPlace, std::size_t aSize,
                                bool* afFailed) = 0;
 
-    /// Makes the block that of a position, up to so many bytes long. Bytes of it that are at hand are not
+    /// Makes the block that of a position, up to so many bytes long. Bytes of it that are buffered are not
     /// read again. False when it is empty then, and, with the block as it was, at and after the end.
     bool Fetch(std::uint64_t aPosition, std::size_t aSize);
 
-    /// The file has so many bytes, as far as that is known: no byte after them is at hand.
+    /// The file has so many bytes, as far as that is known: no byte after them is buffered.
     void SetSize(std::optional<std::uint64_t> aSize);
 
     void RaiseBudget(std::uint64_t aReads, std::uint64_t aBytes) { mBudget.Raise(aReads, aBytes); }

@@ -24,13 +24,13 @@ void ByteReader::SkipStuffing() {
     }
 }
 
-const unsigned char* ByteReader::TakeAtHand(std::size_t aCount) {
+const unsigned char* ByteReader::TakeBuffered(std::size_t aCount) {
     const unsigned char* bytes = nullptr;
     if (mfUnsynchronised || aCount == 0 || aCount > GetLeft()) {
         return nullptr;
     }
-    if (mBytes->LendAtHand(mPosition, &bytes) < aCount) {
-        const std::size_t count = mBytes->Lend(mPosition, &bytes);
+    if (mBytes->BorrowBuffered(mPosition, &bytes) < aCount) {
+        const std::size_t count = mBytes->Borrow(mPosition, &bytes);
         if (!Require(count != 0) || count < aCount) {
             return nullptr;
         }
@@ -41,7 +41,7 @@ const unsigned char* ByteReader::TakeAtHand(std::size_t aCount) {
 
 std::uint64_t ByteReader::ReadBigAcross(unsigned aByteCount) {
     std::uint64_t value = 0;
-    if (const unsigned char* const bytes = TakeAtHand(aByteCount)) {
+    if (const unsigned char* const bytes = TakeBuffered(aByteCount)) {
         for (unsigned i = 0; i < aByteCount; ++i) {
             value = value << 8 | bytes[i];
         }
@@ -80,7 +80,7 @@ bool ByteReader::Read(unsigned char* aBlock, std::size_t aCount) {
             continue;
         }
         const unsigned char* bytes = nullptr;
-        const std::size_t count = std::min(mBytes->Lend(mPosition, &bytes), aCount - done);
+        const std::size_t count = std::min(mBytes->Borrow(mPosition, &bytes), aCount - done);
         if (Require(count != 0)) {
             std::memcpy(aBlock + done, bytes, count);
             mPosition += count;
@@ -91,7 +91,7 @@ bool ByteReader::Read(unsigned char* aBlock, std::size_t aCount) {
 }
 
 ezCString ByteReader::ReadText(std::size_t aCount) {
-    if (const unsigned char* const bytes = TakeAtHand(aCount)) {
+    if (const unsigned char* const bytes = TakeBuffered(aCount)) {
         return ezCString(reinterpret_cast<const char*>(bytes), aCount);
     }
     std::string text;

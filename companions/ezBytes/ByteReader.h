@@ -35,7 +35,7 @@ public:
     std::uint64_t ReadBig(unsigned aByteCount) {
         const unsigned char* bytes = nullptr;
         if (mfUnsynchronised || aByteCount > GetLeft() ||
-            mBytes->LendAtHand(mPosition, &bytes) < aByteCount) {
+            mBytes->BorrowBuffered(mPosition, &bytes) < aByteCount) {
             return ReadBigAcross(aByteCount);
         }
         mPosition += aByteCount;
@@ -96,11 +96,11 @@ private:
         return std::uint32_t{aBytes[0]} << 24 | std::uint32_t{aBytes[1]} << 16 |
                std::uint32_t{aBytes[2]} << 8 | aBytes[3];
     }
-    /// The next bytes where the source has all of them at hand, and none is stuffing: borrowed until the next
-    /// call, and passed. Else null, and nothing is passed: byte by byte there may be some, unless the reader
-    /// has failed.
-    const unsigned char* TakeAtHand(std::size_t aCount);
-    /// Where not all of the bytes are at hand yet, or some may be stuffing.
+    /// The next bytes where the source has all of them buffered, and none is stuffing: borrowed until the
+    /// next call, and passed. Else null, and nothing is passed: byte by byte there may be some, unless the
+    /// reader has failed.
+    const unsigned char* TakeBuffered(std::size_t aCount);
+    /// Where not all of the bytes are buffered yet, or some may be stuffing.
     std::uint64_t ReadBigAcross(unsigned aByteCount);
     unsigned char Next();
     void SkipStuffing();

@@ -14,7 +14,7 @@ PieceBytes::PieceBytes(ByteSource& aBytes, std::vector<BytePiece> aPieces)
     }
 }
 
-std::size_t PieceBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+std::size_t PieceBytes::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
     if (aPosition >= mSize) {
         return 0;
     }
@@ -27,7 +27,7 @@ std::size_t PieceBytes::Lend(std::uint64_t aPosition, const unsigned char** aByt
         ++mPiece;
     }
     const std::uint64_t place = aPosition - mPieceStart;
-    const std::size_t count = mBytes.Lend(mPieces[mPiece].mOffset + place, aBytes);
+    const std::size_t count = mBytes.Borrow(mPieces[mPiece].mOffset + place, aBytes);
     return static_cast<std::size_t>(std::min<std::uint64_t>(count, mPieces[mPiece].mSize - place));
 }
 
@@ -47,7 +47,7 @@ std::vector<BytePiece> PieceBytes::Slice(std::uint64_t aPosition, std::uint64_t 
     return slice;
 }
 
-std::size_t BlockBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+std::size_t BlockBytes::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
     if (aPosition >= mSize) {
         return 0;
     }

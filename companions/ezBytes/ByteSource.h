@@ -24,25 +24,25 @@ public:
     /// The position that no byte is at or after: 2^64-1 when the size is not known.
     std::uint64_t GetEnd() const { return GetSize().value_or(UINT64_MAX); }
 
-    /// Lends bytes from a position on: as many as are at hand, at least one. They are borrowed until the next
-    /// call. 0 when there is no byte there, or it cannot be read; *aBytes is then left as it is.
-    virtual std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) = 0;
+    /// Borrows bytes from a position on: as many as are buffered, at least one. They are borrowed until the
+    /// next call. 0 when there is no byte there, or it cannot be read; *aBytes is then left as it is.
+    virtual std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) = 0;
 
-    /// The same of the block that the source keeps at hand, if it keeps one: most reads are of a few bytes of
-    /// it, and this costs no virtual call.
-    std::size_t LendAtHand(std::uint64_t aPosition, const unsigned char** aBytes) const {
-        const std::uint64_t place = aPosition - mAtHandStart; // very large before the start
-        if (place >= mAtHandLength) {
+    /// The same of the block that the source keeps in memory, if it keeps one: most reads are of a few bytes
+    /// of it, and this costs no virtual call.
+    std::size_t BorrowBuffered(std::uint64_t aPosition, const unsigned char** aBytes) const {
+        const std::uint64_t place = aPosition - mBufferedStart; // very large before the start
+        if (place >= mBufferedLength) {
             return 0;
         }
-        *aBytes = mAtHand + place;
-        return mAtHandLength - static_cast<std::size_t>(place);
+        *aBytes = mBuffered + place;
+        return mBufferedLength - static_cast<std::size_t>(place);
     }
 
     /// False when there is no byte there, or it cannot be read.
     bool Get(std::uint64_t aPosition, unsigned char* aByte) {
         const unsigned char* bytes = nullptr;
-        if (LendAtHand(aPosition, &bytes) == 0 && Lend(aPosition, &bytes) == 0) {
+        if (BorrowBuffered(aPosition, &bytes) == 0 && Borrow(aPosition, &bytes) == 0) {
             return false;
         }
         *aByte = *bytes;
@@ -50,17 +50,17 @@ public:
     }
 
 protected:
-    /// States what block there is, whenever that changes. Lend gives the same of it as LendAtHand.
-    void KeepAtHand(const unsigned char* aBlock, std::uint64_t aStart, std::size_t aLength) {
-        mAtHand = aBlock;
-        mAtHandStart = aStart;
-        mAtHandLength = aLength;
+    /// States what block there is, whenever that changes. Borrow gives the same of it as BorrowBuffered.
+    void KeepBuffered(const unsigned char* aBlock, std::uint64_t aStart, std::size_t aLength) {
+        mBuffered = aBlock;
+        mBufferedStart = aStart;
+        mBufferedLength = aLength;
     }
 
 private:
-    const unsigned char* mAtHand = nullptr;
-    std::uint64_t mAtHandStart = 0;
-    std::size_t mAtHandLength = 0;
+    const unsigned char* mBuffered = nullptr;
+    std::uint64_t mBufferedStart = 0;
+    std::size_t mBufferedLength = 0;
 };
 
 /// Pieces of other bytes, one after the other. Reading forward is cheap; reading back starts over.
@@ -71,7 +71,7 @@ public:
     ~PieceBytes() override;
 
     std::optional<std::uint64_t> GetSize() const override { return mSize; }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
     /// Where aSize bytes from aPosition on, which must be there, lie in the other bytes.
     std::vector<BytePiece> Slice(std::uint64_t aPosition, std::uint64_t aSize) const;
 
@@ -90,7 +90,7 @@ public:
     ~BlockBytes() override;
 
     std::optional<std::uint64_t> GetSize() const override { return mSize; }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:
     const unsigned char* mBlock;

@@ -38,7 +38,7 @@ std::string NameOfNumber(std::uint32_t aNumber) {
     return "CP" + std::to_string(aNumber);
 }
 
-/// A name as iconv has it, in upper case; empty for what is no name. "/" would ask it for more than a name.
+/// A name as iconv has it, in upper case; empty for what is not one. "/" would ask it for more than a name.
 std::string ConverterOf(std::string_view aName) {
     std::uint32_t number = 0;
     if (ezReadDecimal32(aName, &number)) {

@@ -133,7 +133,7 @@ ByteReader ID3Frames::ReadFrame(Frame* aFrame) {
     mFrames.Require(!aFrame->mID.IsEmpty() && aFrame->mID.View().front() != '\0'); // padding
     const auto stated = static_cast<std::uint32_t>(mFrames.ReadBig(mVersion == 2 ? 3 : 4));
     aFrame->mFlags = mVersion == 2 ? 0 : static_cast<unsigned>(mFrames.ReadBig(2));
-    // Only now, when all of this header has been read: the look past the frame leaves the bytes at hand.
+    // Only now, when all of this header has been read: the look past the frame leaves the buffered bytes.
     ByteReader body = TakeBody(mVersion == 4 ? SizeOf24(stated) : stated);
     const std::string_view name = aFrame->mID.View();
     aFrame->mfNamed = IsFrameID(name) || (IsShortFrameID(name) && name.back() == '\0');

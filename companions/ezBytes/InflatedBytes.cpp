@@ -11,7 +11,7 @@
 
 InflatedBytes::~InflatedBytes() = default;
 
-std::size_t InflatedBytes::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
+std::size_t InflatedBytes::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
     if (aPosition >= mBytes.size()) {
         return 0;
     }

@@ -43,7 +43,7 @@ public:
     Result InflateHead(ByteReader& aCompressed, std::size_t aMaxSize);
 
     std::optional<std::uint64_t> GetSize() const override { return mBytes.size(); }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:
     /// Leaves in mBytes what came out, one byte above the bound at most.

@@ -2,9 +2,9 @@
 
 ReadShare::~ReadShare() = default;
 
-std::size_t ReadShare::Lend(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (!mBytes.HasAtHand(aPosition, 1) && !mShare.TakeRead(0)) {
+std::size_t ReadShare::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
+    if (!mBytes.HasBuffered(aPosition, 1) && !mShare.TakeRead(0)) {
         return 0;
     }
-    return mBytes.Lend(aPosition, aBytes);
+    return mBytes.Borrow(aPosition, aBytes);
 }

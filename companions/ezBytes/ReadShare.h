@@ -7,7 +7,7 @@
 #include <optional>
 
 /// A share of a budget: bytes of which only so many reads may be made that others need not then do without.
-/// What is at hand costs nothing.
+/// What is buffered costs nothing.
 class ReadShare : public ByteSource {
 public:
     /// aBytes is borrowed.
@@ -15,7 +15,7 @@ public:
     ~ReadShare() override;
 
     std::optional<std::uint64_t> GetSize() const override { return mBytes.GetSize(); }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override;
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
 
 private:
     BudgetedBytes& mBytes;

@@ -72,7 +72,7 @@ FormatParser::~FormatParser() = default;
 ezMediaInfo* FormatParser::Parse(ezMediaParserStream& aStream) {
     MediaBytes bytes(aStream, mDescription.mBudget.mReads, mDescription.mBudget.mBytes);
     const unsigned char* start = nullptr;
-    if (bytes.Lend(0, &start) == 0) {
+    if (bytes.Borrow(0, &start) == 0) {
         Refuse(bytes.HasReadFailed() ? Cause::ReadError : Cause::Malformed, "nothing to read");
         return nullptr;
     }

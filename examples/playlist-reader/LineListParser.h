@@ -37,10 +37,10 @@ public:
         PlaylistParserEntry entry;
         bool fStop = false;
         while (!fStop && ReadEntry(&entry)) {
-            const std::size_t behind = mPos;
+            const std::size_t after = mPos;
             PlaylistParserEntry next;
             entry.mNextEntryStreamPos = ReadEntry(&next) ? next.mStreamPos : ezuint64(kezuint64_Max);
-            mPos = behind;
+            mPos = after;
             entry.mRelativeEntryIndex = mRelativeEntryIndex++;
             fStop = aCallback(&entry, aUserData);
         }
@@ -58,7 +58,7 @@ private:
             mText.resize(count);
             mText.resize(mInput.Read(&count, mText.data()) ? count : 0);
             if (mText.size() == kMaxSize) {
-                mText.resize(mText.rfind('\n') + 1); // half a line is none
+                mText.resize(mText.rfind('\n') + 1); // half a line is not one
             }
         }
         return mText;

@@ -22,7 +22,7 @@ int main(int anArgCount, char** anArgs) {
     if (const ezError error = mapper.Load(); error.IsError()) {
         std::fprintf(stderr, "no media mapper: %s\n", error.ToString());
     } else {
-        manager.AddDLNAMediaMapperParser(&mapper); // lent
+        manager.AddDLNAMediaMapperParser(&mapper); // borrowed
     }
 
     for (int i = 3; i < anArgCount; ++i) {

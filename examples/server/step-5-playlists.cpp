@@ -58,7 +58,7 @@ void Show(ezMediaParserManager& aManager, PlaylistParser& aReader, const fs::pat
     }
 }
 
-/// Shows a playlist; false when it is none.
+/// Shows a playlist; false when it is not one.
 bool ShowFile(ezMediaParserManager& aManager, const PlaylistParserFactory& aFactory, const char* aPath,
               const fs::path& aMediaFolder) {
     std::error_code error;

@@ -1,4 +1,4 @@
-// Step 6: the thumbnail of a media, built once and then taken from a cache:
+// Step 6: the thumbnail of a media item, built once and then taken from a cache:
 // step-6-thumbnails CONFIG_FOLDER CACHE_FOLDER MEDIA OUT
 #include "Parsers.h"
 #include "Record.h"
@@ -24,7 +24,7 @@ ezCString IdentityOf(const ezMediaInfo& anInfo) {
            ezFileState(anInfo.mFullPath).ToIdentity();
 }
 
-/// A small JPEG of a media, or of its class; the caller's. Null when there is none.
+/// A small JPEG of a media item, or of its class; the caller's. Null when there is none.
 std::unique_ptr<ezFile> GetThumbnail(ezThumbnailProviderManager& aManager, const ezMediaInfo& anInfo) {
     ThumbnailInfo wanted;
     wanted.mFilePath = ezPathName::MakeFilePath(anInfo.mFullPath);
@@ -59,7 +59,7 @@ int main(int anArgCount, char** anArgs) {
 
     ezFileCacheManager cache(anArgs[2], std::uint64_t{16} << 20, 1000); // bytes, files
     ezThumbnailProviderManager thumbnails(&cache, new PictureThumbnailGenerator);
-    ezThumbnailGenerator* generator = thumbnails.GetThumbnailGenerator(); // lent
+    ezThumbnailGenerator* generator = thumbnails.GetThumbnailGenerator(); // borrowed
     thumbnails.Add(new ezPictureThumbnailProvider(generator, "picture")); // a photo is its own picture
     thumbnails.Add(new CoverThumbnailProvider(generator));
     thumbnails.SetDefaultProvider(new DefaultThumbnailProvider(generator));

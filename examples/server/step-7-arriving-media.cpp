@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Reads a media of a web server as if it were a file; the transfer runs on a thread of the stream.
+/// Reads media of a web server as if they were a file; the transfer runs on a thread of the stream.
 std::unique_ptr<ezMediaInfo> IdentifyURL(ezMediaParserManager& aManager, const char* aURL) {
     ezHttpOptions options;
     options.mStallTime = std::chrono::seconds(10);
@@ -23,7 +23,7 @@ std::unique_ptr<ezMediaInfo> IdentifyURL(ezMediaParserManager& aManager, const c
     std::unique_ptr<ezMediaInfo> info(stream.Open() ? aManager.Parse(stream) : nullptr);
     if (source->HasFailed()) {
         std::fprintf(stderr, "%s: %s\n", aURL, source->GetErrorText().c_str());
-        return nullptr; // what was found out rests on half a media
+        return nullptr; // what was found out rests on half of the media
     }
     return info;
 }

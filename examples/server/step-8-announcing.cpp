@@ -83,7 +83,7 @@ std::string ResolutionOf(const ezMediaInfo& anInfo) {
     return !width.empty() && !height.empty() ? width + "x" + height : "";
 }
 
-/// The line that stands for a media in what a client gets when it browses.
+/// The line that stands for a media item in what a client gets when it browses.
 std::string ResOf(const ezMediaInfo& anInfo, const std::string& aURL) {
     const std::pair<const char*, std::string> attributes[] = {
         {"protocolInfo", std::string(ProtocolInfoOf(anInfo).View())},

@@ -1,4 +1,5 @@
-// A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media to OUT.
+// A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media item to
+// OUT.
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/dlna/DLNAField.h"
@@ -80,7 +81,8 @@ class ThumbnailHost {
 public:
     explicit ThumbnailHost(const ezCString& aCacheFolder)
         : mCache(aCacheFolder, kCacheBytes, kCacheFiles), mManager(&mCache, new PictureThumbnailGenerator) {
-        auto* generator = static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // lent
+        auto* generator =
+            static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // borrowed
         // The manager deletes them all. Those added first are asked first.
         mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
         mManager.Add(new PosterProvider(generator));
@@ -90,7 +92,7 @@ public:
         mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
     }
 
-    /// The thumbnail of a media, or the generic one of its class; the caller's. Null when there is none.
+    /// The thumbnail of a media item, or the generic one of its class; the caller's. Null when there is none.
     ezFile* GetThumbnail(const ezCString& aPath, const ezCString& aMimeType) {
         ThumbnailInfo info;
         info.mFilePath = ezPathName::MakeFilePath(aPath);
@@ -171,7 +173,7 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: thumbnail-host MEDIA CACHE_FOLDER OUT\n");
         return 2;
     }
-    // Whatever folder the host is started in, a media has one path.
+    // Whatever folder the host is started in, a file has one path.
     std::error_code error;
     const ezCString path(std::filesystem::absolute(anArgs[1], error).c_str());
     ThumbnailHost host{ezCString(anArgs[2])};

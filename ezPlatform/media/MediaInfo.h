@@ -102,7 +102,7 @@ inline constexpr const char* kezInfo_Composer = "co";
 /// 1 where the album is by several artists; no property of its own: a server files such an album under one
 /// name.
 inline constexpr const char* kezInfo_Compilation = "cp";
-/// Where a media states several creators or genres: all of them, in its order, each once and whole
+/// Where a file states several creators or genres: all of them, in its order, each once and whole
 /// (upnp:artist, upnp:genre, once for each). One a line: "\n" stands between them and in none of them, so
 /// splitting there gives back what was stated, also where a name holds a comma. Absent where there is one or
 /// none: ezMediaInfo::mCreator and ezMediaInfo::mGenre are all then. Where there are several these have them

@@ -82,7 +82,7 @@ public:
     /// True when the stream can be read.
     virtual bool IsOpened() = 0;
     /// Puts the stream at a position from the start. The stream stays where it was when it fails. A seek to
-    /// the end succeeds; one past the end of a media whose size is known is ezStreamingStatus_OutOfRange.
+    /// the end succeeds; one past the end of media of known size is ezStreamingStatus_OutOfRange.
     virtual ezStreamingStatus Seek(const ezuint64& aPosition) = 0;
 
     /// Copies bytes into a buffer that takes *aSize of them.

@@ -47,7 +47,7 @@ EZPLATFORM_API const char* ezURI_GetScheme(const ezURI* aURI);
 EZPLATFORM_API const char* ezURI_GetUserInfo(const ezURI* aURI);
 /// The host, an IPv6 address in its brackets; null without an authority ("//"), "" in "file:///x".
 EZPLATFORM_API const char* ezURI_GetHostName(const ezURI* aURI);
-/// 0 when the port is absent or is no number from 1 to 65535.
+/// 0 when the port is absent or is not a number from 1 to 65535.
 EZPLATFORM_API uint32 ezURI_GetPort(const ezURI* aURI);
 /// Null when it is empty.
 EZPLATFORM_API const char* ezURI_GetPath(const ezURI* aURI);

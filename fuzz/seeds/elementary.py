@@ -25,7 +25,7 @@ def packet(content):
 
 
 def wrapped(frames):
-    """In programs of both kinds, and in transport packets; what is behind the wrapping is found."""
+    """In programs of both kinds, and in transport packets; what is after the wrapping is found."""
     yield "in-a-program", pack(True, 2) + packet(frames) + b"\0\0" + pack() + packet(frames) + b"\0\0\1\xB9" + frames
     yield "in-an-mpeg1-program", pack(False) + packet(frames) + b"\0\0\1\xB9"
     yield "behind-what-is-no-program", (pack()[:-1] + b"\x10" + b"\0\0\1\xBA\x24\0\0\0\0\0\0\0\0\0" + pack() + b"\7"

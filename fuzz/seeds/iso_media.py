@@ -128,7 +128,7 @@ def general(bits, core=0, extension=0, more=0):
 
 
 def program(mixes):
-    """A configuration that is spelled out: two front elements, one behind, one low, and one each of the others."""
+    """A configuration that is spelled out: two front elements, one after, one low, and one each of the others."""
     bits = general(config(2, channels=0))
     bits.put(0, 4).put(1, 2).put(4, 4).put(2, 4).put(0, 4).put(1, 4).put(1, 2).put(1, 3).put(1, 4)
     for size in (4, 4, 3):

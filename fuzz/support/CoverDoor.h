@@ -73,7 +73,7 @@ inline void CoverDoor_CheckPieces(const Cover& aCover, std::size_t aFileSize) {
     FuzzCheck(sum != 0 && sum <= (fHeld ? kCover_MaxHeldSize : kCover_MaxSize));
 }
 
-/// The bytes of the pieces, less the zero behind every 0xFF where that is stuffing.
+/// The bytes of the pieces, less the zero after every 0xFF where that is stuffing.
 inline std::string CoverDoor_Stored(const Cover& aCover, std::string_view aFile) {
     std::string stored;
     for (const auto& piece : aCover.mPieces) {

@@ -66,7 +66,7 @@ inline bool FormatDoor_IsFlagged(const std::uint8_t* aData, std::size_t aSize) {
     return aSize >= kFormatDoor_DeliverySize && (aData[aSize - kFormatDoor_DeliverySize] & 32) != 0;
 }
 
-/// A media in memory.
+/// A file in memory.
 class FormatDoorStream : public ezMediaParserStream {
 public:
     FormatDoorStream(std::string_view aFile, const FormatDoorDelivery& aDelivery)
@@ -260,7 +260,7 @@ inline void FormatDoor_Check(const std::uint8_t* aData, std::size_t aSize, Forma
     if (!delivery.IsSound()) {
         return;
     }
-    // As another parser finds it, which comes behind this one, and in one piece.
+    // As another parser finds it, which comes after this one, and in one piece.
     FuzzCheck(FormatDoor_Parse(aParser, stream, aFormat, aHeap, fWholeReads) == record);
     delivery.mMaximumRead = SIZE_MAX;
     FormatDoorStream whole(file, delivery);

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Reads decisions off the bytes that a fuzzer made. Behind their end every decision is 0.
+/// Reads decisions off the bytes that a fuzzer made. After their end every decision is 0.
 class FuzzInput {
 public:
     FuzzInput(const std::uint8_t* aData, std::size_t aSize) : mData(aData), mLeft(aSize) {}

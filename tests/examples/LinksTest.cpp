@@ -28,7 +28,7 @@ std::string ProseOf(const std::string& aText) {
     return prose;
 }
 
-/// The targets of a text's links, "](target)"; those behind a scheme and those within the text are left out.
+/// The targets of a text's links, "](target)"; those after a scheme and those within the text are left out.
 std::vector<std::string> LinksOf(const std::string& aMarkdown) {
     const std::string text = ProseOf(aMarkdown);
     std::vector<std::string> links;

@@ -51,7 +51,7 @@ std::string FileName(const std::string& aLine) {
     return aLine.substr(aLine.rfind('/', aLine.find(": ")) + 1);
 }
 
-/// A text with its flags as the guide has them: behind the first four digits nothing follows but 0.
+/// A text with its flags as the guide has them: after the first four digits nothing follows but 0.
 [[maybe_unused]] std::string Shortened(std::string aText) {
     const std::string flags = "DLNA.ORG_FLAGS=0150";
     const std::string zeros(28, '0');
@@ -160,7 +160,7 @@ TEST(ServerGuide, Step4GoesOnWithoutATable) {
     EXPECT_NE(result.mError.find("\nno media mapper: Unable to open media mapper file: '" +
                                  folder.Path("state/_MediaMapper.txt") + "'\n"),
               std::string::npos)
-        << result.mError; // behind what the library logs
+        << result.mError; // after what the library logs
     EXPECT_EQ(result.mOut, kWater + ": mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2\n");
     EXPECT_EQ(RunStep("4-media-mapper", {config}).mStatus, 2);
 }

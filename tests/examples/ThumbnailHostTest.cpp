@@ -45,7 +45,7 @@ protected:
     std::string Media(const std::string& aName, const std::string& aContent) const {
         return mFolder.Write("media/" + aName, aContent);
     }
-    /// What the host sends for a media; "" where it says that there is nothing.
+    /// What the host sends for a file; "" where it says that there is nothing.
     std::string Ask(const std::string& aMedia) {
         fs::remove(mFolder.Path("out.jpg"));
         WaitUntilSettled(mFolder.GetPath()); // or nothing would come from the cache
@@ -53,7 +53,7 @@ protected:
         EXPECT_TRUE(mLast.mStatus == 0 || mLast.mStatus == 1) << mLast.mStatus;
         return ReadWholeFile(mFolder.Path("out.jpg"));
     }
-    /// What a picture becomes when it is a media of its own, far from any other.
+    /// What a picture becomes when it is a file of its own, far from any other.
     std::string Made(const std::string& aJpeg) {
         std::string made = Ask(mFolder.Write("alone/picture.jpg", aJpeg));
         EXPECT_EQ(made.compare(0, 3, "\xFF\xD8\xFF"), 0);

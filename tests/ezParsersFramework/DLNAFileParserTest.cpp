@@ -161,7 +161,7 @@ const std::vector<Family> kFamilies = {
     {"B-MP2TS_SK_X", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_SD_KO", kTTS}}},
     {"B-MP2TS_SE_X", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_SD_EU", kTTS}}},
     {"B-MP2TS_HK_X", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_HD_KO", kTTS}}},
-    // only HN knows "_T" behind it, and only SN and SE "T_I"
+    // only HN knows "_T" after it, and only SN and SE "T_I"
     {"B-MP2TS_SN_T", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_SD_NA", kTTS}}},
     {"B-MP2TS_SE_T", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_SD_EU", kTTS}}},
     {"B-MP2TS_SK_T", kMpg, kVideo, {{10, "DLNA.ORG_PN=MPEG_TS_SD_KO", kTTS}}},
@@ -288,7 +288,7 @@ TEST(DLNAFileParser, BothShortBeginningsServeAndNoOthers) {
     }
 }
 
-TEST(DLNAFileParser, WholeNamesAreNotKnownBehindAShortBeginning) {
+TEST(DLNAFileParser, WholeNamesAreNotKnownAfterAShortBeginning) {
     EXPECT_EQ(Parse("B-MPEG_PS_PAL.mpg"), "null\n");
     EXPECT_EQ(Parse("O-MPEG_PS_NTSC.mpg"), "null\n");
 }

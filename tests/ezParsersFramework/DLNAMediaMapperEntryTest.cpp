@@ -393,7 +393,7 @@ TEST(DLNAMediaMapperEntry, FlagsBeyondTheNamedOnesSurviveReadingAndWriting) {
               "clip.mpg,video/mpeg,MPEG_PS_PAL,,,,,,,,,," + kFlags + ";BRELVO.COM_GOLDENDMS=2EABCDEF");
 }
 
-TEST(DLNAMediaMapperEntry, UnknownParametersSurviveBehindTheKnownOnes) {
+TEST(DLNAMediaMapperEntry, UnknownParametersSurviveAfterTheKnownOnes) {
     EntryWith entry(12, "Z_Z=last word;DLNA.ORG_CI=1;A_A=;BRELVO.COM_GOLDENDMS=00000001;DLNA.ORG_OP=10");
     EXPECT_EQ(Str(entry.mFullProfile), "http-get:*:video/mpeg:DLNA.ORG_PN=MPEG_PS_PAL;DLNA.ORG_OP=10;"
                                        "DLNA.ORG_CI=1;" +

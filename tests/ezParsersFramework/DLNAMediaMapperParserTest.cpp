@@ -69,7 +69,7 @@ TEST(DLNAMediaMapperParser, EntryOfTheFileMakesTheRecord) {
         "br=9800000\ncn=\"item.videoItem\"\ndl=\"DLNA.ORG_PN=MPEG_PS_PAL\"\ndu=3661\nmt=\"video/mpeg\"\n");
 }
 
-TEST(DLNAMediaMapperParser, NameOfTheFileIsWhatStandsBehindTheFolders) {
+TEST(DLNAMediaMapperParser, NameOfTheFileIsWhatStandsAfterTheFolders) {
     const std::string record = "br=0\ncn=\"item.videoItem\"\ndl=\"DLNA.ORG_PN=P\"\nmt=\"video/mpeg\"\n";
     for (const char* path : {"/media/clip.mpg", "clip.mpg", "C:\\media\\clip.mpg",
                              "http://host/media/clip.mpg", "/media.d/DTCP_clip(3).MPG"}) {
@@ -181,7 +181,7 @@ TEST(DLNAMediaMapperParser, CommasOfAMimeTypeOrProfileDoNotPartWhatItDeclares) {
               "video/mp4;codecs=\"avc1\\,mp4a\":DLNA.ORG_PN=P\\,Q,video/mpeg:DLNA.ORG_PN=R");
 }
 
-TEST(DLNAMediaMapperParser, DeclaresPlaySpeedsWithoutAProfileRightBehindTheMimeType) {
+TEST(DLNAMediaMapperParser, DeclaresPlaySpeedsWithoutAProfileRightAfterTheMimeType) {
     const MapperFolder folder;
     const std::unique_ptr<OpenMapper> mapper =
         folder.Loaded("1.mpg,video/mpeg,P,,2\\,4,,,,,,,,BRELVO.COM_GOLDENDMS=60000000\n2.mpg,video/mpeg,Q\n");

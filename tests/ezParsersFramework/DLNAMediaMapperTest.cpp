@@ -842,7 +842,7 @@ TEST(DLNAMediaMapper, MergedProfilesAreNeverEmptiedAndTheFirstOneStays) {
     const ezDLNAProtocolInfo* first = mapper->GetMergedDLNAProtocolInfo("P");
     folder.WriteWritable("2.mpg,video/mpeg,P,,,,,,,,,,DLNA.ORG_OP=01\n3.mpg,video/mpeg,Q\n");
     EXPECT_FALSE(mapper->Load().IsError());
-    // A second object of the profile, which holds both entries, stands behind the first.
+    // A second object of the profile, which holds both entries, stands after the first.
     EXPECT_EQ(mapper->GetMergedDLNAProtocolInfo("P"), first);
     EXPECT_EQ(MergedOf(*mapper, "P"), "http-get:*:video/mpeg:DLNA.ORG_PN=P;" + kFlags);
     EXPECT_EQ(MergedOf(*mapper, "Q"), "http-get:*:video/mpeg:DLNA.ORG_PN=Q;" + kFlags);

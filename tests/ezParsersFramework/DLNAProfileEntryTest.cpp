@@ -417,7 +417,7 @@ TEST(DLNAProfileEntry, ArrayIsMergedBackIntoEveryEntryOfItsProfiles) {
     EXPECT_EQ(mapper->At(2)->mGoldenDMSFlags, 0x20000000U);
 
     records.Of("P")->EnableProfile(false);
-    records.Of("R")->EnablePlaySpeed(true); // a change behind it that switches no profile
+    records.Of("R")->EnablePlaySpeed(true); // a change after it that switches no profile
     EXPECT_TRUE(mapper->MergeBackProfileArray(records.Get(), &fProfileChanged));
     EXPECT_TRUE(fProfileChanged);
     EXPECT_EQ(mapper->At(0)->mGoldenDMSFlags, 0x10000000U);

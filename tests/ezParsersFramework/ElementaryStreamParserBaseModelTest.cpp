@@ -67,7 +67,7 @@ EltScript RandomScript() {
     return script;
 }
 
-/// What a script comes to on flat bytes: every request, where it ends, and the decision behind the last.
+/// What a script comes to on flat bytes: every request, where it ends, and the decision after the last.
 struct Foretold {
     struct Request {
         std::size_t mEnd;
@@ -113,7 +113,7 @@ std::size_t SizeOf(const EltScript& aScript) {
     return size;
 }
 
-/// The parser's state behind each packet, from the rules alone.
+/// The parser's state after each packet, from the rules alone.
 class Model {
 public:
     Model(EltScript aScript, uint32 aLimit) : mScript(std::move(aScript)), mLimit(aLimit) {}

@@ -356,7 +356,7 @@ TEST_F(FileMediaParserStream, OpenPutsTheFileAtItsStartWhateverThePosition) {
     EXPECT_EQ(At(stream), 12100U);
 }
 
-TEST_F(FileMediaParserStream, BufferedReadBehindAnOpenPutsTheFileBackInStep) {
+TEST_F(FileMediaParserStream, BufferedReadAfterAnOpenPutsTheFileBackInStep) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(Exact(stream, 8000).mfResult);
     ASSERT_TRUE(stream.Open());
@@ -364,7 +364,7 @@ TEST_F(FileMediaParserStream, BufferedReadBehindAnOpenPutsTheFileBackInStep) {
     EXPECT_EQ(Exact(stream, 9000).mBuffer, mMedia.substr(8100, 9000));
 }
 
-TEST_F(FileMediaParserStream, ReadBehindCloseOpensAgainAtTheStartOfTheFile) {
+TEST_F(FileMediaParserStream, ReadAfterCloseOpensAgainAtTheStartOfTheFile) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(Exact(stream, 10).mfResult);
     stream.Close();
@@ -378,7 +378,7 @@ TEST_F(FileMediaParserStream, ReadBehindCloseOpensAgainAtTheStartOfTheFile) {
     EXPECT_EQ(Exact(stream, 100).mBuffer, mMedia.substr(12000, 100));
 }
 
-TEST_F(FileMediaParserStream, SeekBehindAnExplicitOpenIsKept) {
+TEST_F(FileMediaParserStream, SeekAfterAnExplicitOpenIsKept) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(stream.Open());
     ASSERT_TRUE(SeekLazily(stream, 12000));
@@ -475,7 +475,7 @@ TEST_F(FileMediaParserStream, LazySeekReachesTheEndAndNoFurther) {
     EXPECT_EQ(At(stream), 20000U);
 }
 
-TEST_F(FileMediaParserStream, ReadBehindARefusedSeekStartsWhereItWasRefused) {
+TEST_F(FileMediaParserStream, ReadAfterARefusedSeekStartsWhereItWasRefused) {
     const std::string path = Write("one.mpg", mMedia);
     OpenedUpStream stream{ezCString(path.c_str())};
     ASSERT_TRUE(Exact(stream, 10).mfResult);
@@ -487,7 +487,7 @@ TEST_F(FileMediaParserStream, ReadBehindARefusedSeekStartsWhereItWasRefused) {
     EXPECT_EQ(At(stream), 15U);
 }
 
-TEST_F(FileMediaParserStream, FirstReadBehindARefusedSeekFindsTheEnd) {
+TEST_F(FileMediaParserStream, FirstReadAfterARefusedSeekFindsTheEnd) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(stream.Open());
     EXPECT_FALSE(SeekLazily(stream, 20001));
@@ -522,7 +522,7 @@ TEST_F(FileMediaParserStream, LazySeekTakesEffectAtTheNextRead) {
     EXPECT_EQ(Exact(stream, 100).mBuffer, mMedia.substr(10100, 100));
 }
 
-TEST_F(FileMediaParserStream, ImmediateSeekMovesTheFileAlsoBehindItsEnd) {
+TEST_F(FileMediaParserStream, ImmediateSeekMovesTheFileAlsoAfterItsEnd) {
     OpenedUpStream stream{ezCString(Write("one.mpg", mMedia).c_str())};
     ASSERT_TRUE(stream.Open());
     EXPECT_TRUE(SeekNow(stream, 500));

@@ -60,7 +60,7 @@ TEST(GenericFileParser, IsBuiltAsAWildcardParserWithoutCoverArt) {
     EXPECT_TRUE(AreInOrder({&parser.mMimeType, &parser.mItemClassName, &parser.mExtension, &parser.mName}));
 }
 
-TEST(GenericFileParser, NameHasNoBlankBehindTheComma) {
+TEST(GenericFileParser, NameHasNoBlankAfterTheComma) {
     HostFileParser parser("mp3", "audio/mpeg", kTrack, nullptr);
     EXPECT_STREQ(parser.mName.c_str(),
                  "ezGenericFileParser(mp3 -> audio/mpeg,object.item.audioItem.musicTrack)");

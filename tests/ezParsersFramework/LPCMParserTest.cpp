@@ -17,7 +17,7 @@ namespace {
 
 const char* const kDebugLine = "LPCMParser::Parse()\n";
 
-/// A media of any size without any content.
+/// A file of any size without any content.
 class SizedStream : public AwkwardStream {
 public:
     SizedStream(const char* aPath, std::uint64_t aSize) : AwkwardStream("", Delivery(), aPath) {
@@ -221,7 +221,7 @@ TEST(LPCMParser, ClassAndProfileComeFromTheVirtualAdjustment) {
     UnadjustingParser parser(conformance.Get());
     SizedStream stream("/ctt/b-lpcm-2.pcm", 176400);
     const Record record(parser.Parse(stream));
-    // Everything but class, profile and duration is there before; the duration alone comes behind.
+    // Everything but class, profile and duration is there before; the duration alone comes after.
     EXPECT_EQ(parser.mBefore, "ac=2\nar=44100\nbs=16\nca=\"LPCM\"\nmt=\"audio/L16;rate=44100;channels=2\"\n"
                               "ta=1\n");
     EXPECT_EQ(DumpRecord(record.get()), "ac=2\nar=44100\nbs=16\nca=\"LPCM\"\ndm=1000\ndu=1\n"

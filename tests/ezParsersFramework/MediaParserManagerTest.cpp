@@ -106,7 +106,7 @@ static_assert(std::has_virtual_destructor<ezMediaParserManager>::value, "");
 static_assert(!std::is_base_of<ezBaseParser, ezMediaParserManager>::value, "called by hosts, filed nowhere");
 
 TEST(MediaParserManager, OperationsAndFieldsStandInOrder) {
-    EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::Parse), 2U); // behind the destructor's two
+    EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::Parse), 2U); // after the destructor's two
     EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::AdjustDLNAInfo), 3U);
     EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::ParseFromType), 4U);
     EXPECT_EQ(VirtualSlotOf(&ezMediaParserManager::ParseCoverArt), 5U);
@@ -277,7 +277,7 @@ TEST(MediaParserManager, EmptyInfoFilesNothing) {
 TEST(MediaParserManager, AnEntryWhoseTypeHasNoSlashIsIgnored) {
     EXPECT_EQ(MimeTypesFiledFor("mp3:*,audio/mpeg:*"), Texts{"audio/mpeg"});
     EXPECT_EQ(MimeTypesFiledFor("audio/mpeg:*,mp3:*"), Texts{"audio/mpeg"});
-    EXPECT_EQ(MimeTypesFiledFor("mp3:a/b"), Texts{}); // a slash behind the colon does not count
+    EXPECT_EQ(MimeTypesFiledFor("mp3:a/b"), Texts{}); // a slash after the colon does not count
 }
 
 TEST(MediaParserManager, AnEntryWithoutColonRunsOnIntoItsSuccessor) {
@@ -439,7 +439,7 @@ TEST(MediaParserManagerParseFromType, PositionsBeyond32BitsAreKept) {
     OpenManager manager;
     Add(manager, trace, new ScriptedParser(trace, "first", "*"));
     Add(manager, trace, new ScriptedParser(trace, "second", "*"));
-    /// A media without bytes that lets itself be moved anywhere.
+    /// A file without bytes that lets itself be moved anywhere.
     class EndlessStream : public ezMediaParserStream {
     protected:
         bool MediaSeek(const ezuint64& /*anOffset*/, bool /*afSeekImmediate*/) override { return true; }

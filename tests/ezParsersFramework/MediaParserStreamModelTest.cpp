@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr std::uint64_t kEndless = UINT64_MAX; ///< a media that has bytes at every position
+constexpr std::uint64_t kEndless = UINT64_MAX; ///< a file that has bytes at every position
 
 /// The byte at an offset of any media here: no stretch looks like another.
 char ByteAt(std::uint64_t anOffset) {
@@ -129,7 +129,7 @@ private:
 
 // ---- the model ----
 
-/// What an operation gave, and what the stream is like behind it.
+/// What an operation gave, and what the stream is like after it.
 struct Outcome {
     bool mfResult = false;
     std::size_t mCount = 0;

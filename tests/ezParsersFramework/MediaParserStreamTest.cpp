@@ -24,7 +24,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-/// A media in memory that notes every call of the two primitives.
+/// A file in memory that notes every call of the two primitives.
 class RecordingStream : public ezMediaParserStream {
 public:
     explicit RecordingStream(std::string aContent) : mContent(std::move(aContent)) {
@@ -149,7 +149,7 @@ TEST(MediaParserStream, SeekModesAndBufferSizeAreFixed) {
     EXPECT_EQ(std::size_t{kezMediaParserStreamBufferSize}, 8192U);
 }
 
-TEST(MediaParserStream, VirtualOperationsStandInTheirOrderBehindTheDestructor) {
+TEST(MediaParserStream, VirtualOperationsStandInTheirOrderAfterTheDestructor) {
     static_assert(std::has_virtual_destructor<ezMediaParserStream>::value, "");
     EXPECT_EQ(RecordingStream::Slots(), (std::vector<std::size_t>{2, 3, 4, 5, 6}));
 }
@@ -377,7 +377,7 @@ TEST(MediaParserStream, ReadEndingAtEightKiBFills) {
     }
 }
 
-TEST(MediaParserStream, ReadEndingBehindEightKiBLeavesTheBufferUnfilled) {
+TEST(MediaParserStream, ReadEndingAfterEightKiBLeavesTheBufferUnfilled) {
     for (const auto read : {Exact, UpTo}) {
         RecordingStream stream(RandomMedia(20000));
         const ReadOutcome large = read(stream, 8193);
@@ -456,7 +456,7 @@ TEST(MediaParserStream, ShortFillOfAnUpToReadCountsFromThePosition) {
     EXPECT_EQ(At(stream), 100U);
 }
 
-TEST(MediaParserStream, UpToReadThatFillsBehindTheDataCopiesNothing) {
+TEST(MediaParserStream, UpToReadThatFillsAfterTheDataCopiesNothing) {
     for (const std::uint64_t position : {100U, 101U, 8000U}) {
         RecordingStream behind(RandomMedia(100));
         behind.mfSourceStays = true;
@@ -609,7 +609,7 @@ TEST(MediaParserStream, ReadAcrossTheBufferEndGoesWhollyToTheSource) {
     }
 }
 
-TEST(MediaParserStream, ShortMediaIsReadAgainBehindItsBuffer) {
+TEST(MediaParserStream, ShortMediaIsReadAgainAfterItsBuffer) {
     RecordingStream stream(RandomMedia(100));
     Fill(stream);
     const ReadOutcome upTo = UpTo(stream, 101); // the buffer is filled: its 100 bytes do not serve this read
@@ -769,7 +769,7 @@ TEST(MediaParserStream, SeekReachesTheLastPosition) {
     EXPECT_EQ(At(stream), UINT64_MAX);
 }
 
-TEST(MediaParserStream, RelativeSeekBehindTheLastPositionFails) {
+TEST(MediaParserStream, RelativeSeekAfterTheLastPositionFails) {
     RecordingStream stream(RandomMedia(100));
     ASSERT_TRUE(SeekTo(stream, 10));
     stream.TakeCalls();
@@ -1183,7 +1183,7 @@ TEST(MediaParserStream, SourceThatCannotSeekLosesTheExactReadThatEndsAtItsBuffer
     delivery.mfSeekable = false;
     AwkwardStream stream(media, delivery);
     ASSERT_TRUE(Exact(stream, 8000).mfResult);
-    EXPECT_EQ(Exact(stream, 192).mBuffer, media.substr(8192, 192)); // the source stands behind the buffer
+    EXPECT_EQ(Exact(stream, 192).mBuffer, media.substr(8192, 192)); // the source stands after the buffer
     EXPECT_EQ(At(stream), 8192U);
 }
 

@@ -30,7 +30,7 @@ using Strings = std::vector<std::string>;
 
 constexpr const char* kFileName = "mediaCTRLMediaTypes.ini";
 
-/// A media without content: what counts here is what it is called.
+/// A file without content: what counts here is what it is called.
 class NamedStream : public ezMediaParserStream {
 public:
     explicit NamedStream(const std::string& aPath, std::string aMimeType = "", std::uint64_t aSize = 0)
@@ -138,13 +138,13 @@ public:
     ezEnvironment& Environment() { return mEnvironment; }
     const Strings& Journal() const { return mJournal; }
 
-    /// What the media types ini parser makes of a media, as a dump.
+    /// What the media types ini parser makes of a file, as a dump.
     std::string Parse(const std::string& aPath, const std::string& aMimeType = "", std::uint64_t aSize = 0) {
         NamedStream stream(aPath, aMimeType, aSize);
         return DumpRecord(Record(Parser().Parse(stream)).get());
     }
 
-    /// The types that a parse of a media asks for, in order.
+    /// The types that a parse of a file asks for, in order.
     Strings Types(const std::string& aPath, const std::string& aMimeType = "") {
         mManager->mTypes.clear();
         Parse(aPath, aMimeType);
@@ -430,7 +430,7 @@ TEST(MimeTypesDotIniParser, ExcludedEntryWithoutAClassMakesNone) {
     EXPECT_EQ(server.Parse("/a.txt"), "null\n");
 }
 
-TEST(MimeTypesDotIniParser, NormalEntryBehindAnExcludedOneMakesTheRecord) {
+TEST(MimeTypesDotIniParser, NormalEntryAfterAnExcludedOneMakesTheRecord) {
     Server server("[MimeTypesExcluded]\nx=e@x/excluded@item.x\n[MimeTypes]\nn=e@x/normal@item.n\n");
     EXPECT_EQ(server.Parse("/a.e"), "cn=\"item.n\"\nfe=\"e\"\nmt=\"x/normal\"\n");
 }
@@ -739,7 +739,7 @@ TEST(MimeTypesDotIniParser, EntryOfTheTypeOfAllIsAnAssertionWhenARecordIsAdjuste
     EXPECT_EQ(DumpRecord(&info), "mt=\"x/y\"\n");
 }
 
-TEST(MimeTypesDotIniParser, TypesBehindTheTypeOfAllStillAdjust) {
+TEST(MimeTypesDotIniParser, TypesAfterTheTypeOfAllStillAdjust) {
     Server server("[MimeTypes]\n*=e@x/y@item.i@after\n");
     server.Adjusts("after");
     LogCatcher log(2);

@@ -203,7 +203,7 @@ struct StreamFault {
     bool mfLate = false; ///< the read finds nothing yet, rather than an error
 };
 
-/// A media from a server, whose calls fail: by the contract of ezStream, which knows no size, is not opened,
+/// A file from a server, whose calls fail: by the contract of ezStream, which knows no size, is not opened,
 /// refuses a seek, has an error, or nothing yet.
 class FaultyStream : public ScriptedStream {
 public:
@@ -403,7 +403,7 @@ TEST(RequestFaults, AStreamThatFailsGivesAWholeRecordOrThatOfItsName) {
             // its start, which may fail; the last seek follows the request.
             {StreamCall::Seek, "1: " + (fLending ? named + "2: " + parsed : parsed),
              "1: " + named + "2: " + parsed},
-            // The parser asks before anything is read behind Open, and declines.
+            // The parser asks before anything is read after Open, and declines.
             {StreamCall::GetSize, "1: " + parsed + "2: " + named, "1: " + unsized},
             // A host that goes on all the same has what the stream gives.
             {StreamCall::IsOpened, "1: not opened: " + parsed, "1: not opened: " + parsed},

@@ -22,7 +22,7 @@
 #include <vector>
 
 // The adapter over every kind of stream behaves like a file stream over the same bytes, operation by
-// operation: result, count, every byte of the caller's buffer, and the position behind it.
+// operation: result, count, every byte of the caller's buffer, and the position after it.
 
 namespace {
 
@@ -131,7 +131,7 @@ ezStream* InMemory(const std::string& aContent) {
     return new Stream(block, aContent.size(), "");
 }
 
-/// The bytes of every run, as a media of its first so many, and as a file of them.
+/// The bytes of every run, as a file of its first so many, and as a file of them.
 class Media {
 public:
     explicit Media(std::size_t aLength)

@@ -37,7 +37,7 @@ struct Outcome {
     }
 };
 
-/// The buffer has room behind what is asked, which a read must leave alone.
+/// The buffer has room after what is asked, which a read must leave alone.
 Outcome MediaRead(StreamProbe& anAdapter) {
     Outcome outcome{0, std::string(kAsked + 50, kUntouched)};
     outcome.mResult = anAdapter.MediaRead(&outcome.mBuffer[0], kAsked);

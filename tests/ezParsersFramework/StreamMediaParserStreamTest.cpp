@@ -122,7 +122,7 @@ TEST_P(StreamMediaParserStreamBothWays, OpenFetchesTheStartAndLeavesTheStreamAtI
     EXPECT_TRUE(adapter.Open());
     Calls expected = ReadCalls(8192);
     if (!GetParam()) {
-        expected.emplace_back("seek 0"); // what was lent has moved nothing
+        expected.emplace_back("seek 0"); // what was borrowed has moved nothing
     }
     expected.emplace_back("opened?");
     EXPECT_EQ(mStream.TakeCalls(), expected);

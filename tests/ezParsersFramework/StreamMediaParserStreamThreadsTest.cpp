@@ -95,7 +95,7 @@ TEST_P(StreamMediaParserStreamThreads, NoWakeUpIsLostHoweverLookAndWaitFallToget
     std::atomic<std::size_t> wanted{0};
     mStream.mOnNothing = [&wanted] { ++wanted; };
     std::atomic<bool> fStop{false};
-    std::thread writer([&] { // answers a look as soon as it sees it: before, in or behind the wait
+    std::thread writer([&] { // answers a look as soon as it sees it: before, in or after the wait
         for (std::size_t answered = 0; !fStop;) {
             if (wanted != answered) {
                 ++answered;

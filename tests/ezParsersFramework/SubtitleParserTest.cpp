@@ -82,7 +82,7 @@ TEST(SubtitleParser, StatusValuesAreThoseThatOtherComponentsKnow) {
 }
 
 TEST(SubtitleParser, OperationsStandInSlotOrder) {
-    EXPECT_EQ(VirtualSlotOf(&ezBaseSubtitleParser::HasData), 2U); // behind the destructor's two
+    EXPECT_EQ(VirtualSlotOf(&ezBaseSubtitleParser::HasData), 2U); // after the destructor's two
     EXPECT_EQ(VirtualSlotOf(&ezBaseSubtitleParser::Clear), 3U);
     EXPECT_EQ(VirtualSlotOf(&ezBaseSubtitleParser::Parse), 4U);
     EXPECT_EQ(VirtualSlotOf(&ezBaseSubtitleParser::Step), 5U);

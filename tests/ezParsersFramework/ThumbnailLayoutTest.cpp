@@ -72,7 +72,7 @@ std::size_t VirtualSlotOf(Result (Class::*anOperation)() const) {
     return VirtualSlotOf(reinterpret_cast<Result (Class::*)()>(anOperation));
 }
 
-// Behind the destructor's two.
+// After the destructor's two.
 TEST(ThumbnailLayout, OperationsStandInSlotOrder) {
     EXPECT_EQ(VirtualSlotOf(&ezThumbnailGenerator::CanConvert), 2U);
     EXPECT_EQ(VirtualSlotOf(&ezThumbnailGenerator::BuildThumbnail), 3U);

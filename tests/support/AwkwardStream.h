@@ -16,7 +16,7 @@ struct Delivery {
     bool mfSeekable = true;  ///< the source moves; else only a seek to where it stands succeeds
 };
 
-/// A media in memory that is delivered awkwardly, and that counts what it costs.
+/// A file in memory that is delivered awkwardly, and that counts what it costs.
 class AwkwardStream : public ezMediaParserStream {
 public:
     explicit AwkwardStream(std::string aContent, const Delivery& aDelivery = Delivery(),
@@ -32,7 +32,7 @@ public:
     void ResetCosts() { mCosts = Costs(); }
     /// Where the source stands.
     std::size_t GetSourcePosition() const { return mSourcePosition; }
-    /// Exchanges the bytes behind the stream's back.
+    /// Exchanges the bytes after the stream's back.
     void SetContent(std::string aContent) { mContent = std::move(aContent); }
 
 protected:

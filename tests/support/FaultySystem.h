@@ -97,7 +97,7 @@ struct FaultManner {
     SystemCall mCall = SystemCall::Open;
     int mError = 0;
     bool mfForGood = false;               ///< and all that follow
-    std::size_t mMaximum = Fault::kWhole; ///< comes short of so many bytes; the error strikes the call behind
+    std::size_t mMaximum = Fault::kWhole; ///< comes short of so many bytes; the error strikes the call after
 };
 
 /// One call of a kind fails, with an error that it is known for.

@@ -65,7 +65,7 @@ private:
     std::thread mThread;
 };
 
-/// How a media is served.
+/// How a file is served.
 struct HttpMedia {
     std::string mBytes;
     std::string mFields;  ///< further header lines, each with its end
@@ -73,7 +73,7 @@ struct HttpMedia {
     bool mfLength = true; ///< the size is stated
 };
 
-/// Answers every request with a media.
+/// Answers every request with a file.
 HttpServer::Handler Serving(const HttpMedia& aMedia);
 /// The head of an answer: the status line, further lines as they are, and the empty one.
 std::string HttpHead(const std::string& aStatus, const std::string& aFields);

@@ -13,7 +13,7 @@ inline std::string Syncsafe(std::uint64_t aValue) {
         (aValue & 0x7F) | (aValue & 0x3F80) << 1 | (aValue & 0x1FC000) << 2 | (aValue & 0xFE00000) << 3, 4);
 }
 
-/// With a zero behind every 0xFF, as a careful writer does it everywhere.
+/// With a zero after every 0xFF, as a careful writer does it everywhere.
 inline std::string Unsynchronised(const std::string& aBytes) {
     std::string bytes;
     for (const char byte : aBytes) {

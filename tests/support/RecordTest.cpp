@@ -27,7 +27,7 @@ TEST(DumpRecord, WritesTheKeysInOrderWithTextsInQuotesAndNumbersBare) {
                                  "mt=\"audio/L16\"\n");
 }
 
-TEST(DumpRecord, WritesTheMembersThatAreSetBehindTheKeys) {
+TEST(DumpRecord, WritesTheMembersThatAreSetAfterTheKeys) {
     ezMediaInfo info;
     info.mAlbum = "album";
     info.mGenre = "genre";

@@ -13,7 +13,7 @@ struct EltStep {
         Read,
         Append,
         Skip,
-        SkipAppended, ///< a skip placed behind what was gathered
+        SkipAppended, ///< a skip placed after what was gathered
         Nothing,      ///< stays in progress without a request
         Complete,
         Fail

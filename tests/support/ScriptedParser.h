@@ -96,5 +96,5 @@ std::size_t VirtualSlotOf(Result (Class::*anOperation)(Arguments...)) {
     return (words[0] & ~std::uintptr_t{1}) / sizeof(void*);
 }
 
-/// True when each place lies behind the one before it.
+/// True when each place lies after the one before it.
 bool AreInOrder(const std::vector<const void*>& aPlaces);

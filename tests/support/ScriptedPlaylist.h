@@ -13,7 +13,7 @@ public:
     ScriptedPlaylist() = default;
     explicit ScriptedPlaylist(const char* aParentURL) : PlaylistParser(aParentURL) {}
 
-    /// Adds an entry behind the others. Its positions follow from its length in bytes.
+    /// Adds an entry after the others. Its positions follow from its length in bytes.
     void Add(const std::string& aTitle, const std::string& aURI, uint32 aDuration = 0,
              const std::string& aTags = "", std::uint64_t aLength = 10);
     void SetFilePath(const ezPathName& aPath) { mFilePath = aPath; }
@@ -22,7 +22,7 @@ public:
     const char* GetParentURL() const { return mParentURL; }
     std::uint64_t GetLength() const { return mLength; }
 
-    /// From the first entry that begins at the position or behind it.
+    /// From the first entry that begins at the position or after it.
     void ParseAll(PlaylistParserCallback aCallback, void* aUserData) override;
     /// False above the length of the playlist.
     bool SeekBytes(const ezuint64& aPos) override;

@@ -43,7 +43,7 @@ public:
     bool mfCanLend;
     /// Every seek answers this, and moves nothing, unless it is NoError.
     ezStreamingStatus mSeekStatus = ezStreamingStatus_NoError;
-    /// A seek behind the end succeeds too, and finds the end.
+    /// A seek after the end succeeds too, and finds the end.
     bool mfSeeksAnywhere = false;
     /// Set by Release, which destroys the stream.
     bool* mReleased = nullptr;

@@ -70,7 +70,7 @@ public:
 
     std::vector<Mapping> InOrder() const;
     std::size_t ProfileCount() const { return mByProfile.size(); }
-    /// What is found for the name of a media.
+    /// What is found for the name of a file.
     const Mapping* Find(const std::string& aName) const;
     const Mapping* FirstOf(const std::string& aProfile) const;
     /// The speeds of each profile, by its name.
@@ -137,5 +137,5 @@ private:
     MapperModel mModel;
 };
 
-/// The name of a media that an operation is about: "clip.aaa".
+/// The name of a file that an operation is about: "clip.aaa".
 std::string MediaNameOf(unsigned aBase, unsigned anExtension);

@@ -13,10 +13,10 @@
 
 class ezUndeterminedEltStreamParser;
 
-/// A media that a thread brings in packets of one size.
+/// A file that a thread brings in packets of one size.
 class FedStream : public ezFeedStream {
 public:
-    /// @param aFailingAt  fails behind so many bytes, where it is not longer
+    /// @param aFailingAt  fails after so many bytes, where it is not longer
     FedStream(std::string aContent, std::size_t aPacket, std::size_t aWindow, std::string aName,
               std::size_t aFailingAt = static_cast<std::size_t>(-1));
 
@@ -35,7 +35,7 @@ private:
     std::size_t mFailingAt;
 };
 
-/// The bytes of a media: letters, in an order that depends on a number.
+/// The bytes of a file: letters, in an order that depends on a number.
 std::string LettersOf(std::size_t aLength, unsigned aNumber);
 
 /// Media that are pushed: into a stream that is read, and into formats that race on them.

@@ -158,7 +158,7 @@ std::unique_ptr<ezMediaParserStream> MemoryMedia(const MediaPlan& aMedia, const 
     return std::make_unique<ezStreamMediaParserStream>(stream, true);
 }
 
-/// The stream of a media, opened.
+/// The stream of a file, opened.
 std::unique_ptr<ezMediaParserStream> Delivered(const MediaPlan& aMedia, const std::string& aPath,
                                                const TemporaryFolder& aFolder) {
     std::unique_ptr<ezMediaParserStream> stream;

@@ -33,7 +33,7 @@ struct ParserPlan {
     std::vector<std::string> mDeclared; ///< MIME types
 };
 
-/// A media, and how it is delivered.
+/// A file, and how it is delivered.
 struct MediaPlan {
     enum Way { File, Trickle, SizeUnknown, FirstReadFails, NotSeekable, Memory, Fed, kWays };
 

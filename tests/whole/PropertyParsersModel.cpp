@@ -32,7 +32,7 @@ std::string ProfileOf(const RecordValues& aRecord) {
     return at == std::string::npos ? "" : field.substr(at + 1, field.find(';') - at - 1);
 }
 
-/// What the table says of a media, as a record.
+/// What the table says of a file, as a record.
 RecordValues RecordOf(const Mapping& aMapping) {
     RecordValues record;
     Put(record, "mt", aMapping.mMimeType);
@@ -127,7 +127,7 @@ std::optional<RecordValues> ParsersModel::FromParser(const ParserPlan& aPlan) {
     const std::string call = "parse " + std::to_string(aPlan.mNumber) + " @" + std::to_string(mPosition);
     const std::string& content = mMedia->mContent;
     if (mPosition >= content.size() || mfReadFails) {
-        mfReadFails = mfReadFails && content.empty(); // a media without bytes has none that fails
+        mfReadFails = mfReadFails && content.empty(); // a file without bytes has none that fails
         mCalls.push_back(call + " sees nothing");
         return std::nullopt;
     }

@@ -51,7 +51,7 @@ private:
     /// A reader that was registered; the libraries' have no number.
     struct Reader {
         std::string mMimeType;
-        std::string mExtensions; ///< with a comma before the first and behind the last
+        std::string mExtensions; ///< with a comma before the first and after the last
         int mNumber = kOfTheLibraries;
     };
     static constexpr int kOfTheLibraries = -1;

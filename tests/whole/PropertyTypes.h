@@ -24,7 +24,7 @@ std::string TypesText();
 std::vector<const TypesEntry*> EntriesOfExtension(const std::string& anExtension);
 std::vector<const TypesEntry*> EntriesOfMimeType(const std::string& aMimeType);
 
-/// What the table answers to the questions of a host; lists are parted by "\".
+/// What the table answers to the questions of a host; lists are separated by "\".
 std::string MimeTypeOfExtension(const std::string& anExtension);
 std::string ExtensionOfMimeType(const std::string& aMimeType);
 std::string ExtensionsOfMimeType(const std::string& aMimeType);

@@ -26,7 +26,7 @@ MediaBytes::~MediaBytes() = default;
 void MediaBytes::Bring(std::uint64_t aPosition) {
     const bool fStraightOn = GetBlockLength() != 0 && aPosition == GetBlockStart() + GetBlockLength();
     const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
-    if (ReadStart(aPosition) && !HasAtHand(aPosition, 1)) {
+    if (ReadStart(aPosition) && !HasBuffered(aPosition, 1)) {
         Fetch(aPosition, size);
     }
 }
@@ -36,13 +36,13 @@ bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
         return false;
     }
     const std::size_t size = std::min(aSize, kLargestBlock);
-    if (HasAtHand(aPosition, size)) {
+    if (HasBuffered(aPosition, size)) {
         return true;
     }
-    if (!HasAtHand(aPosition, 1) && !ReadStart(aPosition)) {
+    if (!HasBuffered(aPosition, 1) && !ReadStart(aPosition)) {
         return false;
     }
-    return HasAtHand(aPosition, size) || Fetch(aPosition, size);
+    return HasBuffered(aPosition, size) || Fetch(aPosition, size);
 }
 
 /// The stream takes its first read for the start of the media, and answers later ones from it: reads that

@@ -17,7 +17,7 @@ public:
     MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes);
     ~MediaBytes() override;
 
-    /// Reads the block of the next Lend from a position on: for a tail of which all bytes are going to be
+    /// Reads the block of the next Borrow from a position on: for a tail of which all bytes are going to be
     /// asked for, in any order. At most 64 KiB. Those that are buffered are not read again. False when there
     /// are none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);

@@ -103,7 +103,7 @@ ezCString ReadData(const ByteReader& aData) {
                      kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated);
 }
 
-/// The first value of an item that is no text, after its kind and language.
+/// The first value of an item that is not a text, after its kind and language.
 ByteReader OpenItem(const ByteReader& anItem, std::uint32_t& aBoxBudget) {
     std::uint32_t kind = 0;
     ByteReader data = anItem;

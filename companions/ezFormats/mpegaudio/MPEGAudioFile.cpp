@@ -27,19 +27,20 @@ public:
     explicit TagBytes(MediaBytes& aBytes) : ReadShare(aBytes, kMusicTexts_MaxReads), mBytes(aBytes) {}
     ~TagBytes() override;
 
-    /// Where the tag ends that is read next. Until then nobody else reads the media, so that what was lent
-    /// stays at hand.
+    /// Where the tag ends that is read next. Until then nobody else reads the media, so that what was
+    /// borrowed stays buffered.
     void SetEndOfTag(std::uint64_t anEnd) {
         mEnd = anEnd;
-        KeepAtHand(nullptr, 0, 0);
+        KeepBuffered(nullptr, 0, 0);
     }
 
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
-        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasAtHand(aPosition, 1)) {
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize &&
+            !mBytes.HasBuffered(aPosition, 1)) {
             mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
         }
-        const std::size_t count = ReadShare::Lend(aPosition, aBytes);
-        KeepAtHand(count != 0 ? *aBytes : nullptr, aPosition, count);
+        const std::size_t count = ReadShare::Borrow(aPosition, aBytes);
+        KeepBuffered(count != 0 ? *aBytes : nullptr, aPosition, count);
         return count;
     }
 
@@ -99,7 +100,7 @@ constexpr Mark kMarks[] = {
 constexpr std::size_t kMarkedSize = 8;
 std::string HeadAt(ByteSource& aBytes, std::uint64_t aPosition) {
     const unsigned char* borrowed = nullptr;
-    if (aBytes.Lend(aPosition, &borrowed) >= kMarkedSize) {
+    if (aBytes.Borrow(aPosition, &borrowed) >= kMarkedSize) {
         return {reinterpret_cast<const char*>(borrowed), kMarkedSize};
     }
     std::string head;
@@ -132,7 +133,7 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
     LeadingTags tags;
     TagBytes few(aBytes);
     for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
-        if (!aBytes.HasAtHand(tags.mEnd, 1)) {
+        if (!aBytes.HasBuffered(tags.mEnd, 1)) {
             aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
         }
         LeadingTag tag = ReadLeadingTag(aBytes, tags.mEnd);
@@ -162,7 +163,7 @@ std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
     }
     aBytes.Load(aPosition, kMPEGAudio_SearchSize);
     std::uint64_t position = aPosition;
-    while (aBytes.HasAtHand(position, 1) && aBytes.Get(position, &byte) && byte == 0) {
+    while (aBytes.HasBuffered(position, 1) && aBytes.Get(position, &byte) && byte == 0) {
         ++position;
     }
     return position;

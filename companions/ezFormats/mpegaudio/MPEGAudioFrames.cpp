@@ -34,12 +34,12 @@ bool MPEGAudioFrames::ReadWord(std::uint64_t aPosition, std::uint32_t* aWord) {
     if (aPosition >= mBytes.GetEnd()) {
         return false;
     }
-    if (!mBytes.HasAtHand(aPosition, kMPEGAudioHeaderSize)) {
-        if (mfAtHandOnly) {
+    if (!mBytes.HasBuffered(aPosition, kMPEGAudioHeaderSize)) {
+        if (mfBufferedOnly) {
             return false;
         }
         // Looking on from the first frame keeps that one: its Xing or VBRI header is still to be read.
-        const bool fKeep = mBytes.HasAtHand(mFirst.mPosition, 1) && aPosition > mFirst.mPosition &&
+        const bool fKeep = mBytes.HasBuffered(mFirst.mPosition, 1) && aPosition > mFirst.mPosition &&
                            aPosition - mFirst.mPosition <= mStep;
         const std::uint64_t start = fKeep ? mFirst.mPosition : aPosition;
         mBytes.Load(start, static_cast<std::size_t>(aPosition - start) + mStep);
@@ -103,7 +103,7 @@ bool MPEGAudioFrames::StartFreeAt(std::uint64_t aPosition, std::uint32_t aLength
     if (++mFreeTries > kMPEGAudio_MaxFreeTries) {
         return false;
     }
-    if (!mfAtHandOnly) {
+    if (!mfBufferedOnly) {
         mBytes.Load(aPosition, std::size_t{aLength} * most);
     }
     for (std::uint32_t size = kMPEGAudioMinFrameSize; size <= most; ++size) {
@@ -140,7 +140,7 @@ bool MPEGAudioFrames::Search(std::uint64_t aStart) {
     ezWrapperWatch watch;
     for (std::uint64_t position = aStart; position - aStart < kMPEGAudio_SearchSize; ++position) {
         unsigned char byte = 0;
-        if (!mBytes.HasAtHand(position, 1) || !mBytes.Get(position, &byte)) {
+        if (!mBytes.HasBuffered(position, 1) || !mBytes.Get(position, &byte)) {
             return false;
         }
         watch.Feed(byte);
@@ -161,9 +161,9 @@ bool MPEGAudioFrames::Find(std::uint64_t aStart) {
     const MPEGAudioFrame first = mFirst;
     const std::uint64_t end = mEnd;
     mBytes.Load(aStart, kMPEGAudio_SearchSize);
-    mfAtHandOnly = true; // one read, whatever the bytes look like
+    mfBufferedOnly = true; // one read, whatever the bytes look like
     const bool fFound = Search(aStart);
-    mfAtHandOnly = false;
+    mfBufferedOnly = false;
     if (fFound) {
         return true;
     }
@@ -179,18 +179,18 @@ bool MPEGAudioFrames::FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPE
     constexpr std::uint32_t kChainSize = kMPEGAudio_ChainLength * kMPEGAudioMaxFrameSize;
     bool fFound = false;
     bool fLoaded = false;
-    mfAtHandOnly = true;
+    mfBufferedOnly = true;
     for (std::uint64_t position = aPosition; !fFound && position - aPosition < aSize; ++position) {
-        if (!fLoaded && !mBytes.HasAtHand(position, kChainSize)) {
+        if (!fLoaded && !mBytes.HasBuffered(position, kChainSize)) {
             mBytes.Load(position, static_cast<std::size_t>(aPosition + aSize - position));
             fLoaded = true;
         }
-        if (!mBytes.HasAtHand(position, 1)) {
+        if (!mBytes.HasBuffered(position, 1)) {
             break;
         }
         fFound = IsChainAt(position, aFrame);
     }
-    mfAtHandOnly = false;
+    mfBufferedOnly = false;
     return fFound;
 }
 

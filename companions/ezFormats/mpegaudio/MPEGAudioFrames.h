@@ -57,7 +57,7 @@ private:
     std::uint32_t mFreeSize = 0; ///< of all frames of free format, without padding
     std::uint32_t mFreeTries = 0;
     std::uint32_t mStep;
-    bool mfAtHandOnly = false; ///< no more is read
+    bool mfBufferedOnly = false; ///< no more is read
     std::uint32_t mCount = 0;
     std::uint64_t mEnd = 0;
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Levels that are no number, as a record states them.
+/// Levels that are not numbers, as a record states them.
 struct LevelName {
     std::string_view mName;
     uint32 mLevel;

@@ -38,7 +38,7 @@ private:
     ByteReader Before(std::uint64_t aBack, std::uint64_t aCount) const {
         ByteReader reader(mBytes);
         const bool fThere = aBack <= mTails.mAudioEnd - mStart &&
-                            mBytes.HasAtHand(mTails.mAudioEnd - aBack, static_cast<std::size_t>(aCount));
+                            mBytes.HasBuffered(mTails.mAudioEnd - aBack, static_cast<std::size_t>(aCount));
         reader.Require(fThere);
         reader.Skip(fThere ? mTails.mAudioEnd - aBack : 0);
         return reader.Take(aCount);

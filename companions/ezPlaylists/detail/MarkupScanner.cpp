@@ -79,7 +79,7 @@ std::string Lowered(std::string_view aName) {
     return lower;
 }
 
-/// The value of "#38" or "#x26"; 0 where it is no number of a character.
+/// The value of "#38" or "#x26"; 0 where it is not the number of a character.
 char32_t NumberedCharacter(std::string_view anEntity) {
     std::uint64_t number = 0;
     if (anEntity.substr(0, 2) == "#x" || anEntity.substr(0, 2) == "#X") {

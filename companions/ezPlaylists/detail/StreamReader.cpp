@@ -8,8 +8,8 @@
 
 namespace {
 
-/// At hand there is never more than the longest line, its end (two units of 16 bits), and a block.
-constexpr std::size_t kMaxAtHand = kPlaylist_MaxLine + 4;
+/// Never more is buffered than the longest line, its end (two units of 16 bits), and a block.
+constexpr std::size_t kMaxBuffered = kPlaylist_MaxLine + 4;
 
 } // namespace
 
@@ -66,7 +66,7 @@ bool PlaylistStreamReader::StandAfterBuffer() {
 }
 
 bool PlaylistStreamReader::Grow() {
-    if (mfEnd || mfFailed || IsAtLimit() || mCount - mOffset > kMaxAtHand) {
+    if (mfEnd || mfFailed || IsAtLimit() || mCount - mOffset > kMaxBuffered) {
         return false;
     }
     if (!StandAfterBuffer() || !MakeRoom(mBlock)) {

@@ -15,7 +15,7 @@
 /// Reads a playlist's stream in blocks, with a position of its own; waits for what has not arrived yet.
 /// After kPlaylist_MaxBytes bytes the stream counts as ended.
 ///
-/// The bytes at hand begin at the position (Peek). Who needs more of them calls Grow, who is done with some
+/// The buffered bytes begin at the position (Peek). Who needs more of them calls Grow, who is done with some
 /// Skip. What is buffered, and a little before the position, is sought without a read.
 ///
 /// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
@@ -31,12 +31,12 @@ public:
     bool Seek(std::uint64_t aPos);
     std::uint64_t Tell() const { return mBufferPos + mOffset; }
 
-    /// The bytes at hand, borrowed until Grow or Seek.
+    /// The buffered bytes, borrowed until Grow or Seek.
     std::string_view Peek() const { return {mBytes.begin() + mOffset, mCount - mOffset}; }
-    /// Moves past bytes at hand.
+    /// Moves past buffered bytes.
     void Skip(std::size_t aCount) { mOffset += aCount; }
     /// Brings at least one byte more to hand, or gives false: at the end of the stream, at an error, when
-    /// memory is refused, and when more than the longest line is at hand.
+    /// memory is refused, and when more than the longest line is buffered.
     bool Grow();
     /// Whether an error or a refusal of memory stopped the last Grow. A seek takes that back.
     bool HasFailed() const { return mfFailed; }
@@ -45,7 +45,7 @@ public:
     void EndAt(std::uint64_t aPos, PlaylistCut aCut);
     /// Whether what was read ends before the stream does, as far as that is known.
     PlaylistCut GetCut() const { return mCut; }
-    /// Whether the bytes at hand end where the stream was cut.
+    /// Whether the buffered bytes end where the stream was cut.
     bool IsAtCut() const { return mCut != PlaylistCut::None && mBufferPos + mCount == mLimit; }
 
     /// Takes all that follows. False when that is more than aLimit bytes, when the stream fails, and when
@@ -67,6 +67,6 @@ private:
     std::size_t mBlock;                      ///< bytes that the next read fetches
     bool mfEnd = false;                      ///< the stream ends after the buffer
     bool mfFailed = false;
-    std::uint64_t mLimit = kPlaylist_MaxBytes; ///< no byte from here on is at hand
+    std::uint64_t mLimit = kPlaylist_MaxBytes; ///< no byte from here on is buffered
     PlaylistCut mCut = PlaylistCut::None;
 };

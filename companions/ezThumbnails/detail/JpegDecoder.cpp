@@ -164,7 +164,7 @@ struct JpegDecoder::State {
         return TRUE;
     }
 
-    /// Gives the library the bytes at hand.
+    /// Gives the library the buffered bytes.
     void TakeBlock() {
         mSource.next_input_byte = mReader->GetData();
         mSource.bytes_in_buffer = mReader->GetCount();

@@ -13,7 +13,7 @@
 /// Reads a picture's stream from where it stands, block by block; waits for what has not arrived yet.
 ///
 /// Blocks are whole, however little a read brings: of a damaged picture the codecs make what depends on how
-/// much is at hand, and a thumbnail is not to depend on the speed of a disk.
+/// much is buffered, and a thumbnail is not to depend on the speed of a disk.
 ///
 /// The stream is borrowed and used by nobody else meanwhile. Its threshold callback is registered only while
 /// a read waits. One thread.
@@ -24,10 +24,10 @@ public:
     PictureReader(const PictureReader&) = delete;
     PictureReader& operator=(const PictureReader&) = delete;
 
-    /// The bytes at hand, borrowed until Fill.
+    /// The buffered bytes, borrowed until Fill.
     const unsigned char* GetData() const { return mBlock.get() + mOffset; }
     std::size_t GetCount() const { return mCount - mOffset; }
-    /// Moves past bytes at hand.
+    /// Moves past buffered bytes.
     void Skip(std::size_t aCount) { mOffset += aCount; }
     /// Brings a block to hand in place of one that is used up. False at the end and after a failure.
     bool Fill();

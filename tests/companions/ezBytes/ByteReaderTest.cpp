@@ -26,7 +26,7 @@ public:
     explicit SingleBytes(std::string aBytes) : mBytes(std::move(aBytes)) {}
 
     std::optional<std::uint64_t> GetSize() const override { return mBytes.size(); }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
         if (aPosition >= mBytes.size()) {
             return 0;
         }
@@ -37,17 +37,17 @@ public:
 
 private:
     std::string mBytes;
-    unsigned char mByte = 0; ///< what is lent
+    unsigned char mByte = 0; ///< what is borrowed
 };
 
-/// Bytes at every position, each the lowest byte of its position. The last eight are at hand.
+/// Bytes at every position, each the lowest byte of its position. The last eight are buffered.
 class EndlessBytes : public ByteSource {
 public:
-    EndlessBytes() { KeepAtHand(mLast.data(), kEndless - mLast.size(), mLast.size()); }
+    EndlessBytes() { KeepBuffered(mLast.data(), kEndless - mLast.size(), mLast.size()); }
 
     std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
-    std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
-        if (const std::size_t count = LendAtHand(aPosition, aBytes)) {
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (const std::size_t count = BorrowBuffered(aPosition, aBytes)) {
             return count;
         }
         mByte = static_cast<unsigned char>(aPosition & 0xFFU);
@@ -60,7 +60,7 @@ private:
     unsigned char mByte = 0;
 };
 
-/// Runs aCheck over the bytes as one block, and as bytes of which no two are at hand at once.
+/// Runs aCheck over the bytes as one block, and as bytes of which no two are buffered at once.
 template <typename Check>
 void OverBothKindsOf(const std::string& aBytes, Check aCheck) {
     {
@@ -115,7 +115,7 @@ TEST(ByteReader, ReadsNumbersOfOneToEightBytesInBothOrders) {
     });
 }
 
-TEST(ByteReader, ReadsUpToTheEndAndFailsBehindIt) {
+TEST(ByteReader, ReadsUpToTheEndAndFailsAfterIt) {
     OverBothKindsOf("abcde", [](const ByteReader& aReader) {
         ByteReader reader = aReader;
         EXPECT_EQ(Str(reader.ReadText(5)), "abcde");
@@ -230,7 +230,7 @@ TEST(ByteReader, OffsetsNearTheLastOneAreReadAndNeverWrapAround) {
     EndlessBytes bytes;
     ByteReader reader(bytes);
     reader.Skip(kEndless - 11);
-    EXPECT_EQ(reader.ReadBig(2), 0xF4F5U); // in front of the bytes at hand
+    EXPECT_EQ(reader.ReadBig(2), 0xF4F5U); // in front of the buffered bytes
     EXPECT_EQ(reader.ReadBig32(), 0xF6F7F8F9U);
     EXPECT_EQ(reader.ReadBig(4), 0xFAFBFCFDU);
     ByteReader last = reader;
@@ -282,15 +282,15 @@ TEST(ByteReader, AfterAFailureTheSourceIsNotAskedAgain) {
     class EndedBytes : public ByteSource {
     public:
         std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
-        std::size_t Lend(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
             if (aPosition >= mBytes.size()) {
-                ++mAskedBehindEnd;
+                ++mAskedAfterEnd;
                 return 0;
             }
             *aBytes = mBytes.data() + aPosition;
             return 1;
         }
-        unsigned mAskedBehindEnd = 0;
+        unsigned mAskedAfterEnd = 0;
 
     private:
         std::array<unsigned char, 2> mBytes = {'a', 'b'};
@@ -316,8 +316,8 @@ TEST(ByteReader, AfterAFailureTheSourceIsNotAskedAgain) {
         EndedBytes bytes;
         ByteReader reader(bytes);
         kReads[i](reader);
-        EXPECT_EQ(bytes.mAskedBehindEnd, 1U) << i;
+        EXPECT_EQ(bytes.mAskedAfterEnd, 1U) << i;
         ExpectFailedForGood(reader);
-        EXPECT_EQ(bytes.mAskedBehindEnd, 1U) << i;
+        EXPECT_EQ(bytes.mAskedAfterEnd, 1U) << i;
     }
 }

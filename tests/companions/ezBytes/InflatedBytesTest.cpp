@@ -143,9 +143,9 @@ TEST(InflatedBytes, ASecondCallReplacesTheFirst) {
     second.Skip(1);
     EXPECT_EQ(bytes.Inflate(second, 1000), Result::Damaged);
     EXPECT_EQ(bytes.GetSize(), 0U);
-    const unsigned char* lent = nullptr;
-    EXPECT_EQ(bytes.Lend(0, &lent), 0U);
-    EXPECT_EQ(lent, nullptr);
+    const unsigned char* borrowed = nullptr;
+    EXPECT_EQ(bytes.Borrow(0, &borrowed), 0U);
+    EXPECT_EQ(borrowed, nullptr);
 }
 
 #else

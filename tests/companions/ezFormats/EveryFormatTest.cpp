@@ -17,7 +17,7 @@ namespace {
 
 /// No parse needs a block larger than this, whatever the numbers in the file say.
 constexpr std::size_t kLargestBlock = std::size_t{256} * 1024;
-/// What a stream keeps of the start of a media: it costs one read, and serves every parser.
+/// What a stream keeps of the start of the media: it costs one read, and serves every parser.
 constexpr std::size_t kKeptByTheStream = 8192;
 /// Title, creator, genre or album.
 constexpr std::size_t kLongestText = 1024;
@@ -90,7 +90,7 @@ std::set<std::string> LinesBut(const std::string& aRecord, const std::set<std::s
     return lines;
 }
 
-/// The 4th field of a media of unknown size, by that of the same media.
+/// The 4th field of a file of unknown size, by that of the same media.
 std::string WithoutSeek(std::string aField) {
     const std::string seek = "DLNA.ORG_OP=01";
     const std::size_t at = aField.find(seek);

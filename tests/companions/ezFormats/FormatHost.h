@@ -97,7 +97,7 @@ public:
         return stream.GetCosts();
     }
 
-    /// The type of the parser that knows a media; "-" when none does, and at most its name decides.
+    /// The type of the parser that knows a file; "-" when none does, and at most its name decides.
     std::string Winner(const std::string& aBytes, const std::string& aPath) {
         const LogCatcher log;
         Parse(aBytes, aPath);

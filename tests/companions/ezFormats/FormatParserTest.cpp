@@ -73,7 +73,7 @@ Announced AnnouncementOf(const ezMediaInfo& anInfo) {
     return {Str(anInfo.GetCString(kezInfo_ClassName, "")), Str(anInfo.GetCString(kezInfo_DLNA, ""))};
 }
 
-/// What a media of these facts is announced as.
+/// What a file of these facts is announced as.
 Announced Parsed(const std::string& aFacts, bool afSizeKnown = true) {
     Delivery delivery;
     delivery.mfSizeKnown = afSizeKnown;

@@ -121,7 +121,7 @@ private:
     std::map<std::string, std::string> mNames;
 };
 
-/// More than a parser has at hand after its first read.
+/// More than a parser has buffered after its first read.
 constexpr std::size_t kFiller = 40000;
 
 /// A sample in which filler stands before the first box of a type, whose type it is told by.
@@ -133,7 +133,7 @@ std::string FilledBefore(const char* aSample, const std::string& aBoxType) {
            sample.substr(box);
 }
 
-/// A sample with segments of applications that nobody knows behind its start.
+/// A sample with segments of applications that nobody knows after its start.
 std::string FilledJpeg() {
     const std::string sample = ReadSample("pictures/harbour.jpg");
     const std::string segment = "\xFF\xEF" + Big(2 + kFiller, 2) + std::string(kFiller, 'f');
@@ -152,7 +152,7 @@ std::string FilledPng(std::size_t aChunks) {
     return filled + sample.substr(picture);
 }
 
-/// A media of many reads: the frames of a sample again and again.
+/// A file of many reads: the frames of a sample again and again.
 std::string LongMusic() {
     const std::string sample = ReadSample("music/uneven-road-vbr.mp3");
     std::string music;
@@ -171,7 +171,7 @@ std::string EachOf(unsigned aCalls) {
     return (aCalls > 1 ? "1-" : "") + std::to_string(aCalls) + ": ";
 }
 
-/// A media, and how it is read.
+/// A file, and how it is read.
 struct Reading {
     std::string mPath;
     unsigned mReads;

@@ -51,10 +51,10 @@ struct PNGHeader {
 
 inline const std::string kPNGSignature = "\x89PNG\r\n\x1A\n";
 
-/// A PNG with some chunks before its picture, which no parser here decodes, and some behind.
+/// A PNG with some chunks before its picture, which no parser here decodes, and some after.
 inline std::string PNG(const PNGHeader& aHeader = {}, const std::string& aBefore = "",
-                       const std::string& aBehind = "") {
-    return kPNGSignature + Chunk("IHDR", aHeader.Bytes()) + aBefore + Chunk("IDAT", "the picture") + aBehind +
+                       const std::string& aAfter = "") {
+    return kPNGSignature + Chunk("IHDR", aHeader.Bytes()) + aBefore + Chunk("IDAT", "the picture") + aAfter +
            Chunk("IEND", "");
 }
 
@@ -98,7 +98,7 @@ inline std::string Adobe(unsigned aTransform) {
 // ---- Exif ----
 
 /// A TIFF block of one directory with two entries, the picture's width and its orientation; the directory
-/// stands behind aGap bytes.
+/// stands after aGap bytes.
 inline std::string Tiff(unsigned anOrientation, bool afLittle = false, std::size_t aGap = 0) {
     const auto number = afLittle ? Little : Big;
     const auto entry = [&](unsigned aTag, unsigned aValue) { // a short, and one of it

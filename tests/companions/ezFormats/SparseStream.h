@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-/// A media of any size whose bytes are made when they are read: some at some positions, zeros elsewhere.
+/// A file of any size whose bytes are made when they are read: some at some positions, zeros elsewhere.
 class SparseStream : public ezMediaParserStream {
 public:
     SparseStream(std::uint64_t aSize, std::map<std::uint64_t, std::string> aParts)

@@ -8,7 +8,7 @@
 
 #include <set>
 
-// Which parser wins, whatever the name of a media says.
+// Which parser wins, whatever the name of a file says.
 
 namespace {
 

@@ -171,7 +171,7 @@ std::string Read(Source aSource, const DescriptorFault& aFault, bool* afStruck) 
     return told;
 }
 
-/// The outcomes of all calls of a kind, each failing once or with all behind it.
+/// The outcomes of all calls of a kind, each failing once or with all after it.
 std::string Sweep(Source aSource, Call aCall, int anError, int aTimes) {
     std::string outcomes;
     DescriptorFault fault;

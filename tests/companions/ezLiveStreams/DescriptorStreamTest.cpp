@@ -193,7 +193,7 @@ TEST(DescriptorStream, AFileThatStatesNoBytesIsReadToItsEnd) {
     close(empty);
 }
 
-TEST(DescriptorStream, AResetBehindSomeBytesIsAReadError) {
+TEST(DescriptorStream, AResetAfterSomeBytesIsAReadError) {
     std::array<int, 2> ends = {};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
     ASSERT_EQ(write(ends[0], "unread", 6), 6); // which makes the close of the other end a reset

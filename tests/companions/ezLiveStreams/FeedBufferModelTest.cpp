@@ -114,7 +114,7 @@ RC_GTEST_PROP(FeedBufferModel, EveryOrderOfOperationsGivesWhatTheRulesSay, ()) {
         }
         RC_ASSERT(buffer.GetSize(false) == model.mSize);
     }
-    for (int i = 0; i < 10; ++i) { // behind the end or failure
+    for (int i = 0; i < 10; ++i) { // after the end or failure
         const std::uint64_t position = *rc::gen::inRange<std::uint64_t>(0, kMediaSize + 1000);
         const std::size_t size = *rc::gen::inRange<std::size_t>(0, kLargest + 1);
         RC_ASSERT(buffer.Seek(position) == model.Seek(position));

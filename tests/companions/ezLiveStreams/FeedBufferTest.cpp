@@ -75,7 +75,7 @@ TEST_F(FeedBuffer, WithoutTheFlagLessIsGivenButNotNothing) {
     EXPECT_EQ(mFeed.Read(4, 0), AtEnd("de"));
 }
 
-TEST_F(FeedBuffer, AFailureIsTheStatusBehindTheLastByte) {
+TEST_F(FeedBuffer, AFailureIsTheStatusAfterTheLastByte) {
     mFeed.Append("abcd");
     mBuffer.Fail(ezStreamingStatus_ReadError, "broken");
     mBuffer.Fail(ezStreamingStatus_Interrupted, "later");
@@ -144,7 +144,7 @@ TEST_F(FeedBuffer, TheSizeIsKnownAtTheEnd) {
     EXPECT_EQ(mFeed.Read(1), Nothing());
     mBuffer.End();
     EXPECT_EQ(mBuffer.GetSize(false), 4U);
-    EXPECT_EQ(mFeed.Read(1), AtEnd("")); // the place that was sought lies behind the end
+    EXPECT_EQ(mFeed.Read(1), AtEnd("")); // the place that was sought lies after the end
     EXPECT_EQ(mBuffer.Seek(9), ezStreamingStatus_OutOfRange);
     EXPECT_EQ(mBuffer.Seek(1), ezStreamingStatus_NoError);
     EXPECT_EQ(mFeed.Read(9), AtEnd("bcd"));
@@ -205,7 +205,7 @@ TEST_F(FeedBuffer, ASizeThatIsToldWhileAMoveIsAskedForDoesNotCount) {
     mBuffer.SetMovable(true, true);
     EXPECT_EQ(mBuffer.Seek(2 * ezFeedBuffer::kWorthMoving), ezStreamingStatus_NoError);
     EXPECT_TRUE(mBuffer.IsInterrupted());
-    EXPECT_TRUE(mBuffer.SetSize(100)); // the place that was sought lies behind it
+    EXPECT_TRUE(mBuffer.SetSize(100)); // the place that was sought lies after it
     EXPECT_EQ(mBuffer.GetErrorText(), "");
     EXPECT_EQ(mBuffer.GetSize(false), std::nullopt);
     std::uint64_t position = 0;

@@ -48,7 +48,7 @@ ezFeedOptions Window(std::size_t aWindow, bool afWaitForSize = false) {
     return options;
 }
 
-/// Brings a media in pieces of one size.
+/// Brings a file in pieces of one size.
 Script Bringing(const std::string& aMedia, std::size_t aPiece) {
     return [&aMedia, aPiece](ezFeedBuffer& aBuffer) {
         for (std::size_t at = 0; at < aMedia.size(); at += aPiece) {

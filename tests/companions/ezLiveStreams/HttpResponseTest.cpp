@@ -45,7 +45,7 @@ TEST(HttpResponse, ALaterAnswerForgetsTheOneBefore) {
     EXPECT_FALSE(Head({"HTTP/1.1 0x0 No"}).IsInterim());
 }
 
-TEST(HttpResponse, WhatComesBehindTheHeadIsNoPartOfIt) {
+TEST(HttpResponse, WhatComesAfterTheHeadIsNoPartOfIt) {
     ezHttpResponse response = Head({"HTTP/1.1 200 OK"});
     EXPECT_FALSE(response.AddLine("Content-Length: 5\r\n"));
     EXPECT_FALSE(response.AddLine("\r\n"));
@@ -85,7 +85,7 @@ TEST(HttpResponse, AnyNumberOfFieldsIsBounded) {
     EXPECT_EQ(Head(lines).Get("x-9999"), "");
 }
 
-TEST(HttpResponse, WhatIsAskedForIsFoundBehindAnyNumberOfFields) {
+TEST(HttpResponse, WhatIsAskedForIsFoundAfterAnyNumberOfFields) {
     std::vector<std::string> lines = {"HTTP/1.1 302 Found"};
     for (int i = 0; i < 200; ++i) {
         lines.push_back("X-" + std::to_string(i) + ": y");

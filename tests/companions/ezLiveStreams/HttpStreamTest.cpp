@@ -36,7 +36,7 @@ ezHttpOptions Options(std::size_t aWindow = std::size_t{1} << 20,
     return options;
 }
 
-/// A media of a server behind the adapter.
+/// A file of a server after the adapter.
 class Fetched {
 public:
     explicit Fetched(const std::string& aURL, const ezHttpOptions& anOptions = Options())
@@ -269,7 +269,7 @@ TEST(HttpStream, ARedirectToAnotherSchemeIsNotFollowed) {
     }
 }
 
-TEST(HttpStream, ABodyShorterThanStatedIsAFailureBehindItsBytes) {
+TEST(HttpStream, ABodyShorterThanStatedIsAFailureAfterItsBytes) {
     const HttpServer server(Saying(HttpHead("200 OK", "Content-Length: 20000\r\n") + MediaBytes(10'000)));
     Fetched fetched(server.URL("/a"));
     EXPECT_TRUE(fetched.mfOpened);
@@ -478,7 +478,7 @@ TEST(HttpStream, APartThatIsContinuedByAMediaThatDoesNotReachItIsAFailure) {
     EXPECT_EQ(fetched.mSource->GetErrorText(), "the media changed while it was read");
 }
 
-TEST(HttpStream, APartOfAnotherLengthThanItsRangeIsAFailureBehindItsBytes) {
+TEST(HttpStream, APartOfAnotherLengthThanItsRangeIsAFailureAfterItsBytes) {
     const std::string media = MediaBytes(2'000'000);
     for (const std::size_t size : {50U, 150U}) {
         const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
@@ -641,7 +641,7 @@ TEST(HttpStream, AFailedRequestIsTriedAgainByALaterSeekAFewTimes) {
     EXPECT_EQ(refusals, 1'000 - 1 - ezFeedBuffer::kRetries);
 }
 
-TEST(HttpStream, APlaceBehindTheEndOfAnUnknownSizeIsTheEnd) {
+TEST(HttpStream, APlaceAfterTheEndOfAnUnknownSizeIsTheEnd) {
     HttpMedia media;
     media.mBytes = MediaBytes(1'500'000);
     media.mfLength = false;

@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-/// The bytes of a media in which no stretch looks like another.
+/// The bytes of a file in which no stretch looks like another.
 inline std::string MediaBytes(std::size_t aSize) {
     std::string bytes(aSize, '\0');
     for (std::size_t i = 0; i < aSize; ++i) {

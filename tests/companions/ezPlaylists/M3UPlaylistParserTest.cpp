@@ -167,7 +167,7 @@ TEST(M3UPlaylistParser, FurtherDirectivesAreCarriedAsTheyAreWritten) {
     EXPECT_EQ(entry.mTitle, "T");
 }
 
-TEST(M3UPlaylistParser, DirectivesBehindTheLastLocationBelongToNoEntry) {
+TEST(M3UPlaylistParser, DirectivesAfterTheLastLocationBelongToNoEntry) {
     EXPECT_EQ(One("s.mp3\n#EXTINF:3,T\n#EXTGRP:x\n").mTitle, "");
 }
 

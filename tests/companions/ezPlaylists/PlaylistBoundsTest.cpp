@@ -143,7 +143,7 @@ TEST(PlaylistBounds, ALineAtTheBoundIsReadOverAndALongerOneEndsThePlaylist) {
     }
 }
 
-TEST(PlaylistBounds, OnceALineEndedAPlaylistNothingBehindItIsAnEntry) {
+TEST(PlaylistBounds, OnceALineEndedAPlaylistNothingAfterItIsAnEntry) {
     const std::string text = "a.mp3\n" + std::string(kPlaylist_MaxSkippedLine + 1, 'x') + "\nb.mp3\n";
     const ezStreamOwner stream = MemoryPlaylist(text);
     M3UPlaylistParser reader(stream.get());

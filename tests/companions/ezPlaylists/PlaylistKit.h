@@ -309,7 +309,7 @@ inline void CheckStart(PlaylistParser& aParser, const PlaylistEntries& aPlain, s
     }
 }
 
-/// A walk that is stopped goes on behind the entry at which it was.
+/// A walk that is stopped goes on after the entry at which it was.
 inline void CheckStoppedWalk(PlaylistParser& aParser, const PlaylistEntries& aPlain) {
     PlaylistEntries entries;
     const auto takeOne = [](PlaylistParserEntry* anEntry, void* aUserData) {

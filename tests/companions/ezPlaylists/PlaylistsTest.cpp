@@ -39,7 +39,7 @@ TEST(Playlists, ReadersAreFoundByEveryNameOfTheirs) {
         EXPECT_EQ(TypeOf(factory, "", extension), "video/x-ms-asx");
     }
     EXPECT_EQ(TypeOf(factory, "audio/x-ms-wax", ""), "video/x-ms-asx");
-    EXPECT_EQ(TypeOf(factory, "video/x-ms-asf", "asx"), "none"); // that is a media
+    EXPECT_EQ(TypeOf(factory, "video/x-ms-asf", "asx"), "none"); // that is a file
     EXPECT_EQ(TypeOf(factory, "audio/mpeg", "m3u"), "none");
     EXPECT_FALSE(factory.IsSupportedPlaylist("", "mp3"));
     EXPECT_FALSE(factory.IsSupportedPlaylist("audio/mpeg", "m3u"));

@@ -13,7 +13,7 @@ std::string FlacPicture(unsigned aType, const std::string& aPicture) {
 
 } // namespace
 
-TEST(FLACCover, IsFoundAlsoBehindATag) {
+TEST(FLACCover, IsFoundAlsoAfterATag) {
     EXPECT_EQ(CoversOf(Flac(FlacPicture(3, kFront))), kFrontFound);
     EXPECT_EQ(CoversOf(ID3(4, 0, std::string(300, '\0')) + Flac(FlacPicture(3, kFront))), kFrontFound);
     // A tag with a footer is ten bytes longer than it says.
@@ -37,7 +37,7 @@ TEST(FLACCover, ALinkIsNoPicture) {
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, PictureOfFlac(3, "http://host/a.jpg", "-->")))), Covers());
 }
 
-TEST(FLACCover, NothingBehindTheLastBlockIsRead) {
+TEST(FLACCover, NothingAfterTheLastBlockIsRead) {
     EXPECT_EQ(CoversOf("fLaC" + FlacBlock(0, std::string(34, 's'), true) + FlacPicture(3, kFront)), Covers());
 }
 
@@ -55,7 +55,7 @@ TEST(FLACCover, SizesThatLieAreRefused) {
     // One byte more than the block holds, though the file does.
     const std::string lie = std::string(block).replace(dataSize, 4, Big(kFront.size() + 1, 4));
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, lie))), Covers());
-    // What comes behind is not lost by it.
+    // What comes after is not lost by it.
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, lie) + FlacPicture(0, kFront))), kFrontFound);
 }
 
@@ -201,7 +201,7 @@ TEST(OggCover, SizesThatLieAreRefused) {
     EXPECT_EQ(CoversOf(file(std::string(good).replace(10, 4, Little(0xFFFFFFFF)))), kFrontFound);
 }
 
-TEST(OggCover, CommentsBehindTooManyPagesAreNotReached) {
+TEST(OggCover, CommentsAfterTooManyPagesAreNotReached) {
     for (const std::uint32_t pages : {kCover_MaxPages, kCover_MaxPages + 1}) {
         std::string file = VorbisHead(7);
         for (std::uint32_t page = 2; page < pages; ++page) {

@@ -24,7 +24,7 @@
 
 using namespace std::string_literals;
 
-/// A picture as far as anybody looks: the first bytes of a JPEG or PNG, and zeros behind 0xFF as JPEG has
+/// A picture as far as anybody looks: the first bytes of a JPEG or PNG, and zeros after 0xFF as JPEG has
 /// them.
 inline std::string Jpeg(const std::string& aName) {
     return "\xFF\xD8\xFF\xE0"s + aName + "\xFF\0\xFF\xFF\0\xFF\xD9"s;

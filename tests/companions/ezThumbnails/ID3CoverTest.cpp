@@ -43,7 +43,7 @@ TEST(ID3Cover, UnsynchronisationIsTakenBack) {
               kFrontFound);
 }
 
-TEST(ID3Cover, FramesBehindAnUnsynchronisedOneAreFound) {
+TEST(ID3Cover, FramesAfterAnUnsynchronisedOneAreFound) {
     const std::string other = Frame23("PRIV", "\xFF\0\xFF"s); // ends in 0xFF: its stuffing belongs to it
     EXPECT_EQ(CoversOf(ID3(3, 0x80, Unsynchronised(other + Frame23("APIC", Apic(3, kFront)) + other))),
               kFrontFound);

@@ -315,7 +315,7 @@ inline std::string WithJpegSize(std::string aJpeg, unsigned aWidth, unsigned aHe
 
 // ---- Exif ----
 
-/// A TIFF block that states an orientation, behind a tag of something else.
+/// A TIFF block that states an orientation, after a tag of something else.
 inline std::string TiffBlock(unsigned anOrientation, bool afLittle) {
     const auto number = [afLittle](unsigned aValue, int aBytes) {
         std::string text;

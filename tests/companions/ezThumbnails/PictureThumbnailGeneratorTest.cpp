@@ -182,7 +182,7 @@ TEST_F(ThumbnailGenerator, AnExifBlockThatIsWrongIsNone) {
     const std::string whole = ExifMarker(6).mBytes;
     std::vector<std::string> blocks = {ExifMarker(0).mBytes, ExifMarker(9).mBytes, ExifMarker(65535).mBytes};
     std::string block = whole;
-    block[10] = '\xFF'; // the directory far behind the block
+    block[10] = '\xFF'; // the directory far after the block
     blocks.push_back(block);
     block = whole;
     block[6] = 'X';

@@ -23,7 +23,7 @@ struct Folder {
             mFolder.Write(name, name);
         }
     }
-    /// The names of what is tried for a media of the folder.
+    /// The names of what is tried for a file of the folder.
     Names Tried(const std::string& aMedia) const {
         Names names;
         const std::vector<ezCString> paths = FindSidecars(Bytes(mFolder.Path(aMedia)));

@@ -33,14 +33,14 @@
 #include <utility>
 #include <vector>
 
-#include <jpeglib.h> // behind the size_t and FILE that it takes for known
+#include <jpeglib.h> // after the size_t and FILE that it takes for known
 
 // Every system call of a request for a thumbnail goes wrong once, and for good: while it is built, and when
 // it comes from the cache.
 
 namespace {
 
-/// Faults of the calls that the finder of pictures beside a media makes by itself, as do those of the
+/// Faults of the calls that the finder of pictures beside a media file makes by itself, as do those of the
 /// libraries below it.
 struct DirectFaults : FaultySystem {
     explicit DirectFaults(std::vector<Fault> aFaults)
@@ -125,7 +125,7 @@ void* operator new[](std::size_t aSize, const std::nothrow_t& /*aTag*/) noexcept
 
 namespace {
 
-/// A media.
+/// A file.
 struct Item {
     const char* mName;
     const char* mMimeType;
@@ -142,7 +142,7 @@ constexpr Item kCostlyPicture = {"media/chart.png", "image/png"};
 constexpr Item kCostlyCover = {"covers/costly.mp3", "audio/mpeg"};
 constexpr Item kBareSong = {"covers/bare.mp3", "audio/mpeg"};
 
-/// The bytes of a media that has a cover or a picture.
+/// The bytes of a file that has a cover or a picture.
 std::string MediaOf(const Item& anItem) {
     const std::string name = anItem.mName;
     const std::string cover = ReadSample("pictures/harbour.jpg");
@@ -177,7 +177,7 @@ constexpr std::size_t kFewFiles = 4;
 constexpr std::size_t kManyFiles = 100;
 constexpr std::uint64_t kManyBytes = 10000000;
 
-/// A folder with a media, and room for a cache.
+/// A folder with a file, and room for a cache.
 class Home {
 public:
     explicit Home(const Item& anItem) {

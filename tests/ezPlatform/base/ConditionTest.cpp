@@ -62,7 +62,7 @@ TEST(ConditionThreads, SignalsBeforeAWaitDoNotAddUp) {
     EXPECT_TRUE(fSignalledAtReturn);
 }
 
-TEST(ConditionThreads, WhatWasWrittenBeforeTheSignalIsSeenBehindTheWait) {
+TEST(ConditionThreads, WhatWasWrittenBeforeTheSignalIsSeenAfterTheWait) {
     ezCondition toOther;
     ezCondition toUs;
     int ball = 0; // no atomic: the conditions alone order the two threads

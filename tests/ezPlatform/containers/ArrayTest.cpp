@@ -125,7 +125,7 @@ TEST_F(Array, RemoveFreesWhatLeavesOnceAndClosesTheGap) {
     EXPECT_EQ(Freed(), Numbers({1, 1, 1}));
 }
 
-TEST_F(Array, BehindTheEndNothingIsSetOrRemoved) {
+TEST_F(Array, AfterTheEndNothingIsSetOrRemoved) {
     ezArray_SetFreeFunc(mArray, sFree);
     Item other;
     for (const std::size_t index : {std::size_t{3}, SIZE_MAX}) {

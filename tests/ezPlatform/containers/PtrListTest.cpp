@@ -203,7 +203,7 @@ std::vector<void*> Walked(const List& aList) {
     return items;
 }
 
-/// The items as their indices give them, and nothing behind them.
+/// The items as their indices give them, and nothing after them.
 std::vector<void*> Indexed(const List& aList) {
     std::vector<void*> items;
     for (std::size_t i = 0; i < ezPtrList_GetCount(aList.get()); ++i) {
@@ -335,7 +335,7 @@ TEST_F(PtrListNodes, AWalkThatTookTheNextBeforehandMayDeleteWhereItStands) {
     }
 }
 
-TEST_F(PtrListNodes, ADeletionLeavesThePlacesBehindIt) {
+TEST_F(PtrListNodes, ADeletionLeavesThePlacesAfterIt) {
     AppendItems(0, 8);
     ezPtrListNode* third = NodeAt(mList, 2);
     ezPtrListNode* last = NodeAt(mList, 7);

@@ -85,7 +85,7 @@ TEST(ProtocolInfoList, BothNamesOfTheTextGiveTheSame) {
     EXPECT_EQ(list.Text(), "video/mpeg:DLNA.ORG_PN=P;DLNA.ORG_PS=2\\,4;X=1,a/b:*");
 }
 
-TEST(ProtocolInfoList, RemovingClosesTheGapAndBehindTheEndDoesNothing) {
+TEST(ProtocolInfoList, RemovingClosesTheGapAndAfterTheEndDoesNothing) {
     const List list("a/a:*,b/b:*,c/c:*");
     ezDLNAProtocolInfo* last = list.At(2);
     ezDLNAProtocolInfoList_Remove(list, 3);

@@ -156,7 +156,7 @@ TEST(ProtocolInfo, AQuoteThatIsNeverClosedIsACharacterLikeAnyOther) {
 }
 
 TEST(ProtocolInfo, ALengthTakesThatManyBytesAndReadsNoMore) {
-    // No NUL behind it: a byte more would be one too many.
+    // No NUL after it: a byte more would be one too many.
     const std::vector<char> bytes = {'h', ':', 'n', ':', 'a', '/', 'b', ':', 'X', '=', '1'};
     ezDLNAProtocolInfo* info = ezDLNAProtocolInfo_New(bytes.data(), bytes.size(), 0);
     EXPECT_EQ(Taken(ezDLNAProtocolInfo_GetStr(info)), "h:n:a/b:X=1");
@@ -510,7 +510,7 @@ TEST(ProtocolInfo, SettingPlaySpeedsReplacesThemAndRemovingTakesThemAway) {
     EXPECT_EQ(info.Field(), "DLNA.ORG_PN=P");
 }
 
-TEST(ProtocolInfo, MergePlaySpeedsAddsTheNewOnesBehind) {
+TEST(ProtocolInfo, MergePlaySpeedsAddsTheNewOnesAfter) {
     const Info info(Of("DLNA.ORG_PS=2,1/2"));
     ezDLNAProtocolInfo_MergePlaySpeeds(info, "-2,4/2,1,x,2/4,-2,8");
     EXPECT_EQ(info.Speeds(), "2,1/2,-2,8");

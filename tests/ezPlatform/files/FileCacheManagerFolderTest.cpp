@@ -311,7 +311,7 @@ TEST_F(FileCacheManagerFolder, TheVeryLastTimeThereIsIsFollowedByNone) {
     EXPECT_EQ(Ask("b"), "filled");
 }
 
-TEST_F(FileCacheManagerFolder, TheTimeBehindTheLastOfASecondIsInTheNextOne) {
+TEST_F(FileCacheManagerFolder, TheTimeAfterTheLastOfASecondIsInTheNextOne) {
     const std::string latest = mFolder.Write("cache/ezcache/a", "x");
     struct stat status = {};
     ASSERT_EQ(stat(latest.c_str(), &status), 0);

@@ -428,7 +428,7 @@ TEST_F(OpenFile, AReadOf0BytesReadsNothing) {
     EXPECT_EQ(PositionOf(mFile), 0);
 }
 
-TEST_F(OpenFile, AReadBehindTheEndGivesNothing) {
+TEST_F(OpenFile, AReadAfterTheEndGivesNothing) {
     ASSERT_EQ(mFile.Seek(11, ezFileSeekMode_Begin), 11);
     EXPECT_EQ(ReadText(mFile, 4), "");
     ASSERT_EQ(mFile.Seek(kGiB * 64, ezFileSeekMode_Begin), kGiB * 64);
@@ -487,7 +487,7 @@ TEST_F(OpenFile, AnErrorAtOnceIsMinus1AndLeavesThePosition) {
     EXPECT_EQ(ReadText(mFile, 3), "234");
 }
 
-TEST_F(OpenFile, AnErrorBehindSomeBytesGivesThemFirstAndThenTheError) {
+TEST_F(OpenFile, AnErrorAfterSomeBytesGivesThemFirstAndThenTheError) {
     mSystem.mPReadOutcomes = {{0, 3}, {EIO}, {EIO}};
     EXPECT_EQ(ReadText(mFile, 8), "012");
     EXPECT_EQ(mSystem.GetCounts().mPRead, 2U);

@@ -35,7 +35,7 @@ TEST(PathNameCombine, AFolderEndsInASlashUnlessItIsEmpty) {
     EXPECT_TRUE(Folder("/etc/media").GetFullName().IsEmpty());
 }
 
-TEST(PathNameCombine, AFileIsPutBehindItsFolder) {
+TEST(PathNameCombine, AFileIsPutAfterItsFolder) {
     const ezPathName path = ezPathName::MakeCombinedFilePath(Folder("/etc/media"), "_MediaMapper.txt");
     EXPECT_EQ(Full(path), "/etc/media/_MediaMapper.txt");
     EXPECT_EQ(path.GetFullName(), "_MediaMapper.txt");
@@ -53,7 +53,7 @@ TEST(PathNameCombine, TheEmptyFolderIsTheWorkingFolder) {
     EXPECT_EQ(Full(ezPathName::MakeCombinedDirPath(Folder(""), "")), "");
 }
 
-TEST(PathNameCombine, AFolderIsPutBehindItsFolderAndCarriesOn) {
+TEST(PathNameCombine, AFolderIsPutAfterItsFolderAndCarriesOn) {
     const ezPathName folder = ezPathName::MakeCombinedDirPath(Folder("/etc"), "media/lists");
     EXPECT_EQ(Full(folder), "/etc/media/lists/");
     EXPECT_EQ(Full(ezPathName::MakeCombinedFilePath(folder, "a.b")), "/etc/media/lists/a.b");

@@ -38,7 +38,7 @@ const Taken kTaken[] = {
     {".profile.bak", ".profile.bak", ".profile", "bak", false},
     {".", ".", ".", "", false},
     {"/.", ".", ".", "", true},
-    // A dot with nothing behind it.
+    // A dot with nothing after it.
     {"film.", "film.", "film", "", false},
     {"film.mpg.", "film.mpg.", "film.mpg", "", false},
     {"a..b", "a..b", "a.", "b", false},

@@ -200,7 +200,7 @@ namespace {
 /// A callback that takes its time.
 struct Slow {
     std::atomic<bool> mfStarted{false};
-    bool mfEnded = false; // no atomic: that unregistering has returned orders the reader behind the callback
+    bool mfEnded = false; // no atomic: that unregistering has returned orders the reader after the callback
 };
 
 void sTakeTime(void* aUserData) {

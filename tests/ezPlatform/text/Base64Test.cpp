@@ -106,7 +106,7 @@ TEST(Base64, ANullTextIsEmpty) {
     EXPECT_EQ(output, '#');
 }
 
-TEST(Base64, NothingIsWrittenBehindTheCapacity) {
+TEST(Base64, NothingIsWrittenAfterTheCapacity) {
     for (std::size_t capacity = 0; capacity < 8; ++capacity) {
         EXPECT_EQ(Decoded("Zm9vYmFy", capacity), std::string("foobar").substr(0, capacity));
     }

@@ -28,7 +28,7 @@ std::string Int32Of(const std::string& aText) {
 
 } // namespace
 
-TEST(CStringPad, FillsUpToALengthBeforeOrBehind) {
+TEST(CStringPad, FillsUpToALengthBeforeOrAfter) {
     EXPECT_EQ(ezCString("1234").Pad(8, '0', false), "00001234");
     EXPECT_EQ(ezCString("/0").Pad(5, '0', true), "/0000");
     EXPECT_EQ(ezCString("").Pad(2, 'x', true), "xx");

@@ -66,7 +66,7 @@ TEST(MimeTypeInfo, QuotesAreTakenOffAndWhatTheyHoldIsNoSeparator) {
         "audio/L16;rate=44100;channels=2");
 }
 
-TEST(MimeTypeInfo, ABackslashInQuotesStandsForTheCharacterBehindIt) {
+TEST(MimeTypeInfo, ABackslashInQuotesStandsForTheCharacterAfterIt) {
     EXPECT_EQ(ValueOf(R"(a/b;x="1\"2";y=3)", "x"), "1\"2");
     EXPECT_EQ(ValueOf(R"(a/b;x="1\"2";y=3)", "y"), "3");
     EXPECT_EQ(ValueOf(R"(a/b;x="1\\";y=3)", "x"), "1\\");

@@ -26,7 +26,7 @@ TEST(StringList, KeepsTheOrderAddedAndDuplicates) {
     EXPECT_EQ(Str(list.GetAt(4)), "B");
 }
 
-TEST(StringList, GivesTheEmptyTextBehindTheEnd) {
+TEST(StringList, GivesTheEmptyTextAfterTheEnd) {
     ezStringList list;
     EXPECT_EQ(Str(list.GetAt(0)), "");
     list.Add("a");

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The text of a C string that is lent, or "<none>".
+/// The text of a C string that is borrowed, or "<none>".
 std::string Lent(const char* aText) {
     return aText != nullptr ? aText : "<none>";
 }
@@ -488,7 +488,7 @@ TEST(URICombine, APathOfDotsAloneIsEmpty) {
     EXPECT_EQ(Combined("http://a/b", "x:..a"), "x:..a");
 }
 
-TEST(URICombine, ACharacterBehindTheLettersMakesNoScheme) {
+TEST(URICombine, ACharacterAfterTheLettersMakesNoScheme) {
     EXPECT_EQ(Combined("http://a/b/c", "x{y:z"), "http://a/b/x%7By:z");
     EXPECT_EQ(Combined("http://a/b/c", "{y:z"), "http://a/b/%7By:z");
 }

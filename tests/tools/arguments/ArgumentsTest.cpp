@@ -61,7 +61,7 @@ TEST(Arguments, OnlyTheFirstWordIsAVerb) {
     EXPECT_EQ(ReadWords({"--ctt", "1", "capabilities"}).mArguments.mVerb, Verb::Capabilities);
 }
 
-TEST(Arguments, WhatStandsBehindTwoDashesIsAnOperand) {
+TEST(Arguments, WhatStandsAfterTwoDashesIsAnOperand) {
     const Read read = ReadWords({"a", "--json", "--", "--json", "-x", "--", "types", ""});
     EXPECT_EQ(read.mArguments.mOperands, (Words{"a", "--json", "-x", "--", "types", ""}));
     EXPECT_TRUE(read.mArguments.mfJson);

@@ -46,7 +46,7 @@ ProgramResult AnnouncePiped(const Words& aWords,
     return Announce(aWords, options);
 }
 
-/// What the tool says of a media, without what a file has and a stream has not.
+/// What the tool says of a file, without what a file has and a stream has not.
 Json RecordOf(const ProgramResult& aResult) {
     EXPECT_EQ(aResult.mError, "");
     const Words lines = LinesOf(aResult.mOut);

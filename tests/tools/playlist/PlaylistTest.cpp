@@ -138,7 +138,7 @@ TEST(Playlist, EntriesAreJsonObjects) {
     EXPECT_EQ(entries[2]["url"], "http://radio.example:8000/live?x=1");
 }
 
-TEST(Playlist, OneEntryIsFoundByIndexByPositionAndBehindAnother) {
+TEST(Playlist, OneEntryIsFoundByIndexByPositionAndAfterAnother) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("songs.m3u", kSongs);
     const auto only = [](const std::vector<Json>& anEntries) {
@@ -415,7 +415,7 @@ TEST(PlaylistOfAServer, LocationsAreBesideItsURL) {
               (Words{server.URL("/music/a%20b.mp3"), server.URL("/c.mp3"), "http://h/d.mp3"}));
 }
 
-TEST(PlaylistOfAServer, BehindARedirectLocationsAreBesideWhereItLed) {
+TEST(PlaylistOfAServer, AfterARedirectLocationsAreBesideWhereItLed) {
     const HttpServer::Handler list = ServingList("a.mp3\n../b.mp3\n", "");
     const HttpServer server([&](const HttpRequest& aRequest, HttpConnection& aConnection) {
         if (aRequest.mTarget == "/go.m3u" || aRequest.mTarget == "/x/go") {

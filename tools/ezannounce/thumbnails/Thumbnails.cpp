@@ -83,13 +83,13 @@ private:
 };
 
 /// Stands after the class in the type of a request for a generic picture; no class has it.
-constexpr char kBehindClass[] = " ";
+constexpr char kAfterClass[] = " ";
 
 /// The request for the generic picture of a file's class. The cache knows such a picture by the class in its
 /// type alone, so what else it depends on is written there.
 ThumbnailInfo GenericRequest(const ThumbnailInfo& anInfo) {
     ThumbnailInfo info = anInfo;
-    info.mMimeType = anInfo.mMimeType.BeforeFirst('/') + kBehindClass + EZANNOUNCE_VERSION +
+    info.mMimeType = anInfo.mMimeType.BeforeFirst('/') + kAfterClass + EZANNOUNCE_VERSION +
                      (anInfo.mfFastRescale ? " fast" : "");
     return info;
 }
@@ -101,7 +101,7 @@ public:
 
     bool BuildThumbnail(const ThumbnailInfo* anInfo, ezFile* aFile) override {
         ThumbnailInfo info = *anInfo;
-        info.mMimeType = anInfo->mMimeType.BeforeFirst(kBehindClass[0]);
+        info.mMimeType = anInfo->mMimeType.BeforeFirst(kAfterClass[0]);
         return DefaultThumbnailProvider::BuildThumbnail(&info, aFile);
     }
 };

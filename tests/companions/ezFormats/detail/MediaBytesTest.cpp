@@ -81,15 +81,15 @@ TEST(MediaBytes, EveryByteIsLentInAnyOrder) {
     }
 }
 
-TEST(MediaBytes, LentBytesGoOnToTheEndOfWhatIsAtHand) {
+TEST(MediaBytes, BorrowedBytesGoOnToTheEndOfTheBuffer) {
     const std::string content = Numbered(10000);
     AwkwardStream stream(content);
     MediaBytes bytes(stream, kReads, kBytes);
-    const unsigned char* lent = nullptr;
-    EXPECT_EQ(bytes.Lend(0, &lent), kStart);
-    EXPECT_EQ(bytes.Lend(8000, &lent), kStart - 8000);
-    EXPECT_EQ(bytes.Lend(kStart, &lent), content.size() - kStart);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(lent), content.size() - kStart),
+    const unsigned char* borrowed = nullptr;
+    EXPECT_EQ(bytes.Borrow(0, &borrowed), kStart);
+    EXPECT_EQ(bytes.Borrow(8000, &borrowed), kStart - 8000);
+    EXPECT_EQ(bytes.Borrow(kStart, &borrowed), content.size() - kStart);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(borrowed), content.size() - kStart),
               content.substr(kStart));
 }
 
@@ -98,9 +98,9 @@ TEST(MediaBytes, BlocksGrowWhileTheAskingGoesStraightOn) {
     AwkwardStream stream(content);
     MediaBytes bytes(stream, kReads, kBytes);
     std::vector<std::size_t> blocks;
-    const unsigned char* lent = nullptr;
+    const unsigned char* borrowed = nullptr;
     for (std::size_t position = 0; position < content.size(); position += blocks.back()) {
-        blocks.push_back(bytes.Lend(position, &lent));
+        blocks.push_back(bytes.Borrow(position, &borrowed));
         ASSERT_NE(blocks.back(), 0U);
     }
     ASSERT_GT(blocks.size(), 5U);
@@ -114,12 +114,12 @@ TEST(MediaBytes, NewPlaceBeginsWithASmallBlock) {
     const std::string content = Numbered(1000000);
     AwkwardStream stream(content);
     MediaBytes bytes(stream, kReads, kBytes);
-    const unsigned char* lent = nullptr;
-    bytes.Lend(0, &lent);
-    bytes.Lend(kStart, &lent);
-    EXPECT_EQ(bytes.Lend(500000, &lent), 4096U);
-    EXPECT_EQ(bytes.Lend(504096, &lent), 8192U);
-    EXPECT_EQ(bytes.Lend(300000, &lent), 4096U);
+    const unsigned char* borrowed = nullptr;
+    bytes.Borrow(0, &borrowed);
+    bytes.Borrow(kStart, &borrowed);
+    EXPECT_EQ(bytes.Borrow(500000, &borrowed), 4096U);
+    EXPECT_EQ(bytes.Borrow(504096, &borrowed), 8192U);
+    EXPECT_EQ(bytes.Borrow(300000, &borrowed), 4096U);
 }
 
 TEST(MediaBytes, LoadHoldsATailForAskingInAnyOrder) {
@@ -133,9 +133,9 @@ TEST(MediaBytes, LoadHoldsATailForAskingInAnyOrder) {
         ASSERT_TRUE(IsAt(bytes, content, position)) << position;
     }
     EXPECT_EQ(stream.GetCosts().mReads, reads);
-    const unsigned char* lent = nullptr;
+    const unsigned char* borrowed = nullptr;
     ASSERT_TRUE(bytes.Load(100000, 1000000));
-    EXPECT_EQ(bytes.Lend(100000, &lent), 65536U) << "at most 64 KiB";
+    EXPECT_EQ(bytes.Borrow(100000, &borrowed), 65536U) << "at most 64 KiB";
 }
 
 TEST(MediaBytes, LoadReachesOverTheStart) {
@@ -151,16 +151,16 @@ TEST(MediaBytes, LoadReachesOverTheStart) {
     EXPECT_EQ(stream.GetCosts().mBytes, content.size()) << "nothing is read twice";
 }
 
-TEST(MediaBytes, BehindTheEndThereIsNothingAndNoRead) {
+TEST(MediaBytes, AfterTheEndThereIsNothingAndNoRead) {
     const std::string content = Numbered(100);
     AwkwardStream stream(content);
     MediaBytes bytes(stream, kReads, kBytes);
-    const unsigned char* lent = nullptr;
-    EXPECT_EQ(bytes.Lend(100, &lent), 0U);
-    EXPECT_EQ(bytes.Lend(UINT64_MAX, &lent), 0U);
+    const unsigned char* borrowed = nullptr;
+    EXPECT_EQ(bytes.Borrow(100, &borrowed), 0U);
+    EXPECT_EQ(bytes.Borrow(UINT64_MAX, &borrowed), 0U);
     EXPECT_FALSE(bytes.Load(100, 1));
     EXPECT_FALSE(bytes.Load(UINT64_MAX, 65536));
-    EXPECT_EQ(lent, nullptr);
+    EXPECT_EQ(borrowed, nullptr);
     EXPECT_EQ(stream.GetCosts().mReads, 0U);
     EXPECT_FALSE(bytes.HasReadFailed());
     EXPECT_FALSE(bytes.IsBudgetUsedUp());
@@ -235,7 +235,7 @@ TEST(MediaBytes, WholeMediaOfAnySizeIsAllowed) {
     }
 }
 
-TEST(MediaBytes, NoByteBehindTheSizeThatTheFirstReadToldIsAtHand) {
+TEST(MediaBytes, NoByteAfterTheSizeThatTheFirstReadToldIsBuffered) {
     /// Opens itself with its first read, and then knows that it is shorter than what it gave.
     class LateStream : public AwkwardStream {
     public:
@@ -250,17 +250,17 @@ TEST(MediaBytes, NoByteBehindTheSizeThatTheFirstReadToldIsAtHand) {
     };
     LateStream stream;
     MediaBytes bytes(stream, kReads, kBytes);
-    const unsigned char* lent = nullptr;
-    EXPECT_EQ(bytes.Lend(0, &lent), 100U);
+    const unsigned char* borrowed = nullptr;
+    EXPECT_EQ(bytes.Borrow(0, &borrowed), 100U);
     EXPECT_EQ(bytes.GetSize(), 100U);
-    EXPECT_EQ(bytes.LendAtHand(0, &lent), 100U);
-    EXPECT_EQ(bytes.LendAtHand(99, &lent), 1U);
-    EXPECT_EQ(bytes.LendAtHand(100, &lent), 0U);
-    EXPECT_EQ(bytes.Lend(150, &lent), 0U);
+    EXPECT_EQ(bytes.BorrowBuffered(0, &borrowed), 100U);
+    EXPECT_EQ(bytes.BorrowBuffered(99, &borrowed), 1U);
+    EXPECT_EQ(bytes.BorrowBuffered(100, &borrowed), 0U);
+    EXPECT_EQ(bytes.Borrow(150, &borrowed), 0U);
 
     LateStream other;
     MediaBytes others(other, kReads, kBytes);
-    EXPECT_EQ(others.Lend(150, &lent), 0U) << "asked for before the size was known";
+    EXPECT_EQ(others.Borrow(150, &borrowed), 0U) << "asked for before the size was known";
     EXPECT_EQ(other.GetCosts().mReads, stream.GetCosts().mReads) << "those of the start";
 }
 
@@ -295,9 +295,11 @@ TEST(MediaBytes, UnknownSizeIsReadAsFarAsItGoes) {
     EXPECT_EQ(bytes.GetSize(), std::nullopt);
     EXPECT_EQ(bytes.GetEnd(), UINT64_MAX);
     std::size_t position = 0;
-    const unsigned char* lent = nullptr;
-    for (std::size_t count = bytes.Lend(0, &lent); count != 0; count = bytes.Lend(position, &lent)) {
-        ASSERT_EQ(std::string(reinterpret_cast<const char*>(lent), count), content.substr(position, count));
+    const unsigned char* borrowed = nullptr;
+    for (std::size_t count = bytes.Borrow(0, &borrowed); count != 0;
+         count = bytes.Borrow(position, &borrowed)) {
+        ASSERT_EQ(std::string(reinterpret_cast<const char*>(borrowed), count),
+                  content.substr(position, count));
         position += count;
     }
     EXPECT_EQ(position, content.size());
@@ -310,8 +312,8 @@ TEST(MediaBytes, EmptyMediaHasNoBytes) {
         delivery.mfSizeKnown = fSizeKnown;
         AwkwardStream stream("", delivery);
         MediaBytes bytes(stream, kReads, kBytes);
-        const unsigned char* lent = nullptr;
-        EXPECT_EQ(bytes.Lend(0, &lent), 0U);
+        const unsigned char* borrowed = nullptr;
+        EXPECT_EQ(bytes.Borrow(0, &borrowed), 0U);
         EXPECT_FALSE(bytes.HasReadFailed());
     }
 }

@@ -307,7 +307,7 @@ TEST(MPEGVideoEltStreamParser, OneBrokenFieldIsNoStream) {
     }
 }
 
-TEST(MPEGVideoEltStreamParser, ASearchGoesOnBehindARefusedHeader) {
+TEST(MPEGVideoEltStreamParser, ASearchGoesOnAfterARefusedHeader) {
     std::string broken = kSequence;
     broken[7] = '\x03';
     ExpectRecord<MPEGVideoEltStreamParser>(broken + kGroup + kPicture + kSlice + Content(50) + kMPEG1,
@@ -455,7 +455,7 @@ TEST(EltStreamTags, OneThatClaimsToReachTheLimitIsSearched) {
               tag.size() + DecidingSize<ADTSEltStreamParser>(sound));
 }
 
-TEST(EltStreamTags, AreNotLookedForBehindTheSoundHasBegun) {
+TEST(EltStreamTags, AreNotLookedForAfterTheSoundHasBegun) {
     const std::string sound = Frame(kADTS, 371) + Frame(kADTS, 371);
     const std::string stream = Content(100) + Tag(sound) + Content(50);
     EXPECT_EQ(Parse<ADTSEltStreamParser>(stream, {64}).mStatus, kCompleted);

@@ -139,7 +139,7 @@ TEST_P(EltStreamSample, IsWonByItsOwnFormatFromAnyOffsetWithAHeaderAndItsConfirm
     for (std::size_t offset = last - 20; offset <= last; ++offset) {
         expectWon(offset);
     }
-    // Behind it nobody else wins either.
+    // After it nobody else wins either.
     for (std::size_t offset = last + 1; offset < bytes.size(); offset += 61) {
         ASSERT_EQ(Race(bytes.substr(offset), {UINT32_MAX}).mStatus, kInProgress) << offset;
     }
@@ -169,7 +169,7 @@ TEST_P(EltStreamSample, SurvivesAnyByteThatIsNotItsOwn) {
     }
 }
 
-TEST_P(EltStreamSample, IsWonAlsoBehindALossInItsMiddle) {
+TEST_P(EltStreamSample, IsWonAlsoAfterALossInItsMiddle) {
     const std::string bytes = ReadSample(GetParam().mName);
     for (const std::size_t lost : {1U, 100U, 150U}) {
         ezUndeterminedEltStreamParser race(nullptr, new ezMediaInfo);
@@ -266,7 +266,7 @@ TEST(EltStreamRace, StreamsInAContainerAreWonByNobody) {
     }
 }
 
-TEST(EltStreamRace, AStreamBehindTheEndOfAContainerIsWon) {
+TEST(EltStreamRace, AStreamAfterTheEndOfAContainerIsWon) {
     const std::string program = ReadSample("video/river-ferry.mpg");
     const std::string transport = ReadSample("video/river-ferry.ts");
     for (const Sample& sample : kSamples) {

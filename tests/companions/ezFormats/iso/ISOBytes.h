@@ -21,7 +21,7 @@ inline std::string Box(const std::string& aType, const std::string& aContent) {
     return Big(aContent.size() + 8, 4) + aType + aContent;
 }
 
-/// The same with the size behind the type, in eight bytes.
+/// The same with the size after the type, in eight bytes.
 inline std::string LargeBox(const std::string& aType, const std::string& aContent) {
     return Big(1, 4) + aType + Big(aContent.size() + 16, 8) + aContent;
 }
@@ -213,7 +213,7 @@ inline std::string VideoFile(const std::string& anEntry) {
 
 // ---- fragments ----
 
-/// A run of samples in a fragment of one track, of 100 ticks and 500 bytes each; aTime behind 2^63 is not
+/// A run of samples in a fragment of one track, of 100 ticks and 500 bytes each; aTime after 2^63 is not
 /// stated.
 inline std::string Fragment(std::uint32_t anID, std::uint32_t aSamples, std::uint64_t aTime = UINT64_MAX) {
     const std::string time = aTime == UINT64_MAX ? "" : FullBox("tfdt", Big(aTime, 8), 1);

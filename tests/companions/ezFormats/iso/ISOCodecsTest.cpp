@@ -25,7 +25,7 @@ std::string Config(const std::string& aConfig, unsigned anObjectType = 0x40) {
     return Audio(AudioEntry("mp4a", ESDS(anObjectType, aConfig), 2, 16, 11111));
 }
 
-/// A sequence set of H.264 behind its first byte: profile, constraints, level, and a picture of so many
+/// A sequence set of H.264 after its first byte: profile, constraints, level, and a picture of so many
 /// blocks of 16 pixels, less so many pairs of rows.
 std::string SequenceSet(unsigned aProfile, unsigned aConstraints, unsigned aLevel, unsigned aWidth,
                         unsigned aHeight, unsigned aCut = 0, bool afFrames = true) {
@@ -149,14 +149,14 @@ TEST(ISOAudio, RateAndChannelsAreThoseOfTheDecoder) {
 }
 
 TEST(ISOAudio, ChannelsThatAreSpelledOutAreCounted) {
-    // Configuration 0: one pair and one single in front, a pair behind, one low channel, and a comment.
+    // Configuration 0: one pair and one single in front, a pair after, one low channel, and a comment.
     Bits bits;
     bits.Put(2, 5).Put(3, 4).Put(0, 4).Put(0, 3);
     bits.Put(0, 4).Put(1, 2).Put(3, 4).Put(2, 4).Put(0, 4).Put(1, 4).Put(1, 2).Put(0, 3).Put(0, 4).Put(0, 3);
     bits.Put(0, 1).Put(0, 4).Put(1, 1).Put(0, 4).Put(1, 1).Put(1, 4).Put(0, 4); // elements
     std::string config = bits.Bytes() + Hex({2}) + "ok";
     EXPECT_EQ(Config(config), "ca=\"AAC\" sf=48000 ac=6");
-    // Behind it, where old decoders do not look: band replication at 96 kHz.
+    // After it, where old decoders do not look: band replication at 96 kHz.
     config += Bits().Put(0x2B7, 11).Put(5, 5).Put(1, 1).Put(0, 4).Bytes();
     EXPECT_EQ(Config(config), "ca=\"HE-AAC\" sf=96000 ac=6");
     // Cut within: told by the entry.
@@ -169,7 +169,7 @@ TEST(ISOAudio, BandReplicationAndParametricStereoAreNamedWhenTheyAreAnnounced) {
               "ca=\"HE-AAC\" sf=44100 ac=2");
     EXPECT_EQ(Config(Bits().Put(29, 5).Put(7, 4).Put(1, 4).Put(4, 4).Put(2, 5).Put(0, 3).Bytes()),
               "ca=\"HE-AACv2\" sf=44100 ac=2");
-    // Behind it.
+    // After it.
     const auto behind = [](std::uint64_t aStereo) {
         Bits bits;
         bits.Put(2, 5).Put(7, 4).Put(1, 4).Put(0, 3).Put(0x2B7, 11).Put(5, 5).Put(1, 1).Put(4, 4);

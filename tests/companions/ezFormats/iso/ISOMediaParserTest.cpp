@@ -427,7 +427,7 @@ TEST(ISOMediaParser, EditListsShortenAndDelay) {
     track.mDuration = 441000; // 10 s
     track.mEdits = {{8000, 44100}};
     EXPECT_EQ(Times(File({track})), "du=8 md=\"header\"");
-    track.mEdits = {{3000, -1}, {8000, 0}}; // behind a delay
+    track.mEdits = {{3000, -1}, {8000, 0}}; // after a delay
     EXPECT_EQ(Times(File({track})), "du=11 md=\"header\"");
     track.mEdits = {{0, 44100}}; // from the first second to the end
     EXPECT_EQ(Times(File({track})), "du=9 md=\"header\"");

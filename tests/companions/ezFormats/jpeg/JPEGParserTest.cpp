@@ -202,7 +202,7 @@ TEST(JPEGParser, FrameHeaderThatNoJPEGHasIsRefusedAndTheLogNamesTheValue) {
     EXPECT_EQ(Refusal("\xFF\xD8\xFF\xC0" + Big(1, 2)), "JPEGParser: malformed: marker C0 with length 1");
 }
 
-TEST(JPEGParser, HeightThatIsStatedBehindThePictureIsLeftOut) {
+TEST(JPEGParser, HeightThatIsStatedAfterThePictureIsLeftOut) {
     JPEGFrameHeader frame;
     frame.mHeight = 0;
     const std::string record = Parsed(JPEG(frame));

@@ -34,7 +34,7 @@ constexpr std::uint32_t kLSF = 0xFFF384C0;      ///< MPEG-2 layer III, 64 kbit/s
 constexpr std::uint32_t kMPEG25 = 0xFFE348C0;   ///< MPEG-2.5 layer III, 32 kbit/s, 8 kHz, mono: 288 bytes
 constexpr std::uint32_t kFree = 0xFFFB0000;     ///< free format at 44.1 kHz
 
-/// A frame of a size whose bytes behind the header look like nothing, and differ with aSeed.
+/// A frame of a size whose bytes after the header look like nothing, and differ with aSeed.
 inline std::string Frame(std::uint32_t aWord, std::size_t aSize, unsigned aSeed = 0) {
     return Big(aWord, 4) + std::string(aSize - 4, static_cast<char>(0x31 + aSeed % 64));
 }
@@ -50,7 +50,7 @@ inline std::string Song(unsigned aCount = 38) {
     return Frames(kMP3, 417, aCount);
 }
 
-/// The first frame with a count: "Xing" or "Info" behind the side information (32 bytes).
+/// The first frame with a count: "Xing" or "Info" after the side information (32 bytes).
 inline std::string CountFrame(const std::string& aName, const std::string& aFields,
                               std::uint32_t aWord = kMP3, std::size_t aSize = 417) {
     std::string frame = Big(aWord, 4) + std::string(32, '\0') + aName + aFields;
@@ -67,7 +67,7 @@ inline std::string FieldsOfEncoder(std::uint64_t aFrames, std::uint64_t aBytes, 
     return Big(15, 4) + Big(aFrames, 4) + Big(aBytes, 4) + std::string(100, '\0') + Big(0, 4) + anEncoder +
            std::string(12, '\0') + Big(std::uint64_t{aDelay} << 12 | aPadding, 3);
 }
-/// Version, delay, quality, bytes, frames: 32 bytes behind the header.
+/// Version, delay, quality, bytes, frames: 32 bytes after the header.
 inline std::string VBRIFields(std::uint64_t aFrames, std::uint64_t aBytes) {
     return Big(1, 2) + Big(0, 2) + Big(75, 2) + Big(aBytes, 4) + Big(aFrames, 4);
 }

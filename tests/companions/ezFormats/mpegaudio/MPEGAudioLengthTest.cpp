@@ -107,7 +107,7 @@ TEST(MPEGAudioLength, ACountOfAnotherSizeThanTheFilesIsScaled) {
               "32 estimate: the header's count, of a part of the file");
 }
 
-TEST(MPEGAudioLength, SoundBehindWhatIsCountedIsNotForgotten) {
+TEST(MPEGAudioLength, SoundAfterWhatIsCountedIsNotForgotten) {
     // 400 frames are counted, and 300 more follow: 18.29 s.
     const std::string tag = ID3(3, 0, Frame23("APIC", std::string(100000, 'p')));
     const std::string part = "19 estimate: the header's count, of a part of the file";
@@ -117,9 +117,9 @@ TEST(MPEGAudioLength, SoundBehindWhatIsCountedIsNotForgotten) {
     EXPECT_EQ(Length(WithCount("Info", Fields(kCount, 0)) + Song(300)), whole);
     EXPECT_EQ(Length(WithCount("Info", Fields(kCount, kBytes + 417 * 300)) + Song(300)), whole)
         << "bytes that no 400 frames of one rate have";
-    // Files that were put one behind the other bring their tags along, which count as what they hold.
+    // Files that were put one after the other bring their tags along, which count as what they hold.
     EXPECT_GE(std::stoi(Length(WithCount("Xing", Fields(kCount, kBytes)) + tag + Song(300))), 19);
-    // What is no sound changes nothing, and neither does what an encoder adds behind the last frame.
+    // What is no sound changes nothing, and neither does what an encoder adds after the last frame.
     const std::string header = "10 header";
     EXPECT_EQ(Length(WithCount("Xing", Fields(kCount, kBytes)) + std::string(100000, 'j')), header);
     EXPECT_EQ(Length(WithCount("Info", Fields(kCount, 0)) + tag), header);
@@ -148,7 +148,7 @@ TEST(MPEGAudioLength, TagsAreNoSound) {
     for (const std::string& tails :
          {v1, enhanced + v1, APE1(items), APE2(items), APE2(items) + v1, lyrics1 + v1, lyrics2 + v1,
           APE2(small) + lyrics2 + v1, appended, APE1(small) + enhanced + v1, lyrics1 + enhanced + v1}) {
-        // As many frames as the size of the sound alone tells, of which some are at hand with the tags.
+        // As many frames as the size of the sound alone tells, of which some are buffered with the tags.
         EXPECT_EQ(Length(Song(38) + tails), "0 counted") << tails.size();
         EXPECT_EQ(Length(Song(383) + tails), "9 constant rate") << tails.size(); // 9.98 s
     }
@@ -274,7 +274,7 @@ TEST(MPEGAudioLength, AWholeFileIsWalkedOverJunk) {
 }
 
 TEST(MPEGAudioLength, GapsOfOneByteCostNoReadEach) {
-    // 8 and 16 kbit/s at 22.05 kHz; then a byte of junk behind every four frames.
+    // 8 and 16 kbit/s at 22.05 kHz; then a byte of junk after every four frames.
     constexpr std::uint32_t kSlow = 0xFFF31000;
     constexpr std::uint32_t kFast = 0xFFF32000;
     std::string file = Frames(kSlow, 26, 10) + Frames(kFast, 52, 10);

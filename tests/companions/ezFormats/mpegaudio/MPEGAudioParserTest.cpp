@@ -82,7 +82,7 @@ TEST(MPEGAudioParser, TagsBeforeTheFramesAreSteppedOverWhateverTheirSize) {
     EXPECT_EQ(Length(seven + Song()), "0 counted");
 }
 
-TEST(MPEGAudioParser, FramesAreSearchedBehindATagThatClaimsMoreThanTheFile) {
+TEST(MPEGAudioParser, FramesAreSearchedAfterATagThatClaimsMoreThanTheFile) {
     std::string tag = ID3(3, 0, Frame23("TIT2", "\0The title"s));
     tag.replace(6, 4, Syncsafe(200000));
     EXPECT_EQ(Texts(tag + Song(20)), "The title|||");

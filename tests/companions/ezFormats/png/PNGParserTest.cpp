@@ -85,7 +85,7 @@ TEST(PNGParser, AMediaThatEndsWithinItsHeaderIsNotAskedForEachByteOfIt) {
             delivery.mfSizeKnown = fSizeKnown;
             AwkwardStream::Costs costs;
             EXPECT_EQ(pictures::Parsed<PNGParser>(cut, delivery, &costs), "null\n");
-            // The start and its end, which stream and parser both look for, and once what is behind it.
+            // The start and its end, which stream and parser both look for, and once what is after it.
             EXPECT_LE(costs.mReads, 4U) << length;
             EXPECT_EQ(Refusal(cut, delivery), expected) << length << fSizeKnown;
         }

@@ -6,14 +6,14 @@
 BudgetedBytes::~BudgetedBytes() = default;
 
 std::size_t BudgetedBytes::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (aPosition < GetEnd() && !HasBuffered(aPosition, 1)) {
+    if (!HasBuffered(aPosition) && aPosition < GetEnd()) {
         Bring(aPosition);
     }
     return BorrowBuffered(aPosition, aBytes);
 }
 
 bool BudgetedBytes::HasBuffered(std::uint64_t aPosition, std::size_t aSize) const {
-    if (aPosition < mBlockStart || aPosition >= GetEnd() || aPosition - mBlockStart >= mBlockLength) {
+    if (!HasBuffered(aPosition)) {
         return false;
     }
     const std::uint64_t there = std::min<std::uint64_t>(aSize, GetEnd() - aPosition);
@@ -26,7 +26,7 @@ bool BudgetedBytes::Fetch(std::uint64_t aPosition, std::size_t aSize) {
     }
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, GetEnd() - aPosition));
     std::size_t kept = 0;
-    if (HasBuffered(aPosition, 1)) {
+    if (HasBuffered(aPosition)) {
         const auto place = static_cast<std::size_t>(aPosition - mBlockStart);
         kept = mBlockLength - place;
         std::memmove(mBlock, mBlock + place, kept);

@@ -25,6 +25,8 @@ public:
 
     /// True when all bytes of a range that the file has, and there is one, can be borrowed without a read.
     bool HasBuffered(std::uint64_t aPosition, std::size_t aSize) const;
+    /// True when the byte there can be.
+    bool HasBuffered(std::uint64_t aPosition) const { return IsBuffered(aPosition); }
 
     bool IsBudgetUsedUp() const { return mBudget.IsUsedUp(); }
     bool HasReadFailed() const { return mfReadFailed; }

@@ -50,6 +50,9 @@ public:
     }
 
 protected:
+    /// True when the byte there is of that block.
+    bool IsBuffered(std::uint64_t aPosition) const { return aPosition - mBufferedStart < mBufferedLength; }
+
     /// States what block there is, whenever that changes. Borrow gives the same of it as BorrowBuffered.
     void KeepBuffered(const unsigned char* aBlock, std::uint64_t aStart, std::size_t aLength) {
         mBuffered = aBlock;

@@ -3,7 +3,7 @@
 ReadShare::~ReadShare() = default;
 
 std::size_t ReadShare::Borrow(std::uint64_t aPosition, const unsigned char** aBytes) {
-    if (!mBytes.HasBuffered(aPosition, 1) && !mShare.TakeRead(0)) {
+    if (!mBytes.HasBuffered(aPosition) && !mShare.TakeRead(0)) {
         return 0;
     }
     return mBytes.Borrow(aPosition, aBytes);

@@ -4,6 +4,7 @@
 #include "ezPlatform/text/StringList.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <tuple>
 
@@ -47,16 +48,22 @@ NextParameter TakeParameter(std::string_view& aRest) {
 }
 
 void Append(std::string& aText, std::string_view aName, std::string_view aValue) {
-    aText.append(aText.empty() ? "" : ";").append(aName).append(1, '=').append(aValue);
+    if (!aText.empty()) {
+        aText.push_back(';');
+    }
+    aText.append(aName).push_back('=');
+    aText.append(aValue);
 }
 
+/// The value of DLNA.ORG_FLAGS: what is known, and the digits that are reserved.
 std::string FlagsText(uint32 aFlags) {
+    std::array<char, kFlagDigits> digits = {};
+    for (std::size_t i = 0; i < kFlagDigits; ++i) {
+        digits[i] = "0123456789ABCDEF"[(aFlags >> (4 * (kFlagDigits - 1 - i))) & 0xF];
+    }
     std::string text;
     text.reserve(kFlagDigits + kReservedFlags.size());
-    for (std::size_t i = 0; i < kFlagDigits; ++i) {
-        text += "0123456789ABCDEF"[(aFlags >> (4 * (kFlagDigits - 1 - i))) & 0xF];
-    }
-    return text.append(kReservedFlags);
+    return text.append(digits.data(), digits.size()).append(kReservedFlags);
 }
 
 bool IsBit(char aCharacter) {

@@ -1,6 +1,7 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -62,20 +63,43 @@ inline ezMediaInfo::Key::Key(const char* aKey) {
 }
 
 /// Without a branch: those of a search are ones that no processor foresees.
-inline std::size_t ezMediaInfo::Starts::CountBelow(uint32 aStart) const {
+inline std::size_t ezMediaInfo::Starts::PlaceAfter(uint32 aStart) const {
     const auto letters = static_cast<std::uint16_t>(aStart >> 16);
-    std::uint16_t count = 0;
+    std::int16_t found = 0;
+    std::int16_t at = 0;
     for (const std::uint16_t other : mLetters) {
-        count = static_cast<std::uint16_t>(count + (other < letters ? 1 : 0));
+        ++at;
+        found = std::max<std::int16_t>(found, other == letters ? at : std::int16_t{0});
     }
-    return count;
+    return static_cast<std::size_t>(found);
+}
+
+inline bool ezMediaInfo::IsSorted() const {
+    return mEntries.empty() || mEntries.back().mPlace != kMaximumPlace;
+}
+
+void ezMediaInfo::Sort() const {
+    if (IsSorted()) {
+        return;
+    }
+    std::vector<uint32> places(mEntries.size());
+    std::iota(places.begin(), places.end(), 0U);
+    std::sort(places.begin(), places.end(), [this](uint32 aLeft, uint32 aRight) {
+        const Entry& left = mEntries[aLeft];
+        const Entry& right = mEntries[aRight];
+        return left.mStart != right.mStart
+                   ? left.mStart < right.mStart
+                   : left.mText.View().substr(0, RestOfKey(left.mStart, left.mText)) <
+                         right.mText.View().substr(0, RestOfKey(right.mStart, right.mText));
+    });
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        mEntries[i].mPlace = places[i] & kMaximumPlace;
+    }
 }
 
 inline std::size_t ezMediaInfo::LowerBound(const Key& aKey) const {
+    Sort();
     std::size_t first = 0;
-    if (aKey.IsUsual() && mEntries.size() <= mStarts.mLetters.size()) {
-        return mStarts.CountBelow(aKey.mStart);
-    }
     std::size_t count = mEntries.size();
     while (count != 0) {
         const std::size_t half = count / 2;
@@ -101,23 +125,52 @@ inline bool ezMediaInfo::IsAt(std::size_t anIndex, const Key& aKey) const {
     return text.View().substr(0, RestOfKey(aKey.mStart, text)) == aKey.mRest;
 }
 
-inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite) {
-    const std::size_t at = LowerBound(aKey);
-    if (IsAt(at, aKey)) {
-        return afOverwrite ? &mEntries[mEntries[at].mPlace] : nullptr;
+/// Not where entries are too many for the letters, nor where a longer key begins like it, nor for the letters
+/// that stand for no entry.
+inline bool ezMediaInfo::IsToldByLetters(const Key& aKey, std::size_t aPlaceAfter) const {
+    return aKey.IsUsual() && mEntries.size() <= mStarts.mLetters.size() &&
+           (aPlaceAfter == 0 ||
+            (aPlaceAfter <= mEntries.size() && mEntries[aPlaceAfter - 1].mStart == aKey.mStart));
+}
+
+inline const ezMediaInfo::Entry* ezMediaInfo::Find(const Key& aKey) const {
+    const std::size_t after = mStarts.PlaceAfter(aKey.mStart);
+    if (IsToldByLetters(aKey, after)) {
+        return after == 0 ? nullptr : &mEntries[after - 1];
     }
+    const std::size_t at = LowerBound(aKey);
+    return IsAt(at, aKey) ? &GetSorted(at) : nullptr;
+}
+
+inline ezMediaInfo::Entry& ezMediaInfo::Append(const Key& aKey) {
     if (mEntries.empty()) {
         mEntries.reserve(kUsualEntryCount);
     }
     Entry& entry = mEntries.emplace_back(); // made where it stays
-    const std::size_t last = mEntries.size() - 1;
-    Entry* const sorted = mEntries.data();
-    for (std::size_t i = last; i > at; --i) { // numbers move here, and no texts
-        sorted[i].mPlace = sorted[i - 1].mPlace;
-    }
-    sorted[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
     entry.mStart = aKey.mStart;
-    mStarts.Set(last, aKey.mStart);
+    entry.mPlace = kMaximumPlace;
+    mStarts.Set(mEntries.size() - 1, aKey.mStart);
+    return entry;
+}
+
+inline ezMediaInfo::Entry* ezMediaInfo::EntryToWrite(const Key& aKey, bool afOverwrite) {
+    const std::size_t after = mStarts.PlaceAfter(aKey.mStart);
+    if (IsToldByLetters(aKey, after)) {
+        if (after != 0) {
+            return afOverwrite ? &mEntries[after - 1] : nullptr;
+        }
+        return &Append(aKey);
+    }
+    const std::size_t at = LowerBound(aKey);
+    if (IsAt(at, aKey)) {
+        return afOverwrite ? &mEntries[mEntries[at].mPlace] : nullptr;
+    }
+    Entry& entry = Append(aKey);
+    const std::size_t last = mEntries.size() - 1;
+    for (std::size_t i = last; i > at; --i) { // numbers move here, and no texts
+        mEntries[i].mPlace = mEntries[i - 1].mPlace;
+    }
+    mEntries[at].mPlace = static_cast<uint32>(last) & kMaximumPlace;
     return &entry;
 }
 
@@ -146,28 +199,46 @@ inline void ezMediaInfo::Erase(std::size_t anIndex) {
 
 ezMediaInfo::~ezMediaInfo() = default;
 
-const ezMediaInfo::Entry* ezMediaInfo::Find(const char* aKey) const {
-    const Key key(aKey);
-    const std::size_t at = LowerBound(key);
-    return IsAt(at, key) ? &GetSorted(at) : nullptr;
+bool ezMediaInfo::Has(const char* aKey) const {
+    return Find(Key(aKey)) != nullptr;
+}
+
+inline void ezMediaInfo::TakeAway(const Key& aKey) {
+    if (Find(aKey) != nullptr) {
+        Erase(LowerBound(aKey));
+    }
+}
+
+inline ezMediaInfo::Entry* ezMediaInfo::EntryOfText(const Key& aKey, std::string_view aValue,
+                                                    bool afOverwrite) {
+    if (aKey.mStart == kDurationStart && afOverwrite) {
+        LeaveSeconds(aValue);
+    }
+    if (aValue.empty()) {
+        if (afOverwrite) {
+            TakeAway(aKey);
+        }
+        return nullptr;
+    }
+    Entry* const entry = EntryToWrite(aKey, afOverwrite);
+    if (entry != nullptr) {
+        entry->mNumber = 0U;
+        entry->mfNumber = 0;
+    }
+    return entry;
 }
 
 void ezMediaInfo::Set(const char* aKey, const ezCString& aValue, bool afOverwrite) {
     const Key key(aKey);
-    if (key.mStart == kDurationStart && afOverwrite) {
-        LeaveSeconds(aValue.View());
-    }
-    if (aValue.IsEmpty()) {
-        const std::size_t at = LowerBound(key);
-        if (afOverwrite && IsAt(at, key)) {
-            Erase(at);
-        }
-        return;
-    }
-    if (Entry* entry = EntryToWrite(key, afOverwrite)) {
+    if (Entry* entry = EntryOfText(key, aValue.View(), afOverwrite)) {
         entry->mText = key.IsLong() ? StoredText(key.mRest, aValue.View()) : aValue;
-        entry->mNumber = 0U;
-        entry->mfNumber = 0;
+    }
+}
+
+void ezMediaInfo::Set(const char* aKey, ezCString&& aValue, bool afOverwrite) {
+    const Key key(aKey);
+    if (Entry* entry = EntryOfText(key, aValue.View(), afOverwrite)) {
+        entry->mText = key.IsLong() ? StoredText(key.mRest, aValue.View()) : std::move(aValue);
     }
 }
 
@@ -194,7 +265,7 @@ void ezMediaInfo::SetSigned(const char* aKey, std::int64_t aValue, bool afOverwr
 }
 
 void ezMediaInfo::LeaveSeconds(std::string_view aNewSeconds) {
-    const Entry* const old = Find(kezInfo_Duration);
+    const Entry* const old = Find(Key(kezInfo_Duration));
     if (old == nullptr) {
         return;
     }
@@ -205,7 +276,7 @@ void ezMediaInfo::LeaveSeconds(std::string_view aNewSeconds) {
     if (!fSame) {
         for (const char* key :
              {kezInfo_DurationMilliseconds, kezInfo_DurationMethod, kezInfo_DurationBound}) {
-            Set(key, "", true);
+            TakeAway(Key(key));
         }
     }
 }
@@ -219,11 +290,11 @@ void ezMediaInfo::SetDuration(const ezuint64& aMilliseconds, const ezCString& aM
     Set(kezInfo_Duration, milliseconds / kThousand + (fMore ? 1 : 0), true);
     Set(kezInfo_DurationMilliseconds, aMilliseconds, true);
     Set(kezInfo_DurationMethod, aMethod, true);
-    Set(kezInfo_DurationBound, "", true);
+    TakeAway(Key(kezInfo_DurationBound));
 }
 
 ezCString ezMediaInfo::GetCString(const char* aKey, const ezCString& aDefault) const {
-    const Entry* entry = Find(aKey);
+    const Entry* entry = Find(Key(aKey));
     if (entry == nullptr) {
         return aDefault;
     }
@@ -238,25 +309,24 @@ uint32 ezMediaInfo::GetUInt32(const char* aKey, uint32 aDefault) const {
 }
 
 ezuint64 ezMediaInfo::GetUInt64(const char* aKey, const ezuint64& aDefault) const {
-    const Key key(aKey);
-    const std::size_t at = LowerBound(key);
-    if (!IsAt(at, key)) {
+    const Entry* entry = Find(Key(aKey));
+    if (entry == nullptr) {
         return aDefault;
     }
-    const Entry& entry = GetSorted(at);
-    if (entry.mfNumber != 0) {
-        return entry.mNumber;
+    if (entry->mfNumber != 0) {
+        return entry->mNumber;
     }
     std::uint64_t value = 0;
-    return ezReadDecimal(ValueOf(entry.mStart, entry.mText), &value) ? ezuint64(value) : aDefault;
+    return ezReadDecimal(ValueOf(entry->mStart, entry->mText), &value) ? ezuint64(value) : aDefault;
 }
 
 bool ezMediaInfo::IsNumber(const char* aKey) const {
-    const Entry* entry = Find(aKey);
+    const Entry* entry = Find(Key(aKey));
     return entry != nullptr && entry->mfNumber != 0;
 }
 
 ezCString ezMediaInfo::GetKeyAt(std::size_t anIndex) const {
+    Sort();
     const Entry& entry = GetSorted(anIndex);
     return ezCString(std::string_view(KeyOf(entry.mStart, entry.mText)));
 }
@@ -268,6 +338,7 @@ ezMediaInfo* ezMediaInfo::Duplicate() const {
 void ezMediaInfo::Finish(bool /*afComplete*/) {}
 
 ezCString ezMediaInfo::GetOtherProperties() const {
+    Sort();
     ezCString text;
     for (std::size_t i = 0; i < mEntries.size(); ++i) {
         const Entry& entry = GetSorted(i);

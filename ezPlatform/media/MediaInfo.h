@@ -137,6 +137,7 @@ public:
     /// with true an empty or null text takes it away.
     /// @{
     void Set(const char* aKey, const ezCString& aValue, bool afOverwrite);
+    void Set(const char* aKey, ezCString&& aValue, bool afOverwrite);
     void Set(const char* aKey, const char* aValue, bool afOverwrite) {
         Set(aKey, ezCString(aValue), afOverwrite);
     }
@@ -165,7 +166,7 @@ public:
     void SetDuration(const ezuint64& aMilliseconds, const ezCString& aMethod);
 
     /// True when the key has a value, text or number, 0 included. The key is not null, here and below.
-    bool Has(const char* aKey) const { return Find(aKey) != nullptr; }
+    bool Has(const char* aKey) const;
     /// The text of a key, a number in decimal; aDefault when absent.
     ezCString GetCString(const char* aKey, const ezCString& aDefault) const;
     /// aDefault when absent or no number; 0xFFFFFFFF when the number is larger.
@@ -216,8 +217,9 @@ private:
 
     /// Small, as every record takes room for many at once.
     struct Entry {
-        uint32 mStart;      ///< of the key
-        uint32 mPlace : 31; ///< of the entry that is at this one's index when they are sorted by key
+        uint32 mStart; ///< of the key
+        /// Of the entry that is at this one's index when they are sorted by key.
+        mutable uint32 mPlace : 31;
         uint32 mfNumber : 1;
         ezuint64 mNumber;
         ezCString mText; ///< empty for a number; after the rest of a long key and a NUL
@@ -232,18 +234,29 @@ private:
                 mLetters[aPlace] = static_cast<std::uint16_t>(aStart >> 16);
             }
         }
-        std::size_t CountBelow(uint32 aStart) const;
+        /// The place after an entry whose key has these letters first; 0 where there is none.
+        std::size_t PlaceAfter(uint32 aStart) const;
 
         std::array<std::uint16_t, 32> mLetters;
     };
 
+    /// Records are filled more often than they are enumerated: sorted is what was appended when it is asked
+    /// for.
+    void Sort() const;
+    bool IsSorted() const;
     const Entry& GetSorted(std::size_t anIndex) const { return mEntries[mEntries[anIndex].mPlace]; }
     /// The index of a key among the sorted, or of the first one after it.
     std::size_t LowerBound(const Key& aKey) const;
     bool IsAt(std::size_t anIndex, const Key& aKey) const;
-    const Entry* Find(const char* aKey) const;
+    /// Whether the letters of the entries tell where a key is, without an order.
+    bool IsToldByLetters(const Key& aKey, std::size_t aPlaceAfter) const;
+    Entry& Append(const Key& aKey);
+    const Entry* Find(const Key& aKey) const;
     /// The entry to write, new or old; null where a value stands that must stay.
     Entry* EntryToWrite(const Key& aKey, bool afOverwrite);
+    /// The same for a text, of which an empty one takes away what there is.
+    Entry* EntryOfText(const Key& aKey, std::string_view aValue, bool afOverwrite);
+    void TakeAway(const Key& aKey);
     void Erase(std::size_t anIndex);
     void SetSigned(const char* aKey, std::int64_t aValue, bool afOverwrite);
     /// Where the seconds become others: takes away what tells of those that were.

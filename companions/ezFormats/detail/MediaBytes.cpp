@@ -26,7 +26,7 @@ MediaBytes::~MediaBytes() = default;
 void MediaBytes::Bring(std::uint64_t aPosition) {
     const bool fStraightOn = GetBlockLength() != 0 && aPosition == GetBlockStart() + GetBlockLength();
     const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
-    if (ReadStart(aPosition) && !HasBuffered(aPosition, 1)) {
+    if (ReadStart(aPosition) && !HasBuffered(aPosition)) {
         Fetch(aPosition, size);
     }
 }
@@ -39,7 +39,7 @@ bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
     if (HasBuffered(aPosition, size)) {
         return true;
     }
-    if (!HasBuffered(aPosition, 1) && !ReadStart(aPosition)) {
+    if (!HasBuffered(aPosition) && !ReadStart(aPosition)) {
         return false;
     }
     return HasBuffered(aPosition, size) || Fetch(aPosition, size);

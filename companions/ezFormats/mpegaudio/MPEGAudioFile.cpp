@@ -36,7 +36,7 @@ public:
 
     std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
         if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize &&
-            !mBytes.HasBuffered(aPosition, 1)) {
+            !mBytes.HasBuffered(aPosition)) {
             mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
         }
         const std::size_t count = ReadShare::Borrow(aPosition, aBytes);
@@ -163,7 +163,7 @@ std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
     }
     aBytes.Load(aPosition, kMPEGAudio_SearchSize);
     std::uint64_t position = aPosition;
-    while (aBytes.HasBuffered(position, 1) && aBytes.Get(position, &byte) && byte == 0) {
+    while (aBytes.HasBuffered(position) && aBytes.Get(position, &byte) && byte == 0) {
         ++position;
     }
     return position;

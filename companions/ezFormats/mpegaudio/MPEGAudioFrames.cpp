@@ -140,7 +140,7 @@ bool MPEGAudioFrames::Search(std::uint64_t aStart) {
     ezWrapperWatch watch;
     for (std::uint64_t position = aStart; position - aStart < kMPEGAudio_SearchSize; ++position) {
         unsigned char byte = 0;
-        if (!mBytes.HasBuffered(position, 1) || !mBytes.Get(position, &byte)) {
+        if (!mBytes.HasBuffered(position) || !mBytes.Get(position, &byte)) {
             return false;
         }
         watch.Feed(byte);
@@ -185,7 +185,7 @@ bool MPEGAudioFrames::FindNear(std::uint64_t aPosition, std::uint32_t aSize, MPE
             mBytes.Load(position, static_cast<std::size_t>(aPosition + aSize - position));
             fLoaded = true;
         }
-        if (!mBytes.HasBuffered(position, 1)) {
+        if (!mBytes.HasBuffered(position)) {
             break;
         }
         fFound = IsChainAt(position, aFrame);

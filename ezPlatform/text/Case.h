@@ -18,7 +18,9 @@ constexpr bool ezIsEqualNoCase(std::string_view aLeft, std::string_view aRight) 
     }
     // From the end on: texts that are compared often begin alike, as MIME types and the files of a series do.
     for (std::size_t i = aLeft.size(); i > 0; --i) {
-        if (ezLower(aLeft[i - 1]) != ezLower(aRight[i - 1])) {
+        const char left = aLeft[i - 1];
+        const char right = aRight[i - 1];
+        if (left != right && ezLower(left) != ezLower(right)) { // most are equal as they stand
             return false;
         }
     }

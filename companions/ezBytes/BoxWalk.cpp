@@ -1,5 +1,6 @@
 #include "ezBytes/BoxWalk.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -25,12 +26,13 @@ bool BoxWalk::Next(BoxType* aType, ByteReader* aContent) {
     } else if (size == 0) { // up to the end
         size = headSize + mReader.GetLeft();
     }
-    mReader.Require(size >= headSize);
-    std::uint64_t left = mReader.HasFailed() ? 0 : size - headSize;
-    if (left > mReader.GetLeft() && left - mReader.GetLeft() <= mMaxMissing) {
-        left = mReader.GetLeft();
+    const std::uint64_t there = mReader.GetLeft();
+    std::uint64_t left = size - headSize;
+    if (!mReader.Require(size >= headSize) || (left > there && left - there > mMaxMissing)) {
+        mReader.Require(false);
+        left = 0;
     }
-    *aContent = mReader.Take(left);
+    *aContent = mReader.Take(std::min(left, there));
     return !mReader.HasFailed();
 }
 

@@ -129,12 +129,12 @@ void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,
 
 void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
                             const ExtensionMimeTypeMatcherEntry* anEntry) const {
-    const ProfileMatch match = mRules->FindMatch(anInfo);
+    ProfileMatch match = mRules->FindMatch(anInfo);
     if (!match.mMimeType.IsEmpty() && !anInfo.Has(kezInfo_DLNA)) {
         anInfo.Set(kezInfo_MimeType, match.mMimeType, true);
     }
     const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
-    ezDLNAField field = ezDLNAField::OfProfile(match.mProfile);
+    ezDLNAField field = ezDLNAField::OfProfile(std::move(match.mProfile));
     if (afSizeKnown) {
         field.SetByteSeek(true);
     }

@@ -16,7 +16,7 @@ namespace {
 /// A duration and its timescale, of the movie or of a track's media.
 struct Times {
     std::uint32_t mTimescale = 0;
-    std::uint64_t mDuration = 0; ///< 0: not told
+    std::uint64_t mDuration = 0;  ///< 0: not told
     unsigned mPackedLanguage = 0; ///< of "mdhd" (8.4.2)
 };
 
@@ -312,7 +312,9 @@ void MovieReading::Read(const ByteReader& aBox) {
         }
     }
     mMovie.mTexts = mTags.Merge();
-    mMovie.mTexts.mLanguages = ezCString(std::string_view(mLanguages));
+    if (!mLanguages.empty()) {
+        mMovie.mTexts.mLanguages = ezCString(std::string_view(mLanguages));
+    }
     if (!mfEnabled) {
         mMovie.mDuration = std::max(mMovie.mDuration, mDisabledDuration);
     }

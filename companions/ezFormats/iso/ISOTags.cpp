@@ -205,7 +205,7 @@ private:
 /// Reads the items of a list that are known by their types.
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
     ItemValues values;
-    MusicTexts second;
+    ezCString numberedGenre;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
@@ -215,19 +215,23 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
                 values.Read(item, box.mField, aBoxBudget);
             }
         }
-        if (type == "gnre" && second.mGenre.IsEmpty()) {
-            second.mGenre = ReadGenreItem(item, aBoxBudget);
-        } else if (type == "trkn" && second.mTrack == 0) {
-            second.mTrack = ReadNumberItem(item, aBoxBudget);
-        } else if (type == "disk" && second.mDisc == 0) {
-            second.mDisc = ReadNumberItem(item, aBoxBudget);
+        if (type == "gnre" && numberedGenre.IsEmpty()) {
+            numberedGenre = ReadGenreItem(item, aBoxBudget);
+        } else if (type == "trkn" && aTexts.mTrack == 0) {
+            aTexts.mTrack = ReadNumberItem(item, aBoxBudget);
+        } else if (type == "disk" && aTexts.mDisc == 0) {
+            aTexts.mDisc = ReadNumberItem(item, aBoxBudget);
         } else if (type == "cpil") {
-            second.mfCompilation = second.mfCompilation || OpenItem(item, aBoxBudget).ReadByte() != 0;
+            aTexts.mfCompilation = aTexts.mfCompilation || OpenItem(item, aBoxBudget).ReadByte() != 0;
         }
     }
     values.Store(aTexts);
-    second.mCreator = aTexts.mAlbumArtist; // whom an album is filed under, where nobody else is named
-    aTexts.Complete(second);
+    if (aTexts.mGenre.IsEmpty()) {
+        aTexts.mGenre = numberedGenre;
+    }
+    if (aTexts.mCreator.IsEmpty()) { // whom an album is filed under, where nobody else is named
+        aTexts.mCreator = aTexts.mAlbumArtist;
+    }
 }
 
 void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint32_t& aBoxBudget,

@@ -35,8 +35,7 @@ public:
     }
 
     std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
-        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize &&
-            !mBytes.HasBuffered(aPosition)) {
+        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasBuffered(aPosition)) {
             mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
         }
         const std::size_t count = ReadShare::Borrow(aPosition, aBytes);

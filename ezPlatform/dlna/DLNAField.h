@@ -25,11 +25,11 @@ inline constexpr uint32 kezDLNAFlag_LinkProtected = 0x00010000; ///< content goe
 /// @name The parameters that the library knows
 /// DLNA guidelines 7.4.1.3.
 /// @{
-inline constexpr std::string_view kezDLNAParameter_Profile = "DLNA.ORG_PN";
-inline constexpr std::string_view kezDLNAParameter_Operations = "DLNA.ORG_OP";
-inline constexpr std::string_view kezDLNAParameter_PlaySpeeds = "DLNA.ORG_PS";
-inline constexpr std::string_view kezDLNAParameter_Conversion = "DLNA.ORG_CI";
-inline constexpr std::string_view kezDLNAParameter_Flags = "DLNA.ORG_FLAGS";
+inline constexpr std::string_view kezDLNAParameter_Profile = "DLNA.ORG_PN";    ///< the profile's name
+inline constexpr std::string_view kezDLNAParameter_Operations = "DLNA.ORG_OP"; ///< seeks, as two digits
+inline constexpr std::string_view kezDLNAParameter_PlaySpeeds = "DLNA.ORG_PS"; ///< a comma list
+inline constexpr std::string_view kezDLNAParameter_Conversion = "DLNA.ORG_CI"; ///< 1: of converted content
+inline constexpr std::string_view kezDLNAParameter_Flags = "DLNA.ORG_FLAGS";   ///< kezDLNAFlag_... and zeros
 /// @}
 
 /// The 4th field of a protocolInfo as a value: profile in, profile out, and its other parameters (DLNA

@@ -8,6 +8,7 @@
 #include "ezBytes/Utf8.h"
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/Limits.h"
 
 #include "ez/MediaParserStream.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -146,17 +147,30 @@ inline bool FormatDoor_IsListed(std::string_view aItem, std::string_view aList) 
     return ("," + std::string(aList) + ",").find("," + std::string(aItem) + ",") != std::string::npos;
 }
 
+/// @param afLines  line ends are between its parts
+inline void FormatDoor_CheckText(std::string_view aText, std::size_t aMaxLength, bool afLines) {
+    FuzzCheck(IsWholeUtf8(aText) && aText.size() <= aMaxLength);
+    FuzzCheck(std::none_of(aText.begin(), aText.end(), [afLines](char aByte) {
+        return (aByte >= 0 && aByte < ' ' && !(afLines && aByte == '\n')) || aByte == 0x7F;
+    }));
+}
+
 /// Texts go into XML that other devices read.
 inline void FormatDoor_CheckTexts(const ezMediaInfo& anInfo) {
     for (const ezCString* text : {&anInfo.mTitle, &anInfo.mCreator, &anInfo.mAlbum, &anInfo.mGenre}) {
-        FuzzCheck(IsWholeUtf8(text->View()) && text->GetLength() <= kCleanText_MaxLength);
-        FuzzCheck(std::none_of(text->View().begin(), text->View().end(),
-                               [](char aByte) { return (aByte >= 0 && aByte < ' ') || aByte == 0x7F; }));
+        FormatDoor_CheckText(text->View(), kCleanText_MaxLength, false);
     }
     for (std::size_t i = 0; i < anInfo.GetCount(); ++i) {
-        const ezCString value = anInfo.GetCString(anInfo.GetKeyAt(i).c_str(), "");
-        FuzzCheck(std::all_of(value.View().begin(), value.View().end(),
-                              [](char aByte) { return aByte >= ' ' && aByte < 0x7F; }));
+        const ezCString key = anInfo.GetKeyAt(i);
+        const ezCString value = anInfo.GetCString(key.c_str(), "");
+        if (key == kezInfo_AlbumArtist || key == kezInfo_Composer) {
+            FormatDoor_CheckText(value.View(), kCleanText_MaxLength, false);
+        } else if (key == kezInfo_Creators || key == kezInfo_Genres) {
+            FormatDoor_CheckText(value.View(), kMusicNames_MaxSize, true);
+        } else {
+            FuzzCheck(std::all_of(value.View().begin(), value.View().end(),
+                                  [](char aByte) { return aByte >= ' ' && aByte < 0x7F; }));
+        }
     }
 }
 

@@ -117,8 +117,7 @@ constexpr std::array<KnownFamily, 4> kKnown = {
 /// its start, its end, and a few facts.
 template <typename Parser>
 FormatFamily FamilyOf() {
-    const FormatDescription& format = Parser::kDescription;
-    const std::string type = format.mType;
+    const std::string type = Parser::kDescription.mType;
     const auto parser = [] { return std::make_unique<Parser>(); };
     const auto* const known = std::find_if(
         kKnown.begin(), kKnown.end(), [&type](const KnownFamily& aFamily) { return aFamily.mType == type; });
@@ -126,9 +125,9 @@ FormatFamily FamilyOf() {
         return {known->mKey,   known->mName,  known->mFiles, parser,
                 known->mReads, known->mBytes, known->mSeeks, known->mAllocations};
     }
-    const auto files = [&format] {
+    const auto files = [] {
         Parser own;
-        return SamplesOf(format, own);
+        return SamplesOf(Parser::kDescription, own);
     };
     return {type, type, files, parser, 2, 24576, 1, 20};
 }

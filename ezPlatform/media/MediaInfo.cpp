@@ -274,10 +274,9 @@ void ezMediaInfo::LeaveSeconds(std::string_view aNewSeconds) {
                            ? GetUInt64(kezInfo_Duration, ~seconds) == seconds
                            : old->mfNumber == 0 && old->mText.View() == aNewSeconds;
     if (!fSame) {
-        for (const char* key :
-             {kezInfo_DurationMilliseconds, kezInfo_DurationMethod, kezInfo_DurationBound}) {
-            TakeAway(Key(key));
-        }
+        TakeAway(Key(kezInfo_DurationMilliseconds));
+        TakeAway(Key(kezInfo_DurationMethod));
+        TakeAway(Key(kezInfo_DurationBound));
     }
 }
 

@@ -127,7 +127,7 @@ struct Track {
     unsigned mTableVersion = 0; ///< of the descriptions
     std::string mMatrix = kNoMatrix;
     unsigned mPackedLanguage = 0;
-    std::string mLanguage = ""; ///< of an "elng" box; empty: there is none
+    std::string mLanguage; ///< of an "elng" box; empty: there is none
 
     std::string Times() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;

@@ -20,6 +20,7 @@ public:
     /// The next four bytes; four NULs where they are not there.
     static BoxType Read(ByteReader& aReader) { return BoxType(aReader.ReadBig32()); }
 
+    constexpr std::uint32_t GetCode() const { return mCode; }
     ezCString GetText() const;
     /// True when its first characters are these, four at most.
     constexpr bool StartsWith(std::string_view aText) const {

@@ -7,6 +7,8 @@
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/tags/MusicNames.h"
+#include "ezFormats/tags/MusicValues.h"
+#include "ezFormats/tags/TagNames.h"
 
 #include <algorithm>
 #include <array>
@@ -17,66 +19,6 @@
 #include <utility>
 
 namespace {
-
-/// Which field of a piece a box tells, and whether one that is more to the point goes before.
-struct TextBox {
-    BoxType mType;
-    MusicField mField;
-    bool mfSecond;
-};
-
-constexpr std::array<TextBox, 7> kItems = {{{"\xA9nam", MusicField::Title, false},
-                                            {"\xA9"
-                                             "ART",
-                                             MusicField::Creator, false},
-                                            {"aART", MusicField::AlbumArtist, false},
-                                            {"\xA9"
-                                             "alb",
-                                             MusicField::Album, false},
-                                            {"\xA9gen", MusicField::Genre, false},
-                                            {"\xA9wrt", MusicField::Composer, false},
-                                            {"\xA9"
-                                             "day",
-                                             MusicField::Date, false}}};
-
-/// QuickTime's names of items (QuickTime File Format, "Metadata").
-struct NamedItem {
-    std::string_view mName; ///< after "com.apple.quicktime."
-    MusicField mField;
-    bool mfSecond;
-};
-constexpr std::array<NamedItem, 7> kNamedItems = {{{"title", MusicField::Title, false},
-                                                   {"artist", MusicField::Creator, false},
-                                                   {"author", MusicField::Creator, true},
-                                                   {"album", MusicField::Album, false},
-                                                   {"genre", MusicField::Genre, false},
-                                                   {"creationdate", MusicField::Date, false},
-                                                   {"year", MusicField::Date, true}}};
-
-constexpr std::array<TextBox, 5> kAssets = {{{"titl", MusicField::Title, false},
-                                             {"perf", MusicField::Creator, false},
-                                             {"auth", MusicField::Creator, true},
-                                             {"albm", MusicField::Album, false},
-                                             {"gnre", MusicField::Genre, false}}};
-
-constexpr std::array<TextBox, 8> kPhrases = {{{"\xA9nam", MusicField::Title, false},
-                                              {"\xA9"
-                                               "ART",
-                                               MusicField::Creator, false},
-                                              {"\xA9"
-                                               "aut",
-                                               MusicField::Creator, true},
-                                              {"\xA9"
-                                               "alb",
-                                               MusicField::Album, false},
-                                              {"\xA9gen", MusicField::Genre, false},
-                                              {"\xA9wrt", MusicField::Composer, false},
-                                              {"\xA9"
-                                               "com",
-                                               MusicField::Composer, true},
-                                              {"\xA9"
-                                               "day",
-                                               MusicField::Date, false}}};
 
 /// A text that is UTF-16 where it begins with a byte order mark.
 ezCString CleanMarkedText(std::string_view aBytes) {
@@ -124,40 +66,15 @@ std::uint32_t ReadNumberItem(const ByteReader& anItem, std::uint32_t& aBoxBudget
     return static_cast<std::uint32_t>(data.ReadBig(2));
 }
 
-/// The values of the fields that items tell in words: of an item that has several, or of several items.
-class ItemValues {
-public:
-    void Read(const ByteReader& anItem, MusicField aField, std::uint32_t& aBoxBudget) {
-        Values& values = mFields[static_cast<std::size_t>(aField)];
-        const bool fSeveral = MusicField_HasSeveral(aField);
-        BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
-        ByteReader data = anItem;
-        while (walk.Find("data", &data)) {
-            const ezCString text = ReadData(data);
-            if (!text.IsEmpty() && (values.mCount == 0 || fSeveral)) {
-                ++values.mCount;
-                values.mNames.Add(text);
-            }
-        }
+/// Reads the values of an item.
+void ReadValues(const ByteReader& anItem, const TagField& aField, std::uint32_t& aBoxBudget,
+                MusicValues& aValues) {
+    BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
+    ByteReader data = anItem;
+    while (walk.Find("data", &data)) {
+        aValues.Add(aField, ReadData(data));
     }
-
-    void Store(MusicTexts& aTexts) const {
-        for (std::size_t i = 0; i < mFields.size(); ++i) {
-            const auto field = static_cast<MusicField>(i);
-            if (mFields[i].mCount != 0 && !aTexts.Has(field)) {
-                aTexts.Take(field, mFields[i].mNames);
-            }
-        }
-    }
-
-private:
-    struct Values {
-        MusicNames mNames;
-        std::size_t mCount = 0;
-    };
-
-    std::array<Values, static_cast<std::size_t>(MusicField::Date) + 1> mFields;
-};
+}
 
 /// Which names the items of a list have, by their number. Items of a list without are known by their types.
 class ItemNames {
@@ -175,11 +92,13 @@ public:
             const ezCString text =
                 name.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(name.GetLeft(), kMaxName)));
             const std::string_view start = text.View().substr(0, kStart.size());
-            mItems[i] = start == kStart ? Find(text.View().substr(kStart.size())) : nullptr;
+            mItems[i] = start == kStart
+                            ? FindTagField(TagWords::QuickTimeItem, text.View().substr(kStart.size()))
+                            : nullptr;
         }
     }
     /// Null for an item that tells nothing here.
-    const NamedItem* Get(BoxType aType) const {
+    const TagField* Get(BoxType aType) const {
         for (std::uint32_t i = 0; i < mCount; ++i) {
             if (aType == BoxType(i + 1)) {
                 return mItems[i];
@@ -189,31 +108,20 @@ public:
     }
 
 private:
-    static const NamedItem* Find(std::string_view aName) {
-        for (const NamedItem& item : kNamedItems) {
-            if (item.mName == aName) {
-                return &item;
-            }
-        }
-        return nullptr;
-    }
-
-    std::array<const NamedItem*, kISO_MaxItemNames> mItems = {};
+    std::array<const TagField*, kISO_MaxItemNames> mItems = {};
     std::uint32_t mCount = 0;
 };
 
 /// Reads the items of a list that are known by their types.
 void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
-    ItemValues values;
+    MusicValues values;
     ezCString numberedGenre;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
-        for (const TextBox& box : kItems) {
-            if (type == box.mType) {
-                values.Read(item, box.mField, aBoxBudget);
-            }
+        if (const TagField* const field = FindTagField(TagLetters::ISOItem, type.GetCode())) {
+            ReadValues(item, *field, aBoxBudget, values);
         }
         if (type == "gnre" && numberedGenre.IsEmpty()) {
             numberedGenre = ReadGenreItem(item, aBoxBudget);
@@ -236,19 +144,16 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
 
 void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint32_t& aBoxBudget,
                     MusicTexts& aTexts) {
-    ItemValues values;
-    ItemValues second;
+    MusicValues values;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
-        const NamedItem* const name = aNames.Get(type);
-        if (name != nullptr) {
-            (name->mfSecond ? second : values).Read(item, name->mField, aBoxBudget);
+        if (const TagField* const field = aNames.Get(type)) {
+            ReadValues(item, *field, aBoxBudget, values);
         }
     }
     values.Store(aTexts);
-    second.Store(aTexts);
 }
 
 void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
@@ -324,16 +229,17 @@ ezCString ReadPhrase(ByteReader aBox) {
     return CleanMarkedText(bytes);
 }
 
-template <std::size_t Size>
-void TakeText(BoxType aType, const std::array<TextBox, Size>& aBoxes, const ByteReader& aContent,
+void TakeText(BoxType aType, TagLetters aVocabulary, const ByteReader& aContent,
               ezCString (*aRead)(ByteReader), MusicTexts& aFirst, MusicTexts& aSecond) {
-    for (const TextBox& box : aBoxes) {
-        MusicTexts& texts = box.mfSecond ? aSecond : aFirst;
-        if (aType == box.mType && !texts.Has(box.mField)) {
-            MusicNames names; // of one: what a phrase means by a comma or a number nobody knows
-            names.Add(aRead(aContent));
-            texts.Take(box.mField, names);
-        }
+    const TagField* const field = FindTagField(aVocabulary, aType.GetCode());
+    if (field == nullptr) {
+        return;
+    }
+    MusicTexts& texts = field->mfSecond ? aSecond : aFirst;
+    if (!texts.Has(field->mField)) {
+        MusicNames names; // of one: what a phrase means by a comma or a number nobody knows
+        names.Add(aRead(aContent));
+        texts.Take(field->mField, names);
     }
 }
 
@@ -361,11 +267,11 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
             ReadMeta(content, aBoxBudget, aTags.mItems);
             continue;
         }
-        TakeText(type, kAssets, content, ReadAsset, aTags.mAssets, secondAssets);
+        TakeText(type, TagLetters::ISOAsset, content, ReadAsset, aTags.mAssets, secondAssets);
         if (type == "yrrc" && aTags.mAssets.mDate.IsEmpty()) {
             aTags.mAssets.mDate = ReadAssetYear(content);
         }
-        TakeText(type, kPhrases, content, ReadPhrase, aTags.mPhrases, secondPhrases);
+        TakeText(type, TagLetters::ISOPhrase, content, ReadPhrase, aTags.mPhrases, secondPhrases);
     }
     aTags.mAssets.Complete(secondAssets);
     aTags.mPhrases.Complete(secondPhrases);

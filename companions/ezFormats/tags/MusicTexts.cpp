@@ -4,6 +4,7 @@
 #include "ezFormats/tags/AudioTails.h"
 #include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicNames.h"
+#include "ezFormats/tags/TagNames.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/DateText.h"
@@ -18,40 +19,6 @@
 #include <utility>
 
 namespace {
-
-/// How vocabularies of tags call a field; null or 0 where one has no such thing. ID3v2.2 to 2.4 by letters.
-struct Field {
-    MusicField mField;
-    std::uint32_t mID22;
-    std::uint32_t mID23;
-    const char* mAPEKey;
-    const char* mLyricsID; ///< of Lyrics3
-};
-
-/// The letters of a frame's name as a number; a NUL stands for a fourth that is not there.
-constexpr std::uint32_t LettersOf(std::string_view anID) {
-    std::uint32_t letters = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        letters = letters << 8 | (i < anID.size() ? static_cast<unsigned char>(anID[i]) : 0U);
-    }
-    return letters;
-}
-
-constexpr std::array<Field, 13> kFields = {{
-    {MusicField::Title, LettersOf("TT2"), LettersOf("TIT2"), "title", "ETT"},
-    {MusicField::Creator, LettersOf("TP1"), LettersOf("TPE1"), "artist", "EAR"},
-    {MusicField::Album, LettersOf("TAL"), LettersOf("TALB"), "album", "EAL"},
-    {MusicField::Genre, LettersOf("TCO"), LettersOf("TCON"), "genre", nullptr},
-    {MusicField::AlbumArtist, LettersOf("TP2"), LettersOf("TPE2"), "album artist", nullptr},
-    {MusicField::AlbumArtist, 0, 0, "albumartist", nullptr},
-    {MusicField::Composer, LettersOf("TCM"), LettersOf("TCOM"), "composer", nullptr},
-    {MusicField::Date, 0, 0, "year", nullptr},
-    {MusicField::Track, LettersOf("TRK"), LettersOf("TRCK"), "track", nullptr},
-    {MusicField::Disc, LettersOf("TPA"), LettersOf("TPOS"), "disc", nullptr},
-    {MusicField::Compilation, LettersOf("TCP"), LettersOf("TCMP"), "compilation", nullptr},
-    {MusicField::Languages, LettersOf("TLA"), LettersOf("TLAN"), "language", nullptr},
-    {MusicField::Disc, 0, 0, "discnumber", nullptr},
-}};
 
 /// Where a text of a field goes that is kept as it is.
 struct Place {
@@ -86,10 +53,15 @@ MusicNames NamesOf(const std::vector<ezCString>& aValues, bool afGenres) {
     return names;
 }
 
-ezCString LanguagesOf(const std::vector<ezCString>& aValues) {
+ezCString LanguagesOf(const MusicNames& aNames) {
     std::string list;
-    for (const ezCString& value : aValues) {
-        AddLanguages(list, value.View());
+    const ezCString joined = aNames.GetJoined();
+    const ezCString listed = aNames.GetListed();
+    std::string_view rest = listed.IsEmpty() ? joined.View() : listed.View();
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        AddLanguages(list, rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return ezCString(std::string_view(list));
 }
@@ -157,15 +129,15 @@ private:
         std::uint32_t mID;
         Kind mKind;
     };
-    static constexpr std::array<Frame, 9> kFrames = {{{LettersOf("TDRC"), kRecorded},
-                                                      {LettersOf("TYER"), kYear},
-                                                      {LettersOf("TYE"), kYear},
-                                                      {LettersOf("TDRL"), kReleased},
-                                                      {LettersOf("TDOR"), kFirstReleased},
-                                                      {LettersOf("TORY"), kFirstReleased},
-                                                      {LettersOf("TOR"), kFirstReleased},
-                                                      {LettersOf("TDAT"), kDay},
-                                                      {LettersOf("TDA"), kDay}}};
+    static constexpr std::array<Frame, 9> kFrames = {{{TagLettersOf("TDRC"), kRecorded},
+                                                      {TagLettersOf("TYER"), kYear},
+                                                      {TagLettersOf("TYE"), kYear},
+                                                      {TagLettersOf("TDRL"), kReleased},
+                                                      {TagLettersOf("TDOR"), kFirstReleased},
+                                                      {TagLettersOf("TORY"), kFirstReleased},
+                                                      {TagLettersOf("TOR"), kFirstReleased},
+                                                      {TagLettersOf("TDAT"), kDay},
+                                                      {TagLettersOf("TDA"), kDay}}};
 
     /// "1999" with the "3112" of another frame.
     ezCString WithDay(const ezCString& aYear) const {
@@ -182,12 +154,9 @@ private:
 
 void KeepFrame(std::uint32_t anID, ByteReader& aBody, unsigned aVersion, const CodePage& aCodePage,
                MusicTexts& aTexts) {
-    for (const Field& field : kFields) {
-        if (anID == field.mID23 || anID == field.mID22) {
-            const FrameText text(aBody);
-            Keep(field.mField, text.View(), text.GetEncoding(), aVersion == 4, aCodePage, aTexts);
-            return;
-        }
+    if (const TagField* const field = FindTagField(TagLetters::ID3, anID)) {
+        const FrameText text(aBody);
+        Keep(field->mField, text.View(), text.GetEncoding(), aVersion == 4, aCodePage, aTexts);
     }
 }
 
@@ -229,10 +198,8 @@ ezCString ReadID3v1Genre(ByteSource& aBytes, const AudioTails& aTails, const Cod
 void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t aVersion,
                  const CodePage& aCodePage, MusicTexts& aTexts) {
     const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Unstated;
-    for (const Field& field : kFields) {
-        if (ezIsEqualNoCase(aKey.View(), field.mAPEKey)) {
-            Keep(field.mField, aBytes, encoding, true, aCodePage, aTexts);
-        }
+    if (const TagField* const field = FindTagField(TagWords::APE, aKey.View())) {
+        Keep(field->mField, aBytes, encoding, true, aCodePage, aTexts);
     }
 }
 
@@ -269,46 +236,38 @@ bool MusicTexts::Has(MusicField aField) const {
 }
 
 void MusicTexts::Take(MusicField aField, const std::vector<ezCString>& aValues) {
-    if (aValues.empty() || Has(aField)) {
-        return;
-    }
-    const ezCString& first = aValues.front();
-    switch (aField) {
-    case MusicField::Title:
-    case MusicField::Creator:
-    case MusicField::Album:
-    case MusicField::Genre:
-    case MusicField::AlbumArtist:
-    case MusicField::Composer:
-    case MusicField::Date:
+    if (!aValues.empty() && !Has(aField)) {
         Take(aField, NamesOf(aValues, aField == MusicField::Genre));
-        break;
-    case MusicField::Languages:
-        mLanguages = LanguagesOf(aValues);
-        break;
-    case MusicField::Track:
-        mTrack = MusicNumberOf(first.View());
-        break;
-    case MusicField::Disc:
-        mDisc = MusicNumberOf(first.View());
-        break;
-    case MusicField::Compilation:
-        mfCompilation = MusicNumberOf(first.View()) != 0;
-        break;
     }
 }
 
 void MusicTexts::Take(MusicField aField, const MusicNames& aNames) {
-    ezCString text = aNames.GetJoined();
-    if (aField == MusicField::Date) {
-        text = CleanDate(text.View());
-    }
-    this->*PlaceOf(aField) = std::move(text);
-    if (aField == MusicField::Creator) {
+    switch (aField) {
+    case MusicField::Track:
+        mTrack = MusicNumberOf(aNames.GetJoined().View());
+        return;
+    case MusicField::Disc:
+        mDisc = MusicNumberOf(aNames.GetJoined().View());
+        return;
+    case MusicField::Compilation:
+        mfCompilation = MusicNumberOf(aNames.GetJoined().View()) != 0;
+        return;
+    case MusicField::Languages:
+        mLanguages = LanguagesOf(aNames);
+        return;
+    case MusicField::Date:
+        mDate = CleanDate(aNames.GetJoined().View());
+        return;
+    case MusicField::Creator:
         mCreators = aNames.GetListed();
-    } else if (aField == MusicField::Genre) {
+        break;
+    case MusicField::Genre:
         mGenres = aNames.GetListed();
+        break;
+    default:
+        break;
     }
+    this->*PlaceOf(aField) = aNames.GetJoined();
 }
 
 void MusicTexts::Complete(const MusicTexts& aTexts) {
@@ -372,7 +331,7 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const C
     ezCString id;
     ByteReader body = aReader;
     for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && frames.Next(&id, &body); ++count) {
-        const std::uint32_t letters = LettersOf(id.View());
+        const std::uint32_t letters = TagLettersOf(id.View());
         if (!dates.Take(letters, body)) {
             KeepFrame(letters, body, aTag.mVersion, aCodePage, texts);
         }
@@ -410,10 +369,8 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const 
         std::uint64_t size = 0;
         fields.Require(ezReadDecimal(fields.ReadText(kDigits).View(), &size));
         ByteReader body = fields.Take(size);
-        for (const Field& field : kFields) {
-            if (field.mLyricsID != nullptr && id == field.mLyricsID) {
-                Keep(field.mField, ReadTextBytes(body), TextEncoding::Unstated, false, aCodePage, texts);
-            }
+        if (const TagField* const field = FindTagField(TagLetters::Lyrics3, TagLettersOf(id.View()))) {
+            Keep(field->mField, ReadTextBytes(body), TextEncoding::Unstated, false, aCodePage, texts);
         }
     }
     return texts;

@@ -2,6 +2,7 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,7 +29,10 @@ enum class MusicField {
     Disc,
     Compilation,
     Languages,
+    Last = Languages,
 };
+
+inline constexpr std::size_t kMusicField_Count = static_cast<std::size_t>(MusicField::Last) + 1;
 
 /// What tags tell of a piece of music, each text as CleanText has it, and the rest in the form of its key in
 /// ezPlatform/media/MediaInfo.h. What is empty, 0 or false is not told.
@@ -53,7 +57,7 @@ struct MusicTexts {
     /// Takes what a tag states of one field, by values that are clean, unless it is told already. A value
     /// that is not of its kind (a track "A", a date in words) tells nothing.
     void Take(MusicField aField, const std::vector<ezCString>& aValues);
-    /// The same of a field in words, whose values have been told apart. There is one at least.
+    /// The same of values that have been told apart, genres among them by their words. There is one at least.
     void Take(MusicField aField, const MusicNames& aNames);
     /// Fills what is not told yet from another.
     void Complete(const MusicTexts& aTexts);

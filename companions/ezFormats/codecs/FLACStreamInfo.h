@@ -9,6 +9,9 @@ struct FLACStreamInfo {
     std::uint32_t mSamplingRate = 0; ///< Hz
     std::uint32_t mChannels = 0;
     std::uint32_t mBitsPerSample = 0;
+    std::uint32_t mMinBlockSize = 0; ///< samples; of all blocks but the last
+    std::uint32_t mMaxBlockSize = 0;
+    std::uint64_t mSamples = 0; ///< of a channel
 };
 
 /// Reads the block and its header. One that is cut, or is another block, tells nothing.

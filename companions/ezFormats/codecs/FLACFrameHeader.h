@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+
+#include "ezFormats/codecs/FLACStreamInfo.h"
+
+#include <cstdint>
+
+/// What the header of a FLAC frame tells of its place in the stream (RFC 9639, 9.1).
+struct FLACFrameHeader {
+    std::uint64_t mFirstSample = 0; ///< of a channel, counted from the start of the stream
+    std::uint32_t mBlockSize = 0;   ///< samples
+};
+
+/// Bytes that a header may have: sync code and codes 4, coded number 7, block size 2, sampling rate 2, CRC 1.
+inline constexpr std::uint32_t kFLACFrameHeader_MaxSize = 16;
+
+/// Reads a header where the reader stands. False for what is not one: sync code, reserved values, the check
+/// sum, or channels, bits and sampling rate that are not the stream's, where the stream states them.
+bool ReadFLACFrameHeader(ByteReader aReader, const FLACStreamInfo& aStream, FLACFrameHeader* aHeader);

@@ -7,7 +7,7 @@ namespace {
 
 void OfferPicture(ByteReader& aBody, CoverChoice& aChoice) {
     PictureBlock block;
-    if (ReadPictureBlock(aBody, aBody.GetLeft(), &block) && block.mMimeType != "-->") {
+    if (ReadPictureBlock(aBody, aBody.GetLeft(), kCover_MaxText, &block) && block.mMimeType != "-->") {
         aChoice.Offer(block.mType, CoverOfRest(aBody.Take(block.mDataSize), block.mMimeType));
     }
 }

@@ -1,6 +1,8 @@
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
+#include "ezBytes/VorbisComments.h"
+
 #include "ezPlatform/text/Base64.h"
 
 #include <array>
@@ -11,7 +13,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::string_view kFieldName = "METADATA_BLOCK_PICTURE="sv;
+constexpr std::string_view kKey = "METADATA_BLOCK_PICTURE"sv;
 
 /// How the comments of a codec are found: what its first and its second packet begin with.
 struct Codec {
@@ -111,11 +113,12 @@ void OfferPicture(const ByteReader& aText, const PieceBytes& aBytes, CoverChoice
     ByteReader reader(bytes);
     PictureBlock block;
     // Characters that are no base64 only make it less than this.
-    if (!ReadPictureBlock(reader, size * 3 / 4, &block) || block.mDataSize == 0 || block.mMimeType == "-->") {
+    if (!ReadPictureBlock(reader, size * 3 / 4, kCover_MaxText, &block) || block.mDataSize == 0 ||
+        block.mMimeType == "-->") {
         return;
     }
     Cover cover;
-    cover.mMimeType = CoverMimeType(std::string_view(head).substr(block.mDataOffset), block.mMimeType);
+    cover.mMimeType = PictureMimeType(std::string_view(head).substr(block.mDataOffset), block.mMimeType);
     cover.mPieces = aBytes.Slice(aText.GetPosition(), size);
     cover.mfBase64 = true;
     cover.mEncodedOffset = block.mDataOffset;
@@ -134,15 +137,13 @@ Cover FindOggCover(ezStream& aStream) {
     PieceBytes packet(bytes, std::move(pieces));
     ByteReader reader(packet);
     reader.Require(reader.ReadText(codec->mComments.size()).View() == codec->mComments);
-    reader.Skip(reader.ReadLittle32()); // who wrote it
+    VorbisComments comments(reader);
     CoverChoice choice;
-    // Each takes four bytes at least, so an absurd number of them ends with the packet.
-    for (std::uint32_t left = reader.ReadLittle32(); left != 0 && !reader.HasFailed() && !choice.IsFinal();
-         --left) {
-        ByteReader comment = reader.Take(reader.ReadLittle32());
-        if (comment.GetLeft() > kFieldName.size() &&
-            ezIsEqualNoCase(comment.ReadText(kFieldName.size()).View(), kFieldName)) {
-            OfferPicture(comment, packet, choice);
+    ezCString key;
+    ByteReader value = reader;
+    while (!reader.HasFailed() && !choice.IsFinal() && comments.Next(&key, &value)) {
+        if (ezIsEqualNoCase(key.View(), kKey)) {
+            OfferPicture(value, packet, choice);
         }
     }
     return choice.Get();

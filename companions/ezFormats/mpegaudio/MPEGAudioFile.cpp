@@ -6,8 +6,6 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ID3Tag.h"
-#include "ezBytes/LeadingTag.h"
-#include "ezBytes/ReadShare.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -19,36 +17,6 @@
 using namespace std::string_view_literals;
 
 namespace {
-
-/// The bytes of leading tags. What is left of one after its picture is read with the frames that follow, by
-/// the read that they take anyway.
-class TagBytes : public ReadShare {
-public:
-    explicit TagBytes(MediaBytes& aBytes) : ReadShare(aBytes, kMusicTexts_MaxReads), mBytes(aBytes) {}
-    ~TagBytes() override;
-
-    /// Where the tag ends that is read next. Until then nobody else reads the media, so that what was
-    /// borrowed stays buffered.
-    void SetEndOfTag(std::uint64_t anEnd) {
-        mEnd = anEnd;
-        KeepBuffered(nullptr, 0, 0);
-    }
-
-    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
-        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasBuffered(aPosition)) {
-            mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + kMPEGAudio_SurveySize);
-        }
-        const std::size_t count = ReadShare::Borrow(aPosition, aBytes);
-        KeepBuffered(count != 0 ? *aBytes : nullptr, aPosition, count);
-        return count;
-    }
-
-private:
-    MediaBytes& mBytes;
-    std::uint64_t mEnd = 0;
-};
-
-TagBytes::~TagBytes() = default;
 
 ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
     ByteReader reader(aBytes);
@@ -128,33 +96,6 @@ bool IsADTS(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 } // namespace
 
-LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage) {
-    LeadingTags tags;
-    TagBytes few(aBytes);
-    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
-        if (!aBytes.HasBuffered(tags.mEnd, 1)) {
-            aBytes.Load(tags.mEnd, kMPEGAudio_SurveySize); // for the frames, if no other tag stands there
-        }
-        LeadingTag tag = ReadLeadingTag(aBytes, tags.mEnd);
-        if (tag.mSize == 0) {
-            break;
-        }
-        const std::uint64_t body = tags.mEnd + tag.mHeaderSize;
-        tags.mfBelieved = tag.mSize < aBytes.GetEnd() - tags.mEnd;
-        if (tag.mfID3 && !tags.mTexts.IsComplete()) {
-            tag.mID3.mSize =
-                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetEnd() - body));
-            few.SetEndOfTag(body + tag.mID3.mSize);
-            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
-        }
-        tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
-        if (!tags.mfBelieved) {
-            return tags;
-        }
-    }
-    return tags;
-}
-
 std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
     unsigned char byte = 0;
     if (!aBytes.Get(aPosition, &byte) || byte != 0) {
@@ -166,18 +107,6 @@ std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition) {
         ++position;
     }
     return position;
-}
-
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
-    ReadShare few(aBytes, kMusicTexts_MaxReads);
-    // ID3v1 stands in the last bytes, which are buffered now.
-    const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
-    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
-    if (aTails.mLyricsFields != 0) {
-        texts.Complete(ReadLyrics3Texts(few, aTails, aCodePage));
-    }
-    texts.Complete(plain);
-    return texts;
 }
 
 const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {

@@ -3,31 +3,15 @@
 #include "ezFormats/mpegaudio/MPEGAudioFrames.h"
 #include "ezFormats/mpegaudio/MPEGAudioLength.h"
 #include "ezFormats/tags/AudioTails.h"
-#include "ezFormats/tags/MusicTexts.h"
 
 #include <cstdint>
 
 class ezMediaInfo;
 class MediaBytes;
 
-/// What stands before the first frame of a file.
-struct LeadingTags {
-    std::uint64_t mEnd = 0; ///< where the last of them ends
-    MusicTexts mTexts;
-    bool mfBelieved =
-        true; ///< false: a tag claims more bytes than the file has; the end is that of its header
-};
-
-/// Steps over the tags at the start of a file.
-LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage);
-
 /// The first byte from a position on that is not zero: writers leave zeros after tags. At most
 /// kMPEGAudio_SearchSize of them.
 std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition);
-
-/// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then
-/// ID3v1.
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 
 /// The name of another format, whose file may hold frames of MPEG audio, that begins at a position; null when
 /// none does.

@@ -4,6 +4,7 @@
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/mpegaudio/MPEGAudioFile.h"
 #include "ezFormats/mpegaudio/MPEGAudioLimits.h"
+#include "ezFormats/tags/SongTags.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
@@ -49,7 +50,7 @@ bool MPEGAudioParser::MayReadWhole() const {
 
 bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     const CodePage codePage(GetTextCodePage());
-    LeadingTags tags = ReadLeadingTags(aBytes, codePage);
+    LeadingTags tags = ReadLeadingTags(aBytes, codePage, kMPEGAudio_SurveySize);
     const char* const other = OtherFormatAt(aBytes, tags.mEnd);
     if (other != nullptr) {
         return Refuse(Cause::Unsupported, "%s at %llu", other, static_cast<LongLong>(tags.mEnd));

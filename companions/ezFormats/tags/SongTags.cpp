@@ -1,0 +1,91 @@
+#include "ezFormats/tags/SongTags.h"
+
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaBytes.h"
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/LeadingTag.h"
+#include "ezBytes/ReadShare.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The bytes of leading tags. What is left of one after its picture is read with the frames that follow, by
+/// the read that they take anyway.
+class TagBytes : public ReadShare {
+public:
+    TagBytes(MediaBytes& aBytes, std::uint32_t aNext)
+        : ReadShare(aBytes, kMusicTexts_MaxReads), mBytes(aBytes), mNext(aNext) {}
+    ~TagBytes() override;
+
+    /// Where the tag ends that is read next. Until then nobody else reads the media, so that what was
+    /// borrowed stays buffered.
+    void SetEndOfTag(std::uint64_t anEnd) {
+        mEnd = anEnd;
+        KeepBuffered(nullptr, 0, 0);
+    }
+
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override {
+        if (aPosition < mEnd && mEnd - aPosition <= kMusicTexts_RestSize && !mBytes.HasBuffered(aPosition)) {
+            mBytes.Load(aPosition, static_cast<std::size_t>(mEnd - aPosition) + mNext);
+        }
+        const std::size_t count = ReadShare::Borrow(aPosition, aBytes);
+        KeepBuffered(count != 0 ? *aBytes : nullptr, aPosition, count);
+        return count;
+    }
+
+private:
+    MediaBytes& mBytes;
+    std::uint32_t mNext;
+    std::uint64_t mEnd = 0;
+};
+
+TagBytes::~TagBytes() = default;
+
+ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
+    ByteReader reader(aBytes);
+    reader.Skip(aPosition);
+    return reader;
+}
+
+} // namespace
+
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::uint32_t aNext) {
+    LeadingTags tags;
+    TagBytes few(aBytes, aNext);
+    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
+        if (!aBytes.HasBuffered(tags.mEnd, 1)) {
+            aBytes.Load(tags.mEnd, aNext); // for the sound, if no other tag stands there
+        }
+        LeadingTag tag = ReadLeadingTag(aBytes, tags.mEnd);
+        if (tag.mSize == 0) {
+            break;
+        }
+        const std::uint64_t body = tags.mEnd + tag.mHeaderSize;
+        tags.mfBelieved = tag.mSize < aBytes.GetEnd() - tags.mEnd;
+        if (tag.mfID3 && !tags.mTexts.IsComplete()) {
+            tag.mID3.mSize =
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetEnd() - body));
+            few.SetEndOfTag(body + tag.mID3.mSize);
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
+        }
+        tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
+        if (!tags.mfBelieved) {
+            return tags;
+        }
+    }
+    return tags;
+}
+
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
+    ReadShare few(aBytes, kMusicTexts_MaxReads);
+    // ID3v1 stands in the last bytes, which are buffered now.
+    const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
+    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
+    if (aTails.mLyricsFields != 0) {
+        texts.Complete(ReadLyrics3Texts(few, aTails, aCodePage));
+    }
+    texts.Complete(plain);
+    return texts;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ezFormats/tags/AudioTails.h"
+#include "ezFormats/tags/MusicTexts.h"
+
+#include <cstdint>
+
+class CodePage;
+class MediaBytes;
+
+/// Tags around the sound of a file, which any format without a place for them in itself may have.
+
+/// What stands before the sound.
+struct LeadingTags {
+    std::uint64_t mEnd = 0; ///< where the last of them ends
+    MusicTexts mTexts;
+    bool mfBelieved =
+        true; ///< false: a tag claims more bytes than the file has; the end is that of its header
+};
+
+/// Reads the tags at the start of a file and steps over them.
+/// @param aNext  bytes after them that are asked for next: they are read together with the end of a tag
+LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::uint32_t aNext);
+
+/// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then ID3v1.
+MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);

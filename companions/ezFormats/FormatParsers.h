@@ -16,7 +16,8 @@ class ezMediaParserManager;
     FORMAT(mpegaudio, MPEGAudioParser)                                                                       \
     FORMAT(jpeg, JPEGParser)                                                                                 \
     FORMAT(png, PNGParser)                                                                                   \
-    FORMAT(iso, ISOMediaParser)
+    FORMAT(iso, ISOMediaParser)                                                                              \
+    FORMAT(flac, FLACParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

@@ -114,6 +114,12 @@ inline constexpr const char* kezInfo_Genres = "gs";
 /// The languages of what is heard, or of the text where nothing is (dc:language, once for each): tags of RFC
 /// 5646 joined by ",", the first that plays first, each once: "en", "de,pt-BR".
 inline constexpr const char* kezInfo_Languages = "la";
+/// The MIME type of the cover that the media holds within itself, and its size in bytes as it is stored there
+/// (upnp:albumArtURI names what a server makes of it). Absent where there is none.
+/// @{
+inline constexpr const char* kezInfo_CoverMimeType = "cm";
+inline constexpr const char* kezInfo_CoverSize = "cs";
+/// @}
 /// @}
 
 /// What is known of one piece of media: texts and unsigned numbers under two-letter keys, and a few facts of

@@ -8,8 +8,8 @@ namespace {
 /// Hz by code (9.1.2, table 1); 0 for what stands elsewhere.
 constexpr std::array<std::uint32_t, 12> kRates = {0,     88200, 176400, 192000, 8000,  16000,
                                                   22050, 24000, 32000,  44100,  48000, 96000};
-constexpr unsigned kRateInKHz = 12;  // eight bits
-constexpr unsigned kRateInHz = 13;   // sixteen bits
+constexpr unsigned kRateInKHz = 12;   // eight bits
+constexpr unsigned kRateInHz = 13;    // sixteen bits
 constexpr unsigned kRateInTenHz = 14; // sixteen bits
 constexpr unsigned kNoRate = 15;
 
@@ -124,12 +124,15 @@ bool ReadFLACFrameHeader(ByteReader aReader, const FLACStreamInfo& aStream, FLAC
         return false;
     }
     aHeader->mBlockSize = ReadBlockSize(reader, sizeCode);
-    const std::uint32_t rate = ReadRate(reader, rateCode);
+    aHeader->mSamplingRate = ReadRate(reader, rateCode);
+    aHeader->mChannels = channelsCode < kFirstStereoCode ? channelsCode + 1 : 2;
+    aHeader->mBitsPerSample = kBits[bitsCode];
     reader.Read(1); // the check sum
-    const std::uint32_t channels = channelsCode < kFirstStereoCode ? channelsCode + 1 : 2;
     // The last block may be shorter than the others, so a frame number counts those of the stream.
     const std::uint32_t blockSize = aStream.mMaxBlockSize != 0 ? aStream.mMaxBlockSize : aHeader->mBlockSize;
     aHeader->mFirstSample = fVariable ? number : number * blockSize;
-    return !reader.HasFailed() && reader.GetSum() == 0 && Agree(rate, aStream.mSamplingRate) &&
-           Agree(channels, aStream.mChannels) && Agree(kBits[bitsCode], aStream.mBitsPerSample);
+    return !reader.HasFailed() && reader.GetSum() == 0 &&
+           Agree(aHeader->mSamplingRate, aStream.mSamplingRate) &&
+           Agree(aHeader->mChannels, aStream.mChannels) &&
+           Agree(aHeader->mBitsPerSample, aStream.mBitsPerSample);
 }

@@ -8,8 +8,13 @@
 
 /// What the header of a FLAC frame tells of its place in the stream (RFC 9639, 9.1).
 struct FLACFrameHeader {
-    std::uint64_t mFirstSample = 0; ///< of a channel, counted from the start of the stream
-    std::uint32_t mBlockSize = 0;   ///< samples
+    std::uint64_t mFirstSample = 0;  ///< of a channel, counted from the start of the stream
+    std::uint32_t mBlockSize = 0;    ///< samples
+    std::uint32_t mSamplingRate = 0; ///< Hz; here and below 0 where the stream's own counts
+    std::uint32_t mChannels = 0;
+    std::uint32_t mBitsPerSample = 0;
+
+    std::uint64_t GetEnd() const { return mFirstSample + mBlockSize; }
 };
 
 /// Bytes that a header may have: sync code and codes 4, coded number 7, block size 2, sampling rate 2, CRC 1.

@@ -77,3 +77,9 @@ inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;
 
 /// Tags after the last frame. There are five kinds.
 inline constexpr std::uint32_t kAudioTail_MaxCount = 8;
+
+/// The longest that a file of sound may last, in seconds: a year. A header that says more is damaged.
+inline constexpr std::uint64_t kSound_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
+
+/// The longest MIME type of a picture in a tag that is looked at, in bytes: "image/jpeg" fits many times.
+inline constexpr std::uint32_t kCoverFacts_MaxText = 256;

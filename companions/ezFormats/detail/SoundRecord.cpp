@@ -1,0 +1,44 @@
+#include "ezFormats/detail/SoundRecord.h"
+
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/iso/ISONumbers.h"
+
+#include "ezPlatform/media/MediaInfo.h"
+
+namespace {
+
+void StoreNumber(ezMediaInfo& anInfo, const char* aKey, std::uint32_t aNumber) {
+    if (aNumber != 0) {
+        anInfo.Set(aKey, aNumber, true);
+    }
+}
+
+} // namespace
+
+std::uint64_t SoundFacts::GetMilliseconds() const {
+    const std::uint64_t milliseconds = ISONumber_Scale(mSamples, 1000, mSamplingRate);
+    return milliseconds <= kSound_MaxSeconds * 1000 ? milliseconds : 0;
+}
+
+std::uint32_t SoundFacts::GetMeanBitRate() const {
+    return GetMilliseconds() != 0 ? ISONumber_BitRate(mBytes, mSamples, mSamplingRate) : 0;
+}
+
+void SoundFacts::Store(ezMediaInfo& anInfo) const {
+    anInfo.Set(kezInfo_AudioTrackCount, 1, true);
+    anInfo.Set(kezInfo_AudioCodec, mCodec, true);
+    StoreNumber(anInfo, kezInfo_AudioSamplingRate, mSamplingRate);
+    StoreNumber(anInfo, kezInfo_AudioChannelCount, mChannels);
+    StoreNumber(anInfo, kezInfo_AudioBitsPerSample, mBitsPerSample);
+    const std::uint64_t milliseconds = GetMilliseconds();
+    if (milliseconds != 0) {
+        anInfo.SetDuration(milliseconds, mDurationMethod);
+    }
+    if (mBitRate != 0) {
+        anInfo.Set(kezInfo_AudioBitRate, mBitRate, true);
+    } else {
+        anInfo.Set(kezInfo_AudioBitRate, kezMediaInfo_VariableRate, true);
+        StoreNumber(anInfo, kezInfo_AudioEstimatedBitRate, GetMeanBitRate());
+        StoreNumber(anInfo, kezInfo_AudioMaxBitRate, mMaxBitRate);
+    }
+}

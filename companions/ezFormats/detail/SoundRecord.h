@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+class ezMediaInfo;
+
+/// The facts of the sound of a file that holds nothing else. What is 0 is not known.
+struct SoundFacts {
+    const char* mCodec = "";         ///< as kezInfo_AudioCodec names it
+    std::uint32_t mSamplingRate = 0; ///< Hz
+    std::uint32_t mChannels = 0;
+    std::uint32_t mBitsPerSample = 0;
+    std::uint64_t mSamples = 0; ///< of a channel, at mSamplingRate: the length
+    const char* mDurationMethod = "header";
+
+    std::uint64_t mBytes = 0;      ///< of the sound: the mean bit rate is that of these in that time
+    std::uint32_t mBitRate = 0;    ///< bits a second, where the format states a constant one
+    std::uint32_t mMaxBitRate = 0; ///< bits a second, of a varying one
+
+    /// Milliseconds; 0 where it is not known, and for what is longer than any recording.
+    std::uint64_t GetMilliseconds() const;
+    /// Bits a second of mBytes; 0 where it cannot be told.
+    std::uint32_t GetMeanBitRate() const;
+
+    /// Puts all of it into a record, where a mean rate is the estimate of one that varies.
+    void Store(ezMediaInfo& anInfo) const;
+};

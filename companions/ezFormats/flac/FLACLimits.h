@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+
+/// Reads and bytes of one parse of a FLAC file. A usual one takes the start; further reads are for a picture
+/// between the texts and for the end, where the count of samples is not to be believed.
+inline constexpr std::uint32_t kFLAC_MaxReads = 16;
+inline constexpr std::uint64_t kFLAC_MaxBytes = std::uint64_t{1024} * 1024;
+
+/// Metadata blocks of one file: some write a picture of each type, and there are 21.
+inline constexpr std::uint32_t kFLAC_MaxBlocks = 128;
+
+/// Bytes of the end that are searched for the last frame. One of eight channels of 24 bits can be longer;
+/// then the count of the header stands.
+inline constexpr std::uint32_t kFLAC_TailSize = std::uint32_t{64} * 1024;

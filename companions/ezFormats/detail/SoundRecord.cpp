@@ -27,13 +27,18 @@ std::uint32_t SoundFacts::GetMeanBitRate() const {
 void SoundFacts::Store(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, mCodec, true);
-    StoreNumber(anInfo, kezInfo_AudioSamplingRate, mSamplingRate);
     StoreNumber(anInfo, kezInfo_AudioChannelCount, mChannels);
     StoreNumber(anInfo, kezInfo_AudioBitsPerSample, mBitsPerSample);
     const std::uint64_t milliseconds = GetMilliseconds();
     if (milliseconds != 0) {
         anInfo.SetDuration(milliseconds, mDurationMethod);
     }
+    if (mCodec == "LPCM") {
+        StoreNumber(anInfo, kezInfo_AudioBitRate, mSamplingRate);
+        StoreNumber(anInfo, kezInfo_BitRate, mBitRate);
+        return;
+    }
+    StoreNumber(anInfo, kezInfo_AudioSamplingRate, mSamplingRate);
     if (mBitRate != 0) {
         anInfo.Set(kezInfo_AudioBitRate, mBitRate, true);
     } else {

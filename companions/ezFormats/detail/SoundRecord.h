@@ -1,12 +1,14 @@
 #pragma once
 
+#include "ezPlatform/text/CString.h"
+
 #include <cstdint>
 
 class ezMediaInfo;
 
 /// The facts of the sound of a file that holds nothing else. What is 0 is not known.
 struct SoundFacts {
-    const char* mCodec = "";         ///< as kezInfo_AudioCodec names it
+    ezCString mCodec;                ///< as kezInfo_AudioCodec names it
     std::uint32_t mSamplingRate = 0; ///< Hz
     std::uint32_t mChannels = 0;
     std::uint32_t mBitsPerSample = 0;
@@ -22,6 +24,8 @@ struct SoundFacts {
     /// Bits a second of mBytes; 0 where it cannot be told.
     std::uint32_t GetMeanBitRate() const;
 
-    /// Puts all of it into a record, where a mean rate is the estimate of one that varies.
+    /// Puts all of it into a record, where a mean rate is the estimate of one that varies. A record of plain
+    /// samples ("LPCM") has the sampling rate where those of all other codecs have the bit rate, which is
+    /// then that of the whole.
     void Store(ezMediaInfo& anInfo) const;
 };

@@ -2,6 +2,8 @@
 
 #include "ezFormats/detail/Limits.h"
 
+#include "ezBytes/ID3Picture.h"
+
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <string_view>
@@ -13,16 +15,28 @@ void CoverFacts::Offer(std::uint32_t aType, const ezCString& aMimeType, std::uin
     }
 }
 
+/// aData stands at the picture.
+void CoverFacts::OfferData(std::uint32_t aType, const ezCString& aStatedMimeType, ByteReader& aData,
+                           std::uint64_t aSize) {
+    unsigned char first[kPictureSignature_Size] = {};
+    const std::size_t count = aSize < sizeof first ? static_cast<std::size_t>(aSize) : sizeof first;
+    if (aData.Read(first, count)) {
+        const std::string_view bytes(reinterpret_cast<const char*>(first), count);
+        Offer(aType, PictureMimeType(bytes, aStatedMimeType), aSize);
+    }
+}
+
 void CoverFacts::OfferBlock(ByteReader aBlock) {
     PictureBlock block;
-    if (!ReadPictureBlock(aBlock, aBlock.GetLeft(), kCoverFacts_MaxText, &block)) {
-        return;
+    if (ReadPictureBlock(aBlock, aBlock.GetLeft(), kCoverFacts_MaxText, &block)) {
+        OfferData(block.mType, block.mMimeType, aBlock, block.mDataSize);
     }
-    unsigned char first[kPictureSignature_Size] = {};
-    const std::size_t count = block.mDataSize < sizeof first ? block.mDataSize : sizeof first;
-    if (aBlock.Read(first, count)) {
-        const std::string_view bytes(reinterpret_cast<const char*>(first), count);
-        Offer(block.mType, PictureMimeType(bytes, block.mMimeType), block.mDataSize);
+}
+
+void CoverFacts::OfferFrame(ByteReader aBody, unsigned aVersion) {
+    ID3Picture picture;
+    if (ReadID3Picture(aBody, aVersion, kCoverFacts_MaxText, &picture)) {
+        OfferData(picture.mType, picture.mMimeType, aBody, aBody.GetLeft());
     }
 }
 

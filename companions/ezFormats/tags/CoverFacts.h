@@ -18,10 +18,18 @@ public:
     /// The same of the block of a picture in FLAC, which the reader is at the start of; what is damaged is
     /// left.
     void OfferBlock(ByteReader aBlock);
+    /// The same of a frame of ID3v2 that holds a picture.
+    void OfferFrame(ByteReader aBody, unsigned aVersion);
+
+    /// True when nothing better can come.
+    bool IsFinal() const { return mChoice.IsFinal(); }
 
     void Store(ezMediaInfo& anInfo) const;
 
 private:
+    void OfferData(std::uint32_t aType, const ezCString& aStatedMimeType, ByteReader& aData,
+                   std::uint64_t aSize);
+
     PictureChoice mChoice;
     ezCString mMimeType;
     std::uint64_t mSize = 0;

@@ -2,12 +2,14 @@
 
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/tags/AudioTails.h"
+#include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicNames.h"
 #include "ezFormats/tags/TagNames.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/DateText.h"
+#include "ezBytes/ID3Picture.h"
 #include "ezBytes/ID3Tag.h"
 #include "ezBytes/TextBytes.h"
 
@@ -324,7 +326,8 @@ std::uint32_t MusicNumberOf(std::string_view aText) {
     return fNumber && number <= kMusicNumber_Max ? number : 0;
 }
 
-MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage) {
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage,
+                          CoverFacts* aCover) {
     MusicTexts texts;
     FrameDates dates;
     ID3Frames frames(aReader, aTag, kMusicTexts_MaxInflated);
@@ -332,7 +335,9 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const C
     ByteReader body = aReader;
     for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && frames.Next(&id, &body); ++count) {
         const std::uint32_t letters = TagLettersOf(id.View());
-        if (!dates.Take(letters, body)) {
+        if (aCover != nullptr && !aCover->IsFinal() && IsID3Picture(id.View(), aTag.mVersion)) {
+            aCover->OfferFrame(body, aTag.mVersion);
+        } else if (!dates.Take(letters, body)) {
             KeepFrame(letters, body, aTag.mVersion, aCodePage, texts);
         }
     }

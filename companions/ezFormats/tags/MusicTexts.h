@@ -11,6 +11,7 @@
 class ByteReader;
 class ByteSource;
 class CodePage;
+class CoverFacts;
 class MusicNames;
 class ezMediaInfo;
 struct ID3Tag;
@@ -81,7 +82,9 @@ std::string ReadTextBytes(ByteReader& aBody);
 /// the first alone counts, where a "/" stands in names as often as between them, and so separates nothing.
 /// The date is that of the recording, or else the year (with its day), the release, or the first release.
 /// Here and below, texts that state no encoding, or Latin-1, are of the code page unless they are UTF-8.
-MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage);
+/// @param aCover  is offered the pictures of the tag; null for who does not ask for one
+MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage,
+                          CoverFacts* aCover = nullptr);
 
 /// Those of ID3v1, of which the enhanced part holds the rest of longer texts, and version 1.1 the track.
 MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);

@@ -89,3 +89,14 @@ MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const Cod
     texts.Complete(plain);
     return texts;
 }
+
+void TakeID3Chunk(MediaBytes& aBytes, const ByteReader& aChunk, const CodePage& aCodePage, MusicTexts& aTexts,
+                  CoverFacts& aCover) {
+    ReadShare few(aBytes, kMusicTexts_MaxReads);
+    ByteReader reader = ReaderAt(few, aChunk.GetPosition()).Take(aChunk.GetLeft());
+    ID3Tag tag;
+    if (ReadID3Tag(reader, &tag)) {
+        tag.mSize = static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mSize, reader.GetLeft()));
+        aTexts.Complete(ReadID3v2Texts(reader, tag, aCodePage, &aCover));
+    }
+}

@@ -5,7 +5,9 @@
 
 #include <cstdint>
 
+class ByteReader;
 class CodePage;
+class CoverFacts;
 class MediaBytes;
 
 /// Tags around the sound of a file, which any format without a place for them in itself may have.
@@ -24,3 +26,8 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::
 
 /// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then ID3v1.
 MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+
+/// Takes the texts and the cover of an ID3v2 tag that a chunk of a file holds: what is not told yet. A tag
+/// that claims more than the chunk has is read as far as there is any.
+void TakeID3Chunk(MediaBytes& aBytes, const ByteReader& aChunk, const CodePage& aCodePage, MusicTexts& aTexts,
+                  CoverFacts& aCover);

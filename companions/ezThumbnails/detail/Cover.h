@@ -29,6 +29,9 @@ struct Cover {
 /// is nothing, too much, or no picture.
 Cover CoverOfRest(const ByteReader& aReader, const ezCString& aStatedMimeType);
 
+/// The cover of an ID3v2 tag that stands at the start of what a reader has left; not found where no tag does.
+Cover CoverOfID3(ByteReader aReader);
+
 /// The cover of a file with typed pictures.
 class CoverChoice {
 public:

@@ -1,6 +1,7 @@
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
+#include "ezBytes/ID3Picture.h"
 #include "ezBytes/ID3Tag.h"
 #include "ezBytes/InflatedBytes.h"
 
@@ -8,27 +9,14 @@
 
 namespace {
 
-/// A description, which ends in one zero or, in the two encodings of 16 bits, in two at an even place.
-void SkipDescription(ByteReader& aBody, unsigned anEncoding) {
-    if (anEncoding != 1 && anEncoding != 2) {
-        aBody.ReadZeroTerminated(kCover_MaxText);
-        return;
-    }
-    std::uint32_t count = 0;
-    while (aBody.ReadBig(2) != 0 && aBody.Require(count < kCover_MaxText)) {
-        count += 2;
-    }
-}
-
 /// The picture of a frame, not found where there is none. *aType is its type.
 Cover PictureOf(ByteReader& aBody, unsigned aVersion, std::uint32_t* aType) {
-    const unsigned encoding = aBody.ReadByte();
-    aBody.Require(encoding <= 3);
-    const ezCString mimeType = aVersion == 2 ? aBody.ReadText(3) : aBody.ReadZeroTerminated(kCover_MaxText);
-    *aType = aBody.ReadByte();
-    SkipDescription(aBody, encoding);
-    // A link's text is not the picture.
-    return aBody.HasFailed() || mimeType == "-->" ? Cover() : CoverOfRest(aBody, mimeType);
+    ID3Picture picture;
+    if (!ReadID3Picture(aBody, aVersion, kCover_MaxText, &picture)) {
+        return {};
+    }
+    *aType = picture.mType;
+    return CoverOfRest(aBody, picture.mMimeType);
 }
 
 /// The same of a compressed frame, of which only the head is inflated. A frame that inflates to more than it
@@ -59,22 +47,20 @@ Cover CompressedPictureOf(const ByteReader& aStored, const ID3Compression& aComp
 
 } // namespace
 
-Cover FindID3Cover(ezStream& aStream) {
-    CoverStreamBytes bytes(aStream);
-    ByteReader file(bytes);
+Cover CoverOfID3(ByteReader aReader) {
     ID3Tag tag;
     CoverChoice choice;
-    if (!ReadID3Tag(file, &tag)) {
+    if (!ReadID3Tag(aReader, &tag)) {
         return choice.Get();
     }
-    ID3Frames frames(file, tag);
+    ID3Frames frames(aReader, tag);
     ezCString id;
-    ByteReader body = file;
+    ByteReader body = aReader;
     ID3Compression compression;
     std::uint32_t compressedLeft = kCover_MaxCompressedPictures;
     while (!choice.IsFinal() && frames.NextStored(&id, &body, &compression)) {
         std::uint32_t type = 0;
-        if (id != (tag.mVersion == 2 ? "PIC" : "APIC")) {
+        if (!IsID3Picture(id.View(), tag.mVersion)) {
             continue;
         }
         if (!compression.mfCompressed) {
@@ -87,4 +73,9 @@ Cover FindID3Cover(ezStream& aStream) {
         }
     }
     return choice.Get();
+}
+
+Cover FindID3Cover(ezStream& aStream) {
+    CoverStreamBytes bytes(aStream);
+    return CoverOfID3(ByteReader(bytes));
 }

@@ -1,0 +1,78 @@
+#include "ezBytes/ChunkWalk.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsName(BoxType aName) {
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        const std::uint32_t character = aName.GetCode() >> shift & 0xFF;
+        if (character < ' ' || character > '~') {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::uint64_t ChunkWalk::ReadSize(ByteReader& aReader) const {
+    const std::uint64_t size =
+        mLayout.mfLittle ? aReader.ReadLittle(mLayout.mSizeBytes) : aReader.ReadBig(mLayout.mSizeBytes);
+    if (!mLayout.mfWholeSize) {
+        return size;
+    }
+    aReader.Require(size >= GetHeadSize());
+    return aReader.HasFailed() ? 0 : size - GetHeadSize();
+}
+
+/// Whether a chunk stands there, all of it.
+bool ChunkWalk::IsChunkAt(ByteReader aReader) const {
+    const bool fName = IsName(BoxType::Read(aReader));
+    aReader.Skip(mLayout.mNameRest);
+    const std::uint64_t size = ReadSize(aReader);
+    return fName && !aReader.HasFailed() && size <= aReader.GetLeft();
+}
+
+void ChunkWalk::SkipStuffing() {
+    const unsigned count = mStuffing;
+    mStuffing = 0;
+    if (count == 0 || mReader.GetLeft() <= count) {
+        mReader.Skip(std::min<std::uint64_t>(count, mReader.GetLeft()));
+        return;
+    }
+    ByteReader after = mReader;
+    after.Skip(count);
+    // A forgotten byte: the next chunk is whole without it alone.
+    if (mLayout.mAlignment != 2 || IsChunkAt(after) || !IsChunkAt(mReader)) {
+        mReader = after;
+    }
+}
+
+bool ChunkWalk::Next(BoxType* aName, ByteReader* aContent) {
+    SkipStuffing();
+    if (mBudget == 0 || mReader.GetLeft() < GetHeadSize()) {
+        return false;
+    }
+    --mBudget;
+    *aName = BoxType::Read(mReader);
+    mReader.Skip(mLayout.mNameRest);
+    mReader.Require(IsName(*aName));
+    mStatedSize = ReadSize(mReader);
+    if (mReader.HasFailed()) {
+        return false;
+    }
+    mContent = mReader;
+    ByteReader content = mReader;
+    *aContent = content.Take(std::min(mStatedSize, content.GetLeft()));
+    EndContentAfter(mStatedSize);
+    return true;
+}
+
+void ChunkWalk::EndContentAfter(std::uint64_t aSize) {
+    const std::uint64_t size = std::min(aSize, mContent.GetLeft());
+    const std::uint64_t over = size % mLayout.mAlignment;
+    mReader = mContent;
+    mReader.Skip(size);
+    mStuffing = over != 0 ? mLayout.mAlignment - static_cast<unsigned>(over) : 0;
+}

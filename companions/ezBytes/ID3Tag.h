@@ -54,6 +54,10 @@ public:
     /// without what stands before the zlib data, and not inflated.
     bool NextStored(ezCString* anID, ByteReader* aStored, ID3Compression* aCompression);
 
+    /// Stands where the next frame begins: for who wants to see it before what stands after it is looked at,
+    /// as it is in 2.4.
+    const ByteReader& GetPlace() const { return mFrames; }
+
 private:
     struct Frame;
 

@@ -1,5 +1,10 @@
 #include "ezBytes/PictureBlock.h"
 
+#include "ezBytes/ByteSource.h"
+
+#include "ezPlatform/text/Base64.h"
+#include "ezPlatform/text/Case.h"
+
 #include <algorithm>
 
 namespace {
@@ -18,7 +23,38 @@ constexpr Signature kSignatures[] = {
     {8, "WEBP"sv, "image/webp"},
 };
 
+/// The decoded start of a base64 text, in which the picture begins, or nothing that is of use does.
+std::string DecodedHead(ByteReader aText) {
+    const auto count =
+        static_cast<std::size_t>(std::min<std::uint64_t>(aText.GetLeft(), kPictureComment_MaxHead));
+    const ezCString text = aText.ReadText(count);
+    std::string decoded(kPictureComment_MaxHead / 4 * 3, '\0');
+    decoded.resize(ezBase64_Decode(text.c_str(), decoded.data(), decoded.size()));
+    return decoded;
+}
+
+/// Bytes that a base64 text without other characters decodes to.
+std::uint64_t DecodedSize(ByteReader aText) {
+    const std::uint64_t size = aText.GetLeft();
+    if (size < 4) {
+        return 0;
+    }
+    aText.Skip(size - 2);
+    const ezCString end = aText.ReadText(2);
+    const std::string_view last = end.View();
+    const auto filled = static_cast<std::uint64_t>(std::count(last.begin(), last.end(), '='));
+    return (size - filled) / 4 * 3 + (size - filled) % 4 * 3 / 4;
+}
+
 } // namespace
+
+std::string ReadPictureSignature(ByteReader aReader) {
+    std::string bytes;
+    while (bytes.size() < kPictureSignature_Size && aReader.GetLeft() != 0) {
+        bytes.push_back(static_cast<char>(aReader.ReadByte()));
+    }
+    return aReader.HasFailed() ? std::string() : bytes;
+}
 
 ezCString PictureMimeType(std::string_view aFirstBytes, const ezCString& aStated) {
     for (const Signature& signature : kSignatures) {
@@ -62,4 +98,29 @@ bool ReadPictureBlock(ByteReader& aReader, std::uint64_t aBlockSize, std::uint32
     aReader.Require(offset <= aBlockSize && aBlock->mDataSize <= aBlockSize - offset);
     aBlock->mDataOffset = static_cast<std::uint32_t>(std::min<std::uint64_t>(offset, UINT32_MAX));
     return !aReader.HasFailed();
+}
+
+bool ReadPictureComment(std::string_view aKey, const ByteReader& aText, std::uint32_t aMaxText,
+                        PictureBlock* aBlock) {
+    const bool fBlock = ezIsEqualNoCase(aKey, "METADATA_BLOCK_PICTURE");
+    if (!fBlock && !ezIsEqualNoCase(aKey, "COVERART")) {
+        return false;
+    }
+    const std::string head = DecodedHead(aText);
+    *aBlock = PictureBlock();
+    if (fBlock) {
+        BlockBytes bytes(reinterpret_cast<const unsigned char*>(head.data()), head.size());
+        ByteReader reader(bytes);
+        // Characters that are no base64 only make it less than this.
+        if (!ReadPictureBlock(reader, aText.GetLeft() / 4 * 3 + 3, aMaxText, aBlock) ||
+            aBlock->mMimeType == "-->") {
+            return false;
+        }
+    } else {
+        aBlock->mDataSize =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(DecodedSize(aText), UINT32_MAX));
+    }
+    const std::string_view data = std::string_view(head).substr(aBlock->mDataOffset);
+    aBlock->mMimeType = PictureMimeType(data, aBlock->mMimeType);
+    return aBlock->mDataSize != 0 && !aBlock->mMimeType.IsEmpty();
 }

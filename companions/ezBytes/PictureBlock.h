@@ -6,12 +6,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// Pictures that tags of songs hold, and which of them is the cover.
 
 /// Bytes that tell every picture that PictureMimeType knows.
 inline constexpr std::size_t kPictureSignature_Size = 12;
+
+/// The first of them of a picture, which is all that aReader has left; empty where they cannot be read.
+std::string ReadPictureSignature(ByteReader aReader);
 
 /// The MIME type of a picture: by its first bytes, else what was stated for it, in whatever case, without its
 /// "image/" too. Empty for what is neither a known picture nor stated as one, and for a link to one ("-->").
@@ -49,3 +53,13 @@ struct PictureBlock {
 /// aBlockSize bytes, or the MIME type is of more than aMaxText bytes.
 bool ReadPictureBlock(ByteReader& aReader, std::uint64_t aBlockSize, std::uint32_t aMaxText,
                       PictureBlock* aBlock);
+
+/// Characters of a comment in which what stands before its picture ends: 3 KiB when decoded.
+inline constexpr std::size_t kPictureComment_MaxHead = 4096;
+
+/// What a Vorbis comment says of its picture, by its key: "METADATA_BLOCK_PICTURE", a block as FLAC has it in
+/// base64; or, of an older form without a type, "COVERART", the picture alone. False for another key, and for
+/// what holds no picture that PictureMimeType knows or its writer names. aText is the value.
+/// @param aBlock  is of what the text decodes to; the MIME type is that of PictureMimeType
+bool ReadPictureComment(std::string_view aKey, const ByteReader& aText, std::uint32_t aMaxText,
+                        PictureBlock* aBlock);

@@ -12,7 +12,7 @@ FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader) {
     // Sampling rate 20 bits, channels 3, bits a sample 5, samples in all 36.
     const std::uint64_t numbers = aReader.ReadBig(8);
     info.mSamplingRate = static_cast<std::uint32_t>(numbers >> 44);
-    if (aReader.HasFailed() || info.mSamplingRate == 0) {
+    if (aReader.HasFailed()) {
         return {};
     }
     info.mChannels = static_cast<std::uint32_t>(numbers >> 41 & 0x7U) + 1;

@@ -10,6 +10,9 @@ inline constexpr std::uint64_t kFLAC_MaxBytes = std::uint64_t{1024} * 1024;
 /// Metadata blocks of one file: some write a picture of each type, and there are 21.
 inline constexpr std::uint32_t kFLAC_MaxBlocks = 128;
 
+/// Bytes after a leading tag that are read together with its end: the texts stand there.
+inline constexpr std::uint32_t kFLAC_NextSize = std::uint32_t{8} * 1024;
+
 /// Bytes of the end that are searched for the last frame. One of eight channels of 24 bits can be longer;
 /// then the count of the header stands.
 inline constexpr std::uint32_t kFLAC_TailSize = std::uint32_t{64} * 1024;

@@ -5,21 +5,18 @@
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/SoundRecord.h"
+#include "ezFormats/tags/CommentTexts.h"
 #include "ezFormats/tags/CoverFacts.h"
-#include "ezFormats/tags/MusicValues.h"
 #include "ezFormats/tags/SongTags.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
-#include "ezBytes/TextBytes.h"
-#include "ezBytes/VorbisComments.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <optional>
 
 namespace {
 
@@ -40,26 +37,12 @@ struct Metadata {
     std::uint64_t mEnd = 0; ///< where the frames begin; 0 where the blocks do not lead there
 };
 
-/// Takes the texts of a block of comments (8.6).
-void TakeComments(const ByteReader& aBlock, MusicTexts& aTexts) {
-    VorbisComments comments(aBlock);
-    MusicValues values;
-    ezCString key;
-    ByteReader value = aBlock;
-    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && comments.Next(&key, &value); ++count) {
-        if (const TagField* const field = FindTagField(TagWords::Vorbis, key.View())) {
-            values.Add(*field, CleanText(ReadTextBytes(value), TextEncoding::Utf8));
-        }
-    }
-    values.Store(aTexts);
-}
-
 void TakeBlock(unsigned aType, const ByteReader& aHeader, const ByteReader& aBlock, Metadata& aMetadata) {
     if (aType == kStreamInfo && !aMetadata.mfStream) { // of two the first counts
         aMetadata.mStream = ReadFLACStreamInfo(aHeader);
         aMetadata.mfStream = true;
     } else if (aType == kVorbisComment) {
-        TakeComments(aBlock, aMetadata.mTexts);
+        ReadCommentTexts(aBlock, aMetadata.mTexts, aMetadata.mCover);
     } else if (aType == kPicture) {
         aMetadata.mCover.OfferBlock(aBlock);
     }
@@ -86,17 +69,18 @@ Metadata ReadMetadata(ByteReader aReader) {
     return metadata;
 }
 
-/// The end of the last frame in the last bytes of a file, in samples; 0 where none is found. Of what looks
-/// like a header, those count that follow each other.
-std::uint64_t FindLastSample(MediaBytes& aBytes, std::uint64_t aStart, const FLACStreamInfo& aStream) {
-    const std::uint64_t size = aBytes.GetEnd();
-    const std::uint64_t start = std::max(aStart, size - std::min<std::uint64_t>(size, kFLAC_TailSize));
-    if (start >= size || !aBytes.Load(start, kFLAC_TailSize)) {
+/// Where the last frame ends, in samples; 0 where none is found. The bytes that the sound ends in are
+/// searched to their end, as a frame of silence is short. Of what looks like a header, those count that
+/// follow each other.
+std::uint64_t FindLastSample(MediaBytes& aBytes, const BytePiece& aSound, const FLACStreamInfo& aStream) {
+    const std::uint64_t soundEnd = aSound.mOffset + aSound.mSize;
+    const std::uint64_t start = soundEnd - std::min<std::uint64_t>(aSound.mSize, kFLAC_TailSize);
+    if (!aBytes.Load(start, kFLAC_TailSize)) {
         return 0;
     }
     std::uint64_t end = 0;
     bool fChain = false;
-    for (std::uint64_t position = start; aBytes.HasBuffered(position);) {
+    for (std::uint64_t position = start; position < soundEnd && aBytes.HasBuffered(position);) {
         const unsigned char* bytes = nullptr;
         const std::size_t count = aBytes.Borrow(position, &bytes);
         const void* const sync = std::memchr(bytes, 0xFF, count);
@@ -124,6 +108,63 @@ bool CanHold(std::uint64_t aBytes, const FLACStreamInfo& aStream) {
     return plain / 100 <= aBytes && aBytes <= plain + plain / 2 + kFLAC_TailSize;
 }
 
+/// What STREAMINFO leaves to the frames: each states it.
+void TakeFirstFrame(MediaBytes& aBytes, std::uint64_t aPosition, FLACStreamInfo& aStream) {
+    ByteReader frames(aBytes);
+    frames.Skip(aPosition);
+    FLACFrameHeader first;
+    if (aStream.mSamplingRate == 0 && ReadFLACFrameHeader(frames, aStream, &first)) {
+        aStream.mSamplingRate = first.mSamplingRate;
+    }
+}
+
+/// The count of samples: that of the header, unless the last frame tells another and the header's is missing
+/// or contradicts the size.
+void MeasureSound(MediaBytes& aBytes, const BytePiece& aSound, SoundFacts& aFacts,
+                  const FLACStreamInfo& aStream) {
+    aFacts.mBytes = aSound.mSize;
+    if (aStream.mSamples != 0 && CanHold(aSound.mSize, aStream)) {
+        return;
+    }
+    const std::uint64_t last = FindLastSample(aBytes, aSound, aStream);
+    if (last != 0) {
+        aFacts.mSamples = last;
+        aFacts.mDurationMethod = "last frame";
+    }
+}
+
+/// The facts of the frames, and the texts of tags after them where nothing before them tells a title: few
+/// files have both, and to look costs a read.
+SoundFacts ReadSound(MediaBytes& aBytes, const CodePage& aCodePage, Metadata& aMetadata) {
+    FLACStreamInfo& stream = aMetadata.mStream;
+    const bool fFrames = aMetadata.mEnd != 0 && aMetadata.mEnd < aBytes.GetEnd();
+    if (fFrames) {
+        TakeFirstFrame(aBytes, aMetadata.mEnd, stream);
+    }
+    SoundFacts sound;
+    sound.mCodec = "FLAC";
+    sound.mSamplingRate = stream.mSamplingRate;
+    sound.mChannels = stream.mChannels;
+    sound.mBitsPerSample = stream.mBitsPerSample;
+    sound.mSamples = stream.mSamples;
+    if (!fFrames || !aBytes.GetSize()) {
+        return sound;
+    }
+    std::uint64_t end = aBytes.GetEnd();
+    const std::uint64_t size = end - aMetadata.mEnd;
+    const bool fCounted = stream.mSamples != 0 && CanHold(size, stream);
+    if (!fCounted) { // in one read with the tags
+        aBytes.Load(end - std::min<std::uint64_t>(size, kFLAC_TailSize), kFLAC_TailSize);
+    }
+    if (!fCounted || aMetadata.mTexts.mTitle.IsEmpty()) {
+        const AudioTails tails = FindAudioTails(aBytes, aMetadata.mEnd);
+        aMetadata.mTexts.Complete(ReadTailTexts(aBytes, tails, aCodePage));
+        end = tails.mAudioEnd;
+    }
+    MeasureSound(aBytes, {aMetadata.mEnd, end - aMetadata.mEnd}, sound, stream);
+    return sound;
+}
+
 } // namespace
 
 bool FLACParser::IsAt(ByteReader aBytes) {
@@ -132,7 +173,7 @@ bool FLACParser::IsAt(ByteReader aBytes) {
 
 bool FLACParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     const CodePage codePage(GetTextCodePage());
-    LeadingTags tags = ReadLeadingTags(aBytes, codePage, kFLAC_TailSize);
+    const LeadingTags tags = ReadLeadingTags(aBytes, codePage, kFLAC_NextSize);
     ByteReader reader(aBytes);
     reader.Skip(tags.mEnd);
     const std::uint32_t magic = reader.ReadBig32();
@@ -143,32 +184,9 @@ bool FLACParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (!metadata.mfStream) {
         return RefuseCut(aBytes, "STREAMINFO");
     }
-    FLACStreamInfo& stream = metadata.mStream;
-    FLACFrameHeader first;
-    ByteReader frames(aBytes);
-    frames.Skip(metadata.mEnd);
-    if (metadata.mEnd != 0 && stream.mSamplingRate == 0 && ReadFLACFrameHeader(frames, stream, &first)) {
-        stream.mSamplingRate = first.mSamplingRate;
-        stream.mChannels = first.mChannels;
-        stream.mBitsPerSample = first.mBitsPerSample;
-    }
-    SoundFacts sound;
-    sound.mCodec = "FLAC";
-    sound.mSamplingRate = stream.mSamplingRate;
-    sound.mChannels = stream.mChannels;
-    sound.mBitsPerSample = stream.mBitsPerSample;
-    sound.mSamples = stream.mSamples;
-    if (aBytes.GetSize() && metadata.mEnd != 0) {
-        sound.mBytes = *aBytes.GetSize() - std::min(metadata.mEnd, *aBytes.GetSize());
-        const std::uint64_t last = stream.mSamples == 0 || !CanHold(sound.mBytes, stream)
-                                       ? FindLastSample(aBytes, metadata.mEnd, stream)
-                                       : 0;
-        if (last != 0) {
-            sound.mSamples = last;
-        }
-    }
-    sound.Store(anInfo);
     metadata.mTexts.Complete(tags.mTexts);
+    metadata.mCover.Complete(tags.mCover);
+    ReadSound(aBytes, codePage, metadata).Store(anInfo);
     metadata.mTexts.Store(anInfo);
     metadata.mCover.Store(anInfo);
     return true;

@@ -312,6 +312,7 @@ void MovieReading::Read(const ByteReader& aBox) {
         }
     }
     mMovie.mTexts = mTags.Merge();
+    mMovie.mCover = mTags.mCover;
     if (!mLanguages.empty()) {
         mMovie.mTexts.mLanguages = ezCString(std::string_view(mLanguages));
     }

@@ -3,6 +3,7 @@
 #include "ezBytes/ByteReader.h"
 #include "ezFormats/iso/ISOMatrix.h"
 #include "ezFormats/iso/ISOTables.h"
+#include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
 #include <cstdint>
@@ -33,6 +34,7 @@ struct ISOMovie {
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
     MusicTexts mTexts;                ///< of its tags; the languages are those of the audio tracks
+    CoverFacts mCover;                ///< of its tags
 };
 
 /// Reads the content of the box, in the order of the file. What is damaged tells nothing.

@@ -227,4 +227,5 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
     }
     StoreWhole(aMedia, whole, audio, video, anInfo);
     movie.mTexts.Store(anInfo);
+    movie.mCover.Store(anInfo);
 }

@@ -76,6 +76,21 @@ void ReadValues(const ByteReader& anItem, const TagField& aField, std::uint32_t&
     }
 }
 
+/// Offers the pictures of an item, which have no types: the first is the cover.
+void ReadPictures(const ByteReader& anItem, std::uint32_t& aBoxBudget, CoverFacts& aCover) {
+    constexpr std::uint32_t kOther = 0;
+    constexpr std::uint32_t kDataJPEG = 13;
+    constexpr std::uint32_t kDataPNG = 14;
+    BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
+    ByteReader data = anItem;
+    while (!aCover.IsFound() && walk.Find("data", &data)) {
+        std::uint32_t kind = 0;
+        const ByteReader picture = OpenData(data, &kind);
+        const char* const stated = kind == kDataJPEG ? "image/jpeg" : kind == kDataPNG ? "image/png" : "";
+        aCover.OfferPicture(kOther, stated, picture);
+    }
+}
+
 /// Which names the items of a list have, by their number. Items of a list without are known by their types.
 class ItemNames {
 public:
@@ -113,7 +128,7 @@ private:
 };
 
 /// Reads the items of a list that are known by their types.
-void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
+void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts, CoverFacts& aCover) {
     MusicValues values;
     ezCString numberedGenre;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
@@ -123,7 +138,9 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
         if (const TagField* const field = FindTagField(TagLetters::ISOItem, type.GetCode())) {
             ReadValues(item, *field, aBoxBudget, values);
         }
-        if (type == "gnre" && numberedGenre.IsEmpty()) {
+        if (type == "covr") {
+            ReadPictures(item, aBoxBudget, aCover);
+        } else if (type == "gnre" && numberedGenre.IsEmpty()) {
             numberedGenre = ReadGenreItem(item, aBoxBudget);
         } else if (type == "trkn" && aTexts.mTrack == 0) {
             aTexts.mTrack = ReadNumberItem(item, aBoxBudget);
@@ -156,7 +173,7 @@ void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint3
     values.Store(aTexts);
 }
 
-void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
+void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, ISOTags& aTags) {
     SkipMetaVersion(aMeta);
     std::optional<ItemNames> names;
     BoxWalk walk = BoxWalk::Within(aMeta, aBoxBudget);
@@ -166,10 +183,10 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, MusicTexts& aTexts) {
         if (type == "keys") {
             names.emplace(content);
         } else if (type == "ilst" && names.has_value()) {
-            ReadNamedItems(content, *names, aBoxBudget, aTexts);
+            ReadNamedItems(content, *names, aBoxBudget, aTags.mItems);
             return;
         } else if (type == "ilst") {
-            ReadItems(content, aBoxBudget, aTexts);
+            ReadItems(content, aBoxBudget, aTags.mItems, aTags.mCover);
             return;
         }
     }
@@ -254,7 +271,7 @@ MusicTexts ISOTags::Merge() {
 
 void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, ISOTags& aTags) {
     if (afMeta) {
-        ReadMeta(aBox, aBoxBudget, aTags.mItems);
+        ReadMeta(aBox, aBoxBudget, aTags);
         return;
     }
     MusicTexts secondAssets;
@@ -264,7 +281,7 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "meta") {
-            ReadMeta(content, aBoxBudget, aTags.mItems);
+            ReadMeta(content, aBoxBudget, aTags);
             continue;
         }
         TakeText(type, TagLetters::ISOAsset, content, ReadAsset, aTags.mAssets, secondAssets);

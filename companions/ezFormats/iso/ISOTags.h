@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
 #include <cstdint>
@@ -10,6 +11,7 @@ struct ISOTags {
     MusicTexts mItems;   ///< of "ilst" (iTunes)
     MusicTexts mAssets;  ///< of 3GPP
     MusicTexts mPhrases; ///< of QuickTime
+    CoverFacts mCover;   ///< of "ilst"
 
     /// Each text from the first of these that has it. The items are moved out.
     MusicTexts Merge();

@@ -85,5 +85,6 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     measure.Store(anInfo);
     tags.mTexts.Store(anInfo);
+    tags.mCover.Store(anInfo);
     return true;
 }

@@ -6,7 +6,7 @@
 
 #include "ezPlatform/media/MediaInfo.h"
 
-#include <string_view>
+#include <string>
 
 void CoverFacts::Offer(std::uint32_t aType, const ezCString& aMimeType, std::uint64_t aSize) {
     if (!aMimeType.IsEmpty() && aSize != 0 && mChoice.Takes(aType)) {
@@ -15,33 +15,36 @@ void CoverFacts::Offer(std::uint32_t aType, const ezCString& aMimeType, std::uin
     }
 }
 
-/// aData stands at the picture.
-void CoverFacts::OfferData(std::uint32_t aType, const ezCString& aStatedMimeType, ByteReader& aData,
-                           std::uint64_t aSize) {
-    unsigned char first[kPictureSignature_Size] = {};
-    const std::size_t count = aSize < sizeof first ? static_cast<std::size_t>(aSize) : sizeof first;
-    if (aData.Read(first, count)) {
-        const std::string_view bytes(reinterpret_cast<const char*>(first), count);
-        Offer(aType, PictureMimeType(bytes, aStatedMimeType), aSize);
+void CoverFacts::OfferPicture(std::uint32_t aType, const ezCString& aStatedMimeType,
+                              const ByteReader& aPicture) {
+    const std::string first = ReadPictureSignature(aPicture);
+    if (!first.empty() && aStatedMimeType != "-->") { // a link's text is not the picture
+        Offer(aType, PictureMimeType(first, aStatedMimeType), aPicture.GetLeft());
     }
 }
 
 void CoverFacts::OfferBlock(ByteReader aBlock) {
     PictureBlock block;
     if (ReadPictureBlock(aBlock, aBlock.GetLeft(), kCoverFacts_MaxText, &block)) {
-        OfferData(block.mType, block.mMimeType, aBlock, block.mDataSize);
+        OfferPicture(block.mType, block.mMimeType, aBlock.Take(block.mDataSize));
     }
 }
 
-void CoverFacts::OfferFrame(ByteReader aBody, unsigned aVersion) {
+void CoverFacts::OfferFrame(ByteReader aFrame, unsigned aVersion) {
     ID3Picture picture;
-    if (ReadID3Picture(aBody, aVersion, kCoverFacts_MaxText, &picture)) {
-        OfferData(picture.mType, picture.mMimeType, aBody, aBody.GetLeft());
+    if (ReadID3Picture(aFrame, aVersion, kCoverFacts_MaxText, &picture)) {
+        OfferPicture(picture.mType, picture.mMimeType, aFrame);
+    }
+}
+
+void CoverFacts::Complete(const CoverFacts& aCover) {
+    if (!IsFound()) {
+        *this = aCover;
     }
 }
 
 void CoverFacts::Store(ezMediaInfo& anInfo) const {
-    if (!mMimeType.IsEmpty()) {
+    if (IsFound()) {
         anInfo.Set(kezInfo_CoverMimeType, mMimeType, true);
         anInfo.Set(kezInfo_CoverSize, ezuint64(mSize), true);
     }

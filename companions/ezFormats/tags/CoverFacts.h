@@ -15,21 +15,25 @@ public:
     /// @param aMimeType  as PictureMimeType has it; empty, and there is no picture
     /// @param aSize      bytes
     void Offer(std::uint32_t aType, const ezCString& aMimeType, std::uint64_t aSize);
-    /// The same of the block of a picture in FLAC, which the reader is at the start of; what is damaged is
-    /// left.
+    /// The same of a picture that is all the reader has left, by its first bytes or else as stated.
+    void OfferPicture(std::uint32_t aType, const ezCString& aStatedMimeType, const ByteReader& aPicture);
+    /// The same of the block of a picture in FLAC, and of the frame of one in ID3v2, which the reader is at
+    /// the start of; what is damaged is left.
+    /// @{
     void OfferBlock(ByteReader aBlock);
-    /// The same of a frame of ID3v2 that holds a picture.
-    void OfferFrame(ByteReader aBody, unsigned aVersion);
+    void OfferFrame(ByteReader aFrame, unsigned aVersion);
+    /// @}
 
+    /// True when there is one.
+    bool IsFound() const { return !mMimeType.IsEmpty(); }
     /// True when nothing better can come.
     bool IsFinal() const { return mChoice.IsFinal(); }
+    /// Takes the cover of another source, where this one has none.
+    void Complete(const CoverFacts& aCover);
 
     void Store(ezMediaInfo& anInfo) const;
 
 private:
-    void OfferData(std::uint32_t aType, const ezCString& aStatedMimeType, ByteReader& aData,
-                   std::uint64_t aSize);
-
     PictureChoice mChoice;
     ezCString mMimeType;
     std::uint64_t mSize = 0;

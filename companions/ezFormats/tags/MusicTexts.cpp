@@ -11,6 +11,7 @@
 #include "ezBytes/DateText.h"
 #include "ezBytes/ID3Picture.h"
 #include "ezBytes/ID3Tag.h"
+#include "ezBytes/PictureBlock.h"
 #include "ezBytes/TextBytes.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -205,6 +206,44 @@ void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t a
     }
 }
 
+/// The head of a picture's frame in 2.4, seen before the frames after it: to come back to it would cost a
+/// read.
+struct PictureAhead {
+    bool mfSeen = false;    ///< the frame is one, and of plain bytes
+    bool mfPicture = false; ///< and its head is whole
+    ID3Picture mPicture;
+    std::string mFirst;      ///< bytes of the picture
+    std::uint64_t mHead = 0; ///< bytes before it
+};
+
+PictureAhead LookAhead(ByteReader aPlace) {
+    PictureAhead ahead;
+    const bool fPlain = !aPlace.IsUnsynchronised();
+    if (!fPlain || aPlace.ReadBig32() != TagLettersOf("APIC")) {
+        return ahead;
+    }
+    aPlace.Skip(4); // the size, which Next knows how to read
+    ahead.mfSeen = aPlace.ReadBig(2) == 0 && !aPlace.HasFailed();
+    const std::uint64_t start = aPlace.GetPosition();
+    if (ahead.mfSeen && ReadID3Picture(aPlace, 4, kCoverFacts_MaxText, &ahead.mPicture)) {
+        ahead.mFirst = ReadPictureSignature(aPlace);
+        ahead.mHead = aPlace.GetPosition() - start;
+        ahead.mfPicture = true;
+    }
+    return ahead;
+}
+
+void OfferPicture(const ByteReader& aBody, const PictureAhead& anAhead, unsigned aVersion,
+                  CoverFacts& aCover) {
+    const std::uint64_t size = aBody.GetLeft();
+    if (!anAhead.mfSeen) {
+        aCover.OfferFrame(aBody, aVersion);
+    } else if (anAhead.mfPicture && size > anAhead.mHead) {
+        aCover.Offer(anAhead.mPicture.mType, PictureMimeType(anAhead.mFirst, anAhead.mPicture.mMimeType),
+                     size - anAhead.mHead);
+    }
+}
+
 } // namespace
 
 std::string ReadTextBytes(ByteReader& aBody) {
@@ -333,10 +372,15 @@ MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const C
     ID3Frames frames(aReader, aTag, kMusicTexts_MaxInflated);
     ezCString id;
     ByteReader body = aReader;
-    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && frames.Next(&id, &body); ++count) {
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames; ++count) {
+        const bool fAhead = aCover != nullptr && aTag.mVersion == 4;
+        const PictureAhead ahead = fAhead ? LookAhead(frames.GetPlace()) : PictureAhead();
+        if (!frames.Next(&id, &body)) {
+            break;
+        }
         const std::uint32_t letters = TagLettersOf(id.View());
-        if (aCover != nullptr && !aCover->IsFinal() && IsID3Picture(id.View(), aTag.mVersion)) {
-            aCover->OfferFrame(body, aTag.mVersion);
+        if (aCover != nullptr && IsID3Picture(id.View(), aTag.mVersion)) {
+            OfferPicture(body, ahead, aTag.mVersion, *aCover);
         } else if (!dates.Take(letters, body)) {
             KeepFrame(letters, body, aTag.mVersion, aCodePage, texts);
         }

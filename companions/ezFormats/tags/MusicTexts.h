@@ -82,7 +82,8 @@ std::string ReadTextBytes(ByteReader& aBody);
 /// the first alone counts, where a "/" stands in names as often as between them, and so separates nothing.
 /// The date is that of the recording, or else the year (with its day), the release, or the first release.
 /// Here and below, texts that state no encoding, or Latin-1, are of the code page unless they are UTF-8.
-/// @param aCover  is offered the pictures of the tag; null for who does not ask for one
+/// @param aCover  is offered the pictures of the tag; null for who wants none. Of compressed frames those
+///                that inflate to little are among them
 MusicTexts ReadID3v2Texts(const ByteReader& aReader, const ID3Tag& aTag, const CodePage& aCodePage,
                           CoverFacts* aCover = nullptr);
 

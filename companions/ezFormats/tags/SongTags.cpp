@@ -68,7 +68,9 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::
             tag.mID3.mSize =
                 static_cast<std::uint32_t>(std::min<std::uint64_t>(tag.mID3.mSize, aBytes.GetEnd() - body));
             few.SetEndOfTag(body + tag.mID3.mSize);
-            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage));
+            CoverFacts cover;
+            tags.mTexts.Complete(ReadID3v2Texts(ReaderAt(few, body), tag.mID3, aCodePage, &cover));
+            tags.mCover.Complete(cover);
         }
         tags.mEnd = tags.mfBelieved ? tags.mEnd + tag.mSize : body;
         if (!tags.mfBelieved) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezFormats/tags/AudioTails.h"
+#include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
 #include <cstdint>
@@ -16,8 +17,9 @@ class MediaBytes;
 struct LeadingTags {
     std::uint64_t mEnd = 0; ///< where the last of them ends
     MusicTexts mTexts;
-    bool mfBelieved =
-        true; ///< false: a tag claims more bytes than the file has; the end is that of its header
+    CoverFacts mCover;
+    /// False: a tag claims more bytes than the file has; the end is that of its header.
+    bool mfBelieved = true;
 };
 
 /// Reads the tags at the start of a file and steps over them.

@@ -8,12 +8,8 @@ Cover CoverOfRest(const ByteReader& aReader, const ezCString& aStatedMimeType) {
     if (size == 0 || size > (aReader.IsUnsynchronised() ? kCover_MaxHeldSize : kCover_MaxSize)) {
         return cover;
     }
-    ByteReader first = aReader;
-    std::string bytes;
-    while (bytes.size() < kPictureSignature_Size && first.GetLeft() != 0) {
-        bytes.push_back(static_cast<char>(first.ReadByte()));
-    }
-    cover.mMimeType = first.HasFailed() ? ezCString() : PictureMimeType(bytes, aStatedMimeType);
+    const std::string first = ReadPictureSignature(aReader);
+    cover.mMimeType = first.empty() ? ezCString() : PictureMimeType(first, aStatedMimeType);
     cover.mPieces.push_back({aReader.GetPosition(), size});
     cover.mfUnsynchronised = aReader.IsUnsynchronised();
     return cover;

@@ -271,12 +271,12 @@ TEST(ProfileRules, EachStatedMimeTypeIsAnnouncedByItsOwnItem) {
 
 TEST(ProfileRules, CheckRefusesWhatNamesNoTwoMimeTypes) {
     EXPECT_EQ(
-        ProblemsOf("MP3 audio/flac>audio/mpeg\nMP3 audio/mpeg>\nMP3 >audio/mpeg\n"
+        ProblemsOf("MP3 audio/unheard>audio/mpeg\nMP3 audio/mpeg>\nMP3 >audio/mpeg\n"
                    "MP3 audio/mpeg>audio/mp4>audio/3gpp\nMP3 audio/mpeg>audio/mpeg\n"
                    "MP3 audio/mpeg>audio/mp4,audio/mpeg>audio/3gpp\nMP3 audio/mpeg>audio/mp4;x=1\n"
                    "MP3 video/mp4>audio/mp4,audio/mp4\n"
                    "MP3X audio/mp4>audio/3gpp"),
-        Texts({"1: no parser here gives the MIME type \"audio/flac\"",
+        Texts({"1: no parser here gives the MIME type \"audio/unheard\"",
                "2: no parser here gives the MIME type \"\"", "3: no parser here gives the MIME type \"\"",
                "4: no parser here gives the MIME type \"audio/mp4>audio/3gpp\"",
                "5: the MIME type \"audio/mpeg\" stands twice", "6: the MIME type \"audio/mpeg\" stands twice",
@@ -442,13 +442,13 @@ TEST(ProfileRules, CheckNamesEveryProblemWithItsLine) {
                               "MP4 audio/mpeg\n"
                               "# fine\n"
                               "MP3\n"
-                              "MP3 audio/flac,audio/mpeg,,audio/mpeg\n"
+                              "MP3 audio/unheard,audio/mpeg,,audio/mpeg\n"
                               "MP3 audio/mpeg MP3 tempo=3 channels=two width=9-8\n"
                               "MP3 audio/mpeg audio-codec=MP3 channels=2\n";
     EXPECT_EQ(ProblemsOf(table), Texts({
                                      "2: DLNA knows no profile \"MP4\"",
                                      "4: no MIME type stands after the profile",
-                                     "5: no parser here gives the MIME type \"audio/flac\"",
+                                     "5: no parser here gives the MIME type \"audio/unheard\"",
                                      "5: no parser here gives the MIME type \"\"",
                                      "5: the MIME type \"audio/mpeg\" stands twice",
                                      "6: \"MP3\" is no condition: these are fact=values",

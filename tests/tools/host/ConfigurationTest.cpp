@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -44,7 +45,7 @@ TEST(Capabilities, BeginWithTheProfilesOfTheFormats) {
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + 3),
               (Lines{"http-get:*:audio/mpeg:DLNA.ORG_PN=MP3", "http-get:*:audio/mpeg:DLNA.ORG_PN=MP3X",
                      "http-get:*:audio/mpeg:*"}));
-    EXPECT_EQ(lines.back(), "http-get:*:audio/3gpp2:*");
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "http-get:*:audio/3gpp2:*"), 1);
     EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(), lines.size());
 }
 

@@ -169,6 +169,8 @@ TEST(Facts, OfWhatIsAnnouncedHaveNamesAndLabels) {
     info.Set(kezInfo_Genres, "Rock\nPop", true);
     info.Set(kezInfo_Languages, "en,pt-BR", true);
     info.Set(kezInfo_DurationBound, 1500, true);
+    info.Set(kezInfo_CoverMimeType, "image/jpeg", true);
+    info.Set(kezInfo_CoverSize, 2048, true);
     EXPECT_EQ(WordsOf(info), (Words{{"date", "1999"},
                                     {"track", "3"},
                                     {"disc", "2"},
@@ -178,7 +180,9 @@ TEST(Facts, OfWhatIsAnnouncedHaveNamesAndLabels) {
                                     {"creators", "One, Two; Three"},
                                     {"genres", "Rock; Pop"},
                                     {"languages", "en; pt-BR"},
-                                    {"duration_bound_ms", "1500"}}));
+                                    {"duration_bound_ms", "1500"},
+                                    {"cover_type", "image/jpeg"},
+                                    {"cover_size", "2 KiB"}}));
     const std::vector<Fact> facts = FactsOf(info);
     EXPECT_EQ(FindFactNamed(facts, "creators")->mValues, (std::vector<std::string>{"One, Two", "Three"}));
     EXPECT_EQ(FindFactNamed(facts, "languages")->mValues, (std::vector<std::string>{"en", "pt-BR"}));

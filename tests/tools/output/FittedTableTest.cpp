@@ -68,7 +68,7 @@ TEST(FittedTable, ShowsAMediaInOneRowUnderAHeader) {
     EXPECT_EQ(result.mOut, "NAME                    KIND           LENGTH      SIZE  CODECS    PROFILE\n"
                            "music/morning-walk.mp3  audio     0:00:05.300  31.6 KiB  MP3       MP3\n"
                            "music/night-ferry.mp3   audio         0:00:12  56.3 KiB  MP3       MP3\n"
-                           "music/plain-water.flac  audio               -  37.2 KiB  -         -\n"
+                           "music/plain-water.flac  audio     0:00:02.400  37.2 KiB  FLAC      -\n"
                            "pictures/windmill.gif   image               -   8.6 KiB  -         -\n"
                            "video/kite-day.mp4      video     0:00:04.200   176x144  H264+AAC  "
                            "AVC_MP4_BL_CIF15_AAC_520\n"

@@ -41,7 +41,7 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 44> kKnownKeys = {{
+constexpr std::array<KnownKey, 46> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
@@ -86,6 +86,8 @@ constexpr std::array<KnownKey, 44> kKnownKeys = {{
     {kezInfo_Composer, "composer", "composer", Kind::Text},
     {kezInfo_Creators, "creators", "creators", Kind::Lines},
     {kezInfo_Genres, "genres", "genres", Kind::Lines},
+    {kezInfo_CoverMimeType, "cover_type", "cover", Kind::Text},
+    {kezInfo_CoverSize, "cover_size", "size of cover", Kind::Bytes},
 }};
 
 /// What a record of LPCM media has under the key of the audio bit rate.

@@ -51,9 +51,9 @@ std::string ShortWords(const Fact& aFact) {
         return aFact.mWords + " bit";
     }
     // The class tells; how sure the duration is, and how fine, is a matter of explanations; and creator and
-    // genre have all names.
-    constexpr std::array<std::string_view, 6> kTold = {"has_video",         "duration_from", "duration_ms",
-                                                       "duration_bound_ms", "creators",      "genres"};
+    // genre have all names. Of a cover its type is enough.
+    constexpr std::array<std::string_view, 7> kTold = {
+        "has_video", "duration_from", "duration_ms", "duration_bound_ms", "creators", "genres", "cover_size"};
     if (std::find(kTold.begin(), kTold.end(), aFact.mName) != kTold.end()) {
         return "";
     }

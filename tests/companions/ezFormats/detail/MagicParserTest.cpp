@@ -61,7 +61,7 @@ TEST(MagicParser, MisnamedMediaIsAnnouncedAsWhatItIs) {
 }
 
 TEST(MagicParser, WhatItDoesNotKnowIsAnnouncedByItsNameAsBefore) {
-    EXPECT_EQ(As(SampleBytes("music/plain-water.flac"), "a.mp3"), "audio/mpeg item.audioItem.musicTrack ");
+    EXPECT_EQ(As("nothing at all", "a.mp3"), "audio/mpeg item.audioItem.musicTrack ");
     EXPECT_EQ(As("nothing at all", "a.jpg"), "image/jpeg item.imageItem.photo ");
     EXPECT_EQ(As(SampleBytes("pictures/harbour.jpg"), "a.txt"), "none");
     EXPECT_EQ(As(SampleBytes("pictures/harbour.jpg"), "a"), "none");

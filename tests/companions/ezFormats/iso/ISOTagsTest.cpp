@@ -134,3 +134,19 @@ TEST(ISOTags, ItemsGoBeforeAssetsAndAssetsBeforePhrases) {
     EXPECT_EQ(Texts(meta), "title=\"Item\"");
     EXPECT_EQ(Texts(Box("meta", meta.substr(12))), "title=\"Item\"");
 }
+
+TEST(ISOTags, FirstPictureIsTheCover) {
+    const auto cover = [](const std::string& anItems) {
+        return Values(Parsed(File({Track()}, Items(anItems))), {"cm", "cs", "title"});
+    };
+    const std::string png = "\x89PNG\r\n\x1A\nours";
+    const auto data = [](unsigned aKind, const std::string& aPicture) {
+        return Box("data", Big(aKind, 4) + Big(0, 4) + aPicture);
+    };
+    EXPECT_EQ(cover(Item("covr", png, 13) + Item("\xA9nam", "T")), "cm=\"image/png\" cs=12 title=\"T\"");
+    EXPECT_EQ(cover(Box("covr", data(13, "unheard") + data(14, png))), "cm=\"image/jpeg\" cs=7");
+    EXPECT_EQ(cover(Item("covr", "unheard", 14)), "cm=\"image/png\" cs=7");
+    EXPECT_EQ(cover(Box("covr", data(0, "unheard") + data(0, "GIF89a"))), "cm=\"image/gif\" cs=6");
+    EXPECT_EQ(cover(Item("covr", "", 13) + Item("covr", "BMours", 27)), "cm=\"image/bmp\" cs=6");
+    EXPECT_EQ(cover(Box("covr", "no box")), "");
+}

@@ -54,7 +54,7 @@ TEST(MPEGAudioParser, SamplesAreAnnouncedAsAnIndependentProberSeesThem) {
                   "dm=5300\ndu=5\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Morning Walk" +
                   tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/night-ferry.mp3")).get()),
-              "ac=2\nar=32000\nca=\"MP3\"\ncn=\"item.audioItem\"\n" + dlna +
+              "ac=2\nar=32000\nca=\"MP3\"\ncm=\"image/jpeg\"\ncn=\"item.audioItem\"\ncs=7150\n" + dlna +
                   "dm=12500\ndu=12\nmd=\"header\"\nmt=\"audio/mpeg\"\n" + common + "title=\"Night Ferry" +
                   tags);
     EXPECT_EQ(DumpRecord(Read(ReadSample("music/uneven-road-vbr.mp3")).get()),

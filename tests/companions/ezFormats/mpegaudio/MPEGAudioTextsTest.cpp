@@ -381,3 +381,25 @@ TEST(MPEGAudioTexts, TextsAreBounded) {
     }
     EXPECT_EQ(Texts(ID3(3, 0, frames + Frame23("TIT2", "\0Title"s)) + Song()), "|||");
 }
+
+TEST(MPEGAudioTexts, CoverIsToldByItsTypeAndSize) {
+    const auto cover = [](const std::string& aBytes) {
+        return Value(aBytes + Song(), "cm") + " " + Value(aBytes + Song(), "cs");
+    };
+    const std::string png = "\x89PNG\r\n\x1A\nours";
+    const auto picture = [&](char aType, const std::string& aPicture) {
+        return "\0image/x\0"s + aType + "d\0"s + aPicture;
+    };
+    EXPECT_EQ(cover(ID3(3, 0, Frame23("APIC", picture(4, "GIF89a")) + Frame23("APIC", picture(3, png)))),
+              "image/png 12");
+    EXPECT_EQ(cover(ID3(4, 0, Frame24("APIC", picture(0, "unheard")))), "image/x 7");
+    EXPECT_EQ(cover(ID3(2, 0, Frame22("PIC", "\0JPG\3d\0unheard"s))), "image/jpeg 7");
+    // Of several tags the first that has one.
+    EXPECT_EQ(cover(ID3(3, 0, Frame23("TIT2", "\0T"s)) + ID3(3, 0, Frame23("APIC", picture(4, png))) +
+                    ID3(3, 0, Frame23("APIC", picture(3, "GIF89a")))),
+              "image/png 12");
+    for (const std::string& none :
+         {picture(1, png), picture(3, ""), "\0-->\0\3d\0http://h/x"s, "\4image/x\0\3d\0"s + png}) {
+        EXPECT_EQ(cover(ID3(3, 0, Frame23("APIC", none))), "- -") << none;
+    }
+}

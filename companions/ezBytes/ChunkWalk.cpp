@@ -22,8 +22,8 @@ std::uint64_t ChunkWalk::ReadSize(ByteReader& aReader) const {
     if (!mLayout.mfWholeSize) {
         return size;
     }
-    aReader.Require(size >= GetHeadSize());
-    return aReader.HasFailed() ? 0 : size - GetHeadSize();
+    aReader.Require(size == 0 || size >= GetHeadSize()); // 0: a writer that never came back to it
+    return size != 0 && !aReader.HasFailed() ? size - GetHeadSize() : 0;
 }
 
 /// Whether a chunk stands there, all of it.

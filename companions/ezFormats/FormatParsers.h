@@ -17,7 +17,11 @@ class ezMediaParserManager;
     FORMAT(jpeg, JPEGParser)                                                                                 \
     FORMAT(png, PNGParser)                                                                                   \
     FORMAT(iso, ISOMediaParser)                                                                              \
-    FORMAT(flac, FLACParser)
+    FORMAT(flac, FLACParser)                                                                                 \
+    FORMAT(riff, WAVParser)                                                                                  \
+    FORMAT(aiff, AIFFParser)                                                                                 \
+    FORMAT(au, AUParser)                                                                                     \
+    FORMAT(caf, CAFParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

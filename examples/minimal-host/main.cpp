@@ -15,7 +15,7 @@ public:
 
     ezMediaInfo* Parse(ezMediaParserStream& aStream) override { return ParseFromStream(aStream, 32, 0); }
     bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
-    ezCString GetDLNAInfo() override { return "audio/x-wav:*"; }
+    ezCString GetDLNAInfo() override { return "audio/wav:*"; }
 
 protected:
     ezMediaInfo* Read(uint8* aBegin, std::size_t aSize, uint8* /*anEnd*/, std::size_t /*anEndSize*/,

@@ -16,9 +16,9 @@ TEST(MinimalHost, IdentifiesASampleByItsOwnParserAndTheMediaTypesFile) {
         result.mOut,
         bell +
             ": ac=1, ar=128000, br=128000, cn=item.audioItem.musicTrack, ea=128000, eb=128000, ev=0, fe=wav, "
-            "fs=35348, ma=128000, mb=128000, mt=audio/x-wav, mv=0, sf=8000, ta=1\n" +
+            "fs=35348, ma=128000, mb=128000, mt=audio/wav, mv=0, sf=8000, ta=1\n" +
             walk + ": cn=item.audioItem.musicTrack, fe=mp3, fs=32309, mt=audio/mpeg\n" +
-            "advertised: audio/x-wav:*\n");
+            "advertised: audio/wav:*\n");
 }
 
 TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
@@ -30,10 +30,10 @@ TEST(MinimalHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
         RunProgram(EZ_MINIMAL_HOST, {EZ_SAMPLES, fake, brief, unknown, folder.Path("none.wav")});
     EXPECT_EQ(result.mStatus, 0);
     // Announced from the extension alone, without the facts that the parser would have read.
-    EXPECT_EQ(result.mOut, fake + ": cn=item.audioItem.musicTrack, fe=wav, fs=51, mt=audio/x-wav\n" + brief +
-                               ": cn=item.audioItem.musicTrack, fe=wav, fs=4, mt=audio/x-wav\n" + unknown +
+    EXPECT_EQ(result.mOut, fake + ": cn=item.audioItem.musicTrack, fe=wav, fs=51, mt=audio/wav\n" + brief +
+                               ": cn=item.audioItem.musicTrack, fe=wav, fs=4, mt=audio/wav\n" + unknown +
                                ": not recognised\n" + folder.Path("none.wav") +
-                               ": not recognised\nadvertised: audio/x-wav:*\n");
+                               ": not recognised\nadvertised: audio/wav:*\n");
 }
 
 TEST(MinimalHost, StaysUnderSixtyLines) {

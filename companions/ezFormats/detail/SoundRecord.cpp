@@ -15,6 +15,22 @@ void StoreNumber(ezMediaInfo& anInfo, const char* aKey, std::uint32_t aNumber) {
 
 } // namespace
 
+void SoundFacts::SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, std::uint32_t aPacketSamples) {
+    mBytes = aBytes;
+    if (aPacketBytes != 0 && aPacketSamples != 0) {
+        mSamples = ISONumber_Scale(aBytes, aPacketSamples, aPacketBytes);
+        mBitRate = ISONumber_BitRate(aPacketBytes, aPacketSamples, mSamplingRate);
+    }
+}
+
+bool SoundFacts::IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples,
+                                   std::uint32_t aSamplingRate) {
+    constexpr std::uint32_t kLeastRate = 100;
+    constexpr std::uint32_t kHighestRate = 400000000;
+    const std::uint32_t rate = ISONumber_BitRate(aBytes, aSamples, aSamplingRate);
+    return kLeastRate <= rate && rate <= kHighestRate;
+}
+
 std::uint64_t SoundFacts::GetMilliseconds() const {
     const std::uint64_t milliseconds = ISONumber_Scale(mSamples, 1000, mSamplingRate);
     return milliseconds <= kSound_MaxSeconds * 1000 ? milliseconds : 0;

@@ -19,6 +19,14 @@ struct SoundFacts {
     std::uint32_t mBitRate = 0;    ///< bits a second, where the format states a constant one
     std::uint32_t mMaxBitRate = 0; ///< bits a second, of a varying one
 
+    /// The length and the constant rate of packets of one size, each of so many samples. Without a size or a
+    /// count, nothing is told.
+    void SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, std::uint32_t aPacketSamples);
+
+    /// Whether so many samples can be coded in so many bytes: no sound takes less than 100 bits a second, or
+    /// more than 400 million.
+    static bool IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples, std::uint32_t aSamplingRate);
+
     /// Milliseconds; 0 where it is not known, and for what is longer than any recording.
     std::uint64_t GetMilliseconds() const;
     /// Bits a second of mBytes; 0 where it cannot be told.

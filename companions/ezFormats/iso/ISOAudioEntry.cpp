@@ -2,13 +2,12 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/FloatRates.h"
 #include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -58,16 +57,6 @@ constexpr std::uint32_t kObjectMPEG4Audio = 0x40;
 constexpr std::uint32_t kObjectFirstAAC = 0x66; ///< of MPEG-2: Main, low complexity, scalable rate
 constexpr std::uint32_t kObjectLastAAC = 0x68;
 /// @}
-
-/// A sampling rate that is held as a 64-bit floating point number; 0 for none.
-std::uint32_t ReadFloatRate(ByteReader& aReader) {
-    static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(std::uint64_t));
-    constexpr double kMaximum = 10e6;
-    const std::uint64_t bits = aReader.ReadBig(8);
-    double rate = 0;
-    std::memcpy(&rate, &bits, sizeof(rate));
-    return rate >= 1 && rate <= kMaximum ? static_cast<std::uint32_t>(rate) : 0;
-}
 
 /// A number of 32 bits where the other versions have 16; 0 for one that they could not hold.
 std::uint32_t ReadSmall(ByteReader& aReader) {

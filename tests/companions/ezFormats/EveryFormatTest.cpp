@@ -351,8 +351,8 @@ TYPED_TEST(EveryFormat, SourceThatCannotMoveGivesTheSameRecordOrIsRefused) {
 TYPED_TEST(EveryFormat, UnknownSizeLeavesOutWhatItTellsAlone) {
     const std::set<std::string> rates = {"dl", "br", "eb", "mb", "ar", "ea", "ma", "vr", "ev", "mv"};
     // Tags may stand at the end.
-    const std::set<std::string> texts = {"title", "creator", "genre", "album", "aa", "as", "co",
-                                         "cp",    "da",      "dn",    "gs",    "la", "tn"};
+    const std::set<std::string> texts = {"title", "creator", "genre", "album", "aa", "as", "co", "cm",
+                                         "cp",    "cs",      "da",    "dn",    "gs", "la", "tn"};
     for (const NamedFile& file : this->Usual()) {
         SCOPED_TRACE(file.mName);
         const Answer whole = this->Parse(file.mBytes);

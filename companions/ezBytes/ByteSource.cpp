@@ -31,6 +31,11 @@ std::size_t PieceBytes::Borrow(std::uint64_t aPosition, const unsigned char** aB
     return static_cast<std::size_t>(std::min<std::uint64_t>(count, mPieces[mPiece].mSize - place));
 }
 
+void PieceBytes::Append(const BytePiece& aPiece) {
+    mPieces.push_back(aPiece);
+    mSize += aPiece.mSize;
+}
+
 std::vector<BytePiece> PieceBytes::Slice(std::uint64_t aPosition, std::uint64_t aSize) const {
     std::vector<BytePiece> slice;
     std::uint64_t skipped = aPosition;

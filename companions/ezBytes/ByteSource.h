@@ -78,6 +78,11 @@ public:
     /// Where aSize bytes from aPosition on, which must be there, lie in the other bytes.
     std::vector<BytePiece> Slice(std::uint64_t aPosition, std::uint64_t aSize) const;
 
+protected:
+    /// For who comes to know the pieces one after the other.
+    void Append(const BytePiece& aPiece);
+    std::uint64_t GetKnownSize() const { return mSize; }
+
 private:
     ByteSource& mBytes;
     std::vector<BytePiece> mPieces;

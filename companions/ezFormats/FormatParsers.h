@@ -18,6 +18,7 @@ class ezMediaParserManager;
     FORMAT(png, PNGParser)                                                                                   \
     FORMAT(iso, ISOMediaParser)                                                                              \
     FORMAT(flac, FLACParser)                                                                                 \
+    FORMAT(ogg, OggParser)                                                                                   \
     FORMAT(riff, WAVParser)                                                                                  \
     FORMAT(aiff, AIFFParser)                                                                                 \
     FORMAT(au, AUParser)                                                                                     \

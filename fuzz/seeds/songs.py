@@ -41,7 +41,86 @@ def flacs():
     yield "not-one", b"fLaX" + bytes(40)
 
 
+def number(value, size=4):
+    return n(value, size, "little")
+
+
+def sheet(packets, granule=0, flags=0, serial=1):
+    """A page of whole packets, at a position."""
+    sizes = b"".join(b"\xFF" * (len(packet) // 255) + bytes([len(packet) % 255]) for packet in packets)
+    head = b"OggS\0" + bytes([flags]) + number(granule, 8) + number(serial) + bytes(8)
+    return head + bytes([len(sizes)]) + sizes + b"".join(packets)
+
+
+def vorbis(rate=44100, channels=2, rates=(0, 128000, 0)):
+    return b"\x01vorbis" + bytes(4) + bytes([channels]) + number(rate) + b"".join(map(number, rates)) + b"\xB8\1"
+
+
+def opus(skip=312, version=1):
+    return b"OpusHead" + bytes([version, 2]) + number(skip, 2) + number(44100) + bytes(3)
+
+
+def speex(variable=0):
+    return b"Speex   ".ljust(36, b"1") + b"".join(map(number, (16000, 1, 4, 1, 27800, 320, variable, 1))) + bytes(12)
+
+
+def theora(rate=25):
+    return b"\x80theora" + bytes(15) + n(rate) + n(1) + bytes(10) + n(6 << 5, 2)
+
+
+def ogm(kind, tag=b"0055", unit=10000000, samples=44100):
+    times = number(unit, 8) + number(samples, 8)
+    return b"\1" + kind + bytes(3) + tag + number(56) + times + bytes(12) + number(2, 2) + bytes(10)
+
+
+HEADS = {
+    "vorbis": (vorbis(), comments(b"TITLE=Title", field(block()))),
+    "opus": (opus(), comments(b"TITLE=Title", head=b"OpusTags")),
+    "flac": (b"\x7FFLAC\1\0\0\1fLaC\0\0\0\x22" + info(samples=44100), b"\4\0\0\x30" + comments(b"TITLE=Title", head=b"")),
+    "speex": (speex(), comments(b"TITLE=Title", head=b"")),
+    "ogm-sound": (ogm(b"audio"), comments(b"TITLE=Title")),
+    "ogm-video": (ogm(b"video", b"XVID", 400000, 1), comments()),
+    "theora": (theora(), comments(b"TITLE=Title", head=b"\x81theora")),
+    "dirac": (b"BBCD", b""),
+}
+
+
+def stream(kind="vorbis", *sound, serial=1):
+    head, texts = HEADS[kind]
+    return sheet([head], flags=2, serial=serial) + sheet([texts, b"setup"], serial=serial) + b"".join(sound)
+
+
+def oggs():
+    for kind in HEADS:
+        yield kind, stream(kind, sheet([b"s"] * 3, 44100), sheet([b"s"], 88200))
+    late = 48000 * 60
+    yield "opus-late", stream("opus", sheet([b"", b"\x18.", b"\x79", b"\xE3\x86", b"x" * 300], late), sheet([b"s"], 2 * late))
+    yield "opus-late-goes-on", stream("opus", sheet([b"rest", b"\xFC"], late, 1), sheet([b"s"], 2 * late))
+    yield "vorbis-late", stream("vorbis", sheet([b"s"], (1 << 64) - 1), sheet([b"s"], late), sheet([b"s"], 2 * late))
+    yield "chain", stream("vorbis", sheet([b"s"], 44100)) + stream("opus", sheet([b"s"], 48312, serial=2), serial=2)
+    yield "end-of-nothing", stream("vorbis", sheet([b"s"], 44100), sheet([b"s"], 9, serial=9)) + b"OggS OOO"
+    sounds = stream("vorbis", sheet([b"s"], 64 * 25, serial=2), sheet([b"s"], 44100))
+    yield "film", sheet([theora()], flags=2, serial=2) + sounds
+    long = comments(b"a=" + b"b" * 600)
+    yield "comments-across-pages", sheet([vorbis()], flags=2) + page(long[:510], sizes=[255, 255]) + page(long[510:], flags=1)
+    yield "comments-without-their-first-page", sheet([vorbis()], flags=2) + page(b"x", flags=1)
+    for name, head in (("vorbis", vorbis(0)), ("opus", opus(version=99)), ("speex", speex()[:50]), ("ogm", ogm(b"audio", unit=0)),
+                       ("nobody", b"CELT    ")):
+        yield "not-of-" + name, sheet([head], flags=2)
+    yield "rate-that-varies", sheet([speex(1)], flags=2)
+    yield "rate-that-is-constant", sheet([vorbis(rates=(128000,) * 3)], flags=2)
+    yield "rate-of-no-pictures", sheet([theora(0)], flags=2) + sheet([b"s"], 9)
+    yield "not-whole-in-its-first-page", sheet([vorbis()], flags=2)[:40]
+    yield "not-whole-in-its-head", sheet([vorbis()], flags=2)[:20]
+    links = [stream("vorbis", *[sheet([b"s" * 200] * 9, 44100 * i, serial=serial) for i in range(1, 40)], serial=serial)
+             for serial in (1, 2)]
+    yield "long-chain", b"".join(links)  # the border is looked for by halves
+
+
 def seeds():
+    for name, content in oggs():
+        yield "format_ogg", name, content + DELIVERED_AS_IT_IS
+    yield "format_ogg", "size-unknown", stream("vorbis", sheet([b"s"], 44100)) + delivered(8)
     for name, content in flacs():
         yield "format_flac", name, content + DELIVERED_AS_IT_IS
     yield "format_flac", "trickle", flac((0, info())) + 3 * frame() + delivered(1)

@@ -186,7 +186,12 @@ bool FLACParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     metadata.mTexts.Complete(tags.mTexts);
     metadata.mCover.Complete(tags.mCover);
-    ReadSound(aBytes, codePage, metadata).Store(anInfo);
+    const SoundFacts sound = ReadSound(aBytes, codePage, metadata);
+    // The length of what could be read might be another one.
+    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+        return RefuseCut(aBytes, "all that tells the length");
+    }
+    sound.Store(anInfo);
     metadata.mTexts.Store(anInfo);
     metadata.mCover.Store(anInfo);
     return true;

@@ -20,6 +20,7 @@ Cover FindFLACCover(ezStream& aStream);
 /// they have no types.
 Cover FindMP4Cover(ezStream& aStream);
 
-/// Ogg with Vorbis or Opus, from METADATA_BLOCK_PICTURE comments of the first such stream. Text that goes
-/// across pages, as that of most covers does, comes in several pieces, with the page headers left out.
+/// Ogg, from METADATA_BLOCK_PICTURE and COVERART comments of the first stream of sound: Vorbis, Opus, FLAC,
+/// Speex, and that of OGM. Text that goes across pages, as that of most covers does, comes in several pieces, with
+/// the page headers left out.
 Cover FindOggCover(ezStream& aStream);

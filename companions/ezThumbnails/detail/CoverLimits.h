@@ -32,9 +32,6 @@ inline constexpr std::uint32_t kCover_MaxInflatedHead = 1 + kCover_MaxText + 1 +
 /// and a tag of the smallest frames would have hundreds of thousands.
 inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
 
-/// Base64 characters in which the description of a picture ends and its data begins: 3 KiB when decoded.
-inline constexpr std::size_t kCover_MaxBase64Head = 4096;
-
 /// Boxes of an MP4 that are stepped over, all levels together. A film in fragments has some thousand at the
 /// top, after the box with the cover.
 inline constexpr std::uint32_t kCover_MaxBoxes = 4096;

@@ -121,14 +121,22 @@ TEST(MP4Cover, BoxesAreCountedAndDepthIsNoRecursion) {
     EXPECT_FALSE(FindCover(FindMP4Cover, Ftyp() + deep).IsFound());
 }
 
-TEST(OggCover, IsFoundInVorbisAndOpus) {
+TEST(OggCover, IsFoundInEveryKindOfSound) {
     const std::string picture = PictureComment(PictureOfFlac(3, kFront));
     EXPECT_EQ(CoversOf(Vorbis({"TITLE=x", picture})), kFrontFound);
     EXPECT_EQ(CoversOf(OggPage(1, 2, "OpusHead" + std::string(11, 'i'), true) +
                        OggPage(1, 0, "OpusTags" + Comments({picture}), true)),
               kFrontFound);
     EXPECT_EQ(CoversOf(Vorbis({"METADATA_BLOCK_PICTURES=" + picture.substr(23), "TITLE=x"})), Covers());
-    EXPECT_EQ(CoversOf(OggPage(1, 2, "Speex   ", true) + OggPage(1, 0, Comments({picture}), true)), Covers());
+    EXPECT_EQ(CoversOf(OggPage(1, 2, "Speex   ", true) + OggPage(1, 0, Comments({picture}), true)),
+              kFrontFound);
+    const std::string flac = OggPage(1, 2, "\x7F" "FLAC\1\0\0\1fLaC"s, true);
+    EXPECT_EQ(CoversOf(flac + OggPage(1, 0, FlacBlock(4, Comments({picture})), true)), kFrontFound);
+    EXPECT_EQ(CoversOf(flac + OggPage(1, 0, FlacBlock(1, Comments({picture})), true)), Covers());
+    EXPECT_EQ(CoversOf(OggPage(1, 2, "kate", true) + OggPage(1, 0, Comments({picture}), true)), Covers());
+    // Of an older form, the picture alone.
+    EXPECT_EQ(CoversOf(Vorbis({"coverart=" + Base64(kFront)})), kFrontFound);
+    EXPECT_EQ(CoversOf(Vorbis({"coverart=" + Base64("no picture")})), Covers());
 }
 
 TEST(OggCover, OnOnePageItIsAFilePartAndAcrossPagesItIsGathered) {

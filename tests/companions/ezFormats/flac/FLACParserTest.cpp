@@ -86,6 +86,16 @@ TEST(FLACParser, WhatIsNotOneIsRefused) {
               "FLACParser: malformed: ends before STREAMINFO");
 }
 
+TEST(FLACParser, EndThatCannotBeReadRefusesTheFile) {
+    Stream open;
+    open.mSamples = 0;
+    const std::string file = File(open, kTexts, Frames(0, 1000, 200));
+    Delivery failing;
+    failing.mFailingOffset = file.size() - 100;
+    EXPECT_EQ(pictures::Refusal<FLACParser>(file, failing),
+              "FLACParser: read error: before all that tells the length");
+}
+
 TEST(FLACParser, OfTwoStreamInfosTheFirstCountsWhereverItStands) {
     Stream second;
     second.mRate = 48000;

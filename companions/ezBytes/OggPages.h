@@ -1,0 +1,92 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+#include "ezBytes/ByteSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+/// The pages of an Ogg file (RFC 3533, 6), and the packets that these hold the parts of.
+
+/// The most that a page takes: 27 bytes, sizes of 255 segments, and these.
+inline constexpr std::uint32_t kOggPage_MaxSize = 27 + 255 + 255 * 255;
+
+/// The position of a page on which no packet ends.
+inline constexpr std::uint64_t kOggPage_NoGranule = UINT64_MAX;
+
+/// What the header of a page says.
+struct OggPage {
+    bool mfContinues = false; ///< its first bytes belong to the packet before
+    bool mfBegins = false;    ///< it is the first of its stream
+    std::uint64_t mGranule = kOggPage_NoGranule;
+    std::uint32_t mSerial = 0;    ///< of its stream
+    std::uint32_t mEndings = 0;   ///< packets that end on it
+    std::uint64_t mFirstSize = 0; ///< of the packet that its first bytes belong to, as far as it is here
+    bool mfFirstEnds = false;
+    std::uint64_t mStart = 0; ///< where it begins in the file
+};
+
+/// Reads a page, and steps over it. False where none stands. The check sum is not looked at: whoever decodes
+/// sees for himself whether a packet is whole.
+/// @param aBody  set to a reader of what the page holds; a failed one where that is not all there
+bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody);
+
+/// The bytes of the second packet of a stream, which begins on that stream's second page, and goes over as
+/// many as it takes. Pages are read when bytes of them are asked for.
+class OggPacketBytes : public PieceBytes {
+public:
+    /// @param aBytes     the file; borrowed
+    /// @param aPages     stands at a page before the packet, after the stream's first one
+    /// @param aMaxPages  read at most, other streams' included
+    OggPacketBytes(ByteSource& aBytes, const ByteReader& aPages, std::uint32_t aSerial,
+                   std::uint32_t aMaxPages);
+    ~OggPacketBytes() override;
+
+    /// Known when the last page of the packet was read.
+    std::optional<std::uint64_t> GetSize() const override;
+    /// What is borrowed stays until the next call of this and of Reach, unless others read the file.
+    std::size_t Borrow(std::uint64_t aPosition, const unsigned char** aBytes) override;
+
+    /// True when all bytes before that one are there; Slice tells where.
+    bool Reach(std::uint64_t anEnd);
+
+private:
+    bool AddPage();
+
+    ByteReader mPages;
+    std::uint32_t mSerial;
+    std::uint32_t mLeft; ///< pages
+    bool mfBegun = false;
+    bool mfWhole = false;
+};
+
+/// What a stream holds.
+enum class OggKind {
+    Vorbis,
+    Opus,
+    FLAC,
+    Speex,
+    Theora,
+    OGMSound,
+    OGMVideo,
+    OtherVideo, ///< of a kind that nothing is told of
+};
+
+constexpr bool OggKind_IsVideo(OggKind aKind) {
+    return aKind == OggKind::Theora || aKind == OggKind::OGMVideo || aKind == OggKind::OtherVideo;
+}
+
+/// How the first packet of a kind begins, and its second, of comments, before these.
+struct OggMark {
+    OggKind mKind;
+    std::string_view mHead;
+    std::string_view mComments;
+};
+
+/// The kind of a stream, by its first packet; null for another one.
+const OggMark* FindOggMark(ByteReader aHead);
+
+/// Steps over what the second packet of a kind begins with. False where it is not of comments.
+bool SkipToOggComments(ByteReader& aPacket, const OggMark& aMark);

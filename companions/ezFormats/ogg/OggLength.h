@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ezFormats/ogg/OggLink.h"
+
+#include <cstdint>
+
+class MediaBytes;
+
+/// How long a file of known size plays: what its last pages say of their place, less where it starts; of a
+/// chain the sum of its links.
+class OggLength {
+public:
+    OggLength(MediaBytes& aBytes, const OggLink& aFirst);
+
+    void Measure();
+
+    std::uint64_t GetMicroseconds() const { return mMicroseconds; } ///< 0: not known
+    const char* GetMethod() const { return mMethod; }
+    /// Where the sound of the first link begins in the file; 0 where that was not found.
+    std::uint64_t GetSoundStart() const { return mSoundStart; }
+    bool IsChained() const { return mfChained; }
+
+private:
+    struct Tail;
+
+    Tail ReadTail(const OggLink& aLink, std::uint64_t anEnd) const;
+    std::uint64_t HeldBy(const OggPage& aPage, ByteReader aBody, const OggStream& aStream) const;
+    void FindStart();
+    void Add(const Tail& aTail, std::uint64_t anEnd);
+    bool AddLink(std::uint64_t anEnd);
+    bool PassLink();
+    std::uint64_t FindBorder();
+    bool FindPage(std::uint64_t aPosition, OggPage* aPage) const;
+    void Note(const OggPage& aPage);
+    void Estimate();
+
+    MediaBytes& mBytes;
+    OggLink mLink;            ///< the one that is measured
+    std::uint64_t mStart = 0; ///< of its sound, in microseconds
+    std::uint64_t mMicroseconds = 0;
+    const char* mMethod = "last page";
+    std::uint64_t mSoundStart = 0;
+    bool mfChained = false;
+    std::uint64_t mSeenEnd = 0;  ///< the furthest place whose time is known
+    std::uint64_t mSeenTime = 0; ///< of it, in the link that is measured
+};

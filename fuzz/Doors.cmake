@@ -124,11 +124,13 @@ ez_add_door(ezPlaylists_inside playlist_xspf
 
 set(THUMBNAILS companions/ezThumbnails/detail)
 set(COVER ${THUMBNAILS}/Cover.cpp ${THUMBNAILS}/CoverStreamBytes.cpp ${THUMBNAILS}/GatheredCoverSource.cpp)
+ez_add_door(ezThumbnails_inside cover_aiff ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/ChunkWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_id3
     ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_wav ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/WAVWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside picture
     ${THUMBNAILS}/AreaScaler.cpp ${THUMBNAILS}/JpegDecoder.cpp ${THUMBNAILS}/JpegEncoder.cpp ${THUMBNAILS}/JpegWriter.cpp
     ${THUMBNAILS}/Picture.cpp

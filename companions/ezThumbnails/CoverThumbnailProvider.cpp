@@ -13,7 +13,8 @@
 namespace {
 
 /// FLAC comes before the tag that may stand before it, which others put there.
-constexpr Cover (*kFinders[])(ezStream&) = {FindFLACCover, FindID3Cover, FindMP4Cover, FindOggCover};
+constexpr Cover (*kFinders[])(ezStream&) = {FindFLACCover, FindID3Cover, FindMP4Cover,
+                                            FindOggCover,  FindWAVCover, FindAIFFCover};
 
 /// The file, which notes that it could not be read.
 class LookedThrough : public ezFileStream {

@@ -12,10 +12,6 @@ inline constexpr std::uint64_t kWAV_MaxBytes = std::uint64_t{256} * 1024;
 /// many.
 inline constexpr std::uint32_t kWAV_MaxChunks = 256;
 
-/// By how many bytes a file may differ from a size that was written as 32 bits and lost the rest: what
-/// writers append after it, and what they forget to count.
-inline constexpr std::uint64_t kWAV_WrapSlack = std::uint64_t{64} * 1024;
-
 /// Bytes of the sound that are looked at for a coded stream in place of samples: a burst of AC-3, the longest
 /// of those that occur, repeats after 6144. Where all of them are silence, so many are.
 inline constexpr std::size_t kWAV_DisguiseLookSize = 6144 + 8;

@@ -27,29 +27,29 @@ constexpr const char* kEstimated = "estimate: size and mean rate";
 bool IsCountPlausible(const WAVChunks& aChunks) {
     const WaveFormat& format = aChunks.mFormat;
     if (format.mBlockSamples != 0 && format.mBlockSize != 0) {
-        const std::uint64_t whole = ezSaturating_Add64(aChunks.mSoundSize, format.mBlockSize - 1);
+        const std::uint64_t whole = ezSaturating_Add64(aChunks.mSound.mSize, format.mBlockSize - 1);
         const std::uint64_t most = ISONumber_Scale(whole, format.mBlockSamples, format.mBlockSize);
         return aChunks.mSamples <= most && most - aChunks.mSamples <= 2 * std::uint64_t{format.mBlockSamples};
     }
     if (format.mAverageBytes != 0) {
         const std::uint64_t mean =
-            ISONumber_Scale(aChunks.mSoundSize, format.mSamplingRate, format.mAverageBytes);
+            ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
         return aChunks.mSamples / kWAV_MaxMeanError <= mean && mean / kWAV_MaxMeanError <= aChunks.mSamples;
     }
-    return SoundFacts::IsLengthPlausible(aChunks.mSoundSize, aChunks.mSamples, format.mSamplingRate);
+    return SoundFacts::IsLengthPlausible(aChunks.mSound.mSize, aChunks.mSamples, format.mSamplingRate);
 }
 
 /// The length of sound that is not plain: as it is stated; by its blocks; by its mean rate.
 void MeasureCoded(const WAVChunks& aChunks, SoundFacts& aSound) {
     const WaveFormat& format = aChunks.mFormat;
     const bool fConstant = format.mRate == WaveFormat::Rate::Constant;
-    aSound.SetPackets(aChunks.mSoundSize, format.mBlockSize, format.mBlockSamples);
+    aSound.SetPackets(aChunks.mSound.mSize, format.mBlockSize, format.mBlockSamples);
     if (format.mAverageBytes != 0 && format.mBlockSamples == 0) {
-        aSound.mSamples = ISONumber_Scale(aChunks.mSoundSize, format.mSamplingRate, format.mAverageBytes);
+        aSound.mSamples = ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
         aSound.mBitRate = fConstant ? ISONumber_BitRate(format.mAverageBytes, 1, 1) : 0;
         aSound.mDurationMethod = fConstant ? aSound.mDurationMethod : kEstimated;
     }
-    if (aChunks.mSamples != 0 && !aChunks.mfMeasured && IsCountPlausible(aChunks)) {
+    if (aChunks.mSamples != 0 && !aChunks.mSound.mfMeasured && IsCountPlausible(aChunks)) {
         aSound.mSamples = aChunks.mSamples;
         aSound.mDurationMethod = "header";
     }
@@ -58,8 +58,9 @@ void MeasureCoded(const WAVChunks& aChunks, SoundFacts& aSound) {
 /// The first frame of MPEG audio tells its layer, and whether the stated mean is its own rate.
 void TakeFirstFrame(MediaBytes& aBytes, const WAVChunks& aChunks, SoundFacts& aSound) {
     ByteReader reader(aBytes);
-    reader.Skip(aChunks.mSoundStart);
-    reader = reader.Take(std::min<std::uint64_t>(aChunks.mSoundEnd - aChunks.mSoundStart, reader.GetLeft()));
+    reader.Skip(aChunks.mSound.mStart);
+    reader =
+        reader.Take(std::min<std::uint64_t>(aChunks.mSound.mEnd - aChunks.mSound.mStart, reader.GetLeft()));
     ezMPEGAudioHeader header = {};
     if (!ezMPEGAudioHeader_Read(reader.ReadBig32(), header)) {
         return;
@@ -80,9 +81,9 @@ SoundFacts FactsOf(MediaBytes& aBytes, const WAVChunks& aChunks) {
     sound.mSamplingRate = format.mSamplingRate;
     sound.mChannels = format.mChannels;
     sound.mBitsPerSample = format.mBitsPerSample;
-    sound.mDurationMethod = aChunks.mfMeasured ? kMeasured : "header";
+    sound.mDurationMethod = aChunks.mSound.mfMeasured ? kMeasured : "header";
     if (format.mRate == WaveFormat::Rate::Plain) {
-        sound.SetPackets(aChunks.mSoundSize, format.mBlockSize, 1);
+        sound.SetPackets(aChunks.mSound.mSize, format.mBlockSize, 1);
         return sound;
     }
     MeasureCoded(aChunks, sound);
@@ -98,7 +99,7 @@ void TakeDisguise(MediaBytes& aBytes, const WAVChunks& aChunks, SoundFacts& aSou
     if (format.mTag != kWaveTag_PCM || format.mBitsPerSample != 16 || format.mChannels != 2) {
         return;
     }
-    const WAVDisguise disguise = FindWAVDisguise(aBytes, aChunks.mSoundStart, aChunks.mSoundEnd);
+    const WAVDisguise disguise = FindWAVDisguise(aBytes, aChunks.mSound.mStart, aChunks.mSound.mEnd);
     if (!disguise.mCodec.IsEmpty()) {
         aSound.mCodec = disguise.mCodec;
         aSound.mBitsPerSample = 0;

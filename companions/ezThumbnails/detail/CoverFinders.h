@@ -24,3 +24,10 @@ Cover FindMP4Cover(ezStream& aStream);
 /// Speex, and that of OGM. Text that goes across pages, as that of most covers does, comes in several pieces, with
 /// the page headers left out.
 Cover FindOggCover(ezStream& aStream);
+
+/// WAV and its kin, and AIFF, from the ID3v2 tag in a chunk of theirs, before the sound or after it. Of
+/// several tags the first with a cover counts.
+/// @{
+Cover FindWAVCover(ezStream& aStream);
+Cover FindAIFFCover(ezStream& aStream);
+/// @}

@@ -36,6 +36,9 @@ inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
 /// top, after the box with the cover.
 inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
 
+/// Chunks of a WAV or an AIFF that are stepped over: recorders write a dozen.
+inline constexpr std::uint32_t kCover_MaxChunks = 256;
+
 /// Pages of an Ogg up to the end of the comments, other streams' included: the largest picture in pages of 4
 /// KiB, as low-delay encoders write them, fits.
 inline constexpr std::uint32_t kCover_MaxPages = 3072;

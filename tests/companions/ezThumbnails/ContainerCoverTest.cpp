@@ -59,6 +59,34 @@ TEST(FLACCover, SizesThatLieAreRefused) {
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, lie) + FlacPicture(0, kFront))), kFrontFound);
 }
 
+TEST(ChunkCover, IsThatOfTheFirstTagWithOne) {
+    const std::string tag = ID3(3, 0, Frame23("APIC", Apic(3, kFront)));
+    const std::string bare = ID3(3, 0, Frame23("TIT2", "\0Title"s));
+    const std::string other = ID3(3, 0, Frame23("APIC", Apic(3, Png("other"))));
+    for (const char* const name : {"ID3 ", "id3 "}) {
+        EXPECT_EQ(CoversOf(Wav(WavChunk("fmt ", "form") + WavChunk(name, tag) + WavChunk("data", "sound"))),
+                  kFrontFound);
+        EXPECT_EQ(CoversOf(Aiff(AiffChunk(name, tag) + AiffChunk("SSND", "sound"))), kFrontFound);
+    }
+    const std::string data = WavChunk("data", "sound");
+    EXPECT_EQ(CoversOf(Wav(data + WavChunk("id3 ", bare) + WavChunk("id3 ", tag) + WavChunk("id3 ", other))),
+              kFrontFound);
+    EXPECT_EQ(CoversOf(Wav(data + WavChunk("LIST", "INFO" + tag))), Covers());
+    EXPECT_EQ(CoversOf(Wav(WavChunk("data", WavChunk("id3 ", tag)))), Covers()) << "bytes of the sound";
+    EXPECT_EQ(CoversOf("RIFF" + Little(4 + tag.size() + 8) + "AVI " + WavChunk("id3 ", tag)), Covers());
+    EXPECT_EQ(CoversOf("FORM" + Big(4 + tag.size() + 8, 4) + "8SVX" + AiffChunk("ID3 ", tag)), Covers());
+    // A tag before the file is the cover where its chunks have none.
+    EXPECT_EQ(CoversOf(other + Wav(data)), Covers{"image/png " + Png("other")});
+    for (std::uint32_t count = kCover_MaxChunks - 1; count <= kCover_MaxChunks; ++count) {
+        std::string chunks;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            chunks += WavChunk("junk", "");
+        }
+        EXPECT_EQ(CoversOf(Wav(chunks + WavChunk("id3 ", tag))),
+                  count < kCover_MaxChunks ? kFrontFound : Covers());
+    }
+}
+
 TEST(MP4Cover, IsFoundWhereverTheBoxOfTheFilmLies) {
     const std::string moov = Moov(DataBox(13, kFront));
     EXPECT_EQ(CoversOf(Ftyp() + moov + Box("mdat", "samples")), kFrontFound);

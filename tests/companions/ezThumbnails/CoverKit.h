@@ -73,6 +73,24 @@ inline std::string Moov(const std::string& aCovr) {
                            Box("udta", Box("meta", Big(0, 4) + handler + Box("free", "") + list)));
 }
 
+// --- WAV and AIFF ---
+
+/// A chunk with its stuffing, unless it is the last.
+inline std::string WavChunk(const std::string& aName, const std::string& aContent) {
+    return aName + Little(aContent.size()) + aContent +
+           std::string(aName == "data" ? aContent.size() % 2 : 0, '\0');
+}
+inline std::string Wav(const std::string& aChunks) {
+    return "RIFF" + Little(aChunks.size() + 4) + "WAVE" + aChunks;
+}
+inline std::string AiffChunk(const std::string& aName, const std::string& aContent) {
+    return aName + Big(aContent.size(), 4) + aContent +
+           std::string(aName == "SSND" ? aContent.size() % 2 : 0, '\0');
+}
+inline std::string Aiff(const std::string& aChunks) {
+    return "FORM" + Big(aChunks.size() + 4, 4) + "AIFF" + aChunks;
+}
+
 // --- Ogg ---
 
 inline std::string VorbisHead(unsigned aSerial) {

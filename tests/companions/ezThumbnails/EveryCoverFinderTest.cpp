@@ -6,7 +6,8 @@
 
 namespace {
 
-constexpr CoverFinder kFinders[] = {FindID3Cover, FindFLACCover, FindMP4Cover, FindOggCover};
+constexpr CoverFinder kFinders[] = {FindID3Cover, FindFLACCover, FindMP4Cover,
+                                    FindOggCover, FindWAVCover,  FindAIFFCover};
 
 struct Sample {
     const char* mName;
@@ -19,6 +20,7 @@ std::vector<Sample> Samples() {
     const std::string picture = Jpeg("front");
     const std::string back = Png("back");
     const std::string block = PictureOfFlac(3, Jpeg(std::string(200, 'x')));
+    const std::string tag = ID3(3, 0, Frame23("APIC", Apic(3, picture)));
     std::string pages = VorbisHead(7);
     for (const std::string& page : OggPages(7, "\x03vorbis" + Comments({PictureComment(block)}), 255)) {
         pages += page;
@@ -53,6 +55,12 @@ std::vector<Sample> Samples() {
          VorbisHead(7) +
              OggPage(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, picture))}), true)},
         {"Ogg across pages", FindOggCover, pages},
+        {"WAV", FindWAVCover, Wav(WavChunk("data", "sound") + WavChunk("id3 ", tag))},
+        {"RF64", FindWAVCover,
+         "RF64" + Little(0xFFFFFFFF) + "WAVE" +
+             WavChunk("ds64", Little(0, 8) + Little(6, 8) + Little(0, 8) + Little(0)) + "data" +
+             Little(0xFFFFFFFF) + "sounds" + WavChunk("ID3 ", tag)},
+        {"AIFF", FindAIFFCover, Aiff(AiffChunk("SSND", "sound") + AiffChunk("ID3 ", tag))},
     };
 }
 

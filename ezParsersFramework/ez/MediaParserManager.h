@@ -12,6 +12,7 @@ class DLNAMediaMapperParser;
 class ezMediaInfo;
 class ezMediaParserStream;
 class ezMimeTypesDotIniParser;
+class ezParseObserver;
 struct ezCustomHashTable;
 struct ezPropertyList;
 
@@ -77,6 +78,10 @@ public:
     /// "mDLNAMediaMapperParser == NULL" and changes nothing.
     void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
 
+    /// Has an observer told what requests do and why, from the next one on; null for nobody, as at first. It
+    /// is borrowed, and must outlive its last request. Set it between requests.
+    void SetObserver(ezParseObserver* anObserver) { mObserver = anObserver; }
+
     /// The parser that AddStandardParsers added, owned by the manager; null before.
     ezMimeTypesDotIniParser* GetMimeTypesDotIniParser() const { return mMimeTypesDotIniParser; }
 
@@ -118,4 +123,6 @@ protected:
 private:
     /// Marks a parser as tried in this request; false when it was already.
     bool BeginParser(const ezBaseParser* aParser);
+
+    ezParseObserver* mObserver = nullptr; ///< borrowed; null for nobody
 };

@@ -31,6 +31,7 @@
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ez/ParseObserver.h"
 #include "ez/PictureThumbnailProvider.h"
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserEntry.h"
@@ -169,9 +170,11 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezIndirectThumbnailProvider,     32, 8,   16, 4),
     EZ_CLASS(LPCMParser,                      64, 8,   40, 4),
     EZ_CLASS(ezMediaParser,                   64, 8,   40, 4),
-    EZ_CLASS(ezMediaParserManager,            80, 8,   40, 4),
+    EZ_CLASS(ezMediaParserManager,            88, 8,   44, 4),
     EZ_CLASS(ezMediaParserStream,           8312, 8, 8296, 8),
     EZ_CLASS(ezMimeTypesDotIniParser,         96, 8,   56, 4),
+    EZ_CLASS(ezFactSource,                    24, 8,   12, 4),
+    EZ_CLASS(ezParseObserver,                  8, 8,    4, 4),
     EZ_CLASS(ezPictureThumbnailProvider,      24, 8,   12, 4),
     EZ_CLASS(PlaylistParser,                 104, 8,   68, 4),
     EZ_CLASS(PlaylistParserEntry,            128, 8,  104, 8),

@@ -1,5 +1,4 @@
 #include "Announce.h"
-#include "host/ProtocolInfos.h"
 #include "support/TemporaryFolder.h"
 
 #include "ezPlatform/dlna/ProtocolInfo.h"
@@ -185,10 +184,4 @@ TEST(Capabilities, InLinkProtectedFormAreTheSameOnesWellFormed) {
     EXPECT_EQ(LinesOf(WithMapper({"capabilities", "--dtcp"}).mOut).back(),
               R"(http-get:*:application/x-dtcp1;CONTENTFORMAT="video/mpeg":)"
               R"(DLNA.ORG_PN=DTCP_MPEG_PS_PAL;DLNA.ORG_PS=-2,2,4)");
-}
-
-TEST(Capabilities, ArePartedOutsideQuotesOnly) {
-    EXPECT_EQ(ProtocolInfosOf(R"(a/x;c="b/y,1":*,a/z;c="q\"r\,s":P,a/w)"),
-              (Lines{R"(http-get:*:a/x;c="b/y,1":*)", R"(http-get:*:a/z;c="q\"r,s":P)", "http-get:*:a/w:*"}));
-    EXPECT_EQ(ProtocolInfosOf(R"(a/x;c="b,a/y:*)"), (Lines{R"(http-get:*:a/x;c="b:*)", "http-get:*:a/y:*"}));
 }

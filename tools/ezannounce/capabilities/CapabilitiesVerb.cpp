@@ -2,9 +2,10 @@
 
 #include "arguments/Arguments.h"
 #include "host/Host.h"
-#include "host/ProtocolInfos.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
+
+#include "ezHosting/ProtocolInfos.h"
 
 int RunCapabilities(const Arguments& anArguments, Host& aHost, Console& aConsole) {
     HostManager& manager = aHost.GetManager();

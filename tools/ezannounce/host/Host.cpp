@@ -2,14 +2,14 @@
 
 #include "host/Explanation.h"
 #include "host/MapperAnswer.h"
-#include "host/ProtocolInfos.h"
 #include "host/RefusalLog.h"
-#include "host/TypesTableParser.h"
 #include "host/Unreadable.h"
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
 #include "ezFormats/FormatParsers.h"
+#include "ezHosting/ProtocolInfos.h"
+#include "ezHosting/TypesTableParser.h"
 #include "ezPlatform/containers/PtrList.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "host/ProtocolInfos.h"
+#include "ezHosting/ProtocolInfos.h"
 
 namespace {
 

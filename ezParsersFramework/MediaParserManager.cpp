@@ -1,5 +1,7 @@
 #include "ez/MediaParserManager.h"
 
+#include "detail/ParseReporter.h"
+
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
@@ -69,10 +71,11 @@ void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
 
 /// Tries those parsers of a list, which may be null, for which aIsWanted(parser) is true, in their order,
 /// each from the place where the stream stands. The first answer is the result.
-/// @param aWinner  what the message calls the parser that answers
+/// @param aReporter  null when nobody observes
+/// @param aWinner    what the message calls the parser that answers
 template <typename IsWanted>
-ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream, const char* aWinner,
-                        const IsWanted& aIsWanted) {
+ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream, ParseReporter* aReporter,
+                        const char* aWinner, const IsWanted& aIsWanted) {
     // By index, up to the size at the start: a parser may add others while the list is walked.
     const std::size_t count = aList != nullptr ? aList->size() : 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -81,7 +84,13 @@ ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream,
             continue;
         }
         const ezuint64 position = aStream.Tell();
+        if (aReporter != nullptr) {
+            aReporter->ParserBegan(*parser, nullptr);
+        }
         ezMediaInfo* info = parser->Parse(aStream);
+        if (aReporter != nullptr) {
+            aReporter->ParserEnded(*parser, info);
+        }
         if (info != nullptr) {
             ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: %s: %s\n", aWinner, parser->GetType().c_str());
         }
@@ -179,10 +188,39 @@ bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
     return true;
 }
 
+bool ezMediaParserManager::MayBeAsked() const {
+    return ezAssert(mReporter == nullptr || !mReporter->IsTelling(), "!IsTelling()", "MediaParserManager");
+}
+
+void ezMediaParserManager::SetObserver(ezParseObserver* anObserver) {
+    if (!MayBeAsked() || !ezAssert(mReporter == nullptr || !mReporter->IsInRequest(), "!IsInRequest()",
+                                   "MediaParserManager")) {
+        return;
+    }
+    mReporter = anObserver != nullptr ? std::make_unique<ParseReporter>(*anObserver) : nullptr;
+}
+
+void ezMediaParserManager::TellRefusal(const ezBaseParser& aParser, ezParseRefusal aCause,
+                                       const char* aText) {
+    if (mReporter != nullptr && MayBeAsked()) {
+        mReporter->ParserRefused(aParser, aCause, aText != nullptr ? aText : "");
+    }
+}
+
 ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
+        return nullptr;
+    }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Parsing type: %s\n", aType.c_str());
-    ezMediaInfo* info = TryParsers(ParserListFromType(aType, false), aStream, "Winner",
+    const ezParserList* const list = ParserListFromType(aType, false);
+    if (mReporter != nullptr) {
+        mReporter->TypeBegan(aType.c_str());
+    }
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter.get(), "Winner",
                                    [this](const ezBaseParser* aParser) { return BeginParser(aParser); });
+    if (mReporter != nullptr) {
+        mReporter->TypeEnded(aType.c_str(), list != nullptr, info != nullptr);
+    }
     if (info != nullptr) {
         return info;
     }
@@ -191,12 +229,33 @@ ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMedia
 }
 
 ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
+        return nullptr;
+    }
+    if (mReporter != nullptr) {
+        mReporter->RequestBegan(ezParseRequest::Identify, &aStream, nullptr);
+    }
+    ezMediaInfo* info = Identify(aStream);
+    if (mReporter != nullptr) {
+        mReporter->RequestEnded(ezParseRequest::Identify, info);
+    }
+    return info;
+}
+
+ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
     mDoneParsers.erase();
-    ezMediaInfo* info = MediaMapperValidate(aStream, ParseFromType("*", aStream));
+    ezMediaInfo* info = ParseFromType("*", aStream);
+    if (mReporter != nullptr && info != nullptr) {
+        mReporter->Stated(*info, ezParseStep::Parser); // of a host that overrides ParseFromType
+    }
+    info = MediaMapperValidate(aStream, info);
     if (info == nullptr) {
         return nullptr;
     }
     aStream.CopyInfo(info);
+    if (mReporter != nullptr) {
+        mReporter->Stated(*info, ezParseStep::Stream);
+    }
     // This message alone names the class without its prefix.
     ezLog_F(EZLOGLEVEL_DEBUG,
             "MediaParserManager: Parsed: Title: %s, Creator: %s, Genre: %s, Album: %s, Other: %s\n",
@@ -211,13 +270,22 @@ ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
 }
 
 ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream) {
-    const ezParserList* list = ParserListFromMimeType(aMimeType, false);
-    if (list == nullptr) {
+    if (!MayBeAsked()) {
         return nullptr;
     }
-    mDoneParsers.erase();
-    return TryParsers(list, aStream, "Cover Art Winner",
-                      [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
+    if (mReporter != nullptr) {
+        mReporter->RequestBegan(ezParseRequest::CoverArt, &aStream, nullptr);
+    }
+    const ezParserList* list = ParserListFromMimeType(aMimeType, false);
+    if (list != nullptr) {
+        mDoneParsers.erase();
+    }
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter.get(), "Cover Art Winner",
+                                   [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
+    if (mReporter != nullptr) {
+        mReporter->RequestEnded(ezParseRequest::CoverArt, info);
+    }
+    return info;
 }
 
 ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo) {
@@ -225,15 +293,22 @@ ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStr
         return anInfo;
     }
     ezMediaInfo* mapped = mDLNAMediaMapperParser->Parse(aStream);
+    if (mReporter != nullptr) {
+        mReporter->MediaMapperAsked(mDLNAMediaMapperParser->FindEntry(aStream));
+    }
     if (mapped == nullptr) {
         return anInfo;
     }
     if (anInfo == nullptr) {
         ezLog_F(EZLOGLEVEL_INFO, "ezMediaParserManager: Using media mapper\n");
-        return mapped;
+        anInfo = mapped;
+    } else {
+        MergeMapped(*anInfo, *mapped);
+        delete mapped;
     }
-    MergeMapped(*anInfo, *mapped);
-    delete mapped;
+    if (mReporter != nullptr) {
+        mReporter->Mapped(*anInfo);
+    }
     return anInfo;
 }
 
@@ -276,26 +351,56 @@ ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
 }
 
 bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo) {
+    if (!MayBeAsked()) {
+        return false;
+    }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Ajusting dlna info from type: %s\n", aType.c_str());
     const ezParserList* list = ParserListFromType(aType, false);
     if (!ezAssert(aType.Compare("*") != 0, "aType.Compare(\"*\") != 0", "MediaParserManager")) {
         return false;
     }
     const std::size_t count = list != nullptr && anInfo != nullptr ? list->size() : 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        ezBaseParser* parser = (*list)[i];
-        if (BeginParser(parser) && parser->AdjustDLNAInfo(anInfo)) {
-            ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (success)\n");
-            return true;
-        }
+    if (mReporter != nullptr) {
+        mReporter->TypeBegan(aType.c_str());
     }
-    ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (failed)\n");
-    return false;
+    bool fAdjusted = false;
+    for (std::size_t i = 0; i < count && !fAdjusted; ++i) {
+        ezBaseParser* parser = (*list)[i];
+        fAdjusted = BeginParser(parser) && Adjust(*parser, *anInfo);
+    }
+    if (mReporter != nullptr) {
+        mReporter->TypeEnded(aType.c_str(), count != 0, fAdjusted);
+    }
+    ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (%s)\n",
+            fAdjusted ? "success" : "failed");
+    return fAdjusted;
+}
+
+bool ezMediaParserManager::Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo) {
+    if (mReporter != nullptr) {
+        mReporter->ParserBegan(aParser, &anInfo);
+    }
+    const bool fAdjusted = aParser.AdjustDLNAInfo(&anInfo);
+    if (mReporter != nullptr) {
+        mReporter->AdjusterEnded(aParser, anInfo, fAdjusted);
+    }
+    return fAdjusted;
 }
 
 bool ezMediaParserManager::AdjustDLNAInfo(ezMediaInfo* anInfo) {
+    if (!MayBeAsked()) {
+        return false;
+    }
     const bool fHasStandardParser =
         ezAssert(mMimeTypesDotIniParser != nullptr, "mMimeTypesDotIniParser != NULL", "MediaParserManager");
     mDoneParsers.erase();
-    return fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
+    if (mReporter != nullptr) {
+        mReporter->RequestBegan(ezParseRequest::Adjust, nullptr, anInfo);
+    }
+    const bool fAdjusted =
+        fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
+    if (mReporter != nullptr) {
+        mReporter->RequestEnded(ezParseRequest::Adjust, fAdjusted ? anInfo : nullptr);
+    }
+    return fAdjusted;
 }

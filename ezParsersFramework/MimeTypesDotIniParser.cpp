@@ -2,6 +2,7 @@
 
 #include "detail/BitRates.h"
 #include "detail/FirstString.h"
+#include "detail/ParseReporter.h"
 
 #include "ez/DLNAFileParser.h"
 #include "ez/Environment.h"
@@ -13,6 +14,7 @@
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -55,6 +57,53 @@ ezMediaInfo* NewInfoFromEntry(const Entry& anEntry) {
     return info;
 }
 
+/// What must hold of a stream for a pass to be made.
+enum class Needs { Nothing, MimeType, Extension, NoExtension };
+
+/// The entries that a pass walks.
+enum class Walks { All, OfMimeType, OfExtension };
+
+struct Pass {
+    ezParsePass mPass;
+    int mOption; ///< the pass is made with this one alone; 0 for always
+    Needs mNeeds;
+    Walks mWalks;
+    /// Made after a walk over all entries too, as the last entry alone makes a record.
+    bool mfMakesRecord;
+};
+
+/// In their order. The first to answer is the last to be made, and after a walk over all entries none but the
+/// one that makes a record.
+constexpr std::array<Pass, 5> kPasses = {{
+    {ezParsePass::AllFirst, kParseOption_ParseWithAllParserEverytime, Needs::Nothing, Walks::All, false},
+    {ezParsePass::MimeType, 0, Needs::MimeType, Walks::OfMimeType, false},
+    {ezParsePass::NoExtension, kParseOption_ParseWithAllParserIfNoExtension, Needs::NoExtension, Walks::All,
+     false},
+    {ezParsePass::Failed, kParseOption_ParseWithAllParserIfFailed, Needs::Nothing, Walks::All, false},
+    {ezParsePass::Extension, 0, Needs::Extension, Walks::OfExtension, true},
+}};
+
+bool IsMet(Needs aNeeds, const ezCString& anExtension, const ezCString& aMimeType) {
+    switch (aNeeds) {
+    case Needs::MimeType:
+        return !aMimeType.IsEmpty();
+    case Needs::Extension:
+        return !anExtension.IsEmpty();
+    case Needs::NoExtension:
+        return anExtension.IsEmpty();
+    case Needs::Nothing:
+        break;
+    }
+    return true;
+}
+
+ezPtrList* EntriesOf(ExtensionMimeTypeMatcher& aMatcher, Walks aWalks, const ezCString& anExtension,
+                     const ezCString& aMimeType) {
+    return aWalks == Walks::OfMimeType    ? aMatcher.EntriesFromMimeType(aMimeType)
+           : aWalks == Walks::OfExtension ? aMatcher.EntriesFromExtension(anExtension)
+                                          : aMatcher.AllEntries();
+}
+
 } // namespace
 
 ezMimeTypesDotIniParser::ezMimeTypesDotIniParser(const ezCString& aReadOnlyConfigPath,
@@ -74,7 +123,6 @@ ezMimeTypesDotIniParser::~ezMimeTypesDotIniParser() {
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
-    ExtensionMimeTypeMatcher& matcher = *mExtensionMimeTypeMatcher;
     ezCString extension;
     ezCString mimeType;
     {
@@ -83,28 +131,30 @@ ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
         extension = known.GetCString(kezInfo_FileExtension, "");
         mimeType = known.GetCString(kezInfo_MimeType, "");
     }
+    ParseReporter* const reporter = Reporter();
     ezMediaInfo* info = nullptr;
     bool fAllTried = false;
-    if ((mParseOptions & kParseOption_ParseWithAllParserEverytime) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-        fAllTried = true;
-    }
-    if (info == nullptr && !fAllTried && !mimeType.IsEmpty()) {
-        info = ParseFromEntries(matcher.EntriesFromMimeType(mimeType), aStream, false);
-    }
-    if (info == nullptr && !fAllTried && extension.IsEmpty() &&
-        (mParseOptions & kParseOption_ParseWithAllParserIfNoExtension) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-        fAllTried = true;
-    }
-    if (info == nullptr && !fAllTried && (mParseOptions & kParseOption_ParseWithAllParserIfFailed) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-    }
-    // Also after all entries were tried: this pass alone may make a record of the entry.
-    if (info == nullptr && !extension.IsEmpty()) {
-        info = ParseFromEntries(matcher.EntriesFromExtension(extension), aStream, true);
+    for (const Pass& pass : kPasses) {
+        const bool fChosen = pass.mOption == 0 || (mParseOptions & pass.mOption) != 0;
+        if (info != nullptr || !fChosen || (fAllTried && !pass.mfMakesRecord) ||
+            !IsMet(pass.mNeeds, extension, mimeType)) {
+            continue;
+        }
+        if (reporter != nullptr) {
+            reporter->PassBegan(pass.mPass);
+        }
+        info = ParseFromEntries(EntriesOf(*mExtensionMimeTypeMatcher, pass.mWalks, extension, mimeType),
+                                aStream, pass.mfMakesRecord);
+        fAllTried = fAllTried || pass.mWalks == Walks::All;
+        if (reporter != nullptr) {
+            reporter->PassEnded(pass.mPass, info != nullptr);
+        }
     }
     return info;
+}
+
+ParseReporter* ezMimeTypesDotIniParser::Reporter() const {
+    return mManager != nullptr ? mManager->mReporter.get() : nullptr;
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromTypes(ezPtrList* aTypes, ezMediaParserStream& aStream) {
@@ -126,71 +176,121 @@ ezMediaInfo* ezMimeTypesDotIniParser::TryEntry(const Entry& anEntry, ezMediaPars
     ezMediaInfo* const info = ParseFromTypes(anEntry.mTypes, aStream);
     mEntryInTrial = outerEntry;
     mStreamInTrial = outerStream;
+    ParseReporter* const reporter = Reporter();
+    if (reporter != nullptr && info != nullptr) {
+        reporter->Stated(*info, ezParseStep::Parser); // of a host that overrides ParseFromType
+    }
     return info;
 }
 
 bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo) {
     ezMediaInfo* named = DLNAFileParser(mEnvironmentInfo).Parse(aStream);
+    ParseReporter* const reporter = Reporter();
+    if (reporter != nullptr) {
+        reporter->TestFileNameAsked(named);
+    }
     if (named == nullptr) {
         return false;
     }
     if (anInfo == nullptr) {
         anInfo = named;
-        return true;
+    } else {
+        anInfo->Set(kezInfo_DLNA, named->GetCString(kezInfo_DLNA, ""), true);
+        anInfo->Set(kezInfo_MimeType, named->GetCString(kezInfo_MimeType, ""), true);
+        delete named;
     }
-    anInfo->Set(kezInfo_DLNA, named->GetCString(kezInfo_DLNA, ""), true);
-    anInfo->Set(kezInfo_MimeType, named->GetCString(kezInfo_MimeType, ""), true);
-    delete named;
+    if (reporter != nullptr) {
+        reporter->Stated(*anInfo, ezParseStep::TestFileName);
+    }
     return true;
 }
 
 void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntry) {
+    ParseReporter* const reporter = Reporter();
     if (!anInfo.Has(kezInfo_MimeType)) {
         anInfo.Set(kezInfo_MimeType, FirstString(anEntry.mMimeTypes), true);
     }
     if (!anInfo.Has(kezInfo_ClassName)) {
         anInfo.Set(kezInfo_ClassName, FirstString(anEntry.mUPnPClasses), true);
     }
+    if (reporter != nullptr) {
+        reporter->Stated(anInfo, ezParseStep::EntryNames, &anEntry);
+    }
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
         anInfo.Set(kezInfo_FileExtension, MimeTypeToFileExtension(anInfo.GetCString(kezInfo_MimeType, "")),
                    true);
     }
+    if (reporter != nullptr) {
+        reporter->Stated(anInfo, ezParseStep::TypesExtension);
+    }
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
                                                        bool afForceCreateMediaInfo) {
+    ParseReporter* const reporter = Reporter();
     const uint32 context = GetCTTContext();
-    ezMediaInfo* info = nullptr;
-    Entry* entry = nullptr;
-    bool fTestFile = false;
-    for (Entry* candidate : ezItems<Entry>(anEntries)) {
-        entry = candidate;
-        info = TryEntry(*entry, aStream);
-        if (context == kProperty_CTTContext_NameDecides || (info == nullptr && context != 0)) {
-            fTestFile = ConsultTestFileName(aStream, info);
+    const std::size_t count = ezPtrList_GetCount(anEntries);
+    std::size_t walked = 0;
+    for (Entry* entry : ezItems<Entry>(anEntries)) {
+        if (reporter != nullptr) {
+            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
         }
-        if (info != nullptr) {
-            break;
+        const bool fLast = ++walked == count;
+        ezMediaInfo* info = nullptr;
+        const ezEntryResult result =
+            ParseFromEntry(*entry, aStream, context, afForceCreateMediaInfo && fLast, info);
+        if (reporter != nullptr) {
+            reporter->EntryEnded(*entry, result);
+        }
+        if (result != ezEntryResult::Declined) {
+            return info;
         }
     }
-    if (info == nullptr) {
+    return nullptr;
+}
+
+ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaParserStream& aStream,
+                                                      uint32 aContext, bool afAlone, ezMediaInfo*& anInfo) {
+    ParseReporter* const reporter = Reporter();
+    const bool fNameDecides = aContext == kProperty_CTTContext_NameDecides;
+    anInfo = TryEntry(anEntry, aStream);
+    const bool fTestFile =
+        (fNameDecides || (anInfo == nullptr && aContext != 0)) && ConsultTestFileName(aStream, anInfo);
+    if (anInfo == nullptr) {
         // Before the exclusion test: an excluded entry that stands last makes a record too.
-        return afForceCreateMediaInfo && entry != nullptr ? NewInfoFromEntry(*entry) : nullptr;
+        anInfo = afAlone ? NewInfoFromEntry(anEntry) : nullptr;
+        if (anInfo == nullptr) {
+            return ezEntryResult::Declined;
+        }
+        if (reporter != nullptr) {
+            reporter->Stated(*anInfo, ezParseStep::EntryAlone, &anEntry);
+        }
+        return ezEntryResult::MadeRecord;
     }
-    if (mExtensionMimeTypeMatcher->IsExcludedEntry(entry)) {
-        delete info;
-        return nullptr;
+    if (mExtensionMimeTypeMatcher->IsExcludedEntry(&anEntry)) {
+        if (reporter != nullptr) {
+            reporter->Dropped(*anInfo);
+        }
+        delete std::exchange(anInfo, nullptr);
+        return ezEntryResult::Excluded;
     }
-    if (context == kProperty_CTTContext_NameDecides && fTestFile) {
-        info->Set(kezInfo_BitRate, 0, true);
-        info->Set(kezInfo_MaxBitRate, 0, true);
-        info->Set(kezInfo_EstimatedBitRate, 0, true);
+    Complete(*anInfo, anEntry, fNameDecides && fTestFile);
+    return ezEntryResult::Won;
+}
+
+void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& anEntry, bool afRatesCleared) {
+    if (afRatesCleared) {
+        anInfo.Set(kezInfo_BitRate, 0, true);
+        anInfo.Set(kezInfo_MaxBitRate, 0, true);
+        anInfo.Set(kezInfo_EstimatedBitRate, 0, true);
     } else {
-        CompleteBitRates(*info);
+        CompleteBitRates(anInfo);
     }
-    FillNames(*info, *entry);
-    return info;
+    if (ParseReporter* const reporter = Reporter()) {
+        reporter->Stated(anInfo, ezParseStep::BitRates);
+    }
+    FillNames(anInfo, anEntry);
 }
 
 ezCString ezMimeTypesDotIniParser::GetDLNAInfo() {
@@ -213,12 +313,28 @@ bool ezMimeTypesDotIniParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
             entries = mExtensionMimeTypeMatcher->EntriesFromExtension(extension);
         }
     }
-    return AdjustDLNAInfoFromEntries(entries, anInfo);
+    ParseReporter* const reporter = Reporter();
+    if (reporter != nullptr) {
+        reporter->PassBegan(ezParsePass::Adjust);
+    }
+    const bool fAdjusted = AdjustDLNAInfoFromEntries(entries, anInfo);
+    if (reporter != nullptr) {
+        reporter->PassEnded(ezParsePass::Adjust, fAdjusted);
+    }
+    return fAdjusted;
 }
 
 bool ezMimeTypesDotIniParser::AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo) {
-    for (const Entry* entry : ezItems<Entry>(anEntries)) {
-        if (AdjustDLNAInfoFromTypes(entry->mTypes, anInfo)) {
+    ParseReporter* const reporter = Reporter();
+    for (Entry* entry : ezItems<Entry>(anEntries)) {
+        if (reporter != nullptr) {
+            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
+        }
+        const bool fAdjusted = AdjustDLNAInfoFromTypes(entry->mTypes, anInfo);
+        if (reporter != nullptr) {
+            reporter->EntryEnded(*entry, fAdjusted ? ezEntryResult::Won : ezEntryResult::Declined);
+        }
+        if (fAdjusted) {
             return true;
         }
     }

@@ -65,7 +65,9 @@ enum class ezParseStep {
 /// Where a fact of the record that a caller gets is from. What it refers to is borrowed for the call.
 struct ezFactSource {
     ezParseStep mStep;
-    const ezBaseParser* mParser;                 ///< for ezParseStep::Parser, else null
+    /// For ezParseStep::Parser, else null; null too where a manager of the host's own answered for its
+    /// parsers.
+    const ezBaseParser* mParser;
     const ExtensionMimeTypeMatcherEntry* mEntry; ///< for EntryAlone and EntryNames, else null
 };
 
@@ -81,6 +83,7 @@ struct ezFactSource {
 /// then the assertion "!IsTelling()", and answer like a request that found nothing, or change nothing.
 ///
 /// A parser that has the manager identify another stream begins a request within the one that it is part of.
+/// What a host asks of ezMediaParserManager::ParseFromType itself belongs to no request and is not told.
 class EZPARSERS_API ezParseObserver {
 public:
     ezParseObserver() = default;

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "detail/FactLedger.h"
+
+#include "ez/ParseObserver.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+/// What stands between a manager and its observer: it is told each step of a request, passes it on, and keeps
+/// the ledgers by which it says in the end who stated what. A manager that nobody observes has none.
+///
+/// Steps outside a request, as of a host that calls ParseFromType itself, are told to nobody. Ledgers live
+/// with the trial of a parser: when it declines, those of all records that came about in it go, and when it
+/// answers, all but that of its record, since a later record may have the address of one that is gone.
+class ParseReporter {
+public:
+    /// The observer is borrowed.
+    explicit ParseReporter(ezParseObserver& anObserver) : mObserver(anObserver) {}
+
+    bool IsTelling() const { return mfTelling; }
+    bool IsInRequest() const { return !mScopes.empty(); }
+
+    /// @param anAdjusted  for ezParseRequest::Adjust the record, else null
+    void RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream,
+                      const ezMediaInfo* anAdjusted);
+    void RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anInfo);
+
+    void PassBegan(ezParsePass aPass) { Tell(&ezParseObserver::PassBegan, aPass); }
+    void PassEnded(ezParsePass aPass, bool afAnswered) {
+        Tell(&ezParseObserver::PassEnded, aPass, afAnswered);
+    }
+
+    void EntryBegan(const ExtensionMimeTypeMatcherEntry& anEntry, bool afExcluded) {
+        Tell(&ezParseObserver::EntryBegan, anEntry, afExcluded);
+    }
+    void EntryEnded(const ExtensionMimeTypeMatcherEntry& anEntry, ezEntryResult aResult) {
+        Tell(&ezParseObserver::EntryEnded, anEntry, aResult);
+    }
+
+    void TypeBegan(const char* aType);
+    /// @param afAny  a parser of the type is registered
+    void TypeEnded(const char* aType, bool afAny, bool afAnswered);
+
+    /// @param anAdjusted  the record that the parser is to adjust; null where it parses
+    void ParserBegan(const ezBaseParser& aParser, const ezMediaInfo* anAdjusted);
+    void ParserEnded(const ezBaseParser& aParser, const ezMediaInfo* anInfo);
+    void AdjusterEnded(const ezBaseParser& aParser, const ezMediaInfo& anInfo, bool afAdjusted);
+    void ParserRefused(const ezBaseParser& aParser, ezParseRefusal aCause, const char* aText) {
+        Tell(&ezParseObserver::ParserRefused, aParser, aCause, aText);
+    }
+
+    void TestFileNameAsked(const ezMediaInfo* anInfo) { Tell(&ezParseObserver::TestFileNameAsked, anInfo); }
+    void MediaMapperAsked(const DLNAMediaMapperEntry* anEntry) {
+        Tell(&ezParseObserver::MediaMapperAsked, anEntry);
+    }
+
+    /// A step has written to a record, or made it.
+    /// @param anEntry  for the steps that have one
+    void Stated(const ezMediaInfo& anInfo, ezParseStep aStep,
+                const ExtensionMimeTypeMatcherEntry* anEntry = nullptr);
+    /// The media mapper has written to a record, or made it.
+    void Mapped(const ezMediaInfo& anInfo);
+    /// A record is thrown away.
+    void Dropped(const ezMediaInfo& anInfo);
+
+private:
+    /// What has begun and not ended: a request, a type, or the trial of a parser.
+    struct Scope {
+        std::size_t mFirstLedger;    ///< of the request or trial; what stands before is of those around it
+        const ezBaseParser* mParser; ///< in whose trial this is; null in none of this request
+        bool mfTried;                ///< a parser was tried in it
+    };
+
+    template <typename... Parameters, typename... Arguments>
+    void Tell(void (ezParseObserver::*anOperation)(Parameters...), Arguments&&... aArguments) {
+        if (IsInRequest()) {
+            mfTelling = true;
+            (mObserver.*anOperation)(aArguments...);
+            mfTelling = false;
+        }
+    }
+
+    void Begin(const Scope& aScope) { mScopes.push_back(aScope); }
+    void EndTrial();
+    FactLedger* Find(const ezMediaInfo& anInfo);
+    /// A new one where there is none.
+    FactLedger& LedgerOf(const ezMediaInfo& anInfo);
+
+    ezParseObserver& mObserver;
+    bool mfTelling = false;
+    std::vector<Scope> mScopes;       ///< the innermost last
+    std::vector<FactLedger> mLedgers; ///< in the order in which their records were first seen
+};

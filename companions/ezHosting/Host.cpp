@@ -41,7 +41,8 @@ std::unique_ptr<ezMediaInfo> ezHost::Identify(ezMediaParserStream& aStream) {
     }
     mParts->mError.clear();
     const bool fOpened = aStream.Open();
-    if (!fOpened || !aStream.Seek(0, ezMediaParserStream::SeekFromStart, false)) {
+    const bool fAtStart = aStream.Tell() == 0U || aStream.Seek(0, ezMediaParserStream::SeekFromStart, false);
+    if (!fOpened || !fAtStart) {
         mParts->mError = ShownPath(aStream.GetFullPath().View()) +
                          (fOpened ? ": cannot be read from its start" : ": cannot be opened");
         return nullptr;

@@ -1,5 +1,6 @@
 #include "ezHosting/HostFolders.h"
 
+#include "ezHosting/detail/FolderSearch.h"
 #include "ezHosting/detail/InstalledFolder.h"
 #include "ezHosting/detail/Places.h"
 
@@ -32,12 +33,12 @@ void ReadConfigPath(ezHostFolders& aFolders) {
 }
 
 /// The read-only folder where nobody names one.
-std::string FindReadOnly(ezHostFolders& aFolders) {
+std::string FindReadOnly(const std::string& anInstalledFolder, ezHostFolders& aFolders) {
     if (LookIn(kWorkingFolder, aFolders)) {
         return kWorkingFolder;
     }
-    const std::string installed = InstalledFolder();
-    return !installed.empty() && LookIn(installed, aFolders) ? installed : kWorkingFolder;
+    const bool fInstalled = !anInstalledFolder.empty() && LookIn(anInstalledFolder, aFolders);
+    return fInstalled ? anInstalledFolder : kWorkingFolder;
 }
 
 /// Whether a place has been looked at.
@@ -58,6 +59,11 @@ bool ezHostFolders::HasTable() const {
 }
 
 ezHostFolders FindHostFolders(std::string_view aConfigFolder, std::string_view aStateFolder) {
+    return SearchHostFolders(aConfigFolder, aStateFolder, InstalledFolder());
+}
+
+ezHostFolders SearchHostFolders(std::string_view aConfigFolder, std::string_view aStateFolder,
+                                const std::string& anInstalledFolder) {
     ezHostFolders folders;
     folders.mReadOnly = aConfigFolder;
     folders.mWritable = aConfigFolder;
@@ -65,7 +71,7 @@ ezHostFolders FindHostFolders(std::string_view aConfigFolder, std::string_view a
         ReadConfigPath(folders);
     }
     if (folders.mReadOnly.empty()) {
-        folders.mReadOnly = FindReadOnly(folders);
+        folders.mReadOnly = FindReadOnly(anInstalledFolder, folders);
     } else {
         LookIn(folders.mReadOnly, folders);
     }

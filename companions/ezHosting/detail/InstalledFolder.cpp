@@ -9,8 +9,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Stands wherever this code does.
-const char kHere = 0;
+/// What the loader calls the file that holds this code; absolute where it names a folder. Asked when the file
+/// is loaded: a name that is relative leads nowhere once the program has changed its working directory.
+std::string FindHome() {
+    static const char sHere = 0; // stands wherever this code does
+    Dl_info home = {};
+    if (dladdr(&sHere, &home) == 0 || home.dli_fname == nullptr) {
+        return {};
+    }
+    const std::string name = home.dli_fname;
+    std::error_code error;
+    return name.find('/') == std::string::npos ? name : fs::absolute(name, error).string();
+}
+
+const std::string kHome = FindHome();
 
 /// A data folder beside a file. The file's folder is taken as it really is: ".." after a link, such as /lib,
 /// would lead somewhere else.
@@ -30,10 +42,6 @@ std::string InstalledFolderOf(const std::string& aHome, const std::string& aProg
 }
 
 std::string InstalledFolder() {
-    Dl_info home = {};
-    if (dladdr(&kHere, &home) == 0 || home.dli_fname == nullptr) {
-        return {};
-    }
     std::error_code error;
-    return InstalledFolderOf(home.dli_fname, fs::read_symlink("/proc/self/exe", error).string());
+    return InstalledFolderOf(kHome, fs::read_symlink("/proc/self/exe", error).string());
 }

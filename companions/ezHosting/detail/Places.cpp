@@ -1,5 +1,7 @@
 #include "ezHosting/detail/Places.h"
 
+#include "ezPlatform/config/Config.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,6 +13,11 @@ namespace {
 /// A name that holds a NUL leads to another file than it says.
 bool HasNUL(const std::string& aPath) {
     return aPath.find('\0') != std::string::npos;
+}
+
+bool IsTooLarge(const std::string& aPath) {
+    struct stat status = {};
+    return stat(aPath.c_str(), &status) == 0 && status.st_size > ezConfig::kMaximumFileSize;
 }
 
 std::string WordsOf(int anError) {
@@ -52,7 +59,7 @@ std::string WhyNoTable(const ezHostFolders& aFolders) {
     for (const ezHostFolders::Place& place : aFolders.mPlaces) {
         std::string note = place.mNote.empty() ? WhyNotRead(place.mPath) : place.mNote;
         if (note.empty()) {
-            note = "names none";
+            note = IsTooLarge(place.mPath) ? "too large" : "no types were read from it";
         }
         text.append(separator).append(ShownPath(place.mPath)).append(": ").append(note);
         separator = "; ";

@@ -47,6 +47,8 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/ProfileRules.h"
+#include "ezHosting/Host.h"
+#include "ezHosting/TypesTableParser.h"
 #include "ezLiveStreams/DescriptorStream.h"
 #include "ezLiveStreams/FeedBuffer.h"
 #include "ezLiveStreams/FeedStream.h"
@@ -193,6 +195,10 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ProfileMatch,                    64, 8,   48, 4),
     EZ_CLASS(ProfileRules,                    16, 8,    8, 4),
     EZ_CLASS(ProfileRulesProblem,             40, 8,   28, 4),
+    EZ_CLASS(ezHost,                           8, 8,    4, 4),
+    EZ_CLASS(ezHostFolders,                   88, 8,   60, 4),
+    EZ_CLASS(ezHostOptions,                  192, 8,  136, 8),
+    EZ_CLASS(TypesTableParser,                96, 8,   56, 4),
     EZ_CLASS(ezDescriptorStream,             576, 8,  424, 8),
     EZ_CLASS(ezFeedBuffer,                   432, 8,  328, 8),
     EZ_CLASS(ezFeedLimits,                    16, 8,    8, 4),

@@ -5,7 +5,9 @@
 #include "ezHosting/detail/HostPlaylists.h"
 #include "ezHosting/detail/Places.h"
 
+#include "ez/MimeTypesDotIniParser.h"
 #include "ezFormats/FormatParsers.h"
+#include "ezPlatform/containers/Items.h"
 #include "ezPlatform/containers/PtrList.h"
 
 #include <utility>
@@ -17,6 +19,18 @@ constexpr const char* kWritableMapperFileName = "_MediaMapper.txt";
 /// A message of the library on one line.
 std::string OneLine(const ezError& anError) {
     return ezCString(anError.ToString()).Replace(" :\n", ": ", true).c_str();
+}
+
+/// Whether the parser knows every extension as the table does.
+bool AreAlike(ExtensionMimeTypeMatcher& aTable, ezMimeTypesDotIniParser& aParser) {
+    for (ExtensionMimeTypeMatcherEntry* entry : ezItems<ExtensionMimeTypeMatcherEntry>(aTable.AllEntries())) {
+        for (const char* extension : ezItems<const char>(entry->mExtensions)) {
+            if (aTable.FileExtensionToMimeType(extension) != aParser.FileExtensionToMimeType(extension)) {
+                return false;
+            }
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -57,7 +71,12 @@ bool HostParts::Fail(const std::string& anError) {
 
 bool HostParts::CheckTable(const ezHostOptions& anOptions) {
     const bool fTable = ezPtrList_GetCount(mMediaTypes.AllEntries()) > 0;
-    return fTable || !anOptions.mfTableRequired || Fail(WhyNoTable(mFolders));
+    if (!fTable && anOptions.mfTableRequired) {
+        return Fail(WhyNoTable(mFolders));
+    }
+    // It is read twice, and a host whose parser got nothing would recognise nothing without a word.
+    const bool fAlike = AreAlike(mMediaTypes, *mManager.GetMimeTypesDotIniParser());
+    return fAlike || Fail("no media types: two reads of the table gave two tables");
 }
 
 std::unique_ptr<DLNAMediaMapper> HostParts::NewMapper() {

@@ -180,16 +180,19 @@ void ezMediaParserManager::AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMappe
     }
 }
 
+// Private steps are inline: an exported class would have them called through the library's table of
+// functions.
+
+inline bool ezMediaParserManager::MayBeAsked() const {
+    return ezAssert(mReporter == nullptr || !mReporter->IsTelling(), "!IsTelling()", "MediaParserManager");
+}
+
 bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
     if (mDoneParsers.find(aParser) != mDoneParsers.end()) {
         return false;
     }
     mDoneParsers.push_back(aParser);
     return true;
-}
-
-bool ezMediaParserManager::MayBeAsked() const {
-    return ezAssert(mReporter == nullptr || !mReporter->IsTelling(), "!IsTelling()", "MediaParserManager");
 }
 
 void ezMediaParserManager::SetObserver(ezParseObserver* anObserver) {
@@ -228,21 +231,7 @@ ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMedia
     return nullptr;
 }
 
-ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
-    if (!MayBeAsked()) {
-        return nullptr;
-    }
-    if (mReporter != nullptr) {
-        mReporter->RequestBegan(ezParseRequest::Identify, &aStream, nullptr);
-    }
-    ezMediaInfo* info = Identify(aStream);
-    if (mReporter != nullptr) {
-        mReporter->RequestEnded(ezParseRequest::Identify, info);
-    }
-    return info;
-}
-
-ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
+inline ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
     mDoneParsers.erase();
     ezMediaInfo* info = ParseFromType("*", aStream);
     if (mReporter != nullptr && info != nullptr) {
@@ -265,6 +254,20 @@ ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
     if (!info->IsValid()) {
         delete info;
         return nullptr;
+    }
+    return info;
+}
+
+ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
+        return nullptr;
+    }
+    if (mReporter != nullptr) {
+        mReporter->RequestBegan(ezParseRequest::Identify, &aStream, nullptr);
+    }
+    ezMediaInfo* info = Identify(aStream);
+    if (mReporter != nullptr) {
+        mReporter->RequestEnded(ezParseRequest::Identify, info);
     }
     return info;
 }
@@ -350,6 +353,17 @@ ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
     return ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list.get()));
 }
 
+inline bool ezMediaParserManager::Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo) {
+    if (mReporter != nullptr) {
+        mReporter->ParserBegan(aParser, &anInfo);
+    }
+    const bool fAdjusted = aParser.AdjustDLNAInfo(&anInfo);
+    if (mReporter != nullptr) {
+        mReporter->AdjusterEnded(aParser, anInfo, fAdjusted);
+    }
+    return fAdjusted;
+}
+
 bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo) {
     if (!MayBeAsked()) {
         return false;
@@ -373,17 +387,6 @@ bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMedi
     }
     ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (%s)\n",
             fAdjusted ? "success" : "failed");
-    return fAdjusted;
-}
-
-bool ezMediaParserManager::Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo) {
-    if (mReporter != nullptr) {
-        mReporter->ParserBegan(aParser, &anInfo);
-    }
-    const bool fAdjusted = aParser.AdjustDLNAInfo(&anInfo);
-    if (mReporter != nullptr) {
-        mReporter->AdjusterEnded(aParser, anInfo, fAdjusted);
-    }
     return fAdjusted;
 }
 

@@ -57,45 +57,39 @@ ezMediaInfo* NewInfoFromEntry(const Entry& anEntry) {
     return info;
 }
 
-/// What must hold of a stream for a pass to be made.
-enum class Needs { Nothing, MimeType, Extension, NoExtension };
+/// What a pass needs besides parse options: bits above those.
+enum Need : int {
+    kNeed_MimeType = 0x100,    ///< the stream states one
+    kNeed_Extension = 0x200,   ///< the stream has one
+    kNeed_NoExtension = 0x400, ///< it has none
+    kNeed_Untried = 0x800      ///< no pass has walked over all entries yet
+};
+
+/// The options that a pass can need.
+constexpr int kPassOptions = kParseOption_ParseWithAllParserEverytime |
+                             kParseOption_ParseWithAllParserIfNoExtension |
+                             kParseOption_ParseWithAllParserIfFailed;
 
 /// The entries that a pass walks.
 enum class Walks { All, OfMimeType, OfExtension };
 
 struct Pass {
     ezParsePass mPass;
-    int mOption; ///< the pass is made with this one alone; 0 for always
-    Needs mNeeds;
+    int mNeeds; ///< parse options and needs: all of them
     Walks mWalks;
-    /// Made after a walk over all entries too, as the last entry alone makes a record.
-    bool mfMakesRecord;
+    bool mfMakesRecord; ///< where nothing answers, the last entry alone does
 };
 
-/// In their order. The first to answer is the last to be made, and after a walk over all entries none but the
-/// one that makes a record.
+/// The passes in their order; the first to answer is the last to be made. That of the extension comes after a
+/// walk over all entries too, for the record that it makes.
 constexpr std::array<Pass, 5> kPasses = {{
-    {ezParsePass::AllFirst, kParseOption_ParseWithAllParserEverytime, Needs::Nothing, Walks::All, false},
-    {ezParsePass::MimeType, 0, Needs::MimeType, Walks::OfMimeType, false},
-    {ezParsePass::NoExtension, kParseOption_ParseWithAllParserIfNoExtension, Needs::NoExtension, Walks::All,
-     false},
-    {ezParsePass::Failed, kParseOption_ParseWithAllParserIfFailed, Needs::Nothing, Walks::All, false},
-    {ezParsePass::Extension, 0, Needs::Extension, Walks::OfExtension, true},
+    {ezParsePass::AllFirst, kParseOption_ParseWithAllParserEverytime, Walks::All, false},
+    {ezParsePass::MimeType, kNeed_MimeType | kNeed_Untried, Walks::OfMimeType, false},
+    {ezParsePass::NoExtension,
+     kParseOption_ParseWithAllParserIfNoExtension | kNeed_NoExtension | kNeed_Untried, Walks::All, false},
+    {ezParsePass::Failed, kParseOption_ParseWithAllParserIfFailed | kNeed_Untried, Walks::All, false},
+    {ezParsePass::Extension, kNeed_Extension, Walks::OfExtension, true},
 }};
-
-bool IsMet(Needs aNeeds, const ezCString& anExtension, const ezCString& aMimeType) {
-    switch (aNeeds) {
-    case Needs::MimeType:
-        return !aMimeType.IsEmpty();
-    case Needs::Extension:
-        return !anExtension.IsEmpty();
-    case Needs::NoExtension:
-        return anExtension.IsEmpty();
-    case Needs::Nothing:
-        break;
-    }
-    return true;
-}
 
 ezPtrList* EntriesOf(ExtensionMimeTypeMatcher& aMatcher, Walks aWalks, const ezCString& anExtension,
                      const ezCString& aMimeType) {
@@ -122,6 +116,13 @@ ezMimeTypesDotIniParser::~ezMimeTypesDotIniParser() {
     delete mExtensionMimeTypeMatcher;
 }
 
+// Private steps are inline: an exported class would have them called through the library's table of
+// functions.
+
+inline ParseReporter* ezMimeTypesDotIniParser::Reporter() const {
+    return mManager != nullptr ? mManager->mReporter.get() : nullptr;
+}
+
 ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
     ezCString extension;
     ezCString mimeType;
@@ -131,30 +132,29 @@ ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
         extension = known.GetCString(kezInfo_FileExtension, "");
         mimeType = known.GetCString(kezInfo_MimeType, "");
     }
-    ParseReporter* const reporter = Reporter();
-    ezMediaInfo* info = nullptr;
-    bool fAllTried = false;
+    int met = (mParseOptions & kPassOptions) | kNeed_Untried | (mimeType.IsEmpty() ? 0 : kNeed_MimeType) |
+              (extension.IsEmpty() ? kNeed_NoExtension : kNeed_Extension);
     for (const Pass& pass : kPasses) {
-        const bool fChosen = pass.mOption == 0 || (mParseOptions & pass.mOption) != 0;
-        if (info != nullptr || !fChosen || (fAllTried && !pass.mfMakesRecord) ||
-            !IsMet(pass.mNeeds, extension, mimeType)) {
+        if ((met & pass.mNeeds) != pass.mNeeds) {
             continue;
         }
+        ezPtrList* const entries = EntriesOf(*mExtensionMimeTypeMatcher, pass.mWalks, extension, mimeType);
+        ParseReporter* const reporter = Reporter();
         if (reporter != nullptr) {
             reporter->PassBegan(pass.mPass);
         }
-        info = ParseFromEntries(EntriesOf(*mExtensionMimeTypeMatcher, pass.mWalks, extension, mimeType),
-                                aStream, pass.mfMakesRecord);
-        fAllTried = fAllTried || pass.mWalks == Walks::All;
+        ezMediaInfo* const info = ParseFromEntries(entries, aStream, pass.mfMakesRecord);
         if (reporter != nullptr) {
             reporter->PassEnded(pass.mPass, info != nullptr);
         }
+        if (info != nullptr) {
+            return info;
+        }
+        if (pass.mWalks == Walks::All) {
+            met &= ~kNeed_Untried;
+        }
     }
-    return info;
-}
-
-ParseReporter* ezMimeTypesDotIniParser::Reporter() const {
-    return mManager != nullptr ? mManager->mReporter.get() : nullptr;
+    return nullptr;
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromTypes(ezPtrList* aTypes, ezMediaParserStream& aStream) {
@@ -226,32 +226,24 @@ void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntr
     }
 }
 
-ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
-                                                       bool afForceCreateMediaInfo) {
-    ParseReporter* const reporter = Reporter();
-    const uint32 context = GetCTTContext();
-    const std::size_t count = ezPtrList_GetCount(anEntries);
-    std::size_t walked = 0;
-    for (Entry* entry : ezItems<Entry>(anEntries)) {
-        if (reporter != nullptr) {
-            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
-        }
-        const bool fLast = ++walked == count;
-        ezMediaInfo* info = nullptr;
-        const ezEntryResult result =
-            ParseFromEntry(*entry, aStream, context, afForceCreateMediaInfo && fLast, info);
-        if (reporter != nullptr) {
-            reporter->EntryEnded(*entry, result);
-        }
-        if (result != ezEntryResult::Declined) {
-            return info;
-        }
+inline void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& anEntry,
+                                              bool afRatesCleared) {
+    if (afRatesCleared) {
+        anInfo.Set(kezInfo_BitRate, 0, true);
+        anInfo.Set(kezInfo_MaxBitRate, 0, true);
+        anInfo.Set(kezInfo_EstimatedBitRate, 0, true);
+    } else {
+        CompleteBitRates(anInfo);
     }
-    return nullptr;
+    if (ParseReporter* const reporter = Reporter()) {
+        reporter->Stated(anInfo, ezParseStep::BitRates);
+    }
+    FillNames(anInfo, anEntry);
 }
 
-ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaParserStream& aStream,
-                                                      uint32 aContext, bool afAlone, ezMediaInfo*& anInfo) {
+inline ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaParserStream& aStream,
+                                                             uint32 aContext, bool afAlone,
+                                                             ezMediaInfo*& anInfo) {
     ParseReporter* const reporter = Reporter();
     const bool fNameDecides = aContext == kProperty_CTTContext_NameDecides;
     anInfo = TryEntry(anEntry, aStream);
@@ -279,18 +271,28 @@ ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaPar
     return ezEntryResult::Won;
 }
 
-void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& anEntry, bool afRatesCleared) {
-    if (afRatesCleared) {
-        anInfo.Set(kezInfo_BitRate, 0, true);
-        anInfo.Set(kezInfo_MaxBitRate, 0, true);
-        anInfo.Set(kezInfo_EstimatedBitRate, 0, true);
-    } else {
-        CompleteBitRates(anInfo);
+ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
+                                                       bool afForceCreateMediaInfo) {
+    ParseReporter* const reporter = Reporter();
+    const uint32 context = GetCTTContext();
+    const std::size_t count = ezPtrList_GetCount(anEntries);
+    std::size_t walked = 0;
+    for (Entry* entry : ezItems<Entry>(anEntries)) {
+        if (reporter != nullptr) {
+            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
+        }
+        const bool fLast = ++walked == count;
+        ezMediaInfo* info = nullptr;
+        const ezEntryResult result =
+            ParseFromEntry(*entry, aStream, context, afForceCreateMediaInfo && fLast, info);
+        if (reporter != nullptr) {
+            reporter->EntryEnded(*entry, result);
+        }
+        if (result != ezEntryResult::Declined) {
+            return info;
+        }
     }
-    if (ParseReporter* const reporter = Reporter()) {
-        reporter->Stated(anInfo, ezParseStep::BitRates);
-    }
-    FillNames(anInfo, anEntry);
+    return nullptr;
 }
 
 ezCString ezMimeTypesDotIniParser::GetDLNAInfo() {

@@ -1,6 +1,7 @@
 // A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media item to
 // OUT.
 #include "ez/ThumbnailProvider.h"
+#include "ezHosting/Host.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
@@ -153,18 +154,6 @@ void PrintHeaders(const ezFile& aThumbnail) {
                 ezDLNAField::TextOfProfile("JPEG_TN").c_str(), kezThumbnailDLNAFlags);
 }
 
-/// Stands for what a server knows of its media (kezInfo_MimeType of a record of ezMediaParserManager).
-ezCString MimeTypeOf(const ezPathName& aPath) {
-    constexpr const char* kTypes[][2] = {{"jpg", "image/jpeg"}, {"png", "image/png"},   {"gif", "image/gif"},
-                                         {"mp3", "audio/mpeg"}, {"flac", "audio/flac"}, {"m4a", "audio/mp4"}};
-    for (const auto& type : kTypes) {
-        if (aPath.GetExtension().CompareNoCase(type[0]) == 0) {
-            return type[1];
-        }
-    }
-    return "video/mpeg";
-}
-
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
@@ -176,9 +165,11 @@ int main(int anArgCount, char** anArgs) {
     // Whatever folder the host is started in, a file has one path.
     std::error_code error;
     const ezCString path(std::filesystem::absolute(anArgs[1], error).c_str());
+    ezHost media;
+    const std::unique_ptr<ezMediaInfo> info = media.Identify(path.View());
     ThumbnailHost host{ezCString(anArgs[2])};
     const std::unique_ptr<ezFile> thumbnail(
-        host.GetThumbnail(path, MimeTypeOf(ezPathName::MakeFilePath(path))));
+        info != nullptr ? host.GetThumbnail(path, info->GetCString(kezInfo_MimeType, "")) : nullptr);
     if (thumbnail == nullptr) {
         std::fprintf(stderr, "%s: no thumbnail\n", anArgs[1]);
         return 1;

@@ -29,8 +29,7 @@ std::unique_ptr<ezMediaInfo> ezHost::Identify(std::string_view aPath) {
     ezFileMediaParserStream stream{ezCString(aPath)};
     std::unique_ptr<ezMediaInfo> info = Identify(stream);
     if (!mParts->mError.empty()) {
-        const std::string why = WhyNotRead(std::string(aPath));
-        mParts->mError = ShownPath(aPath) + ": " + (why.empty() ? "cannot be opened" : why);
+        mParts->mError = WhyNotOpened(aPath);
     }
     return info;
 }

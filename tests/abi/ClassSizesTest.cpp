@@ -47,7 +47,9 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/ProfileRules.h"
+#include "ezHosting/CancellableStream.h"
 #include "ezHosting/Host.h"
+#include "ezHosting/HostPool.h"
 #include "ezHosting/TypesTableParser.h"
 #include "ezLiveStreams/DescriptorStream.h"
 #include "ezLiveStreams/FeedBuffer.h"
@@ -199,6 +201,12 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezHostFolders,                   88, 8,   60, 4),
     EZ_CLASS(ezHostOptions,                  192, 8,  136, 8),
     EZ_CLASS(TypesTableParser,                96, 8,   56, 4),
+    EZ_CLASS(ezCancellation,                  72, 8,   40, 4),
+    EZ_CLASS(ezHostPool,                      48, 8,   32, 4),
+    EZ_CLASS(ezHostPoolOptions,               24, 8,   12, 4),
+    EZ_CLASS(ezHostPoolProgress,              40, 8,   40, 8),
+    EZ_CLASS(ezHostPoolResult,                88, 8,   64, 8),
+    EZ_CLASS(ezInterruptibleStream,          120, 8,   64, 4),
     EZ_CLASS(ezDescriptorStream,             576, 8,  424, 8),
     EZ_CLASS(ezFeedBuffer,                   432, 8,  328, 8),
     EZ_CLASS(ezFeedLimits,                    16, 8,    8, 4),

@@ -48,6 +48,11 @@ std::string WhyNotRead(const std::string& aPath) {
     return fDenied ? WordsOf(errno) : note;
 }
 
+std::string WhyNotOpened(std::string_view aPath) {
+    const std::string why = WhyNotRead(std::string(aPath));
+    return ShownPath(aPath) + ": " + (why.empty() ? "cannot be opened" : why);
+}
+
 std::string FileIn(const std::string& aFolder, const char* aName) {
     const bool fSeparated = aFolder.empty() || aFolder.back() == '/';
     return aFolder + (fSeparated ? "" : "/") + aName;

@@ -17,6 +17,9 @@ std::string WhyNoFile(const std::string& aPath);
 /// Why a regular file cannot be read; "" where it can.
 std::string WhyNotRead(const std::string& aPath);
 
+/// Of a file that could not be opened: its path and why.
+std::string WhyNotOpened(std::string_view aPath);
+
 /// The path of a file in a folder.
 std::string FileIn(const std::string& aFolder, const char* aName);
 

@@ -13,7 +13,7 @@
 struct EZHOSTING_API ezHostFolders {
     /// A file that was looked for, and what was met there.
     struct Place {
-        std::string mPath;
+        std::string mPath; ///< as it was asked for: relative where its folder is
         std::string mNote; ///< "" where a regular file of that name is there
     };
 

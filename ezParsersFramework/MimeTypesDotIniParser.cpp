@@ -58,12 +58,10 @@ ezMediaInfo* NewInfoFromEntry(const Entry& anEntry) {
 }
 
 /// What a pass needs besides parse options: bits above those.
-enum Need : int {
-    kNeed_MimeType = 0x100,    ///< the stream states one
-    kNeed_Extension = 0x200,   ///< the stream has one
-    kNeed_NoExtension = 0x400, ///< it has none
-    kNeed_Untried = 0x800      ///< no pass has walked over all entries yet
-};
+constexpr int kNeed_MimeType = 0x100;    ///< the stream states one
+constexpr int kNeed_Extension = 0x200;   ///< the stream has one
+constexpr int kNeed_NoExtension = 0x400; ///< it has none
+constexpr int kNeed_Untried = 0x800;     ///< no pass has walked over all entries yet
 
 /// The options that a pass can need.
 constexpr int kPassOptions = kParseOption_ParseWithAllParserEverytime |

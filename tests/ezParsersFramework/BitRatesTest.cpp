@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr uint32 U = 0xFFFFFFFF;
+constexpr uint32 kMark = 0xFFFFFFFF;
 
 using Rates = std::map<std::string, uint32>;
 
@@ -101,7 +101,7 @@ private:
     std::optional<uint32> Sum() const {
         const uint32 audio = Of(Key(mKey == "br" ? '-' : Kind(), 'a'));
         const uint32 video = Of(Key(mKey == "br" ? '-' : Kind(), 'v'));
-        const auto isOne = [&](uint32 aRate) { return aRate != 0 && (mKey != "br" || aRate != U); };
+        const auto isOne = [&](uint32 aRate) { return aRate != 0 && (mKey != "br" || aRate != kMark); };
         const bool fKnown = (isOne(audio) || !Has('a')) && (isOne(video) || !Has('v'));
         return fKnown ? std::optional<uint32>(audio + video) : std::nullopt;
     }
@@ -121,21 +121,22 @@ const std::map<std::string, Page::Condition> Page::kConditions = {
      }}};
 
 const std::map<std::string, Page::Value> Page::kValues = {
-    {"the mark", [](const Page& /*aPage*/) { return U; }},
+    {"the mark", [](const Page& /*aPage*/) { return kMark; }},
     {"the rate, or its mark", [](const Page& aPage) { return aPage.OfTrack('-'); }},
     {"the rate, else the estimate, else 0; the mark is neither",
      [](const Page& aPage) -> uint32 {
          const uint32 rate = aPage.OfTrack('-');
          const uint32 estimate = aPage.OfTrack('e');
-         return rate != 0 && rate != U ? rate : estimate != U ? estimate : 0;
+         return rate != 0 && rate != kMark ? rate : estimate != kMark ? estimate : 0;
      }},
     {"the sum, if each track there is has one, else 0",
      [](const Page& aPage) { return aPage.Sum().value_or(0); }},
     {"the sum, if each track there is has one; else the mark, if one has it or one track is not there; else "
      "0",
      [](const Page& aPage) {
-         const bool fMark = aPage.Of("ar") == U || aPage.Of("vr") == U || !aPage.Has('a') || !aPage.Has('v');
-         return aPage.Sum().value_or(fMark ? U : 0);
+         const bool fMark =
+             aPage.Of("ar") == kMark || aPage.Of("vr") == kMark || !aPage.Has('a') || !aPage.Has('v');
+         return aPage.Sum().value_or(fMark ? kMark : 0);
      }},
     {"the whole's less the other's", [](const Page& aPage) { return aPage.Of("eb") - aPage.OfOther('e'); }}};
 
@@ -218,7 +219,7 @@ TEST(BitRates, RateGivenAsTextIsReadAsItsNumber) {
 
 TEST(BitRates, AudioMaximumIsTheRate) {
     EXPECT_EQ(After({{"ar", 128000}, {"ea", 96000}}, "ma"), 128000U);
-    EXPECT_EQ(After({{"ar", U - 1}, {"ea", 96000}}, "ma"), U - 1);
+    EXPECT_EQ(After({{"ar", kMark - 1}, {"ea", 96000}}, "ma"), kMark - 1);
 }
 
 TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateIsUnknown) {
@@ -227,24 +228,24 @@ TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateIsUnknown) {
 }
 
 TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateVaries) {
-    EXPECT_EQ(After({{"ar", U}, {"ea", 96000}}, "ma"), 96000U);
+    EXPECT_EQ(After({{"ar", kMark}, {"ea", 96000}}, "ma"), 96000U);
 }
 
 TEST(BitRates, AudioMaximumStaysZeroWhereNothingIsKnown) {
     EXPECT_EQ(After({}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", U}}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", U}, {"ea", U}}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", 0}, {"ea", U}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", kMark}, {"ea", kMark}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", 0}, {"ea", kMark}}, "ma"), 0U);
 }
 
 TEST(BitRates, GivenAudioMaximumStays) {
     EXPECT_EQ(After({{"ma", 192000}, {"ar", 128000}, {"ea", 96000}}, "ma"), 192000U);
-    EXPECT_EQ(After({{"ma", U}, {"ar", 128000}}, "ma"), U);
+    EXPECT_EQ(After({{"ma", kMark}, {"ar", 128000}}, "ma"), kMark);
 }
 
 TEST(BitRates, VideoMaximumIsTheRate) {
     EXPECT_EQ(After({{"vr", 128000}, {"ev", 96000}}, "mv"), 128000U);
-    EXPECT_EQ(After({{"vr", U - 1}, {"ev", 96000}}, "mv"), U - 1);
+    EXPECT_EQ(After({{"vr", kMark - 1}, {"ev", 96000}}, "mv"), kMark - 1);
 }
 
 TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateIsUnknown) {
@@ -253,19 +254,19 @@ TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateIsUnknown) {
 }
 
 TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateVaries) {
-    EXPECT_EQ(After({{"vr", U}, {"ev", 96000}}, "mv"), 96000U);
+    EXPECT_EQ(After({{"vr", kMark}, {"ev", 96000}}, "mv"), 96000U);
 }
 
 TEST(BitRates, VideoMaximumStaysZeroWhereNothingIsKnown) {
     EXPECT_EQ(After({}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", U}}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", U}, {"ev", U}}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", 0}, {"ev", U}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", kMark}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", kMark}, {"ev", kMark}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", 0}, {"ev", kMark}}, "mv"), 0U);
 }
 
 TEST(BitRates, GivenVideoMaximumStays) {
     EXPECT_EQ(After({{"mv", 192000}, {"vr", 128000}, {"ev", 96000}}, "mv"), 192000U);
-    EXPECT_EQ(After({{"mv", U}, {"vr", 128000}}, "mv"), U);
+    EXPECT_EQ(After({{"mv", kMark}, {"vr", 128000}}, "mv"), kMark);
 }
 
 TEST(BitRates, MaximaOfTheTracksDoNotMix) {
@@ -284,8 +285,8 @@ TEST(BitRates, EstimateOfATrackIsItsRate) {
 }
 
 TEST(BitRates, EstimateOfATrackIsItsRateEvenWhenThatVaries) {
-    EXPECT_EQ(After({{"ar", U}}, "ea"), U);
-    EXPECT_EQ(After({{"vr", U}}, "ev"), U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ea"), kMark);
+    EXPECT_EQ(After({{"vr", kMark}}, "ev"), kMark);
 }
 
 TEST(BitRates, EstimateTakesTheRateBeforeItIsMarkedVariable) {
@@ -295,9 +296,9 @@ TEST(BitRates, EstimateTakesTheRateBeforeItIsMarkedVariable) {
 
 TEST(BitRates, MaximumDoesNotTakeTheEstimateThatIsDerivedLater) {
     // The estimate becomes "variable"; the maximum was looked up before.
-    const Rates completed = Completed({{"ta", 1}, {"ar", U}});
+    const Rates completed = Completed({{"ta", 1}, {"ar", kMark}});
     EXPECT_EQ(completed.at("ma"), 0U);
-    EXPECT_EQ(completed.at("ea"), U);
+    EXPECT_EQ(completed.at("ea"), kMark);
 }
 
 TEST(BitRates, GivenEstimateOfATrackStays) {
@@ -343,8 +344,8 @@ TEST(BitRates, TrackCountAboveOneIsAudio) {
 
 TEST(BitRates, AudioRateThatDiffersFromItsMaximumIsMarkedVariable) {
     const Rates completed = Completed({{"ta", 1}, {"ma", 192000}, {"ar", 128000}});
-    EXPECT_EQ(completed.at("ar"), U);
-    EXPECT_EQ(completed.at("br"), U);
+    EXPECT_EQ(completed.at("ar"), kMark);
+    EXPECT_EQ(completed.at("br"), kMark);
     EXPECT_EQ(completed.at("ma"), 192000U);
     EXPECT_EQ(completed.at("ea"), 128000U);
 }
@@ -354,20 +355,20 @@ TEST(BitRates, AudioRateThatEqualsItsMaximumStays) {
 }
 
 TEST(BitRates, UnknownAudioRateWithAMaximumIsMarkedVariable) {
-    EXPECT_EQ(After({{"ma", 192000}}, "ar"), U);
-    EXPECT_EQ(After({{"ea", 96000}}, "ar"), U); // the maximum that comes from the estimate counts
+    EXPECT_EQ(After({{"ma", 192000}}, "ar"), kMark);
+    EXPECT_EQ(After({{"ea", 96000}}, "ar"), kMark); // the maximum that comes from the estimate counts
 }
 
 TEST(BitRates, AudioRateWithoutAMaximumIsNotWritten) {
     EXPECT_EQ(After({}, "ar"), std::nullopt);
     EXPECT_EQ(After({{"ar", 0}}, "ar"), 0U);
-    EXPECT_EQ(After({{"ar", U}}, "ar"), U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ar"), kMark);
 }
 
 TEST(BitRates, VideoRateThatDiffersFromItsMaximumIsMarkedVariable) {
     const Rates completed = Completed({{"vt", 1}, {"mv", 192000}, {"vr", 128000}});
-    EXPECT_EQ(completed.at("vr"), U);
-    EXPECT_EQ(completed.at("br"), U);
+    EXPECT_EQ(completed.at("vr"), kMark);
+    EXPECT_EQ(completed.at("br"), kMark);
     EXPECT_EQ(completed.at("mv"), 192000U);
     EXPECT_EQ(completed.at("ev"), 128000U);
 }
@@ -377,14 +378,14 @@ TEST(BitRates, VideoRateThatEqualsItsMaximumStays) {
 }
 
 TEST(BitRates, UnknownVideoRateWithAMaximumIsMarkedVariable) {
-    EXPECT_EQ(After({{"mv", 192000}}, "vr"), U);
-    EXPECT_EQ(After({{"ev", 96000}}, "vr"), U);
+    EXPECT_EQ(After({{"mv", 192000}}, "vr"), kMark);
+    EXPECT_EQ(After({{"ev", 96000}}, "vr"), kMark);
 }
 
 TEST(BitRates, VideoRateWithoutAMaximumIsNotWritten) {
     EXPECT_EQ(After({}, "vr"), std::nullopt);
     EXPECT_EQ(After({{"vr", 0}}, "vr"), 0U);
-    EXPECT_EQ(After({{"vr", U}}, "vr"), U);
+    EXPECT_EQ(After({{"vr", kMark}}, "vr"), kMark);
 }
 
 // Step 8: the rate of the whole.
@@ -396,17 +397,17 @@ TEST(BitRates, WholeRateStaysZeroWhereARateIsUnknownButNotVariable) {
 }
 
 TEST(BitRates, WholeRateVariesWhereATrackVaries) {
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 1000}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 1000}, {"vr", U}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 0}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 0}, {"vr", U}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", U}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 1000}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 1000}, {"vr", kMark}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 0}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 0}, {"vr", kMark}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", kMark}}, "br"), kMark);
 }
 
 TEST(BitRates, WholeRateVariesWhereTheOnlyTrackIsUnknown) {
     // Odd, and kept: the track that is not there counts like one that varies.
-    EXPECT_EQ(After({{"ta", 1}}, "br"), U);
-    EXPECT_EQ(After({{"vt", 1}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}}, "br"), kMark);
+    EXPECT_EQ(After({{"vt", 1}}, "br"), kMark);
 }
 
 TEST(BitRates, WholeRateIsTheRateOfTheOnlyTrack) {
@@ -416,12 +417,12 @@ TEST(BitRates, WholeRateIsTheRateOfTheOnlyTrack) {
 
 TEST(BitRates, WholeRateCountsARateWithoutATrack) {
     EXPECT_EQ(After({{"ar", 1000}, {"vr", 20000}}, "br"), 21000U);
-    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"vr", U}}, "br"), 127999U); // wraps
+    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"vr", kMark}}, "br"), 127999U); // wraps
 }
 
 TEST(BitRates, GivenWholeRateStays) {
     EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", 5}}, "br"), 5U);
-    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", U}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", kMark}}, "br"), kMark);
 }
 
 // Step 9: the estimate of the whole.
@@ -445,8 +446,8 @@ TEST(BitRates, WholeEstimateDoesWithoutATrackThatIsNotThere) {
 }
 
 TEST(BitRates, WholeEstimateTakesAVariableEstimateAsItIs) {
-    EXPECT_EQ(After({{"ta", 1}, {"ar", U}}, "eb"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 1000}}, "eb"), 999U); // wraps
+    EXPECT_EQ(After({{"ta", 1}, {"ar", kMark}}, "eb"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 1000}}, "eb"), 999U); // wraps
 }
 
 // Step 10: a given estimate of the whole.
@@ -502,9 +503,9 @@ TEST(BitRates, SumsWrapAt32Bits) {
 }
 
 TEST(BitRates, DifferencesWrapAt32Bits) {
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", 1001}}, "ev"), U);
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"vr", 1001}}, "ea"), U);
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", U}}, "ev"), 1001U);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", 1001}}, "ev"), kMark);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"vr", 1001}}, "ea"), kMark);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", kMark}}, "ev"), 1001U);
 }
 
 // Every combination.
@@ -513,7 +514,7 @@ namespace {
 
 rc::Gen<uint32> AnyRate() {
     return rc::gen::weightedOneOf<uint32>(
-        {{5, rc::gen::element<uint32>(0, 1, 1000, 128000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, U)},
+        {{5, rc::gen::element<uint32>(0, 1, 1000, 128000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, kMark)},
          {1, rc::gen::arbitrary<uint32>()}});
 }
 
@@ -521,7 +522,7 @@ Rates AnyRates() {
     Rates rates;
     for (const char* key : {"ta", "vt"}) {
         if (*rc::gen::arbitrary<bool>()) {
-            rates[key] = *rc::gen::element<uint32>(0, 1, 1, 2, U);
+            rates[key] = *rc::gen::element<uint32>(0, 1, 1, 2, kMark);
         }
     }
     for (const char* key : {"ar", "ma", "ea", "vr", "mv", "ev", "br", "mb", "eb"}) {
@@ -555,7 +556,7 @@ void ForEveryMix(const Function& aFunction) {
         uint32 kinds = mix / 4;
         for (std::size_t key = 0; key < 9; ++key) {
             const uint32 kindCount = key < 6 ? 3 : 2;
-            rates[keys[key]] = kinds % kindCount == 0 ? 0 : kinds % kindCount == 1 ? known[key] : U;
+            rates[keys[key]] = kinds % kindCount == 0 ? 0 : kinds % kindCount == 1 ? known[key] : kMark;
             kinds /= kindCount;
         }
         fGoOn = aFunction(rates);

@@ -106,7 +106,7 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (rules.mStatus == kExitWrongUsage) {
         return kExitWrongUsage;
     }
-    Host host(anArguments, folders, rules.mRules, &aConsole);
+    Host host(anArguments, folders, rules.mRules);
     if (!host.HasMediaTypes()) {
         const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
         aConsole.Error(kezMediaTypesFileName, "no media types found in " + folders.mReadOnly +

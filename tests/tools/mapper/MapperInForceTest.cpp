@@ -48,7 +48,7 @@ TEST(MapperInForce, ExplainsWhatItReplacedByWhat) {
               "  entries          gif\n"
               "  tried            * (ezMimeTypesDotIniParser): answered\n"
               "                     gif: there is no such parser\n"
-              "                     any (MagicParser): declined\n");
+              "                     any (MagicParser): declined, no reason given\n");
 }
 
 TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
@@ -57,6 +57,8 @@ TEST(MapperInForce, KeepsWhatAFormatParserFoundBesideTheFactsOfTheTable) {
         "  DLNA             DLNA.ORG_PN=MP3X                  media mapper: "
         "DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;DLNA.ORG_FLAGS=01500000000000000000000000000000 -> DLNA.ORG_PN=MP3X",
         "  duration         0:00:04                           media mapper: 0:00:03.100 -> 0:00:04",
+        "  milliseconds     -                                 media mapper: 3100 -> nothing",
+        "  duration from    -                                 media mapper: header -> nothing",
         "  bit rate         64 kbit/s                         media mapper: variable -> 64 kbit/s",
         "  max. audio rate  320 kbit/s                        parser mp3 (MPEGAudioParser)",
         "  title            Uneven Road                       parser mp3 (MPEGAudioParser)"};

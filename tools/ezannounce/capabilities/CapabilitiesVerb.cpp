@@ -8,7 +8,7 @@
 #include "ezHosting/ProtocolInfos.h"
 
 int RunCapabilities(const Arguments& anArguments, Host& aHost, Console& aConsole) {
-    HostManager& manager = aHost.GetManager();
+    ezMediaParserManager& manager = aHost.GetManager();
     const ezCString text = anArguments.mfDTCP ? manager.GetDLNAInfoDTCP() : manager.GetDLNAInfo();
     for (const std::string& line : ProtocolInfosOf(text.View())) {
         aConsole.Print(ForTerminal(line) + "\n");

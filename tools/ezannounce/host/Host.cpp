@@ -2,7 +2,7 @@
 
 #include "host/Explanation.h"
 #include "host/MapperAnswer.h"
-#include "host/RefusalLog.h"
+#include "host/RequestNotes.h"
 #include "host/Unreadable.h"
 
 #include "ez/DLNAMediaMapper.h"
@@ -12,30 +12,14 @@
 #include "ezHosting/TypesTableParser.h"
 #include "ezPlatform/containers/PtrList.h"
 
-namespace {
-
-/// The record of the last request before the media mapper was asked; null where no parser answered.
-const ezMediaInfo* RecordOfParsers(const HostManager& aManager) {
-    for (const Answer& answer : aManager.GetAnswers()) {
-        if (answer.mDepth == 0) {
-            return answer.mInfo.get();
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
-
 Announcement::Announcement() = default;
 Announcement::Announcement(Announcement&&) noexcept = default;
 Announcement& Announcement::operator=(Announcement&&) noexcept = default;
 Announcement::~Announcement() = default;
 
 Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-           std::shared_ptr<const ProfileRules> aRules, Console* aConsole)
-    : mEnvironment(aFolders.mReadOnly, aFolders.mReadWrite),
-      mfExplain(anArguments.mfExplain),
-      mParseOptions(anArguments.mParseOptions) {
+           std::shared_ptr<const ProfileRules> aRules)
+    : mEnvironment(aFolders.mReadOnly, aFolders.mReadWrite), mfExplain(anArguments.mfExplain) {
     mEnvironment.SetCTTContext(anArguments.mCTTContext);
     if (anArguments.mCodePage) {
         mEnvironment.SetTextCodePage(*anArguments.mCodePage);
@@ -45,13 +29,12 @@ Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
                                                           aFolders.mReadWrite.c_str(), kezMediaTypesFileName);
     mMatcher->Load();
 
-    mManager = std::make_unique<HostManager>(mEnvironment.Get());
-    mManager->SetTracing(mfExplain);
-    mManager->AddStandardParsers(mParseOptions);
+    mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
+    mManager->AddStandardParsers(anArguments.mParseOptions);
     RegisterFormatParsers(*mManager, std::move(aRules));
     mManager->Add(new TypesTableParser(*mMatcher, ProtocolInfosOf(mManager->GetDLNAInfo().View())));
     if (mfExplain) {
-        mRefusals = std::make_unique<RefusalLog>(aConsole);
+        TakeNotes();
     }
 }
 
@@ -65,7 +48,12 @@ Host::~Host() {
 void Host::Use(std::unique_ptr<DLNAMediaMapper> aMapper) {
     mMapper = std::move(aMapper);
     mManager->AddDLNAMediaMapperParser(mMapper.get());
-    mManager->SetTracing(true); // what the table replaces is found in what the parsers answered
+    TakeNotes(); // what the table replaces
+}
+
+void Host::TakeNotes() {
+    mNotes = std::make_unique<RequestNotes>();
+    mManager->SetObserver(mNotes.get());
 }
 
 bool Host::HasMediaTypes() const {
@@ -93,15 +81,12 @@ void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Anno
     }
     anAnnouncement.mfMapperInForce = mMapper != nullptr;
     if (mMapper != nullptr && anAnnouncement.mfRecognised) {
-        std::optional<MapperAnswer> answer =
-            FindMapperAnswer(*mMapper, aStream, RecordOfParsers(*mManager), *anAnnouncement.mInfo);
-        if (answer) {
+        if (std::optional<MapperAnswer> answer = mNotes->GetMapperAnswer(*anAnnouncement.mInfo)) {
             anAnnouncement.mMapperAnswer = std::make_unique<MapperAnswer>(std::move(*answer));
         }
     }
     if (mfExplain) {
-        Explainer explainer(*mManager, *mMatcher, mEnvironment.Get(), mParseOptions, mRefusals->Take());
-        anAnnouncement.mExplanation = std::make_unique<Explanation>(explainer.Explain(
-            aStream, *anAnnouncement.mInfo, anAnnouncement.mfRecognised, anAnnouncement.mMapperAnswer.get()));
+        anAnnouncement.mExplanation = std::make_unique<Explanation>(
+            mNotes->Explain(anAnnouncement.mfRecognised ? anAnnouncement.mInfo.get() : nullptr));
     }
 }

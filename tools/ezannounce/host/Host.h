@@ -2,18 +2,18 @@
 
 #include "arguments/Arguments.h"
 #include "host/ConfigFolders.h"
-#include "host/HostManager.h"
 
 #include "ez/Environment.h"
 #include "ez/ExtensionMimeTypeMatcher.h"
+#include "ez/MediaParserManager.h"
+#include "ezPlatform/media/MediaInfo.h"
 
 #include <memory>
 #include <string>
 
-class Console;
 class DLNAMediaMapper;
 class ProfileRules;
-class RefusalLog;
+class RequestNotes;
 class ezMediaParserStream;
 struct Explanation;
 struct MapperAnswer;
@@ -38,10 +38,9 @@ struct Announcement {
 /// look things up in.
 class Host {
 public:
-    /// @param aRules    which profile a file keeps; null for the built-in table
-    /// @param aConsole  where the library's log goes to; borrowed; null for standard error
+    /// @param aRules  which profile a file keeps; null for the built-in table
     Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-         std::shared_ptr<const ProfileRules> aRules = nullptr, Console* aConsole = nullptr);
+         std::shared_ptr<const ProfileRules> aRules = nullptr);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -54,17 +53,19 @@ public:
     /// Identifies what an open stream brings, under the name that it is shown by.
     void Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
 
-    HostManager& GetManager() { return *mManager; }
+    ezMediaParserManager& GetManager() { return *mManager; }
     ExtensionMimeTypeMatcher& GetMatcher() { return *mMatcher; }
     /// False when there is no media types file, or nothing in it.
     bool HasMediaTypes() const;
 
 private:
+    /// Has the notes of the next requests taken.
+    void TakeNotes();
+
     ezEnvironment mEnvironment; ///< first, as the parsers use it to the end
     std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
-    std::unique_ptr<HostManager> mManager;
+    std::unique_ptr<RequestNotes> mNotes; ///< null where nobody wants to know why
+    std::unique_ptr<ezMediaParserManager> mManager;
     std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
-    std::unique_ptr<RefusalLog> mRefusals;    ///< only to explain
     bool mfExplain;
-    int mParseOptions;
 };

@@ -38,16 +38,12 @@ void sLogSink(const ezLogLine& aLine, void* aConsole) {
 } // namespace
 
 Console::Console() : mfTerminal(isatty(STDERR_FILENO) == 1), mLastProgress(Clock::now()) {
-    TakeLog();
+    ezLog_SetSink(sLogSink, this);
 }
 
 Console::~Console() {
     ezLog_SetSink(nullptr, nullptr);
     ClearProgress();
-}
-
-void Console::TakeLog() {
-    ezLog_SetSink(sLogSink, this);
 }
 
 void Console::Print(std::string_view aText) {

@@ -29,6 +29,14 @@ bool HasColumn(const Fact& aFact) {
     return std::find(kColumns.begin(), kColumns.end(), aFact.mName) != kColumns.end();
 }
 
+/// What the row does not tell: the class tells of video; how sure the duration is, and how fine, is a matter
+/// of explanations; and creator and genre have all names.
+bool IsLeftOut(const std::string& aName) {
+    constexpr std::array<std::string_view, 6> kLeftOut = {"has_video",         "duration_from", "duration_ms",
+                                                          "duration_bound_ms", "creators",      "genres"};
+    return std::find(kLeftOut.begin(), kLeftOut.end(), aName) != kLeftOut.end();
+}
+
 /// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
 std::string ShortWords(const Fact& aFact) {
     constexpr std::array<std::string_view, 8> kPlain = {"duration",    "bit_rate",    "sampling_rate",
@@ -49,13 +57,6 @@ std::string ShortWords(const Fact& aFact) {
     }
     if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
-    }
-    // The class tells; how sure the duration is, and how fine, is a matter of explanations; and creator and
-    // genre have all names.
-    constexpr std::array<std::string_view, 6> kTold = {"has_video",         "duration_from", "duration_ms",
-                                                       "duration_bound_ms", "creators",      "genres"};
-    if (std::find(kTold.begin(), kTold.end(), aFact.mName) != kTold.end()) {
-        return "";
     }
     if (aFact.mName == "compilation") {
         return aFact.mLabel;
@@ -91,7 +92,7 @@ std::string RestInWords(const ezMediaInfo& anInfo) {
     std::string rest;
     for (const Fact& fact : facts) {
         if (fact.mName.empty() || fact.mName == "modified" || HasColumn(fact) ||
-            IsRepeatedRate(fact, facts)) {
+            IsRepeatedRate(fact, facts) || IsLeftOut(fact.mName)) {
             continue;
         }
         std::string words;
@@ -114,6 +115,9 @@ std::string OverridesInWords(const MapperAnswer* anAnswer) {
     std::string words;
     if (anAnswer != nullptr) {
         for (const Override& change : anAnswer->mOverrides) {
+            if (IsLeftOut(NameOf(change))) {
+                continue;
+            }
             words += words.empty() ? "media mapper: " : ", ";
             words += ForTerminal(LabelOf(change));
         }

@@ -4,7 +4,12 @@
 
 namespace {
 
-class ParseObserverFacts : public ObservedServer {};
+class ParseObserverFacts : public ObservedServer {
+protected:
+    const Lines kOfTheEntryAlone = {"FactStated cn EntryAlone song", "FactStated fe EntryAlone song",
+                                    "FactStated fs Stream", "FactStated mt EntryAlone song",
+                                    "FactStated mFullPath Stream"};
+};
 
 } // namespace
 
@@ -12,9 +17,7 @@ class ParseObserverFacts : public ObservedServer {};
 
 TEST_F(ParseObserverFacts, FactsOfAnEntryAloneAreTheEntrysAndTheStreams) {
     Use(kParseOption_Default);
-    EXPECT_EQ(Facts("/a.mp3"),
-              (Lines{"FactStated cn EntryAlone song", "FactStated fe EntryAlone song", "FactStated fs Stream",
-                     "FactStated mt EntryAlone song", "FactStated mFullPath Stream"}));
+    EXPECT_EQ(Facts("/a.mp3"), kOfTheEntryAlone);
 }
 
 TEST_F(ParseObserverFacts, ValueThatIsStatedAgainStaysItsFirstOnesAndAnotherOneIsTheLasts) {
@@ -161,6 +164,25 @@ TEST_F(ParseObserverFacts, AnswerOfAnExcludedEntryStatesNothing) {
               (Lines{"EntryEnded secret Excluded", "EntryEnded song Won"}));
     EXPECT_EQ(SourceOf("mt"), "Parser song");
     EXPECT_EQ(SourceOf("vc"), "Parser song");
+}
+
+TEST_F(ParseObserverFacts, EntryAloneStatesWhatAnAnswerThatWasThrownAwaySaidToo) {
+    const auto same = [] { return NewInfo({{"mt", "audio/mpeg"}, {"cn", "item.audioItem"}, {"fe", "mp3"}}); };
+    // Each is gone when the entry's record is made, mostly where it was itself.
+    Use(kParseOption_ParseWithAllParserIfFailed);
+    Add("secret").AnsweringWith([&](ezMediaParserStream&) { return same(); });
+    EXPECT_EQ(Facts("/a.mp3"), kOfTheEntryAlone);
+    EXPECT_EQ(mObserver.LinesOf({"EntryEnded"}),
+              (Lines{"EntryEnded secret Excluded", "EntryEnded song MadeRecord"}));
+    Use(kParseOption_Default);
+    ScriptedParser& song = Add("song");
+    song.AnsweringWith([&](ezMediaParserStream& aStream) -> ezMediaInfo* {
+        Record(song.mManager->ParseFromType("inner", aStream));
+        return nullptr;
+    });
+    Add("inner").AnsweringWith([&](ezMediaParserStream&) { return same(); });
+    EXPECT_EQ(Facts("/a.mp3"), kOfTheEntryAlone);
+    EXPECT_EQ(mObserver.LinesOf({"ParserEnded"})[0], "ParserEnded inner audio/mpeg");
 }
 
 TEST_F(ParseObserverFacts, LaterAnswerAtThePlaceOfAnEarlierOneIsItsParsersAlone) {

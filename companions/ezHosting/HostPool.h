@@ -112,7 +112,8 @@ public:
     /// Why not; "" when it is ready.
     const std::string& GetError() const { return mError; }
 
-    /// Has a file identified. Waits while the pool is full, except on a thread of the pool itself.
+    /// Has a file identified. Waits while the pool is full, then for a quarter of it to be free; never on a
+    /// thread of the pool itself.
     Submitted Submit(std::string_view aPath);
     /// The same for a stream. The maker is called once, or not at all where the pool is cancelled before; it
     /// goes before the item's result is given out.

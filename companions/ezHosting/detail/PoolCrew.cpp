@@ -96,7 +96,9 @@ void PoolCrew::GiveOut(Lock& aLock) {
     aLock.lock();
     mfGivingOut = false;
     mLedger.Received();
-    mMaySubmit.notify_one();
+    if (mLedger.HasRoom()) {
+        mMaySubmit.notify_all();
+    }
     if (mLedger.IsIdle()) {
         mIdle.notify_all();
     }
@@ -182,6 +184,7 @@ PoolCrew::Submitted PoolCrew::Submit(std::string_view aName, ezHostPool::StreamM
         return Submitted::Full;
     }
     mLedger.Add(aName, std::move(aMaker));
+    lock.unlock(); // whom it wakes needs the lock
     mMayWork.notify_one();
     return Submitted::Taken;
 }

@@ -20,6 +20,9 @@ public:
     PoolLedger(std::size_t aBound, bool afOrderKept);
 
     bool IsFull() const { return mUnderWay >= mBound; }
+    /// Whether enough is free for those who wait to submit: a quarter, so that they and the threads do not
+    /// take turns item by item.
+    bool HasRoom() const { return mUnderWay <= mBound - (mBound + 3) / 4; }
     bool IsIdle() const { return mUnderWay == 0; }
     /// Takes an item in, whether full or not.
     void Add(std::string_view aName, ezHostPool::StreamMaker aMaker);

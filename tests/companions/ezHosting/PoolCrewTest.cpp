@@ -6,7 +6,6 @@
 #include "support/TemporaryFolder.h"
 
 #include <chrono>
-#include <csignal>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <thread>
@@ -33,10 +32,6 @@ public:
 private:
     std::atomic<int>& mAlive;
 };
-
-std::unique_ptr<ezMediaInfo> NoRead(ezMediaParserStream& /*aStream*/) {
-    return std::make_unique<ezMediaInfo>();
-}
 
 } // namespace
 
@@ -219,6 +214,24 @@ TEST(PoolCrew, TheMakerOfAStreamIsCalledOnceAndGoesBeforeTheResult) {
     EXPECT_EQ(owners, 1);
 }
 
+TEST(PoolCrew, SeveralThreadsMaySubmit) {
+    Results results;
+    const Crew crew(2, 5, true, results.Taker());
+    std::vector<std::thread> submitters;
+    for (int i = 0; i < 3; ++i) {
+        submitters.emplace_back([&crew] {
+            for (int j = 0; j < 50; ++j) {
+                EXPECT_EQ(crew.SubmitZeros(), Submitted::Taken);
+            }
+        });
+    }
+    for (std::thread& submitter : submitters) {
+        submitter.join();
+    }
+    crew->Wait();
+    EXPECT_EQ(results.Numbers(), Counting(150));
+}
+
 // Waiting
 
 TEST(PoolCrew, AWaitOfLimitedTimeTellsWhetherAllIsDone) {
@@ -323,6 +336,25 @@ TEST(PoolCrew, ARequestWaitsForOneReadAtMost) {
             EXPECT_EQ(result.mInfo, nullptr);
         }
     }
+}
+
+TEST(PoolCrew, AStreamThatDoesNotWatchIsReadOnAndItsItemIsCancelledAllTheSame) {
+    Results results;
+    Gate gate;
+    std::atomic<int> reads{0};
+    const Crew crew(1, 8, false, results.Taker());
+    crew->Submit("zeros", [&](ezCancellation&) {
+        return std::make_unique<ReadsOf>([&] {
+            ++reads;
+            gate.Pass();
+        });
+    });
+    gate.AwaitArrivals(1);
+    crew->Cancel();
+    gate.Open();
+    crew->Wait();
+    EXPECT_EQ(reads, 2);
+    EXPECT_EQ(results.CountOf(Outcome::Cancelled), 1U);
 }
 
 TEST(PoolCrew, AFileIsCancelledToo) {
@@ -511,17 +543,4 @@ TEST(PoolCrew, WhatWasThrownAndNotWaitedForIsLoggedAlone) {
         crew.SubmitZeros();
     }
     EXPECT_TRUE(log.Has("ezHostPool: Cancelled by what the host threw: nobody asks\n"));
-}
-
-TEST(PoolCrew, ItsThreadsTakeNoSignals) {
-    sigset_t blocked;
-    sigemptyset(&blocked);
-    const Crew crew(
-        1, 8, true, [&](const ezHostPoolResult&) { pthread_sigmask(SIG_SETMASK, nullptr, &blocked); },
-        NoRead);
-    crew.SubmitZeros();
-    crew->Wait();
-    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) {
-        EXPECT_EQ(sigismember(&blocked, number), 1) << number;
-    }
 }

@@ -114,6 +114,7 @@ void Compare(const PoolLedger& aLedger, const Model& aModel) {
     using Outcome = ezHostPoolOutcome;
     const ezHostPoolProgress progress = aLedger.GetProgress();
     RC_ASSERT(aLedger.IsFull() == (aModel.UnderWay() >= aModel.mBound));
+    RC_ASSERT(aLedger.HasRoom() == (4 * aModel.UnderWay() <= 3 * aModel.mBound));
     RC_ASSERT(aLedger.IsIdle() == (aModel.UnderWay() == 0));
     RC_ASSERT(progress.mSubmitted == aModel.mAdded);
     RC_ASSERT(progress.mDone == aModel.mGivenOut.size());

@@ -37,7 +37,7 @@ class EZHOSTING_API ezHost {
 public:
     /// Never fails outright: IsReady tells.
     /// @param aConfigFolder  of the configuration; "" to look for it
-    /// @param anOptions      what the host offers; copied
+    /// @param anOptions      what the host offers; need not outlive the constructor
     explicit ezHost(std::string_view aConfigFolder = {}, const ezHostOptions& anOptions = {});
     ~ezHost();
 

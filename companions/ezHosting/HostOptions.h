@@ -13,7 +13,8 @@
 class ProfileRules;
 class ezMediaParserManager;
 
-/// What an ezHost offers. Values, which the host copies; hosts of several threads are made of the same.
+/// What an ezHost offers. Values, of which the host needs nothing once it is made but mProfileRules, which it
+/// shares; hosts of several threads are made of the same.
 struct ezHostOptions {
     /// @name What there is
     /// What this library was built without is an error of the host that asks for it.

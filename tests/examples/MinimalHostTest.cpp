@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -71,4 +72,16 @@ TEST(HostingGuide, ShowsTheExamplesAsTheyAre) {
     for (const std::string& block : blocks) {
         EXPECT_EQ(CountOfTextsWith(sources, block), 1U) << block;
     }
+}
+
+TEST(HostingGuide, NamesEveryOptionOfAHost) {
+    const std::string header = ReadWholeFile(EZ_SOURCES "/companions/ezHosting/HostOptions.h");
+    const std::string guide = ReadWholeFile(EZ_SOURCES "/docs/hosting.md");
+    const std::regex field("[ >](mf?[A-Z][A-Za-z]*)( =|;)");
+    std::size_t count = 0;
+    for (std::sregex_iterator match(header.begin(), header.end(), field), end; match != end; ++match) {
+        EXPECT_NE(guide.find((*match)[1].str()), std::string::npos) << (*match)[1];
+        ++count;
+    }
+    EXPECT_EQ(count, 15U);
 }

@@ -1,5 +1,7 @@
 #include "ezHosting/detail/Places.h"
 
+#include "ezHosting/detail/Limits.h"
+
 #include "ezPlatform/config/Config.h"
 
 #include <cerrno>
@@ -27,7 +29,7 @@ std::string WordsOf(int anError) {
 } // namespace
 
 std::string ShownPath(std::string_view aPath) {
-    std::string shown(aPath.substr(0, kezHosting_MaximumShownPath));
+    std::string shown(aPath.substr(0, kHost_MaxShownPath));
     return aPath.size() > shown.size() ? shown + "..." : shown;
 }
 

@@ -5,9 +5,6 @@
 #include <string>
 #include <string_view>
 
-/// Bytes of a path that a message shows. A path may have megabytes.
-inline constexpr std::size_t kezHosting_MaximumShownPath = 1024;
-
 /// A path as a message shows it: cut, with "..." after it, where it is too long.
 std::string ShownPath(std::string_view aPath);
 

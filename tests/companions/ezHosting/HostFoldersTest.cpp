@@ -1,7 +1,6 @@
 #include "ezHosting/HostFolders.h"
 
 #include "ezHosting/detail/FolderSearch.h"
-#include "ezHosting/detail/InstalledFolder.h"
 #include "ezHosting/detail/Places.h"
 #include "support/TemporaryFolder.h"
 #include "support/Unprivileged.h"
@@ -228,43 +227,4 @@ TEST(HostFolders, WithoutATableAreAllNamed) {
     fs::resize_file(folder.Path(std::string("ro/") + kIni), std::uintmax_t{64} << 20);
     EXPECT_EQ(WhyNoTable(FindHostFolders("ro")),
               "no media types: ro/mediaCTRLMediaTypes.ini: no types were read from it");
-}
-
-TEST(ShownPath, IsCutPastItsBound) {
-    const std::string edge(kezHosting_MaximumShownPath, 'x');
-    EXPECT_EQ(ShownPath(edge), edge);
-    EXPECT_EQ(ShownPath(edge + "y"), edge + "...");
-    EXPECT_EQ(ShownPath(""), "");
-}
-
-TEST(InstalledFolder, IsBesideTheLibraryWhereverThatReallyIs) {
-    const TemporaryFolder tree;
-    const std::string data = "/share/ezParsersFramework/" EZHOSTING_DATA_VERSION;
-    const std::string root = fs::canonical(tree.GetPath()).string();
-    const std::string library = tree.Write("usr/" EZHOSTING_LIBDIR "/libezHosting.so.1.2.3", "");
-    EXPECT_EQ(InstalledFolderOf(library, ""), root + "/usr" + data);
-    // By the link that the loader follows, and through a link to the folder, as /lib is one.
-    fs::create_symlink("libezHosting.so.1.2.3", tree.Path("usr/" EZHOSTING_LIBDIR "/libezHosting.so.1"));
-    fs::create_symlink("usr/" EZHOSTING_LIBDIR, tree.Path("linked"));
-    EXPECT_EQ(InstalledFolderOf(tree.Path("linked/libezHosting.so.1"), ""), root + "/usr" + data);
-    // A relative one, as a relative search path gives it.
-    const WorkingDirectory working(tree.Path("usr"));
-    EXPECT_EQ(InstalledFolderOf("./" EZHOSTING_LIBDIR "/libezHosting.so.1", ""), root + "/usr" + data);
-    EXPECT_EQ(InstalledFolderOf("./gone/libezHosting.so.1", ""), "");
-}
-
-TEST(InstalledFolder, OfAProgramThatHoldsTheLibraryIsBesideThat) {
-    const TemporaryFolder tree;
-    const std::string data = "/opt/share/ezParsersFramework/" EZHOSTING_DATA_VERSION;
-    const std::string expected = fs::canonical(tree.GetPath()).string() + data;
-    const std::string program = tree.Write("opt/" EZHOSTING_BINDIR "/server", "");
-    EXPECT_EQ(InstalledFolderOf("server", program), expected); // started by its name alone
-    EXPECT_EQ(InstalledFolderOf(program, program), expected);
-    EXPECT_EQ(InstalledFolderOf("server", ""), "");
-}
-
-TEST(InstalledFolder, OfThisProgramIsAbsolute) {
-    EXPECT_EQ(InstalledFolder().front(), '/');
-    const WorkingDirectory working("/");
-    EXPECT_EQ(InstalledFolder().front(), '/');
 }

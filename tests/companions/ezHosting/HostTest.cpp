@@ -27,6 +27,7 @@
 #include <set>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <thread>
 #include <type_traits>
 
 namespace {
@@ -459,6 +460,34 @@ TEST(HostMapper, WinsFromTheFirstStartOnAndHoldsEveryLineOnce) {
         EXPECT_EQ(info->GetUInt32(kezInfo_Duration, 0), 125U);
         folder.Write("MediaMapper.txt", ""); // from here on the copy counts
         EXPECT_TRUE(fs::exists(state.Path("state/_MediaMapper.txt")));
+    }
+}
+
+TEST(HostMapper, IsCopiedWholeByHostsThatStartAtOnce) {
+    for (int round = 0; round < 20; ++round) {
+        const ConfigFolder folder;
+        std::string lines;
+        for (int i = 0; i < 500; ++i) {
+            lines += "song" + std::to_string(i) + ".a,audio/mapped,NIGHT,0:02:05\n";
+        }
+        folder.Write("MediaMapper.txt", lines);
+        ezHostOptions options;
+        options.mfMediaMapper = true;
+        options.mfFormats = false;
+        std::vector<std::string> told(4);
+        std::vector<std::thread> threads;
+        for (std::string& one : told) {
+            threads.emplace_back([&] {
+                const ezHost host(folder.GetPath(), options);
+                DLNAMediaMapper* const mapper = host.GetMediaMapper();
+                one = mapper != nullptr ? std::to_string(ezArray_GetCount(mapper->GetArray()))
+                                        : host.GetError();
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_EQ(told, (std::vector<std::string>(4, "500")));
     }
 }
 

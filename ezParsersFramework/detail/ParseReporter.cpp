@@ -18,9 +18,8 @@ void ParseReporter::RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anI
     if (!IsInRequest()) {
         return;
     }
-    const FactLedger* const ledger = anInfo != nullptr ? Find(*anInfo) : nullptr;
-    if (ledger != nullptr) {
-        ledger->Tell([this](const char* aKey, const ezFactSource& aSource) {
+    if (anInfo != nullptr) {
+        LedgerOf(*anInfo).Tell([this](const char* aKey, const ezFactSource& aSource) {
             Tell(&ezParseObserver::FactStated, aKey, aSource);
         });
     }

@@ -14,6 +14,8 @@
 /// Steps outside a request, as of a host that calls ParseFromType itself, are told to nobody. Ledgers live
 /// with the trial of a parser: when it declines, those of all records that came about in it go, and when it
 /// answers, all but that of its record, since a later record may have the address of one that is gone.
+/// A parser that deletes an answer and makes a record of its own where that was looks like one that goes on
+/// with it: what both say alike stays the other parser's.
 class ParseReporter {
 public:
     /// The observer is borrowed.

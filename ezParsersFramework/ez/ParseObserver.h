@@ -36,7 +36,7 @@ enum class ezEntryResult {
 
 /// How the parsers of a type fared.
 enum class ezTypeResult {
-    Answered,
+    Answered,   ///< one of them did
     Declined,   ///< at least one was tried, none answered
     NoParser,   ///< no parser of that type is registered
     TriedBefore ///< all parsers of that type had been tried in this request
@@ -64,7 +64,7 @@ enum class ezParseStep {
 
 /// Where a fact of the record that a caller gets is from. What it refers to is borrowed for the call.
 struct ezFactSource {
-    ezParseStep mStep;
+    ezParseStep mStep; ///< which step stated it
     /// For ezParseStep::Parser, else null; null too where a manager of the host's own answered for its
     /// parsers.
     const ezBaseParser* mParser;
@@ -75,15 +75,15 @@ struct ezFactSource {
 /// ezMediaParserManager::SetObserver. Every operation does nothing here; a host overrides those that it
 /// wants.
 ///
-/// Operations come in pairs, ...Began and ...Ended, that nest: a type that begins while a parser is being
-/// tried is a request of that parser. What is handed in is the manager's or the parser's, to be looked at
-/// during the call and not kept; the stream is not read. What parsers say and records hold is from the media:
-/// it may be any bytes. An observer is called in the thread of the request and asks nothing of the manager in
-/// a call: Parse, ParseCoverArt, AdjustDLNAInfo, ParseFromType, AdjustDLNAInfoFromType and SetObserver are
-/// then the assertion "!IsTelling()", and answer like a request that found nothing, or change nothing.
+/// Operations come in pairs, ...Began and ...Ended, that nest: a parser may ask for a type, or have another
+/// stream identified, which is a request within its own. What is handed in is the manager's or the parser's,
+/// to be looked at during the call and not kept; the stream is not read. What parsers say and records hold is
+/// from the media: it may be any bytes. What a host asks of ezMediaParserManager::ParseFromType itself
+/// belongs to no request and is not told.
 ///
-/// A parser that has the manager identify another stream begins a request within the one that it is part of.
-/// What a host asks of ezMediaParserManager::ParseFromType itself belongs to no request and is not told.
+/// An observer is called in the thread of the request and asks nothing of its manager in a call: Parse,
+/// ParseCoverArt, AdjustDLNAInfo, ParseFromType, AdjustDLNAInfoFromType, SetObserver and TellRefusal are then
+/// the assertion "!IsTelling()", and answer like a request that found nothing, or change nothing.
 class EZPARSERS_API ezParseObserver {
 public:
     ezParseObserver() = default;
@@ -91,20 +91,27 @@ public:
     ezParseObserver(const ezParseObserver&) = delete;
     ezParseObserver& operator=(const ezParseObserver&) = delete;
 
-    /// @param aStream  null where a record is adjusted
+    /// A request begins.
+    /// @param aStream  what is to be identified; null where a record is adjusted
     virtual void RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream);
+    /// It is over.
     /// @param anInfo  what the caller gets; null where nothing was recognised, or nothing adjusted
     virtual void RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anInfo);
 
+    /// Entries of the media types table are walked over; there may be none of them.
     virtual void PassBegan(ezParsePass aPass);
+    /// The walk is over.
+    /// @param afAnswered  there is a record, or the one to adjust is adjusted
     virtual void PassEnded(ezParsePass aPass, bool afAnswered);
 
     /// An entry is considered: the parsers of its types are tried next.
     virtual void EntryBegan(const ExtensionMimeTypeMatcherEntry& anEntry, bool afExcluded);
+    /// The entry is done with.
     virtual void EntryEnded(const ExtensionMimeTypeMatcherEntry& anEntry, ezEntryResult aResult);
 
     /// The parsers of a type are asked for.
     virtual void TypeBegan(const char* aType);
+    /// The type is done with.
     virtual void TypeEnded(const char* aType, ezTypeResult aResult);
 
     /// A parser is tried.
@@ -113,6 +120,7 @@ public:
     /// A parser says why it refuses the media that it is being tried on. One that only returns null gave no
     /// reason.
     virtual void ParserRefused(const ezBaseParser& aParser, ezParseRefusal aCause, const char* aText);
+    /// The parser is done with.
     /// @param anInfo  its answer; null where it declined
     virtual void ParserEnded(const ezBaseParser& aParser, const ezMediaInfo* anInfo);
 

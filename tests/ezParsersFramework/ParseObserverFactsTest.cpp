@@ -119,14 +119,19 @@ TEST_F(ParseObserverFacts, InnerParserStaysTheSourceOfWhatTheOuterOneDoesNotChan
         info->Set(kezInfo_ClassName, "item.outer", true);
         info->Set(kezInfo_DLNA, "", true);
         info->Set(kezInfo_Duration, 9, true);
+        info->mAlbum = "";
         return info;
     });
     Add("inner").AnsweringWith([](ezMediaParserStream&) {
-        return NewInfo({{"mt", "video/x-inner"}, {"cn", "item.inner"}, {"dl", "*"}, {"vc", "H264"}});
+        ezMediaInfo* const info =
+            NewInfo({{"mt", "video/x-inner"}, {"cn", "item.inner"}, {"dl", "*"}, {"vc", "H264"}});
+        info->mAlbum = "Album";
+        return info;
     });
     Parse("/a.mpg");
     EXPECT_EQ(SourceOf("cn"), "Parser film");
     EXPECT_EQ(SourceOf("dl"), "nobody"); // which it took away
+    EXPECT_EQ(SourceOf("mAlbum"), "nobody");
     EXPECT_EQ(SourceOf("du"), "Parser film");
     EXPECT_EQ(SourceOf("mt"), "Parser inner");
     EXPECT_EQ(SourceOf("vc"), "Parser inner");
@@ -197,6 +202,23 @@ TEST_F(ParseObserverFacts, LaterAnswerAtThePlaceOfAnEarlierOneIsItsParsersAlone)
     }
     Parse("/a.mpg");
     EXPECT_EQ(SourceOf("mt"), "Parser second");
+}
+
+// Nobody can tell such a record from the answer that was there before.
+TEST_F(ParseObserverFacts, RecordAtThePlaceOfAnAnswerThatItsParserDeletedIsTakenForIt) {
+    Use(kParseOption_Default);
+    ScriptedParser& film = Add("film");
+    film.AnsweringWith([&](ezMediaParserStream& aStream) {
+        Record(film.mManager->ParseFromType("inner", aStream));
+        auto* const own = new OnePlaceRecord("video/x-own");
+        own->Set(kezInfo_Duration, 9, true);
+        return own;
+    });
+    Add("inner").AnsweringWith([](ezMediaParserStream&) { return new OnePlaceRecord("video/x-inner"); });
+    Parse("/a.mpg");
+    EXPECT_EQ(SourceOf("du"), "Parser film");
+    EXPECT_EQ(SourceOf("mt"), "Parser film");
+    EXPECT_EQ(SourceOf("vc"), "Parser inner"); // of which both say the same
 }
 
 TEST_F(ParseObserverFacts, AnotherStreamThatAParserHasIdentifiedIsARequestOfItsOwn) {

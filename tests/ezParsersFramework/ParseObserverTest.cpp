@@ -255,11 +255,17 @@ TEST_F(ParseObserver, WhatAHostAsksOutsideARequestIsNotTold) {
     EXPECT_TRUE(mManager->AdjustDLNAInfoFromType("other", &info));
     mManager->TellRefusal(song, ezParseRefusal::Limit, "nobody is tried");
     EXPECT_NE(Record(mManager->GetMimeTypesDotIniParser()->Parse(stream)), nullptr);
+    Add("secret").Answering("x/y");
+    NamedStream secret("/a.sec");
+    EXPECT_EQ(Record(mManager->GetMimeTypesDotIniParser()->Parse(secret)), nullptr);
     EXPECT_EQ(mObserver.Lines(), Lines());
 }
 
 TEST_F(ParseObserver, ObserverThatAParserSetsInARequestIsToldFromTheNextOneOn) {
     Use(kParseOption_Default);
+    const MapperFolder folder;
+    const std::unique_ptr<OpenMapper> mapper = folder.Loaded("a.mpg,video/x-table,P\n");
+    mManager->AddDLNAMediaMapperParser(mapper.get());
     mManager->SetObserver(nullptr);
     ScriptedParser& film = Add("film");
     film.AnsweringWith([&](ezMediaParserStream& aStream) {

@@ -1,7 +1,7 @@
 #include "ezPlaylists/detail/PLSPlaylistParser.h"
 #include "ezPlaylists/PlaylistCut.h"
 
-#include "PlaylistKit.h"
+#include "companions/ezPlaylists/PlaylistKit.h"
 
 #include "ezPlaylists/detail/Limits.h"
 

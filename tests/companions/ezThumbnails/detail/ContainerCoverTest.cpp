@@ -1,4 +1,4 @@
-#include "CoverKit.h"
+#include "companions/ezThumbnails/CoverKit.h"
 
 #include "ezThumbnails/detail/CoverLimits.h"
 

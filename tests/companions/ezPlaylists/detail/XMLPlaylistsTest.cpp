@@ -2,7 +2,7 @@
 #include "ezPlaylists/detail/WPLPlaylistParser.h"
 #include "ezPlaylists/detail/XSPFPlaylistParser.h"
 
-#include "PlaylistKit.h"
+#include "companions/ezPlaylists/PlaylistKit.h"
 
 #include "ezPlaylists/detail/Limits.h"
 

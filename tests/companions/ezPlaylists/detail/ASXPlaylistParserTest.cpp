@@ -1,6 +1,6 @@
 #include "ezPlaylists/detail/ASXPlaylistParser.h"
 
-#include "PlaylistKit.h"
+#include "companions/ezPlaylists/PlaylistKit.h"
 
 #include "ezPlaylists/detail/Limits.h"
 

@@ -1,4 +1,4 @@
-#include "CoverKit.h"
+#include "companions/ezThumbnails/CoverKit.h"
 
 #include "ezBytes/InflatedBytes.h"
 #include "ezThumbnails/detail/GatheredCoverSource.h"

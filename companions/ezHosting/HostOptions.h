@@ -60,7 +60,11 @@ struct ezHostOptions {
     bool mfTableRequired = true;
     /// The folder of the cache, in which it makes one of its own. Thumbnails without it are an error.
     std::string mThumbnailFolder;
-    std::uint64_t mThumbnailBytes = std::uint64_t{64} << 20; ///< bound of the cache
-    std::size_t mThumbnailFiles = 10000;                     ///< the same, counting files
+    /// Bytes of all thumbnails in the cache: those of a home's media. What was not used for the longest time
+    /// goes first.
+    std::uint64_t mThumbnailBytes = std::uint64_t{64} << 20;
+    /// Thumbnails in the cache: as many of a usual size as its bytes hold. What was not used for the longest
+    /// time goes first.
+    std::size_t mThumbnailFiles = 10000;
     /// @}
 };

@@ -19,7 +19,7 @@ struct ezHostPoolOptions {
     /// Threads, each with a host of its own; 0: as many as the machine runs at a time. More than
     /// ezHostPool::kMaxThreads are as many as that.
     std::size_t mThreads = 0;
-    /// So many items are in the pool at a time: those that wait, those that are parsed, and those whose
+    /// Items that are in the pool at a time: those that wait, those that are parsed, and those whose
     /// results wait for the callback or for their turn. 0 counts as 1. A bound below the number of threads
     /// leaves threads idle.
     std::size_t mBound = 64;
@@ -76,7 +76,9 @@ class PoolCrew;
 /// of it is thrown again by Wait or WaitFor. docs/parsing-in-parallel.md has all rules together.
 class EZHOSTING_API ezHostPool {
 public:
-    static constexpr std::size_t kMaxThreads = 64; ///< more than the machines that this is for run at a time
+    /// Threads of a pool: more than the machines that this is for run at a time. Who asks for more gets
+    /// these.
+    static constexpr std::size_t kMaxThreads = 64;
 
     /// Receives the results. It may ask for the progress, cancel, and submit, which does not wait then; Wait
     /// and WaitFor are of no use in it. It may also destroy the pool: the results that are left are given to

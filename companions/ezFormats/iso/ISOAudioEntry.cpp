@@ -3,6 +3,7 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include <algorithm>
@@ -62,11 +63,10 @@ constexpr std::uint32_t kObjectLastAAC = 0x68;
 /// A sampling rate that is held as a 64-bit floating point number; 0 for none.
 std::uint32_t ReadFloatRate(ByteReader& aReader) {
     static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(std::uint64_t));
-    constexpr double kMaximum = 10e6;
     const std::uint64_t bits = aReader.ReadBig(8);
     double rate = 0;
     std::memcpy(&rate, &bits, sizeof(rate));
-    return rate >= 1 && rate <= kMaximum ? static_cast<std::uint32_t>(rate) : 0;
+    return rate >= 1 && rate <= kISO_MaxFloatRate ? static_cast<std::uint32_t>(rate) : 0;
 }
 
 /// A number of 32 bits where the other versions have 16; 0 for one that they could not hold.

@@ -1,5 +1,6 @@
 #include "ezHosting/detail/PoolCrew.h"
 
+#include "ezHosting/detail/Limits.h"
 #include "ezHosting/detail/Places.h"
 
 #include "ezBytes/SignalsHeldBack.h"
@@ -10,13 +11,6 @@
 #include <algorithm>
 #include <system_error>
 #include <utility>
-
-namespace {
-
-/// The clock can say when that is over.
-constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(24 * 365);
-
-} // namespace
 
 PoolCrew::PoolCrew(const ezHostPoolOptions& anOptions, ezHostPool::Callback aCallback)
     : mCallback(std::move(aCallback)), mLedger(anOptions.mBound, anOptions.mfOrderKept) {}
@@ -204,7 +198,7 @@ bool PoolCrew::WaitFor(std::chrono::milliseconds aTime) {
         return false;
     }
     Lock lock(mMutex);
-    if (!mIdle.wait_for(lock, std::min(aTime, kLongestWait), [this] { return mLedger.IsIdle(); })) {
+    if (!mIdle.wait_for(lock, std::min(aTime, kHost_LongestWait), [this] { return mLedger.IsIdle(); })) {
         return false;
     }
     ThrowKept(lock);

@@ -4,6 +4,7 @@
 #include "output/Console.h"
 
 #include "ezPlatform/containers/Array.h"
+#include "mapper/Limits.h"
 
 namespace {
 
@@ -34,14 +35,13 @@ std::unique_ptr<DLNAMediaMapper> NewMapper(const ConfigFolders& aFolders,
 /// Says which lines do not count, and why: those of the read-only file, or those of the other.
 void TellLines(const DLNAMediaMapperBadLines& aLines, bool afReadOnly, const std::string& aPath,
                const char* aWhat, Console& aConsole) {
-    constexpr std::size_t kMaximumTold = 10;
     std::size_t told = 0;
     for (const DLNAMediaMapperBadLine& line : aLines.mLines) {
-        if (line.mfReadOnlyFile == afReadOnly && told++ < kMaximumTold) {
+        if (line.mfReadOnlyFile == afReadOnly && told++ < kMapperTable_MaxTold) {
             aConsole.Error(aPath + ":" + std::to_string(line.mNumber), std::string(line.mReason) + aWhat);
         }
     }
-    if (told > kMaximumTold) {
+    if (told > kMapperTable_MaxTold) {
         aConsole.Error(aPath, "more such lines; \"mapper check\" names them");
     }
 }

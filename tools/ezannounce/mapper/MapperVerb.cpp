@@ -3,6 +3,7 @@
 #include "arguments/Arguments.h"
 #include "host/ConfigFolders.h"
 #include "host/Unreadable.h"
+#include "mapper/Limits.h"
 #include "mapper/MapperCheck.h"
 #include "mapper/MapperEdit.h"
 #include "mapper/MapperFacts.h"
@@ -113,6 +114,7 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
         std::error_code ignored;
         const bool fLarge = std::filesystem::is_regular_file(path, ignored) &&
                             std::filesystem::file_size(path, ignored) > kMapperCheck_MaxBytes;
+        static_assert(kMapperCheck_MaxBytes == std::uint64_t{64} << 20, "the text says so");
         aConsole.Error(path, fLarge ? "larger than 64 MiB, and so no table to check" : WhyUnreadable(path));
         return kExitSomeFailed;
     }

@@ -4,6 +4,7 @@
 #include "host/Host.h"
 #include "host/MapperAnswer.h"
 #include "output/Console.h"
+#include "output/Limits.h"
 #include "output/SafeText.h"
 #include "parse/Table.h"
 
@@ -12,8 +13,6 @@
 #include <string_view>
 
 namespace {
-
-constexpr std::size_t kRowsPerBatch = 1000;
 
 enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, kRest };
 
@@ -148,7 +147,7 @@ void WideTableOutput::Put(const Announcement& anAnnouncement) {
         row[kRest] += (row[kRest].empty() ? "" : "; ") + overrides;
     }
     mRows.push_back(std::move(row));
-    if (mRows.size() >= kRowsPerBatch) {
+    if (mRows.size() >= kOutput_RowsPerBatch) {
         Finish();
     }
 }

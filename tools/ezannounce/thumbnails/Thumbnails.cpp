@@ -2,6 +2,7 @@
 
 #include "output/PictureWords.h"
 #include "output/SameFile.h"
+#include "thumbnails/Limits.h"
 #include "thumbnails/ThumbnailIdentity.h"
 
 #include "ezPlatform/base/Log.h"
@@ -126,7 +127,7 @@ Provider* Thumbnails::NewProvider(Words... aWords) {
 
 Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut)
     : mCacheFolder(aCacheFolder),
-      mCache(ezCString(aCacheFolder), kCacheBytes, kCacheFiles),
+      mCache(ezCString(aCacheFolder), kThumbnails_CacheBytes, kThumbnails_CacheFiles),
       mManager(&mCache, new PictureThumbnailGenerator),
       mSidecars(NewProvider<SidecarsButOne>(aLeftOut)) {
     mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));

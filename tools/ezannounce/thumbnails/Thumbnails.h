@@ -12,10 +12,6 @@
 #include <string>
 #include <vector>
 
-/// Bounds of the cache; what was not used for the longest time goes first.
-constexpr std::uint64_t kCacheBytes = std::uint64_t{128} << 20;
-constexpr std::size_t kCacheFiles = 20000;
-
 /// What the providers did at one request.
 struct ThumbnailTrace {
     bool mfAsked = false;   ///< any of them was asked, so that the answer did not come from the cache

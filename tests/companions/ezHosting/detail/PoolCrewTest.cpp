@@ -1,6 +1,6 @@
 #include "ezHosting/detail/PoolCrew.h"
 
-#include "PoolKit.h"
+#include "companions/ezHosting/PoolKit.h"
 
 #include "support/Catchers.h"
 #include "support/TemporaryFolder.h"
@@ -306,6 +306,34 @@ TEST(PoolCrew, CancellingAnswersWhatWaitsWithoutOpeningIt) {
     EXPECT_EQ(results.CountOf(Outcome::Cancelled), 5U);
     EXPECT_EQ(crew->GetProgress().mCancelled, 5U);
     EXPECT_EQ(crew.SubmitZeros(), Submitted::Cancelled) << "it stays cancelled";
+}
+
+TEST(PoolCrew, NothingIsOpenedOnceTheCancellingHasBegun) {
+    ezCancellation* cancellation = nullptr;
+    Gate gate;
+    std::atomic<int> made{0};
+    const Crew crew(1, 8, false, {});
+    crew->Submit("zeros", [&](ezCancellation& aCancellation) {
+        cancellation = &aCancellation;
+        return std::make_unique<ReadsOf>([&] { gate.Pass(); });
+    });
+    gate.AwaitArrivals(1);
+    crew->Submit("waiting", [&made](ezCancellation&) {
+        ++made;
+        return nullptr;
+    });
+    {
+        // Before those that wait are answered the thread is free to take one.
+        const ezCancellation::Watch watch(*cancellation, [&] {
+            gate.Open();
+            while (crew->GetProgress().mDone < 2) {
+                std::this_thread::yield();
+            }
+        });
+        crew->Cancel();
+    }
+    crew->Wait();
+    EXPECT_EQ(made, 0);
 }
 
 TEST(PoolCrew, ARequestWaitsForOneReadAtMost) {

@@ -1,6 +1,6 @@
 #include "ezHosting/detail/PoolCrew.h"
 
-#include "PoolKit.h"
+#include "companions/ezHosting/PoolKit.h"
 
 #include <csignal>
 #include <cstdint>

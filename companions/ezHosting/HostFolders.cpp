@@ -58,6 +58,10 @@ bool ezHostFolders::HasTable() const {
            WhyNoFile(FileIn(mWritable, kezMediaTypesFileName)).empty();
 }
 
+std::string ezHostFolders::WhyNoTable() const {
+    return ::WhyNoTable(*this);
+}
+
 ezHostFolders FindHostFolders(std::string_view aConfigFolder, std::string_view aStateFolder) {
     return SearchHostFolders(aConfigFolder, aStateFolder, InstalledFolder());
 }

@@ -23,6 +23,9 @@ struct EZHOSTING_API ezHostFolders {
 
     /// True where one of the two folders holds a media types file. What is in it is another matter.
     bool HasTable() const;
+    /// Says of each place why nothing came of it, in one line without an end: the error of an ezHost that has
+    /// no media types. For a host that goes on without.
+    std::string WhyNoTable() const;
 };
 
 /// Finds the folders of the configuration. Reads ConfigPath.ini and looks at files; opens no table.

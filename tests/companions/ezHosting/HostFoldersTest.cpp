@@ -224,6 +224,7 @@ TEST(HostFolders, WithoutATableAreAllNamed) {
               "rw/mediaCTRLMediaTypes.ini: not a regular file");
     fs::resize_file(folder.Path(std::string("ro/") + kIni), (std::uintmax_t{64} << 20) + 1);
     EXPECT_EQ(WhyNoTable(FindHostFolders("ro")), "no media types: ro/mediaCTRLMediaTypes.ini: too large");
+    EXPECT_EQ(FindHostFolders("ro").WhyNoTable(), "no media types: ro/mediaCTRLMediaTypes.ini: too large");
     fs::resize_file(folder.Path(std::string("ro/") + kIni), std::uintmax_t{64} << 20);
     EXPECT_EQ(WhyNoTable(FindHostFolders("ro")),
               "no media types: ro/mediaCTRLMediaTypes.ini: no types were read from it");

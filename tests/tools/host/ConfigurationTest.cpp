@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,7 +21,10 @@ const std::string& OfFormats() {
     return text;
 }
 
-const std::string kNote = "ezannounce: mediaCTRLMediaTypes.ini: no media types found in ";
+/// What is said where there are no media types.
+std::string NoTypes(const std::string& aPlaces) {
+    return "ezannounce: no media types: " + aPlaces + "; --config names the folder of the file\n";
+}
 
 } // namespace
 
@@ -153,9 +157,12 @@ TEST(Configuration, WithCarriageReturnsAndAByteOrderMarkIsRead) {
 }
 
 TEST(Configuration, ThatIsMissingEmptyOrAFolderIsSaidAndNothingIsRecognised) {
-    for (const char* kind : {"missing", "empty", "folder", "binary"}) {
+    const std::map<std::string, std::string> kinds = {{"missing", "not found"},
+                                                      {"empty", "no types were read from it"},
+                                                      {"folder", "not a regular file"},
+                                                      {"binary", "no types were read from it"}};
+    for (const auto& [which, reason] : kinds) {
         const TemporaryFolder folder;
-        const std::string which = kind;
         if (which == "folder") {
             std::filesystem::create_directory(folder.Path(kIni));
         } else if (which != "missing") {
@@ -163,11 +170,27 @@ TEST(Configuration, ThatIsMissingEmptyOrAFolderIsSaidAndNothingIsRecognised) {
         }
         const ProgramResult result =
             RunTool({"--config", folder.GetPath(), EZ_SAMPLES "/music/morning-walk.mp3"});
-        EXPECT_EQ(result.mStatus, 1) << kind;
-        EXPECT_EQ(result.mError, kNote + folder.GetPath() + "; --config names the folder of the file\n")
-            << kind;
-        EXPECT_NE(result.mOut.find("not recognised"), std::string::npos) << kind;
+        EXPECT_EQ(result.mStatus, 1) << which;
+        EXPECT_EQ(result.mError, NoTypes(folder.Path(kIni) + ": " + reason));
+        EXPECT_NE(result.mOut.find("not recognised"), std::string::npos) << which;
     }
+}
+
+TEST(Configuration, ThatIsMissingIsSaidOfAllPlacesThatWereLookedAt) {
+    const TemporaryFolder working;
+    const TemporaryFolder named;
+    const TemporaryFolder state;
+    working.Write("ConfigPath.ini", "[ConfigPath]\nReadOnly=" + named.GetPath() + "\n");
+    ProgramOptions options;
+    options.mFolder = working.GetPath();
+    const std::string path =
+        "ConfigPath.ini: names the read-only folder; " + named.Path(kIni) + ": not found; ";
+    const ProgramResult result = RunTool({"capabilities"}, options);
+    EXPECT_EQ(result.mStatus, 0);
+    EXPECT_EQ(result.mOut, OfFormats());
+    EXPECT_EQ(result.mError, NoTypes(path + "./mediaCTRLMediaTypes.ini: not found"));
+    EXPECT_EQ(RunTool({"capabilities", "--state", state.GetPath()}, options).mError,
+              NoTypes(path + state.Path(kIni) + ": not found"));
 }
 
 TEST(Configuration, OfTheStateFolderLiesOverTheOther) {

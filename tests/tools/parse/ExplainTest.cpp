@@ -1,9 +1,9 @@
 #include "Announce.h"
-#include "host/ConfigFolders.h"
 #include "host/Explanation.h"
 #include "host/Host.h"
 #include "support/TemporaryFolder.h"
 
+#include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 
 #include <gtest/gtest.h>
@@ -154,11 +154,12 @@ public:
         arguments.mfExplain = true;
         arguments.mCTTContext = aCTTContext;
         arguments.mParseOptions = aParseOptions;
-        mHost = std::make_unique<Host>(arguments, ConfigFolders{mFolder.GetPath(), mFolder.GetPath()});
+        arguments.mConfigFolder = mFolder.GetPath();
+        mHost = std::make_unique<Host>(arguments);
     }
 
     ExplainedHost& Add(const char* aType, LaidDownParser::Fill aFill) {
-        mHost->GetManager().Add(new LaidDownParser(aType, std::move(aFill)));
+        mHost->Get().GetManager().Add(new LaidDownParser(aType, std::move(aFill)));
         return *this;
     }
 
@@ -362,7 +363,9 @@ TEST(Explain, TellsTheFileNameOnlyWhereItCounts) {
 TEST(Explain, TakesNothingDownUnlessAsked) {
     const TemporaryFolder folder;
     folder.Write(kezMediaTypesFileName, kTypes);
-    Host host(Arguments(), ConfigFolders{folder.GetPath(), folder.GetPath()});
+    Arguments arguments;
+    arguments.mConfigFolder = folder.GetPath();
+    Host host(arguments);
     Announcement announcement;
     std::string reason;
     ASSERT_TRUE(host.Announce(folder.Write("a.mp3", ""), announcement, reason));

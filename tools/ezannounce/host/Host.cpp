@@ -7,80 +7,71 @@
 
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
-#include "ezFormats/FormatParsers.h"
-#include "ezHosting/ProtocolInfos.h"
-#include "ezHosting/TypesTableParser.h"
-#include "ezPlatform/containers/PtrList.h"
+#include "ez/MediaParserManager.h"
+
+namespace {
+
+ezHostOptions OptionsOf(const Arguments& anArguments, std::shared_ptr<const ProfileRules> aRules) {
+    ezHostOptions options;
+    options.mParseOptions = anArguments.mParseOptions;
+    options.mCTTContext = anArguments.mCTTContext;
+    options.mTextCodePage = anArguments.mCodePage.value_or("");
+    options.mProfileRules = std::move(aRules);
+    options.mStateFolder = anArguments.mStateFolder.value_or("");
+    options.mfTableRequired = false; // what formats declare can be shown without
+    return options;
+}
+
+} // namespace
 
 Announcement::Announcement() = default;
 Announcement::Announcement(Announcement&&) noexcept = default;
 Announcement& Announcement::operator=(Announcement&&) noexcept = default;
 Announcement::~Announcement() = default;
 
-Host::Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-           std::shared_ptr<const ProfileRules> aRules)
-    : mEnvironment(aFolders.mReadOnly, aFolders.mReadWrite), mfExplain(anArguments.mfExplain) {
-    mEnvironment.SetCTTContext(anArguments.mCTTContext);
-    if (anArguments.mCodePage) {
-        mEnvironment.SetTextCodePage(*anArguments.mCodePage);
-    }
-
-    mMatcher = std::make_unique<ExtensionMimeTypeMatcher>(aFolders.mReadOnly.c_str(),
-                                                          aFolders.mReadWrite.c_str(), kezMediaTypesFileName);
-    mMatcher->Load();
-
-    mManager = std::make_unique<ezMediaParserManager>(mEnvironment.Get());
-    mManager->AddStandardParsers(anArguments.mParseOptions);
-    RegisterFormatParsers(*mManager, std::move(aRules));
-    mManager->Add(new TypesTableParser(*mMatcher, ProtocolInfosOf(mManager->GetDLNAInfo().View())));
+Host::Host(const Arguments& anArguments, std::shared_ptr<const ProfileRules> aRules)
+    : mHost(anArguments.mConfigFolder.value_or(""), OptionsOf(anArguments, std::move(aRules))),
+      mfExplain(anArguments.mfExplain) {
     if (mfExplain) {
         TakeNotes();
     }
 }
 
-Host::~Host() {
-    // The parsers use environment and table to the end.
-    mManager.reset();
-    mMapper.reset();
-    mMatcher.reset();
-}
+Host::~Host() = default;
 
 void Host::Use(std::unique_ptr<DLNAMediaMapper> aMapper) {
-    mMapper = std::move(aMapper);
-    mManager->AddDLNAMediaMapperParser(mMapper.get());
+    mHost.UseMediaMapper(std::move(aMapper));
     TakeNotes(); // what the table replaces
 }
 
 void Host::TakeNotes() {
     mNotes = std::make_unique<RequestNotes>();
-    mManager->SetObserver(mNotes.get());
-}
-
-bool Host::HasMediaTypes() const {
-    return ezPtrList_GetCount(mMatcher->AllEntries()) > 0;
+    mHost.GetManager().SetObserver(mNotes.get());
 }
 
 bool Host::Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason) {
     ezFileMediaParserStream stream{ezCString(aPath)};
-    if (!stream.Open()) {
+    if (!Announce(stream, aPath, anAnnouncement)) {
         aReason = WhyUnreadable(aPath);
         return false;
     }
-    Announce(stream, aPath, anAnnouncement);
     return true;
 }
 
-void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement) {
+bool Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement) {
     anAnnouncement.mPath = aName;
-    anAnnouncement.mInfo.reset(mManager->Parse(aStream));
+    anAnnouncement.mInfo = mHost.Identify(aStream);
+    if (!mHost.GetError().empty()) {
+        return false;
+    }
     anAnnouncement.mfRecognised = anAnnouncement.mInfo != nullptr;
     if (!anAnnouncement.mfRecognised) {
         anAnnouncement.mInfo = std::make_unique<ezMediaInfo>();
         aStream.CopyInfo(anAnnouncement.mInfo.get());
         anAnnouncement.mInfo->Set(kezInfo_MimeType, "", true); // what a server says of it is not what it is
     }
-    anAnnouncement.mfMapperInForce = mMapper != nullptr;
-    if (mMapper != nullptr && anAnnouncement.mfRecognised) {
+    anAnnouncement.mfMapperInForce = mHost.GetMediaMapper() != nullptr;
+    if (anAnnouncement.mfMapperInForce && anAnnouncement.mfRecognised) {
         if (std::optional<MapperAnswer> answer = mNotes->GetMapperAnswer(*anAnnouncement.mInfo)) {
             anAnnouncement.mMapperAnswer = std::make_unique<MapperAnswer>(std::move(*answer));
         }
@@ -89,4 +80,5 @@ void Host::Announce(ezMediaParserStream& aStream, const std::string& aName, Anno
         anAnnouncement.mExplanation = std::make_unique<Explanation>(
             mNotes->Explain(anAnnouncement.mfRecognised ? anAnnouncement.mInfo.get() : nullptr));
     }
+    return true;
 }

@@ -1,11 +1,8 @@
 #pragma once
 
 #include "arguments/Arguments.h"
-#include "host/ConfigFolders.h"
 
-#include "ez/Environment.h"
-#include "ez/ExtensionMimeTypeMatcher.h"
-#include "ez/MediaParserManager.h"
+#include "ezHosting/Host.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <memory>
@@ -34,13 +31,11 @@ struct Announcement {
     ~Announcement();
 };
 
-/// The library as this tool uses it: environment, manager, parsers, and a media types table of its own to
-/// look things up in.
+/// The library as this tool uses it, which can tell why media are announced as they are.
 class Host {
 public:
     /// @param aRules  which profile a file keeps; null for the built-in table
-    Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-         std::shared_ptr<const ProfileRules> aRules = nullptr);
+    explicit Host(const Arguments& anArguments, std::shared_ptr<const ProfileRules> aRules = nullptr);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -50,22 +45,16 @@ public:
 
     /// Identifies a file. False, with the reason, when it cannot be read.
     bool Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason);
-    /// Identifies what an open stream brings, under the name that it is shown by.
-    void Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
+    /// Identifies what a stream brings, under the name that it is shown by. False when it cannot be opened.
+    bool Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
 
-    ezMediaParserManager& GetManager() { return *mManager; }
-    ExtensionMimeTypeMatcher& GetMatcher() { return *mMatcher; }
-    /// False when there is no media types file, or nothing in it.
-    bool HasMediaTypes() const;
+    ezHost& Get() { return mHost; }
 
 private:
     /// Has the notes of the next requests taken.
     void TakeNotes();
 
-    ezEnvironment mEnvironment; ///< first, as the parsers use it to the end
-    std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
     std::unique_ptr<RequestNotes> mNotes; ///< null where nobody wants to know why
-    std::unique_ptr<ezMediaParserManager> mManager;
-    std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
+    ezHost mHost;
     bool mfExplain;
 };

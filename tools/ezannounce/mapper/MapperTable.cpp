@@ -1,8 +1,8 @@
 #include "mapper/MapperTable.h"
 
-#include "host/ConfigFolders.h"
 #include "output/Console.h"
 
+#include "ezHosting/HostFolders.h"
 #include "ezPlatform/containers/Array.h"
 #include "mapper/Limits.h"
 
@@ -26,10 +26,10 @@ public:
     }
 };
 
-std::unique_ptr<DLNAMediaMapper> NewMapper(const ConfigFolders& aFolders,
+std::unique_ptr<DLNAMediaMapper> NewMapper(const ezHostFolders& aFolders,
                                            ezMimeTypesDotIniParser* anIniParser) {
     return std::make_unique<DLNAMediaMapper>(anIniParser, ezCString(aFolders.mReadOnly),
-                                             ezCString(aFolders.mReadWrite), "", kezMediaMapperFileName);
+                                             ezCString(aFolders.mWritable), "", kezMediaMapperFileName);
 }
 
 /// Says which lines do not count, and why: those of the read-only file, or those of the other.
@@ -58,14 +58,14 @@ void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Conso
               aConsole);
 }
 
-MapperFiles FindMapperFiles(const ConfigFolders& aFolders) {
+MapperFiles FindMapperFiles(const ezHostFolders& aFolders) {
     const ezPathName readOnly = PathIn(aFolders.mReadOnly, kezMediaMapperFileName);
-    const ezPathName writable = PathIn(aFolders.mReadWrite, kWritableFileName);
+    const ezPathName writable = PathIn(aFolders.mWritable, kWritableFileName);
     return {readOnly.GetFullPath().c_str(), writable.GetFullPath().c_str(), readOnly.FileExists(),
             writable.FileExists()};
 }
 
-std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
+std::unique_ptr<DLNAMediaMapper> OpenMapper(const ezHostFolders& aFolders,
                                             ezMimeTypesDotIniParser* anIniParser, bool afNoCopy,
                                             Console& aConsole) {
     const MapperFiles files = FindMapperFiles(aFolders);

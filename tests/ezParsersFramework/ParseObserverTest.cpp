@@ -200,6 +200,12 @@ TEST_F(ParseObserver, IsToldOfARecordThatIsAdjustedWhatTheRequestChanged) {
                                 "  FactStated dl Parser song\n"
                                 "RequestEnded Adjust video/mpeg\n");
     mObserver.Clear();
+    info.Set(kezInfo_MimeType, "image/jpeg", true);
+    EXPECT_FALSE(mManager->AdjustDLNAInfo(&info));
+    EXPECT_EQ(mObserver.LinesOf({"EntryBegan", "EntryEnded", "FactStated"}),
+              (Lines{"EntryBegan hidden excluded", "EntryEnded hidden Declined", "EntryBegan photo",
+                     "EntryEnded photo Declined"}));
+    mObserver.Clear();
     info.Set(kezInfo_MimeType, "none/such", true);
     EXPECT_FALSE(mManager->AdjustDLNAInfo(&info));
     EXPECT_FALSE(mManager->AdjustDLNAInfo(nullptr));
@@ -254,6 +260,9 @@ TEST_F(ParseObserver, WhatAHostAsksOutsideARequestIsNotTold) {
     Add("other").Adjusting("dl");
     EXPECT_TRUE(mManager->AdjustDLNAInfoFromType("other", &info));
     mManager->TellRefusal(song, ezParseRefusal::Limit, "nobody is tried");
+    mManager->SetObserver(nullptr);
+    mManager->TellRefusal(song, ezParseRefusal::Limit, "nobody is told");
+    mManager->SetObserver(&mObserver);
     EXPECT_NE(Record(mManager->GetMimeTypesDotIniParser()->Parse(stream)), nullptr);
     Add("secret").Answering("x/y");
     NamedStream secret("/a.sec");

@@ -71,11 +71,12 @@ void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
 
 /// Tries those parsers of a list, which may be null, for which aIsWanted(parser) is true, in their order,
 /// each from the place where the stream stands. The first answer is the result.
-/// @param aReporter  null when nobody observes
+/// @param aReporter  the manager's
 /// @param aWinner    what the message calls the parser that answers
 template <typename IsWanted>
-ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream, ParseReporter* aReporter,
-                        const char* aWinner, const IsWanted& aIsWanted) {
+ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream,
+                        const std::unique_ptr<ParseReporter>& aReporter, const char* aWinner,
+                        const IsWanted& aIsWanted) {
     // By index, up to the size at the start: a parser may add others while the list is walked.
     const std::size_t count = aList != nullptr ? aList->size() : 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -84,13 +85,9 @@ ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream,
             continue;
         }
         const ezuint64 position = aStream.Tell();
-        if (aReporter != nullptr) {
-            aReporter->ParserBegan(*parser, nullptr);
-        }
+        Report(aReporter.get(), &ParseReporter::ParserBegan, *parser, nullptr);
         ezMediaInfo* info = parser->Parse(aStream);
-        if (aReporter != nullptr) {
-            aReporter->ParserEnded(*parser, info);
-        }
+        Report(aReporter.get(), &ParseReporter::ParserEnded, *parser, info);
         if (info != nullptr) {
             ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: %s: %s\n", aWinner, parser->GetType().c_str());
         }
@@ -205,8 +202,9 @@ void ezMediaParserManager::SetObserver(ezParseObserver* anObserver) {
 
 void ezMediaParserManager::TellRefusal(const ezBaseParser& aParser, ezParseRefusal aCause,
                                        const char* aText) {
-    if (mReporter != nullptr && MayBeAsked()) {
-        mReporter->ParserRefused(aParser, aCause, aText != nullptr ? aText : "");
+    if (MayBeAsked()) {
+        Report(mReporter.get(), &ParseReporter::ParserRefused, aParser, aCause,
+               aText != nullptr ? aText : "");
     }
 }
 
@@ -216,14 +214,10 @@ ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMedia
     }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Parsing type: %s\n", aType.c_str());
     const ezParserList* const list = ParserListFromType(aType, false);
-    if (mReporter != nullptr) {
-        mReporter->TypeBegan(aType.c_str());
-    }
-    ezMediaInfo* info = TryParsers(list, aStream, mReporter.get(), "Winner",
+    Report(mReporter.get(), &ParseReporter::TypeBegan, aType);
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter, "Winner",
                                    [this](const ezBaseParser* aParser) { return BeginParser(aParser); });
-    if (mReporter != nullptr) {
-        mReporter->TypeEnded(aType.c_str(), list != nullptr, info != nullptr);
-    }
+    Report(mReporter.get(), &ParseReporter::TypeEnded, aType, list != nullptr, info != nullptr);
     if (info != nullptr) {
         return info;
     }
@@ -234,17 +228,14 @@ ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMedia
 inline ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
     mDoneParsers.erase();
     ezMediaInfo* info = ParseFromType("*", aStream);
-    if (mReporter != nullptr && info != nullptr) {
-        mReporter->Stated(*info, ezParseStep::Parser); // of a host that overrides ParseFromType
-    }
+    // Of a host that overrides ParseFromType.
+    Report(mReporter.get(), &ParseReporter::Stated, info, ezParseStep::Parser, nullptr);
     info = MediaMapperValidate(aStream, info);
     if (info == nullptr) {
         return nullptr;
     }
     aStream.CopyInfo(info);
-    if (mReporter != nullptr) {
-        mReporter->Stated(*info, ezParseStep::Stream);
-    }
+    Report(mReporter.get(), &ParseReporter::Stated, info, ezParseStep::Stream, nullptr);
     // This message alone names the class without its prefix.
     ezLog_F(EZLOGLEVEL_DEBUG,
             "MediaParserManager: Parsed: Title: %s, Creator: %s, Genre: %s, Album: %s, Other: %s\n",
@@ -262,13 +253,9 @@ ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
     if (!MayBeAsked()) {
         return nullptr;
     }
-    if (mReporter != nullptr) {
-        mReporter->RequestBegan(ezParseRequest::Identify, &aStream, nullptr);
-    }
+    ReportRequest(mReporter.get(), ezParseRequest::Identify, &aStream, nullptr);
     ezMediaInfo* info = Identify(aStream);
-    if (mReporter != nullptr) {
-        mReporter->RequestEnded(ezParseRequest::Identify, info);
-    }
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Identify, info);
     return info;
 }
 
@@ -276,18 +263,14 @@ ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezM
     if (!MayBeAsked()) {
         return nullptr;
     }
-    if (mReporter != nullptr) {
-        mReporter->RequestBegan(ezParseRequest::CoverArt, &aStream, nullptr);
-    }
+    ReportRequest(mReporter.get(), ezParseRequest::CoverArt, &aStream, nullptr);
     const ezParserList* list = ParserListFromMimeType(aMimeType, false);
     if (list != nullptr) {
         mDoneParsers.erase();
     }
-    ezMediaInfo* info = TryParsers(list, aStream, mReporter.get(), "Cover Art Winner",
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter, "Cover Art Winner",
                                    [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
-    if (mReporter != nullptr) {
-        mReporter->RequestEnded(ezParseRequest::CoverArt, info);
-    }
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::CoverArt, info);
     return info;
 }
 
@@ -296,9 +279,7 @@ ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStr
         return anInfo;
     }
     ezMediaInfo* mapped = mDLNAMediaMapperParser->Parse(aStream);
-    if (mReporter != nullptr) {
-        mReporter->MediaMapperAsked(mDLNAMediaMapperParser->FindEntry(aStream));
-    }
+    Report(mReporter.get(), &ParseReporter::MediaMapperAsked, *mDLNAMediaMapperParser, aStream);
     if (mapped == nullptr) {
         return anInfo;
     }
@@ -309,9 +290,7 @@ ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStr
         MergeMapped(*anInfo, *mapped);
         delete mapped;
     }
-    if (mReporter != nullptr) {
-        mReporter->Mapped(*anInfo);
-    }
+    Report(mReporter.get(), &ParseReporter::Mapped, *anInfo);
     return anInfo;
 }
 
@@ -354,13 +333,9 @@ ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
 }
 
 inline bool ezMediaParserManager::Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo) {
-    if (mReporter != nullptr) {
-        mReporter->ParserBegan(aParser, &anInfo);
-    }
+    Report(mReporter.get(), &ParseReporter::ParserBegan, aParser, &anInfo);
     const bool fAdjusted = aParser.AdjustDLNAInfo(&anInfo);
-    if (mReporter != nullptr) {
-        mReporter->AdjusterEnded(aParser, anInfo, fAdjusted);
-    }
+    Report(mReporter.get(), &ParseReporter::AdjusterEnded, aParser, anInfo, fAdjusted);
     return fAdjusted;
 }
 
@@ -374,17 +349,13 @@ bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMedi
         return false;
     }
     const std::size_t count = list != nullptr && anInfo != nullptr ? list->size() : 0;
-    if (mReporter != nullptr) {
-        mReporter->TypeBegan(aType.c_str());
-    }
+    Report(mReporter.get(), &ParseReporter::TypeBegan, aType);
     bool fAdjusted = false;
     for (std::size_t i = 0; i < count && !fAdjusted; ++i) {
         ezBaseParser* parser = (*list)[i];
         fAdjusted = BeginParser(parser) && Adjust(*parser, *anInfo);
     }
-    if (mReporter != nullptr) {
-        mReporter->TypeEnded(aType.c_str(), count != 0, fAdjusted);
-    }
+    Report(mReporter.get(), &ParseReporter::TypeEnded, aType, count != 0, fAdjusted);
     ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (%s)\n",
             fAdjusted ? "success" : "failed");
     return fAdjusted;
@@ -397,13 +368,10 @@ bool ezMediaParserManager::AdjustDLNAInfo(ezMediaInfo* anInfo) {
     const bool fHasStandardParser =
         ezAssert(mMimeTypesDotIniParser != nullptr, "mMimeTypesDotIniParser != NULL", "MediaParserManager");
     mDoneParsers.erase();
-    if (mReporter != nullptr) {
-        mReporter->RequestBegan(ezParseRequest::Adjust, nullptr, anInfo);
-    }
+    ReportRequest(mReporter.get(), ezParseRequest::Adjust, nullptr, anInfo);
     const bool fAdjusted =
         fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
-    if (mReporter != nullptr) {
-        mReporter->RequestEnded(ezParseRequest::Adjust, fAdjusted ? anInfo : nullptr);
-    }
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Adjust,
+           fAdjusted ? anInfo : nullptr);
     return fAdjusted;
 }

@@ -137,14 +137,9 @@ ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
             continue;
         }
         ezPtrList* const entries = EntriesOf(*mExtensionMimeTypeMatcher, pass.mWalks, extension, mimeType);
-        ParseReporter* const reporter = Reporter();
-        if (reporter != nullptr) {
-            reporter->PassBegan(pass.mPass);
-        }
+        Report(Reporter(), &ParseReporter::PassBegan, pass.mPass);
         ezMediaInfo* const info = ParseFromEntries(entries, aStream, pass.mfMakesRecord);
-        if (reporter != nullptr) {
-            reporter->PassEnded(pass.mPass, info != nullptr);
-        }
+        Report(Reporter(), &ParseReporter::PassEnded, pass.mPass, info != nullptr);
         if (info != nullptr) {
             return info;
         }
@@ -174,19 +169,14 @@ ezMediaInfo* ezMimeTypesDotIniParser::TryEntry(const Entry& anEntry, ezMediaPars
     ezMediaInfo* const info = ParseFromTypes(anEntry.mTypes, aStream);
     mEntryInTrial = outerEntry;
     mStreamInTrial = outerStream;
-    ParseReporter* const reporter = Reporter();
-    if (reporter != nullptr && info != nullptr) {
-        reporter->Stated(*info, ezParseStep::Parser); // of a host that overrides ParseFromType
-    }
+    // Of a host that overrides ParseFromType.
+    Report(Reporter(), &ParseReporter::Stated, info, ezParseStep::Parser, nullptr);
     return info;
 }
 
 bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo) {
     ezMediaInfo* named = DLNAFileParser(mEnvironmentInfo).Parse(aStream);
-    ParseReporter* const reporter = Reporter();
-    if (reporter != nullptr) {
-        reporter->TestFileNameAsked(named);
-    }
+    Report(Reporter(), &ParseReporter::TestFileNameAsked, named);
     if (named == nullptr) {
         return false;
     }
@@ -197,31 +187,24 @@ bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, 
         anInfo->Set(kezInfo_MimeType, named->GetCString(kezInfo_MimeType, ""), true);
         delete named;
     }
-    if (reporter != nullptr) {
-        reporter->Stated(*anInfo, ezParseStep::TestFileName);
-    }
+    Report(Reporter(), &ParseReporter::Stated, anInfo, ezParseStep::TestFileName, nullptr);
     return true;
 }
 
 void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntry) {
-    ParseReporter* const reporter = Reporter();
     if (!anInfo.Has(kezInfo_MimeType)) {
         anInfo.Set(kezInfo_MimeType, FirstString(anEntry.mMimeTypes), true);
     }
     if (!anInfo.Has(kezInfo_ClassName)) {
         anInfo.Set(kezInfo_ClassName, FirstString(anEntry.mUPnPClasses), true);
     }
-    if (reporter != nullptr) {
-        reporter->Stated(anInfo, ezParseStep::EntryNames, &anEntry);
-    }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::EntryNames, &anEntry);
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
         anInfo.Set(kezInfo_FileExtension, MimeTypeToFileExtension(anInfo.GetCString(kezInfo_MimeType, "")),
                    true);
     }
-    if (reporter != nullptr) {
-        reporter->Stated(anInfo, ezParseStep::TypesExtension);
-    }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::TypesExtension, nullptr);
 }
 
 inline void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& anEntry,
@@ -233,16 +216,13 @@ inline void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& 
     } else {
         CompleteBitRates(anInfo);
     }
-    if (ParseReporter* const reporter = Reporter()) {
-        reporter->Stated(anInfo, ezParseStep::BitRates);
-    }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::BitRates, nullptr);
     FillNames(anInfo, anEntry);
 }
 
 inline ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaParserStream& aStream,
                                                              uint32 aContext, bool afAlone,
                                                              ezMediaInfo*& anInfo) {
-    ParseReporter* const reporter = Reporter();
     const bool fNameDecides = aContext == kProperty_CTTContext_NameDecides;
     anInfo = TryEntry(anEntry, aStream);
     const bool fTestFile =
@@ -253,15 +233,11 @@ inline ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezM
         if (anInfo == nullptr) {
             return ezEntryResult::Declined;
         }
-        if (reporter != nullptr) {
-            reporter->Stated(*anInfo, ezParseStep::EntryAlone, &anEntry);
-        }
+        Report(Reporter(), &ParseReporter::Stated, anInfo, ezParseStep::EntryAlone, &anEntry);
         return ezEntryResult::MadeRecord;
     }
     if (mExtensionMimeTypeMatcher->IsExcludedEntry(&anEntry)) {
-        if (reporter != nullptr) {
-            reporter->Dropped(*anInfo);
-        }
+        Report(Reporter(), &ParseReporter::Dropped, *anInfo);
         delete std::exchange(anInfo, nullptr);
         return ezEntryResult::Excluded;
     }
@@ -271,21 +247,16 @@ inline ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezM
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
                                                        bool afForceCreateMediaInfo) {
-    ParseReporter* const reporter = Reporter();
     const uint32 context = GetCTTContext();
     const std::size_t count = ezPtrList_GetCount(anEntries);
     std::size_t walked = 0;
     for (Entry* entry : ezItems<Entry>(anEntries)) {
-        if (reporter != nullptr) {
-            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
-        }
+        Report(Reporter(), &ParseReporter::EntryBegan, *entry, *mExtensionMimeTypeMatcher);
         const bool fLast = ++walked == count;
         ezMediaInfo* info = nullptr;
         const ezEntryResult result =
             ParseFromEntry(*entry, aStream, context, afForceCreateMediaInfo && fLast, info);
-        if (reporter != nullptr) {
-            reporter->EntryEnded(*entry, result);
-        }
+        Report(Reporter(), &ParseReporter::EntryEnded, *entry, result);
         if (result != ezEntryResult::Declined) {
             return info;
         }
@@ -313,27 +284,18 @@ bool ezMimeTypesDotIniParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
             entries = mExtensionMimeTypeMatcher->EntriesFromExtension(extension);
         }
     }
-    ParseReporter* const reporter = Reporter();
-    if (reporter != nullptr) {
-        reporter->PassBegan(ezParsePass::Adjust);
-    }
+    Report(Reporter(), &ParseReporter::PassBegan, ezParsePass::Adjust);
     const bool fAdjusted = AdjustDLNAInfoFromEntries(entries, anInfo);
-    if (reporter != nullptr) {
-        reporter->PassEnded(ezParsePass::Adjust, fAdjusted);
-    }
+    Report(Reporter(), &ParseReporter::PassEnded, ezParsePass::Adjust, fAdjusted);
     return fAdjusted;
 }
 
 bool ezMimeTypesDotIniParser::AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo) {
-    ParseReporter* const reporter = Reporter();
     for (Entry* entry : ezItems<Entry>(anEntries)) {
-        if (reporter != nullptr) {
-            reporter->EntryBegan(*entry, mExtensionMimeTypeMatcher->IsExcludedEntry(entry));
-        }
+        Report(Reporter(), &ParseReporter::EntryBegan, *entry, *mExtensionMimeTypeMatcher);
         const bool fAdjusted = AdjustDLNAInfoFromTypes(entry->mTypes, anInfo);
-        if (reporter != nullptr) {
-            reporter->EntryEnded(*entry, fAdjusted ? ezEntryResult::Won : ezEntryResult::Declined);
-        }
+        Report(Reporter(), &ParseReporter::EntryEnded, *entry,
+               fAdjusted ? ezEntryResult::Won : ezEntryResult::Declined);
         if (fAdjusted) {
             return true;
         }

@@ -2,6 +2,9 @@
 
 #include "detail/ParserName.h"
 
+#include "ez/DLNAMediaMapperParser.h"
+#include "ez/ExtensionMimeTypeMatcher.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,9 +18,6 @@ void ParseReporter::RequestBegan(ezParseRequest aRequest, const ezMediaParserStr
 }
 
 void ParseReporter::RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anInfo) {
-    if (!IsInRequest()) {
-        return;
-    }
     if (anInfo != nullptr) {
         LedgerOf(*anInfo).Tell([this](const char* aKey, const ezFactSource& aSource) {
             Tell(&ezParseObserver::FactStated, aKey, aSource);
@@ -27,20 +27,19 @@ void ParseReporter::RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anI
     EndTrial();
 }
 
-void ParseReporter::TypeBegan(const char* aType) {
-    if (IsInRequest()) {
-        Begin({mScopes.back().mFirstLedger, mScopes.back().mParser, false});
-        Tell(&ezParseObserver::TypeBegan, aType);
-    }
+void ParseReporter::EntryBegan(ExtensionMimeTypeMatcherEntry& anEntry, ExtensionMimeTypeMatcher& aMatcher) {
+    Tell(&ezParseObserver::EntryBegan, anEntry, aMatcher.IsExcludedEntry(&anEntry));
 }
 
-void ParseReporter::TypeEnded(const char* aType, bool afAny, bool afAnswered) {
-    if (!IsInRequest()) {
-        return;
-    }
+void ParseReporter::TypeBegan(const ezCString& aType) {
+    Begin({mScopes.back().mFirstLedger, mScopes.back().mParser, false});
+    Tell(&ezParseObserver::TypeBegan, aType.c_str());
+}
+
+void ParseReporter::TypeEnded(const ezCString& aType, bool afAny, bool afAnswered) {
     const bool fTried = mScopes.back().mfTried;
     mScopes.pop_back();
-    Tell(&ezParseObserver::TypeEnded, aType,
+    Tell(&ezParseObserver::TypeEnded, aType.c_str(),
          afAnswered ? ezTypeResult::Answered
          : fTried   ? ezTypeResult::Declined
          : afAny    ? ezTypeResult::TriedBefore
@@ -48,9 +47,6 @@ void ParseReporter::TypeEnded(const char* aType, bool afAny, bool afAnswered) {
 }
 
 void ParseReporter::ParserBegan(const ezBaseParser& aParser, const ezMediaInfo* anAdjusted) {
-    if (!IsInRequest()) {
-        return;
-    }
     if (anAdjusted != nullptr) {
         // What the record has by now is of the parser that has it adjusted, if it is.
         const ezBaseParser* const parser = mScopes.back().mParser;
@@ -64,9 +60,6 @@ void ParseReporter::ParserBegan(const ezBaseParser& aParser, const ezMediaInfo* 
 }
 
 void ParseReporter::ParserEnded(const ezBaseParser& aParser, const ezMediaInfo* anInfo) {
-    if (!IsInRequest()) {
-        return;
-    }
     std::optional<FactLedger> answered;
     if (anInfo != nullptr) {
         FactLedger& ledger = LedgerOf(*anInfo);
@@ -82,28 +75,28 @@ void ParseReporter::ParserEnded(const ezBaseParser& aParser, const ezMediaInfo* 
 }
 
 void ParseReporter::AdjusterEnded(const ezBaseParser& aParser, const ezMediaInfo& anInfo, bool afAdjusted) {
-    if (!IsInRequest()) {
-        return;
-    }
     Tell(&ezParseObserver::ParserEnded, aParser, afAdjusted ? &anInfo : nullptr);
     EndTrial();
     LedgerOf(anInfo).Look(ezFactSource{ezParseStep::Parser, &aParser, nullptr});
 }
 
-void ParseReporter::Stated(const ezMediaInfo& anInfo, ezParseStep aStep,
+void ParseReporter::MediaMapperAsked(const DLNAMediaMapperParser& aMapper,
+                                     const ezMediaParserStream& aStream) {
+    Tell(&ezParseObserver::MediaMapperAsked, aMapper.FindEntry(aStream));
+}
+
+void ParseReporter::Stated(const ezMediaInfo* anInfo, ezParseStep aStep,
                            const ExtensionMimeTypeMatcherEntry* anEntry) {
-    if (IsInRequest()) {
-        LedgerOf(anInfo).Look(ezFactSource{aStep, nullptr, anEntry});
+    if (anInfo != nullptr) {
+        LedgerOf(*anInfo).Look(ezFactSource{aStep, nullptr, anEntry});
     }
 }
 
 void ParseReporter::Mapped(const ezMediaInfo& anInfo) {
-    if (IsInRequest()) {
-        LedgerOf(anInfo).Look(ezFactSource{ezParseStep::MediaMapper, nullptr, nullptr},
-                              [this](const char* aKey, const char* anOld, const char* aNew) {
-                                  Tell(&ezParseObserver::MediaMapperChanged, aKey, anOld, aNew);
-                              });
-    }
+    LedgerOf(anInfo).Look(ezFactSource{ezParseStep::MediaMapper, nullptr, nullptr},
+                          [this](const char* aKey, const char* anOld, const char* aNew) {
+                              Tell(&ezParseObserver::MediaMapperChanged, aKey, anOld, aNew);
+                          });
 }
 
 void ParseReporter::Dropped(const ezMediaInfo& anInfo) {
@@ -119,9 +112,6 @@ void ParseReporter::EndTrial() {
 }
 
 FactLedger* ParseReporter::Find(const ezMediaInfo& anInfo) {
-    if (!IsInRequest()) {
-        return nullptr;
-    }
     const auto first = mLedgers.begin() + static_cast<std::ptrdiff_t>(mScopes.back().mFirstLedger);
     const auto found =
         std::find_if(first, mLedgers.end(), [&](const FactLedger& aLedger) { return aLedger.IsOf(anInfo); });

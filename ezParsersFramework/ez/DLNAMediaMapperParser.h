@@ -32,5 +32,5 @@ private:
     DLNAMediaMapper* mMediaMapper;
     ezCString mDLNAInfo;
 
-    friend class ezMediaParserManager;
+    friend class ParseReporter; // which tells of the entry
 };

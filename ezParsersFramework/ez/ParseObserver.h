@@ -83,7 +83,8 @@ struct ezFactSource {
 ///
 /// An observer is called in the thread of the request and asks nothing of its manager in a call: Parse,
 /// ParseCoverArt, AdjustDLNAInfo, ParseFromType, AdjustDLNAInfoFromType, SetObserver and TellRefusal are then
-/// the assertion "!IsTelling()", and answer like a request that found nothing, or change nothing.
+/// the assertion "!IsTelling()", and answer like a request that found nothing, or change nothing. It throws
+/// nothing either: nobody would catch it, and the request would never end.
 class EZPARSERS_API ezParseObserver {
 public:
     ezParseObserver() = default;

@@ -311,6 +311,28 @@ TEST_F(ParseObserver, ObserverIsNotChangedWithinARequestThatIsObserved) {
     EXPECT_EQ(other.Lines().back(), "RequestEnded Identify audio/mpeg");
 }
 
+TEST_F(ParseObserver, ObserverThatAParserReplacesOutsideARequestIsToldNothing) {
+    RecordingObserver other;
+    NamedStream stream("/a.mp3");
+    ezMediaInfo info;
+    info.Set(kezInfo_MimeType, "audio/mpeg", true);
+    const std::vector<std::function<void()>> questions = {
+        [&] { Record(mManager->ParseFromType("song", stream)); },
+        [&] { mManager->AdjustDLNAInfoFromType("song", &info); },
+        [&] { Record(mManager->GetMimeTypesDotIniParser()->Parse(stream)); },
+        [&] { mManager->GetMimeTypesDotIniParser()->AdjustDLNAInfo(&info); }};
+    for (const std::function<void()>& ask : questions) {
+        for (ezParseObserver* const next : std::initializer_list<ezParseObserver*>{&other, nullptr}) {
+            Use(kParseOption_Default);
+            Add("song").Calling([&] { mManager->SetObserver(next); });
+            ask();
+            EXPECT_EQ(mManager->IsObserved(), next != nullptr);
+        }
+    }
+    EXPECT_EQ(mObserver.Lines(), Lines());
+    EXPECT_EQ(other.Lines(), Lines());
+}
+
 TEST_F(ParseObserver, ObserverThatAsksItsManagerIsAnAssertionAndFindsNothing) {
     NamedStream stream("/b.mp3");
     ezMediaInfo info;
@@ -328,6 +350,17 @@ TEST_F(ParseObserver, ObserverThatAsksItsManagerIsAnAssertionAndFindsNothing) {
         [&] {
             mManager->TellRefusal(*mManager->GetMimeTypesDotIniParser(), ezParseRefusal::Limit, "told");
             return !mObserver.LinesOf({"ParserRefused"}).empty();
+        },
+        // The parser of the table asks for it; where that finds nothing the entry alone makes a record.
+        [&] {
+            NamedStream song("/b.mp3");
+            const Record record(mManager->GetMimeTypesDotIniParser()->Parse(song));
+            return DumpRecord(record.get()) != "cn=\"item.audioItem\"\nfe=\"mp3\"\nmt=\"audio/mpeg\"\n";
+        },
+        [&] {
+            ezMediaInfo song;
+            song.Set(kezInfo_MimeType, "audio/mpeg", true);
+            return mManager->GetMimeTypesDotIniParser()->AdjustDLNAInfo(&song);
         }};
     for (std::size_t i = 0; i < questions.size(); ++i) {
         SCOPED_TRACE(i);

@@ -5,6 +5,7 @@
 #include "ez/ParseObserver.h"
 
 #include "support/AwkwardStream.h"
+#include "support/Emulation.h"
 #include "support/Folders.h"
 #include "support/Guide.h"
 #include "support/Record.h"
@@ -112,13 +113,19 @@ constexpr int kOptionMixes = 16;
 constexpr std::array<uint32, 3> kContexts = {kProperty_CTTContext_Off, kProperty_CTTContext_NameHelps,
                                              kProperty_CTTContext_NameDecides};
 
-/// Calls a function with every request by some options in a context, until it returns false.
+/// Of how many requests one is made where an emulator runs the tests, where all would take minutes: an odd
+/// number, so that the ones made have every extension, MIME type and answer among them. 1 elsewhere.
+constexpr std::size_t kStride = kEmulationShare | 1U;
+
+/// Calls a function with every request by some options in a context, as kStride has it, until it returns
+/// false.
 template <typename Function>
 bool ForEveryRequest(int anOptions, uint32 aContext, const Function& aFunction) {
     const bool fTest = aContext != kProperty_CTTContext_Off;
     Request request;
     request.mOptions = anOptions;
     request.mContext = aContext;
+    auto number = static_cast<std::size_t>(anOptions); // others with each of them
     for (const char* kind : {"Parse", "AdjustDLNAInfo"}) {
         request.mKind = kind;
         for (const char* mimeType : {"", "video/clip", "video/none"}) {
@@ -128,7 +135,7 @@ bool ForEveryRequest(int anOptions, uint32 aContext, const Function& aFunction) 
                 for (unsigned mix = 0; mix < kAnswerMixes * (fTest ? 2 : 1); ++mix) {
                     request.mAnswering = mix % kAnswerMixes;
                     request.mfTestName = mix >= kAnswerMixes;
-                    if (!aFunction(request)) {
+                    if (number++ % kStride == 0 && !aFunction(request)) {
                         return false;
                     }
                 }
@@ -444,7 +451,7 @@ TEST(RequestPage, ManagerMakesThePassesThatItTells) {
             expect(options, context);
         }
     }
-    EXPECT_EQ(requests, 46080U);
+    EXPECT_EQ(requests, kStride == 1 ? 46080U : 4188U);
     expect(kParseOption_Default, 7); // reads as a name that helps
 }
 

@@ -81,9 +81,8 @@ public:
     DLNAMediaMapper* GetMediaMapper() const;
     /// With the readers of ezPlaylists, to which own ones can be added; null where they were not asked for.
     PlaylistParserFactory* GetPlaylists() const;
-    /// With the providers of ezThumbnails, asked in this order: the picture itself, one beside the media, the
-    /// cover in it; and the generic picture of its class where the request allows it. Null where they were
-    /// not asked for. docs/serving-thumbnails.md says what a request is made of.
+    /// With the providers of ezThumbnails, in the order of AddThumbnailProviders. Null where they were not
+    /// asked for. docs/serving-thumbnails.md says what a request is made of.
     ezThumbnailProviderManager* GetThumbnails() const;
     /// @}
 

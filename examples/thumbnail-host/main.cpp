@@ -7,11 +7,9 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/files/FileState.h"
-#include "ezThumbnails/CostlyThumbnailProvider.h"
-#include "ezThumbnails/CoverThumbnailProvider.h"
-#include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -82,15 +80,9 @@ class ThumbnailHost {
 public:
     explicit ThumbnailHost(const ezCString& aCacheFolder)
         : mCache(aCacheFolder, kCacheBytes, kCacheFiles), mManager(&mCache, new PictureThumbnailGenerator) {
-        auto* generator =
-            static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // borrowed
-        // The manager deletes them all. Those added first are asked first.
-        mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
-        mManager.Add(new PosterProvider(generator));
-        mManager.Add(new SidecarThumbnailProvider(generator));
-        mManager.Add(new CoverThumbnailProvider(generator));
-        mManager.Add(new CostlyThumbnailProvider(generator)); // last: what no other could afford
-        mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
+        ThumbnailProviders providers; // the manager deletes them all
+        providers.mOwn = new PosterProvider(mManager.GetThumbnailGenerator());
+        AddThumbnailProviders(mManager, providers);
     }
 
     /// The thumbnail of a media item, or the generic one of its class; the caller's. Null when there is none.

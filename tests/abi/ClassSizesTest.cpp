@@ -64,6 +64,7 @@
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarListing.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/base/DateTime.h"
@@ -224,6 +225,7 @@ const std::vector<Row> kRows = {
     EZ_CLASS(PictureThumbnailGenerator,       88, 8,   60, 4),
     EZ_CLASS(SidecarListing,                   8, 8,    4, 4),
     EZ_CLASS(SidecarThumbnailProvider,        80, 8,   40, 4),
+    EZ_CLASS(ThumbnailProviders,              40, 8,   20, 4),
 };
 // clang-format on
 

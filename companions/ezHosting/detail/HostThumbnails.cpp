@@ -3,11 +3,8 @@
 #ifdef EZ_HAS_THUMBNAILS
 #include "ez/ThumbnailProvider.h"
 #include "ezPlatform/files/FileCacheManager.h"
-#include "ezThumbnails/CostlyThumbnailProvider.h"
-#include "ezThumbnails/CoverThumbnailProvider.h"
-#include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
-#include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 namespace {
 
@@ -16,13 +13,7 @@ public:
     explicit CachedThumbnails(const ezHostOptions& anOptions)
         : mCache(ezCString(anOptions.mThumbnailFolder), anOptions.mThumbnailBytes, anOptions.mThumbnailFiles),
           mManager(&mCache, new PictureThumbnailGenerator) {
-        auto* generator =
-            static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // borrowed
-        mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
-        mManager.Add(new SidecarThumbnailProvider(generator));
-        mManager.Add(new CoverThumbnailProvider(generator));
-        mManager.Add(new CostlyThumbnailProvider(generator)); // last: what no other could afford
-        mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
+        AddThumbnailProviders(mManager);
     }
 
     ezThumbnailProviderManager& GetManager() override { return mManager; }

@@ -60,6 +60,19 @@ TEST(HostThumbnails, AreMadeOfPicturesCoversSidecarsAndClasses) {
     EXPECT_TRUE(fs::exists(cache.Path("ezcache")));
 }
 
+TEST(HostThumbnails, OfASongAreItsOwnCoverBeforeThePictureBesideIt) {
+    const TemporaryFolder cache;
+    const TemporaryFolder media;
+    ezHostOptions options;
+    options.mfThumbnails = true;
+    options.mThumbnailFolder = cache.GetPath();
+    ezHost host(EZ_SAMPLES, options);
+    const std::string cover = ThumbnailOf(host, EZ_SAMPLES "/music/night-ferry.mp3", false);
+    fs::copy_file(EZ_SAMPLES "/music/night-ferry.mp3", media.Path("song.mp3"));
+    fs::copy_file(EZ_SAMPLES "/pictures/harbour.jpg", media.Path("song.jpg"));
+    EXPECT_EQ(ThumbnailOf(host, media.Path("song.mp3"), false), cover);
+}
+
 TEST(HostThumbnails, AreKeptWithinTheBoundsOfTheOptions) {
     const TemporaryFolder cache;
     ezHostOptions options;

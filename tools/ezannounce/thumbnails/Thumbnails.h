@@ -30,9 +30,8 @@ struct Thumbnail {
     std::string mReason;       ///< why there is none
 };
 
-/// The thumbnail service as this tool uses it: the providers of ezThumbnails before a cache. Asked are, in
-/// this order, the provider of pictures, that of covers within the media, and that of pictures beside it; the
-/// generic pictures are a request of their own.
+/// The thumbnail service as this tool uses it: the providers of ezThumbnails before a cache, asked in the
+/// order of AddThumbnailProviders; the generic pictures are a request of their own.
 class Thumbnails {
 public:
     /// @param aLeftOut a picture that stands beside no media, whatever its name; "" for none

@@ -7,7 +7,9 @@ void AddManagerBenches();
 void AddMapperBenches();
 void AddPushBenches();
 void AddFormatsBenches();
-/// Only where the companion is built.
+/// Only where the companion is built, each of these.
+/// @{
 void AddPlaylistBenches();
-/// The same.
+void AddPoolBenches();
 void AddThumbnailBenches();
+/// @}

@@ -7,6 +7,7 @@
 #include "ez/Environment.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
+#include "ez/ParseObserver.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/TemporaryFolder.h"
 
@@ -68,6 +69,13 @@ public:
         }
     }
 
+    /// The same by a host that is told why.
+    void IdentifyObserved() const {
+        mByContent->SetObserver(&mObserver);
+        IdentifyByContent();
+        mByContent->SetObserver(nullptr);
+    }
+
     void BareCalls() const {
         for (const ezCString& path : mPaths) {
             struct stat status = {};
@@ -93,6 +101,7 @@ private:
     std::vector<ezCString> mPaths;
     std::unique_ptr<ezMediaParserManager> mByContent;
     std::unique_ptr<ezMediaParserManager> mByExtension;
+    mutable ezParseObserver mObserver; ///< does nothing with what it is told
 };
 
 using Pass = void (Scene::*)() const;
@@ -151,9 +160,19 @@ void AddIdentifyBenches() {
                                                MakeSide("stat", scene, &Scene::BareStat)};
                   },
                   {{"identify by extension / bare stat", ratio, 0}});
+    AddComparison("Identify/Observed",
+                  [] {
+                      const auto scene = std::make_shared<Scene>();
+                      return std::vector<Side>{MakeSide("observed", scene, &Scene::IdentifyObserved),
+                                               MakeSide("unobserved", scene, &Scene::IdentifyByContent)};
+                  },
+                  {{"identify by content, observed / unobserved", ratio, 0}});
     AddCounting("Identify/Counts", [] {
         const Scene scene;
         CountPass("identify by content", scene, &Scene::IdentifyByContent, {1, 1, 1, 1, 1, 8});
         CountPass("identify by extension", scene, &Scene::IdentifyByExtension, {1, 0, 0, 0, 0, 8});
+        scene.IdentifyObserved();
+        CountPass("identify by content, no longer observed", scene, &Scene::IdentifyByContent,
+                  {1, 1, 1, 1, 1, 8});
     });
 }

@@ -38,6 +38,9 @@ int main(int aCount, char** anArguments) {
 #ifdef EZ_BENCH_PLAYLISTS
     AddPlaylistBenches();
 #endif
+#ifdef EZ_BENCH_HOSTING
+    AddPoolBenches();
+#endif
 #ifdef EZ_BENCH_THUMBNAILS
     AddThumbnailBenches();
 #endif

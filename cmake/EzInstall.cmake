@@ -25,7 +25,7 @@ endfunction()
 ez_install_library(ezPlatform)
 ez_install_library(ezParsersFramework)
 # Headers of ezPlatform that are not installed: they are for the libraries' own sources.
-set(EZ_INSIDE_HEADERS System.h CacheName.h DistinctTexts.h HashKey.h HashSlots.h FileSaver.h HeldFiles.h NUL.h OrderedByteMap.h)
+set(EZ_INSIDE_HEADERS System.h CacheName.h DistinctTexts.h HashKey.h HashSlots.h FileSaver.h HeldFiles.h Limits.h NUL.h OrderedByteMap.h)
 list(TRANSFORM EZ_INSIDE_HEADERS REPLACE "(.+)" "PATTERN;\\1;EXCLUDE" OUTPUT_VARIABLE EZ_WITHOUT_INSIDE_HEADERS)
 install(DIRECTORY ezPlatform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
         FILES_MATCHING PATTERN "*.h" ${EZ_WITHOUT_INSIDE_HEADERS})

@@ -43,7 +43,8 @@ set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "identification of media for DLNA media ser
 The library tells a DLNA media server what a media file is and how it is
 announced: MIME type, UPnP class, DLNA 4th field, duration, bit rates and
 more. With it come its companions: parsers of formats, streams from
-descriptors and over HTTP, readers of playlists, thumbnails.")
+descriptors and over HTTP, readers of playlists, thumbnails, and a host of
+all of them with the media types file that it needs.")
 # cpack's own scripts refresh the linker's cache; where dpkg does it by this trigger, several packages share one refresh.
 file(CONFIGURE OUTPUT packages/triggers CONTENT "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packages/triggers)

@@ -62,10 +62,13 @@ void DLNAMediaMapperParser::CacheDLNAInfo() {
     }
 }
 
-ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
+const DLNAMediaMapperEntry* DLNAMediaMapperParser::FindEntry(const ezMediaParserStream& aStream) const {
     const ezPathName path = ezPathName::MakeFilePath(aStream.GetFullPath());
-    const DLNAMediaMapperEntry* entry =
-        path.IsValid() ? mMediaMapper->GetFileEntry(path.GetFullName()) : nullptr;
+    return path.IsValid() ? mMediaMapper->GetFileEntry(path.GetFullName()) : nullptr;
+}
+
+ezMediaInfo* DLNAMediaMapperParser::Parse(ezMediaParserStream& aStream) {
+    const DLNAMediaMapperEntry* const entry = FindEntry(aStream);
     if (entry == nullptr) {
         return nullptr;
     }

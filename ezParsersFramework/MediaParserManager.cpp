@@ -1,5 +1,7 @@
 #include "ez/MediaParserManager.h"
 
+#include "detail/ParseReporter.h"
+
 #include "ez/DLNAMediaMapper.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
@@ -69,9 +71,11 @@ void MergeMapped(ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
 
 /// Tries those parsers of a list, which may be null, for which aIsWanted(parser) is true, in their order,
 /// each from the place where the stream stands. The first answer is the result.
-/// @param aWinner  what the message calls the parser that answers
+/// @param aReporter  the manager's
+/// @param aWinner    what the message calls the parser that answers
 template <typename IsWanted>
-ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream, const char* aWinner,
+ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream,
+                        const std::unique_ptr<ParseReporter>& aReporter, const char* aWinner,
                         const IsWanted& aIsWanted) {
     // By index, up to the size at the start: a parser may add others while the list is walked.
     const std::size_t count = aList != nullptr ? aList->size() : 0;
@@ -81,7 +85,9 @@ ezMediaInfo* TryParsers(const ezParserList* aList, ezMediaParserStream& aStream,
             continue;
         }
         const ezuint64 position = aStream.Tell();
+        Report(aReporter.get(), &ParseReporter::ParserBegan, *parser, nullptr);
         ezMediaInfo* info = parser->Parse(aStream);
+        Report(aReporter.get(), &ParseReporter::ParserEnded, *parser, info);
         if (info != nullptr) {
             ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: %s: %s\n", aWinner, parser->GetType().c_str());
         }
@@ -171,6 +177,13 @@ void ezMediaParserManager::AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMappe
     }
 }
 
+// Private steps are inline: an exported class would have them called through the library's table of
+// functions.
+
+inline bool ezMediaParserManager::MayBeAsked() const {
+    return ezAssert(mReporter == nullptr || !mReporter->IsTelling(), "!IsTelling()", "MediaParserManager");
+}
+
 bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
     if (mDoneParsers.find(aParser) != mDoneParsers.end()) {
         return false;
@@ -179,10 +192,32 @@ bool ezMediaParserManager::BeginParser(const ezBaseParser* aParser) {
     return true;
 }
 
+void ezMediaParserManager::SetObserver(ezParseObserver* anObserver) {
+    if (!MayBeAsked() || !ezAssert(mReporter == nullptr || !mReporter->IsInRequest(), "!IsInRequest()",
+                                   "MediaParserManager")) {
+        return;
+    }
+    mReporter = anObserver != nullptr ? std::make_unique<ParseReporter>(*anObserver) : nullptr;
+}
+
+void ezMediaParserManager::TellRefusal(const ezBaseParser& aParser, ezParseRefusal aCause,
+                                       const char* aText) {
+    if (MayBeAsked()) {
+        Report(mReporter.get(), &ParseReporter::ParserRefused, aParser, aCause,
+               aText != nullptr ? aText : "");
+    }
+}
+
 ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
+        return nullptr;
+    }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Parsing type: %s\n", aType.c_str());
-    ezMediaInfo* info = TryParsers(ParserListFromType(aType, false), aStream, "Winner",
+    const ezParserList* const list = ParserListFromType(aType, false);
+    Report(mReporter.get(), &ParseReporter::TypeBegan, aType);
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter, "Winner",
                                    [this](const ezBaseParser* aParser) { return BeginParser(aParser); });
+    Report(mReporter.get(), &ParseReporter::TypeEnded, aType, list != nullptr, info != nullptr);
     if (info != nullptr) {
         return info;
     }
@@ -190,13 +225,17 @@ ezMediaInfo* ezMediaParserManager::ParseFromType(const ezCString& aType, ezMedia
     return nullptr;
 }
 
-ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
+inline ezMediaInfo* ezMediaParserManager::Identify(ezMediaParserStream& aStream) {
     mDoneParsers.erase();
-    ezMediaInfo* info = MediaMapperValidate(aStream, ParseFromType("*", aStream));
+    ezMediaInfo* info = ParseFromType("*", aStream);
+    // Of a host that overrides ParseFromType.
+    Report(mReporter.get(), &ParseReporter::Stated, info, ezParseStep::Parser, nullptr);
+    info = MediaMapperValidate(aStream, info);
     if (info == nullptr) {
         return nullptr;
     }
     aStream.CopyInfo(info);
+    Report(mReporter.get(), &ParseReporter::Stated, info, ezParseStep::Stream, nullptr);
     // This message alone names the class without its prefix.
     ezLog_F(EZLOGLEVEL_DEBUG,
             "MediaParserManager: Parsed: Title: %s, Creator: %s, Genre: %s, Album: %s, Other: %s\n",
@@ -210,14 +249,29 @@ ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
     return info;
 }
 
-ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream) {
-    const ezParserList* list = ParserListFromMimeType(aMimeType, false);
-    if (list == nullptr) {
+ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
         return nullptr;
     }
-    mDoneParsers.erase();
-    return TryParsers(list, aStream, "Cover Art Winner",
-                      [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
+    ReportRequest(mReporter.get(), ezParseRequest::Identify, &aStream, nullptr);
+    ezMediaInfo* info = Identify(aStream);
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Identify, info);
+    return info;
+}
+
+ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezMediaParserStream& aStream) {
+    if (!MayBeAsked()) {
+        return nullptr;
+    }
+    ReportRequest(mReporter.get(), ezParseRequest::CoverArt, &aStream, nullptr);
+    const ezParserList* list = ParserListFromMimeType(aMimeType, false);
+    if (list != nullptr) {
+        mDoneParsers.erase();
+    }
+    ezMediaInfo* info = TryParsers(list, aStream, mReporter, "Cover Art Winner",
+                                   [](const ezBaseParser* aParser) { return aParser->CanExtractCoverArt(); });
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::CoverArt, info);
+    return info;
 }
 
 ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStream, ezMediaInfo* anInfo) {
@@ -225,15 +279,18 @@ ezMediaInfo* ezMediaParserManager::MediaMapperValidate(ezMediaParserStream& aStr
         return anInfo;
     }
     ezMediaInfo* mapped = mDLNAMediaMapperParser->Parse(aStream);
+    Report(mReporter.get(), &ParseReporter::MediaMapperAsked, *mDLNAMediaMapperParser, aStream);
     if (mapped == nullptr) {
         return anInfo;
     }
     if (anInfo == nullptr) {
         ezLog_F(EZLOGLEVEL_INFO, "ezMediaParserManager: Using media mapper\n");
-        return mapped;
+        anInfo = mapped;
+    } else {
+        MergeMapped(*anInfo, *mapped);
+        delete mapped;
     }
-    MergeMapped(*anInfo, *mapped);
-    delete mapped;
+    Report(mReporter.get(), &ParseReporter::Mapped, *anInfo);
     return anInfo;
 }
 
@@ -275,27 +332,46 @@ ezCString ezMediaParserManager::GetDLNAInfoDTCP() {
     return ezCString::FromAllocatedString(ezDLNAProtocolInfoList_GetMimeTypePNStr(list.get()));
 }
 
+inline bool ezMediaParserManager::Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo) {
+    Report(mReporter.get(), &ParseReporter::ParserBegan, aParser, &anInfo);
+    const bool fAdjusted = aParser.AdjustDLNAInfo(&anInfo);
+    Report(mReporter.get(), &ParseReporter::AdjusterEnded, aParser, anInfo, fAdjusted);
+    return fAdjusted;
+}
+
 bool ezMediaParserManager::AdjustDLNAInfoFromType(const ezCString& aType, ezMediaInfo* anInfo) {
+    if (!MayBeAsked()) {
+        return false;
+    }
     ezLog_F(EZLOGLEVEL_DEBUG, "ezMediaParserManager: Ajusting dlna info from type: %s\n", aType.c_str());
     const ezParserList* list = ParserListFromType(aType, false);
     if (!ezAssert(aType.Compare("*") != 0, "aType.Compare(\"*\") != 0", "MediaParserManager")) {
         return false;
     }
     const std::size_t count = list != nullptr && anInfo != nullptr ? list->size() : 0;
-    for (std::size_t i = 0; i < count; ++i) {
+    Report(mReporter.get(), &ParseReporter::TypeBegan, aType);
+    bool fAdjusted = false;
+    for (std::size_t i = 0; i < count && !fAdjusted; ++i) {
         ezBaseParser* parser = (*list)[i];
-        if (BeginParser(parser) && parser->AdjustDLNAInfo(anInfo)) {
-            ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (success)\n");
-            return true;
-        }
+        fAdjusted = BeginParser(parser) && Adjust(*parser, *anInfo);
     }
-    ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (failed)\n");
-    return false;
+    Report(mReporter.get(), &ParseReporter::TypeEnded, aType, count != 0, fAdjusted);
+    ezLog_F(EZLOGLEVEL_DEBUG, "MediaParserManager::AdjustDLNAInfoFromType (%s)\n",
+            fAdjusted ? "success" : "failed");
+    return fAdjusted;
 }
 
 bool ezMediaParserManager::AdjustDLNAInfo(ezMediaInfo* anInfo) {
+    if (!MayBeAsked()) {
+        return false;
+    }
     const bool fHasStandardParser =
         ezAssert(mMimeTypesDotIniParser != nullptr, "mMimeTypesDotIniParser != NULL", "MediaParserManager");
     mDoneParsers.erase();
-    return fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
+    ReportRequest(mReporter.get(), ezParseRequest::Adjust, nullptr, anInfo);
+    const bool fAdjusted =
+        fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
+    Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Adjust,
+           fAdjusted ? anInfo : nullptr);
+    return fAdjusted;
 }

@@ -2,6 +2,7 @@
 
 #include "detail/BitRates.h"
 #include "detail/FirstString.h"
+#include "detail/ParseReporter.h"
 
 #include "ez/DLNAFileParser.h"
 #include "ez/Environment.h"
@@ -13,6 +14,7 @@
 #include "ezPlatform/containers/Items.h"
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -55,6 +57,45 @@ ezMediaInfo* NewInfoFromEntry(const Entry& anEntry) {
     return info;
 }
 
+/// What a pass needs besides parse options: bits above those.
+constexpr int kNeed_MimeType = 0x100;    ///< the stream states one
+constexpr int kNeed_Extension = 0x200;   ///< the stream has one
+constexpr int kNeed_NoExtension = 0x400; ///< it has none
+constexpr int kNeed_Untried = 0x800;     ///< no pass has walked over all entries yet
+
+/// The options that a pass can need.
+constexpr int kPassOptions = kParseOption_ParseWithAllParserEverytime |
+                             kParseOption_ParseWithAllParserIfNoExtension |
+                             kParseOption_ParseWithAllParserIfFailed;
+
+/// The entries that a pass walks.
+enum class Walks { All, OfMimeType, OfExtension };
+
+struct Pass {
+    ezParsePass mPass;
+    int mNeeds; ///< parse options and needs: all of them
+    Walks mWalks;
+    bool mfMakesRecord; ///< where nothing answers, the last entry alone does
+};
+
+/// The passes in their order; the first to answer is the last to be made. That of the extension comes after a
+/// walk over all entries too, for the record that it makes.
+constexpr std::array<Pass, 5> kPasses = {{
+    {ezParsePass::AllFirst, kParseOption_ParseWithAllParserEverytime, Walks::All, false},
+    {ezParsePass::MimeType, kNeed_MimeType | kNeed_Untried, Walks::OfMimeType, false},
+    {ezParsePass::NoExtension,
+     kParseOption_ParseWithAllParserIfNoExtension | kNeed_NoExtension | kNeed_Untried, Walks::All, false},
+    {ezParsePass::Failed, kParseOption_ParseWithAllParserIfFailed | kNeed_Untried, Walks::All, false},
+    {ezParsePass::Extension, kNeed_Extension, Walks::OfExtension, true},
+}};
+
+ezPtrList* EntriesOf(ExtensionMimeTypeMatcher& aMatcher, Walks aWalks, const ezCString& anExtension,
+                     const ezCString& aMimeType) {
+    return aWalks == Walks::OfMimeType    ? aMatcher.EntriesFromMimeType(aMimeType)
+           : aWalks == Walks::OfExtension ? aMatcher.EntriesFromExtension(anExtension)
+                                          : aMatcher.AllEntries();
+}
+
 } // namespace
 
 ezMimeTypesDotIniParser::ezMimeTypesDotIniParser(const ezCString& aReadOnlyConfigPath,
@@ -73,8 +114,14 @@ ezMimeTypesDotIniParser::~ezMimeTypesDotIniParser() {
     delete mExtensionMimeTypeMatcher;
 }
 
+// Private steps are inline: an exported class would have them called through the library's table of
+// functions.
+
+inline ParseReporter* ezMimeTypesDotIniParser::Reporter() const {
+    return mManager != nullptr ? mManager->mReporter.get() : nullptr;
+}
+
 ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
-    ExtensionMimeTypeMatcher& matcher = *mExtensionMimeTypeMatcher;
     ezCString extension;
     ezCString mimeType;
     {
@@ -83,28 +130,24 @@ ezMediaInfo* ezMimeTypesDotIniParser::Parse(ezMediaParserStream& aStream) {
         extension = known.GetCString(kezInfo_FileExtension, "");
         mimeType = known.GetCString(kezInfo_MimeType, "");
     }
-    ezMediaInfo* info = nullptr;
-    bool fAllTried = false;
-    if ((mParseOptions & kParseOption_ParseWithAllParserEverytime) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-        fAllTried = true;
+    int met = (mParseOptions & kPassOptions) | kNeed_Untried | (mimeType.IsEmpty() ? 0 : kNeed_MimeType) |
+              (extension.IsEmpty() ? kNeed_NoExtension : kNeed_Extension);
+    for (const Pass& pass : kPasses) {
+        if ((met & pass.mNeeds) != pass.mNeeds) {
+            continue;
+        }
+        ezPtrList* const entries = EntriesOf(*mExtensionMimeTypeMatcher, pass.mWalks, extension, mimeType);
+        Report(Reporter(), &ParseReporter::PassBegan, pass.mPass);
+        ezMediaInfo* const info = ParseFromEntries(entries, aStream, pass.mfMakesRecord);
+        Report(Reporter(), &ParseReporter::PassEnded, pass.mPass, info != nullptr);
+        if (info != nullptr) {
+            return info;
+        }
+        if (pass.mWalks == Walks::All) {
+            met &= ~kNeed_Untried;
+        }
     }
-    if (info == nullptr && !fAllTried && !mimeType.IsEmpty()) {
-        info = ParseFromEntries(matcher.EntriesFromMimeType(mimeType), aStream, false);
-    }
-    if (info == nullptr && !fAllTried && extension.IsEmpty() &&
-        (mParseOptions & kParseOption_ParseWithAllParserIfNoExtension) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-        fAllTried = true;
-    }
-    if (info == nullptr && !fAllTried && (mParseOptions & kParseOption_ParseWithAllParserIfFailed) != 0) {
-        info = ParseFromEntries(matcher.AllEntries(), aStream, false);
-    }
-    // Also after all entries were tried: this pass alone may make a record of the entry.
-    if (info == nullptr && !extension.IsEmpty()) {
-        info = ParseFromEntries(matcher.EntriesFromExtension(extension), aStream, true);
-    }
-    return info;
+    return nullptr;
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromTypes(ezPtrList* aTypes, ezMediaParserStream& aStream) {
@@ -126,21 +169,25 @@ ezMediaInfo* ezMimeTypesDotIniParser::TryEntry(const Entry& anEntry, ezMediaPars
     ezMediaInfo* const info = ParseFromTypes(anEntry.mTypes, aStream);
     mEntryInTrial = outerEntry;
     mStreamInTrial = outerStream;
+    // Of a host that overrides ParseFromType.
+    Report(Reporter(), &ParseReporter::Stated, info, ezParseStep::Parser, nullptr);
     return info;
 }
 
 bool ezMimeTypesDotIniParser::ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo) {
     ezMediaInfo* named = DLNAFileParser(mEnvironmentInfo).Parse(aStream);
+    Report(Reporter(), &ParseReporter::TestFileNameAsked, named);
     if (named == nullptr) {
         return false;
     }
     if (anInfo == nullptr) {
         anInfo = named;
-        return true;
+    } else {
+        anInfo->Set(kezInfo_DLNA, named->GetCString(kezInfo_DLNA, ""), true);
+        anInfo->Set(kezInfo_MimeType, named->GetCString(kezInfo_MimeType, ""), true);
+        delete named;
     }
-    anInfo->Set(kezInfo_DLNA, named->GetCString(kezInfo_DLNA, ""), true);
-    anInfo->Set(kezInfo_MimeType, named->GetCString(kezInfo_MimeType, ""), true);
-    delete named;
+    Report(Reporter(), &ParseReporter::Stated, anInfo, ezParseStep::TestFileName, nullptr);
     return true;
 }
 
@@ -151,46 +198,70 @@ void ezMimeTypesDotIniParser::FillNames(ezMediaInfo& anInfo, const Entry& anEntr
     if (!anInfo.Has(kezInfo_ClassName)) {
         anInfo.Set(kezInfo_ClassName, FirstString(anEntry.mUPnPClasses), true);
     }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::EntryNames, &anEntry);
     if (!anInfo.Has(kezInfo_FileExtension)) {
         // The table's word for the MIME type, not the file's own extension: "song.mpga" reads "mp3".
         anInfo.Set(kezInfo_FileExtension, MimeTypeToFileExtension(anInfo.GetCString(kezInfo_MimeType, "")),
                    true);
     }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::TypesExtension, nullptr);
+}
+
+inline void ezMimeTypesDotIniParser::Complete(ezMediaInfo& anInfo, const Entry& anEntry,
+                                              bool afRatesCleared) {
+    if (afRatesCleared) {
+        anInfo.Set(kezInfo_BitRate, 0, true);
+        anInfo.Set(kezInfo_MaxBitRate, 0, true);
+        anInfo.Set(kezInfo_EstimatedBitRate, 0, true);
+    } else {
+        CompleteBitRates(anInfo);
+    }
+    Report(Reporter(), &ParseReporter::Stated, &anInfo, ezParseStep::BitRates, nullptr);
+    FillNames(anInfo, anEntry);
+}
+
+inline ezEntryResult ezMimeTypesDotIniParser::ParseFromEntry(Entry& anEntry, ezMediaParserStream& aStream,
+                                                             uint32 aContext, bool afAlone,
+                                                             ezMediaInfo*& anInfo) {
+    const bool fNameDecides = aContext == kProperty_CTTContext_NameDecides;
+    anInfo = TryEntry(anEntry, aStream);
+    const bool fTestFile =
+        (fNameDecides || (anInfo == nullptr && aContext != 0)) && ConsultTestFileName(aStream, anInfo);
+    if (anInfo == nullptr) {
+        // Before the exclusion test: an excluded entry that stands last makes a record too.
+        anInfo = afAlone ? NewInfoFromEntry(anEntry) : nullptr;
+        if (anInfo == nullptr) {
+            return ezEntryResult::Declined;
+        }
+        Report(Reporter(), &ParseReporter::Stated, anInfo, ezParseStep::EntryAlone, &anEntry);
+        return ezEntryResult::MadeRecord;
+    }
+    if (mExtensionMimeTypeMatcher->IsExcludedEntry(&anEntry)) {
+        Report(Reporter(), &ParseReporter::Dropped, *anInfo);
+        delete std::exchange(anInfo, nullptr);
+        return ezEntryResult::Excluded;
+    }
+    Complete(*anInfo, anEntry, fNameDecides && fTestFile);
+    return ezEntryResult::Won;
 }
 
 ezMediaInfo* ezMimeTypesDotIniParser::ParseFromEntries(ezPtrList* anEntries, ezMediaParserStream& aStream,
                                                        bool afForceCreateMediaInfo) {
     const uint32 context = GetCTTContext();
-    ezMediaInfo* info = nullptr;
-    Entry* entry = nullptr;
-    bool fTestFile = false;
-    for (Entry* candidate : ezItems<Entry>(anEntries)) {
-        entry = candidate;
-        info = TryEntry(*entry, aStream);
-        if (context == kProperty_CTTContext_NameDecides || (info == nullptr && context != 0)) {
-            fTestFile = ConsultTestFileName(aStream, info);
+    const std::size_t count = ezPtrList_GetCount(anEntries);
+    std::size_t walked = 0;
+    for (Entry* entry : ezItems<Entry>(anEntries)) {
+        Report(Reporter(), &ParseReporter::EntryBegan, *entry, *mExtensionMimeTypeMatcher);
+        const bool fLast = ++walked == count;
+        ezMediaInfo* info = nullptr;
+        const ezEntryResult result =
+            ParseFromEntry(*entry, aStream, context, afForceCreateMediaInfo && fLast, info);
+        Report(Reporter(), &ParseReporter::EntryEnded, *entry, result);
+        if (result != ezEntryResult::Declined) {
+            return info;
         }
-        if (info != nullptr) {
-            break;
-        }
     }
-    if (info == nullptr) {
-        // Before the exclusion test: an excluded entry that stands last makes a record too.
-        return afForceCreateMediaInfo && entry != nullptr ? NewInfoFromEntry(*entry) : nullptr;
-    }
-    if (mExtensionMimeTypeMatcher->IsExcludedEntry(entry)) {
-        delete info;
-        return nullptr;
-    }
-    if (context == kProperty_CTTContext_NameDecides && fTestFile) {
-        info->Set(kezInfo_BitRate, 0, true);
-        info->Set(kezInfo_MaxBitRate, 0, true);
-        info->Set(kezInfo_EstimatedBitRate, 0, true);
-    } else {
-        CompleteBitRates(*info);
-    }
-    FillNames(*info, *entry);
-    return info;
+    return nullptr;
 }
 
 ezCString ezMimeTypesDotIniParser::GetDLNAInfo() {
@@ -213,12 +284,19 @@ bool ezMimeTypesDotIniParser::AdjustDLNAInfo(ezMediaInfo* anInfo) {
             entries = mExtensionMimeTypeMatcher->EntriesFromExtension(extension);
         }
     }
-    return AdjustDLNAInfoFromEntries(entries, anInfo);
+    Report(Reporter(), &ParseReporter::PassBegan, ezParsePass::Adjust);
+    const bool fAdjusted = AdjustDLNAInfoFromEntries(entries, anInfo);
+    Report(Reporter(), &ParseReporter::PassEnded, ezParsePass::Adjust, fAdjusted);
+    return fAdjusted;
 }
 
 bool ezMimeTypesDotIniParser::AdjustDLNAInfoFromEntries(ezPtrList* anEntries, ezMediaInfo* anInfo) {
-    for (const Entry* entry : ezItems<Entry>(anEntries)) {
-        if (AdjustDLNAInfoFromTypes(entry->mTypes, anInfo)) {
+    for (Entry* entry : ezItems<Entry>(anEntries)) {
+        Report(Reporter(), &ParseReporter::EntryBegan, *entry, *mExtensionMimeTypeMatcher);
+        const bool fAdjusted = AdjustDLNAInfoFromTypes(entry->mTypes, anInfo);
+        Report(Reporter(), &ParseReporter::EntryEnded, *entry,
+               fAdjusted ? ezEntryResult::Won : ezEntryResult::Declined);
+        if (fAdjusted) {
             return true;
         }
     }

@@ -246,9 +246,9 @@ void CheckLinkProtection(const std::string& aText, const char* aHost) {
     const bool fFlags = Value(info, "DLNA.ORG_FLAGS") != "none";
     const std::string profile = ezDLNAProtocolInfo_GetProfile(info.get());
     const std::string before = Text(info);
-    const std::size_t behind =
+    const std::size_t after =
         Field(info).size() + 1 + ezCString(ezDLNAProtocolInfo_GetMimeType(info.get())).GetLength();
-    const std::string transport = before.substr(0, before.size() - behind);
+    const std::string transport = before.substr(0, before.size() - after);
     ezDLNAProtocolInfo_SetDTCPIP(info.get(), aHost, 8080, 1);
     const std::string once = Text(info);
     ezDLNAProtocolInfo_SetDTCPIP(info.get(), "another.host", 1, 1);

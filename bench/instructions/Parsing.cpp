@@ -5,6 +5,7 @@
 #include "bench/instructions/Instructions.h"
 
 #include "ez/FileMediaParserStream.h"
+#include "ez/ParseObserver.h"
 #include "ezPlatform/media/MediaInfo.h"
 #include "support/Folders.h"
 #include "support/TemporaryFolder.h"
@@ -27,12 +28,17 @@ void PrintIdentify() {
         Require(info != nullptr && !info->Has(kezInfo_FileSize), "the file is identified, without its size");
     });
     host.GetManager().Add(new ProbingParser);
-    Instructions_PrintOf("identify.content", 1, [&] {
+    const auto byContent = [&] {
         ezFileMediaParserStream stream(path);
         stream.Open();
         const std::unique_ptr<ezMediaInfo> info(host.GetManager().Parse(stream));
         Require(info != nullptr && info->Has(kezInfo_FileSize), "the file is identified, with its size");
-    });
+    };
+    Instructions_PrintOf("identify.content", 1, byContent);
+    ezParseObserver observer;
+    host.GetManager().SetObserver(&observer);
+    Instructions_PrintOf("identify.observed", 1, byContent);
+    host.GetManager().SetObserver(nullptr);
 }
 
 /// The mean of the files of each format, by a host and by the format's parser alone.

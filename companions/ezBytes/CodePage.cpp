@@ -1,5 +1,6 @@
 #include "ezBytes/CodePage.h"
 
+#include "ezBytes/Limits.h"
 #include "ezBytes/Utf8.h"
 
 #include "ezPlatform/text/CString.h"
@@ -12,7 +13,6 @@
 
 namespace {
 
-constexpr std::size_t kMaxName = 40; // no converter has a longer one
 constexpr std::string_view kPlainLetters = " 0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 constexpr std::string_view kUnknown = "\xEF\xBF\xBD"; // U+FFFD
 
@@ -57,7 +57,7 @@ std::string ConverterOf(std::string_view aName) {
     if (name.compare(0, kWindows.size(), kWindows) == 0) {
         name.replace(0, kWindows.size(), "CP"); // the name that all systems have
     }
-    return name.size() <= kMaxName ? name : std::string();
+    return name.size() <= kCodePage_MaxName ? name : std::string();
 }
 
 bool IsBuiltIn(const std::string& aConverter) {

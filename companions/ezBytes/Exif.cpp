@@ -1,6 +1,7 @@
 #include "ezBytes/Exif.h"
 
 #include "ezBytes/DateText.h"
+#include "ezBytes/Limits.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,10 +19,6 @@ constexpr unsigned kTagZoneTaken = 0x9011; ///< OffsetTimeOriginal
 constexpr unsigned kTypeText = 2;
 constexpr unsigned kTypeShort = 3;
 constexpr unsigned kTypeLong = 4;
-/// A first directory holds some thirty entries; TIFF would allow 65535.
-constexpr unsigned kMaxEntries = 1024;
-/// Bytes of a date or a zone, with room for a writer who pads.
-constexpr std::uint64_t kMaxText = 32;
 
 /// A reader in the byte order of a block.
 class TiffReader {
@@ -71,7 +68,7 @@ public:
     void ForEach(std::uint64_t aPlace, Take aTake) const {
         TiffReader directory = At(aPlace);
         const unsigned count = directory.Short();
-        for (unsigned i = 0; i < count && i < kMaxEntries && !directory.HasFailed(); ++i) {
+        for (unsigned i = 0; i < count && i < kExif_MaxEntries && !directory.HasFailed(); ++i) {
             Entry entry = {directory.Short(), directory.Short(), directory.Long(), directory};
             directory.Skip(4);
             if (!aTake(entry)) {
@@ -87,7 +84,7 @@ public:
     }
 
     ezCString TextOf(Entry& anEntry) const {
-        if (anEntry.mType != kTypeText || anEntry.mCount > kMaxText) {
+        if (anEntry.mType != kTypeText || anEntry.mCount > kExif_MaxText) {
             return {};
         }
         const auto count = static_cast<std::size_t>(anEntry.mCount);

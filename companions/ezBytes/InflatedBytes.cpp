@@ -1,5 +1,7 @@
 #include "ezBytes/InflatedBytes.h"
 
+#include "ezBytes/Limits.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -23,14 +25,10 @@ std::size_t InflatedBytes::Borrow(std::uint64_t aPosition, const unsigned char**
 
 namespace {
 
-constexpr std::size_t kInputSize = 4096;
-constexpr std::size_t kFirstOutputSize = 4096;
-
 /// Bytes that data of so many inflated ones can take: plain blocks cost a thousandth more, and a writer may
 /// have flushed often. Empty blocks alone would go on for ever.
 std::uint64_t MaxCompressedSize(std::size_t aMaxSize) {
-    constexpr std::uint64_t kHeadAndSum = 1024;
-    return 2 * std::uint64_t{aMaxSize} + kHeadAndSum;
+    return 2 * std::uint64_t{aMaxSize} + kInflated_MaxOverhead;
 }
 
 /// Reads bytes up to the end of a reader, which does not know how many they are where some may be stuffing.
@@ -63,7 +61,7 @@ public:
     bool NeedsRoom() const { return mState.avail_out == 0; }
     std::size_t GetRoomLeft() const { return mState.avail_out; }
 
-    /// Of at most kInputSize bytes, borrowed.
+    /// Of at most kInflated_InputSize bytes, borrowed.
     void Feed(unsigned char* aBytes, std::size_t aCount) {
         mState.next_in = aBytes;
         mState.avail_in = static_cast<uInt>(aCount);
@@ -87,7 +85,7 @@ bool InflatedBytes::IsAvailable() {
 
 InflatedBytes::Result InflatedBytes::Run(ByteReader& aCompressed, std::size_t aMaxSize) {
     std::vector<unsigned char> output;
-    std::array<unsigned char, kInputSize> input = {};
+    std::array<unsigned char, kInflated_InputSize> input = {};
     std::uint64_t inputLeft = std::min(aCompressed.GetLeft(), MaxCompressedSize(aMaxSize));
     Inflater inflater;
     int status = inflater.IsReady() ? Z_OK : Z_MEM_ERROR;
@@ -107,7 +105,7 @@ InflatedBytes::Result InflatedBytes::Run(ByteReader& aCompressed, std::size_t aM
             if (size > aMaxSize) {
                 break;
             }
-            const std::size_t larger = std::min(std::max(2 * size, kFirstOutputSize), aMaxSize + 1);
+            const std::size_t larger = std::min(std::max(2 * size, kInflated_FirstSize), aMaxSize + 1);
             output.reserve(larger); // resize alone may take twice as much
             output.resize(larger);
             inflater.GiveRoom(output.data() + size, output.size() - size);

@@ -1,6 +1,7 @@
 #include "ezBytes/LeadingTag.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/Limits.h"
 
 namespace {
 

@@ -5,9 +5,6 @@
 
 #include <cstdint>
 
-/// Tags in a row that are stepped over. Writers that add one where another stands leave two or three.
-inline constexpr std::uint32_t kLeadingTag_MaxCount = 8;
-
 /// A tag that stands before the sound: ID3v2, or APE with its header. Any audio format may follow one.
 ///
 /// Who only looks for what follows asks EndOfLeadingTags, for instance before it compares a format's magic;

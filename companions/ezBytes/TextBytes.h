@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/CodePage.h"
+#include "ezBytes/Limits.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -16,9 +17,6 @@ enum class TextEncoding {
     Utf8,        ///< what is not, was written in a code page by mistake
     Unstated,    ///< UTF-8 when all of it is, else of the code page; so is what says "Latin-1"
 };
-
-/// Bytes that a title may have: no screen shows more, and a hostile file cannot fill a library's memory.
-inline constexpr std::size_t kCleanText_MaxLength = 1024;
 
 /// A text as a record may hold it, whatever the bytes: valid UTF-8, up to the first NUL, without control
 /// characters (tabs and line ends become blanks) and the two values that XML has no place for (U+FFFE and

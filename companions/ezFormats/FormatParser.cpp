@@ -148,7 +148,8 @@ void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
 }
 
 bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
-    if (_ezLog_Level <= EZLOGLEVEL_DEBUG) {
+    const bool fObserved = mManager != nullptr && mManager->IsObserved();
+    if (_ezLog_Level <= EZLOGLEVEL_DEBUG && !fObserved) {
         return false;
     }
     static constexpr std::array<const char*, 4> kCauses = {"malformed", "unsupported", "limit", "read error"};
@@ -159,6 +160,9 @@ bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
     va_end(arguments);
     ezLog_F(EZLOGLEVEL_DEBUG, "%s: %s: %s\n", mDescription.mName, kCauses[static_cast<std::size_t>(aCause)],
             reason.data());
+    if (fObserved) {
+        mManager->TellRefusal(*this, aCause, reason.data());
+    }
     return false;
 }
 

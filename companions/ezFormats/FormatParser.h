@@ -2,6 +2,7 @@
 
 #include "ez/Environment.h"
 #include "ez/MediaParser.h"
+#include "ez/ParseObserver.h"
 
 #include "ezFormats/Export.h"
 #include "ezFormats/ProfileRules.h"
@@ -47,12 +48,12 @@ protected:
     /// then thrown away.
     virtual bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) = 0;
 
-    /// Why a file is refused, as the log says it: it breaks its format, or ends early; it is a kind of the
-    /// format that is not read; it needs more than one parse may cost or hold; the stream failed.
-    enum class Cause { Malformed, Unsupported, Limit, ReadError };
+    /// Why a file is refused.
+    using Cause = ezParseRefusal;
 
-    /// Logs why a file is refused, for a person who looks for the reason. Always false. The format is of
-    /// printf, without a line end.
+    /// Says why a file is refused, for a person who looks for the reason: logs it, and tells it to the
+    /// manager's observer. Always false. The format is of printf, without a line end; what is longer than 255
+    /// bytes is cut.
     bool Refuse(Cause aCause, const char* aFormat, ...) const __attribute__((format(printf, 3, 4)));
     /// Refuses a file of which a reading did not get so far, because it ends, because the budget does, or by
     /// an error of the stream. Always false.

@@ -1,6 +1,7 @@
 #include "ezLiveStreams/DescriptorStream.h"
 
 #include "ezLiveStreams/detail/DescriptorCalls.h"
+#include "ezLiveStreams/detail/Limits.h"
 
 #include "ezPlatform/files/PathName.h"
 
@@ -14,9 +15,6 @@
 #include <vector>
 
 namespace {
-
-/// What a pipe of the system holds by default: one read empties it.
-constexpr std::size_t kReadSize = std::size_t{64} * 1024;
 
 std::string TextOfError(int anError) {
     return std::generic_category().message(anError); // unlike strerror safe beside other threads
@@ -126,7 +124,7 @@ ezDescriptorStream::Outcome ezDescriptorStream::ReadSome(std::uint64_t aPosition
 }
 
 void ezDescriptorStream::FeedFrom(std::uint64_t aPosition, ezFeedBuffer& aBuffer) {
-    std::vector<unsigned char> data(kReadSize);
+    std::vector<unsigned char> data(kDescriptor_ReadSize);
     while (true) {
         std::size_t size = data.size();
         const Outcome outcome = ReadSome(aPosition, data.data(), &size);

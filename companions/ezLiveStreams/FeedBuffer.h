@@ -22,7 +22,8 @@ struct ezFeedLimits {
     /// the head of a file, and whole pictures and short songs fit, while a device that looks at a few files
     /// at a time still has the memory.
     std::size_t mWindow = std::size_t{1} << 20;
-    /// A single read that is larger than the window makes the window grow, up to this. At least mWindow.
+    /// Bytes that the window grows to for a single read that is larger: a read beyond fails. At least
+    /// mWindow.
     std::size_t mLargest = std::size_t{16} << 20;
 };
 
@@ -47,11 +48,11 @@ public:
         Full    ///< the media is complete: what comes past its known size is not wanted
     };
 
-    /// A seek so far ahead of what has arrived, in bytes, moves a source that can be moved ahead; a nearer
-    /// one reads on, which costs less than asking anew.
+    /// Bytes that a seek leads ahead of what has arrived, at most, for reading on: that costs less than
+    /// asking anew. A seek farther ahead moves a source that can be moved ahead.
     static constexpr std::uint64_t kWorthMoving = std::uint64_t{256} * 1024;
-    /// So often a failed source is moved. A server that stalls costs the reader a whole time-out each time,
-    /// so they are few.
+    /// Moves of a failed source: a server that stalls costs the reader a whole time-out each time, so they
+    /// are few.
     static constexpr int kRetries = 3;
 
     /// @param aThreshold   called on the writer's thread for new data, the end, a failure and a full window

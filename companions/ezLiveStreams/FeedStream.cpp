@@ -1,27 +1,8 @@
 #include "ezLiveStreams/FeedStream.h"
 
-#include <csignal>
+#include "ezBytes/SignalsHeldBack.h"
+
 #include <system_error>
-
-namespace {
-
-/// Threads started within its life take no signals.
-class SignalsHeldBack {
-public:
-    SignalsHeldBack() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &mBefore);
-    }
-    ~SignalsHeldBack() { pthread_sigmask(SIG_SETMASK, &mBefore, nullptr); }
-    SignalsHeldBack(const SignalsHeldBack&) = delete;
-    SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
-
-private:
-    sigset_t mBefore = {};
-};
-
-} // namespace
 
 ezFeedStream::ezFeedStream(const ezFeedOptions& anOptions)
     : mBuffer(
@@ -29,6 +10,11 @@ ezFeedStream::ezFeedStream(const ezFeedOptions& anOptions)
       mfWaitForSize(anOptions.mfWaitForSize) {}
 
 ezFeedStream::~ezFeedStream() = default;
+
+void ezFeedStream::Cancel() {
+    mBuffer.Close();
+    FireThreshold();
+}
 
 void ezFeedStream::Start() {
     const SignalsHeldBack heldBack;

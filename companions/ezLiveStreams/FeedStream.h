@@ -40,6 +40,11 @@ public:
         return mBuffer.Read(aBuffer, aSize, aFlag);
     }
 
+    /// Ends the stream, for good, from any thread: a reader that waits for bytes or for the size stops
+    /// waiting, and reads answer ezStreamingStatus_InvalidState from then on. It must not be destroyed
+    /// meanwhile.
+    void Cancel();
+
     /// True when a read, or the wait for the size, came upon a failure of the media. One after everything
     /// that was asked for does not count, so the answer is the same however fast the media came. A read that
     /// was refused for its size counts too.
@@ -56,7 +61,8 @@ protected:
     /// Runs on the thread: brings the media into the buffer, until the media ends or Append or WaitForMove
     /// says that nobody reads any more.
     virtual void Feed(ezFeedBuffer& aBuffer) = 0;
-    /// Wakes a Feed that waits for its source. Called on the reader's thread.
+    /// Wakes a Feed that waits for its source. Called on the reader's thread, and on that of Cancel; also
+    /// when the stream has no thread, or Feed has ended.
     virtual void Interrupt() = 0;
 
     /// Starts the thread; one that cannot be had is a failure of the media.

@@ -24,7 +24,6 @@ using Clock = ezHttpPatience::Clock;
 
 constexpr const char* kCannotBegin = "the transfer cannot be set up";
 constexpr const char* kChanged = "the media changed while it was read";
-constexpr std::chrono::milliseconds kLongestPoll{60'000};
 
 // libcurl's two kinds of handles are the same type to the compiler.
 struct EasyDeleter {
@@ -336,7 +335,7 @@ private:
                 Refuse(mPatience.GetReason());
                 return std::nullopt;
             }
-            const std::int64_t wait = std::min(left, kLongestPoll).count();
+            const std::int64_t wait = std::min(left, kHttp_LongestPoll).count();
             curl_multi_poll(mMulti.get(), nullptr, 0, static_cast<int>(wait) + 1, nullptr);
         }
     }

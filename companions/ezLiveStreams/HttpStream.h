@@ -8,12 +8,12 @@
 /// What a host chooses about a stream of a web server.
 struct ezHttpOptions {
     ezFeedOptions mFeed; ///< of the window, and whether GetSize waits
-    /// A server that brings nothing for so long, while it is connected to as well as later, has failed. Time
-    /// in which the window is full does not count. The head of its answer, with redirects before it and
-    /// trailers after the media, has to be there within four times this, however steadily it comes. Once the
-    /// head is there only bytes of the media count as brought.
+    /// Milliseconds for which a server may bring nothing, while it is connected to as well as later: after
+    /// them it has failed. Time in which the window is full does not count. The head of its answer, with
+    /// redirects before it and trailers after the media, has to be there within four times this, however
+    /// steadily it comes. Once the head is there only bytes of the media count as brought.
     std::chrono::milliseconds mStallTime = std::chrono::seconds(30);
-    /// So many redirects are followed for one answer; one more is a failure of the stream. 0 follows none.
+    /// Redirects that are followed for one answer: one more is a failure of the stream. 0 follows none.
     int mMaxRedirects = 10;
 };
 

@@ -121,12 +121,11 @@ std::size_t CountLocations(std::string_view aLines, bool* afIndented) {
 /// Moves over locations, fewer than aCount and often nearly as many, without taking lines apart; gives how
 /// many. What is rare (indented and very long lines, the end of the stream) is left to a walk.
 uint32 SkipLocations(PlaylistStreamReader& aReader, uint32 aCount) {
-    constexpr std::size_t kChunk = kPlaylist_MaxLine / 8;
     uint32 skipped = 0;
     while (true) {
-        while (aReader.Peek().size() < kChunk && aReader.Grow()) {
+        while (aReader.Peek().size() < kPlaylist_SkippedAtOnce && aReader.Grow()) {
         }
-        const std::string_view chunk = aReader.Peek().substr(0, kChunk);
+        const std::string_view chunk = aReader.Peek().substr(0, kPlaylist_SkippedAtOnce);
         const std::size_t end = chunk.find_last_of("\r\n");
         if (end == std::string_view::npos) {
             return skipped;

@@ -18,9 +18,11 @@
 /// tried and fails, and the next request tries again.
 class EZTHUMBNAILS_API CoverThumbnailProvider : public ezIndirectThumbnailProvider {
 public:
+    static constexpr const char* kName = "cover"; ///< by which one is told from other providers
+
     /// @param aThumbnailGenerator  borrowed, the manager's
     explicit CoverThumbnailProvider(ezThumbnailGenerator* aThumbnailGenerator)
-        : ezIndirectThumbnailProvider("cover", aThumbnailGenerator) {}
+        : ezIndirectThumbnailProvider(kName, aThumbnailGenerator) {}
     ~CoverThumbnailProvider() override;
 
     void GetFirstPath(const ThumbnailInfo* anInfo) override;

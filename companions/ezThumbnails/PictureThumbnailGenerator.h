@@ -18,7 +18,7 @@ class EZTHUMBNAILS_API PictureThumbnailGenerator : public ezThumbnailGenerator {
 public:
     /// Pixels that an original may have: those of the largest sensors in telephones, 16320 by 12240.
     static constexpr uint32 kMaxPixels = 200'000'000;
-    /// The longest side of an original: what a JPEG is able to state.
+    /// Pixels of the longest side of an original: what a JPEG is able to state.
     static constexpr uint32 kMaxSide = 65535;
     /// Bytes of an original that decoding may hold at a time: a progressive JPEG of 32 million pixels at
     /// 4:2:0. On top of them come the thumbnail's own: its pixels of 1 to 4 bytes, twice while it is turned,

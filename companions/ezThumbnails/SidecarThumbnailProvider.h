@@ -20,9 +20,11 @@
 /// look like that.
 class EZTHUMBNAILS_API SidecarThumbnailProvider : public ezIndirectThumbnailProvider {
 public:
+    static constexpr const char* kName = "sidecar"; ///< by which one is told from other providers
+
     /// @param aThumbnailGenerator  borrowed, the manager's
     explicit SidecarThumbnailProvider(ezThumbnailGenerator* aThumbnailGenerator)
-        : ezIndirectThumbnailProvider("sidecar", aThumbnailGenerator) {}
+        : ezIndirectThumbnailProvider(kName, aThumbnailGenerator) {}
     ~SidecarThumbnailProvider() override;
 
     /// The paths of the pictures that could be taken for an item, in the order in which they are tried; all

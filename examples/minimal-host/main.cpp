@@ -1,52 +1,16 @@
-// The smallest complete host of the library: minimal-host CONFIG_FOLDER FILE...
-#include "ez/Environment.h"
-#include "ez/FileMediaParserStream.h"
-#include "ez/MediaParserManager.h"
-#include "ezPlatform/media/MediaInfo.h"
+// The smallest host of the library, which tells what files are: minimal-host FILE...
+#include "ezHosting/Host.h"
 
 #include <cstdio>
-#include <cstring>
-
-// A parser of the host's own: WAVE files whose format chunk comes first. It is filed under the type "wav",
-// which the media types file names for the extension .wav.
-class WavParser : public ezMediaParser {
-public:
-    WavParser() : ezMediaParser("wav", nullptr, false) {}
-
-    ezMediaInfo* Parse(ezMediaParserStream& aStream) override { return ParseFromStream(aStream, 32, 0); }
-    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
-    ezCString GetDLNAInfo() override { return "audio/wav:*"; }
-
-protected:
-    ezMediaInfo* Read(uint8* aBegin, std::size_t aSize, uint8* /*anEnd*/, std::size_t /*anEndSize*/,
-                      const ezuint64& /*aMediaSize*/) override {
-        if (aSize < 32 || std::memcmp(aBegin, "RIFF", 4) != 0 ||
-            std::memcmp(aBegin + 8, "WAVEfmt ", 8) != 0) {
-            return nullptr;
-        }
-        const uint32 samples = aBegin[24] + 256U * aBegin[25] + 65536U * aBegin[26]; // a second
-        const uint32 bytes = aBegin[28] + 256U * aBegin[29] + 65536U * aBegin[30];   // a second
-        ezMediaInfo* info = new ezMediaInfo;
-        info->Set(kezInfo_AudioTrackCount, 1, true);
-        info->Set(kezInfo_AudioChannelCount, aBegin[22], true);
-        info->Set(kezInfo_AudioSamplingRate, samples, true);
-        info->Set(kezInfo_AudioBitRate, 8 * bytes, true);
-        return info; // the media types file adds MIME type and class; other rates follow from this one
-    }
-};
 
 int main(int anArgCount, char** anArgs) {
-    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : "."); // outlives the manager, which uses it
-    ezMediaParserManager manager(environment.Get());
-    manager.AddStandardParsers(kParseOption_Default);
-    manager.Add(new WavParser); // the manager deletes it
-    for (int i = 2; i < anArgCount; ++i) {
-        ezFileMediaParserStream stream{ezCString(anArgs[i])};
-        ezMediaInfo* info = stream.Open() ? manager.Parse(stream) : nullptr;
-        std::printf("%s: %s\n", anArgs[i],
-                    info != nullptr ? info->GetOtherProperties().c_str() : "not recognised");
-        delete info;
+    ezHost host; // with what is installed; ezHost host("/etc/server") takes a folder of one's own
+    for (int i = 1; i < anArgCount; ++i) {
+        if (const std::unique_ptr<ezMediaInfo> info = host.Identify(anArgs[i])) {
+            std::printf("%s: %s\n", anArgs[i], info->GetOtherProperties().c_str());
+        } else {
+            std::printf("%s: not recognised %s\n", anArgs[i], host.GetError().c_str());
+        }
     }
-    std::printf("advertised: %s\n", manager.GetDLNAInfo().c_str());
-    return 0;
+    return host.IsReady() ? 0 : 1;
 }

@@ -1,10 +1,9 @@
 // Step 7: media that are no files: one of a web server, and a broadcast that is pushed in packets:
 // step-7-arriving-media CONFIG_FOLDER URL_OR_ELEMENTARY_STREAM...
-#include "Parsers.h"
+#include "OwnHost.h"
 #include "Record.h"
 
 #include "ez/ElementaryStreamParser.h"
-#include "ez/Environment.h"
 #include "ez/StreamMediaParserStream.h"
 #include "ezFormats/EltStreamCandidates.h"
 #include "ezLiveStreams/HttpStream.h"
@@ -15,12 +14,12 @@
 namespace {
 
 /// Reads media of a web server as if they were a file; the transfer runs on a thread of the stream.
-std::unique_ptr<ezMediaInfo> IdentifyURL(ezMediaParserManager& aManager, const char* aURL) {
+std::unique_ptr<ezMediaInfo> IdentifyURL(ezHost& aHost, const char* aURL) {
     ezHttpOptions options;
     options.mStallTime = std::chrono::seconds(10);
     auto* source = new ezHttpStream(aURL, options);
     ezStreamMediaParserStream stream(source, true); // releases it
-    std::unique_ptr<ezMediaInfo> info(stream.Open() ? aManager.Parse(stream) : nullptr);
+    std::unique_ptr<ezMediaInfo> info = aHost.Identify(stream);
     if (source->HasFailed()) {
         std::fprintf(stderr, "%s: %s\n", aURL, source->GetErrorText().c_str());
         return nullptr; // what was found out rests on half of the media
@@ -46,12 +45,10 @@ std::unique_ptr<ezMediaInfo> Race(std::FILE& aBroadcast) {
 
 int main(int anArgCount, char** anArgs) {
     ezKeepStandardDescriptors(); // so that nothing that is opened later is taken for one of them
-    const ezEnvironment environment(anArgCount > 1 ? anArgs[1] : ".");
-    ezMediaParserManager manager(environment.Get());
-    AddParsers(manager);
+    ezHost host(anArgCount > 1 ? anArgs[1] : ".", OwnOptions());
     for (int i = 2; i < anArgCount; ++i) {
         if (ezHttpStream::IsURL(anArgs[i])) {
-            Print(anArgs[i], IdentifyURL(manager, anArgs[i]).get());
+            Print(anArgs[i], IdentifyURL(host, anArgs[i]).get());
         } else if (std::FILE* broadcast = std::fopen(anArgs[i], "rb")) {
             const std::unique_ptr<ezMediaInfo> info = Race(*broadcast);
             std::printf("%s: %s\n", anArgs[i], info ? info->GetOtherProperties().c_str() : "not recognised");

@@ -1,35 +1,15 @@
 // Step 8: what the server tells its clients: what it may serve, and each media:
 // step-8-announcing CONFIG_FOLDER BASE_URL FILE...
-#include "Parsers.h"
-#include "Record.h"
+#include "OwnHost.h"
 
-#include "ez/Environment.h"
-#include "ezPlatform/base/Owned.h"
 #include "ezPlatform/dlna/DLNAField.h"
-#include "ezPlatform/dlna/ProtocolInfoList.h"
 
-#include <algorithm>
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace {
-
-/// Every protocolInfo that the server may announce, each once.
-std::vector<ezCString> GetCapabilities(ezMediaParserManager& aManager) {
-    std::vector<ezCString> capabilities;
-    const ezOwned<ezDLNAProtocolInfoList_Delete> list(
-        ezDLNAProtocolInfoList_NewFromProfileInfo(aManager.GetDLNAInfo().c_str(), 0));
-    for (std::size_t i = 0; i < ezDLNAProtocolInfoList_GetCount(list.get()); ++i) {
-        const ezDLNAProtocolInfo* info = ezDLNAProtocolInfoList_GetProtocolInfoAt(list.get(), i);
-        const ezCString text = ezCString::FromAllocatedString(ezDLNAProtocolInfo_GetStr(info));
-        if (std::find(capabilities.begin(), capabilities.end(), text) == capabilities.end()) {
-            capabilities.push_back(text);
-        }
-    }
-    return capabilities;
-}
 
 ezCString ProtocolInfoOf(const ezMediaInfo& anInfo) {
     const ezDLNAField field(anInfo.GetCString(kezInfo_DLNA, "*").View()); // written in the mandatory order
@@ -109,15 +89,12 @@ int main(int anArgCount, char** anArgs) {
         std::fprintf(stderr, "usage: step-8-announcing CONFIG_FOLDER BASE_URL FILE...\n");
         return 2;
     }
-    const ezEnvironment environment(anArgs[1]);
-    ezMediaParserManager manager(environment.Get());
-    AddParsers(manager);
-
-    for (const ezCString& capability : GetCapabilities(manager)) {
+    ezHost host(anArgs[1], OwnOptions());
+    for (const std::string& capability : host.GetCapabilities()) {
         std::printf("%s\n", capability.c_str());
     }
     for (int i = 3; i < anArgCount; ++i) {
-        if (const std::unique_ptr<ezMediaInfo> info = Identify(manager, anArgs[i])) {
+        if (const std::unique_ptr<ezMediaInfo> info = host.Identify(anArgs[i])) {
             const std::string extension(info->GetCString(kezInfo_FileExtension, "").View());
             const std::string url = std::string(anArgs[2]) + "/" + std::to_string(i - 2) + "." + extension;
             std::printf("%s\n", ResOf(*info, url).c_str());

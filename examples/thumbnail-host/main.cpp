@@ -1,16 +1,15 @@
 // A small host of thumbnails: thumbnail-host MEDIA CACHE_FOLDER OUT writes the thumbnail of a media item to
 // OUT.
 #include "ez/ThumbnailProvider.h"
+#include "ezHosting/Host.h"
 #include "ezPlatform/base/StandardDescriptors.h"
 #include "ezPlatform/dlna/DLNAField.h"
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileCacheManager.h"
 #include "ezPlatform/files/FileState.h"
-#include "ezThumbnails/CostlyThumbnailProvider.h"
-#include "ezThumbnails/CoverThumbnailProvider.h"
-#include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -81,15 +80,9 @@ class ThumbnailHost {
 public:
     explicit ThumbnailHost(const ezCString& aCacheFolder)
         : mCache(aCacheFolder, kCacheBytes, kCacheFiles), mManager(&mCache, new PictureThumbnailGenerator) {
-        auto* generator =
-            static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator()); // borrowed
-        // The manager deletes them all. Those added first are asked first.
-        mManager.Add(new ezPictureThumbnailProvider(generator, "picture"));
-        mManager.Add(new PosterProvider(generator));
-        mManager.Add(new SidecarThumbnailProvider(generator));
-        mManager.Add(new CoverThumbnailProvider(generator));
-        mManager.Add(new CostlyThumbnailProvider(generator)); // last: what no other could afford
-        mManager.SetDefaultProvider(new DefaultThumbnailProvider(generator));
+        ThumbnailProviders providers; // the manager deletes them all
+        providers.mOwn = new PosterProvider(mManager.GetThumbnailGenerator());
+        AddThumbnailProviders(mManager, providers);
     }
 
     /// The thumbnail of a media item, or the generic one of its class; the caller's. Null when there is none.
@@ -153,18 +146,6 @@ void PrintHeaders(const ezFile& aThumbnail) {
                 ezDLNAField::TextOfProfile("JPEG_TN").c_str(), kezThumbnailDLNAFlags);
 }
 
-/// Stands for what a server knows of its media (kezInfo_MimeType of a record of ezMediaParserManager).
-ezCString MimeTypeOf(const ezPathName& aPath) {
-    constexpr const char* kTypes[][2] = {{"jpg", "image/jpeg"}, {"png", "image/png"},   {"gif", "image/gif"},
-                                         {"mp3", "audio/mpeg"}, {"flac", "audio/flac"}, {"m4a", "audio/mp4"}};
-    for (const auto& type : kTypes) {
-        if (aPath.GetExtension().CompareNoCase(type[0]) == 0) {
-            return type[1];
-        }
-    }
-    return "video/mpeg";
-}
-
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
@@ -176,9 +157,11 @@ int main(int anArgCount, char** anArgs) {
     // Whatever folder the host is started in, a file has one path.
     std::error_code error;
     const ezCString path(std::filesystem::absolute(anArgs[1], error).c_str());
+    ezHost media;
+    const std::unique_ptr<ezMediaInfo> info = media.Identify(path.View());
     ThumbnailHost host{ezCString(anArgs[2])};
     const std::unique_ptr<ezFile> thumbnail(
-        host.GetThumbnail(path, MimeTypeOf(ezPathName::MakeFilePath(path))));
+        info != nullptr ? host.GetThumbnail(path, info->GetCString(kezInfo_MimeType, "")) : nullptr);
     if (thumbnail == nullptr) {
         std::fprintf(stderr, "%s: no thumbnail\n", anArgs[1]);
         return 1;

@@ -14,11 +14,12 @@
 namespace {
 
 using Entry = DLNAMediaMapperEntry;
+using Lines = DLNAMediaMapperBadLines;
 
-constexpr std::size_t kMaximumLineLength = 1024;
 constexpr int kErrorOpening = -3;
 constexpr int kErrorWriting = -1;
 constexpr const char* kTooLong = "longer than 1024 bytes";
+static_assert(Lines::kMaximumLineLength == 1024, "the text says so");
 
 // The two syntax lines run together; files in the field begin like this.
 constexpr const char* kDLNAMediaMapper_Header =
@@ -57,7 +58,7 @@ void Note(DLNAMediaMapperBadLines& aLines, const DLNAMediaMapperBadLine& aLine) 
 ezError MediaMapperFile_Read(const ezPathName& aPath, bool afReadOnly,
                              std::vector<std::unique_ptr<Entry>>& anEntries,
                              DLNAMediaMapperBadLines& aSkippedLines) {
-    ezTextFile file(aPath.GetFullPath(), kMaximumLineLength);
+    ezTextFile file(aPath.GetFullPath(), Lines::kMaximumLineLength);
     if (!file.IsOpened()) {
         return FileError(kErrorOpening, "Unable to open media mapper file: '", aPath);
     }
@@ -90,7 +91,7 @@ ezError MediaMapperFile_Write(const ezPathName& aPath, const ezArray* anEntries,
     const auto header = static_cast<std::size_t>(std::count(text.View().begin(), text.View().end(), '\n'));
     for (std::size_t i = 0; i < ezArray_GetCount(anEntries); ++i) {
         const ezCString line = static_cast<Entry*>(ezArray_At(anEntries, i))->Get();
-        if (line.GetLength() > kMaximumLineLength) {
+        if (line.GetLength() > Lines::kMaximumLineLength) {
             Note(aTooLongLines, {header + i + 1, kTooLong, false});
         }
         text += line;

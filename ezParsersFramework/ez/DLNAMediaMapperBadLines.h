@@ -12,7 +12,11 @@ struct DLNAMediaMapperBadLine {
 
 /// The lines of media mapper files that do not count.
 struct DLNAMediaMapperBadLines {
-    /// A file that holds nothing but bad lines may be of any size: the lines after these are counted only.
+    /// Bytes of a line, its end not counted: an entry with all its fields takes a few hundred. A longer line
+    /// is skipped, and is one of the bad lines.
+    static constexpr std::size_t kMaximumLineLength = 1024;
+    /// Bad lines that are kept: a file that holds nothing else may be of any size. The lines after these are
+    /// counted only.
     static constexpr std::size_t kMaximumKept = 1000;
 
     std::vector<DLNAMediaMapperBadLine> mLines; ///< in the order of the file, kMaximumKept at the most

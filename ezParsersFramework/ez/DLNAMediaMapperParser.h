@@ -3,6 +3,7 @@
 #include "ez/MediaParser.h"
 
 class DLNAMediaMapper;
+class DLNAMediaMapperEntry;
 
 /// Looks the name of a file up in the media mapper instead of reading its content. A manager makes one
 /// (ezMediaParserManager::AddDLNAMediaMapperParser).
@@ -25,7 +26,11 @@ public:
 
 private:
     void CacheDLNAInfo();
+    /// The first entry of a file; null for one without, and for a stream that is no file.
+    const DLNAMediaMapperEntry* FindEntry(const ezMediaParserStream& aStream) const;
 
     DLNAMediaMapper* mMediaMapper;
     ezCString mDLNAInfo;
+
+    friend class ParseReporter; // which tells of the entry
 };

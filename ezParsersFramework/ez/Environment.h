@@ -70,7 +70,7 @@ public:
     void SetSpecsLevel(ezParserSpecsLevel aLevel);
     /// Sets kProperty_CTTContext, an ezCTTContext; ..._Off without it.
     void SetCTTContext(uint32 aContext);
-    /// Sets kProperty_TextCodePage, a name or a number.
+    /// Sets kProperty_TextCodePage, a name or a number. No text here or in Set is made of a null pointer.
     void SetTextCodePage(std::string_view aCodePage);
 
     /// Sets any property: those above by their names, and what a host's own parsers read. Returns this

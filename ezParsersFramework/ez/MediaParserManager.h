@@ -7,13 +7,18 @@
 #include "ezPlatform/containers/VoidPtrList.h"
 #include "ezPlatform/text/CString.h"
 
+#include <memory>
+
 class DLNAMediaMapper;
 class DLNAMediaMapperParser;
 class ezMediaInfo;
 class ezMediaParserStream;
 class ezMimeTypesDotIniParser;
+class ezParseObserver;
+class ParseReporter;
 struct ezCustomHashTable;
 struct ezPropertyList;
+enum class ezParseRefusal;
 
 /// Parsers in the order in which they are tried.
 using ezParserList = ezObjectList<ezBaseParser>;
@@ -77,6 +82,17 @@ public:
     /// "mDLNAMediaMapperParser == NULL" and changes nothing.
     void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
 
+    /// Has an observer told what requests do and why (ez/ParseObserver.h); null for nobody, as at first. It
+    /// is borrowed, and is not asked for anything between two requests. Within a request that is observed it
+    /// is the assertion "!IsInRequest()" and changes nothing; in one that is not it counts from the next one
+    /// on.
+    void SetObserver(ezParseObserver* anObserver);
+    /// True when there is an observer: whoever would gather what TellRefusal says need not do so without one.
+    bool IsObserved() const { return mReporter != nullptr; }
+    /// Tells the observer, if there is one, why a parser refuses the media that it is being tried on. For
+    /// parsers, in their Parse; the text is borrowed, one line, and for people.
+    void TellRefusal(const ezBaseParser& aParser, ezParseRefusal aCause, const char* aText);
+
     /// The parser that AddStandardParsers added, owned by the manager; null before.
     ezMimeTypesDotIniParser* GetMimeTypesDotIniParser() const { return mMimeTypesDotIniParser; }
 
@@ -118,4 +134,14 @@ protected:
 private:
     /// Marks a parser as tried in this request; false when it was already.
     bool BeginParser(const ezBaseParser* aParser);
+    /// Asserts that this is no call of the observer, which must not ask its manager. True when it is none.
+    bool MayBeAsked() const;
+    /// The record of a request, as Parse returns it.
+    ezMediaInfo* Identify(ezMediaParserStream& aStream);
+    /// Has a parser adjust a record.
+    bool Adjust(ezBaseParser& aParser, ezMediaInfo& anInfo);
+
+    std::unique_ptr<ParseReporter> mReporter; ///< of the observer; null when there is none
+
+    friend class ezMimeTypesDotIniParser;
 };

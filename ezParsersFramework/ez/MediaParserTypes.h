@@ -32,8 +32,8 @@ enum ezParserSpecsLevel : int {
     kProperty_Parser_SpecsLevel_Count = kProperty_Parser_SpecsLevel_Development + 1
 };
 
-/// Bytes at the start of the media that a stream keeps.
+/// Bytes at the start of the media that a stream keeps: going back to them costs no read.
 inline constexpr std::size_t kezMediaParserStreamBufferSize = std::size_t{8} * 1024;
 
-/// Bytes of the begin block that format parsers usually ask for.
+/// Bytes of the begin block that format parsers usually ask for: the heads of most formats fit.
 inline constexpr std::size_t kezMediaParser_DefaultBeginBufferSize = std::size_t{32} * 1024;

@@ -7,6 +7,8 @@
 class ExtensionMimeTypeMatcher;
 struct ExtensionMimeTypeMatcherEntry;
 struct ezPtrList;
+class ParseReporter;
+enum class ezEntryResult;
 
 /// The parser for any media that works from the media types table (ExtensionMimeTypeMatcher): it finds the
 /// entries that fit the stream, has its manager try the parsers that they name, and completes the winner's
@@ -79,10 +81,20 @@ protected:
 private:
     /// The answer of an entry's parsers, and meanwhile the note of what is tried on what.
     ezMediaInfo* TryEntry(const ExtensionMimeTypeMatcherEntry& anEntry, ezMediaParserStream& aStream);
+    /// How an entry fares, and in anInfo the completed record of one that won or made a record, else null.
+    /// @param aContext  that of the conformance test
+    /// @param afAlone   where nothing answers, the entry alone makes a record if it can
+    ezEntryResult ParseFromEntry(ExtensionMimeTypeMatcherEntry& anEntry, ezMediaParserStream& aStream,
+                                 uint32 aContext, bool afAlone, ezMediaInfo*& anInfo);
+    /// Completes the record of an entry that won.
+    /// @param afRatesCleared  no bit rate counts, as the name of a conformance test file decides
+    void Complete(ezMediaInfo& anInfo, const ExtensionMimeTypeMatcherEntry& anEntry, bool afRatesCleared);
     /// Consults the file name of a conformance test: true when it told something, which is then in anInfo
     /// (made where it is null).
     bool ConsultTestFileName(ezMediaParserStream& aStream, ezMediaInfo*& anInfo);
     void FillNames(ezMediaInfo& anInfo, const ExtensionMimeTypeMatcherEntry& anEntry);
+    /// That of the manager; null where nobody observes.
+    ParseReporter* Reporter() const;
 
     ExtensionMimeTypeMatcher* mExtensionMimeTypeMatcher; ///< owned
     int mParseOptions;

@@ -18,7 +18,7 @@
 /// several threads may ask at once.
 class EZPLATFORM_API ezConfig {
 public:
-    /// In bytes. Configuration is small; a file beyond this is a mistake, and this is a small device.
+    /// Bytes of a file: configuration is small. One beyond this is a mistake, and this is a small device.
     static constexpr ezFileOffset kMaximumFileSize = ezFileOffset{64} * 1024 * 1024;
 
     /// Reads the file of that name in both folders. Never fails: what cannot be read has no sections.

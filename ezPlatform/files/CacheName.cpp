@@ -1,5 +1,7 @@
 #include "ezPlatform/files/CacheName.h"
 
+#include "ezPlatform/files/Limits.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -7,11 +9,6 @@
 #include <string>
 
 namespace {
-
-// File systems that encrypt names take no longer ones.
-constexpr std::size_t kMaximumName = 143;
-// Of a name that is cut: the rest is the mark and the digest.
-constexpr std::size_t kKeptOfLongName = 70;
 
 constexpr std::array<std::uint32_t, 64> kRoundConstants = {
     0x428A2F98, 0x71374491, 0xB5C0FBCF, 0xE9B5DBA5, 0x3956C25B, 0x59F111F1, 0x923F82A4, 0xAB1C5ED5,
@@ -100,8 +97,8 @@ void AppendEscaped(std::string& aName, char aCharacter) {
 
 ezCString ezCacheName(std::string_view aText) {
     std::string name;
-    name.reserve(std::min(aText.size(), kMaximumName) + 8);
-    for (std::size_t i = 0; i < aText.size() && name.size() <= kMaximumName; ++i) {
+    name.reserve(std::min(aText.size(), kCacheName_MaxSize) + 8);
+    for (std::size_t i = 0; i < aText.size() && name.size() <= kCacheName_MaxSize; ++i) {
         // A first dot hides a file, and some file systems drop a last one.
         const bool fOuterDot = aText[i] == '.' && (i == 0 || i + 1 == aText.size());
         if (IsPlain(aText[i]) && !fOuterDot) {
@@ -113,9 +110,9 @@ ezCString ezCacheName(std::string_view aText) {
     if (name.empty()) {
         return "%";
     }
-    if (name.size() > kMaximumName) {
+    if (name.size() > kCacheName_MaxSize) {
         // A "%" before anything but two digits stands in no other name.
-        name = name.substr(0, kKeptOfLongName) + "%-";
+        name = name.substr(0, kCacheName_KeptOfLong) + "%-";
         for (const std::uint32_t word : Digest(aText)) {
             name += ezCString::Format("%08lx", static_cast<unsigned long>(word)).View();
         }

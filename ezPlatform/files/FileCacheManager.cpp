@@ -6,6 +6,7 @@
 #include "ezPlatform/files/File.h"
 #include "ezPlatform/files/FileSaver.h"
 #include "ezPlatform/files/HeldFiles.h"
+#include "ezPlatform/files/Limits.h"
 #include "ezPlatform/files/PathName.h"
 #include "ezPlatform/text/NUL.h"
 
@@ -20,12 +21,6 @@
 namespace {
 
 constexpr std::string_view kFillingPrefix = ".fill-"; // no cached file's name begins with a dot
-// A scan is due when an eighth of a bound was added; it remembers so many of the oldest files that they last
-// until the next one, as far as the memory for them is bounded.
-constexpr std::size_t kScanShare = 8;
-constexpr std::size_t kMinimumCandidates = 1024;
-constexpr std::size_t kMaximumCandidates = 16384;
-constexpr int kMaximumTries = 8;
 constexpr std::int64_t kNanoseconds = 1000000000;
 
 std::int64_t Pid() {
@@ -131,7 +126,7 @@ ezFile* ezFileCacheManager::OpenCachedFile(const ezCString& aName, bool* afNew, 
 }
 
 ezFile* ezFileCacheManager::OpenNew() {
-    for (int tries = 0; tries < kMaximumTries; ++tries) {
+    for (int tries = 0; tries < kFileCache_MaxTries; ++tries) {
         const ezHeldFile folder = HeldFolder(OwnFolder());
         if (folder.IsOpened()) {
             ezFile* file = OpenNewIn(folder.Get());
@@ -220,8 +215,8 @@ void ezFileCacheManager::Keep(const ezCString& aName, ezFile& aFile) {
 }
 
 bool ezFileCacheManager::IsScanDue() const {
-    return !mfScanned || mAddedFiles >= mMaximumFiles / kScanShare ||
-           mAddedBytes >= mMaximumBytes / kScanShare;
+    return !mfScanned || mAddedFiles >= mMaximumFiles / kFileCache_ScanShare ||
+           mAddedBytes >= mMaximumBytes / kFileCache_ScanShare;
 }
 
 void ezFileCacheManager::Forget(std::uint64_t aSize) {
@@ -260,8 +255,8 @@ bool ezFileCacheManager::LookThrough(int aFolder) {
     if (folder == nullptr) {
         return false; // those that may go stay known
     }
-    mMaximumOfCandidates =
-        std::clamp(std::min(mFiles, mMaximumFiles) / kScanShare, kMinimumCandidates, kMaximumCandidates);
+    mMaximumOfCandidates = std::clamp(std::min(mFiles, mMaximumFiles) / kFileCache_ScanShare,
+                                      kFileCache_MinCandidates, kFileCache_MaxCandidates);
     mFiles = 0;
     mBytes = 0;
     mCandidates.clear();

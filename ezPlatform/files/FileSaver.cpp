@@ -1,6 +1,7 @@
 #include "ezPlatform/files/FileSaver.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/files/Limits.h"
 #include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
@@ -14,14 +15,11 @@ constexpr mode_t kModeOfNewFile = 0666;
 constexpr mode_t kModeUntilItsOwn = 0600; // nobody else reads on the way what the old file did not let him
 constexpr std::string_view kBesideSuffix = ".ezsave";
 constexpr std::size_t kDigits = 16;
-constexpr std::size_t kMaximumBesideName = 230; // with the rest of the name the usual limit of 255
-constexpr int kMaximumTries = 8;
-constexpr int kMaximumFinds = 100;                          // others may replace the target over and over
 constexpr int kToWrite = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // non-blocking for a pipe without a reader
 
 /// What the names of all files beside a target begin with; cut, so that they fit any file system.
 ezCString BesidePrefix(const ezCString& aTarget) {
-    return "." + aTarget.Left(kMaximumBesideName) + ".";
+    return "." + aTarget.Left(kFileSaver_MaxBesideName) + ".";
 }
 
 /// True for the names that are made by a prefix: what merely looks alike is not ours to remove.
@@ -113,7 +111,7 @@ private:
 };
 
 bool ezFileSaver::Find(const ezCString& aPath, Target& aTarget) {
-    for (int tries = 0; tries < kMaximumFinds; ++tries) {
+    for (int tries = 0; tries < kFileSaver_MaxFinds; ++tries) {
         aTarget = Target();
         if (!aTarget.Open(aPath)) {
             return false;
@@ -151,7 +149,7 @@ int ezFileSaver::OpenBeside(const Target& aTarget, bool* afFolderRefuses) {
     const ezCString prefix = BesidePrefix(aTarget.mName);
     const bool fReplaces = aTarget.mFile.IsOpened();
     RemoveLeftovers(mFolder.Get(), prefix);
-    for (int tries = 0; tries < kMaximumTries; ++tries) {
+    for (int tries = 0; tries < kFileSaver_MaxTries; ++tries) {
         mBeside = prefix + ezHeld_RandomDigits() + ezCString(kBesideSuffix);
         int file = ezHeld_OpenAt(mFolder.Get(), mBeside.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,

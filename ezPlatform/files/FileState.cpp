@@ -2,6 +2,7 @@
 
 #include "ezPlatform/base/System.h"
 #include "ezPlatform/files/HeldFiles.h"
+#include "ezPlatform/files/Limits.h"
 #include "ezPlatform/text/NUL.h"
 
 #include <string>
@@ -9,10 +10,6 @@
 namespace {
 
 constexpr std::int64_t kNanoseconds = 1000000000;
-// A tick of the slowest kernels takes 10 ms, and a stamp is up to a tick older than the change that it tells.
-constexpr std::int64_t kLongestTick = 20000000;
-constexpr std::int64_t kLongestStep = 2 * kNanoseconds; // of FAT
-constexpr std::int64_t kFarSeconds = 1000;
 
 } // namespace
 
@@ -37,13 +34,15 @@ ezFileState::ezFileState(const ezCString& aPath) {
 
 bool ezFileState::IsOver(const Time& aStamp, const Time& aNow) {
     const std::uint64_t seconds = static_cast<std::uint64_t>(aNow.mSeconds) -
-                                  static_cast<std::uint64_t>(aStamp.mSeconds) + std::uint64_t{kFarSeconds};
-    if (seconds > 2 * std::uint64_t{kFarSeconds}) {
+                                  static_cast<std::uint64_t>(aStamp.mSeconds) +
+                                  std::uint64_t{kFileState_FarSeconds};
+    if (seconds > 2 * std::uint64_t{kFileState_FarSeconds}) {
         return true; // long ago, or in a time to come, which no change now is stamped with
     }
-    const std::int64_t age = (static_cast<std::int64_t>(seconds) - kFarSeconds) * kNanoseconds +
+    const std::int64_t age = (static_cast<std::int64_t>(seconds) - kFileState_FarSeconds) * kNanoseconds +
                              aNow.mNanoseconds - aStamp.mNanoseconds;
-    const std::int64_t step = (aStamp.mNanoseconds == 0 ? kLongestStep : 0) + kLongestTick;
+    const std::int64_t step =
+        (aStamp.mNanoseconds == 0 ? kFileState_LongestStep : 0) + kFileState_LongestTick;
     return age >= step || age <= -step;
 }
 

@@ -1,6 +1,7 @@
 #include "ezPlatform/files/HeldFiles.h"
 
 #include "ezPlatform/base/System.h"
+#include "ezPlatform/files/Limits.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -10,8 +11,6 @@
 #include <utility>
 
 namespace {
-
-constexpr std::int64_t kSecondsOfStale = 86400;
 
 #if defined(O_PATH)
 constexpr int kToWorkIn = O_PATH; // what may be searched and not listed can be worked in
@@ -31,7 +30,7 @@ struct timespec Now() {
 bool IsOld(int aFile) {
     struct stat status = {};
     return ezSystem().mFStat(aFile, &status) == 0 &&
-           Now().tv_sec - std::int64_t{status.st_mtim.tv_sec} > kSecondsOfStale;
+           Now().tv_sec - std::int64_t{status.st_mtim.tv_sec} > kHeldFile_StaleSeconds;
 }
 
 } // namespace

@@ -45,7 +45,7 @@ def ogg():
     yield "begins-twice", HEAD + HEAD + page(comments(front))
     yield "first-page-missing", HEAD + page(comments(front), 1)
     yield "second-page-missing", HEAD + page(comments(front)[:255], 0, sizes=[255]) + page(b"rest", 0)
-    yield "cut-behind-a-page", HEAD
+    yield "cut-after-a-page", HEAD
     yield "begins-in-the-middle", page(b"middle") + HEAD + page(comments(front))
     yield "several-packets-on-a-page", HEAD + page(comments(front) + b"\5", 0, sizes=[255] * (len(comments(front)) // 255)
                                                    + [len(comments(front)) % 255, 1])
@@ -72,7 +72,7 @@ def flacs():
     yield "cut-in-a-block", flac((0, bytes(34)), (6, block()))[:-9]
     yield "mime-type-too-long", flac((6, block(mime=b"x" * 5000)))
     yield "description-beyond-the-block", flac((6, n(3) + n(1) + b"x" + n(900)), (1, bytes(1000)))
-    yield "behind-a-tag", id3(text23(b"TIT2", b"\0T")) + flac((6, block()))
+    yield "after-a-tag", id3(text23(b"TIT2", b"\0T")) + flac((6, block()))
 
 
 def id3s():

@@ -28,11 +28,11 @@ def wrapped(frames):
     """In programs of both kinds, and in transport packets; what is after the wrapping is found."""
     yield "in-a-program", pack(True, 2) + packet(frames) + b"\0\0" + pack() + packet(frames) + b"\0\0\1\xB9" + frames
     yield "in-an-mpeg1-program", pack(False) + packet(frames) + b"\0\0\1\xB9"
-    yield "behind-what-is-no-program", (pack()[:-1] + b"\x10" + b"\0\0\1\xBA\x24\0\0\0\0\0\0\0\0\0" + pack() + b"\7"
+    yield "after-what-is-no-program", (pack()[:-1] + b"\x10" + b"\0\0\1\xBA\x24\0\0\0\0\0\0\0\0\0" + pack() + b"\7"
                                         + pack() + b"\0\1" + pack() + b"\0\0\1\xE0\0\0" + frames)
     packets = b"".join(b"\x47" + bytes(7) + (frames * 9)[180 * i : 180 * i + 180] for i in range(5))
     yield "in-a-transport", packets + frames + frames
-    yield "behind-a-transport", 4 * (b"\x47" + filler(187)) + 9 * frames
+    yield "after-a-transport", 4 * (b"\x47" + filler(187)) + 9 * frames
 
 
 # --- AC-3
@@ -58,7 +58,7 @@ def ac3():
     yield "half-rate", 2 * ac3_frame(version=9)
     yield "quarter-rate", 2 * ac3_frame(version=10)
     others = [b"\x0B\x77\0\0\xC0\x40\x40\0", b"\x0B\x77\0\0\0\x58\x40\0"]
-    yield "behind-what-is-no-header", b"".join(others) + 2 * ac3_frame()
+    yield "after-what-is-no-header", b"".join(others) + 2 * ac3_frame()
     yield "changes-its-channels", ac3_frame() + 2 * ac3_frame(mode=7)
     yield from wrapped(2 * ac3_frame())
 
@@ -82,7 +82,7 @@ def eac3():
     yield "begins-with-channels-added", eac3_frame(stream=1) + eac3_frame()
     yield "of-two-programmes", eac3_frame() + eac3_frame(substream=1) + eac3_frame()
     others = eac3_frame(stream=3) + eac3_frame(version=17) + eac3_frame(rate=3, blocks=3)
-    yield "behind-what-is-no-header", others + 2 * eac3_frame()
+    yield "after-what-is-no-header", others + 2 * eac3_frame()
     yield from wrapped(2 * eac3_frame())
 
 
@@ -102,7 +102,7 @@ def adts():
     yield "check-sums", 2 * adts_frame(40, check_sum=1)
     yield "channels-in-the-stream", 2 * adts_frame(40, channels=0)
     others = [b"\xFF\xF1\x74\x80\5\0\0", b"\xFF\xF9\xD0\x80\5\0\0"]
-    yield "behind-what-is-no-header", b"".join(others) + 2 * adts_frame(40)
+    yield "after-what-is-no-header", b"".join(others) + 2 * adts_frame(40)
     yield "mpeg-2-main", 2 * adts_frame(40, profile=0, rate=12, channels=7)
 
 
@@ -135,7 +135,7 @@ def mpeg_audio():
     xing = mpeg_frame(144 * 64000 // 44100, rate=5, body=bytes(32) + b"Xing" + bytes(22))
     yield "xing", xing + mpeg_frame(144 * 64000 // 44100, rate=5)
     others = [b"\xFF\xEB\x90\0", b"\xFF\xFB\x9C\0", b"\xFF\xFB\x90\2", b"\xFF\xE5\x90\0"]
-    yield "behind-what-is-no-header", b"".join(others) + 2 * mpeg_frame(144 * 32000 // 44100, rate=1)
+    yield "after-what-is-no-header", b"".join(others) + 2 * mpeg_frame(144 * 32000 // 44100, rate=1)
     once = 144 * 32000 // 44100
     yield "stereo-then-mono", mpeg_frame(once, rate=1) + 2 * mpeg_frame(once, rate=1, mode=3)
     yield "layer-2-changes-its-rate", (mpeg_frame(once, layer=2, rate=1) + mpeg_frame(144 * 48000 // 44100, layer=2, rate=2)
@@ -217,12 +217,12 @@ def mpeg_video():
     yield "mpeg2-fastest-variable", sequence() + sequence_extension(rate=0xFFF) + picture(delay=0xFFFF) + tail
     yield "mpeg2-taller-than-its-codes", sequence(1920, 2816) + sequence_extension() + picture() + tail
     yield "mpeg2-large", sequence(0, 16) + sequence_extension(width=1, height=0) + picture() + tail
-    behind = sequence() + picture() + SLICE
-    yield "behind-what-is-no-profile", sequence() + sequence_extension(0x68) + sequence() + sequence_extension(0x41) + behind
-    yield "behind-what-is-no-size", (sequence(352, 0) + sequence(aspect=0) + sequence(aspect=15) + sequence(rate=0)
+    after = sequence() + picture() + SLICE
+    yield "after-what-is-no-profile", sequence() + sequence_extension(0x68) + sequence() + sequence_extension(0x41) + after
+    yield "after-what-is-no-size", (sequence(352, 0) + sequence(aspect=0) + sequence(aspect=15) + sequence(rate=0)
                                      + sequence()[:7] + b"\x10" + bytes(4) + start(0xB3) + sequence()[4:7] + b"\x13\1\0\0\0"
-                                     + behind)
-    yield "behind-headers-out-of-order", (mpeg2 + picture() + USER_DATA + sequence() + group() + picture_extension()
+                                     + after)
+    yield "after-headers-out-of-order", (mpeg2 + picture() + USER_DATA + sequence() + group() + picture_extension()
                                           + sequence() + sequence_extension() + picture() + SLICE
                                           + mpeg2 + later[0] + sequence() + USER_DATA + display
                                           + sequence() + picture() + picture_extension()
@@ -230,9 +230,9 @@ def mpeg_video():
                                           + sequence()[:-1] + b"\7" + sequence() + sequence_extension() + display + b"\1"
                                           + mpeg2 + picture() + picture_extension() + display
                                           + sequence()[:-1] + bytes(300) + b"\5" + filler(9) + mpeg2 + picture() + picture_extension()
-                                          + start(0xB5) + b"\x60" + behind)
+                                          + start(0xB5) + b"\x60" + after)
     yield "slice-below-the-picture", sequence() + picture() + start(0x40) + filler(8) + SLICE
-    yield from wrapped(behind)
+    yield from wrapped(after)
     yield "zeros-before-codes", sequence() + bytes(5) + picture() + bytes(40) + SLICE
 
 
@@ -394,23 +394,23 @@ def h264():
     yield "shape-from-a-table", sequence_set(rates=(), shape=1) + picture_set() + slice_of()
     yield "colours-by-default", sequence_set(rates=(), shape=1, plain=1) + picture_set() + slice_of()
     yield "buffer-of-slices", sequence_set(rates=(None, (888, 0))) + picture_set() + slice_of()
-    behind = sequence_set() + picture_set() + slice_of()
-    yield "behind-other-profiles", (sequence_set(99) + sequence_set()[:7] + b"\x63" + sequence_set()[8:]
+    after = sequence_set() + picture_set() + slice_of()
+    yield "after-other-profiles", (sequence_set(99) + sequence_set()[:7] + b"\x63" + sequence_set()[8:]
                                     + sequence_set(crop=(99, 0, 0, 0)) + sequence_set(77, fields=1, side=1024, high=1024)
                                     + sequence_set(side=1024, high=1024) + unit(0x67, bytes(9)) + unit(0x68, b"")
-                                    + unit(0x67, b"\x42\0\x1E\xFF\xFF\xFF") + behind)
-    yield "behind-a-slice-of-no-picture", (sequence_set() + picture_set() + slice_of(kind=10) + slice_of(number=256)
+                                    + unit(0x67, b"\x42\0\x1E\xFF\xFF\xFF") + after)
+    yield "after-a-slice-of-no-picture", (sequence_set() + picture_set() + slice_of(kind=10) + slice_of(number=256)
                                            + slice_of(number=3) + slice_of(kind=5) + slice_of(frame=1) + slice_of(first=999)
                                            + unit(0x65, b"\x88") + slice_of(instant=70000) + slice_of())
-    yield "behind-planes-of-no-colour", (sequence_set(244, chroma=3, planes=1) + picture_set()
+    yield "after-planes-of-no-colour", (sequence_set(244, chroma=3, planes=1) + picture_set()
                                          + slice_of(planes=1, plane=3) + slice_of(planes=1, kind=10)
                                          + slice_of(planes=1))
     unescaped = bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 2, 0xFF])
-    yield "behind-units-not-escaped", (unescaped + bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 3, 9]) + bytes([0, 0, 0, 1, 0x67, 66])
+    yield "after-units-not-escaped", (unescaped + bytes([0, 0, 0, 1, 0x67, 66, 0, 0, 3, 9]) + bytes([0, 0, 0, 1, 0x67, 66])
                                        + bytes(4) + b"\5" + sequence_set() + picture_set()
                                        + bytes([0, 0, 0, 1, 0x65, 0x88, 0, 0, 2]) + bytes([0, 0, 0, 1, 0x65]) + bytes(40)
-                                       + sequence_set()[:-1] + bytes([0xF1] * 700) + behind)
-    yield from wrapped(behind)
+                                       + sequence_set()[:-1] + bytes([0xF1] * 700) + after)
+    yield from wrapped(after)
     yield "several-sets", (sequence_set() + sequence_set(number=1, side=22) + sequence_set(side=22) + picture_set()
                            + picture_set(1, 1) + unit(6, b"\x05\x01x\x80") + slice_of(number=1))
 

@@ -238,7 +238,7 @@ def sounds():
     yield "aac-rates-vary", sound("mp4a", esds(0x40, AAC, 0xFFFFFFFF, 0xFFFFFFFF))
     for flags, name in ((0x80, "that-depends"), (0x40, "with-a-url"), (0x20, "with-a-clock")):
         yield "stream-" + name, sound("mp4a", esds(0x40, AAC, flags=flags))
-    yield "stream-behind-another-descriptor", sound("mp4a", esds(0x40, AAC, before=descriptor(0x20, b"ab")))
+    yield "stream-after-another-descriptor", sound("mp4a", esds(0x40, AAC, before=descriptor(0x20, b"ab")))
     long_length = full("esds", b"\3\x80\x80\x80\x1B", n(1, 2), b"\0", b"\4\x80\x80\x80\x11", b"\x40\x15", bytes(11),
                        b"\5\x02", AAC, b"\6\1\2")
     yield "stream-with-long-lengths", sound("mp4a", long_length)
@@ -527,7 +527,7 @@ def files():
     yield "fragments-at-times", fragmented(*(fragment(1, 0x300, [n(100) + n(50)] * 5, time=time, version=version)
                                              for time, version in ((1000, 0), (1500, 1))))
     yield "fragments-of-others", fragmented(plain, fragment(9, 0x300, [n(1) + n(1)], time=5))
-    yield "fragments-behind-samples", fragmented(plain, tracks=(audio(),))
+    yield "fragments-after-samples", fragmented(plain, tracks=(audio(),))
     both = (audio(sizes=(), duration=0), video(sizes=(), duration=0))
     yield "fragments-of-a-film", fragmented(plain, fragment(2, 0x300, [n(100) + n(50)] * 5), tracks=both,
                                             mvex=trex(1) + trex(2) + trex(7))
@@ -611,15 +611,15 @@ def damaged():
         yield "alac-" + name, movie(audio(sound("alac", box("alac", alac))))
     yield "large-rate-cut", movie(audio(sound("fLaC", box("srat", b"\0"))))
     yield "large-rate-0", movie(audio(sound("fLaC", box("srat", bytes(8)))))
-    yield "large-rate-behind-another", movie(audio(sound("ac-3", dac3(2), box("srat", n(0), n(96000)))))
+    yield "large-rate-after-another", movie(audio(sound("ac-3", dac3(2), box("srat", n(0), n(96000)))))
     yield "bit-rates-cut", movie(audio(sound("fLaC", box("btrt", n(0)))))
     yield "bit-rates-twice", movie(audio(sound("fLaC", box("btrt", n(0), n(9), n(8)), box("btrt", n(0), n(7), n(6)))))
     yield "sinf-cut", movie(audio(sound("enca", box("sinf", box("frma", b"mp")))))
     yield "stream-of-another-codec", movie(audio(sound("fLaC", esds(0x40, AAC))))
     yield "stream-of-another-video-codec", movie(video(picture("vp09", esds(0x20, b""))))
     yield "float-rate-below-1", movie(audio(sound("lpcm", version=2, more=quicktime_version_2(0x3FE0000000000000))))
-    for name, kind in (("blanks", b"    "), ("zeros", b"\0\0\0\0"), ("a blank behind", b"zz  "), ("odd letters", b"z-_{"),
-                       ("a colon", b"zz:1"), ("a zero behind", b"zz\0\0")):
+    for name, kind in (("blanks", b"    "), ("zeros", b"\0\0\0\0"), ("a blank after", b"zz  "), ("odd letters", b"z-_{"),
+                       ("a colon", b"zz:1"), ("a zero after", b"zz\0\0")):
         yield "codec-named-by-" + name.replace(" ", "-"), movie(audio(sound(kind)))
     yield "sound-of-channels-by-itself", movie(audio(sound("mp4a", esds(0x40, general(config(29, 7, 2).put(4, 4).put(2, 5)).bytes()))))
     yield "object-34-late", movie(audio(sound("mp4a", esds(0x40, general(config(22)).put(0, 20).bytes()))))
@@ -682,7 +682,7 @@ def seeds():
     yield "format_iso", "silent-film-of-unknown-size", movie(video(sizes=())) + unknown
     whole = fragment(1, 0x300, [n(100) + n(50)] * 5)
     failing = fragmented(whole, box("free", bytes(9000)), whole) + bytes([2 | 8, 0, 0, 1]) + bytes(4)
-    yield "format_iso", "of-unknown-size-failing-behind-the-movie", failing
+    yield "format_iso", "of-unknown-size-failing-after-the-movie", failing
     song = movie(track("soun", (stts((10, 100)), stsz(*(100,) * 10), description(sound("mp4a", esds(0x40, AAC))))), rest=b"")
     rest = len(song) - song.rindex(AAC)
     yield "format_iso", "configuration-that-is-not-there", song[:-rest] + bytes([16, rest - 1]) + bytes(6)
@@ -694,10 +694,10 @@ def seeds():
         yield "format_iso", f"{name}-that-are-not-there", film[:-50] + bytes([16, 49]) + bytes(6)
     hole = 50 << 11
     told = fragmented(fragment(1, 0x300, [n(100) + n(50)] * 5) + box("free", bytes(hole)), MDAT)
-    behind = movie(audio(), brand=FTYP + box("mdat", bytes(hole)), rest=b"")
-    yield "format_iso", "data-longer-than-a-tail", with_hole(behind, hole)
+    after = movie(audio(), brand=FTYP + box("mdat", bytes(hole)), rest=b"")
+    yield "format_iso", "data-longer-than-a-tail", with_hole(after, hole)
     for read in range(3):
-        yield "format_iso", f"fails-at-{read}", with_hole(behind, hole, read)
+        yield "format_iso", f"fails-at-{read}", with_hole(after, hole, read)
         yield "format_iso", f"fragments-fail-at-{read}", with_hole(told, hole, read)
     hole = 200 << 11
     sizes = full("stsz", n(0), n(10 + hole // 4), n(100) * 10, bytes(hole))

@@ -148,7 +148,7 @@ def tags():
     yield "nine-leading-tags", 9 * id3(text23(b"TXXX", b"x")) + SOUND
     complete = id3(*(text23(kind, b"\0T") for kind in (b"TIT2", b"TPE1", b"TALB", b"TCON")))
     yield "complete-tag-before-another", complete + complete + SOUND
-    yield "ape-behind-as-before", ape(leading=True, flags=0)[:32] + SOUND
+    yield "ape-after-as-before", ape(leading=True, flags=0)[:32] + SOUND
     yield "ape-before-of-more-than-the-file", ape(leading=True, flags=0, size=99999)[:32] + SOUND
     yield "ape-cut-before", b"APETAGEX\0"
     yield "ape-footer-before", ape(ape_item(b"Title", b"T"), flags=0)[-32:] + SOUND
@@ -158,7 +158,7 @@ def tags():
     yield "ape-key-without-end", SOUND + ape(b"\1\0\0\0\0\0\0\0Title")
     yield "ape-of-600-items", SOUND + ape(*[ape_item(b"x", b"")] * 600)
     yield "ape-twice", SOUND + ape(items[0]) + ape(items[1])
-    yield "ape-header-behind", SOUND + ape(items[0])[:32]
+    yield "ape-header-after", SOUND + ape(items[0])[:32]
     yield "ape-smaller-than-its-end", SOUND + ape(items[0], size=20)
     yield "ape-larger-than-the-file", SOUND + ape(items[0], size=99999)
     yield "lyrics-without-number", SOUND + b"LYRICSBEGINxx0000xxLYRICS200"
@@ -219,7 +219,7 @@ def lengths():
     yield "info-of-a-part-without-bytes", xing(1, 8, name=b"Info", rate=1)[: 9 * one] + 200 * mpeg_frame(one, rate=1)
     yield "free-then-rated", mpeg_frame(FREE, rate=0) + SOUND
     lame = mpeg_frame(72 * 8000 // 22050, version=2, rate=1, mode=3, body=bytes(9) + b"Xing" + n(0) + b"LAME")
-    yield "xing-cut-behind-the-encoder", lame + 8 * mpeg_frame(72 * 8000 // 22050, version=2, rate=1, mode=3)
+    yield "xing-cut-after-the-encoder", lame + 8 * mpeg_frame(72 * 8000 // 22050, version=2, rate=1, mode=3)
     yield "whole-seconds", 250 * mpeg_frame(96, layer=2, rate=1, frequency=1)
     yield "free-headers-of-no-frames", b"".join(mpeg_frame(4, rate=0) + filler(40 + 3 * i) for i in range(30)) + SOUND
     yield "one-frame-of-unknown-size", mpeg_frame(one, rate=1)
@@ -229,7 +229,7 @@ def lengths():
     yield "free-format-padded", b"".join(mpeg_frame(FREE + i % 2, rate=0, padding=i % 2, body=bytes([i])) for i in range(12))
     yield "free-format-long", b"".join(mpeg_frame(FREE, rate=0, body=bytes([i])) for i in range(40))
     yield "free-format-repeats-itself", b"ours" + 12 * mpeg_frame(FREE, rate=0)
-    yield "free-format-behind-others", b"ours" + b"".join(mpeg_frame(FREE, rate=0, body=bytes([i])) for i in range(12))
+    yield "free-format-after-others", b"ours" + b"".join(mpeg_frame(FREE, rate=0, body=bytes([i])) for i in range(12))
     yield "free-format-of-nothing", 20 * (mpeg_frame(4, rate=0) + filler(30)) + SOUND
     yield "layer-2-long", 180 * mpeg_frame(one, layer=2, rate=1)
     yield "rates-that-change", 20 * (mpeg_frame(one, rate=1) + mpeg_frame(144 * 128000 // 44100, rate=9))
@@ -238,7 +238,7 @@ def lengths():
     yield "timed-transport", (bytes([9, 9, 9, 9]) + b"\x47" + filler(187)) * 5
     yield "adts", b"\xFF\xF1\x50\x80" + filler(200)
     yield "too-short-for-a-name", b"oursx"
-    yield "behind-a-program", b"ours\0\0\1\xBA\x44\0\4\0\4\1\0\0\3\xF8\0\0\1\xBD\x0F\xFF" + SOUND
+    yield "after-a-program", b"ours\0\0\1\xBA\x44\0\4\0\4\1\0\0\3\xF8\0\0\1\xBD\x0F\xFF" + SOUND
 
 
 def seeds():
@@ -250,7 +250,7 @@ def seeds():
     for read in range(4):
         long = id3(text23(b"TIT2", b"\0T"), padding=hole) + 20 * SOUND
         yield "format_mpegaudio", f"fails-at-{read}", with_hole(long, hole, read)
-    yield "format_mpegaudio", "not-behind-a-tag-of-all", b"ID3\3\0\0" + sync(5000) + filler(300) + DELIVERED_AS_IT_IS
+    yield "format_mpegaudio", "not-after-a-tag-of-all", b"ID3\3\0\0" + sync(5000) + filler(300) + DELIVERED_AS_IT_IS
     yield "format_mpegaudio", "byte-by-byte", SOUND + bytes([1]) + bytes(7)
     # Long enough to be looked at in other places: zeros stand between what is there.
     one = mpeg_frame(144 * 320000 // 44100, rate=14)

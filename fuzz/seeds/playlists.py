@@ -150,11 +150,11 @@ def xspf():
                                   + "<album>E</album><trackNum>1</trackNum><image>F</image><location>a</location></track>")
     yield "prefixes", "<x:playlist xmlns:x='y'><x:trackList><x:track><x:location>a</x:location></x:track></x:trackList></x:playlist>"
     yield "nul", listed(track("a") + "\0" + track("b"))
-    yield "behind-the-root", listed(track("a")) + listed(track("b"))
-    yield "cut-behind-a-track", "<playlist><trackList>" + track("a.mp3") + "<track><location>b</location></track"
+    yield "after-the-root", listed(track("a")) + listed(track("b"))
+    yield "cut-after-a-track", "<playlist><trackList>" + track("a.mp3") + "<track><location>b</location></track"
     yield "cut-in-a-track", "<playlist><trackList>" + track("a.mp3") + "<track><location>b</location>"
-    yield "cut-behind-a-longer-name", "<playlist><trackList><track><location>b</location></tracks><x"
-    yield "cut-behind-a-closed-track", "<playlist><trackList><track><location>b</location></track >\n<"
+    yield "cut-after-a-longer-name", "<playlist><trackList><track><location>b</location></tracks><x"
+    yield "cut-after-a-closed-track", "<playlist><trackList><track><location>b</location></track >\n<"
     yield "cut-with-two-tracks", "<playlist><trackList><track><x></track><track><location>b</location></track><"
 
 

@@ -39,7 +39,7 @@ def protocol_infos():
     yield "conversion-of-letters", "h:*:v/m:DLNA.ORG_CI=2", "h:*:v/m:DLNA.ORG_CI=12", "DLNA.ORG_CI", "!"
     yield "flags-of-letters", "h:*:v/m:DLNA.ORG_FLAGS=0150g000", "h:*:v/m:DLNA.ORG_FLAGS=01500000", "DLNA.ORG_FLAGS", "1"
     yield "open-quotes", 'h:*:v/m;a="b:c;"d"e:X="f;g', 'h:*:v/m:X="', "X", '"'
-    yield "open-quote-behind-a-quoted-one", 'h:*:v/m;a="b\\"c:X=1', 'h:*:"\\":v/m:X=1', "X", "1"
+    yield "open-quote-after-a-quoted-one", 'h:*:v/m;a="b\\"c:X=1', 'h:*:"\\":v/m:X=1', "X", "1"
     yield "without-names", "h:*:v/m:=a;;b;X=;X=1", "h:*:v/m:X", "", "a"
     yield "merged-operations", "h:*:v/m:DLNA.ORG_OP=00", "h:*:v/m:DLNA.ORG_OP=01", "DLNA.ORG_OP", "10"
     yield "merged-time-seek", "h:*:v/m:DLNA.ORG_OP=01", "h:*:v/m:DLNA.ORG_OP=10", "DLNA.ORG_OP", "11"

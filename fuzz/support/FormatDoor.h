@@ -110,9 +110,9 @@ private:
     /// Gives bytes up to the next end of the hole.
     std::size_t Copy(char* aBytes, std::size_t aSize) {
         const std::uint64_t place = mDelivery.mHolePlace;
-        const std::uint64_t behind = place + mDelivery.mHoleSize;
-        const bool fHole = mPosition >= place && mPosition < behind;
-        const std::uint64_t end = mPosition < place ? place : fHole ? behind : GetTrueSize();
+        const std::uint64_t after = place + mDelivery.mHoleSize;
+        const bool fHole = mPosition >= place && mPosition < after;
+        const std::uint64_t end = mPosition < place ? place : fHole ? after : GetTrueSize();
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(aSize, end - mPosition));
         if (fHole) {
             std::memset(aBytes, 0, count);

@@ -31,6 +31,7 @@
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 #include "ez/MimeTypesDotIniParser.h"
+#include "ez/ParseObserver.h"
 #include "ez/PictureThumbnailProvider.h"
 #include "ez/PlaylistParser.h"
 #include "ez/PlaylistParserEntry.h"
@@ -46,6 +47,10 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/ProfileRules.h"
+#include "ezHosting/CancellableStream.h"
+#include "ezHosting/Host.h"
+#include "ezHosting/HostPool.h"
+#include "ezHosting/TypesTableParser.h"
 #include "ezLiveStreams/DescriptorStream.h"
 #include "ezLiveStreams/FeedBuffer.h"
 #include "ezLiveStreams/FeedStream.h"
@@ -59,6 +64,7 @@
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarListing.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 #include "ezPlatform/base/Condition.h"
 #include "ezPlatform/base/DateTime.h"
@@ -169,9 +175,11 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezIndirectThumbnailProvider,     32, 8,   16, 4),
     EZ_CLASS(LPCMParser,                      64, 8,   40, 4),
     EZ_CLASS(ezMediaParser,                   64, 8,   40, 4),
-    EZ_CLASS(ezMediaParserManager,            80, 8,   40, 4),
+    EZ_CLASS(ezMediaParserManager,            88, 8,   44, 4),
     EZ_CLASS(ezMediaParserStream,           8312, 8, 8296, 8),
     EZ_CLASS(ezMimeTypesDotIniParser,         96, 8,   56, 4),
+    EZ_CLASS(ezFactSource,                    24, 8,   12, 4),
+    EZ_CLASS(ezParseObserver,                  8, 8,    4, 4),
     EZ_CLASS(ezPictureThumbnailProvider,      24, 8,   12, 4),
     EZ_CLASS(PlaylistParser,                 104, 8,   68, 4),
     EZ_CLASS(PlaylistParserEntry,            128, 8,  104, 8),
@@ -190,6 +198,16 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ProfileMatch,                    64, 8,   48, 4),
     EZ_CLASS(ProfileRules,                    16, 8,    8, 4),
     EZ_CLASS(ProfileRulesProblem,             40, 8,   28, 4),
+    EZ_CLASS(ezHost,                           8, 8,    4, 4),
+    EZ_CLASS(ezHostFolders,                   88, 8,   60, 4),
+    EZ_CLASS(ezHostOptions,                  192, 8,  136, 8),
+    EZ_CLASS(TypesTableParser,                96, 8,   56, 4),
+    EZ_CLASS(ezCancellation,                  72, 8,   40, 4),
+    EZ_CLASS(ezHostPool,                      48, 8,   32, 4),
+    EZ_CLASS(ezHostPoolOptions,               24, 8,   12, 4),
+    EZ_CLASS(ezHostPoolProgress,              40, 8,   40, 8),
+    EZ_CLASS(ezHostPoolResult,                88, 8,   64, 8),
+    EZ_CLASS(ezInterruptibleStream,          120, 8,   64, 4),
     EZ_CLASS(ezDescriptorStream,             576, 8,  424, 8),
     EZ_CLASS(ezFeedBuffer,                   432, 8,  328, 8),
     EZ_CLASS(ezFeedLimits,                    16, 8,    8, 4),
@@ -207,6 +225,7 @@ const std::vector<Row> kRows = {
     EZ_CLASS(PictureThumbnailGenerator,       88, 8,   60, 4),
     EZ_CLASS(SidecarListing,                   8, 8,    4, 4),
     EZ_CLASS(SidecarThumbnailProvider,        80, 8,   40, 4),
+    EZ_CLASS(ThumbnailProviders,              40, 8,   20, 4),
 };
 // clang-format on
 

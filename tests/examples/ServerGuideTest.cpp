@@ -24,6 +24,8 @@ const std::string kWater = kSamples + "/music/plain-water.flac";
 const std::string kWalk = kSamples + "/music/morning-walk.mp3";
 const std::string kBell = kSamples + "/music/door-bell.wav";
 
+const std::string kFake = "no song at all, whatever its name says";
+
 /// What the parsers of the companion say of kWalk.
 const std::string kWalkFacts =
     " mt=audio/mpeg cn=item.audioItem.musicTrack dl=DLNA.ORG_PN=MP3;DLNA.ORG_OP=01;"
@@ -119,9 +121,9 @@ TEST(ServerGuide, Step3FindsProfilesByTheContent) {
     const TemporaryFolder folder;
     const std::string jpeg = kSamples + "/pictures/harbour.jpg";
     const std::string png = kSamples + "/pictures/harbour.png";
-    const std::string fake = folder.Write("fake.mp3", "no song at all, whatever its name says");
+    const std::string fake = folder.Write("fake.mp3", kFake);
     const Words lines = LinesOfStep("3-format-parsers", {kSamples, kWater, kWalk, jpeg, png, fake});
-    ASSERT_EQ(lines.size(), 5U);
+    ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines[0], kWater + ": mt=audio/flac cn=item.audioItem.musicTrack du=2 sf=44100 ac=2");
     EXPECT_TRUE(Begins(lines[1], kWalk + ":" + kWalkFacts + " ")) << lines[1];
     EXPECT_EQ(lines[2], jpeg +
@@ -129,7 +131,9 @@ TEST(ServerGuide, Step3FindsProfilesByTheContent) {
                             "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
     EXPECT_EQ(lines[3], png + ": mt=image/png cn=item.imageItem.photo dl=DLNA.ORG_PN=PNG_LRG;DLNA.ORG_OP=01;"
                               "DLNA.ORG_FLAGS=00D00000000000000000000000000000");
-    EXPECT_EQ(lines[4], fake + ": mt=audio/mpeg cn=item.audioItem.musicTrack");
+    EXPECT_EQ(lines[4], "  no mp3: no frames within 65536 bytes of 0");
+    EXPECT_EQ(lines[5], "  known by its name alone");
+    EXPECT_EQ(lines[6], fake + ": mt=audio/mpeg cn=item.audioItem.musicTrack");
 }
 #endif
 
@@ -344,6 +348,11 @@ TEST(ServerGuide, ShowsWhatTheStepsPrint) {
                      FileName(LinesOfStep("2-own-parser", {kSamples, kWater}).at(0))};
 #ifdef EZ_HAS_STEP_3
     printed.push_back(Shortened(FileName(LinesOfStep("3-format-parsers", {kSamples, kWalk}).at(0))));
+    const TemporaryFolder folder;
+    const std::string fake = folder.Write("fake.mp3", kFake);
+    const Words why = LinesOfStep("3-format-parsers", {kSamples, fake});
+    ASSERT_EQ(why.size(), 3U);
+    printed.push_back(why[0] + " " + why[1] + " " + FileName(why[2]));
 #endif
 #ifdef EZ_HAS_STEP_7
     const std::string corners = kSamples + "/elementary/six-corners.ac3";

@@ -1,19 +1,27 @@
 #include "detail/BitRates.h"
 
+#include "support/Folders.h"
+#include "support/Guide.h"
 #include "support/Record.h"
+#include "support/WholeFile.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
-constexpr uint32 U = 0xFFFFFFFF;
+constexpr uint32 kMark = 0xFFFFFFFF;
 
 using Rates = std::map<std::string, uint32>;
 
@@ -40,94 +48,102 @@ std::optional<uint32> After(const Rates& aRates, const char* aKey) {
     return found != completed.end() ? std::optional<uint32>(found->second) : std::nullopt;
 }
 
-/// The ten steps once more, in the order and in the letters in which they are told.
-Rates Told(Rates aRates) {
-    const auto read = [&](const char* aKey) {
-        const auto found = aRates.find(aKey);
-        return found != aRates.end() ? found->second : 0;
-    };
-    const auto write = [&](const char* aKey, uint32 aValue) { aRates[aKey] = aValue; };
+using Rows = std::vector<std::vector<std::string>>;
 
-    const bool hasAudio = read("ta") != 0;
-    const bool hasVideo = read("vt") != 0;
-    uint32 A = read("ar");
-    uint32 MA = read("ma");
-    uint32 V = read("vr");
-    uint32 MV = read("mv");
-    uint32 EA = read("ea");
-    uint32 EV = read("ev");
-    uint32 BR = read("br");
-    uint32 MB = read("mb");
-    uint32 EB = read("eb");
+/// The rules as the architecture page tells them.
+Rows PageRules() {
+    return GuideTable(ReadWholeFile(EZ_SAMPLES "/../docs/architecture.md"),
+                      {"rule", "key", "where it is", "becomes"});
+}
 
-    // 1. The maximum of audio: its rate, else its estimate.
-    if (MA == 0) {
-        if (A != 0 && A != U) {
-            MA = A;
-        } else if (EA != 0 && EA != U) {
-            MA = EA;
+/// The rates of a record while the rules of the page are applied to it.
+class Page {
+public:
+    explicit Page(Rates aRates) : mRates(std::move(aRates)), mfWholeGiven(Of("eb") != 0) {}
+
+    /// What becomes of the rates by some rules. A word that the page does not use ends the test.
+    const Rates& Apply(const Rows& aRules) {
+        for (const std::vector<std::string>& rule : aRules) {
+            for (const std::string& key : GuideNames(rule.at(1))) {
+                mKey = key;
+                if (kConditions.at(rule.at(2))(*this)) {
+                    mRates[key] = kValues.at(rule.at(3))(*this);
+                }
+            }
         }
-        write("ma", MA);
+        return mRates;
     }
-    // 2. The same for video.
-    if (MV == 0) {
-        if (V != 0 && V != U) {
-            MV = V;
-        } else if (EV != 0 && EV != U) {
-            MV = EV;
-        }
-        write("mv", MV);
+
+private:
+    using Condition = std::function<bool(const Page&)>;
+    using Value = std::function<uint32(const Page&)>;
+    static const std::map<std::string, Condition> kConditions;
+    static const std::map<std::string, Value> kValues;
+
+    /// The kind of the key that the rule is about ("ma"): 'm' for a maximum, 'e' for an estimate, '-' for a
+    /// rate.
+    char Kind() const { return mKey[0] == 'm' || mKey[0] == 'e' ? mKey[0] : '-'; }
+    static std::string Key(char aKind, char aTrack) {
+        return aKind == '-' ? std::string{aTrack, 'r'} : std::string{aKind, aTrack};
     }
-    // 3. and 4. The estimates: the rates as they are.
-    if (EA == 0) {
-        EA = A;
-        write("ea", EA);
+    uint32 Of(const std::string& aKey) const {
+        const auto found = mRates.find(aKey);
+        return found != mRates.end() ? found->second : 0;
     }
-    if (EV == 0) {
-        EV = V;
-        write("ev", EV);
+    uint32 Own() const { return Of(mKey); }
+    char Track() const { return mKey == "ar" || mKey.back() == 'a' ? 'a' : 'v'; }
+    char OtherTrack() const { return Track() == 'a' ? 'v' : 'a'; }
+    uint32 OfTrack(char aKind) const { return Of(Key(aKind, Track())); }
+    uint32 OfOther(char aKind) const { return Of(Key(aKind, OtherTrack())); }
+    bool Has(char aTrack) const { return Of(aTrack == 'a' ? "ta" : "vt") != 0; }
+
+    /// The sum of both tracks' of the kind of this key, where each track there is has one.
+    std::optional<uint32> Sum() const {
+        const uint32 audio = Of(Key(mKey == "br" ? '-' : Kind(), 'a'));
+        const uint32 video = Of(Key(mKey == "br" ? '-' : Kind(), 'v'));
+        const auto isOne = [&](uint32 aRate) { return aRate != 0 && (mKey != "br" || aRate != kMark); };
+        const bool fKnown = (isOne(audio) || !Has('a')) && (isOne(video) || !Has('v'));
+        return fKnown ? std::optional<uint32>(audio + video) : std::nullopt;
     }
-    // 5. The maximum of the whole.
-    if (MB == 0) {
-        if ((MA != 0 || !hasAudio) && (MV != 0 || !hasVideo)) {
-            MB = MA + MV;
-        }
-        write("mb", MB);
-    }
-    // 6. and 7. A rate that differs from its maximum varies.
-    if (MA != 0 && A != MA) {
-        A = U;
-        write("ar", A);
-    }
-    if (MV != 0 && V != MV) {
-        V = U;
-        write("vr", V);
-    }
-    // 8. The rate of the whole.
-    if (BR == 0) {
-        if (((A != 0 && A != U) || !hasAudio) && ((V != 0 && V != U) || !hasVideo)) {
-            BR = A + V;
-        } else if (A == U || !hasAudio || V == U || !hasVideo) {
-            BR = U;
-        }
-        write("br", BR);
-    }
-    // 9. The estimate of the whole.
-    if (EB == 0) {
-        if ((EA != 0 || !hasAudio) && (EV != 0 || !hasVideo)) {
-            EB = EA + EV;
-        }
-        write("eb", EB);
-    } else if (hasAudio && hasVideo) {
-        // 10. A given estimate of the whole tells the part that is missing.
-        if (EA == 0 && EV != 0) {
-            write("ea", EB - EV);
-        }
-        if (EA != 0 && EV == 0) {
-            write("ev", EB - EA);
-        }
-    }
-    return aRates;
+
+    Rates mRates;
+    bool mfWholeGiven;
+    std::string mKey;
+};
+
+const std::map<std::string, Page::Condition> Page::kConditions = {
+    {"0", [](const Page& aPage) { return aPage.Own() == 0; }},
+    {"another than its maximum, which is known",
+     [](const Page& aPage) { return aPage.OfTrack('m') != 0 && aPage.Own() != aPage.OfTrack('m'); }},
+    {"0, of two tracks of which the other's is known, and the whole's was given", [](const Page& aPage) {
+         return aPage.Own() == 0 && aPage.Has('a') && aPage.Has('v') && aPage.OfOther('e') != 0 &&
+                aPage.mfWholeGiven;
+     }}};
+
+const std::map<std::string, Page::Value> Page::kValues = {
+    {"the mark", [](const Page& /*aPage*/) { return kMark; }},
+    {"the rate, or its mark", [](const Page& aPage) { return aPage.OfTrack('-'); }},
+    {"the rate, else the estimate, else 0; the mark is neither",
+     [](const Page& aPage) -> uint32 {
+         const uint32 rate = aPage.OfTrack('-');
+         const uint32 estimate = aPage.OfTrack('e');
+         return rate != 0 && rate != kMark ? rate : estimate != kMark ? estimate : 0;
+     }},
+    {"the sum, if each track there is has one, else 0",
+     [](const Page& aPage) { return aPage.Sum().value_or(0); }},
+    {"the sum, if each track there is has one; else the mark, if one has it or one track is not there; else "
+     "0",
+     [](const Page& aPage) {
+         const bool fMark =
+             aPage.Of("ar") == kMark || aPage.Of("vr") == kMark || !aPage.Has('a') || !aPage.Has('v');
+         return aPage.Sum().value_or(fMark ? kMark : 0);
+     }},
+    {"the whole's less the other's", [](const Page& aPage) { return aPage.Of("eb") - aPage.OfOther('e'); }}};
+
+/// What the page says of rates.
+Rates Told(const Rates& aRates) {
+    static const Rows kRules = PageRules();
+    return Page(aRates).Apply(kRules);
 }
 
 } // namespace
@@ -203,7 +219,7 @@ TEST(BitRates, RateGivenAsTextIsReadAsItsNumber) {
 
 TEST(BitRates, AudioMaximumIsTheRate) {
     EXPECT_EQ(After({{"ar", 128000}, {"ea", 96000}}, "ma"), 128000U);
-    EXPECT_EQ(After({{"ar", U - 1}, {"ea", 96000}}, "ma"), U - 1);
+    EXPECT_EQ(After({{"ar", kMark - 1}, {"ea", 96000}}, "ma"), kMark - 1);
 }
 
 TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateIsUnknown) {
@@ -212,24 +228,24 @@ TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateIsUnknown) {
 }
 
 TEST(BitRates, AudioMaximumIsTheEstimateWhereTheRateVaries) {
-    EXPECT_EQ(After({{"ar", U}, {"ea", 96000}}, "ma"), 96000U);
+    EXPECT_EQ(After({{"ar", kMark}, {"ea", 96000}}, "ma"), 96000U);
 }
 
 TEST(BitRates, AudioMaximumStaysZeroWhereNothingIsKnown) {
     EXPECT_EQ(After({}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", U}}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", U}, {"ea", U}}, "ma"), 0U);
-    EXPECT_EQ(After({{"ar", 0}, {"ea", U}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", kMark}, {"ea", kMark}}, "ma"), 0U);
+    EXPECT_EQ(After({{"ar", 0}, {"ea", kMark}}, "ma"), 0U);
 }
 
 TEST(BitRates, GivenAudioMaximumStays) {
     EXPECT_EQ(After({{"ma", 192000}, {"ar", 128000}, {"ea", 96000}}, "ma"), 192000U);
-    EXPECT_EQ(After({{"ma", U}, {"ar", 128000}}, "ma"), U);
+    EXPECT_EQ(After({{"ma", kMark}, {"ar", 128000}}, "ma"), kMark);
 }
 
 TEST(BitRates, VideoMaximumIsTheRate) {
     EXPECT_EQ(After({{"vr", 128000}, {"ev", 96000}}, "mv"), 128000U);
-    EXPECT_EQ(After({{"vr", U - 1}, {"ev", 96000}}, "mv"), U - 1);
+    EXPECT_EQ(After({{"vr", kMark - 1}, {"ev", 96000}}, "mv"), kMark - 1);
 }
 
 TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateIsUnknown) {
@@ -238,19 +254,19 @@ TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateIsUnknown) {
 }
 
 TEST(BitRates, VideoMaximumIsTheEstimateWhereTheRateVaries) {
-    EXPECT_EQ(After({{"vr", U}, {"ev", 96000}}, "mv"), 96000U);
+    EXPECT_EQ(After({{"vr", kMark}, {"ev", 96000}}, "mv"), 96000U);
 }
 
 TEST(BitRates, VideoMaximumStaysZeroWhereNothingIsKnown) {
     EXPECT_EQ(After({}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", U}}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", U}, {"ev", U}}, "mv"), 0U);
-    EXPECT_EQ(After({{"vr", 0}, {"ev", U}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", kMark}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", kMark}, {"ev", kMark}}, "mv"), 0U);
+    EXPECT_EQ(After({{"vr", 0}, {"ev", kMark}}, "mv"), 0U);
 }
 
 TEST(BitRates, GivenVideoMaximumStays) {
     EXPECT_EQ(After({{"mv", 192000}, {"vr", 128000}, {"ev", 96000}}, "mv"), 192000U);
-    EXPECT_EQ(After({{"mv", U}, {"vr", 128000}}, "mv"), U);
+    EXPECT_EQ(After({{"mv", kMark}, {"vr", 128000}}, "mv"), kMark);
 }
 
 TEST(BitRates, MaximaOfTheTracksDoNotMix) {
@@ -269,8 +285,8 @@ TEST(BitRates, EstimateOfATrackIsItsRate) {
 }
 
 TEST(BitRates, EstimateOfATrackIsItsRateEvenWhenThatVaries) {
-    EXPECT_EQ(After({{"ar", U}}, "ea"), U);
-    EXPECT_EQ(After({{"vr", U}}, "ev"), U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ea"), kMark);
+    EXPECT_EQ(After({{"vr", kMark}}, "ev"), kMark);
 }
 
 TEST(BitRates, EstimateTakesTheRateBeforeItIsMarkedVariable) {
@@ -280,9 +296,9 @@ TEST(BitRates, EstimateTakesTheRateBeforeItIsMarkedVariable) {
 
 TEST(BitRates, MaximumDoesNotTakeTheEstimateThatIsDerivedLater) {
     // The estimate becomes "variable"; the maximum was looked up before.
-    const Rates completed = Completed({{"ta", 1}, {"ar", U}});
+    const Rates completed = Completed({{"ta", 1}, {"ar", kMark}});
     EXPECT_EQ(completed.at("ma"), 0U);
-    EXPECT_EQ(completed.at("ea"), U);
+    EXPECT_EQ(completed.at("ea"), kMark);
 }
 
 TEST(BitRates, GivenEstimateOfATrackStays) {
@@ -328,8 +344,8 @@ TEST(BitRates, TrackCountAboveOneIsAudio) {
 
 TEST(BitRates, AudioRateThatDiffersFromItsMaximumIsMarkedVariable) {
     const Rates completed = Completed({{"ta", 1}, {"ma", 192000}, {"ar", 128000}});
-    EXPECT_EQ(completed.at("ar"), U);
-    EXPECT_EQ(completed.at("br"), U);
+    EXPECT_EQ(completed.at("ar"), kMark);
+    EXPECT_EQ(completed.at("br"), kMark);
     EXPECT_EQ(completed.at("ma"), 192000U);
     EXPECT_EQ(completed.at("ea"), 128000U);
 }
@@ -339,20 +355,20 @@ TEST(BitRates, AudioRateThatEqualsItsMaximumStays) {
 }
 
 TEST(BitRates, UnknownAudioRateWithAMaximumIsMarkedVariable) {
-    EXPECT_EQ(After({{"ma", 192000}}, "ar"), U);
-    EXPECT_EQ(After({{"ea", 96000}}, "ar"), U); // the maximum that comes from the estimate counts
+    EXPECT_EQ(After({{"ma", 192000}}, "ar"), kMark);
+    EXPECT_EQ(After({{"ea", 96000}}, "ar"), kMark); // the maximum that comes from the estimate counts
 }
 
 TEST(BitRates, AudioRateWithoutAMaximumIsNotWritten) {
     EXPECT_EQ(After({}, "ar"), std::nullopt);
     EXPECT_EQ(After({{"ar", 0}}, "ar"), 0U);
-    EXPECT_EQ(After({{"ar", U}}, "ar"), U);
+    EXPECT_EQ(After({{"ar", kMark}}, "ar"), kMark);
 }
 
 TEST(BitRates, VideoRateThatDiffersFromItsMaximumIsMarkedVariable) {
     const Rates completed = Completed({{"vt", 1}, {"mv", 192000}, {"vr", 128000}});
-    EXPECT_EQ(completed.at("vr"), U);
-    EXPECT_EQ(completed.at("br"), U);
+    EXPECT_EQ(completed.at("vr"), kMark);
+    EXPECT_EQ(completed.at("br"), kMark);
     EXPECT_EQ(completed.at("mv"), 192000U);
     EXPECT_EQ(completed.at("ev"), 128000U);
 }
@@ -362,14 +378,14 @@ TEST(BitRates, VideoRateThatEqualsItsMaximumStays) {
 }
 
 TEST(BitRates, UnknownVideoRateWithAMaximumIsMarkedVariable) {
-    EXPECT_EQ(After({{"mv", 192000}}, "vr"), U);
-    EXPECT_EQ(After({{"ev", 96000}}, "vr"), U);
+    EXPECT_EQ(After({{"mv", 192000}}, "vr"), kMark);
+    EXPECT_EQ(After({{"ev", 96000}}, "vr"), kMark);
 }
 
 TEST(BitRates, VideoRateWithoutAMaximumIsNotWritten) {
     EXPECT_EQ(After({}, "vr"), std::nullopt);
     EXPECT_EQ(After({{"vr", 0}}, "vr"), 0U);
-    EXPECT_EQ(After({{"vr", U}}, "vr"), U);
+    EXPECT_EQ(After({{"vr", kMark}}, "vr"), kMark);
 }
 
 // Step 8: the rate of the whole.
@@ -381,17 +397,17 @@ TEST(BitRates, WholeRateStaysZeroWhereARateIsUnknownButNotVariable) {
 }
 
 TEST(BitRates, WholeRateVariesWhereATrackVaries) {
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 1000}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 1000}, {"vr", U}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 0}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 0}, {"vr", U}}, "br"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", U}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 1000}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 1000}, {"vr", kMark}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 0}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", 0}, {"vr", kMark}}, "br"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", kMark}}, "br"), kMark);
 }
 
 TEST(BitRates, WholeRateVariesWhereTheOnlyTrackIsUnknown) {
     // Odd, and kept: the track that is not there counts like one that varies.
-    EXPECT_EQ(After({{"ta", 1}}, "br"), U);
-    EXPECT_EQ(After({{"vt", 1}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}}, "br"), kMark);
+    EXPECT_EQ(After({{"vt", 1}}, "br"), kMark);
 }
 
 TEST(BitRates, WholeRateIsTheRateOfTheOnlyTrack) {
@@ -401,12 +417,12 @@ TEST(BitRates, WholeRateIsTheRateOfTheOnlyTrack) {
 
 TEST(BitRates, WholeRateCountsARateWithoutATrack) {
     EXPECT_EQ(After({{"ar", 1000}, {"vr", 20000}}, "br"), 21000U);
-    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"vr", U}}, "br"), 127999U); // wraps
+    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"vr", kMark}}, "br"), 127999U); // wraps
 }
 
 TEST(BitRates, GivenWholeRateStays) {
     EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", 5}}, "br"), 5U);
-    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", U}}, "br"), U);
+    EXPECT_EQ(After({{"ta", 1}, {"ar", 128000}, {"br", kMark}}, "br"), kMark);
 }
 
 // Step 9: the estimate of the whole.
@@ -430,8 +446,8 @@ TEST(BitRates, WholeEstimateDoesWithoutATrackThatIsNotThere) {
 }
 
 TEST(BitRates, WholeEstimateTakesAVariableEstimateAsItIs) {
-    EXPECT_EQ(After({{"ta", 1}, {"ar", U}}, "eb"), U);
-    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", U}, {"vr", 1000}}, "eb"), 999U); // wraps
+    EXPECT_EQ(After({{"ta", 1}, {"ar", kMark}}, "eb"), kMark);
+    EXPECT_EQ(After({{"ta", 1}, {"vt", 1}, {"ar", kMark}, {"vr", 1000}}, "eb"), 999U); // wraps
 }
 
 // Step 10: a given estimate of the whole.
@@ -487,9 +503,9 @@ TEST(BitRates, SumsWrapAt32Bits) {
 }
 
 TEST(BitRates, DifferencesWrapAt32Bits) {
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", 1001}}, "ev"), U);
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"vr", 1001}}, "ea"), U);
-    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", U}}, "ev"), 1001U);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", 1001}}, "ev"), kMark);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"vr", 1001}}, "ea"), kMark);
+    EXPECT_EQ(After({{"eb", 1000}, {"ta", 1}, {"vt", 1}, {"ar", kMark}}, "ev"), 1001U);
 }
 
 // Every combination.
@@ -498,7 +514,7 @@ namespace {
 
 rc::Gen<uint32> AnyRate() {
     return rc::gen::weightedOneOf<uint32>(
-        {{5, rc::gen::element<uint32>(0, 1, 1000, 128000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, U)},
+        {{5, rc::gen::element<uint32>(0, 1, 1000, 128000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, kMark)},
          {1, rc::gen::arbitrary<uint32>()}});
 }
 
@@ -506,7 +522,7 @@ Rates AnyRates() {
     Rates rates;
     for (const char* key : {"ta", "vt"}) {
         if (*rc::gen::arbitrary<bool>()) {
-            rates[key] = *rc::gen::element<uint32>(0, 1, 1, 2, U);
+            rates[key] = *rc::gen::element<uint32>(0, 1, 1, 2, kMark);
         }
     }
     for (const char* key : {"ar", "ma", "ea", "vr", "mv", "ev", "br", "mb", "eb"}) {
@@ -524,18 +540,64 @@ RC_GTEST_PROP(BitRates, AreCompletedAsTold, ()) {
     RC_ASSERT(Completed(rates) == Told(rates));
 }
 
-TEST(BitRates, AreCompletedAsToldForEveryMixOfUnknownKnownAndVariable) {
-    // Two tracks, the rates of both unknown, known or variable, and those of the whole unknown or known.
+namespace {
+
+/// Calls a function with every mix of two tracks, the rates of both unknown, known or variable, and those of
+/// the whole unknown or known, near ones far from another, until it returns false.
+template <typename Function>
+void ForEveryMix(const Function& aFunction) {
     const char* keys[] = {"ar", "ma", "ea", "vr", "mv", "ev", "br", "mb", "eb"};
     const uint32 known[] = {1000, 1000, 700, 20000, 30000, 20000, 21000, 31000, 22000};
-    for (uint32 mix = 0; mix < 4 * 729 * 8; ++mix) {
+    bool fGoOn = true;
+    constexpr uint32 kMixes = 4 * 729 * 8;
+    for (uint32 i = 0; fGoOn && i < kMixes; ++i) {
+        const uint32 mix = i * 7919 % kMixes;
         Rates rates = {{"ta", mix & 1}, {"vt", (mix >> 1) & 1}};
         uint32 kinds = mix / 4;
-        for (std::size_t i = 0; i < 9; ++i) {
-            const uint32 kindCount = i < 6 ? 3 : 2;
-            rates[keys[i]] = kinds % kindCount == 0 ? 0 : kinds % kindCount == 1 ? known[i] : U;
+        for (std::size_t key = 0; key < 9; ++key) {
+            const uint32 kindCount = key < 6 ? 3 : 2;
+            rates[keys[key]] = kinds % kindCount == 0 ? 0 : kinds % kindCount == 1 ? known[key] : kMark;
             kinds /= kindCount;
         }
-        ASSERT_EQ(Completed(rates), Told(rates));
+        fGoOn = aFunction(rates);
     }
+}
+
+} // namespace
+
+TEST(BitRates, AreCompletedAsThePageTellsForEveryMixOfUnknownKnownAndVariable) {
+    ForEveryMix([](const Rates& aRates) {
+        EXPECT_EQ(Completed(aRates), Told(aRates));
+        return !testing::Test::HasFailure();
+    });
+}
+
+TEST(BitRates, RuleThatChangesOnThePageIsNoticed) {
+    const Rows rules = PageRules();
+    ASSERT_EQ(rules.size(), 7U);
+    const auto expectNoticed = [&rules](const Rows& aChanged, std::size_t aRule) {
+        bool fNoticed = false;
+        ForEveryMix([&](const Rates& aRates) {
+            fNoticed = Page(aRates).Apply(aChanged) != Page(aRates).Apply(rules);
+            return !fNoticed;
+        });
+        EXPECT_TRUE(fNoticed) << rules[aRule][0];
+    };
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        Rows without = rules;
+        without.erase(without.begin() + static_cast<std::ptrdiff_t>(i));
+        expectNoticed(without, i);
+        for (std::size_t other = 0; other < rules.size(); ++other) {
+            for (const std::size_t column : {2U, 3U}) {
+                Rows changed = rules;
+                changed[i][column] = rules[other][column];
+                if (changed != rules) {
+                    expectNoticed(changed, i);
+                }
+            }
+        }
+    }
+    Rows reworded = rules;
+    reworded[0][2] = "0 or so";
+    EXPECT_THROW(Page(Rates()).Apply(reworded), std::out_of_range);
 }

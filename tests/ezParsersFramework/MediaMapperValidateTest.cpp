@@ -7,14 +7,21 @@
 
 #include "support/AwkwardStream.h"
 #include "support/Catchers.h"
+#include "support/Folders.h"
+#include "support/Guide.h"
 #include "support/MapperFolder.h"
 #include "support/Record.h"
 #include "support/Str.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -376,6 +383,140 @@ TEST_F(MediaMapperValidate, MessagesAreOfInformationLevel) {
     Validated(NewInfo("audio/x", "DLNA.ORG_PN=OLD"));
     Validated(nullptr);
     EXPECT_TRUE(quiet.Lines().empty());
+}
+
+// The table of the architecture page
+
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+/// A record of a parser: the texts and numbers that this mix is of, and texts and numbers that nobody
+/// replaces.
+ezMediaInfo* NewMixed(unsigned aMix) {
+    const unsigned field = aMix / 3 % 3;
+    ezMediaInfo* info =
+        NewInfo(std::array{"", "audio/x", "video/mpeg"}[aMix % 3],
+                std::array{"", "DLNA.ORG_PN=OLD;DLNA.ORG_OP=01", "DLNA.ORG_PN=P;A_B=C"}[field], "item.own");
+    const auto set = [info](const char* aKey, uint32 aValue) {
+        if (aValue != 0) {
+            info->Set(aKey, aValue, true);
+        }
+    };
+    set(kezInfo_BitRate, std::array{0U, 5000U, 7000U}[aMix / 9 % 3]);
+    set(kezInfo_Duration, std::array{0U, 60U, 61U}[aMix / 27 % 3]);
+    for (const char* key : {kezInfo_AudioChannelCount, kezInfo_AudioBitRate, kezInfo_AudioBitsPerSample,
+                            kezInfo_MaxBitRate, kezInfo_EstimatedBitRate, kezInfo_AudioMaxBitRate,
+                            kezInfo_AudioEstimatedBitRate, kezInfo_AudioTrackCount}) {
+        set(key, 9);
+    }
+    return info;
+}
+constexpr unsigned kMixes = 81;
+
+bool IsText(const std::string& aKey) {
+    return aKey == kezInfo_MimeType || aKey == kezInfo_ClassName || aKey == kezInfo_DLNA;
+}
+
+/// Whether the mapper's value replaces that of a record, by what the page says. A word that the page does not
+/// use ends the test.
+bool IsReplaced(const std::string& aWhere, const char* aKey, const ezMediaInfo& anOwn,
+                const ezMediaInfo& aMapped) {
+    const auto text = [](const ezMediaInfo& anInfo, const char* aName) {
+        return Str(anInfo.GetCString(aName, ""));
+    };
+    const auto profile = [&](const ezMediaInfo& anInfo) {
+        return Str(anInfo.GetCString(kezInfo_DLNA, "").AfterFirst('=').BeforeFirst(';'));
+    };
+    const bool fType = text(anOwn, kezInfo_MimeType) != text(aMapped, kezInfo_MimeType);
+    const uint32 number = aMapped.GetUInt32(aKey, 0);
+    const std::map<std::string, bool> answers = {
+        {"its profile is `LPCM`", profile(aMapped) == "LPCM"},
+        {"the profile or the MIME type differs", fType || profile(anOwn) != profile(aMapped)},
+        {"the MIME type differs", fType},
+        {"it differs and is not 0", number != 0 && number != anOwn.GetUInt32(aKey, 0)}};
+    return answers.at(aWhere);
+}
+
+/// Replaces in a record what the page says.
+void ReplaceAsTold(const Rows& aTable, ezMediaInfo& anInfo, const ezMediaInfo& aMapped) {
+    const Record own(anInfo.Duplicate());
+    for (const std::vector<std::string>& row : aTable) {
+        for (const std::string& key : GuideNames(row.at(0))) {
+            if (!IsReplaced(row.at(1), key.c_str(), *own, aMapped)) {
+                continue;
+            }
+            if (IsText(key)) {
+                anInfo.Set(key.c_str(), aMapped.GetCString(key.c_str(), ""), true);
+            } else {
+                anInfo.Set(key.c_str(), aMapped.GetUInt32(key.c_str(), 0), true);
+            }
+        }
+    }
+}
+
+Rows PageOfMapper() {
+    return GuideTable(ReadWholeFile(EZ_SAMPLES "/../docs/architecture.md"), {"key", "where"});
+}
+
+/// Lines of a mapper for one file: with and without each fact, and the sound of which it knows more.
+const Texts kLines = {"clip.mpg,video/mpeg,P\n", "clip.mpg,video/mpeg,P,0:01:00,,,5000\n",
+                      "clip.mpg,Audio/mpeg,NEW,0:01:00\n",
+                      "clip.mpg,audio/L16;rate=44100;channels=2,LPCM,,,,5000\n", "clip.mpg,audio/L16,LPCM\n"};
+
+} // namespace
+
+TEST_F(MediaMapperValidate, ReplacesWhatThePageSays) {
+    const Rows table = PageOfMapper();
+    ASSERT_EQ(table.size(), 4U);
+    for (const std::string& line : kLines) {
+        const std::unique_ptr<OpenMapper> mapper = mFolder.Loaded(line);
+        OpenManager manager(nullptr);
+        manager.AddDLNAMediaMapperParser(mapper.get());
+        AwkwardStream stream("", Delivery(), "/clip.mpg");
+        const Record mapped(manager.MediaMapperValidate(stream, nullptr));
+        for (unsigned mix = 0; mix < kMixes; ++mix) {
+            const Record expected(NewMixed(mix));
+            ReplaceAsTold(table, *expected, *mapped);
+            const Record merged(manager.MediaMapperValidate(stream, NewMixed(mix)));
+            ASSERT_EQ(DumpRecord(merged.get()), DumpRecord(expected.get())) << line << mix;
+        }
+    }
+}
+
+TEST_F(MediaMapperValidate, RowThatChangesOnThePageIsNoticed) {
+    const Rows table = PageOfMapper();
+    const auto expectNoticed = [&](const Rows& aChanged, const std::string& aWhat) {
+        bool fNoticed = false;
+        for (const std::string& line : kLines) {
+            const std::unique_ptr<OpenMapper> mapper = mFolder.Loaded(line);
+            OpenManager manager(nullptr);
+            manager.AddDLNAMediaMapperParser(mapper.get());
+            AwkwardStream stream("", Delivery(), "/clip.mpg");
+            const Record mapped(manager.MediaMapperValidate(stream, nullptr));
+            for (unsigned mix = 0; mix < kMixes && !fNoticed; ++mix) {
+                const Record told(NewMixed(mix));
+                ReplaceAsTold(aChanged, *told, *mapped);
+                const Record merged(manager.MediaMapperValidate(stream, NewMixed(mix)));
+                fNoticed = DumpRecord(merged.get()) != DumpRecord(told.get());
+            }
+        }
+        EXPECT_TRUE(fNoticed) << aWhat;
+    };
+    for (std::size_t row = 0; row < table.size(); ++row) {
+        Rows without = table;
+        without.erase(without.begin() + static_cast<std::ptrdiff_t>(row));
+        expectNoticed(without, table[row][0]);
+        for (const std::vector<std::string>& other : table) {
+            Rows changed = table;
+            changed[row][1] = other[1];
+            if (changed != table) {
+                expectNoticed(changed, table[row][0] + ": " + other[1]);
+            }
+        }
+    }
+    EXPECT_THROW(ReplaceAsTold({{"`br`", "always"}}, *Record(NewMixed(0)), *Record(NewMixed(1))),
+                 std::out_of_range);
 }
 
 // Through the manager's Parse

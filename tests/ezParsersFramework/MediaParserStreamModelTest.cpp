@@ -192,8 +192,8 @@ public:
             if (!Fill()) {
                 return false;
             }
-            const std::uint64_t behind = mPosition < mBuffer->size() ? mBuffer->size() - mPosition : 0;
-            *aSize = static_cast<std::size_t>(std::min<std::uint64_t>(*aSize, behind));
+            const std::uint64_t after = mPosition < mBuffer->size() ? mBuffer->size() - mPosition : 0;
+            *aSize = static_cast<std::size_t>(std::min<std::uint64_t>(*aSize, after));
             return Serve(*aSize, aBuffer);
         }
         const std::int64_t count = ReadSource(*aSize, aBuffer);

@@ -442,8 +442,7 @@ TEST_P(StreamMediaParserStreamBothWays, AShortCountThatBreaksTheContractLeavesTh
     ASSERT_TRUE(adapter.Open());
     EXPECT_EQ(ReadExactly(adapter, 99), TheMedia().substr(0, 99));
     ASSERT_TRUE(adapter.SeekLazily(99));
-    EXPECT_EQ(ReadExactly(adapter, 9000), TheMedia().substr(99, 9000))
-        << "what lies behind it is still there";
+    EXPECT_EQ(ReadExactly(adapter, 9000), TheMedia().substr(99, 9000)) << "what follows it is still there";
 }
 
 TEST_P(StreamMediaParserStreamBothWays, APositionThatWouldWrapAsksTheStreamForTheNextOne) {

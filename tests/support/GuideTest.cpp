@@ -16,3 +16,18 @@ TEST(Guide, BlockIsFoundAsWholeLines) {
     EXPECT_EQ(CountOfTextsWith(texts, "int a;\nint b;\n"), 1U);
     EXPECT_EQ(CountOfTextsWith(texts, "int c;\n"), 0U);
 }
+
+TEST(Guide, TableIsTheOneOfTheHeadings) {
+    const std::string guide = "| a | b |\n|---|---|\n| 1 | `two`, `3` |\n||  |\ntext | 4 | 5 |\n"
+                              "| a |\n|---|\n| other |\n\n| a |\tb |\n|---|---|\n| no | no |\n";
+    using Rows = std::vector<std::vector<std::string>>;
+    EXPECT_EQ(GuideTable(guide, {"a", "b"}), (Rows{{"1", "`two`, `3`"}, {"", ""}}));
+    EXPECT_EQ(GuideTable(guide, {"a"}), (Rows{{"other"}}));
+    EXPECT_EQ(GuideTable(guide, {"b", "a"}), Rows());
+}
+
+TEST(Guide, NamesOfACellStandInBackquotes) {
+    EXPECT_EQ(GuideNames("`two`, or `3`"), (std::vector<std::string>{"two", "3"}));
+    EXPECT_EQ(GuideNames("any"), std::vector<std::string>());
+    EXPECT_EQ(GuideNames("`open"), (std::vector<std::string>{"open"}));
+}

@@ -23,6 +23,7 @@ enum class Verb : unsigned {
     Announce,
     AnnounceProtected,
     LookUpTypes,
+    Observe,
     RestartHost,
     AddMapping,
     ChangeMapping,

@@ -259,6 +259,8 @@ std::string ParsersSubject::Describe(const Operation& anOperation) {
         return "announce";
     case Verb::AnnounceProtected:
         return "announce in the link-protected form";
+    case Verb::Observe:
+        return "be told why, or no longer";
     case Verb::LookUpTypes:
         return "look up the type of '" + ExtensionAskedFor(anOperation) + "' and the extensions of '" +
                TypeAskedFor(anOperation) + "'";
@@ -287,6 +289,9 @@ void ParsersSubject::Apply(const Operation& anOperation) {
     case Verb::AddStandardParsers:
     case Verb::UseMapper:
         AddOnce(anOperation.mVerb);
+        break;
+    case Verb::Observe:
+        mManager->SetObserver(mManager->IsObserved() ? nullptr : &mObserver);
         break;
     case Verb::ParseMedia:
         ParseMedia(anOperation);
@@ -355,9 +360,34 @@ void ParsersSubject::ParseMedia(const Operation& anOperation) {
     const MediaPlan media = MediaOf(anOperation);
     mMediaBytes = media.mWay == MediaPlan::NotSeekable ? "" : media.mContent;
     const std::unique_ptr<ezMediaParserStream> stream = Delivered(media, PathOf(media), mFolder);
+    mObserver.Clear();
     std::unique_ptr<ezMediaInfo> info(mManager->Parse(*stream));
+    CompareTold(info.get());
     CompareRecords("parse", std::move(info), mModel->Parse(media, PathOf(media)));
     Met("a media is parsed, way " + std::to_string(media.mWay));
+}
+
+void ParsersSubject::CompareTold(const ezMediaInfo* anInfo) {
+    std::set<std::string> told;
+    for (const std::string& line : mObserver.LinesOf({"FactStated"})) {
+        const std::size_t start = line.find(' ') + 1;
+        told.insert(line.substr(start, line.find(' ', start) - start));
+    }
+    std::set<std::string> stated;
+    if (anInfo != nullptr && mManager->IsObserved()) {
+        for (const auto& [key, value] : ValuesOf(*anInfo)) {
+            stated.insert(key == "path" ? "mFullPath" : key);
+        }
+        if (anInfo->mLastModificationTime.IsSet()) {
+            stated.insert("mLastModificationTime");
+        }
+    }
+    Agree("the facts that are told", told, stated);
+    Agree("a request that is told", mObserver.Lines().empty(), !mManager->IsObserved());
+    if (mManager->IsObserved()) {
+        Met(anInfo != nullptr ? "a media is recognised and every fact of it told"
+                              : "a media is not recognised and nothing of it told");
+    }
 }
 
 void ParsersSubject::ParseType(const Operation& anOperation) {

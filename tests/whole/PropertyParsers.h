@@ -2,6 +2,7 @@
 
 #include "PropertyOperation.h"
 
+#include "support/RecordingObserver.h"
 #include "support/ScriptedParser.h"
 #include "support/TemporaryFolder.h"
 
@@ -110,6 +111,8 @@ private:
     void Announce();
     void AnnounceProtected();
     void LookUpTypes(const Operation& anOperation);
+    /// What the observer, if there is one, was told of a record's facts.
+    void CompareTold(const ezMediaInfo* anInfo);
     void AddOnce(Verb aVerb);
     std::string PathOf(const MediaPlan& aMedia) const;
     void CompareRecords(const std::string& aWhat, std::unique_ptr<ezMediaInfo> anInfo,
@@ -119,8 +122,9 @@ private:
     MapperSubject& mMapper;
     int mOptions;
     ezEnvironment mEnvironment;
-    ParserTrace mCalls;      ///< outlives the manager
-    std::string mMediaBytes; ///< of the request
+    ParserTrace mCalls;          ///< outlives the manager
+    std::string mMediaBytes;     ///< of the request
+    RecordingObserver mObserver; ///< likewise
     std::unique_ptr<ezMediaParserManager> mManager;
     std::unique_ptr<ParsersModel> mModel;
     std::vector<ezMediaParser*> mParsers; ///< the manager's

@@ -255,9 +255,9 @@ void PlaylistSubject::CompareFetches(PlaylistParser& aParser, const std::vector<
         Agree("a next song is there", fChained, true);
         Agree("song " + std::to_string(i) + " as the next one", SongFrom(chained), aTold[i]);
     }
-    PlaylistParserEntry behind;
-    Agree("there is no song behind the last",
-          aParser.FetchEntryAtIndex(static_cast<uint32>(aTold.size()), &behind) ||
+    PlaylistParserEntry after;
+    Agree("there is no song after the last",
+          aParser.FetchEntryAtIndex(static_cast<uint32>(aTold.size()), &after) ||
               (!aTold.empty() && aParser.FetchNextEntry(&chained)),
           false);
 }
@@ -272,9 +272,9 @@ void PlaylistSubject::ComparePositions(PlaylistParser& aParser, const std::vecto
         Agree("the position of a song by its position", entry.mStreamPos.ToUInt64(), position.ToUInt64());
         Agree("the index of a song by its position", entry.mRelativeEntryIndex, uint32{0});
         const bool fNext = aParser.FetchNextEntry(&entry);
-        Agree("there is one behind a song by its position", fNext, i < aTold.size());
+        Agree("there is one after a song by its position", fNext, i < aTold.size());
         if (fNext) {
-            Agree("the song behind one by its position", SongFrom(entry), aTold[i]);
+            Agree("the song after one by its position", SongFrom(entry), aTold[i]);
         }
     }
 }

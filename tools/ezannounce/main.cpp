@@ -1,7 +1,6 @@
 #include "arguments/Arguments.h"
 #include "capabilities/CapabilitiesVerb.h"
 #include "contact-sheet/ContactSheetVerb.h"
-#include "host/ConfigFolders.h"
 #include "host/Host.h"
 #include "mapper/MapperShowVerb.h"
 #include "mapper/MapperTable.h"
@@ -15,9 +14,11 @@
 #include "thumbnail/ThumbnailVerb.h"
 #include "types/TypesVerb.h"
 
-#include "ez/Environment.h"
+#include "ez/ExtensionMimeTypeMatcher.h"
+#include "ez/MediaParserManager.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/base/StandardDescriptors.h"
+#include "ezPlatform/containers/PtrList.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -53,7 +54,7 @@ bool CheckFolders(const Arguments& anArguments, Console& aConsole) {
 }
 
 /// What has no need of a host; nothing for all else.
-std::optional<int> RunWithoutHost(const Arguments& anArguments, const ConfigFolders& aFolders,
+std::optional<int> RunWithoutHost(const Arguments& anArguments, const ezHostFolders& aFolders,
                                   Console& aConsole) {
     if (anArguments.mVerb == Verb::Mapper && anArguments.mMapperVerb != MapperVerb::Show) {
         return RunMapper(anArguments, aFolders, aConsole);
@@ -70,14 +71,14 @@ std::optional<int> RunWithoutHost(const Arguments& anArguments, const ConfigFold
     return std::nullopt;
 }
 
-int RunOnHost(const Arguments& anArguments, const ConfigFolders& aFolders, Host& aHost, Console& aConsole) {
+int RunOnHost(const Arguments& anArguments, Host& aHost, Console& aConsole) {
     switch (anArguments.mVerb) {
     case Verb::Parse:
         return RunParse(anArguments, aHost, aConsole);
     case Verb::Capabilities:
         return RunCapabilities(anArguments, aHost, aConsole);
     case Verb::Mapper:
-        return RunMapperShow(anArguments, aFolders, aHost, aConsole);
+        return RunMapperShow(anArguments, aHost, aConsole);
     case Verb::Thumbnail:
         return RunThumbnail(anArguments, aHost, aConsole);
     case Verb::ContactSheet:
@@ -90,6 +91,29 @@ int RunOnHost(const Arguments& anArguments, const ConfigFolders& aFolders, Host&
     return RunTypes(anArguments, aHost, aConsole);
 }
 
+/// False, after an error line, where the answers would not be those that were asked for. That there are no
+/// media types is only told: what formats declare can be shown, and every file be said not to be recognised.
+bool MakeReady(const Arguments& anArguments, Host& aHost, Console& aConsole) {
+    const ezHost& host = aHost.Get();
+    if (!host.IsReady()) {
+        aConsole.Error(host.GetError());
+        return false;
+    }
+    if (ezPtrList_GetCount(host.GetMediaTypes().AllEntries()) == 0) {
+        aConsole.Error(host.GetFolders().WhyNoTable() + "; --config names the folder of the file");
+    }
+    if (!anArguments.mfMapper) {
+        return true;
+    }
+    std::unique_ptr<DLNAMediaMapper> mapper = OpenMapper(
+        host.GetFolders(), host.GetManager().GetMimeTypesDotIniParser(), anArguments.mfNoCopy, aConsole);
+    if (mapper == nullptr) {
+        return false;
+    }
+    aHost.Use(std::move(mapper));
+    return true;
+}
+
 int Run(const Arguments& anArguments, Console& aConsole) {
     if (!CheckFolders(anArguments, aConsole)) {
         return kExitWrongUsage;
@@ -97,7 +121,8 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (anArguments.mLogLevel) {
         _ezLog_Level = *anArguments.mLogLevel;
     }
-    const ConfigFolders folders = FindConfigFolders(anArguments);
+    const ezHostFolders folders =
+        FindHostFolders(anArguments.mConfigFolder.value_or(""), anArguments.mStateFolder.value_or(""));
     if (const std::optional<int> status = RunWithoutHost(anArguments, folders, aConsole)) {
         return *status;
     }
@@ -106,22 +131,11 @@ int Run(const Arguments& anArguments, Console& aConsole) {
     if (rules.mStatus == kExitWrongUsage) {
         return kExitWrongUsage;
     }
-    Host host(anArguments, folders, rules.mRules, &aConsole);
-    if (!host.HasMediaTypes()) {
-        const bool fOneFolder = folders.mReadOnly == folders.mReadWrite;
-        aConsole.Error(kezMediaTypesFileName, "no media types found in " + folders.mReadOnly +
-                                                  (fOneFolder ? "" : " or " + folders.mReadWrite) +
-                                                  "; --config names the folder of the file");
+    Host host(anArguments, rules.mRules);
+    if (!MakeReady(anArguments, host, aConsole)) {
+        return kExitSomeFailed;
     }
-    if (anArguments.mfMapper) {
-        std::unique_ptr<DLNAMediaMapper> mapper =
-            OpenMapper(folders, host.GetManager().GetMimeTypesDotIniParser(), anArguments.mfNoCopy, aConsole);
-        if (mapper == nullptr) {
-            return kExitSomeFailed; // without the table the answers would not be those that were asked for
-        }
-        host.Use(std::move(mapper));
-    }
-    const int status = RunOnHost(anArguments, folders, host, aConsole);
+    const int status = RunOnHost(anArguments, host, aConsole);
     return status == kExitSuccess ? rules.mStatus : status;
 }
 

@@ -1,23 +1,18 @@
 #include "ezFormats/codecs/FloatRates.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezFormats/detail/Limits.h"
 
 #include <cmath>
 #include <cstring>
 #include <limits>
-
-namespace {
-
-constexpr double kMaximum = 10e6;
-
-} // namespace
 
 std::uint32_t ReadFloatRate(ByteReader& aReader) {
     static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(std::uint64_t));
     const std::uint64_t bits = aReader.ReadBig(8);
     double rate = 0;
     std::memcpy(&rate, &bits, sizeof(rate));
-    return rate >= 1 && rate <= kMaximum ? static_cast<std::uint32_t>(rate) : 0;
+    return rate >= 1 && rate <= kSamplingRate_MaxFloat ? static_cast<std::uint32_t>(rate) : 0;
 }
 
 std::uint32_t ReadExtendedRate(ByteReader& aReader) {
@@ -31,5 +26,5 @@ std::uint32_t ReadExtendedRate(ByteReader& aReader) {
         return 0;
     }
     const double rate = std::ldexp(static_cast<double>(mantissa), exponent - kFractionBits);
-    return rate >= 1 && rate <= kMaximum ? static_cast<std::uint32_t>(std::lround(rate)) : 0;
+    return rate >= 1 && rate <= kSamplingRate_MaxFloat ? static_cast<std::uint32_t>(std::lround(rate)) : 0;
 }

@@ -3,18 +3,11 @@
 #include "ez/MediaParserStream.h"
 #include "ez/MediaParserTypes.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezPlatform/base/KnownSize.h"
 
 #include <algorithm>
 #include <optional>
-
-namespace {
-
-/// A first look at a new place; doubled with every read that goes straight on.
-constexpr std::size_t kLeastBlock = 4096;
-constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
-
-} // namespace
 
 MediaBytes::MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes)
     : BudgetedBytes(std::nullopt, ReadBudget(aMaxReads, aMaxBytes)), mStream(aStream) {
@@ -25,7 +18,8 @@ MediaBytes::~MediaBytes() = default;
 
 void MediaBytes::Bring(std::uint64_t aPosition) {
     const bool fStraightOn = GetBlockLength() != 0 && aPosition == GetBlockStart() + GetBlockLength();
-    const std::size_t size = fStraightOn ? std::min(2 * mLastSize, kLargestBlock) : kLeastBlock;
+    const std::size_t size =
+        fStraightOn ? std::min(2 * mLastSize, kMediaBytes_LargestBlock) : kMediaBytes_LeastBlock;
     if (ReadStart(aPosition) && !HasBuffered(aPosition)) {
         Fetch(aPosition, size);
     }
@@ -35,7 +29,7 @@ bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
     if (aPosition >= GetEnd()) {
         return false;
     }
-    const std::size_t size = std::min(aSize, kLargestBlock);
+    const std::size_t size = std::min(aSize, kMediaBytes_LargestBlock);
     if (HasBuffered(aPosition, size)) {
         return true;
     }
@@ -80,11 +74,12 @@ std::size_t MediaBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, s
         }
         done += count;
     }
-    mLastSize = std::max(static_cast<std::size_t>(aPosition - GetBlockStart()) + done, kLeastBlock);
+    mLastSize =
+        std::max(static_cast<std::size_t>(aPosition - GetBlockStart()) + done, kMediaBytes_LeastBlock);
     return done;
 }
 
 void MediaBytes::AllowWholeMedia() {
     // Whoever reads straight on takes a block at a time, a part of which may have been buffered.
-    RaiseBudget(2 * (GetEnd() / kLargestBlock + 1), GetEnd());
+    RaiseBudget(2 * (GetEnd() / kMediaBytes_LargestBlock + 1), GetEnd());
 }

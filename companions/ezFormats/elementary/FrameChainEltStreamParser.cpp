@@ -4,6 +4,7 @@
 #include "ezFormats/elementary/WrapperWatch.h"
 
 #include "ezBytes/LeadingTag.h"
+#include "ezBytes/Limits.h"
 
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -25,9 +26,6 @@ uint32 RingSize(uint32 aMaxFrameSize) {
     }
     return size;
 }
-
-/// Holds what is left of the bytes before and one request.
-constexpr uint32 kWindowSize = 256;
 
 } // namespace
 
@@ -51,7 +49,7 @@ struct FrameChainEltStreamParser::Search {
     /// The position, not past the scan, that folds to an index.
     uint32 Unfold(std::uint16_t anIndex) const { return mScan - Fold(mScan - anIndex); }
 
-    std::array<unsigned char, kWindowSize> mWindow = {};
+    std::array<unsigned char, kEltStream_WindowSize> mWindow = {};
     uint32 mWindowSize = 0; ///< bytes in the window; the first one is at mScan
     uint32 mScan = 0;       ///< the position to look at next
     uint32 mConsumed = 0;   ///< bytes since the stream was opened
@@ -91,7 +89,7 @@ FrameChainEltStreamParser::ContinueParsing(const unsigned char* aBuffer, uint32 
         RequestRead(LeastRequest());
         return MSS_IN_PROGRESS;
     }
-    const uint32 size = std::min(aSize, kWindowSize - search.mWindowSize);
+    const uint32 size = std::min(aSize, kEltStream_WindowSize - search.mWindowSize);
     std::memcpy(search.mWindow.data() + search.mWindowSize, aBuffer, size);
     search.mWindowSize += size;
     search.mConsumed += size;

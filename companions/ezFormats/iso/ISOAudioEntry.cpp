@@ -4,6 +4,7 @@
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/FloatRates.h"
 #include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include <algorithm>

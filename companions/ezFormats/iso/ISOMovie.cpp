@@ -40,9 +40,9 @@ Times ReadTimes(ByteReader aBox) {
 
 /// The language of "elng" (ISO/IEC 14496-12, 8.4.6).
 ezCString ReadLanguage(ByteReader aBox) {
-    constexpr std::uint64_t kMaxTag = 64;
     aBox.Skip(4); // version and flags
-    return aBox.ReadText(static_cast<std::size_t>(std::min(aBox.GetLeft(), kMaxTag))).BeforeFirst('\0');
+    return aBox.ReadText(static_cast<std::size_t>(std::min(aBox.GetLeft(), kISO_MaxLanguageTag)))
+        .BeforeFirst('\0');
 }
 
 /// The duration of "mehd" (8.8.2).

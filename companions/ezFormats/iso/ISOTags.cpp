@@ -97,15 +97,14 @@ public:
     /// Reads the content of a "keys" box.
     explicit ItemNames(ByteReader aBox) {
         constexpr std::string_view kStart = "mdtacom.apple.quicktime.";
-        constexpr std::size_t kMaxName = 64;
         aBox.Skip(4); // version and flags
         mCount = std::min(aBox.ReadBig32(), kISO_MaxItemNames);
         for (std::uint32_t i = 0; i < mCount && !aBox.HasFailed(); ++i) {
             const std::uint32_t size = aBox.ReadBig32();
             aBox.Require(size >= 4);
             ByteReader name = aBox.Take(size - 4);
-            const ezCString text =
-                name.ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(name.GetLeft(), kMaxName)));
+            const ezCString text = name.ReadText(
+                static_cast<std::size_t>(std::min<std::uint64_t>(name.GetLeft(), kISO_MaxItemName)));
             const std::string_view start = text.View().substr(0, kStart.size());
             mItems[i] = start == kStart
                             ? FindTagField(TagWords::QuickTimeItem, text.View().substr(kStart.size()))

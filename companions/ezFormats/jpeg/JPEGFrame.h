@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ezFormats/jpeg/JPEGLimits.h"
+
 #include "ezPlatform/text/CString.h"
 
 #include <array>
@@ -12,10 +14,9 @@ struct JPEGComponent {
     unsigned mDown;
 };
 
-/// The components of a frame, at most four: more mean no colours that a screen has.
+/// The components of a frame, as far as they are kept.
 struct JPEGComponents {
-    static constexpr std::size_t kMaximum = 4;
-    std::array<JPEGComponent, kMaximum> mItems = {};
+    std::array<JPEGComponent, kJPEG_MaxComponents> mItems = {};
     std::size_t mCount = 0;
 };
 

@@ -215,7 +215,7 @@ bool JPEGParser::ReadComponents(Walk& aWalk, JPEGComponents* aComponents) const 
         return RefuseCut(aWalk.mBytes, "the components of the frame header");
     }
     const std::uint64_t left = frame.GetLeft();
-    for (std::size_t i = 0; i < count && i < JPEGComponents::kMaximum; ++i) {
+    for (std::size_t i = 0; i < count && i < kJPEG_MaxComponents; ++i) {
         const unsigned id = frame.ReadByte();
         const unsigned factors = frame.ReadByte();
         frame.Skip(1); // Tq, its quantisation table
@@ -226,7 +226,7 @@ bool JPEGParser::ReadComponents(Walk& aWalk, JPEGComponents* aComponents) const 
         return Refuse(Cause::Malformed, "frame header of %u components in %u bytes", count,
                       static_cast<unsigned>(left));
     }
-    if (count > JPEGComponents::kMaximum) {
+    if (count > kJPEG_MaxComponents) {
         return Refuse(Cause::Unsupported, "%u components", count);
     }
     if (frame.HasFailed()) {

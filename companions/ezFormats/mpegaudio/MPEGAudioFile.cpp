@@ -242,20 +242,20 @@ void MPEGAudioMeasure::LookAt(std::uint64_t aPlace, MPEGAudioPlaces* aPlaces) {
 
 /// Looks at all frames. False where the file holds so much else that they cannot be counted.
 bool MPEGAudioMeasure::CountAll(std::uint64_t anEnd, bool afMayReadWhole) {
-    constexpr std::uint32_t kBlock = std::uint32_t{64} * 1024;
     if (afMayReadWhole) {
         mBytes.AllowWholeMedia();
     }
-    mFrames.SetStep(kBlock);
+    mFrames.SetStep(kMPEGAudio_CountedStep);
     MPEGAudioSurvey all = SurveyFrames(mFrames, mSound, anEnd);
     MPEGAudioFrame frame;
-    while (all.mEnd < anEnd && mFrames.FindNear(all.mEnd, kBlock, &frame)) {
+    while (all.mEnd < anEnd && mFrames.FindNear(all.mEnd, kMPEGAudio_CountedStep, &frame)) {
         const MPEGAudioSurvey more = SurveyFrames(mFrames, frame, anEnd);
         all.Add(more);
         all.mEnd = more.mEnd;
     }
     // What stands after the last frame may be a tag of a kind that nobody knows.
-    if (anEnd - std::min(all.mEnd, anEnd) > kBlock || mBytes.HasReadFailed() || mBytes.IsBudgetUsedUp()) {
+    if (anEnd - std::min(all.mEnd, anEnd) > kMPEGAudio_CountedStep || mBytes.HasReadFailed() ||
+        mBytes.IsBudgetUsedUp()) {
         return false;
     }
     mSurvey = all;

@@ -2,6 +2,7 @@
 
 #include "ezBytes/ByteReader.h"
 
+#include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
@@ -11,9 +12,6 @@
 namespace {
 
 constexpr std::uint64_t kMilli = 1000;
-
-/// Of a file, so that with the factors of rates and times they fit into 64 bits.
-constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 44;
 
 /// Encoders whose part after the Xing header states encoder delay and padding.
 constexpr std::array<std::string_view, 4> kEncoders = {"LAME", "Lavf", "Lavc", "L3.9"};
@@ -71,7 +69,7 @@ std::uint64_t SpeedOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGA
 /// Bits a second; no frame that states its rate has more than its layer's highest.
 std::uint32_t RateOf(std::uint64_t aBytes, std::uint64_t aFrames, const ezMPEGAudioHeader& aHeader) {
     const std::uint64_t samples = std::max<std::uint64_t>(1, aFrames * aHeader.mSampleCount);
-    const std::uint64_t rate = 8 * std::min(aBytes, kMostBytes) * aHeader.mSamplingRate / samples;
+    const std::uint64_t rate = 8 * std::min(aBytes, kMPEGAudio_MaxFileSize) * aHeader.mSamplingRate / samples;
     const std::uint32_t most = aHeader.mBitRate != 0 ? aHeader.mMaxBitRate : kezMediaInfo_VariableRate - 1;
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(rate, most));
 }
@@ -207,7 +205,7 @@ MPEGAudioLength LengthOfFrames(const MPEGAudioSurvey& aFrames, const MPEGAudioCo
 MPEGAudioLength LengthOfRate(std::uint64_t aSize, const MPEGAudioSurvey& anAll,
                              const MPEGAudioFrame& aSound) {
     const ezMPEGAudioHeader& header = aSound.mHeader;
-    const std::uint64_t size = std::min(aSize, kMostBytes);
+    const std::uint64_t size = std::min(aSize, kMPEGAudio_MaxFileSize);
     MPEGAudioLength length;
     length.mfKnown = true;
     length.mMethod = "constant rate";

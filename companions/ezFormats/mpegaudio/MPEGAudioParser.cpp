@@ -63,7 +63,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                             : aBytes.IsBudgetUsedUp() ? Cause::Limit
                                                       : Cause::Malformed;
         return Refuse(cause, "no frames within %u bytes of %llu%s", unsigned{kMPEGAudio_SearchSize}, start,
-                      tags.mfBelieved ? "" : ", behind a tag that claims the whole file");
+                      tags.mfBelieved ? "" : ", after a tag that claims the whole file");
     }
     MPEGAudioMeasure measure(aBytes, frames);
     measure.LookAtStart(start);
@@ -73,7 +73,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         tags.mTexts.Complete(ReadTailTexts(aBytes, tails, codePage));
     }
     if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mAudioEnd)) {
-        return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none behind them",
+        return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none after them",
                       unsigned{frames.GetCount()}, static_cast<LongLong>(frames.GetFirst().mPosition),
                       static_cast<LongLong>(frames.GetEnd()));
     }

@@ -1,5 +1,6 @@
 #include "ezFormats/rules/ProfileRule.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezPlatform/text/Case.h"
 
 #include <algorithm>
@@ -103,10 +104,9 @@ bool ProfileRule_Implies(const ProfileRule& aRule, const ProfileRule& anOther) {
 }
 
 std::string ProfileRule_Quoted(std::string_view aText) {
-    constexpr std::size_t kLongest = 40;
     std::string text = "\"";
-    for (const char character : aText.substr(0, kLongest)) {
+    for (const char character : aText.substr(0, kProfileRules_MaxQuoted)) {
         text += character >= ' ' && character <= '~' ? character : '?';
     }
-    return text + (aText.size() > kLongest ? "...\"" : "\"");
+    return text + (aText.size() > kProfileRules_MaxQuoted ? "...\"" : "\"");
 }

@@ -46,11 +46,11 @@ std::uint64_t TakeSuffix(std::string_view* aText) {
 /// Digits with at most one dot between them, as digits and as the power of ten that divides them. False for
 /// all else, and for more than any fact can be.
 bool ReadDigits(std::string_view aText, std::uint64_t* aDigits, std::uint64_t* aDivisor) {
-    constexpr std::size_t kMostDigits = 16;
     bool fDot = false;
     *aDigits = 0;
     *aDivisor = 1;
-    if (aText.empty() || aText.size() > kMostDigits || !IsDigit(aText.front()) || !IsDigit(aText.back())) {
+    if (aText.empty() || aText.size() > kProfileRules_MaxDigits || !IsDigit(aText.front()) ||
+        !IsDigit(aText.back())) {
         return false;
     }
     for (const char character : aText) {

@@ -138,9 +138,8 @@ void AddLongTag(std::string& aList, std::string_view aText) {
 } // namespace
 
 void AddLanguages(std::string& aList, std::string_view aText) {
-    constexpr std::size_t kLongest = 64; // more than any tag, and than a row of codes that makes sense
     aText = ezTrimmed(aText);
-    if (aText.size() > kLongest) {
+    if (aText.size() > kLanguages_MaxText) {
         return;
     }
     std::string text(aText);

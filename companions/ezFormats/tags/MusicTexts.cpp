@@ -426,7 +426,6 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const 
 }
 
 MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
-    constexpr std::size_t kMaxKey = 256;
     constexpr std::uint32_t kKindMask = 0x6; // 0: text
     MusicTexts texts;
     ByteReader items(aBytes);
@@ -435,7 +434,7 @@ MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const Code
     for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && items.GetLeft() != 0; ++count) {
         const std::uint32_t size = items.ReadLittle32();
         const std::uint32_t flags = items.ReadLittle32();
-        const ezCString key = items.ReadZeroTerminated(kMaxKey);
+        const ezCString key = items.ReadZeroTerminated(kMusicTexts_MaxKey);
         ByteReader value = items.Take(size);
         if (!items.HasFailed() && (flags & kKindMask) == 0) {
             KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, aCodePage, texts);

@@ -8,9 +8,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// So that a time that is multiplied fits.
-constexpr milliseconds kLongestShare{60'000};
-
 std::string Seconds(milliseconds aTime) {
     std::string text = std::to_string(aTime.count() / 1000);
     if (aTime.count() % 1000 != 0) {
@@ -77,7 +74,7 @@ milliseconds ezHttpPatience::TimeLeft(Clock::time_point aNow) {
             "the server did not answer within " + Seconds(mStallTime * kHttp_StallTimesToHead) + " seconds";
         return milliseconds(0);
     }
-    return std::min(left, std::min(mStallTime - share, kLongestShare) * kHttp_StallTimesToHead);
+    return std::min(left, std::min(mStallTime - share, kHttp_LongestShare) * kHttp_StallTimesToHead);
 }
 
 bool ezHttpPatience::MayContinue(std::uint64_t aPartSize) {

@@ -117,7 +117,7 @@ private:
 
     void TakeBase(const MarkupPiece& aTag) {
         const std::string* location = aTag.FindAttribute("href");
-        if (location != nullptr && location->size() <= kMaximumBase) {
+        if (location != nullptr && location->size() <= kPlaylist_MaxBase) {
             (mfInEntry ? mEntryBase : mBase) = FolderOf(ezTrimmed(*location));
         }
     }

@@ -4,6 +4,7 @@
 #include "ezBytes/Utf8.h"
 
 #include "ezPlatform/text/CString.h"
+#include "ezPlaylists/detail/Limits.h"
 
 #include <algorithm>
 #include <array>
@@ -26,9 +27,6 @@ constexpr std::array<Mark, 2> kBigEndianMarks = {{{"\xFE\xFF"sv, false}, {"\0<"s
 constexpr std::array<std::string_view, 6> kEightBitNames = {
     {"iso-8859-1", "iso-8859-15", "latin1", "latin-1", "windows-1252", "cp1252"}};
 
-/// Where an XML declaration ends at the latest, so that a long first line is not searched as a whole.
-constexpr std::size_t kMaximumDeclaration = 256;
-
 bool StartsWith(std::string_view aText, std::string_view aStart) {
     return aText.substr(0, aStart.size()) == aStart;
 }
@@ -46,7 +44,7 @@ bool HasMark(std::string_view aDocument, const Marks& aMarks, std::size_t& aMark
 
 /// The encoding that the XML declaration names, in lower case; "" without one.
 std::string DeclaredEncoding(std::string_view aDocument) {
-    const std::string_view head = aDocument.substr(0, kMaximumDeclaration);
+    const std::string_view head = aDocument.substr(0, kMarkup_MaxDeclaration);
     const std::string_view declaration = head.substr(0, head.find("?>"));
     std::size_t at = declaration.find("encoding");
     if (!StartsWith(declaration, "<?") || at == std::string_view::npos) {

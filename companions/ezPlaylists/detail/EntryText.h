@@ -17,6 +17,3 @@ void AddTag(PlaylistParserEntry& anEntry, std::string_view aName, std::string_vi
 /// Whole seconds of "hh:mm:ss.fraction", of which only the seconds must be there; the fraction is dropped.
 /// 0, which is not known, for anything else, and what is too large is the largest number.
 uint32 SecondsOfClock(std::string_view aClock);
-
-/// A longer base is not applied: every location carries it, and thousands of them must fit into memory.
-constexpr std::size_t kMaximumBase = 2048;

@@ -10,9 +10,6 @@
 
 namespace {
 
-/// How far the search for a line end runs ahead at once.
-constexpr std::size_t kAhead = 1024;
-
 constexpr std::size_t kLongestMark = 3;
 
 } // namespace
@@ -95,7 +92,7 @@ std::size_t PlaylistLineReader::Find(Search* aSearch, std::string_view aBytes, s
         const std::size_t known =
             aSearch->mNoneBefore > base ? static_cast<std::size_t>(aSearch->mNoneBefore - base) : 0;
         const std::size_t from = std::max(aFrom, known);
-        const std::size_t to = std::min(aBytes.size(), from + kAhead);
+        const std::size_t to = std::min(aBytes.size(), from + kPlaylist_LookAhead);
         const void* found = std::memchr(aBytes.data() + from, aSearch->mByte, to - from);
         if (found != nullptr) {
             const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - aBytes.data());

@@ -14,15 +14,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f\v";
 
-/// A longer one is not known; what stands between a stray "&" and the next ";" is not searched.
-constexpr std::size_t kMaximumEntity = 12;
-
-/// No reader knows a longer one.
-constexpr std::size_t kMaximumName = 64;
-
-/// Further ones are dropped: each takes many times the memory of its two bytes in the document.
-constexpr std::size_t kMaximumAttributes = 32;
-
 constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
     {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
 
@@ -74,7 +65,7 @@ std::size_t EndOfDocumentType(std::string_view aText) {
 
 /// A name for comparing.
 std::string Lowered(std::string_view aName) {
-    std::string lower(aName.substr(0, kMaximumName));
+    std::string lower(aName.substr(0, kMarkup_MaxName));
     std::transform(lower.begin(), lower.end(), lower.begin(), ezLower);
     return lower;
 }
@@ -129,7 +120,7 @@ std::string WithoutEntities(std::string_view aText) {
         const std::size_t start = std::min(aText.find('&'), aText.size());
         text += aText.substr(0, start);
         aText.remove_prefix(start);
-        const std::size_t end = aText.substr(0, kMaximumEntity).find(';');
+        const std::size_t end = aText.substr(0, kMarkup_MaxEntity).find(';');
         if (end != std::string_view::npos && AppendMeaning(text, aText.substr(1, end - 1))) {
             aText.remove_prefix(end + 1);
         } else if (!aText.empty()) {
@@ -260,7 +251,7 @@ bool MarkupScanner::TakeAttributes(MarkupPiece& aPiece) {
             ++mAt; // a character that no tag should have
             continue;
         }
-        if (aPiece.mAttributes.size() < kMaximumAttributes) {
+        if (aPiece.mAttributes.size() < kMarkup_MaxAttributes) {
             aPiece.mAttributes.push_back(std::move(attribute));
         }
     }

@@ -6,13 +6,6 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
-/// Never more is buffered than the longest line, its end (two units of 16 bits), and a block.
-constexpr std::size_t kMaxBuffered = kPlaylist_MaxLine + 4;
-
-} // namespace
-
 PlaylistStreamReader::PlaylistStreamReader(ezStream* aStream)
     : mStream(aStream), mBlock(kPlaylist_FirstBlock) {}
 
@@ -66,7 +59,7 @@ bool PlaylistStreamReader::StandAfterBuffer() {
 }
 
 bool PlaylistStreamReader::Grow() {
-    if (mfEnd || mfFailed || IsAtLimit() || mCount - mOffset > kMaxBuffered) {
+    if (mfEnd || mfFailed || IsAtLimit() || mCount - mOffset > kPlaylist_MaxBuffered) {
         return false;
     }
     if (!StandAfterBuffer() || !MakeRoom(mBlock)) {

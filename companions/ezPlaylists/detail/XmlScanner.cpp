@@ -27,7 +27,7 @@ bool XmlScanner::Next() {
 }
 
 void XmlScanner::Enter() {
-    if (mDepth < kNamedLevels) {
+    if (mDepth < kXml_NamedLevels) {
         mNames[mDepth] = mPiece.mName;
     }
     mLevel = ++mDepth;
@@ -36,7 +36,7 @@ void XmlScanner::Enter() {
 /// False for an end tag that ends nothing, or another element than the one that is open.
 bool XmlScanner::Leave() {
     mLevel = mDepth;
-    const bool fOther = mDepth != 0 && mDepth <= kNamedLevels && mNames[mDepth - 1] != mPiece.mName;
+    const bool fOther = mDepth != 0 && mDepth <= kXml_NamedLevels && mNames[mDepth - 1] != mPiece.mName;
     if (mDepth == 0 || fOther) {
         mfOver = true;
         return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ezPlaylists/detail/Limits.h"
 #include "ezPlaylists/detail/MarkupScanner.h"
 
 #include <array>
@@ -31,15 +32,14 @@ public:
     std::string_view LocalName() const;
 
 private:
-    static constexpr std::size_t kNamedLevels = 8;
-
     void Enter();
     bool Leave();
 
     MarkupScanner mScanner;
     MarkupPiece mPiece;
-    std::array<std::string, kNamedLevels> mNames; ///< of the elements that are open, as far as they are kept
-    std::size_t mDepth = 0;                       ///< elements that are open
+    std::array<std::string, kXml_NamedLevels>
+        mNames;             ///< of the elements that are open, as far as they are kept
+    std::size_t mDepth = 0; ///< elements that are open
     std::size_t mLevel = 0;
     bool mfOver = false;
 };

@@ -110,11 +110,11 @@ private:
     LocationBasePtr BaseOf(const MarkupPiece& aTag, const LocationBasePtr& anOuterBase) {
         const std::string* attribute = aTag.FindAttribute("xml:base");
         const std::string_view own = attribute != nullptr ? ezTrimmed(*attribute) : std::string_view();
-        if (own.empty() || own.size() > kMaximumBase || IsSpent(anOuterBase)) {
+        if (own.empty() || own.size() > kPlaylist_MaxBase || IsSpent(anOuterBase)) {
             return anOuterBase;
         }
         const std::string base = Resolved(anOuterBase, std::string(own));
-        return base.size() <= kMaximumBase ? std::make_shared<const LocationBase>(base) : anOuterBase;
+        return base.size() <= kPlaylist_MaxBase ? std::make_shared<const LocationBase>(base) : anOuterBase;
     }
 
     bool IsSpent(const LocationBasePtr& aBase) {

@@ -9,7 +9,7 @@ bool PictureReader::Append() {
         return false;
     }
     const LimitedRead read =
-        WaitingReadWithin(*mStream, mArrived, mBlock.get() + mCount, kBlock - mCount, mLeft);
+        WaitingReadWithin(*mStream, mArrived, mBlock.get() + mCount, kPicture_BlockSize - mCount, mLeft);
     mEnding = read.mEnding;
     if (IsPastLimit()) {
         return false;
@@ -22,7 +22,7 @@ bool PictureReader::Append() {
 bool PictureReader::Fill() {
     mCount = 0;
     mOffset = 0;
-    while (mCount < kBlock && Append()) {
+    while (mCount < kPicture_BlockSize && Append()) {
     }
     return mCount != 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezThumbnails/detail/Picture.h"
+#include "ezThumbnails/detail/PictureLimits.h"
 
 #include "ezBytes/WaitingRead.h"
 
@@ -39,13 +40,12 @@ public:
 private:
     bool Append();
 
-    static constexpr std::size_t kBlock = 16384;
-
     ezStream* mStream;
     ezCondition mArrived;
     std::uint64_t mLeft;
     std::size_t mCount = 0;
     std::size_t mOffset = 0;
     ReadEnding mEnding = ReadEnding::None;
-    PictureBytes mBlock = NewPictureBytes(kBlock); ///< null without memory for it: nothing is read
+    PictureBytes mBlock =
+        NewPictureBytes(kPicture_BlockSize); ///< null without memory for it: nothing is read
 };

@@ -4,6 +4,7 @@
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/detail/AreaScaler.h"
 #include "ezThumbnails/detail/CodecEscape.h"
+#include "ezThumbnails/detail/PictureLimits.h"
 #include "ezThumbnails/detail/PictureReader.h"
 
 #include "ezPlatform/base/Memory.h"
@@ -14,18 +15,9 @@
 
 namespace {
 
-/// The largest block that the codec may take, and so the largest chunk that is kept, which is one of eXIf;
-/// those that are passed over have no bound. Some versions of the codec ask for as much as an eXIf states,
-/// whatever the limit on chunks. The largest row of an allowed picture stays well below.
-constexpr png_alloc_size_t kMaxBlock = 4 << 20;
-
 /// Chunks of no use here that can be large or many: they are skipped, their check sums looked at.
 constexpr png_byte kSkippedChunks[] = "iCCP\0iTXt\0tEXt\0zTXt\0sPLT\0hIST\0pCAL\0sCAL";
 constexpr int kSkippedChunkCount = 8;
-
-/// Gammas, in 100,000ths, that a picture may state; others are mistakes, and not followed.
-constexpr png_fixed_point kMinGamma = 10'000;
-constexpr png_fixed_point kMaxGamma = 1'000'000;
 
 /// Lays the pixels of a row on white and leaves the alpha out, within the row.
 void LayOnWhite(unsigned char* aRow, uint32 aWidth) {
@@ -62,7 +54,7 @@ struct PngDecoder::State {
     static void OnWarning(png_structp /*aPng*/, png_const_charp /*aText*/) {} // the base prints
 
     static png_voidp OnAllocate(png_structp /*aPng*/, png_alloc_size_t aSize) {
-        return aSize <= kMaxBlock ? ezMalloc(aSize) : nullptr;
+        return aSize <= kPNG_MaxBlock ? ezMalloc(aSize) : nullptr;
     }
     static void OnFree(png_structp /*aPng*/, png_voidp aBlock) { ezFree(aBlock); }
 
@@ -103,7 +95,7 @@ struct PngDecoder::State {
         png_set_read_fn(png, aState, OnRead);
         png_set_crc_action(png, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
         png_set_user_limits(png, PictureThumbnailGenerator::kMaxSide, PictureThumbnailGenerator::kMaxSide);
-        png_set_chunk_malloc_max(png, kMaxBlock);
+        png_set_chunk_malloc_max(png, kPNG_MaxBlock);
         png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, kSkippedChunks, kSkippedChunkCount);
         png_read_info(png, aState->mInfo);
         aState->mHeader.mWidth = png_get_image_width(png, aState->mInfo);
@@ -127,7 +119,8 @@ struct PngDecoder::State {
         }
         png_fixed_point gamma = 0;
         if (png_get_valid(png, aState->mInfo, PNG_INFO_sRGB) == 0 &&
-            png_get_gAMA_fixed(png, aState->mInfo, &gamma) != 0 && gamma >= kMinGamma && gamma <= kMaxGamma) {
+            png_get_gAMA_fixed(png, aState->mInfo, &gamma) != 0 && gamma >= kPNG_MinGamma &&
+            gamma <= kPNG_MaxGamma) {
             png_set_gamma_fixed(png, PNG_DEFAULT_sRGB, gamma);
         }
     }

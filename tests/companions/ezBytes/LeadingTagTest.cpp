@@ -1,4 +1,5 @@
 #include "ezBytes/LeadingTag.h"
+#include "ezBytes/Limits.h"
 
 #include <gtest/gtest.h>
 

@@ -2,11 +2,15 @@
 #include "companions/ezFormats/FormatHost.h"
 #include "companions/ezFormats/SparseStream.h"
 
+#include "ez/MediaParserManager.h"
+#include "ez/ParseObserver.h"
 #include "ezBytes/Utf8.h"
 
 #include "support/NewBlocks.h"
 #include "support/Samples.h"
 
+#include <algorithm>
+#include <array>
 #include <set>
 #include <sstream>
 
@@ -97,6 +101,33 @@ std::string WithoutSeek(std::string aField) {
     aField.erase(at, seek.size() + (aField[at + seek.size()] == ';' ? 1 : 0));
     return aField.empty() ? "*" : aField;
 }
+
+/// A parser for any media that asks one of a type, and takes its answer.
+class AskingParser : public ezMediaParser {
+public:
+    explicit AskingParser(const char* aAsked) : ezMediaParser("*", nullptr, false), mAsked(aAsked) {}
+    ezMediaInfo* Parse(ezMediaParserStream& aStream) override {
+        return mManager->ParseFromType(mAsked, aStream);
+    }
+    bool AdjustDLNAInfo(ezMediaInfo* /*anInfo*/) override { return false; }
+
+private:
+    const char* mAsked;
+};
+
+/// Writes down each refusal that it is told, as the log has it.
+class RefusalObserver : public ezParseObserver {
+public:
+    explicit RefusalObserver(std::string aName) : mName(std::move(aName)) {}
+    void ParserRefused(const ezBaseParser& /*aParser*/, ezParseRefusal aCause, const char* aText) override {
+        constexpr std::array<const char*, 4> kCauses = {"malformed", "unsupported", "limit", "read error"};
+        mLines.push_back(mName + ": " + kCauses.at(static_cast<std::size_t>(aCause)) + ": " + aText + "\n");
+    }
+    std::vector<std::string> mLines;
+
+private:
+    std::string mName;
+};
 
 } // namespace
 
@@ -317,6 +348,41 @@ TYPED_TEST(EveryFormat, WhatIsNotOfItIsRefusedWithACause) {
         const Answer answer = this->Parse(file.mBytes);
         EXPECT_TRUE(this->IsRefusal(answer.mText, {"malformed", "unsupported", "limit"})) << answer.mText;
         this->ExpectInOrder(answer);
+    }
+}
+
+TYPED_TEST(EveryFormat, ObserverIsToldWhatTheLogSaysOfEachRefusalAndChangesNoAnswer) {
+    const std::string name = this->Format().mName;
+    std::vector<NamedFile> files = this->Others();
+    files.push_back({"nothing", ""});
+    const std::size_t refused = files.size();
+    for (NamedFile& file : this->Usual()) {
+        files.push_back({file.mName + ", cut", file.mBytes.substr(0, file.mBytes.size() / 3)});
+        files.push_back(std::move(file));
+    }
+    for (const int level : {5, 2}) { // a host that logs nothing of it is told the same
+        ezMediaParserManager manager(nullptr);
+        manager.Add(new AskingParser(this->Format().mType));
+        manager.Add(new TypeParam);
+        std::size_t told = 0;
+        for (const NamedFile& file : files) {
+            SCOPED_TRACE(file.mName);
+            AwkwardStream stream(file.mBytes);
+            LogCatcher quiet;
+            const std::string unobserved = DumpRecord(Record(manager.Parse(stream)).get());
+            std::vector<std::string> logged = quiet.Texts();
+            logged.erase(std::remove_if(logged.begin(), logged.end(),
+                                        [&](const std::string& aText) { return !this->IsRefusal(aText); }),
+                         logged.end());
+            RefusalObserver observer(name);
+            const LogCatcher log(level);
+            manager.SetObserver(&observer);
+            EXPECT_EQ(DumpRecord(Record(manager.Parse(stream)).get()), unobserved);
+            manager.SetObserver(nullptr);
+            EXPECT_EQ(observer.mLines, logged);
+            told += observer.mLines.size();
+        }
+        EXPECT_GE(told, refused) << level;
     }
 }
 

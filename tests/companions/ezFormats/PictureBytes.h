@@ -97,15 +97,20 @@ inline std::string Adobe(unsigned aTransform) {
 
 // ---- Exif ----
 
-/// A TIFF block of one directory with two entries, the picture's width and its orientation; the directory
-/// stands after aGap bytes.
-inline std::string Tiff(unsigned anOrientation, bool afLittle = false, std::size_t aGap = 0) {
+/// A TIFF block of one directory with some entries, the picture's width in all but the last, which is its
+/// orientation; the directory stands after aGap bytes.
+inline std::string Tiff(unsigned anOrientation, bool afLittle = false, std::size_t aGap = 0,
+                        unsigned aCount = 2) {
     const auto number = afLittle ? Little : Big;
     const auto entry = [&](unsigned aTag, unsigned aValue) { // a short, and one of it
         return number(aTag, 2) + number(3, 2) + number(1, 4) + number(aValue, 2) + number(0, 2);
     };
-    return (afLittle ? "II" : "MM") + number(42, 2) + number(8 + aGap, 4) + std::string(aGap, '\0') +
-           number(2, 2) + entry(0x0100, 7) + entry(0x0112, anOrientation) + number(0, 4);
+    std::string tiff = (afLittle ? "II" : "MM") + number(42, 2) + number(8 + aGap, 4) +
+                       std::string(aGap, '\0') + number(aCount, 2);
+    for (unsigned i = 1; i < aCount; ++i) {
+        tiff += entry(0x0100, 7);
+    }
+    return tiff + entry(0x0112, anOrientation) + number(0, 4);
 }
 
 /// An entry of the directory of a photo: a text, which stands elsewhere where it has more than four bytes.

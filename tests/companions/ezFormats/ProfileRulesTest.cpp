@@ -48,6 +48,8 @@ TEST(ProfileRules, NumbersTakeDecimalsKAndM) {
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-bit-rate=-4294967294", "mt=audio/mpeg ar=4294967294"), "MP3");
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg channels=0000000000000002", "mt=audio/mpeg ac=2"), "MP3")
         << "16 digits";
+    EXPECT_EQ(ProblemsOf("MP3 audio/mpeg channels=00000000000000002"),
+              Texts({"1: \"00000000000000002\" is not a number or range that channels can be"}));
 }
 
 TEST(ProfileRules, FrameRatesAreMetAHundredthBelowAndAThousandthAbove) {

@@ -225,9 +225,9 @@ TEST(DescriptorFaults, TheMediaComesWholeOrEndsInAnError) {
             EXPECT_EQ(Sweep(Source::Pipe, row.mCall, row.mError, times), row.mOfPipe) << times;
             std::string ofFile = Sweep(Source::File, row.mCall, row.mError, times);
             // A thread that has brought all may look for more before it is ended, and nobody reads that.
-            const std::size_t behind = ofFile.size() - std::min(ofFile.size(), whole.size());
-            if (row.mCall == Call::PRead && ofFile.substr(behind) == whole) {
-                ofFile.resize(behind);
+            const std::size_t after = ofFile.size() - std::min(ofFile.size(), whole.size());
+            if (row.mCall == Call::PRead && ofFile.substr(after) == whole) {
+                ofFile.resize(after);
             }
             EXPECT_EQ(ofFile, row.mOfFile) << times;
         }

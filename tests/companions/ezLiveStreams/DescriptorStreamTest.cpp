@@ -132,9 +132,9 @@ TEST(DescriptorStream, AFileIsTheMediaFromItsOffsetOn) {
     }
     EXPECT_EQ(lseek(file, 0, SEEK_CUR), 7);
     ASSERT_EQ(lseek(file, 10'000'000, SEEK_SET), 10'000'000);
-    ezStreamMediaParserStream behind(new ezDescriptorStream(file, "", Waiting()), true);
-    EXPECT_TRUE(behind.Open());
-    EXPECT_EQ(ReadWaiting(behind, 1), Got(""));
+    ezStreamMediaParserStream after(new ezDescriptorStream(file, "", Waiting()), true);
+    EXPECT_TRUE(after.Open());
+    EXPECT_EQ(ReadWaiting(after, 1), Got(""));
     close(file);
 }
 

@@ -239,3 +239,23 @@ TEST(FeedStream, ItsThreadTakesNoSignals) {
     pthread_sigmask(SIG_SETMASK, nullptr, &ours);
     EXPECT_EQ(sigismember(&ours, SIGINT), 0);
 }
+
+TEST(FeedStream, CancelEndsAReaderThatWaitsForBytesOrForTheSize) {
+    for (const bool fWaitForSize : {false, true}) {
+        for (int i = 0; i < 100; ++i) {
+            auto* const feed = new ScriptedFeed(Window(64, fWaitForSize), [](ezFeedBuffer& aBuffer) {
+                std::uint64_t position = 0;
+                EXPECT_FALSE(aBuffer.WaitForMove(&position)) << "it lets the feed go too";
+            });
+            ezStreamMediaParserStream stream(feed, true);
+            std::thread canceller([feed] { feed->Cancel(); });
+            EXPECT_FALSE(stream.Open());
+            canceller.join();
+            EXPECT_FALSE(feed->IsOpened());
+            EXPECT_EQ(feed->GetSize(), ezuint64(0));
+            EXPECT_EQ(ReadOnce(*feed, 1).mStatus, ezStreamingStatus_InvalidState);
+            EXPECT_FALSE(feed->HasFailed());
+            feed->Cancel();
+        }
+    }
+}

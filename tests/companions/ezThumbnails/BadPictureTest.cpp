@@ -206,13 +206,13 @@ TEST_F(BadPicture, WithMuchBesideThePictureIsTakenWithoutKeepingIt) {
                                     });
     // Put together here: what making all of them left free would be taken again unseen.
     const std::size_t chunk = png.find("zTXt") - 4;
-    const std::size_t behind = png.find("IDAT") - 4;
-    ASSERT_LT(chunk, behind);
+    const std::size_t after = png.find("IDAT") - 4;
+    ASSERT_LT(chunk, after);
     std::string many = png.substr(0, chunk);
     for (int i = 0; i < 20; ++i) {
-        many += png.substr(chunk, behind - chunk);
+        many += png.substr(chunk, after - chunk);
     }
-    ExpectTakenWithin(kLittleMemory, many + png.substr(behind));
+    ExpectTakenWithin(kLittleMemory, many + png.substr(after));
 }
 
 TEST_F(BadPicture, ThatStatesALargeBlockIsNotGivenTheMemoryForIt) {

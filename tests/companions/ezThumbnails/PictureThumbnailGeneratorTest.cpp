@@ -323,6 +323,17 @@ TEST_F(ThumbnailGenerator, BringsAPngToTheGammaOfSRGB) {
     const TestPicture grey = Quarters(400, 300, {{0}, {55}, {128}, {255}});
     ExpectCorners(BuildPng(MakePng(grey, PNG_COLOR_TYPE_GRAY, 8, false, linear)),
                   Opaque({kBlack, {127, 127, 127}, {186, 186, 186}, kWhite}), 3);
+    const std::vector<Pixel> plain = CornersOf(BuildPng(MakePng(grey, PNG_COLOR_TYPE_GRAY)));
+    const auto isFollowed = [&](png_fixed_point aGamma) {
+        const auto stated = [=](png_structp aPng, png_infop anInfo) {
+            png_set_gAMA_fixed(aPng, anInfo, aGamma);
+        };
+        return CornersOf(BuildPng(MakePng(grey, PNG_COLOR_TYPE_GRAY, 8, false, stated))) != plain;
+    };
+    EXPECT_TRUE(isFollowed(10'000));
+    EXPECT_FALSE(isFollowed(9'999)) << "a mistake";
+    EXPECT_TRUE(isFollowed(1'000'000));
+    EXPECT_FALSE(isFollowed(1'000'001)) << "a mistake";
 }
 
 TEST_F(ThumbnailGenerator, AveragesWhatAPixelCovers) {

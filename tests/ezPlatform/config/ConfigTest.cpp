@@ -39,8 +39,8 @@ Keys KeysOf(const ezConfig& aConfig, const ezCString& aSection, bool afMerged = 
         const ezCString name = aConfig.GetKeyNameCString(aSection, i, afMerged);
         keys.emplace_back(Str(name), Str(aConfig.GetCString(aSection, name, "<absent>")));
     }
-    EXPECT_EQ(Str(aConfig.GetKeyNameCString(aSection, count, afMerged)), "") << "behind the end";
-    EXPECT_EQ(Str(aConfig.GetKeyNameCString(aSection, SIZE_MAX, afMerged)), "") << "behind the end";
+    EXPECT_EQ(Str(aConfig.GetKeyNameCString(aSection, count, afMerged)), "") << "after the end";
+    EXPECT_EQ(Str(aConfig.GetKeyNameCString(aSection, SIZE_MAX, afMerged)), "") << "after the end";
     return keys;
 }
 

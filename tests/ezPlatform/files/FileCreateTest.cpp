@@ -6,6 +6,7 @@
 #include <climits>
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <vector>
@@ -329,6 +330,33 @@ TEST_F(FileCreate, EveryFailingCallLeavesTheOldFile) {
     }
     EXPECT_TRUE(Save(mPath, kNew)) << "and the next save succeeds";
     EXPECT_EQ(ContentAt(mPath), kNew);
+}
+
+TEST_F(FileCreate, EightNamesAreTriedAndTheTargetIsLookedForAHundredTimes) {
+    static int sLeft = 0;
+    const auto saves = [&](int aCount, const std::function<void(ezSystemCalls&)>& aReplace) {
+        sLeft = aCount;
+        const ReplacedSystem system(aReplace);
+        return Save(mPath, kNew);
+    };
+    const auto taken = [](ezSystemCalls& aCalls) {
+        aCalls.mOpenAt = [](int aFolder, const char* aName, int aFlags, mode_t aMode) {
+            errno = EEXIST;
+            const bool fTaken = (aFlags & O_CREAT) != 0 && sLeft-- > 0;
+            return fTaken ? -1 : ezSystem_Real().mOpenAt(aFolder, aName, aFlags, aMode);
+        };
+    };
+    EXPECT_TRUE(saves(7, taken));
+    EXPECT_FALSE(saves(8, taken));
+    const auto elsewhere = [](ezSystemCalls& aCalls) {
+        aCalls.mLStatAt = [](int aFolder, const char* aName, struct stat* aStatus) {
+            const int result = ezSystem_Real().mLStatAt(aFolder, aName, aStatus);
+            aStatus->st_ino += sLeft-- > 0 ? 1 : 0;
+            return result;
+        };
+    };
+    EXPECT_TRUE(saves(2 * 100 - 1, elsewhere)) << "each look asks two names";
+    EXPECT_FALSE(saves(2 * 100, elsewhere));
 }
 
 TEST_F(FileCreate, AKilledWriterLeavesTheOldFileAndTheNextSaveClearsUp) {

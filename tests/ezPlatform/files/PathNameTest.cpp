@@ -117,7 +117,7 @@ TEST(PathName, APOSIXNameThatHoldsABackslashStillOpens) {
     const std::string text = folder.Write("side\\film.mpg", "content");
     const ezPathName path = ezPathName::MakeFilePath(text.c_str());
     EXPECT_EQ(Str(path.GetFullPath()), text);
-    EXPECT_EQ(Str(path.GetFullName()), "film.mpg") << "its names are those behind the backslash";
+    EXPECT_EQ(Str(path.GetFullName()), "film.mpg") << "its names are those after the backslash";
     EXPECT_TRUE(ezFile(path.GetFullPath(), ezFileOpenMode_Read).Open());
 }
 

@@ -39,7 +39,7 @@ Lines LinesOf(ezTextFile& aFile) {
     while (aFile.NextLine(&text, &fCut)) {
         lines.push_back({std::string(text.View()), fCut});
     }
-    EXPECT_TRUE(text.IsEmpty()) << "behind the last line there is none";
+    EXPECT_TRUE(text.IsEmpty()) << "there is none after the last line";
     EXPECT_FALSE(fCut);
     return lines;
 }
@@ -179,7 +179,7 @@ TEST(TextFile, AFileThatFailsToBeReadEndsThere) {
     EXPECT_EQ(LinesOf(file), Whole({"a", "b"}));
     EXPECT_TRUE(file.HasFailed());
     ezSystem_Replace(nullptr);
-    EXPECT_EQ(LinesOf(file), Lines()) << "what stands behind a gap is no line of the file";
+    EXPECT_EQ(LinesOf(file), Lines()) << "what stands after a gap is no line of the file";
 }
 
 TEST(TextFile, ALineOf10MBTakesNoMoreMemoryThanItsLimit) {

@@ -243,7 +243,7 @@ TEST_F(FileStream, AnErrorOfTheSystemIsAReadErrorAndMovesNothing) {
     EXPECT_EQ(Take(*stream, 4), "8 0 ");
     EXPECT_EQ(Take(*stream, 4), "0 4 2345");
     system.mPReadOutcomes = {{0, 2}, {EIO}};
-    EXPECT_EQ(Take(*stream, 3), "8 0 ") << "behind a part of what was asked";
+    EXPECT_EQ(Take(*stream, 3), "8 0 ") << "after a part of what was asked";
     EXPECT_EQ(Take(*stream, 100), "1 4 6789");
 }
 

@@ -100,7 +100,7 @@ TEST(MimeTypeInfo, AQuoteThatIsNeverClosedSpoilsItsParameterAlone) {
     EXPECT_EQ(type.Value("x"), "1");
     EXPECT_EQ(type.Value("y"), "<none>");
     EXPECT_EQ(type.Value("z"), "<none>") << "it stands inside the quote";
-    EXPECT_EQ(ValueOf(R"(a/b;y="2\)", "y"), "<none>") << "nothing behind the backslash";
+    EXPECT_EQ(ValueOf(R"(a/b;y="2\)", "y"), "<none>") << "nothing after the backslash";
     EXPECT_EQ(ValueOf("a/b;y=\"", "y"), "<none>");
     EXPECT_EQ(ValueOf(R"(a/b;y="2\")", "y"), "<none>") << "an escaped quote closes nothing";
 }

@@ -416,7 +416,7 @@ TEST(URICombine, NoPathIsReadAsASchemeOrAnAuthorityAfterwards) {
     EXPECT_EQ(Combined("", "Artist: Song"), "./Artist:%20Song");
     EXPECT_EQ(Combined("ab:/c", "/.//d"), "ab:/.//d");
     EXPECT_EQ(Combined("", "/.//d"), "/.//d");
-    EXPECT_EQ(Combined("http://h/c", "/.//d"), "http://h//d") << "behind an authority it cannot be";
+    EXPECT_EQ(Combined("http://h/c", "/.//d"), "http://h//d") << "after an authority it cannot be";
 }
 
 TEST(URICombine, TheResultHoldsNoByteThatNoURIHolds) {

@@ -1,6 +1,4 @@
 #include "Announce.h"
-#include "host/ProtocolInfos.h"
-#include "host/TypesTableParser.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -8,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,7 +22,10 @@ const std::string& OfFormats() {
     return text;
 }
 
-const std::string kNote = "ezannounce: mediaCTRLMediaTypes.ini: no media types found in ";
+/// What is said where there are no media types.
+std::string NoTypes(const std::string& aPlaces) {
+    return "ezannounce: no media types: " + aPlaces + "; --config names the folder of the file\n";
+}
 
 } // namespace
 
@@ -80,24 +82,6 @@ TEST(Capabilities, OfTheSamplesNameEachTypeOnceAndTheSameEveryTime) {
     EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(), lines.size());
     EXPECT_EQ(result.mOut.find("application/pdf"), std::string::npos);
     EXPECT_EQ(Announce({"capabilities"}).mOut, result.mOut);
-}
-
-TEST(Capabilities, KeepCommasThatBelongToAnEntry) {
-    EXPECT_EQ(ProtocolInfosOf("video/a:DLNA.ORG_PS=2\\,4;X,audio/b;x=1:*,,audio/c,x\\y/z:*"),
-              (Lines{"http-get:*:video/a:DLNA.ORG_PS=2,4;X", "http-get:*:audio/b;x=1:*",
-                     "http-get:*:audio/c:*", "http-get:*:x\\y/z:*"}));
-    EXPECT_EQ(ProtocolInfosOf(""), Lines{});
-}
-
-TEST(MimeTypes, ThatCanStandInAListAreToldFromOthers) {
-    for (const char* text : {"audio/mpeg", "image/svg+xml", "audio/l16;rate=44100;channels=2", "a/b;",
-                             "application/x-dtcp1;contentformat=\"video/mpeg\""}) {
-        EXPECT_TRUE(IsMimeType(text)) << text;
-    }
-    for (const char* text : {"", "audio", "/mpeg", "audio/", "a/b/c", "a:b/c", "a b/c", "a/b;x=1,2",
-                             "a/b;x:y", "a/b; c", "a/\x01", "a/\xC3\xA4", "a/b;\n", ";a/b"}) {
-        EXPECT_FALSE(IsMimeType(text)) << text;
-    }
 }
 
 TEST(Types, LooksUpAnExtensionInAnyCaseWithOrWithoutItsDot) {
@@ -174,9 +158,12 @@ TEST(Configuration, WithCarriageReturnsAndAByteOrderMarkIsRead) {
 }
 
 TEST(Configuration, ThatIsMissingEmptyOrAFolderIsSaidAndNothingIsRecognised) {
-    for (const char* kind : {"missing", "empty", "folder", "binary"}) {
+    const std::map<std::string, std::string> kinds = {{"missing", "not found"},
+                                                      {"empty", "no types were read from it"},
+                                                      {"folder", "not a regular file"},
+                                                      {"binary", "no types were read from it"}};
+    for (const auto& [which, reason] : kinds) {
         const TemporaryFolder folder;
-        const std::string which = kind;
         if (which == "folder") {
             std::filesystem::create_directory(folder.Path(kIni));
         } else if (which != "missing") {
@@ -184,11 +171,27 @@ TEST(Configuration, ThatIsMissingEmptyOrAFolderIsSaidAndNothingIsRecognised) {
         }
         const ProgramResult result =
             RunTool({"--config", folder.GetPath(), EZ_SAMPLES "/music/morning-walk.mp3"});
-        EXPECT_EQ(result.mStatus, 1) << kind;
-        EXPECT_EQ(result.mError, kNote + folder.GetPath() + "; --config names the folder of the file\n")
-            << kind;
-        EXPECT_NE(result.mOut.find("not recognised"), std::string::npos) << kind;
+        EXPECT_EQ(result.mStatus, 1) << which;
+        EXPECT_EQ(result.mError, NoTypes(folder.Path(kIni) + ": " + reason));
+        EXPECT_NE(result.mOut.find("not recognised"), std::string::npos) << which;
     }
+}
+
+TEST(Configuration, ThatIsMissingIsSaidOfAllPlacesThatWereLookedAt) {
+    const TemporaryFolder working;
+    const TemporaryFolder named;
+    const TemporaryFolder state;
+    working.Write("ConfigPath.ini", "[ConfigPath]\nReadOnly=" + named.GetPath() + "\n");
+    ProgramOptions options;
+    options.mFolder = working.GetPath();
+    const std::string path =
+        "ConfigPath.ini: names the read-only folder; " + named.Path(kIni) + ": not found; ";
+    const ProgramResult result = RunTool({"capabilities"}, options);
+    EXPECT_EQ(result.mStatus, 0);
+    EXPECT_EQ(result.mOut, OfFormats());
+    EXPECT_EQ(result.mError, NoTypes(path + "./mediaCTRLMediaTypes.ini: not found"));
+    EXPECT_EQ(RunTool({"capabilities", "--state", state.GetPath()}, options).mError,
+              NoTypes(path + state.Path(kIni) + ": not found"));
 }
 
 TEST(Configuration, OfTheStateFolderLiesOverTheOther) {
@@ -227,20 +230,14 @@ TEST(Configuration, IsFoundThroughConfigPathInTheWorkingDirectory) {
 }
 
 TEST(Configuration, ThatWasInstalledIsUsedWhereTheWorkingDirectoryHasNone) {
-    const TemporaryFolder installed;
     const TemporaryFolder working;
-    std::filesystem::create_directories(installed.Path("bin"));
-    std::filesystem::copy_file(EZANNOUNCE, installed.Path("bin/ezannounce"));
-    installed.Write(std::string("share/ezannounce/") + kIni,
-                    "[MimeTypes]\ninst=i@audio/installed@item.audioItem\n");
     ProgramOptions options;
     options.mFolder = working.GetPath();
-    const auto capabilities = [&] {
-        return RunProgram(installed.Path("bin/ezannounce"), {"capabilities"}, options).mOut;
-    };
-    EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/installed:*\n");
+    // The build tree is laid out like an installed one.
+    const std::string installed = RunTool({"capabilities"}, options).mOut;
+    EXPECT_EQ(installed, Announce({"capabilities"}).mOut);
     working.Write(kIni, "[MimeTypes]\nwork=w@audio/work@item.audioItem\n");
-    EXPECT_EQ(capabilities(), OfFormats() + "http-get:*:audio/work:*\n");
+    EXPECT_EQ(RunTool({"capabilities"}, options).mOut, OfFormats() + "http-get:*:audio/work:*\n");
 }
 
 TEST(CodePage, ReachesTheLibrary) {

@@ -281,6 +281,28 @@ TEST(WebServer, APathIsTheURLAndTheTimeThatOfTheServer) {
     EXPECT_TRUE(Json::parse(unknown.mOut)["mime_type"].is_null());
 }
 
+TEST(WebServer, TheEntriesToWhichItsTypeLedAreExplained) {
+    HttpMedia media;
+    media.mBytes = ReadWholeFile(EZ_SAMPLES "/music/morning-walk.mp3");
+    media.mFields = "Content-Type: audio/mpeg\r\n";
+    const HttpServer song(Serving(media));
+    const std::string found = Announce({"--explain", song.URL("/song")}).mOut;
+    EXPECT_NE(found.find("\n  entries          of the MIME type: mp3\n"), std::string::npos) << found;
+    EXPECT_NE(found.find("item.audioItem.musicTrack         entry \"mp3\" of the media types file\n"),
+              std::string::npos)
+        << found;
+    media.mBytes = "no song";
+    const HttpServer other(Serving(media));
+    EXPECT_NE(Announce({"--explain", other.URL("/a.gif")})
+                  .mOut.find("\n  entries          of the MIME type: mp3, mp2\n"
+                             "                   of the extension: gif\n"),
+              std::string::npos);
+    media.mFields = "Content-Type: audio/unheard\r\n"; // which leads to no entry
+    const HttpServer unheard(Serving(media));
+    EXPECT_NE(Announce({"--explain", unheard.URL("/a.gif")}).mOut.find("\n  entries          gif\n"),
+              std::string::npos);
+}
+
 TEST(WebServer, FailuresNameTheOperandAndTheReason) {
     const HttpServer missing([](const HttpRequest&, HttpConnection& aConnection) {
         aConnection.Send(HttpHead("404 Not Found", "Content-Length: 0\r\n"));

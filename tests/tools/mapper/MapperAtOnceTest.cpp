@@ -1,11 +1,12 @@
 #include "Announce.h"
-#include "host/ConfigFolders.h"
 #include "mapper/MapperEdit.h"
 #include "mapper/MapperLock.h"
 #include "mapper/MapperTable.h"
 #include "output/Console.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
+
+#include "ezHosting/HostFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -130,7 +131,7 @@ TEST_F(MapperAtOnce, AnEditIsMadeTenTimesAtTheMostWhereTheFileIsWrittenMeanwhile
         const int status = EditMapper(
             arguments,
             [&] {
-                auto mapper = OpenMapper({mFolder.GetPath(), mFolder.GetPath()}, nullptr, false, console);
+                auto mapper = OpenMapper(FindHostFolders(mFolder.GetPath()), nullptr, false, console);
                 if (loads++ < writes) {
                     mFolder.Write("_MediaMapper.txt", kTable + ("#" + std::to_string(loads) + "\n"));
                 }

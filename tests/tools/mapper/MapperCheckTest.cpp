@@ -1,6 +1,7 @@
 #include "mapper/MapperCheck.h"
 #include "Announce.h"
 #include "ez/DLNAMediaMapper.h"
+#include "mapper/Limits.h"
 #include "support/TemporaryFolder.h"
 #include "support/WholeFile.h"
 
@@ -139,6 +140,19 @@ TEST(MapperCheck, NamesDoubledLinesAndEntriesThatNeverAnswer) {
                      "4: the same line as line 2",
                      "5: 'clip' stands in line 3 too, whose profile 'A' comes first: this one never answers",
                      " entries: 5, findings: 3"}));
+}
+
+TEST(MapperCheck, CutsALongNameThatItRepeats) {
+    for (const std::size_t length : {100U, 101U}) {
+        const std::string name(length, 'n');
+        const std::string repeated = name.substr(0, 100) + (length == 100 ? "" : "...");
+        EXPECT_EQ(FindingsIn(name + ".mp3,audio/mpeg,A\n" + name + ".avi,video/avi,B\n"),
+                  (Lines{"2: '" + repeated +
+                             "' stands in line 1 too, whose profile 'A' comes first: this one "
+                             "never answers",
+                         " entries: 2, findings: 1"}))
+            << length;
+    }
 }
 
 TEST(MapperCheck, KnowsThatAPcmLeavesTheWavToAnother) {

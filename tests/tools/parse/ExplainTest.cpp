@@ -1,14 +1,15 @@
 #include "Announce.h"
-#include "host/ConfigFolders.h"
 #include "host/Explanation.h"
 #include "host/Host.h"
 #include "support/TemporaryFolder.h"
 
+#include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -75,12 +76,35 @@ TEST(Explain, TellsTheSameInJson) {
     EXPECT_EQ(explain["facts"]["extension"],
               nlohmann::json::parse(R"({"source": "types-file", "detail": "audio/x-ms-wma"})"));
     EXPECT_EQ(explain["facts"]["size"]["source"], "stream");
-    EXPECT_EQ(explain["entries"], nlohmann::json::parse(R"([{"entry": "wma", "excluded": false}])"));
+    EXPECT_EQ(explain["entries"], nlohmann::json::parse(R"([
+        {"entry": "wma", "excluded": false, "pass": "extension", "result": "won"}])"));
     EXPECT_EQ(explain["tried"], nlohmann::json::parse(R"([
         {"type": "*", "parser": "ezMimeTypesDotIniParser", "result": "answered"},
         {"type": "wma", "parser": null, "result": "no-parser"},
         {"type": "asf", "parser": null, "result": "no-parser"},
         {"type": "any", "parser": "MagicParser", "result": "declined"}])"));
+}
+
+TEST(Explain, NamesTheParserThatReadAFactNotOneThatHadItRead) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Path("harbour.mp3");
+    std::filesystem::copy_file(EZ_SAMPLES "/pictures/harbour.jpg", path);
+    const nlohmann::json media = nlohmann::json::parse(Announce({"--explain", "--json", path}).mOut);
+    const nlohmann::json& explain = media["explain"];
+    EXPECT_EQ(explain["facts"]["picture_width"],
+              nlohmann::json::parse(R"({"source": "parser", "detail": "jpg", "parser": "JPEGParser"})"));
+    EXPECT_EQ(explain["tried"][3],
+              nlohmann::json::parse(R"({"type": "any", "parser": "MagicParser", "result": "answered"})"));
+    EXPECT_EQ(explain["tried"][4],
+              nlohmann::json::parse(R"({"type": "jpg", "parser": "JPEGParser", "result": "answered"})"));
+}
+
+TEST(Explain, LeavesAFactToTheParserWhereTheFileNameOnlySaysTheSame) {
+    const std::string path = EZ_SAMPLES "/conformance/B-JPEG_S-1.jpg";
+    const nlohmann::json media =
+        nlohmann::json::parse(Announce({"--explain", "--json", "--ctt", "2", path}).mOut);
+    EXPECT_EQ(media["explain"]["facts"]["mime_type"]["source"], "parser");
+    EXPECT_EQ(media["explain"]["facts"]["dlna"]["source"], "file-name"); // it is shorter than the parser's
 }
 
 TEST(Explain, OfAnEmptyFolderShowsNothing) {
@@ -130,11 +154,12 @@ public:
         arguments.mfExplain = true;
         arguments.mCTTContext = aCTTContext;
         arguments.mParseOptions = aParseOptions;
-        mHost = std::make_unique<Host>(arguments, ConfigFolders{mFolder.GetPath(), mFolder.GetPath()});
+        arguments.mConfigFolder = mFolder.GetPath();
+        mHost = std::make_unique<Host>(arguments);
     }
 
     ExplainedHost& Add(const char* aType, LaidDownParser::Fill aFill) {
-        mHost->GetManager().Add(new LaidDownParser(aType, std::move(aFill)));
+        mHost->Get().GetManager().Add(new LaidDownParser(aType, std::move(aFill)));
         return *this;
     }
 
@@ -221,10 +246,12 @@ TEST(Explain, ListsParsersThatDeclinedAndWhatTheirEntriesAskedFor) {
     ExplainedHost host;
     host.Add("one", nullptr).Add("one", nullptr).Add("two", nullptr).Add("THREE", FillAudio);
     const Explanation explanation = host.Explain("a.med");
-    EXPECT_EQ(AttemptsOf(explanation),
-              (Lines{"* (ezMimeTypesDotIniParser): answered", " one (LaidDownParser): declined",
-                     " one (LaidDownParser): declined", " two (LaidDownParser): declined",
-                     " lost: there is no such parser", " three (LaidDownParser): answered"}));
+    EXPECT_EQ(
+        AttemptsOf(explanation),
+        (Lines{"* (ezMimeTypesDotIniParser): answered", " one (LaidDownParser): declined, no reason given",
+               " one (LaidDownParser): declined, no reason given",
+               " two (LaidDownParser): declined, no reason given", " lost: there is no such parser",
+               " three (LaidDownParser): answered"}));
     const std::map<std::string, std::string> sources = SourcesOf(explanation);
     EXPECT_EQ(sources.at("mime_type"), "entry \"three\" of the media types file");
     EXPECT_EQ(sources.at("title"), "parser three (LaidDownParser)");
@@ -236,7 +263,7 @@ TEST(Explain, TellsAParserThatWasTriedBefore) {
     const Explanation explanation = host.Explain("a.med");
     EXPECT_EQ(AttemptsOf(explanation),
               (Lines{"* (ezMimeTypesDotIniParser): answered", " one: there is no such parser",
-                     " two (LaidDownParser): declined", " lost: there is no such parser",
+                     " two (LaidDownParser): declined, no reason given", " lost: there is no such parser",
                      " three: there is no such parser", " two: tried before"}));
     // Nobody answered, so the last entry of the extension made the record.
     EXPECT_EQ(SourcesOf(explanation).at("mime_type"), "entry \"three\" of the media types file");
@@ -269,11 +296,9 @@ TEST(Explain, DropsTheRecordToWhichAnExcludedEntryLed) {
     host.Add("hid", FillAudio);
     const Explanation explanation = host.Explain("a.hid");
     EXPECT_FALSE(host.Last().mfRecognised);
-    ASSERT_EQ(explanation.mEntries.size(), 2U);
-    EXPECT_EQ(explanation.mEntries[0].mName, "hid");
-    EXPECT_TRUE(explanation.mEntries[0].mfExcluded);
-    EXPECT_EQ(explanation.mEntries[1].mName, "shown");
-    EXPECT_FALSE(explanation.mEntries[1].mfExcluded);
+    // The entry that follows, "shown", was not considered any more.
+    EXPECT_EQ(InWords(explanation.mEntries), Lines{"hid (excluded)"});
+    EXPECT_EQ(explanation.mEntries[0].mResult, ezEntryResult::Excluded);
     EXPECT_EQ(AttemptsOf(explanation),
               (Lines{"* (ezMimeTypesDotIniParser): declined", " hid (LaidDownParser): answered"}));
     EXPECT_TRUE(explanation.mFacts.empty());
@@ -335,19 +360,20 @@ TEST(Explain, TellsTheFileNameOnlyWhereItCounts) {
     }
 }
 
-TEST(HostManager, TakesNothingDownUnlessAsked) {
+TEST(Explain, TakesNothingDownUnlessAsked) {
     const TemporaryFolder folder;
     folder.Write(kezMediaTypesFileName, kTypes);
-    Host host(Arguments(), ConfigFolders{folder.GetPath(), folder.GetPath()});
+    Arguments arguments;
+    arguments.mConfigFolder = folder.GetPath();
+    Host host(arguments);
     Announcement announcement;
     std::string reason;
     ASSERT_TRUE(host.Announce(folder.Write("a.mp3", ""), announcement, reason));
     EXPECT_TRUE(announcement.mfRecognised);
     EXPECT_EQ(announcement.mExplanation, nullptr);
-    EXPECT_TRUE(host.GetManager().GetAttempts().empty());
 }
 
-TEST(HostManager, AnswersTheSameWhetherItTakesDownOrNot) {
+TEST(Explain, AnswersTheSameWhetherItTakesDownOrNot) {
     for (const char* context : {"0", "1", "2"}) {
         const std::vector<std::string> plain =
             LinesOf(Announce({"--json", "--ctt", context, EZ_SAMPLES}).mOut);

@@ -275,9 +275,21 @@ TEST(Playlist, StandardInputIsReadByHowItBegins) {
     const TemporaryFolder folder;
     EXPECT_EQ(LinesOf(FromInput(folder.Write("a", "\xEF\xBB\xBF[Playlist]\nFile1=a\n"), "").mOut).size(), 2U);
     EXPECT_EQ(LinesOf(FromInput(folder.Write("b", "a.mp3\nb.mp3\n"), "").mOut).size(), 3U);
+    const std::string list = "[playlist]\nFile1=a\nFile2=b\n"; // as M3U its first line would be one more
+    EXPECT_EQ(LinesOf(FromInput(folder.Write("d", std::string(1024 - 10, '\n') + list), "").mOut).size(), 3U);
+    EXPECT_EQ(LinesOf(FromInput(folder.Write("e", std::string(1025 - 10, '\n') + list), "").mOut).size(), 4U);
     const ProgramResult empty = FromInput(folder.Write("c", ""), "--index 0");
     EXPECT_EQ(empty.mStatus, 1);
     EXPECT_EQ(empty.mError, "ezannounce: standard input: no entry of index 0\n");
+}
+
+TEST(Playlist, StandardInputIsHeldUpToItsBound) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("a", "a.mp3\n");
+    std::filesystem::resize_file(path, std::uintmax_t{64} << 20);
+    EXPECT_EQ(FromInput(path, "").mError.find("larger than"), std::string::npos);
+    std::filesystem::resize_file(path, (std::uintmax_t{64} << 20) + 1);
+    EXPECT_EQ(FromInput(path, "").mError, "ezannounce: standard input: larger than 64 MiB\n");
 }
 
 TEST(Playlist, EmptyPlaylistIsAnEmptyTable) {

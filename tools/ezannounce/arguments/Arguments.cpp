@@ -1,5 +1,6 @@
 #include "arguments/Arguments.h"
 
+#include "arguments/Limits.h"
 #include "arguments/MapperWords.h"
 #include "arguments/Operands.h"
 
@@ -27,8 +28,6 @@ constexpr std::array<NamedNumber, 4> kParseOptions = {{
     {"vbr-full", kParseOption_ParseFullFileIfVBR},
 }};
 constexpr unsigned kAllParseOptions = 15;
-constexpr uint32 kMaxTimeout = 86400;       ///< a day
-constexpr uint32 kMaxPacketSize = 1U << 20; ///< more at once is no packet any more
 
 /// Lines of a level are written while _ezLog_Level is above it.
 constexpr std::array<NamedNumber, 4> kLogLevels = {{{"error", 2}, {"warning", 3}, {"info", 4}, {"debug", 5}}};
@@ -152,8 +151,8 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
 std::string ReadStreamTexts(const OptionTexts& aTexts, Arguments& anArguments) {
     uint32 timeout = 0;
     if (aTexts.mTimeout) {
-        if (!ezReadDecimal32(*aTexts.mTimeout, &timeout) || timeout == 0 || timeout > kMaxTimeout) {
-            return "--timeout: not a number from 1 to " + std::to_string(kMaxTimeout) + ": " +
+        if (!ezReadDecimal32(*aTexts.mTimeout, &timeout) || timeout == 0 || timeout > kArguments_MaxTimeout) {
+            return "--timeout: not a number from 1 to " + std::to_string(kArguments_MaxTimeout) + ": " +
                    *aTexts.mTimeout;
         }
         anArguments.mTimeout = timeout;
@@ -161,9 +160,9 @@ std::string ReadStreamTexts(const OptionTexts& aTexts, Arguments& anArguments) {
     uint32 packetSize = 0;
     if (aTexts.mPacketSize && *aTexts.mPacketSize != "odd" &&
         (!ezReadDecimal32(*aTexts.mPacketSize, &packetSize) || packetSize == 0 ||
-         packetSize > kMaxPacketSize)) {
-        return "--packet: neither odd nor a number from 1 to " + std::to_string(kMaxPacketSize) + ": " +
-               *aTexts.mPacketSize;
+         packetSize > kArguments_MaxPacketSize)) {
+        return "--packet: neither odd nor a number from 1 to " + std::to_string(kArguments_MaxPacketSize) +
+               ": " + *aTexts.mPacketSize;
     }
     anArguments.mPacketSize = aTexts.mPacketSize ? packetSize : anArguments.mPacketSize;
     return {};

@@ -1,5 +1,6 @@
 #include "arguments/ThumbnailOptions.h"
 
+#include "arguments/Limits.h"
 #include "arguments/Operands.h"
 
 #include "ezPlatform/text/CString.h"
@@ -9,7 +10,7 @@
 namespace {
 
 bool ReadSide(const std::string& aText, uint32& aSide) {
-    return ezReadDecimal32(aText, &aSide) && aSide != 0 && aSide <= kMaxThumbnailSide;
+    return ezReadDecimal32(aText, &aSide) && aSide != 0 && aSide <= kArguments_MaxThumbnailSide;
 }
 
 /// Reads "160x120".
@@ -22,8 +23,8 @@ std::string ReadPixelSize(const char* aName, const std::optional<std::string>& a
     PixelSize size;
     if (cross == std::string::npos || !ReadSide(aText->substr(0, cross), size.mWidth) ||
         !ReadSide(aText->substr(cross + 1), size.mHeight)) {
-        return std::string(aName) + ": not WxH with sides from 1 to " + std::to_string(kMaxThumbnailSide) +
-               ": " + *aText;
+        return std::string(aName) + ": not WxH with sides from 1 to " +
+               std::to_string(kArguments_MaxThumbnailSide) + ": " + *aText;
     }
     aSize = size;
     return {};

@@ -10,9 +10,6 @@ namespace CLI {
 class App;
 }
 
-/// The longest side that can be asked for, in pixels: two of them are the largest thumbnail that is made.
-constexpr uint32 kMaxThumbnailSide = 4096;
-
 /// Width and height in pixels.
 struct PixelSize {
     uint32 mWidth = 0;

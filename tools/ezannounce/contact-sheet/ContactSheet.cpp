@@ -1,5 +1,6 @@
 #include "contact-sheet/ContactSheet.h"
 
+#include "contact-sheet/Limits.h"
 #include "ezThumbnails/JpegPicture.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@ constexpr unsigned char kWhite = 255;
 constexpr std::size_t kPixelBytes = 3;
 /// Tells a sheet from a picture of somebody's own.
 constexpr char kComment[] = "ezannounce contact-sheet";
-/// The comment stands within these bytes.
-constexpr std::size_t kHeadBytes = 4096;
 
 /// The page, row by row.
 class SheetRows : public JpegRows {
@@ -85,7 +84,7 @@ std::string MakeContactSheet(const std::vector<std::string>& aThumbnails) {
 }
 
 bool IsContactSheet(const std::string& aPath) {
-    std::string head(kHeadBytes, '\0');
+    std::string head(kContactSheet_HeadBytes, '\0');
     std::ifstream file(aPath, std::ios::binary);
     file.read(head.data(), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(file.gcount()));

@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-/// Cells that a sheet has at most: 32 rows of 32, 5648 by 5648 pixels.
-constexpr std::size_t kMaxSheetCells = 1024;
 /// The sides of a cell, in pixels.
 constexpr uint32 kSheetCellSide = 160;
 /// Pixels around and between the cells.
@@ -30,8 +28,8 @@ private:
 
 /// A white page with a picture in the middle of each cell, as JPEG; of the pictures one row of cells at a
 /// time is held decoded. Empty when it cannot be made.
-/// @param aThumbnails  JPEGs, at least 1 and at most kMaxSheetCells; one that is damaged or larger than a
-/// cell
+/// @param aThumbnails  JPEGs, at least 1 and at most kContactSheet_MaxCells; one that is damaged or larger
+/// than a cell
 ///                     leaves its cell empty
 std::string MakeContactSheet(const std::vector<std::string>& aThumbnails);
 

@@ -2,6 +2,7 @@
 
 #include "arguments/Arguments.h"
 #include "contact-sheet/ContactSheet.h"
+#include "contact-sheet/Limits.h"
 #include "host/Host.h"
 #include "host/Walk.h"
 #include "output/Console.h"
@@ -18,9 +19,6 @@
 #include <system_error>
 
 namespace {
-
-/// A thumbnail within 160 by 160 has some 6 KB, and none of noise comes near this.
-constexpr std::size_t kMaxThumbnailBytes = 256U << 10;
 
 /// Gathers the thumbnails of the media that a walk comes upon. The cells of the sheet bound what is held.
 class Gatherer : public WalkVisitor {
@@ -43,7 +41,7 @@ public:
             EndUnlessReplaceable(aPath);
             return;
         }
-        if (mCells.size() == kMaxSheetCells) {
+        if (mCells.size() == kContactSheet_MaxCells) {
             ++mLeftOut;
             return;
         }
@@ -93,7 +91,7 @@ private:
                                                        anInfo.GetCString(kezInfo_DLNA, ""), mOptions,
                                                        *mOptions.mOutput, &mListing, ignored);
         Thumbnail thumbnail = mThumbnails.Get(request, true);
-        if (thumbnail.mBytes.empty() || thumbnail.mBytes.size() > kMaxThumbnailBytes) {
+        if (thumbnail.mBytes.empty() || thumbnail.mBytes.size() > kContactSheet_MaxThumbnailBytes) {
             mfEnded = thumbnail.mfCacheFails; // then it is the same with all others
             Problem(aPath, thumbnail.mReason);
             return;
@@ -159,7 +157,7 @@ int RunContactSheet(const Arguments& anArguments, Host& aHost, Console& aConsole
         return kExitSomeFailed;
     }
     if (gatherer.GetLeftOut() != 0) {
-        aConsole.Error(folder, "a sheet holds " + std::to_string(kMaxSheetCells) +
+        aConsole.Error(folder, "a sheet holds " + std::to_string(kContactSheet_MaxCells) +
                                    " media; files left out: " + std::to_string(gatherer.GetLeftOut()));
     }
     return gatherer.HasFailed() || gatherer.GetLeftOut() != 0 ? kExitSomeFailed : kExitSuccess;

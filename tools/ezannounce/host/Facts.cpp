@@ -217,11 +217,11 @@ public:
                 AddKey(known.mKey, KindOfKey(known));
             }
         }
-        AddText("title", "title", mInfo.mTitle);
-        AddText("creator", "creator", mInfo.mCreator);
-        AddText("genre", "genre", mInfo.mGenre);
-        AddText("album", "album", mInfo.mAlbum);
-        AddText("modified", "modified", Iso8601(mInfo.mLastModificationTime).c_str());
+        AddText("title", "mTitle", mInfo.mTitle);
+        AddText("creator", "mCreator", mInfo.mCreator);
+        AddText("genre", "mGenre", mInfo.mGenre);
+        AddText("album", "mAlbum", mInfo.mAlbum);
+        AddText("modified", "mLastModificationTime", Iso8601(mInfo.mLastModificationTime).c_str());
         for (std::size_t i = 0; i < mInfo.GetCount(); ++i) {
             const ezCString key = mInfo.GetKeyAt(i);
             const auto* known = std::find_if(kKnownKeys.begin(), kKnownKeys.end(),
@@ -314,11 +314,12 @@ private:
         mFacts.push_back(fact);
     }
 
-    void AddText(const char* aName, const char* aLabel, const ezCString& aText) {
+    void AddText(const char* aName, const char* aMember, const ezCString& aText) {
         if (!aText.IsEmpty()) {
             Fact fact;
+            fact.mMember = aMember;
             fact.mName = aName;
-            fact.mLabel = aLabel;
+            fact.mLabel = aName;
             fact.mText = aText.View();
             fact.mWords = fact.mText;
             mFacts.push_back(fact);

@@ -11,6 +11,7 @@ class ezMediaInfo;
 /// One thing that a record tells, ready to be shown.
 struct Fact {
     std::string mKey;      ///< the record's two-letter key, or "" for what is no keyed value
+    std::string mMember;   ///< what ezParseObserver::FactStated calls that, or "" for a keyed value
     std::string mName;     ///< for programs: "bit_rate"; "" for a key that has no name of its own
     std::string mLabel;    ///< for people: "bit rate"
     std::string mWords;    ///< for people: "128 kbit/s"; not escaped

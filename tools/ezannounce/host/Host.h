@@ -1,19 +1,16 @@
 #pragma once
 
 #include "arguments/Arguments.h"
-#include "host/ConfigFolders.h"
-#include "host/HostManager.h"
 
-#include "ez/Environment.h"
-#include "ez/ExtensionMimeTypeMatcher.h"
+#include "ezHosting/Host.h"
+#include "ezPlatform/media/MediaInfo.h"
 
 #include <memory>
 #include <string>
 
-class Console;
 class DLNAMediaMapper;
 class ProfileRules;
-class RefusalLog;
+class RequestNotes;
 class ezMediaParserStream;
 struct Explanation;
 struct MapperAnswer;
@@ -34,14 +31,11 @@ struct Announcement {
     ~Announcement();
 };
 
-/// The library as this tool uses it: environment, manager, parsers, and a media types table of its own to
-/// look things up in.
+/// The library as this tool uses it, which can tell why media are announced as they are.
 class Host {
 public:
-    /// @param aRules    which profile a file keeps; null for the built-in table
-    /// @param aConsole  where the library's log goes to; borrowed; null for standard error
-    Host(const Arguments& anArguments, const ConfigFolders& aFolders,
-         std::shared_ptr<const ProfileRules> aRules = nullptr, Console* aConsole = nullptr);
+    /// @param aRules  which profile a file keeps; null for the built-in table
+    explicit Host(const Arguments& anArguments, std::shared_ptr<const ProfileRules> aRules = nullptr);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -51,20 +45,16 @@ public:
 
     /// Identifies a file. False, with the reason, when it cannot be read.
     bool Announce(const std::string& aPath, Announcement& anAnnouncement, std::string& aReason);
-    /// Identifies what an open stream brings, under the name that it is shown by.
-    void Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
+    /// Identifies what a stream brings, under the name that it is shown by. False when it cannot be opened.
+    bool Announce(ezMediaParserStream& aStream, const std::string& aName, Announcement& anAnnouncement);
 
-    HostManager& GetManager() { return *mManager; }
-    ExtensionMimeTypeMatcher& GetMatcher() { return *mMatcher; }
-    /// False when there is no media types file, or nothing in it.
-    bool HasMediaTypes() const;
+    ezHost& Get() { return mHost; }
 
 private:
-    ezEnvironment mEnvironment; ///< first, as the parsers use it to the end
-    std::unique_ptr<ExtensionMimeTypeMatcher> mMatcher;
-    std::unique_ptr<HostManager> mManager;
-    std::unique_ptr<DLNAMediaMapper> mMapper; ///< null where none is in force
-    std::unique_ptr<RefusalLog> mRefusals;    ///< only to explain
+    /// Has the notes of the next requests taken.
+    void TakeNotes();
+
+    std::unique_ptr<RequestNotes> mNotes; ///< null where nobody wants to know why
+    ezHost mHost;
     bool mfExplain;
-    int mParseOptions;
 };

@@ -90,6 +90,9 @@ bool AnnounceLive(const std::string& anOperand, const Arguments& anArguments, Ho
         return false;
     }
     const bool fNamed = anOperand == kStandardInput && anArguments.mName;
-    aHost.Announce(media.GetStream(), fNamed ? *anArguments.mName : anOperand, anAnnouncement);
+    if (!aHost.Announce(media.GetStream(), fNamed ? *anArguments.mName : anOperand, anAnnouncement)) {
+        aReason = "cannot be read from its start";
+        return false;
+    }
     return media.IsWhole(aReason);
 }

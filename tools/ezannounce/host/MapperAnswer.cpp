@@ -1,21 +1,12 @@
 #include "host/MapperAnswer.h"
 
-#include "ez/DLNAMediaMapper.h"
-#include "ez/MediaParserStream.h"
-
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <string_view>
 
 namespace {
-
-/// What a table can decide; the last three of LPCM only, where what it does not know becomes 0.
-constexpr std::array<const char*, 8> kKeys = {
-    kezInfo_MimeType, kezInfo_ClassName,         kezInfo_DLNA,         kezInfo_Duration,
-    kezInfo_BitRate,  kezInfo_AudioChannelCount, kezInfo_AudioBitRate, kezInfo_AudioBitsPerSample};
 
 std::optional<Fact> FindFact(const std::vector<Fact>& aFacts, std::string_view aKey) {
     const auto fact =
@@ -27,27 +18,50 @@ const Fact& AnyFact(const Override& anOverride) {
     return anOverride.mNew ? *anOverride.mNew : *anOverride.mOld;
 }
 
-} // namespace
+/// Where the change of a key is told among others: first what the line of an entry states, then what follows.
+std::size_t PlaceOf(std::string_view aKey) {
+    constexpr std::array<std::string_view, 8> kFirst = {
+        kezInfo_MimeType, kezInfo_ClassName,         kezInfo_DLNA,         kezInfo_Duration,
+        kezInfo_BitRate,  kezInfo_AudioChannelCount, kezInfo_AudioBitRate, kezInfo_AudioBitsPerSample};
+    return static_cast<std::size_t>(std::find(kFirst.begin(), kFirst.end(), aKey) - kFirst.begin());
+}
 
-std::optional<MapperAnswer> FindMapperAnswer(DLNAMediaMapper& aMapper, ezMediaParserStream& aStream,
-                                             const ezMediaInfo* aBefore, const ezMediaInfo& anAfter) {
-    const DLNAMediaMapperEntry* entry =
-        aMapper.GetFileEntry(ezPathName::MakeFilePath(aStream.GetFullPath()).GetFullName());
-    if (entry == nullptr) {
-        return std::nullopt;
-    }
-    MapperAnswer answer = {std::string(entry->mFileName.View()), std::string(entry->mProfile.View()), {}};
-    const std::vector<Fact> before = aBefore != nullptr ? FactsOf(*aBefore) : std::vector<Fact>();
-    const std::vector<Fact> after = FactsOf(anAfter);
-    for (const char* key : kKeys) {
-        // Between the two records only the table changes these keys.
-        const ezCString old = aBefore != nullptr ? aBefore->GetCString(key, "") : ezCString();
-        Override change = {key, FindFact(before, key), FindFact(after, key)};
-        if (old != anAfter.GetCString(key, "") && (change.mOld || change.mNew)) {
-            answer.mOverrides.push_back(std::move(change));
+/// What the record told before the changes.
+std::vector<Fact> FactsBefore(const std::vector<MapperChange>& aChanges, const ezMediaInfo& anAfter) {
+    const std::unique_ptr<ezMediaInfo> before(anAfter.Duplicate());
+    // The seconds first: where they change, what is finer goes.
+    for (const bool fSeconds : {true, false}) {
+        for (const MapperChange& change : aChanges) {
+            if ((change.mKey == kezInfo_Duration) == fSeconds) {
+                before->Set(change.mKey.c_str(), change.mOld.value_or("").c_str(), true);
+            }
         }
     }
-    return answer;
+    return FactsOf(*before);
+}
+
+} // namespace
+
+std::vector<Override> OverridesOf(const std::vector<MapperChange>& aChanges, const ezMediaInfo& anAfter) {
+    const std::vector<Fact> before = FactsBefore(aChanges, anAfter);
+    const std::vector<Fact> after = FactsOf(anAfter);
+    std::vector<Override> overrides;
+    for (const MapperChange& change : aChanges) {
+        Override shown = {change.mKey, FindFact(before, change.mKey), FindFact(after, change.mKey)};
+        if (shown.mOld || shown.mNew) {
+            overrides.push_back(std::move(shown));
+        }
+    }
+    std::stable_sort(overrides.begin(), overrides.end(), [](const Override& aLeft, const Override& aRight) {
+        return PlaceOf(aLeft.mKey) < PlaceOf(aRight.mKey);
+    });
+    return overrides;
+}
+
+const Override* FindOverride(const std::vector<Override>& anOverrides, std::string_view aKey) {
+    const auto found = std::find_if(anOverrides.begin(), anOverrides.end(),
+                                    [aKey](const Override& anOverride) { return anOverride.mKey == aKey; });
+    return found != anOverrides.end() ? &*found : nullptr;
 }
 
 const std::string& LabelOf(const Override& anOverride) {

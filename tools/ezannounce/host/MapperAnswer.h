@@ -4,11 +4,17 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-class DLNAMediaMapper;
 class ezMediaInfo;
-class ezMediaParserStream;
+
+/// A change of the record, as the media mapper's parser tells it.
+struct MapperChange {
+    std::string mKey; ///< the record's
+    std::optional<std::string> mOld;
+    std::optional<std::string> mNew;
+};
 
 /// A fact that the media mapper decided against, or without, the parsers.
 struct Override {
@@ -24,11 +30,12 @@ struct MapperAnswer {
     std::vector<Override> mOverrides; ///< none where it only confirmed what parsers had found
 };
 
-/// Finds out by comparing the record before the table was asked with the one that came out. Nothing where the
-/// table does not know the media.
-/// @param aBefore  null where no parser answered
-std::optional<MapperAnswer> FindMapperAnswer(DLNAMediaMapper& aMapper, ezMediaParserStream& aStream,
-                                             const ezMediaInfo* aBefore, const ezMediaInfo& anAfter);
+/// Changes in terms of facts, those first that an entry states itself; what shows nowhere is left out.
+/// @param anAfter  the record that the changes led to
+std::vector<Override> OverridesOf(const std::vector<MapperChange>& aChanges, const ezMediaInfo& anAfter);
+
+/// Null where a key is not among them.
+const Override* FindOverride(const std::vector<Override>& anOverrides, std::string_view aKey);
 
 /// The name of an overridden fact for people and for programs.
 const std::string& LabelOf(const Override& anOverride);

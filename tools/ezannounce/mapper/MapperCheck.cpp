@@ -1,5 +1,6 @@
 #include "mapper/MapperCheck.h"
 
+#include "mapper/Limits.h"
 #include "mapper/MapperFacts.h"
 
 #include "ezPlatform/dlna/ProtocolInfo.h"
@@ -14,22 +15,15 @@
 
 namespace {
 
-/// Longer lines are cut by the library, and then skipped.
-constexpr std::size_t kMaximumLineLength = 1024;
-
 constexpr std::size_t kPlaySpeedField = 4;
 constexpr std::size_t kBitRateField = 6;
-/// Dropped play speeds of a line that are named; it may have hundreds.
-constexpr std::size_t kNamedSpeeds = 16;
 constexpr std::array<const char*, 13> kFieldNames = {
     "file name", "MIME type", "profile", "duration", "play speeds", "mandatory bits", "bit rate",
     "IFO file",  "largest",   "width",   "height",   "LP options",  "parameters"};
 
-/// Bytes of a name that a finding about another line repeats.
-constexpr std::size_t kRepeatedBytes = 100;
-
 std::string Shortened(const std::string& aText) {
-    return aText.size() <= kRepeatedBytes ? aText : aText.substr(0, kRepeatedBytes) + "...";
+    return aText.size() <= kMapperCheck_RepeatedBytes ? aText
+                                                      : aText.substr(0, kMapperCheck_RepeatedBytes) + "...";
 }
 
 std::string Quoted(const ezCString& aText) {
@@ -70,7 +64,8 @@ public:
             return;
         }
         if (afCut) {
-            Lost("longer than " + std::to_string(kMaximumLineLength) + " bytes: skipped");
+            Lost("longer than " + std::to_string(DLNAMediaMapperBadLines::kMaximumLineLength) +
+                 " bytes: skipped");
             return;
         }
         const ezCSVStringList fields = ezCSVStringList::FromText(text);
@@ -174,14 +169,15 @@ private:
             if (kept < anEntry.mSupportedPlaySpeeds.GetCount() &&
                 anEntry.mSupportedPlaySpeeds.GetAt(kept) == speed) {
                 ++kept;
-            } else if (speed != "1" && ++dropped <= kNamedSpeeds) { // which goes without saying
+            } else if (speed != "1" && ++dropped <= kMapperCheck_NamedSpeeds) { // which goes without saying
                 const bool fTwice = !AcceptedSpeed(speed).IsEmpty();
                 Lost("play speed " + Quoted(speed) + " is dropped: " +
                      (fTwice ? "listed before" : "not a non-zero integer or fraction other than 1"));
             }
         }
-        if (dropped > kNamedSpeeds) {
-            Lost("play speeds that are dropped besides: " + std::to_string(dropped - kNamedSpeeds));
+        if (dropped > kMapperCheck_NamedSpeeds) {
+            Lost("play speeds that are dropped besides: " +
+                 std::to_string(dropped - kMapperCheck_NamedSpeeds));
         }
     }
 
@@ -213,8 +209,8 @@ private:
 
     void CheckSaved(DLNAMediaMapperEntry& anEntry) {
         const ezCString saved = anEntry.Get();
-        if (saved.GetLength() > kMaximumLineLength) {
-            Lost("longer than " + std::to_string(kMaximumLineLength) +
+        if (saved.GetLength() > DLNAMediaMapperBadLines::kMaximumLineLength) {
+            Lost("longer than " + std::to_string(DLNAMediaMapperBadLines::kMaximumLineLength) +
                  " bytes as a save writes it: skipped from then on");
         } else if (!mfLineLost && !ReadsAs(saved, anEntry)) {
             Lost("reads otherwise once a save has written it");
@@ -269,7 +265,7 @@ private:
 } // namespace
 
 bool CheckMapperFile(const std::string& aPath, MapperCheck& aCheck) {
-    ezTextFile file(ezCString(aPath), kMaximumLineLength);
+    ezTextFile file(ezCString(aPath), DLNAMediaMapperBadLines::kMaximumLineLength);
     struct stat status = {};
     if (!file.IsOpened() || stat(aPath.c_str(), &status) != 0 ||
         static_cast<std::uint64_t>(status.st_size) > kMapperCheck_MaxBytes) {

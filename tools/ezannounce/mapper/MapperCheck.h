@@ -11,14 +11,6 @@ struct MapperFinding {
     std::string mText;
 };
 
-/// What a check reads of a file at most, so that the check of one without end ends: ten times a table of
-/// 100,000 lines.
-inline constexpr std::uint64_t kMapperCheck_MaxBytes = std::uint64_t{64} << 20;
-/// Lines that it checks. Of each it keeps at most a few hundred bytes.
-inline constexpr std::size_t kMapperCheck_MaxLines = 250'000;
-/// Findings that it names; a line may have some thirty. The others are counted.
-inline constexpr std::size_t kMapperCheck_MaxFindings = 250'000;
-
 struct MapperCheck {
     std::size_t mEntryCount = 0;          ///< lines that the library takes
     std::vector<MapperFinding> mFindings; ///< by line, at most kMapperCheck_MaxFindings

@@ -1,5 +1,6 @@
 #include "mapper/MapperEdit.h"
 
+#include "mapper/Limits.h"
 #include "mapper/MapperCheck.h"
 #include "mapper/MapperTable.h"
 #include "output/Console.h"
@@ -200,7 +201,7 @@ std::optional<int> EditOnce(const Arguments& anArguments, DLNAMediaMapper& aMapp
 
 int EditMapper(const Arguments& anArguments, const MapperOpener& anOpen, const std::string& aPath,
                Console& aConsole) {
-    for (int tries = 0; tries < kMapperEdit_MaximumTries; ++tries) {
+    for (int tries = 0; tries < kMapperEdit_MaxTries; ++tries) {
         const std::unique_ptr<DLNAMediaMapper> mapper = anOpen();
         if (mapper == nullptr) {
             return kExitSomeFailed;

@@ -1,5 +1,7 @@
 #include "mapper/MapperLock.h"
 
+#include "mapper/Limits.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -10,7 +12,6 @@
 namespace {
 
 constexpr mode_t kModeOfLock = 0666;
-constexpr std::chrono::milliseconds kPause{10};
 
 std::string PathOfLock(const std::string& aPath) {
     const std::size_t nameStart = aPath.rfind('/') + 1;
@@ -52,6 +53,6 @@ void MapperLock::Wait(std::chrono::milliseconds aPatience) {
             mReason = "somebody else edits it";
             return;
         }
-        std::this_thread::sleep_for(kPause);
+        std::this_thread::sleep_for(kMapperLock_Pause);
     }
 }

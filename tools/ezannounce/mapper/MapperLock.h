@@ -1,10 +1,9 @@
 #pragma once
 
+#include "mapper/Limits.h"
+
 #include <chrono>
 #include <string>
-
-/// How long an edit waits for the one before it, which takes a moment.
-constexpr std::chrono::milliseconds kMapperLock_Patience{10000};
 
 /// The right to edit a media mapper file, which one process at a time has from its load to its save: of two
 /// that edit at once the second sees what the first saved.

@@ -9,6 +9,8 @@
 #include "output/JsonLine.h"
 #include "output/SafeText.h"
 
+#include "ez/MediaParserManager.h"
+
 #include <algorithm>
 
 namespace {
@@ -89,10 +91,10 @@ bool Show(const std::string& aName, bool afJson, DLNAMediaMapper& aMapper, Conso
 
 } // namespace
 
-int RunMapperShow(const Arguments& anArguments, const ConfigFolders& aFolders, Host& aHost,
-                  Console& aConsole) {
-    const std::unique_ptr<DLNAMediaMapper> mapper =
-        OpenMapper(aFolders, aHost.GetManager().GetMimeTypesDotIniParser(), anArguments.mfNoCopy, aConsole);
+int RunMapperShow(const Arguments& anArguments, Host& aHost, Console& aConsole) {
+    const ezHost& host = aHost.Get();
+    const std::unique_ptr<DLNAMediaMapper> mapper = OpenMapper(
+        host.GetFolders(), host.GetManager().GetMimeTypesDotIniParser(), anArguments.mfNoCopy, aConsole);
     int status = mapper != nullptr ? kExitSuccess : kExitSomeFailed;
     for (const std::string& name : anArguments.mOperands) {
         if (mapper != nullptr && !Show(name, anArguments.mfJson, *mapper, aConsole)) {

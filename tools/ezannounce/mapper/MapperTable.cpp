@@ -1,9 +1,10 @@
 #include "mapper/MapperTable.h"
 
-#include "host/ConfigFolders.h"
 #include "output/Console.h"
 
+#include "ezHosting/HostFolders.h"
 #include "ezPlatform/containers/Array.h"
+#include "mapper/Limits.h"
 
 namespace {
 
@@ -25,23 +26,22 @@ public:
     }
 };
 
-std::unique_ptr<DLNAMediaMapper> NewMapper(const ConfigFolders& aFolders,
+std::unique_ptr<DLNAMediaMapper> NewMapper(const ezHostFolders& aFolders,
                                            ezMimeTypesDotIniParser* anIniParser) {
     return std::make_unique<DLNAMediaMapper>(anIniParser, ezCString(aFolders.mReadOnly),
-                                             ezCString(aFolders.mReadWrite), "", kezMediaMapperFileName);
+                                             ezCString(aFolders.mWritable), "", kezMediaMapperFileName);
 }
 
 /// Says which lines do not count, and why: those of the read-only file, or those of the other.
 void TellLines(const DLNAMediaMapperBadLines& aLines, bool afReadOnly, const std::string& aPath,
                const char* aWhat, Console& aConsole) {
-    constexpr std::size_t kMaximumTold = 10;
     std::size_t told = 0;
     for (const DLNAMediaMapperBadLine& line : aLines.mLines) {
-        if (line.mfReadOnlyFile == afReadOnly && told++ < kMaximumTold) {
+        if (line.mfReadOnlyFile == afReadOnly && told++ < kMapperTable_MaxTold) {
             aConsole.Error(aPath + ":" + std::to_string(line.mNumber), std::string(line.mReason) + aWhat);
         }
     }
-    if (told > kMaximumTold) {
+    if (told > kMapperTable_MaxTold) {
         aConsole.Error(aPath, "more such lines; \"mapper check\" names them");
     }
 }
@@ -58,14 +58,14 @@ void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Conso
               aConsole);
 }
 
-MapperFiles FindMapperFiles(const ConfigFolders& aFolders) {
+MapperFiles FindMapperFiles(const ezHostFolders& aFolders) {
     const ezPathName readOnly = PathIn(aFolders.mReadOnly, kezMediaMapperFileName);
-    const ezPathName writable = PathIn(aFolders.mReadWrite, kWritableFileName);
+    const ezPathName writable = PathIn(aFolders.mWritable, kWritableFileName);
     return {readOnly.GetFullPath().c_str(), writable.GetFullPath().c_str(), readOnly.FileExists(),
             writable.FileExists()};
 }
 
-std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
+std::unique_ptr<DLNAMediaMapper> OpenMapper(const ezHostFolders& aFolders,
                                             ezMimeTypesDotIniParser* anIniParser, bool afNoCopy,
                                             Console& aConsole) {
     const MapperFiles files = FindMapperFiles(aFolders);

@@ -7,7 +7,7 @@
 #include <vector>
 
 class Console;
-struct ConfigFolders;
+struct ezHostFolders;
 
 /// The two files of the media mapper: the factory's, and the one that is read and saved from the first load
 /// on.
@@ -18,14 +18,14 @@ struct MapperFiles {
     bool mfWritableExists = false;
 };
 
-MapperFiles FindMapperFiles(const ConfigFolders& aFolders);
+MapperFiles FindMapperFiles(const ezHostFolders& aFolders);
 
 /// The table as a server with these folders has it from its second start on: every line once. Says beforehand
 /// when the load will copy the read-only file. With afNoCopy nothing is copied and no folder made: where
 /// there is no writable file yet, the read-only one itself is presented. Null, after an error line, when
 /// there is no file or it cannot be read. Says which lines were skipped.
 /// @param anIniParser  borrowed, outlives the table; may be null where no file is looked up
-std::unique_ptr<DLNAMediaMapper> OpenMapper(const ConfigFolders& aFolders,
+std::unique_ptr<DLNAMediaMapper> OpenMapper(const ezHostFolders& aFolders,
                                             ezMimeTypesDotIniParser* anIniParser, bool afNoCopy,
                                             Console& aConsole);
 

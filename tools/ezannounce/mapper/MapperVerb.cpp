@@ -1,8 +1,8 @@
 #include "mapper/MapperVerb.h"
 
 #include "arguments/Arguments.h"
-#include "host/ConfigFolders.h"
 #include "host/Unreadable.h"
+#include "mapper/Limits.h"
 #include "mapper/MapperCheck.h"
 #include "mapper/MapperEdit.h"
 #include "mapper/MapperFacts.h"
@@ -13,6 +13,7 @@
 #include "output/JsonLine.h"
 #include "output/SafeText.h"
 
+#include "ezHosting/HostFolders.h"
 #include "ezPlatform/containers/Array.h"
 #include "ezPlatform/dlna/ProtocolInfo.h"
 #include "ezPlatform/files/Dir.h"
@@ -102,7 +103,7 @@ int RunProfiles(const Arguments& anArguments, DLNAMediaMapper& aMapper, Console&
 }
 
 /// Reads the text alone: no table is loaded, so nothing is ever copied.
-int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
+int RunCheck(const Arguments& anArguments, const ezHostFolders& aFolders, Console& aConsole) {
     const MapperFiles files = FindMapperFiles(aFolders);
     std::string path = files.mfWritableExists ? files.mWritable : files.mReadOnly;
     if (!anArguments.mOperands.empty()) {
@@ -113,6 +114,7 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
         std::error_code ignored;
         const bool fLarge = std::filesystem::is_regular_file(path, ignored) &&
                             std::filesystem::file_size(path, ignored) > kMapperCheck_MaxBytes;
+        static_assert(kMapperCheck_MaxBytes == std::uint64_t{64} << 20, "the text says so");
         aConsole.Error(path, fLarge ? "larger than 64 MiB, and so no table to check" : WhyUnreadable(path));
         return kExitSomeFailed;
     }
@@ -129,11 +131,11 @@ int RunCheck(const Arguments& anArguments, const ConfigFolders& aFolders, Consol
 
 /// Edits one after the other with whoever else edits with this tool. Who writes the file without the lock, as
 /// a server may, does it between a load and a save of ours at times; then the edit is made again.
-int RunEdit(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
+int RunEdit(const Arguments& anArguments, const ezHostFolders& aFolders, Console& aConsole) {
     const MapperFiles files = FindMapperFiles(aFolders);
     std::optional<MapperLock> lock;
     if (files.mfReadOnlyExists || files.mfWritableExists) {
-        ezDir_CreateRecursively(ezPathName::MakeDirPath(ezCString(aFolders.mReadWrite)).GetFullPath());
+        ezDir_CreateRecursively(ezPathName::MakeDirPath(ezCString(aFolders.mWritable)).GetFullPath());
         lock.emplace(files.mWritable);
         if (!lock->GetReason().empty()) {
             aConsole.Error(files.mWritable, lock->GetReason());
@@ -146,7 +148,7 @@ int RunEdit(const Arguments& anArguments, const ConfigFolders& aFolders, Console
 
 } // namespace
 
-int RunMapper(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole) {
+int RunMapper(const Arguments& anArguments, const ezHostFolders& aFolders, Console& aConsole) {
     if (anArguments.mMapperVerb == MapperVerb::Check) {
         return RunCheck(anArguments, aFolders, aConsole);
     }

@@ -2,7 +2,7 @@
 
 class Console;
 struct Arguments;
-struct ConfigFolders;
+struct ezHostFolders;
 
 /// All that is done with the media mapper, but for show: no media types are needed.
-int RunMapper(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole);
+int RunMapper(const Arguments& anArguments, const ezHostFolders& aFolders, Console& aConsole);

@@ -1,5 +1,6 @@
 #include "output/Console.h"
 
+#include "output/Limits.h"
 #include "output/SafeText.h"
 
 #include "ezPlatform/base/Log.h"
@@ -10,10 +11,6 @@
 #include <unistd.h>
 
 namespace {
-
-/// Progress is shown after so many more files or so much time, whichever comes first.
-constexpr std::size_t kFilesPerProgress = 256;
-constexpr std::chrono::milliseconds kTimePerProgress(250);
 
 /// Brings the cursor to the start of the line and erases the line.
 constexpr std::string_view kEraseLine = "\r\033[K";
@@ -38,16 +35,12 @@ void sLogSink(const ezLogLine& aLine, void* aConsole) {
 } // namespace
 
 Console::Console() : mfTerminal(isatty(STDERR_FILENO) == 1), mLastProgress(Clock::now()) {
-    TakeLog();
+    ezLog_SetSink(sLogSink, this);
 }
 
 Console::~Console() {
     ezLog_SetSink(nullptr, nullptr);
     ClearProgress();
-}
-
-void Console::TakeLog() {
-    ezLog_SetSink(sLogSink, this);
 }
 
 void Console::Print(std::string_view aText) {
@@ -84,14 +77,13 @@ void Console::Progress(std::string_view aFolder) {
         return;
     }
     const Clock::time_point now = Clock::now();
-    if (mFileCount % kFilesPerProgress != 0 && now - mLastProgress < kTimePerProgress) {
+    if (mFileCount % kProgress_Files != 0 && now - mLastProgress < kProgress_Time) {
         return;
     }
     mLastProgress = now;
     // Cut before it would fill a line and leave a piece of itself behind.
-    constexpr std::size_t kMaximumWidth = 79;
     const std::string words = std::to_string(mFileCount) + " files, in " + ForTerminal(aFolder);
-    const std::string text = std::string(kEraseLine) + CutToTerminalWidth(words, kMaximumWidth);
+    const std::string text = std::string(kEraseLine) + CutToTerminalWidth(words, kProgress_MaxWidth);
     std::fwrite(text.data(), 1, text.size(), stderr);
     std::fflush(stderr);
     mfProgressShown = true;

@@ -9,13 +9,11 @@
 /// shows its progress when it is a terminal. Texts from outside are made safe for a terminal here.
 class Console {
 public:
+    /// The library's log comes here.
     Console();
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
-
-    /// Makes the library's log come here, as it does from the start on.
-    void TakeLog();
 
     /// Writes a result as it is.
     void Print(std::string_view aText);

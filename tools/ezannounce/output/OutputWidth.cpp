@@ -1,6 +1,7 @@
 #include "output/OutputWidth.h"
 
 #include "ezPlatform/text/CString.h"
+#include "output/Limits.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -10,8 +11,6 @@
 namespace {
 
 constexpr std::size_t kWidthWithoutTerminal = 100;
-/// Nobody reads wider tables, and blanks up to the longest name would be most of what is written.
-constexpr uint32 kMaximumWidth = 1000;
 
 } // namespace
 
@@ -20,7 +19,7 @@ std::optional<std::size_t> StatedWidth(std::string_view aText) {
     if (!ezReadDecimal32(aText, &width) || width == 0) {
         return std::nullopt;
     }
-    return std::min(width, kMaximumWidth);
+    return std::min(width, kOutput_MaxWidth);
 }
 
 std::size_t OutputWidth() {
@@ -31,5 +30,5 @@ std::size_t OutputWidth() {
     winsize size = {};
     // A terminal that was never given a size states 0.
     const bool fKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
-    return fKnown ? std::min<std::size_t>(size.ws_col, kMaximumWidth) : kWidthWithoutTerminal;
+    return fKnown ? std::min<std::size_t>(size.ws_col, kOutput_MaxWidth) : kWidthWithoutTerminal;
 }

@@ -25,14 +25,13 @@ std::string LineOfExplanation(const std::string& aLabel, const std::string& aWor
     return line + "\n";
 }
 
-std::string EntriesInWords(const std::vector<ExplainedEntry>& anEntries) {
-    std::string words;
-    for (const ExplainedEntry& entry : anEntries) {
-        words += words.empty() ? "" : ", ";
-        words += entry.mName;
-        words += entry.mfExcluded ? " (excluded)" : "";
+/// Lines of which the first has a label.
+std::string LinesOfExplanation(const char* aLabel, const std::vector<std::string>& aLines) {
+    std::string text;
+    for (const std::string& line : aLines) {
+        text += LineOfExplanation(text.empty() ? aLabel : "", line, "");
     }
-    return words.empty() ? "none for this extension" : words;
+    return text;
 }
 
 } // namespace
@@ -60,11 +59,11 @@ void ExplainedOutput::Put(const Announcement& anAnnouncement) {
     if (anAnnouncement.mfRecognised && !fHasFourthField) {
         text += LineOfExplanation("DLNA", "*", "nothing stated a 4th field");
     }
-    text += LineOfExplanation("entries", EntriesInWords(explanation.mEntries), "");
-    const char* label = "tried";
+    text += LinesOfExplanation("entries", InWords(explanation.mEntries));
+    std::vector<std::string> attempts;
     for (const ExplainedAttempt& attempt : explanation.mAttempts) {
-        text += LineOfExplanation(label, std::string(attempt.mDepth * 2, ' ') + InWords(attempt), "");
-        label = "";
+        attempts.push_back(std::string(attempt.mDepth * 2, ' ') + InWords(attempt));
     }
+    text += LinesOfExplanation("tried", attempts);
     mConsole.Print(text);
 }

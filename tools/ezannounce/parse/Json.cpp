@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 Json ExplanationOf(const Explanation& anExplanation) {
     Json facts = Json::object();
     for (const ExplainedFact& fact : anExplanation.mFacts) {
-        Json source = {{"source", CodeOf(fact.mSource.mKind)}};
+        Json source = {{"source", CodeOf(fact.mSource.mStep)}};
         if (!fact.mSource.mDetail.empty()) {
             source["detail"] = fact.mSource.mDetail;
         }
@@ -29,13 +29,16 @@ Json ExplanationOf(const Explanation& anExplanation) {
     }
     Json entries = Json::array();
     for (const ExplainedEntry& entry : anExplanation.mEntries) {
-        entries.push_back({{"entry", entry.mName}, {"excluded", entry.mfExcluded}});
+        entries.push_back({{"entry", entry.mName},
+                           {"excluded", entry.mfExcluded},
+                           {"pass", CodeOf(entry.mPass)},
+                           {"result", CodeOf(entry.mResult)}});
     }
     Json attempts = Json::array();
     for (const ExplainedAttempt& attempt : anExplanation.mAttempts) {
         Json parser = attempt.mParserName.empty() ? Json(nullptr) : Json(attempt.mParserName);
         Json tried = {
-            {"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mOutcome)}};
+            {"type", attempt.mType}, {"parser", std::move(parser)}, {"result", CodeOf(attempt.mResult)}};
         if (!attempt.mReason.empty()) {
             tried["reason"] = attempt.mReason;
         }

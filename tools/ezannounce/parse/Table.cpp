@@ -4,6 +4,7 @@
 #include "host/Facts.h"
 #include "host/Host.h"
 #include "output/Console.h"
+#include "output/Limits.h"
 #include "output/SafeText.h"
 
 #include "ez/UPnPClasses.h"
@@ -13,8 +14,6 @@
 #include <array>
 
 namespace {
-
-constexpr std::size_t kRowsPerBatch = 1000;
 
 enum Column : std::size_t { kName, kKind, kLength, kSize, kCodecs, kProfile };
 
@@ -105,7 +104,7 @@ void TableOutput::Put(const Announcement& anAnnouncement) {
                   anAnnouncement.mfRecognised ? ProfileOf(info) : "not recognised"};
     mWidths.Take(row.mCells);
     mRows.push_back(std::move(row));
-    if (mRows.size() >= kRowsPerBatch) {
+    if (mRows.size() >= kOutput_RowsPerBatch) {
         Finish();
     }
 }

@@ -4,6 +4,7 @@
 #include "host/Host.h"
 #include "host/MapperAnswer.h"
 #include "output/Console.h"
+#include "output/Limits.h"
 #include "output/SafeText.h"
 #include "parse/Table.h"
 
@@ -12,8 +13,6 @@
 #include <string_view>
 
 namespace {
-
-constexpr std::size_t kRowsPerBatch = 1000;
 
 enum Column : std::size_t { kName, kMimeType, kClass, kDLNA, kSize, kExtension, kRest };
 
@@ -27,6 +26,14 @@ std::vector<ColumnStyle> Styles() {
 bool HasColumn(const Fact& aFact) {
     constexpr std::array<const char*, 5> kColumns = {"mime_type", "class", "dlna", "size", "extension"};
     return std::find(kColumns.begin(), kColumns.end(), aFact.mName) != kColumns.end();
+}
+
+/// What the row does not tell: the class tells of video; how sure the duration is, and how fine, is a matter
+/// of explanations; and creator and genre have all names. Of a cover its type is enough.
+bool IsLeftOut(const std::string& aName) {
+    constexpr std::array<std::string_view, 7> kLeftOut = {
+        "has_video", "duration_from", "duration_ms", "duration_bound_ms", "creators", "genres", "cover_size"};
+    return std::find(kLeftOut.begin(), kLeftOut.end(), aName) != kLeftOut.end();
 }
 
 /// The words of a fact where its label need not be told: "128 kbit/s", "2 channels".
@@ -49,13 +56,6 @@ std::string ShortWords(const Fact& aFact) {
     }
     if (aFact.mName == "bits_per_sample" || aFact.mName == "bit_depth") {
         return aFact.mWords + " bit";
-    }
-    // The class tells; how sure the duration is, and how fine, is a matter of explanations; and creator and
-    // genre have all names. Of a cover its type is enough.
-    constexpr std::array<std::string_view, 7> kTold = {
-        "has_video", "duration_from", "duration_ms", "duration_bound_ms", "creators", "genres", "cover_size"};
-    if (std::find(kTold.begin(), kTold.end(), aFact.mName) != kTold.end()) {
-        return "";
     }
     if (aFact.mName == "compilation") {
         return aFact.mLabel;
@@ -91,7 +91,7 @@ std::string RestInWords(const ezMediaInfo& anInfo) {
     std::string rest;
     for (const Fact& fact : facts) {
         if (fact.mName.empty() || fact.mName == "modified" || HasColumn(fact) ||
-            IsRepeatedRate(fact, facts)) {
+            IsRepeatedRate(fact, facts) || IsLeftOut(fact.mName)) {
             continue;
         }
         std::string words;
@@ -114,6 +114,9 @@ std::string OverridesInWords(const MapperAnswer* anAnswer) {
     std::string words;
     if (anAnswer != nullptr) {
         for (const Override& change : anAnswer->mOverrides) {
+            if (IsLeftOut(NameOf(change))) {
+                continue;
+            }
             words += words.empty() ? "media mapper: " : ", ";
             words += ForTerminal(LabelOf(change));
         }
@@ -144,7 +147,7 @@ void WideTableOutput::Put(const Announcement& anAnnouncement) {
         row[kRest] += (row[kRest].empty() ? "" : "; ") + overrides;
     }
     mRows.push_back(std::move(row));
-    if (mRows.size() >= kRowsPerBatch) {
+    if (mRows.size() >= kOutput_RowsPerBatch) {
         Finish();
     }
 }

@@ -1,5 +1,7 @@
 #include "playlist/PlaylistBeginning.h"
 
+#include "playlist/Limits.h"
+
 #include "ezPlatform/text/CString.h"
 
 #include <algorithm>
@@ -23,9 +25,8 @@ constexpr std::array<Beginning, 6> kBeginnings = {{{"[playlist]", "pls"},
 
 /// The first letters of a document in any encoding of a home: lower case, without NULs and byte order marks.
 std::string Letters(std::string_view aBytes) {
-    constexpr std::size_t kLooked = 1024;
     std::string letters;
-    for (const char byte : aBytes.substr(0, kLooked)) {
+    for (const char byte : aBytes.substr(0, kPlaylistBeginning_Looked)) {
         const bool fMark =
             byte == '\xEF' || byte == '\xBB' || byte == '\xBF' || byte == '\xFE' || byte == '\xFF';
         if (byte != '\0' && !(fMark && letters.empty())) {

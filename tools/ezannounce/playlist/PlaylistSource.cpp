@@ -1,6 +1,7 @@
 #include "playlist/PlaylistSource.h"
 
 #include "host/Unreadable.h"
+#include "playlist/Limits.h"
 #include "playlist/PlaylistBeginning.h"
 
 #include "ez/PlaylistParser.h"
@@ -26,11 +27,8 @@
 
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{64} * 1024;
-
-/// What does not come from a file is held in memory: half a million entries with long names.
-constexpr std::size_t kMaximumSize = std::size_t{64} * 1024 * 1024;
 constexpr const char* kTooLarge = "larger than 64 MiB";
+static_assert(kPlaylistSource_MaxSize == std::size_t{64} << 20, "the text says so");
 
 bool IsURL(std::string_view aName) {
     const ezCString name = ezCString(aName.substr(0, std::strlen("https://"))).Lower();
@@ -41,12 +39,12 @@ bool IsURL(std::string_view aName) {
 /// then and when it is too large.
 template <typename Read>
 bool ReadToEnd(const Read& aRead, std::string& aBytes, std::string& aReason) {
-    std::vector<char> block(kBlock);
+    std::vector<char> block(kPlaylistSource_Block);
     int count = 0;
-    while (aBytes.size() <= kMaximumSize && (count = aRead(block.data(), block.size())) > 0) {
+    while (aBytes.size() <= kPlaylistSource_MaxSize && (count = aRead(block.data(), block.size())) > 0) {
         aBytes.append(block.data(), static_cast<std::size_t>(count));
     }
-    if (count < 0 || aBytes.size() > kMaximumSize) {
+    if (count < 0 || aBytes.size() > kPlaylistSource_MaxSize) {
         aReason = count < 0 ? std::strerror(errno) : kTooLarge;
         return false;
     }
@@ -63,10 +61,11 @@ std::string ExtensionOfURL(const ezCString& aURL) {
 /// All of a stream, waiting for what has not arrived.
 ReadEnding ReadAll(ezStream& aStream, std::string& aBytes) {
     ezCondition arrived;
-    std::vector<char> block(kBlock);
+    std::vector<char> block(kPlaylistSource_Block);
     LimitedRead read;
     while (read.mEnding == ReadEnding::None) {
-        read = WaitingReadWithin(aStream, arrived, block.data(), block.size(), kMaximumSize - aBytes.size());
+        read = WaitingReadWithin(aStream, arrived, block.data(), block.size(),
+                                 kPlaylistSource_MaxSize - aBytes.size());
         aBytes.append(block.data(), read.mCount);
     }
     return read.mEnding;

@@ -4,6 +4,7 @@
 #include "output/Columns.h"
 #include "output/Console.h"
 #include "output/JsonLine.h"
+#include "output/Limits.h"
 #include "output/SafeText.h"
 #include "playlist/PlaylistSource.h"
 
@@ -25,9 +26,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using Row = std::vector<std::string>;
-
-/// Rows are held back until there are so many, so that the memory taken does not grow with their number.
-constexpr std::size_t kRowsPerBatch = 1000;
 
 /// An entry with what is told about it.
 struct Shown {
@@ -105,7 +103,7 @@ public:
         mRows.push_back({aShown.mIndex ? std::to_string(*aShown.mIndex) : "",
                          Text(entry.mStreamPos.ToCString()), Text(entry.mTitle),
                          DurationInWords(entry.mDuration), aShown.mURL});
-        if (mRows.size() >= kRowsPerBatch) {
+        if (mRows.size() >= kOutput_RowsPerBatch) {
             Finish();
         }
     }

@@ -1,8 +1,9 @@
 #include "profiles/ProfileTable.h"
 
-#include "host/ConfigFolders.h"
 #include "host/Unreadable.h"
 #include "output/Console.h"
+
+#include "ezHosting/HostFolders.h"
 
 #include <filesystem>
 #include <system_error>
@@ -10,8 +11,8 @@
 namespace {
 
 /// The file in the configuration folders; "" where there is none.
-std::string FindFile(const ConfigFolders& aFolders) {
-    for (const std::string& folder : {aFolders.mReadWrite, aFolders.mReadOnly}) {
+std::string FindFile(const ezHostFolders& aFolders) {
+    for (const std::string& folder : {aFolders.mWritable, aFolders.mReadOnly}) {
         const std::filesystem::path path = std::filesystem::path(folder) / kProfileRulesFileName;
         std::error_code ignored;
         // A link that leads nowhere is a mistake to be told, not a file that is not there.
@@ -46,7 +47,7 @@ ProfileRulesFile ReadProfileRules(const std::string& aPath) {
     return file;
 }
 
-ProfileTable OpenProfileTable(const Arguments& anArguments, const ConfigFolders& aFolders,
+ProfileTable OpenProfileTable(const Arguments& anArguments, const ezHostFolders& aFolders,
                               Console& aConsole) {
     const std::string path = anArguments.mProfiles ? *anArguments.mProfiles : FindFile(aFolders);
     if (path.empty() && !anArguments.mProfiles) {

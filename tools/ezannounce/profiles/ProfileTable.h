@@ -9,7 +9,7 @@
 #include <vector>
 
 class Console;
-struct ConfigFolders;
+struct ezHostFolders;
 
 constexpr const char* kProfileRulesFileName = "ProfileRules.txt";
 
@@ -32,4 +32,4 @@ struct ProfileTable {
 /// state folder, else of the one in the read-only folder, else the built-in ones. The problems of a file are
 /// error lines. One that was named is then wrong usage and nothing is to be shown; in place of one that was
 /// only found the built-in rules are in force, as in a server, and the status is that of a failure.
-ProfileTable OpenProfileTable(const Arguments& anArguments, const ConfigFolders& aFolders, Console& aConsole);
+ProfileTable OpenProfileTable(const Arguments& anArguments, const ezHostFolders& aFolders, Console& aConsole);

@@ -2,15 +2,16 @@
 
 #include "output/PictureWords.h"
 #include "output/SameFile.h"
+#include "thumbnails/Limits.h"
 #include "thumbnails/ThumbnailIdentity.h"
 
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/files/File.h"
-#include "ezThumbnails/CostlyThumbnailProvider.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
 #include "ezThumbnails/DefaultThumbnailProvider.h"
 #include "ezThumbnails/PictureThumbnailGenerator.h"
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/ThumbnailProviders.h"
 
 #include <algorithm>
 #include <climits>
@@ -23,11 +24,6 @@ namespace {
 
 /// The box of the DLNA profiles of thumbnails.
 constexpr PixelSize kDefaultBox = {160, 160};
-
-/// The names of the providers, by which those of ezThumbnails are told as well.
-constexpr char kPictureProvider[] = "picture";
-constexpr char kCoverProvider[] = "cover";
-constexpr char kSidecarProvider[] = "sidecar";
 
 /// A provider that takes down what it does. It calls the generator no more in its destructor than its base.
 template <class Base>
@@ -126,16 +122,15 @@ Provider* Thumbnails::NewProvider(Words... aWords) {
 
 Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut)
     : mCacheFolder(aCacheFolder),
-      mCache(ezCString(aCacheFolder), kCacheBytes, kCacheFiles),
+      mCache(ezCString(aCacheFolder), kThumbnails_CacheBytes, kThumbnails_CacheFiles),
       mManager(&mCache, new PictureThumbnailGenerator),
       mSidecars(NewProvider<SidecarsButOne>(aLeftOut)) {
-    mManager.Add(NewProvider<ezPictureThumbnailProvider>(kPictureProvider));
-    mManager.Add(NewProvider<CoverThumbnailProvider>());
-    mManager.Add(mSidecars);
-    // Not traced: it builds nothing.
-    mManager.Add(new CostlyThumbnailProvider(
-        static_cast<PictureThumbnailGenerator*>(mManager.GetThumbnailGenerator())));
-    mManager.SetDefaultProvider(NewProvider<GenericPictures>());
+    ThumbnailProviders providers; // that of costly pictures is not traced: it builds nothing
+    providers.mPicture = NewProvider<ezPictureThumbnailProvider>("picture");
+    providers.mCover = NewProvider<CoverThumbnailProvider>();
+    providers.mSidecar = mSidecars;
+    providers.mDefault = NewProvider<GenericPictures>();
+    AddThumbnailProviders(mManager, providers);
 }
 
 Thumbnails::~Thumbnails() = default;
@@ -176,10 +171,11 @@ std::string Thumbnails::Origin(bool afGeneric) const {
     if (!mTrace.mfAsked) {
         return "from the cache";
     }
-    if (mTrace.mBuiltBy == kSidecarProvider) {
+    if (mTrace.mBuiltBy == SidecarThumbnailProvider::kName) {
         return "built from " + mTrace.mBuiltFrom;
     }
-    return mTrace.mBuiltBy == kCoverProvider ? "built from the cover in it" : "built from the picture itself";
+    const bool fCover = mTrace.mBuiltBy == CoverThumbnailProvider::kName;
+    return fCover ? "built from the cover in it" : "built from the picture itself";
 }
 
 void Thumbnails::Explain(const ThumbnailInfo& anInfo, bool afGeneric, Thumbnail& aThumbnail) {

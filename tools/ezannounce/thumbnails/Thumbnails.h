@@ -12,10 +12,6 @@
 #include <string>
 #include <vector>
 
-/// Bounds of the cache; what was not used for the longest time goes first.
-constexpr std::uint64_t kCacheBytes = std::uint64_t{128} << 20;
-constexpr std::size_t kCacheFiles = 20000;
-
 /// What the providers did at one request.
 struct ThumbnailTrace {
     bool mfAsked = false;   ///< any of them was asked, so that the answer did not come from the cache
@@ -34,9 +30,8 @@ struct Thumbnail {
     std::string mReason;       ///< why there is none
 };
 
-/// The thumbnail service as this tool uses it: the providers of ezThumbnails before a cache. Asked are, in
-/// this order, the provider of pictures, that of covers within the media, and that of pictures beside it; the
-/// generic pictures are a request of their own.
+/// The thumbnail service as this tool uses it: the providers of ezThumbnails before a cache, asked in the
+/// order of AddThumbnailProviders; the generic pictures are a request of their own.
 class Thumbnails {
 public:
     /// @param aLeftOut a picture that stands beside no media, whatever its name; "" for none

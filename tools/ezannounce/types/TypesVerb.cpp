@@ -5,6 +5,7 @@
 #include "output/Console.h"
 #include "output/SafeText.h"
 
+#include "ez/ExtensionMimeTypeMatcher.h"
 #include "ezPlatform/containers/Items.h"
 
 #include <algorithm>
@@ -78,7 +79,7 @@ std::string Describe(ExtensionMimeTypeMatcher& aMatcher, const std::string& aWor
 int RunTypes(const Arguments& anArguments, Host& aHost, Console& aConsole) {
     int status = kExitSuccess;
     for (const std::string& word : anArguments.mOperands) {
-        const std::string answer = Describe(aHost.GetMatcher(), word);
+        const std::string answer = Describe(aHost.Get().GetMediaTypes(), word);
         if (answer.empty()) {
             aConsole.Error(word, "not in the media types file");
             status = kExitSomeFailed;

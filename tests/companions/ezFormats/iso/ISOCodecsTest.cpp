@@ -170,13 +170,13 @@ TEST(ISOAudio, BandReplicationAndParametricStereoAreNamedWhenTheyAreAnnounced) {
     EXPECT_EQ(Config(Bits().Put(29, 5).Put(7, 4).Put(1, 4).Put(4, 4).Put(2, 5).Put(0, 3).Bytes()),
               "ca=\"HE-AACv2\" sf=44100 ac=2");
     // After it.
-    const auto behind = [](std::uint64_t aStereo) {
+    const auto after = [](std::uint64_t aStereo) {
         Bits bits;
         bits.Put(2, 5).Put(7, 4).Put(1, 4).Put(0, 3).Put(0x2B7, 11).Put(5, 5).Put(1, 1).Put(4, 4);
         return bits.Put(0x548, 11).Put(aStereo, 1).Put(0, 4).Bytes();
     };
-    EXPECT_EQ(Config(behind(0)), "ca=\"HE-AAC\" sf=44100 ac=1");
-    EXPECT_EQ(Config(behind(1)), "ca=\"HE-AACv2\" sf=44100 ac=2");
+    EXPECT_EQ(Config(after(0)), "ca=\"HE-AAC\" sf=44100 ac=1");
+    EXPECT_EQ(Config(after(1)), "ca=\"HE-AACv2\" sf=44100 ac=2");
     // What was written here: 56 E5 00 says that there is none.
     EXPECT_EQ(Config(Hex({0x12, 0x10, 0x56, 0xE5, 0x00})), "ca=\"AAC\" sf=44100 ac=2");
 }
@@ -270,6 +270,9 @@ TEST(ISOAudio, PlainSamplesKeepTheirSamplingRateWhereOthersHaveTheBitRate) {
     EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 3, 32, 0x9)),
               "ca=\"lpcm\" sf=96000 ac=3");
     EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x7FF8000000000000), 3, 32, 0x9)), "ca=\"lpcm\" ac=3");
+    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x416312D000000000), 3, 32, 0x9)),
+              "ca=\"lpcm\" sf=10000000 ac=3");
+    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x416312D000000001), 3, 32, 0x9)), "ca=\"lpcm\" ac=3");
     // Numbers that the other versions have no room for are damage.
     EXPECT_EQ(plain(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 0x10000, 0xFFFFFFFF, 0xC)),
               "ca=\"LPCM\" ar=96000");

@@ -223,6 +223,8 @@ TEST(JPEGParser, OrientationIsThatOfTheFirstExifSegment) {
     for (const unsigned none : {0U, 1U, 9U, 65535U}) {
         EXPECT_EQ(ValueOf(Parsed(JPEG({}, Exif(Tiff(none)) + Exif(Tiff(6)))), "ud"), "") << none;
     }
+    EXPECT_EQ(ValueOf(Parsed(JPEG({}, Exif(Tiff(5, false, 0, 1024)))), "ud"), "5") << "of so many entries";
+    EXPECT_EQ(ValueOf(Parsed(JPEG({}, Exif(Tiff(5, false, 0, 1025)))), "ud"), "");
     const std::string metadata = Segment(0xE1, std::string("http://ns.adobe.com/xap/1.0/\0<x/>", 33));
     EXPECT_EQ(ValueOf(Parsed(JPEG({}, metadata + Exif(Tiff(5)))), "ud"), "5");
     EXPECT_EQ(ValueOf(Parsed(JPEG({}, Segment(0xE2, std::string("Exif\0\0", 6) + Tiff(5)))), "ud"), "");

@@ -87,10 +87,10 @@ TEST(MPEGAudioParser, FramesAreSearchedAfterATagThatClaimsMoreThanTheFile) {
     tag.replace(6, 4, Syncsafe(200000));
     EXPECT_EQ(Texts(tag + Song(20)), "The title|||");
     EXPECT_EQ(Refusal(tag + std::string(20000, 'x')),
-              "MPEGAudioParser: malformed: no frames within 65536 bytes of 10, behind a tag that claims the "
+              "MPEGAudioParser: malformed: no frames within 65536 bytes of 10, after a tag that claims the "
               "whole file\n");
     EXPECT_EQ(Refusal(ID3(3, 0, Frame23("TIT2", "\0The title"s))),
-              "MPEGAudioParser: malformed: no frames within 65536 bytes of 10, behind a tag that claims the "
+              "MPEGAudioParser: malformed: no frames within 65536 bytes of 10, after a tag that claims the "
               "whole file\n");
 }
 
@@ -109,9 +109,9 @@ TEST(MPEGAudioParser, FourFramesInARowMakeAStream) {
     const std::string other(5000, 'x');
     EXPECT_EQ(Value(Song(4) + other, "ca"), "MP3");
     EXPECT_EQ(Refusal(Song(3) + other),
-              "MPEGAudioParser: malformed: 3 frames from 0 to 1251, and none behind them\n");
+              "MPEGAudioParser: malformed: 3 frames from 0 to 1251, and none after them\n");
     EXPECT_EQ(Refusal(Song(1) + other),
-              "MPEGAudioParser: malformed: 1 frames from 0 to 417, and none behind them\n");
+              "MPEGAudioParser: malformed: 1 frames from 0 to 417, and none after them\n");
     // Frames of other streams do not count.
     EXPECT_EQ(Value(Song(3) + Frame(0xFFFB9400, 384) + other, "ca"), "none");
     EXPECT_EQ(Value(Song(3) + Frame(0xFFFD9000, 417) + other, "ca"), "none");

@@ -365,6 +365,9 @@ TEST(MPEGAudioTexts, APEItemsComeBeforeTheOldTag) {
     EXPECT_EQ(Texts(song + APE2(APEItem("Title", "binary", 2))), "|||");
     // An item that claims more than there is ends them.
     EXPECT_EQ(Texts(song + APE2(APEItem("Album", "A") + Little(5000) + APEItem("Title", "T"))), "||A|");
+    // So does one whose key is longer than any.
+    EXPECT_EQ(Texts(song + APE2(APEItem(std::string(255, 'k'), "x") + APEItem("Title", "T"))), "T|||");
+    EXPECT_EQ(Texts(song + APE2(APEItem(std::string(256, 'k'), "x") + APEItem("Title", "T"))), "|||");
 }
 
 TEST(MPEGAudioTexts, TextsAreBounded) {

@@ -157,7 +157,7 @@ TEST(PNGParser, OrientationIsThatOfTheExifChunkBeforeThePicture) {
         for (const bool fLittle : {false, true}) {
             const std::string exif = Chunk("eXIf", Tiff(orientation, fLittle));
             EXPECT_EQ(ValueOf(Parsed(PNG({}, exif)), "ud"), std::to_string(orientation));
-            EXPECT_EQ(ValueOf(Parsed(PNG({}, "", exif)), "ud"), "") << "behind the picture";
+            EXPECT_EQ(ValueOf(Parsed(PNG({}, "", exif)), "ud"), "") << "after the picture";
         }
     }
     EXPECT_EQ(ValueOf(Parsed(PNG({}, Chunk("prIv", Tiff(6)))), "ud"), "") << "in another chunk";

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What all companions bound where they read texts, tags and compressed bytes of strangers.
+
+/// Bytes of a text that a record holds, a title for instance: no screen shows more, and a hostile file cannot
+/// fill a library's memory. A longer one is cut between two characters.
+inline constexpr std::size_t kCleanText_MaxLength = 1024;
+
+/// Bytes of the name of a code page, the most: no converter has a longer one, and such a name is not asked
+/// for.
+inline constexpr std::size_t kCodePage_MaxName = 40;
+
+/// Tags in a row before the sound that are stepped over: writers that add one where another stands leave two
+/// or three.
+inline constexpr std::uint32_t kLeadingTag_MaxCount = 8;
+
+/// Entries of a directory of Exif that are looked at: a first directory holds some thirty, TIFF would allow
+/// 65535.
+inline constexpr unsigned kExif_MaxEntries = 1024;
+
+/// Bytes of a date or a zone of Exif: room for a writer who pads. A longer one is not read.
+inline constexpr std::uint64_t kExif_MaxText = 32;
+
+/// Bytes of compressed data that are handed to zlib at once: they stand on the stack.
+inline constexpr std::size_t kInflated_InputSize = 4096;
+
+/// Bytes that are asked for first for what is inflated: memory grows with what comes, not with what a file
+/// states.
+inline constexpr std::size_t kInflated_FirstSize = 4096;
+
+/// Bytes of compressed data beyond twice the most that may be inflated: plain blocks cost a thousandth more,
+/// and a writer may have flushed often. Empty blocks alone would go on for ever.
+inline constexpr std::uint64_t kInflated_MaxOverhead = 1024;

@@ -34,3 +34,18 @@ inline constexpr std::size_t kInflated_FirstSize = 4096;
 /// Bytes of compressed data beyond twice the most that may be inflated: plain blocks cost a thousandth more,
 /// and a writer may have flushed often. Empty blocks alone would go on for ever.
 inline constexpr std::uint64_t kInflated_MaxOverhead = 1024;
+
+/// Characters of the comment of a picture in which what stands before the picture ends: 3 KiB when decoded.
+inline constexpr std::size_t kPictureComment_MaxHead = 4096;
+
+/// Bytes of the key of a Vorbis comment, the most that are compared: the longest one with a meaning has 22. A
+/// longer one is passed over.
+inline constexpr std::size_t kVorbisComment_MaxKey = 32;
+
+/// Bytes by which a WAV file may differ from a size that was written as 32 bits and lost the rest: what
+/// writers append after it, and what they forget to count.
+inline constexpr std::uint64_t kWAV_WrapSlack = std::uint64_t{64} * 1024;
+
+/// Sizes of other chunks that a WAV file's table of large sizes may state: more than a file has that are so
+/// large.
+inline constexpr std::uint32_t kWAV_MaxLargeChunks = 256;

@@ -1,5 +1,7 @@
 #include "ezBytes/PictureBlock.h"
 
+#include "ezBytes/Limits.h"
+
 #include "ezBytes/ByteSource.h"
 
 #include "ezPlatform/text/Base64.h"

@@ -54,9 +54,6 @@ struct PictureBlock {
 bool ReadPictureBlock(ByteReader& aReader, std::uint64_t aBlockSize, std::uint32_t aMaxText,
                       PictureBlock* aBlock);
 
-/// Characters of a comment in which what stands before its picture ends: 3 KiB when decoded.
-inline constexpr std::size_t kPictureComment_MaxHead = 4096;
-
 /// What a Vorbis comment says of its picture, by its key: "METADATA_BLOCK_PICTURE", a block as FLAC has it in
 /// base64; or, of an older form without a type, "COVERART", the picture alone. False for another key, and for
 /// what holds no picture that PictureMimeType knows or its writer names. aText is the value.

@@ -1,5 +1,7 @@
 #include "ezBytes/VorbisComments.h"
 
+#include "ezBytes/Limits.h"
+
 VorbisComments::VorbisComments(ByteReader aReader) : mReader(aReader) {
     mReader.Skip(mReader.ReadLittle32()); // who wrote it
     mLeft = mReader.ReadLittle32();

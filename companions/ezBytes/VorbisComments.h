@@ -23,6 +23,3 @@ private:
     ByteReader mReader;
     std::uint32_t mLeft; ///< comments
 };
-
-/// The longest key that is compared: the longest of them that has a meaning is of 22 bytes.
-inline constexpr std::size_t kVorbisComment_MaxKey = 32;

@@ -1,5 +1,7 @@
 #include "ezBytes/WAVWalk.h"
 
+#include "ezBytes/Limits.h"
+
 #include "ezPlatform/base/Checked.h"
 
 #include <algorithm>

@@ -24,13 +24,6 @@ struct WAVSound {
     bool mfMeasured = false;  ///< by the file, as the chunk states no size, or one that cannot be
 };
 
-/// By how many bytes a file may differ from a size that was written as 32 bits and lost the rest: what
-/// writers append after it, and what they forget to count.
-inline constexpr std::uint64_t kWAV_WrapSlack = std::uint64_t{64} * 1024;
-
-/// Sizes of other chunks that a table of large sizes may state: more than a file has that are so large.
-inline constexpr std::uint32_t kWAV_MaxLargeChunks = 256;
-
 /// The chunks of a WAV file or its kin, whose sound may be larger than its size can say: of RF64 and BW64
 /// (EBU Tech 3306, 3; ITU-R BS.2088) the sizes stand in a chunk of their own; a plain file loses the upper
 /// bits, so that the whole is longer than it states by a multiple of 4 GiB. A size of 0 or all ones, or

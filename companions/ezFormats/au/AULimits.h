@@ -2,7 +2,11 @@
 
 #include <cstdint>
 
-/// Reads and bytes of one parse of an AU file: its head tells all. A source that gives less at a time than it
-/// is asked for takes more reads.
+/// What one parse of an AU file may cost.
+
+/// Reads of one parse: the head of a file tells all. A source that gives less at a time than it is asked for
+/// takes more.
 inline constexpr std::uint32_t kAU_MaxReads = 1;
+
+/// Bytes of one parse: those of the start, which the stream keeps.
 inline constexpr std::uint64_t kAU_MaxBytes = std::uint64_t{8} * 1024;

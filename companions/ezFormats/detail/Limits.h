@@ -121,12 +121,19 @@ inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;
 /// Tags after the last frame: there are five kinds.
 inline constexpr std::uint32_t kAudioTail_MaxCount = 8;
 
-/// The longest that a file of sound may last, in seconds: a year. A header that says more is damaged.
+/// Seconds of a file of sound, the most: longer than a year is not a recording but a damaged number.
 inline constexpr std::uint64_t kSound_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
 
-/// The longest MIME type of a picture in a tag that is looked at, in bytes: "image/jpeg" fits many times.
+/// Bytes of the MIME type of a picture in a tag, the most that are looked at: "image/jpeg" fits many times.
 inline constexpr std::uint32_t kCoverFacts_MaxText = 256;
 
 /// Hertz of a sampling rate that is stated as a floating point number: far above any rate of sound, and below
 /// what 32 bits hold. A larger one is not believed.
 inline constexpr std::uint32_t kSamplingRate_MaxFloat = 10'000'000;
+
+/// Bits a second that a stated length may make of the bytes of a sound, the fewest and the most: no codec of
+/// sound is below or above. Where a length makes others, it is damaged.
+/// @{
+inline constexpr std::uint32_t kSound_MinBitRate = 100;
+inline constexpr std::uint32_t kSound_MaxBitRate = 400'000'000;
+/// @}

@@ -25,10 +25,8 @@ void SoundFacts::SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, st
 
 bool SoundFacts::IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples,
                                    std::uint32_t aSamplingRate) {
-    constexpr std::uint32_t kLeastRate = 100;
-    constexpr std::uint32_t kHighestRate = 400000000;
     const std::uint32_t rate = ISONumber_BitRate(aBytes, aSamples, aSamplingRate);
-    return kLeastRate <= rate && rate <= kHighestRate;
+    return kSound_MinBitRate <= rate && rate <= kSound_MaxBitRate;
 }
 
 std::uint64_t SoundFacts::GetMilliseconds() const {

@@ -26,7 +26,7 @@ constexpr std::uint32_t kMagic = 0x664C6143; // "fLaC" (6)
 constexpr unsigned kStreamInfo = 0;
 constexpr unsigned kVorbisComment = 4;
 constexpr unsigned kPicture = 6;
-constexpr unsigned kNoBlock = 127;
+constexpr unsigned kForbidden = 127;
 
 /// What the metadata of a file tells.
 struct Metadata {
@@ -57,7 +57,7 @@ Metadata ReadMetadata(ByteReader aReader) {
         const unsigned head = aReader.ReadByte();
         const ByteReader block = aReader.Take(aReader.ReadBig(3));
         const unsigned type = head & ~kLast;
-        if (aReader.HasFailed() || type == kNoBlock) {
+        if (aReader.HasFailed() || type == kForbidden) {
             return metadata;
         }
         TakeBlock(type, header, block, metadata);

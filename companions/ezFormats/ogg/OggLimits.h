@@ -3,9 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Reads and bytes of one parse of an Ogg file. A usual one takes the start and the end; further reads are
-/// for a cover before the sound, and for the borders of a chain: to halve 500 MB down to one takes thirteen.
+/// What one parse of an Ogg file may cost.
+
+/// Reads of one parse: a usual one takes the start and the end; further ones are for a cover before the
+/// sound, and for the borders of a chain: to halve 500 MB down to one takes thirteen.
 inline constexpr std::uint32_t kOgg_MaxReads = 48;
+
+/// Bytes of one parse: room for these reads, of which those of ends are of 64 KiB.
 inline constexpr std::uint64_t kOgg_MaxBytes = std::uint64_t{2} * 1024 * 1024;
 
 /// Streams that play at the same time: a film with some languages and texts.
@@ -18,17 +22,24 @@ inline constexpr std::uint32_t kOgg_MaxCommentPages = 6;
 /// Pages up to the first of sound. After those of a larger cover a stream is taken to start at its beginning.
 inline constexpr std::uint32_t kOgg_MaxHeadPages = 12;
 
-/// What is read at a time of the end, and how often: other streams may fill what stands after the last page
-/// of one, which is of 64 KiB at most.
+/// Bytes of the end that are read at a time: a page is of 64 KiB at most.
 inline constexpr std::uint32_t kOgg_TailSize = std::uint32_t{64} * 1024;
+
+/// Reads of the end for one stream: others may fill what stands after its last page.
 inline constexpr std::uint32_t kOgg_MaxTails = 4;
 
-/// What is read first where a border of a chain is looked for: pages are mostly of 4 to 8 KiB.
+/// Bytes that are read first where a border of a chain is looked for: pages are mostly of 4 to 8 KiB.
 inline constexpr std::uint32_t kOgg_ProbeSize = std::uint32_t{16} * 1024;
 
-/// Links of a chain whose lengths are added up, as long as the reads last.
+/// Links of a chain whose lengths are added up: as many as the reads last for. Of more the rest is estimated.
 inline constexpr std::uint32_t kOgg_MaxLinks = 64;
 
-/// A stream that starts below this, in microseconds, starts at 0: encoders leave out a little. Others are
-/// captures that began in the middle.
+/// Microseconds below which the start of a stream counts as 0: encoders leave out a little. Those that start
+/// later are captures that began in the middle.
 inline constexpr std::uint64_t kOgg_MinStart = 1000000;
+
+/// Samples of a frame of Speex that are believed: those of its modes are 160 to 640.
+inline constexpr std::uint32_t kOgg_MaxSpeexSamples = 10000;
+
+/// Frames of a packet of Speex that are believed: two seconds of them.
+inline constexpr std::uint32_t kOgg_MaxSpeexFrames = 100;

@@ -1,5 +1,7 @@
 #include "ezFormats/ogg/OggStream.h"
 
+#include "ezFormats/ogg/OggLimits.h"
+
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/iso/ISONumbers.h"
 
@@ -62,16 +64,14 @@ void ReadFLAC(ByteReader aPacket, OggStream& aStream) {
 }
 
 void ReadSpeex(ByteReader aPacket, OggStream& aStream) {
-    constexpr std::uint32_t kMostFrames = 100;
-    constexpr std::uint32_t kMostSamples = 10000;
     aPacket.Skip(36);
     aStream.mSamplingRate = ReadPositive(aPacket);
     aPacket.Skip(8); // mode, version of its bit stream
     aStream.mChannels = ReadPositive(aPacket);
     const std::uint32_t rate = ReadPositive(aPacket);
-    const std::uint32_t frame = std::min(ReadPositive(aPacket), kMostSamples);
+    const std::uint32_t frame = std::min(ReadPositive(aPacket), kOgg_MaxSpeexSamples);
     const bool fVariable = aPacket.ReadLittle32() != 0;
-    const std::uint32_t frames = std::min(ReadPositive(aPacket), kMostFrames);
+    const std::uint32_t frames = std::min(ReadPositive(aPacket), kOgg_MaxSpeexFrames);
     if (aPacket.HasFailed()) {
         aStream.mSamplingRate = 0;
     }
@@ -94,11 +94,11 @@ void ReadTheora(ByteReader aPacket, OggStream& aStream) {
 
 /// Sound and video of OGM, which have the headers of DirectShow: so many samples in so many units.
 void ReadOGM(ByteReader aPacket, OggStream& aStream) {
-    constexpr std::uint64_t kMost = UINT32_MAX;
+    constexpr std::uint64_t kLargest = UINT32_MAX;
     aPacket.Skip(17);
     aStream.mSeconds = aPacket.ReadLittle(8);
     aStream.mTicks = aPacket.ReadLittle(8);
-    if (aPacket.HasFailed() || aStream.mTicks > kMost || aStream.mSeconds > kMost) {
+    if (aPacket.HasFailed() || aStream.mTicks > kLargest || aStream.mSeconds > kLargest) {
         aStream.mTicks = 0;
     }
     aStream.mTicks *= kUnits;

@@ -131,9 +131,10 @@ inline constexpr std::uint32_t kCoverFacts_MaxText = 256;
 /// what 32 bits hold. A larger one is not believed.
 inline constexpr std::uint32_t kSamplingRate_MaxFloat = 10'000'000;
 
-/// Bits a second that a stated length may make of the bytes of a sound, the fewest and the most: no codec of
-/// sound is below or above. Where a length makes others, it is damaged.
-/// @{
+/// Bits a second of a sound, the fewest: no codec has fewer. Where a stated length makes of its bytes fewer,
+/// it is damaged.
 inline constexpr std::uint32_t kSound_MinBitRate = 100;
+
+/// Bits a second of a sound, the most: no codec has more. Where a stated length makes of its bytes more, it
+/// is damaged.
 inline constexpr std::uint32_t kSound_MaxBitRate = 400'000'000;
-/// @}

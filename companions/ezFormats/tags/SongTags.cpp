@@ -5,6 +5,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/LeadingTag.h"
+#include "ezBytes/Limits.h"
 #include "ezBytes/ReadShare.h"
 
 #include <algorithm>

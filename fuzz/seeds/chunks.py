@@ -291,7 +291,7 @@ def aus():
         ("size-of-0", au(0)),
         ("size-of-all-ones", au(OPEN)),
         ("size-beyond", au(99)),
-        ("annotation", au(OPEN, start=34)),
+        ("annotation", au(OPEN, rest=b"title=Tide\nnothing\nx=y" + SOUND, start=46)),
         ("after-the-file", au(OPEN, start=999)),
         ("ulaw", au(40, 1)),
         ("an-encoding-of-nobody", au(40, 99)),

@@ -10,3 +10,6 @@ inline constexpr std::uint32_t kAU_MaxReads = 1;
 
 /// Bytes of one parse: those of the start, which the stream keeps.
 inline constexpr std::uint64_t kAU_MaxBytes = std::uint64_t{8} * 1024;
+
+/// Bytes of the annotation that are looked at: all of one that a person wrote, and within the first read.
+inline constexpr std::uint32_t kAU_MaxAnnotation = 4096;

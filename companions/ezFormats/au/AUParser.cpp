@@ -2,12 +2,17 @@
 
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/SoundRecord.h"
+#include "ezFormats/tags/MusicValues.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/CodePage.h"
+#include "ezBytes/TextBytes.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -36,6 +41,27 @@ void TakeEncoding(std::uint32_t aNumber, std::uint64_t aBytes, SoundFacts& aSoun
         }
     }
     aSound.mCodec = ezCString::Format("AU-%u", unsigned{aNumber});
+}
+
+/// The annotation between head and sound, which has no form of its own: writers that have texts put one a
+/// line, as "title=...".
+MusicTexts ReadAnnotation(ByteReader aAnnotation, const CodePage& aCodePage) {
+    const std::string bytes = ReadTextBytes(aAnnotation);
+    std::string_view rest = bytes;
+    MusicValues values;
+    while (!rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        const std::size_t key = line.find('=');
+        const TagField* const field =
+            key != std::string_view::npos ? FindTagField(TagWords::Vorbis, line.substr(0, key)) : nullptr;
+        if (field != nullptr) {
+            values.Add(*field, CleanText(line.substr(key + 1), TextEncoding::Unstated, aCodePage));
+        }
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+    MusicTexts texts;
+    values.Store(texts);
+    return texts;
 }
 
 } // namespace
@@ -72,5 +98,7 @@ bool AUParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     sound.mDurationMethod = fKnown ? "header" : "constant rate";
     TakeEncoding(encoding, fKnown ? stated : aBytes.GetSize() ? there : 0, sound);
     sound.Store(anInfo);
+    ByteReader annotation = reader.Take(std::min<std::uint64_t>(start - kHeadSize, kAU_MaxAnnotation));
+    ReadAnnotation(annotation, CodePage(GetTextCodePage())).Store(anInfo);
     return true;
 }

@@ -8,8 +8,8 @@
 
 class ByteReader;
 
-/// AU files (".snd"): what the head states of the sound. A size that is not stated, or cannot be, is measured
-/// by the file. A parse reads the first 8 KiB.
+/// AU files (".snd"): what the head states of the sound, and texts of an annotation that has one a line. A
+/// size that is not stated, or cannot be, is measured by the file. A parse reads the first 8 KiB.
 class AUParser : public FormatParser {
 public:
     /// Whether what begins there is of the format.

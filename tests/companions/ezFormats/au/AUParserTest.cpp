@@ -27,7 +27,7 @@ std::string Refusal(const std::string& aBytes) {
 
 std::vector<std::string> UsualFiles() {
     return {Au(800, 1, Sound(800)), Au(UINT32_MAX, 3, Sound(9000)),
-            Au(400, 23, "annotation" + Sound(400), 8000, 2, 34)};
+            Au(400, 23, "title=Tide" + Sound(400), 8000, 2, 34)};
 }
 
 std::vector<std::string> CostlyFiles() {
@@ -39,17 +39,22 @@ const FormatFiles kFiles("au", {1, 8U << 10}, {"ca", "ac"}, UsualFiles, CostlyFi
 } // namespace
 
 TEST(AUParser, RecordSaysWhatTheHeadSays) {
-    EXPECT_EQ(pictures::Parsed<AUParser>(ReadSample("formats/ulaw.au")), "ac=1\n"
-                                                                         "ar=64000\n"
-                                                                         "ca=\"ulaw\"\n"
-                                                                         "cn=\"item.audioItem\"\n"
-                                                                         "dl=\"DLNA.ORG_OP=01\"\n"
-                                                                         "dm=1200\n"
-                                                                         "du=1\n"
-                                                                         "md=\"header\"\n"
-                                                                         "mt=\"audio/basic\"\n"
-                                                                         "sf=8000\n"
-                                                                         "ta=1\n");
+    EXPECT_EQ(pictures::Parsed<AUParser>(ReadSample("formats/ulaw.au")),
+              "ac=1\n"
+              "ar=64000\n"
+              "ca=\"ulaw\"\n"
+              "cn=\"item.audioItem\"\n"
+              "dl=\"DLNA.ORG_OP=01\"\n"
+              "dm=1200\n"
+              "du=1\n"
+              "md=\"header\"\n"
+              "mt=\"audio/basic\"\n"
+              "sf=8000\n"
+              "ta=1\n"
+              "title=\"\303\226d\303\266n \342\200\223 \345\244\234\343\201\256\346\261\275\350\273\212\"\n"
+              "creator=\"The Test Tones\"\n"
+              "genre=\"Folk\"\n"
+              "album=\"Half a Second\"\n");
 }
 
 TEST(AUParser, EncodingTellsHowLongASampleIs) {
@@ -81,6 +86,21 @@ TEST(AUParser, SizeThatCannotBeIsMeasuredByTheFile) {
     unknown.mfSizeKnown = false;
     EXPECT_EQ(Length(Au(UINT32_MAX, 1, Sound(8000)), unknown), "|");
     EXPECT_EQ(Length(Au(8000, 1, Sound(8000)), unknown), "1000|\"header\"");
+}
+
+TEST(AUParser, TextsAreLinesOfTheAnnotation) {
+    const auto texts = [](const std::string& aAnnotation) {
+        return Values<AUParser>(Au(UINT32_MAX, 1, aAnnotation + Sound(9), 8000, 1,
+                                   static_cast<std::uint32_t>(24 + aAnnotation.size())),
+                                {"title", "creator", "dm"});
+    };
+    EXPECT_EQ(texts("title=Title\nARTIST=One\nartist=Two\nrate=9"), "\"Title\"|\"One, Two\"|1");
+    EXPECT_EQ(texts("title=Gr\xFC\xDF" + std::string(4, '\0')), "\"Gr\xC3\xBC\xC3\x9F\"||1");
+    EXPECT_EQ(texts("recorded at home"), "||1");
+    EXPECT_EQ(texts("\n\n=\n=x\n"), "||1");
+    EXPECT_EQ(texts(std::string(kAU_MaxAnnotation - 10, '\n') + "title=Late"), "\"Late\"||1");
+    EXPECT_EQ(texts(std::string(kAU_MaxAnnotation, '\n') + "title=Late"), "||1");
+    EXPECT_EQ(Values<AUParser>(Au(0, 1, "title=Title", 8000, 1, 99), {"title"}), "") << "after the file";
 }
 
 TEST(AUParser, HeadThatNoAUHasIsRefusedAndTheLogNamesTheValue) {

@@ -50,7 +50,10 @@ function(ez_add_library NAME)
     add_library(${NAME} SHARED)
     add_library(ez::${NAME} ALIAS ${NAME})
     target_link_libraries(${NAME} PRIVATE ezBuildFlags ${NAME}_objects)
-    set_target_properties(${NAME} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${EZ_ABI_VERSION})
+    # Installed, the libraries find each other wherever their folder is: a program names those that it uses itself, and
+    # not those that these use.
+    set_target_properties(${NAME} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${EZ_ABI_VERSION}
+        INSTALL_RPATH "$ORIGIN")
     target_compile_features(${NAME} PUBLIC cxx_std_17)
     if(NOT EZ_SANITIZE) # the sanitizers' own symbols come from the program
         target_link_options(${NAME} PRIVATE -Wl,--no-undefined)

@@ -2,6 +2,7 @@
 
 #include "ezFormats/detail/FormatDescription.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
 #include "ez/ExtensionMimeTypeMatcher.h"
@@ -153,7 +154,7 @@ bool FormatParser::Refuse(Cause aCause, const char* aFormat, ...) const {
         return false;
     }
     static constexpr std::array<const char*, 4> kCauses = {"malformed", "unsupported", "limit", "read error"};
-    std::array<char, 256> reason = {};
+    std::array<char, kRefusal_MaxText + 1> reason = {};
     va_list arguments;
     va_start(arguments, aFormat);
     std::vsnprintf(reason.data(), reason.size(), aFormat, arguments);

@@ -52,8 +52,8 @@ protected:
     using Cause = ezParseRefusal;
 
     /// Says why a file is refused, for a person who looks for the reason: logs it, and tells it to the
-    /// manager's observer. Always false. The format is of printf, without a line end; what is longer than 255
-    /// bytes is cut.
+    /// manager's observer. Always false. The format is of printf, without a line end; one that
+    /// is too long for a line of a log is cut.
     bool Refuse(Cause aCause, const char* aFormat, ...) const __attribute__((format(printf, 3, 4)));
     /// Refuses a file of which a reading did not get so far, because it ends, because the budget does, or by
     /// an error of the stream. Always false.

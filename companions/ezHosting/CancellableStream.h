@@ -42,7 +42,7 @@ public:
     ezCancellation(const ezCancellation&) = delete;
     ezCancellation& operator=(const ezCancellation&) = delete;
 
-    /// Says it, and calls those who watch, each once. A second call does nothing.
+    /// Says it, and calls those who watch, each once. A second call does nothing, and waits for nothing.
     void Cancel();
     /// Costs no more than the look at a flag.
     bool IsCancelled() const { return mfCancelled.load(std::memory_order_acquire); }

@@ -42,7 +42,8 @@ std::unique_ptr<ezMediaInfo> ezHost::Identify(ezMediaParserStream& aStream) {
     const bool fOpened = aStream.Open();
     const bool fAtStart = aStream.Tell() == 0U || aStream.Seek(0, ezMediaParserStream::SeekFromStart, false);
     if (!fOpened || !fAtStart) {
-        mParts->mError = ShownPath(aStream.GetFullPath().View()) +
+        const ezCString path = aStream.GetFullPath();
+        mParts->mError = (path.IsEmpty() ? "the stream" : ShownPath(path.View())) +
                          (fOpened ? ": cannot be read from its start" : ": cannot be opened");
         return nullptr;
     }

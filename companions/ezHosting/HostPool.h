@@ -104,7 +104,8 @@ public:
                const ezHostPoolOptions& aPoolOptions, Callback aCallback);
     /// Cancels, and returns when every item has its result and every thread has ended; called by the
     /// callback, all but that of the callback, which ends when the callback returns. Not to be called by a
-    /// maker or a read of a stream.
+    /// maker or a read of a stream, nor while another thread is within an operation of the pool: cancel, let
+    /// that return, then destroy.
     ~ezHostPool();
     ezHostPool(const ezHostPool&) = delete;
     ezHostPool& operator=(const ezHostPool&) = delete;

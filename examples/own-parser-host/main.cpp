@@ -40,12 +40,14 @@ int main(int anArgCount, char** anArgs) {
     };
     ezHost host(anArgCount > 1 ? anArgs[1] : ".", options);
     for (int i = 2; i < anArgCount; ++i) {
-        const std::unique_ptr<ezMediaInfo> info = host.Identify(anArgs[i]);
-        std::printf("%s: %s\n", anArgs[i],
-                    info != nullptr ? info->GetOtherProperties().c_str() : "not recognised");
+        if (const std::unique_ptr<ezMediaInfo> info = host.Identify(anArgs[i])) {
+            std::printf("%s: %s\n", anArgs[i], info->GetOtherProperties().c_str());
+        } else {
+            std::printf("%s: not recognised %s\n", anArgs[i], host.GetError().c_str());
+        }
     }
     for (const std::string& capability : host.GetCapabilities()) {
         std::printf("advertised: %s\n", capability.c_str());
     }
-    return 0;
+    return host.IsReady() ? 0 : 1;
 }

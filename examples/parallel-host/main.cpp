@@ -8,6 +8,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 volatile std::sig_atomic_t gfStopped = 0;
 
 void sStop(int /*aSignal*/) {
@@ -24,19 +26,26 @@ void Print(const ezHostPoolResult& aResult) {
 } // namespace
 
 int main(int anArgCount, char** anArgs) {
+    if (anArgCount < 2) {
+        std::cerr << "usage: parallel-host FOLDER [CONFIG_FOLDER]\n";
+        return 2;
+    }
     ezHostPool pool(anArgCount > 2 ? anArgs[2] : "", {}, {}, Print);
-    if (!pool.IsReady() || anArgCount < 2) {
+    if (!pool.IsReady()) {
         std::cerr << "parallel-host: " << pool.GetError() << '\n';
         return 2;
     }
     std::signal(SIGINT, sStop); // the threads of the pool take no signals
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(anArgs[1])) {
-        if (gfStopped != 0) {
-            break;
+    std::error_code error;
+    std::error_code ignored; // of a link that leads nowhere
+    fs::recursive_directory_iterator entry(anArgs[1], fs::directory_options::skip_permission_denied, error);
+    for (; gfStopped == 0 && entry != fs::end(entry); entry.increment(error)) {
+        if (entry->is_regular_file(ignored)) {
+            pool.Submit(entry->path().native()); // waits while the pool is full
         }
-        if (entry.is_regular_file()) {
-            pool.Submit(entry.path().native()); // waits while the pool is full
-        }
+    }
+    if (error) {
+        std::cerr << "parallel-host: " << anArgs[1] << ": " << error.message() << '\n';
     }
     ezHostPoolProgress progress;
     do {
@@ -49,5 +58,8 @@ int main(int anArgCount, char** anArgs) {
     progress = pool.GetProgress();
     std::cerr << progress.mRecognised << " recognised, " << progress.mFailed << " not, "
               << progress.mCancelled << " cancelled\n";
-    return gfStopped != 0 ? 130 : 0;
+    if (gfStopped != 0) {
+        return 130;
+    }
+    return error ? 1 : 0;
 }

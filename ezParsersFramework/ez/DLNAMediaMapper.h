@@ -21,6 +21,8 @@ struct ezDLNAProtocolInfo;
 
 /// The usual name of a media mapper file.
 inline constexpr const char* kezMediaMapperFileName = "MediaMapper.txt";
+/// What its copy in the writable folder is called.
+inline constexpr const char* kezMediaMapperCopyFileName = "_MediaMapper.txt";
 
 /// The operator's table of DLNA facts: how each file is announced, whatever parsers find.
 ///

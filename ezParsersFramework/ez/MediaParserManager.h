@@ -83,8 +83,8 @@ public:
     void AddDLNAMediaMapperParser(DLNAMediaMapper* aMediaMapper);
 
     /// Has an observer told what requests do and why (ez/ParseObserver.h); null for nobody, as at first. It
-    /// is borrowed, and is not asked for anything between two requests. Within a request that is observed it
-    /// is the assertion "!IsInRequest()" and changes nothing; in one that is not it counts from the next one
+    /// is borrowed, and is told nothing between two requests. Within a request that is observed a call is the
+    /// assertion "!IsInRequest()" and changes nothing; within one that is not it counts from the next request
     /// on.
     void SetObserver(ezParseObserver* anObserver);
     /// True when there is an observer: whoever would gather what TellRefusal says need not do so without one.

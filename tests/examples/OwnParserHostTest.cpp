@@ -43,10 +43,21 @@ TEST(OwnParserHost, RefusesWhatIsNoWaveFileAndWhatIsNotThere) {
     ASSERT_GE(lines.size(), 4U);
     lines.resize(4);
     // Announced from the extension alone, without the facts that the parser would have read.
-    EXPECT_EQ(lines, (std::vector<std::string>{
-                         fake + ": cn=item.audioItem.musicTrack, fe=wav, fs=51, mt=audio/wav",
-                         brief + ": cn=item.audioItem.musicTrack, fe=wav, fs=4, mt=audio/wav",
-                         unknown + ": not recognised", folder.Path("none.wav") + ": not recognised"}));
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{fake + ": cn=item.audioItem.musicTrack, fe=wav, fs=51, mt=audio/wav",
+                                        brief + ": cn=item.audioItem.musicTrack, fe=wav, fs=4, mt=audio/wav",
+                                        unknown + ": not recognised ",
+                                        folder.Path("none.wav") + ": not recognised " +
+                                            folder.Path("none.wav") + ": not found"}));
+}
+
+TEST(OwnParserHost, SaysWhatIsWrongWithItsConfiguration) {
+    const TemporaryFolder folder;
+    const ProgramResult result =
+        RunProgram(EZ_OWN_PARSER_HOST, {folder.GetPath(), EZ_SAMPLES "/music/door-bell.wav"});
+    EXPECT_EQ(result.mStatus, 1);
+    EXPECT_EQ(result.mOut, EZ_SAMPLES "/music/door-bell.wav: not recognised no media types: " +
+                               folder.Path("mediaCTRLMediaTypes.ini") + ": not found\n");
 }
 
 TEST(OwnParserHost, StaysUnderSixtyLines) {

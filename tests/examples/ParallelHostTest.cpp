@@ -53,6 +53,14 @@ TEST(ParallelHost, SaysWhyItIsNotReady) {
     EXPECT_EQ(result.mError.rfind("parallel-host: no media types: ", 0), 0U) << result.mError;
 }
 
+TEST(ParallelHost, SaysWhichFolderItCannotWalk) {
+    const ProgramResult result = RunProgram(EZ_PARALLEL_HOST, {"/nowhere", EZ_SAMPLES});
+    EXPECT_EQ(result.mStatus, 1);
+    EXPECT_NE(result.mError.find("parallel-host: /nowhere: No such file or directory\n"), std::string::npos)
+        << result.mError;
+    EXPECT_EQ(RunProgram(EZ_PARALLEL_HOST, {}).mError, "usage: parallel-host FOLDER [CONFIG_FOLDER]\n");
+}
+
 TEST(ParallelHost, IsEndedByControlC) {
     constexpr int kFiles = 4'000; // whose lines are more than a pipe takes
     const TemporaryFolder folder;

@@ -401,6 +401,24 @@ TEST_F(ParseObserver, ObserverThatOverridesNothingIsToldAllTheSame) {
     EXPECT_NE(Parse("/a.mp3"), "null\n");
 }
 
+TEST_F(ParseObserver, AnswerThatAHostsManagerGivesForATypeOfTheTableIsOfNoParser) {
+    class OwnManager : public ezMediaParserManager {
+    public:
+        using ezMediaParserManager::ezMediaParserManager;
+        ezMediaInfo* ParseFromType(const ezCString& aType, ezMediaParserStream& aStream) override {
+            return aType == "song" ? NewInfo({{"mt", "x/own"}})
+                                   : ezMediaParserManager::ParseFromType(aType, aStream);
+        }
+    };
+    Use(kParseOption_Default);
+    mManager = std::make_unique<OwnManager>(mEnvironment.Get());
+    mManager->AddStandardParsers(kParseOption_Default);
+    mManager->SetObserver(&mObserver);
+    EXPECT_NE(Parse("/a.mp3"), "null\n");
+    EXPECT_EQ(SourceOf("mt"), "Parser");
+    EXPECT_EQ(SourceOf("cn"), "EntryNames song");
+}
+
 TEST(ParseObserverOfAHostsManager, AnswerThatTheHostGivesItselfIsOfNoParser) {
     class OwnManager : public ezMediaParserManager {
     public:

@@ -6,6 +6,10 @@
 /// What parsing may cost that several formats share: reads, the start of a file, tags, elementary streams and
 /// tables of rules. Those of one format stand in its folder.
 
+/// Bytes of the reason for which a file is refused: a line for people, most of ours have some fifty. A longer
+/// one is cut.
+inline constexpr std::size_t kRefusal_MaxText = 255;
+
 /// Bytes of a first look at a new place of a file: a header and what follows it fit. Each read that goes
 /// straight on takes twice as many.
 inline constexpr std::size_t kMediaBytes_LeastBlock = std::size_t{4} * 1024;

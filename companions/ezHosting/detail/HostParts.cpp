@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr const char* kWritableMapperFileName = "_MediaMapper.txt";
-
 /// A message of the library on one line.
 std::string OneLine(const ezError& anError) {
     return ezCString(anError.ToString()).Replace(" :\n", ": ", true).c_str();
@@ -90,7 +88,7 @@ bool HostParts::AddMapper(const ezHostOptions& anOptions) {
         return true;
     }
     const std::string readOnly = FileIn(mFolders.mReadOnly, kezMediaMapperFileName);
-    const std::string writable = FileIn(mFolders.mWritable, kWritableMapperFileName);
+    const std::string writable = FileIn(mFolders.mWritable, kezMediaMapperCopyFileName);
     const std::string why = WhyNoFile(writable);
     if (!why.empty() && !WhyNoFile(readOnly).empty()) {
         return Fail("no media mapper: " + ShownPath(writable) + ": " + why + "; " + ShownPath(readOnly) +

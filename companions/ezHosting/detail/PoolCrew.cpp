@@ -27,7 +27,7 @@ std::string PoolCrew::Start(const std::vector<Identify>& anIdentifies) {
     } catch (const std::system_error& error) {
         Dismiss();
         mIds.clear();
-        return error.code().message();
+        return "no thread: " + error.code().message();
     }
     return "";
 }

@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
 #include "support/AwkwardStream.h"
@@ -263,6 +264,12 @@ TEST(FormatParser, RefusalIsLoggedForThePersonWhoAsksAlone) {
         EXPECT_FALSE(parser.Refuse(ScriptedFormat::Cause::Unsupported, "version %u", 9U));
         EXPECT_EQ(log.Texts(), (std::vector<std::string>{"ScriptedFormat: limit: 7 of those\n",
                                                          "ScriptedFormat: unsupported: version 9\n"}));
+    }
+    for (const std::size_t size : {kRefusal_MaxText, kRefusal_MaxText + 1}) { // which is cut
+        const LogCatcher log;
+        EXPECT_FALSE(parser.Refuse(ScriptedFormat::Cause::Malformed, "%s", std::string(size, 'x').c_str()));
+        EXPECT_EQ(log.Texts(), (std::vector<std::string>{"ScriptedFormat: malformed: " +
+                                                         std::string(kRefusal_MaxText, 'x') + "\n"}));
     }
     const LogCatcher quiet(EZLOGLEVEL_DEBUG);
     EXPECT_FALSE(parser.Refuse(ScriptedFormat::Cause::Limit, "no"));

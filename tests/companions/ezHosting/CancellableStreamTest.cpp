@@ -45,6 +45,17 @@ TEST(Cancellation, CallsEachWatchOnceAndOneThatComesLateAtOnce) {
     EXPECT_EQ(late, 1);
 }
 
+TEST(Cancellation, MayBeSaidAgainByAFunctionThatItCalls) {
+    ezCancellation cancellation;
+    int calls = 0;
+    const ezCancellation::Watch watch(cancellation, [&] {
+        ++calls;
+        cancellation.Cancel();
+    });
+    cancellation.Cancel();
+    EXPECT_EQ(calls, 1);
+}
+
 TEST(Cancellation, AWatchGoesOnlyWhenItsFunctionDoesNotRun) {
     for (int i = 0; i < 200; ++i) {
         ezCancellation cancellation;

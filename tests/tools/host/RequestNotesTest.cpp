@@ -104,6 +104,27 @@ TEST(RequestNotes, SayThatNoReasonWasGivenOnlyWhereNobodyElseWasAsked) {
     EXPECT_EQ(teller.Attempts(), (Lines{"one (First): declined, no reason given", "two (Second): declined"}));
 }
 
+TEST(RequestNotes, NameParsersThatAreAskedForCoverArtByTheirOwnType) {
+    Teller teller;
+    RequestNotes& notes = teller.mNotes;
+    notes.TypeBegan("One");
+    notes.ParserBegan(teller.mFirst, "First");
+    notes.RequestBegan(ezParseRequest::CoverArt, nullptr);
+    notes.ParserBegan(teller.mSecond, "Second");
+    notes.ParserEnded(teller.mSecond, nullptr);
+    notes.RequestEnded(ezParseRequest::CoverArt, nullptr);
+    notes.ParserEnded(teller.mFirst, nullptr);
+    notes.TypeEnded("One", ezTypeResult::Declined);
+    EXPECT_EQ(teller.Attempts(),
+              (Lines{"One (First): declined, no reason given", " two (Second): declined, no reason given"}));
+    RequestNotes alone;
+    alone.RequestBegan(ezParseRequest::CoverArt, nullptr);
+    alone.ParserBegan(teller.mSecond, "Second");
+    alone.ParserEnded(teller.mSecond, nullptr);
+    alone.RequestEnded(ezParseRequest::CoverArt, nullptr);
+    EXPECT_EQ(InWords(alone.Explain(nullptr).mAttempts.at(0)), "two (Second): declined, no reason given");
+}
+
 TEST(RequestNotes, NameTheCausesForWhichParsersRefuse) {
     EXPECT_EQ(InWords(ezParseRefusal::Malformed, "a"), "malformed: a");
     EXPECT_EQ(InWords(ezParseRefusal::Unsupported, "b"), "unsupported: b");

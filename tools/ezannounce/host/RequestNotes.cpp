@@ -1,11 +1,13 @@
 #include "host/RequestNotes.h"
 
+#include "ez/BaseParser.h"
 #include "ez/DLNAMediaMapperEntry.h"
 #include "ez/ExtensionMimeTypeMatcherEntry.h"
 #include "ezPlatform/containers/PtrList.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -50,9 +52,13 @@ Explanation RequestNotes::Explain(const ezMediaInfo* anInfo) const {
 }
 
 void RequestNotes::RequestBegan(ezParseRequest /*aRequest*/, const ezMediaParserStream* /*aStream*/) {
-    if (++mRequests > 1) {
-        return;
+    if (++mRequests == 1) {
+        Clear();
     }
+    mTypes.emplace_back();
+}
+
+void RequestNotes::Clear() {
     mEntries.clear();
     mAttempts.clear();
     mTrials.clear();
@@ -64,6 +70,7 @@ void RequestNotes::RequestBegan(ezParseRequest /*aRequest*/, const ezMediaParser
 }
 
 void RequestNotes::RequestEnded(ezParseRequest /*aRequest*/, const ezMediaInfo* /*anInfo*/) {
+    mTypes.pop_back();
     --mRequests;
 }
 
@@ -108,7 +115,8 @@ void RequestNotes::ParserBegan(const ezBaseParser& aParser, const char* aName) {
     if (IsOutermost()) {
         mAttemptOf[&aParser] = mAttempts.size();
     }
-    mAttempts.push_back({mTypes.back(), aName, ezTypeResult::Declined, mTrials.size(), {}});
+    std::string type = mTypes.back().empty() ? std::string(aParser.GetType().View()) : mTypes.back();
+    mAttempts.push_back({std::move(type), aName, ezTypeResult::Declined, mTrials.size(), {}});
     mTrials.push_back({&aParser, mAttempts.size() - 1});
 }
 

@@ -45,6 +45,8 @@ private:
 
     /// The request whose record the host gets, not one that a parser made.
     bool IsOutermost() const { return mRequests == 1; }
+    /// Forgets the request before.
+    void Clear();
     /// Takes down that the parser in trial, if there is one, does not decide alone.
     void AskOthers();
 
@@ -52,8 +54,8 @@ private:
     ezParsePass mPass = ezParsePass::Extension;
     std::vector<ExplainedEntry> mEntries;
     std::vector<ExplainedAttempt> mAttempts;
-    std::vector<Trial> mTrials;                            ///< each asked for by the one before it
-    std::vector<std::string> mTypes;                       ///< asked for, in the same way
+    std::vector<Trial> mTrials;      ///< each asked for by the one before it
+    std::vector<std::string> mTypes; ///< asked for, in the same way; "" of a request that asks for none
     std::map<const ezBaseParser*, std::size_t> mAttemptOf; ///< in the outermost request
     std::map<std::string, Source> mSources;                ///< by what FactStated calls a fact
     std::optional<MapperAnswer> mMapperAnswer;

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr const char* kWritableFileName = "_MediaMapper.txt";
-
 ezPathName PathIn(const std::string& aFolder, const char* aName) {
     return ezPathName::MakeCombinedFilePath(ezPathName::MakeDirPath(ezCString(aFolder)), aName);
 }
@@ -60,7 +58,7 @@ void TellTooLong(const DLNAMediaMapper& aMapper, const std::string& aPath, Conso
 
 MapperFiles FindMapperFiles(const ezHostFolders& aFolders) {
     const ezPathName readOnly = PathIn(aFolders.mReadOnly, kezMediaMapperFileName);
-    const ezPathName writable = PathIn(aFolders.mWritable, kWritableFileName);
+    const ezPathName writable = PathIn(aFolders.mWritable, kezMediaMapperCopyFileName);
     return {readOnly.GetFullPath().c_str(), writable.GetFullPath().c_str(), readOnly.FileExists(),
             writable.FileExists()};
 }

@@ -23,6 +23,7 @@ constexpr int kNoTime = 2'000'000'000;
 struct Scene {
     std::size_t mThreads = *rc::gen::inRange<std::size_t>(1, 5);
     std::size_t mBound = *rc::gen::inRange<std::size_t>(1, 10);
+    std::size_t mSubmitters = *rc::gen::inRange<std::size_t>(1, 4);
     bool mfOrderKept = *rc::gen::arbitrary<bool>();
     /// Microseconds that each read of an item takes; one more read an item than its place in this, modulo 3.
     std::vector<int> mItems = *rc::gen::container<std::vector<int>>(rc::gen::element(0, 0, 0, 50, 400));
@@ -62,11 +63,13 @@ public:
         mCrew = crew->operator->();
         std::atomic<bool> fOver{false};
         std::thread other([&] { Watch(fOver); });
-        for (std::uint64_t i = 0; i < mScene.mItems.size(); ++i) {
-            if (i == mScene.mSubmitterCancels) {
-                mCrew->Cancel();
-            }
-            mRefused += Submit() != Submitted::Taken ? 1 : 0;
+        std::vector<std::thread> submitters;
+        for (std::size_t i = 1; i < mScene.mSubmitters; ++i) {
+            submitters.emplace_back([this, i] { SubmitPart(i); });
+        }
+        SubmitPart(0);
+        for (std::thread& submitter : submitters) {
+            submitter.join();
         }
         Await();
         fOver = true;
@@ -104,6 +107,16 @@ private:
         info->Set("failed", failed, true);
         info->Set("reads", uint32{3}, true);
         return info;
+    }
+
+    /// The items of one of those who submit, who take turns.
+    void SubmitPart(std::size_t aFirst) {
+        for (std::uint64_t i = aFirst; i < mScene.mItems.size(); i += mScene.mSubmitters) {
+            if (i == mScene.mSubmitterCancels) {
+                mCrew->Cancel();
+            }
+            mRefused += Submit() != Submitted::Taken ? 1 : 0;
+        }
     }
 
     Submitted Submit() {

@@ -2,10 +2,12 @@
 
 #include "companions/ezHosting/PoolKit.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <system_error>
 
 namespace {
 
@@ -49,7 +51,7 @@ TEST(PoolThreads, SaysWhyAThreadCannotBeHadAndKeepsNone) {
     const std::string error = crew->Start(identifies);
     pthread_setattr_default_np(&attributes);
     pthread_attr_destroy(&attributes);
-    EXPECT_NE(error, "");
+    EXPECT_EQ(error, "no thread: " + std::generic_category().message(EAGAIN));
     EXPECT_EQ(copies, 2);
     EXPECT_EQ(crew->GetThreadCount(), 0U);
     EXPECT_EQ(crew->Submit("song.mp3", {}), ezHostPool::Submitted::Cancelled);

@@ -253,7 +253,7 @@ ezMediaInfo* ezMediaParserManager::Parse(ezMediaParserStream& aStream) {
     if (!MayBeAsked()) {
         return nullptr;
     }
-    ReportRequest(mReporter.get(), ezParseRequest::Identify, &aStream, nullptr);
+    ReportRequest(mReporter.get(), ezParseRequest::Identify, &aStream);
     ezMediaInfo* info = Identify(aStream);
     Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Identify, info);
     return info;
@@ -263,7 +263,7 @@ ezMediaInfo* ezMediaParserManager::ParseCoverArt(const ezCString& aMimeType, ezM
     if (!MayBeAsked()) {
         return nullptr;
     }
-    ReportRequest(mReporter.get(), ezParseRequest::CoverArt, &aStream, nullptr);
+    ReportRequest(mReporter.get(), ezParseRequest::CoverArt, &aStream);
     const ezParserList* list = ParserListFromMimeType(aMimeType, false);
     if (list != nullptr) {
         mDoneParsers.erase();
@@ -368,7 +368,7 @@ bool ezMediaParserManager::AdjustDLNAInfo(ezMediaInfo* anInfo) {
     const bool fHasStandardParser =
         ezAssert(mMimeTypesDotIniParser != nullptr, "mMimeTypesDotIniParser != NULL", "MediaParserManager");
     mDoneParsers.erase();
-    ReportRequest(mReporter.get(), ezParseRequest::Adjust, nullptr, anInfo);
+    ReportRequest(mReporter.get(), ezParseRequest::Adjust, nullptr);
     const bool fAdjusted =
         fHasStandardParser && anInfo != nullptr && mMimeTypesDotIniParser->AdjustDLNAInfo(anInfo);
     Report(mReporter.get(), &ParseReporter::RequestEnded, ezParseRequest::Adjust,

@@ -48,8 +48,9 @@ public:
     /// what it hands out is there, but of no use. It stays so.
     bool IsReady() const;
 
-    /// Of a host that is not ready why, in one line without an end; it stays so. Of one that is, why the last
-    /// Identify could not read its media; "" where it could, recognised or not, and before the first.
+    /// Of a host that is not ready why, in one line without an end, whatever names hold; it stays so. Of one
+    /// that is, why the last Identify could not read its media; "" where it could, recognised or not, and
+    /// before the first.
     const std::string& GetError() const;
 
     /// What a file is: a record of the caller's. Null where nothing recognised it, and where it cannot be

@@ -8,13 +8,9 @@
 #include <algorithm>
 #include <utility>
 
-void ParseReporter::RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream,
-                                 const ezMediaInfo* anAdjusted) {
+void ParseReporter::RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream) {
     Begin({mLedgers.size(), nullptr, false});
     Tell(&ezParseObserver::RequestBegan, aRequest, aStream);
-    if (anAdjusted != nullptr) {
-        LedgerOf(*anAdjusted).Look(std::nullopt);
-    }
 }
 
 void ParseReporter::RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anInfo) {
@@ -48,7 +44,7 @@ void ParseReporter::TypeEnded(const ezCString& aType, bool afAny, bool afAnswere
 
 void ParseReporter::ParserBegan(const ezBaseParser& aParser, const ezMediaInfo* anAdjusted) {
     if (anAdjusted != nullptr) {
-        // What the record has by now is of the parser that has it adjusted, if it is.
+        // What the record has by now is of the parser that has it adjusted; where a host does, of nobody.
         const ezBaseParser* const parser = mScopes.back().mParser;
         LedgerOf(*anAdjusted)
             .Look(parser != nullptr ? std::optional<ezFactSource>({ezParseStep::Parser, parser, nullptr})

@@ -15,11 +15,11 @@ class ExtensionMimeTypeMatcher;
 /// What stands between a manager and its observer: it is told each step of a request, passes it on, and keeps
 /// the ledgers by which it says in the end who stated what. A manager that nobody observes has none.
 ///
-/// Steps are told by Report below, so all are within a request. Ledgers live with the trial of a parser: when
-/// it declines, those of all records that came about in it go, and when it answers, all but that of its
-/// record, since a later record may have the address of one that is gone. A parser that deletes an answer and
-/// makes a record of its own where that was looks like one that goes on with it: what both say alike stays
-/// the other parser's.
+/// ReportRequest and Report below tell it, so that all steps are within a request. Ledgers live with the
+/// trial of a parser: when it declines, those of all records that came about in it go, and when it answers,
+/// all but that of its record, since a later record may have the address of one that is gone. A parser that
+/// deletes an answer and makes a record of its own where that was looks like one that goes on with it: what
+/// both say alike stays the other parser's.
 class ParseReporter {
 public:
     /// The observer is borrowed.
@@ -28,9 +28,7 @@ public:
     bool IsTelling() const { return mfTelling; }
     bool IsInRequest() const { return !mScopes.empty(); }
 
-    /// @param anAdjusted  for ezParseRequest::Adjust the record, else null
-    void RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream,
-                      const ezMediaInfo* anAdjusted);
+    void RequestBegan(ezParseRequest aRequest, const ezMediaParserStream* aStream);
     void RequestEnded(ezParseRequest aRequest, const ezMediaInfo* anInfo);
 
     void PassBegan(ezParsePass aPass) { Tell(&ezParseObserver::PassBegan, aPass); }
@@ -95,11 +93,10 @@ private:
 };
 
 /// Begins a request, if there is a reporter: null where nobody observes.
-/// @param anAdjusted  for ezParseRequest::Adjust the record, else null
 inline void ReportRequest(ParseReporter* aReporter, ezParseRequest aRequest,
-                          const ezMediaParserStream* aStream, const ezMediaInfo* anAdjusted) {
+                          const ezMediaParserStream* aStream) {
     if (aReporter != nullptr) {
-        aReporter->RequestBegan(aRequest, aStream, anAdjusted);
+        aReporter->RequestBegan(aRequest, aStream);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "ezPlatform/config/Config.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,6 +16,10 @@ namespace {
 /// A name that holds a NUL leads to another file than it says.
 bool HasNUL(const std::string& aPath) {
     return aPath.find('\0') != std::string::npos;
+}
+
+bool IsControl(char aCharacter) {
+    return (aCharacter >= 0 && aCharacter < ' ') || aCharacter == 0x7F;
 }
 
 bool IsTooLarge(const std::string& aPath) {
@@ -30,6 +35,7 @@ std::string WordsOf(int anError) {
 
 std::string ShownPath(std::string_view aPath) {
     std::string shown(aPath.substr(0, kHost_MaxShownPath));
+    std::replace_if(shown.begin(), shown.end(), IsControl, '?');
     return aPath.size() > shown.size() ? shown + "..." : shown;
 }
 

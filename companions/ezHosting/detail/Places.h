@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// A path as a message shows it: cut, with "..." after it, where it is too long.
+/// A path as a message of one line shows it: "?" for each control character, as a stranger's name may hold
+/// ends of lines; and cut, with "..." after it, where it is too long.
 std::string ShownPath(std::string_view aPath);
 
 /// What is met where a regular file is looked for: "" for one, else in words why there is none.

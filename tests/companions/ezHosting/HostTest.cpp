@@ -142,7 +142,8 @@ TEST(Host, TellsWhatCannotBeReadFromWhatIsNotRecognised) {
         {secret, secret + ": Permission denied"},
         {pipe, pipe + ": not a regular file"},
         {cycle, cycle + ": Too many levels of symbolic links"},
-        {withNUL, withNUL + ": not found"},
+        {withNUL, media + "?.a: not found"},
+        {media + "\nlog line", media + "?log line: not found"},
         {megabytes, megabytes.substr(0, 1024) + "...: File name too long"},
         {"", ": not found"},
     };

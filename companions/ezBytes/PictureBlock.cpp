@@ -25,6 +25,17 @@ constexpr Signature kSignatures[] = {
     {8, "WEBP"sv, "image/webp"},
 };
 
+/// True for what may follow "image/" (RFC 6838, 4.2), so far as it is in lower case; not so for "-->", a
+/// link.
+bool IsSubtype(std::string_view aName) {
+    static constexpr std::string_view kMarks = "!#$&-^_.+";
+    return !aName.empty() && std::all_of(aName.begin(), aName.end(), [](char aCharacter) {
+        const bool fWord =
+            (aCharacter >= 'a' && aCharacter <= 'z') || (aCharacter >= '0' && aCharacter <= '9');
+        return fWord || kMarks.find(aCharacter) != std::string_view::npos;
+    });
+}
+
 /// The decoded start of a base64 text, in which the picture begins, or nothing that is of use does.
 std::string DecodedHead(ByteReader aText) {
     const auto count =
@@ -69,7 +80,7 @@ ezCString PictureMimeType(std::string_view aFirstBytes, const ezCString& aStated
     if (type.StartsWith("image/")) {
         type = type.Mid(6);
     }
-    if (type.IsEmpty() || type == "-->" || type.Contains("/")) {
+    if (!IsSubtype(type.View())) {
         return {};
     }
     return "image/" + (type == "jpg" ? ezCString("jpeg") : type);

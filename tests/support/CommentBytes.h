@@ -37,8 +37,8 @@ inline std::string Base64(const std::string& aBytes) {
 }
 
 /// One page that holds a part of a packet, and with afEnds its end.
-inline std::string OggPage(unsigned aSerial, unsigned aFlags, const std::string& aPart, bool afEnds,
-                           std::uint64_t aGranule = 0) {
+inline std::string PageOfOgg(unsigned aSerial, unsigned aFlags, const std::string& aPart, bool afEnds,
+                             std::uint64_t aGranule = 0) {
     std::string segments(aPart.size() / 255, '\xFF');
     if (afEnds) {
         segments += Big(aPart.size() % 255, 1);
@@ -47,14 +47,14 @@ inline std::string OggPage(unsigned aSerial, unsigned aFlags, const std::string&
            Little(0) + Big(segments.size(), 1) + segments + aPart;
 }
 /// A packet on pages that hold aPageSize bytes each, a multiple of 255.
-inline std::vector<std::string> OggPages(unsigned aSerial, const std::string& aPacket,
-                                         std::size_t aPageSize) {
+inline std::vector<std::string> PagesOfOgg(unsigned aSerial, const std::string& aPacket,
+                                           std::size_t aPageSize) {
     std::vector<std::string> pages;
     std::size_t start = 0;
     for (; aPacket.size() - start >= aPageSize; start += aPageSize) {
-        pages.push_back(OggPage(aSerial, start == 0 ? 0 : 1, aPacket.substr(start, aPageSize), false));
+        pages.push_back(PageOfOgg(aSerial, start == 0 ? 0 : 1, aPacket.substr(start, aPageSize), false));
     }
-    pages.push_back(OggPage(aSerial, start == 0 ? 0 : 1, aPacket.substr(start), true));
+    pages.push_back(PageOfOgg(aSerial, start == 0 ? 0 : 1, aPacket.substr(start), true));
     return pages;
 }
 inline std::string Comments(const std::vector<std::string>& aComments) {

@@ -115,7 +115,7 @@ void OggLength::FindStart() {
         if (page.mSerial != sound->mSerial || page.mGranule == 0 || page.mGranule == kOggPage_NoGranule) {
             continue;
         }
-        mSoundStart = page.mStart;
+        mSoundStart = mSoundStart != 0 ? mSoundStart : page.mStart;
         const std::uint64_t held = HeldBy(page, body, *sound);
         const std::uint64_t start = page.mGranule - std::min(page.mGranule, held);
         const std::uint64_t time = sound->TimeOf(ezSaturating_Add64(start, sound->mPreSkip));

@@ -16,9 +16,8 @@ public:
 
     std::uint64_t GetMicroseconds() const { return mMicroseconds; } ///< 0: not known
     const char* GetMethod() const { return mMethod; }
-    /// Where the sound of the first link begins in the file; 0 where that was not found.
+    /// Where sound begins in the file; 0 where that was not found.
     std::uint64_t GetSoundStart() const { return mSoundStart; }
-    bool IsChained() const { return mfChained; }
 
 private:
     struct Tail;

@@ -82,7 +82,7 @@ void Store(const MediaBytes& aBytes, const OggLink& aLink, const OggLength& aLen
     if (sound != nullptr) {
         SoundFacts facts = FactsOf(*sound);
         if (aLength.GetMicroseconds() != 0) {
-            const bool fAlone = video == nullptr && aLink.CountSounds() == 1 && !aLength.IsChained();
+            const bool fAlone = video == nullptr && aLink.CountSounds() == 1;
             TakeLength(aBytes, aLength, fAlone, facts);
         }
         facts.Store(anInfo);

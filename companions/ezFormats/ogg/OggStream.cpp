@@ -110,7 +110,7 @@ void ReadOGMSound(ByteReader aPacket, OggStream& aStream) {
         const char* mCodec;
     };
     constexpr Format kFormats[] = {{"0001", "LPCM"}, {"0050", "MP2"}, {"0055", "MP3"},
-                                   {"00FF", "AAC"},  {"00ff", "AAC"}, {"2000", "AC-3"}};
+                                   {"00FF", "AAC"},  {"00ff", "AAC"}, {"2000", "AC3"}};
     ReadOGM(aPacket, aStream);
     aStream.mSamplingRate = static_cast<std::uint32_t>(
         std::min<std::uint64_t>(ISONumber_Scale(aStream.mTicks, 1, aStream.mSeconds), UINT32_MAX));

@@ -73,8 +73,10 @@ TEST(PictureBlock, TypeIsThatOfTheFirstBytesElseAsStated) {
     EXPECT_EQ(type("RIFF....WEBP", ""), "image/webp");
     EXPECT_EQ(type("else", "IMAGE/TIFF"), "image/tiff");
     EXPECT_EQ(type("else", "PNG"), "image/png");
+    EXPECT_EQ(type("else", "image/svg+xml"), "image/svg+xml");
     EXPECT_EQ(type("else", "jpg"), "image/jpeg");
-    for (const char* const none : {"", "image/", "-->", "image/-->", "text/plain"}) {
+    for (const char* const none : {"", "image/", "-->", "image/-->", "text/plain", "image/\x16\x16",
+                                   "image/\xFF", "image/a b", "image/a;b"}) {
         EXPECT_EQ(type("else", none), "") << none;
     }
 }

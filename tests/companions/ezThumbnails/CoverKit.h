@@ -94,15 +94,15 @@ inline std::string Aiff(const std::string& aChunks) {
 // --- Ogg ---
 
 inline std::string VorbisHead(unsigned aSerial) {
-    return OggPage(aSerial, 2, "\x01vorbis" + std::string(23, 'i'), true);
+    return PageOfOgg(aSerial, 2, "\x01vorbis" + std::string(23, 'i'), true);
 }
 /// Vorbis with comments, on pages of aPageSize bytes.
 inline std::string Vorbis(const std::vector<std::string>& aComments, std::size_t aPageSize = 255 * 255) {
     std::string file = VorbisHead(7);
-    for (const std::string& page : OggPages(7, "\x03vorbis" + Comments(aComments) + "\x01", aPageSize)) {
+    for (const std::string& page : PagesOfOgg(7, "\x03vorbis" + Comments(aComments) + "\x01", aPageSize)) {
         file += page;
     }
-    return file + OggPage(7, 0, "\x05vorbis", true);
+    return file + PageOfOgg(7, 0, "\x05vorbis", true);
 }
 
 // --- looking ---

@@ -152,16 +152,19 @@ TEST(MP4Cover, BoxesAreCountedAndDepthIsNoRecursion) {
 TEST(OggCover, IsFoundInEveryKindOfSound) {
     const std::string picture = PictureComment(PictureOfFlac(3, kFront));
     EXPECT_EQ(CoversOf(Vorbis({"TITLE=x", picture})), kFrontFound);
-    EXPECT_EQ(CoversOf(OggPage(1, 2, "OpusHead" + std::string(11, 'i'), true) +
-                       OggPage(1, 0, "OpusTags" + Comments({picture}), true)),
+    EXPECT_EQ(CoversOf(PageOfOgg(1, 2, "OpusHead" + std::string(11, 'i'), true) +
+                       PageOfOgg(1, 0, "OpusTags" + Comments({picture}), true)),
               kFrontFound);
     EXPECT_EQ(CoversOf(Vorbis({"METADATA_BLOCK_PICTURES=" + picture.substr(23), "TITLE=x"})), Covers());
-    EXPECT_EQ(CoversOf(OggPage(1, 2, "Speex   ", true) + OggPage(1, 0, Comments({picture}), true)),
+    EXPECT_EQ(CoversOf(PageOfOgg(1, 2, "Speex   ", true) + PageOfOgg(1, 0, Comments({picture}), true)),
               kFrontFound);
-    const std::string flac = OggPage(1, 2, "\x7F" "FLAC\1\0\0\1fLaC"s, true);
-    EXPECT_EQ(CoversOf(flac + OggPage(1, 0, FlacBlock(4, Comments({picture})), true)), kFrontFound);
-    EXPECT_EQ(CoversOf(flac + OggPage(1, 0, FlacBlock(1, Comments({picture})), true)), Covers());
-    EXPECT_EQ(CoversOf(OggPage(1, 2, "kate", true) + OggPage(1, 0, Comments({picture}), true)), Covers());
+    const std::string flac = PageOfOgg(1, 2,
+                                       "\x7F"
+                                       "FLAC\1\0\0\1fLaC"s,
+                                       true);
+    EXPECT_EQ(CoversOf(flac + PageOfOgg(1, 0, FlacBlock(4, Comments({picture})), true)), kFrontFound);
+    EXPECT_EQ(CoversOf(flac + PageOfOgg(1, 0, FlacBlock(1, Comments({picture})), true)), Covers());
+    EXPECT_EQ(CoversOf(PageOfOgg(1, 2, "kate", true) + PageOfOgg(1, 0, Comments({picture}), true)), Covers());
     // Of an older form, the picture alone.
     EXPECT_EQ(CoversOf(Vorbis({"coverart=" + Base64(kFront)})), kFrontFound);
     EXPECT_EQ(CoversOf(Vorbis({"coverart=" + Base64("no picture")})), Covers());
@@ -183,9 +186,9 @@ TEST(OggCover, OnOnePageItIsAFilePartAndAcrossPagesItIsGathered) {
 TEST(OggCover, PagesOfOtherStreamsInBetweenAreSteppedOver) {
     const std::string packet =
         "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, Jpeg(std::string(900, 'x'))))});
-    std::string file = OggPage(5, 2, "\x80theora", true) + VorbisHead(7);
-    for (const std::string& page : OggPages(7, packet, 255)) {
-        file += OggPage(5, 0, "\x81theora", true);
+    std::string file = PageOfOgg(5, 2, "\x80theora", true) + VorbisHead(7);
+    for (const std::string& page : PagesOfOgg(7, packet, 255)) {
+        file += PageOfOgg(5, 0, "\x81theora", true);
         file += page;
     }
     EXPECT_EQ(CoversOf(file), Covers{"image/jpeg " + Jpeg(std::string(900, 'x'))});
@@ -194,13 +197,13 @@ TEST(OggCover, PagesOfOtherStreamsInBetweenAreSteppedOver) {
 TEST(OggCover, APacketWithAMissingPageHasNoCover) {
     const std::string packet =
         "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, Jpeg(std::string(900, 'x'))))});
-    const std::vector<std::string> pages = OggPages(7, packet, 255);
+    const std::vector<std::string> pages = PagesOfOgg(7, packet, 255);
     ASSERT_GE(pages.size(), 4U);
     std::string withoutFirst = VorbisHead(7);
     std::string withoutLast = VorbisHead(7);
     for (std::size_t i = 0; i < pages.size(); ++i) {
         withoutFirst += i == 0 ? "" : pages[i];
-        withoutLast += i + 1 == pages.size() ? OggPage(7, 0, "audio", true) : pages[i];
+        withoutLast += i + 1 == pages.size() ? PageOfOgg(7, 0, "audio", true) : pages[i];
     }
     EXPECT_EQ(CoversOf(withoutFirst), Covers());
     // The second page begins a packet anew, where the first has left one open.
@@ -226,7 +229,7 @@ TEST(OggCover, SizesThatLieAreRefused) {
     const std::string comment = PictureComment(block);
     const std::string good = Comments({comment});
     const auto file = [](const std::string& aComments) {
-        return VorbisHead(7) + OggPage(7, 0, "\x03vorbis" + aComments, true);
+        return VorbisHead(7) + PageOfOgg(7, 0, "\x03vorbis" + aComments, true);
     };
     ASSERT_EQ(CoversOf(file(good)), kFrontFound);
     EXPECT_EQ(CoversOf(file(std::string(good).replace(0, 4, Little(0xFFFFFFFF)))), Covers());
@@ -241,9 +244,9 @@ TEST(OggCover, CommentsAfterTooManyPagesAreNotReached) {
     for (const std::uint32_t pages : {kCover_MaxPages, kCover_MaxPages + 1}) {
         std::string file = VorbisHead(7);
         for (std::uint32_t page = 2; page < pages; ++page) {
-            file += OggPage(5, 0, "\x81theora", true);
+            file += PageOfOgg(5, 0, "\x81theora", true);
         }
-        file += OggPage(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, kFront))}), true);
+        file += PageOfOgg(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, kFront))}), true);
         EXPECT_EQ(CoversOf(file), pages <= kCover_MaxPages ? kFrontFound : Covers()) << pages;
     }
 }

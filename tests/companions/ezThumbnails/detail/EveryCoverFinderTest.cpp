@@ -22,7 +22,7 @@ std::vector<Sample> Samples() {
     const std::string block = PictureOfFlac(3, Jpeg(std::string(200, 'x')));
     const std::string tag = ID3(3, 0, Frame23("APIC", Apic(3, picture)));
     std::string pages = VorbisHead(7);
-    for (const std::string& page : OggPages(7, "\x03vorbis" + Comments({PictureComment(block)}), 255)) {
+    for (const std::string& page : PagesOfOgg(7, "\x03vorbis" + Comments({PictureComment(block)}), 255)) {
         pages += page;
     }
     return {
@@ -53,7 +53,7 @@ std::vector<Sample> Samples() {
         {"MP4", FindMP4Cover, Ftyp() + LongBox("mdat", "samples") + Moov(DataBox(13, picture))},
         {"Ogg on one page", FindOggCover,
          VorbisHead(7) +
-             OggPage(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, picture))}), true)},
+             PageOfOgg(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, picture))}), true)},
         {"Ogg across pages", FindOggCover, pages},
         {"WAV", FindWAVCover, Wav(WavChunk("data", "sound") + WavChunk("id3 ", tag))},
         {"RF64", FindWAVCover,
@@ -139,7 +139,7 @@ TEST(EveryCoverFinder, FrontComesFirstAndIconsNeverCount) {
         const std::string comments = Little(6) + "writer" + Little(aCount) + aParts;
         return aKind == 0   ? ID3(3, 0, aParts + std::string(20, '\0'))
                : aKind == 1 ? Flac(aParts)
-                            : VorbisHead(7) + OggPage(7, 0, "\x03vorbis" + comments, true);
+                            : VorbisHead(7) + PageOfOgg(7, 0, "\x03vorbis" + comments, true);
     };
     // The types of the pictures, and that of the cover; 1, an icon, for none.
     const std::vector<std::pair<std::vector<unsigned>, unsigned>> cases = {

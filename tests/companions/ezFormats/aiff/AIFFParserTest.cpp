@@ -128,7 +128,7 @@ TEST(AIFFParser, StreamedSoundIsMeasuredByTheFile) {
          {std::uint64_t{0}, std::uint64_t{16009}, std::uint64_t{0x80000000}, std::uint64_t{UINT32_MAX}}) {
         EXPECT_EQ(Length(Form(common + LyingSsnd(size, 16000))), "1000|\"constant rate\"") << size;
     }
-    for (const std::uint64_t size : {1, 7, 8}) {
+    for (const std::uint64_t size : {1U, 7U, 8U}) {
         EXPECT_EQ(Length(Form(common + "SSND" + Big(size, 4) + std::string(size, '\0'))), "|") << size;
     }
     Delivery unknown;

@@ -166,7 +166,7 @@ TEST(CAFParser, SizeOfTheSoundThatCannotBeIsMeasuredByTheFile) {
          {std::uint64_t{0}, std::uint64_t{16005}, std::uint64_t{1} << 63, UINT64_MAX, UINT64_MAX - 1}) {
         EXPECT_EQ(Length(Caf(kDesc + LyingData(size, 16000))), "1000|\"constant rate\"") << size;
     }
-    for (const std::uint64_t size : {1, 3, 4}) {
+    for (const std::uint64_t size : {1U, 3U, 4U}) {
         EXPECT_EQ(Length(Caf(kDesc + "data" + Big(size, 8) + std::string(size, '\0'))), "|") << size;
     }
     Delivery unknown;

@@ -208,7 +208,7 @@ TEST(WAVParser, SizeThatLost32BitsIsCompletedByTheFile) {
         const std::uint64_t size = 12 + 24 + 8 + sound + tag.size();
         std::string head = Wav(Lying("data", 16000, ""));
         head.replace(4, 4, Little(size - 8));
-        for (const std::uint64_t more : {0, 1000, 65535}) { // what was appended and is not counted
+        for (const std::uint64_t more : {0U, 1000U, 65535U}) { // what was appended and is not counted
             SparseStream stream(size + more, {{0, head + Sound(9000)}, {44 + sound, tag}});
             WAVParser parser;
             const std::string record = DumpRecord(Record(parser.Parse(stream)).get());

@@ -526,7 +526,7 @@ TEST(PlaylistParserFix, AURLGivesTheLastSegmentOfItsPath) {
     EXPECT_EQ(Fixed("http://host/track"), "track");
     EXPECT_EQ(Fixed("http://host/a.b.c"), "a.b");
     EXPECT_EQ(Fixed("http://host.d/a.d/b"), "b");
-    EXPECT_EQ(Fixed("http://host/AC%2FDC.mp3"), "AC/DC") << "the path is parted before it is decoded";
+    EXPECT_EQ(Fixed("http://host/AC%2FDC.mp3"), "AC/DC") << "the path is split before it is decoded";
     EXPECT_EQ(Fixed("http://host/.hidden"), "");
     EXPECT_EQ(Fixed("http://host/a/"), "");
     EXPECT_EQ(Fixed("http://host/a\\b.mp3"), "a\\b");

@@ -215,16 +215,16 @@ int Sequences() {
 
 /// What many sequences must have come upon: else the check has not seen what it is there for.
 const char* const kMustBeMet[] = {
-    "a media is recognised",
-    "a media is not recognised",
+    "an item is recognised",
+    "an item is not recognised",
     "a record without a MIME type is refused",
     "an entry of the table wins",
     "an excluded entry refuses a winner",
     "an entry alone makes a record",
     "the mapper supplies a record",
     "the mapper overrides a record",
-    "a media is recognised and every fact of it told",
-    "a media is not recognised and nothing of it told",
+    "an item is recognised and every fact of it told",
+    "an item is not recognised and nothing of it told",
     "a type answers",
     "a type does not answer",
     "cover art is found",

@@ -364,7 +364,7 @@ void ParsersSubject::ParseMedia(const Operation& anOperation) {
     std::unique_ptr<ezMediaInfo> info(mManager->Parse(*stream));
     CompareTold(info.get());
     CompareRecords("parse", std::move(info), mModel->Parse(media, PathOf(media)));
-    Met("a media is parsed, way " + std::to_string(media.mWay));
+    Met("an item is parsed, way " + std::to_string(media.mWay));
 }
 
 void ParsersSubject::CompareTold(const ezMediaInfo* anInfo) {
@@ -385,8 +385,8 @@ void ParsersSubject::CompareTold(const ezMediaInfo* anInfo) {
     Agree("the facts that are told", told, stated);
     Agree("a request that is told", mObserver.Lines().empty(), !mManager->IsObserved());
     if (mManager->IsObserved()) {
-        Met(anInfo != nullptr ? "a media is recognised and every fact of it told"
-                              : "a media is not recognised and nothing of it told");
+        Met(anInfo != nullptr ? "an item is recognised and every fact of it told"
+                              : "an item is not recognised and nothing of it told");
     }
 }
 

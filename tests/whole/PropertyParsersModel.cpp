@@ -266,7 +266,7 @@ std::optional<RecordValues> ParsersModel::Parse(const MediaPlan& aMedia, const s
     mDone.clear();
     std::optional<RecordValues> record = Validated(FromType("*"));
     if (!record) {
-        Met("a media is not recognised");
+        Met("an item is not recognised");
         return std::nullopt;
     }
     if (aMedia.mWay != MediaPlan::SizeUnknown && !aMedia.mContent.empty()) {
@@ -279,7 +279,7 @@ std::optional<RecordValues> ParsersModel::Parse(const MediaPlan& aMedia, const s
         Met("a record without a MIME type is refused");
         return std::nullopt;
     }
-    Met("a media is recognised");
+    Met("an item is recognised");
     return record;
 }
 

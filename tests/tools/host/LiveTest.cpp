@@ -301,6 +301,8 @@ TEST(WebServer, TheEntriesToWhichItsTypeLedAreExplained) {
     const HttpServer unheard(Serving(media));
     EXPECT_NE(Announce({"--explain", unheard.URL("/a.gif")}).mOut.find("\n  entries          gif\n"),
               std::string::npos);
+    EXPECT_NE(Announce({"--explain", unheard.URL("/a")}).mOut.find("\n  entries          none\n"),
+              std::string::npos);
 }
 
 TEST(WebServer, FailuresNameTheOperandAndTheReason) {

@@ -134,7 +134,7 @@ TEST(RequestNotes, NameTheCausesForWhichParsersRefuse) {
 
 TEST(RequestNotes, SayWhatLedToEntriesWhereItWasNotTheExtensionAlone) {
     Teller teller;
-    EXPECT_EQ(teller.Entries(), (Lines{"none for this extension"}));
+    EXPECT_EQ(teller.Entries(), (Lines{"none"}));
     teller.Consider(ezParsePass::Extension, teller.mMp3, false, ezEntryResult::Declined);
     teller.Consider(ezParsePass::Extension, teller.mTxt, true, ezEntryResult::Excluded);
     EXPECT_EQ(teller.Entries(), (Lines{"mp3, txt (excluded)"}));
@@ -252,7 +252,7 @@ TEST(RequestNotes, KeepWhatAParserHadIdentifiedOnTheWayApart) {
 
     EXPECT_EQ(teller.Attempts(), (Lines{"one (First): declined: unsupported: of this one",
                                         " two (Second): declined: malformed: of another stream"}));
-    EXPECT_EQ(teller.Entries(), (Lines{"none for this extension"}));
+    EXPECT_EQ(teller.Entries(), (Lines{"none"}));
     ezMediaInfo info;
     info.Set(kezInfo_MimeType, "audio/this", true);
     EXPECT_FALSE(notes.GetMapperAnswer(info));
@@ -272,7 +272,7 @@ TEST(RequestNotes, ForgetTheRequestBefore) {
 
     notes.RequestBegan(ezParseRequest::Identify, nullptr);
     EXPECT_TRUE(teller.Attempts().empty());
-    EXPECT_EQ(teller.Entries(), (Lines{"none for this extension"}));
+    EXPECT_EQ(teller.Entries(), (Lines{"none"}));
     ezMediaInfo info;
     info.Set(kezInfo_MimeType, "audio/new", true);
     EXPECT_FALSE(notes.GetMapperAnswer(info));

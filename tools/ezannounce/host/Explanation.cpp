@@ -103,5 +103,5 @@ std::vector<std::string> InWords(const std::vector<ExplainedEntry>& anEntries) {
         lines.back() += entry.mName + (entry.mfExcluded ? " (excluded)" : "");
         before = &entry;
     }
-    return lines.empty() ? std::vector<std::string>{"none for this extension"} : lines;
+    return lines.empty() ? std::vector<std::string>{"none"} : lines;
 }

@@ -59,5 +59,5 @@ std::string InWords(const ExplainedAttempt& anAttempt);
 std::string InWords(ezParseRefusal aCause, const char* aText);
 
 /// The entries, a line for each pass that considered any: "mp3, txt (excluded)". Where these are not only
-/// those of the file's extension a line says what led to them.
+/// those of the file's extension a line says what led to them. Of no entries one line, "none".
 std::vector<std::string> InWords(const std::vector<ExplainedEntry>& anEntries);

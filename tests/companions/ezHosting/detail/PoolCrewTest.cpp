@@ -359,7 +359,7 @@ TEST(PoolCrew, ARequestWaitsForOneReadAtMost) {
         gate.Open();
         crew->Wait();
         EXPECT_EQ(reads, threads);
-        EXPECT_EQ(results.CountOf(Outcome::Cancelled), threads) << "a record that was cut is none";
+        EXPECT_EQ(results.CountOf(Outcome::Cancelled), threads) << "a record that was cut is not given out";
         for (const ezHostPoolResult& result : results.mAll) {
             EXPECT_EQ(result.mInfo, nullptr);
         }

@@ -21,7 +21,7 @@ ezCancellation::Watch::~Watch() {
 
 void ezCancellation::Cancel() {
     if (IsCancelled()) {
-        return; // without the lock: who is being called may say it again
+        return; // without the lock: who is being called may cancel again
     }
     const std::lock_guard<std::mutex> lock(mMutex);
     if (mfCancelled.exchange(true, std::memory_order_acq_rel)) {

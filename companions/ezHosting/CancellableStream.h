@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-/// The word to all who read that nobody wants the result any more. It is said once and for good.
+/// Tells those who read that nobody wants the result any more, once and for good.
 ///
 /// All operations may be called from any thread, but not from a signal handler. Streams that watch it must
 /// be gone before it goes.
@@ -22,10 +22,10 @@ public:
     /// makes nor destroys a Watch of the same cancellation.
     using Notice = std::function<void()>;
 
-    /// Has a function called when the word is said, as long as it lives.
+    /// Has a function called when it is cancelled, as long as this lives.
     class EZHOSTING_API Watch {
     public:
-        /// Calls the function here and now where the word is said already. An empty one is never called.
+        /// Calls the function here and now where it is cancelled already. An empty one is never called.
         Watch(ezCancellation& aCancellation, Notice aNotice);
         /// Returns only when the function does not run, so that what it uses may go then.
         ~Watch();
@@ -42,7 +42,7 @@ public:
     ezCancellation(const ezCancellation&) = delete;
     ezCancellation& operator=(const ezCancellation&) = delete;
 
-    /// Says it, and calls those who watch, each once. A second call does nothing, and waits for nothing.
+    /// Cancels, and calls those who watch, each once. A second call does nothing, and waits for nothing.
     void Cancel();
     /// Costs no more than the look at a flag.
     bool IsCancelled() const { return mfCancelled.load(std::memory_order_acquire); }
@@ -96,9 +96,8 @@ class EZHOSTING_API ezInterruptibleStream : public ezStream {
 public:
     /// @param aCancellation  borrowed until the destruction
     /// @param aStream        not null; its threshold callback is this stream's from now on
-    /// @param aWake          called at the cancelling, for a stream that waits within its own operations,
-    /// such
-    ///                       as `[feed] { feed->Cancel(); }` for an ezFeedStream that waits for its size
+    /// @param aWake          called at the cancelling, for a stream that waits within its own operations:
+    ///                       `[feed] { feed->Cancel(); }` for an ezFeedStream that waits for its size
     ezInterruptibleStream(ezCancellation& aCancellation, ezStreamOwner aStream,
                           ezCancellation::Notice aWake = {});
 

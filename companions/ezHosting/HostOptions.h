@@ -62,9 +62,9 @@ struct ezHostOptions {
     std::string mThumbnailFolder;
     /// Bytes of all thumbnails in the cache: those of a home's media. What was not used for the longest time
     /// goes first.
-    std::uint64_t mThumbnailBytes = std::uint64_t{64} << 20;
+    std::uint64_t mThumbnailBytes = std::uint64_t{128} << 20;
     /// Thumbnails in the cache: as many of a usual size as its bytes hold. What was not used for the longest
     /// time goes first.
-    std::size_t mThumbnailFiles = 10000;
+    std::size_t mThumbnailFiles = 20000;
     /// @}
 };

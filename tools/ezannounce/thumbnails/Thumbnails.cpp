@@ -2,9 +2,9 @@
 
 #include "output/PictureWords.h"
 #include "output/SameFile.h"
-#include "thumbnails/Limits.h"
 #include "thumbnails/ThumbnailIdentity.h"
 
+#include "ezHosting/HostOptions.h"
 #include "ezPlatform/base/Log.h"
 #include "ezPlatform/files/File.h"
 #include "ezThumbnails/CoverThumbnailProvider.h"
@@ -122,7 +122,7 @@ Provider* Thumbnails::NewProvider(Words... aWords) {
 
 Thumbnails::Thumbnails(const std::string& aCacheFolder, const std::string& aLeftOut)
     : mCacheFolder(aCacheFolder),
-      mCache(ezCString(aCacheFolder), kThumbnails_CacheBytes, kThumbnails_CacheFiles),
+      mCache(ezCString(aCacheFolder), ezHostOptions().mThumbnailBytes, ezHostOptions().mThumbnailFiles),
       mManager(&mCache, new PictureThumbnailGenerator),
       mSidecars(NewProvider<SidecarsButOne>(aLeftOut)) {
     ThumbnailProviders providers; // that of costly pictures is not traced: it builds nothing

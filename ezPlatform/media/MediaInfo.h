@@ -71,8 +71,8 @@ inline constexpr const char* kezInfo_PictureBitDepth = "cd"; ///< bits of a samp
 /// Exif numbers it. 6 is a quarter turn clockwise, 3 half a turn, 8 a quarter turn the other way; 2, 4, 5 and
 /// 7 are mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.
 inline constexpr const char* kezInfo_Orientation = "ud";
-/// Where the duration is from: "header", "last frame" or "last page" (its place), "counted" (all frames were),
-/// "constant rate" (the size by a rate that all places confirm), or "estimate: " and how.
+/// Where the duration is from: "header", "last frame" or "last page" (its place), "counted" (all frames
+/// were), "constant rate" (the size by a rate that all places confirm), or "estimate: " and how.
 inline constexpr const char* kezInfo_DurationMethod = "md";
 /// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
 /// whole seconds of kezInfo_Duration.

@@ -43,7 +43,7 @@ private:
     unsigned mSum = 0;
 };
 
-/// A number as UTF-8 codes it, of up to 36 bits (9.1.5). False where it is none.
+/// A number as UTF-8 codes it, of up to 36 bits (9.1.5). False for what is not one.
 bool ReadCodedNumber(SummingReader& aReader, std::uint64_t* aNumber) {
     const unsigned first = aReader.Read(1);
     if (first < 0x80) {

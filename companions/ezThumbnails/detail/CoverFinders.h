@@ -21,8 +21,8 @@ Cover FindFLACCover(ezStream& aStream);
 Cover FindMP4Cover(ezStream& aStream);
 
 /// Ogg, from METADATA_BLOCK_PICTURE and COVERART comments of the first stream of sound: Vorbis, Opus, FLAC,
-/// Speex, and that of OGM. Text that goes across pages, as that of most covers does, comes in several pieces, with
-/// the page headers left out.
+/// Speex, and that of OGM. Text that goes across pages, as that of most covers does, comes in several pieces,
+/// with the page headers left out.
 Cover FindOggCover(ezStream& aStream);
 
 /// WAV and its kin, and AIFF, from the ID3v2 tag in a chunk of theirs, before the sound or after it. Of

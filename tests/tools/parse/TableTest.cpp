@@ -47,11 +47,12 @@ TEST(Table, ShowsAMediaInOneRowUnderAHeaderWhenWide) {
     const ProgramResult result = WideTable({"music/door-bell.wav"}, options);
     EXPECT_EQ(result.mStatus, 0);
     EXPECT_EQ(result.mError, "");
-    EXPECT_EQ(result.mOut,
-              "NAME                 MIME TYPE  CLASS                      DLNA                SIZE  EXT  KNOWN\n"
-              "music/door-bell.wav  audio/wav  item.audioItem.musicTrack  DLNA.ORG_OP=01  34.5 KiB  wav  "
-              "0:00:02.200, 128 kbit/s, LPCM, 8 kHz, 1 channel, 16 bit, date 2001, title Door Bell, creator The "
-              "Test Tones, genre Other, album Half a Second\n");
+    EXPECT_EQ(
+        result.mOut,
+        "NAME                 MIME TYPE  CLASS                      DLNA                SIZE  EXT  KNOWN\n"
+        "music/door-bell.wav  audio/wav  item.audioItem.musicTrack  DLNA.ORG_OP=01  34.5 KiB  wav  "
+        "0:00:02.200, 128 kbit/s, LPCM, 8 kHz, 1 channel, 16 bit, date 2001, title Door Bell, creator The "
+        "Test Tones, genre Other, album Half a Second\n");
 }
 
 TEST(Table, ParseAsAVerbShowsTheSame) {

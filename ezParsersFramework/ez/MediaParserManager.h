@@ -134,7 +134,7 @@ protected:
 private:
     /// Marks a parser as tried in this request; false when it was already.
     bool BeginParser(const ezBaseParser* aParser);
-    /// Asserts that this is no call of the observer, which must not ask its manager. True when it is none.
+    /// Asserts that this is no call of the observer, which must not ask its manager. True when it is not one.
     bool MayBeAsked() const;
     /// The record of a request, as Parse returns it.
     ezMediaInfo* Identify(ezMediaParserStream& aStream);

@@ -7,7 +7,7 @@
 /// How a file of RIFF or its kin begins.
 struct WAVHead {
     ChunkLayout mLayout = kChunks_RIFF;
-    BoxType mKind; ///< "RIFF", "RIFX", "RF64", "BW64", "riff" of Wave64; NULs for what is none of these
+    BoxType mKind; ///< "RIFF", "RIFX", "RF64", "BW64", "riff" of Wave64; four NULs for a file of another kind
     BoxType mForm; ///< "WAVE"; what another file of chunks is
     std::uint64_t mSize = 0; ///< what the file states to have after the head's first eight bytes
 };

@@ -201,7 +201,7 @@ TEST(PoolCrew, WithoutACallbackTheResultsCount) {
 }
 
 TEST(PoolCrew, TheMakerOfAStreamIsCalledOnceAndGoesBeforeTheResult) {
-    const auto token = std::make_shared<int>();
+    auto token = std::make_shared<int>(); // const, a closure could not move its copy and would leave an owner
     std::atomic<int> calls{0};
     long owners = 0;
     const Crew crew(1, 4, false, [&](const ezHostPoolResult&) { owners = token.use_count(); });

@@ -12,10 +12,6 @@
 
 namespace {
 
-/// FLAC comes before the tag that may stand before it, which others put there.
-constexpr Cover (*kFinders[])(ezStream&) = {FindFLACCover, FindID3Cover, FindMP4Cover,
-                                            FindOggCover,  FindWAVCover, FindAIFFCover};
-
 /// The file, which notes that it could not be read.
 class LookedThrough : public ezFileStream {
 public:
@@ -65,7 +61,7 @@ void CoverThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
     if (anInfo == nullptr) {
         return;
     }
-    if (mNextFinder < std::size(kFinders)) {
+    if (mNextFinder < std::size(kCoverFinders)) {
         Find(anInfo->mFilePath);
     }
     if (!SourceToTry() && mfFailed) {
@@ -76,8 +72,8 @@ void CoverThumbnailProvider::GetNextPath(const ThumbnailInfo* anInfo) {
 
 void CoverThumbnailProvider::Find(const ezPathName& aPath) {
     const ezStreamOwner stream = OpenedStream(aPath, &mfFailed);
-    while (mNextFinder < std::size(kFinders)) {
-        const Cover cover = kFinders[mNextFinder++](*stream);
+    while (mNextFinder < std::size(kCoverFinders)) {
+        const Cover cover = kCoverFinders[mNextFinder++].mFind(*stream);
         if (cover.IsFound()) {
             mTrySource = SourceOf(cover, aPath);
             return;

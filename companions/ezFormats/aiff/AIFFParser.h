@@ -3,6 +3,7 @@
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/aiff/AIFFLimits.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 
 #include <utility>
 
@@ -29,6 +30,14 @@ public:
         {{"aiff", {"aiff", "aif", "aifc"}, {"audio/x-aiff", "audio/aiff"}, kezUPnPClass_MusicTrack, {}}},
         {{"audio/x-aiff", "", {"audio/aiff"}}},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "AIFF, AIFF-C",
+        "AIFF, AU and CAF",
+        "ID3v2 in a chunk (`ID3 `); `NAME` and `AUTH`",
+        "markers, instruments, MIDI, comments",
+        {2, 16U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

@@ -3,6 +3,7 @@
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/au/AULimits.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 
 #include <utility>
 
@@ -23,6 +24,14 @@ public:
         {{"au", {"au", "snd"}, {"audio/basic"}, kezUPnPClass_MusicTrack, {}}},
         {},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "AU",
+        "AIFF, AU and CAF",
+        "lines of the annotation like `title=...`",
+        "annotations of another form",
+        {1, 8U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

@@ -3,6 +3,7 @@
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/caf/CAFLimits.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 
 #include <utility>
 
@@ -28,6 +29,11 @@ public:
         {{"caf", {"caf"}, {"audio/x-caf"}, kezUPnPClass_MusicTrack, {}}},
         {},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "CAF",          "AIFF, AU and CAF", "`info`", "markers, regions, instruments, MIDI, `uuid` chunks",
+        {2, 16U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/flac/FLACLimits.h"
 
 #include <utility>
@@ -28,6 +29,14 @@ public:
         {{"flac", {"flac", "fla"}, {"audio/flac", "audio/x-flac"}, kezUPnPClass_MusicTrack, {}}},
         {{"audio/flac", "", {"audio/x-flac"}}},
         {IsAt, true},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "FLAC",
+        "FLAC",
+        "Vorbis comments; ID3v2 before; where none has a title APE, Lyrics3 and ID3v1 after the frames",
+        "cue sheets, seek tables, blocks of applications",
+        {2, 72U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

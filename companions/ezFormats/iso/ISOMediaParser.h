@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/iso/ISOLimits.h"
 
 #include <cstdint>
@@ -53,6 +54,14 @@ public:
         {{"audio/mp4", "", {"audio/x-m4a", "audio/m4a", "audio/x-m4b", "audio/x-m4r"}},
          {"video/mp4", "", {"video/x-mp4", "video/x-m4v", "video/x-f4v"}}},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "ISO media: MP4, QuickTime, 3GP",
+        "ISO base media: MP4, QuickTime, 3GP",
+        "those of iTunes (`ilst`), of 3GPP, of QuickTime (`keys`, and texts of `udta`)",
+        "chapters, subtitles, tracks that are not enabled, XMP, ID3v2 in boxes, the samples",
+        {16, 384U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/jpeg/JPEGLimits.h"
 
 #include <utility>
@@ -36,6 +37,15 @@ public:
          {"mpo", {"mpo"}, {"image/jpeg", "image/mpo"}, kezUPnPClass_Photo, {"jpg"}}},
         {{"image/jpeg", "", {"image/jpg", "image/pjpeg"}}},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "JPEG",
+        "",
+        "Exif: orientation and date",
+        "XMP, IPTC, colour profiles, comments, the pictures after the first of an MPO, what follows the "
+        "frame header",
+        {2, 32U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

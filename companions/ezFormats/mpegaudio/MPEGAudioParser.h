@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 
 #include <utility>
@@ -41,6 +42,14 @@ public:
         {{"audio/mpeg", "MP3", {"audio/mp3", "audio/x-mp3", "audio/x-mpeg", "audio/mpeg3", "audio/x-mpeg-3"}},
          {"audio/mpeg", "MP2", {"audio/mp2", "audio/x-mp2"}}},
         {IsAt, true},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "MPEG audio",
+        "MPEG audio",
+        "ID3v2 and APE before the sound; APE, Lyrics3, ID3v1 with its enhanced form after it",
+        "tags in the middle of the sound, chapters, lyrics, ratings, gain",
+        {7, 96U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

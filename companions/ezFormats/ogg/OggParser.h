@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/ogg/OggLimits.h"
 
 #include <utility>
@@ -41,6 +42,15 @@ public:
          {"audio/ogg", "Speex", {"audio/x-speex"}},
          {"video/ogg", "", {"video/x-ogg", "video/x-ogm"}}},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "Ogg",
+        "Ogg",
+        "the comments of the first stream of sound, then of the video",
+        "pictures of FLAC that are no comments, Skeleton, chapters, subtitles, what the video is but for its "
+        "codec",
+        {2, 128U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/png/PNGLimits.h"
 
 #include <utility>
@@ -27,6 +28,15 @@ public:
         {{"png", {"png", "apng"}, {"image/png", "image/x-png", "image/apng"}, kezUPnPClass_Photo, {}}},
         {{"image/png", "", {"image/x-png"}}},
         {IsAt},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "PNG",
+        "",
+        "Exif (`eXIf`): orientation and date",
+        "texts (`tEXt`, `zTXt`, `iTXt`), times, colour profiles, frames of an animation, what follows the "
+        "beginning of the picture data",
+        {2, 32U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

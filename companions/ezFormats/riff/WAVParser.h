@@ -2,6 +2,7 @@
 
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
+#include "ezFormats/detail/FormatNotes.h"
 #include "ezFormats/riff/WAVLimits.h"
 
 #include <utility>
@@ -36,6 +37,14 @@ public:
          {"w64", {"w64"}, {"audio/x-w64"}, kezUPnPClass_MusicTrack, {"wav"}}},
         {{"audio/wav", "", {"audio/x-wav", "audio/wave", "audio/vnd.wave"}}},
         {IsAt, true},
+    };
+
+    static constexpr FormatNotes kNotes = {
+        "WAV and its kin",
+        "WAV and its kin",
+        "ID3v2 in a chunk (`id3 `); ID3v2 before the file; the list `INFO`; description and date of `bext`",
+        "cue points, labels, `iXML`, `axml`, sampler chunks",
+        {2, 16U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

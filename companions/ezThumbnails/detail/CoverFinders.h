@@ -2,6 +2,8 @@
 
 #include "ezThumbnails/detail/Cover.h"
 
+#include <initializer_list>
+
 class ezStream;
 
 /// The cover of a file, by its container. A stream that is no such container, is damaged before the
@@ -31,3 +33,17 @@ Cover FindOggCover(ezStream& aStream);
 Cover FindWAVCover(ezStream& aStream);
 Cover FindAIFFCover(ezStream& aStream);
 /// @}
+
+/// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media
+/// types file.
+struct FormatCoverFinder {
+    Cover (*mFind)(ezStream& aStream);
+    std::initializer_list<const char*> mFormats;
+};
+
+/// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
+/// others put there.
+inline constexpr FormatCoverFinder kCoverFinders[] = {
+    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}}, {FindMP4Cover, {"mp4"}},
+    {FindOggCover, {"ogg"}},   {FindWAVCover, {"wav"}}, {FindAIFFCover, {"aiff"}},
+};

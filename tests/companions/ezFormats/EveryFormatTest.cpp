@@ -1,5 +1,6 @@
 #include "companions/ezFormats/FormatFiles.h"
 #include "companions/ezFormats/FormatHost.h"
+#include "companions/ezFormats/FormatNotesOf.h"
 #include "companions/ezFormats/SparseStream.h"
 
 #include "ez/MediaParserManager.h"
@@ -25,6 +26,9 @@ constexpr std::size_t kLargestBlock = std::size_t{256} * 1024;
 constexpr std::size_t kKeptByTheStream = 8192;
 /// Title, creator, genre or album.
 constexpr std::size_t kLongestText = 1024;
+
+/// Samples that few writers make so, and that may cost more than is usual of their format.
+const std::set<std::string> kOddSamples = {};
 
 struct NamedFile {
     std::string mName;
@@ -284,6 +288,18 @@ TYPED_TEST(EveryFormat, FileThatIsBuiltToCostTheMostStaysWithinTheBudget) {
     EXPECT_FALSE(this->Own().mCostly().empty());
     for (const std::string& bytes : this->Own().mCostly()) {
         this->ExpectInOrder(this->Parse(bytes));
+    }
+}
+
+TYPED_TEST(EveryFormat, SampleCostsNoMoreThanIsUsual) {
+    const FormatNotes* const notes = FormatNotesOf<TypeParam>::Get();
+    ASSERT_NE(notes, nullptr) << this->Format().mName << kFormatNotesMissing;
+    for (const SampleFile& sample : AllSamples()) {
+        if (sample.mWinner == this->Format().mType && kOddSamples.count(sample.mName) == 0) {
+            const AwkwardStream::Costs costs = this->Parse(sample.mBytes).mCosts;
+            EXPECT_LE(costs.mReads, notes->mUsual.mReads) << sample.mName << ": usual, or in kOddSamples";
+            EXPECT_LE(costs.mBytes, notes->mUsual.mBytes) << sample.mName << ": usual, or in kOddSamples";
+        }
     }
 }
 

@@ -6,9 +6,6 @@
 
 namespace {
 
-constexpr CoverFinder kFinders[] = {FindID3Cover, FindFLACCover, FindMP4Cover,
-                                    FindOggCover, FindWAVCover,  FindAIFFCover};
-
 struct Sample {
     const char* mName;
     CoverFinder mFinder;
@@ -79,6 +76,16 @@ void ExpectWithin(const Cover& aCover, std::size_t aFileSize) {
 
 } // namespace
 
+TEST(EveryCoverFinder, HasAFileOfItsOwnAndAFormat) {
+    const std::vector<Sample> samples = Samples();
+    for (const FormatCoverFinder& finder : kCoverFinders) {
+        ASSERT_GT(finder.mFormats.size(), 0U);
+        EXPECT_TRUE(std::any_of(samples.begin(), samples.end(),
+                                [&](const Sample& aSample) { return aSample.mFinder == finder.mFind; }))
+            << "a finder of " << *finder.mFormats.begin();
+    }
+}
+
 TEST(EveryCoverFinder, WhatIsWholeHasACoverAndWhatIsCutAnywhereHasNone) {
     for (const Sample& sample : Samples()) {
         EXPECT_TRUE(FindCover(sample.mFinder, sample.mBytes).IsFound()) << sample.mName;
@@ -117,8 +124,9 @@ TEST(EveryCoverFinder, EveryByteFlippedIsReadToAnEnd) {
 
 TEST(EveryCoverFinder, TheSameBytesInEveryFinderAreOnlyOnesCover) {
     for (const Sample& sample : Samples()) {
-        for (const CoverFinder finder : kFinders) {
-            EXPECT_EQ(FindCover(finder, sample.mBytes).IsFound(), finder == sample.mFinder) << sample.mName;
+        for (const FormatCoverFinder& finder : kCoverFinders) {
+            EXPECT_EQ(FindCover(finder.mFind, sample.mBytes).IsFound(), finder.mFind == sample.mFinder)
+                << sample.mName;
         }
     }
 }
@@ -159,9 +167,9 @@ TEST(EveryCoverFinder, FrontComesFirstAndIconsNeverCount) {
 }
 
 TEST(EveryCoverFinder, AStreamThatIsNotOpenHasNoCover) {
-    for (const CoverFinder finder : kFinders) {
+    for (const FormatCoverFinder& finder : kCoverFinders) {
         const ezStreamOwner stream = MemoryFile("");
-        EXPECT_FALSE(finder(*stream).IsFound());
+        EXPECT_FALSE(finder.mFind(*stream).IsFound());
     }
 }
 

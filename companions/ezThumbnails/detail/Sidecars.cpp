@@ -1,5 +1,7 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezThumbnails/detail/SidecarLimits.h"
+
 #include "ezPlatform/base/Descriptor.h"
 #include "ezPlatform/text/NUL.h"
 
@@ -19,8 +21,10 @@ struct Extension {
 };
 constexpr Extension kExtensions[] = {{".jpg", "image/jpeg"}, {".jpeg", "image/jpeg"}, {".png", "image/png"}};
 
-/// Names that stand for everything in a folder.
-constexpr std::string_view kFolderNames[] = {"cover", "folder", "front", "albumart", "poster"};
+/// Names that stand for everything in a folder. The last two are of small pictures. Names that tell one of
+/// several albums ("AlbumArt_{...}_Large.jpg") are none: the folder may hold songs of another.
+constexpr std::string_view kFolderNames[] = {"cover", "folder", "front",         "albumart",
+                                             "album", "poster", "albumartsmall", "thumb"};
 
 struct DirCloser {
     void operator()(DIR* aDir) const { closedir(aDir); }
@@ -95,7 +99,7 @@ bool ListPictures(const ezCString& aFolder, const Visit& aVisit) {
     if (dir == nullptr) {
         return IsAnswer(errno);
     }
-    while (true) {
+    for (std::size_t i = 0; i < kSidecar_MaxEntries; ++i) {
         errno = 0; // else its end is not told from its failure
         const dirent* const entry = readdir(dir.get());
         if (entry == nullptr) {
@@ -106,6 +110,16 @@ bool ListPictures(const ezCString& aFolder, const Visit& aVisit) {
             aVisit(name);
         }
     }
+    return true;
+}
+
+/// In the order of trying, as many as are tried.
+std::vector<Match> BestOf(std::vector<Match> aMatches) {
+    std::sort(aMatches.begin(), aMatches.end());
+    if (aMatches.size() > kSidecar_MaxCandidates) {
+        aMatches.erase(aMatches.begin() + kSidecar_MaxCandidates, aMatches.end());
+    }
+    return aMatches;
 }
 
 std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCString>& aWanted,
@@ -120,8 +134,7 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
         }
     });
     *afFailed = *afFailed || !fListed;
-    std::sort(matches.begin(), matches.end());
-    return matches;
+    return BestOf(matches);
 }
 
 /// The same of a folder that is listed at the first time, and searched from then on.
@@ -155,8 +168,7 @@ std::vector<Match> FindMatches(const ezCString& aFolder, const std::vector<ezCSt
             matches.push_back({place, name->second != aWanted[place], name->second});
         }
     }
-    std::sort(matches.begin(), matches.end());
-    return matches;
+    return BestOf(matches);
 }
 
 } // namespace

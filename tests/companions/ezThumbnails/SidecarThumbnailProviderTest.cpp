@@ -1,4 +1,5 @@
 #include "ezThumbnails/SidecarThumbnailProvider.h"
+#include "ezThumbnails/detail/SidecarLimits.h"
 #include "ezThumbnails/detail/Sidecars.h"
 
 #include "support/ScriptedThumbnails.h"
@@ -38,11 +39,18 @@ struct Folder {
     TemporaryFolder mFolder;
 };
 
-const Names kOrder = {"film.cover.jpg", "film.cover.jpeg", "film.cover.png", "film.jpg",   "film.jpeg",
-                      "film.png",       "cover.jpg",       "cover.jpeg",     "cover.png",  "folder.jpg",
-                      "folder.jpeg",    "folder.png",      "front.jpg",      "front.jpeg", "front.png",
-                      "albumart.jpg",   "albumart.jpeg",   "albumart.png",   "poster.jpg", "poster.jpeg",
-                      "poster.png"};
+/// In the order of trying.
+Names AllNames() {
+    Names names;
+    for (const char* const stem : {"film.cover", "film", "cover", "folder", "front", "albumart", "album",
+                                   "poster", "albumartsmall", "thumb"}) {
+        for (const char* const extension : {".jpg", ".jpeg", ".png"}) {
+            names.push_back(std::string(stem) + extension);
+        }
+    }
+    return names;
+}
+const Names kOrder = AllNames();
 
 } // namespace
 
@@ -50,7 +58,8 @@ TEST(Sidecars, AreTriedInTheGivenOrder) {
     Names files = kOrder;
     std::reverse(files.begin(), files.end());
     files.insert(files.end(),
-                 {"film.mkv", "film.gif", "other.jpg", "film.mkv.jpg", "cover", "covers.jpg", "jpg"});
+                 {"film.mkv", "film.gif", "other.jpg", "film.mkv.jpg", "cover", "covers.jpg", "jpg",
+                  "AlbumArt_{5FA05D35-A682-4AF6-96F7-0773E42D4D16}_Large.jpg", "cover.bmp", "back.jpg"});
     EXPECT_EQ(Folder(files).Tried("film.mkv"), kOrder);
 }
 
@@ -151,6 +160,50 @@ TEST(Sidecars, NamesOfMediaMayBeOdd) {
     EXPECT_EQ(Folder({"film.jpg"}).Tried("absent/film.mkv"), Names());
     EXPECT_EQ(Folder({"film.jpg", ".jpg"}).Tried(""), Names());
     EXPECT_TRUE(FindSidecars("").empty());
+}
+
+TEST(Sidecars, LieInTheFolderOfTheMediaAndNowhereElse) {
+    const Folder folder({"cover.jpg", "album/disc 1/song.flac", "album/cover.jpg",
+                         "album/disc 1/scans/front.jpg", "http:/host/cover.jpg"});
+    EXPECT_EQ(folder.Tried("album/disc 1/song.flac"), Names());
+    EXPECT_EQ(folder.Tried("album/song.flac"), Names{"album/cover.jpg"});
+    // A URL is no path, and nothing is fetched.
+    EXPECT_TRUE(FindSidecars("http://host/song.flac").empty());
+    EXPECT_TRUE(FindSidecars("file:///tmp/song.flac").empty());
+}
+
+TEST(Sidecars, OfAFolderAsManyEntriesAreLookedAtAsIsBearable) {
+    const Folder folder({"song.mp3"});
+    const auto pictures = [&folder] {
+        FolderPictures listed;
+        EXPECT_TRUE(FindSidecars(Bytes(folder.mFolder.Path("song.mp3")), nullptr, &listed).empty());
+        return listed.begin()->second.size();
+    };
+    constexpr std::size_t kOthers = 3; // the song, the folder itself, and the one above
+    for (std::size_t i = 0; i < kSidecar_MaxEntries - kOthers; ++i) {
+        ASSERT_EQ(mknod(folder.mFolder.Path(std::to_string(i) + ".jpg").c_str(), S_IFREG | 0600, 0), 0);
+    }
+    EXPECT_EQ(pictures(), kSidecar_MaxEntries - kOthers);
+    for (const char* const more : {"one.jpg", "two.jpg", "three.jpg", "four.jpg"}) {
+        folder.mFolder.Write(more, "picture");
+    }
+    EXPECT_LE(pictures(), kSidecar_MaxEntries);
+}
+
+TEST(Sidecars, OfPicturesThatDifferInCaseAloneSomeAreTried) {
+    Names files = {"song.mp3", "cover.jpg"};
+    for (unsigned bits = 1; bits < 2 * kSidecar_MaxCandidates; ++bits) { // of "poster.jpg"
+        std::string name = "poster.jpg";
+        for (unsigned bit = 0; bit < name.size() - 1; ++bit) {
+            const std::size_t at = name.size() - 1 - bit;
+            name[at] = static_cast<char>((bits >> bit & 1U) != 0 && name[at] != '.' ? name[at] - 'a' + 'A'
+                                                                                    : name[at]);
+        }
+        files.push_back(name);
+    }
+    const Names tried = Folder(files).Tried("song.mp3");
+    EXPECT_EQ(tried.size(), kSidecar_MaxCandidates);
+    EXPECT_EQ(tried.front(), "cover.jpg");
 }
 
 TEST(SidecarThumbnailProvider, BuildsFromTheFirstThatConvertsWithTheTypeOfItsExtension) {

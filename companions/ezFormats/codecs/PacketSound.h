@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-/// What the four characters that name a codec in AIFF-C and CAF tell of the sound. Numbers are 0 where they
-/// do not.
+/// What the four characters that name a codec in AIFF-C, CAF and ISO media tell of the sound. Numbers are 0
+/// where they do not.
 struct PacketSound {
     ezCString mCodec;                 ///< as kezInfo_AudioCodec names it
     bool mfPlain = false;             ///< samples as they are; their bits count

@@ -1,11 +1,14 @@
 #include "ezFormats/iso/ISOAudioBoxes.h"
 
 #include "ezFormats/codecs/AC3Header.h"
+#include "ezFormats/codecs/AC4Config.h"
+#include "ezFormats/codecs/DTSHeader.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/IAMFConfig.h"
+#include "ezFormats/codecs/MLPHeader.h"
+#include "ezFormats/codecs/MPEGHConfig.h"
 
 #include <array>
-#include <cstddef>
 
 namespace {
 
@@ -65,7 +68,7 @@ void ReadALAC(ByteReader aBox, ISOAudioEntry& anEntry) {
     anEntry.mCodec.mSamplingRate = rate;
 }
 
-/// Of "ipcm" (ISO/IEC 23003-5): the size of a sample.
+/// Of "ipcm" and "fpcm" (ISO/IEC 23003-5, 5.2): the size of a sample.
 void ReadPCM(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(5); // version, flags, order of bytes
     anEntry.mCodec.mBitsPerSample = aBox.ReadByte();
@@ -82,29 +85,71 @@ void ReadFLAC(ByteReader aBox, ISOAudioEntry& anEntry) {
     }
 }
 
-/// Of TrueHD (MLP): code of the rate, and which loudspeakers the largest presentation has, as one bit each;
-/// the highest rate of the stream in sixteenths of a bit for each sample.
+/// Of TrueHD (MLP): the format as in the stream, and its highest rate.
 void ReadMLP(ByteReader aBox, ISOAudioEntry& anEntry) {
-    constexpr std::array<std::uint32_t, 16> kRates = {48000, 96000, 192000, 0, 0, 0, 0, 0,
-                                                      44100, 88200, 176400, 0, 0, 0, 0, 0};
-    constexpr std::array<std::uint32_t, 13> kSpeakers = {2, 1, 1, 2, 2, 2, 2, 1, 1, 2, 2, 1, 1};
     const std::uint32_t format = aBox.ReadBig32();
     const auto peak = static_cast<std::uint32_t>(aBox.ReadBig(2)) >> 1;
-    const std::uint32_t rate = kRates[format >> 28];
+    ezMLPHeader header;
+    if (aBox.HasFailed() || !ezMLPHeader_ReadTrueHD(format, header)) {
+        return;
+    }
+    anEntry.mfConfigured = true;
+    anEntry.mCodec.mSamplingRate = header.mSamplingRate;
+    anEntry.mCodec.mChannels = header.mChannels != 0 ? header.mChannels : anEntry.mCodec.mChannels;
+    TakeRates(ezMLPHeader_MaxBitRate(peak, header.mSamplingRate), 0, anEntry.mCodec);
+}
+
+/// Of Opus (Encapsulation of Opus in ISO Base Media File Format, 4.3.2).
+void ReadOpus(ByteReader aBox, ISOAudioEntry& anEntry) {
+    aBox.Skip(1); // Version
+    const std::uint32_t channels = aBox.ReadByte();
+    if (!aBox.HasFailed() && channels != 0) {
+        anEntry.mCodec.mChannels = channels;
+    }
+}
+
+/// Of DTS (ETSI TS 102 114, annex E). The number of bits is that of the sound before it was coded, which
+/// counts where it was coded without loss.
+void ReadDTS(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const std::uint32_t rate = aBox.ReadBig32();
+    const std::uint32_t maximum = aBox.ReadBig32();
+    const std::uint32_t average = aBox.ReadBig32();
+    const std::uint32_t bits = aBox.ReadByte();
+    const auto streams = static_cast<std::uint32_t>(aBox.ReadBig(4)); // FrameDuration to RepresentationType
+    const auto layout = static_cast<std::uint32_t>(aBox.ReadBig(2));  // ChannelLayout
     if (aBox.HasFailed() || rate == 0) {
         return;
     }
-    const std::uint32_t large = format & 0x1FFFU;     // of up to eight channels and more
-    const std::uint32_t small = format >> 15 & 0x1FU; // of up to six
-    const std::uint32_t speakers = large != 0 ? large : small;
-    std::uint32_t channels = 0;
-    for (std::size_t i = 0; i < kSpeakers.size(); ++i) {
-        channels += (speakers >> i & 1U) != 0 ? kSpeakers[i] : 0;
-    }
+    const std::uint32_t channels = ezDTSChannelsOfMask(layout);
     anEntry.mfConfigured = true;
     anEntry.mCodec.mSamplingRate = rate;
     anEntry.mCodec.mChannels = channels != 0 ? channels : anEntry.mCodec.mChannels;
-    TakeRates(static_cast<std::uint32_t>(std::uint64_t{peak} * rate / 16), 0, anEntry.mCodec);
+    anEntry.mCodec.mBitsPerSample = bits;
+    anEntry.mBoxName = ezDTSNameOfConstruction(streams >> 25 & 0x1FU);
+    TakeRates(maximum, average, anEntry.mCodec);
+}
+
+void ReadAC4(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const AC4Config config = ReadAC4Config(aBox);
+    if (config.mSamplingRate != 0) {
+        anEntry.mfConfigured = true;
+        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+    }
+    if (config.mChannels != 0) {
+        anEntry.mCodec.mChannels = config.mChannels;
+    }
+    TakeRates(0, config.mBitRate, anEntry.mCodec);
+}
+
+void ReadMPEGH(ByteReader aBox, ISOAudioEntry& anEntry) {
+    const MPEGHConfig config = ReadMPEGHConfig(aBox);
+    if (config.mSamplingRate != 0) {
+        anEntry.mfConfigured = true;
+        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+    }
+    if (config.mChannels != 0) {
+        anEntry.mCodec.mChannels = config.mChannels;
+    }
 }
 
 void ReadIAMF(ByteReader aBox, ISOAudioEntry& anEntry) {
@@ -140,8 +185,12 @@ void KeepWave(ByteReader aBox, ISOAudioEntry& anEntry) {
     anEntry.mWave = aBox;
 }
 
-constexpr std::array<ISOBoxReader<ISOAudioEntry>, 10> kBoxReaders = {{{"dac3", ReadAC3},
+constexpr std::array<ISOBoxReader<ISOAudioEntry>, 14> kBoxReaders = {{{"dac3", ReadAC3},
                                                                       {"dec3", ReadEAC3},
+                                                                      {"dac4", ReadAC4},
+                                                                      {"ddts", ReadDTS},
+                                                                      {"dOps", ReadOpus},
+                                                                      {"mhaC", ReadMPEGH},
                                                                       {"alac", ReadALAC},
                                                                       {"dfLa", ReadFLAC},
                                                                       {"dmlp", ReadMLP},

@@ -10,6 +10,7 @@
 struct ISOAudioEntry : ISOEntryFacts {
     bool mfFloat = false;            ///< the samples are no integers
     bool mfConfigured = false;       ///< a box has told rate and channels
+    ezCString mBoxName;              ///< of the codec, where a box tells more than the four characters
     std::optional<ByteReader> mWave; ///< QuickTime's box around the decoder's own
 };
 

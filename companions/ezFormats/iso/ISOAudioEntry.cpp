@@ -3,54 +3,44 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/FloatRates.h"
+#include "ezFormats/codecs/PacketSound.h"
 #include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
 
 namespace {
 
-struct AudioFormat {
+/// Codecs of one rate and one channel; their writers leave a template's numbers in the entry.
+struct NarrowFormat {
     BoxType mFormat;
-    const char* mName;
-    std::uint32_t mSamplingRate; ///< the only one of the codec, and it has one channel; 0: the entry tells
-    std::uint32_t mBitsPerSample;
+    std::uint32_t mSamplingRate;
 };
-constexpr std::array<AudioFormat, 20> kFormats = {
-    {{".mp3", "MP3", 0, 0},        {"ms\0\x55", "MP3", 0, 0},  {"ac-3", "AC3", 0, 0},
-     {"ec-3", "EAC3", 0, 0},       {"alac", "ALAC", 0, 0},     {"samr", "AMR", 8000, 0},
-     {"sawb", "AMR-WB", 16000, 0}, {"sawp", "AMR-WB+", 0, 0},  {"sowt", "LPCM", 0, 0},
-     {"twos", "LPCM", 0, 0},       {"lpcm", "LPCM", 0, 0},     {"ipcm", "LPCM", 0, 0},
-     {"raw ", "LPCM", 0, 8},       {"NONE", "LPCM", 0, 0},     {"in24", "LPCM", 0, 24},
-     {"in32", "LPCM", 0, 32},      {"Opus", "Opus", 48000, 0}, {"fLaC", "FLAC", 0, 0},
-     {"mlpa", "TrueHD", 0, 0},     {"iamf", "IAMF", 0, 0}}};
+constexpr std::array<NarrowFormat, 2> kNarrowFormats = {{{"samr", 8000}, {"sawb", 16000}}};
 
-/// QuickTime's codecs of constant packets, of each channel one: where the entry does not tell, it is these.
-struct PackedFormat {
-    BoxType mFormat;
-    std::uint32_t mBytes;
-    std::uint32_t mSamples;
-};
-constexpr std::array<PackedFormat, 5> kPackedFormats = {
-    {{"ulaw", 1, 1}, {"alaw", 1, 1}, {"ima4", 34, 64}, {"MAC3", 2, 6}, {"MAC6", 1, 6}}};
+constexpr std::uint32_t kOpusSamplingRate = 48000;
 
 struct AudioObject {
     std::uint32_t mObjectType;
     const char* mName;
+    bool mfSurround; ///< it may have more channels than the template's 2 that stands in the entry of all
 };
 /// Object type indications of what has no configuration that tells more. 69 and 6B stand for all layers of
 /// MPEG audio; no writer puts anything but the third into such a file.
-constexpr std::array<AudioObject, 7> kObjects = {{{0x69, "MP3"},
-                                                  {0x6B, "MP3"},
-                                                  {0xA5, "AC3"},
-                                                  {0xA6, "EAC3"},
-                                                  {0xA9, "DTS"},
-                                                  {0xAD, "Opus"},
-                                                  {0xDD, "Vorbis"}}};
+constexpr std::array<AudioObject, 11> kObjects = {{{0x69, "MP3", false},
+                                                   {0x6B, "MP3", false},
+                                                   {0xA5, "AC3", true},
+                                                   {0xA6, "EAC3", true},
+                                                   {0xA9, "DTS", true},
+                                                   {0xAA, "DTS-HD", true},
+                                                   {0xAB, "DTS-HD-MA", true},
+                                                   {0xAC, "DTS-HD-LBR", true},
+                                                   {0xAD, "Opus", false},
+                                                   {0xAE, "AC4", true},
+                                                   {0xDD, "Vorbis", false}}};
 
 /// @name Object type indications whose configuration is that of MPEG-4 audio
 /// @{
@@ -127,51 +117,49 @@ bool NameByStream(ISOAudioEntry& anEntry) {
     }
     for (const AudioObject& object : kObjects) {
         if (stream.mObjectType == object.mObjectType) {
+            const bool fTemplate =
+                object.mfSurround && !anEntry.mfConfigured && anEntry.mCodec.mChannels == 2;
             anEntry.mCodec.mName = object.mName;
+            anEntry.mCodec.mChannels = fTemplate ? 0 : anEntry.mCodec.mChannels;
             return true;
         }
     }
     return false;
 }
 
-/// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(BoxType aFormat, ISOAudioEntry& anEntry) {
-    const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const AudioFormat& aKnown) {
-        return aFormat == aKnown.mFormat;
-    });
-    if (known == kFormats.end() || anEntry.mfFloat) {
-        return false;
-    }
+/// Names the codec by its four characters, which stand for themselves where they are known to nobody, and
+/// takes over what follows from them.
+void NameByFormat(BoxType aFormat, ISOAudioEntry& anEntry) {
+    const PacketSound sound = PacketSoundOf(aFormat);
     ISOCodec& codec = anEntry.mCodec;
-    codec.mName = known->mName;
-    if (known->mSamplingRate != 0) {
-        codec.mSamplingRate = known->mSamplingRate;
-        codec.mChannels = codec.mName == "Opus" ? codec.mChannels : 1; // writers leave a template's 2 there
+    codec.mName = sound.mfPlain && anEntry.mfFloat ? ezCString("PCM-float") : sound.mCodec;
+    if (sound.mBitsPerSample != 0) {
+        codec.mBitsPerSample = sound.mBitsPerSample;
     }
-    if (known->mBitsPerSample != 0) {
-        codec.mBitsPerSample = known->mBitsPerSample;
+    for (const NarrowFormat& narrow : kNarrowFormats) {
+        if (aFormat == narrow.mFormat) {
+            codec.mSamplingRate = narrow.mSamplingRate;
+            codec.mChannels = 1;
+        }
     }
-    return true;
+    // Packets that the entry leaves to the codec.
+    if (sound.mPacketBytes != 0 && (codec.mPacketBytes == 0 || codec.mPacketSamples == 0)) {
+        codec.mPacketBytes = sound.mPacketBytes * codec.mChannels;
+        codec.mPacketSamples = sound.mPacketSamples;
+    }
 }
 
-/// Only lossless codecs have bits of a sample; others leave a template's 16 there.
-bool HasBitsPerSample(const ezCString& aName) {
-    return aName == "LPCM" || aName == "ALAC" || aName == "FLAC";
+/// Only of lossless codecs bits of a sample count; entries of others have a template's 16 there, and so have
+/// those of DTS, unless its box tells.
+bool HasBitsPerSample(const ISOAudioEntry& anEntry) {
+    const ezCString& name = anEntry.mCodec.mName;
+    return name == "LPCM" || name == "PCM-float" || name == "ALAC" || name == "FLAC" ||
+           (name == "DTS-HD-MA" && anEntry.mfConfigured);
 }
 
 /// What an entry states of AMR counts the bytes of the file, which are more than those of its frames.
 bool IsRateOfBytes(const ezCString& aName) {
     return aName == "AMR" || aName == "AMR-WB";
-}
-
-/// Packets that the entry leaves to the codec.
-void CompletePackets(BoxType aFormat, ISOCodec& aCodec) {
-    for (const PackedFormat& packed : kPackedFormats) {
-        if (aFormat == packed.mFormat && (aCodec.mPacketBytes == 0 || aCodec.mPacketSamples == 0)) {
-            aCodec.mPacketBytes = packed.mBytes * aCodec.mChannels;
-            aCodec.mPacketSamples = packed.mSamples;
-        }
-    }
 }
 
 } // namespace
@@ -192,13 +180,16 @@ ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     }
     const bool fEncrypted = sample.mFormat == "enca" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
-    const bool fNamed =
-        entry.mStream.has_value() && format == "mp4a" ? NameByStream(entry) : NameByFormat(format, entry);
-    if (!fNamed) {
-        entry.mCodec.mName = ISOFormatName(format);
+    if (!entry.mStream.has_value() || format != "mp4a" || !NameByStream(entry)) {
+        NameByFormat(format, entry);
     }
-    CompletePackets(format, entry.mCodec);
-    if (!HasBitsPerSample(entry.mCodec.mName)) {
+    if (entry.mCodec.mName == "Opus") { // which plays at one rate, whatever the entry has
+        entry.mCodec.mSamplingRate = kOpusSamplingRate;
+    }
+    if (!entry.mBoxName.IsEmpty()) {
+        entry.mCodec.mName = entry.mBoxName;
+    }
+    if (!HasBitsPerSample(entry)) {
         entry.mCodec.mBitsPerSample = 0;
     }
     if (IsRateOfBytes(entry.mCodec.mName)) {

@@ -105,7 +105,8 @@ bool IsPlain(const ISOCodec& aCodec) {
 Rates RatesOf(const ISOMedia& aMedia, const ISOTrack& aTrack, const ISOFragmentTrack& aFragments) {
     const ISOCodec& codec = aTrack.mTables.mCodec;
     Rates rates;
-    if (IsPlain(codec)) { // some tables state the size of a channel's sample for that of all
+    if (IsPlain(codec) ||
+        codec.mName == "PCM-float") { // some tables state the size of a channel's sample for that of all
         const std::uint64_t bits = std::uint64_t{codec.mChannels} * codec.mBitsPerSample;
         rates.mAverage = ISONumber_BitRate(bits, 8, codec.mSamplingRate);
         return rates;

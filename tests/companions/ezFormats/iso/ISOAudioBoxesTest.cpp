@@ -47,6 +47,65 @@ std::string FLAC(const std::string& aBlocks) {
     return Audio(AudioEntry("fLaC", FullBox("dfLa", aBlocks), 2, 16, 48000));
 }
 
+// ---- DTS ----
+
+/// The box of DTS: how the streams are made up, and which loudspeakers there are.
+std::string DTSBox(unsigned aConstruction, unsigned aLayout, std::uint32_t aRate = 96000) {
+    return Box("ddts", Bits()
+                           .Put(aRate, 32)
+                           .Put(5000000, 32)
+                           .Put(3000000, 32)
+                           .Put(24, 8)
+                           .Put(1, 2) // FrameDuration
+                           .Put(aConstruction, 5)
+                           .Put(1, 1)
+                           .Put(9, 6)
+                           .Put(1500, 14)
+                           .Put(0, 1)
+                           .Put(0, 3) // core, downmix, representation
+                           .Put(aLayout, 16)
+                           .Put(0, 8)
+                           .Bytes());
+}
+
+std::string DTS(const char* aFormat, const std::string& aBox) {
+    return Values(Parsed(AudioFile(AudioEntry(aFormat, aBox, 2, 16, 48000))),
+                  {"ca", "sf", "ac", "bs", "ar", "ma"});
+}
+
+// ---- AC-4 and MPEG-H ----
+
+/// The box of AC-4: a rate of bits that is not known, and one presentation. From the presentation's mode of
+/// channels on anything.
+std::string AC4(unsigned aMode, unsigned aTop = 0, unsigned aConfig = 31, bool afChannels = true,
+                std::uint32_t aRate = 0, bool afIdentified = false) {
+    Bits bits;
+    bits.Put(1, 3).Put(2, 7).Put(1, 1).Put(2, 4).Put(1, 9).Put(afIdentified ? 1 : 0, 1);
+    if (afIdentified) {
+        bits.Put(77, 16).Put(1, 1).Put(0, 64).Put(0, 64);
+    }
+    bits.Put(1, 2).Put(aRate, 32).Put(UINT32_MAX, 32);
+    bits.Put(0, afIdentified ? 4 : 5); // up to a byte's start
+    bits.Put(1, 8).Put(18, 8).Put(aConfig, 5).Put(0, 3).Put(1, 1).Put(3, 5).Put(0, 2 + 2 + 5 + 10);
+    bits.Put(afChannels ? 1 : 0, 1).Put(aMode, 5).Put(aTop, 3).Put(0, 64);
+    return Values(Parsed(AudioFile(AudioEntry("ac-4", Box("dac4", bits.Bytes()), 5, 16, 32000))),
+                  {"ca", "sf", "ac", "ar"});
+}
+
+std::string MPEGH(unsigned aLayout, unsigned aRateIndex, std::uint32_t aRate = 0, unsigned aVersion = 1) {
+    const std::string box = Bits()
+                                .Put(aVersion, 8)
+                                .Put(12, 8)
+                                .Put(aLayout, 8)
+                                .Put(20, 16)
+                                .Put(12, 8)
+                                .Put(aRateIndex, 5)
+                                .Put(aRate, 24)
+                                .Put(0, 64)
+                                .Bytes();
+    return Audio(AudioEntry("mha1", Box("mhaC", box), 5, 16, 32000));
+}
+
 // ---- immersive audio ----
 
 std::string Leb(std::uint64_t aNumber) {
@@ -99,6 +158,109 @@ TEST(ISOAudioBoxes, FLACIsDescribedByItsFirstBlock) {
     for (std::size_t size = 0; size < block.size(); ++size) {
         EXPECT_EQ(FLAC(block.substr(0, size)), entry) << size;
     }
+}
+
+TEST(ISOAudioBoxes, OpusHasTheChannelsOfItsBoxAndOneRate) {
+    const auto opus = [](const std::string& aBox) { return Audio(AudioEntry("Opus", aBox, 2, 16, 16000)); };
+    EXPECT_EQ(opus(Box("dOps", Big(0, 1) + Big(6, 1) + Big(312, 2) + Big(16000, 4) + Big(0, 3))),
+              "ca=\"Opus\" sf=48000 ac=6");
+    EXPECT_EQ(opus(Box("dOps", Big(0, 2) + Big(312, 2))), "ca=\"Opus\" sf=48000 ac=2"); // of no channels
+    EXPECT_EQ(opus(Box("dOps", Big(0, 1))), "ca=\"Opus\" sf=48000 ac=2");
+    EXPECT_EQ(opus(""), "ca=\"Opus\" sf=48000 ac=2");
+}
+
+TEST(ISOAudioBoxes, DTSIsNamedByWhatItsStreamsAreMadeOf) {
+    struct Case {
+        unsigned mFirst;
+        unsigned mLast;
+        const char* mName;
+    };
+    const std::vector<Case> cases = {{0, 0, "DTS-HD"},      {1, 4, "DTS"},          {5, 13, "DTS-HD-HRA"},
+                                     {14, 17, "DTS-HD-MA"}, {18, 18, "DTS-HD-LBR"}, {19, 20, "DTS-HD-HRA"},
+                                     {21, 21, "DTS-HD-MA"}, {22, 31, "DTS-HD"}};
+    for (const Case& one : cases) {
+        for (unsigned construction = one.mFirst; construction <= one.mLast; ++construction) {
+            const std::string name = one.mName;
+            EXPECT_EQ(DTS("dtsh", DTSBox(construction, 0x000F)), "ca=\"" + name + "\" sf=96000 ac=6" +
+                                                                     (name == "DTS-HD-MA" ? " bs=24" : "") +
+                                                                     " ar=3000000 ma=5000000")
+                << construction;
+        }
+    }
+    EXPECT_EQ(DTS("dtsl", DTSBox(0, 0x084B)), "ca=\"DTS-HD-MA\" sf=96000 ac=8 bs=24 ar=3000000 ma=5000000");
+    // Without a box of its own the entry and the four characters are all there is.
+    EXPECT_EQ(DTS("dtsc", ""), "ca=\"DTS\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(DTS("dtsh", ""), "ca=\"DTS-HD\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(DTS("dtsl", ""), "ca=\"DTS-HD-MA\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(DTS("dtse", ""), "ca=\"DTS-HD-LBR\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(DTS("dtse", DTSBox(18, 2, 0)), "ca=\"DTS-HD-LBR\" sf=48000 ac=2 ar=8000"); // no rate
+    EXPECT_EQ(DTS("dtsh", DTSBox(14, 0)),
+              "ca=\"DTS-HD-MA\" sf=96000 ac=2 bs=24 ar=3000000 ma=5000000"); // no loudspeakers
+    const std::string box = DTSBox(14, 2);
+    EXPECT_EQ(DTS("dtsh", Box("ddts", box.substr(8, 17))), "ca=\"DTS-HD\" sf=48000 ac=2 ar=8000"); // cut
+    // A stream told by its object type has the box as well.
+    EXPECT_EQ(Audio(AudioEntry("mp4a", ESDS(0xAA, "") + DTSBox(5, 0xF), 2, 16, 48000)),
+              "ca=\"DTS-HD-HRA\" sf=96000 ac=6");
+}
+
+TEST(ISOAudioBoxes, AC4HasTheChannelsOfItsFirstPresentation) {
+    const std::vector<unsigned> channels = {1, 2, 3, 5, 6, 7, 8, 7, 8, 7, 8};
+    for (unsigned mode = 0; mode < channels.size(); ++mode) {
+        EXPECT_EQ(AC4(mode), "ca=\"AC4\" sf=48000 ac=" + std::to_string(channels[mode]) + " ar=8000") << mode;
+    }
+    EXPECT_EQ(AC4(15), "ca=\"AC4\" sf=48000 ac=24 ar=8000");
+    // With loudspeakers above: both pairs behind, and how many pairs on top.
+    EXPECT_EQ(AC4(12, 6), "ca=\"AC4\" sf=48000 ac=12 ar=8000");
+    EXPECT_EQ(AC4(12, 2), "ca=\"AC4\" sf=48000 ac=10 ar=8000");
+    EXPECT_EQ(AC4(12, 1), "ca=\"AC4\" sf=48000 ac=8 ar=8000");
+    EXPECT_EQ(AC4(11, 0), "ca=\"AC4\" sf=48000 ac=5 ar=8000");
+    EXPECT_EQ(AC4(13, 7), "ca=\"AC4\" sf=48000 ac=13 ar=8000"); // a count of nobody
+    EXPECT_EQ(AC4(14, 6), "ca=\"AC4\" sf=48000 ac=14 ar=8000");
+    const std::string entry = "ca=\"AC4\" sf=48000 ac=5 ar=8000";
+    EXPECT_EQ(AC4(16), entry);
+    EXPECT_EQ(AC4(1, 0, 31, false), entry) << "of objects";
+    EXPECT_EQ(AC4(1, 0, 6), entry) << "a presentation of nothing";
+    EXPECT_EQ(AC4(1, 0, 5), "ca=\"AC4\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(AC4(1, 0, 31, true, 64000), "ca=\"AC4\" sf=48000 ac=2 ar=64000");
+    EXPECT_EQ(AC4(1, 0, 31, true, UINT32_MAX), "ca=\"AC4\" sf=48000 ac=2 ar=8000");
+    EXPECT_EQ(AC4(4, 0, 31, true, 64000, true), "ca=\"AC4\" sf=48000 ac=6 ar=64000")
+        << "of a named programme";
+    // As a file states it: of two presentations the first is of two channels.
+    const std::string stated =
+        Hex({0x20, 0xA4, 0x02, 0x40, 0x00, 0x00, 0x00, 0x1F, 0xFF, 0xFF, 0xFF, 0xE0, 0x02, 0x12,
+             0xF8, 0x80, 0x00, 0x00, 0x42, 0x00, 0x00, 0x02, 0x50, 0x10, 0x00, 0x00, 0x03, 0x10});
+    const auto box = [](const std::string& aContent) {
+        return Audio(AudioEntry("ac-4", Box("dac4", aContent), 5, 16, 32000));
+    };
+    EXPECT_EQ(box(stated), "ca=\"AC4\" sf=48000 ac=2");
+    for (std::size_t size = 0; size < 20; ++size) {
+        EXPECT_EQ(box(stated.substr(0, size)), size < 3    ? "ca=\"AC4\" sf=32000 ac=5"
+                                               : size < 19 ? "ca=\"AC4\" sf=48000 ac=5"
+                                                           : "ca=\"AC4\" sf=48000 ac=2")
+            << size;
+    }
+    EXPECT_EQ(box(Hex({0x00, 0x80, 0x02, 0x40})), "ca=\"AC4\" sf=44100 ac=5") << "of the first version";
+    EXPECT_EQ(box(Hex({0x40, 0xA4, 0x02, 0x40})), "ca=\"AC4\" sf=32000 ac=5") << "of a later one";
+}
+
+TEST(ISOAudioBoxes, MPEGHHasTheLoudspeakersOfItsLayout) {
+    const std::vector<unsigned> speakers = {5, 1, 2,  3, 4,  5,  6,  8,  2,  3,  4,
+                                            7, 8, 24, 8, 12, 10, 12, 14, 12, 14, 5};
+    for (unsigned layout = 0; layout < speakers.size(); ++layout) { // 5 is that of the entry
+        EXPECT_EQ(MPEGH(layout, 3), "ca=\"MPEG-H\" sf=48000 ac=" + std::to_string(speakers[layout]))
+            << layout;
+    }
+    const std::vector<unsigned> rates = {96000, 88200, 64000, 48000, 44100, 32000, 24000, 22050,
+                                         16000, 12000, 11025, 8000,  7350,  32000, 32000, 57600,
+                                         51200, 40000, 38400, 34150, 28800, 25600, 20000, 19200,
+                                         17075, 14400, 12800, 9600,  32000, 32000, 32000, 12345};
+    for (unsigned index = 0; index < rates.size(); ++index) { // 32000 is that of the entry
+        EXPECT_EQ(MPEGH(6, index, 12345), "ca=\"MPEG-H\" sf=" + std::to_string(rates[index]) + " ac=6")
+            << index;
+    }
+    EXPECT_EQ(MPEGH(6, 3, 0, 2), "ca=\"MPEG-H\" sf=32000 ac=5") << "of a later version";
+    EXPECT_EQ(Audio(AudioEntry("mhm1", Box("mhaC", "\1"), 2, 16, 48000)), "ca=\"MPEG-H\" sf=48000 ac=2");
+    EXPECT_EQ(Audio(AudioEntry("mhm1", "", 0, 16, 48000)), "ca=\"MPEG-H\" sf=48000");
 }
 
 TEST(ISOAudioBoxes, TrueHDIsDescribedByItsLargestPresentation) {

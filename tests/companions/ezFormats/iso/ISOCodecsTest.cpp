@@ -218,8 +218,16 @@ TEST(ISOAudio, ConfigurationThatIsNoneNamesTheFormatAlone) {
 TEST(ISOAudio, ObjectTypesOfStreamsAreNamed) {
     EXPECT_EQ(Config("", 0x6B), "ca=\"MP3\" sf=11111 ac=2");
     EXPECT_EQ(Config("", 0x69), "ca=\"MP3\" sf=11111 ac=2");
-    EXPECT_EQ(Config("", 0xA5), "ca=\"AC3\" sf=11111 ac=2");
-    EXPECT_EQ(Config("", 0xA6), "ca=\"EAC3\" sf=11111 ac=2");
+    // Of codecs with more channels the 2 of every such entry tells nothing.
+    EXPECT_EQ(Config("", 0xA5), "ca=\"AC3\" sf=11111");
+    EXPECT_EQ(Config("", 0xA6), "ca=\"EAC3\" sf=11111");
+    EXPECT_EQ(Config("", 0xA9), "ca=\"DTS\" sf=11111");
+    EXPECT_EQ(Config("", 0xAA), "ca=\"DTS-HD\" sf=11111");
+    EXPECT_EQ(Config("", 0xAB), "ca=\"DTS-HD-MA\" sf=11111");
+    EXPECT_EQ(Config("", 0xAC), "ca=\"DTS-HD-LBR\" sf=11111");
+    EXPECT_EQ(Config("", 0xAE), "ca=\"AC4\" sf=11111");
+    EXPECT_EQ(Config("", 0xAD), "ca=\"Opus\" sf=48000 ac=2");
+    EXPECT_EQ(Audio(AudioEntry("mp4a", ESDS(0xA9, ""), 6, 16, 48000)), "ca=\"DTS\" sf=48000 ac=6");
     EXPECT_EQ(Config("", 0xC0), "ca=\"mp4a\" sf=11111 ac=2");
 }
 
@@ -267,12 +275,17 @@ TEST(ISOAudio, PlainSamplesKeepTheirSamplingRateWhereOthersHaveTheBitRate) {
     // QuickTime's second version: 96000 as a floating point number, 3 channels, 24 bits; and no integers.
     EXPECT_EQ(plain(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 3, 24, 0xC)),
               "ca=\"LPCM\" ac=3 bs=24 ar=96000");
-    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 3, 32, 0x9)),
-              "ca=\"lpcm\" sf=96000 ac=3");
-    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x7FF8000000000000), 3, 32, 0x9)), "ca=\"lpcm\" ac=3");
-    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x416312D000000000), 3, 32, 0x9)),
-              "ca=\"lpcm\" sf=10000000 ac=3");
-    EXPECT_EQ(Audio(AudioEntry2("lpcm", UINT64_C(0x416312D000000001), 3, 32, 0x9)), "ca=\"lpcm\" ac=3");
+    EXPECT_EQ(plain(AudioEntry("raw ", "")), "ca=\"LPCM\" ac=2 bs=8 ar=44100");
+    // Those with a fraction are told as those of other files: with a rate of bits.
+    EXPECT_EQ(plain(AudioEntry("fl32", "")), "ca=\"PCM-float\" sf=44100 ac=2 bs=32 ar=2822400");
+    EXPECT_EQ(plain(AudioEntry("fl64", "")), "ca=\"PCM-float\" sf=44100 ac=2 bs=64 ar=5644800");
+    EXPECT_EQ(plain(AudioEntry("fpcm", FullBox("pcmC", Big(0, 1) + Big(32, 1)))),
+              "ca=\"PCM-float\" sf=44100 ac=2 bs=32 ar=2822400");
+    const auto floats = [&](std::uint64_t aRate) { return Audio(AudioEntry2("lpcm", aRate, 3, 32, 0x9)); };
+    EXPECT_EQ(floats(UINT64_C(0x40F7700000000000)), "ca=\"PCM-float\" sf=96000 ac=3 bs=32");
+    EXPECT_EQ(floats(UINT64_C(0x7FF8000000000000)), "ca=\"PCM-float\" ac=3 bs=32");
+    EXPECT_EQ(floats(UINT64_C(0x416312D000000000)), "ca=\"PCM-float\" sf=10000000 ac=3 bs=32");
+    EXPECT_EQ(floats(UINT64_C(0x416312D000000001)), "ca=\"PCM-float\" ac=3 bs=32");
     // Numbers that the other versions have no room for are damage.
     EXPECT_EQ(plain(AudioEntry2("lpcm", UINT64_C(0x40F7700000000000), 0x10000, 0xFFFFFFFF, 0xC)),
               "ca=\"LPCM\" ar=96000");

@@ -17,6 +17,17 @@ inline constexpr std::size_t kCodePage_MaxName = 40;
 /// or three.
 inline constexpr std::uint32_t kLeadingTag_MaxCount = 8;
 
+/// Bytes of the end of a file that are looked at for tags: all but lyrics and pictures fit in, and of these
+/// the footer tells the size.
+inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;
+
+/// Tags after the last frame: there are five kinds.
+inline constexpr std::uint32_t kAudioTail_MaxCount = 8;
+
+/// Bytes of the key of an item in an APE tag, its end counted: the format allows 255. An item with a longer
+/// key ends the tag.
+inline constexpr std::size_t kAPEItem_MaxKey = 256;
+
 /// Entries of a directory of Exif that are looked at: a first directory holds some thirty, TIFF would allow
 /// 65535.
 inline constexpr unsigned kExif_MaxEntries = 1024;

@@ -129,7 +129,45 @@ def mp4s():
     yield "no-movie", box("ftyp", b"M4A \0\0\0\0") + box("mdat", b"ours")
 
 
+def apes():
+    def item(key, value, flags=2, size=None):
+        return little(len(value) if size is None else size) + little(flags) + key + b"\0" + value
+
+    def end(items, flags, version=2000, size=None):
+        return (b"APETAGEX" + little(version) + little(len(items) + 32 if size is None else size) + little(1) + little(flags)
+                + bytes(8))
+
+    def tag(*items, version=2000, size=None):
+        content = b"".join(items)
+        if version < 2000:
+            return b"sound" + content + end(content, 0, version, size)
+        return b"sound" + end(content, 0xA0000000, version, size) + content + end(content, 0x80000000, version, size)
+
+    front, back = item(b"Cover Art (Front)", b"f.jpg\0" + JPEG), item(b"cover art (back)", b"b.jpg\0" + JPEG)
+    title = item(b"Title", b"ours", 0)
+    old = b"TAG" + bytes(125)
+    yield "title-back-front", tag(title, back, front)
+    yield "version-1-and-id3v1", tag(front, version=1000) + old
+    yield "lyrics-after-it", tag(front) + b"LYRICSBEGINwordsLYRICSEND" + old
+    yield "lyrics-2-after-it", tag(front) + b"LYRICSBEGININD0000200000016LYRICS200" + b"TAG+" + bytes(223) + old
+    yield "id3v2-after-it", tag(front) + b"ID3\4\0\x10\0\0\0\5oursx3DI\4\0\x10\0\0\0\5"
+    yield "without-a-name", tag(item(b"Cover Art (Front)", JPEG))
+    yield "of-no-picture", tag(item(b"Cover Art (Front)", b"f.jpg\0ours"), item(b"Cover Art (Front)", b""))
+    yield "icons-alone", tag(item(b"Cover Art (Icon)", b"i\0" + JPEG), item(b"Cover Art (Other Icon)", b"i\0" + JPEG))
+    yield "as-text-and-as-link", tag(item(b"Cover Art (Front)", JPEG, 0), item(b"Cover Art (Front)", JPEG, 4))
+    yield "item-beyond-the-tag", tag(title, item(b"Cover Art (Front)", JPEG, size=0xFFFFFFFF))
+    yield "key-too-long", tag(item(b"k" * 256, b"x"), front)
+    yield "tag-beyond-the-file", tag(front, size=0xFFFFFF)
+    yield "tag-of-no-size", tag(front, size=8)
+    yield "lyrics-beyond-the-file", b"sound999999LYRICS200"
+    yield "lyrics-without-a-start", b"soundLYRICSEND"
+
+
+def little(value):
+    return n(value, 4, "little")
+
+
 def seeds():
-    for door, covers in (("ogg", ogg()), ("flac", flacs()), ("id3", id3s()), ("mp4", mp4s())):
+    for door, covers in (("ape", apes()), ("ogg", ogg()), ("flac", flacs()), ("id3", id3s()), ("mp4", mp4s())):
         for name, content in covers:
             yield f"cover_{door}", name, content

@@ -92,10 +92,6 @@ inline constexpr std::size_t kMusicTexts_MaxCount = 8;
 /// Frames or items of one tag: files have some thirty. What follows is not looked at.
 inline constexpr std::uint32_t kMusicTexts_MaxFrames = 512;
 
-/// Bytes of the key of an item in an APE tag, its end counted: the format allows 255. An item with a longer
-/// key ends the tag.
-inline constexpr std::size_t kMusicTexts_MaxKey = 256;
-
 /// Bytes that the compressed frames of one tag may have together when they are inflated: texts and a few
 /// comments. They are held in memory, and whoever compresses a few kilobytes of frames can ask for a thousand
 /// times as many.
@@ -117,13 +113,6 @@ inline constexpr std::size_t kLanguages_MaxSize = 64;
 /// Bytes of a text that is read as a language: more than any tag, and than a row of codes that makes sense. A
 /// longer one names none.
 inline constexpr std::size_t kLanguages_MaxText = 64;
-
-/// Bytes of the end of a file that are looked at for tags: all but lyrics and pictures fit in, and of these
-/// the footer tells the size.
-inline constexpr std::uint32_t kAudioTail_ReadSize = std::uint32_t{16} * 1024;
-
-/// Tags after the last frame: there are five kinds.
-inline constexpr std::uint32_t kAudioTail_MaxCount = 8;
 
 /// Seconds of a file of sound, the most: longer than a year is not a recording but a damaged number.
 inline constexpr std::uint64_t kSound_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;

@@ -157,9 +157,10 @@ SoundFacts ReadSound(MediaBytes& aBytes, const CodePage& aCodePage, Metadata& aM
         aBytes.Load(end - std::min<std::uint64_t>(size, kFLAC_TailSize), kFLAC_TailSize);
     }
     if (!fCounted || aMetadata.mTexts.mTitle.IsEmpty()) {
-        const AudioTails tails = FindAudioTails(aBytes, aMetadata.mEnd);
-        aMetadata.mTexts.Complete(ReadTailTexts(aBytes, tails, aCodePage));
-        end = tails.mAudioEnd;
+        const TailTags tails = ReadTailTags(aBytes, aMetadata.mEnd, aCodePage);
+        aMetadata.mTexts.Complete(tails.mTexts);
+        aMetadata.mCover.Complete(tails.mCover);
+        end = tails.mStart;
     }
     MeasureSound(aBytes, {aMetadata.mEnd, end - aMetadata.mEnd}, sound, stream);
     return sound;

@@ -159,13 +159,13 @@ void MPEGAudioMeasure::LookAtStart(std::uint64_t aStart) {
     }
 }
 
-void MPEGAudioMeasure::Finish(const AudioTails& aTails, bool afMayReadWhole) {
+void MPEGAudioMeasure::Finish(std::uint64_t anEnd, bool afMayReadWhole) {
     const std::uint64_t start = mFrames.GetFirst().mPosition;
     const std::optional<std::uint64_t> size = mBytes.GetSize();
-    const bool fGoesOn = size && GoesOnAfterCount(aTails.mAudioEnd);
-    mLength = LengthOfCount(mCount, mSound, {aTails.mAudioEnd - start, size, fGoesOn});
+    const bool fGoesOn = size && GoesOnAfterCount(anEnd);
+    mLength = LengthOfCount(mCount, mSound, {anEnd - start, size, fGoesOn});
     if (!mLength.mfKnown && size) {
-        Estimate(aTails, afMayReadWhole);
+        Estimate(anEnd, afMayReadWhole);
     } else if (!mLength.mfKnown) {
         mLength.mAverageRate = LengthOfFrames(mSurvey, mCount, mSound).mAverageRate;
     }
@@ -188,17 +188,16 @@ bool MPEGAudioMeasure::GoesOnAfterCount(std::uint64_t anEnd) {
     return place < anEnd && mFrames.FindNear(place, kMPEGAudio_SurveySize, &frame);
 }
 
-void MPEGAudioMeasure::Estimate(const AudioTails& aTails, bool afMayReadWhole) {
-    const std::uint64_t end = aTails.mAudioEnd;
+void MPEGAudioMeasure::Estimate(std::uint64_t anEnd, bool afMayReadWhole) {
     MPEGAudioPlaces places = {mSurvey, mSurvey};
-    mfAllSeen = mSurvey.mEnd + kMPEGAudioMinFrameSize > end;
+    mfAllSeen = mSurvey.mEnd + kMPEGAudioMinFrameSize > anEnd;
     if (!mfAllSeen) {
-        LookAround(end, &places);
+        LookAround(anEnd, &places);
     }
-    const std::uint64_t size = end - mSound.mPosition;
+    const std::uint64_t size = anEnd - mSound.mPosition;
     if (!mfAllSeen && IsVariable() && !mFrames.IsFreeFormat() &&
         (afMayReadWhole || size <= kMPEGAudio_CountedSize)) {
-        mfAllSeen = CountAll(end, afMayReadWhole);
+        mfAllSeen = CountAll(anEnd, afMayReadWhole);
     }
     if (mfAllSeen) {
         mLength = LengthOfFrames(mSurvey, mCount, mSound);

@@ -2,7 +2,6 @@
 
 #include "ezFormats/mpegaudio/MPEGAudioFrames.h"
 #include "ezFormats/mpegaudio/MPEGAudioLength.h"
-#include "ezFormats/tags/AudioTails.h"
 
 #include <cstdint>
 
@@ -26,12 +25,13 @@ public:
     /// Looks at the frames at the start, as long as they are buffered.
     /// @param aStart  where they were looked for first
     void LookAtStart(std::uint64_t aStart);
-    /// Looks at the whole, of which the end is known or that of an unknown size.
-    void Finish(const AudioTails& aTails, bool afMayReadWhole);
+    /// Looks at the whole.
+    /// @param anEnd  of the sound; that of an unknown size where it is not known
+    void Finish(std::uint64_t anEnd, bool afMayReadWhole);
     void Store(ezMediaInfo& anInfo) const;
 
 private:
-    void Estimate(const AudioTails& aTails, bool afMayReadWhole);
+    void Estimate(std::uint64_t anEnd, bool afMayReadWhole);
     void TakeCountBefore(std::uint64_t aStart);
     bool GoesOnAfterCount(std::uint64_t anEnd);
     bool CountAll(std::uint64_t anEnd, bool afMayReadWhole);

@@ -67,17 +67,16 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     MPEGAudioMeasure measure(aBytes, frames);
     measure.LookAtStart(start);
-    AudioTails tails;
-    if (aBytes.GetSize()) {
-        tails = FindAudioTails(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize);
-        tags.mTexts.Complete(ReadTailTexts(aBytes, tails, codePage));
-    }
-    if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mAudioEnd)) {
+    const TailTags tails =
+        ReadTailTags(aBytes, frames.GetFirst().mPosition + kMPEGAudioMinFrameSize, codePage);
+    tags.mTexts.Complete(tails.mTexts);
+    tags.mCover.Complete(tails.mCover);
+    if (frames.GetCount() < kMPEGAudio_ChainLength && !IsShortFile(aBytes, frames, tails.mStart)) {
         return Refuse(Cause::Malformed, "%u frames from %llu to %llu, and none after them",
                       unsigned{frames.GetCount()}, static_cast<LongLong>(frames.GetFirst().mPosition),
                       static_cast<LongLong>(frames.GetEnd()));
     }
-    measure.Finish(tails, MayReadWhole());
+    measure.Finish(tails.mStart, MayReadWhole());
     // Length and rates of the places that could be read would be other ones. Without a size, the end may be
     // met as an error of the stream.
     if (aBytes.HasReadFailed() && aBytes.GetSize()) {

@@ -2,6 +2,7 @@
 
 #include "ezFormats/detail/Limits.h"
 
+#include "ezBytes/APEItems.h"
 #include "ezBytes/ID3Picture.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -34,6 +35,13 @@ void CoverFacts::OfferFrame(ByteReader aFrame, unsigned aVersion) {
     ID3Picture picture;
     if (ReadID3Picture(aFrame, aVersion, kCoverFacts_MaxText, &picture)) {
         OfferPicture(picture.mType, picture.mMimeType, aFrame);
+    }
+}
+
+void CoverFacts::OfferAPEItem(const ezCString& aKey, ByteReader aValue) {
+    std::uint32_t type = 0;
+    if (IsAPEPicture(aKey.View(), &type) && SkipToAPEPicture(aValue, kCoverFacts_MaxText)) {
+        OfferPicture(type, "", aValue);
     }
 }
 

@@ -17,11 +17,12 @@ public:
     void Offer(std::uint32_t aType, const ezCString& aMimeType, std::uint64_t aSize);
     /// The same of a picture that is all the reader has left, by its first bytes or else as stated.
     void OfferPicture(std::uint32_t aType, const ezCString& aStatedMimeType, const ByteReader& aPicture);
-    /// The same of the block of a picture in FLAC, and of the frame of one in ID3v2, which the reader is at
-    /// the start of; what is damaged is left.
+    /// The same of the block of a picture in FLAC, of the frame of one in ID3v2, and of a binary item of APE,
+    /// which the reader is at the start of; what is damaged is left.
     /// @{
     void OfferBlock(ByteReader aBlock);
     void OfferFrame(ByteReader aFrame, unsigned aVersion);
+    void OfferAPEItem(const ezCString& aKey, ByteReader aValue);
     /// @}
 
     /// True when there is one.

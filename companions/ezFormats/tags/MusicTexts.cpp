@@ -1,12 +1,13 @@
 #include "ezFormats/tags/MusicTexts.h"
 
 #include "ezFormats/detail/Limits.h"
-#include "ezFormats/tags/AudioTails.h"
 #include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicNames.h"
 #include "ezFormats/tags/TagNames.h"
 
+#include "ezBytes/APEItems.h"
+#include "ezBytes/AudioTails.h"
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/DateText.h"
 #include "ezBytes/ID3Picture.h"
@@ -198,11 +199,11 @@ ezCString ReadID3v1Genre(ByteSource& aBytes, const AudioTails& aTails, const Cod
     return genre.IsEmpty() ? ezCString(MusicGenreName(number)) : genre;
 }
 
-void KeepAPEItem(const ezCString& aKey, std::string_view aBytes, std::uint32_t aVersion,
-                 const CodePage& aCodePage, MusicTexts& aTexts) {
+void KeepAPEItem(const ezCString& aKey, ByteReader& aValue, std::uint32_t aVersion, const CodePage& aCodePage,
+                 MusicTexts& aTexts) {
     const TextEncoding encoding = aVersion >= 2000 ? TextEncoding::Utf8 : TextEncoding::Unstated;
     if (const TagField* const field = FindTagField(TagWords::APE, aKey.View())) {
-        Keep(field->mField, aBytes, encoding, true, aCodePage, aTexts);
+        Keep(field->mField, ReadTextBytes(aValue), encoding, true, aCodePage, aTexts);
     }
 }
 
@@ -425,19 +426,18 @@ MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const 
     return texts;
 }
 
-MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
-    constexpr std::uint32_t kKindMask = 0x6; // 0: text
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage,
+                        CoverFacts& aCover) {
     MusicTexts texts;
-    ByteReader items(aBytes);
-    items.Skip(aTails.mAPEItems);
-    items = items.Take(aTails.mAPEEnd - aTails.mAPEItems);
-    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && items.GetLeft() != 0; ++count) {
-        const std::uint32_t size = items.ReadLittle32();
-        const std::uint32_t flags = items.ReadLittle32();
-        const ezCString key = items.ReadZeroTerminated(kMusicTexts_MaxKey);
-        ByteReader value = items.Take(size);
-        if (!items.HasFailed() && (flags & kKindMask) == 0) {
-            KeepAPEItem(key, ReadTextBytes(value), aTails.mAPEVersion, aCodePage, texts);
+    APEItems items(aBytes, aTails);
+    ezCString key;
+    auto kind = APEItems::Kind::Text;
+    ByteReader value(aBytes);
+    for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && items.Next(&key, &kind, &value); ++count) {
+        if (kind == APEItems::Kind::Text) {
+            KeepAPEItem(key, value, aTails.mAPEVersion, aCodePage, texts);
+        } else if (kind == APEItems::Kind::Binary) {
+            aCover.OfferAPEItem(key, value);
         }
     }
     return texts;

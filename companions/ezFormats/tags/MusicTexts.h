@@ -92,7 +92,9 @@ MusicTexts ReadID3v1Texts(ByteSource& aBytes, const AudioTails& aTails, const Co
 /// Those of the second version of Lyrics3, which has no genre: the long forms of what ID3v1 cuts.
 MusicTexts ReadLyrics3Texts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
 /// Those of APE items.
-MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+/// @param aCover  is offered the pictures among them
+MusicTexts ReadAPETexts(ByteSource& aBytes, const AudioTails& aTails, const CodePage& aCodePage,
+                        CoverFacts& aCover);
 
 /// Puts a name after others, separated by ", ", unless it is among them.
 void AddMusicName(std::string& aList, std::string_view aName);

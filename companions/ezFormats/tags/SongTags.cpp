@@ -3,6 +3,7 @@
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 
+#include "ezBytes/AudioTails.h"
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/LeadingTag.h"
 #include "ezBytes/Limits.h"
@@ -81,16 +82,27 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::
     return tags;
 }
 
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage) {
+TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage) {
+    TailTags tags;
+    tags.mStart = aBytes.GetEnd();
+    const BytePiece place = AudioTailPlace(aBytes, aStart);
+    const auto size = static_cast<std::size_t>(place.mSize);
+    if (!aBytes.GetSize() || !aBytes.Load(place.mOffset, size) || !aBytes.HasBuffered(place.mOffset, size)) {
+        return tags;
+    }
+    const AudioTails tails = FindAudioTails(aBytes, aStart);
+    tags.mStart = tails.mAudioEnd;
     ReadShare few(aBytes, kMusicTexts_MaxReads);
     // ID3v1 stands in the last bytes, which are buffered now.
-    const MusicTexts plain = ReadID3v1Texts(few, aTails, aCodePage);
-    MusicTexts texts = aTails.mAPEItems != 0 ? ReadAPETexts(few, aTails, aCodePage) : MusicTexts();
-    if (aTails.mLyricsFields != 0) {
-        texts.Complete(ReadLyrics3Texts(few, aTails, aCodePage));
+    const MusicTexts plain = ReadID3v1Texts(few, tails, aCodePage);
+    if (tails.mAPEItems != 0) {
+        tags.mTexts = ReadAPETexts(few, tails, aCodePage, tags.mCover);
     }
-    texts.Complete(plain);
-    return texts;
+    if (tails.mLyricsFields != 0) {
+        tags.mTexts.Complete(ReadLyrics3Texts(few, tails, aCodePage));
+    }
+    tags.mTexts.Complete(plain);
+    return tags;
 }
 
 void TakeID3Chunk(MediaBytes& aBytes, const ByteReader& aChunk, const CodePage& aCodePage, MusicTexts& aTexts,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ezFormats/tags/AudioTails.h"
 #include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
@@ -26,8 +25,17 @@ struct LeadingTags {
 /// @param aNext  bytes after them that are asked for next: they are read together with the end of a tag
 LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::uint32_t aNext);
 
-/// The texts of the tags after the sound: what APE items do not tell, Lyrics3 may, and then ID3v1.
-MusicTexts ReadTailTexts(MediaBytes& aBytes, const AudioTails& aTails, const CodePage& aCodePage);
+/// What stands after the sound.
+struct TailTags {
+    std::uint64_t mStart = 0; ///< where the first of them begins, and the sound ends
+    MusicTexts mTexts;        ///< what APE items do not tell, Lyrics3 may, and then ID3v1
+    CoverFacts mCover;        ///< of APE items
+};
+
+/// Reads the tags at the end of a file: one read, and another for one that is longer. None is found where the
+/// size of the file is not known, or its end cannot be read.
+/// @param aStart  of the sound: no tag reaches before it
+TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage);
 
 /// Takes the texts and the cover of an ID3v2 tag that a chunk of a file holds: what is not told yet. A tag
 /// that claims more than the chunk has is read as far as there is any.

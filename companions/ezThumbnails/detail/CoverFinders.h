@@ -34,6 +34,9 @@ Cover FindWAVCover(ezStream& aStream);
 Cover FindAIFFCover(ezStream& aStream);
 /// @}
 
+/// Any file, from the binary items of an APE tag at its end, also one that ID3v1 or Lyrics3 follows.
+Cover FindAPECover(ezStream& aStream);
+
 /// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media
 /// types file.
 struct FormatCoverFinder {
@@ -42,8 +45,8 @@ struct FormatCoverFinder {
 };
 
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
-/// others put there.
+/// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}}, {FindMP4Cover, {"mp4"}},
-    {FindOggCover, {"ogg"}},   {FindWAVCover, {"wav"}}, {FindAIFFCover, {"aiff"}},
+    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}},   {FindMP4Cover, {"mp4"}}, {FindOggCover, {"ogg"}},
+    {FindWAVCover, {"wav"}},   {FindAIFFCover, {"aiff"}}, {FindAPECover, {"mp3"}},
 };

@@ -8,6 +8,7 @@
 #include "support/NumberBytes.h"
 #include "support/ScriptedThumbnails.h"
 #include "support/Str.h"
+#include "support/TailBytes.h"
 #include "support/TemporaryFolder.h"
 
 #include "ezPlatform/base/Memory.h"
@@ -89,6 +90,14 @@ inline std::string AiffChunk(const std::string& aName, const std::string& aConte
 }
 inline std::string Aiff(const std::string& aChunks) {
     return "FORM" + Big(aChunks.size() + 4, 4) + "AIFF" + aChunks;
+}
+
+// --- APE ---
+
+/// A picture after the name of its file.
+inline std::string ApePicture(const std::string& aPicture, const std::string& aKey = "Cover Art (Front)",
+                              unsigned aFlags = 2) {
+    return APEItem(aKey, "cover.jpg\0"s + aPicture, aFlags);
 }
 
 // --- Ogg ---

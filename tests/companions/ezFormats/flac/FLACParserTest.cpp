@@ -2,11 +2,12 @@
 #include "companions/ezFormats/PictureBytes.h"
 #include "companions/ezFormats/SparseStream.h"
 #include "companions/ezFormats/flac/FLACBytes.h"
-#include "companions/ezFormats/mpegaudio/MPEGAudioKit.h"
 
 #include "ezFormats/flac/FLACParser.h"
 
+#include "support/Id3Bytes.h"
 #include "support/Samples.h"
+#include "support/TailBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +18,6 @@ namespace {
 using flac::File;
 using flac::Frames;
 using flac::Stream;
-using mpegaudio::ID3v1;
 using namespace std::string_literals;
 
 const std::string kJpeg = "\xFF\xD8\xFF\xE0 and so on";

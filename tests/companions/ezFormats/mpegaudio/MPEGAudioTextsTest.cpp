@@ -401,6 +401,15 @@ TEST(MPEGAudioTexts, CoverIsToldByItsTypeAndSize) {
     EXPECT_EQ(cover(ID3(3, 0, Frame23("TIT2", "\0T"s)) + ID3(3, 0, Frame23("APIC", picture(4, png))) +
                     ID3(3, 0, Frame23("APIC", picture(3, "GIF89a")))),
               "image/png 12");
+    // An APE tag after the sound has one where no tag before it does.
+    const auto after = [&](const std::string& aBefore) {
+        const std::string items = APEItem("Cover Art (Back)", "n\0\xFF\xD8\xFF"s, 2) +
+                                  APEItem("Cover Art (Front)", "n\0GIF89a"s, 2);
+        const std::string file = aBefore + Song() + APE2(items) + ID3v1("T", "", "", 255);
+        return Value(file, "cm") + " " + Value(file, "cs");
+    };
+    EXPECT_EQ(after(""), "image/gif 6");
+    EXPECT_EQ(after(ID3(3, 0, Frame23("APIC", picture(4, png)))), "image/png 12");
     for (const std::string& none :
          {picture(1, png), picture(3, ""), "\0-->\0\3d\0http://h/x"s, "\4image/x\0\3d\0"s + png}) {
         EXPECT_EQ(cover(ID3(3, 0, Frame23("APIC", none))), "- -") << none;

@@ -35,6 +35,14 @@ std::string Told(const std::vector<std::string>& aComments) {
     return Str(texts.mTitle) + "|" + Str(texts.mCreator) + "|" + Stored(cover);
 }
 
+/// The cover that is told of one APE item.
+std::string ToldOfAPE(const std::string& aKey, const std::string& aValue) {
+    BlockBytes block(reinterpret_cast<const unsigned char*>(aValue.data()), aValue.size());
+    CoverFacts cover;
+    cover.OfferAPEItem(ezCString(aKey.c_str()), ByteReader(block));
+    return Stored(cover);
+}
+
 } // namespace
 
 TEST(CoverFacts, FrontCoverCountsBeforeTheFirstOfAnotherType) {
@@ -105,4 +113,15 @@ TEST(CommentTexts, KeysAreOfAnyCaseAndValuesAreUtf8) {
               "Gr\xC3\xBCn|One, Two=2|- -");
     EXPECT_EQ(Told({"performer=P"}), "|P|- -");
     EXPECT_EQ(Told({"performer=P", "artist=A"}), "|A|- -"); // more to the point
+}
+
+TEST(CoverFacts, OfAnAPEItemThePictureAfterItsNameIsToldAndNoIcon) {
+    const std::string named = std::string("name.png") + '\0' + kPng;
+    EXPECT_EQ(ToldOfAPE("Cover Art (Front)", named), "image/png 13");
+    EXPECT_EQ(ToldOfAPE("cover art (artist)", named), "image/png 13");
+    EXPECT_EQ(ToldOfAPE("Cover Art (Front)", kPng), "image/png 13");
+    EXPECT_EQ(ToldOfAPE("Cover Art (Icon)", named), "- -");
+    EXPECT_EQ(ToldOfAPE("Cover Art (Other Icon)", named), "- -");
+    EXPECT_EQ(ToldOfAPE("Cover", named), "- -");
+    EXPECT_EQ(ToldOfAPE("Cover Art (Front)", std::string("name.png") + '\0' + "ours"), "- -");
 }

@@ -273,3 +273,38 @@ TEST(OggCover, ADescriptionBeyondWhatIsDecodedAheadHasNoCover) {
         CoversOf(Vorbis({PictureComment(PictureOfFlac(3, kFront, "image/jpeg", std::string(4000, 'd')))})),
         Covers());
 }
+
+TEST(APECover, IsFoundAtTheEndOfAnyFileAndBeforeWhatFollowsTheTag) {
+    const std::string tag = APE2(APEItem("Title", "Song") + ApePicture(kFront));
+    const std::string old = ID3v1("Song", "", "", 255);
+    const std::string lyrics = "LYRICSBEGINwordsLYRICSEND";
+    for (const std::string& file :
+         {"sound" + tag, tag, "sound" + tag + old, "sound" + tag + lyrics + old,
+          "sound" + APE1(ApePicture(kFront)) + old, std::string(99999, 's') + tag}) {
+        EXPECT_EQ(CoversOf(file), kFrontFound);
+    }
+    EXPECT_EQ(CoversOf(tag + "sound"), Covers());
+    // The tag at the start is asked before.
+    EXPECT_EQ(CoversOf(ID3(3, 0, Frame23("APIC", Apic(3, Png("tag")))) + "sound" + tag),
+              (Covers{"image/png " + Png("tag"), "image/jpeg " + kFront}));
+}
+
+TEST(APECover, IsABinaryItemWithAPictureThatIsKnown) {
+    EXPECT_EQ(CoversOf("sound" + APE2(APEItem("Cover Art (Front)", kFront, 2))), kFrontFound) << "no name";
+    EXPECT_EQ(CoversOf("sound" + APE2(APEItem("Cover Art (Front)", "BM.jpg\0"s + kFront, 2))), kFrontFound)
+        << "a name that begins as a picture does";
+    EXPECT_EQ(CoversOf("sound" + APE2(ApePicture(std::string(100000, 'x')) + ApePicture(kFront))),
+              kFrontFound);
+    for (const std::string& none :
+         {ApePicture("no picture"), ApePicture(""), ApePicture(kFront, "Cover Art (Front)", 0),
+          ApePicture(kFront, "Cover Art (Front)", 4), ApePicture(kFront, "Picture"),
+          APEItem("Cover Art (Front)", "", 2)}) {
+        EXPECT_EQ(CoversOf("sound" + APE2(none)), Covers()) << none;
+    }
+    const std::size_t most = kCover_MaxText - 1;
+    const auto named = [](std::size_t aSize) {
+        return "sound" + APE2(APEItem("Cover Art (Front)", std::string(aSize, 'n') + "\0"s + kFront, 2));
+    };
+    EXPECT_EQ(CoversOf(named(most)), kFrontFound);
+    EXPECT_EQ(CoversOf(named(most + 1)), Covers());
+}

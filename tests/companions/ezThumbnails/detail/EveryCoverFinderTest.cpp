@@ -58,6 +58,10 @@ std::vector<Sample> Samples() {
              WavChunk("ds64", Little(0, 8) + Little(6, 8) + Little(0, 8) + Little(0)) + "data" +
              Little(0xFFFFFFFF) + "sounds" + WavChunk("ID3 ", tag)},
         {"AIFF", FindAIFFCover, Aiff(AiffChunk("SSND", "sound") + AiffChunk("ID3 ", tag))},
+        {"APE 1", FindAPECover, "sound" + APE1(ApePicture(picture))},
+        {"APE 2", FindAPECover,
+         "sound" +
+             APE2(APEItem("Title", "Song") + ApePicture(back, "Cover Art (Back)") + ApePicture(picture))},
     };
 }
 
@@ -142,11 +146,19 @@ TEST(EveryCoverFinder, FrontComesFirstAndIconsNeverCount) {
         [](unsigned aType, const std::string& aPicture) {
             const std::string comment = PictureComment(PictureOfFlac(aType, aPicture));
             return Little(comment.size()) + comment;
+        },
+        [](unsigned aType, const std::string& aPicture) {
+            const char* const key = aType == 3   ? "COVER ART (FRONT)"
+                                    : aType == 1 ? "Cover Art (Icon)"
+                                    : aType == 2 ? "cover art (other icon)"
+                                                 : "Cover Art (of another type)";
+            return ApePicture(aPicture, key);
         }};
     const auto file = [](std::size_t aKind, const std::string& aParts, std::size_t aCount) {
         const std::string comments = Little(6) + "writer" + Little(aCount) + aParts;
         return aKind == 0   ? ID3(3, 0, aParts + std::string(20, '\0'))
                : aKind == 1 ? Flac(aParts)
+               : aKind == 3 ? "sound" + APE2(aParts)
                             : VorbisHead(7) + PageOfOgg(7, 0, "\x03vorbis" + comments, true);
     };
     // The types of the pictures, and that of the cover; 1, an icon, for none.

@@ -1,9 +1,7 @@
-#include "ezFormats/tags/AudioTails.h"
-
-#include "ezFormats/detail/Limits.h"
-#include "ezFormats/detail/MediaBytes.h"
+#include "ezBytes/AudioTails.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/Limits.h"
 
 #include <algorithm>
 #include <string_view>
@@ -23,7 +21,8 @@ constexpr std::uint64_t kLyrics1MaxSize = 5100 + 11;
 /// Looks at the bytes before a position, which no tail before aStart holds.
 class TailReader {
 public:
-    TailReader(MediaBytes& aBytes, std::uint64_t aStart) : mBytes(aBytes), mStart(aStart) {
+    TailReader(ByteSource& aBytes, std::uint64_t aStart)
+        : mBytes(aBytes), mStart(aStart), mPlace(AudioTailPlace(aBytes, aStart).mOffset) {
         mTails.mAudioEnd = aBytes.GetEnd();
     }
 
@@ -34,13 +33,11 @@ public:
 
 private:
     /// A reader of the aCount bytes that stand aBack bytes before the end; a failed one when they are not
-    /// buffered.
+    /// among those that are looked at.
     ByteReader Before(std::uint64_t aBack, std::uint64_t aCount) const {
         ByteReader reader(mBytes);
-        const bool fThere = aBack <= mTails.mAudioEnd - mStart &&
-                            mBytes.HasBuffered(mTails.mAudioEnd - aBack, static_cast<std::size_t>(aCount));
-        reader.Require(fThere);
-        reader.Skip(fThere ? mTails.mAudioEnd - aBack : 0);
+        reader.Require(mTails.mAudioEnd > mPlace && aBack <= mTails.mAudioEnd - mPlace);
+        reader.Skip(mTails.mAudioEnd - aBack);
         return reader.Take(aCount);
     }
 
@@ -137,20 +134,22 @@ private:
         return !footer.HasFailed() && Leave(size + 2 * kID3v2HeaderSize);
     }
 
-    MediaBytes& mBytes;
+    ByteSource& mBytes;
     std::uint64_t mStart;
+    std::uint64_t mPlace; ///< of the first byte that is looked at
     AudioTails mTails;
 };
 
 } // namespace
 
-AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart) {
+BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart) {
+    const std::uint64_t end = aBytes.GetEnd();
+    const std::uint64_t size = std::min<std::uint64_t>(end - std::min(aStart, end), kAudioTail_ReadSize);
+    return {end - size, size};
+}
+
+AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart) {
     TailReader tails(aBytes, aStart);
-    const std::uint64_t size = aBytes.GetEnd();
-    const std::uint64_t start = std::max(aStart, size - std::min<std::uint64_t>(size, kAudioTail_ReadSize));
-    if (aStart >= size || !aBytes.Load(start, kAudioTail_ReadSize)) {
-        return tails.Get();
-    }
     for (unsigned count = 0; count < kAudioTail_MaxCount && tails.Step(); ++count) {
     }
     return tails.Get();

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include "ezBytes/ByteSource.h"
 
-class MediaBytes;
+#include <cstdint>
 
 /// What writers of tags put after the sound of a file, one after the other: ID3v1 with its enhanced part,
 /// APE of either version with or without a header, Lyrics3 of either version, and ID3v2 with a footer.
@@ -20,6 +19,10 @@ struct AudioTails {
     std::uint64_t mLyricsEnd = 0;    ///< where the fields end
 };
 
-/// Finds them, with one read of the end of a file of known size. None reaches before aStart; one that claims
-/// to is not believed, and neither is what stands before it.
-AudioTails FindAudioTails(MediaBytes& aBytes, std::uint64_t aStart);
+/// Bytes of the end of a file in which the tags' own ends are looked for. Whoever reads in blocks has them
+/// read together before.
+BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart);
+
+/// Finds them by those bytes of a file of known size. None reaches before aStart; one that claims to is not
+/// believed, and neither is what stands before it.
+AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart);

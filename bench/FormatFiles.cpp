@@ -5,6 +5,7 @@
 #include "ez/FileMediaParserStream.h"
 
 #include "bench/Require.h"
+#include "companions/ezFormats/FormatNotesOf.h"
 #include "companions/ezFormats/iso/ISOBytes.h"
 #include "ezFormats/detail/Formats.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -113,8 +114,8 @@ constexpr std::array<KnownFamily, 4> kKnown = {
      {"png", "png", "PNG", PNGFiles, 1.34, 8192, 0.34, 16},
      {"mp4", "iso-media", "ISO media", ISOMediaFiles, 1.25, 9216, 0.25, 17.5}}};
 
-/// Of a format without a row of its own the samples are measured, and the bounds are those of any small file:
-/// its start, its end, and a few facts.
+/// Of a format without a row of its own the samples are measured. What they may cost is what its parser calls
+/// usual; a few facts are allocated.
 template <typename Parser>
 FormatFamily FamilyOf() {
     const std::string type = Parser::kDescription.mType;
@@ -129,7 +130,11 @@ FormatFamily FamilyOf() {
         Parser own;
         return SamplesOf(Parser::kDescription, own);
     };
-    return {type, type, files, parser, 2, 24576, 1, 20};
+    const FormatNotes* const notes = FormatNotesOf<Parser>::Get();
+    Require(notes != nullptr, "every parser has its kNotes");
+    const double reads = notes->mUsual.mReads;
+    return {type, notes->mTitle, files, parser, reads, static_cast<double>(notes->mUsual.mBytes), reads - 1,
+            20};
 }
 
 } // namespace

@@ -127,6 +127,8 @@ set(COVER ${THUMBNAILS}/Cover.cpp ${THUMBNAILS}/CoverStreamBytes.cpp ${THUMBNAIL
 ez_add_door(ezThumbnails_inside cover_aiff ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/ChunkWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ape
     ${THUMBNAILS}/APECover.cpp ${BYTES}/APEItems.cpp ${BYTES}/AudioTails.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_dsdiff ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/ChunkWalk.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_dsf ${THUMBNAILS}/ChunkCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_id3
     ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})

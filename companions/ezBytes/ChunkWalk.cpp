@@ -49,6 +49,11 @@ void ChunkWalk::SkipStuffing() {
     }
 }
 
+bool ChunkWalk::IsSizeTold() const {
+    const std::uint64_t allOnes = mLayout.mSizeBytes == 4 ? UINT32_MAX : UINT64_MAX;
+    return mStatedSize != 0 && mStatedSize != allOnes && mStatedSize <= mContent.GetLeft();
+}
+
 bool ChunkWalk::Next(BoxType* aName, ByteReader* aContent) {
     SkipStuffing();
     if (mBudget == 0 || mReader.GetLeft() < GetHeadSize()) {

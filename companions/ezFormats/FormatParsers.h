@@ -22,7 +22,9 @@ class ezMediaParserManager;
     FORMAT(riff, WAVParser)                                                                                  \
     FORMAT(aiff, AIFFParser)                                                                                 \
     FORMAT(au, AUParser)                                                                                     \
-    FORMAT(caf, CAFParser)
+    FORMAT(caf, CAFParser)                                                                                   \
+    FORMAT(dsf, DSFParser)                                                                                   \
+    FORMAT(dsdiff, DSDIFFParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

@@ -64,17 +64,14 @@ void TakeCommon(ByteReader aChunk, bool afCoded, Chunks& aChunks) {
 /// The sound: after the place of its first sample and a size of blocks, which nobody uses.
 void TakeSound(const MediaBytes& aBytes, const ByteReader& aChunk, ChunkWalk& aWalk, Chunks& aChunks) {
     constexpr std::uint64_t kHeadSize = 8;
-    constexpr std::uint64_t kUnknown = 0xFFFFFFFF;
-    const std::uint64_t stated = aWalk.GetStatedSize();
-    const std::uint64_t there = aBytes.GetEnd() - aChunk.GetPosition();
-    const bool fKnown = stated != 0 && stated != kUnknown && stated <= there;
+    const bool fKnown = aWalk.IsSizeTold();
     ByteReader reader = aChunk;
     const std::uint64_t place = reader.ReadBig32();
-    const std::uint64_t size = fKnown ? stated : aBytes.GetSize() ? there : 0;
+    const std::uint64_t size = fKnown || aBytes.GetSize() ? aWalk.GetSizeThere() : 0;
     aChunks.mfSound = true;
     aChunks.mfMeasured = !fKnown;
     aChunks.mSoundSize = size - std::min(size, kHeadSize + (place < size ? place : 0));
-    if (stated == 0) {
+    if (aWalk.GetStatedSize() == 0) {
         aWalk.SetContentSize(0); // chunks may follow all the same
     }
 }

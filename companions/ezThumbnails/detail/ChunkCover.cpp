@@ -3,6 +3,9 @@
 
 #include "ezBytes/WAVWalk.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace {
 
 /// The cover of the tags in the chunks that a walk comes to: the first that has one.
@@ -17,6 +20,22 @@ Cover CoverOfChunks(Walk& aWalk, ByteReader aContent) {
         }
     }
     return {};
+}
+
+/// The same of a file of the IFF family.
+Cover CoverOfForm(ezStream& aStream, const ChunkLayout& aLayout, BoxType aForm,
+                  std::initializer_list<BoxType> aKinds) {
+    CoverStreamBytes bytes(aStream);
+    ByteReader reader(bytes);
+    const bool fForm = BoxType::Read(reader) == aForm;
+    reader.Skip(aLayout.mSizeBytes); // the size of all
+    const BoxType kind = BoxType::Read(reader);
+    if (!fForm || std::find(aKinds.begin(), aKinds.end(), kind) == aKinds.end()) {
+        return {};
+    }
+    std::uint32_t budget = kCover_MaxChunks;
+    ChunkWalk walk(reader, aLayout, budget);
+    return CoverOfChunks(walk, reader);
 }
 
 } // namespace
@@ -34,15 +53,22 @@ Cover FindWAVCover(ezStream& aStream) {
 }
 
 Cover FindAIFFCover(ezStream& aStream) {
+    return CoverOfForm(aStream, kChunks_IFF, "FORM", {"AIFF", "AIFC"});
+}
+
+Cover FindDSDIFFCover(ezStream& aStream) {
+    return CoverOfForm(aStream, kChunks_IFF64, "FRM8", {"DSD "});
+}
+
+Cover FindDSFCover(ezStream& aStream) {
+    constexpr std::uint64_t kHeadSize = 28;
     CoverStreamBytes bytes(aStream);
     ByteReader reader(bytes);
-    const bool fForm = BoxType::Read(reader) == "FORM";
-    reader.Skip(4); // the size of all
-    const BoxType kind = BoxType::Read(reader);
-    if (!fForm || (kind != "AIFF" && kind != "AIFC")) {
-        return {};
-    }
-    std::uint32_t budget = kCover_MaxChunks;
-    ChunkWalk walk(reader, kChunks_IFF, budget);
-    return CoverOfChunks(walk, reader);
+    ByteReader tag = reader;
+    reader.Require(BoxType::Read(reader) == "DSD ");
+    reader.Require(reader.ReadLittle(8) == kHeadSize);
+    reader.Skip(8); // size of the file
+    tag.Skip(reader.ReadLittle(8));
+    tag.Require(!reader.HasFailed() && tag.GetPosition() >= kHeadSize);
+    return CoverOfID3(tag);
 }

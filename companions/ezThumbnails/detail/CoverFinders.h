@@ -34,6 +34,12 @@ Cover FindWAVCover(ezStream& aStream);
 Cover FindAIFFCover(ezStream& aStream);
 /// @}
 
+/// DSD, from the ID3v2 tag: of DSF where its head says that it stands, of DSDIFF in a chunk.
+/// @{
+Cover FindDSFCover(ezStream& aStream);
+Cover FindDSDIFFCover(ezStream& aStream);
+/// @}
+
 /// Any file, from the binary items of an APE tag at its end, also one that ID3v1 or Lyrics3 follows.
 Cover FindAPECover(ezStream& aStream);
 
@@ -47,6 +53,7 @@ struct FormatCoverFinder {
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
 /// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}},   {FindMP4Cover, {"mp4"}}, {FindOggCover, {"ogg"}},
-    {FindWAVCover, {"wav"}},   {FindAIFFCover, {"aiff"}}, {FindAPECover, {"mp3"}},
+    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}},    {FindMP4Cover, {"mp4"}},
+    {FindOggCover, {"ogg"}},   {FindWAVCover, {"wav"}},    {FindAIFFCover, {"aiff"}},
+    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}}, {FindAPECover, {"mp3"}},
 };

@@ -40,7 +40,7 @@ inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
 /// top, after the box with the cover.
 inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
 
-/// Chunks of a WAV or an AIFF that are stepped over: recorders write a dozen.
+/// Chunks of a WAV, an AIFF or a DSDIFF that are stepped over: recorders write a dozen.
 inline constexpr std::uint32_t kCover_MaxChunks = 256;
 
 /// Pages of an Ogg up to the end of the comments, other streams' included: the largest picture in pages of 4

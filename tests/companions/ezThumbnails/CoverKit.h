@@ -100,6 +100,21 @@ inline std::string ApePicture(const std::string& aPicture, const std::string& aK
     return APEItem(aKey, "cover.jpg\0"s + aPicture, aFlags);
 }
 
+// --- DSD ---
+
+/// A head, and a tag after some sound.
+inline std::string Dsf(const std::string& aTag, std::uint64_t aPlace = 97) {
+    return "DSD " + Little(28, 8) + Little(97 + aTag.size(), 8) + Little(aPlace, 8) + "fmt " + Little(52, 8) +
+           std::string(40, 'f') + "data" + Little(17, 8) + "sound" + aTag;
+}
+inline std::string DsdiffChunk(const std::string& aName, const std::string& aContent) {
+    return aName + Big(aContent.size(), 8) + aContent +
+           std::string(aName == "DSD " ? aContent.size() % 2 : 0, '\0');
+}
+inline std::string Dsdiff(const std::string& aChunks) {
+    return "FRM8" + Big(aChunks.size() + 4, 8) + "DSD " + aChunks;
+}
+
 // --- Ogg ---
 
 inline std::string VorbisHead(unsigned aSerial) {

@@ -87,6 +87,21 @@ TEST(ChunkCover, IsThatOfTheFirstTagWithOne) {
     }
 }
 
+TEST(DSDCover, IsThatOfTheTag) {
+    const std::string tag = ID3(3, 0, Frame23("APIC", Apic(3, kFront)));
+    EXPECT_EQ(CoversOf(Dsdiff(DsdiffChunk("ID3 ", tag) + DsdiffChunk("DSD ", "sound"))), kFrontFound);
+    EXPECT_EQ(CoversOf(Dsdiff(DsdiffChunk("DSD ", DsdiffChunk("ID3 ", tag)))), Covers())
+        << "bytes of the sound";
+    EXPECT_EQ(CoversOf("FRM8" + Big(4 + tag.size() + 12, 8) + "8SVX" + DsdiffChunk("ID3 ", tag)), Covers());
+    EXPECT_EQ(CoversOf(Dsf(tag)), kFrontFound);
+    EXPECT_EQ(CoversOf(Dsf("more" + tag, 101)), kFrontFound);
+    for (const std::uint64_t place : {std::uint64_t{0}, std::uint64_t{27}, std::uint64_t{96},
+                                      std::uint64_t{98}, std::uint64_t{1} << 40, UINT64_MAX}) {
+        EXPECT_EQ(CoversOf(Dsf(tag, place)), Covers()) << place;
+    }
+    EXPECT_EQ(CoversOf(std::string(Dsf(tag)).replace(4, 1, 1, '\x1D')), Covers()) << "another head";
+}
+
 TEST(MP4Cover, IsFoundWhereverTheBoxOfTheFilmLies) {
     const std::string moov = Moov(DataBox(13, kFront));
     EXPECT_EQ(CoversOf(Ftyp() + moov + Box("mdat", "samples")), kFrontFound);

@@ -62,6 +62,8 @@ std::vector<Sample> Samples() {
         {"APE 2", FindAPECover,
          "sound" +
              APE2(APEItem("Title", "Song") + ApePicture(back, "Cover Art (Back)") + ApePicture(picture))},
+        {"DSF", FindDSFCover, Dsf(tag)},
+        {"DSDIFF", FindDSDIFFCover, Dsdiff(DsdiffChunk("DSD ", "sound") + DsdiffChunk("ID3 ", tag))},
     };
 }
 

@@ -26,12 +26,27 @@ std::uint64_t ChunkWalk::ReadSize(ByteReader& aReader) const {
     return size != 0 && !aReader.HasFailed() ? size - GetHeadSize() : 0;
 }
 
+/// Whether a chunk may be called so: by printable characters, or by any GUID.
+bool ChunkWalk::MayBeNamed(BoxType aName) const {
+    return mLayout.mNameRest != 0 ? aName != BoxType() : IsName(aName);
+}
+
 /// Whether a chunk stands there, all of it.
 bool ChunkWalk::IsChunkAt(ByteReader aReader) const {
-    const bool fName = IsName(BoxType::Read(aReader));
+    const bool fName = MayBeNamed(BoxType::Read(aReader));
     aReader.Skip(mLayout.mNameRest);
     const std::uint64_t size = ReadSize(aReader);
     return fName && !aReader.HasFailed() && size <= aReader.GetLeft();
+}
+
+/// Whether the byte before a place is the first of a chunk's name: of that alone all of a chunk stands there,
+/// or a name, as sizes may lie.
+bool ChunkWalk::IsStuffingForgotten(const ByteReader& anAfter) const {
+    if (IsChunkAt(anAfter)) {
+        return false;
+    }
+    const auto isName = [](ByteReader aReader) { return IsName(BoxType::Read(aReader)); };
+    return IsChunkAt(mReader) || (isName(mReader) && !isName(anAfter));
 }
 
 void ChunkWalk::SkipStuffing() {
@@ -43,8 +58,7 @@ void ChunkWalk::SkipStuffing() {
     }
     ByteReader after = mReader;
     after.Skip(count);
-    // A forgotten byte: the next chunk is whole without it alone.
-    if (mLayout.mAlignment != 2 || IsChunkAt(after) || !IsChunkAt(mReader)) {
+    if (mLayout.mAlignment != 2 || !IsStuffingForgotten(after)) {
         mReader = after;
     }
 }
@@ -62,7 +76,7 @@ bool ChunkWalk::Next(BoxType* aName, ByteReader* aContent) {
     --mBudget;
     *aName = BoxType::Read(mReader);
     mReader.Skip(mLayout.mNameRest);
-    mReader.Require(IsName(*aName));
+    mReader.Require(MayBeNamed(*aName));
     mStatedSize = ReadSize(mReader);
     if (mReader.HasFailed()) {
         return false;

@@ -25,7 +25,8 @@ inline constexpr ChunkLayout kChunks_W64 = {12, 8, true, true, 8}; ///< whose na
 ///
 /// The size of a chunk may lie: one that reaches beyond the end gives what there is. Writers forget the
 /// stuffing after a content of odd size; then the next chunk is found where it stands. What has no name of
-/// four printable characters is not a chunk, and ends the walk.
+/// four printable characters, or of a GUID that begins with more than zeros, is not a chunk, and ends the
+/// walk.
 class ChunkWalk {
 public:
     /// @param aReader  stands at the first chunk
@@ -50,7 +51,9 @@ public:
 
 private:
     void SkipStuffing();
+    bool MayBeNamed(BoxType aName) const;
     bool IsChunkAt(ByteReader aReader) const;
+    bool IsStuffingForgotten(const ByteReader& anAfter) const;
     std::uint64_t ReadSize(ByteReader& aReader) const;
     std::uint64_t GetHeadSize() const { return 4U + mLayout.mNameRest + mLayout.mSizeBytes; }
 

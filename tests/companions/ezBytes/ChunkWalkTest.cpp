@@ -53,6 +53,13 @@ TEST(ChunkWalk, ReadsEveryLayout) {
               expected);
 }
 
+TEST(ChunkWalk, GUIDNeedNotBeginWithLetters) {
+    const std::string summary = Big(0xBC945F92, 4) + "rest of GUID" + Little(32, 8) + "contents";
+    const std::string last = "two rest of GUID" + Little(28, 8) + "defg";
+    EXPECT_EQ(ChunksOf(summary + last, kChunks_W64), (Strings{"\xBC\x94\x5F\x92:contents", "two :defg"}));
+    EXPECT_EQ(ChunksOf(std::string(24, '\0') + last, kChunks_W64), Strings());
+}
+
 TEST(ChunkWalk, ForgottenStuffingIsNotSteppedOver) {
     const Strings expected = {"one :abc", "two :defg"};
     EXPECT_EQ(ChunksOf(Chunk("one ", "abc") + Chunk("two ", "defg")), expected);
@@ -60,6 +67,9 @@ TEST(ChunkWalk, ForgottenStuffingIsNotSteppedOver) {
     const std::string letters(100, 'd');
     EXPECT_EQ(ChunksOf(Chunk("one ", "abc") + Chunk("two ", letters)),
               (Strings{"one :abc", "two :" + letters}));
+    // A size may lie there all the same, and one byte further on there is no name.
+    EXPECT_EQ(ChunksOf(Chunk("one ", "abc") + "two " + Little(UINT32_MAX) + "defg"), expected);
+    EXPECT_EQ(ChunksOf(Chunk("one ", "abc") + Big(0, 1) + "two " + Little(UINT32_MAX) + "defg"), expected);
     // The last one need not have any.
     EXPECT_EQ(ChunksOf(Chunk("one ", "abc")), Strings{"one :abc"});
     EXPECT_EQ(ChunksOf(Chunk("one ", "abc") + Big(0, 1)), Strings{"one :abc"});

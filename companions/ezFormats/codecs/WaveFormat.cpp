@@ -21,7 +21,7 @@ constexpr auto kVarying = WaveFormat::Rate::Varying;
 /// By tag.
 constexpr Codec kCodecs[] = {{kWaveTag_PCM, "LPCM", kPlain},
                              {0x0002, "ADPCM-MS", kConstant, true},
-                             {0x0003, "PCM-float", kPlain},
+                             {kWaveTag_Float, "PCM-float", kPlain},
                              {0x0006, "alaw", kPlain},
                              {0x0007, "ulaw", kPlain},
                              {0x0008, "DTS", kConstant},
@@ -87,16 +87,18 @@ private:
 
 /// Of plain samples: what writers leave out, or state of the bits that count alone, follows from the rest.
 void CompletePlain(std::uint32_t aBits, std::uint32_t aValidBits, WaveFormat& aFormat) {
+    aFormat.mBlockSamples = 1;
+    if (aFormat.mTag != kWaveTag_PCM && aFormat.mTag != kWaveTag_Float) {
+        aFormat.mBlockSize = aFormat.mChannels; // some state the bits that a sample of G.711 stands for
+        return;
+    }
     std::uint32_t bits = aBits;
     if (bits == 0 && aFormat.mChannels != 0) {
         bits = aFormat.mBlockSize / aFormat.mChannels * 8;
     }
     const std::uint32_t least = aFormat.mChannels * ((bits + 7) / 8); // 16 bits by 14
     aFormat.mBlockSize = std::max(aFormat.mBlockSize, least);
-    aFormat.mBlockSamples = 1;
-    if (aFormat.mTag == kWaveTag_PCM || aFormat.mTag == 3) {
-        aFormat.mBitsPerSample = aValidBits != 0 && aValidBits < bits ? aValidBits : bits;
-    }
+    aFormat.mBitsPerSample = aValidBits != 0 && aValidBits < bits ? aValidBits : bits;
 }
 
 } // namespace

@@ -28,6 +28,7 @@ struct WaveFormat {
 
 /// Format tags that others decide by.
 inline constexpr std::uint32_t kWaveTag_PCM = 1;
+inline constexpr std::uint32_t kWaveTag_Float = 3;
 inline constexpr std::uint32_t kWaveTag_MPEG = 0x50;
 inline constexpr std::uint32_t kWaveTag_MP3 = 0x55;
 

@@ -124,6 +124,10 @@ inline constexpr std::uint32_t kCoverFacts_MaxText = 256;
 /// what 32 bits hold. A larger one is not believed.
 inline constexpr std::uint32_t kSamplingRate_MaxFloat = 10'000'000;
 
+/// Bits of a sample, the most: a floating point number of double precision has so many. More is a damaged
+/// number, which is left out.
+inline constexpr std::uint32_t kSound_MaxBits = 64;
+
 /// Bits a second of a sound, the fewest: no codec has fewer. Where a stated length makes of its bytes fewer,
 /// it is damaged.
 inline constexpr std::uint32_t kSound_MinBitRate = 100;

@@ -7,8 +7,9 @@
 
 namespace {
 
+/// The largest number would say that a rate varies.
 void StoreNumber(ezMediaInfo& anInfo, const char* aKey, std::uint32_t aNumber) {
-    if (aNumber != 0) {
+    if (aNumber != 0 && aNumber != kezMediaInfo_VariableRate) {
         anInfo.Set(aKey, aNumber, true);
     }
 }
@@ -17,7 +18,9 @@ void StoreNumber(ezMediaInfo& anInfo, const char* aKey, std::uint32_t aNumber) {
 
 void SoundFacts::SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, std::uint32_t aPacketSamples) {
     mBytes = aBytes;
-    if (aPacketBytes != 0 && aPacketSamples != 0) {
+    const bool fPlausible =
+        aPacketSamples == 1 || IsLengthPlausible(aPacketBytes, aPacketSamples, mSamplingRate);
+    if (aPacketBytes != 0 && aPacketSamples != 0 && fPlausible) {
         mSamples = ISONumber_Scale(aBytes, aPacketSamples, aPacketBytes);
         mBitRate = ISONumber_BitRate(aPacketBytes, aPacketSamples, mSamplingRate);
     }
@@ -42,7 +45,7 @@ void SoundFacts::Store(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_AudioTrackCount, 1, true);
     anInfo.Set(kezInfo_AudioCodec, mCodec, true);
     StoreNumber(anInfo, kezInfo_AudioChannelCount, mChannels);
-    StoreNumber(anInfo, kezInfo_AudioBitsPerSample, mBitsPerSample);
+    StoreNumber(anInfo, kezInfo_AudioBitsPerSample, mBitsPerSample <= kSound_MaxBits ? mBitsPerSample : 0);
     const std::uint64_t milliseconds = GetMilliseconds();
     if (milliseconds != 0) {
         anInfo.SetDuration(milliseconds, mDurationMethod);

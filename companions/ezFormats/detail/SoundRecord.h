@@ -11,8 +11,8 @@ struct SoundFacts {
     ezCString mCodec;                ///< as kezInfo_AudioCodec names it
     std::uint32_t mSamplingRate = 0; ///< Hz
     std::uint32_t mChannels = 0;
-    std::uint32_t mBitsPerSample = 0;
-    std::uint64_t mSamples = 0; ///< of a channel, at mSamplingRate: the length
+    std::uint32_t mBitsPerSample = 0; ///< not stored where no sample has so many
+    std::uint64_t mSamples = 0;       ///< of a channel, at mSamplingRate: the length
     const char* mDurationMethod = "header";
 
     std::uint64_t mBytes = 0;      ///< of the sound: the mean bit rate is that of these in that time
@@ -20,7 +20,7 @@ struct SoundFacts {
     std::uint32_t mMaxBitRate = 0; ///< bits a second, of a varying one
 
     /// The length and the constant rate of packets of one size, each of so many samples. Without a size or a
-    /// count, nothing is told.
+    /// count, and of several samples in bytes that cannot hold them, nothing is told.
     void SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, std::uint32_t aPacketSamples);
 
     /// Whether so many samples can be coded in so many bytes: no sound takes less than 100 bits a second, or

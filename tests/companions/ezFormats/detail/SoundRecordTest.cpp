@@ -1,5 +1,6 @@
 #include "ezFormats/detail/SoundRecord.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include "support/Record.h"
@@ -7,6 +8,8 @@
 #include <gtest/gtest.h>
 
 // How the facts of a sound stand in a record.
+
+using namespace std::string_literals;
 
 namespace {
 
@@ -31,6 +34,30 @@ TEST(SoundRecord, WhatIsNotKnownIsLeftOut) {
     SoundFacts facts;
     facts.mCodec = "FLAC";
     EXPECT_EQ(Stored(facts), "ar=4294967295\nca=\"FLAC\"\nta=1\n");
+}
+
+TEST(SoundRecord, NumberThatCannotBeIsLeftOut) {
+    for (const std::uint32_t bits : {kSound_MaxBits, kSound_MaxBits + 1, UINT32_MAX}) {
+        SoundFacts facts;
+        facts.mCodec = "LPCM";
+        facts.mBitsPerSample = bits;
+        facts.mSamplingRate = UINT32_MAX; // which would say that it varies
+        EXPECT_EQ(Stored(facts), (bits <= kSound_MaxBits ? "bs=64\n"s : ""s) + "ca=\"LPCM\"\nta=1\n");
+    }
+}
+
+TEST(SoundRecord, PacketsThatCannotHoldTheirSamplesTellNothing) {
+    const auto samples = [](std::uint32_t aBytes, std::uint32_t aSamples) {
+        SoundFacts facts;
+        facts.mSamplingRate = 8000;
+        facts.SetPackets(1000, aBytes, aSamples);
+        return facts.mSamples;
+    };
+    EXPECT_EQ(samples(1, 640), 640000U); // 100 bits a second
+    EXPECT_EQ(samples(1, 641), 0U);
+    EXPECT_EQ(samples(1, UINT32_MAX), 0U);
+    EXPECT_EQ(samples(0, 1), 0U);
+    EXPECT_EQ(samples(1, 0), 0U);
 }
 
 TEST(SoundRecord, RateThatVariesHasItsMeanAsTheEstimate) {

@@ -63,9 +63,11 @@ void ChunkWalk::SkipStuffing() {
     }
 }
 
-bool ChunkWalk::IsSizeTold() const {
-    const std::uint64_t allOnes = mLayout.mSizeBytes == 4 ? UINT32_MAX : UINT64_MAX;
-    return mStatedSize != 0 && mStatedSize != allOnes && mStatedSize <= mContent.GetLeft();
+SoundSize ChunkWalk::GetSoundSize(bool afSizeKnown) const {
+    const bool fShort = mLayout.mSizeBytes == 4;
+    const std::uint64_t stated =
+        fShort ? SoundSize::Of32(static_cast<std::uint32_t>(mStatedSize)) : mStatedSize;
+    return {stated, mContent.GetLeft(), afSizeKnown};
 }
 
 bool ChunkWalk::Next(BoxType* aName, ByteReader* aContent) {

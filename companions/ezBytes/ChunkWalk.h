@@ -2,6 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/SoundSize.h"
 
 #include <cstdint>
 
@@ -40,11 +41,9 @@ public:
 
     /// Bytes that the last chunk states to have, which may be more than there are.
     std::uint64_t GetStatedSize() const { return mStatedSize; }
-    /// True when that can be: not 0 or all ones, which stand for one that its writer never came to know, and
-    /// not beyond the end.
-    bool IsSizeTold() const;
-    /// Bytes of the last chunk's content: as it is told, else up to the end.
-    std::uint64_t GetSizeThere() const { return IsSizeTold() ? mStatedSize : mContent.GetLeft(); }
+    /// The same of a chunk of sound, whose writer may never have come to know it.
+    /// @param afSizeKnown  the end is that of the file, and not only a bound
+    SoundSize GetSoundSize(bool afSizeKnown) const;
     /// The content of the last chunk has so many bytes, whatever it states: what follows is looked for there,
     /// and at the end where that is before.
     void SetContentSize(std::uint64_t aSize) { EndContentAfter(aSize); }

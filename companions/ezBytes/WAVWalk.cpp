@@ -1,6 +1,7 @@
 #include "ezBytes/WAVWalk.h"
 
 #include "ezBytes/Limits.h"
+#include "ezBytes/SoundSize.h"
 
 #include "ezPlatform/base/Checked.h"
 
@@ -87,15 +88,11 @@ void WAVWalk::TakeSound(const ByteReader& aContent) {
     mSound.mStart = aContent.GetPosition();
     const std::uint64_t there = mEnd - mSound.mStart;
     const std::uint64_t stated = StatedSound();
-    const std::uint64_t lost = stated != 0 ? LostBytes(stated, there) : 0;
-    const bool fKnown = stated != 0 && stated != UINT64_MAX && stated <= there;
-    mSound.mfMeasured = !fKnown || lost != 0;
-    if (fKnown) {
-        mSound.mSize = stated + lost;
-    } else if (mfSizeKnown) {
-        mSound.mSize = there;
-    }
-    mSound.mEnd = fKnown ? mSound.mStart + mSound.mSize : mEnd;
+    const SoundSize size(stated, there, mfSizeKnown);
+    const std::uint64_t lost = size.mfMeasured ? 0 : LostBytes(stated, there);
+    mSound.mSize = size.mBytes + lost;
+    mSound.mfMeasured = size.mfMeasured || lost != 0;
+    mSound.mEnd = size.mfMeasured ? mEnd : mSound.mStart + mSound.mSize;
     mWalk.SetContentSize(stated == 0 ? 0 : mSound.mSize);
 }
 
@@ -107,13 +104,13 @@ std::uint64_t WAVWalk::StatedSound() const {
     }
     const bool fOpen = stated == kUnknown32 || stated == 0;
     const bool f64 = mSound64 != 0 && (fOpen || (mSound64 & kUnknown32) == stated);
-    return f64 ? mSound64 : stated == kUnknown32 ? UINT64_MAX : stated;
+    return f64 ? mSound64 : SoundSize::Of32(static_cast<std::uint32_t>(stated));
 }
 
 /// What a size of 32 bits has lost.
 std::uint64_t WAVWalk::LostBytes(std::uint64_t aStated, std::uint64_t aThere) const {
     constexpr unsigned kBits = 32;
-    if (!mfSizeKnown || mHead.mLayout.mSizeBytes != 4 || Is64() || aStated > aThere) {
+    if (!mfSizeKnown || mHead.mLayout.mSizeBytes != 4 || Is64()) {
         return 0;
     }
     const std::uint64_t whole = mEnd - (mFirst - 4); // the size of the file counts the form

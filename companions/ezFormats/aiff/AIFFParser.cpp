@@ -32,6 +32,7 @@ struct Chunks {
     bool mfSound = false;
     std::uint64_t mSoundSize = 0; ///< bytes; 0 where they cannot be told
     bool mfMeasured = false;      ///< by the file, as the chunk states none, or what cannot be
+    bool mfOpen = false;          ///< they cannot be told
     MusicTexts mID3;
     MusicValues mValues;
     CoverFacts mCover;
@@ -64,13 +65,13 @@ void TakeCommon(ByteReader aChunk, bool afCoded, Chunks& aChunks) {
 /// The sound: after the place of its first sample and a size of blocks, which nobody uses.
 void TakeSound(const MediaBytes& aBytes, const ByteReader& aChunk, ChunkWalk& aWalk, Chunks& aChunks) {
     constexpr std::uint64_t kHeadSize = 8;
-    const bool fKnown = aWalk.IsSizeTold();
+    const SoundSize size = aWalk.GetSoundSize(aBytes.GetSize().has_value());
     ByteReader reader = aChunk;
     const std::uint64_t place = reader.ReadBig32();
-    const std::uint64_t size = fKnown || aBytes.GetSize() ? aWalk.GetSizeThere() : 0;
     aChunks.mfSound = true;
-    aChunks.mfMeasured = !fKnown;
-    aChunks.mSoundSize = size - std::min(size, kHeadSize + (place < size ? place : 0));
+    aChunks.mfMeasured = size.mfMeasured;
+    aChunks.mfOpen = size.mfOpen;
+    aChunks.mSoundSize = size.mBytes - std::min(size.mBytes, kHeadSize + (place < size.mBytes ? place : 0));
     if (aWalk.GetStatedSize() == 0) {
         aWalk.SetContentSize(0); // chunks may follow all the same
     }
@@ -117,7 +118,7 @@ void Measure(const Chunks& aChunks, SoundFacts& aSound) {
         return;
     }
     aSound.SetPackets(aChunks.mSoundSize, packetBytes, aChunks.mPackets.mPacketSamples);
-    const bool fOpen = aChunks.mfMeasured && aChunks.mSoundSize == 0; // of unknown size: the count stands
+    const bool fOpen = aChunks.mfOpen; // then the count stands
     const bool fPackets = fOpen || frames <= aChunks.mSoundSize / packetBytes;
     const std::uint64_t counted = fPackets ? frames * aChunks.mPackets.mPacketSamples : frames;
     if (counted != 0 && (fOpen || counted <= aSound.mSamples)) {

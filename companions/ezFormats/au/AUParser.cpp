@@ -6,6 +6,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
+#include "ezBytes/SoundSize.h"
 #include "ezBytes/TextBytes.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -73,7 +74,6 @@ bool AUParser::IsAt(ByteReader aBytes) {
 bool AUParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     constexpr std::uint32_t kHeadSize = 24;
     constexpr std::uint32_t kMaxChannels = 0xFFFF;
-    constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
     ByteReader reader(aBytes);
     const std::uint32_t magic = reader.ReadBig32();
     if (magic != kMagic) {
@@ -93,10 +93,10 @@ bool AUParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return Refuse(Cause::Malformed, "%u channels at %u Hz, sound at %llu", unsigned{sound.mChannels},
                       unsigned{sound.mSamplingRate}, static_cast<unsigned long long>(start));
     }
-    const std::uint64_t there = aBytes.GetEnd() - std::min(start, aBytes.GetEnd());
-    const bool fKnown = stated != 0 && stated != kUnknown && stated <= there;
-    sound.mDurationMethod = fKnown ? "header" : "constant rate";
-    TakeEncoding(encoding, fKnown ? stated : aBytes.GetSize() ? there : 0, sound);
+    const SoundSize size(SoundSize::Of32(stated), aBytes.GetEnd() - std::min(start, aBytes.GetEnd()),
+                         aBytes.GetSize().has_value());
+    sound.mDurationMethod = size.mfMeasured ? "constant rate" : "header";
+    TakeEncoding(encoding, size.mBytes, sound);
     sound.Store(anInfo);
     ByteReader annotation = reader.Take(std::min<std::uint64_t>(start - kHeadSize, kAU_MaxAnnotation));
     ReadAnnotation(annotation, CodePage(GetTextCodePage())).Store(anInfo);

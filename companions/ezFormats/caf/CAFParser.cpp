@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 
 namespace {
 
@@ -30,6 +31,7 @@ struct Chunks {
     bool mfSound = false;
     std::uint64_t mSoundSize = 0; ///< bytes; 0 where they cannot be told
     bool mfMeasured = false;      ///< by the file, as the chunk states none, or what cannot be
+    bool mfOpen = false;          ///< they cannot be told
     bool mfPackets = false;
     std::uint64_t mSamples = 0; ///< that count, of a channel, as the packet table states them
     MusicValues mValues;
@@ -79,14 +81,12 @@ void TakeCookie(ByteReader aChunk, SoundFacts& aSound) {
 }
 
 /// The sound: after a count of edits.
-void TakeSound(const MediaBytes& aBytes, const ByteReader& aChunk, std::uint64_t aStated, Chunks& aChunks) {
+void TakeSound(const SoundSize& aSize, Chunks& aChunks) {
     constexpr std::uint64_t kHeadSize = 4;
-    const std::uint64_t there = aBytes.GetEnd() - aChunk.GetPosition();
-    const bool fKnown = aStated != 0 && aStated <= there && aStated != UINT64_MAX;
-    const std::uint64_t size = fKnown ? aStated : aBytes.GetSize() ? there : 0;
     aChunks.mfSound = true;
-    aChunks.mfMeasured = !fKnown;
-    aChunks.mSoundSize = size - std::min(size, kHeadSize);
+    aChunks.mfMeasured = aSize.mfMeasured;
+    aChunks.mfOpen = aSize.mfOpen;
+    aChunks.mSoundSize = aSize.mBytes - std::min(aSize.mBytes, kHeadSize);
 }
 
 /// The head of the packet table: how many packets, and how many samples of these count.
@@ -98,16 +98,26 @@ void TakePackets(ByteReader aChunk, Chunks& aChunks) {
     aChunks.mSamples = samples < kNegative ? samples : 0;
 }
 
+/// A text, up to a NUL: so many bytes of it are kept.
+std::string ReadWord(ByteReader& aReader, std::size_t aMaximum) {
+    std::string word;
+    for (std::uint8_t byte = aReader.ReadByte(); byte != 0; byte = aReader.ReadByte()) {
+        if (word.size() < aMaximum) {
+            word.push_back(static_cast<char>(byte));
+        }
+    }
+    return word;
+}
+
 /// Pairs of texts, each with a NUL after it.
 void TakeInfo(ByteReader aChunk, MusicValues& aValues) {
     const std::uint32_t count = std::min(aChunk.ReadBig32(), kMusicTexts_MaxFrames);
     for (std::uint32_t i = 0; i < count && !aChunk.HasFailed(); ++i) {
-        const ezCString key = aChunk.ReadZeroTerminated(kMusicTexts_MaxSize);
-        const ezCString value = aChunk.ReadZeroTerminated(kMusicTexts_MaxSize);
-        const TagField* const field =
-            key.GetLength() <= kCAF_MaxKey ? FindTagField(TagWords::CAF, key.View()) : nullptr;
-        if (field != nullptr) {
-            aValues.Add(*field, CleanText(value.View(), TextEncoding::Utf8));
+        const std::string key = ReadWord(aChunk, kCAF_MaxKey + 1);
+        const std::string value = ReadWord(aChunk, kMusicTexts_MaxSize);
+        const TagField* const field = FindTagField(TagWords::CAF, key);
+        if (field != nullptr && !aChunk.HasFailed()) {
+            aValues.Add(*field, CleanText(value, TextEncoding::Utf8));
         }
     }
 }
@@ -126,7 +136,7 @@ Chunks ReadChunks(const MediaBytes& aBytes, const ByteReader& aReader) {
         if (name == "desc" && !chunks.mfDescription) {
             TakeDescription(content, chunks);
         } else if (name == "data" && !chunks.mfSound) {
-            TakeSound(aBytes, content, walk.GetStatedSize(), chunks);
+            TakeSound(walk.GetSoundSize(aBytes.GetSize().has_value()), chunks);
         } else if (name == "pakt" && !chunks.mfPackets) {
             TakePackets(content, chunks);
         } else if (name == "kuki") {
@@ -144,9 +154,9 @@ Chunks ReadChunks(const MediaBytes& aBytes, const ByteReader& aReader) {
 /// The length: by packets of one size, else by the count of the packet table.
 void Measure(const Chunks& aChunks, SoundFacts& aSound) {
     aSound.SetPackets(aChunks.mSoundSize, aChunks.mPacketBytes, aChunks.mPacketSamples);
-    if (aChunks.ArePacketsEqual()) {
+    if (aSound.mSamples != 0) {
         aSound.mDurationMethod = aChunks.mfMeasured ? "constant rate" : "header";
-    } else if (aChunks.mSoundSize == 0 ||
+    } else if (aChunks.mfOpen ||
                SoundFacts::IsLengthPlausible(aChunks.mSoundSize, aChunks.mSamples, aSound.mSamplingRate)) {
         aSound.mSamples = aChunks.mSamples;
     }

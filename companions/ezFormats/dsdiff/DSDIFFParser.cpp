@@ -89,11 +89,11 @@ void ChunksReader::TakeFrames(const ByteReader& aChunk) {
 }
 
 void ChunksReader::TakeSound(BoxType aName, const ByteReader& aChunk, ChunkWalk& aWalk) {
-    const bool fKnown = aWalk.IsSizeTold();
+    const SoundSize size = aWalk.GetSoundSize(mBytes.GetSize().has_value());
     mChunks.mfPlain = aName == kPlain;
     mChunks.mfCompressed = aName == kCompressed;
-    mChunks.mfMeasured = !fKnown;
-    mChunks.mSoundSize = fKnown || mBytes.GetSize() ? aWalk.GetSizeThere() : 0;
+    mChunks.mfMeasured = size.mfMeasured;
+    mChunks.mSoundSize = size.mBytes;
     if (mChunks.mfCompressed) {
         TakeFrames(aChunk);
     }

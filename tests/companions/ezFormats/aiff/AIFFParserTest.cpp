@@ -115,6 +115,7 @@ TEST(AIFFParser, LengthIsThatOfTheFramesIfThereIsSoMuchSound) {
     EXPECT_EQ(Length(Aiff(Ssnd(8000))), "500|\"header\"") << "less";
     EXPECT_EQ(Length(Aiff(LyingSsnd(16008, 8000))), "500|\"constant rate\"") << "cut";
     EXPECT_EQ(Length(Aiff("")), "|") << "no sound";
+    EXPECT_EQ(Length(Aiff(LyingSsnd(16008, 0))), "|") << "cut where it begins";
     // A place of the first sample that is not the start.
     EXPECT_EQ(Length(Aiff(BigChunk("SSND", Big(8000, 4) + Big(0, 4) + Sound(16000)))), "500|\"header\"");
     EXPECT_EQ(Length(Aiff(BigChunk("SSND", Big(UINT32_MAX, 4) + Big(0, 4) + Sound(16000)))),

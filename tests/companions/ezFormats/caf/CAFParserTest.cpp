@@ -1,5 +1,7 @@
 #include "ezFormats/caf/CAFParser.h"
 
+#include "ezFormats/detail/Limits.h"
+
 #include "companions/ezFormats/ChunkBytes.h"
 #include "companions/ezFormats/FormatFiles.h"
 
@@ -153,10 +155,18 @@ TEST(CAFParser, PacketTableTellsTheLengthOfPacketsThatVary) {
          {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{1} << 40, std::uint64_t{1} << 63, UINT64_MAX}) {
         EXPECT_EQ(length(kVarying, Data(9000) + Pakt(samples)), "|") << samples;
     }
+    EXPECT_EQ(length(kVarying, Pakt(8000)), "|") << "no sound";
+    EXPECT_EQ(length(kVarying, Pakt(8000) + LyingData(9004, 0)), "|") << "cut where it begins";
+    EXPECT_EQ(length({"ima4", 0, 1, UINT32_MAX, 1, 0, 8000}, Data(9000) + Pakt(8000)), "1000|\"header\"")
+        << "packets that cannot hold so much";
     EXPECT_EQ(length({"aac ", 0, 0, 1024, 2, 0, 8000}, Data(9000) + Pakt(8000)), "1000|\"header\"");
     EXPECT_EQ(length({"lpcm", 0, 2, 0, 1, 16, 8000}, Data(9000) + Pakt(8000)), "1000|\"header\"");
     Delivery unknown;
     unknown.mfSizeKnown = false;
+    for (const std::string& data : {Data(9000), LyingData(UINT64_MAX, 9000)}) {
+        EXPECT_EQ(Length(Caf(Chunk64("desc", kVarying.Bytes()) + Pakt(8000) + data), unknown),
+                  "1000|\"header\"");
+    }
     EXPECT_EQ(Length(Caf(Chunk64("desc", kVarying.Bytes()) + Data(9000) + Pakt(8000)), unknown),
               "1000|\"header\"");
 }
@@ -209,8 +219,11 @@ TEST(CAFParser, TextsAreThoseOfInfo) {
         << "as many as are counted";
     EXPECT_EQ(Texts(Info({"title", "Title"}, UINT32_MAX)), "\"Title\"|||||");
     EXPECT_EQ(Texts(Chunk64("info", Big(1, 4) + "title\0no end"s)), "|||||");
-    const std::string key(kCAF_MaxKey + 1, 'k');
-    EXPECT_EQ(Texts(Info({key, "Value", "title", "Title"}, 2)), "\"Title\"|||||");
+    const std::string spaces(kCAF_MaxKey - 5, ' ');
+    EXPECT_EQ(Texts(Info({"title" + spaces + "x", "Value"}, 1)), "|||||");
+    const std::string text(kMusicTexts_MaxSize + 1, 't');
+    EXPECT_EQ(Texts(Info({text, text, "lyrics", text, "title", "Title"}, 3)), "\"Title\"|||||")
+        << "long ones are passed over";
 }
 
 TEST(CAFParser, WhatSaysNothingOfTheSoundIsRefused) {

@@ -1,6 +1,7 @@
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
+#include "ezBytes/LeadingTag.h"
 #include "ezBytes/WAVWalk.h"
 
 #include <algorithm>
@@ -43,6 +44,7 @@ Cover CoverOfForm(ezStream& aStream, const ChunkLayout& aLayout, BoxType aForm,
 Cover FindWAVCover(ezStream& aStream) {
     CoverStreamBytes bytes(aStream);
     ByteReader reader(bytes);
+    reader.Skip(EndOfLeadingTags(bytes, 0));
     const WAVHead head = ReadWAVHead(reader);
     if (head.mForm != "WAVE") {
         return {};

@@ -28,7 +28,7 @@ Cover FindMP4Cover(ezStream& aStream);
 Cover FindOggCover(ezStream& aStream);
 
 /// WAV and its kin, and AIFF, from the ID3v2 tag in a chunk of theirs, before the sound or after it. Of
-/// several tags the first with a cover counts.
+/// several tags the first with a cover counts; those before a WAV are passed over.
 /// @{
 Cover FindWAVCover(ezStream& aStream);
 Cover FindAIFFCover(ezStream& aStream);

@@ -57,6 +57,7 @@ std::vector<Sample> Samples() {
          "RF64" + Little(0xFFFFFFFF) + "WAVE" +
              WavChunk("ds64", Little(0, 8) + Little(6, 8) + Little(0, 8) + Little(0)) + "data" +
              Little(0xFFFFFFFF) + "sounds" + WavChunk("ID3 ", tag)},
+        {"WAV after a tag", FindWAVCover, ID3(3, 0, std::string(30, '\0')) + Wav(WavChunk("id3 ", tag))},
         {"AIFF", FindAIFFCover, Aiff(AiffChunk("SSND", "sound") + AiffChunk("ID3 ", tag))},
         {"APE 1", FindAPECover, "sound" + APE1(ApePicture(picture))},
         {"APE 2", FindAPECover,

@@ -9,36 +9,59 @@
 #include "ezBytes/DateText.h"
 #include "ezBytes/TextBytes.h"
 
+#include <cstddef>
+#include <string>
+#include <utility>
+
 namespace {
 
 constexpr std::uint32_t kUnknown32 = 0xFFFFFFFF;
 
-/// The texts of a list of the kind "INFO", each a chunk.
-void TakeInfo(ByteReader aList, const ChunkLayout& aLayout, std::uint32_t& aBudget, const CodePage& aCodePage,
-              MusicTexts& aTexts) {
-    if (BoxType::Read(aList) != "INFO") {
-        return;
-    }
-    ChunkWalk items(aList, aLayout, aBudget);
+/// Wave64 has the texts of such a list in one of its own: BC945F92-5A52-11D2-86DC-00C04F8EDB8A.
+constexpr BoxType kSummary(0xBC945F92);
+constexpr ChunkLayout kSummaryItems = {0, 4, true, false, 1};
+
+/// The texts of a list, each a chunk.
+void TakeTexts(ChunkWalk aItems, ByteReader anItem, TextEncoding anEncoding, const CodePage& aCodePage,
+               MusicTexts& aTexts) {
     MusicValues values;
-    BoxType name;
-    for (ByteReader item = aList; items.Next(&name, &item);) {
+    for (BoxType name; aItems.Next(&name, &anItem);) {
         if (const TagField* const field = FindTagField(TagLetters::RIFF, name.GetCode())) {
-            values.Add(*field, CleanText(ReadTextBytes(item), TextEncoding::Unstated, aCodePage));
+            values.Add(*field, CleanText(ReadTextBytes(anItem), anEncoding, aCodePage));
         }
     }
     values.Store(aTexts);
 }
 
-/// A broadcast file's description and date (EBU Tech 3285, 2.3).
+/// Those of a list of the kind "INFO".
+void TakeInfo(ByteReader aList, const ChunkLayout& aLayout, std::uint32_t& aBudget, const CodePage& aCodePage,
+              MusicTexts& aTexts) {
+    if (BoxType::Read(aList) == "INFO") {
+        TakeTexts({aList, aLayout, aBudget}, aList, TextEncoding::Unstated, aCodePage, aTexts);
+    }
+}
+
+/// Those of Wave64, after their count.
+void TakeSummary(ByteReader aList, std::uint32_t& aBudget, MusicTexts& aTexts) {
+    aList.Skip(4);
+    TakeTexts({aList, kSummaryItems, aBudget}, aList, TextEncoding::Utf16Little, CodePage(), aTexts);
+}
+
+/// A broadcast file's description and date (EBU Tech 3285, 2.3). Between the numbers of a date and a time
+/// writers put whatever they like.
 void TakeBext(ByteReader aChunk, const CodePage& aCodePage, MusicTexts& aTexts) {
+    constexpr std::pair<std::size_t, char> kMarks[] = {{4, '-'}, {7, '-'}, {12, ':'}, {15, ':'}};
     const ezCString description = aChunk.ReadText(256);
     aChunk.Skip(32 + 32); // originator, and a reference of its own
-    const ezCString date = aChunk.ReadText(10);
-    const ezCString time = aChunk.ReadText(8);
+    const ezCString digits = aChunk.ReadText(10 + 8);
     if (!aChunk.HasFailed()) {
         aTexts.mTitle = CleanText(description.View(), TextEncoding::Unstated, aCodePage);
-        aTexts.mDate = CleanDate(CleanText((date + "T" + time).View(), TextEncoding::Unstated).View());
+        std::string date(digits.View());
+        for (const auto& [place, mark] : kMarks) {
+            date[place] = mark;
+        }
+        date.insert(10, "T");
+        aTexts.mDate = CleanDate(date);
     }
 }
 
@@ -64,6 +87,8 @@ WAVChunks ReadWAVChunks(MediaBytes& aBytes, const ByteReader& aReader, const WAV
             chunks.mSamples = ReadFact(content, fBig);
         } else if (name == "LIST") {
             TakeInfo(content, aHead.mLayout, budget, aCodePage, chunks.mInfo);
+        } else if (name == kSummary) {
+            TakeSummary(content, budget, chunks.mInfo);
         } else if (name == "id3 " || name == "ID3 ") {
             TakeID3Chunk(aBytes, content, aCodePage, chunks.mID3, chunks.mCover);
         } else if (name == "bext") {

@@ -26,6 +26,9 @@ constexpr const char* kEstimated = "estimate: size and mean rate";
 /// nearly kept.
 bool IsCountPlausible(const WAVChunks& aChunks) {
     const WaveFormat& format = aChunks.mFormat;
+    if (!SoundFacts::IsLengthPlausible(aChunks.mSound.mSize, aChunks.mSamples, format.mSamplingRate)) {
+        return false;
+    }
     if (format.mBlockSamples != 0 && format.mBlockSize != 0) {
         const std::uint64_t whole = ezSaturating_Add64(aChunks.mSound.mSize, format.mBlockSize - 1);
         const std::uint64_t most = ISONumber_Scale(whole, format.mBlockSamples, format.mBlockSize);
@@ -36,7 +39,7 @@ bool IsCountPlausible(const WAVChunks& aChunks) {
             ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
         return aChunks.mSamples / kWAV_MaxMeanError <= mean && mean / kWAV_MaxMeanError <= aChunks.mSamples;
     }
-    return SoundFacts::IsLengthPlausible(aChunks.mSound.mSize, aChunks.mSamples, format.mSamplingRate);
+    return true;
 }
 
 /// The length of sound that is not plain: as it is stated; by its blocks; by its mean rate.
@@ -44,7 +47,7 @@ void MeasureCoded(const WAVChunks& aChunks, SoundFacts& aSound) {
     const WaveFormat& format = aChunks.mFormat;
     const bool fConstant = format.mRate == WaveFormat::Rate::Constant;
     aSound.SetPackets(aChunks.mSound.mSize, format.mBlockSize, format.mBlockSamples);
-    if (format.mAverageBytes != 0 && format.mBlockSamples == 0) {
+    if (format.mAverageBytes != 0 && aSound.mBitRate == 0) {
         aSound.mSamples = ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
         aSound.mBitRate = fConstant ? ISONumber_BitRate(format.mAverageBytes, 1, 1) : 0;
         aSound.mDurationMethod = fConstant ? aSound.mDurationMethod : kEstimated;
@@ -154,8 +157,8 @@ bool WAVParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         texts.Complete(*more);
     }
     texts.Store(anInfo);
-    CoverFacts cover = chunks.mCover;
-    cover.Complete(tags.mCover);
+    CoverFacts cover = tags.mCover; // as thumbnails are made of the tag at the start of any file first
+    cover.Complete(chunks.mCover);
     cover.Store(anInfo);
     return true;
 }

@@ -11,9 +11,9 @@ class ByteReader;
 
 /// WAV files, and what was made of them for sizes above 4 GiB: RIFF and RIFX, RF64 and BW64 (EBU Tech 3306,
 /// ITU-R BS.2088), Wave64; after ID3v2 too. What "fmt " states of the sound, and the texts of an ID3v2 tag,
-/// of a list of the kind "INFO" and of "bext" (EBU Tech 3285), wherever these chunks are. A size that cannot
-/// be is measured by the file. Where samples of 16 bits are a coded stream in truth, that is what the record
-/// tells.
+/// of a list of the kind "INFO" (of Wave64 the summary list) and of "bext" (EBU Tech 3285), wherever these
+/// chunks are. A size that cannot be is measured by the file. Where samples of 16 bits are a coded stream in
+/// truth, that is what the record tells.
 ///
 /// A parse reads the first 8 KiB, and for each chunk to be stepped over that ends elsewhere one of 4 KiB or
 /// more: of a usual file what follows the sound. Sound that begins with silence costs up to 64 KiB more. At

@@ -135,7 +135,11 @@ TEST(WAVParser, PlainSamplesTellTheirLengthByWhatTheyTake) {
         {{3, 1, 8000, 32000, 4, 32, ""}, "\"PCM-float\"|750|32|"},
         {{0xFFFE, 1, 8000, 64000, 8, 64, Extension(64, 3)}, "\"PCM-float\"|375|64|"},
         {{6, 1, 8000, 8000, 1, 8, ""}, "\"alaw\"|3000||"},
-        {{7, 2, 8000, 16000, 2, 8, ""}, "\"ulaw\"|1500||"}};
+        {{7, 2, 8000, 16000, 2, 8, ""}, "\"ulaw\"|1500||"},
+        {{7, 2, 8000, 32000, 4, 16, ""}, "\"ulaw\"|1500||"}, // the bits that are heard
+        {{6, 1, 8000, 0, 0, 0, ""}, "\"alaw\"|3000||"},
+        {{1, 1, 8000, 80000, 10, 80, ""}, "\"LPCM\"|300||640000"},
+        {{1, 1, UINT32_MAX, 0, 1, 8, ""}, "\"LPCM\"||8|"}};
     for (const Case& test : cases) {
         EXPECT_EQ(Values<WAVParser>(Wav(test.mFormat, Sound(24000)), {"ca", "dm", "bs", "br"}), test.mFacts);
     }
@@ -275,6 +279,11 @@ TEST(WAVParser, CodedSoundIsAsLongAsItIsStatedOrAsItsBlocksAre) {
                   test.mFacts)
             << test.mFact;
     }
+    // Blocks that cannot hold what they state.
+    const Fmt lying = {0x11, 1, 8000, 4000, 1, 4, Little(2, 2) + Little(65535, 2)};
+    for (const std::uint32_t count : {0U, 5120U * 65535}) {
+        EXPECT_EQ(Values<WAVParser>(Wav(lying, Sound(5120), Fact(count)), {"dm", "ar"}), "1280|32000");
+    }
     // A file that is cut is as long as what there is.
     EXPECT_EQ(Length(Riff(Chunk("fmt ", ima.Bytes()) + Fact(5000) + Lying("data", 5120, Sound(2560)))),
               "315|\"constant rate\"");
@@ -341,8 +350,30 @@ TEST(WAVParser, TextsAreThoseOfTheTagThenOfTheListThenOfTheBroadcastChunk) {
     EXPECT_EQ(Texts(Wav(data, Chunk("LIST", "adtl" + Chunk("INAM", "no text")))), "|||");
     EXPECT_EQ(Texts(Wav(data, Lying("LIST", 4000, "INFO" + Chunk("INAM", "Cut")))), "\"Cut\"|||")
         << "what there is of it";
+    EXPECT_EQ(Texts(Wav(data, Bext("", "2001_02.03", "04-05 06"))), "|||\"2001-02-03T04:05:06\"");
+    EXPECT_EQ(Texts(Wav(data, Bext("", "2001-02-03", std::string(8, '\0')))), "|||\"2001-02-03\"");
     EXPECT_EQ(Texts(Wav(data, Bext("", "2001-13-03", "04:05:06"))), "|||");
     EXPECT_EQ(Texts(Wav(data, Chunk("bext", "short"))), "|||");
+}
+
+TEST(WAVParser, TextsOfWave64StandInItsSummary) {
+    const auto item = [](const std::string& aName, const std::string& aText) {
+        std::string text;
+        for (const char character : aText) {
+            text += character + "\0"s;
+        }
+        return aName + Little(text.size()) + text;
+    };
+    const std::string texts = Little(3) + item("INAM", "Title") + item("ICMT", "odd") + item("IART", "Me");
+    const std::string guid = "\xBC\x94\x5F\x92\x5A\x52\xD2\x11\x86\xDC\x00\xC0\x4F\x8E\xDB\x8A"s;
+    const std::string list =
+        guid + Little(24 + texts.size(), 8) + texts + std::string((8 - texts.size() % 8) % 8, '\0');
+    const std::string fmt = Chunk64("fmt ", Fmt().Bytes());
+    const std::string data = Chunk64("data", Sound(16000));
+    for (const std::string& chunks : {list + fmt + data, fmt + list + data, fmt + data + list}) {
+        EXPECT_EQ(Values<WAVParser>(Wave64(chunks), {"dm", "title", "creator"}), "1000|\"Title\"|\"Me\"");
+    }
+    EXPECT_EQ(Length(Wave64(fmt + guid + Little(24, 8) + data)), "1000|\"header\"") << "without a count";
 }
 
 TEST(WAVParser, ForgottenStuffingLosesNoChunk) {
@@ -360,6 +391,13 @@ TEST(WAVParser, CoverIsThatOfTheTag) {
     tag.replace(6, 4, Syncsafe(100000));
     EXPECT_EQ(Values<WAVParser>(Wav(Chunk("data", Sound(9000)), "", Chunk("id3 ", tag)), {"cm", "title"}),
               "\"image/jpeg\"|\"Tagged\"");
+}
+
+TEST(WAVParser, CoverBeforeTheFileComesFirstAsThatOfItsThumbnail) {
+    const std::string before = ID3(3, 0, Frame23("APIC", Apic(0, "\x89PNG\r\n\x1A\n" + Sound(4))));
+    const std::string tag = Chunk("id3 ", TagWithCover());
+    EXPECT_EQ(Values<WAVParser>(before + Wav(Chunk("data", Sound(90)), "", tag), {"cm", "cs", "title"}),
+              "\"image/png\"|12|\"Tagged\"");
 }
 
 TEST(WAVParser, OtherFilesOfChunksAreRefusedByTheirForm) {

@@ -15,8 +15,8 @@
 // Which parser wins, whatever the name of a file says.
 //
 // Who claims a sample is asked of each parser alone, for all samples. Which of them are tried follows from
-// the name: so each name needs one sample of each winner, another one for each name, until all had their
-// turn.
+// the name: so a few samples of each winner stand for the others under a name, and all of them have two
+// turns.
 
 namespace {
 
@@ -42,16 +42,18 @@ std::map<std::string, std::vector<const SampleFile*>> SamplesByWinner() {
     return samples;
 }
 
-/// A sample of each winner under each extension, and every sample under no extension and an unknown one.
+/// Some samples of each winner under each extension, and every sample under no extension and an unknown one.
 std::vector<std::pair<const SampleFile*, std::string>> NamedSamples() {
     std::vector<std::pair<const SampleFile*, std::string>> named;
-    const auto byWinner = SamplesByWinner();
-    std::size_t turn = 0;
-    for (const std::string& extension : Extensions()) {
-        for (const auto& [winner, samples] : byWinner) {
-            named.emplace_back(samples[turn % samples.size()], extension);
+    const std::set<std::string> extensions = Extensions();
+    for (const auto& [winner, samples] : SamplesByWinner()) {
+        const std::size_t count = 2 * samples.size() / extensions.size() + 1; // under each
+        std::size_t next = 0;
+        for (const std::string& extension : extensions) {
+            for (std::size_t i = 0; i < count; ++i, ++next) {
+                named.emplace_back(samples[next % samples.size()], extension);
+            }
         }
-        ++turn;
     }
     for (const SampleFile& sample : AllSamples()) {
         named.emplace_back(&sample, "");
@@ -105,8 +107,7 @@ TEST(WinnerMatrix, EverySampleHasItsTurnUnderAnotherName) {
             fListed && "." + extension != std::filesystem::path(sample->mName).extension();
     }
     for (const SampleFile& sample : AllSamples()) {
-        EXPECT_GT(turns[sample.mName], 0U)
-            << sample.mName << ": more samples of one parser than extensions: take two at a turn";
+        EXPECT_GT(turns[sample.mName], 0U) << sample.mName;
     }
 }
 

@@ -18,8 +18,8 @@ inline constexpr const char* kProperty_ReadOnlyConfigPath = "ReadOnlyConfigPath"
 inline constexpr const char* kProperty_ReadWriteConfigPath = "ReadWriteConfigPath";
 /// Not 0 while a DLNA conformance test tool (CTT) is at work: an ezCTTContext.
 inline constexpr const char* kProperty_CTTContext = "CTTContext";
-/// The code page of texts in files that state no encoding, or Latin-1 as those do that do not know theirs
-/// (ID3v1, ID3v2, Lyrics3, old APE items), and that are not UTF-8. A number (1251, 932) or a name
+/// The code page of texts in files that are not UTF-8 and state no encoding, or UTF-8, or Latin-1 as those do
+/// that do not know theirs (ID3, RIFF, Vorbis comments ...). A number (1251, 932) or a name
 /// ("windows-1251", "KOI8-R", "ISO-8859-2", "Shift_JIS"). Windows-1252 is built in, and stands for no code
 /// page and for one that the system's iconv does not know. Read by the parsers of ezFormats, whose
 /// RegisterFormatParsers logs a warning for one that is not known.

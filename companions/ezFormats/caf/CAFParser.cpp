@@ -9,6 +9,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ChunkWalk.h"
+#include "ezBytes/CodePage.h"
 #include "ezBytes/TextBytes.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -110,14 +111,14 @@ std::string ReadWord(ByteReader& aReader, std::size_t aMaximum) {
 }
 
 /// Pairs of texts, each with a NUL after it.
-void TakeInfo(ByteReader aChunk, MusicValues& aValues) {
+void TakeInfo(ByteReader aChunk, const CodePage& aCodePage, MusicValues& aValues) {
     const std::uint32_t count = std::min(aChunk.ReadBig32(), kMusicTexts_MaxFrames);
     for (std::uint32_t i = 0; i < count && !aChunk.HasFailed(); ++i) {
         const std::string key = ReadWord(aChunk, kCAF_MaxKey + 1);
         const std::string value = ReadWord(aChunk, kMusicTexts_MaxSize);
         const TagField* const field = FindTagField(TagWords::CAF, key);
         if (field != nullptr && !aChunk.HasFailed()) {
-            aValues.Add(*field, CleanText(value, TextEncoding::Utf8));
+            aValues.Add(*field, CleanText(value, TextEncoding::Utf8, aCodePage));
         }
     }
 }
@@ -127,7 +128,7 @@ bool IsTold(const Chunks& aChunks) {
     return aChunks.mfDescription && aChunks.mfSound && (aChunks.ArePacketsEqual() || aChunks.mfPackets);
 }
 
-Chunks ReadChunks(const MediaBytes& aBytes, const ByteReader& aReader) {
+Chunks ReadChunks(const MediaBytes& aBytes, const ByteReader& aReader, const CodePage& aCodePage) {
     std::uint32_t budget = kCAF_MaxChunks;
     ChunkWalk walk(aReader, kChunks_CAF, budget);
     Chunks chunks;
@@ -142,7 +143,7 @@ Chunks ReadChunks(const MediaBytes& aBytes, const ByteReader& aReader) {
         } else if (name == "kuki") {
             TakeCookie(content, chunks.mSound);
         } else if (name == "info") {
-            TakeInfo(content, chunks.mValues);
+            TakeInfo(content, aCodePage, chunks.mValues);
         }
         if (IsTold(chunks) && !aBytes.GetSize()) { // a source of unknown size may have no end
             break;
@@ -180,7 +181,7 @@ bool CAFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (version != kVersion) {
         return Refuse(Cause::Unsupported, "version %u", unsigned{version});
     }
-    Chunks chunks = ReadChunks(aBytes, reader);
+    Chunks chunks = ReadChunks(aBytes, reader, CodePage(GetTextCodePage()));
     SoundFacts& sound = chunks.mSound;
     if (!chunks.mfDescription || (aBytes.HasReadFailed() && aBytes.GetSize())) {
         return RefuseCut(aBytes,

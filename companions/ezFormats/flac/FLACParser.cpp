@@ -37,19 +37,20 @@ struct Metadata {
     std::uint64_t mEnd = 0; ///< where the frames begin; 0 where the blocks do not lead there
 };
 
-void TakeBlock(unsigned aType, const ByteReader& aHeader, const ByteReader& aBlock, Metadata& aMetadata) {
+void TakeBlock(unsigned aType, const ByteReader& aHeader, const ByteReader& aBlock, const CodePage& aCodePage,
+               Metadata& aMetadata) {
     if (aType == kStreamInfo && !aMetadata.mfStream) { // of two the first counts
         aMetadata.mStream = ReadFLACStreamInfo(aHeader);
         aMetadata.mfStream = true;
     } else if (aType == kVorbisComment) {
-        ReadCommentTexts(aBlock, aMetadata.mTexts, aMetadata.mCover);
+        ReadCommentTexts(aBlock, aCodePage, aMetadata.mTexts, aMetadata.mCover);
     } else if (aType == kPicture) {
         aMetadata.mCover.OfferBlock(aBlock);
     }
 }
 
 /// Reads the blocks up to the frames. aReader stands after the magic.
-Metadata ReadMetadata(ByteReader aReader) {
+Metadata ReadMetadata(ByteReader aReader, const CodePage& aCodePage) {
     constexpr unsigned kLast = 0x80;
     Metadata metadata;
     for (std::uint32_t count = 0; count < kFLAC_MaxBlocks; ++count) {
@@ -60,7 +61,7 @@ Metadata ReadMetadata(ByteReader aReader) {
         if (aReader.HasFailed() || type == kForbidden) {
             return metadata;
         }
-        TakeBlock(type, header, block, metadata);
+        TakeBlock(type, header, block, aCodePage, metadata);
         if ((head & kLast) != 0) {
             metadata.mEnd = aReader.GetPosition();
             return metadata;
@@ -181,7 +182,7 @@ bool FLACParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (magic != kMagic) {
         return Refuse(Cause::Malformed, "begins with %08X", unsigned{magic});
     }
-    Metadata metadata = ReadMetadata(reader);
+    Metadata metadata = ReadMetadata(reader, codePage);
     if (!metadata.mfStream) {
         return RefuseCut(aBytes, "STREAMINFO");
     }

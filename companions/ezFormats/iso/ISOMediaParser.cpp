@@ -1,6 +1,7 @@
 #include "ezFormats/iso/ISOMediaParser.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezBytes/CodePage.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/iso/ISOCompressedMovie.h"
@@ -228,7 +229,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return false;
     }
     ISOMedia media;
-    media.mMovie = ReadMovie(movie, boxBudget);
+    media.mMovie = ReadMovie(movie, CodePage(GetTextCodePage()), boxBudget);
     media.mSize = aBytes.GetSize();
     media.mDuration = media.mMovie.mDuration;
     if (aBytes.HasReadFailed()) {

@@ -199,7 +199,9 @@ bool IsWanted(const std::optional<ISOTrack>& aKnown, const ISOTrack& aTrack) {
 /// Reads the movie's boxes, one after the other.
 class MovieReading {
 public:
-    explicit MovieReading(std::uint32_t& aBoxBudget) : mBoxBudget(aBoxBudget) {}
+    MovieReading(const CodePage& aCodePage, std::uint32_t& aBoxBudget) : mBoxBudget(aBoxBudget) {
+        mTags.mCodePage = aCodePage;
+    }
 
     void Read(const ByteReader& aBox);
     ISOMovie Take() { return std::move(mMovie); }
@@ -327,8 +329,8 @@ void MovieReading::Read(const ByteReader& aBox) {
 
 } // namespace
 
-ISOMovie ReadMovie(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
-    MovieReading reading(aBoxBudget);
+ISOMovie ReadMovie(const ByteReader& aBox, const CodePage& aCodePage, std::uint32_t& aBoxBudget) {
+    MovieReading reading(aCodePage, aBoxBudget);
     reading.Read(aBox);
     return reading.Take();
 }

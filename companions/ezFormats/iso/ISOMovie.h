@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <optional>
 
+class CodePage;
+
 /// A track of audio or video ("trak"; ISO/IEC 14496-12, 8.3.1).
 struct ISOTrack {
     ISOTrackKind mKind = ISOTrackKind::kOther;
@@ -38,4 +40,5 @@ struct ISOMovie {
 };
 
 /// Reads the content of the box, in the order of the file. What is damaged tells nothing.
-ISOMovie ReadMovie(const ByteReader& aBox, std::uint32_t& aBoxBudget);
+/// @param aCodePage  of texts that state no encoding, or a wrong one
+ISOMovie ReadMovie(const ByteReader& aBox, const CodePage& aCodePage, std::uint32_t& aBoxBudget);

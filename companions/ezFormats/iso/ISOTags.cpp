@@ -21,10 +21,10 @@
 namespace {
 
 /// A text that is UTF-16 where it begins with a byte order mark.
-ezCString CleanMarkedText(std::string_view aBytes) {
+ezCString CleanMarkedText(std::string_view aBytes, const CodePage& aCodePage) {
     const std::string_view mark = aBytes.substr(0, 2);
     const bool fUtf16 = mark == "\xFE\xFF" || mark == "\xFF\xFE";
-    return CleanText(aBytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Unstated);
+    return CleanText(aBytes, fUtf16 ? TextEncoding::Utf16 : TextEncoding::Unstated, aCodePage);
 }
 
 // --- iTunes
@@ -38,11 +38,11 @@ ByteReader OpenData(ByteReader aData, std::uint32_t* aKind) {
     return aData;
 }
 
-ezCString ReadData(const ByteReader& aData) {
+ezCString ReadData(const ByteReader& aData, const CodePage& aCodePage) {
     std::uint32_t kind = 0;
     ByteReader text = OpenData(aData, &kind);
     return CleanText(ReadTextBytes(text),
-                     kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated);
+                     kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated, aCodePage);
 }
 
 /// The first value of an item that is not a text, after its kind and language.
@@ -67,12 +67,12 @@ std::uint32_t ReadNumberItem(const ByteReader& anItem, std::uint32_t& aBoxBudget
 }
 
 /// Reads the values of an item.
-void ReadValues(const ByteReader& anItem, const TagField& aField, std::uint32_t& aBoxBudget,
-                MusicValues& aValues) {
+void ReadValues(const ByteReader& anItem, const TagField& aField, const CodePage& aCodePage,
+                std::uint32_t& aBoxBudget, MusicValues& aValues) {
     BoxWalk walk = BoxWalk::Within(anItem, aBoxBudget);
     ByteReader data = anItem;
     while (walk.Find("data", &data)) {
-        aValues.Add(aField, ReadData(data));
+        aValues.Add(aField, ReadData(data, aCodePage));
     }
 }
 
@@ -127,7 +127,8 @@ private:
 };
 
 /// Reads the items of a list that are known by their types.
-void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& aTexts, CoverFacts& aCover) {
+void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, ISOTags& aTags) {
+    MusicTexts& texts = aTags.mItems;
     MusicValues values;
     ezCString numberedGenre;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
@@ -135,41 +136,41 @@ void ReadItems(const ByteReader& aList, std::uint32_t& aBoxBudget, MusicTexts& a
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
         if (const TagField* const field = FindTagField(TagLetters::ISOItem, type.GetCode())) {
-            ReadValues(item, *field, aBoxBudget, values);
+            ReadValues(item, *field, aTags.mCodePage, aBoxBudget, values);
         }
         if (type == "covr") {
-            ReadPictures(item, aBoxBudget, aCover);
+            ReadPictures(item, aBoxBudget, aTags.mCover);
         } else if (type == "gnre" && numberedGenre.IsEmpty()) {
             numberedGenre = ReadGenreItem(item, aBoxBudget);
-        } else if (type == "trkn" && aTexts.mTrack == 0) {
-            aTexts.mTrack = ReadNumberItem(item, aBoxBudget);
-        } else if (type == "disk" && aTexts.mDisc == 0) {
-            aTexts.mDisc = ReadNumberItem(item, aBoxBudget);
+        } else if (type == "trkn" && texts.mTrack == 0) {
+            texts.mTrack = ReadNumberItem(item, aBoxBudget);
+        } else if (type == "disk" && texts.mDisc == 0) {
+            texts.mDisc = ReadNumberItem(item, aBoxBudget);
         } else if (type == "cpil") {
-            aTexts.mfCompilation = aTexts.mfCompilation || OpenItem(item, aBoxBudget).ReadByte() != 0;
+            texts.mfCompilation = texts.mfCompilation || OpenItem(item, aBoxBudget).ReadByte() != 0;
         }
     }
-    values.Store(aTexts);
-    if (aTexts.mGenre.IsEmpty()) {
-        aTexts.mGenre = numberedGenre;
+    values.Store(texts);
+    if (texts.mGenre.IsEmpty()) {
+        texts.mGenre = numberedGenre;
     }
-    if (aTexts.mCreator.IsEmpty()) { // whom an album is filed under, where nobody else is named
-        aTexts.mCreator = aTexts.mAlbumArtist;
+    if (texts.mCreator.IsEmpty()) { // whom an album is filed under, where nobody else is named
+        texts.mCreator = texts.mAlbumArtist;
     }
 }
 
 void ReadNamedItems(const ByteReader& aList, const ItemNames& aNames, std::uint32_t& aBoxBudget,
-                    MusicTexts& aTexts) {
+                    ISOTags& aTags) {
     MusicValues values;
     BoxWalk walk = BoxWalk::Within(aList, aBoxBudget);
     BoxType type;
     ByteReader item = aList;
     while (walk.Next(&type, &item)) {
         if (const TagField* const field = aNames.Get(type)) {
-            ReadValues(item, *field, aBoxBudget, values);
+            ReadValues(item, *field, aTags.mCodePage, aBoxBudget, values);
         }
     }
-    values.Store(aTexts);
+    values.Store(aTags.mItems);
 }
 
 void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, ISOTags& aTags) {
@@ -182,10 +183,10 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, ISOTags& aTags) {
         if (type == "keys") {
             names.emplace(content);
         } else if (type == "ilst" && names.has_value()) {
-            ReadNamedItems(content, *names, aBoxBudget, aTags.mItems);
+            ReadNamedItems(content, *names, aBoxBudget, aTags);
             return;
         } else if (type == "ilst") {
-            ReadItems(content, aBoxBudget, aTags.mItems, aTags.mCover);
+            ReadItems(content, aBoxBudget, aTags);
             return;
         }
     }
@@ -195,9 +196,9 @@ void ReadMeta(ByteReader aMeta, std::uint32_t& aBoxBudget, ISOTags& aTags) {
 
 /// A text of an asset (3GPP TS 26.244, 8). UTF-16 begins with a byte order mark. What follows the text's NUL,
 /// the number of a track, is left.
-ezCString ReadAsset(ByteReader aBox) {
+ezCString ReadAsset(ByteReader aBox, const CodePage& aCodePage) {
     aBox.Skip(6); // version, flags, language
-    return CleanMarkedText(ReadTextBytes(aBox));
+    return CleanMarkedText(ReadTextBytes(aBox), aCodePage);
 }
 
 /// The year of a recording ("yrrc").
@@ -233,7 +234,7 @@ std::string Utf8OfMacRoman(std::string_view aBytes) {
 
 /// The first of a list of texts, each after its length and its language. Languages by Macintosh number mean
 /// the Macintosh's own letters, unless the writer knew better.
-ezCString ReadPhrase(ByteReader aBox) {
+ezCString ReadPhrase(ByteReader aBox, const CodePage& aCodePage) {
     constexpr std::uint64_t kFirstPackedLanguage = 0x400;
     const std::uint64_t size = aBox.ReadBig(2);
     const std::uint64_t language = aBox.ReadBig(2);
@@ -242,11 +243,12 @@ ezCString ReadPhrase(ByteReader aBox) {
     if (language < kFirstPackedLanguage && !IsWholeUtf8(bytes)) {
         return CleanText(Utf8OfMacRoman(bytes), TextEncoding::Utf8);
     }
-    return CleanMarkedText(bytes);
+    return CleanMarkedText(bytes, aCodePage);
 }
 
 void TakeText(BoxType aType, TagLetters aVocabulary, const ByteReader& aContent,
-              ezCString (*aRead)(ByteReader), MusicTexts& aFirst, MusicTexts& aSecond) {
+              ezCString (*aRead)(ByteReader, const CodePage&), const CodePage& aCodePage, MusicTexts& aFirst,
+              MusicTexts& aSecond) {
     const TagField* const field = FindTagField(aVocabulary, aType.GetCode());
     if (field == nullptr) {
         return;
@@ -254,7 +256,7 @@ void TakeText(BoxType aType, TagLetters aVocabulary, const ByteReader& aContent,
     MusicTexts& texts = field->mfSecond ? aSecond : aFirst;
     if (!texts.Has(field->mField)) {
         MusicNames names; // of one: what a phrase means by a comma or a number nobody knows
-        names.Add(aRead(aContent));
+        names.Add(aRead(aContent, aCodePage));
         texts.Take(field->mField, names);
     }
 }
@@ -283,11 +285,13 @@ void ReadTags(const ByteReader& aBox, bool afMeta, std::uint32_t& aBoxBudget, IS
             ReadMeta(content, aBoxBudget, aTags);
             continue;
         }
-        TakeText(type, TagLetters::ISOAsset, content, ReadAsset, aTags.mAssets, secondAssets);
+        TakeText(type, TagLetters::ISOAsset, content, ReadAsset, aTags.mCodePage, aTags.mAssets,
+                 secondAssets);
         if (type == "yrrc" && aTags.mAssets.mDate.IsEmpty()) {
             aTags.mAssets.mDate = ReadAssetYear(content);
         }
-        TakeText(type, TagLetters::ISOPhrase, content, ReadPhrase, aTags.mPhrases, secondPhrases);
+        TakeText(type, TagLetters::ISOPhrase, content, ReadPhrase, aTags.mCodePage, aTags.mPhrases,
+                 secondPhrases);
     }
     aTags.mAssets.Complete(secondAssets);
     aTags.mPhrases.Complete(secondPhrases);

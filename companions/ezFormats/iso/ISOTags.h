@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/CodePage.h"
 #include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
@@ -8,6 +9,7 @@
 
 /// The texts of a movie, by the three ways to write them.
 struct ISOTags {
+    CodePage mCodePage;  ///< of texts that state no encoding, or a wrong one: set by who reads
     MusicTexts mItems;   ///< of "ilst" (iTunes)
     MusicTexts mAssets;  ///< of 3GPP
     MusicTexts mPhrases; ///< of QuickTime

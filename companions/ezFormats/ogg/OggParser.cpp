@@ -12,6 +12,7 @@
 #include "ezFormats/tags/MusicTexts.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/CodePage.h"
 #include "ezBytes/OggPages.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -22,8 +23,8 @@ constexpr std::uint32_t kMagic = 0x4F676753; // "OggS"
 constexpr std::uint64_t kMicro = 1000000;
 
 /// Takes what the comments of a stream tell besides.
-void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aStream, MusicTexts& aTexts,
-                  CoverFacts& aCover) {
+void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aStream,
+                  const CodePage& aCodePage, MusicTexts& aTexts, CoverFacts& aCover) {
     if (aStream == nullptr) {
         return;
     }
@@ -32,7 +33,7 @@ void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aSt
     OggPacketBytes packet(aBytes, pages, aStream->mSerial, kOgg_MaxCommentPages);
     ByteReader reader(packet);
     if (SkipToOggComments(reader, *aStream->mMark)) {
-        ReadCommentTexts(reader, aTexts, aCover);
+        ReadCommentTexts(reader, aCodePage, aTexts, aCover);
     }
 }
 
@@ -114,10 +115,11 @@ bool OggParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return link.GetHeadEnd() == 0 ? RefuseCut(aBytes, "the end of the first page")
                                       : Refuse(Cause::Unsupported, "no stream of sound or video");
     }
+    const CodePage codePage(GetTextCodePage());
     MusicTexts texts;
     CoverFacts cover;
-    TakeComments(aBytes, link, sound, texts, cover);
-    TakeComments(aBytes, link, video, texts, cover);
+    TakeComments(aBytes, link, sound, codePage, texts, cover);
+    TakeComments(aBytes, link, video, codePage, texts, cover);
     OggLength length(aBytes, link);
     if (aBytes.GetSize()) {
         length.Measure();

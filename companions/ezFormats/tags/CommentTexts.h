@@ -1,6 +1,7 @@
 #pragma once
 
 class ByteReader;
+class CodePage;
 class CoverFacts;
 struct MusicTexts;
 
@@ -8,4 +9,6 @@ struct MusicTexts;
 /// them. What is not told yet is filled. Comments after the front cover are left once a title is known: it
 /// may have megabytes, and writers put it last.
 /// @param aComments  stands after what names the block or packet
-void ReadCommentTexts(const ByteReader& aComments, MusicTexts& aTexts, CoverFacts& aCover);
+/// @param aCodePage  of texts that are no UTF-8, as all should be
+void ReadCommentTexts(const ByteReader& aComments, const CodePage& aCodePage, MusicTexts& aTexts,
+                      CoverFacts& aCover);

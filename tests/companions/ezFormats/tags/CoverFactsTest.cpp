@@ -4,6 +4,7 @@
 #include "ezFormats/tags/MusicTexts.h"
 
 #include "ezBytes/ByteSource.h"
+#include "ezBytes/CodePage.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -31,7 +32,7 @@ std::string Told(const std::vector<std::string>& aComments) {
     BlockBytes block(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
     MusicTexts texts;
     CoverFacts cover;
-    ReadCommentTexts(ByteReader(block), texts, cover);
+    ReadCommentTexts(ByteReader(block), CodePage(), texts, cover);
     return Str(texts.mTitle) + "|" + Str(texts.mCreator) + "|" + Stored(cover);
 }
 

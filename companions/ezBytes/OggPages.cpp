@@ -32,7 +32,8 @@ bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody) {
     const unsigned flags = aReader.ReadByte();
     aPage->mfContinues = (flags & 1) != 0;
     aPage->mfBegins = (flags & 2) != 0;
-    aPage->mGranule = aReader.ReadLittle(8);
+    const std::uint64_t granule = aReader.ReadLittle(8); // with a sign
+    aPage->mGranule = granule <= INT64_MAX ? granule : kOggPage_NoGranule;
     aPage->mSerial = aReader.ReadLittle32();
     aReader.Skip(8); // number and check sum
     const unsigned segments = aReader.ReadByte();

@@ -13,7 +13,7 @@
 /// The most that a page takes: 27 bytes, sizes of 255 segments, and these.
 inline constexpr std::uint32_t kOggPage_MaxSize = 27 + 255 + 255 * 255;
 
-/// The position of a page on which no packet ends.
+/// The position of a page that tells none: on which no packet ends, or a negative one, which means nothing.
 inline constexpr std::uint64_t kOggPage_NoGranule = UINT64_MAX;
 
 /// What the header of a page says.

@@ -16,7 +16,8 @@ ByteReader ReaderAt(MediaBytes& aBytes, std::uint64_t aPosition) {
     return reader;
 }
 
-/// Samples of the packets of Opus that end on a page; a packet from the page before counts with what is here.
+/// Samples of the packets of Opus that end on a page, less those of one that began on the page before: its
+/// first byte, which tells how many, is not here.
 std::uint64_t OpusSamplesOn(const OggPage& aPage, ByteReader aBody, ByteReader aTable) {
     std::uint64_t samples = 0;
     std::uint64_t size = 0;

@@ -192,7 +192,7 @@ TEST(OggParser, PacketsOfOpusTellHowMuchAPageHolds) {
         EXPECT_EQ(Length(File(OpusHead(0), "OpusTags", first + Sound(7, 960000))), Pages(10000))
             << row.mSamples;
     }
-    // What began on the page before is counted by what it has here.
+    // What began on the page before does not count.
     const std::string before = Page(7, 0, kNoGranule, {});
     const std::string goesOn = Page(7, kGoesOn, 960 + 480000, {"rest", "\xFC"});
     EXPECT_EQ(Length(File(OpusHead(0), "OpusTags", before + goesOn + Sound(7, 960000))), Pages(10000));
@@ -318,9 +318,18 @@ TEST(OggParser, HalfAGigabyteCostsNoMore) {
     EXPECT_EQ(stream.mBytes, 73728U);
 }
 
+TEST(OggParser, NegativePositionTellsNothing) {
+    // -1 is that of a page on which no packet ends; no other one has a meaning either.
+    for (const std::uint64_t negative : {kNoGranule - 1, std::uint64_t{1} << 63, kNoGranule - 44100}) {
+        EXPECT_EQ(Length(Vorbis(Sound(7, 44100) + Sound(7, 441000) + Sound(7, negative))), Pages(10000));
+        EXPECT_EQ(Length(Vorbis(Sound(7, negative) + Sound(7, 20480) + Sound(7, 441000))), Pages(10000));
+        EXPECT_EQ(Length(Vorbis(Sound(7, negative))), "");
+    }
+}
+
 TEST(OggParser, LengthLongerThanAnyRecordingIsNone) {
-    EXPECT_EQ(Length(Vorbis(Sound(7, 0) + Sound(7, kNoGranule - 44100))), "");
-    EXPECT_EQ(Length(File(TheoraHead(1, 0xFFFFFFFF), "", Sound(7, kNoGranule - 1))), "");
+    EXPECT_EQ(Length(Vorbis(Sound(7, 0) + Sound(7, INT64_MAX))), "");
+    EXPECT_EQ(Length(File(TheoraHead(1, 0xFFFFFFFF), "", Sound(7, INT64_MAX))), "");
 }
 
 TEST(OggParser, SaysWhatItMayAnnounce) {

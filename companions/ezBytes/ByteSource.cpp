@@ -36,6 +36,13 @@ void PieceBytes::Append(const BytePiece& aPiece) {
     mSize += aPiece.mSize;
 }
 
+void PieceBytes::Clear() {
+    mPieces.clear();
+    mSize = 0;
+    mPiece = 0;
+    mPieceStart = 0;
+}
+
 std::vector<BytePiece> PieceBytes::Slice(std::uint64_t aPosition, std::uint64_t aSize) const {
     std::vector<BytePiece> slice;
     std::uint64_t skipped = aPosition;

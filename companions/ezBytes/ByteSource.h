@@ -81,6 +81,7 @@ public:
 protected:
     /// For who comes to know the pieces one after the other.
     void Append(const BytePiece& aPiece);
+    void Clear();
     std::uint64_t GetKnownSize() const { return mSize; }
 
 private:

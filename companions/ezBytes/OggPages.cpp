@@ -81,6 +81,19 @@ bool OggPacketBytes::Reach(std::uint64_t anEnd) {
     return true;
 }
 
+bool OggPacketBytes::Next() {
+    while (!mfWhole) {
+        if (!AddPage()) {
+            return false;
+        }
+    }
+    KeepBuffered(nullptr, 0, 0);
+    Clear();
+    mfBegun = false;
+    mfWhole = false;
+    return AddPage();
+}
+
 bool OggPacketBytes::AddPage() {
     OggPage page;
     ByteReader body = mPages;
@@ -109,15 +122,4 @@ const OggMark* FindOggMark(ByteReader aHead) {
         }
     }
     return nullptr;
-}
-
-bool SkipToOggComments(ByteReader& aPacket, const OggMark& aMark) {
-    constexpr unsigned kVorbisComment = 4; // the type of a block of FLAC
-    if (aMark.mKind == OggKind::FLAC) {
-        aPacket.Require((aPacket.ReadByte() & 0x7FU) == kVorbisComment);
-        aPacket.Skip(3); // its size
-    } else {
-        aPacket.Require(aPacket.ReadText(aMark.mComments.size()).View() == aMark.mComments);
-    }
-    return !aPacket.HasFailed();
 }

@@ -33,8 +33,9 @@ struct OggPage {
 /// @param aBody  set to a reader of what the page holds; a failed one where that is not all there
 bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody);
 
-/// The bytes of the second packet of a stream, which begins on that stream's second page, and goes over as
-/// many as it takes. Pages are read when bytes of them are asked for.
+/// The bytes of a packet of a stream's headers, which begins on a page, and goes over as many as it takes: at
+/// first of the second, which begins on that stream's second page. Pages are read when bytes of them are
+/// asked for.
 class OggPacketBytes : public PieceBytes {
 public:
     /// @param aBytes     the file; borrowed
@@ -51,6 +52,10 @@ public:
 
     /// True when all bytes before that one are there; Slice tells where.
     bool Reach(std::uint64_t anEnd);
+
+    /// Goes on to the packet that begins on the page after this one's last, and whose bytes then count from
+    /// 0. False where there is no such page among those that may be read, or this packet is not whole.
+    bool Next();
 
 private:
     bool AddPage();
@@ -87,6 +92,3 @@ struct OggMark {
 
 /// The kind of a stream, by its first packet; null for another one.
 const OggMark* FindOggMark(ByteReader aHead);
-
-/// Steps over what the second packet of a kind begins with. False where it is not of comments.
-bool SkipToOggComments(ByteReader& aPacket, const OggMark& aMark);

@@ -20,6 +20,14 @@ def flac(*blocks):
     return content
 
 
+def oggflac(*blocks):
+    """Each block on a page of its own, after the first page."""
+    pages = page(b"\x7FFLAC\1\0\0\1fLaC", 2)
+    for i, (kind, body) in enumerate(blocks):
+        pages += page(n(kind | (0x80 if i + 1 == len(blocks) else 0), 1) + n(len(body), 3) + body)
+    return pages
+
+
 def page(body, flags=0, serial=1, version=0, sizes=None):
     sizes = [min(255, len(body) - at) for at in range(0, len(body) + 1, 255)] if sizes is None else sizes
     return b"OggS" + bytes([version, flags]) + bytes(8) + n(serial, 4, "little") + bytes(8) + bytes([len(sizes), *sizes]) + body
@@ -56,8 +64,11 @@ def ogg():
     yield "older-form", HEAD + page(comments(old))
     yield "older-form-of-nothing", HEAD + page(comments(b"COVERART=", b"coverart=abcd", b"coverart=" + base64.b64encode(b"ours" * 9)))
     yield "speex", page(b"Speex   ", 2) + page(comments(old, head=b""))
-    yield "flac", page(b"\x7FFLAC\1\0\0\1fLaC", 2) + page(comments(old, head=b"\4\0\0\x40"))
-    yield "flac-without-comments", page(b"\x7FFLAC\1\0\0\1fLaC", 2) + page(comments(old, head=b"\1\0\0\x40"))
+    yield "flac", oggflac((4, comments(old, head=b"")))
+    yield "flac-without-comments", oggflac((1, comments(old, head=b"")))
+    yield "flac-in-a-block", oggflac((4, comments(head=b"")), (1, bytes(300)), (6, block(4)), (6, block()))
+    yield "flac-block-cut", oggflac((4, comments(head=b"")), (6, block()))[:-9]
+    yield "video-alone", page(b"\x80theora", 2, 9) + page(comments(front, head=b"\x81theora"), 0, 9)
     yield "sound-after-video", page(b"\x80theora", 2, 9) + HEAD + page(b"\x81theora", 0, 9) + page(comments(front))
     yield "no-data", HEAD + page(comments(field(block(data=b""))))
     yield "link", HEAD + page(comments(field(block(mime=b"-->"))))
@@ -80,6 +91,8 @@ def flacs():
     yield "mime-type-too-long", flac((6, block(mime=b"x" * 5000)))
     yield "description-beyond-the-block", flac((6, n(3) + n(1) + b"x" + n(900)), (1, bytes(1000)))
     yield "after-a-tag", id3(text23(b"TIT2", b"\0T")) + flac((6, block()))
+    yield "after-tags", 2 * id3(text23(b"TIT2", b"\0T")) + flac((6, block()))
+    yield "in-comments", flac((0, bytes(34)), (4, comments(b"A=b", field(block(4)), field(block()), head=b"")), (6, block()))
 
 
 def id3s():

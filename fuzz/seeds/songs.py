@@ -76,7 +76,7 @@ def ogm(kind, tag=b"0055", unit=10000000, samples=44100):
 HEADS = {
     "vorbis": (vorbis(), comments(b"TITLE=Title", field(block()))),
     "opus": (opus(), comments(b"TITLE=Title", head=b"OpusTags")),
-    "flac": (b"\x7FFLAC\1\0\0\1fLaC\0\0\0\x22" + info(samples=44100), b"\4\0\0\x30" + comments(b"TITLE=Title", head=b"")),
+    "flac": (b"\x7FFLAC\1\0\0\1fLaC\0\0\0\x22" + info(samples=44100), b"\4\0\0\x1B" + comments(b"TITLE=Title", head=b"")),
     "speex": (speex(), comments(b"TITLE=Title", head=b"")),
     "ogm-sound": (ogm(b"audio"), comments(b"TITLE=Title")),
     "ogm-video": (ogm(b"video", b"XVID", 400000, 1), comments()),
@@ -101,6 +101,9 @@ def oggs():
     yield "end-of-nothing", stream("vorbis", sheet([b"s"], 44100), sheet([b"s"], 9, serial=9)) + b"OggS OOO"
     sounds = stream("vorbis", sheet([b"s"], 64 * 25, serial=2), sheet([b"s"], 44100))
     yield "film", sheet([theora()], flags=2, serial=2) + sounds
+    picture = b"\x86" + n(len(block()), 3) + block()
+    yield "flac-with-a-picture", stream("flac", sheet([picture]), sheet([b"s"], 44100))
+    yield "negative-positions", stream("vorbis", *(sheet([b"s"], at) for at in (1 << 63, 44100, (1 << 64) - 2)))
     long = comments(b"a=" + b"b" * 600)
     yield "comments-across-pages", sheet([vorbis()], flags=2) + page(long[:510], sizes=[255, 255]) + page(long[510:], flags=1)
     yield "comments-without-their-first-page", sheet([vorbis()], flags=2) + page(b"x", flags=1)

@@ -1,9 +1,10 @@
 #include "ezFormats/codecs/FLACStreamInfo.h"
 
+#include "ezBytes/FLACBlocks.h"
+
 FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader) {
     constexpr unsigned kTypeMask = 0x7F; // the bit above tells the last block (RFC 9639, 8.1)
-    constexpr unsigned kStreamInfo = 0;
-    aReader.Require((aReader.ReadByte() & kTypeMask) == kStreamInfo);
+    aReader.Require((aReader.ReadByte() & kTypeMask) == kFLACBlock_StreamInfo);
     aReader.Skip(3); // length
     FLACStreamInfo info;
     info.mMinBlockSize = static_cast<std::uint32_t>(aReader.ReadBig(2));

@@ -11,6 +11,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
+#include "ezBytes/FLACBlocks.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -21,12 +22,6 @@
 namespace {
 
 constexpr std::uint32_t kMagic = 0x664C6143; // "fLaC" (6)
-
-// Types of metadata blocks (8.1).
-constexpr unsigned kStreamInfo = 0;
-constexpr unsigned kVorbisComment = 4;
-constexpr unsigned kPicture = 6;
-constexpr unsigned kForbidden = 127;
 
 /// What the metadata of a file tells.
 struct Metadata {
@@ -39,30 +34,29 @@ struct Metadata {
 
 void TakeBlock(unsigned aType, const ByteReader& aHeader, const ByteReader& aBlock, const CodePage& aCodePage,
                Metadata& aMetadata) {
-    if (aType == kStreamInfo && !aMetadata.mfStream) { // of two the first counts
+    if (aType == kFLACBlock_StreamInfo && !aMetadata.mfStream) { // of two the first counts
         aMetadata.mStream = ReadFLACStreamInfo(aHeader);
         aMetadata.mfStream = true;
-    } else if (aType == kVorbisComment) {
+    } else if (aType == kFLACBlock_VorbisComment) {
         ReadCommentTexts(aBlock, aCodePage, aMetadata.mTexts, aMetadata.mCover);
-    } else if (aType == kPicture) {
+    } else if (aType == kFLACBlock_Picture) {
         aMetadata.mCover.OfferBlock(aBlock);
     }
 }
 
 /// Reads the blocks up to the frames. aReader stands after the magic.
 Metadata ReadMetadata(ByteReader aReader, const CodePage& aCodePage) {
-    constexpr unsigned kLast = 0x80;
     Metadata metadata;
+    FLACBlock block;
+    ByteReader header = aReader;
+    ByteReader body = aReader;
     for (std::uint32_t count = 0; count < kFLAC_MaxBlocks; ++count) {
-        const ByteReader header = aReader;
-        const unsigned head = aReader.ReadByte();
-        const ByteReader block = aReader.Take(aReader.ReadBig(3));
-        const unsigned type = head & ~kLast;
-        if (aReader.HasFailed() || type == kForbidden) {
+        header = aReader;
+        if (!ReadFLACBlock(aReader, &block, &body)) {
             return metadata;
         }
-        TakeBlock(type, header, block, aCodePage, metadata);
-        if ((head & kLast) != 0) {
+        TakeBlock(block.mType, header, body, aCodePage, metadata);
+        if (block.mfLast) {
             metadata.mEnd = aReader.GetPosition();
             return metadata;
         }

@@ -13,7 +13,7 @@
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
-#include "ezBytes/OggPages.h"
+#include "ezBytes/OggTags.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -30,10 +30,17 @@ void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aSt
     }
     ByteReader pages(aBytes);
     pages.Skip(aLink.GetHeadEnd());
-    OggPacketBytes packet(aBytes, pages, aStream->mSerial, kOgg_MaxCommentPages);
-    ByteReader reader(packet);
-    if (SkipToOggComments(reader, *aStream->mMark)) {
-        ReadCommentTexts(reader, aCodePage, aTexts, aCover);
+    OggTags tags(aBytes, pages, aStream->mSerial, *aStream->mMark, kOgg_MaxCommentPages);
+    bool fPicture = false;
+    for (ByteReader body = pages; tags.Next(&fPicture, &body);) {
+        if (fPicture) {
+            aCover.OfferBlock(body);
+        } else {
+            ReadCommentTexts(body, aCodePage, aTexts, aCover);
+        }
+        if (aCover.IsFinal()) {
+            break;
+        }
     }
 }
 

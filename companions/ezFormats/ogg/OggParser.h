@@ -48,8 +48,7 @@ public:
         "Ogg",
         "Ogg",
         "the comments of the first stream of sound, then of the video",
-        "pictures of FLAC that are no comments, Skeleton, chapters, subtitles, what the video is but for its "
-        "codec",
+        "Skeleton, chapters, subtitles, what the video is but for its codec",
         {2, 128U << 10},
     };
 

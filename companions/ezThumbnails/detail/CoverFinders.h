@@ -10,21 +10,21 @@ class ezStream;
 /// cover, or has none, gives a cover that is not found. All sizes are held against what they lie in; a tag or
 /// box that claims more is not looked into. The stream is left anywhere.
 ///
-/// A tag at the start of the stream, versions 2.2 to 2.4, from APIC and PIC frames. Of a compressed
-/// frame only the head is inflated, so damage after it is found by the source. Encrypted frames, compressed
-/// ones where zlib is missing, and those inside other frames (chapters), are passed over.
+/// Tags at the start of the stream, the first with a cover; versions 2.2 to 2.4, from APIC and PIC frames. Of
+/// a compressed frame only the head is inflated, so damage after it is found by the source. Encrypted frames,
+/// compressed ones where zlib is missing, and those inside other frames (chapters), are passed over.
 Cover FindID3Cover(ezStream& aStream);
 
-/// FLAC, from its PICTURE blocks; an ID3v2 tag before it is passed over.
+/// FLAC, from its PICTURE blocks and Vorbis comments, as Ogg has them; tags before it are passed over.
 Cover FindFLACCover(ezStream& aStream);
 
 /// MP4 and its kin, from moov/udta/meta/ilst/covr, wherever moov lies. The first picture is the cover, as
 /// they have no types.
 Cover FindMP4Cover(ezStream& aStream);
 
-/// Ogg, from METADATA_BLOCK_PICTURE and COVERART comments of the first stream of sound: Vorbis, Opus, FLAC,
-/// Speex, and that of OGM. Text that goes across pages, as that of most covers does, comes in several pieces,
-/// with the page headers left out.
+/// Ogg, from METADATA_BLOCK_PICTURE and COVERART comments of the first stream of sound (Vorbis, Opus, FLAC,
+/// Speex, and that of OGM) and of the first of video, and from the PICTURE blocks of FLAC. What goes across
+/// pages, as most covers do, comes in several pieces, with the page headers left out.
 Cover FindOggCover(ezStream& aStream);
 
 /// WAV and its kin, and AIFF, from the ID3v2 tag in a chunk of theirs, before the sound or after it. Of

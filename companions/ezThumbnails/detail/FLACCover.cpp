@@ -1,39 +1,26 @@
+#include "ezThumbnails/detail/CommentCover.h"
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
-#include "ezBytes/ID3Tag.h"
-
-namespace {
-
-void OfferPicture(ByteReader& aBody, CoverChoice& aChoice) {
-    PictureBlock block;
-    if (ReadPictureBlock(aBody, aBody.GetLeft(), kCover_MaxText, &block) && block.mMimeType != "-->") {
-        aChoice.Offer(block.mType, CoverOfRest(aBody.Take(block.mDataSize), block.mMimeType));
-    }
-}
-
-} // namespace
+#include "ezBytes/FLACBlocks.h"
+#include "ezBytes/LeadingTag.h"
 
 Cover FindFLACCover(ezStream& aStream) {
-    constexpr unsigned kLast = 0x80;
-    constexpr unsigned kPicture = 6;
     CoverStreamBytes bytes(aStream);
     ByteReader reader(bytes);
-    ByteReader start = reader;
-    ID3Tag tag;
-    if (ReadID3Tag(start, &tag)) {
-        reader = start;
-        reader.Skip(tag.GetRest());
-    }
-    CoverChoice choice;
+    reader.Skip(EndOfLeadingTags(bytes, 0));
     reader.Require(reader.ReadText(4) == "fLaC");
+    CoverChoice choice;
+    FLACBlock block;
     // Every block takes four bytes at least, and the reader gives up after so many.
-    for (bool isLast = false; !isLast && !reader.HasFailed() && !choice.IsFinal();) {
-        const unsigned head = reader.ReadByte();
-        isLast = (head & kLast) != 0;
-        ByteReader body = reader.Take(reader.ReadBig(3));
-        if (!body.HasFailed() && (head & ~kLast) == kPicture) {
-            OfferPicture(body, choice);
+    for (ByteReader body = reader; !choice.IsFinal() && ReadFLACBlock(reader, &block, &body);) {
+        if (block.mType == kFLACBlock_Picture) {
+            OfferPictureBlock(body, nullptr, choice);
+        } else if (block.mType == kFLACBlock_VorbisComment) {
+            OfferCommentPictures(body, nullptr, choice);
+        }
+        if (block.mfLast) {
+            break;
         }
     }
     return choice.Get();

@@ -4,6 +4,8 @@
 #include "ezBytes/ID3Picture.h"
 #include "ezBytes/ID3Tag.h"
 #include "ezBytes/InflatedBytes.h"
+#include "ezBytes/LeadingTag.h"
+#include "ezBytes/Limits.h"
 
 #include <algorithm>
 
@@ -77,5 +79,19 @@ Cover CoverOfID3(ByteReader aReader) {
 
 Cover FindID3Cover(ezStream& aStream) {
     CoverStreamBytes bytes(aStream);
-    return CoverOfID3(ByteReader(bytes));
+    std::uint64_t position = 0;
+    for (std::uint32_t count = 0; count < kLeadingTag_MaxCount; ++count) {
+        const LeadingTag tag = ReadLeadingTag(bytes, position);
+        if (tag.mSize == 0) {
+            break;
+        }
+        ByteReader reader(bytes);
+        reader.Skip(position);
+        Cover cover = CoverOfID3(reader); // not found in a tag of another kind
+        if (cover.IsFound()) {
+            return cover;
+        }
+        position += tag.mSize; // beyond the bytes, nothing stands
+    }
+    return {};
 }

@@ -1,67 +1,62 @@
+#include "ezThumbnails/detail/CommentCover.h"
 #include "ezThumbnails/detail/CoverFinders.h"
 #include "ezThumbnails/detail/CoverStreamBytes.h"
 
-#include "ezBytes/OggPages.h"
-#include "ezBytes/VorbisComments.h"
+#include "ezBytes/OggTags.h"
 
 namespace {
 
-/// Finds the first stream of sound. Null when there is none; else the reader stands after its first page.
+/// A stream that may have a cover.
+struct Stream {
+    const OggMark* mMark = nullptr;
+    std::uint32_t mSerial = 0;
+};
+
+/// The first stream of sound, and the first of video.
+struct Streams {
+    Stream mSound;
+    Stream mVideo;
+};
+
+/// Reads the first pages, one of each stream. aFile stands after them then.
 /// @param aPagesLeft  counted down
-const OggMark* FindSound(ByteReader& aFile, std::uint32_t& aPagesLeft, std::uint32_t* aSerial) {
+Streams ReadStreams(ByteReader& aFile, std::uint32_t& aPagesLeft) {
+    Streams streams;
     OggPage page;
+    ByteReader next = aFile;
     ByteReader body = aFile;
-    while (aPagesLeft != 0 && ReadOggPage(aFile, &page, &body)) {
-        --aPagesLeft;
-        const OggMark* const mark = page.mfBegins ? FindOggMark(body) : nullptr;
-        if (mark != nullptr && !OggKind_IsVideo(mark->mKind)) {
-            *aSerial = page.mSerial;
-            return mark;
+    for (; aPagesLeft != 0 && ReadOggPage(next, &page, &body) && page.mfBegins; --aPagesLeft) {
+        const OggMark* const mark = FindOggMark(body);
+        aFile = next;
+        if (mark != nullptr) {
+            Stream& stream = OggKind_IsVideo(mark->mKind) ? streams.mVideo : streams.mSound;
+            stream = stream.mMark == nullptr ? Stream{mark, page.mSerial} : stream;
         }
     }
-    return nullptr;
+    return streams;
 }
 
-/// The picture of a comment, whose value is aText; not found for another one.
-Cover CoverOf(const ezCString& aKey, const ByteReader& aText, OggPacketBytes& aPacket, std::uint32_t* aType) {
-    Cover cover;
-    PictureBlock block;
-    const std::uint64_t size = aText.GetLeft();
-    if (size <= kCover_MaxHeldSize && ReadPictureComment(aKey.View(), aText, kCover_MaxText, &block) &&
-        aPacket.Reach(aText.GetPosition() + size)) {
-        *aType = block.mType;
-        cover.mMimeType = block.mMimeType;
-        cover.mPieces = aPacket.Slice(aText.GetPosition(), size);
-        cover.mfBase64 = true;
-        cover.mEncodedOffset = block.mDataOffset;
+void OfferPictures(ByteSource& aBytes, const ByteReader& aPages, const Stream& aStream,
+                   std::uint32_t aMaxPages, CoverChoice& aChoice) {
+    if (aStream.mMark == nullptr) {
+        return;
     }
-    return cover;
+    OggTags tags(aBytes, aPages, aStream.mSerial, *aStream.mMark, aMaxPages);
+    bool fPicture = false;
+    for (ByteReader body = aPages; !aChoice.IsFinal() && tags.Next(&fPicture, &body);) {
+        (fPicture ? OfferPictureBlock : OfferCommentPictures)(body, &tags.GetPacket(), aChoice);
+    }
 }
 
 } // namespace
 
 Cover FindOggCover(ezStream& aStream) {
     CoverStreamBytes bytes(aStream);
-    ByteReader file(bytes);
-    std::uint32_t serial = 0;
+    ByteReader pages(bytes);
     std::uint32_t pagesLeft = kCover_MaxPages;
-    const OggMark* const mark = FindSound(file, pagesLeft, &serial);
-    if (mark == nullptr) {
-        return {};
-    }
-    OggPacketBytes packet(bytes, file, serial, pagesLeft);
-    ByteReader reader(packet);
+    const Streams streams = ReadStreams(pages, pagesLeft);
     CoverChoice choice;
-    if (!SkipToOggComments(reader, *mark)) {
-        return {};
-    }
-    VorbisComments comments(reader);
-    ezCString key;
-    ByteReader value = reader;
-    while (!choice.IsFinal() && comments.Next(&key, &value)) {
-        std::uint32_t type = 0;
-        const Cover cover = CoverOf(key, value, packet, &type);
-        choice.Offer(type, cover);
-    }
+    OfferPictures(bytes, pages, streams.mSound, pagesLeft, choice);
+    OfferPictures(bytes, pages, streams.mVideo, pagesLeft, choice);
     return choice.Get();
 }

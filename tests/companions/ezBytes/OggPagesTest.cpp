@@ -109,6 +109,20 @@ TEST(OggPages, PagesAreReadWhenTheyAreAskedFor) {
     EXPECT_EQ(File(Joined(pages), 3).Read(), std::string(765, 'a')) << "no more than so many";
 }
 
+TEST(OggPages, PacketAfterItBeginsOnTheNextPage) {
+    const std::vector<std::string> first = PagesOfOgg(kSerial, std::string(600, 'a'), 255);
+    const std::vector<std::string> second = PagesOfOgg(kSerial, std::string(400, 'b'), 255);
+    File file(Joined(first) + PageOfOgg(9, 0, "other", true) + Joined(second));
+    EXPECT_TRUE(file.Packet().Next()); // the first need not have been read
+    EXPECT_EQ(file.Read(), std::string(400, 'b'));
+    EXPECT_EQ(file.Packet().GetSize(), 400U);
+    EXPECT_FALSE(file.Packet().Next());
+    File cut(Joined({first[0], first[1]}) + Joined(second));
+    EXPECT_FALSE(cut.Packet().Next()) << "it is not whole";
+    File few(Joined(first) + Joined(second), 3);
+    EXPECT_FALSE(few.Packet().Next()) << "no more than so many pages";
+}
+
 TEST(OggPages, PacketEndsWherePagesAreMissing) {
     const std::vector<std::string> pages = PagesOfOgg(kSerial, std::string(1000, 'a'), 255);
     EXPECT_EQ(File(pages[1]).Read(), "");

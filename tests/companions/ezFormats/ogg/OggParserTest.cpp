@@ -288,6 +288,33 @@ TEST(OggParser, CommentsGoOverAsManyPagesAsTheyTakeUpToALimit) {
     EXPECT_EQ(texts(9 * 65025), "dm=1000");
 }
 
+TEST(OggParser, CoverOfFLACMayStandInAPacketOfItsOwn) {
+    const auto cover = [](const std::vector<std::string>& aPackets) {
+        std::string file = Page(7, kFirst, 0, {FLACHead(flac::Stream())});
+        for (const std::string& packet : aPackets) {
+            for (const std::string& page : PagesOfOgg(7, packet, 8160)) {
+                file += page;
+            }
+        }
+        return Values(Parsed(file + Sound(7, 44100)), {"title", "cm", "cs", "dm"});
+    };
+    const std::string comments = FlacBlock(4, Comments({"title=T"}));
+    const std::string padding = FlacBlock(1, std::string(9000, '\0'));
+    const auto picture = [](unsigned aType, std::size_t aMore) {
+        return FlacBlock(6, PictureOfFlac(aType, kPng + std::string(aMore, 'p')));
+    };
+    EXPECT_EQ(cover({comments, picture(3, 50000)}), "title=\"T\" cm=\"image/png\" cs=50013 dm=1000");
+    EXPECT_EQ(cover({comments, padding, picture(4, 0), picture(3, 1)}),
+              "title=\"T\" cm=\"image/png\" cs=14 dm=1000");
+    // Pages are counted: those up to the sixth are read, and a picture's first one tells.
+    EXPECT_EQ(cover({comments, picture(4, 25000), picture(3, 0)}),
+              "title=\"T\" cm=\"image/png\" cs=13 dm=1000");
+    EXPECT_EQ(cover({comments, picture(4, 33000), picture(3, 0)}),
+              "title=\"T\" cm=\"image/png\" cs=33013 dm=1000");
+    // What follows the last block is sound, whatever it looks like.
+    EXPECT_EQ(cover({FlacBlock(4, Comments({"title=T"}), true), picture(3, 0)}), "title=\"T\" dm=1000");
+}
+
 TEST(OggParser, UsualFileCostsTheStartAndTheEnd) {
     const auto costs = [](const std::string& aFile) {
         AwkwardStream::Costs counted;

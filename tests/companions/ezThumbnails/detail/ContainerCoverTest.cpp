@@ -33,6 +33,26 @@ TEST(FLACCover, ItsOwnPictureComesBeforeTheOneOfTheTag) {
     EXPECT_EQ(CoversOf(tag + Flac("")), Covers{"image/png " + Png("tag")});
 }
 
+TEST(FLACCover, TagsBeforeItAreAsManyAsThereAre) {
+    const std::string bare = ID3(3, 0, Frame23("TIT2", "\0Title"s));
+    const std::string ape =
+        "APETAGEX" + Little(2000) + Little(0) + Little(0) + Little(0xA0000000) + Little(0, 8);
+    const std::string tagged = ID3(3, 0, Frame23("APIC", Apic(3, Png("tag"))));
+    EXPECT_EQ(CoversOf(bare + ape + bare + Flac(FlacPicture(3, kFront))), kFrontFound);
+    EXPECT_EQ(CoversOf(bare + ape + tagged + Flac("")), Covers{"image/png " + Png("tag")});
+    EXPECT_EQ(CoversOf(bare + tagged + "frames"), Covers{"image/png " + Png("tag")});
+}
+
+TEST(FLACCover, IsFoundInCommentsAsThoseOfOggAre) {
+    const std::string comment = PictureComment(PictureOfFlac(3, kFront));
+    const std::string old = "COVERART=" + Base64(Png("old"));
+    EXPECT_EQ(CoversOf(Flac(FlacBlock(4, Comments({"TITLE=x", comment})))), kFrontFound);
+    EXPECT_EQ(CoversOf(Flac(FlacBlock(4, Comments({old})))), Covers{"image/png " + Png("old")});
+    EXPECT_EQ(CoversOf(Flac(FlacBlock(4, Comments({old})) + FlacPicture(3, kFront))), kFrontFound);
+    EXPECT_EQ(CoversOf(Flac(FlacPicture(0, Png("first")) + FlacBlock(4, Comments({old})))),
+              Covers{"image/png " + Png("first")});
+}
+
 TEST(FLACCover, ALinkIsNoPicture) {
     EXPECT_EQ(CoversOf(Flac(FlacBlock(6, PictureOfFlac(3, "http://host/a.jpg", "-->")))), Covers());
 }
@@ -196,6 +216,54 @@ TEST(OggCover, OnOnePageItIsAFilePartAndAcrossPagesItIsGathered) {
         EXPECT_EQ(CoversOf(Vorbis(comments, 255)), found);
         EXPECT_EQ(CoversOf(Vorbis(comments, 510)), found);
     }
+}
+
+TEST(OggCover, IsFoundInBlocksOfFLACOnPagesOfTheirOwn) {
+    const auto file = [](const std::vector<std::string>& aPackets, std::size_t aPageSize) {
+        std::string pages = PageOfOgg(7, 2,
+                                      "\x7F"
+                                      "FLAC\1\0\0\1fLaC"s,
+                                      true);
+        for (const std::string& packet : aPackets) {
+            for (const std::string& page : PagesOfOgg(7, packet, aPageSize)) {
+                pages += page + PageOfOgg(9, 0, "other", true);
+            }
+        }
+        return pages + PageOfOgg(7, 0, "\xFF\xF8 frame", true);
+    };
+    const std::string comments = FlacBlock(4, Comments({"TITLE=x"}));
+    const std::string padding = FlacBlock(1, std::string(600, '\0'));
+    const std::string front = Jpeg(std::string(700, 'f'));
+    const std::string back = FlacBlock(6, PictureOfFlac(4, Png("back")));
+    const std::string block = FlacBlock(6, PictureOfFlac(3, front), true);
+    for (const std::size_t size : {255U, 510U, 65025U}) {
+        EXPECT_EQ(CoversOf(file({comments, padding, back, block}, size)), Covers{"image/jpeg " + front})
+            << size;
+        EXPECT_EQ(CoversOf(file({comments, back}, size)), Covers{"image/png " + Png("back")});
+        EXPECT_EQ(CoversOf(file({comments + std::string(1, '\0'), back}, size)),
+                  Covers{"image/png " + Png("back")});
+    }
+    EXPECT_EQ(CoversOf(file({FlacBlock(4, Comments({}), true), back}, 255)), Covers())
+        << "after the last block";
+    const std::string whole = file({comments, block}, 255);
+    EXPECT_EQ(CoversOf(whole.substr(0, whole.find("f\xFF\0"s))), Covers()) << "the end is missing";
+}
+
+TEST(OggCover, ThatOfTheSoundComesBeforeThatOfTheVideo) {
+    const auto film = [](const std::vector<std::string>& aSound, const std::vector<std::string>& aVideo) {
+        return PageOfOgg(5, 2, "\x80theora", true) + VorbisHead(7) +
+               PageOfOgg(5, 0, "\x81theora" + Comments(aVideo), true) +
+               PageOfOgg(7, 0, "\x03vorbis" + Comments(aSound), true);
+    };
+    const std::string other = PictureComment(PictureOfFlac(4, Png("other")));
+    const std::string front = PictureComment(PictureOfFlac(3, kFront));
+    EXPECT_EQ(CoversOf(film({other}, {other})), Covers{"image/png " + Png("other")});
+    EXPECT_EQ(CoversOf(film({front}, {other})), kFrontFound);
+    EXPECT_EQ(CoversOf(film({other}, {front})), kFrontFound);
+    EXPECT_EQ(CoversOf(film({}, {front})), kFrontFound);
+    EXPECT_EQ(CoversOf(PageOfOgg(5, 2, "\x80theora", true) +
+                       PageOfOgg(5, 0, "\x81theora" + Comments({front}), true)),
+              kFrontFound);
 }
 
 TEST(OggCover, PagesOfOtherStreamsInBetweenAreSteppedOver) {

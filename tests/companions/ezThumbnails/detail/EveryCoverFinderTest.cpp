@@ -22,6 +22,14 @@ std::vector<Sample> Samples() {
     for (const std::string& page : PagesOfOgg(7, "\x03vorbis" + Comments({PictureComment(block)}), 255)) {
         pages += page;
     }
+    std::string blocks = PageOfOgg(7, 2,
+                                   "\x7F"
+                                   "FLAC\1\0\0\1fLaC"s,
+                                   true) +
+                         PageOfOgg(7, 0, FlacBlock(4, Comments({})), true);
+    for (const std::string& page : PagesOfOgg(7, FlacBlock(6, block, true), 255)) {
+        blocks += page;
+    }
     return {
         {"ID3 2.2", FindID3Cover, ID3(2, 0, Frame22("PIC", "\0JPG\3\0"s + picture))},
         {"ID3 2.3", FindID3Cover,
@@ -47,11 +55,14 @@ std::vector<Sample> Samples() {
         {"FLAC", FindFLACCover,
          ID3(4, 0, "") + "fLaC" + FlacBlock(0, std::string(34, 's')) +
              FlacBlock(6, PictureOfFlac(3, picture))},
+        {"FLAC in comments", FindFLACCover,
+         "fLaC" + FlacBlock(4, Comments({PictureComment(PictureOfFlac(3, picture))}))},
         {"MP4", FindMP4Cover, Ftyp() + LongBox("mdat", "samples") + Moov(DataBox(13, picture))},
         {"Ogg on one page", FindOggCover,
          VorbisHead(7) +
              PageOfOgg(7, 0, "\x03vorbis" + Comments({PictureComment(PictureOfFlac(3, picture))}), true)},
         {"Ogg across pages", FindOggCover, pages},
+        {"Ogg in a block of FLAC", FindOggCover, blocks},
         {"WAV", FindWAVCover, Wav(WavChunk("data", "sound") + WavChunk("id3 ", tag))},
         {"RF64", FindWAVCover,
          "RF64" + Little(0xFFFFFFFF) + "WAVE" +

@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <set>
+#include <string>
+
 // The names that the media types file of an operator has a word in: UPnP class and MIME type.
 
 namespace {
@@ -128,6 +132,28 @@ TEST(FormatNames, AnotherNameOfTheTypeIsAnnouncedWhereTheLineHasItFirst) {
         "item.audioItem.musicTrack audio/mp2");
     EXPECT_EQ(NamingHost("mp4=mov@video/mp4@item.videoItem\n").Names("formats/motion-jpeg.mov", "/a.mov"),
               "item.videoItem video/quicktime");
+}
+
+TEST(FormatNames, EveryOtherNameOfATypeIsAnnouncedForItsSampleWithoutAProfile) {
+    std::set<std::string> left;
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        for (const OtherMimeTypes& other : format->mOtherMimeTypes) {
+            left.insert(other.mNames.begin(), other.mNames.end());
+        }
+    }
+    for (const SampleFile& sample : AllSamples()) {
+        const std::string line = sample.mWinner + "=zz@";
+        for (auto name = left.begin(); sample.mWinner.size() > 1 && name != left.end();) {
+            const std::string names = NamingHost(line + *name + "\n").Names(sample.mName, "/a.zz");
+            const bool fAnnounced = names.substr(names.rfind(' ') + 1) == *name;
+            name = fAnnounced ? left.erase(name) : std::next(name);
+        }
+    }
+    EXPECT_EQ(left, std::set<std::string>());
+    // Samples that are coded sound in truth are no samples by another name.
+    EXPECT_EQ(NamingHost("wav=wav@audio/x-wav@item.audioItem.musicTrack\n")
+                  .Names("formats/dts-as-samples.wav", "/a.wav"),
+              "item.audioItem.musicTrack audio/vnd.dts");
 }
 
 TEST(FormatNames, RecordOfAnotherNameIsAdjusted) {

@@ -63,7 +63,6 @@ bool IsDTSAt(ByteReader aReader, const ezWordForm& aForm, WAVDisguise* aDisguise
     }
     aDisguise->mCodec = "DTS";
     aDisguise->mChannels = header.mChannels;
-    aDisguise->mSamplingRate = header.mSamplingRate;
     aReader.Skip(header.mSampleCount / header.mRateFactor * kSampleSize);
     return aReader.ReadBig32() == aForm.mSync;
 }
@@ -87,7 +86,6 @@ bool IsBurstAt(const ByteReader& aReader, const ezWordForm& aForm, WAVDisguise* 
         return false;
     }
     aDisguise->mChannels = header.mChannels;
-    aDisguise->mSamplingRate = header.mSamplingRate;
     return true;
 }
 

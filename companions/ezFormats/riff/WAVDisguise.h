@@ -9,9 +9,8 @@ class MediaBytes;
 /// A coded stream that stands in place of plain samples, as players with a digital output pass it on: DTS as
 /// on a CD, or bursts of a codec between zeros (IEC 61937-1, 6).
 struct WAVDisguise {
-    ezCString mCodec;                ///< as kezInfo_AudioCodec names it; empty: samples are samples
-    std::uint32_t mChannels = 0;     ///< 0: not told
-    std::uint32_t mSamplingRate = 0; ///< Hz; 0: not told
+    ezCString mCodec;            ///< as kezInfo_AudioCodec names it; empty: samples are samples
+    std::uint32_t mChannels = 0; ///< 0: not told
 };
 
 /// Looks for one where samples of two channels of 16 bits begin.

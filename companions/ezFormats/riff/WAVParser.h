@@ -42,7 +42,8 @@ public:
     static constexpr FormatNotes kNotes = {
         "WAV and its kin",
         "WAV and its kin",
-        "ID3v2 in a chunk (`id3 `); ID3v2 before the file; the list `INFO`; description and date of `bext`",
+        "ID3v2 in a chunk (`id3 `); ID3v2 before the file; the list `INFO`, of Wave64 the summary list; "
+        "description and date of `bext`",
         "cue points, labels, `iXML`, `axml`, sampler chunks",
         {2, 16U << 10},
     };

@@ -4,6 +4,7 @@
 
 FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader) {
     constexpr unsigned kTypeMask = 0x7F; // the bit above tells the last block (RFC 9639, 8.1)
+    constexpr std::uint32_t kLeastBits = 4;
     aReader.Require((aReader.ReadByte() & kTypeMask) == kFLACBlock_StreamInfo);
     aReader.Skip(3); // length
     FLACStreamInfo info;
@@ -17,7 +18,8 @@ FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader) {
         return {};
     }
     info.mChannels = static_cast<std::uint32_t>(numbers >> 41 & 0x7U) + 1;
-    info.mBitsPerSample = static_cast<std::uint32_t>(numbers >> 36 & 0x1FU) + 1;
+    const std::uint32_t bits = static_cast<std::uint32_t>(numbers >> 36 & 0x1FU) + 1;
+    info.mBitsPerSample = bits >= kLeastBits ? bits : 0;
     info.mSamples = numbers & 0xFFFFFFFFF;
     return info;
 }

@@ -14,6 +14,6 @@ struct FLACStreamInfo {
     std::uint64_t mSamples = 0; ///< of a channel
 };
 
-/// Reads the block and its header. One that is cut, or is another block, tells nothing. The sampling rate may
-/// be left to the frames, as 0.
+/// Reads the block and its header. One that is cut, or is another block, tells nothing. The sampling rate
+/// may be left to the frames, as 0, and so are bits that no sample has.
 FLACStreamInfo ReadFLACStreamInfo(ByteReader aReader);

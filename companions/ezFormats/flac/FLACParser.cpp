@@ -36,7 +36,7 @@ void TakeBlock(unsigned aType, const ByteReader& aHeader, const ByteReader& aBlo
                Metadata& aMetadata) {
     if (aType == kFLACBlock_StreamInfo && !aMetadata.mfStream) { // of two the first counts
         aMetadata.mStream = ReadFLACStreamInfo(aHeader);
-        aMetadata.mfStream = true;
+        aMetadata.mfStream = aMetadata.mStream.mChannels != 0; // else it is not all there
     } else if (aType == kFLACBlock_VorbisComment) {
         ReadCommentTexts(aBlock, aCodePage, aMetadata.mTexts, aMetadata.mCover);
     } else if (aType == kFLACBlock_Picture) {
@@ -108,8 +108,10 @@ void TakeFirstFrame(MediaBytes& aBytes, std::uint64_t aPosition, FLACStreamInfo&
     ByteReader frames(aBytes);
     frames.Skip(aPosition);
     FLACFrameHeader first;
-    if (aStream.mSamplingRate == 0 && ReadFLACFrameHeader(frames, aStream, &first)) {
-        aStream.mSamplingRate = first.mSamplingRate;
+    const bool fAll = aStream.mSamplingRate != 0 && aStream.mBitsPerSample != 0;
+    if (!fAll && ReadFLACFrameHeader(frames, aStream, &first)) { // which agrees with what is stated
+        aStream.mSamplingRate = aStream.mSamplingRate != 0 ? aStream.mSamplingRate : first.mSamplingRate;
+        aStream.mBitsPerSample = aStream.mBitsPerSample != 0 ? aStream.mBitsPerSample : first.mBitsPerSample;
     }
 }
 

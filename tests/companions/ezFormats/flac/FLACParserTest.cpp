@@ -81,6 +81,7 @@ TEST(FLACParser, WhatIsNotOneIsRefused) {
     EXPECT_EQ(refusal("fLaC" + FlacBlock(1, "p", true), {}), "FLACParser: malformed: ends before STREAMINFO");
     EXPECT_EQ(refusal("fLaC" + FlacBlock(0, std::string(33, 's')).substr(0, 36), {}),
               "FLACParser: malformed: ends before STREAMINFO");
+    EXPECT_EQ(refusal("fLaC" + FlacBlock(0, "", true), {}), "FLACParser: malformed: ends before STREAMINFO");
     // A type that no block has.
     EXPECT_EQ(refusal("fLaC" + FlacBlock(127, "") + FlacBlock(0, Stream().Info()), {}),
               "FLACParser: malformed: ends before STREAMINFO");
@@ -152,6 +153,17 @@ TEST(FLACParser, CountThatTheSizeContradictsIsThatOfTheLastFrame) {
     Stream cut;
     cut.mSamples = 44100 * 600;
     EXPECT_EQ(Length(File(cut, "", "no frame")), "600000 \"header\"");
+}
+
+TEST(FLACParser, BitsThatNoSampleHasAreThoseOfTheFrames) {
+    Stream stream;
+    stream.mBits = 1; // as of a block of zeros; the least are 4
+    EXPECT_EQ(Value(File(stream, "", "no frame"), "bs"), "");
+    EXPECT_EQ(Value(File(stream, "", Frames(0, 10, 9000)), "bs"), "16");
+    stream.mBits = 3;
+    EXPECT_EQ(Value(File(stream, "", "no frame"), "bs"), "");
+    stream.mBits = 4;
+    EXPECT_EQ(Value(File(stream, "", "no frame"), "bs"), "4");
 }
 
 TEST(FLACParser, SamplingRateOfNothingIsThatOfTheFrames) {

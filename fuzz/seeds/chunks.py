@@ -68,6 +68,14 @@ def chunk64(name, content, size=None):
     return name + REST + little(size, 8) + content + bytes(-len(content) % 8)
 
 
+def summary(*texts):
+    items = b"".join(name + little(2 * len(text)) + text.encode("utf-16-le") for name, text in texts)
+    content = little(len(texts)) + items
+    head = bytes.fromhex("BC945F925A52D21186DC00C04F8EDB8A")
+    return head + little(24 + len(content), 8) + content + bytes(-len(content) % 8)
+
+
+SUMMARY = summary((b"INAM", "Title"), (b"ICMT", "odd"), (b"IART", "Artist"))
 SOUND = b"\x11" * 40
 DATA = chunk(b"data", SOUND)
 CD = fmt(1, 2, 44100, 176400, 4, 16)
@@ -111,10 +119,12 @@ def plain():
     yield "rifx", riff(fmt(number=n) + chunk(b"fact", n(3), number=n) + chunk(b"data", SOUND, number=n), b"RIFX", number=n)
     yield "wave64", wave64(chunk64(b"fmt ", fmt()[8:]) + chunk64(b"data", SOUND[:35]) + chunk64(b"junk", b"ab"))
     yield "wave64-of-open-size", wave64(chunk64(b"fmt ", fmt()[8:]) + chunk64(b"data", SOUND, 0))
+    yield "wave64-with-texts", wave64(SUMMARY + chunk64(b"fmt ", fmt()[8:]) + chunk64(b"data", SOUND))
     yield "fmt-twice-and-data-twice", riff(fmt() + fmt(6) + DATA + DATA)
     yield "data-first", riff(DATA + fmt())
     yield "no-sound", riff(fmt())
     yield "odd-without-stuffing", riff(fmt() + b"data" + little(3) + b"abc" + info((b"INAM", b"Odd\0")))
+    yield "odd-without-stuffing-and-a-lying-size", riff(fmt() + b"junk" + little(3) + b"abc" + chunk(b"data", SOUND, OPEN))
 
 
 def sizes():
@@ -339,6 +349,7 @@ def cafs():
         ("varying", caf(alac + pakt(8000) + data)),
         ("varying-uncounted", caf(alac + data)),
         ("varying-negative", caf(alac + data + pakt(1 << 63))),
+        ("packets-of-too-much", caf(desc(b"ima4", 0, 1, 0xFFFFFFFF) + pakt(8000) + data)),
         ("varying-too-many", caf(alac + data + pakt(1 << 50))),
         ("bits-by-flags", caf(desc(b"alac", 3, 0, 4096) + data + pakt(8000))),
         ("bits-by-other-flags", caf(desc(b"alac", 9, 0, 4096) + data + pakt(8000))),
@@ -377,6 +388,7 @@ def wav_covers():
     yield "after-the-sound", riff(fmt() + DATA + chunk(b"id3 ", COVER))
     yield "second-tag", riff(fmt() + chunk(b"id3 ", TITLE) + DATA + chunk(b"ID3 ", COVER))
     yield "no-tag", riff(fmt() + DATA)
+    yield "after-a-tag", TITLE + riff(fmt() + DATA + chunk(b"id3 ", COVER))
     yield "rf64", riff(ds64(40) + fmt() + chunk(b"data", SOUND, OPEN) + chunk(b"id3 ", COVER), b"RF64")
     yield "wave64", wave64(chunk64(b"fmt ", fmt()[8:]) + chunk64(b"data", SOUND) + chunk64(b"id3 ", COVER))
     yield "rifx", riff(chunk(b"data", SOUND, number=n) + chunk(b"id3 ", COVER, number=n), b"RIFX", number=n)

@@ -129,6 +129,8 @@ ez_add_door(ezThumbnails_inside cover_ape
     ${THUMBNAILS}/APECover.cpp ${BYTES}/APEItems.cpp ${BYTES}/AudioTails.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_dsdiff ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/ChunkWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_dsf ${THUMBNAILS}/ChunkCover.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_asf
+    ${THUMBNAILS}/ASFCover.cpp ${BYTES}/ASFAttributes.cpp ${BYTES}/ASFObjects.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_id3
     ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})

@@ -24,7 +24,8 @@ class ezMediaParserManager;
     FORMAT(au, AUParser)                                                                                     \
     FORMAT(caf, CAFParser)                                                                                   \
     FORMAT(dsf, DSFParser)                                                                                   \
-    FORMAT(dsdiff, DSDIFFParser)
+    FORMAT(dsdiff, DSDIFFParser)                                                                             \
+    FORMAT(asf, ASFParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

@@ -43,8 +43,8 @@ constexpr Codec kCodecs[] = {{kWaveTag_PCM, "LPCM", kPlain},
                              {0x00FF, "AAC", kVarying},
                              {0x0160, "WMA1", kConstant},
                              {0x0161, "WMA2", kConstant},
-                             {0x0162, "WMA-Pro", kVarying},
-                             {0x0163, "WMA-lossless", kVarying},
+                             {kWaveTag_WMAPro, "WMA-Pro", kVarying},
+                             {kWaveTag_WMALossless, "WMA-lossless", kVarying},
                              {0x0270, "ATRAC3", kConstant},
                              {0x028F, "G722", kConstant},
                              {0x1104, "SBC", kVarying},
@@ -134,6 +134,8 @@ bool ReadWaveFormat(ByteReader aReader, bool afBig, WaveFormat* aFormat) {
     }
     if (format.mRate == WaveFormat::Rate::Plain) {
         CompletePlain(bits, validBits, format);
+    } else if (format.mTag == kWaveTag_WMAPro || format.mTag == kWaveTag_WMALossless) {
+        format.mBitsPerSample = extra != 0 ? extra : bits;
     }
     *aFormat = format;
     return true;

@@ -23,7 +23,7 @@ struct WaveFormat {
     std::uint32_t mAverageBytes = 0;  ///< a second
     std::uint32_t mBlockSize = 0;     ///< bytes: of a block, or of one sample of all channels
     std::uint32_t mBlockSamples = 0;  ///< of a channel in a block; 1 of plain samples
-    std::uint32_t mBitsPerSample = 0; ///< those that count; of plain samples alone
+    std::uint32_t mBitsPerSample = 0; ///< those that count; of plain samples, WMA Pro and lossless
 };
 
 /// Format tags that others decide by.
@@ -31,6 +31,8 @@ inline constexpr std::uint32_t kWaveTag_PCM = 1;
 inline constexpr std::uint32_t kWaveTag_Float = 3;
 inline constexpr std::uint32_t kWaveTag_MPEG = 0x50;
 inline constexpr std::uint32_t kWaveTag_MP3 = 0x55;
+inline constexpr std::uint32_t kWaveTag_WMAPro = 0x162;
+inline constexpr std::uint32_t kWaveTag_WMALossless = 0x163;
 
 /// Reads it; what is missing at its end is not stated. False for what is shorter than any.
 /// @param afBig  its numbers stand the most significant byte first, as those of RIFX do

@@ -1,12 +1,12 @@
 #include "ezFormats/iso/ISOSampleEntry.h"
 
+#include "ezFormats/codecs/EncryptedCodec.h"
+
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <string>
 
 namespace {
-
-constexpr const char* kEncrypted = "encrypted:";
 
 /// The format of samples before they were encrypted, from a "sinf" box (ISO/IEC 14496-12, 8.12.1 and 8.12.2);
 /// none when it does not tell.
@@ -79,11 +79,9 @@ void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec
 }
 
 void MarkEncrypted(ISOCodec& aCodec) {
-    aCodec.mName = kEncrypted + aCodec.mName;
+    aCodec.mName = EncryptedCodecName(aCodec.mName);
 }
 
 std::string_view PlainNameOf(const ISOCodec& aCodec) {
-    const std::string_view mark = kEncrypted;
-    const std::string_view name = aCodec.mName.View();
-    return name.substr(0, mark.size()) == mark ? name.substr(mark.size()) : name;
+    return PlainCodecName(aCodec.mName);
 }

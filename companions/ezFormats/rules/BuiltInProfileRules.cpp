@@ -65,6 +65,14 @@ HEAAC_MULT5_ISO   audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k 
 AMR_3GPP    audio/mp4,audio/3gpp  audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 AMR_WBplus  audio/mp4,audio/3gpp  audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
 
+# Windows Media. A varying rate counts by its peak; where nothing is published of one, it is what plain samples take.
+# Voice has no profile, and neither has lossless sound of more than 16 bits in two channels.
+WMABASE       audio/x-ms-wma  audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-192999
+WMAFULL       audio/x-ms-wma  audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-385k
+WMAPRO        audio/x-ms-wma  audio-codec=WMA-Pro sampling-rate=8k-96k channels=1-8 audio-bit-rate=1-1500k
+WMALSL        audio/x-ms-wma  audio-codec=WMA-lossless sampling-rate=8k-48k channels=1-2 bits-per-sample=16 audio-bit-rate=1-1536k
+WMALSL_MULT5  audio/x-ms-wma  audio-codec=WMA-lossless sampling-rate=8k-48k channels=3-6 bits-per-sample=16,24 audio-bit-rate=1-6912k
+
 # H.264 in MP4. A size is the largest, each side by itself, at its rate. Where nothing is published of the rate of the
 # pictures, it is what the level can do at that size; where nothing is published of the audio, it is that of the next
 # smaller form.

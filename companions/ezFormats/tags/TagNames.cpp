@@ -112,7 +112,9 @@ constexpr WordRow kASF[] = {{"Title", MusicField::Title},
                             {"WM/AlbumArtist", MusicField::AlbumArtist},
                             {"WM/Composer", MusicField::Composer},
                             {"WM/Year", MusicField::Date},
+                            {"date", MusicField::Date, kSecond},
                             {"WM/TrackNumber", MusicField::Track},
+                            {"WM/Track", MusicField::Track, kSecond}, // counts from 0
                             {"WM/PartOfSet", MusicField::Disc},
                             {"WM/IsCompilation", MusicField::Compilation},
                             {"WM/Language", MusicField::Languages}};

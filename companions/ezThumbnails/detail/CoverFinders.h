@@ -43,6 +43,9 @@ Cover FindDSDIFFCover(ezStream& aStream);
 /// Any file, from the binary items of an APE tag at its end, also one that ID3v1 or Lyrics3 follows.
 Cover FindAPECover(ezStream& aStream);
 
+/// ASF, from the attributes "WM/Picture" of Extended Content, then of the Metadata Library.
+Cover FindASFCover(ezStream& aStream);
+
 /// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media
 /// types file.
 struct FormatCoverFinder {
@@ -55,5 +58,6 @@ struct FormatCoverFinder {
 inline constexpr FormatCoverFinder kCoverFinders[] = {
     {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}},    {FindMP4Cover, {"mp4"}},
     {FindOggCover, {"ogg"}},   {FindWAVCover, {"wav"}},    {FindAIFFCover, {"aiff"}},
-    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}}, {FindAPECover, {"mp3"}},
+    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}}, {FindASFCover, {"wma"}},
+    {FindAPECover, {"mp3"}},
 };

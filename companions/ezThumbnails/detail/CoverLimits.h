@@ -40,6 +40,10 @@ inline constexpr std::uint32_t kCover_MaxCompressedPictures = 64;
 /// top, after the box with the cover.
 inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
 
+/// Objects of the header of an ASF file that are stepped over: writers put a dozen there, and one for each
+/// stream.
+inline constexpr std::uint32_t kCover_MaxObjects = 512;
+
 /// Chunks of a WAV, an AIFF or a DSDIFF that are stepped over: recorders write a dozen.
 inline constexpr std::uint32_t kCover_MaxChunks = 256;
 

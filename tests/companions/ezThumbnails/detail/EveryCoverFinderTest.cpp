@@ -1,5 +1,6 @@
 #include "companions/ezThumbnails/CoverKit.h"
 
+#include "support/AsfBytes.h"
 #include "support/ZlibBytes.h"
 
 // What holds of every finder of covers.
@@ -76,6 +77,11 @@ std::vector<Sample> Samples() {
              APE2(APEItem("Title", "Song") + ApePicture(back, "Cover Art (Back)") + ApePicture(picture))},
         {"DSF", FindDSFCover, Dsf(tag)},
         {"DSDIFF", FindDSDIFFCover, Dsdiff(DsdiffChunk("DSD ", "sound") + DsdiffChunk("ID3 ", tag))},
+        {"ASF", FindASFCover,
+         asf::Header(asf::Object(asf::kPadding, "room") +
+                     asf::ExtendedContent({asf::Text("Title", "Title"), asf::PictureAttribute(3, picture)}))},
+        {"ASF, in the extension", FindASFCover,
+         asf::Header(asf::HeaderExtension(asf::Library({asf::PictureAttribute(3, picture)})))},
     };
 }
 
@@ -167,13 +173,17 @@ TEST(EveryCoverFinder, FrontComesFirstAndIconsNeverCount) {
                                     : aType == 2 ? "cover art (other icon)"
                                                  : "Cover Art (of another type)";
             return ApePicture(aPicture, key);
+        },
+        [](unsigned aType, const std::string& aPicture) {
+            return asf::PictureAttribute(aType, aPicture).Content();
         }};
     const auto file = [](std::size_t aKind, const std::string& aParts, std::size_t aCount) {
         const std::string comments = Little(6) + "writer" + Little(aCount) + aParts;
         return aKind == 0   ? ID3(3, 0, aParts + std::string(20, '\0'))
                : aKind == 1 ? Flac(aParts)
                : aKind == 3 ? "sound" + APE2(aParts)
-                            : VorbisHead(7) + PageOfOgg(7, 0, "\x03vorbis" + comments, true);
+               : aKind == 2 ? VorbisHead(7) + PageOfOgg(7, 0, "\x03vorbis" + comments, true)
+                            : asf::Header(asf::Object(asf::kExtendedContent, Little(aCount, 2) + aParts));
     };
     // The types of the pictures, and that of the cover; 1, an icon, for none.
     const std::vector<std::pair<std::vector<unsigned>, unsigned>> cases = {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ezBytes/ByteReader.h"
+
+#include <cstdint>
+
+/// The packets of an ASF file, each of one size (Advanced Systems Format 1.2, 5).
+
+/// Where they are.
+struct ASFData {
+    std::uint64_t mStart = 0; ///< of the first packet; 0 where there is no Data object
+    std::uint64_t mSize = 0;  ///< bytes of all of them, as it is stated; 0 where it is not
+};
+
+/// Looks for the Data object, from where the header ends.
+/// @param aBudget  borrowed, counts down the objects
+ASFData FindASFData(ByteReader aReader, std::uint32_t& aBudget);
+
+/// What a packet says of a piece of a media object (5.2.3).
+struct ASFPayload {
+    unsigned mStream = 0;    ///< number
+    bool mfTimed = false;    ///< it says what follows
+    std::uint32_t mTime = 0; ///< milliseconds at which the object, the last of several, is presented
+    std::uint32_t mStep = 0; ///< milliseconds from each of several to the next; 0 of one
+};
+
+/// The payloads of a packet.
+class ASFPacket {
+public:
+    /// @param aPacket  all of it
+    explicit ASFPacket(const ByteReader& aPacket);
+
+    /// The next one. False after the last one, and where the packet is damaged.
+    bool Next(ASFPayload* aPayload);
+
+private:
+    /// A number of 0, 1, 2 or 4 bytes, by two bits.
+    std::uint32_t ReadSized(unsigned aSize);
+    void TakeSeveral(ByteReader aObjects, ASFPayload& aPayload) const;
+
+    ByteReader mReader;
+    unsigned mProperties = 0;   ///< how large the numbers of a payload are
+    bool mfSeveral = false;     ///< each states its size
+    unsigned mSizeOfSize = 0;   ///< how large that is
+    unsigned mLeft = 0;         ///< payloads
+    std::uint32_t mPadding = 0; ///< bytes at the packet's end
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ezFormats/codecs/WaveFormat.h"
+
+#include "ezBytes/ASFObjects.h"
+#include "ezBytes/ByteReader.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// What the objects of a header tell of one stream. What is 0 is not known.
+struct ASFStreamFacts {
+    unsigned mNumber = 0;
+    bool mfDescribed = false; ///< by Stream Properties, of which the first count
+    ASFStreamKind mKind = ASFStreamKind::Other;
+    bool mfEncrypted = false;
+    WaveFormat mSound;              ///< of sound
+    std::uint32_t mMeanBitRate = 0; ///< bits a second, with what packets add
+    std::uint32_t mHighBitRate = 0; ///< bits a second that it never exceeds for long
+
+    bool IsOf(ASFStreamKind aKind) const { return mfDescribed && mKind == aKind; }
+    /// The best that is told of its rate.
+    std::uint32_t GetBitRate() const;
+};
+
+/// What the header of a file tells, but for its texts, which are read when the rest is known.
+struct ASFHeader {
+    ASFFileProperties mFile;
+    std::vector<ASFStreamFacts> mStreams;
+    bool mfEncrypted = false; ///< somebody's key is needed for all of it
+
+    // Objects of texts, the first of each kind
+    std::optional<ByteReader> mDescription;
+    std::optional<ByteReader> mContent;
+    std::optional<ByteReader> mMetadata;
+    std::optional<ByteReader> mLibrary;
+
+    /// The first of its kind, and of several that carry the same the one with the highest rate; null where
+    /// there is none.
+    const ASFStreamFacts* Find(ASFStreamKind aKind) const;
+    std::uint32_t Count(ASFStreamKind aKind) const;
+};
+
+/// Reads the objects of a header. aObjects stands at the first of them.
+/// @param aBudget  borrowed, counts down the objects
+ASFHeader ReadASFHeaderObjects(const ByteReader& aObjects, std::uint32_t& aBudget);

@@ -1,0 +1,103 @@
+#include "ezFormats/asf/ASFTexts.h"
+
+#include "ezFormats/asf/ASFLimits.h"
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/tags/MusicValues.h"
+#include "ezFormats/tags/TagNames.h"
+
+#include "ezBytes/ASFAttributes.h"
+#include "ezBytes/TextBytes.h"
+
+#include "ezPlatform/text/Case.h"
+
+namespace {
+
+ezCString TextOf(ByteReader aText) {
+    return CleanText(ReadTextBytes(aText), TextEncoding::Utf16Little);
+}
+
+/// The value of an attribute as a text; empty for one of bytes.
+ezCString TextOf(const ByteReader& aValue, ASFValue aType) {
+    switch (aType) {
+    case ASFValue::Text:
+        return TextOf(aValue);
+    case ASFValue::Bool:
+    case ASFValue::Number16:
+    case ASFValue::Number32:
+    case ASFValue::Number64:
+        return ezCString::Format("%llu", static_cast<unsigned long long>(ReadASFNumber(aValue)));
+    default:
+        return {};
+    }
+}
+
+/// A track as the older name has it, which counts from 0.
+ezCString CountedFromOne(const ezCString& aText) {
+    const std::uint32_t before = MusicNumberOf(aText.View());
+    return before != 0 || aText == "0" ? ezCString::Format("%u", unsigned{before} + 1) : ezCString();
+}
+
+class Reading {
+public:
+    void TakeDescription(const ByteReader& aObject) {
+        const auto texts = ReadASFDescription(aObject);
+        mValues.Add({MusicField::Title, false}, TextOf(texts[0]));
+        mValues.Add({MusicField::Creator, false}, TextOf(texts[1]));
+    }
+
+    void TakeAttributes(const ByteReader& aObject, ASFAttributes::Form aForm) {
+        ASFAttributes attributes(aObject, aForm);
+        std::uint32_t pictures = 0;
+        ezCString name;
+        ByteReader value = aObject;
+        for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && attributes.Next(&name, &value);
+             ++count) {
+            if (ezIsEqualNoCase(name.View(), "WM/Picture")) {
+                OfferPicture(value);
+                if (++pictures == kASF_MaxPictures) {
+                    return;
+                }
+            } else if (ezIsEqualNoCase(name.View(), "IsVBR")) {
+                mTexts.mfVaries = mTexts.mfVaries || ReadASFNumber(value) != 0;
+            } else if (const TagField* const field = FindTagField(TagWords::ASF, name.View())) {
+                const ezCString text = TextOf(value, attributes.GetType());
+                const bool fFromZero = ezIsEqualNoCase(name.View(), "WM/Track");
+                mValues.Add(*field, fFromZero ? CountedFromOne(text) : text);
+            }
+        }
+    }
+
+    ASFTexts Finish() {
+        mValues.Store(mTexts.mTexts);
+        return mTexts;
+    }
+
+private:
+    void OfferPicture(ByteReader aValue) {
+        ASFPicture picture;
+        if (ReadASFPicture(aValue, kCoverFacts_MaxText, &picture)) {
+            mTexts.mCover.OfferPicture(picture.mType, picture.mMimeType, aValue);
+        }
+    }
+
+    MusicValues mValues;
+    ASFTexts mTexts;
+};
+
+} // namespace
+
+ASFTexts ReadASFTexts(const ASFHeader& aHeader) {
+    Reading reading;
+    if (aHeader.mDescription) {
+        reading.TakeDescription(*aHeader.mDescription);
+    }
+    if (aHeader.mContent) {
+        reading.TakeAttributes(*aHeader.mContent, ASFAttributes::Form::Content);
+    }
+    for (const auto& object : {aHeader.mMetadata, aHeader.mLibrary}) {
+        if (object) {
+            reading.TakeAttributes(*object, ASFAttributes::Form::Library);
+        }
+    }
+    return reading.Finish();
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "ezFormats/asf/ASFHeader.h"
+#include "ezFormats/tags/CoverFacts.h"
+#include "ezFormats/tags/MusicTexts.h"
+
+/// What the texts and attributes of a header tell.
+struct ASFTexts {
+    MusicTexts mTexts;
+    CoverFacts mCover;
+    bool mfVaries = false; ///< the sound's rate does, by its writer's word
+};
+
+/// Reads them: Content Description, then Extended Content, then Metadata Library, which writers put further
+/// values of the same names in.
+ASFTexts ReadASFTexts(const ASFHeader& aHeader);

@@ -148,8 +148,10 @@ TEST(OggParser, LengthIsLookedForInTheLast256KiB) {
     EXPECT_EQ(Length(Vorbis(Sounds(7, 44100, 4096, 200) + Sounds(8, 4096, 4096, 40))), Pages(19483));
     EXPECT_EQ(Length(Vorbis(sound + std::string(300000, 'x'))), "");
     // A header that goes over from one part to the next.
+    const std::string before = sound + std::string(70000, 'x');
     for (std::size_t at = 0; at < 60; at += 3) {
-        EXPECT_EQ(Length(Vorbis(sound + Sound(7, 88200, 20, 1) + std::string(65536 - at, 'x'))), Pages(2000));
+        EXPECT_EQ(Length(Vorbis(before + Sound(7, 88200, 20, 1) + std::string(65536 - at, 'x'))),
+                  Pages(2000));
     }
 }
 
@@ -221,6 +223,36 @@ TEST(OggParser, ChainOfMoreLinksThanReadsIsEstimatedAndNeverShort) {
     const std::uint64_t length = std::stoull(pictures::ValueOf(record, "dm"));
     EXPECT_GE(length, 240000U);
     EXPECT_LE(length, 280000U);
+}
+
+TEST(OggParser, EstimateOfAChainIsNotShortWhereItsFirstLinksTakeMoreBytes) {
+    std::string chain;
+    for (unsigned i = 0; i < 40; ++i) { // 6 s each, the first of a tenth more bytes
+        const unsigned pages = i < 20 ? 66 : 60;
+        chain += Link(i, 44100, Sounds(i, 264600 / pages, 264600 / pages, pages));
+    }
+    const std::string record = Parsed(chain);
+    EXPECT_EQ(Values(record, {"md"}), "md=\"estimate: of the first links\"");
+    EXPECT_GE(std::stoull(pictures::ValueOf(record, "dm")), 240000U);
+}
+
+TEST(OggParser, BorderOfAChainIsFoundWhereverTheLastPartThatIsReadHasIt) {
+    const std::string head = Page(1, kFirst, 0, {VorbisHead(44100)});
+    const std::string first = Link(1, 44100, Sounds(1, 4410, 4410, 10)); // 1 s
+    const std::string second = Link(2, 8000, Sounds(2, 800, 800, 15));   // 1.5 s
+    for (std::size_t border = 65200; border < 65536; border += 7) {
+        std::string chain = first + std::string(head.size() + border - first.size(), 'x') + second;
+        chain += std::string(head.size() + 131072 - 2000 - chain.size(), 'x');
+        chain += Sound(2, 16000, 1, head.size() + 131072 - chain.size() - 27 - 8);
+        ASSERT_EQ(chain.size(), head.size() + 131072); // so one half is a part, to its last byte
+        EXPECT_EQ(Length(chain), Pages(3000)) << border;
+    }
+}
+
+TEST(OggParser, LinksThatShareASerialNumberCountAsOne) {
+    // RFC 3533, 4, forbids it: pages do not say then to which link they belong.
+    const std::string link = Link(1, 44100, Sounds(1, 4410, 4410, 100));
+    EXPECT_EQ(Length(link + link), Pages(10000));
 }
 
 TEST(OggParser, FilmIsAVideoWithTheFactsOfItsSound) {

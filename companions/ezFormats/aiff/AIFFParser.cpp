@@ -152,7 +152,7 @@ bool AIFFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     Chunks chunks = ReadChunks(aBytes, reader, kind == kCodedKind, codePage);
     SoundFacts& sound = chunks.mSound;
-    if (!chunks.mfCommon || (aBytes.HasReadFailed() && aBytes.GetSize())) {
+    if (!chunks.mfCommon || aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, chunks.mfCommon ? "the end of the chunks" : "the description of the sound");
     }
     if (sound.mSamplingRate == 0 || sound.mChannels == 0) {

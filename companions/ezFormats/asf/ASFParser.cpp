@@ -94,7 +94,7 @@ bool ASFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     const ASFLength length = MeasureASF(aBytes, reader, header, budget);
     const ASFTexts texts = ReadASFTexts(header);
     // The length of what could be read would be another one.
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
     anInfo.Set(kezInfo_Container, kContainer_ASF, true);

@@ -183,7 +183,7 @@ bool CAFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     Chunks chunks = ReadChunks(aBytes, reader, CodePage(GetTextCodePage()));
     SoundFacts& sound = chunks.mSound;
-    if (!chunks.mfDescription || (aBytes.HasReadFailed() && aBytes.GetSize())) {
+    if (!chunks.mfDescription || aBytes.HasLostBytes()) {
         return RefuseCut(aBytes,
                          chunks.mfDescription ? "the end of the chunks" : "the description of the sound");
     }

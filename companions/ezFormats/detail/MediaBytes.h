@@ -22,6 +22,10 @@ public:
     /// are none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);
 
+    /// True when bytes that the file has could not be read: without a known size, its end fails as any other
+    /// read does.
+    bool HasLostBytes() const { return HasReadFailed() && GetSize().has_value(); }
+
     /// Raises what the parse may cost by the whole file, of known size, once: its bytes, and two reads for
     /// each 64 KiB of them.
     void AllowWholeMedia();

@@ -185,7 +185,7 @@ bool DSDIFFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     Chunks chunks = ChunksReader(aBytes, codePage).Read(reader);
     const SoundFacts sound = SoundOf(chunks);
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the chunks");
     }
     if (!chunks.IsDescribed()) {

@@ -111,7 +111,7 @@ bool DSFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         tag.Skip(chunks.mTag);
         TakeID3Chunk(aBytes, tag, CodePage(GetTextCodePage()), texts, cover);
     }
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the tag");
     }
     sound.Store(anInfo);

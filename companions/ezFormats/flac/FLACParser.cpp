@@ -186,7 +186,7 @@ bool FLACParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     metadata.mCover.Complete(tags.mCover);
     const SoundFacts sound = ReadSound(aBytes, codePage, metadata);
     // The length of what could be read might be another one.
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
     sound.Store(anInfo);

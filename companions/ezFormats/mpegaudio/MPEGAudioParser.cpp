@@ -79,7 +79,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     measure.Finish(tails.mStart, MayReadWhole());
     // Length and rates of the places that could be read would be other ones. Without a size, the end may be
     // met as an error of the stream.
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
     measure.Store(anInfo);

@@ -132,7 +132,7 @@ bool OggParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         length.Measure();
     }
     // The length of what could be read would be another one.
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
     Store(aBytes, link, length, anInfo);

@@ -138,7 +138,7 @@ bool WAVParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                       CleanText(head.mForm.GetText().View(), TextEncoding::Unstated).c_str());
     }
     const WAVChunks chunks = ReadWAVChunks(aBytes, reader, head, codePage);
-    if (!chunks.mfFormat || (aBytes.HasReadFailed() && aBytes.GetSize())) {
+    if (!chunks.mfFormat || aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, chunks.mfFormat ? "the end of the chunks" : "the description of the sound");
     }
     if (chunks.mFormat.mSamplingRate == 0 || chunks.mFormat.mChannels == 0) {
@@ -147,7 +147,7 @@ bool WAVParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     SoundFacts sound = FactsOf(aBytes, chunks);
     TakeDisguise(aBytes, chunks, sound);
-    if (aBytes.HasReadFailed() && aBytes.GetSize()) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the sound");
     }
     anInfo.Set(kezInfo_MimeType, MimeTypeOf(head, chunks, sound), true);

@@ -63,15 +63,18 @@ bool Has(const std::initializer_list<const char*>& aWords, std::string_view aWor
     return std::find(aWords.begin(), aWords.end(), aWord) != aWords.end();
 }
 
+class FormatDescribed : public testing::TestWithParam<std::size_t> {
+protected:
+    static const FormatDescription& Format() { return *AllFormats::kDescriptions.at(GetParam()); }
+};
+
 } // namespace
 
-template <typename Parser>
-class FormatDescribed : public testing::Test {};
-TYPED_TEST_SUITE(FormatDescribed, AllFormats::As<testing::Types>, );
+INSTANTIATE_TEST_SUITE_P(, FormatDescribed, testing::Range<std::size_t>(0, AllFormats::kCount));
 
-TYPED_TEST(FormatDescribed, LinesAreThoseOfTheDefaultMediaTypesFile) {
+TEST_P(FormatDescribed, LinesAreThoseOfTheDefaultMediaTypesFile) {
     const std::map<std::string, std::string> lines = DefaultLines();
-    const FormatDescription& format = TypeParam::kDescription;
+    const FormatDescription& format = Format();
     ASSERT_NE(format.mLines.size(), 0U);
     for (const MediaTypesLine& line : format.mLines) {
         ASSERT_EQ(lines.count(line.mType), 1U) << line.mType;
@@ -79,8 +82,8 @@ TYPED_TEST(FormatDescribed, LinesAreThoseOfTheDefaultMediaTypesFile) {
     }
 }
 
-TYPED_TEST(FormatDescribed, LinesLeadToItsParserAndTheFirstAnnouncesItsFirstType) {
-    const FormatDescription& format = TypeParam::kDescription;
+TEST_P(FormatDescribed, LinesLeadToItsParserAndTheFirstAnnouncesItsFirstType) {
+    const FormatDescription& format = Format();
     EXPECT_STREQ(format.mLines.begin()->mType, format.mType);
     EXPECT_STREQ(*format.mLines.begin()->mMimeTypes.begin(), format.GetFirstMimeType());
     for (const MediaTypesLine& line : format.mLines) {
@@ -89,8 +92,8 @@ TYPED_TEST(FormatDescribed, LinesLeadToItsParserAndTheFirstAnnouncesItsFirstType
     }
 }
 
-TYPED_TEST(FormatDescribed, NamesAreWordsOfTheirOwn) {
-    const FormatDescription& format = TypeParam::kDescription;
+TEST_P(FormatDescribed, NamesAreWordsOfTheirOwn) {
+    const FormatDescription& format = Format();
     EXPECT_TRUE(IsItem(format.mType));
     EXPECT_NE(format.mType, std::string("any"));
     ASSERT_NE(format.mMimeTypes.size(), 0U);

@@ -21,8 +21,8 @@ constexpr std::uint64_t kLyrics1MaxSize = 5100 + 11;
 /// Looks at the bytes before a position, which no tail before aStart holds.
 class TailReader {
 public:
-    TailReader(ByteSource& aBytes, std::uint64_t aStart)
-        : mBytes(aBytes), mStart(aStart), mPlace(AudioTailPlace(aBytes, aStart).mOffset) {
+    TailReader(ByteSource& aBytes, std::uint64_t aStart, std::uint32_t aSize)
+        : mBytes(aBytes), mStart(aStart), mPlace(AudioTailPlace(aBytes, aStart, aSize).mOffset) {
         mTails.mAudioEnd = aBytes.GetEnd();
     }
 
@@ -142,14 +142,14 @@ private:
 
 } // namespace
 
-BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart) {
+BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart, std::uint32_t aSize) {
     const std::uint64_t end = aBytes.GetEnd();
-    const std::uint64_t size = std::min<std::uint64_t>(end - std::min(aStart, end), kAudioTail_ReadSize);
+    const std::uint64_t size = std::min<std::uint64_t>(end - std::min(aStart, end), aSize);
     return {end - size, size};
 }
 
-AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart) {
-    TailReader tails(aBytes, aStart);
+AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart, std::uint32_t aSize) {
+    TailReader tails(aBytes, aStart, aSize);
     for (unsigned count = 0; count < kAudioTail_MaxCount && tails.Step(); ++count) {
     }
     return tails.Get();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteSource.h"
+#include "ezBytes/Limits.h"
 
 #include <cstdint>
 
@@ -21,8 +22,11 @@ struct AudioTails {
 
 /// Bytes of the end of a file in which the tags' own ends are looked for. Whoever reads in blocks has them
 /// read together before.
-BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart);
+/// @param aSize  how many at most
+BytePiece AudioTailPlace(const ByteSource& aBytes, std::uint64_t aStart,
+                         std::uint32_t aSize = kAudioTail_ReadSize);
 
 /// Finds them by those bytes of a file of known size. None reaches before aStart; one that claims to is not
 /// believed, and neither is what stands before it.
-AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart);
+AudioTails FindAudioTails(ByteSource& aBytes, std::uint64_t aStart,
+                          std::uint32_t aSize = kAudioTail_ReadSize);

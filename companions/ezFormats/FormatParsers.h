@@ -25,7 +25,9 @@ class ezMediaParserManager;
     FORMAT(caf, CAFParser)                                                                                   \
     FORMAT(dsf, DSFParser)                                                                                   \
     FORMAT(dsdiff, DSDIFFParser)                                                                             \
-    FORMAT(asf, ASFParser)
+    FORMAT(asf, ASFParser)                                                                                   \
+    FORMAT(tta, TTAParser)                                                                                   \
+    FORMAT(musepack, MusepackParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

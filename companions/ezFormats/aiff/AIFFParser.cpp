@@ -112,9 +112,8 @@ void Measure(const Chunks& aChunks, SoundFacts& aSound) {
     const std::uint64_t frames = aChunks.mFrames;
     const std::uint32_t packetBytes = aSound.mChannels * aChunks.mPackets.mPacketBytes; // 16 bits by 13
     if (packetBytes == 0) {
-        aSound.mBytes = aChunks.mSoundSize;
-        aSound.mSamples =
-            SoundFacts::IsLengthPlausible(aSound.mBytes, frames, aSound.mSamplingRate) ? frames : 0;
+        aSound.mSamples = frames;
+        aSound.HoldAgainst(aChunks.mSoundSize);
         return;
     }
     aSound.SetPackets(aChunks.mSoundSize, packetBytes, aChunks.mPackets.mPacketSamples);

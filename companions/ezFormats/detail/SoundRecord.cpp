@@ -32,6 +32,11 @@ bool SoundFacts::IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples,
     return kSound_MinBitRate <= rate && rate <= kSound_MaxBitRate;
 }
 
+void SoundFacts::HoldAgainst(std::uint64_t aBytes) {
+    mBytes = aBytes;
+    mSamples = IsLengthPlausible(aBytes, mSamples, mSamplingRate) ? mSamples : 0;
+}
+
 std::uint64_t SoundFacts::GetMilliseconds() const {
     const std::uint64_t milliseconds = ISONumber_Scale(mSamples, 1000, mSamplingRate);
     return milliseconds <= kSound_MaxSeconds * 1000 ? milliseconds : 0;

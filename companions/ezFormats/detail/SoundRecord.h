@@ -27,6 +27,10 @@ struct SoundFacts {
     /// more than 400 million.
     static bool IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples, std::uint32_t aSamplingRate);
 
+    /// These are the bytes of the sound, and the count of samples is one that a header states: it is dropped
+    /// where so many cannot be coded in so many bytes.
+    void HoldAgainst(std::uint64_t aBytes);
+
     /// Milliseconds; 0 where it is not known, and for what is longer than any recording.
     std::uint64_t GetMilliseconds() const;
     /// Bits a second of mBytes; 0 where it cannot be told.

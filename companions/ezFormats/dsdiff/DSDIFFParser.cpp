@@ -153,12 +153,10 @@ SoundFacts SoundOf(const Chunks& aChunks) {
         sound.mDurationMethod = aChunks.mfMeasured ? "constant rate" : "header";
         return sound;
     }
-    const std::uint64_t samples =
-        ISONumber_Scale(aChunks.mFrames, sound.mSamplingRate, aChunks.mFramesASecond);
-    sound.mBytes = aChunks.mSoundSize;
-    const bool fPlausible =
-        sound.mBytes == 0 || SoundFacts::IsLengthPlausible(sound.mBytes, samples, sound.mSamplingRate);
-    sound.mSamples = fPlausible ? samples : 0;
+    sound.mSamples = ISONumber_Scale(aChunks.mFrames, sound.mSamplingRate, aChunks.mFramesASecond);
+    if (aChunks.mSoundSize != 0) {
+        sound.HoldAgainst(aChunks.mSoundSize);
+    }
     return sound;
 }
 

@@ -82,15 +82,16 @@ LeadingTags ReadLeadingTags(MediaBytes& aBytes, const CodePage& aCodePage, std::
     return tags;
 }
 
-TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage) {
+TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage,
+                      std::uint32_t aSize) {
     TailTags tags;
     tags.mStart = aBytes.GetEnd();
-    const BytePiece place = AudioTailPlace(aBytes, aStart);
+    const BytePiece place = AudioTailPlace(aBytes, aStart, aSize);
     const auto size = static_cast<std::size_t>(place.mSize);
     if (!aBytes.GetSize() || !aBytes.Load(place.mOffset, size) || !aBytes.HasBuffered(place.mOffset, size)) {
         return tags;
     }
-    const AudioTails tails = FindAudioTails(aBytes, aStart);
+    const AudioTails tails = FindAudioTails(aBytes, aStart, aSize);
     tags.mStart = tails.mAudioEnd;
     ReadShare few(aBytes, kMusicTexts_MaxReads);
     // ID3v1 stands in the last bytes, which are buffered now.

@@ -3,6 +3,8 @@
 #include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicTexts.h"
 
+#include "ezBytes/Limits.h"
+
 #include <cstdint>
 
 class ByteReader;
@@ -35,7 +37,9 @@ struct TailTags {
 /// Reads the tags at the end of a file: one read, and another for one that is longer. None is found where the
 /// size of the file is not known, or its end cannot be read.
 /// @param aStart  of the sound: no tag reaches before it
-TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage);
+/// @param aSize   bytes of the end that are read for it, and in which the tags' own ends are looked for
+TailTags ReadTailTags(MediaBytes& aBytes, std::uint64_t aStart, const CodePage& aCodePage,
+                      std::uint32_t aSize = kAudioTail_ReadSize);
 
 /// Takes the texts and the cover of an ID3v2 tag that a chunk of a file holds: what is not told yet. A tag
 /// that claims more than the chunk has is read as far as there is any.

@@ -82,6 +82,7 @@ constexpr WordRow kAPE[] = {{"title", MusicField::Title},
                             {"albumartist", MusicField::AlbumArtist},
                             {"composer", MusicField::Composer},
                             {"year", MusicField::Date},
+                            {"date", MusicField::Date}, // of converters that know no keys of this tag
                             {"track", MusicField::Track},
                             {"disc", MusicField::Disc},
                             {"discnumber", MusicField::Disc},

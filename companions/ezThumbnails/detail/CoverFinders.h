@@ -56,8 +56,9 @@ struct FormatCoverFinder {
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
 /// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3"}},    {FindMP4Cover, {"mp4"}},
-    {FindOggCover, {"ogg"}},   {FindWAVCover, {"wav"}},    {FindAIFFCover, {"aiff"}},
-    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}}, {FindASFCover, {"wma"}},
-    {FindAPECover, {"mp3"}},
+    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3", "tta", "mpc"}},
+    {FindMP4Cover, {"mp4"}},   {FindOggCover, {"ogg"}},
+    {FindWAVCover, {"wav"}},   {FindAIFFCover, {"aiff"}},
+    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}},
+    {FindASFCover, {"wma"}},   {FindAPECover, {"mp3", "tta", "mpc"}},
 };

@@ -82,6 +82,7 @@ TEST(TagNames, NamesThatAreLessToThePointSaySo) {
     EXPECT_EQ(Word(TagWords::Vorbis, "performer"), "creator second");
     EXPECT_EQ(Word(TagWords::Vorbis, "year"), "date second");
     EXPECT_EQ(Word(TagWords::APE, "year"), "date");
+    EXPECT_EQ(Word(TagWords::APE, "date"), "date");
     EXPECT_EQ(Letters(TagLetters::ISOAsset, "auth"), "creator second");
 }
 

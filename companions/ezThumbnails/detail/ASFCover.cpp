@@ -6,6 +6,8 @@
 
 #include "ezPlatform/text/Case.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 namespace {
@@ -34,18 +36,22 @@ Cover FindASFCover(ezStream& aStream) {
     }
     std::uint32_t budget = kCover_MaxObjects;
     ASFHeaderWalk walk(objects, budget);
-    CoverChoice choice;
-    std::optional<ByteReader> library; // the other list comes first, wherever they stand
+    // The first of each kind, in the order in which they count, wherever they stand.
+    constexpr std::array<ASFGuid, 3> kLists = {kASF_ExtendedContent, kASF_Metadata, kASF_MetadataLibrary};
+    std::array<std::optional<ByteReader>, kLists.size()> lists;
     ASFGuid kind;
-    for (ByteReader object = objects; !choice.IsFinal() && walk.Next(&kind, &object);) {
-        if (kind == kASF_ExtendedContent) {
-            OfferPictures(object, ASFAttributes::Form::Content, choice);
-        } else if (kind == kASF_MetadataLibrary && !library) {
-            library = object;
+    for (ByteReader object = objects; walk.Next(&kind, &object);) {
+        const auto* const list = std::find(kLists.begin(), kLists.end(), kind);
+        if (list != kLists.end() && !lists[static_cast<std::size_t>(list - kLists.begin())]) {
+            lists[static_cast<std::size_t>(list - kLists.begin())] = object;
         }
     }
-    if (library) {
-        OfferPictures(*library, ASFAttributes::Form::Library, choice);
+    CoverChoice choice;
+    for (std::size_t i = 0; i < lists.size() && !choice.IsFinal(); ++i) {
+        if (lists[i]) {
+            OfferPictures(*lists[i], i == 0 ? ASFAttributes::Form::Content : ASFAttributes::Form::Library,
+                          choice);
+        }
     }
     return choice.Get();
 }

@@ -43,7 +43,7 @@ Cover FindDSDIFFCover(ezStream& aStream);
 /// Any file, from the binary items of an APE tag at its end, also one that ID3v1 or Lyrics3 follows.
 Cover FindAPECover(ezStream& aStream);
 
-/// ASF, from the attributes "WM/Picture" of Extended Content, then of the Metadata Library.
+/// ASF, from the attributes "WM/Picture" of Extended Content, then of Metadata and the Metadata Library.
 Cover FindASFCover(ezStream& aStream);
 
 /// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media

@@ -82,6 +82,9 @@ std::vector<Sample> Samples() {
                      asf::ExtendedContent({asf::Text("Title", "Title"), asf::PictureAttribute(3, picture)}))},
         {"ASF, in the extension", FindASFCover,
          asf::Header(asf::HeaderExtension(asf::Library({asf::PictureAttribute(3, picture)})))},
+        {"ASF, the second of two lists", FindASFCover,
+         asf::Header(asf::HeaderExtension(asf::Library({asf::PictureAttribute(1, back)}, asf::kMetadata) +
+                                          asf::Library({asf::PictureAttribute(3, picture)})))},
     };
 }
 

@@ -27,7 +27,9 @@ class ezMediaParserManager;
     FORMAT(dsdiff, DSDIFFParser)                                                                             \
     FORMAT(asf, ASFParser)                                                                                   \
     FORMAT(tta, TTAParser)                                                                                   \
-    FORMAT(musepack, MusepackParser)
+    FORMAT(musepack, MusepackParser)                                                                         \
+    FORMAT(ape, APEParser)                                                                                   \
+    FORMAT(wavpack, WavPackParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

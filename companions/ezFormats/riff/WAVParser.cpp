@@ -110,6 +110,15 @@ void TakeDisguise(MediaBytes& aBytes, const WAVChunks& aChunks, SoundFacts& aSou
     }
 }
 
+/// Up to version 3, WavPack files begin with the head of the WAV that was packed. Its size is beyond the
+/// file, so that nothing after the start was read.
+bool IsOldWavPack(MediaBytes& aBytes, std::uint64_t aSoundStart) {
+    constexpr std::uint32_t kMark = 0x7776706B; // "wvpk"
+    ByteReader sound(aBytes);
+    sound.Skip(aSoundStart);
+    return aBytes.HasBuffered(aSoundStart, 4) && sound.ReadBig32() == kMark;
+}
+
 const char* MimeTypeOf(const WAVHead& aHead, const WAVChunks& aChunks, const SoundFacts& aSound) {
     if (aSound.mCodec == "DTS" && aChunks.mFormat.mTag == kWaveTag_PCM) {
         return "audio/vnd.dts"; // whoever took it for samples would play noise
@@ -144,6 +153,9 @@ bool WAVParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (chunks.mFormat.mSamplingRate == 0 || chunks.mFormat.mChannels == 0) {
         return Refuse(Cause::Malformed, "%u channels at %u Hz", unsigned{chunks.mFormat.mChannels},
                       unsigned{chunks.mFormat.mSamplingRate});
+    }
+    if (IsOldWavPack(aBytes, chunks.mSound.mStart)) {
+        return Refuse(Cause::Unsupported, "WavPack of a version before 4");
     }
     SoundFacts sound = FactsOf(aBytes, chunks);
     TakeDisguise(aBytes, chunks, sound);

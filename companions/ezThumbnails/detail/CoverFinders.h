@@ -56,9 +56,9 @@ struct FormatCoverFinder {
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
 /// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3", "tta", "mpc"}},
+    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3", "tta", "mpc", "ape", "wv"}},
     {FindMP4Cover, {"mp4"}},   {FindOggCover, {"ogg"}},
     {FindWAVCover, {"wav"}},   {FindAIFFCover, {"aiff"}},
     {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}},
-    {FindASFCover, {"wma"}},   {FindAPECover, {"mp3", "tta", "mpc"}},
+    {FindASFCover, {"wma"}},   {FindAPECover, {"mp3", "tta", "mpc", "ape", "wv"}},
 };

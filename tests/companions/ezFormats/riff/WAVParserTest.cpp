@@ -411,6 +411,11 @@ TEST(WAVParser, OtherFilesOfChunksAreRefusedByTheirForm) {
     EXPECT_EQ(Refusal("FORM....AIFF"), "WAVParser: malformed: begins with 464F524D");
 }
 
+TEST(WAVParser, OldWavPackIsNoWAV) {
+    EXPECT_EQ(Refusal(Wav(Lying("data", 90000, "wvpk" + Sound(400)))),
+              "WAVParser: unsupported: WavPack of a version before 4");
+}
+
 TEST(WAVParser, WhatSaysNothingOfTheSoundIsRefused) {
     EXPECT_EQ(Refusal(Riff(Chunk("data", Sound(400)))),
               "WAVParser: malformed: ends before the description of the sound");

@@ -124,7 +124,8 @@ inline std::string Binary(const std::string& aMajor, const std::string& aForm, c
 }
 
 inline std::string HeaderExtension(const std::string& anObjects) {
-    return Object(kHeaderExtension, std::string(16, 'r') + Little(6, 2) + Little(anObjects.size()) + anObjects);
+    return Object(kHeaderExtension,
+                  std::string(16, 'r') + Little(6, 2) + Little(anObjects.size()) + anObjects);
 }
 
 inline std::string ExtendedStream(unsigned aNumber, std::uint32_t aBitRate, const std::string& anObjects = "",

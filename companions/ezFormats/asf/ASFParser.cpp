@@ -26,9 +26,10 @@ bool IsWMA(const WaveFormat& aFormat) {
 /// is.
 void TakeRates(const ASFStreamFacts& aStream, bool afVaries, SoundFacts& aSound) {
     const WaveFormat& format = aStream.mSound;
-    const std::uint32_t stated = ISONumber_BitRate(format.mAverageBytes, 1, 1);
+    const std::uint32_t number = ISONumber_BitRate(format.mAverageBytes, 1, 1);
+    const std::uint32_t stated = number >= kASF_MinBitRate ? number : 0;
     const bool fConstant = format.mRate != WaveFormat::Rate::Varying || format.mTag == kWaveTag_WMAPro;
-    if (fConstant && !afVaries && stated >= kASF_MinBitRate) {
+    if (fConstant && !afVaries && stated != 0) {
         aSound.mBitRate = stated;
     } else if (IsWMA(format)) {
         aSound.mMaxBitRate = std::max(stated, aStream.mHighBitRate);

@@ -42,6 +42,13 @@ const ezWordForm* BurstFormOf(std::uint32_t aWord) {
     return nullptr;
 }
 
+/// Whether a form begins with these two bytes: few places do, and each of thousands is asked.
+bool IsHeadOfForm(std::uint32_t aHead) {
+    const auto fBegins = [aHead](const ezWordForm& aForm) { return aForm.mSync >> 16 == aHead; };
+    return std::any_of(kDTSForms.begin(), kDTSForms.end(), fBegins) ||
+           std::any_of(kBurstForms.begin(), kBurstForms.end(), fBegins);
+}
+
 /// The first bytes of a stream, in its own order.
 using FirstBytes = std::array<unsigned char, 16>;
 
@@ -98,8 +105,11 @@ std::optional<std::uint64_t> FindSync(MediaBytes& aBytes, std::uint64_t aPlace, 
     const std::size_t there = aBytes.Borrow(aPlace, &bytes);
     const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(there, anEnd - aPlace));
     for (std::size_t i = 0; i + 4 <= count; i += 2) {
-        const std::uint32_t word = std::uint32_t{bytes[i]} << 24 | std::uint32_t{bytes[i + 1]} << 16 |
-                                   std::uint32_t{bytes[i + 2]} << 8 | bytes[i + 3];
+        const std::uint32_t head = std::uint32_t{bytes[i]} << 8 | bytes[i + 1];
+        if (!IsHeadOfForm(head)) {
+            continue;
+        }
+        const std::uint32_t word = head << 16 | std::uint32_t{bytes[i + 2]} << 8 | bytes[i + 3];
         if (ezDTSForm_Of(word) != nullptr || BurstFormOf(word) != nullptr) {
             return aPlace + i;
         }

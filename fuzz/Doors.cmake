@@ -84,6 +84,8 @@ endfunction()
 # A door for each folder of the list of formats: MORE_ is what it is about beside that, LESS_ what it only makes use of.
 set(MORE_mpegaudio ${FORMATS}/tags/*.cpp ${FORMATS}/elementary/WrapperWatch.cpp ${BYTES}/TextBytes.cpp ${BYTES}/Utf8.cpp)
 set(LESS_mpegaudio ${BYTES}/CodePage.cpp ${BYTES}/LeadingTag.cpp)
+set(MORE_ac3 ${FORMATS}/frames/*.cpp)
+set(LESS_adts ${FORMATS}/codecs/AudioSpecificConfig.cpp)
 set(MAGICS)
 get_property(FOLDERS GLOBAL PROPERTY EZ_FORMAT_FOLDERS)
 foreach(FOLDER ${FOLDERS})

@@ -104,6 +104,12 @@ ezCString FormatParser::GetDLNAInfo() {
     return mRules->GetProfileInfo(types);
 }
 
+bool FormatParser::MayReadWholeMedia() const {
+    const ezMimeTypesDotIniParser* const parser =
+        mManager != nullptr ? mManager->GetMimeTypesDotIniParser() : nullptr;
+    return parser != nullptr && parser->IsParseFullFileIfVBR();
+}
+
 const char* FormatParser::GetTextCodePage() const {
     const char* const name = ezPropertyList_Get_charPtr(mEnvironmentInfo, kProperty_TextCodePage);
     return name != nullptr ? name : "";

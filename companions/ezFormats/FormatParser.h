@@ -48,6 +48,10 @@ protected:
     /// then thrown away.
     virtual bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) = 0;
 
+    /// Whether a file may be read whole for the length of sound of a varying rate, as the media types file of
+    /// the manager says; false without one.
+    bool MayReadWholeMedia() const;
+
     /// Why a file is refused.
     using Cause = ezParseRefusal;
 

@@ -29,7 +29,10 @@ class ezMediaParserManager;
     FORMAT(tta, TTAParser)                                                                                   \
     FORMAT(musepack, MusepackParser)                                                                         \
     FORMAT(ape, APEParser)                                                                                   \
-    FORMAT(wavpack, WavPackParser)
+    FORMAT(wavpack, WavPackParser)                                                                           \
+    FORMAT(adts, ADTSParser)                                                                                 \
+    FORMAT(ac3, AC3Parser)                                                                                   \
+    FORMAT(amr, AMRParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

@@ -9,6 +9,7 @@ namespace {
 constexpr std::uint32_t kSync = 0xFFF;
 constexpr std::uint32_t kCRCSize = 2;
 constexpr std::uint32_t kProfileReserved = 3;
+constexpr std::uint32_t kSamplesOfBlock = 1024;
 
 /// Channels by channel_configuration (ISO/IEC 14496-3, 1.6.3.5).
 constexpr std::array<std::uint32_t, 8> kChannels = {0, 1, 2, 3, 4, 5, 6, 8};
@@ -36,6 +37,7 @@ bool ezADTSHeader_ReadFixed(std::uint32_t aFixed, ezADTSHeader& aHeader) {
     aHeader.mSamplingRate = kAACSamplingRates[rate];
     aHeader.mChannels = kChannels[Bits(aFixed, 2, 3)];
     aHeader.mFrameSize = 0;
+    aHeader.mSampleCount = 0;
     aHeader.mFixed = aFixed;
     return true;
 }
@@ -48,6 +50,7 @@ bool ezADTSHeader_Read(const unsigned char* aBytes, ezADTSHeader& aHeader) {
     }
     aHeader.mFrameSize =
         (aBytes[3] & 3U) << 11 | std::uint32_t{aBytes[4]} << 3 | std::uint32_t{aBytes[5]} >> 5;
-    const bool fCRC = Bits(fixed, 12, 1) == 0; // protection_absent
+    aHeader.mSampleCount = kSamplesOfBlock * ((aBytes[6] & 3U) + 1); // number_of_raw_data_blocks_in_frame
+    const bool fCRC = Bits(fixed, 12, 1) == 0;                       // protection_absent
     return aHeader.mFrameSize >= kADTSMinFrameSize + (fCRC ? kCRCSize : 0);
 }

@@ -17,11 +17,12 @@ struct ezADTSHeader {
     std::uint32_t mSamplingRate; ///< Hz, of the core where there is SBR
     std::uint32_t mChannels;     ///< 0: a program_config_element in the frame tells
     std::uint32_t mFrameSize;    ///< bytes, header included
+    std::uint32_t mSampleCount;  ///< of a channel, of the core; one to four blocks of 1024
     std::uint32_t mFixed;        ///< the 28 bits of adts_fixed_header, the same all through a stream
 };
 
 /// Takes the kADTSHeaderSize bytes of a header apart. False for bytes that are not one.
 bool ezADTSHeader_Read(const unsigned char* aBytes, ezADTSHeader& aHeader);
 
-/// The facts that the fixed part alone tells; the size of the frame stays 0.
+/// The facts that the fixed part alone tells; the size of the frame stays 0, and so do its samples.
 bool ezADTSHeader_ReadFixed(std::uint32_t aFixed, ezADTSHeader& aHeader);

@@ -20,6 +20,20 @@ constexpr std::array<FrameType, 9> kWide = {{{18, 6600},
                                              {59, 23050},
                                              {61, 23850}}};
 
+// Types after those of speech (3GPP TS 26.101, table 1a; 26.201, table 1a).
+constexpr std::uint32_t kSIDSize = 6;
+constexpr std::uint32_t kEmptySize = 1;
+constexpr unsigned kLost = 14; ///< of AMR-WB alone
+constexpr unsigned kNoData = 15;
+
+template <std::size_t Size>
+std::uint32_t SizeOf(const std::array<FrameType, Size>& aTypes, unsigned aType) {
+    if (aType < aTypes.size()) {
+        return aTypes[aType].mBytes;
+    }
+    return aType == aTypes.size() ? kSIDSize : aType == kNoData ? kEmptySize : 0;
+}
+
 template <std::size_t Size>
 std::uint32_t Find(const std::array<FrameType, Size>& aTypes, std::uint64_t aBytes, std::uint64_t aFrames) {
     const std::uint64_t whole = aBytes / aFrames;
@@ -39,4 +53,11 @@ std::uint32_t AMRFrames_BitRate(std::uint64_t aBytes, std::uint64_t aFrames, boo
         return 0;
     }
     return afWide ? Find(kWide, aBytes, aFrames) : Find(kNarrow, aBytes, aFrames);
+}
+
+std::uint32_t AMRFrames_SizeOf(unsigned aType, bool afWide) {
+    if (afWide && aType == kLost) {
+        return kEmptySize;
+    }
+    return afWide ? SizeOf(kWide, aType) : SizeOf(kNarrow, aType);
 }

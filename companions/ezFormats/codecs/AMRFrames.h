@@ -8,3 +8,10 @@
 /// a frame of that band has, and where there is no frame.
 /// @param afWide  AMR-WB, not AMR
 std::uint32_t AMRFrames_BitRate(std::uint64_t aBytes, std::uint64_t aFrames, bool afWide);
+
+/// Bytes of the largest frame in a file, of AMR-WB.
+inline constexpr std::uint32_t kAMRMaxFrameSize = 61;
+
+/// Bytes of a frame in a file, header included, by the type in its header: speech, comfort noise (SID), or
+/// nothing. 0 for a type that is reserved, or of another system.
+std::uint32_t AMRFrames_SizeOf(unsigned aType, bool afWide);

@@ -18,6 +18,16 @@ constexpr std::uint32_t kMaxBSID = 16;
 
 constexpr std::array<std::uint32_t, 4> kBlocks = {1, 2, 3, 6};
 
+// Places of a chanmap: L, C, R, Ls, Rs, Lc and Rc, Lrs and Rrs, Cs, Ts, Lsd and Rsd, Lw and Rw, Lvh and Rvh,
+// Cvh, Lts and Rts, LFE2, LFE.
+constexpr std::uint32_t kPlaceLFE = 0x0001;
+constexpr std::uint32_t kPairs = 0x0400 | 0x0200 | 0x0040 | 0x0020 | 0x0010 | 0x0004;
+constexpr unsigned kPlaceCount = 16;
+
+/// By acmod; a single surround channel stands at Cs.
+constexpr std::array<std::uint32_t, 8> kPlacesOfMode = {0xA000, 0x4000, 0xA000, 0xE000,
+                                                        0xA100, 0xE100, 0xB800, 0xF800};
+
 } // namespace
 
 bool ezEAC3Header_ReadFields(std::uint32_t aFields, ezEAC3Header& aHeader) {
@@ -42,6 +52,7 @@ bool ezEAC3Header_ReadFields(std::uint32_t aFields, ezEAC3Header& aHeader) {
     aHeader.mSampleCount = kSamplesOfBlock * (fHalved ? kBlocksHalved : kBlocks[numblkscod]);
     aHeader.mChannels = kAC3Channels[acmod] + lfeon;
     aHeader.mFrameSize = 2 * (frmsiz + 1);
+    aHeader.mfDependent = strmtyp == kStreamDependent;
     aHeader.mfMain = strmtyp != kStreamDependent && substreamid == 0;
     return true;
 }
@@ -63,4 +74,32 @@ bool ezEAC3Header_IsSameStream(std::uint32_t aFirst, std::uint32_t aSecond) {
     const bool fAlike = first.mfMain && second.mfMain;
     const std::uint32_t same = kRateAndBlocks | kBSID | (fAlike ? kAcmodAndLfeon : 0);
     return ((aFirst ^ aSecond) & same) == 0 && (first.mfMain || second.mfMain);
+}
+
+std::uint32_t ezEAC3Header_PlacesOfMode(std::uint32_t anAcmod, bool afLFE) {
+    return kPlacesOfMode[anAcmod % kPlacesOfMode.size()] | (afLFE ? kPlaceLFE : 0);
+}
+
+std::uint32_t ezEAC3Header_Places(const unsigned char* aBytes) {
+    ezBitReader bits(aBytes, 8 * kEAC3MapSize);
+    bits.Skip(16); // syncword
+    const std::uint32_t strmtyp = bits.Read(2);
+    bits.Skip(3 + 11 + 2 + 2); // substreamid, frmsiz, fscod, numblkscod
+    const std::uint32_t acmod = bits.Read(3);
+    const bool fLFE = bits.Read(1) != 0;
+    bits.Skip(5); // bsid
+    for (unsigned programme = 0; programme < (acmod == 0 ? 2U : 1U); ++programme) {
+        bits.Skip(5);                         // dialnorm
+        bits.Skip(bits.Read(1) != 0 ? 8 : 0); // compre, compr
+    }
+    const bool fMap = strmtyp == kStreamDependent && bits.Read(1) != 0; // chanmape
+    return fMap ? bits.Read(kPlaceCount) : ezEAC3Header_PlacesOfMode(acmod, fLFE);
+}
+
+std::uint32_t ezEAC3Header_CountChannels(std::uint32_t aPlaces) {
+    std::uint32_t count = 0;
+    for (unsigned place = 0; place < kPlaceCount; ++place) {
+        count += (aPlaces >> place & 1U) + (aPlaces >> place & kPairs >> place & 1U);
+    }
+    return count;
 }

@@ -15,6 +15,7 @@ struct ezEAC3Header {
     std::uint32_t mChannels;     ///< the LFE channel included
     std::uint32_t mFrameSize;    ///< bytes
     bool mfMain;                 ///< of the first programme, and not an addition to its channels
+    bool mfDependent;            ///< an addition to the channels of the programme before it
 };
 
 /// Takes the four bytes of a header after its syncword apart, as one number. False for bytes that are no
@@ -29,6 +30,17 @@ inline std::uint32_t ezEAC3Header_Fields(const unsigned char* aBytes) {
     return std::uint32_t{aBytes[2]} << 24 | std::uint32_t{aBytes[3]} << 16 | std::uint32_t{aBytes[4]} << 8 |
            aBytes[5];
 }
+
+/// Bytes of an E-AC-3 frame up to the chanmap of a dependent substream, if it has one.
+inline constexpr std::uint32_t kEAC3MapSize = 12;
+
+/// The places of the channels of a frame of kEAC3MapSize bytes and more, as a chanmap has them (E.1.3.1.8): a
+/// bit each, of which some are of two channels. By its chanmap, or by acmod and lfeon.
+std::uint32_t ezEAC3Header_Places(const unsigned char* aBytes);
+/// Those that acmod and lfeon stand for, of AC-3 as well. Of dual mono there are two.
+std::uint32_t ezEAC3Header_PlacesOfMode(std::uint32_t anAcmod, bool afLFE);
+/// The channels of so many places.
+std::uint32_t ezEAC3Header_CountChannels(std::uint32_t aPlaces);
 
 /// True when two frames may stand in one stream: other substreams stand between those of the first programme.
 bool ezEAC3Header_IsSameStream(std::uint32_t aFirst, std::uint32_t aSecond);

@@ -54,6 +54,10 @@ void SoundFacts::Store(ezMediaInfo& anInfo) const {
     const std::uint64_t milliseconds = GetMilliseconds();
     if (milliseconds != 0) {
         anInfo.SetDuration(milliseconds, mDurationMethod);
+        const std::uint64_t bound = ISONumber_Scale(mBoundSamples, 1000, mSamplingRate);
+        if (bound != 0) {
+            anInfo.Set(kezInfo_DurationBound, bound, true);
+        }
     }
     if (mCodec == "LPCM") {
         StoreNumber(anInfo, kezInfo_AudioBitRate, mSamplingRate);
@@ -65,7 +69,8 @@ void SoundFacts::Store(ezMediaInfo& anInfo) const {
         anInfo.Set(kezInfo_AudioBitRate, mBitRate, true);
     } else {
         anInfo.Set(kezInfo_AudioBitRate, kezMediaInfo_VariableRate, true);
-        StoreNumber(anInfo, kezInfo_AudioEstimatedBitRate, GetMeanBitRate());
+        const std::uint32_t mean = GetMeanBitRate();
+        StoreNumber(anInfo, kezInfo_AudioEstimatedBitRate, mean != 0 ? mean : mEstimatedBitRate);
         StoreNumber(anInfo, kezInfo_AudioMaxBitRate, mMaxBitRate);
     }
 }

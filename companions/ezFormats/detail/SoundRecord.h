@@ -14,7 +14,10 @@ struct SoundFacts {
     std::uint32_t mBitsPerSample = 0; ///< not stored where no sample has so many
     std::uint64_t mSamples = 0;       ///< of a channel, at mSamplingRate: the length
     const char* mDurationMethod = "header";
+    std::uint64_t mBoundSamples = 0; ///< by which an estimate may be too long; 0: nothing tells
 
+    /// Bits a second of a sound of varying rate whose length is not known: of what was seen of it.
+    std::uint32_t mEstimatedBitRate = 0;
     std::uint64_t mBytes = 0;      ///< of the sound: the mean bit rate is that of these in that time
     std::uint32_t mBitRate = 0;    ///< bits a second, where the format states a constant one
     std::uint32_t mMaxBitRate = 0; ///< bits a second, of a varying one

@@ -8,14 +8,6 @@
 class ezMediaInfo;
 class MediaBytes;
 
-/// The first byte from a position on that is not zero: writers leave zeros after tags. At most
-/// kMPEGAudio_SearchSize of them.
-std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition);
-
-/// The name of another format, whose file may hold frames of MPEG audio, that begins at a position; null when
-/// none does.
-const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition);
-
 /// The length and the rates of the sound of a file.
 class MPEGAudioMeasure {
 public:

@@ -2,6 +2,7 @@
 
 #include "ezFormats/codecs/MPEGAudioHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/frames/OtherFormat.h"
 #include "ezFormats/mpegaudio/MPEGAudioFile.h"
 #include "ezFormats/mpegaudio/MPEGAudioLimits.h"
 #include "ezFormats/tags/SongTags.h"
@@ -9,8 +10,6 @@
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
 
-#include "ez/MediaParserManager.h"
-#include "ez/MimeTypesDotIniParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 namespace {
@@ -42,12 +41,6 @@ bool MPEGAudioParser::IsAt(ByteReader aBytes) {
     return ((word ^ second) & kSame) == 0 && ezMPEGAudioHeader_Read(second, header);
 }
 
-bool MPEGAudioParser::MayReadWhole() const {
-    const ezMimeTypesDotIniParser* const parser =
-        mManager != nullptr ? mManager->GetMimeTypesDotIniParser() : nullptr;
-    return parser != nullptr && parser->IsParseFullFileIfVBR();
-}
-
 bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     const CodePage codePage(GetTextCodePage());
     LeadingTags tags = ReadLeadingTags(aBytes, codePage, kMPEGAudio_SurveySize);
@@ -76,7 +69,7 @@ bool MPEGAudioParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                       unsigned{frames.GetCount()}, static_cast<LongLong>(frames.GetFirst().mPosition),
                       static_cast<LongLong>(frames.GetEnd()));
     }
-    measure.Finish(tails.mStart, MayReadWhole());
+    measure.Finish(tails.mStart, MayReadWholeMedia());
     // Length and rates of the places that could be read would be other ones. Without a size, the end may be
     // met as an error of the stream.
     if (aBytes.HasLostBytes()) {

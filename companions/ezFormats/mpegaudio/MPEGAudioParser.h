@@ -58,7 +58,4 @@ public:
 
 protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;
-
-private:
-    bool MayReadWhole() const;
 };

@@ -61,6 +61,17 @@ HEAAC_L2_ISO_320  audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k 
 HEAAC_L2_ISO      audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
 HEAAC_MULT5_ISO   audio/mp4,audio/3gpp  audio-codec=HE-AAC sampling-rate=8k-48k channels=3-6 audio-bit-rate=1-1440k
 
+# AAC in ADTS frames. Their headers tell the core alone: at up to 24 kHz it may be that of HE-AAC, which nothing says, and
+# there is no telling which of AAC_ADTS and HEAAC_L2_ADTS it is. No file says that it is of HEAAC_L3, HEAAC_MULT5 or
+# HE-AACv2.
+AAC_ADTS_320    audio/aac>audio/vnd.dlna.adts  audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-320k
+AAC_ADTS        audio/aac>audio/vnd.dlna.adts  audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-576k
+AAC_MULT5_ADTS  audio/aac>audio/vnd.dlna.adts  audio-codec=AAC sampling-rate=32k-48k channels=3-6 audio-bit-rate=1-1440k
+
+# AC-3 and E-AC-3. Half and quarter sampling rates have no profile, and neither has 7.1.
+AC3   audio/ac3>audio/vnd.dolby.dd-raw  audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+EAC3  audio/eac3                        audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-6144k
+
 # AMR. Its rate is that of the speech, by the type of its frames: the bytes of a file are more.
 AMR_3GPP    audio/mp4,audio/3gpp  audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 AMR_WBplus  audio/mp4,audio/3gpp  audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k

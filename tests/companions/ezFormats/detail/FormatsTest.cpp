@@ -155,7 +155,8 @@ TEST(Formats, EachFolderWithAParserOfFilesIsInTheList) {
     const std::filesystem::path root = EZ_SAMPLES "/../companions/ezFormats";
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
         const bool fHeader = entry.path().extension() == ".h";
-        if (fHeader && ReadWholeFile(entry.path()).find(" : public FormatParser {") != std::string::npos) {
+        if (fHeader &&
+            ReadWholeFile(entry.path()).find("FormatDescription kDescription = {") != std::string::npos) {
             found.insert(entry.path().lexically_relative(root).string());
         }
     }

@@ -321,6 +321,29 @@ void ExpectProfiles(const std::string& aStart, const std::vector<Met>& aMet) {
 
 // Media as they are met. The limits stand here once more, so that no slip of the table goes unseen.
 
+TEST(BuiltInProfileRules, FramesWithoutAContainerKeepWhatTheirHeadersSay) {
+    ExpectProfiles("mt=audio/aac ", {{"ca=AAC sf=44100 ac=2 ar=320000", "AAC_ADTS_320"},
+                                     {"ca=AAC sf=44100 ac=2 ar=4294967295 ea=128000", "AAC_ADTS_320"},
+                                     {"ca=AAC sf=48000 ac=1 ar=321000", "AAC_ADTS"},
+                                     {"ca=AAC sf=32000 ac=2 ar=576000", "AAC_ADTS"},
+                                     {"ca=AAC sf=48000 ac=2 ar=577000", ""},
+                                     {"ca=AAC sf=48000 ac=6 ar=1440000", "AAC_MULT5_ADTS"},
+                                     {"ca=AAC sf=48000 ac=8 ar=384000", ""},
+                                     {"ca=AAC sf=24000 ac=2 ar=48000", ""}, // it may be the core of HE-AAC
+                                     {"ca=AAC sf=48000 ar=128000", ""},
+                                     {"ca=AAC-Main sf=48000 ac=2 ar=128000", ""}});
+    ExpectProfiles("mt=audio/ac3 ", {{"ca=AC3 sf=48000 ac=6 ar=640000", "AC3"},
+                                     {"ca=AC3 sf=44100 ac=1 ar=64000", "AC3"},
+                                     {"ca=AC3 sf=44100 ac=1 ar=56000", ""},
+                                     {"ca=AC3 sf=24000 ac=2 ar=96000", ""},
+                                     {"ca=EAC3 sf=48000 ac=6 ar=640000", ""}});
+    ExpectProfiles("mt=audio/eac3 ", {{"ca=EAC3 sf=48000 ac=6 ar=6144000", "EAC3"},
+                                      {"ca=EAC3 sf=32000 ac=2 ar=32000", "EAC3"},
+                                      {"ca=EAC3 sf=48000 ac=8 ar=768000", ""},
+                                      {"ca=AC3 sf=48000 ac=6 ar=640000", ""}});
+    ExpectProfiles("mt=audio/amr ", {{"ca=AMR sf=8000 ac=1 ar=12200", ""}}); // in 3GP alone
+}
+
 TEST(BuiltInProfileRules, MPEGAudioKeepsMP3AndMP3X) {
     ExpectProfiles("mt=audio/mpeg ", {{"ca=MP3 sf=44100 ac=2 ar=128000", "MP3"},
                                       {"ca=MP3 sf=48000 ac=1 ar=4294967295 ma=320000", "MP3"},

@@ -291,3 +291,20 @@ TEST(ProfileFamilies, SoundAndPicturesOfTheirOwn) {
                  {"mt=image/gif wi=1600 he=1200", "GIF_LRG image/gif"},
                  {"mt=image/gif wi=1601 he=1200", ""}});
 }
+
+// Raw samples have no header, so no parser of files gives their type: the name or the operator's table does.
+TEST(ProfileFamilies, RawSamplesByTheFactsOfTheirType) {
+    const Family family(
+        "LPCM audio/L16 audio-codec=LPCM sampling-rate=44.1k,48k channels=1-2 bits-per-sample=16\n"
+        "LPCM_low audio/L16 audio-codec=LPCM sampling-rate=8k-32k channels=1-2 "
+        "bits-per-sample=16\n");
+    ExpectAnnounced(family,
+                    {{"mt=audio/L16;rate=44100;channels=2 ca=LPCM ar=44100 ac=2 bs=16", "LPCM audio/l16"},
+                     {"mt=audio/l16;rate=48000 ca=LPCM ar=48000 ac=1 bs=16", "LPCM audio/l16"},
+                     {"mt=audio/L16;rate=22050;channels=1 ca=LPCM ar=22050 ac=1 bs=16", "LPCM_low audio/l16"},
+                     {"mt=audio/L16;rate=96000;channels=2 ca=LPCM ar=96000 ac=2 bs=16", ""},
+                     {"mt=audio/L16 ca=LPCM ar=44100 ac=6 bs=16", ""},
+                     {"mt=audio/L16", ""}, // rate and channels are not known
+                     {"mt=audio/wav ca=LPCM ar=44100 ac=2 bs=16", ""},
+                     {"mt=audio/x-aiff ca=LPCM ar=44100 ac=2 bs=16", ""}});
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+class MediaBytes;
+
+/// The first byte from a position on that is not zero: writers leave zeros after tags. At most
+/// kFrames_SearchSize of them.
+std::uint64_t AfterZeros(MediaBytes& aBytes, std::uint64_t aPosition);
+
+/// The name of another format than MPEG audio that begins at a position, and whose file may hold frames of
+/// sound in a row; null when none does.
+const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition);

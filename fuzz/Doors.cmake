@@ -86,6 +86,8 @@ set(MORE_mpegaudio ${FORMATS}/tags/*.cpp ${FORMATS}/elementary/WrapperWatch.cpp 
 set(LESS_mpegaudio ${BYTES}/CodePage.cpp ${BYTES}/LeadingTag.cpp)
 set(MORE_ac3 ${FORMATS}/frames/*.cpp)
 set(LESS_adts ${FORMATS}/codecs/AudioSpecificConfig.cpp)
+set(MORE_dts ${FORMATS}/frames/*.cpp)
+set(MORE_mlp ${FORMATS}/frames/*.cpp)
 set(MAGICS)
 get_property(FOLDERS GLOBAL PROPERTY EZ_FORMAT_FOLDERS)
 foreach(FOLDER ${FOLDERS})

@@ -32,6 +32,8 @@ class ezMediaParserManager;
     FORMAT(wavpack, WavPackParser)                                                                           \
     FORMAT(adts, ADTSParser)                                                                                 \
     FORMAT(ac3, AC3Parser)                                                                                   \
+    FORMAT(dts, DTSParser)                                                                                   \
+    FORMAT(mlp, MLPParser)                                                                                   \
     FORMAT(amr, AMRParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and

@@ -37,14 +37,10 @@ constexpr std::array<std::uint32_t, 4> kClocks = {32000, 44100, 48000, 0};
 
 /// What of it decides how the rest is to be read.
 struct Head {
-    std::uint32_t mIndex = 0;
-    std::uint32_t mSize = 0;
+    ezDTSSubstream mSubstream;
     unsigned mSizeBits = 0; ///< of the number that tells the size of a frame
     bool mfStatic = false;  ///< fields that are the same in every frame are there
     bool mfMixing = false;  ///< and so may be what is asked of a mixer
-    std::uint32_t mAssets = 1;
-    std::uint32_t mClock = 0;
-    std::uint32_t mDuration = 0; ///< ticks of the clock
 };
 
 std::uint32_t CountBits(std::uint32_t aMask) {
@@ -59,7 +55,7 @@ std::uint32_t CountBits(std::uint32_t aMask) {
 void SkipPresentations(ezBitReader& aBits, std::uint32_t aPresentations, Head& aHead) {
     std::uint32_t masks = 0;
     for (std::uint32_t i = 0; i < aPresentations; ++i) {
-        masks += CountBits(aBits.Read(aHead.mIndex + 1)); // nuActiveExSSMask
+        masks += CountBits(aBits.Read(aHead.mSubstream.mIndex + 1)); // nuActiveExSSMask
     }
     aBits.Skip(std::size_t{8} * masks); // nuActiveAssetMask
     aHead.mfMixing = aBits.ReadFlag();  // bMixMetadataEnbl
@@ -71,28 +67,35 @@ void SkipPresentations(ezBitReader& aBits, std::uint32_t aPresentations, Head& a
     }
 }
 
-/// Up to the descriptors of the assets (7.4.1).
-bool ReadHead(ezBitReader& aBits, Head& aHead, ezDTSExtension& anExtension) {
-    aBits.Skip(32 + 8); // SYNCEXTSSH, UserDefinedBits
-    aHead.mIndex = aBits.Read(2);
+/// Up to the time that the frame takes (7.4.1).
+bool ReadHead(ezBitReader& aBits, Head& aHead) {
+    ezDTSSubstream& substream = aHead.mSubstream;
+    const std::uint32_t sync = aBits.Read(32);
+    aBits.Skip(8); // UserDefinedBits
+    substream.mIndex = aBits.Read(2);
     const bool fLong = aBits.ReadFlag(); // bHeaderSizeType
     aHead.mSizeBits = fLong ? 20 : 16;
-    aHead.mSize = aBits.Read(fLong ? 12 : 8) + 1;
-    anExtension.mFrameSize = aBits.Read(aHead.mSizeBits) + 1;
-    if (aBits.HasFailed() || aHead.mSize < kDTSExtensionMinSize || aHead.mSize >= anExtension.mFrameSize) {
-        return false;
-    }
+    substream.mHeaderSize = aBits.Read(fLong ? 12 : 8) + 1;
+    substream.mSize = aBits.Read(aHead.mSizeBits) + 1;
     aHead.mfStatic = aBits.ReadFlag();
     if (aHead.mfStatic) {
-        aHead.mClock = kClocks[aBits.Read(2)];
-        aHead.mDuration = 512 * (aBits.Read(3) + 1);
+        substream.mClock = kClocks[aBits.Read(2)];
+        substream.mTicks = 512 * (aBits.Read(3) + 1);
+    }
+    return !aBits.HasFailed() && sync == kSyncExtension && substream.mHeaderSize >= kDTSExtensionMinSize &&
+           substream.mHeaderSize < substream.mSize && (!aHead.mfStatic || substream.mClock != 0);
+}
+
+/// From there on to the descriptors of the assets.
+void SkipToAssets(ezBitReader& aBits, Head& aHead) {
+    std::uint32_t assets = 1;
+    if (aHead.mfStatic) {
         aBits.Skip(aBits.ReadFlag() ? 32 + 4 : 0); // nuTimeStamp
         const std::uint32_t presentations = aBits.Read(3) + 1;
-        aHead.mAssets = aBits.Read(3) + 1;
+        assets = aBits.Read(3) + 1;
         SkipPresentations(aBits, presentations, aHead);
     }
-    aBits.Skip(std::size_t{aHead.mSizeBits} * aHead.mAssets); // nuAssetFsize
-    return true;
+    aBits.Skip(std::size_t{aHead.mSizeBits} * assets); // nuAssetFsize
 }
 
 /// Where channels stand, each of its own.
@@ -118,7 +121,7 @@ void SkipSpeakers(ezBitReader& aBits, std::uint32_t aChannels, bool& afStereo) {
 }
 
 /// What is the same in every frame (7.5.2.1).
-void ReadStaticFields(ezBitReader& aBits, const Head& aHead, ezDTSExtension& anExtension, bool& afStereo) {
+void ReadStaticFields(ezBitReader& aBits, ezDTSExtension& anExtension, bool& afStereo) {
     aBits.Skip(aBits.ReadFlag() ? 4 : 0);  // nuAssetTypeDescriptor
     aBits.Skip(aBits.ReadFlag() ? 24 : 0); // LanguageDescriptor
     if (aBits.ReadFlag()) {                // bInfoTextPresent
@@ -133,9 +136,6 @@ void ReadStaticFields(ezBitReader& aBits, const Head& aHead, ezDTSExtension& anE
     anExtension.mBitsPerSample = resolution;
     anExtension.mSamplingRate = rate;
     anExtension.mChannels = channels;
-    anExtension.mSampleCount =
-        aHead.mClock != 0 ? static_cast<std::uint32_t>(std::uint64_t{aHead.mDuration} * rate / aHead.mClock)
-                          : 0;
     if (aBits.ReadFlag()) { // bOne2OneMapChannels2Speakers
         SkipSpeakers(aBits, channels, afStereo);
     } else {
@@ -196,6 +196,14 @@ ezDTSExtension::Kind KindOfAsset(const unsigned char* aBytes, std::size_t aCount
 
 } // namespace
 
+const ezWordForm* ezDTSExtensionForm_Of(std::uint32_t aWord) {
+    static constexpr std::array<ezWordForm, 2> kForms = {
+        {{kSyncExtension, false, 16}, {0x58642520, true, 16}}};
+    const auto* const form = std::find_if(kForms.begin(), kForms.end(),
+                                          [aWord](const ezWordForm& aForm) { return aForm.mSync == aWord; });
+    return form != kForms.end() ? form : nullptr;
+}
+
 const ezWordForm* ezDTSForm_Of(std::uint32_t aWord) {
     const auto* const form = std::find_if(kDTSForms.begin(), kDTSForms.end(),
                                           [aWord](const ezWordForm& aForm) { return aForm.mSync == aWord; });
@@ -254,24 +262,34 @@ const char* ezDTSExtension::GetCodecName() const {
     return kNames[static_cast<std::size_t>(mKind)];
 }
 
+bool ezDTSSubstream_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSSubstream* aSubstream) {
+    ezBitReader bits(aBytes, 8 * aCount);
+    Head head;
+    if (!ReadHead(bits, head)) {
+        return false;
+    }
+    *aSubstream = head.mSubstream;
+    return true;
+}
+
 bool ezDTSExtension_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSExtension& anExtension) {
     ezBitReader bits(aBytes, 8 * aCount);
-    ezBitReader word = bits;
     Head head;
     ezDTSExtension extension;
-    if (word.Read(32) != kSyncExtension || !ReadHead(bits, head, extension)) {
+    if (!ReadHead(bits, head)) {
         return false;
     }
     bool fStereo = false;
+    SkipToAssets(bits, head);
     bits.Skip(9 + 3); // nuAssetDescriptFsize, nuAssetIndex
     if (head.mfStatic) {
-        ReadStaticFields(bits, head, extension, fStereo);
+        ReadStaticFields(bits, extension, fStereo);
     }
     if (SkipDynamicFields(bits, head.mfMixing, fStereo)) {
         extension.mKind = ReadKind(bits);
     }
     if (extension.mKind == ezDTSExtension::Kind::Unknown) {
-        extension.mKind = KindOfAsset(aBytes, aCount, head.mSize);
+        extension.mKind = KindOfAsset(aBytes, aCount, head.mSubstream.mHeaderSize);
     }
     anExtension = extension;
     return true;

@@ -24,6 +24,9 @@ inline constexpr std::array<ezWordForm, 4> kDTSForms = {
 /// The form whose first four bytes these are; null for none.
 const ezWordForm* ezDTSForm_Of(std::uint32_t aWord);
 
+/// That of an extension substream, which has the first two of the forms; null for none.
+const ezWordForm* ezDTSExtensionForm_Of(std::uint32_t aWord);
+
 /// Puts what stands in a form in the order of the stream.
 /// @param aCount    bytes there; of an odd one out nothing is taken
 /// @param aStream   as many bytes, at least
@@ -51,6 +54,18 @@ inline constexpr std::uint32_t kDTSMaxFrameSize = 16384;
 /// none.
 bool ezDTSHeader_Read(const unsigned char* aBytes, ezDTSHeader& aHeader);
 
+/// Where an extension substream stands in a frame, and how long it is (ETSI TS 102 114, 7.4.1).
+struct ezDTSSubstream {
+    std::uint32_t mIndex = 0;      ///< among those of a frame
+    std::uint32_t mHeaderSize = 0; ///< bytes
+    std::uint32_t mSize = 0;       ///< bytes, header included
+    std::uint32_t mClock = 0;      ///< ticks a second; 0: not told, as what is the same in all frames may be
+    std::uint32_t mTicks = 0;      ///< that the frame takes
+};
+
+/// Takes the first kDTSExtensionMinSize bytes of one apart, or more. False for bytes that are none.
+bool ezDTSSubstream_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSSubstream* aSubstream);
+
 /// What the header of an extension substream tells (ETSI TS 102 114, 7.4 and 7.5), of the first asset.
 /// Numbers are 0 where it does not.
 struct ezDTSExtension {
@@ -62,21 +77,16 @@ struct ezDTSExtension {
     };
 
     Kind mKind = Kind::Unknown;
-    std::uint32_t mFrameSize = 0;    ///< bytes, header included
     std::uint32_t mSamplingRate = 0; ///< Hz
     std::uint32_t mChannels = 0;
     std::uint32_t mBitsPerSample = 0;
-    std::uint32_t mSampleCount = 0; ///< of a channel in the frame, at the sampling rate
 
     /// As kezInfo_AudioCodec names it.
     const char* GetCodecName() const;
 };
 
-/// Bytes of an extension that are looked at, the most: all of its header, but for texts of a kilobyte.
-inline constexpr std::size_t kDTSExtensionLookSize = 512;
-
-/// Bytes of an extension that tell its size.
-inline constexpr std::size_t kDTSExtensionMinSize = 10;
+/// Bytes of an extension that tell its size and its time.
+inline constexpr std::size_t kDTSExtensionMinSize = 11;
 
 /// Takes the start of an extension substream apart, in the order of the stream: what does not lie within
 /// aCount bytes is not told. False for bytes that are none.

@@ -1,12 +1,14 @@
 #include "ezFormats/riff/WAVParser.h"
 
 #include "companions/ezFormats/ChunkBytes.h"
+#include "companions/ezFormats/codecs/DTSBytes.h"
 
 #include "support/Samples.h"
 
 #include <gtest/gtest.h>
 
 using namespace chunks;
+using dts::Swapped;
 using namespace std::string_literals;
 
 // Coded sound in place of samples.
@@ -19,40 +21,16 @@ std::string Wav(const std::string& aSound, const Fmt& aFormat = kCD) {
     return Riff(Chunk("fmt ", aFormat.Bytes()) + Chunk("data", aSound));
 }
 
-std::string Swapped(std::string aBytes) {
-    for (std::size_t i = 0; i + 1 < aBytes.size(); i += 2) {
-        std::swap(aBytes[i], aBytes[i + 1]);
-    }
-    return aBytes;
-}
-
-/// Bits, each a character, as words of so many of them in two bytes.
-std::string Words(const std::string& aBits, std::size_t aWordBits) {
-    std::string words;
-    for (std::size_t i = 0; i < aBits.size(); i += aWordBits) {
-        std::string word = aBits.substr(i, aWordBits);
-        word.resize(aWordBits, '0');
-        std::uint64_t number = std::stoul(word, nullptr, 2);
-        number |= aWordBits == 14 && word[0] == '1' ? 0xC000U : 0U; // the sign goes on
-        words += Big(number, 2);
-    }
-    return words;
-}
-
-std::string Bits(std::uint64_t aValue, std::size_t aCount) {
-    std::string bits;
-    for (std::size_t i = aCount; i-- > 0;) {
-        bits += (aValue >> i & 1) != 0 ? '1' : '0';
-    }
-    return bits;
-}
-
-/// The header of a frame of DTS: of five channels and LFE, 44.1 kHz, unless it is said otherwise.
+/// The header of a frame of DTS in words of so many bits: of five channels and LFE, 44.1 kHz, unless it is
+/// said otherwise.
 std::string DTSHeader(std::size_t aWordBits, unsigned aBlocks = 16, unsigned aLayout = 9, unsigned aRate = 8,
                       unsigned aSize = 2013) {
-    return Words(Bits(0x7FFE8001, 32) + Bits(0x7C, 7) + Bits(aBlocks - 1, 7) + Bits(aSize - 1, 14) +
-                     Bits(aLayout, 6) + Bits(aRate, 4) + Bits(24, 5) + Bits(0, 10) + Bits(2, 2),
-                 aWordBits);
+    dts::Core core;
+    core.mBlocks = aBlocks;
+    core.mLayout = aLayout;
+    core.mRate = aRate;
+    core.mSize = aSize;
+    return aWordBits == 14 ? dts::Words14(core.Header()) : core.Header();
 }
 
 /// Some frames, each in the room of its samples.

@@ -64,7 +64,7 @@ std::vector<std::string> CostlyFiles() {
                 File(open, pictures, std::string(200000, '\xFF'))};
 }
 
-const FormatFiles kFiles("flac", {16, 1U << 20}, {"ca", "ac", "bs", "ta"}, UsualFiles, CostlyFiles);
+const FormatFiles kFiles("flac", {16, 1U << 20}, {"ca", "ac", "ta"}, UsualFiles, CostlyFiles);
 
 } // namespace
 

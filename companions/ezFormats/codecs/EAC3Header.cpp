@@ -81,7 +81,7 @@ std::uint32_t ezEAC3Header_PlacesOfMode(std::uint32_t anAcmod, bool afLFE) {
 }
 
 std::uint32_t ezEAC3Header_Places(const unsigned char* aBytes) {
-    ezBitReader bits(aBytes, 8 * kEAC3MapSize);
+    ezBitReader bits(aBytes, std::size_t{8} * kEAC3MapSize);
     bits.Skip(16); // syncword
     const std::uint32_t strmtyp = bits.Read(2);
     bits.Skip(3 + 11 + 2 + 2); // substreamid, frmsiz, fscod, numblkscod

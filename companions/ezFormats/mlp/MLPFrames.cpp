@@ -36,6 +36,10 @@ bool IsSumRight(const unsigned char* aBytes, std::uint32_t aSubstreams) {
 MLPFrames::MLPFrames() : FrameReader({kHeaderSize, kMinUnitSize, kMaxUnitSize, 4, 2, true}) {}
 
 bool MLPFrames::Read(const unsigned char* aBytes, CodedFrame* aFrame) const {
+    constexpr unsigned char kSyncStart = 0xF8; // most bytes of a search begin nothing, which one tells
+    if (aBytes[kHeadSize] != kSyncStart) {
+        return false;
+    }
     ezMLPHeader header;
     const std::uint32_t substreams = aBytes[kHeaderSize - 1] >> 4U;
     if (!ezMLPHeader_Read(aBytes + kHeadSize, header) || substreams == 0 || substreams > kMaxSubstreams) {

@@ -5,6 +5,6 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
-    CoverDoor_Check(aData, aSize, FindFLACCover, false, false);
+    CoverDoor_Check(aData, aSize, FindFLACCover, true, false);
     return 0;
 }

@@ -162,7 +162,8 @@ inline void CoverDoor_Check(const std::uint8_t* aData, std::size_t aSize, CoverD
         return;
     }
     FuzzCheck(cover.mMimeType.StartsWith("image/") && cover.mMimeType.GetLength() > 6);
-    FuzzCheck(cover.mfBase64 == afBase64 && (afBase64 || cover.mfDeflated || cover.mEncodedOffset == 0));
+    FuzzCheck(!cover.mfBase64 || afBase64); // a container may have others beside them
+    FuzzCheck(cover.mfBase64 || cover.mfDeflated || cover.mEncodedOffset == 0);
     FuzzCheck(cover.mfDeflated == (cover.mMaxInflated != 0) && cover.mMaxInflated <= kCover_MaxInflatedSize);
     FuzzCheck((!cover.mfUnsynchronised && !cover.mfDeflated) || afID3);
     CoverDoor_CheckPieces(cover, aSize);

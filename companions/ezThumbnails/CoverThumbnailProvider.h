@@ -7,9 +7,9 @@
 #include <cstddef>
 
 /// Makes thumbnails of the cover that a file carries within itself: in an ID3v2 tag at its start, in FLAC, in
-/// MP4 and its kin, in Ogg, in WAV, AIFF, DSF and DSDIFF, and in an APE tag at its end. The content counts,
-/// not the file's name or type. Of several pictures it is the first typed as front, else the first of another
-/// type, never a file icon (docs/serving-thumbnails.md has the rest).
+/// MP4 and its kin, in Ogg, in WAV, AIFF, DSF, DSDIFF and ASF, and in an APE tag at its end. The content
+/// counts, not the file's name or type. Of several pictures it is the first typed as front, else the first of
+/// another type, never a file icon (docs/serving-thumbnails.md has the rest).
 ///
 /// Looking reads at most 16 MiB, and usually some KiB. The picture is read where it lies, up to 16 MiB, or,
 /// where it lies in pieces or is packed, gathered in memory, up to 8 MiB.

@@ -11,6 +11,6 @@ struct ASFTexts {
     bool mfVaries = false; ///< the sound's rate does, by its writer's word
 };
 
-/// Reads them: Content Description, then Extended Content, then Metadata Library, which writers put further
-/// values of the same names in.
+/// Reads them: Content Description, then Extended Content, then Metadata and Metadata Library, which writers
+/// put further values of the same names in.
 ASFTexts ReadASFTexts(const ASFHeader& aHeader);

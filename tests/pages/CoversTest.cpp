@@ -1,6 +1,12 @@
 #include "companions/ezFormats/FormatHost.h"
 #include "companions/ezThumbnails/CoverKit.h"
 
+#include <cstddef>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
 // Covers: what a record tells of one, and what a thumbnail is made of, are read by two libraries. Both must
 // mean the same picture.
 
@@ -63,4 +69,25 @@ TEST(Covers, ThoseInOddPlacesAreToldAndFound) {
         EXPECT_EQ(Told(bytes, name), "image/jpeg " + std::to_string(picture.size())) << name;
         EXPECT_EQ(Found(bytes), Told(bytes, name)) << name;
     }
+}
+
+TEST(Covers, ThoseOfTagsAroundFramesAreToldAndFound) {
+    const std::string picture = Jpeg(std::string(700, 'x'));
+    const std::string before = ID3(3, 0, Frame23("APIC", Apic(3, picture)));
+    const std::string after = APE2(ApePicture(picture, "Cover Art (Front)"));
+    const std::set<std::string> names = {"formats/5.1.aac",  "formats/44-khz.ac3", "formats/slow.eac3",
+                                         "formats/mono.dts", "formats/truehd.thd", "formats/mlp.mlp"};
+    std::size_t count = 0;
+    for (const SampleFile& sample : AllSamples()) {
+        if (names.count(sample.mName) == 0) {
+            continue;
+        }
+        ++count;
+        for (const std::string& bytes : {before + sample.mBytes, sample.mBytes + after}) {
+            EXPECT_EQ(Told(bytes, sample.mName), "image/jpeg " + std::to_string(picture.size()))
+                << sample.mName;
+            EXPECT_EQ(Found(bytes), Told(bytes, sample.mName)) << sample.mName;
+        }
+    }
+    EXPECT_EQ(count, names.size());
 }

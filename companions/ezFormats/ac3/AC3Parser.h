@@ -43,8 +43,8 @@ public:
     static constexpr FormatNotes kNotes = {
         "AC-3 and E-AC-3",
         "Frames without a container",
-        "ID3v2 and APE before the frames; then APE, Lyrics3 and ID3v1 after them",
-        "programmes after the first; whether there are objects in E-AC-3",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, programmes after the first, whether there are objects in E-AC-3",
         {9, 144U << 10},
     };
 

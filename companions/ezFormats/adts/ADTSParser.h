@@ -41,9 +41,9 @@ public:
     static constexpr FormatNotes kNotes = {
         "AAC in ADTS frames",
         "Frames without a container",
-        "ID3v2 and APE before the frames; then APE, Lyrics3 and ID3v1 after them",
-        "whether there is spectral band replication or parametric stereo: no header says it; channels that a "
-        "`program_config_element` tells; ADIF, and LATM",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound; whether there is spectral band replication or parametric stereo: no "
+        "header says it; channels that a `program_config_element` tells; ADIF, and LATM",
         {9, 144U << 10},
     };
 

@@ -32,7 +32,7 @@ public:
     };
 
     static constexpr FormatNotes kNotes = {
-        "AMR and AMR-WB", "Frames without a container", "", "which speaker a channel is of", {9, 144U << 10},
+        "AMR and AMR-WB", "Frames without a container", "", "which speaker a channel is for", {9, 144U << 10},
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared

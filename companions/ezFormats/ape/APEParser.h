@@ -37,8 +37,8 @@ public:
     static constexpr FormatNotes kNotes = {
         "APE",
         "APE and WavPack",
-        "ID3v2 before the sound; APE, Lyrics3, ID3v1 with its enhanced form after it",
-        "versions before 3.80, the head of the WAV that was packed, APE tags before the sound",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, the head of the WAV that was packed; versions before 3.80",
         {2, 24U << 10},
     };
 

@@ -43,7 +43,7 @@ public:
     static constexpr FormatNotes kNotes = {
         "ASF: Windows Media",
         "ASF: Windows Media",
-        "Content Description; Extended Content; Metadata Library",
+        "Content Description; Extended Content; Metadata; Metadata Library",
         "what the video is, markers, scripts, indexes, languages of streams, who may play what is encrypted",
         {2, 64U << 10},
     };

@@ -36,7 +36,7 @@ public:
         "DSDIFF",
         "DSF and DSDIFF",
         "ID3v2 in a chunk (`ID3 `); `DITI` and `DIAR` of `DIIN`",
-        "comments, markers, which channels there are, the index of compressed frames",
+        "comments, markers, which speaker a channel is for, the index of compressed frames",
         {2, 16U << 10},
     };
 

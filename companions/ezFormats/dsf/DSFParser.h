@@ -39,7 +39,7 @@ public:
         "DSF",
         "DSF and DSDIFF",
         "ID3v2 at the place that the head names",
-        "which channels there are",
+        "which speaker a channel is for",
         {2, 16U << 10},
     };
 

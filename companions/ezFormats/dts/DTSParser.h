@@ -38,9 +38,9 @@ public:
     static constexpr FormatNotes kNotes = {
         "DTS and DTS-HD",
         "Frames without a container",
-        "ID3v2 and APE before the frames; then APE, Lyrics3 and ID3v1 after them",
-        "what a stream with a core holds in a second asset, time codes and names in a file with a head, "
-        "objects (DTS:X)",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, what a stream with a core holds in a second asset, time codes and names "
+        "in a file with a head, objects (DTS:X)",
         {9, 144U << 10},
     };
 

@@ -34,8 +34,8 @@ public:
     static constexpr FormatNotes kNotes = {
         "TrueHD and MLP",
         "Frames without a container",
-        "ID3v2 and APE before the frames; then APE, Lyrics3 and ID3v1 after them",
-        "smaller presentations, objects (Atmos), the AC-3 between the units",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, smaller presentations, objects (Atmos), the AC-3 between the units",
         {9, 144U << 10},
     };
 

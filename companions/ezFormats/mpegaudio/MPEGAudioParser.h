@@ -47,8 +47,8 @@ public:
     static constexpr FormatNotes kNotes = {
         "MPEG audio",
         "MPEG audio",
-        "ID3v2 and APE before the sound; APE, Lyrics3, ID3v1 with its enhanced form after it",
-        "tags in the middle of the sound, chapters, lyrics, ratings, gain",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, tags in the middle of it, chapters, lyrics, ratings, gain",
         {7, 96U << 10},
     };
 

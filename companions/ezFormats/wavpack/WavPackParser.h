@@ -35,10 +35,9 @@ public:
     static constexpr FormatNotes kNotes = {
         "WavPack",
         "APE and WavPack",
-        "ID3v2 before the sound; APE, Lyrics3, ID3v1 with its enhanced form after it",
-        "versions 1 to 3, files of corrections (`.wvc`), the head of the file that was packed, which speaker "
-        "a "
-        "channel is for, APE tags before the sound",
+        "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
+        "APE tags before the sound, the head of the file that was packed, which speaker a channel is for; "
+        "versions 1 to 3, files of corrections (`.wvc`)",
         {2, 24U << 10},
     };
 

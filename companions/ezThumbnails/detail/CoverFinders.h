@@ -53,12 +53,15 @@ struct FormatCoverFinder {
     std::initializer_list<const char*> mFormats;
 };
 
+/// Formats of sound that tags stand around, before it and after it.
+inline constexpr std::initializer_list<const char*> kTaggedFormats = {"mp3",  "tta", "mpc", "ape", "wv",
+                                                                      "adts", "ac3", "dts", "mlp"};
+
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
 /// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}}, {FindID3Cover, {"mp3", "tta", "mpc", "ape", "wv"}},
-    {FindMP4Cover, {"mp4"}},   {FindOggCover, {"ogg"}},
-    {FindWAVCover, {"wav"}},   {FindAIFFCover, {"aiff"}},
-    {FindDSFCover, {"dsf"}},   {FindDSDIFFCover, {"dff"}},
-    {FindASFCover, {"wma"}},   {FindAPECover, {"mp3", "tta", "mpc", "ape", "wv"}},
+    {FindFLACCover, {"flac"}},      {FindID3Cover, kTaggedFormats}, {FindMP4Cover, {"mp4"}},
+    {FindOggCover, {"ogg"}},        {FindWAVCover, {"wav"}},        {FindAIFFCover, {"aiff"}},
+    {FindDSFCover, {"dsf"}},        {FindDSDIFFCover, {"dff"}},     {FindASFCover, {"wma"}},
+    {FindAPECover, kTaggedFormats},
 };

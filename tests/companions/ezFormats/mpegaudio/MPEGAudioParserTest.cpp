@@ -179,6 +179,9 @@ TEST(MPEGAudioParser, ALeadingTagThatClaimsTheFileEndsWithItsHeader) {
 TEST(MPEGAudioParser, FilesOfOtherFormatsAreRefusedWhateverSoundTheyHold) {
     const std::string song = Song(40);
     const std::string starts[] = {"RIFF\1\2\3\4WAVE",
+                                  "BW64\xFF\xFF\xFF\xFFWAVE",
+                                  "riff\x2E\x91\xCF\x11",
+                                  "caff\0\1\0\0"s,
                                   Big(32, 4) + "ftypisom",
                                   Big(8, 4) + "mdat",
                                   "\xFF\xD8\xFF\xE0",

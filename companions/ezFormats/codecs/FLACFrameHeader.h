@@ -17,9 +17,6 @@ struct FLACFrameHeader {
     std::uint64_t GetEnd() const { return mFirstSample + mBlockSize; }
 };
 
-/// Bytes that a header may have: sync code and codes 4, coded number 7, block size 2, sampling rate 2, CRC 1.
-inline constexpr std::uint32_t kFLACFrameHeader_MaxSize = 16;
-
 /// Reads a header where the reader stands. False for what is not one: sync code, reserved values, the check
 /// sum, or channels, bits and sampling rate that are not the stream's, where the stream states them.
 bool ReadFLACFrameHeader(ByteReader aReader, const FLACStreamInfo& aStream, FLACFrameHeader* aHeader);

@@ -165,11 +165,24 @@ FrameSurvey CodedFrames::Survey(const CodedFrame& aFirst, std::uint64_t aLimit) 
     return survey;
 }
 
-FrameSurvey CodedFrames::SurveyBuffered(const CodedFrame& aFirst, std::uint64_t aLimit) {
+FrameSurvey CodedFrames::SurveyBuffered(const CodedFrame& aFirst, std::uint64_t aLimit, FrameSurvey* aWhole) {
+    FrameSurvey all;
+    FrameSurvey whole;
+    CodedFrame frame = aFirst;
+    bool fBetween = false;
+    bool fNext = true;
     mfBufferedOnly = true;
-    const FrameSurvey survey = Survey(aFirst, aLimit);
+    while (fNext) {
+        all.Add(frame);
+        fNext = all.mEnd < aLimit && Next(frame, &frame);
+        fBetween = fBetween || frame.mfBetween;
+        if (fNext && !frame.mfBetween) {
+            whole = all;
+        }
+    }
     mfBufferedOnly = false;
-    return survey;
+    *aWhole = fBetween && whole.mFrames != 0 ? whole : all;
+    return all;
 }
 
 bool AreFramesAt(const FrameReader& aReader, ByteReader aBytes) {

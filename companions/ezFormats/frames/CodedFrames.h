@@ -56,7 +56,10 @@ public:
     /// Looks at the frames from one of them on, which counts, up to aLimit, reading on where it takes that.
     FrameSurvey Survey(const CodedFrame& aFirst, std::uint64_t aLimit);
     /// The same as far as they are buffered.
-    FrameSurvey SurveyBuffered(const CodedFrame& aFirst, std::uint64_t aLimit);
+    /// @param aWhole  those before the last frame with which a stream may begin, if there are others between
+    ///                such frames; else all. Such frames are larger, and a place begins with one: where it
+    ///                ended anywhere, it would hold too many of them.
+    FrameSurvey SurveyBuffered(const CodedFrame& aFirst, std::uint64_t aLimit, FrameSurvey* aWhole);
 
     /// How many bytes are read at once, where a frame is not buffered.
     void SetStep(std::uint32_t aStep) { mStep = aStep; }

@@ -36,7 +36,7 @@ void FrameMeasure::LookAtStart() {
     mPlaceSize =
         std::min(std::max(kFrames_PlaceLength * first.mSize, kFrames_PlaceSize), kFrames_MaxPlaceSize);
     mBytes.Load(first.mPosition, mPlaceSize);
-    mStart = mFrames.SurveyBuffered(first, first.mPosition + mPlaceSize);
+    mStart = mFrames.SurveyBuffered(first, first.mPosition + mPlaceSize, &mWholeStart);
     mAll = mStart;
 }
 
@@ -46,7 +46,7 @@ bool FrameMeasure::LookAt(std::uint64_t aPlace, std::uint64_t anEnd, FrameSurvey
     if (aPlace >= anEnd || !mFrames.FindNear(aPlace, mPlaceSize, &frame)) {
         return false;
     }
-    *aSurvey = mFrames.SurveyBuffered(frame, std::min(aPlace + mPlaceSize, anEnd));
+    mFrames.SurveyBuffered(frame, std::min(aPlace + mPlaceSize, anEnd), aSurvey);
     mAll.Add(*aSurvey);
     return true;
 }
@@ -79,6 +79,7 @@ void FrameMeasure::Finish(std::uint64_t anEnd, bool afMayReadWhole) {
     if ((afMayReadWhole || mSize <= kFrames_CountedSize) && CountAll(anEnd, afMayReadWhole)) {
         return;
     }
+    mStart = mWholeStart;
     Estimate(LookAround(end, anEnd), end);
 }
 
@@ -149,7 +150,7 @@ void FrameMeasure::PassSilence(const FrameSurvey& aInner, std::uint64_t anEnd) {
         if (!mFrames.FindNear(mStart.mEnd, mPlaceSize, &frame)) {
             return;
         }
-        next = mFrames.SurveyBuffered(frame, frame.mPosition + mPlaceSize);
+        mFrames.SurveyBuffered(frame, frame.mPosition + mPlaceSize, &next);
         mStart.Add(next);
         mStart.mEnd = next.mEnd;
     }

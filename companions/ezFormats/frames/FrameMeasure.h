@@ -51,6 +51,7 @@ private:
     CodedFrames& mFrames;
     std::uint32_t mPlaceSize;
     FrameSurvey mStart;         ///< from the first frame on
+    FrameSurvey mWholeStart;    ///< the same, of which the rest begins with a frame like the first
     FrameSurvey mAll;           ///< all that was looked at
     std::uint64_t mSize = 0;    ///< bytes of the sound
     std::uint64_t mSamples = 0; ///< of a channel; 0: not known

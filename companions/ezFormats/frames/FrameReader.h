@@ -16,6 +16,7 @@ struct CodedFrame {
     std::uint64_t mKind = 0;
     /// What else a reader wants to know of the first frame and its parts, of its own making.
     std::uint64_t mDetails = 0;
+    bool mfBetween = false; ///< no stream begins with it: it stands between two with which one may
 };
 
 /// What the frames of a format look like: each has one.

@@ -66,5 +66,6 @@ bool MLPFrames::ReadNext(const unsigned char* aBytes, const CodedFrame& aBefore,
         return true;
     }
     aFrame->mSize = SizeOf(aBytes);
+    aFrame->mfBetween = true;
     return IsSumRight(aBytes, static_cast<std::uint32_t>(aBefore.mKind & kSubstreamsMask));
 }

@@ -80,6 +80,16 @@ std::uint32_t ezEAC3Header_PlacesOfMode(std::uint32_t anAcmod, bool afLFE) {
     return kPlacesOfMode[anAcmod % kPlacesOfMode.size()] | (afLFE ? kPlaceLFE : 0);
 }
 
+std::uint32_t ezEAC3Header_PlacesOfLocation(std::uint32_t aChanLoc) {
+    constexpr std::array<std::uint32_t, 9> kPlaces = {
+        0x0400, 0x0200, 0x0100, 0x0080, 0x0040, 0x0020, 0x0010, 0x0008, 0x0002}; // by bit, the lowest first
+    std::uint32_t places = 0;
+    for (std::size_t i = 0; i < kPlaces.size(); ++i) {
+        places |= (aChanLoc >> i & 1U) != 0 ? kPlaces[i] : 0;
+    }
+    return places;
+}
+
 std::uint32_t ezEAC3Header_Places(const unsigned char* aBytes) {
     ezBitReader bits(aBytes, std::size_t{8} * kEAC3MapSize);
     bits.Skip(16); // syncword

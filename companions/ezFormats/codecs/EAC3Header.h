@@ -39,6 +39,8 @@ inline constexpr std::uint32_t kEAC3MapSize = 12;
 std::uint32_t ezEAC3Header_Places(const unsigned char* aBytes);
 /// Those that acmod and lfeon stand for, of AC-3 as well. Of dual mono there are two.
 std::uint32_t ezEAC3Header_PlacesOfMode(std::uint32_t anAcmod, bool afLFE);
+/// Those that a chan_loc stands for, which a box of ISO media has instead of a chanmap (F.6).
+std::uint32_t ezEAC3Header_PlacesOfLocation(std::uint32_t aChanLoc);
 /// The channels of so many places.
 std::uint32_t ezEAC3Header_CountChannels(std::uint32_t aPlaces);
 

@@ -3,6 +3,7 @@
 #include "ezFormats/codecs/AC3Header.h"
 #include "ezFormats/codecs/AC4Config.h"
 #include "ezFormats/codecs/DTSHeader.h"
+#include "ezFormats/codecs/EAC3Header.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/IAMFConfig.h"
 #include "ezFormats/codecs/MLPHeader.h"
@@ -36,8 +37,15 @@ void ReadAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
     TakeRates(0, facts.mBitRate, anEntry.mCodec);
 }
 
-/// Of E-AC-3: the rate of all substreams together, and the first programme (F.6). What dependent substreams
-/// add to its channels is not counted.
+/// Where dependent substreams of the first programme of E-AC-3 have channels. The box may end before it says
+/// that there are such substreams.
+std::uint32_t ReadDependentPlaces(ByteReader& aBox) {
+    const auto fields = static_cast<std::uint32_t>(aBox.ReadBig(2));
+    const std::uint32_t count = fields >> 9 & 0xFU; // num_dep_sub, then chan_loc
+    return aBox.HasFailed() || count == 0 ? 0 : ezEAC3Header_PlacesOfLocation(fields & 0x1FFU);
+}
+
+/// Of E-AC-3: the rate of all substreams together, and the channels of the first programme (F.6).
 void ReadEAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
     const auto head = static_cast<std::uint32_t>(aBox.ReadBig(2));
     const auto programme = static_cast<std::uint32_t>(aBox.ReadBig(2));
@@ -47,7 +55,8 @@ void ReadEAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
     }
     anEntry.mfConfigured = true;
     anEntry.mCodec.mSamplingRate = kAC3SamplingRates[rate];
-    anEntry.mCodec.mChannels = kAC3Channels[programme >> 1 & 7U] + (programme & 1U);
+    anEntry.mCodec.mChannels = ezEAC3Header_CountChannels(
+        ezEAC3Header_PlacesOfMode(programme >> 1 & 7U, (programme & 1U) != 0) | ReadDependentPlaces(aBox));
     TakeRates(0, (head >> 3) * 1000, anEntry.mCodec);
 }
 

@@ -242,6 +242,10 @@ TEST(ISOAudio, DolbyStreamsAreDescribedByTheirBoxes) {
     const std::string eac3 =
         Parsed(AudioFile(AudioEntry("ec-3", Box("dec3", Hex({0x06, 0x00, 0x20, 0x0F, 0x00})))));
     EXPECT_EQ(Values(eac3, {"ca", "sf", "ac", "ar"}), "ca=\"EAC3\" sf=48000 ac=6 ar=192000");
+    // 000 0001 0 00000010: and a dependent substream, with the pair at the rear.
+    const std::string rears =
+        Parsed(AudioFile(AudioEntry("ec-3", Box("dec3", Hex({0x06, 0x00, 0x20, 0x0F, 0x02, 0x02})))));
+    EXPECT_EQ(Values(rears, {"ca", "sf", "ac", "ar"}), "ca=\"EAC3\" sf=48000 ac=8 ar=192000");
     // A reserved rate: what the entry says.
     EXPECT_EQ(Audio(AudioEntry("ac-3", Box("dac3", Hex({0xD0, 0x3D, 0xC0})))), "ca=\"AC3\" sf=44100 ac=2");
 }

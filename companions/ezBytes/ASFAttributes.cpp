@@ -8,12 +8,12 @@
 
 namespace {
 
-/// Reads a text up to its end, two zeros; fails where there is none within so many bytes.
+/// Reads a text up to its end, a unit of 0; fails where none stands within so many bytes.
 std::string ReadUnits(ByteReader& aReader, std::uint32_t aMaxText) {
     std::string units;
     while (aReader.Require(units.size() <= aMaxText)) {
         const std::uint64_t unit = aReader.ReadLittle(2);
-        if (unit == 0) { // or there is none
+        if (unit == 0) { // which a failed reader gives, too
             break;
         }
         units.push_back(static_cast<char>(unit & 0xFF));

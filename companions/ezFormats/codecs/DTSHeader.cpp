@@ -15,7 +15,7 @@ constexpr const char* kMasterAudio = "DTS-HD-MA";
 constexpr const char* kLowBitRate = "DTS-HD-LBR";
 
 // Codes of EXT_AUDIO_ID (5.3.1)
-constexpr std::uint32_t kExtensionChannel = 0; ///< XCH: one more behind
+constexpr std::uint32_t kExtensionChannel = 0; ///< XCH: one more at the back
 constexpr std::uint32_t kExtensionRate = 2;    ///< X96k: at twice the rate
 
 /// Channels by AMODE; further codes are of the user's own.
@@ -143,7 +143,7 @@ void ReadStaticFields(ezBitReader& aBits, ezDTSExtension& anExtension, bool& afS
     }
 }
 
-/// What changes from frame to frame (7.5.2.2), up to what a mixer is told. False where it is told that.
+/// What changes from frame to frame (7.5.2.2), up to what is asked of a mixer. False where something is.
 bool SkipDynamicFields(ezBitReader& aBits, bool afMixing, bool afStereo) {
     const bool fRange = aBits.ReadFlag(); // bDRCCoefPresent
     aBits.Skip(fRange ? 8 : 0);

@@ -95,5 +95,5 @@ bool ezDTSExtension_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSE
 /// Channels by a mask of loudspeakers, of which some bits are pairs (7.5.2.1, nuSpkrActivityMask).
 std::uint32_t ezDTSChannelsOfMask(std::uint32_t aMask);
 
-/// Name of the codec by StreamConstruction (annex E); empty for one of nobody.
+/// Name of the codec by StreamConstruction (annex E); empty for a reserved one.
 const char* ezDTSNameOfConstruction(std::uint32_t aConstruction);

@@ -16,7 +16,7 @@ struct ezMLPHeader {
 /// Bytes from a major sync, the four of its format included, to the highest rate.
 inline constexpr std::size_t kMLPSyncSize = 16;
 
-/// Takes the fields of TrueHD's format apart (format_info). False for a rate of nobody.
+/// Takes the fields of TrueHD's format apart (format_info). False for a reserved rate.
 bool ezMLPHeader_ReadTrueHD(std::uint32_t aFormat, ezMLPHeader& aHeader);
 
 /// The highest rate, from the sixteenths of a bit for each sample that it is stated in (peak_data_rate).

@@ -245,7 +245,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     StoreTypes(top, media.mMovie, anInfo);
     StoreFacts(media, anInfo);
     // After "moov", the end of a file of unknown size may be met as an error of the stream.
-    if (aBytes.HasReadFailed() && media.mSize) {
+    if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the fragments");
     }
     return true;

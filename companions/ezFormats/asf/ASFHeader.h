@@ -36,8 +36,7 @@ struct ASFHeader {
     std::optional<ByteReader> mMetadata;
     std::optional<ByteReader> mLibrary;
 
-    /// The first of its kind, and of several that carry the same the one with the highest rate; null where
-    /// there is none.
+    /// The one of its kind with the highest rate, of several of that the first; null where there is none.
     const ASFStreamFacts* Find(ASFStreamKind aKind) const;
     std::uint32_t Count(ASFStreamKind aKind) const;
 };

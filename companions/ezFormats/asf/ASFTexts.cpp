@@ -10,6 +10,8 @@
 
 #include "ezPlatform/text/Case.h"
 
+#include <optional>
+
 namespace {
 
 ezCString TextOf(ByteReader aText) {
@@ -39,6 +41,9 @@ ezCString CountedFromOne(const ezCString& aText) {
 
 class Reading {
 public:
+    /// @param aSound  number of the stream that is announced; 0 where there is none
+    explicit Reading(unsigned aSound) : mSound(aSound) {}
+
     void TakeDescription(const ByteReader& aObject) {
         const auto texts = ReadASFDescription(aObject);
         mValues.Add({MusicField::Title, false}, TextOf(texts[0]));
@@ -58,7 +63,7 @@ public:
                     return;
                 }
             } else if (ezIsEqualNoCase(name.View(), "IsVBR")) {
-                mTexts.mfVaries = mTexts.mfVaries || ReadASFNumber(value) != 0;
+                TakeVaries(attributes.GetStream(), ReadASFNumber(value) != 0);
             } else if (const TagField* const field = FindTagField(TagWords::ASF, name.View())) {
                 const ezCString text = TextOf(value, attributes.GetType());
                 const bool fFromZero = ezIsEqualNoCase(name.View(), "WM/Track");
@@ -69,6 +74,7 @@ public:
 
     ASFTexts Finish() {
         mValues.Store(mTexts.mTexts);
+        mTexts.mfVaries = mSoundVaries.value_or(mfFileVaries);
         return mTexts;
     }
 
@@ -80,14 +86,27 @@ private:
         }
     }
 
+    /// Of a film the file as a whole may vary, and its pictures, where the sound does not.
+    void TakeVaries(unsigned aStream, bool afVaries) {
+        if (aStream == 0) {
+            mfFileVaries = mfFileVaries || afVaries;
+        } else if (aStream == mSound) {
+            mSoundVaries = mSoundVaries.value_or(false) || afVaries;
+        }
+    }
+
     MusicValues mValues;
     ASFTexts mTexts;
+    unsigned mSound;
+    bool mfFileVaries = false;
+    std::optional<bool> mSoundVaries; ///< nothing where only the file says
 };
 
 } // namespace
 
 ASFTexts ReadASFTexts(const ASFHeader& aHeader) {
-    Reading reading;
+    const ASFStreamFacts* const sound = aHeader.Find(ASFStreamKind::Sound);
+    Reading reading(sound != nullptr ? sound->mNumber : 0);
     if (aHeader.mDescription) {
         reading.TakeDescription(*aHeader.mDescription);
     }

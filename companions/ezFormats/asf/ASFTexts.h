@@ -8,7 +8,7 @@
 struct ASFTexts {
     MusicTexts mTexts;
     CoverFacts mCover;
-    bool mfVaries = false; ///< the sound's rate does, by its writer's word
+    bool mfVaries = false; ///< the sound's rate does, by what is said of it, or else of the file
 };
 
 /// Reads them: Content Description, then Extended Content, then Metadata and Metadata Library, which writers

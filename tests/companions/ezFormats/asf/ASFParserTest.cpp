@@ -284,6 +284,14 @@ TEST(ASFParser, StatedMeanOfAVaryingRateIsItsPeak) {
               "4294967295|80000|128000");
     EXPECT_EQ(rates(ExtendedContent({varies}) + HeaderExtension(ExtendedStream(1, 200000))),
               "4294967295|80000|200000");
+    // What is said of the sound itself counts first, and what is said of another stream not at all.
+    const auto saidOf = [](unsigned aStream, std::uint64_t aNumber) {
+        return HeaderExtension(Library({{"IsVBR", Little(aNumber, 2), 2, aStream}}, kMetadata));
+    };
+    EXPECT_EQ(rates(ExtendedContent({varies}) + saidOf(1, 0)), "128000||");
+    EXPECT_EQ(rates(ExtendedContent({constant}) + saidOf(1, 1)), "4294967295|80000|128000");
+    EXPECT_EQ(rates(saidOf(2, 1)), "128000||");
+    EXPECT_EQ(rates(ExtendedContent({varies}) + saidOf(2, 0)), "4294967295|80000|128000");
 }
 
 TEST(ASFParser, LargestOfSeveralStreamsCounts) {
@@ -332,16 +340,18 @@ TEST(ASFParser, ProfileIsThatOfTheCodecWithinItsLimits) {
         Wave mFormat;
         const char* mProfile;
     };
+    // A rate may lie a thousandth above a bound, which stands beside the last that does.
     for (const Case& test : std::vector<Case>{{{0x160, 2, 44100, 16000, 743, 16, ""}, "WMABASE"},
-                                              {{0x161, 2, 48000, 24124, 743, 16, ""}, "WMABASE"}, // 192992
-                                              {{0x161, 2, 48000, 24200, 743, 16, ""}, "WMAFULL"},
-                                              {{0x161, 2, 48000, 48125, 743, 16, ""}, "WMAFULL"}, // 385000
-                                              {{0x161, 2, 48000, 48200, 743, 16, ""}, ""},
+                                              {{0x161, 2, 48000, 24148, 743, 16, ""}, "WMABASE"}, // 192999
+                                              {{0x161, 2, 48000, 24149, 743, 16, ""}, "WMAFULL"},
+                                              {{0x161, 2, 48000, 48173, 743, 16, ""}, "WMAFULL"}, // 385000
+                                              {{0x161, 2, 48000, 48174, 743, 16, ""}, ""},
                                               {{0x161, 2, 96000, 16000, 743, 16, ""}, ""}, // not Pro by that
                                               {{0x161, 3, 48000, 16000, 743, 16, ""}, ""},
+                                              {{0x162, 9, 96000, 16000, 743, 24, ""}, ""},
                                               {{0x162, 2, 44100, 16000, 743, 16, ""}, "WMAPRO"},
-                                              {{0x162, 8, 96000, 187500, 743, 24, ""}, "WMAPRO"}, // 1500000
-                                              {{0x162, 8, 96000, 187900, 743, 24, ""}, ""},
+                                              {{0x162, 8, 96000, 187687, 743, 24, ""}, "WMAPRO"}, // 1500000
+                                              {{0x162, 8, 96000, 187688, 743, 24, ""}, ""},
                                               {{0x163, 2, 44100, 144000, 743, 16, ""}, "WMALSL"},
                                               {{0x163, 2, 44100, 144000, 743, 24, ""}, ""},
                                               {{0x163, 6, 48000, 288000, 743, 16, ""}, "WMALSL_MULT5"},

@@ -1,6 +1,5 @@
 #include "ezBytes/ASFAttributes.h"
 
-#include "ezBytes/Limits.h"
 #include "ezBytes/TextBytes.h"
 
 #include <cstddef>
@@ -37,7 +36,25 @@ std::array<ByteReader, 5> ReadASFDescription(ByteReader aObject) {
     return texts;
 }
 
-bool ASFAttributes::Next(ezCString* aName, ByteReader* aValue) {
+std::string_view ASFAttributes::ReadName(ByteReader aName) {
+    std::size_t length = 0;
+    if (aName.GetLeft() > kASF_MaxName) {
+        return {};
+    }
+    while (aName.GetLeft() >= 2) {
+        const std::uint64_t unit = aName.ReadLittle(2);
+        if (unit == 0) { // the end, which need not be there; or nothing could be read
+            break;
+        }
+        if (unit > '~') {
+            return {};
+        }
+        mName[length++] = static_cast<char>(unit);
+    }
+    return {mName.data(), length};
+}
+
+bool ASFAttributes::Next(std::string_view* aName, ByteReader* aValue) {
     if (mLeft == 0) {
         return false;
     }
@@ -62,8 +79,7 @@ bool ASFAttributes::Next(ezCString* aName, ByteReader* aValue) {
         mLeft = 0;
         return false;
     }
-    const ezCString text = nameSize <= kASF_MaxName ? name.ReadText(static_cast<std::size_t>(nameSize)) : "";
-    *aName = CleanText(text.View(), TextEncoding::Utf16Little);
+    *aName = ReadName(name);
     return true;
 }
 

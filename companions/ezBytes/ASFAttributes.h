@@ -1,11 +1,13 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/Limits.h"
 
 #include "ezPlatform/text/CString.h"
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 /// What an ASF file says about itself in names and values (Advanced Systems Format 1.2, 3.10, 3.11, 4.7 and
 /// 4.8). Texts are in UTF-16, the low byte first, and need not have an end.
@@ -37,9 +39,10 @@ public:
     ASFAttributes(ByteReader aReader, Form aForm)
         : mReader(aReader), mLeft(mReader.ReadLittle(2)), mForm(aForm) {}
 
-    /// The next one: its name, empty where it has more than kASF_MaxName bytes, and a reader of its value.
-    /// False after the last one, and where one does not end in the object.
-    bool Next(ezCString* aName, ByteReader* aValue);
+    /// The next one: its name, valid until the next call, and a reader of its value. The name is empty where
+    /// it has more than kASF_MaxName bytes, or other letters than those of ASCII, as no known one has. False
+    /// after the last one, and where one does not end in the object.
+    bool Next(std::string_view* aName, ByteReader* aValue);
 
     /// Of the last one.
     /// @{
@@ -48,9 +51,12 @@ public:
     /// @}
 
 private:
+    std::string_view ReadName(ByteReader aName);
+
     ByteReader mReader;
     std::uint64_t mLeft;
     Form mForm;
+    std::array<char, kASF_MaxName / 2> mName = {};
     ASFValue mType = ASFValue::Text;
     unsigned mStream = 0;
 };

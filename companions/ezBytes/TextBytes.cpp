@@ -52,7 +52,10 @@ std::size_t LengthOfFirst(std::string_view aBytes, TextEncoding anEncoding) {
 /// Takes characters one by one, and keeps those that a clean text has.
 class CleanTextWriter {
 public:
-    explicit CleanTextWriter(std::size_t aMaximum) : mMaximum(aMaximum) {}
+    /// @param aCount  characters that are expected: more may come
+    CleanTextWriter(std::size_t aMaximum, std::size_t aCount) : mMaximum(aMaximum) {
+        mText.reserve(std::min(aMaximum, aCount));
+    }
 
     bool IsFull() const { return mfFull; }
 
@@ -151,7 +154,7 @@ ezCString CleanOne(std::string_view aBytes, TextEncoding anEncoding, const CodeP
     if (!IsUtf16(anEncoding) && aBytes.size() <= aMaximum && IsPlain(aBytes)) {
         return ezCString(ezTrimmed(aBytes));
     }
-    CleanTextWriter writer(aMaximum);
+    CleanTextWriter writer(aMaximum, IsUtf16(anEncoding) ? aBytes.size() / 2 : aBytes.size());
     if (IsUtf16(anEncoding)) {
         PutUtf16(aBytes, anEncoding == TextEncoding::Utf16Little, writer);
     } else {

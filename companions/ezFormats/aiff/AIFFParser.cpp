@@ -79,7 +79,7 @@ void TakeSound(const MediaBytes& aBytes, const ByteReader& aChunk, ChunkWalk& aW
 
 void TakeText(BoxType aName, ByteReader aChunk, const CodePage& aCodePage, MusicValues& aValues) {
     if (const TagField* const field = FindTagField(TagLetters::AIFF, aName.GetCode())) {
-        aValues.Add(*field, CleanText(ReadTextBytes(aChunk), TextEncoding::Unstated, aCodePage));
+        aValues.Add(*field, ReadCleanText(aChunk, TextEncoding::Unstated, aCodePage));
     }
 }
 

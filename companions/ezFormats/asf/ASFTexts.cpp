@@ -11,11 +11,13 @@
 #include "ezPlatform/text/Case.h"
 
 #include <optional>
+#include <string_view>
+#include <utility>
 
 namespace {
 
 ezCString TextOf(ByteReader aText) {
-    return CleanText(ReadTextBytes(aText), TextEncoding::Utf16Little);
+    return ReadCleanText(aText, TextEncoding::Utf16Little, CodePage());
 }
 
 /// The value of an attribute as a text; empty for one of bytes.
@@ -53,29 +55,32 @@ public:
     void TakeAttributes(const ByteReader& aObject, ASFAttributes::Form aForm) {
         ASFAttributes attributes(aObject, aForm);
         std::uint32_t pictures = 0;
-        ezCString name;
+        std::string_view name;
         ByteReader value = aObject;
         for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && attributes.Next(&name, &value);
              ++count) {
-            if (ezIsEqualNoCase(name.View(), "WM/Picture")) {
+            if (ezIsEqualNoCase(name, "WM/Picture")) {
                 OfferPicture(value);
                 if (++pictures == kASF_MaxPictures) {
                     return;
                 }
-            } else if (ezIsEqualNoCase(name.View(), "IsVBR")) {
+            } else if (ezIsEqualNoCase(name, "IsVBR")) {
                 TakeVaries(attributes.GetStream(), ReadASFNumber(value) != 0);
-            } else if (const TagField* const field = FindTagField(TagWords::ASF, name.View())) {
-                const ezCString text = TextOf(value, attributes.GetType());
-                const bool fFromZero = ezIsEqualNoCase(name.View(), "WM/Track");
-                mValues.Add(*field, fFromZero ? CountedFromOne(text) : text);
+            } else if (const TagField* const field = FindTagField(TagWords::ASF, name)) {
+                ezCString text = TextOf(value, attributes.GetType());
+                if (ezIsEqualNoCase(name, "WM/Track")) {
+                    text = CountedFromOne(text);
+                }
+                mValues.Add(*field, text);
             }
         }
     }
 
+    /// The last call.
     ASFTexts Finish() {
         mValues.Store(mTexts.mTexts);
         mTexts.mfVaries = mSoundVaries.value_or(mfFileVaries);
-        return mTexts;
+        return std::move(mTexts);
     }
 
 private:

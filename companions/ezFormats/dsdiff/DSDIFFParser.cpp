@@ -113,7 +113,7 @@ void ChunksReader::TakeTexts(const ByteReader& aChunk) {
         }
         const std::uint32_t length = item.ReadBig32();
         ByteReader text = item.Take(length);
-        mChunks.mValues.Add(*field, CleanText(ReadTextBytes(text), TextEncoding::Unstated, mCodePage));
+        mChunks.mValues.Add(*field, ReadCleanText(text, TextEncoding::Unstated, mCodePage));
     }
 }
 

@@ -41,8 +41,8 @@ ByteReader OpenData(ByteReader aData, std::uint32_t* aKind) {
 ezCString ReadData(const ByteReader& aData, const CodePage& aCodePage) {
     std::uint32_t kind = 0;
     ByteReader text = OpenData(aData, &kind);
-    return CleanText(ReadTextBytes(text),
-                     kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated, aCodePage);
+    return ReadCleanText(text, kind == kDataUtf16 ? TextEncoding::Utf16Big : TextEncoding::Unstated,
+                         aCodePage);
 }
 
 /// The first value of an item that is not a text, after its kind and language.

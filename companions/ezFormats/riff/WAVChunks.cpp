@@ -27,7 +27,7 @@ void TakeTexts(ChunkWalk aItems, ByteReader anItem, TextEncoding anEncoding, con
     MusicValues values;
     for (BoxType name; aItems.Next(&name, &anItem);) {
         if (const TagField* const field = FindTagField(TagLetters::RIFF, name.GetCode())) {
-            values.Add(*field, CleanText(ReadTextBytes(anItem), anEncoding, aCodePage));
+            values.Add(*field, ReadCleanText(anItem, anEncoding, aCodePage));
         }
     }
     values.Store(aTexts);

@@ -24,7 +24,7 @@ void ReadCommentTexts(const ByteReader& aComments, const CodePage& aCodePage, Mu
     for (std::uint32_t count = 0; count < kMusicTexts_MaxFrames && comments.Next(&key, &value); ++count) {
         PictureBlock picture;
         if (const TagField* const field = FindTagField(TagWords::Vorbis, key.View())) {
-            values.Add(*field, CleanText(ReadTextBytes(value), TextEncoding::Utf8, aCodePage));
+            values.Add(*field, ReadCleanText(value, TextEncoding::Utf8, aCodePage));
             fTitle = fTitle || field->mField == MusicField::Title;
         } else if (ReadPictureComment(key.View(), value, kCoverFacts_MaxText, &picture)) {
             aCover.Offer(picture.mType, picture.mMimeType, picture.mDataSize);

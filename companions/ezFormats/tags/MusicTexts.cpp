@@ -251,13 +251,30 @@ std::string ReadTextBytes(ByteReader& aBody) {
     if (!aBody.IsUnsynchronised()) {
         const auto size =
             static_cast<std::size_t>(std::min<std::uint64_t>(aBody.GetLeft(), kMusicTexts_MaxSize));
-        return std::string(aBody.ReadText(size).View());
+        std::string bytes(size, '\0');
+        if (!aBody.Read(reinterpret_cast<unsigned char*>(bytes.data()), size)) {
+            bytes.clear();
+        }
+        return bytes;
     }
     std::string bytes; // of which unsynchronisation makes the count unknown
     while (aBody.GetLeft() != 0 && bytes.size() < kMusicTexts_MaxSize) {
         bytes.push_back(static_cast<char>(aBody.ReadByte()));
     }
     return aBody.HasFailed() ? std::string() : bytes;
+}
+
+ezCString ReadCleanText(ByteReader& aBody, TextEncoding anEncoding, const CodePage& aCodePage) {
+    constexpr std::size_t kShort = 256; // as most texts are, which then need no memory on the way
+    const std::uint64_t size = aBody.GetLeft();
+    if (aBody.IsUnsynchronised() || size > kShort) {
+        return CleanText(ReadTextBytes(aBody), anEncoding, aCodePage);
+    }
+    std::array<unsigned char, kShort> bytes = {};
+    const bool fRead = aBody.Read(bytes.data(), static_cast<std::size_t>(size));
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()),
+                                fRead ? static_cast<std::size_t>(size) : 0);
+    return CleanText(text, anEncoding, aCodePage);
 }
 
 bool MusicTexts::IsComplete() const {

@@ -16,6 +16,7 @@ class MusicNames;
 class ezMediaInfo;
 struct ID3Tag;
 struct AudioTails;
+enum class TextEncoding;
 
 /// What a tag may tell of a piece, whatever its vocabulary calls it.
 enum class MusicField {
@@ -76,6 +77,8 @@ std::uint32_t MusicNumberOf(std::string_view aText);
 /// The rest of a tag's item, or its start where that is more than a text may be; empty where it cannot be
 /// read.
 std::string ReadTextBytes(ByteReader& aBody);
+/// The same as CleanText has it.
+ezCString ReadCleanText(ByteReader& aBody, TextEncoding anEncoding, const CodePage& aCodePage);
 
 /// Those of an ID3v2 tag; aReader stands after its header. Of a frame with several texts the first is the
 /// title or album, and all are the creators, genres, composers, album artists or languages; up to version 2.3

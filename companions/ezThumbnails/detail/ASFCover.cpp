@@ -9,16 +9,17 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string_view>
 
 namespace {
 
 void OfferPictures(const ByteReader& aObject, ASFAttributes::Form aForm, CoverChoice& aChoice) {
     ASFAttributes attributes(aObject, aForm);
-    ezCString name;
+    std::string_view name;
     ByteReader value = aObject;
     while (!aChoice.IsFinal() && attributes.Next(&name, &value)) {
         ASFPicture picture;
-        if (ezIsEqualNoCase(name.View(), "WM/Picture") && ReadASFPicture(value, kCover_MaxText, &picture) &&
+        if (ezIsEqualNoCase(name, "WM/Picture") && ReadASFPicture(value, kCover_MaxText, &picture) &&
             picture.mMimeType != "-->") {
             aChoice.Offer(picture.mType, CoverOfRest(value, picture.mMimeType));
         }

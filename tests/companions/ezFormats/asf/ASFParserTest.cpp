@@ -420,6 +420,10 @@ TEST(ASFParser, TextsNeedNoEndAndMayBeEmpty) {
     EXPECT_EQ(title(Utf16("Title", false)), "\"Title\"");
     EXPECT_EQ(title(Utf16("Title") + Utf16("rest")), "\"Title\"");
     EXPECT_EQ(title(Utf16("Title", false) + "x"), "\"Title\"") << "half a letter";
+    for (const std::size_t count : {127U, 128U, 129U, 1024U}) {
+        const std::string letters(count, 't');
+        EXPECT_EQ(title(Utf16(letters, false)), "\"" + letters + "\"");
+    }
     EXPECT_EQ(title(""), "\"Second\"");
     EXPECT_EQ(title("\0\0"s), "\"Second\"");
     EXPECT_EQ(title("\0"s), "\"Second\"");
@@ -458,6 +462,8 @@ TEST(ASFParser, NamesLongerThanAnyAreNoneOfThem) {
     EXPECT_EQ(named(std::string(63, 'n')), "\"Title\"");
     EXPECT_EQ(named(std::string(64, 'n')), "\"Title\"");
     EXPECT_EQ(named(std::string(9000, 'n')), "\"Title\"");
+    EXPECT_EQ(named("Title\x7F"), "\"Title\"") << "no letter";
+    EXPECT_EQ(named("Title"), "\"x\"");
     // The end of the list is where one does not end, however many are left.
     std::string list = ExtendedContent({Text("WM/AlbumTitle", "Album"), Text("Title", "Title")});
     list.replace(24, 2, "\xFF\xFF");

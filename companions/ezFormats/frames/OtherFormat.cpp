@@ -55,7 +55,7 @@ constexpr Mark kMarks[] = {
     {0, "\xFE\x7F\x01\x80"sv, "DTS"},
     {0, "\x1F\xFF\xE8\x00"sv, "DTS"},
     {0, "\xFF\x1F\x00\xE8"sv, "DTS"},
-    {0, "\x64\x58\x20\x25"sv, "DTS"},
+    {0, "dX %"sv, "DTS"}, // 64582025, an extension without a core
     {0, "DTSHDHDR"sv, "DTS"},
     {4, "\xF8\x72\x6F\xBA"sv, "TrueHD"},
     {4, "\xF8\x72\x6F\xBB"sv, "TrueHD"},

@@ -226,6 +226,11 @@ TEST(AC3Parser, WhatCarriesItIsNotIt) {
     const auto refusal = pictures::Refusal<AC3Parser>;
     EXPECT_EQ(refusal("\0\0\x01\xBA"s + Times(20, Core().Bytes()), {}),
               "AC3Parser: unsupported: program stream at 0");
+    for (const char* const box :
+         {"ftyp", "styp", "sidx", "moof", "moov", "mdat"}) { // segments of ISO media too
+        EXPECT_EQ(refusal(Big(24, 4) + box + std::string(16, '1') + Times(20, Core().Bytes()), {}),
+                  "AC3Parser: unsupported: ISO media at 0");
+    }
     std::string packets;
     for (unsigned i = 0; i < 400; ++i) {
         packets += "G123" + Core().Bytes().substr(0, 184);

@@ -8,11 +8,11 @@ namespace {
 
 constexpr std::uint32_t kMagic = 0x7776706B; // "wvpk"
 
-/// Sampling rates by their number in the flags; the last is stated by a part.
+/// Sampling rates by their number in the flags; the last is stated by a sub-block.
 constexpr std::uint32_t kRates[16] = {6000,  8000,  9600,  11025, 12000, 16000, 22050,  24000,
                                       32000, 44100, 48000, 64000, 88200, 96000, 192000, 0};
 
-// Parts, by the number that their names have in six bits. What follows the sound is of no interest here, and
+// Sub-blocks, by the lower six bits of their ids. What follows the sound is of no interest here, and
 // may lie far away.
 constexpr unsigned kSound = 0x0A;
 constexpr unsigned kCorrections = 0x0B;
@@ -28,28 +28,28 @@ std::uint64_t TotalOf(std::uint32_t aLow, std::uint32_t aHigh) {
 
 /// The count of channels: one byte, or with more of them 12 bits less one, of which the upper four stand in
 /// the third byte.
-std::uint32_t ReadChannels(ByteReader aPart) {
+std::uint32_t ReadChannels(ByteReader aSubBlock) {
     constexpr std::uint64_t kLargeSize = 6;
-    const bool fLarge = aPart.GetLeft() >= kLargeSize;
-    const std::uint32_t low = aPart.ReadByte();
+    const bool fLarge = aSubBlock.GetLeft() >= kLargeSize;
+    const std::uint32_t low = aSubBlock.ReadByte();
     if (!fLarge) {
         return low;
     }
-    aPart.Skip(1);
-    return (low | (aPart.ReadByte() & 0xFU) << 8) + 1;
+    aSubBlock.Skip(1);
+    return (low | (aSubBlock.ReadByte() & 0xFU) << 8) + 1;
 }
 
 /// A rate of three bytes, or of four of which the highest bit means nothing.
-std::uint32_t ReadRate(ByteReader aPart) {
-    return static_cast<std::uint32_t>(aPart.ReadLittle(aPart.GetLeft() >= 4 ? 4 : 3)) & 0x7FFFFFFF;
+std::uint32_t ReadRate(ByteReader aSubBlock) {
+    return static_cast<std::uint32_t>(aSubBlock.ReadLittle(aSubBlock.GetLeft() >= 4 ? 4 : 3)) & 0x7FFFFFFF;
 }
 
-/// A part's number, and a reader of what it holds, or of what a cut left of that.
-struct Part {
+/// A sub-block's number, and a reader of what it holds, or of what a cut left of that.
+struct SubBlock {
     unsigned mNumber;
     ByteReader mBytes;
 };
-Part ReadPart(ByteReader& aBlock) {
+SubBlock ReadSubBlock(ByteReader& aBlock) {
     constexpr unsigned kLarge = 0x80;
     constexpr unsigned kOdd = 0x40; // a byte of the last word is stuffing
     const unsigned name = aBlock.ReadByte();
@@ -94,28 +94,29 @@ bool ReadWavPackHeader(ByteReader& aReader, WavPackHeader* aHeader) {
     return !aReader.HasFailed();
 }
 
-WavPackParts ReadWavPackParts(ByteReader aBlock) {
-    WavPackParts parts;
-    for (std::uint32_t count = 0; count < kWavPack_MaxParts && aBlock.GetLeft() != 0; ++count) {
-        Part part = ReadPart(aBlock);
-        switch (part.mNumber) {
+WavPackSubBlocks ReadWavPackSubBlocks(ByteReader aBlock) {
+    WavPackSubBlocks found;
+    for (std::uint32_t count = 0; count < kWavPack_MaxSubBlocks && aBlock.GetLeft() != 0; ++count) {
+        SubBlock subBlock = ReadSubBlock(aBlock);
+        switch (subBlock.mNumber) {
         case kChannels:
-            parts.mChannels = ReadChannels(part.mBytes);
+            found.mChannels = ReadChannels(subBlock.mBytes);
             break;
         case kSamplingRate:
-            parts.mSamplingRate = ReadRate(part.mBytes);
+            found.mSamplingRate = ReadRate(subBlock.mBytes);
             break;
         case kDSD:
-            parts.mShift = part.mBytes.ReadByte();
-            return parts;
+            found.mShift = subBlock.mBytes.ReadByte();
+            found.mfShift = !subBlock.mBytes.HasFailed();
+            return found;
         case kCorrections:
-            parts.mfCorrections = true;
-            return parts;
+            found.mfCorrections = true;
+            return found;
         case kSound:
-            return parts;
+            return found;
         default:
             break;
         }
     }
-    return parts;
+    return found;
 }

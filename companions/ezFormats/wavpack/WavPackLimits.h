@@ -16,11 +16,11 @@ inline constexpr std::uint64_t kWavPack_MaxBytes = std::uint64_t{1024} * 1024;
 inline constexpr std::uint32_t kWavPack_NextSize = std::uint32_t{4} * 1024;
 
 /// Blocks of the start that are looked at: those without samples, and those of further channels where the
-/// first does not tell their number. As many as a cinema has pairs of speakers.
+/// first does not tell their number. More pairs of channels than any cinema has.
 inline constexpr std::uint32_t kWavPack_MaxBlocks = 32;
 
-/// Parts of one block that are looked at: there are some twenty kinds, each at most once.
-inline constexpr std::uint32_t kWavPack_MaxParts = 64;
+/// Metadata sub-blocks of one block that are looked at: there are some twenty kinds, each at most once.
+inline constexpr std::uint32_t kWavPack_MaxSubBlocks = 64;
 
 /// Bytes of the end that are searched for the last block where the count of samples is missing: half a second
 /// of two channels of 24 bits fits up to 96 kHz. They are read in parts of 64 KiB.

@@ -27,7 +27,7 @@ ByteReader ReaderAt(ByteSource& aBytes, std::uint64_t aPosition) {
 /// The blocks that a file begins with, as far as they are needed.
 struct FirstBlocks {
     WavPackHeader mHeader; ///< of the first with samples
-    WavPackParts mParts;
+    WavPackSubBlocks mSubBlocks;
     std::uint64_t mTotal = 0; ///< samples; 0: not stated
     std::uint32_t mChannels = 0;
     bool mfFound = false; ///< one with samples
@@ -58,9 +58,9 @@ FirstBlocks ReadFirstBlocks(ByteSource& aBytes, std::uint64_t aPosition) {
         first.mTotal = first.mTotal != 0 ? first.mTotal : first.mHeader.mTotal;
         if (first.mHeader.mSamples != 0) {
             const std::uint64_t rest = first.mHeader.mSize - kWavPackHeader_Size;
-            first.mParts = ReadWavPackParts(block.Take(std::min(rest, block.GetLeft())));
-            first.mChannels = first.mParts.mChannels != 0 ? first.mParts.mChannels
-                                                          : SumChannels(aBytes, aPosition, first.mHeader);
+            first.mSubBlocks = ReadWavPackSubBlocks(block.Take(std::min(rest, block.GetLeft())));
+            first.mChannels = first.mSubBlocks.mChannels != 0 ? first.mSubBlocks.mChannels
+                                                              : SumChannels(aBytes, aPosition, first.mHeader);
             first.mfFound = true;
             break;
         }
@@ -69,16 +69,17 @@ FirstBlocks ReadFirstBlocks(ByteSource& aBytes, std::uint64_t aPosition) {
     return first;
 }
 
-/// The sampling rate that plays; 0 where it is no number of 32 bits.
+/// The sampling rate that plays; 0 where it is not known, or no number of 32 bits.
 std::uint32_t SamplingRateOf(const FirstBlocks& aFirst) {
     constexpr std::uint32_t kSamples = 8; // of DSD in a byte, which is what blocks count
     const std::uint32_t listed = aFirst.mHeader.GetSamplingRate();
-    const std::uint32_t rate = listed != 0 ? listed : aFirst.mParts.mSamplingRate;
+    const std::uint32_t rate = listed != 0 ? listed : aFirst.mSubBlocks.mSamplingRate;
     if (!aFirst.mHeader.IsDSD()) {
         return rate;
     }
-    const std::uint32_t shift = aFirst.mParts.mShift;
-    const std::uint64_t bits = shift <= kWavPack_MaxShift ? (std::uint64_t{rate} << shift) * kSamples : 0;
+    const std::uint32_t shift = aFirst.mSubBlocks.mShift;
+    const bool fBelieved = aFirst.mSubBlocks.mfShift && shift <= kWavPack_MaxShift;
+    const std::uint64_t bits = fBelieved ? (std::uint64_t{rate} << shift) * kSamples : 0;
     return bits <= UINT32_MAX ? static_cast<std::uint32_t>(bits) : 0;
 }
 
@@ -105,8 +106,8 @@ bool FindLastHeader(MediaBytes& aBytes, std::uint64_t aStart, std::uint64_t anEn
     return fFound;
 }
 
-/// Where the last block ends, in samples from the first one on; 0 where none is found in the last bytes of
-/// the sound.
+/// Where the last block ends, in samples from the first one on; 0, not known, where none is found in the last
+/// bytes of the sound.
 std::uint64_t FindLastSample(MediaBytes& aBytes, const BytePiece& aSound, std::uint64_t aFirstIndex) {
     const std::uint64_t soundEnd = aSound.mOffset + aSound.mSize;
     const std::uint64_t start = soundEnd - std::min(aSound.mSize, kWavPack_SearchSize);
@@ -126,7 +127,8 @@ std::uint64_t FindLastSample(MediaBytes& aBytes, const BytePiece& aSound, std::u
     return 0;
 }
 
-/// The length: as it is counted, unless that is missing or contradicts the size.
+/// The length: as it is counted, unless that is missing or contradicts the size. The last block is believed
+/// whatever the size: blocks of silence at a low rate have less than any other sound.
 void Measure(MediaBytes& aBytes, const FirstBlocks& aFirst, const BytePiece& aSound, SoundFacts& aFacts) {
     const std::uint64_t factor = aFirst.mHeader.IsDSD() ? 8 : 1;
     aFacts.mBytes = aSound.mSize;
@@ -136,10 +138,8 @@ void Measure(MediaBytes& aBytes, const FirstBlocks& aFirst, const BytePiece& aSo
         return;
     }
     const std::uint64_t last = FindLastSample(aBytes, aSound, aFirst.mHeader.mIndex);
-    if (last != 0) {
-        aFacts.mSamples = last * factor;
-        aFacts.mDurationMethod = "last block";
-    }
+    aFacts.mSamples = last * factor;
+    aFacts.mDurationMethod = "last block";
 }
 
 SoundFacts FactsOf(const FirstBlocks& aFirst) {
@@ -170,7 +170,7 @@ bool WavPackParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (!first.mfFound) {
         return RefuseCut(aBytes, "a block with samples");
     }
-    if (first.mParts.mfCorrections) {
+    if (first.mSubBlocks.mfCorrections) {
         return Refuse(Cause::Unsupported, "corrections of another file");
     }
     SoundFacts sound = FactsOf(first);

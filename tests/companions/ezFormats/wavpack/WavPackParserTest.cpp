@@ -13,8 +13,8 @@ using namespace std::string_literals;
 
 namespace {
 
-/// A part of a block: its number in six bits, and what it holds.
-std::string Part(unsigned aNumber, const std::string& aContent) {
+/// A sub-block: its number in six bits, and what it holds.
+std::string SubBlock(unsigned aNumber, const std::string& aContent) {
     const std::size_t words = (aContent.size() + 1) / 2;
     const unsigned odd = aContent.size() % 2 != 0 ? 0x40 : 0;
     const bool fLarge = words > 255;
@@ -41,20 +41,20 @@ struct Block {
     unsigned mTotalHigh = 0;
     std::uint32_t mUncounted = 8; ///< bytes that the size leaves out
 
-    std::string Bytes(const std::string& aParts) const {
-        return "wvpk" + Little(32 + aParts.size() - mUncounted) + Little(mVersion, 2) + Big(mIndexHigh, 1) +
-               Big(mTotalHigh, 1) + Little(mTotal) + Little(mIndex) + Little(mSamples) + Little(mFlags) +
-               "sums" + aParts;
+    std::string Bytes(const std::string& aSubBlocks) const {
+        return "wvpk" + Little(32 + aSubBlocks.size() - mUncounted) + Little(mVersion, 2) +
+               Big(mIndexHigh, 1) + Big(mTotalHigh, 1) + Little(mTotal) + Little(mIndex) + Little(mSamples) +
+               Little(mFlags) + "sums" + aSubBlocks;
     }
 };
 
-const std::string kSound = Part(0x0A, Sound(3000));
+const std::string kSound = SubBlock(0x0A, Sound(3000));
 
-/// A file of a block, with another total, flags or parts.
-std::string File(std::uint32_t aFlags, const std::string& aParts = "") {
+/// A file of a block, with another total, flags or sub-blocks.
+std::string File(std::uint32_t aFlags, const std::string& aSubBlocks = "") {
     Block block;
     block.mFlags = aFlags;
-    return block.Bytes(aParts + kSound);
+    return block.Bytes(aSubBlocks + kSound);
 }
 /// Blocks one after the other whose file does not state how many samples there are.
 std::string Uncounted(unsigned aCount, std::size_t aSize = 3000, std::uint32_t aIndex = 0) {
@@ -63,7 +63,7 @@ std::string Uncounted(unsigned aCount, std::size_t aSize = 3000, std::uint32_t a
         Block block;
         block.mTotal = kUnknown;
         block.mIndex = aIndex + i * 22050;
-        file += block.Bytes(Part(0x0A, Sound(aSize)));
+        file += block.Bytes(SubBlock(0x0A, Sound(aSize)));
     }
     return file;
 }
@@ -89,15 +89,15 @@ Block Silent() {
 }
 
 std::vector<std::string> UsualFiles() {
-    return {Block().Bytes(Part(0x21, "RIFF") + Part(0x0A, Sound(300))) + kTag,
+    return {Block().Bytes(SubBlock(0x21, "RIFF") + SubBlock(0x0A, Sound(300))) + kTag,
             ID3(3, 0, Frame23("TPE1", "\0A"s)) + Uncounted(2, 200) + ID3v1("t", "", "", 17),
-            File(Rate(12) | kDSD | kFirst | kLast, Part(0x0E, "\2" + Sound(100)))};
+            File(Rate(12) | kDSD | kFirst | kLast, SubBlock(0x0E, "\2" + Sound(100)))};
 }
 
 std::vector<std::string> CostlyFiles() {
     std::string silent;
     for (unsigned i = 0; i < 31; ++i) {
-        silent += Silent().Bytes(Part(0x21, std::string(20000, 'R')));
+        silent += Silent().Bytes(SubBlock(0x21, std::string(20000, 'R')));
     }
     std::string items;
     for (unsigned i = 0; i < 20; ++i) {
@@ -138,33 +138,38 @@ TEST(WavPackParser, FlagsTellRateBitsAndChannels) {
     EXPECT_EQ(facts(1 | 1U << 30), "16|2") << "both channels are the same";
 }
 
-TEST(WavPackParser, RateThatIsNotListedIsThatOfAPart) {
+TEST(WavPackParser, RateThatIsNotListedIsThatOfASubBlock) {
     const std::uint32_t flags = Rate(15) | kLast | 1;
-    EXPECT_EQ(Value(File(flags, Part(0x27, Little(40000, 3))), "sf"), "40000");
-    EXPECT_EQ(Value(File(flags, Part(0x27, Little(0x80000000U + 20000000))), "sf"), "20000000");
-    EXPECT_EQ(Value(File(flags, Part(0x21, Sound(900)) + Part(0x27, Little(40000, 3))), "sf"), "40000");
+    EXPECT_EQ(Value(File(flags, SubBlock(0x27, Little(40000, 3))), "sf"), "40000");
+    EXPECT_EQ(Value(File(flags, SubBlock(0x27, Little(0x80000000U + 20000000))), "sf"), "20000000");
+    EXPECT_EQ(Value(File(flags, SubBlock(0x21, Sound(900)) + SubBlock(0x27, Little(40000, 3))), "sf"),
+              "40000");
     EXPECT_EQ(Refusal(File(flags)), "WavPackParser: malformed: no sampling rate, or none that there is");
-    EXPECT_EQ(Refusal(File(flags, Part(0x27, "\1"))),
+    EXPECT_EQ(Refusal(File(flags, SubBlock(0x27, "\1"))),
               "WavPackParser: malformed: no sampling rate, or none that there is");
 }
 
 TEST(WavPackParser, DSDIsToldByItsOwnRateAndOneBit) {
-    const auto facts = [](const std::string& aPart) {
+    const auto facts = [](const std::string& aSubBlock) {
         Block block;
         block.mTotal = 352800;
         block.mFlags = Rate(12) | kDSD | kFirst | kLast;
-        return Values<WavPackParser>(block.Bytes(aPart), {"sf", "bs", "dm", "ea"});
+        return Values<WavPackParser>(block.Bytes(aSubBlock), {"sf", "bs", "dm", "ea"});
     };
-    EXPECT_EQ(facts(Part(0x0E, "\2" + Sound(12463))), "2822400|1|1000|100000");
-    EXPECT_EQ(facts(Part(0x0E, "\3" + Sound(12463))), "5644800|1|500|200000");
-    EXPECT_EQ(facts(Part(0x0E, "\2" + Sound(90000)).substr(0, 12468)), "2822400|1|1000|100000") << "cut";
-    EXPECT_EQ(facts(Part(0x0E, Big(12, 1) + Sound(9))).substr(0, 10), "2890137600");
+    EXPECT_EQ(facts(SubBlock(0x0E, "\2" + Sound(12463))), "2822400|1|1000|100000");
+    EXPECT_EQ(facts(SubBlock(0x0E, "\3" + Sound(12463))), "5644800|1|500|200000");
+    EXPECT_EQ(facts(SubBlock(0x0E, "\2" + Sound(90000)).substr(0, 12468)), "2822400|1|1000|100000") << "cut";
+    EXPECT_EQ(facts(SubBlock(0x0E, Big(12, 1) + Sound(9))).substr(0, 10), "2890137600");
     const std::string none = "WavPackParser: malformed: no sampling rate, or none that there is";
-    EXPECT_EQ(Refusal(File(Rate(12) | kDSD, Part(0x0E, Big(13, 1)))), none) << "more than 32 bits";
-    EXPECT_EQ(Refusal(File(Rate(12) | kDSD, Part(0x0E, Big(kWavPack_MaxShift + 1, 1)))), none);
+    EXPECT_EQ(Refusal(File(Rate(12) | kDSD, SubBlock(0x0E, Big(13, 1)))), none) << "more than 32 bits";
+    EXPECT_EQ(Refusal(File(Rate(12) | kDSD, SubBlock(0x0E, Big(kWavPack_MaxShift + 1, 1)))), none);
+    EXPECT_EQ(Refusal(File(Rate(12) | kDSD)), none) << "a rate that is not told to be doubled";
+    const std::string cut = File(Rate(12) | kDSD, SubBlock(0x21, "RIFF") + SubBlock(0x0E, "\2"));
+    EXPECT_EQ(Refusal(cut.substr(0, 38 + 2)), none) << "before it is told";
+    EXPECT_EQ(Value(cut.substr(0, 38 + 3), "sf"), "2822400");
 }
 
-TEST(WavPackParser, ChannelsAreCountedByAPartOrByTheBlocksOfAGroup) {
+TEST(WavPackParser, ChannelsAreCountedByASubBlockOrByTheBlocksOfAGroup) {
     const auto group = [](std::initializer_list<std::uint32_t> aFlags) {
         std::string file;
         for (const std::uint32_t flags : aFlags) {
@@ -172,11 +177,11 @@ TEST(WavPackParser, ChannelsAreCountedByAPartOrByTheBlocksOfAGroup) {
         }
         return Value(file, "ac");
     };
-    EXPECT_EQ(Value(File(Rate(9) | kFirst, Part(0x0D, "\6\x3F")), "ac"), "6");
-    EXPECT_EQ(Value(File(Rate(9) | kFirst, Part(0x0D, "\xFF\xFB\0\xFF\xFF\3"s)), "ac"), "256");
-    EXPECT_EQ(Value(File(Rate(9) | kFirst, Part(0x0D, "\xFF\xFB\x5F\xFF\xFF\3"s)), "ac"), "4096");
+    EXPECT_EQ(Value(File(Rate(9) | kFirst, SubBlock(0x0D, "\6\x3F")), "ac"), "6");
+    EXPECT_EQ(Value(File(Rate(9) | kFirst, SubBlock(0x0D, "\xFF\xFB\0\xFF\xFF\3"s)), "ac"), "256");
+    EXPECT_EQ(Value(File(Rate(9) | kFirst, SubBlock(0x0D, "\xFF\xFB\x5F\xFF\xFF\3"s)), "ac"), "4096");
     EXPECT_EQ(group({kFirst, kMono, kMono, kLast}), "6");
-    EXPECT_EQ(group({kFirst | kLast, kFirst | kLast}), "2") << "the next block is another while";
+    EXPECT_EQ(group({kFirst | kLast, kFirst | kLast}), "2") << "the next block has later samples";
     EXPECT_EQ(group({kFirst, kMono}), "") << "not all of them are there";
     std::string many;
     for (std::uint32_t i = 0; i < kWavPack_MaxBlocks; ++i) {
@@ -191,12 +196,12 @@ TEST(WavPackParser, ChannelsAreCountedByAPartOrByTheBlocksOfAGroup) {
 TEST(WavPackParser, FirstBlocksMayHaveNoSamples) {
     std::string silent;
     for (std::uint32_t i = 1; i < kWavPack_MaxBlocks; ++i) {
-        silent += Silent().Bytes(Part(0x21, "RIFF"));
+        silent += Silent().Bytes(SubBlock(0x21, "RIFF"));
     }
     EXPECT_EQ(Values<WavPackParser>(silent + Block().Bytes(kSound), {"dm", "sf", "bs"}), "2000|44100|16");
     EXPECT_EQ(Refusal(silent + Silent().Bytes("") + Block().Bytes(kSound)),
               "WavPackParser: malformed: ends before a block with samples");
-    EXPECT_EQ(Refusal(Silent().Bytes(Part(0x21, "RIFF"))),
+    EXPECT_EQ(Refusal(Silent().Bytes(SubBlock(0x21, "RIFF"))),
               "WavPackParser: malformed: ends before a block with samples");
 }
 
@@ -221,7 +226,7 @@ TEST(WavPackParser, CountThatIsMissingOrCannotBeIsThatOfTheLastBlock) {
     EXPECT_EQ(Length(Uncounted(4)), "2000|\"last block\"");
     EXPECT_EQ(Length(Uncounted(4) + kTag + ID3v1("t", "", "", 1)), "2000|\"last block\"");
     EXPECT_EQ(Length(Uncounted(4, 3000, 441000)), "2000|\"last block\"") << "cut out of a longer one";
-    EXPECT_EQ(Length(Uncounted(4) + Silent().Bytes(Part(0x22, "end"))), "2000|\"last block\"");
+    EXPECT_EQ(Length(Uncounted(4) + Silent().Bytes(SubBlock(0x22, "end"))), "2000|\"last block\"");
     EXPECT_EQ(Length(Uncounted(4).substr(0, 3 * 3034 + 500)), "2000|\"last block\"") << "the last one is cut";
     EXPECT_EQ(Length(ID3(3, 0, Frame23("TPE1", "\0A"s)) + Uncounted(4)), "2000|\"last block\"");
     Block block;
@@ -247,7 +252,7 @@ TEST(WavPackParser, WhatLooksLikeABlockAndIsNoneIsPassedOver) {
     none += wrong.Bytes("");
     wrong.mUncounted = 10;
     none += wrong.Bytes("");
-    const std::string sound = Part(0x0A, Sound(100) + none + "wvpk" + Sound(100));
+    const std::string sound = SubBlock(0x0A, Sound(100) + none + "wvpk" + Sound(100));
     Block block;
     block.mTotal = kUnknown;
     EXPECT_EQ(Length(block.Bytes(sound)), "500|\"last block\"");
@@ -266,8 +271,25 @@ TEST(WavPackParser, LastBlockIsLookedForFromTheEndAndNotFurtherThanItMay) {
     EXPECT_EQ(length(most + 2), "|");
 }
 
+TEST(WavPackParser, CountThatCannotBeIsNotTold) {
+    const auto length = [](std::uint32_t aTotal) {
+        Block block;
+        block.mTotal = aTotal;
+        return Length(block.Bytes(SubBlock(0x0A, Sound(kWavPack_SearchSize))));
+    };
+    EXPECT_EQ(length(44100 * 26217), "26217000|\"header\"") << "a hundred bits a second";
+    EXPECT_EQ(length(44100 * 26218), "|") << "and no block in what is searched";
+    EXPECT_EQ(length(290), "6|\"header\"") << "400 Mbit/s";
+    EXPECT_EQ(length(289), "|");
+    // Silence of a low rate: the last block agrees, and is believed.
+    Block silent;
+    silent.mFlags = Rate(0) | kFirst | kLast;
+    silent.mTotal = silent.mSamples = 48000;
+    EXPECT_EQ(Length(silent.Bytes(SubBlock(0x0A, Sound(20)))), "8000|\"last block\"");
+}
+
 TEST(WavPackParser, FilesOfCorrectionsAreNoSoundOfTheirOwn) {
-    const std::string correction = Part(0x07, "") + Part(0x2A, "md") + Part(0x0B, Sound(3000));
+    const std::string correction = SubBlock(0x07, "") + SubBlock(0x2A, "md") + SubBlock(0x0B, Sound(3000));
     EXPECT_EQ(Refusal(Block().Bytes(correction)), "WavPackParser: unsupported: corrections of another file");
 }
 
@@ -287,16 +309,17 @@ TEST(WavPackParser, WhatIsNoBlockIsRefused) {
     EXPECT_EQ(Value(Block().Bytes(kSound).replace(4, 4, Little(kUnknown - 1)), "sf"), "44100");
 }
 
-TEST(WavPackParser, SoManyPartsAreReadAndNoMore) {
+TEST(WavPackParser, SoManySubBlocksAreReadAndNoMore) {
     const auto rate = [](std::uint32_t aCount) {
-        std::string parts;
+        std::string subBlocks;
         for (std::uint32_t i = 1; i < aCount; ++i) {
-            parts += Part(0x21, "");
+            subBlocks += SubBlock(0x21, "");
         }
-        return Values<WavPackParser>(File(Rate(15) | kLast, parts + Part(0x27, Little(40000, 3))), {"sf"});
+        return Values<WavPackParser>(File(Rate(15) | kLast, subBlocks + SubBlock(0x27, Little(40000, 3))),
+                                     {"sf"});
     };
-    EXPECT_EQ(rate(kWavPack_MaxParts), "40000");
-    EXPECT_EQ(rate(kWavPack_MaxParts + 1),
+    EXPECT_EQ(rate(kWavPack_MaxSubBlocks), "40000");
+    EXPECT_EQ(rate(kWavPack_MaxSubBlocks + 1),
               "WavPackParser: malformed: no sampling rate, or none that there is");
 }
 
@@ -306,7 +329,7 @@ TEST(WavPackParser, UsualFileCostsStartAndEndAndACoverAReadMore) {
         EXPECT_NE(pictures::Parsed<WavPackParser>(aFile, {}, &counted), "null\n");
         return std::to_string(counted.mReads) + " " + std::to_string(counted.mBytes);
     };
-    const std::string sound = Block().Bytes(Part(0x0A, Sound(90000)));
+    const std::string sound = Block().Bytes(SubBlock(0x0A, Sound(90000)));
     EXPECT_EQ(costs(sound + kTag), "2 24576");
     EXPECT_EQ(costs(sound + APE2(kCover + APEItem("Comment", std::string(100000, 'c')))), "3 28672");
     EXPECT_EQ(costs(Uncounted(8, 20000) + kTag), "3 90112");

@@ -53,8 +53,10 @@ struct Header {
     std::uint32_t mSamplingRate = 0;
     std::uint64_t mBefore = 0; ///< bytes from the start of the header to the frames
 
+    /// 0, not known, for a last frame of more samples than a frame has.
     std::uint64_t GetSamples() const {
-        return mFrames != 0 ? std::uint64_t{mFrames - 1} * mFrameSamples + mLastSamples : 0;
+        const bool fCounted = mFrames != 0 && mLastSamples <= mFrameSamples;
+        return fCounted ? std::uint64_t{mFrames - 1} * mFrameSamples + mLastSamples : 0;
     }
 };
 
@@ -64,7 +66,7 @@ Header ReadDescribed(ByteReader& aReader) {
         24; // bytes that are read of the descriptor, those before included
     Header header;
     const std::uint64_t descriptorSize = aReader.ReadLittle32();
-    for (unsigned part = 0; part < 3; ++part) { // the header, the places of the frames, what a WAV began with
+    for (unsigned part = 0; part < 3; ++part) { // the header, the seek table, the header of the WAV
         header.mBefore += aReader.ReadLittle32();
     }
     header.mBefore += descriptorSize;
@@ -94,23 +96,24 @@ Header ReadPlain(const Start& aStart, ByteReader& aReader) {
     constexpr std::uint32_t kIs8Bit = 1;
     constexpr std::uint32_t kHasPeak = 4;
     constexpr std::uint32_t kIs24Bit = 8;
-    constexpr std::uint32_t kCountsPlaces = 16;
-    constexpr std::uint32_t kMakesHead = 32;
+    constexpr std::uint32_t kHasTableCount = 16;
+    constexpr std::uint32_t kMakesHead = 32; // the decoder makes that of the WAV
     constexpr std::uint64_t kSize = 32;
     Header header;
     const auto flags = static_cast<std::uint32_t>(aReader.ReadLittle(2));
     header.mChannels = static_cast<std::uint32_t>(aReader.ReadLittle(2));
     header.mSamplingRate = aReader.ReadLittle32();
-    const std::uint64_t headSize = aReader.ReadLittle32(); // of the WAV that was packed
-    aReader.Skip(4);                                       // what that ended with
+    const std::uint64_t headSize = aReader.ReadLittle32(); // of the header of the WAV
+    aReader.Skip(4);                                       // bytes that it has after its sound
     header.mFrames = aReader.ReadLittle32();
     header.mLastSamples = aReader.ReadLittle32();
     aReader.Skip((flags & kHasPeak) != 0 ? 4 : 0);
-    const std::uint64_t places = (flags & kCountsPlaces) != 0 ? aReader.ReadLittle32() : header.mFrames;
+    const bool fCounted = (flags & kHasTableCount) != 0;
+    const std::uint64_t tableCount = fCounted ? aReader.ReadLittle32() : header.mFrames;
     header.mFrameSamples = FrameSamplesOf(aStart);
     header.mBits = (flags & kIs8Bit) != 0 ? 8 : (flags & kIs24Bit) != 0 ? 24 : 16;
-    header.mBefore = kSize + ((flags & kHasPeak) != 0 ? 4 : 0) + ((flags & kCountsPlaces) != 0 ? 4 : 0) +
-                     ((flags & kMakesHead) != 0 ? 0 : headSize) + places * 4;
+    header.mBefore = kSize + ((flags & kHasPeak) != 0 ? 4 : 0) + (fCounted ? 4 : 0) +
+                     ((flags & kMakesHead) != 0 ? 0 : headSize) + tableCount * 4;
     return header;
 }
 
@@ -122,6 +125,15 @@ SoundFacts FactsOf(const Header& aHeader) {
     sound.mBitsPerSample = aHeader.mBits;
     sound.mSamples = aHeader.GetSamples();
     return sound;
+}
+
+/// Holds the length against the bytes after the header. There is no lowest rate, as a frame of silence is
+/// half a minute in a few bytes; but the seek table has a number of 32 bits for each frame.
+void HoldAgainstSize(const Header& aHeader, std::uint64_t aBytes, SoundFacts& aSound) {
+    const std::uint64_t rate =
+        ISONumber_Scale(aSound.mBytes, std::uint64_t{8} * aSound.mSamplingRate, aSound.mSamples);
+    const bool fPossible = rate <= kSound_MaxBitRate && std::uint64_t{aHeader.mFrames} * 4 <= aBytes;
+    aSound.mSamples = fPossible ? aSound.mSamples : 0;
 }
 
 } // namespace
@@ -152,16 +164,13 @@ bool APEParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
                       unsigned{header.mSamplingRate});
     }
     SoundFacts sound = FactsOf(header);
-    const TailTags tails = ReadTailTags(aBytes, reader.GetPosition(), codePage);
+    const TailTags tails = ReadTailTags(aBytes, reader.GetPosition(), codePage, kTailTags_ShortSize);
     if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the tags");
     }
     if (aBytes.GetSize()) {
         sound.mBytes = tails.mStart - std::min(tags.mEnd + header.mBefore, tails.mStart);
-        // No lower bound: a frame of silence is half a minute in a few bytes.
-        const std::uint64_t rate =
-            ISONumber_Scale(sound.mBytes, std::uint64_t{8} * sound.mSamplingRate, sound.mSamples);
-        sound.mSamples = rate <= kSound_MaxBitRate ? sound.mSamples : 0;
+        HoldAgainstSize(header, tails.mStart - reader.GetPosition(), sound);
     }
     sound.Store(anInfo);
     tags.mTexts.Complete(tails.mTexts);

@@ -114,6 +114,10 @@ inline constexpr std::size_t kLanguages_MaxSize = 64;
 /// longer one names none.
 inline constexpr std::size_t kLanguages_MaxText = 64;
 
+/// Bytes of the end that are read for the tags after the sound where a usual file costs 16 KiB in all: all
+/// but lyrics and pictures fit in, and of these the footer tells the size.
+inline constexpr std::uint32_t kTailTags_ShortSize = std::uint32_t{8} * 1024;
+
 /// Seconds of a file of sound, the most: longer than a year is not a recording but a damaged number.
 inline constexpr std::uint64_t kSound_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
 

@@ -10,10 +10,6 @@ inline constexpr std::uint32_t kMusepack_MaxReads = 16;
 /// Bytes of one parse: room for all these reads as blocks of 16 KiB.
 inline constexpr std::uint64_t kMusepack_MaxBytes = std::uint64_t{256} * 1024;
 
-/// Bytes of the end that are read for the tags there: all but lyrics and pictures fit in, and of these the
-/// footer tells the size.
-inline constexpr std::uint32_t kMusepack_TailSize = std::uint32_t{8} * 1024;
-
 /// Bytes after a leading tag that are read together with its end: what stands before the sound fits many
 /// times.
 inline constexpr std::uint32_t kMusepack_NextSize = 4096;

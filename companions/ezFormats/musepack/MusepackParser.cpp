@@ -1,5 +1,6 @@
 #include "ezFormats/musepack/MusepackParser.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/SoundRecord.h"
 #include "ezFormats/tags/SongTags.h"
@@ -144,7 +145,7 @@ bool MusepackParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return Refuse(Cause::Malformed, "sampling rate of number %u", unsigned{stream.mRateIndex});
     }
     SoundFacts sound = SoundOf(stream);
-    const TailTags tail = ReadTailTags(aBytes, reader.GetPosition(), codePage, kMusepack_TailSize);
+    const TailTags tail = ReadTailTags(aBytes, reader.GetPosition(), codePage, kTailTags_ShortSize);
     if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the tags");
     }

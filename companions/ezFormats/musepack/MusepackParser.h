@@ -35,7 +35,7 @@ public:
         "Musepack",
         "True Audio and Musepack",
         "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
-        "APE tags before the sound, gain, chapters, the settings of the encoder, the table of places; stream "
+        "APE tags before the sound, gain, chapters, the settings of the encoder, the seek table; stream "
         "versions 4 to 6",
         {2, 16U << 10},
     };

@@ -1,5 +1,6 @@
 #include "ezFormats/tta/TTAParser.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/SoundRecord.h"
 #include "ezFormats/tags/SongTags.h"
@@ -53,7 +54,7 @@ bool TTAParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return Refuse(Cause::Malformed, "%u channels of %u bits at %u Hz", unsigned{sound.mChannels},
                       unsigned{sound.mBitsPerSample}, unsigned{sound.mSamplingRate});
     }
-    const TailTags tail = ReadTailTags(aBytes, reader.GetPosition(), codePage, kTTA_TailSize);
+    const TailTags tail = ReadTailTags(aBytes, reader.GetPosition(), codePage, kTailTags_ShortSize);
     if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the tags");
     }

@@ -35,7 +35,7 @@ public:
         "True Audio",
         "True Audio and Musepack",
         "ID3v2 before the sound; APE, Lyrics3 and ID3v1 after it",
-        "APE tags before the sound, the table of frames, encryption; files of other versions than `TTA1`",
+        "APE tags before the sound, the seek table, encryption; files of other versions than `TTA1`",
         {2, 16U << 10},
     };
 

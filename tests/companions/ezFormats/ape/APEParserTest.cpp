@@ -25,15 +25,16 @@ struct Described {
     unsigned mBits = 16;
     unsigned mChannels = 2;
     std::uint32_t mRate = 44100;
+    std::uint32_t mTable = 8;
 
-    /// Descriptor, header, the places of the frames, and 44 bytes that the WAV began with.
+    /// Descriptor, header, seek table, and the header of the WAV, of 44 bytes.
     std::string Bytes() const {
         std::string descriptor = mWord + Little(mVersion, 2) + Little(0, 2) + Little(mDescriptor) +
-                                 Little(24) + Little(8) + Little(44) + std::string(28, '\0');
+                                 Little(24) + Little(mTable) + Little(44) + std::string(28, '\0');
         descriptor.resize(mDescriptor);
         return descriptor + Little(2000, 2) + Little(0, 2) + Little(mFrameSamples) + Little(mLast) +
                Little(mFrames) + Little(mBits, 2) + Little(mChannels, 2) + Little(mRate) +
-               std::string(52, 'h');
+               std::string(mTable + 44, 'h');
     }
 };
 
@@ -169,7 +170,21 @@ TEST(APEParser, LengthThatTheSizeContradictsIsNotTold) {
     header.mFrames = UINT32_MAX;
     EXPECT_EQ(Values<APEParser>(header.Bytes() + Sound(9), {"dm"}), "") << "longer than a year";
     header.mFrames = 40;
+    header.mTable = 160;
     EXPECT_EQ(Values<APEParser>(header.Bytes(), {"dm"}), "65211") << "silence takes next to nothing";
+    header.mLast = header.mFrameSamples + 1;
+    EXPECT_EQ(Values<APEParser>(header.Bytes(), {"dm"}), "") << "more than a frame has";
+    --header.mLast;
+    EXPECT_EQ(Values<APEParser>(header.Bytes(), {"dm"}), "66873");
+    header.mTable = 116;
+    EXPECT_EQ(Values<APEParser>(header.Bytes(), {"dm"}), "66873") << "the file has room for the seek table";
+    --header.mTable;
+    EXPECT_EQ(Values<APEParser>(header.Bytes(), {"dm"}), "") << "and here it has not";
+    EXPECT_EQ(Values<APEParser>(header.Bytes() + kTag, {"dm"}), "") << "a tag is none";
+    Plain plain;
+    plain.mFrames = 4;
+    EXPECT_EQ(Values<APEParser>(plain.Bytes(std::string(16, '\0')), {"dm"}), "20064");
+    EXPECT_EQ(Values<APEParser>(plain.Bytes(std::string(15, '\0')), {"dm"}), "");
 }
 
 TEST(APEParser, OtherVersionsAndWhatSaysNothingOfTheSoundAreRefused) {
@@ -202,6 +217,6 @@ TEST(APEParser, UsualFileCostsStartAndEndAndACoverAReadMore) {
         EXPECT_NE(pictures::Parsed<APEParser>(file, {}, &counted), "null\n");
         return std::to_string(counted.mReads) + " " + std::to_string(counted.mBytes);
     };
-    EXPECT_EQ(costs(kTag), "2 24576");
-    EXPECT_EQ(costs(APE2(kCover + APEItem("Comment", std::string(100000, 'c')))), "3 28672");
+    EXPECT_EQ(costs(kTag), "2 16384");
+    EXPECT_EQ(costs(APE2(kCover + APEItem("Comment", std::string(100000, 'c')))), "3 20480");
 }

@@ -31,9 +31,10 @@ std::string Code(const std::string& aText) {
     return "`" + aText + "`";
 }
 
-Texts Coded(std::initializer_list<const char*> aTexts) {
+template <typename List>
+Texts Coded(const List& aTexts) {
     Texts coded;
-    for (const char* const text : aTexts) {
+    for (const auto& text : aTexts) {
         coded.push_back(Code(text));
     }
     return coded;
@@ -225,9 +226,12 @@ std::string RowOf(const Format& aFormat) {
             AddOnce(extension, extensions);
         }
     }
+    Texts types(aFormat.mDescription.mMimeTypes.begin(), aFormat.mDescription.mMimeTypes.end());
+    types.insert(types.end(), aFormat.mDescription.mForeignMimeTypes.begin(),
+                 aFormat.mDescription.mForeignMimeTypes.end());
     const std::string title = aFormat.mNotes.mTitle;
     return "| [" + title + "](#" + AnchorOf(title) + ") | " + Joined(extensions) + " | " +
-           Joined(Coded(aFormat.mDescription.mMimeTypes)) + " | " + CostOf(aFormat.mNotes.mUsual) + " | " +
+           Joined(Coded(types)) + " | " + CostOf(aFormat.mNotes.mUsual) + " | " +
            CostOf(aFormat.mDescription.mBudget) + " |\n";
 }
 

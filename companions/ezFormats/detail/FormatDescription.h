@@ -52,6 +52,8 @@ struct FormatDescription {
     std::initializer_list<MediaTypesLine> mLines;
     std::initializer_list<OtherMimeTypes> mOtherMimeTypes = {};
     FormatMagic mMagic = {};
+    std::initializer_list<const char*> mForeignMimeTypes =
+        {}; ///< of other formats, which declare them: announced for what hides in this one
 
     /// Announced for media that do not say otherwise.
     constexpr const char* GetFirstMimeType() const { return *mMimeTypes.begin(); }

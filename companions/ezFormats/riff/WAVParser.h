@@ -27,7 +27,7 @@ public:
     static constexpr FormatDescription kDescription = {
         "WAVParser",
         "wav",
-        {"audio/wav", "audio/x-w64", "audio/vnd.dts"},
+        {"audio/wav", "audio/x-w64"},
         {kWAV_MaxReads, kWAV_MaxBytes},
         {{"wav",
           {"wav", "wave", "bwf", "rf64"},
@@ -37,6 +37,7 @@ public:
          {"w64", {"w64"}, {"audio/x-w64"}, kezUPnPClass_MusicTrack, {"wav"}}},
         {{"audio/wav", "", {"audio/x-wav", "audio/wave", "audio/vnd.wave"}}},
         {IsAt, true},
+        {"audio/vnd.dts"},
     };
 
     static constexpr FormatNotes kNotes = {

@@ -212,8 +212,9 @@ protected:
     /// Expects all that every record says.
     static void ExpectComplete(const ezMediaInfo& anInfo, bool afSizeKnown = true) {
         const std::string type = TextOf(anInfo, kezInfo_MimeType);
-        const auto& types = Format().mMimeTypes;
-        EXPECT_TRUE(std::find(types.begin(), types.end(), type) != types.end()) << type;
+        std::set<std::string> types(Format().mMimeTypes.begin(), Format().mMimeTypes.end());
+        types.insert(Format().mForeignMimeTypes.begin(), Format().mForeignMimeTypes.end());
+        EXPECT_EQ(types.count(type), 1U) << type;
         EXPECT_EQ(TextOf(anInfo, kezInfo_ClassName), KindOf(type));
         const std::string field = TextOf(anInfo, kezInfo_DLNA);
         EXPECT_NE(field, "");

@@ -1,4 +1,5 @@
 #include "ezFormats/detail/Formats.h"
+#include "ezFormats/detail/FormatMimeTypes.h"
 
 #include "support/Folders.h"
 #include "support/WholeFile.h"
@@ -143,6 +144,12 @@ TEST(Formats, NoTwoOfThemHaveAnyNameInCommon) {
             for (const char* const name : other.mNames) {
                 EXPECT_TRUE(types.insert(name).second) << name;
             }
+        }
+    }
+    for (const FormatDescription* const format : AllFormats::kDescriptions) {
+        for (const char* const type : format->mForeignMimeTypes) {
+            EXPECT_TRUE(FormatMimeType_IsStated(type)) << type; // by whom it is of
+            EXPECT_FALSE(Has(format->mMimeTypes, type)) << type;
         }
     }
 }

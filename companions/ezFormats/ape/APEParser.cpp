@@ -2,8 +2,8 @@
 
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/tags/SongTags.h"
 
 #include "ezBytes/ByteReader.h"
@@ -131,7 +131,7 @@ SoundFacts FactsOf(const Header& aHeader) {
 /// half a minute in a few bytes; but the seek table has a number of 32 bits for each frame.
 void HoldAgainstSize(const Header& aHeader, std::uint64_t aBytes, SoundFacts& aSound) {
     const std::uint64_t rate =
-        ISONumber_Scale(aSound.mBytes, std::uint64_t{8} * aSound.mSamplingRate, aSound.mSamples);
+        MediaNumber_Scale(aSound.mBytes, std::uint64_t{8} * aSound.mSamplingRate, aSound.mSamples);
     const bool fPossible = rate <= kSound_MaxBitRate && std::uint64_t{aHeader.mFrames} * 4 <= aBytes;
     aSound.mSamples = fPossible ? aSound.mSamples : 0;
 }

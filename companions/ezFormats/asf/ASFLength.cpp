@@ -3,8 +3,8 @@
 #include "ezFormats/asf/ASFLimits.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include "ezBytes/ASFPackets.h"
 
@@ -134,7 +134,7 @@ std::uint64_t PacketBytes(const ByteReader& aRest, const ASFFileProperties& aFil
     if (aFile.mfBroadcast || aFile.mPackets == 0 || aFile.mPacketSize == 0) {
         return aRest.GetLeft();
     }
-    return std::min(ISONumber_Scale(aFile.mPackets, aFile.mPacketSize, 1), aRest.GetLeft());
+    return std::min(MediaNumber_Scale(aFile.mPackets, aFile.mPacketSize, 1), aRest.GetLeft());
 }
 
 } // namespace
@@ -160,7 +160,7 @@ ASFLength MeasureASF(MediaBytes& aBytes, const ByteReader& aRest, const ASFHeade
     length.mMethod = "last frame";
     if (!IsPlausible(length.mMilliseconds, length.mBytes)) {
         length.mMilliseconds =
-            ISONumber_Scale(length.mBytes, std::uint64_t{8} * kMilli, StatedBitRate(aHeader));
+            MediaNumber_Scale(length.mBytes, std::uint64_t{8} * kMilli, StatedBitRate(aHeader));
         length.mMethod = "estimate: size and stated rate";
         length.mMilliseconds = IsPlausible(length.mMilliseconds, length.mBytes) ? length.mMilliseconds : 0;
     }

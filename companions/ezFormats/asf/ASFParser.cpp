@@ -6,8 +6,8 @@
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include "ezPlatform/base/Checked.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -26,7 +26,7 @@ bool IsWMA(const WaveFormat& aFormat) {
 /// is.
 void TakeRates(const ASFStreamFacts& aStream, bool afVaries, SoundFacts& aSound) {
     const WaveFormat& format = aStream.mSound;
-    const std::uint32_t number = ISONumber_BitRate(format.mAverageBytes, 1, 1);
+    const std::uint32_t number = MediaNumber_BitRate(format.mAverageBytes, 1, 1);
     const std::uint32_t stated = number >= kASF_MinBitRate ? number : 0;
     const bool fConstant = format.mRate != WaveFormat::Rate::Varying || format.mTag == kWaveTag_WMAPro;
     if (fConstant && !afVaries && stated != 0) {
@@ -45,12 +45,12 @@ SoundFacts FactsOf(const ASFStreamFacts& aStream, const ASFHeader& aHeader, cons
     sound.mSamplingRate = format.mSamplingRate;
     sound.mChannels = format.mChannels;
     sound.mBitsPerSample = format.mBitsPerSample;
-    sound.mSamples = ISONumber_Scale(aLength.mMilliseconds, format.mSamplingRate, kMilli);
+    sound.mSamples = MediaNumber_Scale(aLength.mMilliseconds, format.mSamplingRate, kMilli);
     sound.mDurationMethod = aLength.mMethod;
     TakeRates(aStream, afVaries, sound);
     const bool fAlone = aHeader.Count(ASFStreamKind::Sound) == 1 && aHeader.Count(ASFStreamKind::Video) == 0;
     sound.mBytes = fAlone ? aLength.mBytes // else others' bytes are among them
-                          : ISONumber_Scale(aLength.mMilliseconds, aStream.mMeanBitRate, 8 * kMilli);
+                          : MediaNumber_Scale(aLength.mMilliseconds, aStream.mMeanBitRate, 8 * kMilli);
     return sound;
 }
 
@@ -63,7 +63,7 @@ void StoreNumber(ezMediaInfo& anInfo, const char* aKey, std::uint32_t aNumber) {
 void StoreVideo(const ASFHeader& aHeader, const ASFLength& aLength, ezMediaInfo& anInfo) {
     anInfo.Set(kezInfo_MimeType, "video/x-ms-wmv", true);
     anInfo.Set(kezInfo_HasVideoTrack, 1, true);
-    const std::uint32_t mean = ISONumber_BitRate(aLength.mBytes, aLength.mMilliseconds, 1000);
+    const std::uint32_t mean = MediaNumber_BitRate(aLength.mBytes, aLength.mMilliseconds, 1000);
     const std::uint32_t most = aHeader.mFile.mMaxBitRate; // some state what they aimed at
     StoreNumber(anInfo, kezInfo_EstimatedBitRate, mean);
     StoreNumber(anInfo, kezInfo_MaxBitRate, most >= mean && most != kezMediaInfo_VariableRate ? most : 0);

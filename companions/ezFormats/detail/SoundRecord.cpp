@@ -1,7 +1,7 @@
 #include "ezFormats/detail/SoundRecord.h"
 
 #include "ezFormats/detail/Limits.h"
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -21,14 +21,14 @@ void SoundFacts::SetPackets(std::uint64_t aBytes, std::uint32_t aPacketBytes, st
     const bool fPlausible =
         aPacketSamples == 1 || IsLengthPlausible(aPacketBytes, aPacketSamples, mSamplingRate);
     if (aPacketBytes != 0 && aPacketSamples != 0 && fPlausible) {
-        mSamples = ISONumber_Scale(aBytes, aPacketSamples, aPacketBytes);
-        mBitRate = ISONumber_BitRate(aPacketBytes, aPacketSamples, mSamplingRate);
+        mSamples = MediaNumber_Scale(aBytes, aPacketSamples, aPacketBytes);
+        mBitRate = MediaNumber_BitRate(aPacketBytes, aPacketSamples, mSamplingRate);
     }
 }
 
 bool SoundFacts::IsLengthPlausible(std::uint64_t aBytes, std::uint64_t aSamples,
                                    std::uint32_t aSamplingRate) {
-    const std::uint32_t rate = ISONumber_BitRate(aBytes, aSamples, aSamplingRate);
+    const std::uint32_t rate = MediaNumber_BitRate(aBytes, aSamples, aSamplingRate);
     return kSound_MinBitRate <= rate && rate <= kSound_MaxBitRate;
 }
 
@@ -38,12 +38,12 @@ void SoundFacts::HoldAgainst(std::uint64_t aBytes) {
 }
 
 std::uint64_t SoundFacts::GetMilliseconds() const {
-    const std::uint64_t milliseconds = ISONumber_Scale(mSamples, 1000, mSamplingRate);
+    const std::uint64_t milliseconds = MediaNumber_Scale(mSamples, 1000, mSamplingRate);
     return milliseconds <= kSound_MaxSeconds * 1000 ? milliseconds : 0;
 }
 
 std::uint32_t SoundFacts::GetMeanBitRate() const {
-    return GetMilliseconds() != 0 ? ISONumber_BitRate(mBytes, mSamples, mSamplingRate) : 0;
+    return GetMilliseconds() != 0 ? MediaNumber_BitRate(mBytes, mSamples, mSamplingRate) : 0;
 }
 
 void SoundFacts::Store(ezMediaInfo& anInfo) const {
@@ -54,7 +54,7 @@ void SoundFacts::Store(ezMediaInfo& anInfo) const {
     const std::uint64_t milliseconds = GetMilliseconds();
     if (milliseconds != 0) {
         anInfo.SetDuration(milliseconds, mDurationMethod);
-        const std::uint64_t bound = ISONumber_Scale(mBoundSamples, 1000, mSamplingRate);
+        const std::uint64_t bound = MediaNumber_Scale(mBoundSamples, 1000, mSamplingRate);
         if (bound != 0) {
             anInfo.Set(kezInfo_DurationBound, bound, true);
         }

@@ -1,8 +1,8 @@
 #include "ezFormats/dsdiff/DSDIFFParser.h"
 
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/tags/CoverFacts.h"
 #include "ezFormats/tags/MusicValues.h"
 #include "ezFormats/tags/SongTags.h"
@@ -153,7 +153,7 @@ SoundFacts SoundOf(const Chunks& aChunks) {
         sound.mDurationMethod = aChunks.mfMeasured ? "constant rate" : "header";
         return sound;
     }
-    sound.mSamples = ISONumber_Scale(aChunks.mFrames, sound.mSamplingRate, aChunks.mFramesASecond);
+    sound.mSamples = MediaNumber_Scale(aChunks.mFrames, sound.mSamplingRate, aChunks.mFramesASecond);
     if (aChunks.mSoundSize != 0) {
         sound.HoldAgainst(aChunks.mSoundSize);
     }

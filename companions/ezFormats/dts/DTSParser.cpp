@@ -2,9 +2,9 @@
 
 #include "ezFormats/codecs/DTSHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/dts/DTSFrames.h"
 #include "ezFormats/dts/DTSLimits.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include "ezBytes/ByteReader.h"
 
@@ -66,9 +66,9 @@ void TakeExtension(const ezDTSExtension& anExtension, SoundFacts& aSound) {
     if (anExtension.mSamplingRate == 0) {
         return;
     }
-    aSound.mSamples = ISONumber_Scale(aSound.mSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
+    aSound.mSamples = MediaNumber_Scale(aSound.mSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
     aSound.mBoundSamples =
-        ISONumber_Scale(aSound.mBoundSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
+        MediaNumber_Scale(aSound.mBoundSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
     aSound.mSamplingRate = anExtension.mSamplingRate;
     aSound.mChannels = anExtension.mChannels;
     if (anExtension.mKind == ezDTSExtension::Kind::MasterAudio) {
@@ -118,7 +118,7 @@ bool DTSParser::ReadHeaded(MediaBytes& aBytes, FrameFile& aFile) const {
             const std::uint64_t bytes = aBytes.GetSize() ? aFile.mSound.mBytes : size;
             if (SoundFacts::IsLengthPlausible(bytes, stated.mSamples, stated.mSamplingRate)) {
                 aFile.mSound.mSamples =
-                    ISONumber_Scale(stated.mSamples, aFile.mSound.mSamplingRate, stated.mSamplingRate);
+                    MediaNumber_Scale(stated.mSamples, aFile.mSound.mSamplingRate, stated.mSamplingRate);
                 aFile.mSound.mBoundSamples = 0;
                 aFile.mSound.mDurationMethod = "header";
             }

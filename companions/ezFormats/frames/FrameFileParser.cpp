@@ -66,8 +66,7 @@ bool FrameFileParser::Measure(MediaBytes& aBytes, CodedFrames& aFrames, std::uin
     FrameMeasure measure(aBytes, aFrames);
     measure.LookAtStart();
     const CodedFrame& first = aFrames.GetFirst();
-    const TailTags tails =
-        ReadTailTags(aBytes, first.mPosition + first.mSize, CodePage(GetTextCodePage()));
+    const TailTags tails = ReadTailTags(aBytes, first.mPosition + first.mSize, CodePage(GetTextCodePage()));
     aFile.mTags.mTexts.Complete(tails.mTexts);
     aFile.mTags.mCover.Complete(tails.mCover);
     const std::uint64_t end = std::min(anEnd, tails.mStart);

@@ -2,9 +2,9 @@
 
 #include "ezBytes/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
 #include "ezFormats/frames/FrameLimits.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include "ezPlatform/base/Checked.h"
 
@@ -23,7 +23,7 @@ bool IsFaster(const FrameSurvey& aPlace, const FrameSurvey& anOther) {
 
 /// The samples of so many bytes that go by as those looked at do.
 std::uint64_t SamplesOf(std::uint64_t aBytes, const FrameSurvey& aSeen) {
-    return ISONumber_Scale(aBytes, aSeen.mSamples, aSeen.mBytes);
+    return MediaNumber_Scale(aBytes, aSeen.mSamples, aSeen.mBytes);
 }
 
 } // namespace
@@ -89,7 +89,7 @@ void FrameMeasure::TakeConstant() {
     mfConstant = true;
     mMethod = "constant rate";
     mSamples = first.mBitRate != 0
-                   ? ISONumber_Scale(mSize, std::uint64_t{8} * first.mSamplingRate, first.mBitRate)
+                   ? MediaNumber_Scale(mSize, std::uint64_t{8} * first.mSamplingRate, first.mBitRate)
                    : SamplesOf(mSize, mAll);
 }
 
@@ -182,11 +182,11 @@ void FrameMeasure::Tell(SoundFacts& aSound) const {
     aSound.mBoundSamples = mBound;
     aSound.mDurationMethod = mMethod;
     aSound.mBytes = mSize;
-    aSound.mEstimatedBitRate = ISONumber_BitRate(mStart.mBytes, mStart.mSamples, first.mSamplingRate);
+    aSound.mEstimatedBitRate = MediaNumber_BitRate(mStart.mBytes, mStart.mSamples, first.mSamplingRate);
     // Without the whole, what is stated is believed, and one size is not.
     if (mfConstant || (mSamples == 0 && first.mBitRate != 0 && mAll.IsConstant())) {
         aSound.mBitRate = first.mBitRate != 0
                               ? first.mBitRate
-                              : ISONumber_BitRate(first.mSize, first.mSamples, first.mSamplingRate);
+                              : MediaNumber_BitRate(first.mSize, first.mSamples, first.mSamplingRate);
     }
 }

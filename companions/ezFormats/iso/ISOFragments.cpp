@@ -2,7 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include <algorithm>
 
@@ -57,7 +57,7 @@ struct Track {
         mfStarted = false;
     }
     /// Microseconds, with those that indices tell of.
-    std::uint64_t GetDuration(ISOTimeSum anIndexed) const {
+    std::uint64_t GetDuration(TimeSum anIndexed) const {
         if (mTrack != nullptr) {
             anIndexed.Add(mFound.mTicks, mTrack->mTimescale);
         }
@@ -121,7 +121,7 @@ private:
     std::uint32_t& mBoxBudget;
     Track mAudio;
     Track mVideo;
-    ISOTimeSum mIndexed;
+    TimeSum mIndexed;
     std::uint64_t mPosition = 0;
     std::uint32_t mCount = 0;      ///< fragments read, or told of by an index
     std::uint64_t mLargestBox = 0; ///< bytes of the largest that was stepped over, from the first fragment on
@@ -204,7 +204,7 @@ std::uint64_t FragmentReading::ReadIndex(ByteReader aBox) {
         ticks += aBox.ReadBig32();
         aBox.Skip(4); // stream access points
     }
-    if (aBox.HasFailed() || ISONumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetEnd()) {
+    if (aBox.HasFailed() || MediaNumber_Microseconds(ticks, timescale) == 0 || end > mBytes.GetEnd()) {
         return 0;
     }
     mIndexed.Add(ticks, timescale);

@@ -4,11 +4,11 @@
 #include "ezBytes/CodePage.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOCompressedMovie.h"
 #include "ezFormats/iso/ISOFragments.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOMovie.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/iso/ISORecord.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
@@ -162,8 +162,8 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
         // What follows may run slower; players stop at the announced time, so an eighth more.
         const std::uint64_t size = aMedia.mSize.value_or(0);
         const std::uint64_t all = size - std::min(fragments.mStart, size);
-        const std::uint64_t estimate = ISONumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
-        duration = ISONumber_Microseconds(ezSaturating_Add64(estimate, estimate / 8), 1000000);
+        const std::uint64_t estimate = MediaNumber_Scale(duration, all, fragments.mEnd - fragments.mStart);
+        duration = MediaNumber_Microseconds(ezSaturating_Add64(estimate, estimate / 8), 1000000);
         method = "estimate: the first fragments, by their share of the bytes";
         bound = estimate / 4; // it may as well run faster by an eighth
     }

@@ -1,8 +1,8 @@
 #include "ezFormats/iso/ISOMovie.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOLimits.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/iso/ISOTags.h"
 #include "ezFormats/tags/LanguageTags.h"
 
@@ -169,12 +169,12 @@ TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
 /// Microseconds that a track is presented; 0: not told.
 std::uint64_t PresentationOf(const TrackReading& aReading, std::uint32_t aMovieTimescale) {
     const ISOTrack& track = aReading.mTrack;
-    const std::uint64_t media = ISONumber_Microseconds(track.mDuration, track.mTimescale);
+    const std::uint64_t media = MediaNumber_Microseconds(track.mDuration, track.mTimescale);
     const Edits& edits = aReading.mEdits;
     if (!edits.mfAny || aMovieTimescale == 0) {
         return media;
     }
-    ISOTimeSum edited;
+    TimeSum edited;
     edited.Add(edits.mDuration, aMovieTimescale);
     if (edits.mfOpen) {
         edited.Add(track.mDuration - std::min(edits.mOpenStart, track.mDuration), track.mTimescale);
@@ -286,7 +286,7 @@ void MovieReading::TakeFragmentDefaults(const ByteReader& aBox) {
     ByteReader content = aBox;
     while (walk.Next(&type, &content)) {
         if (type == "mehd") {
-            mMovie.mWholeDuration = ISONumber_Microseconds(ReadWholeDuration(content), mTimescale);
+            mMovie.mWholeDuration = MediaNumber_Microseconds(ReadWholeDuration(content), mTimescale);
         } else if (type == "trex") {
             TakeTrackDefaults(content);
         }
@@ -298,7 +298,7 @@ void MovieReading::Read(const ByteReader& aBox) {
     if (Enter(content, "mvhd", mBoxBudget)) { // edits count in its ticks, wherever it stands
         const Times times = ReadTimes(content);
         mTimescale = times.mTimescale;
-        mMovie.mDuration = ISONumber_Microseconds(times.mDuration, times.mTimescale);
+        mMovie.mDuration = MediaNumber_Microseconds(times.mDuration, times.mTimescale);
         mMovie.mMatrix = ReadMovieMatrix(content);
     }
     std::optional<ByteReader> fragments;

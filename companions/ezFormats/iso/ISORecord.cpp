@@ -1,8 +1,8 @@
 #include "ezFormats/iso/ISORecord.h"
 
 #include "ezFormats/codecs/AMRFrames.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOLimits.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -54,9 +54,9 @@ std::uint32_t RateOfSamples(const ISOTrack& aTrack, std::uint64_t aSamples, std:
     const bool fWide = codec.mName == "AMR-WB";
     std::uint32_t rate = 0;
     if (fWide || codec.mName == "AMR") {
-        rate = AMRFrames_BitRate(aBytes, ISONumber_Scale(aSamples, codec.mFramesPerSample, 1), fWide);
+        rate = AMRFrames_BitRate(aBytes, MediaNumber_Scale(aSamples, codec.mFramesPerSample, 1), fWide);
     }
-    return rate != 0 ? rate : ISONumber_BitRate(aBytes, aTicks, aTrack.mTimescale);
+    return rate != 0 ? rate : MediaNumber_BitRate(aBytes, aTicks, aTrack.mTimescale);
 }
 
 /// The rates by the sizes of the samples in the movie's tables: an average of them all, or an estimate of the
@@ -66,7 +66,7 @@ Rates RatesByTable(const ISOTrack& aTrack, const std::optional<std::uint64_t>& a
     const ISOCodec& codec = aTrack.mTables.mCodec;
     if (table.mConstantSize != 0 && codec.mPacketBytes != 0 && codec.mPacketSamples != 0) {
         Rates rates;
-        rates.mAverage = ISONumber_BitRate(codec.mPacketBytes, codec.mPacketSamples, codec.mSamplingRate);
+        rates.mAverage = MediaNumber_BitRate(codec.mPacketBytes, codec.mPacketSamples, codec.mSamplingRate);
         return rates;
     }
     const bool fWhole = table.GetBytes() <= kISO_MaxSizeTable;
@@ -82,7 +82,7 @@ Rates RatesByTable(const ISOTrack& aTrack, const std::optional<std::uint64_t>& a
     if (sum.mSamples == table.mCount) {
         rates.mAverage = RateOfSamples(aTrack, sum.mSamples, sum.mBytes, aTrack.mDuration);
     } else {
-        const std::uint64_t bytes = ISONumber_Scale(sum.mBytes, table.mCount, sum.mSamples);
+        const std::uint64_t bytes = MediaNumber_Scale(sum.mBytes, table.mCount, sum.mSamples);
         rates.mEstimate = RateOfSamples(aTrack, table.mCount, bytes, aTrack.mDuration);
     }
     return rates;
@@ -108,7 +108,7 @@ Rates RatesOf(const ISOMedia& aMedia, const ISOTrack& aTrack, const ISOFragmentT
     if (IsPlain(codec) ||
         codec.mName == "PCM-float") { // some tables state the size of a channel's sample for that of all
         const std::uint64_t bits = std::uint64_t{codec.mChannels} * codec.mBitsPerSample;
-        rates.mAverage = ISONumber_BitRate(bits, 8, codec.mSamplingRate);
+        rates.mAverage = MediaNumber_BitRate(bits, 8, codec.mSamplingRate);
         return rates;
     }
     const bool fAudioOfFilm = aTrack.mKind == ISOTrackKind::kAudio && aMedia.mMovie.mVideo.has_value();
@@ -141,12 +141,12 @@ void StoreAudio(const ISOCodec& aCodec, const Rates& aRates, ezMediaInfo& anInfo
 std::uint32_t FrameRateOf(const ISOTrack& aTrack, const ISOFragmentTrack& aFragments) {
     const ISOTables& tables = aTrack.mTables;
     if (tables.mTicks != 0) {
-        return ISONumber_FrameRate(tables.mTimedSamples, tables.mTicks, aTrack.mTimescale);
+        return MediaNumber_FrameRate(tables.mTimedSamples, tables.mTicks, aTrack.mTimescale);
     }
     if (tables.mSizes.mCount != 0) {
-        return ISONumber_FrameRate(tables.mSizes.mCount, aTrack.mDuration, aTrack.mTimescale);
+        return MediaNumber_FrameRate(tables.mSizes.mCount, aTrack.mDuration, aTrack.mTimescale);
     }
-    return ISONumber_FrameRate(aFragments.mSamples, aFragments.mSampleTicks, aTrack.mTimescale);
+    return MediaNumber_FrameRate(aFragments.mSamples, aFragments.mSampleTicks, aTrack.mTimescale);
 }
 
 void StoreVideo(const ISOCodec& aCodec, std::uint32_t aFrameRate, const Rates& aRates, ezMediaInfo& anInfo) {
@@ -204,7 +204,7 @@ void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo) {
             anInfo.Set(kezInfo_DurationBound, aMedia.mDurationBound / kMicrosInMilli, true);
         }
     }
-    const std::uint32_t whole = ISONumber_BitRate(aMedia.mSize.value_or(0), aMedia.mDuration, kMicro);
+    const std::uint32_t whole = MediaNumber_BitRate(aMedia.mSize.value_or(0), aMedia.mDuration, kMicro);
     Rates audio;
     Rates video;
     if (movie.mAudio.has_value()) {

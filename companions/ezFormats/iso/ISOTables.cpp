@@ -1,8 +1,8 @@
 #include "ezFormats/iso/ISOTables.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOLimits.h"
-#include "ezFormats/iso/ISONumbers.h"
 
 #include <algorithm>
 #include <array>

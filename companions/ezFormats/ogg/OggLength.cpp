@@ -1,7 +1,7 @@
 #include "ezFormats/ogg/OggLength.h"
 
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/ogg/OggLimits.h"
 
 #include "ezPlatform/base/Checked.h"
@@ -193,7 +193,7 @@ std::uint64_t OggLength::FindBorder() {
 /// The rest goes on as the part that was measured, and an eighth more, so that it is not short.
 void OggLength::Estimate() {
     const std::uint64_t seen = ezSaturating_Add64(mMicroseconds, mSeenTime);
-    const std::uint64_t all = ISONumber_Scale(seen, mBytes.GetEnd(), mSeenEnd);
+    const std::uint64_t all = MediaNumber_Scale(seen, mBytes.GetEnd(), mSeenEnd);
     mMicroseconds = ezSaturating_Add64(all, all / 8);
     mMethod = "estimate: of the first links";
 }

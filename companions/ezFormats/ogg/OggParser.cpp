@@ -3,8 +3,8 @@
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/ogg/OggLength.h"
 #include "ezFormats/ogg/OggLink.h"
 #include "ezFormats/tags/CommentTexts.h"
@@ -59,7 +59,7 @@ SoundFacts FactsOf(const OggStream& aSound) {
 
 /// Takes the length that the pages tell.
 void TakeLength(const MediaBytes& aBytes, const OggLength& aLength, bool afAlone, SoundFacts& aFacts) {
-    aFacts.mSamples = ISONumber_Scale(aLength.GetMicroseconds(), aFacts.mSamplingRate, kMicro);
+    aFacts.mSamples = MediaNumber_Scale(aLength.GetMicroseconds(), aFacts.mSamplingRate, kMicro);
     aFacts.mDurationMethod = aLength.GetMethod();
     if (afAlone && aLength.GetSoundStart() != 0) { // else others' bytes are among them
         aFacts.mBytes = aBytes.GetEnd() - aLength.GetSoundStart();

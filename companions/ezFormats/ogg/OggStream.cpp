@@ -3,7 +3,7 @@
 #include "ezFormats/ogg/OggLimits.h"
 
 #include "ezFormats/codecs/FLACStreamInfo.h"
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezBytes/ByteReader.h"
 
@@ -113,7 +113,7 @@ void ReadOGMSound(ByteReader aPacket, OggStream& aStream) {
                                    {"00FF", "AAC"},  {"00ff", "AAC"}, {"2000", "AC3"}};
     ReadOGM(aPacket, aStream);
     aStream.mSamplingRate = static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(ISONumber_Scale(aStream.mTicks, 1, aStream.mSeconds), UINT32_MAX));
+        std::min<std::uint64_t>(MediaNumber_Scale(aStream.mTicks, 1, aStream.mSeconds), UINT32_MAX));
     aPacket.Skip(9);
     const ezCString tag = aPacket.ReadText(4);
     for (const Format& format : kFormats) {
@@ -145,7 +145,7 @@ std::uint64_t OggStream::TimeOf(std::uint64_t aGranule) const {
     if (mKeyShift != 0) {
         count = (aGranule >> mKeyShift) + (aGranule & ((std::uint64_t{1} << mKeyShift) - 1));
     }
-    return ISONumber_Scale(count, mSeconds * kMicroseconds, mTicks);
+    return MediaNumber_Scale(count, mSeconds * kMicroseconds, mTicks);
 }
 
 OggStream ReadOggStream(const ByteReader& aPacket, std::uint32_t aSerial) {

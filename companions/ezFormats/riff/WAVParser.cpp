@@ -2,8 +2,8 @@
 
 #include "ezFormats/codecs/MPEGAudioHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/iso/ISONumbers.h"
 #include "ezFormats/riff/WAVChunks.h"
 #include "ezFormats/riff/WAVDisguise.h"
 #include "ezFormats/tags/SongTags.h"
@@ -31,12 +31,12 @@ bool IsCountPlausible(const WAVChunks& aChunks) {
     }
     if (format.mBlockSamples != 0 && format.mBlockSize != 0) {
         const std::uint64_t whole = ezSaturating_Add64(aChunks.mSound.mSize, format.mBlockSize - 1);
-        const std::uint64_t most = ISONumber_Scale(whole, format.mBlockSamples, format.mBlockSize);
+        const std::uint64_t most = MediaNumber_Scale(whole, format.mBlockSamples, format.mBlockSize);
         return aChunks.mSamples <= most && most - aChunks.mSamples <= 2 * std::uint64_t{format.mBlockSamples};
     }
     if (format.mAverageBytes != 0) {
         const std::uint64_t mean =
-            ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
+            MediaNumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
         return aChunks.mSamples / kWAV_MaxMeanError <= mean && mean / kWAV_MaxMeanError <= aChunks.mSamples;
     }
     return true;
@@ -48,8 +48,8 @@ void MeasureCoded(const WAVChunks& aChunks, SoundFacts& aSound) {
     const bool fConstant = format.mRate == WaveFormat::Rate::Constant;
     aSound.SetPackets(aChunks.mSound.mSize, format.mBlockSize, format.mBlockSamples);
     if (format.mAverageBytes != 0 && aSound.mBitRate == 0) {
-        aSound.mSamples = ISONumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
-        aSound.mBitRate = fConstant ? ISONumber_BitRate(format.mAverageBytes, 1, 1) : 0;
+        aSound.mSamples = MediaNumber_Scale(aChunks.mSound.mSize, format.mSamplingRate, format.mAverageBytes);
+        aSound.mBitRate = fConstant ? MediaNumber_BitRate(format.mAverageBytes, 1, 1) : 0;
         aSound.mDurationMethod = fConstant ? aSound.mDurationMethod : kEstimated;
     }
     if (aChunks.mSamples != 0 && !aChunks.mSound.mfMeasured && IsCountPlausible(aChunks)) {

@@ -4,7 +4,7 @@
 
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include <gtest/gtest.h>
 
@@ -94,22 +94,22 @@ std::string MPEG4(unsigned aProfile, const std::string& aLayer) {
 
 // ---- numbers ----
 
-TEST(ISONumbers, ProductsOfAnySizeAreDivided) {
-    EXPECT_EQ(ISONumber_Scale(7, 3, 2), 10U);
-    EXPECT_EQ(ISONumber_Scale(UINT64_MAX, UINT64_MAX, UINT64_MAX / 2), UINT64_MAX); // does not fit
-    EXPECT_EQ(ISONumber_Scale(UINT64_MAX, 1000, 2000), UINT64_MAX / 2);
-    EXPECT_EQ(ISONumber_Scale(UINT64_C(1) << 62, UINT64_C(1) << 62, UINT64_C(1) << 62), UINT64_C(1) << 62);
-    EXPECT_EQ(ISONumber_Scale(1, 1, 0), 0U);
-    EXPECT_EQ(ISONumber_Scale(1, 1, UINT64_C(1) << 63), 0U);
-    EXPECT_EQ(ISONumber_BitRate(UINT64_MAX, 1, 1), 0U);
-    EXPECT_EQ(ISONumber_BitRate(1000, 1001, 1000), 7992U);
-    EXPECT_EQ(ISONumber_FrameRate(1, 1001, 30000), 29970U);
-    EXPECT_EQ(ISONumber_FrameRate(UINT64_MAX, 1, 1), 0U);
+TEST(MediaNumbers, ProductsOfAnySizeAreDivided) {
+    EXPECT_EQ(MediaNumber_Scale(7, 3, 2), 10U);
+    EXPECT_EQ(MediaNumber_Scale(UINT64_MAX, UINT64_MAX, UINT64_MAX / 2), UINT64_MAX); // does not fit
+    EXPECT_EQ(MediaNumber_Scale(UINT64_MAX, 1000, 2000), UINT64_MAX / 2);
+    EXPECT_EQ(MediaNumber_Scale(UINT64_C(1) << 62, UINT64_C(1) << 62, UINT64_C(1) << 62), UINT64_C(1) << 62);
+    EXPECT_EQ(MediaNumber_Scale(1, 1, 0), 0U);
+    EXPECT_EQ(MediaNumber_Scale(1, 1, UINT64_C(1) << 63), 0U);
+    EXPECT_EQ(MediaNumber_BitRate(UINT64_MAX, 1, 1), 0U);
+    EXPECT_EQ(MediaNumber_BitRate(1000, 1001, 1000), 7992U);
+    EXPECT_EQ(MediaNumber_FrameRate(1, 1001, 30000), 29970U);
+    EXPECT_EQ(MediaNumber_FrameRate(UINT64_MAX, 1, 1), 0U);
 }
 
-TEST(ISONumbers, TimesAreAddedBeforeTheRemainderIsDropped) {
+TEST(MediaNumbers, TimesAreAddedBeforeTheRemainderIsDropped) {
     const auto sum = [](std::initializer_list<std::pair<std::uint64_t, std::uint32_t>> aTimes) {
-        ISOTimeSum times;
+        TimeSum times;
         for (const auto& [ticks, timescale] : aTimes) {
             times.Add(ticks, timescale);
         }

@@ -1,6 +1,6 @@
 #include "companions/ezFormats/iso/ISOBytes.h"
 
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include <gtest/gtest.h>
 
@@ -172,15 +172,15 @@ TEST(ISOLimits, BoxesAreSteppedOverUpToTheirBound) {
 }
 
 TEST(ISOLimits, NumbersThatARecordCannotHoldAreNone) {
-    EXPECT_EQ(ISONumber_BitRate(UINT32_MAX / 8, 1, 1), UINT32_MAX - 7);
-    EXPECT_EQ(ISONumber_BitRate(UINT64_C(0x1FFFFFFFFFFFFFFF), 8, 1), 0U);
-    EXPECT_EQ(ISONumber_BitRate(UINT32_MAX - 1, 8, 1), UINT32_MAX - 1);
-    EXPECT_EQ(ISONumber_BitRate(UINT32_MAX, 8, 1), 0U);
-    EXPECT_EQ(ISONumber_FrameRate(1, 2000, 1), 1U); // half of one is one
-    EXPECT_EQ(ISONumber_FrameRate(1, 2001, 1), 0U);
+    EXPECT_EQ(MediaNumber_BitRate(UINT32_MAX / 8, 1, 1), UINT32_MAX - 7);
+    EXPECT_EQ(MediaNumber_BitRate(UINT64_C(0x1FFFFFFFFFFFFFFF), 8, 1), 0U);
+    EXPECT_EQ(MediaNumber_BitRate(UINT32_MAX - 1, 8, 1), UINT32_MAX - 1);
+    EXPECT_EQ(MediaNumber_BitRate(UINT32_MAX, 8, 1), 0U);
+    EXPECT_EQ(MediaNumber_FrameRate(1, 2000, 1), 1U); // half of one is one
+    EXPECT_EQ(MediaNumber_FrameRate(1, 2001, 1), 0U);
     const std::uint64_t year = UINT64_C(366) * 24 * 60 * 60;
-    EXPECT_EQ(ISONumber_Microseconds(year, 1), year * 1000000);
-    EXPECT_EQ(ISONumber_Microseconds(year + 1, 1), 0U);
+    EXPECT_EQ(MediaNumber_Microseconds(year, 1), year * 1000000);
+    EXPECT_EQ(MediaNumber_Microseconds(year + 1, 1), 0U);
 }
 
 TEST(ISOLimits, LengthInMillisecondsIsThatOfTheTicksWithoutAFraction) {

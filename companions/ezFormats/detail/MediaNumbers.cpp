@@ -1,4 +1,4 @@
-#include "ezFormats/iso/ISONumbers.h"
+#include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezFormats/iso/ISOLimits.h"
 
@@ -18,7 +18,7 @@ std::uint32_t AsRate(std::uint64_t aValue) {
 
 } // namespace
 
-std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::uint64_t aDivisor) {
+std::uint64_t MediaNumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::uint64_t aDivisor) {
     if (aDivisor == 0 || aDivisor >= kTopBit) {
         return 0;
     }
@@ -48,13 +48,13 @@ std::uint64_t ISONumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std::
     return quotient;
 }
 
-std::uint64_t ISONumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale) {
-    const std::uint64_t time = ISONumber_Scale(aTicks, kMicro, aTimescale);
+std::uint64_t MediaNumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale) {
+    const std::uint64_t time = MediaNumber_Scale(aTicks, kMicro, aTimescale);
     return time <= kISO_MaxSeconds * kMicro ? time : 0;
 }
 
-void ISOTimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
-    const std::uint64_t time = ISONumber_Microseconds(aTicks, aTimescale);
+void TimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
+    const std::uint64_t time = MediaNumber_Microseconds(aTicks, aTimescale);
     for (Part& part : mParts) {
         if (time != 0 && (part.mTimescale == 0 || part.mTimescale == aTimescale)) {
             part.mTimescale = aTimescale;
@@ -65,13 +65,13 @@ void ISOTimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
     mRest = ezSaturating_Add64(mRest, time);
 }
 
-std::uint64_t ISOTimeSum::GetMicroseconds() const {
+std::uint64_t TimeSum::GetMicroseconds() const {
     std::uint64_t sum = mRest;
     std::array<std::uint64_t, 2> rests = {};
     for (std::size_t i = 0; i < mParts.size(); ++i) {
         const Part& part = mParts[i];
         if (part.mTimescale != 0) {
-            sum = ezSaturating_Add64(sum, ISONumber_Scale(part.mTicks, kMicro, part.mTimescale));
+            sum = ezSaturating_Add64(sum, MediaNumber_Scale(part.mTicks, kMicro, part.mTimescale));
             rests[i] = part.mTicks % part.mTimescale * kMicro % part.mTimescale; // of a microsecond
         }
     }
@@ -83,13 +83,13 @@ std::uint64_t ISOTimeSum::GetMicroseconds() const {
     return sum <= kISO_MaxSeconds * kMicro ? sum : 0;
 }
 
-std::uint32_t ISONumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale) {
-    return aBytes > UINT64_MAX / 8 ? 0 : AsRate(ISONumber_Scale(aBytes * 8, aTimescale, aTicks));
+std::uint32_t MediaNumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale) {
+    return aBytes > UINT64_MAX / 8 ? 0 : AsRate(MediaNumber_Scale(aBytes * 8, aTimescale, aTicks));
 }
 
-std::uint32_t ISONumber_FrameRate(std::uint64_t aPictures, std::uint64_t aTicks, std::uint32_t aTimescale) {
+std::uint32_t MediaNumber_FrameRate(std::uint64_t aPictures, std::uint64_t aTicks, std::uint32_t aTimescale) {
     constexpr std::uint64_t kTwice = 2000;
     const std::uint64_t twice =
-        aPictures > UINT64_MAX / kTwice ? 0 : ISONumber_Scale(aPictures * kTwice, aTimescale, aTicks);
+        aPictures > UINT64_MAX / kTwice ? 0 : MediaNumber_Scale(aPictures * kTwice, aTimescale, aTicks);
     return AsRate(twice / 2 + twice % 2);
 }

@@ -213,7 +213,9 @@ what the samples yield. Which of several sources of a fact counts, and how a fil
 records](file-formats.md); what bounds numbers of strangers, on the page of [limits](limits.md).
 
 Every record has MIME type, class, 4th field, size and extension. A read is a block that is fetched: usual is what a file
-costs that is made as most writers make it; the limit is what any file may cost, a hostile one too.
+costs that is made as most writers make it; the limit is what any file may cost, a hostile one too. Texts are those that
+the samples have: where its tags state them, a song has album artist, track, disc, composer, languages, and the lists of
+several values too, [as MPEG audio](file-formats.md#mpeg-audio) has.
 
 | format | extensions | MIME types | usual | limit |
 |---|---|---|---|---|

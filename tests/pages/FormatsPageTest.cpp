@@ -215,7 +215,7 @@ records](file-formats.md); what bounds numbers of strangers, on the page of [lim
 Every record has MIME type, class, 4th field, size and extension. A read is a block that is fetched: usual is what a file
 costs that is made as most writers make it; the limit is what any file may cost, a hostile one too. Texts are those that
 the samples have: where its tags state them, a song has album artist, track, disc, composer, languages, and the lists of
-several values too, [as MPEG audio](file-formats.md#mpeg-audio) has.
+several values too, as told of MPEG audio in [files and their records](file-formats.md).
 
 | format | extensions | MIME types | usual | limit |
 |---|---|---|---|---|

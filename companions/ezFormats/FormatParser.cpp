@@ -117,11 +117,7 @@ const char* FormatParser::GetTextCodePage() const {
 
 bool FormatParser::IsOurs(const ezCString& aMimeType) const {
     const ezCString bare = BareType(aMimeType);
-    const std::string_view type = FormatMimeType_OwnName(bare.View());
-    const auto fHas = [type](std::initializer_list<const char*> aTypes) {
-        return std::any_of(aTypes.begin(), aTypes.end(), [type](const char* aType) { return type == aType; });
-    };
-    return fHas(mDescription.mMimeTypes) || fHas(mDescription.mForeignMimeTypes);
+    return mDescription.Announces(FormatMimeType_OwnName(bare.View()));
 }
 
 void FormatParser::SetClass(ezMediaInfo& anInfo, const char* aKind,

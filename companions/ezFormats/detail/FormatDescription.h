@@ -2,9 +2,11 @@
 
 #include "ez/UPnPClasses.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <string_view>
 
 class ByteReader;
 
@@ -55,6 +57,14 @@ struct FormatDescription {
     std::initializer_list<const char*> mForeignMimeTypes =
         {}; ///< of other formats, which declare them: announced for what hides in this one
 
+    /// Whether the parser may announce it: one of the format's types, or a foreign one.
+    bool Announces(std::string_view aMimeType) const {
+        const auto fHas = [aMimeType](std::initializer_list<const char*> aTypes) {
+            return std::any_of(aTypes.begin(), aTypes.end(),
+                               [aMimeType](const char* aType) { return aMimeType == aType; });
+        };
+        return fHas(mMimeTypes) || fHas(mForeignMimeTypes);
+    }
     /// Announced for media that do not say otherwise.
     constexpr const char* GetFirstMimeType() const { return *mMimeTypes.begin(); }
 };

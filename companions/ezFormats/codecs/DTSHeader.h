@@ -63,7 +63,7 @@ struct ezDTSSubstream {
     std::uint32_t mTicks = 0;      ///< that the frame takes
 };
 
-/// Takes the first kDTSExtensionMinSize bytes of one apart, or more. False for bytes that are none.
+/// Takes the first kDTSExtensionMinSize bytes of one apart, or more. False for bytes that are not one.
 bool ezDTSSubstream_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSSubstream* aSubstream);
 
 /// What the header of an extension substream tells (ETSI TS 102 114, 7.4 and 7.5), of the first asset.
@@ -89,7 +89,7 @@ struct ezDTSExtension {
 inline constexpr std::size_t kDTSExtensionMinSize = 11;
 
 /// Takes the start of an extension substream apart, in the order of the stream: what does not lie within
-/// aCount bytes is not told. False for bytes that are none.
+/// aCount bytes is not told. False for bytes that are not one.
 bool ezDTSExtension_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSExtension& anExtension);
 
 /// Channels by a mask of loudspeakers, of which some bits are pairs (7.5.2.1, nuSpkrActivityMask).

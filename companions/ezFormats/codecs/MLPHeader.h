@@ -22,5 +22,5 @@ bool ezMLPHeader_ReadTrueHD(std::uint32_t aFormat, ezMLPHeader& aHeader);
 /// The highest rate, from the sixteenths of a bit for each sample that it is stated in (peak_data_rate).
 std::uint32_t ezMLPHeader_MaxBitRate(std::uint32_t aPeak, std::uint32_t aSamplingRate);
 
-/// Takes the kMLPSyncSize bytes of a major sync apart. False for bytes that are none.
+/// Takes the kMLPSyncSize bytes of a major sync apart. False for bytes that are not one.
 bool ezMLPHeader_Read(const unsigned char* aBytes, ezMLPHeader& aHeader);

@@ -64,3 +64,6 @@ inline constexpr std::uint64_t kWAV_WrapSlack = std::uint64_t{64} * 1024;
 /// Sizes of other chunks that a WAV file's table of large sizes may state: more than a file has that are so
 /// large.
 inline constexpr std::uint32_t kWAV_MaxLargeChunks = 256;
+
+/// Bytes of a text of EBML that are looked at: more than a record keeps of it, and writers pad with NULs.
+inline constexpr std::size_t kEBML_MaxText = 4096;

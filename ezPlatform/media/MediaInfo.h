@@ -67,6 +67,21 @@ inline constexpr const char* kezMediaInfo_FreeFormat = "free-format"; ///< ISO/I
 /// "CMYK", "RGB", "RGBA", "grey-alpha", "palette".
 inline constexpr const char* kezInfo_PictureColours = "cr";
 inline constexpr const char* kezInfo_PictureBitDepth = "cd"; ///< bits of a sample or of a palette index
+/// The width of a pixel to its height, of video whose codec or container tells it: "64:45", "1:1".
+inline constexpr const char* kezInfo_PixelAspect = "pa";
+/// The width of the stored picture to its height when it is shown, before it is turned: "16:9". Absent where
+/// kezInfo_PixelAspect is.
+inline constexpr const char* kezInfo_DisplayAspect = "dr";
+/// 1 where the pictures of a film last differently long; kezInfo_FrameRate is their mean then.
+inline constexpr const char* kezInfo_FrameRateVaries = "fv";
+/// The dynamic range of video where it is high: "PQ", "HLG", "HDR10", "HDR10+", "DolbyVision".
+inline constexpr const char* kezInfo_HDR = "hd";
+/// Tracks of subtitles, teletext among them. Absent where there is none.
+inline constexpr const char* kezInfo_SubtitleTrackCount = "ts";
+/// Their languages, as kezInfo_Languages has those of the sound.
+inline constexpr const char* kezInfo_SubtitleLanguages = "sl";
+/// The programs of a transport stream that has more than one: the facts are those of the first that plays.
+inline constexpr const char* kezInfo_ProgramCount = "np";
 /// How the stored picture of a photo or of a film is turned or mirrored to be shown, when it is: 2 to 8 as
 /// Exif numbers it. 6 is a quarter turn clockwise, 3 half a turn, 8 a quarter turn the other way; 2, 4, 5 and
 /// 7 are mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.

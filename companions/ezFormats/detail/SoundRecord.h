@@ -1,26 +1,19 @@
 #pragma once
 
-#include "ezPlatform/text/CString.h"
+#include "ezFormats/codecs/AudioFacts.h"
 
 #include <cstdint>
 
 class ezMediaInfo;
 
-/// The facts of the sound of a file that holds nothing else. What is 0 is not known.
-struct SoundFacts {
-    ezCString mCodec;                ///< as kezInfo_AudioCodec names it
-    std::uint32_t mSamplingRate = 0; ///< Hz
-    std::uint32_t mChannels = 0;
-    std::uint32_t mBitsPerSample = 0; ///< not stored where no sample has so many
-    std::uint64_t mSamples = 0;       ///< of a channel, at mSamplingRate: the length
+/// The facts of a file that holds sound and nothing else. Its mBitRate is one that the format states as
+/// constant; its mEstimatedBitRate, of a sound of varying rate whose length is not known, is that of what was
+/// seen of it. Bits that no sample has are not stored.
+struct SoundFacts : AudioFacts {
+    std::uint64_t mSamples = 0; ///< of a channel, at mSamplingRate: the length
     const char* mDurationMethod = "header";
     std::uint64_t mBoundSamples = 0; ///< by which an estimate may be too long; 0: nothing tells
-
-    /// Bits a second of a sound of varying rate whose length is not known: of what was seen of it.
-    std::uint32_t mEstimatedBitRate = 0;
-    std::uint64_t mBytes = 0;      ///< of the sound: the mean bit rate is that of these in that time
-    std::uint32_t mBitRate = 0;    ///< bits a second, where the format states a constant one
-    std::uint32_t mMaxBitRate = 0; ///< bits a second, of a varying one
+    std::uint64_t mBytes = 0;        ///< of the sound: the mean bit rate is that of these in that time
 
     /// The length and the constant rate of packets of one size, each of so many samples. Without a size or a
     /// count, and of several samples in bytes that cannot hold them, nothing is told.

@@ -88,6 +88,13 @@ TEST(MediaInfo, KeysHaveTheirNames) {
         {kezInfo_Creators, "as"},
         {kezInfo_Genres, "gs"},
         {kezInfo_Languages, "la"},
+        {kezInfo_PixelAspect, "pa"},
+        {kezInfo_DisplayAspect, "dr"},
+        {kezInfo_FrameRateVaries, "fv"},
+        {kezInfo_HDR, "hd"},
+        {kezInfo_SubtitleTrackCount, "ts"},
+        {kezInfo_SubtitleLanguages, "sl"},
+        {kezInfo_ProgramCount, "np"},
     };
     std::set<std::string> names;
     for (const auto& key : keys) {

@@ -41,7 +41,7 @@ struct KnownKey {
     Kind mKind;
 };
 
-constexpr std::array<KnownKey, 46> kKnownKeys = {{
+constexpr std::array<KnownKey, 53> kKnownKeys = {{
     {kezInfo_MimeType, "mime_type", "MIME type", Kind::Text},
     {kezInfo_ClassName, "class", "class", Kind::Text},
     {kezInfo_DLNA, "dlna", "DLNA", Kind::Text},
@@ -69,15 +69,22 @@ constexpr std::array<KnownKey, 46> kKnownKeys = {{
     {kezInfo_VideoLevel, "video_level", "video level", Kind::Level},
     {kezInfo_PictureWidth, "picture_width", "picture width", Kind::Count},
     {kezInfo_PictureHeight, "picture_height", "picture height", Kind::Count},
+    {kezInfo_PixelAspect, "pixel_aspect", "pixel aspect", Kind::Text},
+    {kezInfo_DisplayAspect, "display_aspect", "display aspect", Kind::Text},
     {kezInfo_FrameRate, "frame_rate", "frame rate", Kind::FrameRate},
+    {kezInfo_FrameRateVaries, "frame_rate_varies", "rate varies", Kind::Flag},
     {kezInfo_PictureProcess, "process", "process", Kind::Text},
     {kezInfo_PictureColours, "colours", "colours", Kind::Text},
     {kezInfo_PictureBitDepth, "bit_depth", "bit depth", Kind::Count},
+    {kezInfo_HDR, "hdr", "HDR", Kind::Text},
     {kezInfo_Orientation, "orientation", "orientation", Kind::Count},
     {kezInfo_VideoBitRate, "video_bit_rate", "video bit rate", Kind::Rate},
     {kezInfo_VideoMaxBitRate, "video_max_bit_rate", "max. video rate", Kind::Rate},
     {kezInfo_VideoEstimatedBitRate, "video_estimated_bit_rate", "est. video rate", Kind::Rate},
     {kezInfo_Languages, "languages", "languages", Kind::Tags},
+    {kezInfo_SubtitleTrackCount, "subtitle_tracks", "subtitle tracks", Kind::Count},
+    {kezInfo_SubtitleLanguages, "subtitle_languages", "subtitles", Kind::Tags},
+    {kezInfo_ProgramCount, "programs", "programs", Kind::Count},
     {kezInfo_Date, "date", "date", Kind::Text},
     {kezInfo_DiscNumber, "disc", "disc", Kind::Count},
     {kezInfo_TrackNumber, "track", "track", Kind::Count},

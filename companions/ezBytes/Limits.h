@@ -67,3 +67,18 @@ inline constexpr std::uint32_t kWAV_MaxLargeChunks = 256;
 
 /// Bytes of a text of EBML that are looked at: more than a record keeps of it, and writers pad with NULs.
 inline constexpr std::size_t kEBML_MaxText = 4096;
+
+/// Elements of the head of a Matroska file: there are seven, and a few that nobody writes.
+inline constexpr std::uint32_t kMatroska_MaxHeadElements = 32;
+
+/// Parts of a Matroska file that are remembered with their places: writers have some eight, and those that
+/// list every cluster list these among them.
+inline constexpr std::size_t kMatroska_MaxParts = 64;
+
+/// SeekHeads of a Matroska file that are read where another one names them: the rule is one, and what names
+/// more goes in a circle.
+inline constexpr std::size_t kMatroska_MaxSeekHeads = 3;
+
+/// Bytes from the start within which parts of a Matroska stream without a size are looked for: whoever reads
+/// on there reads all that lies between.
+inline constexpr std::uint64_t kMatroska_StreamReach = std::uint64_t{1024} * 1024;

@@ -63,7 +63,7 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
     aSequence.mWidth = bits.Read(12);
     aSequence.mHeight = bits.Read(12);
     aSequence.mAspectRatio = bits.Read(4);
-    const std::uint32_t frameRate = bits.Read(4);
+    aSequence.mFrameRate = bits.Read(4);
     const std::uint32_t bitRate = bits.Read(18);
     const bool fMarker = bits.ReadFlag();
     bits.Skip(10);    // vbv_buffer_size_value
@@ -72,7 +72,7 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
     ReadMatrix(bits); // non_intra_quantiser_matrix
     bits.Require(aSequence.mWidth != 0 && aSequence.mHeight != 0 &&
                  Between(aSequence.mAspectRatio, 1, kMaxAspectRatioMPEG1) &&
-                 Between(frameRate, 1, kMaxFrameRate) && bitRate != 0 && fMarker);
+                 Between(aSequence.mFrameRate, 1, kMaxFrameRate) && bitRate != 0 && fMarker);
     aSequence.mfVariableBitRate = bitRate == kBitRateVariable;
     aSequence.mBitRate = bitRate;
     aSequence.mBitRate *= kBitRateUnit;
@@ -83,16 +83,18 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
 bool ezMPEGSequence_ReadExtension(const unsigned char* aBytes, std::size_t aSize, ezMPEGSequence& aSequence) {
     ezBitReader bits(aBytes, 8 * aSize);
     bits.Require(bits.Read(4) == kMPEGVideo_SequenceExtension);
-    bits.Require(IsLegalProfile(bits.Read(8)));
-    bits.Skip(1);                    // progressive_sequence
-    bits.Require(bits.Read(2) != 0); // chroma_format
+    const std::uint32_t profile = bits.Read(8);
+    const bool fProgressive = bits.ReadFlag();
+    const std::uint32_t chroma = bits.Read(2);
+    bits.Require(IsLegalProfile(profile) && chroma != 0);
     const std::uint32_t width = bits.Read(2);
     const std::uint32_t height = bits.Read(2);
     const std::uint64_t bitRate = bits.Read(12);
     bits.Require(bits.ReadFlag()); // marker_bit
     bits.Skip(8);                  // vbv_buffer_size_extension
     bits.Skip(1);                  // low_delay
-    bits.Skip(2 + 5);              // frame_rate_extension_n, frame_rate_extension_d
+    const std::uint32_t multiplier = bits.Read(2) + 1;
+    const std::uint32_t divisor = bits.Read(5) + 1;
     bits.Require(Between(aSequence.mAspectRatio, 1, kMaxAspectRatioMPEG2));
     if (!OnlyZerosLeft(bits)) {
         return false;
@@ -101,7 +103,24 @@ bool ezMPEGSequence_ReadExtension(const unsigned char* aBytes, std::size_t aSize
     aSequence.mHeight |= height << 12;
     aSequence.mBitRate += (bitRate << 18) * kBitRateUnit;
     aSequence.mfVariableBitRate = aSequence.mfVariableBitRate && bitRate == 0;
+    aSequence.mProfileAndLevel = profile;
+    aSequence.mfProgressive = fProgressive;
+    aSequence.mChroma = chroma;
+    aSequence.mFrameRateMultiplier = multiplier;
+    aSequence.mFrameRateDivisor = divisor;
     return true;
+}
+
+/// sequence_display_extension (6.2.2.4)
+bool ezMPEGDisplay_Read(const unsigned char* aBytes, std::size_t aSize, ezMPEGDisplay& aDisplay) {
+    ezBitReader bits(aBytes, 8 * aSize);
+    bits.Require(bits.Read(4) == kMPEGVideo_SequenceDisplayExtension);
+    bits.Skip(3);                           // video_format
+    bits.Skip(bits.ReadFlag() ? 3 * 8 : 0); // colour_description: primaries, transfer, matrix
+    aDisplay.mWidth = bits.Read(14);
+    bits.Require(bits.ReadFlag()); // marker_bit
+    aDisplay.mHeight = bits.Read(14);
+    return OnlyZerosLeft(bits);
 }
 
 /// group_of_pictures_header (6.2.2.6)
@@ -136,7 +155,8 @@ bool ezMPEGPicture_ReadHeader(const unsigned char* aBytes, std::size_t aSize, bo
 }
 
 /// picture_coding_extension (6.2.3.1)
-bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t aSize) {
+bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t aSize,
+                                       ezMPEGPicture& aPicture) {
     ezBitReader bits(aBytes, 8 * aSize);
     bits.Require(bits.Read(4) == kMPEGVideo_PictureCodingExtension);
     for (unsigned i = 0; i < 4; ++i) {
@@ -145,7 +165,8 @@ bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t 
     }
     bits.Skip(2);                    // intra_dc_precision
     bits.Require(bits.Read(2) != 0); // picture_structure
-    bits.Skip(9);                    // nine flags from top_field_first to progressive_frame
+    bits.Skip(8);                    // eight flags from top_field_first to chroma_420_type
+    aPicture.mfProgressive = bits.ReadFlag();
     // composite_display_flag: v_axis, field_sequence, sub_carrier, burst_amplitude, sub_carrier_phase
     bits.Skip(bits.ReadFlag() ? 1 + 3 + 1 + 7 + 8 : 0);
     return OnlyZerosLeft(bits);

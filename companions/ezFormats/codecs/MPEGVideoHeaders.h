@@ -17,6 +17,7 @@ inline constexpr std::uint8_t kMPEGVideo_Group = 0xB8;
 /// @name extension_start_code_identifier, the first four bits of an extension
 /// @{
 inline constexpr std::uint8_t kMPEGVideo_SequenceExtension = 1;
+inline constexpr std::uint8_t kMPEGVideo_SequenceDisplayExtension = 2;
 inline constexpr std::uint8_t kMPEGVideo_PictureCodingExtension = 8;
 /// @}
 
@@ -31,8 +32,15 @@ struct ezMPEGSequence {
     std::uint32_t mWidth = 0;       ///< pixels
     std::uint32_t mHeight = 0;      ///< pixels
     std::uint32_t mAspectRatio = 0; ///< aspect_ratio_information
+    std::uint32_t mFrameRate = 0;   ///< frame_rate_code
     std::uint64_t mBitRate = 0;     ///< bits a second
     bool mfVariableBitRate = false; ///< the header says that the rate is not told
+    // Of the extension alone
+    std::uint32_t mProfileAndLevel = 0;     ///< profile_and_level_indication; 0: there is no extension
+    bool mfProgressive = false;             ///< progressive_sequence
+    std::uint32_t mChroma = 0;              ///< chroma_format
+    std::uint32_t mFrameRateMultiplier = 1; ///< frame_rate_extension_n and 1
+    std::uint32_t mFrameRateDivisor = 1;    ///< frame_rate_extension_d and 1
 };
 
 // Each takes the bytes of a unit after its code. Zeros may follow the content; false for anything else that
@@ -43,14 +51,25 @@ bool ezMPEGSequence_ReadHeader(const unsigned char* aBytes, std::size_t aSize, e
 /// Completes what the header told. aBytes begin with the identifier.
 bool ezMPEGSequence_ReadExtension(const unsigned char* aBytes, std::size_t aSize, ezMPEGSequence& aSequence);
 
+/// What a sequence display extension tells: the size of what fills the display, in pixels of the picture.
+struct ezMPEGDisplay {
+    std::uint32_t mWidth = 0;
+    std::uint32_t mHeight = 0;
+};
+
+/// aBytes begin with the identifier.
+bool ezMPEGDisplay_Read(const unsigned char* aBytes, std::size_t aSize, ezMPEGDisplay& aDisplay);
+
 bool ezMPEGGroup_Read(const unsigned char* aBytes, std::size_t aSize);
 
 struct ezMPEGPicture {
     bool mfVariableBitRate; ///< vbv_delay is not told, as where the rate varies
+    bool mfProgressive;     ///< progressive_frame; of the coding extension
 };
 
 bool ezMPEGPicture_ReadHeader(const unsigned char* aBytes, std::size_t aSize, bool afMPEG2,
                               ezMPEGPicture& aPicture);
 
 /// aBytes begin with the identifier.
-bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t aSize);
+bool ezMPEGPicture_ReadCodingExtension(const unsigned char* aBytes, std::size_t aSize,
+                                       ezMPEGPicture& aPicture);

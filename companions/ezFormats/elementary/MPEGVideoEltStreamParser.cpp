@@ -125,7 +125,7 @@ bool MPEGVideoEltStreamParser::Found::EndExtension(const Unit& aUnit) {
     }
     if (mStage == kPicture && mfMPEG2) {
         mStage = kPictureMore;
-        return ezMPEGPicture_ReadCodingExtension(aUnit.mBytes, aUnit.mSize);
+        return ezMPEGPicture_ReadCodingExtension(aUnit.mBytes, aUnit.mSize, mPicture);
     }
     return mfMPEG2 && IsLaterExtension(mStage, identifier);
 }

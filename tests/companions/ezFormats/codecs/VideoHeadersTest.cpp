@@ -187,7 +187,8 @@ TEST(MPEGVideoHeaders, FieldsHoldUpToTheirLastLegalValue) {
         Bits bits;
         bits.Put(8, 4).Put(aCode, 4).Put(0xFFF, 12).Put(0, 2).Put(3, 2).Put(0, 9).Put(afComposite, 1);
         bits.Put(afComposite != 0 ? 0xFFFFF : 0, 20).Put(anEnd, 1);
-        return ezMPEGPicture_ReadCodingExtension(Data(bytes(bits)), bytes(bits).size());
+        ezMPEGPicture picture = {};
+        return ezMPEGPicture_ReadCodingExtension(Data(bytes(bits)), bytes(bits).size(), picture);
     };
     EXPECT_TRUE(coding(9, 0, 0));
     EXPECT_FALSE(coding(10, 0, 0));

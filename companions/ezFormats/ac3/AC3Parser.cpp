@@ -1,6 +1,6 @@
 #include "ezFormats/ac3/AC3Parser.h"
 
-#include "ezFormats/ac3/AC3Frames.h"
+#include "ezFormats/codecs/AC3Frames.h"
 #include "ezFormats/frames/CodedFrames.h"
 
 #include "ezBytes/ByteReader.h"

@@ -5,9 +5,6 @@
 /// What is believed of a DTS file. What a parse may cost is that of all files of frames
 /// (frames/FrameLimits.h).
 
-/// Bytes of a frame with its extensions, the most: 24.5 Mbit/s, the highest rate, has half of it.
-inline constexpr std::uint32_t kDTS_MaxFrameSize = std::uint32_t{64} * 1024;
-
 /// Chunks of a file with a head of its own: writers have a dozen.
 inline constexpr std::uint32_t kDTS_MaxChunks = 64;
 

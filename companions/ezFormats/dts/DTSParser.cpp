@@ -3,7 +3,7 @@
 #include "ezFormats/codecs/DTSHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
-#include "ezFormats/dts/DTSFrames.h"
+#include "ezFormats/codecs/DTSFrames.h"
 #include "ezFormats/dts/DTSLimits.h"
 
 #include "ezBytes/ByteReader.h"

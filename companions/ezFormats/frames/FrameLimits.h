@@ -21,6 +21,9 @@ inline constexpr std::uint32_t kFrames_MaxPlaceSize = std::uint32_t{64} * 1024;
 /// Frames that a place has room for, at the least: in large ones it is longer than is usual.
 inline constexpr std::uint32_t kFrames_PlaceLength = 6;
 
+/// Bytes of a frame of DTS with its extensions, the most: 24.5 Mbit/s, the highest rate, has half of it.
+inline constexpr std::uint32_t kFrames_MaxDTSSize = std::uint32_t{64} * 1024;
+
 /// Parts that one frame may have: E-AC-3 has eight dependent substreams for each of eight programmes.
 inline constexpr std::uint32_t kFrames_MaxParts = 64;
 

@@ -3,7 +3,7 @@
 #include "ezFormats/codecs/AC3Header.h"
 #include "ezFormats/codecs/MLPHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/mlp/MLPFrames.h"
+#include "ezFormats/codecs/MLPFrames.h"
 
 #include "ezBytes/ByteReader.h"
 

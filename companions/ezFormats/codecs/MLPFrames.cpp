@@ -1,4 +1,4 @@
-#include "ezFormats/mlp/MLPFrames.h"
+#include "ezFormats/codecs/MLPFrames.h"
 
 #include "ezFormats/codecs/AC3Header.h"
 #include "ezFormats/codecs/MLPHeader.h"

@@ -1,7 +1,7 @@
-#include "ezFormats/dts/DTSFrames.h"
+#include "ezFormats/codecs/DTSFrames.h"
 
 #include "ezFormats/codecs/DTSHeader.h"
-#include "ezFormats/dts/DTSLimits.h"
+#include "ezFormats/frames/FrameLimits.h"
 
 #include "ezBytes/BitReader.h"
 
@@ -49,7 +49,7 @@ bool ReadExtension(const ezWordForm& aForm, const unsigned char* aBytes, ezDTSSu
 } // namespace
 
 DTSFrames::DTSFrames()
-    : FrameReader({kStoredHeaderSize, kDTSExtensionMinSize, kDTS_MaxFrameSize, 4, 2, true}) {}
+    : FrameReader({kStoredHeaderSize, kDTSExtensionMinSize, kFrames_MaxDTSSize, 4, 2, true}) {}
 
 bool DTSFrames::HasCore(const CodedFrame& aFrame) {
     return (aFrame.mKind & kKindCore) != 0;

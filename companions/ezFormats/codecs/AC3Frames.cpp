@@ -1,4 +1,4 @@
-#include "ezFormats/ac3/AC3Frames.h"
+#include "ezFormats/codecs/AC3Frames.h"
 
 #include "ezFormats/codecs/AC3Header.h"
 #include "ezFormats/codecs/EAC3Header.h"

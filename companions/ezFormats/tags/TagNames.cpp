@@ -133,10 +133,31 @@ constexpr WordRow kQuickTimeItem[] = {{"title", MusicField::Title},
                                       {"creationdate", MusicField::Date},
                                       {"year", MusicField::Date, kSecond}};
 
+// The official names, and after them those of writers of flat tags.
+constexpr WordRow kMatroska[] = {{"TITLE", MusicField::Title},
+                                 {"ARTIST", MusicField::Creator},
+                                 {"LEAD_PERFORMER", MusicField::Creator, kSecond},
+                                 {"PERFORMER", MusicField::Creator, kSecond},
+                                 {"GENRE", MusicField::Genre},
+                                 {"COMPOSER", MusicField::Composer},
+                                 {"DATE_RELEASED", MusicField::Date},
+                                 {"DATE_RECORDED", MusicField::Date, kSecond},
+                                 {"PART_NUMBER", MusicField::Track},
+                                 {"ALBUM", MusicField::Album},
+                                 {"ALBUM_ARTIST", MusicField::AlbumArtist},
+                                 {"ALBUMARTIST", MusicField::AlbumArtist, kSecond},
+                                 {"DATE", MusicField::Date, kSecond},
+                                 {"YEAR", MusicField::Date, kSecond},
+                                 {"TRACK", MusicField::Track, kSecond},
+                                 {"TRACKNUMBER", MusicField::Track, kSecond},
+                                 {"DISC", MusicField::Disc},
+                                 {"DISCNUMBER", MusicField::Disc, kSecond},
+                                 {"COMPILATION", MusicField::Compilation}};
+
 /// In the order of TagLetters and TagWords.
 constexpr Names<LettersRow> kLetters[] = {kID3,    kLyrics3, kRIFF,     kAIFF,
                                           kDSDIFF, kISOItem, kISOAsset, kISOPhrase};
-constexpr Names<WordRow> kWords[] = {kAPE, kVorbis, kASF, kCAF, kQuickTimeItem};
+constexpr Names<WordRow> kWords[] = {kAPE, kVorbis, kASF, kCAF, kQuickTimeItem, kMatroska};
 
 } // namespace
 

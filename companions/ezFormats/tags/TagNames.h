@@ -27,6 +27,7 @@ enum class TagWords {
     ASF,           ///< names of attributes
     CAF,           ///< keys of the "info" chunk
     QuickTimeItem, ///< names of items, after "com.apple.quicktime."
+    Matroska,      ///< names of simple tags
 };
 
 /// What a name means.

@@ -62,6 +62,7 @@ TEST(TagNames, EveryVocabularyKnowsATitleByItsOwnName) {
     EXPECT_EQ(Word(TagWords::ASF, "Title"), "title");
     EXPECT_EQ(Word(TagWords::CAF, "title"), "title");
     EXPECT_EQ(Word(TagWords::QuickTimeItem, "title"), "title");
+    EXPECT_EQ(Word(TagWords::Matroska, "Title"), "title");
 }
 
 TEST(TagNames, NamesOfOneVocabularyMeanNothingInAnother) {

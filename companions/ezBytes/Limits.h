@@ -82,3 +82,7 @@ inline constexpr std::size_t kMatroska_MaxSeekHeads = 3;
 /// Bytes from the start within which parts of a Matroska stream without a size are looked for: whoever reads
 /// on there reads all that lies between.
 inline constexpr std::uint64_t kMatroska_StreamReach = std::uint64_t{1024} * 1024;
+
+/// Files that a Matroska file holds which are looked at for the cover: each may cost a read, as its bytes are
+/// stepped over. A film with many fonts has some twenty.
+inline constexpr std::uint32_t kMatroskaAttachments_MaxCount = 24;

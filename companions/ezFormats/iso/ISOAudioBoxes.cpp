@@ -32,9 +32,9 @@ void ReadAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
         return;
     }
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mSamplingRate = facts.mSamplingRate;
-    anEntry.mCodec.mChannels = facts.mChannels;
-    TakeRates(0, facts.mBitRate, anEntry.mCodec);
+    anEntry.mFacts.mSamplingRate = facts.mSamplingRate;
+    anEntry.mFacts.mChannels = facts.mChannels;
+    TakeRates(0, facts.mBitRate, anEntry);
 }
 
 /// Where dependent substreams of the first programme of E-AC-3 have channels. The box may end before it says
@@ -54,10 +54,10 @@ void ReadEAC3(ByteReader aBox, ISOAudioEntry& anEntry) {
         return;
     }
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mSamplingRate = kAC3SamplingRates[rate];
-    anEntry.mCodec.mChannels = ezEAC3Header_CountChannels(
+    anEntry.mFacts.mSamplingRate = kAC3SamplingRates[rate];
+    anEntry.mFacts.mChannels = ezEAC3Header_CountChannels(
         ezEAC3Header_PlacesOfMode(programme >> 1 & 7U, (programme & 1U) != 0) | ReadDependentPlaces(aBox));
-    TakeRates(0, (head >> 3) * 1000, anEntry.mCodec);
+    TakeRates(0, (head >> 3) * 1000, anEntry);
 }
 
 /// The average rate that stands there too is, of many writers, that of the samples before they were coded.
@@ -72,15 +72,15 @@ void ReadALAC(ByteReader aBox, ISOAudioEntry& anEntry) {
         return;
     }
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mBitsPerSample = bits;
-    anEntry.mCodec.mChannels = channels;
-    anEntry.mCodec.mSamplingRate = rate;
+    anEntry.mFacts.mBitsPerSample = bits;
+    anEntry.mFacts.mChannels = channels;
+    anEntry.mFacts.mSamplingRate = rate;
 }
 
 /// Of "ipcm" and "fpcm" (ISO/IEC 23003-5, 5.2): the size of a sample.
 void ReadPCM(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(5); // version, flags, order of bytes
-    anEntry.mCodec.mBitsPerSample = aBox.ReadByte();
+    anEntry.mFacts.mBitsPerSample = aBox.ReadByte();
 }
 
 void ReadFLAC(ByteReader aBox, ISOAudioEntry& anEntry) {
@@ -88,9 +88,9 @@ void ReadFLAC(ByteReader aBox, ISOAudioEntry& anEntry) {
     const FLACStreamInfo info = ReadFLACStreamInfo(aBox);
     if (info.mSamplingRate != 0) {
         anEntry.mfConfigured = true;
-        anEntry.mCodec.mSamplingRate = info.mSamplingRate;
-        anEntry.mCodec.mChannels = info.mChannels;
-        anEntry.mCodec.mBitsPerSample = info.mBitsPerSample;
+        anEntry.mFacts.mSamplingRate = info.mSamplingRate;
+        anEntry.mFacts.mChannels = info.mChannels;
+        anEntry.mFacts.mBitsPerSample = info.mBitsPerSample;
     }
 }
 
@@ -103,9 +103,9 @@ void ReadMLP(ByteReader aBox, ISOAudioEntry& anEntry) {
         return;
     }
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mSamplingRate = header.mSamplingRate;
-    anEntry.mCodec.mChannels = header.mChannels != 0 ? header.mChannels : anEntry.mCodec.mChannels;
-    TakeRates(ezMLPHeader_MaxBitRate(peak, header.mSamplingRate), 0, anEntry.mCodec);
+    anEntry.mFacts.mSamplingRate = header.mSamplingRate;
+    anEntry.mFacts.mChannels = header.mChannels != 0 ? header.mChannels : anEntry.mFacts.mChannels;
+    TakeRates(ezMLPHeader_MaxBitRate(peak, header.mSamplingRate), 0, anEntry);
 }
 
 /// Of Opus (Encapsulation of Opus in ISO Base Media File Format, 4.3.2).
@@ -113,7 +113,7 @@ void ReadOpus(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(1); // Version
     const std::uint32_t channels = aBox.ReadByte();
     if (!aBox.HasFailed() && channels != 0) {
-        anEntry.mCodec.mChannels = channels;
+        anEntry.mFacts.mChannels = channels;
     }
 }
 
@@ -131,33 +131,33 @@ void ReadDTS(ByteReader aBox, ISOAudioEntry& anEntry) {
     }
     const std::uint32_t channels = ezDTSChannelsOfMask(layout);
     anEntry.mfConfigured = true;
-    anEntry.mCodec.mSamplingRate = rate;
-    anEntry.mCodec.mChannels = channels != 0 ? channels : anEntry.mCodec.mChannels;
-    anEntry.mCodec.mBitsPerSample = bits;
+    anEntry.mFacts.mSamplingRate = rate;
+    anEntry.mFacts.mChannels = channels != 0 ? channels : anEntry.mFacts.mChannels;
+    anEntry.mFacts.mBitsPerSample = bits;
     anEntry.mBoxName = ezDTSNameOfConstruction(streams >> 25 & 0x1FU);
-    TakeRates(maximum, average, anEntry.mCodec);
+    TakeRates(maximum, average, anEntry);
 }
 
 void ReadAC4(ByteReader aBox, ISOAudioEntry& anEntry) {
     const AC4Config config = ReadAC4Config(aBox);
     if (config.mSamplingRate != 0) {
         anEntry.mfConfigured = true;
-        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+        anEntry.mFacts.mSamplingRate = config.mSamplingRate;
     }
     if (config.mChannels != 0) {
-        anEntry.mCodec.mChannels = config.mChannels;
+        anEntry.mFacts.mChannels = config.mChannels;
     }
-    TakeRates(0, config.mBitRate, anEntry.mCodec);
+    TakeRates(0, config.mBitRate, anEntry);
 }
 
 void ReadMPEGH(ByteReader aBox, ISOAudioEntry& anEntry) {
     const MPEGHConfig config = ReadMPEGHConfig(aBox);
     if (config.mSamplingRate != 0) {
         anEntry.mfConfigured = true;
-        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+        anEntry.mFacts.mSamplingRate = config.mSamplingRate;
     }
     if (config.mChannels != 0) {
-        anEntry.mCodec.mChannels = config.mChannels;
+        anEntry.mFacts.mChannels = config.mChannels;
     }
 }
 
@@ -165,10 +165,10 @@ void ReadIAMF(ByteReader aBox, ISOAudioEntry& anEntry) {
     const IAMFConfig config = ReadIAMFConfig(aBox);
     if (config.mSamplingRate != 0) {
         anEntry.mfConfigured = true;
-        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
+        anEntry.mFacts.mSamplingRate = config.mSamplingRate;
     }
     if (config.mChannels != 0) {
-        anEntry.mCodec.mChannels = config.mChannels;
+        anEntry.mFacts.mChannels = config.mChannels;
     }
 }
 
@@ -177,7 +177,7 @@ void ReadAMR(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(8); // maker, version, set of modes, how often they change
     const std::uint32_t frames = aBox.ReadByte();
     if (frames != 0) {
-        anEntry.mCodec.mFramesPerSample = frames;
+        anEntry.mFacts.mFramesPerSample = frames;
     }
 }
 
@@ -186,7 +186,7 @@ void ReadLargeRate(ByteReader aBox, ISOAudioEntry& anEntry) {
     aBox.Skip(4); // version and flags
     const std::uint32_t rate = aBox.ReadBig32();
     if (!aBox.HasFailed() && rate != 0 && !anEntry.mfConfigured) {
-        anEntry.mCodec.mSamplingRate = rate;
+        anEntry.mFacts.mSamplingRate = rate;
     }
 }
 

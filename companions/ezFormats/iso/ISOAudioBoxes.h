@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ezBytes/ByteReader.h"
+#include "ezFormats/iso/ISOCodec.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 
 /// The fixed part of a sample entry of audio, and what its boxes tell.
 struct ISOAudioEntry : ISOEntryFacts {
+    ISOAudio mFacts;
     bool mfFloat = false;            ///< the samples are no integers
     bool mfConfigured = false;       ///< a box has told rate and channels
     ezCString mBoxName;              ///< of the codec, where a box tells more than the four characters

@@ -2,6 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FloatRates.h"
 #include "ezFormats/codecs/PacketSound.h"
 #include "ezFormats/iso/ESDescriptor.h"
@@ -57,15 +58,15 @@ std::uint32_t ReadSmall(ByteReader& aReader) {
 
 /// The first version of QuickTime's sound description, after the part that all have: how samples are packed.
 /// Where packets vary they are nothing but a template.
-void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOCodec& aCodec) {
+void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOAudio& aFacts) {
     constexpr std::uint32_t kVariable = 0xFFFE;
     const std::uint32_t samples = aReader.ReadBig32();
     aReader.Skip(4); // bytes of one channel
     const std::uint32_t bytes = aReader.ReadBig32();
     aReader.Skip(4); // bytes of a sample that is not packed
     if (aCompression != kVariable) {
-        aCodec.mPacketSamples = samples;
-        aCodec.mPacketBytes = bytes;
+        aFacts.mPacketSamples = samples;
+        aFacts.mPacketBytes = bytes;
     }
 }
 
@@ -73,10 +74,10 @@ void ReadSoundVersion1(ByteReader& aReader, std::uint32_t aCompression, ISOCodec
 void ReadSoundVersion2(ByteReader& aReader, ISOAudioEntry& anEntry) {
     constexpr std::uint32_t kFloat = 1;
     aReader.Skip(4); // its size
-    anEntry.mCodec.mSamplingRate = ReadFloatRate(aReader);
-    anEntry.mCodec.mChannels = ReadSmall(aReader);
+    anEntry.mFacts.mSamplingRate = ReadFloatRate(aReader);
+    anEntry.mFacts.mChannels = ReadSmall(aReader);
     aReader.Skip(4); // always 0x7F000000
-    anEntry.mCodec.mBitsPerSample = ReadSmall(aReader);
+    anEntry.mFacts.mBitsPerSample = ReadSmall(aReader);
     anEntry.mfFloat = (aReader.ReadBig32() & kFloat) != 0;
     aReader.Skip(8); // bytes and samples of a packet
 }
@@ -87,13 +88,13 @@ void ReadSound(ByteReader& aReader, std::uint32_t aTableVersion, ISOAudioEntry& 
     const auto stated = aReader.ReadBig(2);
     const auto version = aTableVersion == 0 ? stated : 0;
     aReader.Skip(6); // revision and vendor
-    anEntry.mCodec.mChannels = static_cast<std::uint32_t>(aReader.ReadBig(2));
-    anEntry.mCodec.mBitsPerSample = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    anEntry.mFacts.mChannels = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    anEntry.mFacts.mBitsPerSample = static_cast<std::uint32_t>(aReader.ReadBig(2));
     const auto compression = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aReader.Skip(2); // packet size, unused
-    anEntry.mCodec.mSamplingRate = aReader.ReadBig32() >> 16;
+    anEntry.mFacts.mSamplingRate = aReader.ReadBig32() >> 16;
     if (version == 1) {
-        ReadSoundVersion1(aReader, compression, anEntry.mCodec);
+        ReadSoundVersion1(aReader, compression, anEntry.mFacts);
     } else if (version == 2) {
         ReadSoundVersion2(aReader, anEntry);
     }
@@ -110,17 +111,17 @@ bool NameByStream(ISOAudioEntry& anEntry) {
         if (!AudioSpecificConfig_Read(stream.mConfig.data(), stream.mConfigSize, config)) {
             return false;
         }
-        anEntry.mCodec.mSamplingRate = config.mSamplingRate;
-        anEntry.mCodec.mChannels = config.mChannels != 0 ? config.mChannels : anEntry.mCodec.mChannels;
-        anEntry.mCodec.mName = config.GetCodecName();
-        return !anEntry.mCodec.mName.IsEmpty();
+        anEntry.mFacts.mSamplingRate = config.mSamplingRate;
+        anEntry.mFacts.mChannels = config.mChannels != 0 ? config.mChannels : anEntry.mFacts.mChannels;
+        anEntry.mFacts.mCodec = config.GetCodecName();
+        return !anEntry.mFacts.mCodec.IsEmpty();
     }
     for (const AudioObject& object : kObjects) {
         if (stream.mObjectType == object.mObjectType) {
             const bool fTemplate =
-                object.mfSurround && !anEntry.mfConfigured && anEntry.mCodec.mChannels == 2;
-            anEntry.mCodec.mName = object.mName;
-            anEntry.mCodec.mChannels = fTemplate ? 0 : anEntry.mCodec.mChannels;
+                object.mfSurround && !anEntry.mfConfigured && anEntry.mFacts.mChannels == 2;
+            anEntry.mFacts.mCodec = object.mName;
+            anEntry.mFacts.mChannels = fTemplate ? 0 : anEntry.mFacts.mChannels;
             return true;
         }
     }
@@ -131,28 +132,28 @@ bool NameByStream(ISOAudioEntry& anEntry) {
 /// takes over what follows from them.
 void NameByFormat(BoxType aFormat, ISOAudioEntry& anEntry) {
     const PacketSound sound = PacketSoundOf(aFormat);
-    ISOCodec& codec = anEntry.mCodec;
-    codec.mName = sound.mfPlain && anEntry.mfFloat ? ezCString("PCM-float") : sound.mCodec;
+    ISOAudio& facts = anEntry.mFacts;
+    facts.mCodec = sound.mfPlain && anEntry.mfFloat ? ezCString("PCM-float") : sound.mCodec;
     if (sound.mBitsPerSample != 0) {
-        codec.mBitsPerSample = sound.mBitsPerSample;
+        facts.mBitsPerSample = sound.mBitsPerSample;
     }
     for (const NarrowFormat& narrow : kNarrowFormats) {
         if (aFormat == narrow.mFormat) {
-            codec.mSamplingRate = narrow.mSamplingRate;
-            codec.mChannels = 1;
+            facts.mSamplingRate = narrow.mSamplingRate;
+            facts.mChannels = 1;
         }
     }
     // Packets that the entry leaves to the codec.
-    if (sound.mPacketBytes != 0 && (codec.mPacketBytes == 0 || codec.mPacketSamples == 0)) {
-        codec.mPacketBytes = sound.mPacketBytes * codec.mChannels;
-        codec.mPacketSamples = sound.mPacketSamples;
+    if (sound.mPacketBytes != 0 && (facts.mPacketBytes == 0 || facts.mPacketSamples == 0)) {
+        facts.mPacketBytes = sound.mPacketBytes * facts.mChannels;
+        facts.mPacketSamples = sound.mPacketSamples;
     }
 }
 
 /// Only of lossless codecs bits of a sample count; entries of others have a template's 16 there, and so have
 /// those of DTS, unless its box tells.
 bool HasBitsPerSample(const ISOAudioEntry& anEntry) {
-    const ezCString& name = anEntry.mCodec.mName;
+    const ezCString& name = anEntry.mFacts.mCodec;
     return name == "LPCM" || name == "PCM-float" || name == "ALAC" || name == "FLAC" ||
            (name == "DTS-HD-MA" && anEntry.mfConfigured);
 }
@@ -164,14 +165,14 @@ bool IsRateOfBytes(const ezCString& aName) {
 
 } // namespace
 
-ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
+ISOAudio ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ISOSampleEntry sample(aTable, aBoxBudget);
     ISOAudioEntry entry;
     ReadSound(sample.mContent, sample.mTableVersion, entry);
     if (sample.mContent.HasFailed()) {
-        entry.mCodec = ISOCodec();
-        entry.mCodec.mName = ISOFormatName(sample.mFormat);
-        return entry.mCodec;
+        entry.mFacts = ISOAudio();
+        entry.mFacts.mCodec = ISOFormatName(sample.mFormat);
+        return entry.mFacts;
     }
     ReadAudioBoxes(sample.mContent, aBoxBudget, entry);
     if (entry.mWave.has_value()) {
@@ -183,21 +184,22 @@ ISOCodec ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     if (!entry.mStream.has_value() || format != "mp4a" || !NameByStream(entry)) {
         NameByFormat(format, entry);
     }
-    if (entry.mCodec.mName == "Opus") { // which plays at one rate, whatever the entry has
-        entry.mCodec.mSamplingRate = kOpusSamplingRate;
+    ISOAudio& facts = entry.mFacts;
+    if (facts.mCodec == "Opus") { // which plays at one rate, whatever the entry has
+        facts.mSamplingRate = kOpusSamplingRate;
     }
     if (!entry.mBoxName.IsEmpty()) {
-        entry.mCodec.mName = entry.mBoxName;
+        facts.mCodec = entry.mBoxName;
     }
     if (!HasBitsPerSample(entry)) {
-        entry.mCodec.mBitsPerSample = 0;
+        facts.mBitsPerSample = 0;
     }
-    if (IsRateOfBytes(entry.mCodec.mName)) {
-        entry.mCodec.mBitRate = 0;
-        entry.mCodec.mMaxBitRate = 0;
+    if (!IsRateOfBytes(facts.mCodec)) {
+        facts.mBitRate = entry.mBitRate;
+        facts.mMaxBitRate = entry.mMaxBitRate;
     }
     if (fEncrypted) {
-        MarkEncrypted(entry.mCodec);
+        facts.mCodec = EncryptedCodecName(facts.mCodec);
     }
-    return entry.mCodec;
+    return facts;
 }

@@ -2,6 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezBytes/CodePage.h"
+#include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
@@ -63,22 +64,23 @@ constexpr std::array<AllowedVideo, 4> kVideoOf3GPP = {{{"H263", nullptr, UINT32_
 constexpr std::array<std::string_view, 7> kAudioOf3GPP = {"AMR",     "AMR-WB", "AMR-WB+", "AAC",
                                                           "AAC-LTP", "HE-AAC", "HE-AACv2"};
 
-bool IsVideoOf3GPP(const ISOCodec& aCodec) {
+bool IsVideoOf3GPP(const ISOVideo& aVideo) {
     return std::any_of(kVideoOf3GPP.begin(), kVideoOf3GPP.end(), [&](const AllowedVideo& anAllowed) {
-        const bool fLevel = aCodec.mLevel == ISOCodec::kNoLevel || aCodec.mLevel <= anAllowed.mMaxLevel;
-        const bool fProfile = aCodec.mProfile.IsEmpty() || anAllowed.mProfile == nullptr ||
-                              aCodec.mProfile == anAllowed.mProfile;
-        return PlainNameOf(aCodec) == anAllowed.mCodec && fProfile && fLevel;
+        const bool fLevel = aVideo.mLevel == VideoFacts::kNoLevel || aVideo.mLevel <= anAllowed.mMaxLevel;
+        const bool fProfile = aVideo.mProfile.IsEmpty() || anAllowed.mProfile == nullptr ||
+                              aVideo.mProfile == anAllowed.mProfile;
+        return PlainCodecName(aVideo.mCodec) == anAllowed.mCodec && fProfile && fLevel;
     });
 }
 
-bool IsAudioOf3GPP(const ISOCodec& aCodec) {
-    return std::find(kAudioOf3GPP.begin(), kAudioOf3GPP.end(), PlainNameOf(aCodec)) != kAudioOf3GPP.end();
+bool IsAudioOf3GPP(const ISOAudio& anAudio) {
+    return std::find(kAudioOf3GPP.begin(), kAudioOf3GPP.end(), PlainCodecName(anAudio.mCodec)) !=
+           kAudioOf3GPP.end();
 }
 
 bool IsOf3GPP(const ISOMovie& aMovie) {
-    return (!aMovie.mVideo.has_value() || IsVideoOf3GPP(aMovie.mVideo->mTables.mCodec)) &&
-           (!aMovie.mAudio.has_value() || IsAudioOf3GPP(aMovie.mAudio->mTables.mCodec));
+    return (!aMovie.mVideo.has_value() || IsVideoOf3GPP(aMovie.mVideo->mTables.mVideo)) &&
+           (!aMovie.mAudio.has_value() || IsAudioOf3GPP(aMovie.mAudio->mTables.mAudio));
 }
 
 /// What an MP4 may be compatible with.
@@ -110,12 +112,10 @@ void ReadBrands(ByteReader aBox, Top& aTop) {
 }
 
 /// Phones put 3GPP's brand first also where what they recorded is beyond it.
-void StoreTypes(const Top& aTop, const ISOMovie& aMovie, ezMediaInfo& anInfo) {
+const BrandTypes& TypesOf(const Top& aTop, const ISOMovie& aMovie) {
     constexpr BoxType kPlain = "isom";
     const bool f3GPP = aTop.mBrand.StartsWith("3g") && !aTop.mBrand.StartsWith("3g2");
-    const BrandTypes& types = TypesOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand);
-    anInfo.Set(kezInfo_MimeType, aMovie.mVideo.has_value() ? types.mVideo : types.mAudio, true);
-    anInfo.Set(kezInfo_Container, types.mContainer, true);
+    return TypesOf(f3GPP && aTop.mfPlain && !IsOf3GPP(aMovie) ? kPlain : aTop.mBrand);
 }
 
 /// Looks for "moov" from the start on.
@@ -242,8 +242,9 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (media.mMovie.mfFragmented) {
         ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
     }
-    StoreTypes(top, media.mMovie, anInfo);
-    StoreFacts(media, anInfo);
+    const BrandTypes& types = TypesOf(top, media.mMovie);
+    anInfo.Set(kezInfo_MimeType, fVideo ? types.mVideo : types.mAudio, true);
+    StoreFacts(media, types.mContainer, anInfo);
     // After "moov", the end of a file of unknown size may be met as an error of the stream.
     if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "the end of the fragments");

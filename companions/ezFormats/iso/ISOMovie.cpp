@@ -187,7 +187,7 @@ bool IsSlideShow(const ISOTrack& aTrack) {
     const std::uint64_t ticks = aTrack.mTables.mTicks;
     const std::uint64_t samples = aTrack.mTables.mTimedSamples;
     const std::uint64_t second = std::max(aTrack.mTimescale, 1U);
-    return aTrack.mTables.mCodec.mfPictures &&
+    return aTrack.mTables.mVideo.mfPictures &&
            (samples <= 1 || ticks == 0 || samples < ticks / second + (ticks % second != 0 ? 1 : 0));
 }
 
@@ -216,7 +216,6 @@ private:
     std::uint32_t& mBoxBudget;
     ISOMovie mMovie;
     ISOTags mTags;
-    std::string mLanguages; ///< of the audio tracks, in their order, as kezInfo_Languages has them
     std::uint32_t mTimescale = 0;
     bool mfEnabled = false;              ///< one of the tracks is
     std::uint64_t mDisabledDuration = 0; ///< microseconds, the longest of the others
@@ -231,9 +230,9 @@ void MovieReading::TakeDuration(const TrackReading& aReading) {
 
 void MovieReading::TakeLanguage(const TrackReading& aReading) {
     if (aReading.mLanguage.IsEmpty()) {
-        AddPackedLanguage(mLanguages, aReading.mPackedLanguage);
+        AddPackedLanguage(mMovie.mLanguages, aReading.mPackedLanguage);
     } else {
-        AddLanguages(mLanguages, aReading.mLanguage.View());
+        AddLanguages(mMovie.mLanguages, aReading.mLanguage.View());
     }
 }
 
@@ -315,9 +314,6 @@ void MovieReading::Read(const ByteReader& aBox) {
     }
     mMovie.mTexts = mTags.Merge();
     mMovie.mCover = mTags.mCover;
-    if (!mLanguages.empty()) {
-        mMovie.mTexts.mLanguages = ezCString(std::string_view(mLanguages));
-    }
     if (!mfEnabled) {
         mMovie.mDuration = std::max(mMovie.mDuration, mDisabledDuration);
     }

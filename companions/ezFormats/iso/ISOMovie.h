@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 class CodePage;
 
@@ -35,7 +36,8 @@ struct ISOMovie {
     ISOMatrix mMatrix;                ///< of the whole, after that of a track
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
-    MusicTexts mTexts;                ///< of its tags; the languages are those of the audio tracks
+    std::string mLanguages;           ///< of the audio tracks, in their order, as kezInfo_Languages has them
+    MusicTexts mTexts;                ///< of its tags
     CoverFacts mCover;                ///< of its tags
 };
 

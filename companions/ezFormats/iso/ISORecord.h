@@ -21,4 +21,5 @@ struct ISOMedia {
 };
 
 /// Writes codecs, sizes, rates, duration and texts into a record.
-void StoreFacts(const ISOMedia& aMedia, ezMediaInfo& anInfo);
+/// @param aContainer  kContainer_...
+void StoreFacts(const ISOMedia& aMedia, const char* aContainer, ezMediaInfo& anInfo);

@@ -1,7 +1,5 @@
 #include "ezFormats/iso/ISOSampleEntry.h"
 
-#include "ezFormats/codecs/EncryptedCodec.h"
-
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <string>
@@ -21,17 +19,17 @@ void ReadStream(ByteReader aBox, ISOEntryFacts& anEntry) {
     ESDescriptor stream;
     if (ReadESDescriptor(aBox, stream)) {
         anEntry.mStream = stream;
-        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry.mCodec);
+        TakeRates(stream.mMaxBitRate, stream.mBitRate, anEntry);
     }
 }
 
 /// Of "btrt" (ISO/IEC 14496-12, 8.5.2).
-void ReadRates(ByteReader aBox, ISOCodec& aCodec) {
+void ReadRates(ByteReader aBox, ISOEntryFacts& anEntry) {
     aBox.Skip(4); // bufferSizeDB
     const std::uint32_t maximum = aBox.ReadBig32();
     const std::uint32_t average = aBox.ReadBig32();
     if (!aBox.HasFailed()) {
-        TakeRates(maximum, average, aCodec);
+        TakeRates(maximum, average, anEntry);
     }
 }
 
@@ -49,7 +47,7 @@ void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBud
     if (aType == "esds") {
         ReadStream(aBox, anEntry);
     } else if (aType == "btrt") {
-        ReadRates(aBox, anEntry.mCodec);
+        ReadRates(aBox, anEntry);
     } else if (aType == "sinf") {
         anEntry.mOriginal = ReadOriginalFormat(aBox, aBoxBudget);
     }
@@ -69,19 +67,11 @@ ezCString ISOFormatName(BoxType aFormat) {
     return ezCString(std::string_view(name));
 }
 
-void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec) {
-    if (aCodec.mBitRate == 0 && anAverage != kezMediaInfo_VariableRate) {
-        aCodec.mBitRate = anAverage;
+void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOEntryFacts& anEntry) {
+    if (anEntry.mBitRate == 0 && anAverage != kezMediaInfo_VariableRate) {
+        anEntry.mBitRate = anAverage;
     }
-    if (aCodec.mMaxBitRate == 0 && aMaximum != kezMediaInfo_VariableRate) {
-        aCodec.mMaxBitRate = aMaximum;
+    if (anEntry.mMaxBitRate == 0 && aMaximum != kezMediaInfo_VariableRate) {
+        anEntry.mMaxBitRate = aMaximum;
     }
-}
-
-void MarkEncrypted(ISOCodec& aCodec) {
-    aCodec.mName = EncryptedCodecName(aCodec.mName);
-}
-
-std::string_view PlainNameOf(const ISOCodec& aCodec) {
-    return PlainCodecName(aCodec.mName);
 }

@@ -3,13 +3,13 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezBytes/ByteReader.h"
 #include "ezFormats/iso/ESDescriptor.h"
-#include "ezFormats/iso/ISOCodec.h"
+
+#include "ezPlatform/text/CString.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 // What the sample entries of audio and of video have in common.
 
@@ -26,7 +26,9 @@ struct ISOSampleEntry {
 
 /// What an entry tells, whatever is sampled.
 struct ISOEntryFacts {
-    ISOCodec mCodec;
+    // Bits a second, as stated; 0 where they are not
+    std::uint32_t mBitRate = 0; ///< average
+    std::uint32_t mMaxBitRate = 0;
     std::optional<BoxType> mOriginal; ///< of what is encrypted
     std::optional<ESDescriptor> mStream;
 };
@@ -63,9 +65,4 @@ void ReadBoxes(const ByteReader& aBoxes, const std::array<ISOBoxReader<Entry>, S
 ezCString ISOFormatName(BoxType aFormat);
 
 /// Takes rates over where none is stated yet. Those that no record can hold do not count.
-void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOCodec& aCodec);
-
-/// Marks a codec as one whose samples are encrypted: no rule for the plain codec is to meet it.
-void MarkEncrypted(ISOCodec& aCodec);
-/// The codec's name without that mark.
-std::string_view PlainNameOf(const ISOCodec& aCodec);
+void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOEntryFacts& anEntry);

@@ -116,8 +116,11 @@ ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& 
     // After the last of the three there may be megabytes of chunk offsets and sync samples.
     while (!(fDescribed && fTimed && fSized) && walk.Next(&type, &content)) {
         if (type == "stsd") {
-            tables.mCodec = aKind == ISOTrackKind::kAudio ? ReadAudioDescription(content, aBoxBudget)
-                                                          : ReadVideoDescription(content, aBoxBudget);
+            if (aKind == ISOTrackKind::kAudio) {
+                tables.mAudio = ReadAudioDescription(content, aBoxBudget);
+            } else {
+                tables.mVideo = ReadVideoDescription(content, aBoxBudget);
+            }
             fDescribed = true;
         } else if (type == "stts") {
             ReadTimes(content, tables);

@@ -30,7 +30,8 @@ ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes);
 
 /// What the sample tables of a track ("stbl"; ISO/IEC 14496-12, 8.5.1) tell.
 struct ISOTables {
-    ISOCodec mCodec;
+    ISOAudio mAudio;                 ///< of a track of audio
+    ISOVideo mVideo;                 ///< of one of video
     std::uint64_t mTimedSamples = 0; ///< with the ticks that they take; 0 where it is not known
     std::uint64_t mTicks = 0;
     ISOSizeTable mSizes;

@@ -1,6 +1,7 @@
 #include "ezFormats/iso/ISOCodec.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/H264Headers.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/detail/Limits.h"
@@ -16,9 +17,6 @@
 #include <vector>
 
 namespace {
-
-constexpr const char* kProgressive = "progressive";
-constexpr const char* kInterlaced = "interlaced";
 
 struct VideoFormat {
     BoxType mFormat;
@@ -57,6 +55,10 @@ constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, fals
                                                    {0xA3, "VC1", nullptr, false}}};
 constexpr std::uint32_t kObjectMPEG4Visual = 0x20;
 
+struct ISOVideoEntry : ISOEntryFacts {
+    ISOVideo mFacts;
+};
+
 struct Profile {
     std::uint32_t mCode;
     const char* mName;
@@ -82,7 +84,7 @@ constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
                                                    {244, "High444"}}};
 
 /// Profile, constraints and level, as they begin both "avcC" and an SPS.
-void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
+void TakeH264Profile(const unsigned char* aBytes, ISOVideo& aFacts) {
     constexpr unsigned kConstraint1 = 0x40;
     constexpr unsigned kConstraint3 = 0x10;
     constexpr std::uint32_t kLevel11 = 11;
@@ -91,10 +93,10 @@ void TakeH264Profile(const unsigned char* aBytes, ISOCodec& aCodec) {
     const bool fOld = profile == 66 || profile == 77 || profile == 88; // they had no code for level 1b
     // A stream of the baseline profile that keeps what the main one asks (A.2.1.1).
     const bool fConstrained = profile == 66 && (aBytes[1] & kConstraint1) != 0;
-    aCodec.mProfile = fConstrained ? "ConstrainedBaseline" : ProfileName(kH264Profiles, profile);
-    aCodec.mLevel = aBytes[2];
-    if (fOld && aCodec.mLevel == kLevel11 && (aBytes[1] & kConstraint3) != 0) {
-        aCodec.mLevel = kLevel1b;
+    aFacts.mProfile = fConstrained ? "ConstrainedBaseline" : ProfileName(kH264Profiles, profile);
+    aFacts.mLevel = aBytes[2];
+    if (fOld && aFacts.mLevel == kLevel11 && (aBytes[1] & kConstraint3) != 0) {
+        aFacts.mLevel = kLevel1b;
     }
 }
 
@@ -113,30 +115,30 @@ std::vector<unsigned char> RBSPOf(const std::vector<unsigned char>& aUnit) {
     return bytes;
 }
 
-void TakeSPS(const std::vector<unsigned char>& aBytes, ISOCodec& aCodec) {
+void TakeSPS(const std::vector<unsigned char>& aBytes, ISOVideoEntry& anEntry) {
     ezH264SPS set;
     if (!ezH264SPS_Read(aBytes.data(), aBytes.size(), set)) {
         return;
     }
-    TakeH264Profile(aBytes.data(), aCodec);
-    aCodec.mWidth = set.mWidth;
-    aCodec.mHeight = set.mHeight;
-    aCodec.mScan = set.mfFrameMBsOnly ? kProgressive : kInterlaced;
+    TakeH264Profile(aBytes.data(), anEntry.mFacts);
+    anEntry.mFacts.mWidth = set.mWidth;
+    anEntry.mFacts.mHeight = set.mHeight;
+    anEntry.mFacts.mScan = set.mfFrameMBsOnly ? kScan_Progressive : kScan_Interlaced;
     if (set.mHRD.mBitRate < kezMediaInfo_VariableRate) {
         // The rate of the HRD parameters is what a buffer is filled with at most.
         const auto rate = static_cast<std::uint32_t>(set.mHRD.mBitRate);
-        TakeRates(rate, set.mHRD.mfConstant ? rate : 0, aCodec);
+        TakeRates(rate, set.mHRD.mfConstant ? rate : 0, anEntry);
     }
 }
 
 /// Of "avcC" (ISO/IEC 14496-15, 5.3.3.1).
-void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
+void ReadAVC(ByteReader aBox, ISOVideoEntry& anEntry) {
     std::array<unsigned char, 3> profile = {};
     aBox.Require(aBox.ReadByte() == 1);
     if (!aBox.Read(profile.data(), profile.size())) {
         return;
     }
-    TakeH264Profile(profile.data(), anEntry.mCodec);
+    TakeH264Profile(profile.data(), anEntry.mFacts);
     aBox.Skip(1); // lengthSizeMinusOne
     const unsigned sets = aBox.ReadByte() & 0x1FU;
     const auto size = static_cast<std::size_t>(aBox.ReadBig(2));
@@ -146,7 +148,7 @@ void ReadAVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     }
     std::vector<unsigned char> bytes(size - 1);
     if (aBox.Read(bytes.data(), bytes.size())) {
-        TakeSPS(RBSPOf(bytes), anEntry.mCodec);
+        TakeSPS(RBSPOf(bytes), anEntry);
     }
 }
 
@@ -156,7 +158,7 @@ constexpr std::array<Profile, 4> kH265Profiles = {
     {{1, "Main"}, {2, "Main10"}, {3, "MainStillPicture"}, {4, "RangeExtensions"}}};
 
 /// Of "hvcC" (ISO/IEC 14496-15, 8.3.3.1).
-void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
+void ReadHEVC(ByteReader aBox, ISOVideoEntry& anEntry) {
     aBox.Require(aBox.ReadByte() == 1);
     const unsigned profile = aBox.ReadByte() & 0x1FU;
     aBox.Skip(4);                                  // general_profile_compatibility_flags
@@ -166,52 +168,52 @@ void ReadHEVC(ByteReader aBox, ISOEntryFacts& anEntry) {
     if (aBox.HasFailed()) {
         return;
     }
-    anEntry.mCodec.mProfile = ProfileName(kH265Profiles, profile);
-    anEntry.mCodec.mLevel = level / 3;
+    anEntry.mFacts.mProfile = ProfileName(kH265Profiles, profile);
+    anEntry.mFacts.mLevel = level / 3;
     if (sources == 1 || sources == 2) {
-        anEntry.mCodec.mScan = sources == 2 ? kProgressive : kInterlaced;
+        anEntry.mFacts.mScan = sources == 2 ? kScan_Progressive : kScan_Interlaced;
     }
 }
 
 // --- Others
 
 /// Of "d263" (3GPP TS 26.244, 6.8): profile by number, and the level as it is named ("level 10").
-void ReadH263(ByteReader aBox, ISOEntryFacts& anEntry) {
+void ReadH263(ByteReader aBox, ISOVideoEntry& anEntry) {
     aBox.Skip(5); // vendor and decoder_version
     const unsigned level = aBox.ReadByte();
     const unsigned profile = aBox.ReadByte();
     if (!aBox.HasFailed()) {
-        anEntry.mCodec.mProfile = ezCString::Format("%u", profile);
-        anEntry.mCodec.mLevel = level;
+        anEntry.mFacts.mProfile = ezCString::Format("%u", profile);
+        anEntry.mFacts.mLevel = level;
     }
 }
 
-constexpr std::array<ISOBoxReader<ISOEntryFacts>, 3> kBoxReaders = {
+constexpr std::array<ISOBoxReader<ISOVideoEntry>, 3> kBoxReaders = {
     {{"avcC", ReadAVC}, {"hvcC", ReadHEVC}, {"d263", ReadH263}}};
 
 /// The fixed part: VisualSampleEntry (ISO/IEC 14496-12, 12.1.3).
-void ReadPicture(ByteReader& aReader, ISOCodec& aCodec) {
+void ReadPicture(ByteReader& aReader, ISOVideo& aFacts) {
     aReader.Skip(16); // pre_defined and reserved
-    aCodec.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
-    aCodec.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    aFacts.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
+    aFacts.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aReader.Skip(50); // resolution, frame_count, compressorname, depth, pre_defined
 }
 
-void TakeMPEG4(const ESDescriptor& aStream, ISOCodec& aCodec) {
+void TakeMPEG4(const ESDescriptor& aStream, ISOVideo& aFacts) {
     const MPEG4Visual visual = MPEG4Visual_Read(aStream.mConfig.data(), aStream.mConfigSize);
     if (visual.mProfile != nullptr) {
-        aCodec.mProfile = visual.mProfile;
-        aCodec.mLevel = visual.mLevel;
+        aFacts.mProfile = visual.mProfile;
+        aFacts.mLevel = visual.mLevel;
     }
     if (visual.mfLayer) {
-        aCodec.mWidth = visual.mWidth;
-        aCodec.mHeight = visual.mHeight;
-        aCodec.mScan = visual.mfInterlaced ? kInterlaced : kProgressive;
+        aFacts.mWidth = visual.mWidth;
+        aFacts.mHeight = visual.mHeight;
+        aFacts.mScan = visual.mfInterlaced ? kScan_Interlaced : kScan_Progressive;
     }
 }
 
 /// Of "mp4v": the stream's descriptor tells what the samples are. True when it does.
-bool NameByStream(ISOEntryFacts& anEntry) {
+bool NameByStream(ISOVideoEntry& anEntry) {
     const ESDescriptor& stream = *anEntry.mStream;
     const auto* const known = std::find_if(kObjects.begin(), kObjects.end(), [&](const VideoObject& aKnown) {
         return aKnown.mObjectType == stream.mObjectType;
@@ -219,49 +221,52 @@ bool NameByStream(ISOEntryFacts& anEntry) {
     if (known == kObjects.end()) {
         return false;
     }
-    anEntry.mCodec.mName = known->mName;
-    anEntry.mCodec.mProfile = known->mProfile;
-    anEntry.mCodec.mfPictures = known->mfPictures;
+    anEntry.mFacts.mCodec = known->mName;
+    anEntry.mFacts.mProfile = known->mProfile;
+    anEntry.mFacts.mfPictures = known->mfPictures;
     if (stream.mObjectType == kObjectMPEG4Visual) {
-        TakeMPEG4(stream, anEntry.mCodec);
+        TakeMPEG4(stream, anEntry.mFacts);
     }
     return true;
 }
 
 /// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(BoxType aFormat, ISOCodec& aCodec) {
+bool NameByFormat(BoxType aFormat, ISOVideo& aFacts) {
     const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const VideoFormat& aKnown) {
         return aFormat == aKnown.mFormat;
     });
     if (known == kFormats.end()) {
         return false;
     }
-    aCodec.mName = known->mName;
-    aCodec.mfPictures = known->mfPictures;
+    aFacts.mCodec = known->mName;
+    aFacts.mfPictures = known->mfPictures;
     return true;
 }
 
 } // namespace
 
-ISOCodec ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
+ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ISOSampleEntry sample(aTable, aBoxBudget);
-    ISOEntryFacts entry;
-    ReadPicture(sample.mContent, entry.mCodec);
+    ISOVideoEntry entry;
+    ISOVideo& facts = entry.mFacts;
+    ReadPicture(sample.mContent, facts);
     if (sample.mContent.HasFailed()) {
-        entry.mCodec = ISOCodec();
-        entry.mCodec.mName = ISOFormatName(sample.mFormat);
-        return entry.mCodec;
+        facts = ISOVideo();
+        facts.mCodec = ISOFormatName(sample.mFormat);
+        return facts;
     }
     ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
     const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
-    const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry)
-                                                                      : NameByFormat(format, entry.mCodec);
+    const bool fNamed =
+        entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry) : NameByFormat(format, facts);
     if (!fNamed) {
-        entry.mCodec.mName = ISOFormatName(format);
+        facts.mCodec = ISOFormatName(format);
     }
+    facts.mBitRate = entry.mBitRate;
+    facts.mMaxBitRate = entry.mMaxBitRate;
     if (fEncrypted) {
-        MarkEncrypted(entry.mCodec);
+        facts.mCodec = EncryptedCodecName(facts.mCodec);
     }
-    return entry.mCodec;
+    return facts;
 }

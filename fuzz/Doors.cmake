@@ -138,6 +138,9 @@ ez_add_door(ezThumbnails_inside cover_asf
 ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_id3
     ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})
+ez_add_door(ezThumbnails_inside cover_matroska
+    ${THUMBNAILS}/MatroskaCover.cpp ${BYTES}/EBMLWalk.cpp ${BYTES}/MatroskaAttachments.cpp ${BYTES}/MatroskaSegment.cpp
+    ${COVER})
 ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_wav ${THUMBNAILS}/ChunkCover.cpp ${BYTES}/WAVWalk.cpp ${COVER})

@@ -46,6 +46,9 @@ Cover FindAPECover(ezStream& aStream);
 /// ASF, from the attributes "WM/Picture" of Extended Content, then of Metadata and the Metadata Library.
 Cover FindASFCover(ezStream& aStream);
 
+/// Matroska and WebM, from the attached files that are called covers.
+Cover FindMatroskaCover(ezStream& aStream);
+
 /// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media
 /// types file.
 struct FormatCoverFinder {

@@ -44,6 +44,10 @@ inline constexpr std::uint32_t kCover_MaxBoxes = 4096;
 /// stream.
 inline constexpr std::uint32_t kCover_MaxObjects = 512;
 
+/// Elements of a Matroska file that are looked at, all levels together: before the first cluster stand some
+/// hundred, and a SeekHead may name each cluster.
+inline constexpr std::uint32_t kCover_MaxElements = 16384;
+
 /// Chunks of a WAV, an AIFF or a DSDIFF that are stepped over: recorders write a dozen.
 inline constexpr std::uint32_t kCover_MaxChunks = 256;
 

@@ -1,6 +1,7 @@
 #include "companions/ezThumbnails/CoverKit.h"
 
 #include "support/AsfBytes.h"
+#include "support/EbmlBytes.h"
 #include "support/ZlibBytes.h"
 
 // What holds of every finder of covers.
@@ -85,6 +86,16 @@ std::vector<Sample> Samples() {
         {"ASF, the second of two lists", FindASFCover,
          asf::Header(asf::HeaderExtension(asf::Library({asf::PictureAttribute(1, back)}, asf::kMetadata) +
                                           asf::Library({asf::PictureAttribute(3, picture)})))},
+        {"Matroska", FindMatroskaCover,
+         ebml::Head() +
+             ebml::Segment(ebml::Info("") +
+                           ebml::Attachments(ebml::AttachedFile("font.ttf", "font/ttf", "font") +
+                                             ebml::AttachedFile("cover.jpg", "image/jpeg", picture)))},
+        {"Matroska, after the clusters", FindMatroskaCover,
+         ebml::Head("webm") +
+             ebml::Unknown(0x18538067,
+                           ebml::SeekHead(ebml::Seek(0x1941A469, 37)) + ebml::Element(0x1F43B675, "frames") +
+                               ebml::Attachments(ebml::AttachedFile("cover.png", "image/png", back)))},
     };
 }
 

@@ -17,6 +17,10 @@ inline constexpr std::size_t kMediaBytes_LeastBlock = std::size_t{4} * 1024;
 /// Bytes of one read of a file: more at once makes no system call cheaper, and is memory of each request.
 inline constexpr std::size_t kMediaBytes_LargestBlock = std::size_t{64} * 1024;
 
+/// Bytes of one read of a stream whose facts stand anywhere: its windows of 256 KiB are doubled, and with so
+/// many at once both ends of a film of 40 Mbit/s take no more than twenty reads.
+inline constexpr std::size_t kMediaBytes_LargestWindow = std::size_t{512} * 1024;
+
 /// Reads to see a magic: the start, and after a tag of songs two places of the sound. A fourth is for a tag
 /// after a tag; who writes more of them loses what stands after, unless the name is right.
 inline constexpr std::uint32_t kMagic_MaxReads = 4;

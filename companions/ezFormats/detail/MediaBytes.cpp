@@ -26,17 +26,24 @@ void MediaBytes::Bring(std::uint64_t aPosition) {
 }
 
 bool MediaBytes::Load(std::uint64_t aPosition, std::size_t aSize) {
+    return LoadBlock(aPosition, std::min(aSize, kMediaBytes_LargestBlock));
+}
+
+bool MediaBytes::LoadWindow(std::uint64_t aPosition, std::size_t aSize) {
+    return LoadBlock(aPosition, std::min(aSize, kMediaBytes_LargestWindow));
+}
+
+bool MediaBytes::LoadBlock(std::uint64_t aPosition, std::size_t aSize) {
     if (aPosition >= GetEnd()) {
         return false;
     }
-    const std::size_t size = std::min(aSize, kMediaBytes_LargestBlock);
-    if (HasBuffered(aPosition, size)) {
+    if (HasBuffered(aPosition, aSize)) {
         return true;
     }
     if (!HasBuffered(aPosition) && !ReadStart(aPosition)) {
         return false;
     }
-    return HasBuffered(aPosition, size) || Fetch(aPosition, size);
+    return HasBuffered(aPosition, aSize) || Fetch(aPosition, aSize);
 }
 
 /// The stream takes its first read for the start of the media, and answers later ones from it: reads that

@@ -22,6 +22,10 @@ public:
     /// are none.
     bool Load(std::uint64_t aPosition, std::size_t aSize);
 
+    /// The same of at most 512 KiB, for media whose facts stand anywhere within so many bytes: the block is
+    /// all of it.
+    bool LoadWindow(std::uint64_t aPosition, std::size_t aSize);
+
     /// True when bytes that the file has could not be read: without a known size, its end fails as any other
     /// read does.
     bool HasLostBytes() const { return HasReadFailed() && GetSize().has_value(); }
@@ -37,6 +41,7 @@ protected:
 
 private:
     bool ReadStart(std::uint64_t aPosition);
+    bool LoadBlock(std::uint64_t aPosition, std::size_t aSize);
     void TakeSize();
 
     ezMediaParserStream& mStream;

@@ -5,6 +5,7 @@
 #include "ezFormats/codecs/DTSHeader.h"
 #include "ezFormats/codecs/EAC3Header.h"
 #include "ezFormats/codecs/MPEGAudioHeader.h"
+#include "ezFormats/mpegsystem/LOASFrames.h"
 
 namespace {
 
@@ -159,6 +160,10 @@ StreamCodec StreamCodec_OfPayload(const unsigned char* aBytes, std::size_t aSize
     ezMPEGAudioHeader mpeg = {};
     if (ezMPEGAudioHeader_Read(Big32(aBytes), mpeg)) {
         return StreamCodec::MPEGAudio;
+    }
+    const std::uint32_t loas = LOASFrameSize(aBytes);
+    if (loas != 0 && loas + kLOASHeadSize <= aSize && LOASFrameSize(aBytes + loas) != 0) {
+        return StreamCodec::LATM;
     }
     if (Big32(aBytes + 4) == 0xF8726FBA) { // format_sync of TrueHD
         return StreamCodec::TrueHD;

@@ -138,6 +138,22 @@ TEST(MediaBytes, LoadHoldsATailForAskingInAnyOrder) {
     EXPECT_EQ(bytes.Borrow(100000, &borrowed), 65536U) << "at most 64 KiB";
 }
 
+TEST(MediaBytes, WindowIsOneBlockThatGrowsByWhatIsNew) {
+    constexpr std::size_t kWindow = std::size_t{256} * 1024;
+    const std::string content = Numbered(2000000);
+    AwkwardStream stream(content);
+    MediaBytes bytes(stream, kReads, 4 * kBytes);
+    const unsigned char* borrowed = nullptr;
+    ASSERT_TRUE(bytes.LoadWindow(0, kWindow));
+    ASSERT_EQ(bytes.Borrow(0, &borrowed), kWindow);
+    EXPECT_EQ(stream.GetCosts().mReads, 2U);
+    EXPECT_EQ(stream.GetCosts().mBytes, kWindow) << "nothing is read twice";
+    ASSERT_TRUE(bytes.LoadWindow(kWindow, 10 * kWindow));
+    EXPECT_EQ(bytes.Borrow(kWindow, &borrowed), 2 * kWindow) << "at most 512 KiB";
+    EXPECT_TRUE(IsAt(bytes, content, 3 * kWindow - 1));
+    EXPECT_EQ(stream.GetCosts().mReads, 3U);
+}
+
 TEST(MediaBytes, LoadReachesOverTheStart) {
     const std::string content = Numbered(20000);
     AwkwardStream stream(content);

@@ -1,6 +1,7 @@
 #include "ezFormats/codecs/H264Headers.h"
 
 #include "ezBytes/BitReader.h"
+#include "ezFormats/codecs/NALUnits.h"
 #include "ezFormats/detail/Limits.h"
 
 #include <algorithm>
@@ -18,8 +19,8 @@ constexpr std::array<std::uint32_t, 7> kHighProfiles = {44, 83, 86, 100, 110, 12
 constexpr std::array<std::uint32_t, 20> kLevels = {9,  10, 11, 12, 13, 20, 21, 22, 30, 31,
                                                    32, 40, 41, 42, 50, 51, 52, 60, 61, 62};
 
+constexpr std::uint32_t kReservedZeroBits = 3; ///< of the constraints
 constexpr std::uint32_t kMacroblockSide = 16;
-constexpr std::uint32_t kExtendedSAR = 255; ///< sample aspect ratio in numbers (table E-1)
 constexpr std::size_t kSize4x4 = 16;
 constexpr std::size_t kSize8x8 = 64;
 constexpr unsigned k4x4ListCount = 6;
@@ -27,21 +28,6 @@ constexpr unsigned k4x4ListCount = 6;
 template <std::size_t Size>
 bool IsIn(const std::array<std::uint32_t, Size>& aValues, std::uint32_t aValue) {
     return std::find(aValues.begin(), aValues.end(), aValue) != aValues.end();
-}
-
-/// Bits of an RBSP before its rbsp_stop_one_bit (7.3.2.11), which lies in the last byte that is not zero.
-std::size_t CountRBSPBits(const unsigned char* aBytes, std::size_t aSize) {
-    while (aSize > 0 && aBytes[aSize - 1] == 0) {
-        --aSize;
-    }
-    if (aSize == 0) {
-        return 0;
-    }
-    std::size_t count = 8 * aSize - 1;
-    for (unsigned last = aBytes[aSize - 1]; last % 2 == 0; last /= 2) {
-        --count;
-    }
-    return count;
 }
 
 bool IsReadToTheEnd(const ezBitReader& aBits) {
@@ -72,10 +58,10 @@ void SkipScalingLists(ezBitReader& aBits, unsigned aCount) {
 void ReadHighProfile(ezBitReader& aBits, ezH264SPS& aSPS) {
     aSPS.mChromaFormat = aBits.ReadUEUpTo(3);
     aSPS.mfSeparateColourPlanes = aSPS.mChromaFormat == 3 && aBits.ReadFlag();
-    aBits.ReadUEUpTo(6);    // bit_depth_luma_minus8
-    aBits.ReadUEUpTo(6);    // bit_depth_chroma_minus8
-    aBits.Skip(1);          // qpprime_y_zero_transform_bypass_flag
-    if (aBits.ReadFlag()) { // seq_scaling_matrix_present_flag
+    aSPS.mBitDepth = 8 + aBits.ReadUEUpTo(6); // bit_depth_luma_minus8
+    aBits.ReadUEUpTo(6);                      // bit_depth_chroma_minus8
+    aBits.Skip(1);                            // qpprime_y_zero_transform_bypass_flag
+    if (aBits.ReadFlag()) {                   // seq_scaling_matrix_present_flag
         SkipScalingLists(aBits, aSPS.mChromaFormat == 3 ? 12 : 8);
     }
 }
@@ -135,7 +121,7 @@ void ReadPictureSize(ezBitReader& aBits, ezH264SPS& aSPS) {
 }
 
 /// hrd_parameters (E.1.2), if the next bit says that they are present. True when they are.
-bool ReadHRD(ezBitReader& aBits, ezH264HRD& anHRD) {
+bool ReadHRD(ezBitReader& aBits, ezH264SPS& aSPS) {
     if (!aBits.ReadFlag()) {
         return false;
     }
@@ -148,51 +134,38 @@ bool ReadHRD(ezBitReader& aBits, ezH264HRD& anHRD) {
         aBits.ReadUE();                                                         // cpb_size_value_minus1
         fastest.mfConstant = aBits.ReadFlag();
     }
-    aBits.Skip(5 + 5 + 5 + 5); // lengths of initial and other CPB delays, of DPB delays, of time offsets
+    aBits.Skip(5);                                       // initial_cpb_removal_delay_length_minus1
+    const std::uint32_t removalBits = 1 + aBits.Read(5); // cpb_removal_delay_length_minus1
+    const std::uint32_t outputBits = 1 + aBits.Read(5);  // dpb_output_delay_length_minus1
+    aBits.Skip(5);                                       // time_offset_length
+    if (aBits.HasFailed()) {
+        return false;
+    }
+    aSPS.mDelayBits = removalBits + outputBits; // equal in both, where there are both
     // The NAL HRD comes first, and it counts the bytes of a byte stream.
-    anHRD = anHRD.mBitRate == 0 ? fastest : anHRD;
+    aSPS.mHRD = aSPS.mHRD.mBitRate == 0 ? fastest : aSPS.mHRD;
     return true;
 }
 
-/// Aspect ratio, overscan, video signal type, chroma location and timing, each after a bit that says whether
-/// it is present.
-void SkipVUIBeforeHRD(ezBitReader& aBits) {
-    if (aBits.ReadFlag() && aBits.Read(8) == kExtendedSAR) { // aspect_ratio_idc
-        aBits.Skip(16 + 16);                                 // sar_width, sar_height
-    }
-    if (aBits.ReadFlag()) {
-        aBits.Skip(1); // overscan_appropriate_flag
-    }
-    if (aBits.ReadFlag()) {
-        aBits.Skip(3 + 1); // video_format, video_full_range_flag
-        if (aBits.ReadFlag()) {
-            aBits.Skip(8 + 8 + 8); // colour_primaries, transfer_characteristics, matrix_coefficients
-        }
-    }
-    if (aBits.ReadFlag()) {
-        aBits.ReadUEUpTo(5); // chroma_sample_loc_type_top_field
-        aBits.ReadUEUpTo(5); // chroma_sample_loc_type_bottom_field
-    }
-    if (aBits.ReadFlag()) {
-        aBits.Skip(32 + 32 + 1); // num_units_in_tick, time_scale, fixed_frame_rate_flag
-    }
-}
-
 /// vui_parameters (E.1.1)
-void ReadVUI(ezBitReader& aBits, ezH264HRD& anHRD) {
-    SkipVUIBeforeHRD(aBits);
-    const bool fNAL = ReadHRD(aBits, anHRD);
-    const bool fVCL = ReadHRD(aBits, anHRD);
-    aBits.Skip(fNAL || fVCL ? 1 : 0);         // low_delay_hrd_flag
-    aBits.Skip(1);                            // pic_struct_present_flag
-    if (aBits.ReadFlag()) {                   // bitstream_restriction_flag
-        aBits.Skip(1);                        // motion_vectors_over_pic_boundaries_flag
-        aBits.ReadUEUpTo(16);                 // max_bytes_per_pic_denom
-        aBits.ReadUEUpTo(16);                 // max_bits_per_mb_denom
-        aBits.ReadUEUpTo(16);                 // log2_max_mv_length_horizontal
-        aBits.ReadUEUpTo(16);                 // log2_max_mv_length_vertical
-        aBits.ReadUEUpTo(kH264_MaxFrameSize); // max_num_reorder_frames
-        aBits.ReadUEUpTo(kH264_MaxFrameSize); // max_dec_frame_buffering
+void ReadVUI(ezBitReader& aBits, ezH264SPS& aSPS) {
+    VideoUsability_ReadSigns(aBits, aSPS.mUsability);
+    if (aBits.ReadFlag()) { // timing_info_present_flag
+        VideoUsability_ReadClock(aBits, aSPS.mUsability);
+        aBits.Skip(1); // fixed_frame_rate_flag
+    }
+    const bool fNAL = ReadHRD(aBits, aSPS);
+    const bool fVCL = ReadHRD(aBits, aSPS);
+    aBits.Skip(fNAL || fVCL ? 1 : 0);           // low_delay_hrd_flag
+    aSPS.mfPictureStructure = aBits.ReadFlag(); // pic_struct_present_flag
+    if (aBits.ReadFlag()) {                     // bitstream_restriction_flag
+        aBits.Skip(1);                          // motion_vectors_over_pic_boundaries_flag
+        aBits.ReadUEUpTo(16);                   // max_bytes_per_pic_denom
+        aBits.ReadUEUpTo(16);                   // max_bits_per_mb_denom
+        aBits.ReadUEUpTo(16);                   // log2_max_mv_length_horizontal
+        aBits.ReadUEUpTo(16);                   // log2_max_mv_length_vertical
+        aBits.ReadUEUpTo(kH264_MaxFrameSize);   // max_num_reorder_frames
+        aBits.ReadUEUpTo(kH264_MaxFrameSize);   // max_dec_frame_buffering
     }
 }
 
@@ -230,13 +203,15 @@ void SkipSliceGroups(ezBitReader& aBits) {
 } // namespace
 
 bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& aSPS) {
-    ezBitReader bits(aBytes, CountRBSPBits(aBytes, aSize));
-    const std::uint32_t profile = bits.Read(8);
-    bits.Skip(6);                    // constraint_set0_flag to constraint_set5_flag
-    bits.Require(bits.Read(2) == 0); // reserved_zero_2bits
-    bits.Require(IsIn(kProfiles, profile) && IsIn(kLevels, bits.Read(8)));
+    ezBitReader bits(aBytes, RBSP_CountBits(aBytes, aSize));
+    aSPS.mProfile = bits.Read(8);
+    aSPS.mConstraints = bits.Read(8);
+    bits.Require((aSPS.mConstraints & kReservedZeroBits) == 0);
+    aSPS.mLevel = bits.Read(8);
+    bits.Require(IsIn(kProfiles, aSPS.mProfile) && IsIn(kLevels, aSPS.mLevel));
     aSPS.mID = bits.ReadUEUpTo(kH264_SPSCount - 1);
-    if (IsIn(kHighProfiles, profile)) {
+    aSPS.mBitDepth = 8;
+    if (IsIn(kHighProfiles, aSPS.mProfile)) {
         ReadHighProfile(bits, aSPS);
     }
     aSPS.mFrameNumBits = 4 + bits.ReadUEUpTo(12);
@@ -244,18 +219,24 @@ bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& a
     bits.ReadUEUpTo(16); // max_num_ref_frames
     bits.Skip(1);        // gaps_in_frame_num_value_allowed_flag
     ReadPictureSize(bits, aSPS);
-    if (bits.ReadFlag()) { // vui_parameters_present_flag
-        ReadVUI(bits, aSPS.mHRD);
+    const bool fUsability = bits.ReadFlag(); // vui_parameters_present_flag
+    if (bits.HasFailed()) {
+        aSPS.mWidth = 0;
+        aSPS.mHeight = 0;
+        return false;
+    }
+    if (fUsability) {
+        ReadVUI(bits, aSPS);
     }
     return IsReadToTheEnd(bits);
 }
 
-bool ezH264PPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264FindSPS aFind, const void* aContext,
+bool ezH264PPS_Read(const unsigned char* aBytes, std::size_t aSize, const ezH264Sets& aSets,
                     ezH264PPS& aPPS) {
-    ezBitReader bits(aBytes, CountRBSPBits(aBytes, aSize));
+    ezBitReader bits(aBytes, RBSP_CountBits(aBytes, aSize));
     aPPS.mID = bits.ReadUEUpTo(kH264_PPSCount - 1);
     aPPS.mSPSID = bits.ReadUEUpTo(kH264_SPSCount - 1);
-    const ezH264SPS* sps = bits.HasFailed() ? nullptr : aFind(aContext, aPPS.mSPSID);
+    const ezH264SPS* sps = bits.HasFailed() ? nullptr : aSets.Find(aPPS.mSPSID);
     if (sps == nullptr) {
         return false;
     }
@@ -323,7 +304,7 @@ ezH264SliceResult ezH264Slice_ReadPPSID(const unsigned char* aBytes, std::size_t
 }
 
 ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSize, bool afIDR,
-                                    const ezH264SPS& aSPS) {
+                                    const ezH264SPS& aSPS, bool* afField) {
     ezBitReader bits(aBytes, 8 * aSize);
     const SliceStart start = ReadSliceStart(bits);
     bool fLegal = start.mType <= kMaxSliceType;
@@ -344,6 +325,9 @@ ezH264SliceResult ezH264Slice_Check(const unsigned char* aBytes, std::size_t aSi
     if (afIDR) {
         fLegal = fLegal && frameNum == 0 && idrPicID <= kMaxIDRPicID &&
                  (type == kSliceTypeI || type == kSliceTypeSI);
+    }
+    if (afField != nullptr) {
+        *afField = fField;
     }
     return fLegal ? ezH264SliceResult::kLegal : ezH264SliceResult::kIllegal;
 }

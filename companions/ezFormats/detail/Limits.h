@@ -59,6 +59,47 @@ inline constexpr std::uint32_t kH264_MaxFrameSize = 139264;
 /// Macroblocks of a frame's width or height: the longest side that goes with the largest frame.
 inline constexpr std::uint32_t kH264_MaxSideSize = 1055;
 
+/// Bytes of a parameter set of H.265 that are kept: those of encoders have some 60, and 64 sets of reference
+/// pictures with all scaling lists stay below.
+inline constexpr std::uint32_t kH265_MaxParameterSetSize = 4096;
+
+/// Bytes of a slice of H.265 within which its header has told what is asked of it: two flags and a number.
+inline constexpr std::uint32_t kH265_MaxSliceHeaderSize = 12;
+
+/// Pixels of a picture of H.265: those of the highest level, 7.2. A parameter set that states more is not
+/// believed.
+inline constexpr std::uint32_t kH265_MaxPicture = 142606336;
+
+/// Pixels of a picture's width or height: the longest side that goes with the largest picture.
+inline constexpr std::uint32_t kH265_MaxSide = 33776;
+
+/// Pictures of a set of reference pictures of H.265: as many as a decoder keeps.
+inline constexpr std::uint32_t kH265_MaxRefPictures = 16;
+
+/// Sets of reference pictures of one parameter set: what H.265 allows.
+inline constexpr std::uint32_t kH265_MaxRefPicSets = 64;
+
+/// Pictures of long-term reference that one parameter set names: what H.265 allows.
+inline constexpr std::uint32_t kH265_MaxLongTermPictures = 32;
+
+/// Columns of tiles of a picture of H.265: those of the highest level.
+inline constexpr std::uint32_t kH265_MaxTileColumns = 40;
+
+/// Rows of tiles of a picture of H.265: those of the highest level.
+inline constexpr std::uint32_t kH265_MaxTileRows = 44;
+
+/// Bytes of supplemental information of one unit that are looked at: what tells of the dynamic range and of
+/// fields has some hundred, and comes before the texts that encoders add.
+inline constexpr std::uint32_t kVideoSEI_MaxSize = 4096;
+
+/// Units that a codec's configuration or the first picture of a file is asked for: a few parameter sets and
+/// messages, and of each picture some slices. Further ones are not looked at.
+inline constexpr std::uint32_t kNALUnits_MaxCount = 64;
+
+/// Pictures in 1000 seconds, the most: no level of H.264 or H.265 has faster ones. A clock that says so ticks
+/// for something else.
+inline constexpr std::uint32_t kVideo_MaxFrameRate = 300'000;
+
 /// Bytes of a table of profile rules: twenty times the built-in one. It bounds what a wrong path, an image as
 /// a table, costs.
 inline constexpr std::size_t kProfileRules_MaxTextSize = std::size_t{256} * 1024;

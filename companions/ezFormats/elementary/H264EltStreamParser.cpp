@@ -6,13 +6,11 @@
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
 constexpr uint32 kCodeSize = 4;
 constexpr uint32 kMinSliceSize = 1; ///< three numbers of a bit each and four bits of frame_num
-constexpr std::uint16_t kNoSPS = 0xFFFF;
 
 // The header byte of a NAL unit (7.3.1): forbidden_zero_bit, two bits nal_ref_idc, five bits nal_unit_type.
 constexpr uint8 kForbiddenZeroBit = 0x80;
@@ -32,23 +30,10 @@ uint32 Missing(uint32 aSize, uint32 aPresent) {
 
 } // namespace
 
-/// The parameter sets of the stream, by their IDs.
 struct H264EltStreamParser::Found {
-    std::vector<ezH264SPS> mSPSs;          ///< those known, at most 32
-    std::vector<std::uint16_t> mSPSOfPPS = ///< the ID of its SPS by that of a PPS
-        std::vector<std::uint16_t>(kH264_PPSCount, kNoSPS);
-    bool mfPPS = false; ///< there is a PPS
+    ezH264Sets mSets;
     ezH264SPS mWinner;
     uint32 mRefusedCount = 0;
-
-    const ezH264SPS* Find(std::uint32_t anID) const {
-        const auto found =
-            std::find_if(mSPSs.begin(), mSPSs.end(), [&](const ezH264SPS& aSet) { return aSet.mID == anID; });
-        return found != mSPSs.end() ? &*found : nullptr;
-    }
-    static const ezH264SPS* sFind(const void* aContext, std::uint32_t anID) {
-        return static_cast<const Found*>(aContext)->Find(anID);
-    }
 };
 
 H264EltStreamParser::H264EltStreamParser(ezElementaryStreamInfo* aEltStreamInfo, ezMediaInfo* aMediaInfo)
@@ -71,7 +56,7 @@ bool H264EltStreamParser::BeginUnit(uint8 aCode, Keep& aKeep) {
         Restart(); // what was found so far belongs to something else
     } else if (IsReference(aCode) && (type == kH264_SPS || type == kH264_PPS)) {
         aKeep = kBytesOfNAL; // nal_ref_idc of a parameter set is not 0 (7.4.1)
-    } else if (mFound->mfPPS &&
+    } else if (mFound->mSets.HasPPS() &&
                (type == kH264_NonIDRSlice || (type == kH264_IDRSlice && IsReference(aCode)))) {
         aKeep = kBytesAsGrown;
     }
@@ -83,7 +68,7 @@ bool H264EltStreamParser::GrowUnit(const Unit& aUnit, Keep& aKeep) {
     ezH264SliceResult result = ezH264Slice_ReadPPSID(aUnit.mBytes, aUnit.mSize, identifier);
     const ezH264SPS* sps = nullptr;
     if (result == ezH264SliceResult::kLegal) {
-        sps = mFound->Find(mFound->mSPSOfPPS[identifier]);
+        sps = mFound->mSets.FindOfPPS(identifier);
         result = sps == nullptr ? ezH264SliceResult::kIllegal
                                 : ezH264Slice_Check(aUnit.mBytes, aUnit.mSize,
                                                     UnitTypeOf(aUnit.mCode) == kH264_IDRSlice, *sps);
@@ -105,24 +90,16 @@ bool H264EltStreamParser::TakeSPS(const Unit& aUnit) {
     if (!ezH264SPS_Read(aUnit.mBytes, aUnit.mSize, sps)) {
         return false;
     }
-    auto& known = mFound->mSPSs;
-    const auto sameID = std::find_if(known.begin(), known.end(),
-                                     [&](const ezH264SPS& aKnown) { return aKnown.mID == sps.mID; });
-    if (sameID != known.end()) {
-        *sameID = sps;
-    } else {
-        known.push_back(sps);
-    }
+    mFound->mSets.TakeSPS(sps);
     return true;
 }
 
 bool H264EltStreamParser::TakePPS(const Unit& aUnit) {
     ezH264PPS pps;
-    if (!ezH264PPS_Read(aUnit.mBytes, aUnit.mSize, Found::sFind, mFound.get(), pps)) {
+    if (!ezH264PPS_Read(aUnit.mBytes, aUnit.mSize, mFound->mSets, pps)) {
         return false;
     }
-    mFound->mSPSOfPPS[pps.mID] = static_cast<std::uint16_t>(pps.mSPSID);
-    mFound->mfPPS = true;
+    mFound->mSets.TakePPS(pps.mID, pps.mSPSID);
     return true;
 }
 
@@ -139,12 +116,12 @@ void H264EltStreamParser::EndUnit(const Unit& aUnit) {
 uint32 H264EltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
     const uint8 type = UnitTypeOf(aCode);
     constexpr uint32 kSlice = kCodeSize + kMinSliceSize;
-    if (mFound->mfPPS) {
+    if (mFound->mSets.HasPPS()) {
         // A slice that is being read may decide with its next byte.
         const bool fSlice = aSize != UINT32_MAX && (type == kH264_NonIDRSlice || type == kH264_IDRSlice);
         return fSlice ? 1 : kSlice;
     }
-    if (!mFound->mSPSs.empty()) {
+    if (mFound->mSets.HasSPS()) {
         const bool fSet = aSize != UINT32_MAX && type == kH264_PPS;
         return (fSet ? Missing(kH264_MinPPSSize, aSize) : kCodeSize + kH264_MinPPSSize) + kSlice;
     }

@@ -348,11 +348,10 @@ bool IsLegalPPS(unsigned aChromaFormat, unsigned aTransform8x8, unsigned aLists)
     const std::string bytes = bits.SE(0).Stop().Bytes();
     ezH264SPS sps;
     sps.mChromaFormat = aChromaFormat;
-    const auto find = [](const void* aContext, std::uint32_t) {
-        return static_cast<const ezH264SPS*>(aContext);
-    };
+    ezH264Sets sets;
+    sets.TakeSPS(sps);
     ezH264PPS pps;
-    return ezH264PPS_Read(BytesOf(bytes), bytes.size(), find, &sps, pps);
+    return ezH264PPS_Read(BytesOf(bytes), bytes.size(), sets, pps);
 }
 
 /// Of a stream of 20 x 24 macroblocks.

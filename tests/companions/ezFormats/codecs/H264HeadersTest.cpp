@@ -2,7 +2,7 @@
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
 
-#include "companions/ezFormats/elementary/EltStreamKit.h"
+#include "companions/ezFormats/codecs/VideoUnits.h"
 
 #include <gtest/gtest.h>
 
@@ -100,25 +100,11 @@ struct Fields {
         return bits.Bytes();
     }
 
-    static std::string sEscaped(const std::string& aBytes) {
-        std::string escaped;
-        std::size_t zeros = 0;
-        for (const char byte : aBytes) {
-            if (zeros >= 2 && static_cast<unsigned char>(byte) <= 3) {
-                escaped += '\3';
-                zeros = 0;
-            }
-            escaped += byte;
-            zeros = byte == 0 ? zeros + 1 : 0;
-        }
-        return escaped;
-    }
-
     std::string Stream() const {
         const std::string prefix = Hex({0, 0, 1});
-        return '\0' + prefix + static_cast<char>(mSPSCode) + sEscaped(SPS()) + '\0' + prefix +
-               static_cast<char>(mPPSCode) + sEscaped(PPS()) + prefix + static_cast<char>(mSliceCode) +
-               sEscaped(Slice());
+        return '\0' + prefix + static_cast<char>(mSPSCode) + Escaped(SPS()) + '\0' + prefix +
+               static_cast<char>(mPPSCode) + Escaped(PPS()) + prefix + static_cast<char>(mSliceCode) +
+               Escaped(Slice());
     }
 };
 

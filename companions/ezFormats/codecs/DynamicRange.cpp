@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace {
 
@@ -17,6 +18,17 @@ void DynamicRange::TakeRegistered(const unsigned char* aBytes, std::size_t aSize
     mfDynamicMetadata =
         mfDynamicMetadata || (aSize >= kDynamicMetadata.size() &&
                               std::equal(kDynamicMetadata.begin(), kDynamicMetadata.end(), aBytes));
+}
+
+void DynamicRange::TakeKind(const char* aKind) {
+    const std::string_view kind = aKind != nullptr ? aKind : "";
+    if (kind == kHDR_HLG) {
+        mTransfer = kTransferHLG;
+    } else if (kind == kHDR_PQ || kind == kHDR_HDR10 || kind == kHDR_HDR10Plus) {
+        mTransfer = kTransferPQ;
+        mfStaticMetadata = mfStaticMetadata || kind == kHDR_HDR10;
+        mfDynamicMetadata = mfDynamicMetadata || kind == kHDR_HDR10Plus;
+    }
 }
 
 const char* DynamicRange::GetKind() const {

@@ -19,6 +19,10 @@ struct DynamicRange {
     /// Takes user data registered by ITU-T T.35, from the country on: those that are not of it tell nothing.
     void TakeRegistered(const unsigned char* aBytes, std::size_t aSize);
 
+    /// Takes what another source of the same pictures tells: kHDR_...; null tells nothing. What transfer it
+    /// stands for goes before the one that is there.
+    void TakeKind(const char* aKind);
+
     /// kHDR_...; null where the range is not high.
     const char* GetKind() const;
 };

@@ -139,6 +139,7 @@ private:
     Part mPart = Part::Other;    ///< that the last header began
     bool mfHeader = false;       ///< there has been a good sequence header, and no bad extension after it
     bool mfSequence = false;     ///< and what follows, so that mSequence stays
+    bool mfPicture = false;      ///< there has been the header of one
     bool mfVaries = false;       ///< a picture says that the rate varies
     bool mfInterlaced = false;   ///< a picture is none, or may be none, of whole frames
     std::uint64_t mPictures = 0; ///< whose coding extension was read
@@ -179,6 +180,7 @@ void Reading::TakePicture(const Unit& aUnit) {
     const bool fMPEG2 = mSequence.mProfileAndLevel != 0;
     const bool fPicture = mfSequence && ezMPEGPicture_ReadHeader(aUnit.mBytes, aUnit.mSize, fMPEG2, mPicture);
     mPart = fPicture ? Part::Picture : Part::Other;
+    mfPicture = mfPicture || fPicture;
     mfVaries = mfVaries || (fPicture && mPicture.mfVariableBitRate);
 }
 
@@ -223,7 +225,7 @@ const char* Reading::GetScan() const {
 
 void Reading::TellRates(VideoFacts& aFacts) const {
     if (!mSequence.mfVariableBitRate && mSequence.mBitRate < kezMediaInfo_VariableRate) {
-        const bool fMost = mfVaries && mSequence.mProfileAndLevel != 0;
+        const bool fMost = !mfPicture || (mfVaries && mSequence.mProfileAndLevel != 0);
         (fMost ? aFacts.mMaxBitRate : aFacts.mBitRate) = static_cast<std::uint32_t>(mSequence.mBitRate);
     }
 }

@@ -20,5 +20,6 @@
 /// - The scan is of what is coded: a stream that may hold fields (progressive_sequence 0) is interlaced,
 ///   unless every picture in these bytes is a progressive frame, as those of film with repeated fields are.
 ///   One that is none, or no picture at all, and it is interlaced.
-/// - The rate that is stated is a constant one; the most, where the pictures say that it varies.
+/// - The rate that is stated is a constant one; the most, where the pictures say that it varies, or where
+///   there is none to say so.
 std::optional<VideoFacts> MPEGVideo_Read(const unsigned char* aBytes, std::size_t aSize);

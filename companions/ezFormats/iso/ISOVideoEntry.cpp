@@ -1,11 +1,16 @@
 #include "ezFormats/iso/ISOCodec.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/H264Headers.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
+#include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/iso/ISOLimits.h"
+#include "ezFormats/iso/ISOPictureSigns.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
 #include "ezPlatform/media/MediaInfo.h"
@@ -33,31 +38,58 @@ constexpr std::array<VideoFormat, 31> kFormats = {
      {"av01", "AV1", false},   {"vp08", "VP8", false},   {"vp09", "VP9", false},   {"mjpa", "MJPEG", false},
      {"mjpb", "MJPEG", false}, {"jpeg", "MJPEG", true},  {"png ", "PNG", true}}};
 
+/// Reads what sets a decoder up.
+using ConfigReader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
+
 struct VideoObject {
     std::uint32_t mObjectType;
     const char* mName;
     const char* mProfile;
     bool mfPictures;
+    ConfigReader mReadConfig; ///< null: it is not looked at
 };
 /// Object type indications of "mp4v"; those of MPEG-2 tell the profile.
-constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, false},
-                                                   {0x21, "H264", nullptr, false},
-                                                   {0x23, "H265", nullptr, false},
-                                                   {0x60, "MPEG2", "Simple", false},
-                                                   {0x61, "MPEG2", "Main", false},
-                                                   {0x62, "MPEG2", "SNR", false},
-                                                   {0x63, "MPEG2", "Spatial", false},
-                                                   {0x64, "MPEG2", "High", false},
-                                                   {0x65, "MPEG2", "4:2:2", false},
-                                                   {0x6A, "MPEG1", nullptr, false},
-                                                   {0x6C, "MJPEG", nullptr, true},
-                                                   {0x6D, "PNG", nullptr, true},
-                                                   {0xA3, "VC1", nullptr, false}}};
-constexpr std::uint32_t kObjectMPEG4Visual = 0x20;
+constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, false, MPEG4Visual_Read},
+                                                   {0x21, "H264", nullptr, false, nullptr},
+                                                   {0x23, "H265", nullptr, false, nullptr},
+                                                   {0x60, "MPEG2", "Simple", false, MPEGVideo_Read},
+                                                   {0x61, "MPEG2", "Main", false, MPEGVideo_Read},
+                                                   {0x62, "MPEG2", "SNR", false, MPEGVideo_Read},
+                                                   {0x63, "MPEG2", "Spatial", false, MPEGVideo_Read},
+                                                   {0x64, "MPEG2", "High", false, MPEGVideo_Read},
+                                                   {0x65, "MPEG2", "4:2:2", false, MPEGVideo_Read},
+                                                   {0x6A, "MPEG1", nullptr, false, MPEGVideo_Read},
+                                                   {0x6C, "MJPEG", nullptr, true, nullptr},
+                                                   {0x6D, "PNG", nullptr, true, nullptr},
+                                                   {0xA3, "VC1", nullptr, false, nullptr}}};
 
 struct ISOVideoEntry : ISOEntryFacts {
-    ISOVideo mFacts;
+    VideoFacts mFacts; ///< of the codec's own headers
+    ISOPictureSigns mSigns;
 };
+
+/// Takes what the codec's own headers tell, where they tell anything.
+void TakeCodec(const std::optional<VideoFacts>& aFacts, ISOVideoEntry& anEntry) {
+    if (aFacts.has_value()) {
+        anEntry.mFacts = *aFacts;
+        TakeRates(aFacts->mMaxBitRate, aFacts->mBitRate, anEntry);
+    }
+}
+
+/// Takes it from a box; what is longer than any configuration counts up to there.
+template <ConfigReader Read>
+void ReadConfig(ByteReader aBox, ISOVideoEntry& anEntry) {
+    std::array<unsigned char, kISO_MaxDecoderConfig> bytes = {};
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aBox.GetLeft(), bytes.size()));
+    if (aBox.Read(bytes.data(), size)) {
+        TakeCodec(Read(bytes.data(), size), anEntry);
+    }
+}
+
+template <void (*Read)(ByteReader aBox, ISOPictureSigns& aSigns)>
+void ReadSigns(ByteReader aBox, ISOVideoEntry& anEntry) {
+    Read(aBox, anEntry.mSigns);
+}
 
 struct Profile {
     std::uint32_t mCode;
@@ -84,7 +116,7 @@ constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
                                                    {244, "High444"}}};
 
 /// Profile, constraints and level, as they begin both "avcC" and an SPS.
-void TakeH264Profile(const unsigned char* aBytes, ISOVideo& aFacts) {
+void TakeH264Profile(const unsigned char* aBytes, VideoFacts& aFacts) {
     constexpr unsigned kConstraint1 = 0x40;
     constexpr unsigned kConstraint3 = 0x10;
     constexpr std::uint32_t kLevel11 = 11;
@@ -188,59 +220,78 @@ void ReadH263(ByteReader aBox, ISOVideoEntry& anEntry) {
     }
 }
 
-constexpr std::array<ISOBoxReader<ISOVideoEntry>, 3> kBoxReaders = {
-    {{"avcC", ReadAVC}, {"hvcC", ReadHEVC}, {"d263", ReadH263}}};
+constexpr std::array<ISOBoxReader<ISOVideoEntry>, 16> kBoxReaders = {
+    {{"avcC", ReadAVC},
+     {"hvcC", ReadHEVC},
+     {"d263", ReadH263},
+     {"av1C", ReadConfig<AV1Video_ReadConfig>},
+     {"vpcC", ReadConfig<VP9Video_ReadConfig>},
+     {"pasp", ReadSigns<ReadPixelAspect>},
+     {"clap", ReadSigns<ReadCleanAperture>},
+     {"fiel", ReadSigns<ReadFields>},
+     {"colr", ReadSigns<ReadColours>},
+     {"mdcv", ReadSigns<ReadStaticMetadata>},
+     {"clli", ReadSigns<ReadStaticMetadata>},
+     {"SmDm", ReadSigns<ReadStaticMetadata>},
+     {"CoLL", ReadSigns<ReadStaticMetadata>},
+     {"dvcC", ReadSigns<ReadDolbyVision>},
+     {"dvvC", ReadSigns<ReadDolbyVision>},
+     {"dvwC", ReadSigns<ReadDolbyVision>}}};
 
 /// The fixed part: VisualSampleEntry (ISO/IEC 14496-12, 12.1.3).
-void ReadPicture(ByteReader& aReader, ISOVideo& aFacts) {
+void ReadPicture(ByteReader& aReader, VideoFacts& aFacts) {
     aReader.Skip(16); // pre_defined and reserved
     aFacts.mWidth = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aFacts.mHeight = static_cast<std::uint32_t>(aReader.ReadBig(2));
     aReader.Skip(50); // resolution, frame_count, compressorname, depth, pre_defined
 }
 
-void TakeMPEG4(const ESDescriptor& aStream, ISOVideo& aFacts) {
-    const MPEG4Visual visual = MPEG4Visual_Read(aStream.mConfig.data(), aStream.mConfigSize);
-    if (visual.mProfile != nullptr) {
-        aFacts.mProfile = visual.mProfile;
-        aFacts.mLevel = visual.mLevel;
-    }
-    if (visual.mfLayer) {
-        aFacts.mWidth = visual.mWidth;
-        aFacts.mHeight = visual.mHeight;
-        aFacts.mScan = visual.mfInterlaced ? kScan_Interlaced : kScan_Progressive;
-    }
+const VideoObject* FindObject(std::uint32_t aType) {
+    const auto* const known = std::find_if(kObjects.begin(), kObjects.end(), [=](const VideoObject& aKnown) {
+        return aKnown.mObjectType == aType;
+    });
+    return known != kObjects.end() ? known : nullptr;
 }
 
 /// Of "mp4v": the stream's descriptor tells what the samples are. True when it does.
-bool NameByStream(ISOVideoEntry& anEntry) {
+bool NameByStream(ISOVideoEntry& anEntry, ISOVideo& aVideo) {
     const ESDescriptor& stream = *anEntry.mStream;
-    const auto* const known = std::find_if(kObjects.begin(), kObjects.end(), [&](const VideoObject& aKnown) {
-        return aKnown.mObjectType == stream.mObjectType;
-    });
-    if (known == kObjects.end()) {
+    const VideoObject* const object = FindObject(stream.mObjectType);
+    if (object == nullptr) {
         return false;
     }
-    anEntry.mFacts.mCodec = known->mName;
-    anEntry.mFacts.mProfile = known->mProfile;
-    anEntry.mFacts.mfPictures = known->mfPictures;
-    if (stream.mObjectType == kObjectMPEG4Visual) {
-        TakeMPEG4(stream, anEntry.mFacts);
+    if (object->mReadConfig != nullptr) {
+        TakeCodec(object->mReadConfig(stream.mConfig.data(), stream.mConfigSize), anEntry);
     }
+    aVideo.mCodec = object->mName;
+    aVideo.mProfile = object->mProfile;
+    aVideo.mfPictures = object->mfPictures;
     return true;
 }
 
 /// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(BoxType aFormat, ISOVideo& aFacts) {
+bool NameByFormat(BoxType aFormat, ISOVideo& aVideo) {
     const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const VideoFormat& aKnown) {
         return aFormat == aKnown.mFormat;
     });
     if (known == kFormats.end()) {
         return false;
     }
-    aFacts.mCodec = known->mName;
-    aFacts.mfPictures = known->mfPictures;
+    aVideo.mCodec = known->mName;
+    aVideo.mfPictures = known->mfPictures;
     return true;
+}
+
+/// Puts together what the entry names and states, what the codec's headers tell, which is more sure, and how
+/// the pictures are shown.
+void Combine(const ISOVideoEntry& anEntry, ISOVideo& aVideo) {
+    VideoFacts facts = anEntry.mFacts;
+    facts.mCodec = aVideo.mCodec;
+    facts.Complete(aVideo);
+    anEntry.mSigns.ApplyTo(facts);
+    facts.mBitRate = anEntry.mBitRate;
+    facts.mMaxBitRate = anEntry.mMaxBitRate;
+    static_cast<VideoFacts&>(aVideo) = facts;
 }
 
 } // namespace
@@ -248,25 +299,24 @@ bool NameByFormat(BoxType aFormat, ISOVideo& aFacts) {
 ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ISOSampleEntry sample(aTable, aBoxBudget);
     ISOVideoEntry entry;
-    ISOVideo& facts = entry.mFacts;
-    ReadPicture(sample.mContent, facts);
+    ISOVideo video;
+    ReadPicture(sample.mContent, video);
     if (sample.mContent.HasFailed()) {
-        facts = ISOVideo();
-        facts.mCodec = ISOFormatName(sample.mFormat);
-        return facts;
+        ISOVideo named;
+        named.mCodec = ISOFormatName(sample.mFormat);
+        return named;
     }
     ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
     const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
-    const bool fNamed =
-        entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry) : NameByFormat(format, facts);
+    const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry, video)
+                                                                      : NameByFormat(format, video);
     if (!fNamed) {
-        facts.mCodec = ISOFormatName(format);
+        video.mCodec = ISOFormatName(format);
     }
-    facts.mBitRate = entry.mBitRate;
-    facts.mMaxBitRate = entry.mMaxBitRate;
+    Combine(entry, video);
     if (fEncrypted) {
-        facts.mCodec = EncryptedCodecName(facts.mCodec);
+        video.mCodec = EncryptedCodecName(video.mCodec);
     }
-    return facts;
+    return video;
 }

@@ -217,14 +217,14 @@ TEST(MPEGVideo, StreamThatBeginsAnywhereIsToldByItsFirstGoodSequence) {
 
 TEST(MPEGVideo, WhatTheCodecIsFollowsFromWhatComesAfterTheHeader) {
     const Sequence sequence;
-    EXPECT_EQ(Told(sequence.Header()), "720x576 fr=25000 cd=8 4:2:0 vr=6000000") << "it ends there";
-    EXPECT_EQ(Told(sequence.Header() + sequence.Header()), "720x576 fr=25000 cd=8 4:2:0 vr=6000000");
+    EXPECT_EQ(Told(sequence.Header()), "720x576 fr=25000 cd=8 4:2:0 mv=6000000") << "it ends there";
+    EXPECT_EQ(Told(sequence.Header() + sequence.Header()), "720x576 fr=25000 cd=8 4:2:0 mv=6000000");
     EXPECT_EQ(Told(sequence.Header() + Code(0xB2) + "text"),
-              "MPEG1 720x576 64:45 fr=25000 progressive cd=8 4:2:0 vr=6000000");
+              "MPEG1 720x576 64:45 fr=25000 progressive cd=8 4:2:0 mv=6000000");
     EXPECT_EQ(Told(sequence.Header() + Group()),
-              "MPEG1 720x576 64:45 fr=25000 progressive cd=8 4:2:0 vr=6000000");
+              "MPEG1 720x576 64:45 fr=25000 progressive cd=8 4:2:0 mv=6000000");
     EXPECT_EQ(Told(sequence.Bytes()),
-              "MPEG2 Main@20 720x576 64:45 fr=25000 interlaced cd=8 4:2:0 vr=6000000");
+              "MPEG2 Main@20 720x576 64:45 fr=25000 interlaced cd=8 4:2:0 mv=6000000");
     // MPEG-1 knows more shapes than MPEG-2.
     EXPECT_EQ(ToldWith([](Sequence& s) { s.mAspect = 5; }), "nothing");
 }

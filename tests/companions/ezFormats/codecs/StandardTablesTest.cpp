@@ -256,11 +256,11 @@ TEST(StandardTables, ProfilesAndLevelsOfMPEG4Video) {
     unsigned known = 0;
     for (unsigned code = 0; code < 256; ++code) {
         const std::string bytes = Big(0x1B0, 4) + Big(code, 1);
-        const MPEG4Visual visual = MPEG4Visual_Read(Data(bytes), bytes.size());
-        known += visual.mProfile != nullptr ? 1 : 0;
+        const VideoFacts visual = MPEG4Visual_Read(Data(bytes), bytes.size()).value_or(VideoFacts());
+        known += visual.mProfile.IsEmpty() ? 0 : 1;
         for (const Row& row : kRows) {
             if (row.mCode == code) {
-                EXPECT_STREQ(visual.mProfile, row.mProfile) << code;
+                EXPECT_STREQ(visual.mProfile.c_str(), row.mProfile) << code;
                 EXPECT_EQ(visual.mLevel, row.mLevel) << code;
             }
         }

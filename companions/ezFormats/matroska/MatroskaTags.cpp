@@ -14,6 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -243,17 +244,22 @@ private:
 
 // --- Texts
 
-/// How near a level is to the film or song that a file is: ranks, the nearest first.
-constexpr std::size_t kRanks = 4;
+/// How near a level is to the film or song that a file is: the rank of its texts. Writers leave the level of
+/// an album or film out, as it is the one that counts where none is stated.
+enum Rank : std::size_t {
+    kItself,
+    kAround, ///< of a song the album, of a film its parts
+    kAbove,  ///< a season, a series, a collection
+    kRanks
+};
 
-std::size_t RankOf(std::uint64_t aLevel, bool afFilm) {
+Rank RankOf(std::uint64_t aLevel, bool afFilm) {
     if (aLevel > kAlbumOrFilm) {
-        return 3;
+        return kAbove;
     }
-    if (afFilm) {
-        return aLevel == kAlbumOrFilm || aLevel == kNoLevel ? 0 : 1;
-    }
-    return aLevel == kNoLevel ? 1 : aLevel <= kSong ? 0 : 2;
+    const bool fWhole = aLevel == kAlbumOrFilm || aLevel == kNoLevel;
+    const bool fItself = afFilm ? fWhole : !fWhole && aLevel <= kSong;
+    return fItself ? kItself : kAround;
 }
 
 class Texts {
@@ -262,46 +268,62 @@ public:
 
     void Take(std::uint64_t aLevel, const SimpleTag& aTag) {
         const TagField* const named = FindTagField(TagWords::Matroska, aTag.GetName());
+        const Rank rank = RankOf(aLevel, mfFilm);
         if (named == nullptr) {
             return;
         }
-        MusicValues& values = mValues[RankOf(aLevel, mfFilm)];
         TagField field = *named;
         field.mfSecond = field.mfSecond || !aTag.mfDefault;
-        const bool fNumbered = field.mField == MusicField::Title || field.mField == MusicField::Track;
-        if (fNumbered && !Names(aLevel, &field.mField)) {
-            return;
-        }
-        ByteReader reader = aTag.mText;
-        const ezCString text = ReadCleanText(reader, TextEncoding::Utf8, mCodePage);
-        values.Add(field, text);
-        if (!mfFilm && aLevel > kSong && field.mField == MusicField::Creator) {
-            values.Add({MusicField::AlbumArtist, field.mfSecond}, text);
+        if (IsTold(aLevel, rank, &field.mField)) {
+            ByteReader reader = aTag.mText;
+            mValues[rank].Add(field, ReadCleanText(reader, TextEncoding::Utf8, mCodePage));
+            mfItself = mfItself || rank == kItself;
         }
     }
 
     void Store(MusicTexts& aTexts) const {
-        for (const MusicValues& values : mValues) {
-            values.Store(aTexts);
-        }
+        mValues[kItself].Store(aTexts);
+        MusicTexts around;
+        mValues[kAround].Store(around);
+        if (!mfFilm && around.mAlbum.IsEmpty()) {
+            MakeAlbum(around);
+        } // else they are flat, and of the song
+        aTexts.Complete(around);
+        mValues[kAbove].Store(aTexts);
     }
 
 private:
-    /// What the title or the number of a level is; false for what a record does not tell.
-    bool Names(std::uint64_t aLevel, MusicField* aField) const {
+    /// Whether a record tells a field of that level, and which it is there.
+    bool IsTold(std::uint64_t aLevel, Rank aRank, MusicField* aField) const {
         const bool fTitle = *aField == MusicField::Title;
-        if (mfFilm) { // the part of a film is an episode, or a volume
-            return fTitle ? RankOf(aLevel, true) == 0 : aLevel != kNoLevel && aLevel <= kSong;
+        if (!fTitle && *aField != MusicField::Track) {
+            return true;
         }
-        if (aLevel > kSong && aLevel <= kAlbumOrFilm) {
-            *aField = fTitle ? MusicField::Album : MusicField::Disc;
+        if (mfFilm) { // which is a part of what is above it: an episode, a volume
+            return fTitle ? aRank == kItself : aLevel != kNoLevel && aLevel <= kSong;
         }
-        return aLevel <= kAlbumOrFilm;
+        if (aLevel > kSong && aLevel < kAlbumOrFilm) { // the disc of an album
+            *aField = MusicField::Disc;
+            return !fTitle;
+        }
+        return aRank != kAbove;
+    }
+
+    /// Makes of what is said of the album what a song tells of it. Where nothing is said of the song itself,
+    /// number and artist may be its own, by a writer of flat tags.
+    void MakeAlbum(MusicTexts& aTexts) const {
+        std::swap(aTexts.mAlbum, aTexts.mTitle);
+        if (mfItself) {
+            aTexts.mDisc = aTexts.mDisc != 0 ? aTexts.mDisc : aTexts.mTrack;
+            aTexts.mTrack = 0;
+            aTexts.mAlbumArtist = aTexts.mAlbumArtist.IsEmpty() ? aTexts.mCreator : aTexts.mAlbumArtist;
+        }
     }
 
     std::array<MusicValues, kRanks> mValues;
     const CodePage& mCodePage;
     bool mfFilm;
+    bool mfItself = false; ///< something is said of the song or film itself
 };
 
 } // namespace

@@ -40,11 +40,12 @@ struct MatroskaTags {
 
 /// Reads the content of a Tags element (RFC 9559, 5.1.8). What is not told yet is filled.
 ///
-/// A tag is of a level: 30 is a song, 50 an album or a film, what is above them a season, a series, a
-/// collection. Of a film the level 50 counts first, and its titles are all that are; of a song the level 30,
-/// and the titles of the level 50 are those of the album. A tag without a level, as writers of flat tags have
-/// them, is one of the film or song itself. Tags of a track, a chapter, an edition or an attachment are not
-/// the file's, nor are those within others (RFC 9559, 5.1.8.1.2).
+/// A tag is of a level: 30 is a song, 50 an album or a film, which is also that of a tag without one; what is
+/// above them is a season, a series, a collection. Of a film the level 50 counts first, and its titles are
+/// all that are. Of a song the level 30 counts first; titles of the level 50 are those of the album, and so
+/// are numbers and artists where anything is said of the song. Where an album is named as such they are flat,
+/// and all of the song. Tags of a track, a chapter, an edition or an attachment are not the file's, nor are
+/// those within others (RFC 9559, 5.1.8.1.2).
 ///
 /// @param aBudget    borrowed, counts down elements
 /// @param afFilm     there is a track of video that plays

@@ -83,8 +83,21 @@ const Case kCases[] = {
      "title The Song, by The Singer, album The Album, album by The Band, genre House, of "
      "1997-06-22T05:05:05, track 1, disc 3"},
     {"an album alone", kSong, ebml::Tag(50, {{"TITLE", "The Album"}, {"ARTIST", "The Band"}}),
-     "by The Band, album The Album, album by The Band"},
-    {"a part of an album", kSong, ebml::Tag(40, {{"PART_NUMBER", "2"}}), "disc 2"},
+     "by The Band, album The Album"},
+    {"a disc of an album", kSong,
+     ebml::Tag(40, {{"TITLE", "The Disc"}, {"PART_NUMBER", "2"}}) +
+         ebml::Tag(50, {{"TITLE", "The Album"}, {"PART_NUMBER", "3"}}) +
+         ebml::Tag(30, {{"PART_NUMBER", "4"}}),
+     "album The Album, track 4, disc 2"},
+    {"the level of an album need not be stated", kSong,
+     ebml::Tag(0, {{"TITLE", "The Album"}, {"ARTIST", "The Band"}, {"PART_NUMBER", "3"}}) +
+         ebml::Tag(30, {{"TITLE", "The Song"}}),
+     "title The Song, by The Band, album The Album, album by The Band, disc 3"},
+    {"an album that is named makes flat tags of all of its level", kSong,
+     ebml::Tag(50, {{"TITLE", "The Song"}, {"ALBUM", "The Album"}, {"PART_NUMBER", "3"}, {"ARTIST", "A"}}),
+     "title The Song, by A, album The Album, track 3"},
+    {"a number alone is that of the song", kSong, ebml::Tag(0, {{"PART_NUMBER", "3"}, {"ARTIST", "A"}}),
+     "by A, track 3"},
     {"flat tags of a song", kSong,
      ebml::Tag(0, {{"ARTIST", "A"},
                    {"ALBUM", "B"},

@@ -45,11 +45,17 @@ inline constexpr std::uint32_t kISO_MaxItemNames = 64;
 /// these.
 inline constexpr std::uint64_t kISO_MaxItemName = 64;
 
+/// Tracks of chapters that are told from subtitles: one movie has one of texts, and one of pictures.
+inline constexpr std::uint32_t kISO_MaxChapterTracks = 16;
+
+/// Tracks of subtitles that are counted: a film has some fifty at most.
+inline constexpr std::uint32_t kISO_MaxSubtitleTracks = 256;
+
 /// Bytes of the language of a track ("elng") that are looked at: more than any tag has.
 inline constexpr std::uint64_t kISO_MaxLanguageTag = 64;
 
 /// Entries of a time-to-sample table ("stts") that are read: a constant frame rate is one or two, a varying
-/// one is averaged over the stated duration instead.
+/// one shows in the first, and is averaged over the stated duration instead.
 inline constexpr std::uint32_t kISO_MaxTimeRuns = 256;
 
 /// Entries of an edit list that count: more than a few dozen are no work of an editor.

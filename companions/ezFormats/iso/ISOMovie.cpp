@@ -7,9 +7,11 @@
 #include "ezFormats/tags/LanguageTags.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -37,6 +39,21 @@ Times ReadTimes(ByteReader aBox) {
     times.mPackedLanguage = static_cast<unsigned>(aBox.ReadBig(2)); // which "mvhd" has not
     return fTold ? times : Times();
 }
+
+/// The language of a track: that of "elng", where there is one, else the packed one of "mdhd".
+struct Language {
+    unsigned mPacked = 0;
+    ezCString mTag;
+
+    /// Adds it to a list as kezInfo_Languages has one.
+    void AddTo(std::string& aList) const {
+        if (mTag.IsEmpty()) {
+            AddPackedLanguage(aList, mPacked);
+        } else {
+            AddLanguages(aList, mTag.View());
+        }
+    }
+};
 
 /// The language of "elng" (ISO/IEC 14496-12, 8.4.6).
 ezCString ReadLanguage(ByteReader aBox) {
@@ -87,11 +104,19 @@ struct TrackReading {
 
     ISOTrack mTrack;
     Edits mEdits;
-    unsigned mPackedLanguage = 0;
-    ezCString mLanguage; ///< empty where the packed one is all
+    Language mLanguage;
+    std::vector<std::uint32_t> mChapters; ///< tracks that have those of this one
     bool mfMediaInformation = false;
     ByteReader mMediaInformation;
 };
+
+/// The content of the only box of a type in a box that holds it; true when it is there.
+bool Enter(ByteReader& aReader, BoxType aType, std::uint32_t& aBoxBudget) {
+    ByteReader content = aReader;
+    const bool fFound = BoxWalk::Within(aReader, aBoxBudget).Find(aType, &content);
+    aReader = content;
+    return fFound;
+}
 
 /// Of "tkhd" (8.3.2).
 void ReadTrackHead(ByteReader aBox, ISOTrack& aTrack) {
@@ -110,13 +135,39 @@ ISOMatrix ReadMovieMatrix(ByteReader aBox) {
     return ISOMatrix::Read(aBox);
 }
 
+struct Handler {
+    BoxType mType;
+    ISOTrackKind mKind;
+};
+/// Subtitles are of Apple's and the standard's handlers, captions, pictures of discs, and texts, which are
+/// chapters where another track says so.
+constexpr std::array<Handler, 7> kHandlers = {{{"soun", ISOTrackKind::kAudio},
+                                               {"vide", ISOTrackKind::kVideo},
+                                               {"sbtl", ISOTrackKind::kSubtitle},
+                                               {"subt", ISOTrackKind::kSubtitle},
+                                               {"clcp", ISOTrackKind::kSubtitle},
+                                               {"subp", ISOTrackKind::kSubtitle},
+                                               {"text", ISOTrackKind::kSubtitle}}};
+
 /// Of "hdlr" (8.4.3).
 ISOTrackKind ReadKind(ByteReader aBox) {
     aBox.Skip(8); // version, flags, pre_defined (QuickTime's component type)
     const BoxType kind = BoxType::Read(aBox);
-    return kind == "soun"   ? ISOTrackKind::kAudio
-           : kind == "vide" ? ISOTrackKind::kVideo
-                            : ISOTrackKind::kOther;
+    const auto* const known = std::find_if(kHandlers.begin(), kHandlers.end(),
+                                           [=](const Handler& aKnown) { return kind == aKnown.mType; });
+    return known != kHandlers.end() ? known->mKind : ISOTrackKind::kOther;
+}
+
+/// The tracks of chapters that "tref" names (ISO/IEC 14496-12, 8.3.3, and QuickTime).
+std::vector<std::uint32_t> ReadChapters(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
+    std::vector<std::uint32_t> tracks;
+    ByteReader list = aBox;
+    if (Enter(list, "chap", aBoxBudget)) {
+        while (list.GetLeft() >= 4 && tracks.size() < kISO_MaxChapterTracks) {
+            tracks.push_back(list.ReadBig32());
+        }
+    }
+    return tracks;
 }
 
 /// The media of a track, but its tables: they are read when its kind is known.
@@ -129,9 +180,9 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
             const Times times = ReadTimes(content);
             aReading.mTrack.mTimescale = times.mTimescale;
             aReading.mTrack.mDuration = times.mDuration;
-            aReading.mPackedLanguage = times.mPackedLanguage;
+            aReading.mLanguage.mPacked = times.mPackedLanguage;
         } else if (type == "elng") {
-            aReading.mLanguage = ReadLanguage(content);
+            aReading.mLanguage.mTag = ReadLanguage(content);
         } else if (type == "hdlr") {
             aReading.mTrack.mKind = ReadKind(content);
         } else if (type == "minf") {
@@ -139,14 +190,6 @@ void ReadMedia(const ByteReader& aBox, std::uint32_t& aBoxBudget, TrackReading& 
             aReading.mMediaInformation = content;
         }
     }
-}
-
-/// The content of the only box of a type in a box that holds it; true when it is there.
-bool Enter(ByteReader& aReader, BoxType aType, std::uint32_t& aBoxBudget) {
-    ByteReader content = aReader;
-    const bool fFound = BoxWalk::Within(aReader, aBoxBudget).Find(aType, &content);
-    aReader = content;
-    return fFound;
 }
 
 TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
@@ -159,6 +202,8 @@ TrackReading ReadTrack(const ByteReader& aBox, std::uint32_t& aBoxBudget) {
             ReadTrackHead(content, reading.mTrack);
         } else if (type == "edts" && Enter(content, "elst", aBoxBudget)) {
             reading.mEdits = ReadEdits(content);
+        } else if (type == "tref") {
+            reading.mChapters = ReadChapters(content, aBoxBudget);
         } else if (type == "mdia") {
             ReadMedia(content, aBoxBudget, reading);
         }
@@ -196,6 +241,12 @@ bool IsWanted(const std::optional<ISOTrack>& aKnown, const ISOTrack& aTrack) {
     return !aKnown.has_value() || (!aKnown->mfEnabled && aTrack.mfEnabled);
 }
 
+/// A track of subtitles, or of chapters, as far as it tells.
+struct Subtitle {
+    std::uint32_t mID;
+    Language mLanguage;
+};
+
 /// Reads the movie's boxes, one after the other.
 class MovieReading {
 public:
@@ -208,7 +259,7 @@ public:
 
 private:
     void TakeTrack(const ByteReader& aBox);
-    void TakeLanguage(const TrackReading& aReading);
+    void CountSubtitles();
     void TakeDuration(const TrackReading& aReading);
     void TakeFragmentDefaults(const ByteReader& aBox);
     void TakeTrackDefaults(ByteReader aBox);
@@ -217,8 +268,10 @@ private:
     ISOMovie mMovie;
     ISOTags mTags;
     std::uint32_t mTimescale = 0;
-    bool mfEnabled = false;              ///< one of the tracks is
-    std::uint64_t mDisabledDuration = 0; ///< microseconds, the longest of the others
+    std::vector<Subtitle> mSubtitles;
+    std::vector<std::uint32_t> mChapters; ///< tracks that hold those of others
+    bool mfEnabled = false;               ///< one of the tracks is
+    std::uint64_t mDisabledDuration = 0;  ///< microseconds, the longest of the others
 };
 
 void MovieReading::TakeDuration(const TrackReading& aReading) {
@@ -228,11 +281,13 @@ void MovieReading::TakeDuration(const TrackReading& aReading) {
     mfEnabled = mfEnabled || fEnabled;
 }
 
-void MovieReading::TakeLanguage(const TrackReading& aReading) {
-    if (aReading.mLanguage.IsEmpty()) {
-        AddPackedLanguage(mMovie.mLanguages, aReading.mPackedLanguage);
-    } else {
-        AddLanguages(mMovie.mLanguages, aReading.mLanguage.View());
+/// Which of the tracks hold chapters is known once all have been seen.
+void MovieReading::CountSubtitles() {
+    for (const Subtitle& track : mSubtitles) {
+        if (std::find(mChapters.begin(), mChapters.end(), track.mID) == mChapters.end()) {
+            ++mMovie.mSubtitleCount;
+            track.mLanguage.AddTo(mMovie.mSubtitleLanguages);
+        }
     }
 }
 
@@ -240,14 +295,20 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
     TrackReading reading = ReadTrack(aBox, mBoxBudget);
     ISOTrack& track = reading.mTrack;
     ++mMovie.mTrackCount;
-    if (track.mKind == ISOTrackKind::kOther) {
+    if (mChapters.size() < kISO_MaxChapterTracks) {
+        mChapters.insert(mChapters.end(), reading.mChapters.begin(), reading.mChapters.end());
+    }
+    if (track.mKind == ISOTrackKind::kSubtitle && mSubtitles.size() < kISO_MaxSubtitleTracks) {
+        mSubtitles.push_back({track.mID, reading.mLanguage});
+    }
+    if (track.mKind != ISOTrackKind::kAudio && track.mKind != ISOTrackKind::kVideo) {
         return;
     }
     const bool fAudio = track.mKind == ISOTrackKind::kAudio;
     std::optional<ISOTrack>& place = fAudio ? mMovie.mAudio : mMovie.mVideo;
     if (fAudio) {
         ++mMovie.mAudioCount;
-        TakeLanguage(reading);
+        reading.mLanguage.AddTo(mMovie.mLanguages);
     }
     const bool fTables = IsWanted(place, track) && reading.mfMediaInformation &&
                          Enter(reading.mMediaInformation, "stbl", mBoxBudget);
@@ -312,6 +373,7 @@ void MovieReading::Read(const ByteReader& aBox) {
             ReadTags(content, type == "meta", mBoxBudget, mTags);
         }
     }
+    CountSubtitles();
     mMovie.mTexts = mTags.Merge();
     mMovie.mCover = mTags.mCover;
     if (!mfEnabled) {

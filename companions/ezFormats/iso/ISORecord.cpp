@@ -5,6 +5,8 @@
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOLimits.h"
 
+#include <algorithm>
+
 #include <optional>
 
 namespace {
@@ -114,9 +116,19 @@ std::uint32_t FrameRateOf(const ISOTrack& aTrack, const ISOFragmentTrack& aFragm
     return MediaNumber_FrameRate(aFragments.mSamples, aFragments.mSampleTicks, aTrack.mTimescale);
 }
 
+/// Whether the samples last differently long. What is left of a duration that no number of ticks is, or no
+/// number of milliseconds where the stamps were such once, is no difference, as long as it is small.
+bool IsVarying(const ISOTrack& aTrack) {
+    constexpr std::uint32_t kMillisecondsInSecond = 1000;
+    const std::uint64_t difference = aTrack.mTables.mMostTicks - aTrack.mTables.mLeastTicks;
+    const std::uint64_t rounding = std::max(aTrack.mTimescale / kMillisecondsInSecond, 1U);
+    return difference > rounding || 2 * difference > aTrack.mTables.mLeastTicks;
+}
+
 VideoFacts VideoOf(const ISOMedia& aMedia, const ISOTrack& aTrack) {
     VideoFacts facts = aTrack.mTables.mVideo;
     facts.mFrameRate = FrameRateOf(aTrack, aMedia.mFragments.mVideo);
+    facts.mfFrameRateVaries = facts.mFrameRate != 0 && IsVarying(aTrack);
     facts.mOrientation = aTrack.mMatrix.Then(aMedia.mMovie.mMatrix).GetOrientation();
     CompleteRates(aMedia, aTrack, aMedia.mFragments.mVideo, facts);
     return facts;
@@ -136,6 +148,8 @@ void StoreFacts(const ISOMedia& aMedia, const char* aContainer, ezMediaInfo& anI
     }
     film.mAudioCount = movie.mAudioCount;
     film.mLanguages = movie.mLanguages;
+    film.mSubtitleCount = movie.mSubtitleCount;
+    film.mSubtitleLanguages = movie.mSubtitleLanguages;
     film.mDuration = aMedia.mDuration;
     film.mDurationMethod = aMedia.mDurationMethod;
     film.mDurationBound = aMedia.mDurationBound;

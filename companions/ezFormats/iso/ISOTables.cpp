@@ -11,21 +11,31 @@
 namespace {
 
 /// The time-to-sample table ("stts"; ISO/IEC 14496-12, 8.6.1.2): samples and ticks, by runs of samples of one
-/// duration.
+/// duration. Of more than count the first ones tell whether the durations differ, and no sum.
 void ReadTimes(ByteReader aBox, ISOTables& aTables) {
     aBox.Skip(4); // version and flags
     const std::uint32_t runs = aBox.ReadBig32();
-    if (runs > kISO_MaxTimeRuns) {
-        return;
-    }
+    const std::uint32_t read = std::min(runs, kISO_MaxTimeRuns);
     std::uint64_t samples = 0;
     std::uint64_t ticks = 0;
-    for (std::uint32_t i = 0; i < runs && !aBox.HasFailed(); ++i) {
+    std::uint32_t least = UINT32_MAX;
+    std::uint32_t most = 0;
+    for (std::uint32_t i = 0; i < read && !aBox.HasFailed(); ++i) {
         const std::uint64_t count = aBox.ReadBig32();
+        const std::uint32_t duration = aBox.ReadBig32();
         samples += count;
-        ticks = ezSaturating_Add64(ticks, count * aBox.ReadBig32());
+        ticks = ezSaturating_Add64(ticks, count * duration);
+        if (count > 1 || (count == 1 && i + 1 < runs)) {
+            least = std::min(least, duration);
+            most = std::max(most, duration);
+        }
     }
-    if (!aBox.HasFailed()) {
+    if (aBox.HasFailed()) {
+        return;
+    }
+    aTables.mLeastTicks = std::min(least, most);
+    aTables.mMostTicks = most;
+    if (runs == read) {
         aTables.mTimedSamples = samples;
         aTables.mTicks = ticks;
     }

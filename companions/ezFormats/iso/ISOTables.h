@@ -34,10 +34,14 @@ struct ISOTables {
     ISOVideo mVideo;                 ///< of one of video
     std::uint64_t mTimedSamples = 0; ///< with the ticks that they take; 0 where it is not known
     std::uint64_t mTicks = 0;
+    // How long the samples last, of the runs that were read, which may be the first of more; the last sample
+    // may last as long as it likes
+    std::uint32_t mLeastTicks = 0;
+    std::uint32_t mMostTicks = 0;
     ISOSizeTable mSizes;
 };
 
-enum class ISOTrackKind { kOther, kAudio, kVideo };
+enum class ISOTrackKind { kOther, kAudio, kVideo, kSubtitle };
 
 /// Reads the tables of a track of audio or video, as far as they are needed, in the order of the file.
 ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& aBoxBudget);

@@ -128,6 +128,8 @@ struct Track {
     std::string mMatrix = kNoMatrix;
     unsigned mPackedLanguage = 0;
     std::string mLanguage; ///< of an "elng" box; empty: there is none
+    std::string mMore;     ///< boxes before the media
+    std::string mTimes;    ///< runs of samples, in place of one of all of them
 
     std::string Times() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;
@@ -148,8 +150,9 @@ struct Track {
         for (const std::uint32_t size : mSizes) {
             sizes += Big(size, 4);
         }
-        const std::string times =
-            mSizes.empty() ? Big(0, 4) : Big(1, 4) + Big(mSizes.size(), 4) + Big(mSampleTicks, 4);
+        const std::string times = !mTimes.empty()  ? Big(mTimes.size() / 8, 4) + mTimes
+                                  : mSizes.empty() ? Big(0, 4)
+                                                   : Big(1, 4) + Big(mSizes.size(), 4) + Big(mSampleTicks, 4);
         return FullBox("stsd", Big(1, 4) + mEntry, mTableVersion) + FullBox("stts", times) +
                FullBox("stsc", Big(0, 4)) + (mSizeTable.empty() ? FullBox("stsz", sizes) : mSizeTable) +
                FullBox("stco", Big(0, 4));
@@ -161,7 +164,7 @@ struct Track {
         const std::string language = mLanguage.empty() ? "" : FullBox("elng", mLanguage + '\0');
         return Box("trak",
                    FullBox("tkhd", head + Big(0, 16) + mMatrix + Big(0, 8), mVersion, mfEnabled ? 7 : 6) +
-                       EditList() +
+                       EditList() + mMore +
                        Box("mdia", FullBox("mdhd", Times(), mVersion) + language + FullBox("hdlr", handler) +
                                        Box("minf", FullBox("smhd", Big(0, 4)) + Box("stbl", Tables()))));
     }

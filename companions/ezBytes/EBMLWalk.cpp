@@ -76,6 +76,7 @@ bool EBMLWalk::Next(EBMLElement* anElement) {
             return false;
         }
         const std::uint64_t left = ahead.GetLeft();
+        anElement->mStatedSize = size.mValue;
         anElement->mfUnknownSize = size.mfAllOnes;
         anElement->mfCut = !size.mfAllOnes && size.mValue > left;
         anElement->mContent = ahead.Take(size.mfAllOnes ? left : std::min(size.mValue, left));

@@ -41,7 +41,8 @@ struct EBMLElement {
     explicit EBMLElement(const ByteReader& aContent) : mContent(aContent) {}
 
     EBMLId mId = 0;
-    std::uint64_t mStart = 0; ///< of its id, in the file
+    std::uint64_t mStart = 0;      ///< of its id, in the file
+    std::uint64_t mStatedSize = 0; ///< of what it holds; that may be more than there is
     bool mfUnknownSize = false;
     bool mfCut = false; ///< it states to go on beyond the end of what it is in
     /// What it holds; of one that is cut, or of unknown size, up to the end of what it is in.

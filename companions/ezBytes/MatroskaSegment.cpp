@@ -72,6 +72,7 @@ bool MatroskaSegment::Open() {
     const bool fOpen = segment.mContent.GetLeft() == 0;
     mfUnknownSize = segment.mfUnknownSize || fOpen;
     mContent = segment.mContent;
+    mStatedEnd = mfUnknownSize ? 0 : mContent.GetPosition() + segment.mStatedSize; // of 56 bits
     if (fOpen) {
         mContent = ByteReader(mBytes);
         mContent.Skip(segment.mContent.GetPosition());

@@ -50,6 +50,8 @@ public:
     const ByteReader& GetContent() const { return mContent; }
     /// True where the writer left the size open, as one of a live stream does, and who was stopped.
     bool IsOfUnknownSize() const { return mfUnknownSize; }
+    /// Bytes of the file as the segment states them, which may be more than there are; 0 where it does not.
+    std::uint64_t GetStatedEnd() const { return mStatedEnd; }
     /// At the first cluster's id; where there is none, at the end of what was read of the segment.
     const ByteReader& GetClusters() const { return mClusters; }
     bool HasClusters() const { return mfClusters; }
@@ -79,6 +81,7 @@ private:
     ezCString mDocType;
     ByteReader mContent;
     ByteReader mClusters;
+    std::uint64_t mStatedEnd = 0;
     bool mfUnknownSize = false;
     bool mfClusters = false;
     std::vector<Part> mParts;

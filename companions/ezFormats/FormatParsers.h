@@ -25,6 +25,7 @@ class ezMediaParserManager;
     FORMAT(caf, CAFParser)                                                                                   \
     FORMAT(dsf, DSFParser)                                                                                   \
     FORMAT(dsdiff, DSDIFFParser)                                                                             \
+    FORMAT(matroska, MatroskaParser)                                                                         \
     FORMAT(asf, ASFParser)                                                                                   \
     FORMAT(tta, TTAParser)                                                                                   \
     FORMAT(musepack, MusepackParser)                                                                         \

@@ -41,6 +41,9 @@ inline constexpr std::uint32_t kEltStream_WindowSize = 256;
 /// a few of them within one frame are not headers.
 inline constexpr std::size_t kMPEGAudio_FreeHeaderCount = 8;
 
+/// Bytes of an extension of DTS that are looked at: all of its header, but for texts of a kilobyte.
+inline constexpr std::uint32_t kDTS_ExtensionLookSize = 512;
+
 /// Bytes of a unit of MPEG video that are kept: an extension with its four matrices is 257 bytes.
 inline constexpr std::uint32_t kMPEGVideo_MaxUnitSize = 264;
 

@@ -7,6 +7,3 @@
 
 /// Chunks of a file with a head of its own: writers have a dozen.
 inline constexpr std::uint32_t kDTS_MaxChunks = 64;
-
-/// Bytes of an extension that are looked at: all of its header, but for texts of a kilobyte.
-inline constexpr std::uint32_t kDTS_ExtensionLookSize = 512;

@@ -4,6 +4,7 @@
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/codecs/DTSFrames.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/dts/DTSLimits.h"
 
 #include "ezBytes/ByteReader.h"

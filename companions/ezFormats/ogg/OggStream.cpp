@@ -3,6 +3,7 @@
 #include "ezFormats/ogg/OggLimits.h"
 
 #include "ezFormats/codecs/FLACStreamInfo.h"
+#include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezBytes/ByteReader.h"
@@ -21,22 +22,14 @@ std::uint32_t ReadPositive(ByteReader& aReader) {
     return number <= INT32_MAX ? number : 0;
 }
 
-/// Vorbis I, 4.2.2.
 void ReadVorbis(ByteReader aPacket, OggStream& aStream) {
-    aPacket.Skip(7);
-    aPacket.Require(aPacket.ReadLittle32() == 0); // version
-    aStream.mChannels = aPacket.ReadByte();
-    aStream.mSamplingRate = aPacket.ReadLittle32();
-    aStream.mMaxBitRate = ReadPositive(aPacket);
-    const std::uint32_t nominal = ReadPositive(aPacket);
-    const std::uint32_t lowest = ReadPositive(aPacket);
-    const unsigned longBlock = aPacket.ReadByte() >> 4U;
-    if (aPacket.HasFailed()) {
-        aStream.mSamplingRate = 0;
-    }
-    aStream.mBitRate = nominal == aStream.mMaxBitRate && nominal == lowest ? nominal : 0;
-    aStream.mPacketSamples = 1U << longBlock >> 1U; // a block overlaps the next by half
-    aStream.mTicks = aStream.mSamplingRate;
+    const VorbisHeader header = ReadVorbisHeader(aPacket);
+    aStream.mChannels = header.mChannels;
+    aStream.mSamplingRate = header.mSamplingRate;
+    aStream.mMaxBitRate = header.mMaxBitRate;
+    aStream.mBitRate = header.mBitRate;
+    aStream.mPacketSamples = header.mPacketSamples;
+    aStream.mTicks = header.mSamplingRate;
 }
 
 /// RFC 7845, 5.1.

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "ezBytes/BoxWalk.h"
+
+/// The codec of video that four characters name in a BITMAPINFOHEADER, of AVI, ASF and Matroska, in any case,
+/// as kezInfo_VideoCodec has it; null for those that are not known.
+const char* VideoFourCC_GetCodec(BoxType aFourCC);

@@ -1,0 +1,380 @@
+#include "ezFormats/matroska/MatroskaCodecs.h"
+
+#include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/EncryptedCodec.h"
+#include "ezFormats/codecs/FLACStreamInfo.h"
+#include "ezFormats/codecs/FrameSound.h"
+#include "ezFormats/codecs/H264Video.h"
+#include "ezFormats/codecs/H265Video.h"
+#include "ezFormats/codecs/MPEG4Visual.h"
+#include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/VideoFourCC.h"
+#include "ezFormats/codecs/VorbisHeader.h"
+#include "ezFormats/codecs/WaveFormat.h"
+#include "ezFormats/detail/MediaNumbers.h"
+
+#include "ezBytes/ByteSource.h"
+
+#include "ezPlatform/text/Case.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+/// What a codec is told by: each may be empty.
+struct CodecData {
+    Bytes mPrivate;
+    Bytes mFrame; ///< the first one, as much of it as is looked at
+};
+
+/// What is special about a codec.
+enum CodecTraits : unsigned {
+    kPlain = 0,
+    kWantsFrame = 1, ///< its first frame tells more
+    kLossless = 2,   ///< the bits of a sample are told of it
+};
+
+/// A codec by its CodecID, and what reads its data.
+template <typename Facts>
+struct Codec {
+    std::string_view mId; ///< whatever follows a "/" after it
+    const char* mName;    ///< as a record has it; empty: the data tell
+    void (*mRead)(const CodecData& aData, Facts& aFacts);
+    unsigned mTraits = kPlain;
+};
+
+template <typename Facts>
+void ReadNothing(const CodecData& /*aData*/, Facts& /*aFacts*/) {}
+
+/// What belongs to an id goes before what belongs to the start of it.
+template <typename Facts, std::size_t Size>
+const Codec<Facts>* FindCodec(const Codec<Facts> (&aCodecs)[Size], const ezCString& anId) {
+    for (const Codec<Facts>& codec : aCodecs) {
+        const std::string_view id = anId.View();
+        const bool fEnds =
+            id.size() == codec.mId.size() || (id.size() > codec.mId.size() && id[codec.mId.size()] == '/');
+        if (fEnds && ezIsEqualNoCase(id.substr(0, codec.mId.size()), codec.mId)) {
+            return &codec;
+        }
+    }
+    return nullptr;
+}
+
+// --- Pictures
+
+void Take(const std::optional<VideoFacts>& aFound, VideoFacts& aFacts) {
+    if (aFound) {
+        aFacts.Complete(*aFound);
+    }
+}
+
+/// Writers that leave "avcC" out put what it has in front of the first picture, as a byte stream has it.
+template <std::optional<VideoFacts> (*ReadConfig)(ByteReader aConfig, const ByteReader* aFirstSample),
+          std::optional<VideoFacts> (*ReadStream)(const unsigned char* aBytes, std::size_t aSize)>
+void ReadUnits(const CodecData& aData, VideoFacts& aFacts) {
+    BlockBytes config(aData.mPrivate.data(), aData.mPrivate.size());
+    BlockBytes frame(aData.mFrame.data(), aData.mFrame.size());
+    const ByteReader sample(frame);
+    Take(ReadConfig(ByteReader(config), aData.mFrame.empty() ? nullptr : &sample), aFacts);
+    Take(ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+}
+
+/// The headers stand before the first picture, or in its frame.
+void ReadMPEGVideo(const CodecData& aData, VideoFacts& aFacts) {
+    Bytes stream = aData.mPrivate;
+    stream.insert(stream.end(), aData.mFrame.begin(), aData.mFrame.end());
+    Take(MPEGVideo_Read(stream.data(), stream.size()), aFacts);
+}
+
+void ReadMPEG4Stream(const unsigned char* aBytes, std::size_t aSize, VideoFacts& aFacts) {
+    const MPEG4Visual visual = MPEG4Visual_Read(aBytes, aSize);
+    if (visual.mProfile != nullptr) {
+        aFacts.mProfile = visual.mProfile;
+        aFacts.mLevel = visual.mLevel;
+    }
+    if (visual.mfLayer) {
+        aFacts.mWidth = visual.mWidth;
+        aFacts.mHeight = visual.mHeight;
+        aFacts.mScan = visual.mfInterlaced ? kScan_Interlaced : kScan_Progressive;
+    }
+}
+
+void ReadMPEG4Visual(const CodecData& aData, VideoFacts& aFacts) {
+    const Bytes& bytes = aData.mPrivate.empty() ? aData.mFrame : aData.mPrivate;
+    ReadMPEG4Stream(bytes.data(), bytes.size(), aFacts);
+}
+
+/// BITMAPINFOHEADER: the codec by four characters, and after it what that codec needs.
+void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
+    constexpr std::size_t kHeaderSize = 40;
+    const Bytes& bytes = aData.mPrivate;
+    BlockBytes block(bytes.data(), bytes.size());
+    ByteReader reader(block);
+    reader.Skip(16);
+    const BoxType fourCC = BoxType::Read(reader);
+    const char* const codec = VideoFourCC_GetCodec(fourCC);
+    if (reader.HasFailed()) {
+        return;
+    }
+    aFacts.mCodec = codec != nullptr ? ezCString(codec) : fourCC.GetText();
+    if (aFacts.mCodec == "MPEG4" && bytes.size() > kHeaderSize) {
+        ReadMPEG4Stream(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize, aFacts);
+    } else if (aFacts.mCodec == "H264") {
+        Take(H264Video_ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    }
+}
+
+/// The description of a sample of QuickTime: a size, and the four characters of the codec.
+void ReadQuickTime(const CodecData& aData, VideoFacts& aFacts) {
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    reader.Skip(4);
+    const BoxType fourCC = BoxType::Read(reader);
+    const char* const codec = VideoFourCC_GetCodec(fourCC);
+    if (!reader.HasFailed()) {
+        aFacts.mCodec = codec != nullptr ? ezCString(codec) : fourCC.GetText();
+    }
+}
+
+constexpr auto kNoVideo = ReadNothing<VideoFacts>;
+constexpr Codec<VideoFacts> kVideoCodecs[] = {
+    {"V_MPEG4/ISO/AVC", "H264", ReadUnits<H264Video_ReadConfig, H264Video_ReadStream>, kWantsFrame},
+    {"V_MPEGH/ISO/HEVC", "H265", ReadUnits<H265Video_ReadConfig, H265Video_ReadStream>, kWantsFrame},
+    {"V_MPEGI/ISO/VVC", "H266", kNoVideo},
+    {"V_AV1", "AV1", kNoVideo},
+    {"V_VP8", "VP8", kNoVideo},
+    {"V_VP9", "VP9", kNoVideo},
+    {"V_MPEG1", "MPEG1", ReadMPEGVideo, kWantsFrame},
+    {"V_MPEG2", "MPEG2", ReadMPEGVideo, kWantsFrame},
+    {"V_MPEG4/MS/V3", "MSMPEG4v3", kNoVideo},
+    {"V_MPEG4/ISO", "MPEG4", ReadMPEG4Visual, kWantsFrame},
+    {"V_MS/VFW/FOURCC", "", ReadBitmapInfo, kWantsFrame},
+    {"V_QUICKTIME", "", ReadQuickTime},
+    {"V_MJPEG", "MJPEG", kNoVideo},
+    {"V_PNG", "PNG", kNoVideo},
+    {"V_THEORA", "Theora", kNoVideo},
+    {"V_PRORES", "ProRes", kNoVideo},
+    {"V_FFV1", "FFV1", kNoVideo},
+    {"V_SNOW", "Snow", kNoVideo},
+    {"V_DIRAC", "Dirac", kNoVideo},
+    {"V_REAL/RV10", "RV10", kNoVideo},
+    {"V_REAL/RV20", "RV20", kNoVideo},
+    {"V_REAL/RV30", "RV30", kNoVideo},
+    {"V_REAL/RV40", "RV40", kNoVideo},
+    {"V_UNCOMPRESSED", "raw", kNoVideo}};
+
+// --- Sound
+
+void ReadAAC(const CodecData& aData, AudioFacts& aFacts) {
+    AudioSpecificConfig config;
+    if (!AudioSpecificConfig_Read(aData.mPrivate.data(), aData.mPrivate.size(), config)) {
+        return;
+    }
+    const char* const name = config.GetCodecName();
+    aFacts.mCodec = name != nullptr ? ezCString(name) : aFacts.mCodec;
+    aFacts.mSamplingRate = config.mSamplingRate;
+    aFacts.mChannels = config.mChannels;
+}
+
+/// OpusHead (RFC 7845, 5.1): it plays at one rate, whatever the entry says.
+void ReadOpus(const CodecData& aData, AudioFacts& aFacts) {
+    constexpr std::uint32_t kRate = 48000;
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    aFacts.mSamplingRate = kRate;
+    reader.Require(reader.ReadText(8) == "OpusHead");
+    reader.Skip(1); // version
+    aFacts.mChannels = reader.ReadByte();
+}
+
+/// Three headers, laced as Xiph does (RFC 9559, 10.3.2): their number less one, the sizes of all but the
+/// last.
+void ReadVorbis(const CodecData& aData, AudioFacts& aFacts) {
+    constexpr unsigned kHeaders = 3;
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    reader.Require(reader.ReadByte() == kHeaders - 1);
+    for (unsigned header = 1; header < kHeaders; ++header) {
+        while (reader.ReadByte() == 0xFF) {
+        }
+    }
+    const VorbisHeader header = ReadVorbisHeader(reader);
+    aFacts.mSamplingRate = header.mSamplingRate;
+    aFacts.mChannels = header.mSamplingRate != 0 ? header.mChannels : 0;
+    aFacts.mBitRate = header.mBitRate;
+    aFacts.mMaxBitRate = header.mMaxBitRate;
+}
+
+void ReadFLAC(const CodecData& aData, AudioFacts& aFacts) {
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    reader.Require(reader.ReadText(4) == "fLaC");
+    const FLACStreamInfo info = ReadFLACStreamInfo(reader);
+    aFacts.mSamplingRate = info.mSamplingRate;
+    aFacts.mChannels = info.mChannels;
+    aFacts.mBitsPerSample = info.mBitsPerSample;
+}
+
+/// The configuration of Apple's lossless codec, of which some writers leave the head of its box.
+void ReadALAC(const CodecData& aData, AudioFacts& aFacts) {
+    constexpr std::size_t kBoxHead = 12;
+    constexpr std::size_t kSize = 24;
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    ByteReader type = reader;
+    type.Skip(4);
+    reader.Skip(aData.mPrivate.size() >= kBoxHead + kSize && BoxType::Read(type) == "alac" ? kBoxHead : 0);
+    reader.Skip(5); // length of a frame, version
+    const std::uint32_t bits = reader.ReadByte();
+    reader.Skip(3);
+    const std::uint32_t channels = reader.ReadByte();
+    reader.Skip(6);
+    const std::uint32_t rate = reader.ReadBig32();
+    const std::uint32_t sampling = reader.ReadBig32();
+    if (!reader.HasFailed()) {
+        aFacts.mBitsPerSample = bits;
+        aFacts.mChannels = channels;
+        aFacts.mSamplingRate = sampling;
+        aFacts.mEstimatedBitRate = rate;
+    }
+}
+
+void ReadWave(const CodecData& aData, AudioFacts& aFacts) {
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    WaveFormat format;
+    if (!ReadWaveFormat(ByteReader(block), false, &format)) {
+        return;
+    }
+    aFacts.mCodec = format.mCodec;
+    aFacts.mSamplingRate = format.mSamplingRate;
+    aFacts.mChannels = format.mChannels;
+    aFacts.mBitsPerSample = format.mBitsPerSample;
+    const std::uint32_t rate = MediaNumber_BitRate(format.mAverageBytes, 1, 1);
+    (format.mRate == WaveFormat::Rate::Varying ? aFacts.mEstimatedBitRate : aFacts.mBitRate) = rate;
+}
+
+template <AudioFacts (*Read)(const unsigned char* aBytes, std::size_t aSize)>
+void ReadFrameBy(const CodecData& aData, AudioFacts& aFacts) {
+    aFacts = Read(aData.mFrame.data(), aData.mFrame.size());
+}
+
+constexpr auto kNoSound = ReadNothing<AudioFacts>;
+constexpr Codec<AudioFacts> kSoundCodecs[] = {
+    {"A_AAC/MPEG2/LC/SBR", "HE-AAC", kNoSound},
+    {"A_AAC/MPEG4/LC/SBR", "HE-AAC", kNoSound},
+    {"A_AAC/MPEG4/LTP", "AAC-LTP", kNoSound},
+    {"A_AAC/MPEG2/MAIN", "AAC-Main", kNoSound},
+    {"A_AAC/MPEG4/MAIN", "AAC-Main", kNoSound},
+    {"A_AAC/MPEG2/SSR", "AAC-SSR", kNoSound},
+    {"A_AAC/MPEG4/SSR", "AAC-SSR", kNoSound},
+    {"A_AAC", "AAC", ReadAAC},
+    {"A_AC3", "AC3", ReadFrameBy<AC3Sound_Read>, kWantsFrame},
+    {"A_EAC3", "EAC3", ReadFrameBy<AC3Sound_Read>, kWantsFrame},
+    {"A_DTS", "DTS", ReadFrameBy<DTSSound_Read>, kWantsFrame},
+    {"A_TRUEHD", "TrueHD", ReadFrameBy<MLPSound_Read>, kWantsFrame | kLossless},
+    {"A_MLP", "MLP", ReadFrameBy<MLPSound_Read>, kWantsFrame | kLossless},
+    {"A_MPEG/L3", "MP3", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
+    {"A_MPEG/L2", "MP2", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
+    {"A_MPEG/L1", "MP1", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
+    {"A_OPUS", "Opus", ReadOpus},
+    {"A_VORBIS", "Vorbis", ReadVorbis},
+    {"A_FLAC", "FLAC", ReadFLAC, kLossless},
+    {"A_ALAC", "ALAC", ReadALAC, kLossless},
+    {"A_WAVPACK4", "WavPack", kNoSound, kLossless},
+    {"A_TTA1", "TTA", kNoSound, kLossless},
+    {"A_MPC", "Musepack", kNoSound},
+    {"A_PCM/FLOAT/IEEE", "PCM-float", kNoSound, kLossless},
+    {"A_PCM/INT", "LPCM", kNoSound, kLossless},
+    {"A_ATRAC/AT1", "ATRAC1", kNoSound},
+    {"A_REAL/COOK", "Cook", kNoSound},
+    {"A_REAL/SIPR", "Sipro", kNoSound},
+    {"A_REAL/RALF", "RealLossless", kNoSound},
+    {"A_REAL/ATRC", "ATRAC3", kNoSound},
+    {"A_REAL/14_4", "RealAudio1", kNoSound},
+    {"A_REAL/28_8", "RealAudio2", kNoSound},
+    {"A_MS/ACM", "", ReadWave, kLossless}};
+
+/// An id that no table has, as a word of a record: without what stands for the kind, and without blanks.
+ezCString NameOf(const ezCString& anId) {
+    const std::string_view id = anId.View();
+    std::string name(id.size() > 1 && id[1] == '_' ? id.substr(2) : id);
+    std::replace_if(
+        name.begin(), name.end(), [](char aLetter) { return aLetter == ' ' || aLetter == ','; }, '.');
+    return ezCString(std::string_view(name));
+}
+
+template <typename Facts, std::size_t Size>
+bool HasTrait(const Codec<Facts> (&aCodecs)[Size], const MatroskaTrack& aTrack, CodecTraits aTrait) {
+    const Codec<Facts>* const codec = FindCodec(aCodecs, aTrack.mCodecId);
+    return codec != nullptr && (codec->mTraits & aTrait) != 0;
+}
+
+template <typename Facts, std::size_t Size>
+Facts ReadCodec(const Codec<Facts> (&aCodecs)[Size], const MatroskaTrack& aTrack,
+                const std::optional<ByteReader>& aFrame) {
+    Facts facts;
+    const Codec<Facts>* const codec = FindCodec(aCodecs, aTrack.mCodecId);
+    if (codec == nullptr) {
+        facts.mCodec = NameOf(aTrack.mCodecId);
+        return facts;
+    }
+    const bool fFrame = aFrame && !aTrack.mEncoding.mfEncrypted;
+    codec->mRead({aTrack.ReadPrivate(), fFrame ? aTrack.ReadFrame(*aFrame) : Bytes()}, facts);
+    if (facts.mCodec.IsEmpty()) {
+        facts.mCodec = *codec->mName != '\0' ? ezCString(codec->mName) : NameOf(aTrack.mCodecId);
+    }
+    return facts;
+}
+
+} // namespace
+
+bool MatroskaCodec_IsStill(const MatroskaTrack& aTrack) {
+    const ezCString name = ReadCodec(kVideoCodecs, aTrack, std::nullopt).mCodec;
+    return name == "MJPEG" || name == "PNG";
+}
+
+bool MatroskaCodec_WantsFrame(const MatroskaTrack& aTrack) {
+    const bool fTells =
+        HasTrait(kVideoCodecs, aTrack, kWantsFrame) || HasTrait(kSoundCodecs, aTrack, kWantsFrame);
+    return fTells && !aTrack.mEncoding.mfEncrypted;
+}
+
+VideoFacts MatroskaCodec_ReadVideo(const MatroskaTrack& aTrack, const std::optional<ByteReader>& aFrame) {
+    constexpr std::uint32_t kNanos = 1'000'000'000;
+    const VideoFacts codec = ReadCodec(kVideoCodecs, aTrack, aFrame);
+    VideoFacts facts = aTrack.mVideo;
+    facts.mFrameRate = MediaNumber_FrameRate(1, aTrack.mFrameTime, kNanos);
+    // Static metadata may stand in the codec alone, where the container says only how bright colours are
+    // meant.
+    facts.mHDR = facts.mHDR == kHDR_PQ && codec.mHDR != nullptr ? codec.mHDR : facts.mHDR;
+    facts.Complete(codec);
+    if (!facts.mPixelAspect.IsKnown()) {
+        facts.mPixelAspect = VideoRatio::Of(1, 1); // what players take where nothing says otherwise
+    }
+    facts.mCodec = aTrack.mEncoding.mfEncrypted ? EncryptedCodecName(facts.mCodec) : facts.mCodec;
+    return facts;
+}
+
+AudioFacts MatroskaCodec_ReadSound(const MatroskaTrack& aTrack, const std::optional<ByteReader>& aFrame) {
+    AudioFacts facts = ReadCodec(kSoundCodecs, aTrack, aFrame);
+    // The entry alone may say that a decoder of today doubles the rate of the core.
+    if (facts.mCodec == "AAC" && aTrack.mSound.mSamplingRate == 2 * facts.mSamplingRate) {
+        facts.mCodec = "HE-AAC";
+        facts.mSamplingRate = aTrack.mSound.mSamplingRate;
+    }
+    AudioFacts stated = aTrack.mSound;
+    stated.mBitsPerSample = HasTrait(kSoundCodecs, aTrack, kLossless) ? stated.mBitsPerSample : 0;
+    facts.Complete(stated);
+    if (facts.mCodec == "LPCM" || facts.mCodec == "PCM-float") {
+        const std::uint64_t bits = std::uint64_t{facts.mChannels} * facts.mBitsPerSample;
+        facts.mBitRate = MediaNumber_BitRate(bits, 8, facts.mSamplingRate);
+    }
+    facts.mCodec = aTrack.mEncoding.mfEncrypted ? EncryptedCodecName(facts.mCodec) : facts.mCodec;
+    return facts;
+}

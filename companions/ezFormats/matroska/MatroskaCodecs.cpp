@@ -1,5 +1,6 @@
 #include "ezFormats/matroska/MatroskaCodecs.h"
 
+#include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
@@ -8,6 +9,7 @@
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/codecs/VideoFourCC.h"
 #include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/codecs/WaveFormat.h"
@@ -92,22 +94,15 @@ void ReadMPEGVideo(const CodecData& aData, VideoFacts& aFacts) {
     Take(MPEGVideo_Read(stream.data(), stream.size()), aFacts);
 }
 
-void ReadMPEG4Stream(const unsigned char* aBytes, std::size_t aSize, VideoFacts& aFacts) {
-    const MPEG4Visual visual = MPEG4Visual_Read(aBytes, aSize);
-    if (visual.mProfile != nullptr) {
-        aFacts.mProfile = visual.mProfile;
-        aFacts.mLevel = visual.mLevel;
-    }
-    if (visual.mfLayer) {
-        aFacts.mWidth = visual.mWidth;
-        aFacts.mHeight = visual.mHeight;
-        aFacts.mScan = visual.mfInterlaced ? kScan_Interlaced : kScan_Progressive;
-    }
-}
+using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
 
-void ReadMPEG4Visual(const CodecData& aData, VideoFacts& aFacts) {
-    const Bytes& bytes = aData.mPrivate.empty() ? aData.mFrame : aData.mPrivate;
-    ReadMPEG4Stream(bytes.data(), bytes.size(), aFacts);
+/// One reader for what sets the decoder up, if there is such a thing, and one for the first frame.
+template <Reader ReadPrivate, Reader ReadFrame>
+void ReadBoth(const CodecData& aData, VideoFacts& aFacts) {
+    if constexpr (ReadPrivate != nullptr) {
+        Take(ReadPrivate(aData.mPrivate.data(), aData.mPrivate.size()), aFacts);
+    }
+    Take(ReadFrame(aData.mFrame.data(), aData.mFrame.size()), aFacts);
 }
 
 /// BITMAPINFOHEADER: the codec by four characters, and after it what that codec needs.
@@ -124,7 +119,7 @@ void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
     }
     aFacts.mCodec = codec != nullptr ? ezCString(codec) : fourCC.GetText();
     if (aFacts.mCodec == "MPEG4" && bytes.size() > kHeaderSize) {
-        ReadMPEG4Stream(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize, aFacts);
+        Take(MPEG4Visual_Read(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize), aFacts);
     } else if (aFacts.mCodec == "H264") {
         Take(H264Video_ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
     }
@@ -147,13 +142,13 @@ constexpr Codec<VideoFacts> kVideoCodecs[] = {
     {"V_MPEG4/ISO/AVC", "H264", ReadUnits<H264Video_ReadConfig, H264Video_ReadStream>, kWantsFrame},
     {"V_MPEGH/ISO/HEVC", "H265", ReadUnits<H265Video_ReadConfig, H265Video_ReadStream>, kWantsFrame},
     {"V_MPEGI/ISO/VVC", "H266", kNoVideo},
-    {"V_AV1", "AV1", kNoVideo},
-    {"V_VP8", "VP8", kNoVideo},
-    {"V_VP9", "VP9", kNoVideo},
+    {"V_AV1", "AV1", ReadBoth<AV1Video_ReadConfig, AV1Video_Read>, kWantsFrame},
+    {"V_VP8", "VP8", ReadBoth<nullptr, VP8Video_Read>, kWantsFrame},
+    {"V_VP9", "VP9", ReadBoth<VP9Video_ReadFeatures, VP9Video_Read>, kWantsFrame},
     {"V_MPEG1", "MPEG1", ReadMPEGVideo, kWantsFrame},
     {"V_MPEG2", "MPEG2", ReadMPEGVideo, kWantsFrame},
     {"V_MPEG4/MS/V3", "MSMPEG4v3", kNoVideo},
-    {"V_MPEG4/ISO", "MPEG4", ReadMPEG4Visual, kWantsFrame},
+    {"V_MPEG4/ISO", "MPEG4", ReadBoth<MPEG4Visual_Read, MPEG4Visual_Read>, kWantsFrame},
     {"V_MS/VFW/FOURCC", "", ReadBitmapInfo, kWantsFrame},
     {"V_QUICKTIME", "", ReadQuickTime},
     {"V_MJPEG", "MJPEG", kNoVideo},

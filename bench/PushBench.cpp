@@ -11,6 +11,7 @@
 #include "ezFormats/elementary/ADTSEltStreamParser.h"
 #include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
+#include "ezFormats/elementary/H265EltStreamParser.h"
 #include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
 #include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
 #include "ezPlatform/base/Memory.h"
@@ -216,15 +217,15 @@ MakeParser Maker() {
 }
 
 std::vector<MakeParser> FormatMakers() {
-    return {Maker<H264EltStreamParser>(), Maker<MPEGVideoEltStreamParser>(),
-            Maker<AC3EltStreamParser>(),  Maker<EAC3EltStreamParser>(),
-            Maker<ADTSEltStreamParser>(), Maker<MPEGAudioEltStreamParser>()};
+    return {Maker<H264EltStreamParser>(),     Maker<H265EltStreamParser>(), Maker<MPEGVideoEltStreamParser>(),
+            Maker<AC3EltStreamParser>(),      Maker<EAC3EltStreamParser>(), Maker<ADTSEltStreamParser>(),
+            Maker<MPEGAudioEltStreamParser>()};
 }
 
 std::unique_ptr<ezElementaryStreamParser> MakeFormatRace() {
     auto race = std::make_unique<ezUndeterminedEltStreamParser>(nullptr, nullptr);
     AddEltStreamCandidates(*race);
-    Require(race->GetCandidateList() == "|H264|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|", "the formats race");
+    Require(race->GetCandidateList() == "|H264|H265|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|", "the formats race");
     return race;
 }
 

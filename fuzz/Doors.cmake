@@ -51,7 +51,10 @@ set(START_CODE ${FORMATS}/elementary/StartCodeEltStreamParser.cpp ${FORMATS}/ele
 ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/elementary/AC3EltStreamParser.cpp ${FORMATS}/codecs/AC3Header.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_adts ${FORMATS}/elementary/ADTSEltStreamParser.cpp ${FORMATS}/codecs/ADTSHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_eac3 ${FORMATS}/elementary/EAC3EltStreamParser.cpp ${FORMATS}/codecs/EAC3Header.cpp ${FRAME_CHAIN})
-ez_add_door(ezFormats_inside es_h264 ${FORMATS}/elementary/H264EltStreamParser.cpp ${FORMATS}/codecs/H264Headers.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_h264 ${FORMATS}/elementary/H264EltStreamParser.cpp ${FORMATS}/codecs/H264Headers.cpp
+    ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_h265 ${FORMATS}/elementary/H265EltStreamParser.cpp ${FORMATS}/codecs/H265Headers.cpp
+    ${FORMATS}/codecs/H265SetParts.cpp ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_mpeg_audio
     ${FORMATS}/elementary/MPEGAudioEltStreamParser.cpp ${FORMATS}/codecs/MPEGAudioHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_mpeg_video

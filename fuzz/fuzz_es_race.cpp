@@ -10,6 +10,7 @@
 #include "ezFormats/elementary/ADTSEltStreamParser.h"
 #include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
+#include "ezFormats/elementary/H265EltStreamParser.h"
 #include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
 #include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -43,6 +44,7 @@ class Rivals {
 public:
     Rivals() {
         Add(new H264EltStreamParser);
+        Add(new H265EltStreamParser);
         Add(new MPEGVideoEltStreamParser);
         Add(new AC3EltStreamParser);
         Add(new EAC3EltStreamParser);

@@ -28,8 +28,8 @@ inline constexpr std::size_t kH265_HeaderSize = 2; ///< bytes of a NAL unit's he
 
 /// @name The least bytes of a NAL unit after its header
 /// @{
-inline constexpr std::uint32_t kH265_MinVPSSize = 18;
-inline constexpr std::uint32_t kH265_MinSPSSize = 18;
+inline constexpr std::uint32_t kH265_MinVPSSize = 17;
+inline constexpr std::uint32_t kH265_MinSPSSize = 19;
 inline constexpr std::uint32_t kH265_MinPPSSize = 4;
 inline constexpr std::uint32_t kH265_MinSliceSize = 1;
 /// @}
@@ -75,6 +75,10 @@ struct ezH265SPS {
     bool mfPictureStructure = false; ///< a picture timing SEI message begins with pic_struct
     std::uint64_t mBitRate = 0; ///< bits a second of the HRD parameters, of the fastest delivery; 0: not told
     bool mfConstantRate = false; ///< cbr_flag of that
+
+    /// Coded pictures of a frame: two where they are fields.
+    std::uint32_t CountPictures() const { return mfFieldPictures ? 2 : 1; }
+    std::uint32_t GetFrameHeight() const { return mHeight * CountPictures(); }
 };
 
 /// What a slice header needs of a picture parameter set (7.3.2.3.1).

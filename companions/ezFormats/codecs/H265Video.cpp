@@ -157,13 +157,12 @@ void Pictures::Tell(VideoFacts& aFacts) const {
     }
     const ezH265SPS& sps = *sequence;
     const ezVideoUsability& usability = sps.mUsability;
-    const std::uint32_t pictures = sps.mfFieldPictures ? 2 : 1; // of a frame
     aFacts.mCodec = "H265";
     TakeProfile(sps.mProfile, aFacts);
     aFacts.mWidth = sps.mWidth;
-    aFacts.mHeight = sps.mHeight * pictures;
+    aFacts.mHeight = sps.GetFrameHeight();
     aFacts.mPixelAspect = VideoRatio::Of(usability.mAspectWidth, usability.mAspectHeight);
-    aFacts.mFrameRate = VideoUsability_FrameRateOf(usability, pictures);
+    aFacts.mFrameRate = VideoUsability_FrameRateOf(usability, sps.CountPictures());
     if (sps.mfFieldPictures) {
         aFacts.mScan = kScan_Interlaced;
     } else if (aFacts.mScan == nullptr) {

@@ -2,8 +2,7 @@
 
 #include "ezFormats/codecs/H264Headers.h"
 #include "ezFormats/detail/Limits.h"
-
-#include "ezPlatform/media/MediaInfo.h"
+#include "ezFormats/elementary/CodedVideoRecord.h"
 
 #include <algorithm>
 
@@ -132,17 +131,5 @@ uint32 H264EltStreamParser::LeastBytes(uint8 aCode, uint32 aSize) const {
 
 void H264EltStreamParser::Fill(ezMediaInfo& anInfo) const {
     const ezH264SPS& sps = mFound->mWinner;
-    // What does not fit is left out: its largest value says something else.
-    const bool fFits = sps.mHRD.mBitRate < kezMediaInfo_VariableRate;
-    const uint32 bitRate = fFits ? static_cast<uint32>(sps.mHRD.mBitRate) : 0;
-    anInfo.Set(kezInfo_HasVideoTrack, 1, true);
-    anInfo.Set(kezInfo_VideoCodec, "H264", true);
-    anInfo.Set(kezInfo_PictureWidth, sps.mWidth, true);
-    anInfo.Set(kezInfo_PictureHeight, sps.mHeight, true);
-    if (fFits || !sps.mHRD.mfConstant) {
-        anInfo.Set(kezInfo_VideoBitRate, sps.mHRD.mfConstant ? bitRate : kezMediaInfo_VariableRate, true);
-    }
-    if (bitRate != 0 && !sps.mHRD.mfConstant) {
-        anInfo.Set(kezInfo_VideoMaxBitRate, bitRate, true);
-    }
+    CodedVideo_Store({"H264", sps.mWidth, sps.mHeight, sps.mHRD.mBitRate, sps.mHRD.mfConstant}, anInfo);
 }

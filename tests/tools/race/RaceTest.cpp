@@ -27,10 +27,11 @@ std::string Sample(const std::string& aName) {
 
 TEST(ElementaryStreams, EverySampleIsWonByItsFormatHoweverItIsCut) {
     const std::vector<std::pair<std::string, std::string>> winners = {
-        {"elementary/harbour-light.h264", "H264"},     {"elementary/harbour-light.m1v", "MPEGVideo"},
-        {"elementary/harbour-light.m2v", "MPEGVideo"}, {"elementary/six-corners.ac3", "AC3"},
-        {"elementary/slow-clock.mp2", "MPEGAudio"},    {"music/morning-walk.mp3", "MPEGAudio"},
-        {"music/evening-train.aac", "ADTS"},           {"conformance/B-AAC_A-1.adts", "ADTS"}};
+        {"elementary/harbour-light.h264", "H264"},     {"elementary/harbour-light.h265", "H265"},
+        {"elementary/harbour-light.m1v", "MPEGVideo"}, {"elementary/harbour-light.m2v", "MPEGVideo"},
+        {"elementary/six-corners.ac3", "AC3"},         {"elementary/slow-clock.mp2", "MPEGAudio"},
+        {"music/morning-walk.mp3", "MPEGAudio"},       {"music/evening-train.aac", "ADTS"},
+        {"conformance/B-AAC_A-1.adts", "ADTS"}};
     for (const auto& winner : winners) {
         Json facts;
         for (const char* size : {"188", "1316", "odd", "1"}) {

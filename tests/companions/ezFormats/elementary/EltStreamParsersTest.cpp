@@ -3,6 +3,7 @@
 #include "ezFormats/elementary/ADTSEltStreamParser.h"
 #include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
+#include "ezFormats/elementary/H265EltStreamParser.h"
 #include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
 #include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
 
@@ -318,14 +319,16 @@ namespace {
 
 template <typename Parser>
 class EveryEltStreamParser : public testing::Test {};
-using Parsers = testing::Types<H264EltStreamParser, MPEGVideoEltStreamParser, AC3EltStreamParser,
-                               EAC3EltStreamParser, ADTSEltStreamParser, MPEGAudioEltStreamParser>;
+using Parsers =
+    testing::Types<H264EltStreamParser, H265EltStreamParser, MPEGVideoEltStreamParser, AC3EltStreamParser,
+                   EAC3EltStreamParser, ADTSEltStreamParser, MPEGAudioEltStreamParser>;
 
 std::string StreamFor(const std::string& aName) {
     if (aName == "EAC3") {
         return Frame(kEAC3, 128) + Frame(kEAC3, 128) + Frame(kEAC3, 128);
     }
     return ReadSample(aName == "H264"        ? "elementary/harbour-light.h264"
+                      : aName == "H265"      ? "elementary/harbour-light.h265"
                       : aName == "MPEGVideo" ? "elementary/harbour-light.m2v"
                       : aName == "AC3"       ? "elementary/six-corners.ac3"
                       : aName == "ADTS"      ? "music/evening-train.aac"

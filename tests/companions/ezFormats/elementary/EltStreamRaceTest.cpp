@@ -12,7 +12,7 @@ constexpr int kCompleted = ezElementaryStreamParser::MSS_COMPLETED;
 constexpr int kInProgress = ezElementaryStreamParser::MSS_IN_PROGRESS;
 constexpr int kFailed = ezElementaryStreamParser::MSS_UNRECOVERABLE_ERROR;
 
-constexpr const char* kAll = "|H264|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|";
+constexpr const char* kAll = "|H264|H265|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|";
 
 unsigned At(const std::string& aBytes, std::size_t anIndex) {
     return static_cast<unsigned char>(aBytes[anIndex]);
@@ -93,6 +93,7 @@ class EltStreamSample : public testing::TestWithParam<Sample> {};
 // of MPEG-1 as 104857200.
 const Sample kSamples[] = {
     {"elementary/harbour-light.h264", "H264", "he=180\nvc=\"H264\"\nvr=4294967295\nvt=1\nwi=320\n"},
+    {"elementary/harbour-light.h265", "H265", "he=180\nvc=\"H265\"\nvr=4294967295\nvt=1\nwi=320\n"},
     {"elementary/harbour-light.m1v", "MPEG1", "he=144\nvc=\"MPEG1\"\nvr=4294967295\nvt=1\nwi=176\n"},
     {"elementary/harbour-light.m2v", "MPEG2",
      "he=288\nmv=500000\nvc=\"MPEG2\"\nvr=4294967295\nvt=1\nwi=352\n"},
@@ -231,6 +232,7 @@ void ExpectNobodyWins(const std::string& aBytes, const std::string& aWhat) {
     const std::string remove = "ElementaryStreamParser: ezUndeterminedEltStreamParser remove candidate ";
     const std::vector<std::string> leaving = {
         remove + "'H264'\n",
+        remove + "'H265'\n",
         remove + "'MPEGVideo'\n",
         remove + "'AC3'\n",
         remove + "'EAC3'\n",

@@ -72,11 +72,12 @@ std::ostream& operator<<(std::ostream& aStream, const Sample& aSample) {
 /// The last offset from which a header and what confirms it are still ahead.
 std::size_t LastOffset(const Sample& aSample, const std::string& aBytes) {
     const std::string name = aSample.mName;
-    std::vector<std::size_t> headers = name.find(".h264") != std::string::npos  ? Codes(aBytes, '\x67')
-                                       : name.find(".m") == std::string::npos   ? std::vector<std::size_t>{}
-                                       : name.find("v") == name.size() - 1      ? Codes(aBytes, '\xB3')
-                                       : name.find(".mp2") != std::string::npos ? EqualFrames(aBytes, 576)
-                                                                                : LayerThreeFrames(aBytes);
+    std::vector<std::size_t> headers = name.find(".h264") != std::string::npos   ? Codes(aBytes, '\x67')
+                                       : name.find(".h265") != std::string::npos ? Codes(aBytes, '\x40')
+                                       : name.find(".m") == std::string::npos    ? std::vector<std::size_t>{}
+                                       : name.find("v") == name.size() - 1       ? Codes(aBytes, '\xB3')
+                                       : name.find(".mp2") != std::string::npos  ? EqualFrames(aBytes, 576)
+                                                                                 : LayerThreeFrames(aBytes);
     if (headers.empty()) {
         headers = name.find(".ac3") != std::string::npos ? EqualFrames(aBytes, 1536) : ADTSFrames(aBytes);
     }

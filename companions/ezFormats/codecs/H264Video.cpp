@@ -60,7 +60,7 @@ private:
     ezH264SPS mShown;
     bool mfPicture = false;
     bool mfFields = false; ///< a field was found, or a frame that is shown as fields
-    HDRSigns mHDR;
+    SEIRange mRange;
 };
 
 std::size_t Pictures::CountWanted(std::uint8_t aFirst) const {
@@ -113,7 +113,7 @@ void Pictures::TakeMessages(const std::vector<unsigned char>& aBytes) {
     SEIWalk walk(aBytes.data(), aBytes.size());
     SEIMessage message;
     while (walk.Next(message)) {
-        mHDR.Take(message);
+        mRange.Take(message);
         if (message.mType == kSEI_PictureTiming) {
             TakeTiming(message);
         }
@@ -168,7 +168,7 @@ void Pictures::Tell(VideoFacts& aFacts) const {
     aFacts.mScan = fInterlaced ? kScan_Interlaced : kScan_Progressive;
     aFacts.mBitDepth = sps.mBitDepth;
     aFacts.mColours = VideoUsability_ColoursOf(usability, sps.mChromaFormat);
-    aFacts.mHDR = mHDR.GetKind(usability.mTransfer);
+    aFacts.mHDR = mRange.GetKind(usability.mTransfer);
     if (sps.mHRD.mBitRate < kezMediaInfo_VariableRate) {
         // That of the HRD parameters is what a buffer is filled with at most.
         (sps.mHRD.mfConstant ? aFacts.mBitRate : aFacts.mMaxBitRate) =

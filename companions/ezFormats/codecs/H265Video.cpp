@@ -63,7 +63,7 @@ private:
     ezH265SPS mShown;
     bool mfPicture = false;
     const char* mScan = nullptr; ///< as a picture timing message has it
-    HDRSigns mHDR;
+    SEIRange mRange;
 };
 
 std::size_t Pictures::CountWanted(std::uint8_t aFirst) const {
@@ -115,7 +115,7 @@ void Pictures::TakeMessages(const std::vector<unsigned char>& aBytes) {
     SEIWalk walk(aBytes.data(), aBytes.size());
     SEIMessage message;
     while (walk.Next(message)) {
-        mHDR.Take(message);
+        mRange.Take(message);
         if (message.mType == kSEI_PictureTiming) {
             TakeTiming(message);
         }
@@ -170,7 +170,7 @@ void Pictures::Tell(VideoFacts& aFacts) const {
     }
     aFacts.mBitDepth = sps.mBitDepth;
     aFacts.mColours = VideoUsability_ColoursOf(usability, sps.mChromaFormat);
-    aFacts.mHDR = mHDR.GetKind(usability.mTransfer);
+    aFacts.mHDR = mRange.GetKind(usability.mTransfer);
     if (sps.mBitRate < kezMediaInfo_VariableRate) {
         // That of the HRD parameters is what a buffer is filled with at most.
         (sps.mfConstantRate ? aFacts.mBitRate : aFacts.mMaxBitRate) =

@@ -1,10 +1,5 @@
 #include "ezFormats/codecs/VideoSEI.h"
 
-#include "ezFormats/codecs/VideoFacts.h"
-
-#include <algorithm>
-#include <array>
-
 // Clauses are those of ITU-T H.265.
 
 namespace {
@@ -14,10 +9,6 @@ constexpr std::uint32_t kRegisteredUserData = 4;
 constexpr std::uint32_t kMasteringDisplay = 137;
 constexpr std::uint32_t kContentLightLevel = 144;
 constexpr std::uint32_t kAlternativeTransfer = 147;
-
-/// How user data registered by ITU-T T.35 begin that are ST 2094-40: country, provider, the provider's kind
-/// of data, and the application (CTA-861-G, annex S).
-constexpr std::array<unsigned char, 6> kDynamicMetadata = {0xB5, 0x00, 0x3C, 0x00, 0x01, 0x04};
 
 constexpr unsigned char kMore = 0xFF; ///< the number goes on
 
@@ -47,31 +38,25 @@ bool SEIWalk::Next(SEIMessage& aMessage) {
     return true;
 }
 
-void HDRSigns::Take(const SEIMessage& aMessage) {
+void SEIRange::Take(const SEIMessage& aMessage) {
     switch (aMessage.mType) {
     case kMasteringDisplay:
     case kContentLightLevel:
-        mfStaticMetadata = true;
+        mRange.mfStaticMetadata = true;
         break;
     case kAlternativeTransfer: // preferred_transfer_characteristics (D.3.38)
-        mfHLGPreferred = aMessage.mSize != 0 && aMessage.mBytes[0] == ezVideoUsability::kTransferHLG;
+        mfHLGPreferred = aMessage.mSize != 0 && aMessage.mBytes[0] == DynamicRange::kTransferHLG;
         break;
     case kRegisteredUserData:
-        mfDynamicMetadata = mfDynamicMetadata ||
-                            (aMessage.mSize >= kDynamicMetadata.size() &&
-                             std::equal(kDynamicMetadata.begin(), kDynamicMetadata.end(), aMessage.mBytes));
+        mRange.TakeRegistered(aMessage.mBytes, aMessage.mSize);
         break;
     default:
         break;
     }
 }
 
-const char* HDRSigns::GetKind(std::uint32_t aTransfer) const {
-    if (mfHLGPreferred || aTransfer == ezVideoUsability::kTransferHLG) {
-        return kHDR_HLG;
-    }
-    if (aTransfer != ezVideoUsability::kTransferPQ) {
-        return nullptr;
-    }
-    return mfDynamicMetadata ? kHDR_HDR10Plus : mfStaticMetadata ? kHDR_HDR10 : kHDR_PQ;
+const char* SEIRange::GetKind(std::uint32_t aTransfer) const {
+    DynamicRange range = mRange;
+    range.mTransfer = mfHLGPreferred ? DynamicRange::kTransferHLG : aTransfer;
+    return range.GetKind();
 }

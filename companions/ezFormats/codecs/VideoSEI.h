@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ezFormats/codecs/VideoUsability.h"
+#include "ezFormats/codecs/DynamicRange.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,13 +38,14 @@ private:
 };
 
 /// What the messages tell of a high dynamic range.
-struct HDRSigns {
-    bool mfStaticMetadata = false;  ///< mastering display colour volume, or content light level
-    bool mfDynamicMetadata = false; ///< SMPTE ST 2094-40
-    bool mfHLGPreferred = false;    ///< alternative transfer characteristics: HLG over what the VUI says
-
+class SEIRange {
+public:
     /// Takes what a message tells of it; any other tells nothing.
     void Take(const SEIMessage& aMessage);
     /// kHDR_... of a stream of these transfer_characteristics; null where its range is not high.
     const char* GetKind(std::uint32_t aTransfer) const;
+
+private:
+    DynamicRange mRange;         ///< but for the transfer
+    bool mfHLGPreferred = false; ///< alternative transfer characteristics: HLG over what the sequence says
 };

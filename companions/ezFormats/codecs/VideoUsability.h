@@ -1,19 +1,18 @@
 #pragma once
 
+#include "ezFormats/codecs/DynamicRange.h"
+
 #include <cstdint>
 
 class ezBitReader;
 
 /// What the video usability information of H.264 (annex E) and H.265 (annex E) tells alike.
 struct ezVideoUsability {
-    static constexpr std::uint32_t kTransferUnspecified = 2;
-    static constexpr std::uint32_t kTransferPQ = 16;  ///< SMPTE ST 2084
-    static constexpr std::uint32_t kTransferHLG = 18; ///< ARIB STD-B67
-
     /// Width to height of a sample; 0 where it is not told.
     std::uint32_t mAspectWidth = 0;
     std::uint32_t mAspectHeight = 0;
-    std::uint32_t mTransfer = kTransferUnspecified; ///< transfer_characteristics (table E-4, E.4)
+    /// transfer_characteristics (table E-4, E.4)
+    std::uint32_t mTransfer = DynamicRange::kTransferUnspecified;
     bool mfRGB = false; ///< matrix_coefficients: samples are of green, blue and red, not of luma and chroma
     /// A clock of mTimeScale ticks a second, of which mUnitsInTick are a field (H.264) or a picture (H.265);
     /// 0 where it is not told.

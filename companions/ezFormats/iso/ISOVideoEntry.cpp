@@ -3,7 +3,8 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
-#include "ezFormats/codecs/H264Headers.h"
+#include "ezFormats/codecs/H264Video.h"
+#include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
 #include "ezFormats/codecs/VPXVideo.h"
@@ -38,6 +39,13 @@ constexpr std::array<VideoFormat, 31> kFormats = {
      {"av01", "AV1", false},   {"vp08", "VP8", false},   {"vp09", "VP9", false},   {"mjpa", "MJPEG", false},
      {"mjpb", "MJPEG", false}, {"jpeg", "MJPEG", true},  {"png ", "PNG", true}}};
 
+/// The names of entries whose pictures need a decoder of Dolby Vision (Dolby Vision Streams within the ISO
+/// Base Media File Format, 3.1).
+bool IsDolbyVision(BoxType aFormat) {
+    constexpr std::array<BoxType, 4> kNames = {{"dva1", "dvav", "dvh1", "dvhe"}};
+    return std::find(kNames.begin(), kNames.end(), aFormat) != kNames.end();
+}
+
 /// Reads what sets a decoder up.
 using ConfigReader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
 
@@ -64,7 +72,8 @@ constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, fals
                                                    {0xA3, "VC1", nullptr, false, nullptr}}};
 
 struct ISOVideoEntry : ISOEntryFacts {
-    VideoFacts mFacts; ///< of the codec's own headers
+    VideoFacts mFacts;   ///< of the codec's own headers
+    bool mfSize = false; ///< the entry states a size
     ISOPictureSigns mSigns;
 };
 
@@ -91,123 +100,21 @@ void ReadSigns(ByteReader aBox, ISOVideoEntry& anEntry) {
     Read(aBox, anEntry.mSigns);
 }
 
-struct Profile {
-    std::uint32_t mCode;
-    const char* mName;
-};
-
-template <std::size_t Size>
-const char* ProfileName(const std::array<Profile, Size>& aProfiles, std::uint32_t aCode) {
-    const auto* const found = std::find_if(aProfiles.begin(), aProfiles.end(),
-                                           [=](const Profile& aKnown) { return aKnown.mCode == aCode; });
-    return found != aProfiles.end() ? found->mName : nullptr;
-}
-
-// --- H.264
-
-constexpr std::array<Profile, 9> kH264Profiles = {{{44, "CAVLC444"},
-                                                   {66, "Baseline"},
-                                                   {77, "Main"},
-                                                   {88, "Extended"},
-                                                   {100, "High"},
-                                                   {110, "High10"},
-                                                   {118, "MultiviewHigh"},
-                                                   {122, "High422"},
-                                                   {244, "High444"}}};
-
-/// Profile, constraints and level, as they begin both "avcC" and an SPS.
-void TakeH264Profile(const unsigned char* aBytes, VideoFacts& aFacts) {
-    constexpr unsigned kConstraint1 = 0x40;
-    constexpr unsigned kConstraint3 = 0x10;
-    constexpr std::uint32_t kLevel11 = 11;
-    constexpr std::uint32_t kLevel1b = 9;
-    const std::uint32_t profile = aBytes[0];
-    const bool fOld = profile == 66 || profile == 77 || profile == 88; // they had no code for level 1b
-    // A stream of the baseline profile that keeps what the main one asks (A.2.1.1).
-    const bool fConstrained = profile == 66 && (aBytes[1] & kConstraint1) != 0;
-    aFacts.mProfile = fConstrained ? "ConstrainedBaseline" : ProfileName(kH264Profiles, profile);
-    aFacts.mLevel = aBytes[2];
-    if (fOld && aFacts.mLevel == kLevel11 && (aBytes[1] & kConstraint3) != 0) {
-        aFacts.mLevel = kLevel1b;
-    }
-}
-
-/// The RBSP of a NAL unit: without emulation prevention bytes (ITU-T H.264, 7.4.1).
-std::vector<unsigned char> RBSPOf(const std::vector<unsigned char>& aUnit) {
-    std::vector<unsigned char> bytes;
-    bytes.reserve(aUnit.size());
-    unsigned zeros = 0;
-    for (const unsigned char byte : aUnit) {
-        const bool fEmulationPrevention = zeros >= 2 && byte == 3;
-        zeros = byte == 0 ? zeros + 1 : 0;
-        if (!fEmulationPrevention) {
-            bytes.push_back(byte);
-        }
-    }
-    return bytes;
-}
-
-void TakeSPS(const std::vector<unsigned char>& aBytes, ISOVideoEntry& anEntry) {
-    ezH264SPS set;
-    if (!ezH264SPS_Read(aBytes.data(), aBytes.size(), set)) {
-        return;
-    }
-    TakeH264Profile(aBytes.data(), anEntry.mFacts);
-    anEntry.mFacts.mWidth = set.mWidth;
-    anEntry.mFacts.mHeight = set.mHeight;
-    anEntry.mFacts.mScan = set.mfFrameMBsOnly ? kScan_Progressive : kScan_Interlaced;
-    if (set.mHRD.mBitRate < kezMediaInfo_VariableRate) {
-        // The rate of the HRD parameters is what a buffer is filled with at most.
-        const auto rate = static_cast<std::uint32_t>(set.mHRD.mBitRate);
-        TakeRates(rate, set.mHRD.mfConstant ? rate : 0, anEntry);
-    }
-}
-
 /// Of "avcC" (ISO/IEC 14496-15, 5.3.3.1).
 void ReadAVC(ByteReader aBox, ISOVideoEntry& anEntry) {
-    std::array<unsigned char, 3> profile = {};
-    aBox.Require(aBox.ReadByte() == 1);
-    if (!aBox.Read(profile.data(), profile.size())) {
-        return;
-    }
-    TakeH264Profile(profile.data(), anEntry.mFacts);
-    aBox.Skip(1); // lengthSizeMinusOne
-    const unsigned sets = aBox.ReadByte() & 0x1FU;
-    const auto size = static_cast<std::size_t>(aBox.ReadBig(2));
-    const unsigned unit = aBox.ReadByte();
-    if (sets == 0 || size < 2 || size > kH264_MaxParameterSetSize || (unit & 0x1FU) != kH264_SPS) {
-        return;
-    }
-    std::vector<unsigned char> bytes(size - 1);
-    if (aBox.Read(bytes.data(), bytes.size())) {
-        TakeSPS(RBSPOf(bytes), anEntry);
-    }
+    TakeCodec(H264Video_ReadConfig(aBox), anEntry);
 }
 
-// --- H.265
-
-constexpr std::array<Profile, 4> kH265Profiles = {
-    {{1, "Main"}, {2, "Main10"}, {3, "MainStillPicture"}, {4, "RangeExtensions"}}};
-
-/// Of "hvcC" (ISO/IEC 14496-15, 8.3.3.1).
+/// Of "hvcC" (ISO/IEC 14496-15, 8.3.3.1). The size is that of the entry where it states one: writers differ
+/// in what a frame of fields has.
 void ReadHEVC(ByteReader aBox, ISOVideoEntry& anEntry) {
-    aBox.Require(aBox.ReadByte() == 1);
-    const unsigned profile = aBox.ReadByte() & 0x1FU;
-    aBox.Skip(4);                                  // general_profile_compatibility_flags
-    const unsigned sources = aBox.ReadByte() >> 6; // general_progressive_source_flag, _interlaced_source_flag
-    aBox.Skip(5);                                  // the rest of general_constraint_indicator_flags
-    const unsigned level = aBox.ReadByte();        // thirty times
-    if (aBox.HasFailed()) {
-        return;
+    std::optional<VideoFacts> facts = H265Video_ReadConfig(aBox);
+    if (facts.has_value() && anEntry.mfSize) {
+        facts->mWidth = 0;
+        facts->mHeight = 0;
     }
-    anEntry.mFacts.mProfile = ProfileName(kH265Profiles, profile);
-    anEntry.mFacts.mLevel = level / 3;
-    if (sources == 1 || sources == 2) {
-        anEntry.mFacts.mScan = sources == 2 ? kScan_Progressive : kScan_Interlaced;
-    }
+    TakeCodec(facts, anEntry);
 }
-
-// --- Others
 
 /// Of "d263" (3GPP TS 26.244, 6.8): profile by number, and the level as it is named ("level 10").
 void ReadH263(ByteReader aBox, ISOVideoEntry& anEntry) {
@@ -301,6 +208,7 @@ ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ISOVideoEntry entry;
     ISOVideo video;
     ReadPicture(sample.mContent, video);
+    entry.mfSize = video.mWidth != 0 && video.mHeight != 0;
     if (sample.mContent.HasFailed()) {
         ISOVideo named;
         named.mCodec = ISOFormatName(sample.mFormat);
@@ -314,6 +222,7 @@ ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     if (!fNamed) {
         video.mCodec = ISOFormatName(format);
     }
+    entry.mSigns.mfDolbyVision = entry.mSigns.mfDolbyVision || IsDolbyVision(format);
     Combine(entry, video);
     if (fEncrypted) {
         video.mCodec = EncryptedCodecName(video.mCodec);

@@ -1,6 +1,7 @@
 #include "companions/ezFormats/iso/ISOBytes.h"
 
 #include "companions/ezFormats/codecs/AV1Bytes.h"
+#include "companions/ezFormats/codecs/H265Bytes.h"
 #include "companions/ezFormats/codecs/MPEGVideoBytes.h"
 #include "companions/ezFormats/elementary/EltStreamKit.h"
 
@@ -147,4 +148,20 @@ TEST(ISOPictures, DynamicRangeIsThatOfColoursAndMetadata) {
     EXPECT_EQ(both(16, av1::kLight, ColourBox("nclx", 1)), "\"HDR10\"") << "the codec knows better";
     EXPECT_EQ(both(18, "", ColourBox("nclx", 16) + kMastering), "\"HLG\"");
     EXPECT_EQ(both(1, "", ColourBox("nclx", 16)), "\"PQ\"");
+}
+
+TEST(ISOPictures, HEVCTellsWhatTheEntryDoesNot) {
+    const auto told = [](const char* aFormat, const std::string& aBoxes, unsigned aWidth, unsigned aHeight) {
+        h265::Stream265 stream;
+        stream.mSigns.mTransfer = 16;
+        return Values(Parsed(VideoFile(VideoEntry(aFormat, Box("hvcC", h265::Config(stream.Sets())) + aBoxes,
+                                                  aWidth, aHeight))),
+                      {"vp", "vl", "wi", "he", "pr", "cd", "cr", "hd"});
+    };
+    const std::string rest = " pr=\"progressive\" cd=8 cr=\"4:2:0\" ";
+    EXPECT_EQ(told("hvc1", "", 0, 0), "vp=\"Main\" vl=31 wi=320 he=180" + rest + "hd=\"PQ\"");
+    EXPECT_EQ(told("hev1", "", 640, 360), "vp=\"Main\" vl=31 wi=640 he=360" + rest + "hd=\"PQ\"");
+    EXPECT_EQ(told("hvc1", kMastering, 0, 0), "vp=\"Main\" vl=31 wi=320 he=180" + rest + "hd=\"HDR10\"");
+    EXPECT_EQ(told("dvh1", "", 0, 0), "vp=\"Main\" vl=31 wi=320 he=180" + rest + "hd=\"DolbyVision\"");
+    EXPECT_EQ(told("dvhe", "", 0, 0), "vp=\"Main\" vl=31 wi=320 he=180" + rest + "hd=\"DolbyVision\"");
 }

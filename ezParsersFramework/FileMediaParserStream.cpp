@@ -54,6 +54,17 @@ void ezFileMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
     ezMediaParserStream::CopyInfo(anInfo);
 }
 
+std::unique_ptr<ezMediaParserStream> ezFileMediaParserStream::OpenBeside(const ezCString& aName) {
+    const std::string_view name = aName.View();
+    if (name.empty() || name.find('/') != std::string_view::npos ||
+        name.find('\0') != std::string_view::npos) {
+        return nullptr;
+    }
+    const ezPathName folder = ezPathName::MakeFilePath(mMediaFullPath).GetParentPath();
+    auto stream = std::make_unique<ezFileMediaParserStream>(ezCString(folder.GetFullPath() + aName));
+    return stream->Open() ? std::move(stream) : nullptr;
+}
+
 bool ezFileMediaParserStream::FileSeek() {
     if (mFilePos == mSeekPos) {
         return true;

@@ -17,6 +17,10 @@ bool ezMediaParserStream::Open() {
 
 void ezMediaParserStream::Close() {}
 
+std::unique_ptr<ezMediaParserStream> ezMediaParserStream::OpenBeside(const ezCString& /*aName*/) {
+    return nullptr;
+}
+
 void ezMediaParserStream::CopyInfo(ezMediaInfo* anInfo) {
     if (anInfo == nullptr) {
         return;

@@ -55,6 +55,8 @@ protected:
     /// The file has so many bytes, as far as that is known: no byte after them is buffered.
     void SetSize(std::optional<std::uint64_t> aSize);
 
+    bool SetAside(std::uint32_t aReads, std::uint64_t aBytes) { return mBudget.SetAside(aReads, aBytes); }
+
     void RaiseBudget(std::uint64_t aReads, std::uint64_t aBytes) { mBudget.Raise(aReads, aBytes); }
 
     std::uint64_t GetBlockStart() const { return mBlockStart; }

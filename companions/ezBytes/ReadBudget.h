@@ -30,6 +30,16 @@ public:
         mfUsedUp = false;
     }
 
+    /// Takes off what something else may cost. False, and nothing is taken, when there is not so much left.
+    bool SetAside(std::uint32_t aReads, std::uint64_t aBytes) {
+        if (mReadsLeft < aReads || mBytesLeft < aBytes) {
+            return false;
+        }
+        mReadsLeft -= aReads;
+        mBytesLeft -= aBytes;
+        return true;
+    }
+
     bool IsUsedUp() const { return mfUsedUp; }
 
 private:

@@ -35,6 +35,8 @@ public:
     bool Open() override;
     void Close() override;
     void CopyInfo(ezMediaInfo* anInfo) override;
+    /// A regular file, found as Open finds this one: a link is followed.
+    std::unique_ptr<ezMediaParserStream> OpenBeside(const ezCString& aName) override;
 
 protected:
     bool MediaSeek(const ezuint64& anOffset, bool afSeekImmediate) override;

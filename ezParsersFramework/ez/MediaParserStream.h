@@ -7,6 +7,8 @@
 #include "ezPlatform/base/UInt64.h"
 #include "ezPlatform/text/CString.h"
 
+#include <memory>
+
 class ezMediaInfo;
 
 /// The input of every parser: a position over a file or another source of bytes, and a buffer that mirrors
@@ -51,6 +53,11 @@ public:
     /// Adds what the stream knows to a record: modification time and full path always, "fs" unless the record
     /// holds a size other than 0, "fe" (lower case) unless the record holds one. Null is ignored.
     virtual void CopyInfo(ezMediaInfo* anInfo);
+
+    /// Opens another file of the folder that the media lies in: what goes with a film on its disc. Null where
+    /// there is none of that name, and for all media but a local file, which is what the base says.
+    /// @param aName  of the file, without a folder
+    virtual std::unique_ptr<ezMediaParserStream> OpenBeside(const ezCString& aName);
 
 protected:
     /// Moves the source to an offset: now with afSeekImmediate, else at the latest by the next MediaRead.

@@ -5,9 +5,11 @@
 
 #include "ezFormats/detail/Limits.h"
 #include "ezPlatform/base/KnownSize.h"
+#include "ezPlatform/files/PathName.h"
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 MediaBytes::MediaBytes(ezMediaParserStream& aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes)
     : BudgetedBytes(std::nullopt, ReadBudget(aMaxReads, aMaxBytes)), mStream(aStream) {
@@ -85,6 +87,25 @@ std::size_t MediaBytes::ReadAt(std::uint64_t aPosition, unsigned char* aPlace, s
         std::max(static_cast<std::size_t>(aPosition - GetBlockStart()) + done, kMediaBytes_LeastBlock);
     return done;
 }
+
+std::string MediaBytes::GetFileName() const {
+    return std::string(ezPathName::MakeFilePath(mStream.GetFullPath()).GetFullName().View());
+}
+
+std::unique_ptr<BesideMedia> MediaBytes::OpenBeside(const std::string& aName, std::uint32_t aMaxReads,
+                                                    std::uint64_t aMaxBytes) {
+    std::unique_ptr<ezMediaParserStream> stream = mStream.OpenBeside(ezCString(aName));
+    if (stream == nullptr || !SetAside(aMaxReads, aMaxBytes)) {
+        return nullptr;
+    }
+    return std::make_unique<BesideMedia>(std::move(stream), aMaxReads, aMaxBytes);
+}
+
+BesideMedia::BesideMedia(std::unique_ptr<ezMediaParserStream> aStream, std::uint32_t aMaxReads,
+                         std::uint64_t aMaxBytes)
+    : mStream(std::move(aStream)), mBytes(*mStream, aMaxReads, aMaxBytes) {}
+
+BesideMedia::~BesideMedia() = default;
 
 void MediaBytes::AllowWholeMedia() {
     // Whoever reads straight on takes a block at a time, a part of which may have been buffered.

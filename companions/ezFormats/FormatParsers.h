@@ -35,7 +35,8 @@ class ezMediaParserManager;
     FORMAT(ac3, AC3Parser)                                                                                   \
     FORMAT(dts, DTSParser)                                                                                   \
     FORMAT(mlp, MLPParser)                                                                                   \
-    FORMAT(amr, AMRParser)
+    FORMAT(amr, AMRParser)                                                                                   \
+    FORMAT(ps, PSParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

@@ -347,7 +347,8 @@ VideoFacts MatroskaCodec_ReadVideo(const MatroskaTrack& aTrack, const std::optio
     facts.mFrameRate = MediaNumber_FrameRate(1, aTrack.mFrameTime, kNanos);
     // Static metadata may stand in the codec alone, where the container says only how bright colours are
     // meant.
-    facts.mHDR = facts.mHDR == kHDR_PQ && codec.mHDR != nullptr ? codec.mHDR : facts.mHDR;
+    const bool fPlainPQ = facts.mHDR != nullptr && std::string_view(facts.mHDR) == kHDR_PQ;
+    facts.mHDR = fPlainPQ && codec.mHDR != nullptr ? codec.mHDR : facts.mHDR;
     facts.Complete(codec);
     if (!facts.mPixelAspect.IsKnown()) {
         facts.mPixelAspect = VideoRatio::Of(1, 1); // what players take where nothing says otherwise

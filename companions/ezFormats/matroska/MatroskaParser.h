@@ -33,9 +33,10 @@ public:
           kezUPnPClass_VideoItem,
           {}},
          {"webm", {"webm"}, {"video/webm"}, kezUPnPClass_VideoItem, {"mkv"}},
-         {"mka", {"mka"}, {"audio/x-matroska"}, kezUPnPClass_MusicTrack, {"mkv"}},
+         {"mka", {"mka"}, {"audio/x-matroska", "audio/matroska"}, kezUPnPClass_MusicTrack, {"mkv"}},
          {"weba", {"weba"}, {"audio/webm"}, kezUPnPClass_MusicTrack, {"mkv"}}},
-        {{"video/x-matroska", "", {"video/x-mkv", "video/mkv", "video/matroska"}}},
+        {{"video/x-matroska", "", {"video/x-mkv", "video/mkv", "video/matroska"}},
+         {"audio/x-matroska", "", {"audio/matroska"}}},
         {IsAt},
     };
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -226,10 +228,10 @@ void TakeMatroskaMapping(const ByteReader& aMapping, std::uint32_t& aBudget, Vid
     const std::uint64_t type = ReadEBMLNumber(element.mContent);
     const bool fDolby =
         std::find(std::begin(kMappingDolby), std::end(kMappingDolby), type) != std::end(kMappingDolby);
+    const std::string_view kind = aFacts.mHDR != nullptr ? aFacts.mHDR : "";
     if (fDolby) {
         aFacts.mHDR = kHDR_DolbyVision;
-    } else if (type == kMappingT35 && aFacts.mHDR != nullptr && aFacts.mHDR != kHDR_HLG &&
-               aFacts.mHDR != kHDR_DolbyVision) {
+    } else if (type == kMappingT35 && (kind == kHDR_PQ || kind == kHDR_HDR10)) {
         aFacts.mHDR = kHDR_HDR10Plus;
     }
 }

@@ -63,8 +63,8 @@ inline constexpr std::initializer_list<const char*> kTaggedFormats = {"mp3",  "t
 /// All of them, in the order in which they look. FLAC comes before the tag that may stand before it, which
 /// others put there; the end of a file, which costs a read of its own, comes last.
 inline constexpr FormatCoverFinder kCoverFinders[] = {
-    {FindFLACCover, {"flac"}},      {FindID3Cover, kTaggedFormats}, {FindMP4Cover, {"mp4"}},
-    {FindOggCover, {"ogg"}},        {FindWAVCover, {"wav"}},        {FindAIFFCover, {"aiff"}},
-    {FindDSFCover, {"dsf"}},        {FindDSDIFFCover, {"dff"}},     {FindASFCover, {"wma"}},
-    {FindAPECover, kTaggedFormats},
+    {FindFLACCover, {"flac"}},    {FindID3Cover, kTaggedFormats}, {FindMP4Cover, {"mp4"}},
+    {FindOggCover, {"ogg"}},      {FindWAVCover, {"wav"}},        {FindAIFFCover, {"aiff"}},
+    {FindDSFCover, {"dsf"}},      {FindDSDIFFCover, {"dff"}},     {FindASFCover, {"wma"}},
+    {FindMatroskaCover, {"mkv"}}, {FindAPECover, kTaggedFormats},
 };

@@ -51,6 +51,10 @@ set(START_CODE ${FORMATS}/elementary/StartCodeEltStreamParser.cpp ${FORMATS}/ele
 ez_add_door(ezFormats_inside es_ac3 ${FORMATS}/elementary/AC3EltStreamParser.cpp ${FORMATS}/codecs/AC3Header.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_adts ${FORMATS}/elementary/ADTSEltStreamParser.cpp ${FORMATS}/codecs/ADTSHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_eac3 ${FORMATS}/elementary/EAC3EltStreamParser.cpp ${FORMATS}/codecs/EAC3Header.cpp ${FRAME_CHAIN})
+set(UNITS ${FORMATS}/codecs/NALUnits.cpp ${FORMATS}/codecs/VideoSEI.cpp ${FORMATS}/codecs/VideoUsability.cpp)
+ez_add_door(ezFormats_inside codec_h264 ${FORMATS}/codecs/H264Video.cpp ${FORMATS}/codecs/H264Headers.cpp ${UNITS})
+ez_add_door(ezFormats_inside codec_h265 ${FORMATS}/codecs/H265Video.cpp ${FORMATS}/codecs/H265Headers.cpp
+    ${FORMATS}/codecs/H265SetParts.cpp ${UNITS})
 ez_add_door(ezFormats_inside es_h264 ${FORMATS}/elementary/H264EltStreamParser.cpp ${FORMATS}/codecs/H264Headers.cpp
     ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_h265 ${FORMATS}/elementary/H265EltStreamParser.cpp ${FORMATS}/codecs/H265Headers.cpp

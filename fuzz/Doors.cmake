@@ -65,6 +65,12 @@ ez_add_door(ezFormats_inside es_mpeg_video
     ${FORMATS}/elementary/MPEGVideoEltStreamParser.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 
+# Readers of a codec's headers, as containers of films hand them on.
+set(FACTS ${FORMATS}/codecs/DynamicRange.cpp)
+ez_add_door(ezFormats_inside codec_av1 ${FORMATS}/codecs/AV1Video.cpp ${FACTS})
+ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
+ez_add_door(ezFormats_inside codec_vpx ${FORMATS}/codecs/VPXVideo.cpp ${FACTS})
+
 # What every parser of files stands on.
 set(FILES ${FORMATS}/FormatParser.cpp ${FORMATS}/detail/MediaBytes.cpp ${BYTES}/BudgetedBytes.cpp ${BYTES}/ByteReader.cpp
     ${BYTES}/ByteSource.cpp)

@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::array<const char*, 3> kProfiles = {"Main", "High", "Professional"}; // A.2
 constexpr std::uint32_t kProfessional = 2;
-constexpr std::uint32_t kLastLevel = 23;   ///< seq_level_idx (A.3): 7.3; those after it are no levels
-constexpr std::uint32_t kLevelsOfTier = 7; ///< above, a tier follows
+constexpr std::uint32_t kLastLevel = 23;      ///< seq_level_idx (A.3): 7.3; those after it are no levels
+constexpr std::uint32_t kLastWithoutTier = 7; ///< above, a tier follows
 
 /// @name obu_type (6.2.2)
 /// @{
@@ -98,7 +98,7 @@ std::uint32_t ReadOperatingPoints(ezBitReader& aBits, VideoFacts& aFacts) {
     for (std::uint32_t i = 0; i < count && !aBits.HasFailed(); ++i) {
         aBits.Skip(12); // operating_point_idc
         const std::uint32_t level = aBits.Read(5);
-        aBits.Skip(level > kLevelsOfTier ? 1 : 0); // seq_tier
+        aBits.Skip(level > kLastWithoutTier ? 1 : 0); // seq_tier
         if (fModel && aBits.ReadFlag()) {
             aBits.Skip(2 * std::size_t{delayBits} + 1); // operating_parameters_info (5.5.5)
         }

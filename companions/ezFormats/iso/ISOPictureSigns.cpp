@@ -13,8 +13,9 @@ std::uint32_t ReadQuotient(ByteReader& aBox) {
 
 /// What a picture of whole blocks has beyond what is shown.
 bool IsPartOfBlock(std::uint32_t aCoded, std::uint32_t aClean) {
-    constexpr std::uint32_t kBlock = 16;
-    return aClean == aCoded || (aCoded % kBlock == 0 && aClean < aCoded && aCoded - aClean < kBlock);
+    constexpr std::uint32_t kMacroblockSide = 16;
+    return aClean == aCoded ||
+           (aCoded % kMacroblockSide == 0 && aClean < aCoded && aCoded - aClean < kMacroblockSide);
 }
 
 } // namespace

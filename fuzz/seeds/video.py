@@ -1,0 +1,141 @@
+"""Starts of streams of video, and what sets their decoders up, as containers of films hand them to the readers of a codec."""
+from bits import Bits
+from elementary import SLICE, USER_DATA, group, picture, picture_extension, sequence, sequence_extension, start
+
+
+# --- MPEG video
+
+def display(width, height, colours=0):
+    bits = Bits().put(2, 4).put(1, 3).put(colours, 1).put(0x010101 * colours, 24 * colours)
+    return start(0xB5) + bits.put(width, 14).put(1, 1).put(height, 14).bytes()
+
+
+def fields():
+    """The coding extension of a picture that is no progressive frame."""
+    return start(0xB5) + Bits().put(8, 4).put(0xFFFF, 16).put(0, 2).put(1, 2).put(0, 10).bytes()
+
+
+def interlaced(profile=0x48, multiplier=0):
+    bits = Bits().put(1, 4).put(profile, 8).put(0, 1).put(2, 2).put(0, 16).put(1, 1).put(0, 9).put(multiplier, 2).put(0, 5)
+    return start(0xB5) + bits.bytes()
+
+
+def mpegvideo():
+    frame = picture() + picture_extension() + SLICE
+    yield "video-cd", sequence(aspect=8) + group() + picture() + SLICE
+    yield "of-any-rate", sequence(rate=0x3FFFF) + USER_DATA + picture(delay=0xFFFF) + SLICE
+    yield "header-alone", sequence(aspect=3)
+    yield "television", sequence(720, 576, 3) + interlaced() + display(720, 576) + group() + picture() + fields() + SLICE + frame
+    yield "middle-of-a-picture", sequence(720, 480, 2) + interlaced(0x85, 1) + display(540, 480, 1) + frame + frame
+    yield "square-pixels", sequence(640, 480, 1) + sequence_extension(0x14) + picture(delay=0xFFFF) + SLICE
+    yield "above-high-level", sequence(1920, 1088, 4) + sequence_extension(0x42) + frame
+    yield "without-a-name", sequence(1920, 1088, 3) + sequence_extension(0x92) + frame
+    yield "fastest", sequence(1920, 1088, 3) + sequence_extension(rate=0xFFF) + frame
+    yield "begins-anywhere", bytes(9) + b"\5" + fields() + frame + sequence() + sequence_extension(0x08) + frame + sequence() + frame
+    yield "damaged-display", sequence(720, 576, 3) + interlaced() + start(0xB5) + b"\x23\1" + display(0, 0) + frame
+    yield "ends-in-a-code", sequence() + sequence_extension() + start(0)[:3]
+
+
+# --- AV1
+
+def unit(kind, content, extension=b""):
+    head = Bits().put(0, 1).put(kind, 4).put(1 if extension else 0, 1).put(1, 1).put(0, 1).bytes()
+    return head + extension + bytes([len(content) & 127 | 128, len(content) >> 7]) + content
+
+
+def av1_sequence(profile=0, still=0, clock=None, points=(8,), tools=0, colours=None):
+    bits = Bits().put(profile, 3).put(still, 1).put(still, 1)
+    if still:
+        bits.put(points[0], 5)
+    else:
+        bits.put(1 if clock else 0, 1)
+        model = 0
+        if clock:
+            units, scale, equal, model = clock
+            bits.put(units, 32).put(scale, 32).put(equal, 1)
+            if equal:
+                bits.ue(1)
+            bits.put(model, 1).put(9 * model, 5 * model).put(0, 42 * model)
+        bits.put(model, 1).put(len(points) - 1, 5)
+        for level in points:
+            bits.put(0, 12).put(level, 5).put(0, 1 if level > 7 else 0)
+            if model:
+                bits.put(1, 1).put(0, 21).put(1, 1).put(5, 4)
+    bits.put(11, 4).put(10, 4).put(1919, 12).put(1079, 11)
+    if not still:
+        bits.put(tools, 1).put(0, 7 * tools)
+    bits.put(0, 3)
+    if not still and tools:
+        bits.put(15, 4).put(1, 1).put(3, 2).put(0, 1).put(1, 1).put(0, 1).put(1, 1).put(6, 3)
+    elif not still:
+        bits.put(0, 7)
+    bits.put(3, 3)
+    bits.text += colours.text if colours else "000"
+    return unit(1, bits.put(0, 4).bytes())
+
+
+def described(transfer, deep=1, before=0, primaries=9, matrix=9):
+    return Bits().put(deep, 1).put(0, before).put(1, 1).put(primaries, 8).put(transfer, 8).put(matrix, 8).put(0, 1)
+
+
+DELIMITER = unit(2, b"")
+LIGHT = unit(5, bytes([1, 3, 0, 1, 0]))
+DYNAMIC = unit(5, bytes([4, 0xB5, 0, 0x3C, 0, 1, 4, 1]))
+
+
+def av1():
+    yield "plain", DELIMITER + av1_sequence() + unit(6, bytes(20))
+    yield "of-a-clock", DELIMITER + av1_sequence(clock=(1001, 60000, 1, 1), points=(13, 8, 4), tools=1)
+    yield "of-an-uneven-clock", av1_sequence(clock=(1, 90000, 0, 0))
+    yield "still", av1_sequence(still=1, points=(24,))
+    yield "hdr10", DELIMITER + av1_sequence(colours=described(16, before=1)) + LIGHT
+    yield "hdr10-plus", DELIMITER + av1_sequence(colours=described(16, before=1)) + LIGHT + DYNAMIC
+    yield "hlg", av1_sequence(colours=described(18, before=1)) + unit(5, bytes([2]) + bytes(24)) + unit(5, b"\x80")
+    yield "rgb", av1_sequence(1, colours=described(13, 0, 0, 1, 0))
+    yield "twelve-bits", av1_sequence(2, colours=Bits().put(3, 2).put(0, 3).put(2, 2))
+    yield "twelve-bits-4-4-4", av1_sequence(2, colours=Bits().put(3, 2).put(0, 3).put(0, 1))
+    yield "ten-bits-4-2-2", av1_sequence(2, colours=Bits().put(2, 2).put(0, 3))
+    yield "grey", av1_sequence(colours=Bits().put(0, 1).put(1, 1).put(0, 1))
+    yield "of-no-profile", av1_sequence(3)
+    yield "with-an-extension", unit(2, b"", b"\xFF") + unit(1, b"\0") + av1_sequence()
+    yield "size-without-end", b"\x12" + b"\xFF" * 9
+    yield "unit-without-size", b"\x10" + av1_sequence()
+    yield "configuration", bytes([0x81, 0x05, 0x0C, 0]) + av1_sequence()
+    yield "configuration-alone", bytes([0x81, 0x4D, 0xE8, 0])
+    yield "configuration-of-no-profile", bytes([0x81, 0x65, 0x0C, 0])
+
+
+# --- VP8 and VP9
+
+def vp9_frame(profile=0, space=2, depth=0, sampling=0, other=0, sync=0x498342):
+    bits = Bits().put(2, 2).put(profile & 1, 1).put(profile >> 1, 1).put(0, 1 if profile == 3 else 0).put(other, 2).put(2, 2)
+    bits.put(sync, 24).put(depth, 1 if profile >= 2 else 0).put(space, 3).put(0, 1 if space != 7 else 0)
+    if profile & 1:
+        bits.put(sampling, 2 if space != 7 else 0).put(0, 1)
+    return bits.put(853, 16).put(479, 16).bytes()
+
+
+def vpx():
+    yield "vp8", bytes.fromhex("1002009d012a8002e001") + bytes(8)
+    yield "vp8-no-key-frame", bytes.fromhex("1102009d012a8002e001")
+    yield "vp8-no-size", bytes.fromhex("1002009d012a00000000")
+    yield "vp9", vp9_frame()
+    yield "vp9-ten-bits", vp9_frame(2)
+    yield "vp9-twelve-bits", vp9_frame(3, depth=1, sampling=2)
+    yield "vp9-4-4-0", vp9_frame(1, sampling=1)
+    yield "vp9-4-4-4", vp9_frame(1)
+    yield "vp9-rgb", vp9_frame(1, space=7)
+    yield "vp9-rgb-of-no-profile", vp9_frame(0, space=7)
+    yield "vp9-shown-again", vp9_frame(other=2)
+    yield "vp9-no-key-frame", vp9_frame(other=1)
+    yield "configuration", bytes([1, 0, 0, 0, 2, 51, 0xA2, 9, 16, 9, 0, 0])
+    yield "configuration-hlg", bytes([1, 0, 0, 0, 3, 0, 0xC6, 9, 18, 9, 0, 0])
+    yield "configuration-of-9-bits", bytes([1, 0, 0, 0, 0, 31, 0x92, 1, 1, 1, 0, 0])
+    yield "features", bytes([1, 1, 2, 2, 1, 51, 3, 1, 10, 4, 1, 1, 9, 1, 1])
+    yield "features-not-legal", bytes([1, 1, 4, 2, 1, 9, 3, 1, 9, 4, 1, 4, 1, 2, 0, 0])
+
+
+def seeds():
+    for door, streams in (("codec_mpegvideo", mpegvideo()), ("codec_av1", av1()), ("codec_vpx", vpx())):
+        for name, stream in streams:
+            yield door, name, stream

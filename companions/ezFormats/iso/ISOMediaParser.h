@@ -60,7 +60,7 @@ public:
         "ISO media: MP4, QuickTime, 3GP",
         "ISO base media: MP4, QuickTime, 3GP",
         "those of iTunes (`ilst`), of 3GPP, of QuickTime (`keys`, and texts of `udta`)",
-        "chapters, subtitles, tracks that are not enabled, XMP, ID3v2 in boxes, the samples",
+        "chapters, texts of subtitles, tracks that are not enabled, XMP, ID3v2 in boxes, the samples",
         {16, 384U << 10},
     };
 

@@ -185,10 +185,10 @@ const char* HDROf(const Numbers& aNumbers) {
     return aNumbers.mfMastering || aNumbers.mMaxLight != 0 || aNumbers.mMeanLight != 0 ? kHDR_HDR10 : kHDR_PQ;
 }
 
-/// As Exif numbers it. The turn is counted around an axis that points away from who looks, to whom it is
-/// clockwise; players turn by quarters alone.
+/// As Exif numbers it. The turn is counter-clockwise to who looks (RFC 9559, 5.1.4.1.28.46); players turn by
+/// quarters alone.
 unsigned OrientationOf(double aRoll) {
-    constexpr unsigned kTurned[] = {1, 6, 3, 8};
+    constexpr unsigned kTurned[] = {1, 8, 3, 6};
     constexpr double kMost = 360;
     const double quarters = aRoll / 90;
     if (std::abs(aRoll) > kMost || std::floor(quarters) != quarters) {

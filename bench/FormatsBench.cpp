@@ -3,7 +3,7 @@
 #include "bench/CountedSystem.h"
 #include "bench/FormatFiles.h"
 #include "bench/Hosts.h"
-#include "bench/LongSongs.h"
+#include "bench/LongFiles.h"
 #include "bench/Measure.h"
 #include "bench/RecordedReads.h"
 
@@ -236,30 +236,31 @@ void CountFilms() {
     }
 }
 
-// Songs
+// Long files
 
-/// A song whose sound takes no place on the disk.
-class SongShelf : private TemporaryFolder, public Shelf {
+/// A song or film whose media take no place on the disk.
+class LongShelf : private TemporaryFolder, public Shelf {
 public:
-    SongShelf(const FormatFamily& aFamily, const LongSongs& aKind, std::uint64_t aMegabytes)
+    LongShelf(const FormatFamily& aFamily, const LongFiles& aKind, std::uint64_t aMegabytes)
         : Shelf(aFamily.mParser()) {
-        Add(LongSongs_Write(*this, aKind, aMegabytes));
+        Add(LongFiles_Write(*this, aKind, aMegabytes));
     }
 };
 
-const FormatFamily& FamilyOf(const LongSongs& aKind) {
+const FormatFamily& FamilyOf(const LongFiles& aKind) {
     const std::vector<FormatFamily>& families = FormatFiles_Families();
-    const auto family = std::find_if(families.begin(), families.end(),
-                                     [&](const FormatFamily& aFamily) { return aFamily.mKey == aKind.mKey; });
-    Require(family != families.end(), "a long song is of a format");
+    const auto family = std::find_if(families.begin(), families.end(), [&](const FormatFamily& aFamily) {
+        return aFamily.mKey == aKind.mFamily;
+    });
+    Require(family != families.end(), "a long file is of a format");
     return *family;
 }
 
-std::string NameOf(const LongSongs& aKind, std::uint64_t aMegabytes) {
+std::string NameOf(const LongFiles& aKind, std::uint64_t aMegabytes) {
     return std::string(aKind.mName) + " of " + std::to_string(aMegabytes) + " MB";
 }
 
-void AddSongs(const LongSongs& aKind) {
+void AddLongFiles(const LongFiles& aKind) {
     std::vector<Claim> claims;
     for (std::size_t i = 0; i < aKind.mMegabytes.size(); ++i) {
         const std::string name = NameOf(aKind, aKind.mMegabytes[i]);
@@ -272,7 +273,7 @@ void AddSongs(const LongSongs& aKind) {
     const auto sides = [aKind] {
         std::vector<Side> all;
         for (const std::uint64_t size : aKind.mMegabytes) {
-            const auto shelf = std::make_shared<SongShelf>(FamilyOf(aKind), aKind, size);
+            const auto shelf = std::make_shared<LongShelf>(FamilyOf(aKind), aKind, size);
             const std::string name = std::to_string(size) + " MB";
             all.push_back(MakeSide(name, shelf, &Shelf::ParseByHost, kFilmPasses));
             all.push_back(MakeSide(name + " bare", shelf, &Shelf::ReadAll, kFilmPasses));
@@ -282,16 +283,16 @@ void AddSongs(const LongSongs& aKind) {
     AddComparison(std::string("Formats/Long ") + aKind.mName, sides, claims);
 }
 
-void CountSongs() {
-    for (const LongSongs& kind : LongSongs_All()) {
+void CountLongFiles() {
+    for (const LongFiles& kind : LongFiles_All()) {
         for (const std::uint64_t size : kind.mMegabytes) {
-            const SongShelf shelf(FamilyOf(kind), kind, size);
+            const LongShelf shelf(FamilyOf(kind), kind, size);
             const CountedSystem system;
             shelf.ParseByHost();
             NoteCount(NameOf(kind, size) + ", reads", static_cast<double>(system.GetCounts().mRead),
                       kind.mReads);
             NoteCount(NameOf(kind, size) + ", bytes read", static_cast<double>(system.GetCounts().mReadBytes),
-                      FamilyOf(kind).mBytes);
+                      kind.mBytes);
         }
     }
 }
@@ -305,8 +306,8 @@ void AddFormatsBenches() {
     AddCounting("Formats/Counts", CountFamilies);
     AddComparison("Formats/Film", FilmSides, FilmClaims());
     AddCounting("Formats/FilmCounts", CountFilms);
-    for (const LongSongs& kind : LongSongs_All()) {
-        AddSongs(kind);
+    for (const LongFiles& kind : LongFiles_All()) {
+        AddLongFiles(kind);
     }
-    AddCounting("Formats/SongCounts", CountSongs);
+    AddCounting("Formats/LongCounts", CountLongFiles);
 }

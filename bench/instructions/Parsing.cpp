@@ -1,6 +1,6 @@
 #include "bench/FormatFiles.h"
 #include "bench/Hosts.h"
-#include "bench/LongSongs.h"
+#include "bench/LongFiles.h"
 #include "bench/ProbingParser.h"
 #include "bench/Require.h"
 #include "bench/instructions/Instructions.h"
@@ -83,14 +83,14 @@ void PrintFilms() {
     });
 }
 
-/// Songs of three sizes each.
-void PrintSongs() {
+/// Songs and films of three sizes each.
+void PrintLongFiles() {
     const BenchHost host(EZ_SAMPLES, BenchHost::Parsers::Formats);
-    for (const LongSongs& kind : LongSongs_All()) {
-        Instructions_PrintGrowth(std::string("song.") + kind.mKey,
-                                 {kind.mMegabytes.begin(), kind.mMegabytes.end()}, [&](std::size_t aSize) {
+    for (const LongFiles& kind : LongFiles_All()) {
+        Instructions_PrintGrowth(kind.mKey, {kind.mMegabytes.begin(), kind.mMegabytes.end()},
+                                 [&](std::size_t aSize) {
                                      const TemporaryFolder folder;
-                                     const ezCString path(LongSongs_Write(folder, kind, aSize).c_str());
+                                     const ezCString path(LongFiles_Write(folder, kind, aSize).c_str());
                                      return Instructions_OfUnit(1, [&] { host.Parse(path); });
                                  });
     }
@@ -102,5 +102,5 @@ void PrintParsing() {
     PrintIdentify();
     PrintFormats();
     PrintFilms();
-    PrintSongs();
+    PrintLongFiles();
 }

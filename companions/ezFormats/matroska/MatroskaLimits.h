@@ -20,9 +20,12 @@ inline constexpr std::uint32_t kMatroska_MaxElements = 50'000;
 /// at.
 inline constexpr std::size_t kMatroska_MaxTracks = 128;
 
-/// Bytes of what sets a decoder up, and of the start of a frame, that are looked at: parameter sets with all
-/// their lists fit.
+/// Bytes of what sets a decoder up that are looked at: parameter sets with all their lists fit.
 inline constexpr std::size_t kMatroska_MaxPrivate = std::size_t{16} * 1024;
+
+/// Bytes of the start of a frame that are looked at: the headers of pictures, and those of sound with what
+/// extends them.
+inline constexpr std::size_t kMatroska_MaxFrame = std::size_t{4} * 1024;
 
 /// Bytes that were cut off in front of every frame: writers cut a few that all frames have.
 inline constexpr std::uint64_t kMatroska_MaxStripped = 256;

@@ -252,7 +252,8 @@ private:
 
 } // namespace
 
-std::vector<unsigned char> MatroskaTrack::Unwrap(ByteReader aBytes, bool afWrapped) const {
+std::vector<unsigned char> MatroskaTrack::Unwrap(ByteReader aBytes, bool afWrapped,
+                                                 std::size_t aMaximum) const {
     using Method = MatroskaEncoding::Method;
     std::vector<unsigned char> bytes;
     const Method method = afWrapped ? mEncoding.mMethod : Method::None;
@@ -261,7 +262,7 @@ std::vector<unsigned char> MatroskaTrack::Unwrap(ByteReader aBytes, bool afWrapp
     }
     if (method == Method::Zlib) {
         InflatedBytes inflated;
-        const InflatedBytes::Result result = inflated.InflateHead(aBytes, kMatroska_MaxPrivate);
+        const InflatedBytes::Result result = inflated.InflateHead(aBytes, aMaximum);
         const bool fAny = result == InflatedBytes::Result::Whole || result == InflatedBytes::Result::TooLarge;
         bytes.resize(fAny ? static_cast<std::size_t>(inflated.GetEnd()) : 0);
         ByteReader reader(inflated);
@@ -271,7 +272,7 @@ std::vector<unsigned char> MatroskaTrack::Unwrap(ByteReader aBytes, bool afWrapp
     const std::size_t before = method == Method::Stripped ? mEncoding.mStripped.size() : 0;
     bytes.assign(mEncoding.mStripped.begin(),
                  mEncoding.mStripped.begin() + static_cast<std::ptrdiff_t>(before));
-    const std::uint64_t count = std::min<std::uint64_t>(aBytes.GetLeft(), kMatroska_MaxPrivate - before);
+    const std::uint64_t count = std::min<std::uint64_t>(aBytes.GetLeft(), aMaximum - before);
     bytes.resize(before + static_cast<std::size_t>(count));
     if (!aBytes.Read(bytes.data() + before, static_cast<std::size_t>(count))) {
         bytes.clear();
@@ -280,11 +281,12 @@ std::vector<unsigned char> MatroskaTrack::Unwrap(ByteReader aBytes, bool afWrapp
 }
 
 std::vector<unsigned char> MatroskaTrack::ReadFrame(ByteReader aFrame) const {
-    return Unwrap(aFrame, mEncoding.mfFrames);
+    return Unwrap(aFrame, mEncoding.mfFrames, kMatroska_MaxFrame);
 }
 
 std::vector<unsigned char> MatroskaTrack::ReadPrivate() const {
-    return mPrivate ? Unwrap(*mPrivate, mEncoding.mfPrivate) : std::vector<unsigned char>();
+    return mPrivate ? Unwrap(*mPrivate, mEncoding.mfPrivate, kMatroska_MaxPrivate)
+                    : std::vector<unsigned char>();
 }
 
 const MatroskaTrack* MatroskaTracks::Find(MatroskaKind aKind) const {

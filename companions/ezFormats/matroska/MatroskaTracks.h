@@ -58,7 +58,7 @@ struct MatroskaTrack {
     std::vector<unsigned char> ReadPrivate() const;
 
 private:
-    std::vector<unsigned char> Unwrap(ByteReader aBytes, bool afWrapped) const;
+    std::vector<unsigned char> Unwrap(ByteReader aBytes, bool afWrapped, std::size_t aMaximum) const;
 };
 
 /// The tracks of a file.

@@ -11,6 +11,7 @@
 using namespace matroska;
 using namespace std::string_literals;
 using ebml::Head;
+using ebml::Id;
 using ebml::Info;
 using ebml::Segment;
 using ebml::Tracks;
@@ -88,4 +89,356 @@ TEST(MatroskaParser, WhatHoldsNoTrackThatPlaysIsRefused) {
               "MatroskaParser: malformed: ends before a track of pictures or sound");
     EXPECT_EQ(Refusal(Head() + Segment(Tracks(Track(1, 17, "S_TEXT/UTF8")))),
               "MatroskaParser: malformed: ends before a track of pictures or sound");
+}
+
+// ---- tracks ----
+
+namespace {
+
+/// A film of which these are the tracks of sound, and what is told of that which plays first.
+std::string SoundOf(const std::string& aTracks) {
+    return Values(Film(kVideo + aTracks), {"ca", "ta", "la"});
+}
+
+const std::string kNotDefault = Number(0x88, 0);
+const std::string kDisabled = Number(0xB9, 0);
+
+std::string Language(const char* aLanguage) {
+    return Element(0x22B59C, aLanguage);
+}
+std::string Tagged(const char* aTag) {
+    return Element(0x22B59D, aTag);
+}
+
+} // namespace
+
+TEST(MatroskaParser, TrackThatPlaysFirstIsTheDefaultOneOfTheLowestNumber) {
+    const auto track = [](unsigned aNumber, const char* aCodec, const std::string& aRest = "") {
+        return Track(aNumber, 2, aCodec, aRest);
+    };
+    EXPECT_EQ(SoundOf(track(3, "A_OPUS") + track(2, "A_VORBIS")), "\"Vorbis\"|2|\"en\"");
+    EXPECT_EQ(SoundOf(track(2, "A_OPUS", kNotDefault) + track(3, "A_VORBIS")), "\"Vorbis\"|2|\"en\"");
+    EXPECT_EQ(SoundOf(track(2, "A_OPUS", kDisabled) + track(3, "A_VORBIS", kNotDefault)),
+              "\"Vorbis\"|1|\"en\"");
+    EXPECT_EQ(SoundOf(track(2, "A_OPUS", kDisabled)), "\"Opus\"|1|\"en\"");
+    // elements of no bytes have their default, which is to play
+    EXPECT_EQ(SoundOf(track(2, "A_OPUS", Element(0x88, "")) + track(3, "A_VORBIS")), "\"Opus\"|2|\"en\"");
+}
+
+TEST(MatroskaParser, LanguagesAreThoseOfTheTracksTheOneThatPlaysFirst) {
+    const auto languages = [](const std::string& aFirst, const std::string& aSecond) {
+        return Values(Film(kVideo + Track(2, 2, "A_OPUS", kNotDefault + aFirst) +
+                           Track(3, 2, "A_OPUS", aSecond) + Track(4, 17, "S_TEXT/UTF8", aFirst) +
+                           Track(5, 17, "S_TEXT/UTF8", aSecond)),
+                      {"la", "ts", "sl"});
+    };
+    EXPECT_EQ(languages(Language("ger"), Language("fre")), "\"fr,de\"|2|\"de,fr\"");
+    EXPECT_EQ(languages(Language("ger") + Tagged("de-CH"), Tagged("pt-BR")),
+              "\"pt-BR,de-CH\"|2|\"de-CH,pt-BR\"");
+    EXPECT_EQ(languages("", Language("und")), "\"en\"|2|\"en\"");
+    EXPECT_EQ(languages(Language(""), ""), "\"en\"|2|\"en\"");
+}
+
+TEST(MatroskaParser, EncryptedTracksSaySoAndNothingOfTheirFrames) {
+    const std::string encrypted = Element(0x6D80, Element(0x6240, Number(0x5033, 1) + Element(0x5035, "")));
+    EXPECT_EQ(
+        Values(Film(Track(1, 1, "V_VP9", Picture() + encrypted) + Track(2, 2, "A_AC3", Sound() + encrypted)),
+               {"vc", "ca", "sf"}),
+        "\"encrypted:VP9\"|\"encrypted:AC3\"|48000");
+}
+
+TEST(MatroskaParser, PicturesAloneAreACoverBesideSoundUnlessThereAreSeveral) {
+    const auto file = [](const std::string& aTracks, const std::string& aBlocks) {
+        return Values(Head() + Segment(Info(Duration(1000)) + Tracks(aTracks) + Cluster(0, aBlocks)),
+                      {"mt", "vc"});
+    };
+    const std::string still = Track(1, 1, "V_MJPEG", Picture());
+    const std::string one = Block(1, 0) + Block(2, 0) + Block(2, 10);
+    EXPECT_EQ(file(still + kSound, one), "\"audio/x-matroska\"|");
+    EXPECT_EQ(file(still + kSound, one + Block(1, 20)), "\"video/x-matroska\"|\"MJPEG\"");
+    EXPECT_EQ(file(still, Block(1, 0)), "\"video/x-matroska\"|\"MJPEG\"");
+    EXPECT_EQ(file(still + Track(3, 1, "V_VP8", Picture()) + kSound, one), "\"video/x-matroska\"|\"VP8\"");
+}
+
+// ---- pictures ----
+
+TEST(MatroskaParser, SizeAndShapeAreThoseAfterCropping) {
+    const auto shape = [](const std::string& aRest, unsigned aWidth = 720, unsigned aHeight = 576) {
+        return Values(Film(Track(1, 1, "V_PRORES", Picture(aWidth, aHeight, aRest))),
+                      {"wi", "he", "pa", "dr"});
+    };
+    const auto shown = [](std::uint64_t aWidth, std::uint64_t aHeight, unsigned aUnit = 0) {
+        return Number(0x54B0, aWidth) + Number(0x54BA, aHeight) + Number(0x54B2, aUnit);
+    };
+    const std::string crop = Number(0x54BB, 16) + Number(0x54AA, 20) + Number(0x54CC, 4) + Number(0x54DD, 6);
+    EXPECT_EQ(shape(""), "720|576|\"1:1\"|\"5:4\"");
+    EXPECT_EQ(shape(shown(1024, 576)), "720|576|\"64:45\"|\"16:9\"");
+    EXPECT_EQ(shape(shown(16, 9, 3)), "720|576|\"64:45\"|\"16:9\"");
+    EXPECT_EQ(shape(shown(160, 90, 1)), "720|576|\"64:45\"|\"16:9\"");
+    EXPECT_EQ(shape(shown(16, 9, 4)), "720|576|\"1:1\"|\"5:4\"");
+    EXPECT_EQ(shape(shown(853, 480), 720, 480), "720|480|\"32:27\"|\"16:9\"");
+    EXPECT_EQ(shape(shown(853, 480), 853, 480), "853|480|\"1:1\"|\"853:480\""); // pixels are square
+    EXPECT_EQ(shape(crop), "710|540|\"1:1\"|\"71:54\"");
+    EXPECT_EQ(shape(Number(0x54B0, 1024)), "720|576|\"64:45\"|\"16:9\"");
+    EXPECT_EQ(shape(shown(UINT64_MAX, UINT64_MAX)), "720|576|\"1:1\"|\"5:4\"");
+    EXPECT_EQ(shape(shown(1024, 576) + Number(0x53B8, 1)), "720|576|\"1:1\"|\"5:4\""); // two pictures in one
+    EXPECT_EQ(shape(Number(0x54CC, 720)), "||\"1:1\"|");
+}
+
+TEST(MatroskaParser, ScanRateColoursAndTurnAreThoseOfTheTrack) {
+    const auto told = [](const std::string& aRest, const std::string& anEntry = "") {
+        return Values(Film(Track(1, 1, "V_PRORES", Picture(64, 48, aRest) + anEntry)),
+                      {"pr", "fr", "ud", "cr", "cd"});
+    };
+    const auto roll = [](double aDegrees) { return Element(0x7670, ebml::Float(0x7675, aDegrees)); };
+    EXPECT_EQ(told(""), "||||");
+    EXPECT_EQ(told(Number(0x9A, 1)), "\"interlaced\"||||");
+    EXPECT_EQ(told(Number(0x9A, 2)), "\"progressive\"||||");
+    EXPECT_EQ(told("", Number(0x23E383, 41'708'333)), "|23976|||");
+    EXPECT_EQ(told("", Number(0x23E383, 0)), "||||");
+    EXPECT_EQ(told(roll(90)), "||6||");
+    EXPECT_EQ(told(roll(-90)), "||8||");
+    EXPECT_EQ(told(roll(180)), "||3||");
+    EXPECT_EQ(told(roll(-180)), "||3||");
+    EXPECT_EQ(told(roll(45)), "||||");
+    EXPECT_EQ(told(roll(1e300)), "||||");
+    EXPECT_EQ(told(Element(0x55B0, Number(0x55B2, 10) + Number(0x55B3, 1) + Number(0x55B4, 0))),
+              "|||\"4:2:2\"|10");
+}
+
+TEST(MatroskaParser, DynamicRangeIsThatOfColoursMetadataAndMappings) {
+    const auto kind = [](const std::string& aColour, std::uint64_t aMapping = 0) {
+        const std::string mapping = aMapping != 0 ? Element(0x41E4, Number(0x41E7, aMapping)) : "";
+        return Values(Film(Track(1, 1, "V_PRORES", Picture(64, 48, Element(0x55B0, aColour)) + mapping)),
+                      {"hd"});
+    };
+    const std::string pq = Number(0x55BA, 16);
+    EXPECT_EQ(kind(""), "");
+    EXPECT_EQ(kind(pq), "\"PQ\"");
+    EXPECT_EQ(kind(Number(0x55BA, 18)), "\"HLG\"");
+    EXPECT_EQ(kind(pq + Number(0x55BC, 1000)), "\"HDR10\"");
+    EXPECT_EQ(kind(pq + Element(0x55D0, ebml::Float(0x55D9, 1000))), "\"HDR10\"");
+    EXPECT_EQ(kind(pq, 4), "\"HDR10+\"");
+    EXPECT_EQ(kind("", 4), "");
+    EXPECT_EQ(kind(pq, 0x64766343), "\"DolbyVision\"");
+    EXPECT_EQ(kind("", 0x64767643), "\"DolbyVision\"");
+}
+
+// ---- codecs ----
+
+TEST(MatroskaParser, CodecsAreNamedByTheirIds) {
+    const auto video = [](const std::string& anId, const std::string& aPrivate = "") {
+        return Values(Film(Track(1, 1, anId, Picture() + Private(aPrivate))), {"vc"});
+    };
+    const auto bitmap = [](const char* aFourCC) {
+        return std::string(16, '\0') + aFourCC + std::string(20, '\0');
+    };
+    EXPECT_EQ(video("V_MPEG4/ISO/AVC"), "\"H264\"");
+    EXPECT_EQ(video("V_MPEGH/ISO/HEVC"), "\"H265\"");
+    EXPECT_EQ(video("V_AV1"), "\"AV1\"");
+    EXPECT_EQ(video("V_VP9"), "\"VP9\"");
+    EXPECT_EQ(video("V_MPEG4/ISO/ASP"), "\"MPEG4\"");
+    EXPECT_EQ(video("V_MPEG4/MS/V3"), "\"MSMPEG4v3\"");
+    EXPECT_EQ(video("V_MS/VFW/FOURCC", bitmap("WVC1")), "\"VC1\"");
+    EXPECT_EQ(video("V_MS/VFW/FOURCC", bitmap("divx")), "\"MPEG4\"");
+    EXPECT_EQ(video("V_MS/VFW/FOURCC", bitmap("ABCD")), "\"ABCD\"");
+    EXPECT_EQ(video("V_MS/VFW/FOURCC", "short"), "\"MS/VFW/FOURCC\"");
+    EXPECT_EQ(video("V_REAL/RV40"), "\"RV40\"");
+    EXPECT_EQ(video("v_vp8"), "\"VP8\"");
+    EXPECT_EQ(video("V_VP8X"), "\"VP8X\"");
+    EXPECT_EQ(video("V_NEW CODEC"), "\"NEW.CODEC\"");
+}
+
+TEST(MatroskaParser, PrivateDataTellOfSoundWhatTheEntryMayHaveWrong) {
+    const auto sound = [](const std::string& anId, const std::string& aPrivate, double aRate = 44100,
+                          const std::string& aRest = "") {
+        return Values(Film(Track(1, 2, anId, Sound(aRate, 1, aRest) + Private(aPrivate))),
+                      {"ca", "sf", "ac", "bs"});
+    };
+    const std::string opus = "OpusHead\1\6"s + Little(312, 2) + Little(44100) + std::string(3, '\0');
+    const std::string vorbis = "\2\x1E\x03"s + "\1vorbis" + Little(0) + "\2" + Little(22050) + Little(0) +
+                               Little(48000) + Little(0) + "\xB8\1" + "\3vorbis";
+    EXPECT_EQ(sound("A_OPUS", opus), "\"Opus\"|48000|6|");
+    EXPECT_EQ(sound("A_OPUS", ""), "\"Opus\"|48000|1|");
+    EXPECT_EQ(sound("A_VORBIS", vorbis), "\"Vorbis\"|22050|2|");
+    EXPECT_EQ(sound("A_VORBIS", "damaged"), "\"Vorbis\"|44100|1|");
+    EXPECT_EQ(sound("A_AAC", "\x11\x90"), "\"AAC\"|48000|2|");
+    EXPECT_EQ(sound("A_AAC", "\x13\x90", 22050, ebml::Float(0x78B5, 44100)), "\"HE-AAC\"|44100|2|");
+    EXPECT_EQ(sound("A_AAC/MPEG4/LC/SBR", "", 22050, ebml::Float(0x78B5, 44100)), "\"HE-AAC\"|44100|1|");
+    EXPECT_EQ(sound("A_PCM/INT/LIT", "", 48000, Number(0x6264, 24)), "\"LPCM\"||1|24");
+    EXPECT_EQ(sound("A_PCM/FLOAT/IEEE", "", 48000, Number(0x6264, 32)), "\"PCM-float\"|48000|1|32");
+    EXPECT_EQ(sound("A_AAC/MPEG4/LC", "", 48000, Number(0x6264, 16)),
+              "\"AAC\"|48000|1|"); // nothing that it has
+    EXPECT_EQ(sound("A_MS/ACM", Little(0x2000, 2) + Little(6, 2) + Little(48000) + Little(56000) +
+                                    Little(1, 2) + Little(0, 2)),
+              "\"AC3\"|48000|6|");
+}
+
+TEST(MatroskaParser, FirstFrameTellsWhatNothingElseDoes) {
+    const auto sound = [](const std::string& anId, const std::string& aFrame, const std::string& aRest = "",
+                          unsigned aFlags = 0x80) {
+        return Values(Head() +
+                          Segment(Info(Duration(1000)) + Tracks(Track(1, 2, anId, Sound(48000, 1) + aRest)) +
+                                  Cluster(0, Block(1, 0, aFrame, aFlags) + Block(1, 500, aFrame, aFlags))),
+                      {"ca", "sf", "ac", "ar"});
+    };
+    const auto compressed = [](unsigned aMethod, const std::string& aSettings = "") {
+        return Element(
+            0x6D80, Element(0x6240, Element(0x5034, Number(0x4254, aMethod) + Element(0x4255, aSettings))));
+    };
+    const std::string mp2 =
+        "\xFF\xFD\x84\x04"s + std::string(380, 'm'); // layer II, 128 kbit/s, 48 kHz, two channels
+    const std::string told = "\"MP2\"|48000|2|128000";
+    const std::string untold = "\"MP2\"|48000|1|";
+    EXPECT_EQ(sound("A_MPEG/L2", mp2), told);
+    EXPECT_EQ(sound("A_MPEG/L2", "no frame"), untold);
+    EXPECT_EQ(sound("A_MPEG/L2", mp2.substr(2), compressed(3, "\xFF\xFD")), told);
+    EXPECT_EQ(sound("A_MPEG/L2", mp2.substr(2), compressed(3)), untold);
+    EXPECT_EQ(sound("A_MPEG/L2", mp2, compressed(1)), untold); // of a kind that nobody writes
+    // laced: so many less one, and the sizes of all but the last
+    EXPECT_EQ(sound("A_MPEG/L2", "\1\xFF\x81"s + mp2 + mp2, "", 0x82), told);
+    EXPECT_EQ(sound("A_MPEG/L2", "\1\x41\x80"s + mp2 + mp2, "", 0x86), told);
+    EXPECT_EQ(sound("A_MPEG/L2", "\1"s + mp2 + mp2, "", 0x84), told);
+    EXPECT_EQ(sound("A_MPEG/L2", "\xFF"s, "", 0x86), untold);
+}
+
+// ---- length ----
+
+namespace {
+
+/// What is told of the length of a file of that Info and those clusters.
+std::string Length(const std::string& anInfo, const std::string& aClusters,
+                   const std::string& aTracks = kVideo + kSound, const Delivery& aDelivery = Delivery()) {
+    return Values(Head() + Segment(Info(anInfo) + Tracks(aTracks) + aClusters), {"dm", "md"}, aDelivery);
+}
+
+const std::string kSubtitles = Track(3, 17, "S_TEXT/UTF8");
+
+} // namespace
+
+TEST(MatroskaParser, LengthIsThatOfTheHeaderWhereTheBytesCanLastSoLong) {
+    const std::string second = Cluster(0, Blocks());
+    EXPECT_EQ(Length(Duration(1000), second), "1000|\"header\"");
+    EXPECT_EQ(Length(Duration(500) + Number(0x2AD7B1, 2'000'000), second), "1000|\"header\"");
+    EXPECT_EQ(Length(ebml::Float32(0x4489, 1000), second), "1000|\"header\"");
+    EXPECT_EQ(Length(Duration(5000), second), "5000|\"header\""); // 25 kbit/s
+}
+
+TEST(MatroskaParser, LengthThatIsNotStatedOrCannotBeIsThatOfTheLastBlocks) {
+    const std::string second = Cluster(0, Blocks());
+    const std::string last = "1000|\"last frame\""; // a picture lasts 40 ms
+    for (const std::string& stated : {""s, Duration(0), Duration(1), Duration(-5), Duration(36'000'000),
+                                      Duration(1e300), Element(0x4489, ""), Element(0x4489, "odd")}) {
+        EXPECT_EQ(Length(stated, second), last);
+    }
+    EXPECT_EQ(Length("", Cluster(0, Blocks()) + Cluster(1000, Blocks())), "2000|\"last frame\"");
+    EXPECT_EQ(Length("", ebml::Unknown(kCluster, Number(0xE7, 0) + Blocks()) + OpenCluster(1000, Blocks())),
+              "2000|\"last frame\"");
+    EXPECT_EQ(Length("", ""), "|");
+}
+
+TEST(MatroskaParser, StraySubtitleDoesNotMakeAFilmLonger) {
+    const std::string tracks = kVideo + kSound + kSubtitles;
+    const std::string stray = LongBlock(3, 0, 2000);
+    // in the last cluster, and in one of its own
+    EXPECT_EQ(Length(Duration(36'000'000), Cluster(0, Blocks() + Block(3, 30000)), tracks),
+              "1000|\"last frame\"");
+    EXPECT_EQ(Length(Duration(36'000'000), Cluster(0, Blocks()) + Cluster(36'000'000, stray), tracks),
+              "1000|\"last frame\"");
+    // a film of few bytes is as long as it says, if its last blocks are there
+    EXPECT_EQ(Length(Duration(601'000), Cluster(0, Blocks()) + Cluster(600'000, Blocks(20))),
+              "601000|\"header\"");
+}
+
+TEST(MatroskaParser, CountsOfAMuxerTellTheLengthOfThePictures) {
+    const std::string tag =
+        ebml::Tag(ebml::Targets(0, ebml::OfTrack(101)),
+                  ebml::SimpleTag("DURATION", "00:00:02.500000000") +
+                      ebml::SimpleTag("_STATISTICS_WRITING_APP", "muxer") +
+                      ebml::SimpleTag("_STATISTICS_WRITING_DATE_UTC", "2001-01-01 00:00:00") +
+                      ebml::SimpleTag("_STATISTICS_TAGS", "DURATION"));
+    const std::string info = Element(0x5741, "muxer") + Element(0x4461, Big(0, 8)) + Duration(36'000'000);
+    EXPECT_EQ(Length(info, ebml::Tags(tag) + Cluster(0, Blocks())), "2500|\"header\"");
+}
+
+TEST(MatroskaParser, BlockLastsAsLongAsItSaysOrAsItsFrames) {
+    const std::string vorbis = Track(1, 2, "A_VORBIS", Number(0x23E383, 20'000'000));
+    const std::string plain = Track(1, 2, "A_VORBIS");
+    const auto end = [](const std::string& aTrack, const std::string& aBlock) {
+        return Values(Head() + Segment(Info("") + Tracks(aTrack) + Cluster(0, Block(1, 0) + aBlock)), {"dm"});
+    };
+    EXPECT_EQ(end(plain, Block(1, 500)), "500");
+    EXPECT_EQ(end(plain, LongBlock(1, 500, 123)), "623");
+    EXPECT_EQ(end(vorbis, Block(1, 500)), "520");
+    EXPECT_EQ(end(vorbis, Block(1, 500, "\3abcdefgh", 0x84)), "580"); // four frames
+    EXPECT_EQ(end(plain, Block(1, 500) + Block(1, 400)), "500");
+    EXPECT_EQ(end(plain, Block(1, -5)), ""); // before the start
+}
+
+TEST(MatroskaParser, CaptureThatStartsHighIsAsLongAsWhatItHolds) {
+    EXPECT_EQ(Length("", Cluster(7'200'000, Blocks()) + Cluster(7'201'000, Blocks())), "2000|\"last frame\"");
+}
+
+TEST(MatroskaParser, LastCueLeadsToTheLastBlocks) {
+    const std::string tracks = Tracks(kVideo + kSound);
+    const std::string clusters = Cluster(0, Blocks()) + Cluster(1000, Blocks());
+    const auto file = [&](std::uint64_t aCluster) {
+        const std::size_t seek = ebml::SeekHead(ebml::Seek(0x1C53BB6B, 0)).size();
+        const std::size_t front = seek + Info("").size() + tracks.size();
+        const std::string cues = Cues(Cue(0, front) + Cue(1000, front + aCluster));
+        return Values(Head() + Segment(ebml::SeekHead(ebml::Seek(0x1C53BB6B, front + clusters.size())) +
+                                       Info("") + tracks + clusters + cues),
+                      {"dm", "md"});
+    };
+    EXPECT_EQ(file(Cluster(0, Blocks()).size()), "2000|\"last frame\"");
+    EXPECT_EQ(file(3), "2000|\"last frame\"");              // no cluster there: the next one is taken
+    EXPECT_EQ(file(UINT64_MAX / 2), "2000|\"last frame\""); // nothing there: the end is searched
+}
+
+TEST(MatroskaParser, CutFileIsAsLongAsTheWholeWas) {
+    const std::string content = Info(Duration(600'000)) + Tracks(kVideo + kSound) + Cluster(0, Blocks());
+    EXPECT_EQ(Values(Head() + ebml::Stating(0x18538067, 60'000'000, content), {"dm", "md", "br"}),
+              "600000|\"header\"|800000");
+}
+
+TEST(MatroskaParser, StreamWithoutASizeIsReadToItsFirstBlocksAlone) {
+    Delivery stream;
+    stream.mfSizeKnown = false;
+    stream.mfSeekable = false;
+    EXPECT_EQ(Length(Duration(1000), Cluster(0, Blocks()), kVideo + kSound, stream), "1000|\"header\"");
+    EXPECT_EQ(Length("", Cluster(0, Blocks()), kVideo + kSound, stream), "|");
+    AwkwardStream::Costs costs;
+    pictures::Parsed<MatroskaParser>(
+        Head() + Segment(Info("") + Tracks(kVideo + kSound) + Cluster(0, Blocks(100000))), stream, &costs);
+    EXPECT_LE(costs.mBytes, 16U << 10);
+}
+
+// ---- costs ----
+
+TEST(MatroskaParser, FileOfGigabytesCostsNoMoreThanASmallOne) {
+    for (const std::uint64_t size :
+         {std::uint64_t{4} << 20, std::uint64_t{4500} << 20, std::uint64_t{60} << 30}) {
+        const std::string front = Info(Duration(static_cast<double>(size / 125))) + Tracks(kVideo + kSound) +
+                                  Cluster(0, Blocks(20));
+        const std::string start = Head() + Id(0x18538067) + ebml::Size(size, 8) + front;
+        SparseStream stream(size, {{0, start}});
+        EXPECT_EQ(chunks::SparseValue<MatroskaParser>(stream, "mt"), "\"video/x-matroska\"");
+        EXPECT_LE(stream.mReads, 4U) << size;
+        EXPECT_LE(stream.mBytes, 128U << 10) << size;
+    }
+}
+
+TEST(MatroskaParser, LastClusterIsFoundFromTheEndOfAnySize) {
+    std::size_t reads = 0;
+    for (const std::uint64_t size :
+         {std::uint64_t{4} << 20, std::uint64_t{4500} << 20, std::uint64_t{60} << 30}) {
+        const std::string start =
+            Head() + ebml::Unknown(0x18538067, Info("") + Tracks(kVideo + kSound) + Cluster(0, Blocks(20)));
+        const std::string end = Cluster(7'199'000, Blocks(20));
+        SparseStream stream(size, {{0, start}, {size - end.size(), end}});
+        EXPECT_EQ(chunks::SparseValue<MatroskaParser>(stream, "dm"), "7200000");
+        EXPECT_LE(stream.mReads, 6U) << size;
+        EXPECT_TRUE(reads == 0 || reads == stream.mReads) << size;
+        reads = stream.mReads;
+    }
 }

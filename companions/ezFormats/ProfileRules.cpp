@@ -4,6 +4,7 @@
 #include "ezFormats/detail/ListItems.h"
 #include "ezFormats/rules/BuiltInProfileRules.h"
 #include "ezFormats/rules/ProfileRule.h"
+#include "ezFormats/rules/ProfileRuleOrder.h"
 #include "ezFormats/rules/ProfileRuleReader.h"
 #include "ezFormats/rules/ProfileRuleTable.h"
 
@@ -89,14 +90,17 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aTex
                                                            std::vector<ProfileRulesProblem>* aProblems) {
     std::vector<ProfileRulesProblem> problems;
     const std::shared_ptr<ProfileRules> rules(new ProfileRules);
-    rules->mList = std::make_unique<ProfileRuleList>(ProfileRules_Read(aText, &problems));
-    rules->mTable = std::make_unique<ProfileRuleTable>(*rules->mList);
-    ProfileRules_FindLosers(rules->mList->mRules, &problems);
+    ProfileRuleList list = ProfileRules_Read(aText, &problems);
+    ProfileRules_FindLosers(list.mRules, &problems);
     std::stable_sort(problems.begin(), problems.end(),
                      [](const ProfileRulesProblem& aLeft, const ProfileRulesProblem& aRight) {
                          return aLeft.mLine < aRight.mLine;
                      });
     const bool fSound = problems.empty();
+    if (fSound) {
+        rules->mList = std::make_unique<ProfileRuleList>(ProfileRules_InForce(std::move(list)));
+        rules->mTable = std::make_unique<ProfileRuleTable>(*rules->mList);
+    }
     if (aProblems != nullptr) {
         *aProblems = std::move(problems);
     }

@@ -36,8 +36,9 @@ struct ProfileMatch {
 ///
 /// The first rule all of whose conditions a record meets decides; without one there is no profile. A MIME
 /// type may be followed by ">" and the one to announce: a profile can ask for another than a file without a
-/// profile is best announced with. docs/profile-rules.md tells the whole language, and the head of the
-/// built-in table the facts.
+/// profile is best announced with. Lines may say which region's names are preferred, whether inferred rules
+/// count, and how names end by the packets of transport streams. docs/profile-rules.md tells the whole
+/// language, and the head of the built-in table the facts.
 ///
 /// Immutable once it is made, and shared by all parsers and threads.
 class EZFORMATS_API ProfileRules {
@@ -71,13 +72,14 @@ public:
     ezCString FindProfile(const ezMediaInfo& anInfo) const { return FindMatch(anInfo).mProfile; }
 
     /// What media of some MIME types (separated by ",") can be announced as: "MIME:DLNA.ORG_PN=X" of every
-    /// rule, with the type that it announces, each once, in the order of the table (of one rule in the order
-    /// asked), and then "MIME:*" of each type. Entries are separated by ",".
+    /// rule that can win, with the type that it announces, each once, in the order of the table after the
+    /// rules of the preferred region (of one rule in the order asked), and then "MIME:*" of each type.
+    /// Entries are separated by ",".
     ezCString GetProfileInfo(std::string_view aMimeTypes) const;
 
 private:
     ProfileRules();
 
-    std::unique_ptr<const ProfileRuleList> mList;
+    std::unique_ptr<const ProfileRuleList> mList;   ///< those that count, as they are asked
     std::unique_ptr<const ProfileRuleTable> mTable; ///< of the list
 };

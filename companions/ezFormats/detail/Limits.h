@@ -103,7 +103,7 @@ inline constexpr std::uint32_t kNALUnits_MaxCount = 64;
 /// for something else.
 inline constexpr std::uint32_t kVideo_MaxFrameRate = 300'000;
 
-/// Bytes of a table of profile rules: twenty times the built-in one. It bounds what a wrong path, an image as
+/// Bytes of a table of profile rules: five times the built-in one. It bounds what a wrong path, an image as
 /// a table, costs.
 inline constexpr std::size_t kProfileRules_MaxTextSize = std::size_t{256} * 1024;
 
@@ -114,6 +114,10 @@ inline constexpr std::size_t kProfileRules_MaxRules = 2000;
 /// Sizes of one condition: more than twice the longest list that a profile has. The check compares each of
 /// them with each of an earlier rule.
 inline constexpr std::size_t kProfileRules_MaxSizes = 64;
+
+/// Endings that a table of profile rules may have: more than twice those of transport streams. Each rule with
+/// endings looks for them among all.
+inline constexpr std::size_t kProfileRules_MaxEndings = 8;
 
 /// Digits of a number in a rule, with its dot: more than any fact can have, and their value fits 64 bits. A
 /// longer number is a mistake that the reading tells.

@@ -17,6 +17,16 @@ constexpr std::string_view kText = R"table(# Which DLNA profile a file or stream
 # "352x288", or "-352x288" for each side up to it by itself, and "@" may add the frame rates at that size: "@25",
 # "@1-30".
 #
+# "ending" makes an end of names, with the MIME types and conditions that go with it: a rule that names endings in place
+# of MIME types is one for each of them.
+#
+# "inferred" after a rule: what is published of the profile names it and does not tell its limits, which are those of
+# the standard that its name points to. Such rules count where the table says "inferred on".
+#
+# "region=" after a rule: EU, NA, JP or KO, whose name it gives. Where the table says "region KO", all rules of Korea
+# stand before all others. Without such a line they stand where they are: a frame rate of 25 or 50 has names of Europe,
+# any other those of North America first.
+#
 # fact             key       what it is
 # container        ct        MP4, 3GP, 3G2, MOV, PS, MPEG1, TS, TTS, TTS-zero, MKV, WebM, ASF, AVI, FLV, RM, DV, MXF, Ogg
 # audio-codec      ca        MP1, MP2, MP3, AAC (low complexity), AAC-LTP, HE-AAC, HE-AACv2, AC3, EAC3, AMR, AMR-WB+,
@@ -40,6 +50,9 @@ constexpr std::string_view kText = R"table(# Which DLNA profile a file or stream
 #                            interlaced
 # colours          cr        grey, 4:2:0, 4:2:2, 4:4:4, CMYK, RGB, RGBA, grey-alpha, palette, ...
 # bit-depth        cd        bits of a sample of a picture
+
+inferred off
+# region EU
 
 # Pictures. JPEG_TN and PNG_TN are not here: they are names of thumbnails, and a small picture is no thumbnail.
 # Neither are the icons and JPEG_RES_H_V, which say no more of a picture than the sizes here do.
@@ -91,18 +104,25 @@ WMALSL_MULT5  audio/x-ms-wma  audio-codec=WMA-lossless sampling-rate=8k-48k chan
 # H.264, baseline. What keeps the constraints of both (A.2.1.1) is a stream of the main and high profiles, too.
 AVC_MP4_BL_CIF15_AAC_520    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-352x288@1-15,-352x240@1-18,-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-520k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
 AVC_MP4_BL_CIF15_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-352x288@1-15,-352x240@1-18,-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_L1B_QCIF15_HEAAC video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_MP4_BL_L12_CIF15_HEAAC  video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_HEAAC      video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-352x288@1-15,-352x240@1-18,-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
+AVC_MP4_BL_CIF15_AMR        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-352x288@1-15,-352x240@1-18,-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 AVC_MP4_BL_CIF30_AAC_940    video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.3 size=-352x288@1-30 video-bit-rate=1-768k bit-rate=1-940k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
 AVC_MP4_BL_L2_CIF30_AAC     video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-1.3M bit-rate=1-1.3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-200k
 AVC_MP4_BL_CIF30_AAC_MULT5  video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
 AVC_MP4_BL_CIF30_AC3        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
 AVC_MP4_BL_CIF30_MPEG1_L3   video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+AVC_MP4_BL_CIF30_HEAAC_L2   video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-576k
 AVC_MP4_BL_L3_SD_AAC        video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3 size=-720x576@1-25,-720x480@1-29.97,-640x480@1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 AVC_MP4_BL_L3L_SD_AAC       video/mp4  video-codec=H264 video-profile=ConstrainedBaseline video-level=1b-3 size=-720x576@1-25,-720x480@1-29.97,-640x480@1-30 video-bit-rate=1-4.5M bit-rate=1-5M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+AVC_MP4_BL_L3L_SD_HEAAC     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline video-level=1b-3 size=-720x576@1-25,-720x480@1-29.97,-640x480@1-30 video-bit-rate=1-4.5M bit-rate=1-5M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 
 # H.264, main. The i of 1080i is no condition: its limits are those of the size, whole pictures or fields.
 AVC_MP4_MP_SD_AAC_MULT5     video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
 AVC_MP4_MP_SD_AC3           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
 AVC_MP4_MP_SD_MPEG1_L3      video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+AVC_MP4_MP_SD_EAC3          video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-3 size=-864x480@1-25,-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
 
 # H.264, baseline again, where nothing smaller fits.
 AVC_MP4_BL_L31_HD_AAC       video/mp4  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-3.1 size=-1280x720@1-30 video-bit-rate=1-14M bit-rate=1-15M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
@@ -115,6 +135,27 @@ AVC_MP4_MP_HD_1080i_AAC     video/mp4  video-codec=H264 video-profile=Constraine
 # H.264, high. Its decoders take main.
 AVC_MP4_HP_HD_AAC           video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1280x720@1-60,-1920x1080@1-30 video-bit-rate=1-25M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 AVC_MP4_HP_HD_EAC3          video/mp4  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1280x720@1-60,-1920x1080@1-30 video-bit-rate=1-25M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
+
+# H.264 in 3GPP.
+AVC_3GPP_BL_QCIF15_AAC         video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_3GPP_BL_QCIF15_AAC_LTP     video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=AAC-LTP sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_3GPP_BL_QCIF15_HEAAC       video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+AVC_3GPP_BL_QCIF15_AMR         video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
+AVC_3GPP_BL_QCIF15_AMR_WBplus  video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1 size=-176x144@1-15 video-bit-rate=1-128k bit-rate=1-256k audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
+AVC_3GPP_BL_CIF15_AMR_WBplus   video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-1.2 size=-352x288@1-15,-352x240@1-18,-320x240@1-20,-320x180@1-26,-240x180@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
+AVC_3GPP_BL_CIF30_AMR_WBplus   video/3gpp  video-codec=H264 video-profile=Baseline,ConstrainedBaseline video-level=1b-2 size=-352x288@1-30 video-bit-rate=1-2M bit-rate=1-3M audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
+
+# H.264 in Matroska. Some renderers take no name of these, and some none but these: to announce none, comment them out.
+AVC_MKV_MP_HD_AAC_MULT5  video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-20M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MKV_MP_HD_AC3        video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-20M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+AVC_MKV_MP_HD_EAC3       video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-20M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
+AVC_MKV_MP_HD_HEAAC_L4   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-20M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MKV_MP_HD_MPEG1_L3   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-20M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+AVC_MKV_HP_HD_AAC_MULT5  video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MKV_HP_HD_AC3        video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+AVC_MKV_HP_HD_EAC3       video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-35M audio-codec=EAC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=32k-3024k
+AVC_MKV_HP_HD_HEAAC_L4   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+AVC_MKV_HP_HD_MPEG1_L3   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
 
 # MPEG-4 part 2, simple. The limits of the advanced simple profile
 # (MPEG4_P2_MP4_ASP_AAC) are not verified: such files have no profile here.

@@ -5,6 +5,7 @@
 #include "ezPlatform/base/Types.h"
 #include "ezPlatform/text/CString.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -42,19 +43,32 @@ struct ProfileMimeType {
     std::uint16_t mAnnounced;
 };
 
-/// One line of a table of rules.
+/// Where broadcasts keep the same profiles: what one region names, another may name otherwise.
+enum class ProfileRegion : std::uint8_t { None, Europe, NorthAmerica, Japan, Korea };
+
+/// One line of a table of rules, or one of its endings.
 struct ProfileRule {
     std::size_t mLine;
     ezCString mProfile;
     std::vector<ProfileMimeType> mMimeTypes; ///< each stated one once
     std::vector<ProfileCondition> mConditions;
+    ProfileRegion mRegion = ProfileRegion::None; ///< whose name it gives
+    bool mfInferred = false; ///< its limits are drawn from other standards, or from the name alone
 };
 
 /// A table as it was read.
 struct ProfileRuleList {
     std::vector<ezCString> mMimeTypes; ///< all that rules name, each once, in lower case
     std::vector<ProfileRule> mRules;
+    ProfileRegion mRegion = ProfileRegion::None; ///< whose rules come first
+    bool mfInferred = false;                     ///< inferred rules count
 };
+
+/// True when types name one that a record may state, by its index.
+inline bool ProfileMimeTypes_Have(const std::vector<ProfileMimeType>& aTypes, std::size_t aStated) {
+    return std::any_of(aTypes.begin(), aTypes.end(),
+                       [aStated](ProfileMimeType aType) { return aType.mStated == aStated; });
+}
 
 /// The index of a MIME type, whose case and parameters do not matter, among those that rules name; their
 /// number when none does.

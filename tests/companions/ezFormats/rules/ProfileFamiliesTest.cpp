@@ -1,6 +1,7 @@
 #include "companions/ezFormats/rules/ProfileKit.h"
 #include "companions/ezFormats/rules/ProfileOracle.h"
 
+#include "ezFormats/rules/ProfileRuleOrder.h"
 #include "ezFormats/rules/ProfileRuleReader.h"
 #include "ezFormats/rules/ProfileRuleTable.h"
 

@@ -1,6 +1,7 @@
 #include "companions/ezFormats/rules/ProfileKit.h"
 #include "companions/ezFormats/rules/ProfileOracle.h"
 
+#include "ezFormats/rules/ProfileRuleOrder.h"
 #include "ezFormats/rules/ProfileRuleReader.h"
 #include "ezFormats/rules/ProfileRuleTable.h"
 
@@ -18,11 +19,14 @@ std::string OneOf(const std::vector<std::string>& aTexts, Random& aRandom) {
 
 /// Rules of few facts with few values, so that many begin alike.
 std::string RandomTable(Random& aRandom) {
-    std::string table;
-    for (std::size_t count = aRandom() % 12; count > 0; --count) {
-        table +=
-            OneOf({"MP3", "MP3X", "AAC_ISO"}, aRandom) +
-            OneOf({" audio/mpeg", " audio/mp4", " audio/mpeg,audio/mp4", " audio/mpeg>audio/mp4"}, aRandom);
+    std::string table = OneOf({"", "region EU\n", "region KO\n"}, aRandom) +
+                        OneOf({"", "inferred on\n"}, aRandom) +
+                        "ending + audio/mpeg ct=TS\nending +_T audio/mpeg,audio/mp4 ct=TTS\n";
+    for (std::size_t count = aRandom() % 16; count > 0; --count) {
+        table += OneOf({"MP3 audio/mpeg", "MP3X audio/mp4", "MP3 audio/mpeg,audio/mp4",
+                        "AAC_ISO audio/mpeg>audio/mp4", "MPEG_TS_SD_EU +,+_T", "MPEG_TS_SD_NA +_T,+"},
+                       aRandom) +
+                 OneOf({"", "", "", " inferred", " region=EU", " region=KO", " inferred region=KO"}, aRandom);
         for (const std::vector<std::string>& conditions :
              std::vector<std::vector<std::string>>{{"", " ca=a", " ca=b", " ca=a,b"},
                                                    {"", " ac=1", " ac=1-2"},
@@ -37,9 +41,10 @@ std::string RandomTable(Random& aRandom) {
 
 std::string RandomRecord(Random& aRandom) {
     return OneOf({"mt=audio/mpeg", "mt=audio/mp4", "mt=audio/3gpp"}, aRandom) +
-           OneOf({"", " ca=a", " ca=b", " ca=c"}, aRandom) + OneOf({"", " ac=1", " ac=2", " ac=3"}, aRandom) +
-           OneOf({"", " wi=1", " wi=2"}, aRandom) + OneOf({"", " he=1", " he=2"}, aRandom) +
-           OneOf({"", " fr=25000", " fr=30000"}, aRandom) + OneOf({"", " cr=a", " cr=b"}, aRandom);
+           OneOf({"", " ct=TS", " ct=TTS"}, aRandom) + OneOf({"", " ca=a", " ca=b", " ca=c"}, aRandom) +
+           OneOf({"", " ac=1", " ac=2", " ac=3"}, aRandom) + OneOf({"", " wi=1", " wi=2"}, aRandom) +
+           OneOf({"", " he=1", " he=2"}, aRandom) + OneOf({"", " fr=25000", " fr=30000"}, aRandom) +
+           OneOf({"", " cr=a", " cr=b"}, aRandom);
 }
 
 } // namespace
@@ -50,7 +55,7 @@ TEST(ProfileRuleTable, FindsTheRuleThatEachByItselfFinds) {
     for (int i = 0; i < 2000; ++i) {
         const std::string text = RandomTable(random);
         std::vector<ProfileRulesProblem> problems;
-        const ProfileRuleList list = ProfileRules_Read(text, &problems);
+        const ProfileRuleList list = ProfileRules_InForce(ProfileRules_Read(text, &problems));
         ASSERT_TRUE(problems.empty()) << text << problems.front().mText;
         const ProfileRuleTable table(list);
         for (int j = 0; j < 40; ++j) {
@@ -70,7 +75,49 @@ TEST(ProfileRuleTable, FindsTheRuleThatEachByItselfFinds) {
     EXPECT_LT(met, 70000U);
 }
 
-TEST(ProfileRuleTable, RuleThatLosesWouldNeverHaveWon) {
+namespace {
+
+/// What the guide says of the order, without leaving anything out.
+ProfileRuleList Preferring(ProfileRuleList aList, ProfileRegion aRegion, bool afInferred) {
+    const std::vector<ProfileRule> rules = std::move(aList.mRules);
+    aList.mRules.clear();
+    for (const bool fPreferred : {true, false}) {
+        for (const ProfileRule& rule : rules) {
+            const bool fOwn = aRegion != ProfileRegion::None && rule.mRegion == aRegion;
+            if (fOwn == fPreferred && (afInferred || !rule.mfInferred)) {
+                aList.mRules.push_back(rule);
+            }
+        }
+    }
+    return aList;
+}
+
+std::string NameOf(const ProfileRule* aRule) {
+    return aRule == nullptr ? "" : Str(aRule->mProfile) + " of line " + std::to_string(aRule->mLine);
+}
+
+} // namespace
+
+TEST(ProfileRuleTable, RulesInForceFindWhatTheWholeTableFinds) {
+    Random random(17);
+    std::size_t left = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const std::string text = RandomTable(random);
+        std::vector<ProfileRulesProblem> problems;
+        const ProfileRuleList read = ProfileRules_Read(text, &problems);
+        const ProfileRuleList whole = Preferring(read, read.mRegion, read.mfInferred);
+        const ProfileRuleList inForce = ProfileRules_InForce(read);
+        left += whole.mRules.size() - inForce.mRules.size();
+        for (int j = 0; j < 40; ++j) {
+            const std::string record = RandomRecord(random);
+            const std::unique_ptr<ezMediaInfo> info = RecordOf(record);
+            ASSERT_EQ(NameOf(FirstMet(inForce, *info)), NameOf(FirstMet(whole, *info))) << text << record;
+        }
+    }
+    EXPECT_GT(left, 500U); // what can never win
+}
+
+TEST(ProfileRuleTable, RuleThatLosesWouldNeverHaveWonByAnyPreference) {
     Random random(16);
     std::size_t losers = 0;
     for (int i = 0; i < 1000; ++i) {
@@ -80,10 +127,16 @@ TEST(ProfileRuleTable, RuleThatLosesWouldNeverHaveWon) {
         ProfileRules_FindLosers(list.mRules, &problems);
         for (int j = 0; j < 40 && !problems.empty(); ++j) {
             const std::string record = RandomRecord(random);
-            const ProfileRule* const winner = FirstMet(list, *RecordOf(record));
-            for (const ProfileRulesProblem& problem : problems) {
-                EXPECT_TRUE(winner == nullptr || winner->mLine != problem.mLine)
-                    << text << record << " " << problem.mText;
+            for (const ProfileRegion region :
+                 {ProfileRegion::None, ProfileRegion::Europe, ProfileRegion::Korea, ProfileRegion::Japan}) {
+                const ProfileRuleList asked = Preferring(list, region, j % 2 == 0);
+                const ProfileRule* const winner = FirstMet(asked, *RecordOf(record));
+                for (const ProfileRulesProblem& problem : problems) {
+                    EXPECT_FALSE(winner != nullptr && winner->mLine == problem.mLine &&
+                                 (problem.mText.rfind("this", 0) == 0 ||
+                                  problem.mText.find(" " + Str(winner->mProfile) + " ") != std::string::npos))
+                        << text << record << " " << problem.mText;
+                }
             }
         }
         losers += problems.size();

@@ -1,4 +1,5 @@
 """Matroska files, element by element, and seeds of their covers."""
+from chunks import DELIVERED_AS_IT_IS
 from covers import JPEG
 
 SEGMENT = 0x18538067
@@ -94,6 +95,74 @@ def cover_files():
     yield "of-another-kind", head(b"other") + segment(files(COVER))
 
 
+def track(number, kind, codec, *more):
+    return element(0xAE, unsigned(0xD7, number), unsigned(0x83, kind), element(0x86, codec), *more)
+
+
+def block(number, time, frames=b"frame", flags=0x80):
+    return element(0xA3, size_of(number), bytes([time >> 8, time & 255, flags]), frames)
+
+
+def cluster(time, *blocks, size=None):
+    return element(CLUSTER, unsigned(0xE7, time), *blocks, size=size)
+
+
+PICTURE = element(0xE0, unsigned(0xB0, 64), unsigned(0xBA, 48))
+SOUND = element(0xE1, unsigned(0x9F, 2))
+VIDEO = track(1, 1, b"V_VP8", PICTURE, unsigned(0x23E383, 40000000))
+AUDIO = track(2, 2, b"A_MPEG/L2", SOUND)
+TEXTS = track(3, 17, b"S_TEXT/UTF8", element(0x22B59D, b"de-CH"))
+LAYER_2 = b"\xFF\xFD\x84\x04" + bytes(20)
+BLOCKS = block(1, 0) + block(2, 0, LAYER_2) + block(1, 40)
+HOURS = element(0x4489, b"\x4B\x89\x54\x40")  # 18 million ticks
+
+
+def encoded(*parts):
+    return element(0x6D80, element(0x6240, *parts))
+
+
+def compressed(method, settings=b""):
+    return encoded(element(0x5034, unsigned(0x4254, method), element(0x4255, settings)))
+
+
+def cue(time, place):
+    return element(0xBB, unsigned(0xB3, time), element(0xB7, unsigned(0xF7, 1), unsigned(0xF1, place)))
+
+
+def film(*parts, tracks=VIDEO + AUDIO + TEXTS, info=b"", size=None):
+    return head() + segment(element(INFO, info), element(TRACKS, tracks), *parts, size=size)
+
+
+def format_files():
+    front = len(element(INFO)) + len(element(TRACKS, VIDEO))
+    first = cluster(0, BLOCKS)
+    yield "no-length", film(first, cluster(1000, BLOCKS))
+    yield "hours", film(first, cluster(60000, block(3, 0)), info=HOURS)
+    yield "live", film(cluster(7000, BLOCKS, size=OPEN), cluster(8000, BLOCKS, size=OPEN), size=OPEN)
+    yield "sound-alone", film(first, tracks=AUDIO)
+    yield "cover-as-track", film(cluster(0, block(1, 0), block(2, 0)), tracks=track(1, 1, b"V_MJPEG", PICTURE) + AUDIO)
+    yield "last-cue", head() + segment(seek_head(seek(CUES, 20 + front + len(first))), element(INFO), element(TRACKS, VIDEO),
+                                       first, element(CUES, cue(0, 20 + front), cue(40, 20 + front)))
+    yield "encrypted", film(first, tracks=track(1, 1, b"V_VP9", PICTURE, encoded(unsigned(0x5033, 1))))
+    yield "stripped", film(cluster(0, block(2, 0, LAYER_2[2:])),
+                           tracks=track(2, 2, b"A_MPEG/L2", SOUND, compressed(3, LAYER_2[:2])))
+    yield "zlib", film(first, tracks=track(1, 1, b"V_MPEG2", PICTURE, compressed(0), element(0x63A2, b"no zlib")))
+    yield "both-encodings", film(first, tracks=track(1, 1, b"V_VP9", compressed(0) + compressed(3, b"x")))
+    for name, flags in (("xiph", 0x82), ("fixed", 0x84), ("ebml", 0x86)):
+        yield "laced-" + name, film(cluster(0, block(2, 0, b"\1\x98" + LAYER_2 + LAYER_2, flags)), tracks=AUDIO)
+    yield "group", film(cluster(0, element(0xA0, element(0xA1, b"\x81\0\5\0frame"), unsigned(0x9B, 77))))
+    yield "colours", film(first, tracks=track(1, 1, b"V_VP9", element(0xE0, unsigned(0xB0, 64), unsigned(0xBA, 48), element(
+        0x55B0, unsigned(0x55BA, 16), unsigned(0x55BC, 1000)), element(0x7670, element(0x7675, b"\x42\xB4\0\0")),
+        unsigned(0x54B0, 16), unsigned(0x54BA, 9), unsigned(0x54B2, 3)), element(0x41E4, unsigned(0x41E7, 4))))
+    for fourcc in (b"XVID", b"WVC1", b"ABCD"):
+        yield "windows-" + fourcc.decode(), film(first, tracks=track(
+            1, 1, b"V_MS/VFW/FOURCC", element(0x63A2, bytes(16) + fourcc + bytes(20))))
+    yield "not-tracks", head() + segment(element(INFO), first)
+    yield "not-a-segment", head()
+
+
 def seeds():
+    for name, content in format_files():
+        yield "format_matroska", name, content + DELIVERED_AS_IT_IS
     for name, content in cover_files():
         yield "cover_matroska", name, content

@@ -22,7 +22,7 @@ constexpr EBMLId kWritingApp = 0x5741;
 
 constexpr std::uint64_t kMicro = 1'000'000;
 constexpr std::uint64_t kNanosInMicro = 1000;
-constexpr std::uint64_t kLongest = kSound_MaxSeconds * kMicro;
+constexpr std::uint64_t kYear = kSound_MaxSeconds * kMicro;
 
 /// Days since the first of March of the year 0 in the proleptic Gregorian calendar, for the first of 2001.
 constexpr std::int64_t kDaysTo2001 = 730791;
@@ -50,13 +50,13 @@ Day DayOf(std::int64_t aDays) {
 
 std::uint64_t MatroskaInfo::GetMicroseconds(std::uint64_t aTicks) const {
     const std::uint64_t micros = MediaNumber_Scale(aTicks, mScale, kNanosInMicro);
-    return micros <= kLongest ? micros : 0;
+    return micros <= kYear ? micros : 0;
 }
 
 std::uint64_t MatroskaInfo::GetStatedMicroseconds() const {
     const double micros =
         std::round(mTicks * static_cast<double>(mScale) / static_cast<double>(kNanosInMicro));
-    return micros >= 1 && micros <= static_cast<double>(kLongest) ? static_cast<std::uint64_t>(micros) : 0;
+    return micros >= 1 && micros <= static_cast<double>(kYear) ? static_cast<std::uint64_t>(micros) : 0;
 }
 
 ezCString MatroskaInfo::GetDate() const {

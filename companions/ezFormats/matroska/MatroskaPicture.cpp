@@ -135,11 +135,11 @@ VideoRatio Unrounded(const VideoRatio& aShown) {
 /// known where neither side is stated, and so the codec's is as good.
 VideoRatio PixelAspectOf(const Numbers& aNumbers, const VideoFacts& aFacts) {
     constexpr std::uint64_t kUnknownUnit = 4;
-    constexpr std::uint64_t kLargest = INT32_MAX;
+    constexpr std::uint64_t kSide = INT32_MAX;
     // Of two pictures in one the sizes are those of one in files of some writers, and of both in others'.
     const bool fTold = aNumbers.mDisplayUnit < kUnknownUnit && aNumbers.mStereo == 0 &&
                        (aNumbers.mDisplayWidth | aNumbers.mDisplayHeight) != 0 &&
-                       aNumbers.mDisplayWidth <= kLargest && aNumbers.mDisplayHeight <= kLargest;
+                       aNumbers.mDisplayWidth <= kSide && aNumbers.mDisplayHeight <= kSide;
     if (!fTold) {
         return {};
     }
@@ -189,9 +189,9 @@ const char* HDROf(const Numbers& aNumbers) {
 /// quarters alone.
 unsigned OrientationOf(double aRoll) {
     constexpr unsigned kTurned[] = {1, 8, 3, 6};
-    constexpr double kMost = 360;
+    constexpr double kFullTurn = 360;
     const double quarters = aRoll / 90;
-    if (std::abs(aRoll) > kMost || std::floor(quarters) != quarters) {
+    if (std::abs(aRoll) > kFullTurn || std::floor(quarters) != quarters) {
         return 0;
     }
     const int turn = static_cast<int>(quarters);
@@ -203,7 +203,7 @@ unsigned OrientationOf(double aRoll) {
 VideoFacts ReadMatroskaPicture(const ByteReader& aVideo, std::uint32_t& aBudget) {
     constexpr std::uint64_t kInterlaced = 1;
     constexpr std::uint64_t kProgressive = 2;
-    constexpr std::uint64_t kMostBits = 16;
+    constexpr std::uint64_t kSampleBits = 16;
     const Numbers numbers = ReadNumbers(aVideo, aBudget);
     VideoFacts facts;
     facts.mWidth = Cropped(numbers.mWidth, numbers.mLeft, numbers.mRight);
@@ -212,7 +212,7 @@ VideoFacts ReadMatroskaPicture(const ByteReader& aVideo, std::uint32_t& aBudget)
     facts.mScan = numbers.mInterlaced == kInterlaced    ? kScan_Interlaced
                   : numbers.mInterlaced == kProgressive ? kScan_Progressive
                                                         : nullptr;
-    facts.mBitDepth = numbers.mBits <= kMostBits ? static_cast<std::uint32_t>(numbers.mBits) : 0;
+    facts.mBitDepth = numbers.mBits <= kSampleBits ? static_cast<std::uint32_t>(numbers.mBits) : 0;
     facts.mColours = ColoursOf(numbers);
     facts.mHDR = HDROf(numbers);
     facts.mOrientation = OrientationOf(numbers.mRoll);

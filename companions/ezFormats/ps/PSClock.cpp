@@ -32,21 +32,40 @@ std::uint64_t PSStretch::TrackStamps::GetTailTicks(const PSFrames& aFrames) cons
     return fFrames ? aFrames.GetTicks(mTail) : mStamps.GetSteps().mUsual;
 }
 
-std::uint64_t PSStretch::GetTicksTo(const PSStretch& aLater, const PSFrames& aFrames) const {
-    std::uint64_t most = 0;
-    bool fCommon = false;
+/// Ticks of the track of both that takes the longest, if there is one.
+std::optional<std::uint64_t> PSStretch::GetTrackTicksTo(const PSStretch& aLater,
+                                                        const PSFrames& aFrames) const {
+    std::optional<std::uint64_t> most;
     for (const TrackStamps& track : mTracks) {
         for (const TrackStamps& later : aLater.mTracks) {
             if (track.mID == later.mID) {
                 const std::uint64_t ticks =
                     StreamClock_Distance(track.mStamps.GetEarliest(), later.mStamps.GetLatest());
-                most = std::max(most, ticks + later.GetTailTicks(aFrames));
-                fCommon = true;
+                most = std::max(most.value_or(0), ticks + later.GetTailTicks(aFrames));
             }
         }
     }
-    const bool fClock = !fCommon && !mClock.IsEmpty() && !aLater.mClock.IsEmpty();
-    return fClock ? StreamClock_Distance(mClock.GetEarliest(), aLater.mClock.GetLatest()) : most;
+    return most;
+}
+
+std::uint64_t PSStretch::GetTicksTo(const PSStretch& aLater, const PSFrames& aFrames) const {
+    if (mTracks.empty() || aLater.mTracks.empty()) {
+        const bool fClock = !mClock.IsEmpty() && !aLater.mClock.IsEmpty();
+        return fClock ? StreamClock_Distance(mClock.GetEarliest(), aLater.mClock.GetLatest()) : 0;
+    }
+    std::uint64_t start = mTracks.front().mStamps.GetEarliest();
+    for (const TrackStamps& track : mTracks) {
+        const std::uint64_t earliest = track.mStamps.GetEarliest();
+        start = StreamClock_IsBefore(earliest, start) ? earliest : start;
+    }
+    std::uint64_t ticks = 0;
+    for (const TrackStamps& later : aLater.mTracks) {
+        const std::uint64_t end = StreamClock_Distance(start, later.mStamps.GetLatest());
+        ticks = std::max(ticks, end + later.GetTailTicks(aFrames));
+    }
+    // The stamps of a track may run elsewhere.
+    const std::uint64_t most = GetTrackTicksTo(aLater, aFrames).value_or(ticks);
+    return ticks - std::min(most, ticks) <= kPS_MaxClockStep ? ticks : most;
 }
 
 bool PSStretch::IsBetween(const PSStretch& aFirst, const PSStretch& aLast) const {

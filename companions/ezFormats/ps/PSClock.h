@@ -27,10 +27,10 @@ public:
 
     /// Whether tracks have stamps.
     bool HasStamps() const { return !mTracks.empty(); }
-    /// Ticks from its earliest picture or sound to the end of its latest: of the track that takes the
-    /// longest. By the clock of the packs where no track has a stamp.
+    /// Ticks from its earliest picture or sound to the end of its latest. By the clock of the packs where no
+    /// track has a stamp.
     std::uint64_t GetTicks(const PSFrames& aFrames) const { return GetTicksTo(*this, aFrames); }
-    /// The same up to the end of a later stretch; 0 where they have no track in common, and no clock.
+    /// The same up to the end of a later stretch; 0 where neither has a stamp or a clock.
     std::uint64_t GetTicksTo(const PSStretch& aLater, const PSFrames& aFrames) const;
     /// Whether it lies between two others, by the clock of the packs; true where there is none.
     bool IsBetween(const PSStretch& aFirst, const PSStretch& aLast) const;
@@ -44,6 +44,8 @@ private:
         /// Ticks of what begins with the latest stamp.
         std::uint64_t GetTailTicks(const PSFrames& aFrames) const;
     };
+
+    std::optional<std::uint64_t> GetTrackTicksTo(const PSStretch& aLater, const PSFrames& aFrames) const;
 
     StampWindow mClock;
     std::vector<TrackStamps> mTracks;

@@ -26,8 +26,8 @@ inline constexpr std::size_t kPS_WindowSize = std::size_t{240} * 1024;
 /// come as much later as a player holds of pictures.
 inline constexpr std::uint32_t kPS_MaxStartWindows = 4;
 
-/// Windows from the end back that are looked through for time stamps: one is enough but for a still picture at
-/// the end, and padding.
+/// Windows from the end back that are looked through for time stamps: one is enough but for a still picture
+/// at the end, and padding.
 inline constexpr std::uint32_t kPS_MaxEndWindows = 4;
 
 /// Windows between start and end that tell the rate of a file whose clock begins anew: as many titles of a

@@ -36,6 +36,8 @@ public:
     bool Next(PSPacket& aPacket);
     /// Packets and pack headers that followed directly upon another.
     std::size_t CountInOrder() const { return mInOrder; }
+    /// Whether no gap is before what comes next.
+    bool IsInOrder() const { return mfInOrder; }
 
 private:
     /// Where the next start code of a system stream stands from a place on; the end where there is none.

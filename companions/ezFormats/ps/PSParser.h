@@ -15,10 +15,10 @@ class PSBytes;
 /// the one of sound that play first, how many there are, and the length. A stream of MPEG video without a
 /// container is told without a length.
 ///
-/// A parse reads the first 8 KiB, 240 KiB from the start and the end each, and 32 KiB of the middle; more where
-/// sound begins late, where the end has no time stamps, and of a file whose clock begins anew. Of a DVD's
-/// file it reads the title set's information, which lies beside it. At most these are 24 reads and 8 MiB; a
-/// source that gives less at a time than it is asked for takes more reads for the same bytes.
+/// A parse reads the first 8 KiB, 240 KiB from the start and the end each, and 32 KiB of the middle; more
+/// where sound begins late, where the end has no time stamps, and of a file whose clock begins anew. Of a
+/// DVD's file it reads the title set's information, which lies beside it. At most these are 24 reads and 8
+/// MiB; a source that gives less at a time than it is asked for takes more reads for the same bytes.
 class PSParser : public FormatParser {
 public:
     /// Whether what begins there is of the format.

@@ -28,6 +28,22 @@ void ReadNavigation(const PSPacket& aPacket, PSClock& aClock) {
     }
 }
 
+/// The codec of a track of which nothing can be read: that which such streams have.
+const char* NameOf(const PSTrack& aTrack) {
+    switch (aTrack.mCodec) {
+    case StreamCodec::AC3:
+        return "AC3";
+    case StreamCodec::DTS:
+        return "DTS";
+    case StreamCodec::Unknown:
+    case StreamCodec::MPEGVideo:
+    case StreamCodec::MPEGAudio:
+        return StreamID_IsVideo(aTrack.mID.mStream) ? "MPEG2" : "MP2";
+    default:
+        return StreamCodec_GetName(aTrack.mCodec);
+    }
+}
+
 bool IsMedia(StreamKind aKind) {
     return aKind == StreamKind::Video || aKind == StreamKind::Audio;
 }
@@ -95,19 +111,23 @@ bool PSStart::IsStream() {
     PSContent content;
     PackHeader pack;
     bool fSyntax = false;
-    while (packets.CountInOrder() < kPS_LeastPackets && packets.Next(packet) &&
-           packet.mPlace <= kPS_MaxJunk) {
+    bool fMore = true;
+    while (packets.CountInOrder() < kPS_LeastPackets && (fMore = packets.Next(packet))) {
+        const unsigned char* const start = mWindow.mBytes + packet.mPlace;
         PESHeader header;
+        if (packets.CountInOrder() == 0 && packet.mPlace > kPS_MaxJunk) {
+            return false;
+        }
         if (packet.mCode == kStreamID_Pack && PackHeader_Read(packet.mBytes, packet.mSize, pack)) {
             mfMPEG1 = fSyntax ? mfMPEG1 : !pack.mfMPEG2;
             fSyntax = true;
         } else if (!fSyntax && mTracks.Read(mWindow.mBytes, packet, content)) {
-            const unsigned char* const start = mWindow.mBytes + packet.mPlace;
             mfMPEG1 = ReadPESHeader(start, mWindow.mSize - packet.mPlace, &header) && header.mfMPEG1;
             fSyntax = true;
         }
     }
-    return packets.CountInOrder() >= kPS_LeastPackets || (fSyntax && packets.CountInOrder() != 0);
+    // A still picture may be one packet.
+    return fMore || (packets.IsInOrder() && packets.CountInOrder() != 0);
 }
 
 /// Takes the payload of the track of a kind that plays first.
@@ -138,26 +158,30 @@ void PSStart::ReadFacts() {
         const StreamPayload& payload = mVideoPayload.mPayload;
         mVideo = ReadStreamVideo(video->mCodec, payload.GetBytes(), payload.GetSize()).value_or(VideoFacts());
         if (video->mfScrambled) {
-            const ezCString codec = mVideo->mCodec.IsEmpty() ? "MPEG2" : mVideo->mCodec;
             mVideo = VideoFacts();
-            mVideo->mCodec = EncryptedCodecName(codec);
+            mVideo->mCodec = EncryptedCodecName(NameOf(*video));
         }
     }
     const PSTrack* const audio = mTracks.GetFirst(StreamKind::Audio);
     if (audio != nullptr) {
-        const StreamPayload& payload = mAudioPayload.mPayload;
-        const StreamSound sound = ReadStreamSound(audio->mCodec, payload.GetBytes(), payload.GetSize());
-        mAudio = sound.mFacts;
-        const std::uint32_t rate = mAudio->mBitRate != 0 ? mAudio->mBitRate : mAudio->mEstimatedBitRate;
-        mFrames = {audio->mID, sound.mFrameTicks,
-                   MediaNumber_Scale(sound.mFrameTicks, rate, 8 * std::uint64_t{kStreamClock_Rate})};
-        if (audio->mfScrambled) {
-            const ezCString codec =
-                mAudio->mCodec.IsEmpty() ? StreamCodec_GetName(audio->mCodec) : mAudio->mCodec;
-            mAudio = AudioFacts();
-            mAudio->mCodec = EncryptedCodecName(codec);
-        }
+        ReadSound(*audio);
     }
+}
+
+void PSStart::ReadSound(const PSTrack& aTrack) {
+    const StreamPayload& payload = mAudioPayload.mPayload;
+    const StreamSound sound = ReadStreamSound(aTrack.mCodec, payload.GetBytes(), payload.GetSize());
+    mAudio = sound.mFacts;
+    if (mAudio->mCodec.IsEmpty()) {
+        mAudio->mCodec = StreamCodec_GetName(aTrack.mCodec);
+    }
+    if (aTrack.mfScrambled) {
+        mAudio = AudioFacts();
+        mAudio->mCodec = EncryptedCodecName(NameOf(aTrack));
+    }
+    const std::uint32_t rate = mAudio->mBitRate != 0 ? mAudio->mBitRate : mAudio->mEstimatedBitRate;
+    mFrames = {aTrack.mID, sound.mFrameTicks,
+               MediaNumber_Scale(sound.mFrameTicks, rate, 8 * std::uint64_t{kStreamClock_Rate})};
 }
 
 /// A film may have its sound later; a stream of sound alone has no pictures.

@@ -57,6 +57,7 @@ private:
     bool IsStream();
     void Gather(StreamKind aKind, Gathered& aGathered);
     void ReadFacts();
+    void ReadSound(const PSTrack& aTrack);
     bool IsComplete() const;
 
     PSWindow mWindow;

@@ -97,7 +97,7 @@ const PSTrack* PSTracks::Add(const PSContent& aContent) {
         track->mID = aContent.mID;
     }
     track->mfScrambled = track->mfScrambled || aContent.mfScrambled;
-    if (track->mCodec == StreamCodec::Unknown && !aContent.mfScrambled) {
+    if (track->mCodec == StreamCodec::Unknown) {
         track->mCodec = LookAt(aContent);
     }
     return &*track;
@@ -105,7 +105,7 @@ const PSTrack* PSTracks::Add(const PSContent& aContent) {
 
 /// The codec as it is told, else by what begins in the packet.
 StreamCodec PSTracks::LookAt(const PSContent& aContent) {
-    if (aContent.mCodec != StreamCodec::Unknown) {
+    if (aContent.mCodec != StreamCodec::Unknown || aContent.mfScrambled) {
         return aContent.mCodec;
     }
     return StreamID_IsVideo(aContent.mID.mStream) ? LookForVideo(aContent.mBytes, aContent.mSize)

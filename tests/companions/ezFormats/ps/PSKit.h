@@ -45,7 +45,7 @@ struct Film {
     std::string mAudio = LayerII();     ///< a frame, after what the stream puts before it
     std::uint64_t mAudioTicks = kLayerIITicks;
     unsigned mScrambling = 0;
-    std::string mHead; ///< after the first pack header
+    std::string mHead;     ///< after the first pack header
     std::size_t mFill = 0; ///< bytes of each later frame of pictures
 
     std::string PackAt(std::uint64_t aClock) const { return mfMPEG1 ? PackMPEG1(aClock) : Pack(aClock); }

@@ -33,9 +33,13 @@ constexpr uint32 kStreamFlags =
     kezDLNAFlag_DLNAVersion15 | kezDLNAFlag_BackgroundTransfer | kezDLNAFlag_StreamingTransfer;
 
 /// Of a format that is neither pictures nor video: sound, in an application type ("application/ogg") too.
-const char* ClassOf(const ezCString& aMimeType) {
-    const char* const kind = ezUPnPClass_OfMimeType(ezTrimmed(aMimeType.View()), false);
-    return *kind != '\0' ? kind : kezUPnPClass_AudioItem;
+/// Sound alone is sound, whatever its container usually holds.
+const char* ClassOf(const ezMediaInfo& anInfo) {
+    const ezCString type = anInfo.GetCString(kezInfo_MimeType, "");
+    const char* const kind = ezUPnPClass_OfMimeType(ezTrimmed(type.View()), false);
+    const bool fSound = anInfo.Has(kezInfo_AudioTrackCount) && !anInfo.Has(kezInfo_HasVideoTrack) &&
+                        std::string_view(kind) == kezUPnPClass_VideoItem;
+    return *kind == '\0' || fSound ? kezUPnPClass_AudioItem : kind;
 }
 
 /// A MIME type as it is compared: without parameters, in lower case.
@@ -138,7 +142,7 @@ void FormatParser::Announce(ezMediaInfo& anInfo, bool afSizeKnown,
     if (!match.mMimeType.IsEmpty() && !anInfo.Has(kezInfo_DLNA)) {
         anInfo.Set(kezInfo_MimeType, match.mMimeType, true);
     }
-    const char* const kind = ClassOf(anInfo.GetCString(kezInfo_MimeType, ""));
+    const char* const kind = ClassOf(anInfo);
     ezDLNAField field = ezDLNAField::OfProfile(std::move(match.mProfile));
     if (afSizeKnown) {
         field.SetByteSeek(true);

@@ -180,7 +180,9 @@ inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const FormatDesc
     const std::string type(anInfo.GetCString(kezInfo_MimeType, "").View());
     FuzzCheck(aFormat.Announces(type));
     const std::string kind = type.substr(0, type.find('/'));
-    FuzzCheck(anInfo.GetCString(kezInfo_ClassName, "") == ("item." + kind + "Item").c_str());
+    const bool fSound = anInfo.Has(kezInfo_AudioTrackCount) && !anInfo.Has(kezInfo_HasVideoTrack);
+    FuzzCheck(anInfo.GetCString(kezInfo_ClassName, "") ==
+              (fSound ? "item.audioItem" : ("item." + kind + "Item").c_str()));
     const std::string field(anInfo.GetCString(kezInfo_DLNA, "").View());
     const bool fProfile = field.compare(0, 12, "DLNA.ORG_PN=") == 0;
     const std::string profile = fProfile ? field.substr(0, field.find(';')) : "*";

@@ -956,3 +956,28 @@ TEST_F(FileMediaParserStream, FailuresAreNotLogged) {
     EXPECT_FALSE(Exact(stream, 10000).mfResult);
     EXPECT_EQ(log.Texts(), std::vector<std::string>());
 }
+
+// ---- what lies beside the file ----
+
+TEST(FileMediaParserStreamBeside, OpensARegularFileOfItsFolderAndNothingElse) {
+    const TemporaryFolder folder;
+    const std::string path = folder.GetPath();
+    std::ofstream(path + "/film.vob") << "film";
+    std::ofstream(path + "/film.ifo") << "table";
+    std::filesystem::create_directory(path + "/folder");
+    std::filesystem::create_symlink("film.ifo", path + "/link.ifo");
+    ASSERT_EQ(mkfifo((path + "/pipe").c_str(), 0600), 0);
+    ezFileMediaParserStream stream(ezCString((path + "/film.vob").c_str()));
+    for (const char* const name : {"film.ifo", "link.ifo"}) {
+        const auto beside = stream.OpenBeside(name);
+        ASSERT_NE(beside, nullptr) << name;
+        EXPECT_EQ(beside->GetMediaSize(), 5U);
+        EXPECT_EQ(beside->GetFullPath(), (path + "/" + name).c_str());
+    }
+    const std::string out = "../" + std::filesystem::path(path).filename().string() + "/film.ifo";
+    for (const std::string& name :
+         {std::string(), std::string("."), std::string(".."), std::string("folder"), std::string("pipe"),
+          std::string("FILM.IFO"), out, path + "/film.ifo", std::string("film.ifo\0", 9)}) {
+        EXPECT_EQ(stream.OpenBeside(ezCString(std::string_view(name))), nullptr) << name;
+    }
+}

@@ -1,13 +1,28 @@
 #include "ezFormats/ps/PSClock.h"
 
+#include "ezFormats/codecs/MPEGVideoHeaders.h"
+#include "ezFormats/mpegsystem/PESHeader.h"
 #include "ezFormats/ps/PSLimits.h"
 
 #include <algorithm>
 #include <utility>
 
-std::uint64_t PSFrames::GetTicks(std::uint64_t aBytes) const {
-    const std::uint64_t count = mBytes != 0 ? aBytes / mBytes : 0;
-    return mTicks * std::max<std::uint64_t>(count, 1);
+void PSPictures::Add(const unsigned char* aBytes, std::size_t aSize) {
+    constexpr std::size_t kHeader = 6; // start code, and the bytes of temporal_reference
+    for (std::size_t i = 0; i + kHeader <= aSize; ++i) {
+        const unsigned char* const unit = aBytes + i;
+        if (unit[0] != 0 || unit[1] != 0 || unit[2] != 1) {
+            continue;
+        }
+        if (unit[3] == kMPEGVideo_Group && mfStarted) { // the references begin anew
+            mOffset = mLast + 1;
+        } else if (unit[3] == kMPEGVideo_Picture) {
+            const std::int64_t reference = unit[4] << 2 | unit[5] >> 6;
+            mOffset = mfStarted ? mOffset : -reference;
+            mfStarted = true;
+            mLast = std::max(mLast, reference + mOffset);
+        }
+    }
 }
 
 void PSStretch::AddContent(const PSContent& aContent) {
@@ -17,19 +32,28 @@ void PSStretch::AddContent(const PSContent& aContent) {
         if (!aContent.mPTS.has_value() || mTracks.size() == kPS_MaxTracks) {
             return;
         }
-        mTracks.push_back({aContent.mID, {}});
+        mTracks.emplace_back();
+        mTracks.back().mID = aContent.mID;
         track = mTracks.end() - 1;
     }
     if (aContent.mPTS.has_value()) {
         track->mStamps.Add(*aContent.mPTS);
-        track->mTail = track->mStamps.GetLatest() == *aContent.mPTS ? 0 : track->mTail;
+        const bool fLatest = track->mStamps.GetLatest() == *aContent.mPTS;
+        track->mTail = fLatest ? 0 : track->mTail;
+        track->mPictures = fLatest ? PSPictures() : track->mPictures;
     }
     track->mTail += aContent.mSize;
+    if (StreamID_IsVideo(aContent.mID.mStream)) {
+        track->mPictures.Add(aContent.mBytes, aContent.mSize);
+    }
 }
 
 std::uint64_t PSStretch::TrackStamps::GetTailTicks(const PSFrames& aFrames) const {
-    const bool fFrames = mID == aFrames.mTrack && aFrames.mTicks != 0;
-    return fFrames ? aFrames.GetTicks(mTail) : mStamps.GetSteps().mUsual;
+    const bool fVideo = StreamID_IsVideo(mID.mStream) || mID.mStream == kStreamID_Extended;
+    const std::uint64_t ticks = fVideo ? aFrames.mPictureTicks : aFrames.mSoundTicks;
+    const std::uint64_t frames = aFrames.mSoundBytes != 0 ? mTail / aFrames.mSoundBytes : 0;
+    const std::uint64_t tail = ticks * std::max<std::uint64_t>(fVideo ? mPictures.CountShown() : frames, 1);
+    return ticks != 0 ? tail : mStamps.GetSteps().mUsual;
 }
 
 /// Ticks of the track of both that takes the longest, if there is one.
@@ -82,7 +106,7 @@ void PSClock::AddClock(std::uint64_t aClock) {
         const std::uint64_t step = StreamClock_Distance(*mClock, aClock);
         const std::uint64_t slip = StreamClock_Distance(aClock, *mClock);
         if (step > kPS_MaxClockStep && slip > kPS_MaxClockSlip) {
-            mEnded += mLast.GetTicks({});
+            mEnded += mLast.GetTicks(mFrames);
             if (!mfRestarts) {
                 mFirst = std::move(mLast);
             }
@@ -99,8 +123,8 @@ void PSClock::AddObject(std::uint32_t aNumber) {
     mLastObject = aNumber;
 }
 
-std::uint64_t PSClock::GetTicks(const PSFrames& aFrames) const {
-    return mEnded + mLast.GetTicks(aFrames);
+std::uint64_t PSClock::GetTicks() const {
+    return mEnded + mLast.GetTicks(mFrames);
 }
 
 bool PSClock::IsOfOtherObject(const PSClock& anOther) const {

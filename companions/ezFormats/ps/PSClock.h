@@ -8,14 +8,26 @@
 #include <optional>
 #include <vector>
 
-/// The frames of a track of sound, by which the bytes after its last stamp are time.
+/// The frames of a file's sound and pictures, by which what follows the last stamps is time. What is 0 is not
+/// known. Tracks of one kind are taken for alike.
 struct PSFrames {
-    PSTrackID mTrack;
-    std::uint64_t mTicks = 0; ///< of one
-    std::uint64_t mBytes = 0; ///< of one; 0: not known
+    std::uint64_t mSoundTicks = 0; ///< of a frame of sound
+    std::uint64_t mSoundBytes = 0;
+    std::uint64_t mPictureTicks = 0; ///< of a picture of MPEG video
+};
 
-    /// Ticks of those that lie in so many bytes, of one at least.
-    std::uint64_t GetTicks(std::uint64_t aBytes) const;
+/// The pictures of MPEG video in a row, in the order in which they are shown (temporal_reference).
+class PSPictures {
+public:
+    /// Takes those whose headers lie there.
+    void Add(const unsigned char* aBytes, std::size_t aSize);
+    /// How many are shown from the first one on, that included; 0 where there is none.
+    std::uint64_t CountShown() const { return mfStarted ? static_cast<std::uint64_t>(mLast + 1) : 0; }
+
+private:
+    bool mfStarted = false;
+    std::int64_t mOffset = 0; ///< from the reference to the place after the first picture
+    std::int64_t mLast = 0;
 };
 
 /// The stamps between two places at which the clock of a stream begins anew.
@@ -40,6 +52,7 @@ private:
         PSTrackID mID;
         StampWindow mStamps;
         std::uint64_t mTail = 0; ///< bytes from the packet of the latest stamp on
+        PSPictures mPictures;    ///< in these
 
         /// Ticks of what begins with the latest stamp.
         std::uint64_t GetTailTicks(const PSFrames& aFrames) const;
@@ -54,6 +67,8 @@ private:
 /// What a part of a file tells of time: one stretch, or several where the clock begins anew within it.
 class PSClock {
 public:
+    /// States the frames, before anything is added.
+    void SetFrames(const PSFrames& aFrames) { mFrames = aFrames; }
     /// A pack begins.
     void AddClock(std::uint64_t aClock);
     void AddContent(const PSContent& aContent) { mLast.AddContent(aContent); }
@@ -66,12 +81,13 @@ public:
     const PSStretch& GetFirst() const { return mfRestarts ? mFirst : mLast; }
     const PSStretch& GetLast() const { return mLast; }
     /// Ticks of all stretches.
-    std::uint64_t GetTicks(const PSFrames& aFrames) const;
+    std::uint64_t GetTicks() const;
     std::uint64_t GetBytes() const { return mBytes; }
     /// Whether another part is known to be of another video object.
     bool IsOfOtherObject(const PSClock& anOther) const;
 
 private:
+    PSFrames mFrames;
     PSStretch mFirst; ///< where there are several
     PSStretch mLast;
     bool mfRestarts = false;

@@ -24,6 +24,7 @@ std::uint64_t Microseconds(std::uint64_t aTicks) {
 /// A part of the file, by its place.
 PSClock ReadPart(PSBytes& aBytes, PSStart& aStart, std::uint64_t aPlace, std::size_t aSize) {
     PSClock clock;
+    clock.SetFrames(aStart.GetFrames());
     if (aStart.GetWindow().Read(aBytes, aPlace, aSize)) {
         ReadPSWindow(aStart.GetWindow(), aStart.GetTracks(), clock);
     }
@@ -55,9 +56,8 @@ bool RunsOn(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::uint64_
     if (start.HasRestarts() || anEnd.HasRestarts() || anEnd.IsOfOtherObject(start)) {
         return false;
     }
-    const std::uint64_t local = ByRate(
-        aBytes.GetStreamSize(aSize), start.GetTicks(aStart.GetFrames()) + anEnd.GetTicks(aStart.GetFrames()),
-        start.GetBytes() + anEnd.GetBytes());
+    const std::uint64_t local = ByRate(aBytes.GetStreamSize(aSize), start.GetTicks() + anEnd.GetTicks(),
+                                       start.GetBytes() + anEnd.GetBytes());
     if (local != 0 && (aTicks / kPS_MaxRateFactor > local || local / kPS_MaxRateFactor > aTicks)) {
         return false;
     }
@@ -77,7 +77,7 @@ PSLength Estimate(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::u
     std::uint64_t bytes = 0;
     std::uint64_t least = UINT64_MAX;
     const auto add = [&](const PSClock& aClock) {
-        const std::uint64_t found = aClock.GetTicks(aStart.GetFrames());
+        const std::uint64_t found = aClock.GetTicks();
         if (found != 0) {
             ticks += found;
             bytes += aClock.GetBytes();
@@ -105,7 +105,9 @@ PSLength MeasurePS(PSBytes& aBytes, PSStart& aStart) {
         return {};
     }
     if (*size <= aStart.GetEnd()) {
-        return {Microseconds(aStart.GetClock().GetTicks(aStart.GetFrames())), kByStamps, 0};
+        const std::uint64_t ticks = aStart.GetClock().GetTicks();
+        const bool fStill = !aStart.GetAudio().has_value() && ticks <= aStart.GetFrames().mPictureTicks;
+        return {fStill ? 0 : Microseconds(ticks), kByStamps, 0}; // a still picture stands as long as one likes
     }
     const PSClock end = ReadEnd(aBytes, aStart, *size);
     const std::uint64_t ticks = aStart.GetClock().GetFirst().GetTicksTo(end.GetLast(), aStart.GetFrames());

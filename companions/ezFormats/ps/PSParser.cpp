@@ -104,8 +104,5 @@ bool PSParser::ReadStream(PSBytes& aBytes, ezMediaInfo& anInfo) const {
         film.mSize = aBytes.GetStreamSize(*aBytes.GetFileSize());
     }
     film.Store(anInfo);
-    if (!film.mVideo.has_value()) {
-        anInfo.Set(kezInfo_ClassName, kezUPnPClass_AudioItem, true);
-    }
     return true;
 }

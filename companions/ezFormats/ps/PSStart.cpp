@@ -14,6 +14,9 @@
 
 namespace {
 
+constexpr std::uint64_t kMilli = 1000;
+constexpr std::uint64_t kSampleTicks = 90; // of plain samples, which have no frames: a millisecond
+
 /// What a pack of a DVD's navigation tells of the video object that it belongs to: in its second packet, the
 /// data search information, of which the object's number is one field.
 void ReadNavigation(const PSPacket& aPacket, PSClock& aClock) {
@@ -91,10 +94,13 @@ bool PSStart::Read(PSBytes& aBytes) {
         if (i == 0 && !IsStream()) {
             return false;
         }
-        ReadPSWindow(mWindow, mTracks, mClock);
+        PSClock unused; // before the frames are known
+        ReadPSWindow(mWindow, mTracks, unused);
         Gather(StreamKind::Video, mVideoPayload);
         Gather(StreamKind::Audio, mAudioPayload);
         ReadFacts();
+        mClock.SetFrames(mFrames);
+        ReadPSWindow(mWindow, mTracks, mClock);
         mEnd += aBytes.GetWindowSize();
         if (IsComplete() || mEnd >= aBytes.GetFileSize().value_or(UINT64_MAX)) {
             break;
@@ -157,6 +163,9 @@ void PSStart::ReadFacts() {
     if (video != nullptr) {
         const StreamPayload& payload = mVideoPayload.mPayload;
         mVideo = ReadStreamVideo(video->mCodec, payload.GetBytes(), payload.GetSize()).value_or(VideoFacts());
+        const bool fPictures = video->mCodec == StreamCodec::MPEGVideo && mVideo->mFrameRate != 0;
+        mFrames.mPictureTicks =
+            fPictures ? MediaNumber_Scale(kStreamClock_Rate, kMilli, mVideo->mFrameRate) : 0;
         if (video->mfScrambled) {
             mVideo = VideoFacts();
             mVideo->mCodec = EncryptedCodecName(NameOf(*video));
@@ -180,8 +189,11 @@ void PSStart::ReadSound(const PSTrack& aTrack) {
         mAudio->mCodec = EncryptedCodecName(NameOf(aTrack));
     }
     const std::uint32_t rate = mAudio->mBitRate != 0 ? mAudio->mBitRate : mAudio->mEstimatedBitRate;
-    mFrames = {aTrack.mID, sound.mFrameTicks,
-               MediaNumber_Scale(sound.mFrameTicks, rate, 8 * std::uint64_t{kStreamClock_Rate})};
+    mFrames.mSoundTicks = sound.mFrameTicks != 0 ? sound.mFrameTicks : kSampleTicks;
+    mFrames.mSoundBytes = MediaNumber_Scale(mFrames.mSoundTicks, rate, 8 * std::uint64_t{kStreamClock_Rate});
+    if (mFrames.mSoundBytes == 0) {
+        mFrames.mSoundTicks = 0;
+    }
 }
 
 /// A film may have its sound later; a stream of sound alone has no pictures.

@@ -101,6 +101,7 @@ set(MORE_ac3 ${FORMATS}/codecs/AC3Header.cpp ${FORMATS}/codecs/EAC3Header.cpp ${
 set(MORE_adts ${FORMATS}/codecs/ADTSHeader.cpp)
 set(MORE_dts ${FORMATS}/frames/*.cpp)
 set(MORE_mlp ${FORMATS}/codecs/AC3Header.cpp ${FORMATS}/codecs/MLPHeader.cpp ${FORMATS}/frames/*.cpp)
+set(MORE_ts ${FORMATS}/mpegsystem/*.cpp)
 set(MAGICS)
 get_property(FOLDERS GLOBAL PROPERTY EZ_FORMAT_FOLDERS)
 foreach(FOLDER ${FOLDERS})

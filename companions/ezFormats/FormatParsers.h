@@ -31,6 +31,7 @@ class ezMediaParserManager;
     FORMAT(musepack, MusepackParser)                                                                         \
     FORMAT(ape, APEParser)                                                                                   \
     FORMAT(wavpack, WavPackParser)                                                                           \
+    FORMAT(ts, TSParser)                                                                                     \
     FORMAT(adts, ADTSParser)                                                                                 \
     FORMAT(ac3, AC3Parser)                                                                                   \
     FORMAT(dts, DTSParser)                                                                                   \

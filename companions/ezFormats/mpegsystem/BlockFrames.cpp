@@ -71,7 +71,8 @@ bool Find(Block& aBlock, CodedFrame* aFirst) {
             return true;
         }
     }
-    return false;
+    return aBlock.Read(0, aFirst) && aFirst->mSamples != 0 && aFirst->mSamplingRate != 0 &&
+           !aBlock.HasAll(*aFirst);
 }
 
 } // namespace

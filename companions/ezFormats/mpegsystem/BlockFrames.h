@@ -18,6 +18,7 @@ struct BlockFrames {
     std::uint32_t GetBitRate() const;
 };
 
-/// Finds them: the first is one that another follows, or that ends the block. False where there is none.
+/// Finds them: the first is one that another follows, or that ends the block; where there is none, and the
+/// block begins with a frame that is cut, that. False where there is none either.
 bool ReadBlockFrames(const FrameReader& aReader, const unsigned char* aBytes, std::size_t aSize,
                      BlockFrames* aFrames);

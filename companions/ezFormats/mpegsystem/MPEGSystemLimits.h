@@ -12,6 +12,10 @@ inline constexpr std::size_t kMPEGSystem_VideoPayload = std::size_t{256} * 1024;
 /// its headers so often, and two frames of any other codec.
 inline constexpr std::size_t kMPEGSystem_AudioPayload = std::size_t{64} * 1024;
 
+/// Bytes of the payload of a track that does not play first, and of one of which nothing tells what it holds:
+/// two frames of most codecs.
+inline constexpr std::size_t kMPEGSystem_OtherPayload = std::size_t{4} * 1024;
+
 /// Time stamps of one window of a track of which the steps between pictures are told: of ten seconds, and
 /// enough that one lost packet is none of the usual steps.
 inline constexpr std::size_t kStampWindow_MaxKept = 256;

@@ -14,6 +14,8 @@
 
 #include "ezBytes/BitReader.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Frames of MPEG audio (ISO/IEC 11172-3, 2.4.1). One that states no rate does not say where the next stands.
@@ -61,6 +63,8 @@ StreamSound SoundOf(const BlockFrames& aFrames, const char* aCodec) {
     } else {
         (aFrames.mfConstant ? sound.mFacts.mBitRate : sound.mFacts.mEstimatedBitRate) = aFrames.GetBitRate();
     }
+    const std::uint64_t mean = aFrames.mFrames != 0 ? aFrames.mBytes / aFrames.mFrames : first.mSize;
+    sound.mFrameBytes = static_cast<std::uint32_t>(mean);
     sound.mFrameTicks =
         static_cast<std::uint32_t>(std::uint64_t{first.mSamples} * kStreamClock_Rate / first.mSamplingRate);
     return sound;
@@ -202,6 +206,14 @@ StreamSound ReadAs(StreamCodec aCodec, const unsigned char* aBytes, std::size_t 
 }
 
 } // namespace
+
+std::uint64_t StreamSound::GetTicksOf(std::uint64_t aBytes) const {
+    // Frames of a varying size may be smaller than those that the mean is of: rather one too many.
+    const std::uint64_t part =
+        mFacts.mBitRate != 0 ? mFrameBytes / 2 : mFrameBytes - std::min(mFrameBytes, 1U);
+    const std::uint64_t frames = mFrameBytes != 0 ? (aBytes + part) / mFrameBytes : 0;
+    return std::max<std::uint64_t>(frames, 1) * mFrameTicks;
+}
 
 StreamSound ReadStreamSound(StreamCodec aCodec, const unsigned char* aBytes, std::size_t aSize) {
     StreamSound sound = ReadAs(aCodec, aBytes, aSize);

@@ -10,6 +10,10 @@
 struct StreamSound {
     AudioFacts mFacts;
     std::uint32_t mFrameTicks = 0; ///< of kStreamClock_Rate that a frame takes; 0: not known
+    std::uint32_t mFrameBytes = 0; ///< the mean of those that are there; 0: not known
+
+    /// Ticks of the frames in so many bytes of payload, one at the least; 0 where a frame's are not known.
+    std::uint64_t GetTicksOf(std::uint64_t aBytes) const;
 };
 
 /// Reads the sound of a track in a transport or program stream.

@@ -119,7 +119,7 @@ void StoreEvent(TSHead& aHead, std::uint64_t aTicks, ezMediaInfo& anInfo) {
 
 } // namespace
 
-/// Packets from there on, in which tables or the start of a stream's packet stand.
+/// Packets near there, in which tables or the start of a stream's packet stand.
 bool TSParser::IsAt(ByteReader aBytes) {
     constexpr std::size_t kLook = (kTS_SyncRun + 1) * kTSPacket_ParitySize;
     std::vector<unsigned char> start(
@@ -127,8 +127,7 @@ bool TSParser::IsAt(ByteReader aBytes) {
     if (!aBytes.Read(start.data(), start.size())) {
         return false;
     }
-    const std::optional<TSLayout> layout = FindTSLayout(start.data(), start.size(), false);
-    return layout.has_value() && layout->mStart <= 4;
+    return FindTSLayout(start.data(), start.size(), false).has_value();
 }
 
 bool TSParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {

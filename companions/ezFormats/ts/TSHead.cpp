@@ -187,8 +187,8 @@ bool TSHead::ReadBlock(std::size_t aSize) {
         mTables.Take(packet);
     }
     const bool fUntold = !mProgram && mTracks.empty();
-    if (fUntold &&
-        (ChooseProgram() || mEnd + size >= std::min<std::uint64_t>(kTS_TableWindow, mBytes.GetEnd()))) {
+    const bool fLast = size < aSize || mEnd + size >= mBytes.GetEnd();
+    if (fUntold && (ChooseProgram() || fLast || mEnd + size >= kTS_TableWindow)) {
         MakeTracks();
     }
     Gather(block, size, mEnd);
@@ -196,9 +196,8 @@ bool TSHead::ReadBlock(std::size_t aSize) {
         track.Read();
     }
     const std::uint64_t end = std::max<std::uint64_t>(walk.GetPosition(), mEnd + 1);
-    const bool fMore = end < mBytes.GetEnd() && size >= aSize;
     mEnd = end;
-    return fMore;
+    return !fLast && end < mBytes.GetEnd();
 }
 
 void TSHead::Read() {

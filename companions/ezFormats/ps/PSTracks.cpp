@@ -17,7 +17,8 @@ constexpr std::uint8_t kLastVC1 = 0x5F;
 /// Video by the first start code that its codec begins with, wherever the packet was cut.
 StreamCodec LookForVideo(const unsigned char* aBytes, std::size_t aSize) {
     for (std::size_t i = 0; i + 12 <= aSize; ++i) {
-        if (aBytes[i] != 0 || aBytes[i + 1] != 0) {
+        const bool fCode = aBytes[i + 2] == 1 || (aBytes[i + 2] == 0 && aBytes[i + 3] == 1);
+        if (aBytes[i] != 0 || aBytes[i + 1] != 0 || !fCode) {
             continue;
         }
         const StreamCodec codec = StreamCodec_OfPayload(aBytes + i, aSize - i);

@@ -30,7 +30,6 @@ constexpr std::uint64_t kEntriesStart = 8;
 constexpr std::uint64_t kEntryOffset = 4;
 constexpr std::uint64_t kCellCount = 3;
 constexpr std::uint64_t kCellsOffset = 0xE8;
-constexpr std::uint64_t kCellSize = 24;
 constexpr std::uint64_t kCellGap = 8; ///< between the sector of the first unit and that of the last's end
 
 /// A reader that stands at a place.

@@ -196,8 +196,8 @@ TEST(MatroskaParser, ScanRateColoursAndTurnAreThoseOfTheTrack) {
     EXPECT_EQ(told(Number(0x9A, 2)), "\"progressive\"||||");
     EXPECT_EQ(told("", Number(0x23E383, 41'708'333)), "|23976|||");
     EXPECT_EQ(told("", Number(0x23E383, 0)), "||||");
-    EXPECT_EQ(told(roll(90)), "||6||");
-    EXPECT_EQ(told(roll(-90)), "||8||");
+    EXPECT_EQ(told(roll(90)), "||8||"); // counter-clockwise
+    EXPECT_EQ(told(roll(-90)), "||6||");
     EXPECT_EQ(told(roll(180)), "||3||");
     EXPECT_EQ(told(roll(-180)), "||3||");
     EXPECT_EQ(told(roll(45)), "||||");

@@ -138,6 +138,8 @@ std::optional<std::int64_t> ReadEBMLDate(ByteReader aContent) {
     if (aContent.GetLeft() != 8) {
         return std::nullopt;
     }
-    const std::int64_t value = ReadEBMLSigned(aContent);
-    return value;
+    const std::uint64_t bytes = aContent.ReadBig(8);
+    std::int64_t value = 0;
+    std::memcpy(&value, &bytes, sizeof value);
+    return aContent.HasFailed() ? std::nullopt : std::optional<std::int64_t>(value);
 }

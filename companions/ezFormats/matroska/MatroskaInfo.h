@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ezFormats/matroska/MatroskaWriting.h"
+
 #include "ezBytes/ByteReader.h"
 
 #include "ezPlatform/text/CString.h"
-
-#include "ezFormats/matroska/MatroskaTags.h"
 
 #include <cstdint>
 
@@ -19,8 +19,6 @@ struct MatroskaInfo {
     std::uint64_t GetMicroseconds(std::uint64_t aTicks) const;
     /// The same of the stated length.
     std::uint64_t GetStatedMicroseconds() const;
-    /// When it was written, as a record has it; empty where that is not stated, or no date.
-    ezCString GetDate() const;
 };
 
 /// Reads it.

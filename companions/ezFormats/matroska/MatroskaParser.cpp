@@ -166,7 +166,7 @@ private:
     void StoreTexts(ezMediaInfo& anInfo) {
         MusicTexts& texts = mTags.mTexts;
         texts.mTitle = texts.mTitle.IsEmpty() ? mInfo.mTitle : texts.mTitle;
-        texts.mDate = texts.mDate.IsEmpty() ? mInfo.GetDate() : texts.mDate;
+        texts.mDate = texts.mDate.IsEmpty() ? mInfo.mWriting.GetDate() : texts.mDate;
         texts.mLanguages = ezCString(); // those of the tracks are told
         texts.Store(anInfo);
     }

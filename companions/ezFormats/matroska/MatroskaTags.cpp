@@ -161,28 +161,9 @@ std::uint64_t NanosecondsOf(std::string_view aText) {
     return ((hours * 60 + minutes) * 60 + seconds) * kSecond + nanoseconds;
 }
 
-/// The second of a date of Info, in the form of CleanDate; empty for one that no file was written on.
-ezCString DateOf(const std::optional<std::int64_t>& aNanoseconds) {
-    constexpr std::int64_t kDay = 86400;
-    constexpr std::int64_t kDaysOf400Years = 146097; // the calendar begins anew then; 2000-03-01 is its start
-    constexpr std::int64_t kDaysTo2001 = 306;
-    if (!aNanoseconds || *aNanoseconds < 0) {
-        return {};
-    }
-    const std::int64_t seconds = *aNanoseconds / 1000000000;
-    const std::int64_t day = seconds / kDay + kDaysTo2001;
-    const std::int64_t ofEra = day % kDaysOf400Years;
-    // Years begin in March here, so that the leap day is the last of its year.
-    const std::int64_t year = (ofEra - ofEra / 1460 + ofEra / 36524 - ofEra / 146096) / 365;
-    const std::int64_t ofYear = ofEra - (365 * year + year / 4 - year / 100);
-    const std::int64_t month = (5 * ofYear + 2) / 153;
-    const bool fNext = month >= 10;
-    const std::int64_t second = seconds % kDay;
-    return ezCString::Format(
-        "%04d-%02d-%02dT%02d:%02d:%02d",
-        static_cast<int>(2000 + day / kDaysOf400Years * 400 + year + (fNext ? 1 : 0)),
-        static_cast<int>(fNext ? month - 9 : month + 3), static_cast<int>(ofYear - (153 * month + 2) / 5 + 1),
-        static_cast<int>(second / 3600), static_cast<int>(second / 60 % 60), static_cast<int>(second % 60));
+/// A date of CleanDate without its zone.
+std::string_view SecondOf(const ezCString& aDate) {
+    return aDate.View().substr(0, std::string_view("2001-01-01T00:00:00").size());
 }
 
 /// Numbers that muxers count.
@@ -212,9 +193,9 @@ public:
             const ezCString app = ReadEBMLText(aTag.mText);
             mfApp = !app.IsEmpty() && (app == mWriting.mWritingApp || app == mWriting.mMuxingApp);
         } else if (ezIsEqualNoCase(name, "_STATISTICS_WRITING_DATE_UTC")) {
-            const ezCString date = CleanDate(ReadEBMLText(aTag.mText).View()); // maybe with its zone, UTC
-            const ezCString written = DateOf(mWriting.mDate);
-            mfDate = !written.IsEmpty() && date.View().substr(0, written.View().size()) == written.View();
+            const ezCString date = CleanDate(ReadEBMLText(aTag.mText).View()); // UTC, whether it says so or not
+            const ezCString written = mWriting.GetDate();
+            mfDate = !written.IsEmpty() && SecondOf(date) == SecondOf(written);
         }
     }
 

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "ezFormats/matroska/MatroskaWriting.h"
 #include "ezFormats/tags/MusicTexts.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
 
-#include "ezPlatform/text/CString.h"
-
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 /// What a muxer counted of one track, and put into its tags. What is 0 is not told.
@@ -20,13 +18,6 @@ struct MatroskaTrackCounts {
     std::uint64_t mFrames = 0;
     /// They were counted when this file was written, and not copied from the one it was made of.
     bool mfOfThisFile = false;
-};
-
-/// What Info says of who wrote the file, and when.
-struct MatroskaWriting {
-    std::optional<std::int64_t> mDate; ///< DateUTC: nanoseconds since the start of 2001
-    ezCString mMuxingApp;
-    ezCString mWritingApp;
 };
 
 /// What tags tell of a file: texts, and counts of its tracks.

@@ -20,6 +20,13 @@ using ebml::Size;
 using ebml::Unknown;
 using Strings = std::vector<std::string>;
 
+/// Bytes of which nobody knows how many there are.
+class Endless : public BlockBytes {
+public:
+    using BlockBytes::BlockBytes;
+    std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
+};
+
 BlockBytes BytesOf(const std::string& aBytes) {
     return {reinterpret_cast<const unsigned char*>(aBytes.data()), aBytes.size()};
 }
@@ -114,11 +121,6 @@ TEST(EBMLWalk, SizeBeyondTheEndIsCutToWhatThereIs) {
 }
 
 TEST(EBMLWalk, SizeNextToTheLargestIsCountedWhereTheEndIsUnknown) {
-    class Endless : public BlockBytes {
-    public:
-        using BlockBytes::BlockBytes;
-        std::optional<std::uint64_t> GetSize() const override { return std::nullopt; }
-    };
     const std::string text = ebml::Id(0x83) + Size((std::uint64_t{1} << 56) - 2, 8);
     Endless bytes(reinterpret_cast<const unsigned char*>(text.data()), text.size());
     std::uint32_t budget = 10;
@@ -230,4 +232,7 @@ TEST(EBMLValues, DatesHaveEightBytes) {
     EXPECT_EQ(Of(ReadEBMLDate, Big(UINT64_MAX, 8)), -1);
     EXPECT_EQ(Of(ReadEBMLDate, Big(1, 7)), std::nullopt);
     EXPECT_EQ(Of(ReadEBMLDate, ""), std::nullopt);
+    const std::string cut(7, '\1');
+    Endless bytes(reinterpret_cast<const unsigned char*>(cut.data()), cut.size());
+    EXPECT_EQ(ReadEBMLDate(ByteReader(bytes).Take(8)), std::nullopt);
 }

@@ -217,7 +217,7 @@ std::string Where(const ProfileRule& aRule) {
 
 TEST(BuiltInProfileRules, HaveNoProblem) {
     EXPECT_EQ(ProblemsOf(std::string(ProfileRules::BuiltInText())), std::vector<std::string>());
-    EXPECT_GT(BuiltInRules().size(), 50U);
+    EXPECT_GT(BuiltInRules().size(), 300U);
     for (const ProfileRule& rule : BuiltInRules()) {
         EXPECT_NE(SettingOf(rule).mRules, nullptr) << Where(rule);
     }
@@ -345,6 +345,63 @@ TEST(BuiltInProfileRules, ListIsOfTheProfilesPerMimeType) {
            {"AVC_MKV_MP_HD_AAC_MULT5", "AVC_MKV_MP_HD_AC3", "AVC_MKV_MP_HD_EAC3", "AVC_MKV_MP_HD_HEAAC_L4",
             "AVC_MKV_MP_HD_MPEG1_L3", "AVC_MKV_HP_HD_AAC_MULT5", "AVC_MKV_HP_HD_AC3", "AVC_MKV_HP_HD_EAC3",
             "AVC_MKV_HP_HD_HEAAC_L4", "AVC_MKV_HP_HD_MPEG1_L3"});
+}
+
+namespace {
+
+/// The entries of transport streams, which have the same names but for their ends: with those that have no
+/// end or
+/// "_T" alone where a name has no other.
+std::string ListOfPackets(const std::string& aType, const std::vector<const char*>& anEnds,
+                          const std::string& aStems) {
+    std::istringstream stems(aStems);
+    std::string list;
+    for (std::string stem; stems >> stem;) {
+        for (const std::string end : anEnds) {
+            const bool fOnly = stem.find('+') != std::string::npos;
+            const std::string name = stem.substr(0, stem.find('+')) + end;
+            if (!fOnly || stem.find("+" + end + "+") != std::string::npos) {
+                list += aType + ":DLNA.ORG_PN=" + name + ",";
+            }
+        }
+    }
+    return list;
+}
+
+std::string ListBy(const std::string& aPreference, const char* aType) {
+    const std::shared_ptr<const ProfileRules> rules =
+        ProfileRules::FromText(aPreference + std::string(ProfileRules::BuiltInText()), nullptr);
+    return rules == nullptr ? "a problem" : Str(rules->GetProfileInfo(aType));
+}
+
+const std::string kEurope = "MPEG_TS_SD_EU ";
+const std::string kAmerica = "MPEG_TS_SD_NA MPEG_TS_HD_NA MPEG_TS_SD_NA_XAC3 MPEG_TS_HD_NA_XAC3 ";
+const std::string kOthers =
+    "MPEG_TS_MP_LL_AAC AVC_TS_BL_CIF15_AAC_540 AVC_TS_BL_CIF15_AAC AVC_TS_BL_CIF15_AAC_LTP "
+    "AVC_TS_BL_CIF30_AAC_940 AVC_TS_BL_CIF30_AAC_MULT5 AVC_TS_BL_CIF30_AC3 AVC_TS_BL_CIF30_MPEG1_L3 "
+    "AVC_TS_BL_CIF30_HEAAC_L2 AVC_TS_MP_SD_AAC_MULT5 AVC_TS_MP_SD_AC3 AVC_TS_MP_SD_MPEG1_L3 "
+    "AVC_TS_MP_SD_HEAAC_L2 AVC_TS_MP_SD_AAC_LTP AVC_TS_MP_SD_AAC_LTP_MULT5 AVC_TS_MP_SD_AAC_LTP_MULT7 "
+    "AVC_TS_HD_50_AC3 AVC_TS_HD_50_LPCM+_T+ AVC_TS_HD_60_AC3 AVC_TS_HD_60_LPCM+_T+ AVC_TS_MP_HD_AAC "
+    "AVC_TS_MP_HD_AAC_MULT5 AVC_TS_MP_HD_AC3 AVC_TS_MP_HD_MPEG1_L3 AVC_TS_MP_HD_HEAAC_L2 "
+    "AVC_TS_MP_HD_AAC_LTP "
+    "AVC_TS_MP_HD_AAC_LTP_MULT5 AVC_TS_MP_HD_AAC_LTP_MULT7 AVC_TS_HP_HD_AC3";
+
+} // namespace
+
+TEST(BuiltInProfileRules, ListOfTransportStreamsIsOfThePreferredRegion) {
+    const std::string stems = kEurope + kAmerica + kOthers;
+    const char* const stamped = "video/vnd.dlna.mpeg-tts";
+    EXPECT_EQ(ListBy("", stamped), ListOfPackets(stamped, {"", "_T"}, stems) + stamped + ":*");
+    EXPECT_EQ(ListBy("", "video/mp2t"), ListOfPackets("video/mpeg", {"_ISO"}, stems) + "video/mp2t:*");
+    EXPECT_EQ(ListBy("region NA\n", "video/mp2t"),
+              ListOfPackets("video/mpeg", {"_ISO"}, kAmerica + kEurope + kOthers) + "video/mp2t:*");
+    EXPECT_EQ(ListBy("region KO\n", "video/mp2t"),
+              ListOfPackets("video/mpeg", {"_ISO"}, "MPEG_TS_SD_KO " + stems) + "video/mp2t:*");
+    EXPECT_EQ(ListBy("region JP\n", "video/mp2t"), ListBy("", "video/mp2t")) << "all its names are inferred";
+    EXPECT_EQ(ListBy("", "video/mpeg"),
+              ListOfPackets("video/mpeg", {""},
+                            "MPEG1 MPEG_PS_PAL MPEG_PS_PAL_XAC3 MPEG_PS_NTSC MPEG_PS_NTSC_XAC3 ") +
+                  ListOfPackets("video/mpeg", {"_ISO"}, stems) + "video/mpeg:*");
 }
 
 TEST(BuiltInProfileRules, MimeTypesAreThoseThatTheParsersGive) {

@@ -53,7 +53,7 @@ std::string FieldOf(const std::string& aRecord) {
 
 TEST(ProfileGuide, ItsTablesAreSoundAndSayWhatItSays) {
     const std::vector<std::string> tables = BlocksOf("rules");
-    ASSERT_EQ(tables.size(), 5U);
+    ASSERT_EQ(tables.size(), 6U);
     EXPECT_EQ(ProblemsOf(tables[0]), std::vector<std::string>());
     EXPECT_EQ(ProfileBy(tables[0], "mt=audio/mpeg ca=MP3 sf=44100 ac=2 ar=128000"), "MP3");
     EXPECT_EQ(ProfileBy(tables[0], "mt=audio/3gpp ca=AAC sf=44100 ac=2 ar=128000"), "AAC_ISO");
@@ -66,11 +66,11 @@ TEST(ProfileGuide, ItsTablesAreSoundAndSayWhatItSays) {
         const ProfileMatch match = announcing->FindMatch(*RecordOf(record));
         EXPECT_EQ(Str(match.mProfile) + " " + Str(match.mMimeType), type) << record;
     }
-    EXPECT_EQ(ProblemsOf(tables[4]), std::vector<std::string>());
+    EXPECT_EQ(ProblemsOf(tables[5]), std::vector<std::string>());
     const std::string picture = "mt=image/jpeg pr=baseline cr=4:2:0 ";
-    EXPECT_EQ(ProfileBy(tables[4], picture + "wi=1920 he=1080"), "JPEG_RES_1920_1080");
-    EXPECT_EQ(ProfileBy(tables[4], picture + "wi=1920 he=1081"), "JPEG_LRG");
-    const std::vector<std::string> lines = LinesOf(tables[4]);
+    EXPECT_EQ(ProfileBy(tables[5], picture + "wi=1920 he=1080"), "JPEG_RES_1920_1080");
+    EXPECT_EQ(ProfileBy(tables[5], picture + "wi=1920 he=1081"), "JPEG_LRG");
+    const std::vector<std::string> lines = LinesOf(tables[5]);
     EXPECT_EQ(
         ProblemsOf(lines[1] + "\n" + lines[0]),
         std::vector<std::string>{"2: this rule can never win: the one of line 1 wins whenever it would"});
@@ -78,9 +78,17 @@ TEST(ProfileGuide, ItsTablesAreSoundAndSayWhatItSays) {
 
 TEST(ProfileGuide, ItsEndingsRegionsAndInferredRulesAreSound) {
     const std::vector<std::string> tables = BlocksOf("rules");
-    ASSERT_EQ(tables.size(), 5U);
+    ASSERT_EQ(tables.size(), 6U);
     EXPECT_EQ(ProblemsOf(tables[2]), std::vector<std::string>());
+    EXPECT_EQ(ProfileBy(tables[2], "mt=video/mp2t ct=TS vc=MPEG2 vp=Main vl=20 wi=720 he=576 fr=25000"),
+              "MPEG_TS_SD_EU_ISO");
+    for (const std::string& line : LinesOf(tables[2])) {
+        const bool fBuiltIn =
+            line.rfind("ending", 0) != 0 || ProfileRules::BuiltInText().find(line) != line.npos;
+        EXPECT_TRUE(fBuiltIn) << line;
+    }
     EXPECT_EQ(ProblemsOf(tables[3]), std::vector<std::string>());
+    EXPECT_EQ(ProblemsOf(tables[4]), std::vector<std::string>());
     EXPECT_NE(ProfileRules::BuiltInText().find("\ninferred off\n"), std::string_view::npos);
     EXPECT_NE(ProfileRules::BuiltInText().find("\n# region EU\n"), std::string_view::npos);
 }

@@ -68,6 +68,15 @@ const Codec<Facts>* FindCodec(const Codec<Facts> (&aCodecs)[Size], const ezCStri
     return nullptr;
 }
 
+/// A text of strangers as a word of a record: a "." stands for what may not stand in one.
+ezCString WordOf(std::string_view aText) {
+    std::string word(aText.substr(0, aText.find_last_not_of(' ') + 1));
+    std::replace_if(
+        word.begin(), word.end(),
+        [](char aLetter) { return aLetter <= ' ' || aLetter > '~' || aLetter == ','; }, '.');
+    return ezCString(std::string_view(word));
+}
+
 // --- Pictures
 
 void Take(const std::optional<VideoFacts>& aFound, VideoFacts& aFacts) {
@@ -117,7 +126,7 @@ void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
     if (reader.HasFailed()) {
         return;
     }
-    aFacts.mCodec = codec != nullptr ? ezCString(codec) : fourCC.GetText();
+    aFacts.mCodec = codec != nullptr ? ezCString(codec) : WordOf(fourCC.GetText().View());
     if (aFacts.mCodec == "MPEG4" && bytes.size() > kHeaderSize) {
         Take(MPEG4Visual_Read(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize), aFacts);
     } else if (aFacts.mCodec == "H264") {
@@ -133,7 +142,7 @@ void ReadQuickTime(const CodecData& aData, VideoFacts& aFacts) {
     const BoxType fourCC = BoxType::Read(reader);
     const char* const codec = VideoFourCC_GetCodec(fourCC);
     if (!reader.HasFailed()) {
-        aFacts.mCodec = codec != nullptr ? ezCString(codec) : fourCC.GetText();
+        aFacts.mCodec = codec != nullptr ? ezCString(codec) : WordOf(fourCC.GetText().View());
     }
 }
 
@@ -295,13 +304,10 @@ constexpr Codec<AudioFacts> kSoundCodecs[] = {
     {"A_REAL/28_8", "RealAudio2", kNoSound},
     {"A_MS/ACM", "", ReadWave, kLossless}};
 
-/// An id that no table has, as a word of a record: without what stands for the kind, and without blanks.
+/// An id that no table has, without what stands for the kind.
 ezCString NameOf(const ezCString& anId) {
     const std::string_view id = anId.View();
-    std::string name(id.size() > 1 && id[1] == '_' ? id.substr(2) : id);
-    std::replace_if(
-        name.begin(), name.end(), [](char aLetter) { return aLetter == ' ' || aLetter == ','; }, '.');
-    return ezCString(std::string_view(name));
+    return WordOf(id.size() > 1 && id[1] == '_' ? id.substr(2) : id);
 }
 
 template <typename Facts, std::size_t Size>

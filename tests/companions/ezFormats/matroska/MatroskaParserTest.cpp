@@ -247,6 +247,9 @@ TEST(MatroskaParser, CodecsAreNamedByTheirIds) {
     EXPECT_EQ(video("v_vp8"), "\"VP8\"");
     EXPECT_EQ(video("V_VP8X"), "\"VP8X\"");
     EXPECT_EQ(video("V_NEW CODEC"), "\"NEW.CODEC\"");
+    EXPECT_EQ(video("V_a\tb,\xC3\xA4"), "\"a.b...\"");
+    EXPECT_EQ(video("V_MS/VFW/FOURCC", bitmap("\x01\xFFm ")), "\"..m\"");
+    EXPECT_EQ(video(""), "");
 }
 
 TEST(MatroskaParser, PrivateDataTellOfSoundWhatTheEntryMayHaveWrong) {

@@ -90,6 +90,8 @@ public:
         return Record(mManager->Parse(stream));
     }
 
+    Record Parse(ezMediaParserStream& aStream) { return Record(mManager->Parse(aStream)); }
+
     /// What a parse costs its source.
     AwkwardStream::Costs Costs(const std::string& aBytes, const std::string& aPath) {
         AwkwardStream stream(aBytes, Delivery(), aPath.c_str());

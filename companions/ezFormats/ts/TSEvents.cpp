@@ -180,7 +180,7 @@ const TSEvent* FindTSEvent(const std::vector<TSEvent>& anEvents, std::uint16_t a
             continue;
         }
         const std::uint64_t from = std::max(event.mStart, aStart);
-        const std::uint64_t to = std::min(event.mStart + event.mLength, aStart + aLength);
+        const std::uint64_t to = std::min(event.mStart + event.mLength, aStart + aLength + 1);
         const std::uint64_t common = aStart != 0 && event.mStart != 0 && to > from ? to - from : 0;
         if (common > longest || (found == nullptr && event.mfPresent)) {
             found = &event;

@@ -19,7 +19,8 @@ inline constexpr std::uint64_t kTS_SearchSize = std::uint64_t{64} * 1024;
 /// Packets in a row that make a stream: three are met by chance in MPEG audio and in pictures, eight are not.
 inline constexpr std::uint32_t kTS_SyncRun = 8;
 
-/// Packets in a row that make a file of fewer packets than kTS_SyncRun a stream, if its tables are there.
+/// Packets in a row, in a file of fewer than kTS_SyncRun: its tables have to be there, which chance does not
+/// make of three sync bytes.
 inline constexpr std::uint32_t kTS_ShortRun = 3;
 
 /// Places where packets of one size seem to begin that are tried: chance makes one or two before the right
@@ -41,12 +42,12 @@ inline constexpr std::size_t kTS_TableWindow = std::size_t{1024} * 1024;
 /// Bytes of one block: half of what is looked at so far, and no more memory than that of two windows.
 inline constexpr std::size_t kTS_LargestBlock = 2 * kTS_WindowSize;
 
-/// Bytes at a place between the ends, and how many such places are looked at, where the clock seems to have
-/// jumped: a clock of 100 ms stands in each at 10 Mbit/s.
-/// @{
+/// Bytes at a place between the ends where the clock seems to have jumped: a clock of 100 ms stands in each
+/// at 10 Mbit/s.
 inline constexpr std::size_t kTS_InnerWindow = std::size_t{256} * 1024;
+
+/// Places between the ends that are looked at then: what is left of the reads after both ends.
 inline constexpr std::uint32_t kTS_InnerPlaces = 4;
-/// @}
 
 /// Programs of a table that are looked at: a multiplex has thirty.
 inline constexpr std::size_t kTS_MaxPrograms = 64;
@@ -65,6 +66,6 @@ inline constexpr std::size_t kTS_MaxEvents = 8;
 /// tenth of a second apart, and some writers take a second.
 inline constexpr std::uint64_t kTS_MaxClockStep = 2 * 90000;
 
-/// How many times as long or as short as the clock at some places tells the time of all may be, before the
-/// clock is taken to have jumped.
+/// Times as long, or as short, as the clock at some places tells all to be: rates that vary stay below, and a
+/// clock that jumped hardly ever does.
 inline constexpr std::uint64_t kTS_MaxDeviation = 3;

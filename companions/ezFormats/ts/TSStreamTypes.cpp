@@ -124,7 +124,7 @@ void TakeRegistration(ByteReader aContent, TSStreamWords& aWords) {
 /// descriptor 7F: what it is stands in its first byte.
 void TakeExtended(ByteReader aContent, TSStreamWords& aWords) {
     constexpr std::uint8_t kOpus = 0x80;
-    constexpr std::uint32_t kLargestPlain = 8;
+    constexpr std::uint32_t kPlainCodes = 8;
     const std::uint8_t tag = aContent.ReadByte();
     for (const Described& described : kExtended) {
         if (described.mTag == tag) {
@@ -133,7 +133,7 @@ void TakeExtended(ByteReader aContent, TSStreamWords& aWords) {
     }
     if (tag == kOpus) { // channel_config_code: 0 is dual mono, others to 8 are so many
         const std::uint32_t code = aContent.ReadByte();
-        aWords.mChannels = aContent.HasFailed() || code > kLargestPlain ? 0 : code == 0 ? 2 : code;
+        aWords.mChannels = aContent.HasFailed() || code > kPlainCodes ? 0 : code == 0 ? 2 : code;
     }
 }
 

@@ -1,8 +1,11 @@
 #include "ezFormats/ts/TSLength.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/ts/TSLimits.h"
+
+#include "ezPlatform/base/Checked.h"
 
 #include <algorithm>
 
@@ -14,6 +17,9 @@ constexpr const char* kByRate = "estimate: by the rate of the program clock";
 
 /// What the clock may lack of the end: pictures are shown up to a second after they were sent (2.4.2.6).
 constexpr std::uint64_t kLastSecond = kStreamClock_Rate;
+
+/// Ticks of the longest of recordings.
+constexpr std::uint64_t kLongest = kSound_MaxSeconds * kStreamClock_Rate;
 
 /// Ticks that tell how fast the clock goes: at 40 Mbit/s no more of them stand at both ends.
 constexpr std::uint64_t kEnoughClock = kStreamClock_Rate / 20;
@@ -29,7 +35,8 @@ public:
         if (length.mTicks == 0) {
             length = ByClock();
         }
-        return Checked(length);
+        length = Checked(length);
+        return length.mTicks <= kLongest ? length : TSLength(); // it is a damaged number
     }
 
 private:
@@ -164,13 +171,16 @@ private:
     }
 
     static bool IsFar(std::uint64_t aTicks, std::uint64_t anExpected) {
-        return aTicks > kTS_MaxDeviation * anExpected || anExpected > kTS_MaxDeviation * aTicks;
+        return aTicks / kTS_MaxDeviation > anExpected || anExpected / kTS_MaxDeviation > aTicks;
     }
 
     /// Adds the times that the clock went round, which a file's bytes tell.
     std::uint64_t WithRounds(std::uint64_t aTicks) const {
         const std::uint64_t expected = TicksByRate();
-        if (expected <= kStreamClock_Wrap || expected <= aTicks) {
+        if (aTicks == 0 || expected <= kStreamClock_Wrap || expected <= aTicks) {
+            return aTicks;
+        }
+        if (expected > kLongest) {
             return aTicks;
         }
         const std::uint64_t rounds = (expected - aTicks + kStreamClock_Wrap / 2) / kStreamClock_Wrap;
@@ -221,7 +231,7 @@ private:
         if (length.mTicks != 0 && !IsFar(length.mTicks, better)) {
             return length;
         }
-        return {better + better / 8, kByRate};
+        return {ezSaturating_Add64(better, better / 8), kByRate};
     }
 
     MediaBytes& mBytes;

@@ -43,35 +43,37 @@ const FormatFiles kFiles("ts", {24, 8U << 20}, {"mt"}, UsualFiles, CostlyFiles);
 } // namespace
 
 TEST(TSParser, RecordSaysWhatTheStreamSays) {
-    EXPECT_EQ(pictures::Parsed<TSParser>(Film().Bytes()), "ac=1\n"
-                                                          "ar=32000\n"
-                                                          "br=131600\n"
-                                                          "ca=\"AC3\"\n"
-                                                          "cd=8\n"
-                                                          "cn=\"item.videoItem\"\n"
-                                                          "cr=\"4:2:0\"\n"
-                                                          "ct=\"TS\"\n"
-                                                          "dl=\"DLNA.ORG_OP=01\"\n"
-                                                          "dm=160\n"
-                                                          "dr=\"11:9\"\n"
-                                                          "du=0\n"
-                                                          "ev=62800\n"
-                                                          "fr=25000\n"
-                                                          "he=288\n"
-                                                          "la=\"de\"\n"
-                                                          "mb=532000\n"
-                                                          "md=\"last frame\"\n"
-                                                          "mt=\"video/mp2t\"\n"
-                                                          "mv=500000\n"
-                                                          "pa=\"1:1\"\n"
-                                                          "pr=\"progressive\"\n"
-                                                          "sf=44100\n"
-                                                          "ta=1\n"
-                                                          "vc=\"MPEG2\"\n"
-                                                          "vl=20\n"
-                                                          "vp=\"Main\"\n"
-                                                          "vt=1\n"
-                                                          "wi=352\n");
+    EXPECT_EQ(pictures::Parsed<TSParser>(Film().Bytes()),
+              "ac=1\n"
+              "ar=32000\n"
+              "br=131600\n"
+              "ca=\"AC3\"\n"
+              "cd=8\n"
+              "cn=\"item.videoItem\"\n"
+              "cr=\"4:2:0\"\n"
+              "ct=\"TS\"\n"
+              "dl=\"DLNA.ORG_PN=MPEG_TS_SD_EU_ISO;DLNA.ORG_OP=01;DLNA.ORG_FLAGS="
+              "01500000000000000000000000000000\"\n"
+              "dm=160\n"
+              "dr=\"11:9\"\n"
+              "du=0\n"
+              "ev=62800\n"
+              "fr=25000\n"
+              "he=288\n"
+              "la=\"de\"\n"
+              "mb=532000\n"
+              "md=\"last frame\"\n"
+              "mt=\"video/mpeg\"\n"
+              "mv=500000\n"
+              "pa=\"1:1\"\n"
+              "pr=\"progressive\"\n"
+              "sf=44100\n"
+              "ta=1\n"
+              "vc=\"MPEG2\"\n"
+              "vl=20\n"
+              "vp=\"Main\"\n"
+              "vt=1\n"
+              "wi=352\n");
 }
 
 // ---- packets ----
@@ -79,7 +81,7 @@ TEST(TSParser, RecordSaysWhatTheStreamSays) {
 TEST(TSParser, PacketsOfEachSizeAreTold) {
     const std::string film = Film().Bytes();
     const auto words = [](const std::string& aBytes) { return Values(aBytes, {"mt", "ct", "wi", "dm"}); };
-    EXPECT_EQ(words(film), "video/mp2t TS 352 160");
+    EXPECT_EQ(words(film), "video/mpeg TS 352 160"); // as its profile asks
     EXPECT_EQ(words(WithParity(film)), "video/mp2t - 352 160");
     EXPECT_EQ(words(Stamped(film, 1000)), "video/vnd.dlna.mpeg-tts TTS 352 160");
     EXPECT_EQ(words(Stamped(film, 0)), "video/vnd.dlna.mpeg-tts TTS-zero 352 160");

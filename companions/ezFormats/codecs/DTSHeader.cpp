@@ -1,5 +1,7 @@
 #include "ezFormats/codecs/DTSHeader.h"
 
+#include "ezFormats/detail/Limits.h"
+
 #include "ezBytes/BitReader.h"
 
 #include <algorithm>
@@ -293,6 +295,30 @@ bool ezDTSExtension_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSE
     }
     anExtension = extension;
     return true;
+}
+
+bool ezDTSExtension_ReadStored(const unsigned char* aBytes, std::size_t aCount, ezDTSExtension& anExtension) {
+    ezBitReader word(aBytes, 8 * aCount);
+    const ezWordForm* const form = ezDTSExtensionForm_Of(word.Read(32));
+    std::array<unsigned char, kDTS_ExtensionLookSize> stream = {};
+    if (form == nullptr || word.HasFailed()) {
+        return false;
+    }
+    const std::size_t size =
+        ezWordForm_Unpack(*form, aBytes, std::min<std::size_t>(aCount, stream.size()), stream.data());
+    return ezDTSExtension_Read(stream.data(), size, anExtension);
+}
+
+void ezDTSExtension_Store(const ezDTSExtension& anExtension, AudioFacts& aFacts) {
+    aFacts.mCodec = anExtension.GetCodecName();
+    if (anExtension.mSamplingRate == 0) {
+        return;
+    }
+    aFacts.mSamplingRate = anExtension.mSamplingRate;
+    aFacts.mChannels = anExtension.mChannels;
+    if (anExtension.mKind == ezDTSExtension::Kind::MasterAudio) {
+        aFacts.mBitsPerSample = anExtension.mBitsPerSample;
+    }
 }
 
 std::uint32_t ezDTSChannelsOfMask(std::uint32_t aMask) {

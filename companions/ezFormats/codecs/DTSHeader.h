@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ezFormats/codecs/AudioFacts.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -91,6 +93,13 @@ inline constexpr std::size_t kDTSExtensionMinSize = 11;
 /// Takes the start of an extension substream apart, in the order of the stream: what does not lie within
 /// aCount bytes is not told. False for bytes that are not one.
 bool ezDTSExtension_Read(const unsigned char* aBytes, std::size_t aCount, ezDTSExtension& anExtension);
+
+/// The same of bytes as they are stored, in the order of the stream or swapped in words. More than
+/// kDTS_ExtensionLookSize of them are not looked at.
+bool ezDTSExtension_ReadStored(const unsigned char* aBytes, std::size_t aCount, ezDTSExtension& anExtension);
+
+/// Makes facts of a core those of all that its frame holds.
+void ezDTSExtension_Store(const ezDTSExtension& anExtension, AudioFacts& aFacts);
 
 /// Channels by a mask of loudspeakers, of which some bits are pairs (7.5.2.1, nuSpkrActivityMask).
 std::uint32_t ezDTSChannelsOfMask(std::uint32_t aMask);

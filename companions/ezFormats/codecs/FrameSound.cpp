@@ -5,10 +5,8 @@
 #include "ezFormats/codecs/DTSHeader.h"
 #include "ezFormats/codecs/MLPHeader.h"
 #include "ezFormats/codecs/MPEGAudioHeader.h"
-#include "ezFormats/detail/Limits.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace {
@@ -50,17 +48,6 @@ AudioFacts FactsOf(const CodedFrame& aFrame, const char* aCodec) {
     return facts;
 }
 
-/// The extension that stands there, in the order of the stream. False for none.
-bool ReadExtension(const unsigned char* aBytes, std::size_t aSize, ezDTSExtension* anExtension) {
-    const ezWordForm* const form = aSize >= 4 ? ezDTSExtensionForm_Of(Big32(aBytes)) : nullptr;
-    std::array<unsigned char, kDTS_ExtensionLookSize> stream = {};
-    if (form == nullptr) {
-        return false;
-    }
-    const std::size_t size = ezWordForm_Unpack(*form, aBytes, std::min(aSize, stream.size()), stream.data());
-    return ezDTSExtension_Read(stream.data(), size, *anExtension);
-}
-
 } // namespace
 
 AudioFacts AC3Sound_Read(const unsigned char* aBytes, std::size_t aSize) {
@@ -79,17 +66,10 @@ AudioFacts DTSSound_Read(const unsigned char* aBytes, std::size_t aSize) {
     AudioFacts facts = FactsOf(frame, "DTS");
     ezDTSExtension extension;
     const bool fExtended = std::any_of(starts.begin(), starts.end(), [&](std::size_t aStart) {
-        return ReadExtension(aBytes + aStart, aSize - aStart, &extension);
+        return ezDTSExtension_ReadStored(aBytes + aStart, aSize - aStart, extension);
     });
-    if (!fExtended) {
-        return facts;
-    }
-    facts.mCodec = extension.GetCodecName();
-    if (extension.mSamplingRate != 0) {
-        facts.mSamplingRate = extension.mSamplingRate;
-        facts.mChannels = extension.mChannels;
-        const bool fLossless = extension.mKind == ezDTSExtension::Kind::MasterAudio;
-        facts.mBitsPerSample = fLossless ? extension.mBitsPerSample : 0;
+    if (fExtended) {
+        ezDTSExtension_Store(extension, facts);
     }
     return facts;
 }

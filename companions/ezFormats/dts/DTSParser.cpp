@@ -1,10 +1,10 @@
 #include "ezFormats/dts/DTSParser.h"
 
+#include "ezFormats/codecs/DTSFrames.h"
 #include "ezFormats/codecs/DTSHeader.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
-#include "ezFormats/codecs/DTSFrames.h"
-#include "ezFormats/detail/Limits.h"
 #include "ezFormats/dts/DTSLimits.h"
 
 #include "ezBytes/ByteReader.h"
@@ -21,29 +21,11 @@ constexpr std::uint64_t kHead = 0x4454534844484452;   // "DTSHDHDR"
 constexpr std::uint64_t kAudio = 0x415550522D484452;  // "AUPR-HDR": of the sound
 constexpr std::uint64_t kStream = 0x5354524D44415441; // "STRMDATA"
 
-/// The start of a place in the file, in the order of the stream.
-struct StreamBytes {
-    std::array<unsigned char, kDTS_ExtensionLookSize> mBytes = {};
-    std::size_t mSize = 0;
-
-    StreamBytes(ByteReader aReader, const ezWordForm& aForm) {
-        std::array<unsigned char, kDTS_ExtensionLookSize> stored = {};
-        const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), stored.size()));
-        if (aReader.Read(stored.data(), size)) {
-            mSize = ezWordForm_Unpack(aForm, stored.data(), size, mBytes.data());
-        }
-    }
-};
-
 /// The extension that stands at a place. False for none.
-bool ReadExtensionAt(ByteReader aReader, ezDTSExtension* anExtension) {
-    ByteReader word = aReader;
-    const ezWordForm* const form = ezDTSExtensionForm_Of(word.ReadBig32());
-    if (form == nullptr) {
-        return false;
-    }
-    const StreamBytes stream(aReader, *form);
-    return ezDTSExtension_Read(stream.mBytes.data(), stream.mSize, *anExtension);
+bool ReadExtensionAt(ByteReader aReader, ezDTSExtension& anExtension) {
+    std::array<unsigned char, kDTS_ExtensionLookSize> stored = {};
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aReader.GetLeft(), stored.size()));
+    return aReader.Read(stored.data(), size) && ezDTSExtension_ReadStored(stored.data(), size, anExtension);
 }
 
 /// Where the extension of a frame stands: after the core, if there is one.
@@ -61,20 +43,12 @@ ByteReader ExtensionOf(MediaBytes& aBytes, const CodedFrame& aFrame) {
     return reader;
 }
 
-/// Makes facts of a core those of all that its frame holds.
+/// Makes facts of a core those of all that its frame holds, the samples counted at the rate of that.
 void TakeExtension(const ezDTSExtension& anExtension, SoundFacts& aSound) {
-    aSound.mCodec = anExtension.GetCodecName();
-    if (anExtension.mSamplingRate == 0) {
-        return;
-    }
-    aSound.mSamples = MediaNumber_Scale(aSound.mSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
-    aSound.mBoundSamples =
-        MediaNumber_Scale(aSound.mBoundSamples, anExtension.mSamplingRate, aSound.mSamplingRate);
-    aSound.mSamplingRate = anExtension.mSamplingRate;
-    aSound.mChannels = anExtension.mChannels;
-    if (anExtension.mKind == ezDTSExtension::Kind::MasterAudio) {
-        aSound.mBitsPerSample = anExtension.mBitsPerSample;
-    }
+    const std::uint32_t rate = aSound.mSamplingRate;
+    ezDTSExtension_Store(anExtension, aSound);
+    aSound.mSamples = MediaNumber_Scale(aSound.mSamples, aSound.mSamplingRate, rate);
+    aSound.mBoundSamples = MediaNumber_Scale(aSound.mBoundSamples, aSound.mSamplingRate, rate);
 }
 
 /// What the head of a file tells of the sound: how many frames of how many samples at which rate.
@@ -142,7 +116,7 @@ bool DTSParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     file.mSound.mCodec = "DTS";
     ezDTSExtension extension;
-    if (ReadExtensionAt(ExtensionOf(aBytes, file.mFirst), &extension)) {
+    if (ReadExtensionAt(ExtensionOf(aBytes, file.mFirst), extension)) {
         TakeExtension(extension, file.mSound);
     }
     if (fHead || file.mSound.mCodec != "DTS") {

@@ -78,7 +78,7 @@ StreamSound ReadMPEGAudio(const unsigned char* aBytes, std::size_t aSize) {
     return SoundOf(frames, ezMPEGAudioHeader_CodecOf(static_cast<std::uint32_t>(frames.mFirst.mDetails)));
 }
 
-/// The rate of AAC varies, whatever some frames of it take.
+/// The rate of what varies, as AAC does and all that is lossless, whatever some frames of it take.
 StreamSound WithVaryingRate(StreamSound aSound) {
     aSound.mFacts.mEstimatedBitRate = aSound.mFacts.mBitRate | aSound.mFacts.mEstimatedBitRate;
     aSound.mFacts.mBitRate = 0;
@@ -115,20 +115,6 @@ StreamSound ReadAC3(const unsigned char* aBytes, std::size_t aSize) {
                : StreamSound();
 }
 
-/// Makes facts of a core those of all that its frame holds.
-void TakeExtension(const ezDTSExtension& anExtension, AudioFacts& aFacts) {
-    aFacts.mCodec = anExtension.GetCodecName();
-    if (anExtension.mSamplingRate != 0) {
-        aFacts.mSamplingRate = anExtension.mSamplingRate;
-        aFacts.mChannels = anExtension.mChannels;
-    }
-    if (anExtension.mKind == ezDTSExtension::Kind::MasterAudio) { // lossless: its rate varies
-        aFacts.mBitsPerSample = anExtension.mBitsPerSample;
-        aFacts.mEstimatedBitRate = aFacts.mBitRate | aFacts.mEstimatedBitRate;
-        aFacts.mBitRate = 0;
-    }
-}
-
 StreamSound ReadDTS(const unsigned char* aBytes, std::size_t aSize) {
     BlockFrames frames;
     if (!ReadBlockFrames(DTSFrames(), aBytes, aSize, &frames)) {
@@ -139,10 +125,10 @@ StreamSound ReadDTS(const unsigned char* aBytes, std::size_t aSize) {
     const std::uint64_t place = first.mPosition + (DTSFrames::HasCore(first) ? first.mSize : 0);
     ezDTSExtension extension;
     if (place < aSize &&
-        ezDTSExtension_Read(aBytes + place, static_cast<std::size_t>(aSize - place), extension)) {
-        TakeExtension(extension, sound.mFacts);
+        ezDTSExtension_ReadStored(aBytes + place, static_cast<std::size_t>(aSize - place), extension)) {
+        ezDTSExtension_Store(extension, sound.mFacts);
     }
-    return sound;
+    return extension.mKind == ezDTSExtension::Kind::MasterAudio ? WithVaryingRate(sound) : sound;
 }
 
 /// The units up to the next one with all headers may not be there: the codec is named all the same.

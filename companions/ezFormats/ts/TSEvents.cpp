@@ -111,6 +111,13 @@ const char* PartOf8859(unsigned aPart) {
     return aPart < kParts.size() ? kParts[aPart] : nullptr;
 }
 
+/// Whether another event of a program is remembered.
+bool HasRoom(const std::vector<TSEvent>& anEvents, std::uint16_t aService) {
+    const auto count = std::count_if(anEvents.begin(), anEvents.end(),
+                                     [=](const TSEvent& anEvent) { return anEvent.mService == aService; });
+    return anEvents.size() < kTS_MaxEvents && static_cast<std::size_t>(count) < kTS_MaxEventsOfProgram;
+}
+
 } // namespace
 
 ezCString ReadTSText(std::string_view aBytes) {
@@ -152,7 +159,7 @@ void ReadTSEvents(const TSSection& aSection, std::vector<TSEvent>& anEvents) {
         return;
     }
     reader.Skip(2); // segment_last_section_number, last_table_id
-    while (reader.GetLeft() >= 12 && anEvents.size() < kTS_MaxEvents) {
+    while (reader.GetLeft() >= 12 && HasRoom(anEvents, aSection.GetID())) {
         TSEvent event;
         event.mService = aSection.GetID();
         event.mfPresent = aSection.GetNumber() == 0;

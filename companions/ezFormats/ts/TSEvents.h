@@ -26,7 +26,8 @@ struct TSEvent {
 };
 
 /// Adds the events of a section of the event table that have a name and are not there yet, up to
-/// kTS_MaxEvents. Those of networks in Japan, whose texts and times are of another kind, are left out.
+/// kTS_MaxEvents, and of one program up to kTS_MaxEventsOfProgram. Those of networks in Japan, whose texts
+/// and times are of another kind, are left out.
 void ReadTSEvents(const TSSection& aSection, std::vector<TSEvent>& anEvents);
 
 /// The event that most of a recording is of: of those of its program, the one that goes on for longest in so

@@ -186,9 +186,8 @@ bool TSHead::ReadBlock(std::size_t aSize) {
         mScan.Take(packet);
         mTables.Take(packet);
     }
-    const bool fUntold = !mProgram && mTracks.empty();
     const bool fLast = size < aSize || mEnd + size >= mBytes.GetEnd();
-    if (fUntold && (ChooseProgram() || fLast || mEnd + size >= kTS_TableWindow)) {
+    if (mTracks.empty() && (ChooseProgram() || fLast || mEnd + size >= kTS_TableWindow)) {
         MakeTracks();
     }
     Gather(block, size, mEnd);

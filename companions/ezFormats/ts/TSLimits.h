@@ -58,9 +58,13 @@ inline constexpr std::size_t kTS_MaxStreams = 80;
 /// Streams of which the time stamps are kept: those of the programs of a whole multiplex.
 inline constexpr std::size_t kTS_MaxStamped = 256;
 
-/// Events of a broadcast that are remembered: the one before the film, the film, and the one after it, and
+/// Events of a program that are remembered: the one before the film, the film, and the one after it, and
 /// those that replaced them.
-inline constexpr std::size_t kTS_MaxEvents = 8;
+inline constexpr std::size_t kTS_MaxEventsOfProgram = 8;
+
+/// Events of all programs that are remembered: a broadcast tells of its whole multiplex, of each program the
+/// present one and the following one, and which of them was recorded may be told later.
+inline constexpr std::size_t kTS_MaxEvents = 2 * kTS_MaxPrograms;
 
 /// Ticks of the program clock between two of its stamps, the most of one that goes on: they stand at most a
 /// tenth of a second apart, and some writers take a second.

@@ -182,6 +182,19 @@ TEST(TSParser, FirstProgramWithPicturesThatAreThereCounts) {
     EXPECT_EQ(Values(Film().Bytes(), {"np"}), "-");
 }
 
+TEST(TSParser, SoundOfTheFirstProgramCountsWhereNoneHasPictures) {
+    Packets packets;
+    packets.Table(0, Pat({{7, 0x90}, {8, 0x91}}));
+    packets.Table(0x90, Pmt({{0x81, 0x95, Language("eng")}}, "", 7, 0x95));
+    packets.Table(0x91, Pmt({{0x81, 0x96, Language("fra")}}, "", 8, 0x96));
+    for (unsigned i = 0; i < 9; ++i) { // and more than are read at first
+        packets.Add(0x96, Pes(0xBD, kSecond + i * 3135, Frame()), i * 3135);
+        packets.Add(0x95, Pes(0xBD, kSecond + i * 3135, Frame()), i * 3135);
+        packets.Null(400);
+    }
+    EXPECT_EQ(Values(packets.Bytes(), {"np", "cn", "ca", "la", "dm"}), "2 item.audioItem AC3 en 313");
+}
+
 TEST(TSParser, FirstMapCounts) {
     Packets packets;
     packets.Table(0, Pat()).Table(kMap, Pmt(kStreams));

@@ -18,8 +18,10 @@ constexpr const char* kByRate = "estimate: by the rate of the program clock";
 /// What the clock may lack of the end: pictures are shown up to a second after they were sent (2.4.2.6).
 constexpr std::uint64_t kLastSecond = kStreamClock_Rate;
 
-/// Ticks of the longest of recordings.
-constexpr std::uint64_t kLongest = kSound_MaxSeconds * kStreamClock_Rate;
+/// Whether a recording may be so long.
+constexpr bool IsPlausible(std::uint64_t aTicks) {
+    return aTicks / kStreamClock_Rate <= kSound_MaxSeconds;
+}
 
 /// Ticks that tell how fast the clock goes: at 40 Mbit/s no more of them stand at both ends.
 constexpr std::uint64_t kEnoughClock = kStreamClock_Rate / 20;
@@ -36,7 +38,7 @@ public:
             length = ByClock();
         }
         length = Checked(length);
-        return length.mTicks <= kLongest ? length : TSLength(); // it is a damaged number
+        return IsPlausible(length.mTicks) ? length : TSLength(); // it is a damaged number
     }
 
 private:
@@ -180,7 +182,7 @@ private:
         if (aTicks == 0 || expected <= kStreamClock_Wrap || expected <= aTicks) {
             return aTicks;
         }
-        if (expected > kLongest) {
+        if (!IsPlausible(expected)) {
             return aTicks;
         }
         const std::uint64_t rounds = (expected - aTicks + kStreamClock_Wrap / 2) / kStreamClock_Wrap;

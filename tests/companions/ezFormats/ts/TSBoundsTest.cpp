@@ -70,5 +70,5 @@ TEST(TSBounds, EventsOfOtherProgramsTakeNoPlace) {
         packets.Table(0x12, Eit(Event(Time(0xE45D, 0x210000), 0x010000, "Next"), 1, 100 + i));
     }
     packets.Table(0x12, Eit(Event(Time(0xE45D, 0x200000), 0x010000, "The Harbour")));
-    EXPECT_EQ(Values(Film().Add(packets).Bytes(), {"ti"}), "The Harbour");
+    EXPECT_EQ(Values(Film().Add(packets).Bytes(), {"title"}), "The Harbour");
 }

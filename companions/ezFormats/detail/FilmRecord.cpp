@@ -123,13 +123,19 @@ void StoreWhole(const FilmFacts& aFilm, std::uint32_t aWhole, const Rates& anAud
     }
 }
 
+/// An exact length loses its fraction; an estimate is rounded up, as ezMediaInfo::SetDuration does with
+/// seconds, and its bound goes down to the same least length.
 void StoreLength(const FilmFacts& aFilm, ezMediaInfo& anInfo) {
     if (aFilm.mDuration == 0) {
         return;
     }
-    anInfo.SetDuration(aFilm.mDuration / kMicrosInMilli, aFilm.mDurationMethod);
+    const bool fEstimate = aFilm.mDurationMethod.StartsWith("estimate");
+    const bool fMore = fEstimate && aFilm.mDuration % kMicrosInMilli != 0;
+    const std::uint64_t milliseconds = aFilm.mDuration / kMicrosInMilli + (fMore ? 1 : 0);
+    anInfo.SetDuration(milliseconds, aFilm.mDurationMethod);
     if (aFilm.mDurationBound != 0) {
-        anInfo.Set(kezInfo_DurationBound, aFilm.mDurationBound / kMicrosInMilli, true);
+        const std::uint64_t least = aFilm.mDuration - std::min(aFilm.mDurationBound, aFilm.mDuration);
+        anInfo.Set(kezInfo_DurationBound, milliseconds - least / kMicrosInMilli, true);
     }
 }
 

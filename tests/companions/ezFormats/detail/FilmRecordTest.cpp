@@ -76,6 +76,32 @@ TEST(FilmRecord, WhatIsNotKnownIsNotThere) {
     EXPECT_EQ(RecordOf(film), "he=5, pa=1:1, vt=1");
 }
 
+TEST(FilmRecord, AnEstimateIsNeverShort) {
+    struct Case {
+        const char* mMethod;
+        std::uint64_t mDuration; ///< microseconds, as the bound
+        std::uint64_t mBound;
+        const char* mLength;
+    };
+    constexpr Case kCases[] = {
+        {"header", 8'000'999, 0, "dm=8000, du=8, md=header"},
+        {"estimate: by the rate", 8'000'000, 0, "dm=8000, du=8, md=estimate: by the rate"},
+        {"estimate: by the rate", 8'000'001, 0, "dm=8001, du=9, md=estimate: by the rate"},
+        {"estimate: by the rate", 7'999'001, 0, "dm=8000, du=8, md=estimate: by the rate"},
+        // What is rounded up may be too long by that as well.
+        {"estimate: by the rate", 8'000'001, 2'000'000, "db=2001, dm=8001, du=9, md=estimate: by the rate"},
+        {"estimate: by the rate", 8'000'000, 1, "db=1, dm=8000, du=8, md=estimate: by the rate"},
+        {"estimate: by the rate", 8'000'500, 9'000'000, "db=8001, dm=8001, du=9, md=estimate: by the rate"},
+    };
+    for (const Case& length : kCases) {
+        FilmFacts film;
+        film.mDurationMethod = length.mMethod;
+        film.mDuration = length.mDuration;
+        film.mDurationBound = length.mBound;
+        EXPECT_EQ(RecordOf(film), length.mLength);
+    }
+}
+
 TEST(FilmRecord, WhatOneKindOfTracksLeavesOfTheWholeIsTheOthersRate) {
     struct Case {
         std::uint32_t mAudio;

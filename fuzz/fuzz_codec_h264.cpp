@@ -4,9 +4,7 @@
 
 #include "ezFormats/codecs/H264Video.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
+int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
     return UnitsDoor_Enter(aData, aSize,
-                           {H264Video_ReadStream, H264Video_ReadConfig, kH264_MaxSideSize * 16});
+                           {H264Video_ReadStream, H264Video_ReadConfig, {{"H264"}, kH264_MaxSideSize * 16}});
 }

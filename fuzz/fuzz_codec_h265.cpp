@@ -4,8 +4,7 @@
 
 #include "ezFormats/codecs/H265Video.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize);
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
-    return UnitsDoor_Enter(aData, aSize, {H265Video_ReadStream, H265Video_ReadConfig, kH265_MaxSide * 2});
+int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
+    return UnitsDoor_Enter(aData, aSize,
+                           {H265Video_ReadStream, H265Video_ReadConfig, {{"H265"}, kH265_MaxSide * 2}});
 }

@@ -9,11 +9,12 @@
 struct UnitReaders {
     std::optional<VideoFacts> (*mReadStream)(const unsigned char* aBytes, std::size_t aSize);
     std::optional<VideoFacts> (*mReadConfig)(ByteReader aConfig, const ByteReader* aFirstSample);
-    std::uint32_t mLargestSide; ///< of a picture, in pixels
+    CodecBounds mBounds;
 };
 
 /// A byte stream, or where the first two bytes are not 0 a configuration of so many bytes and a first sample.
 inline int UnitsDoor_Enter(const std::uint8_t* aData, std::size_t aSize, const UnitReaders& aReaders) {
+    const FuzzHouse house;
     constexpr std::size_t kHead = 2;
     if (aSize < kHead) {
         return 0;
@@ -23,7 +24,7 @@ inline int UnitsDoor_Enter(const std::uint8_t* aData, std::size_t aSize, const U
     if (stated == 0) {
         const std::vector<unsigned char> stream = CodecDoor_Block(aData + kHead, aSize - kHead);
         const std::optional<VideoFacts> facts = aReaders.mReadStream(stream.data(), stream.size());
-        CodecDoor_CheckPictures(facts, aReaders.mLargestSide);
+        CodecDoor_CheckPictures(facts, aReaders.mBounds);
         CodecDoor_CheckSame(facts, aReaders.mReadStream(stream.data(), stream.size()));
         // A stream tells no less where it goes on from an earlier byte that begins no unit.
         std::vector<unsigned char> later(1, 0xFF);
@@ -38,7 +39,7 @@ inline int UnitsDoor_Enter(const std::uint8_t* aData, std::size_t aSize, const U
     const ByteReader first(sampleBytes);
     for (const ByteReader* reader : {static_cast<const ByteReader*>(nullptr), &first}) {
         const std::optional<VideoFacts> facts = aReaders.mReadConfig(ByteReader(configBytes), reader);
-        CodecDoor_CheckPictures(facts, aReaders.mLargestSide);
+        CodecDoor_CheckPictures(facts, aReaders.mBounds);
         CodecDoor_CheckSame(facts, aReaders.mReadConfig(ByteReader(configBytes), reader));
     }
     return 0;

@@ -135,14 +135,9 @@ void AddLongTag(std::string& aList, std::string_view aText) {
     AddTag(aList, std::string(two.empty() ? language : two).append(subtags));
 }
 
-} // namespace
-
-void AddLanguages(std::string& aList, std::string_view aText) {
-    aText = ezTrimmed(aText);
-    if (aText.size() > kLanguages_MaxText) {
-        return;
-    }
-    std::string text(aText);
+/// A tag, a code, or a row of codes.
+void AddStated(std::string& aList, std::string_view aText) {
+    std::string text(ezTrimmed(aText));
     std::transform(text.begin(), text.end(), text.begin(), ezLower);
     const std::string_view low = text;
     if (low.find('-') != std::string_view::npos) {
@@ -157,6 +152,17 @@ void AddLanguages(std::string& aList, std::string_view aText) {
         for (std::size_t i = 0; i < low.size(); i += kLong) {
             AddLong(aList, low.substr(i, kLong));
         }
+    }
+}
+
+} // namespace
+
+void AddLanguages(std::string& aList, std::string_view aText) {
+    aText = ezTrimmed(aText);
+    while (!aText.empty() && aText.size() <= kLanguages_MaxText) {
+        const std::size_t end = std::min(aText.find(','), aText.size());
+        AddStated(aList, aText.substr(0, end));
+        aText.remove_prefix(std::min(end + 1, aText.size()));
     }
 }
 

@@ -7,8 +7,9 @@
 /// the shortest that a language has ("en" for "eng").
 ///
 /// Read are codes of ISO 639-2, of either kind and in either case, also several in a row as ID3v2.3 has them
-/// ("engfre"); and tags of RFC 5646. What states no language ("und", "zxx", "XXX", private codes) adds none,
-/// and neither does a language by its name. What would make the list longer than a text may be is left.
+/// ("engfre"); tags of RFC 5646; and several joined by ",", as such a list has them. What states no language
+/// ("und", "zxx", "XXX", private codes) adds none, and neither does a language by its name. What would make
+/// the list longer than a text may be is left.
 void AddLanguages(std::string& aList, std::string_view aText);
 
 /// The same of a language in the 15 bits of ISO media (ISO/IEC 14496-12, 8.4.2.3), three letters of five bits

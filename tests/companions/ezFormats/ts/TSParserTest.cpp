@@ -78,6 +78,15 @@ TEST(TSParser, RecordSaysWhatTheStreamSays) {
 
 // ---- packets ----
 
+TEST(TSParser, AllLanguagesOfADescriptorAreTold) {
+    const std::string page(5, '\1');
+    Film film;
+    film.mStreams = {{0x02, kVideo},
+                     {0x81, kSound, Descriptor(0x0A, "deu" + std::string(1, '\0') + "eng" + page.substr(4))},
+                     {0x06, kOther, Descriptor(0x59, "deu" + page + "fra" + page)}};
+    EXPECT_EQ(Values(film.Bytes(), {"la", "sl", "ts"}), "de,en de,fr 1");
+}
+
 TEST(TSParser, PacketsOfEachSizeAreTold) {
     const std::string film = Film().Bytes();
     const auto words = [](const std::string& aBytes) { return Values(aBytes, {"mt", "ct", "wi", "dm"}); };

@@ -260,6 +260,7 @@ public:
 private:
     void TakeTrack(const ByteReader& aBox);
     void CountSubtitles();
+    void TellLanguages();
     void TakeDuration(const TrackReading& aReading);
     void TakeFragmentDefaults(const ByteReader& aBox);
     void TakeTrackDefaults(ByteReader aBox);
@@ -268,6 +269,7 @@ private:
     ISOMovie mMovie;
     ISOTags mTags;
     std::uint32_t mTimescale = 0;
+    Language mPlayed; ///< of the audio track that stands for its kind
     std::vector<Subtitle> mSubtitles;
     std::vector<std::uint32_t> mChapters; ///< tracks that hold those of others
     bool mfEnabled = false;               ///< one of the tracks is
@@ -289,6 +291,14 @@ void MovieReading::CountSubtitles() {
             track.mLanguage.AddTo(mMovie.mSubtitleLanguages);
         }
     }
+}
+
+/// Which of the audio tracks plays first is known once all have been seen.
+void MovieReading::TellLanguages() {
+    std::string languages;
+    mPlayed.AddTo(languages);
+    AddLanguages(languages, mMovie.mLanguages);
+    mMovie.mLanguages = languages;
 }
 
 void MovieReading::TakeTrack(const ByteReader& aBox) {
@@ -317,6 +327,9 @@ void MovieReading::TakeTrack(const ByteReader& aBox) {
         track.mDuration = track.mDuration != 0 ? track.mDuration : track.mTables.mTicks;
     }
     TakeDuration(reading);
+    if (fTables && fAudio) {
+        mPlayed = reading.mLanguage;
+    }
     if (fTables && (fAudio || !IsSlideShow(track))) {
         place = std::move(track);
     }
@@ -374,6 +387,7 @@ void MovieReading::Read(const ByteReader& aBox) {
         }
     }
     CountSubtitles();
+    TellLanguages();
     mMovie.mTexts = mTags.Merge();
     mMovie.mCover = mTags.mCover;
     if (!mfEnabled) {

@@ -36,7 +36,7 @@ struct ISOMovie {
     ISOMatrix mMatrix;                ///< of the whole, after that of a track
     bool mfFragmented = false;        ///< samples may follow in fragments
     std::uint64_t mWholeDuration = 0; ///< microseconds, the fragments included; 0: not told
-    std::string mLanguages;           ///< of the audio tracks, in their order, as kezInfo_Languages has them
+    std::string mLanguages;           ///< of the audio tracks, as kezInfo_Languages has them
     std::uint32_t mSubtitleCount = 0; ///< tracks of texts or pictures, without those of chapters
     std::string mSubtitleLanguages;   ///< theirs, likewise
     MusicTexts mTexts;                ///< of its tags

@@ -181,7 +181,7 @@ TEST(ISOAnnounced, NamesOfItemsAreBounded) {
     }
 }
 
-TEST(ISOAnnounced, LanguagesAreThoseOfTheSoundInTheOrderOfTheTracks) {
+TEST(ISOAnnounced, LanguagesAreThoseOfTheSoundAndBeginWithWhatPlaysFirst) {
     Track disabled = Sound(Packed("fra"));
     disabled.mfEnabled = false;
     Track video = VideoTrack();
@@ -205,6 +205,9 @@ TEST(ISOAnnounced, LanguagesAreThoseOfTheSoundInTheOrderOfTheTracks) {
          File({Sound(Packed("eng")), video, Sound(Packed("deu")), text, Sound(Packed("und")), Sound(0, "en"),
                disabled}),
          "la=\"en,de,fr\""},
+        {"of what plays first", File({disabled, Sound(Packed("eng")), Sound(Packed("deu"))}),
+         "la=\"en,fr,de\""},
+        {"of what plays first, not known", File({disabled, Sound(0)}), "la=\"fr\""},
         {"of a film without sound", File({video}), ""},
     });
 }

@@ -2,7 +2,6 @@
 
 #include "ezBytes/BitReader.h"
 #include "ezFormats/codecs/DynamicRange.h"
-#include "ezFormats/detail/MediaNumbers.h"
 
 #include <array>
 #include <cstdint>
@@ -77,7 +76,7 @@ std::uint32_t ReadFrameRate(ezBitReader& aBits) {
         return 0;
     }
     const std::uint64_t ticks = std::uint64_t{ReadVariable(aBits)} + 1; // num_ticks_per_picture_minus_1
-    return aBits.HasFailed() ? 0 : MediaNumber_FrameRate(1, units * ticks, scale);
+    return aBits.HasFailed() ? 0 : VideoClock_FrameRate(units * ticks, scale);
 }
 
 /// From timing_info_present_flag to the last operating point (5.5.1). The level of the first.

@@ -15,5 +15,5 @@
 std::optional<VideoFacts> AV1Video_Read(const unsigned char* aBytes, std::size_t aSize);
 
 /// From "av1C" (AV1 Codec ISO Media File Format Binding, 2.3): its sequence header, and where it has none its
-/// own fields, which tell no size. None where it is none.
+/// own fields, which tell no size. Nothing where it is damaged.
 std::optional<VideoFacts> AV1Video_ReadConfig(const unsigned char* aBytes, std::size_t aSize);

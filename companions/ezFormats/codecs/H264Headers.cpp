@@ -202,13 +202,17 @@ void SkipSliceGroups(ezBitReader& aBits) {
 
 } // namespace
 
+bool ezH264Level_IsKnown(std::uint32_t aLevel) {
+    return IsIn(kLevels, aLevel);
+}
+
 bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& aSPS) {
     ezBitReader bits(aBytes, RBSP_CountBits(aBytes, aSize));
     aSPS.mProfile = bits.Read(8);
     aSPS.mConstraints = bits.Read(8);
     bits.Require((aSPS.mConstraints & kReservedZeroBits) == 0);
     aSPS.mLevel = bits.Read(8);
-    bits.Require(IsIn(kProfiles, aSPS.mProfile) && IsIn(kLevels, aSPS.mLevel));
+    bits.Require(IsIn(kProfiles, aSPS.mProfile) && ezH264Level_IsKnown(aSPS.mLevel));
     aSPS.mID = bits.ReadUEUpTo(kH264_SPSCount - 1);
     aSPS.mBitDepth = 8;
     if (IsIn(kHighProfiles, aSPS.mProfile)) {

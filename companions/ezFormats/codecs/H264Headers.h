@@ -71,6 +71,9 @@ bool ezH264SPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH264SPS& a
 /// The SPS that it refers to must be among aSets.
 bool ezH264PPS_Read(const unsigned char* aBytes, std::size_t aSize, const ezH264Sets& aSets, ezH264PPS& aPPS);
 
+/// Whether level_idc stands for a level (A.3).
+bool ezH264Level_IsKnown(std::uint32_t aLevel);
+
 /// How far a slice header could be read.
 enum class ezH264SliceResult { kLegal, kIllegal, kTooShort };
 

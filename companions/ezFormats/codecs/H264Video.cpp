@@ -190,7 +190,8 @@ void H264Video_TakeProfile(std::uint32_t aProfile, std::uint32_t aConstraints, s
     // A stream of the baseline profile that keeps what the main one asks (A.2.1.1).
     const bool fConstrained = aProfile == 66 && (aConstraints & kConstraint1) != 0;
     aFacts.mProfile = fConstrained ? "ConstrainedBaseline" : known != kProfiles.end() ? known->mName : "";
-    aFacts.mLevel = fOld && aLevel == kLevel11 && (aConstraints & kConstraint3) != 0 ? kLevel1b : aLevel;
+    const bool f1b = fOld && aLevel == kLevel11 && (aConstraints & kConstraint3) != 0;
+    aFacts.mLevel = f1b ? kLevel1b : ezH264Level_IsKnown(aLevel) ? aLevel : VideoFacts::kNoLevel;
 }
 
 std::optional<VideoFacts> H264Video_ReadStream(const unsigned char* aBytes, std::size_t aSize) {

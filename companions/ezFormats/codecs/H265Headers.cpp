@@ -375,14 +375,14 @@ bool ezH265PPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH265PPS& a
     return fExtended ? !bits.HasFailed() : IsReadToTheEnd(bits);
 }
 
-ezH265SliceResult ezH265Slice_Read(const unsigned char* aBytes, std::size_t aSize, std::uint8_t aType,
-                                   ezH265Slice& aSlice) {
+ezH265SliceResult ezH265Slice_ReadPPSID(const unsigned char* aBytes, std::size_t aSize, std::uint8_t aType,
+                                        std::uint32_t& anID) {
     ezBitReader bits(aBytes, 8 * aSize);
-    aSlice.mfFirst = bits.ReadFlag();
+    bits.Skip(1);                                    // first_slice_segment_in_pic_flag
     bits.Skip(ezH265UnitType_IsIRAP(aType) ? 1 : 0); // no_output_of_prior_pics_flag
-    aSlice.mPPSID = bits.ReadUE();
+    anID = bits.ReadUE();
     if (bits.HasFailed()) {
         return ezH265SliceResult::kTooShort;
     }
-    return aSlice.mPPSID < kH265_PPSCount ? ezH265SliceResult::kLegal : ezH265SliceResult::kIllegal;
+    return anID < kH265_PPSCount ? ezH265SliceResult::kLegal : ezH265SliceResult::kIllegal;
 }

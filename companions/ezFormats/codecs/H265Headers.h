@@ -106,14 +106,10 @@ bool ezH265PPS_Read(const unsigned char* aBytes, std::size_t aSize, ezH265PPS& a
 /// How far a slice segment header could be read.
 enum class ezH265SliceResult { kLegal, kIllegal, kTooShort };
 
-/// The start of the first slice segment of a picture (7.3.6.1).
-struct ezH265Slice {
-    bool mfFirst = false; ///< first_slice_segment_in_pic_flag; where it is not set the rest is not read
-    std::uint32_t mPPSID = 0;
-};
-
-ezH265SliceResult ezH265Slice_Read(const unsigned char* aBytes, std::size_t aSize, std::uint8_t aType,
-                                   ezH265Slice& aSlice);
+/// The ID of the PPS that a slice segment refers to (7.3.6.1), from the bytes that are there so far.
+/// @param aType  of the unit
+ezH265SliceResult ezH265Slice_ReadPPSID(const unsigned char* aBytes, std::size_t aSize, std::uint8_t aType,
+                                        std::uint32_t& anID);
 
 /// Reads the profile, tier and level of the whole stream: general_profile_space to general_level_idc, 12
 /// bytes, as "hvcC" has them too (ISO/IEC 14496-15, 8.3.3.1). Required of them is that they can be read.

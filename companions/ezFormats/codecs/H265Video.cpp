@@ -34,7 +34,7 @@ constexpr std::array<const char*, 11> kProfiles = {"Main",
 void TakeProfile(const ezH265Profile& aProfile, VideoFacts& aFacts) {
     const std::uint32_t index = aProfile.mProfile - 1; // very large for 0
     aFacts.mProfile = index < kProfiles.size() ? kProfiles[index] : "";
-    aFacts.mLevel = aProfile.mLevel / 3;
+    aFacts.mLevel = aProfile.mLevel != 0 ? aProfile.mLevel / 3 : VideoFacts::kNoLevel;
     if (aProfile.mfProgressiveSource != aProfile.mfInterlacedSource) {
         aFacts.mScan = aProfile.mfProgressiveSource ? kScan_Progressive : kScan_Interlaced;
     }
@@ -139,11 +139,11 @@ void Pictures::TakeTiming(const SEIMessage& aMessage) {
 }
 
 void Pictures::TakeSlice(const std::vector<unsigned char>& aBytes, std::uint8_t aType) {
-    ezH265Slice slice;
-    if (ezH265Slice_Read(aBytes.data(), aBytes.size(), aType, slice) != ezH265SliceResult::kLegal) {
+    std::uint32_t identifier = 0;
+    if (ezH265Slice_ReadPPSID(aBytes.data(), aBytes.size(), aType, identifier) != ezH265SliceResult::kLegal) {
         return;
     }
-    const ezH265SPS* sequence = mSets.FindOfPPS(slice.mPPSID);
+    const ezH265SPS* sequence = mSets.FindOfPPS(identifier);
     if (sequence != nullptr) {
         mShown = *sequence;
         mfPicture = true;

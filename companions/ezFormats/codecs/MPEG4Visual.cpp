@@ -1,7 +1,6 @@
 #include "ezFormats/codecs/MPEG4Visual.h"
 
 #include "ezBytes/BitReader.h"
-#include "ezFormats/detail/MediaNumbers.h"
 
 #include <algorithm>
 #include <array>
@@ -105,7 +104,7 @@ std::uint32_t ReadFrameRate(ezBitReader& aBits) {
     if (!aBits.ReadFlag()) { // fixed_vop_rate
         return 0;
     }
-    return MediaNumber_FrameRate(1, aBits.Read(BitsFor(resolution)), resolution); // fixed_vop_time_increment
+    return VideoClock_FrameRate(aBits.Read(BitsFor(resolution)), resolution); // fixed_vop_time_increment
 }
 
 /// VideoObjectLayer (6.2.3); aBytes stand after the start code.

@@ -141,7 +141,7 @@ private:
     bool mfSequence = false;     ///< and what follows, so that mSequence stays
     bool mfPicture = false;      ///< there has been the header of one
     bool mfVaries = false;       ///< a picture says that the rate varies
-    bool mfInterlaced = false;   ///< a picture is none, or may be none, of whole frames
+    bool mfInterlaced = false;   ///< a picture is not, or may not be, a progressive frame
     std::uint64_t mPictures = 0; ///< whose coding extension was read
     ezMPEGSequence mSequence;
     ezMPEGPicture mPicture = {};

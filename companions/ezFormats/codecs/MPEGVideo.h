@@ -18,8 +18,8 @@
 /// - The frame rate is that of the sequence header. Film whose fields are repeated keeps the rate at which it
 ///   is shown, 29.97, as the rules of profiles count it.
 /// - The scan is of what is coded: a stream that may hold fields (progressive_sequence 0) is interlaced,
-///   unless every picture in these bytes is a progressive frame, as those of film with repeated fields are.
-///   One that is none, or no picture at all, and it is interlaced.
+///   unless there are pictures in these bytes and each is a progressive frame, as those of film with repeated
+///   fields are.
 /// - The rate that is stated is a constant one; the most, where the pictures say that it varies, or where
 ///   there is none to say so.
 std::optional<VideoFacts> MPEGVideo_Read(const unsigned char* aBytes, std::size_t aSize);

@@ -17,9 +17,9 @@ std::optional<VideoFacts> VP8Video_Read(const unsigned char* aBytes, std::size_t
 std::optional<VideoFacts> VP9Video_Read(const unsigned char* aBytes, std::size_t aSize);
 
 /// From "vpcC" (VP Codec ISO Media File Format Binding), its version and flags included: all but the size,
-/// and the level. None where it is none.
+/// and the level. Nothing where it is damaged.
 std::optional<VideoFacts> VP9Video_ReadConfig(const unsigned char* aBytes, std::size_t aSize);
 
 /// From the features that Matroska and WebM have in place of it (WebM container guidelines, VP9 codec feature
-/// metadata): each an identifier, a size, a value. None where they are none.
+/// metadata): each an identifier, a size, a value. Nothing where there is none that is whole.
 std::optional<VideoFacts> VP9Video_ReadFeatures(const unsigned char* aBytes, std::size_t aSize);

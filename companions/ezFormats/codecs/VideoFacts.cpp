@@ -1,5 +1,8 @@
 #include "ezFormats/codecs/VideoFacts.h"
 
+#include "ezFormats/detail/Limits.h"
+#include "ezFormats/detail/MediaNumbers.h"
+
 #include <numeric>
 
 VideoRatio VideoRatio::Of(std::uint64_t aWidth, std::uint64_t aHeight) {
@@ -14,6 +17,11 @@ ezCString VideoRatio::GetText() const {
     return IsKnown() ? ezCString::Format("%lu:%lu", static_cast<unsigned long>(mWidth),
                                          static_cast<unsigned long>(mHeight))
                      : ezCString();
+}
+
+std::uint32_t VideoClock_FrameRate(std::uint64_t aTicks, std::uint32_t aTimescale) {
+    const std::uint32_t rate = MediaNumber_FrameRate(1, aTicks, aTimescale);
+    return rate <= kVideo_MaxFrameRate ? rate : 0;
 }
 
 VideoRatio VideoFacts::GetDisplayAspect() const {

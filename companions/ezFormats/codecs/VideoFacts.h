@@ -19,7 +19,7 @@ inline constexpr const char* kHDR_HDR10Plus = "HDR10+"; ///< PQ with dynamic met
 inline constexpr const char* kHDR_DolbyVision = "DolbyVision";
 /// @}
 
-/// A ratio of two numbers; of none of which is 0 when it is known.
+/// A ratio of two numbers, neither of which is 0 when it is known.
 struct VideoRatio {
     std::uint32_t mWidth = 0;
     std::uint32_t mHeight = 0;
@@ -31,6 +31,11 @@ struct VideoRatio {
     /// "16:9"; empty where it is not known.
     ezCString GetText() const;
 };
+
+/// Pictures in 1000 seconds by a codec's clock of aTimescale ticks a second, of which a picture takes aTicks;
+/// 0 where one of them is 0, or where it cannot be a clock of pictures: writers of a varying rate state the
+/// finest ticks there.
+std::uint32_t VideoClock_FrameRate(std::uint64_t aTicks, std::uint32_t aTimescale);
 
 /// What is told of the pictures of one track, by its codec and by what holds it. What is 0, null or empty is
 /// not known.

@@ -1,7 +1,7 @@
 #include "ezFormats/codecs/VideoUsability.h"
 
 #include "ezBytes/BitReader.h"
-#include "ezFormats/detail/Limits.h"
+#include "ezFormats/codecs/VideoFacts.h"
 
 #include <array>
 
@@ -91,10 +91,5 @@ const char* VideoUsability_ColoursOf(const ezVideoUsability& aUsability, std::ui
 }
 
 std::uint32_t VideoUsability_FrameRateOf(const ezVideoUsability& aUsability, std::uint32_t aUnits) {
-    const std::uint64_t length = std::uint64_t{aUsability.mUnitsInTick} * aUnits;
-    if (length == 0) {
-        return 0;
-    }
-    const std::uint64_t rate = (std::uint64_t{aUsability.mTimeScale} * 1000 + length / 2) / length;
-    return rate <= kVideo_MaxFrameRate ? static_cast<std::uint32_t>(rate) : 0;
+    return VideoClock_FrameRate(std::uint64_t{aUsability.mUnitsInTick} * aUnits, aUsability.mTimeScale);
 }

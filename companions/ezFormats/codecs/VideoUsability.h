@@ -24,11 +24,11 @@ struct ezVideoUsability {
 /// begin. What could not be read is as if it were not told.
 void VideoUsability_ReadSigns(ezBitReader& aBits, ezVideoUsability& aUsability);
 
-/// What samples are called in a record, by chroma_format_idc; null for what is none.
+/// What samples are called in a record, by chroma_format_idc; null for any other number.
 const char* VideoUsability_ColoursOf(const ezVideoUsability& aUsability, std::uint32_t aChromaFormat);
 
 /// Pictures in 1000 seconds, of which each takes so many units of the clock; 0 where the clock is not told,
-/// or cannot be one of pictures: writers of a varying rate state the finest ticks there.
+/// or cannot be one of pictures.
 std::uint32_t VideoUsability_FrameRateOf(const ezVideoUsability& aUsability, std::uint32_t aUnits);
 
 /// Reads the clock, num_units_in_tick and time_scale.

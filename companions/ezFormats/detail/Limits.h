@@ -99,8 +99,8 @@ inline constexpr std::uint32_t kVideoSEI_MaxSize = 4096;
 /// messages, and of each picture some slices. Further ones are not looked at.
 inline constexpr std::uint32_t kNALUnits_MaxCount = 64;
 
-/// Pictures in 1000 seconds, the most: no level of H.264 or H.265 has faster ones. A clock that says so ticks
-/// for something else.
+/// Pictures in 1000 seconds, the most: no level of H.264, H.265 or AV1 has faster ones. A codec's clock that
+/// says so ticks for something else.
 inline constexpr std::uint32_t kVideo_MaxFrameRate = 300'000;
 
 /// Bytes of a table of profile rules: five times the built-in one. It bounds what a wrong path, an image as

@@ -111,14 +111,15 @@ bool H265EltStreamParser::GrowUnit(const Unit& aUnit, Keep& aKeep) {
         return false;
     }
     ezH265UnitHeader header;
-    ezH265Slice slice;
+    std::uint32_t identifier = 0;
     ezH265SliceResult result = ezH265SliceResult::kIllegal;
     if (aUnit.mfWhole && ezH265UnitHeader_Read(aUnit.mCode, aUnit.mBytes[0], header) && header.mfBase) {
-        result = ezH265Slice_Read(aUnit.mBytes + kSecondSize, aUnit.mSize - kSecondSize, header.mType, slice);
+        result = ezH265Slice_ReadPPSID(aUnit.mBytes + kSecondSize, aUnit.mSize - kSecondSize, header.mType,
+                                       identifier);
     }
     const ezH265SPS* sps = nullptr;
     if (result == ezH265SliceResult::kLegal) {
-        sps = mFound->mSets.FindOfPPS(slice.mPPSID);
+        sps = mFound->mSets.FindOfPPS(identifier);
     }
     const bool fGoesOn =
         result == ezH265SliceResult::kTooShort && aUnit.mSize < kSecondSize + kH265_MaxSliceHeaderSize;

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The whole part of a number that is stated as two; 0 where it is none.
+/// The whole part of a number that is stated as two; 0 where the second is 0.
 std::uint32_t ReadQuotient(ByteReader& aBox) {
     const std::uint32_t numerator = aBox.ReadBig32();
     const std::uint32_t denominator = aBox.ReadBig32();

@@ -67,6 +67,9 @@ TEST(AV1Video, FrameRateIsToldWherePicturesLastEquallyLong) {
     EXPECT_EQ(rate(0, 25, true, 0), 0U);
     EXPECT_EQ(rate(1, 0, true, 0), 0U);
     EXPECT_EQ(rate(UINT32_MAX, UINT32_MAX, true, UINT32_MAX - 1), 0U);
+    EXPECT_EQ(rate(1, 300, true, 0), 300000U);
+    EXPECT_EQ(rate(1, 301, true, 0), 0U) << "no clock of pictures";
+    EXPECT_EQ(rate(1, UINT32_MAX, true, 0), 0U);
 }
 
 TEST(AV1Video, ColoursFollowFromProfileAndFlags) {

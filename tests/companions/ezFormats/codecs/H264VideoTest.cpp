@@ -172,6 +172,17 @@ TEST(H264Video, ProfilesAndLevelsHaveTheWordsAndNumbersOfTheRules) {
     EXPECT_EQ(profile(100, 0, 9), "High@9");
 }
 
+TEST(H264Video, ANumberThatIsNoLevelIsNotTold) {
+    const auto level = [](int aProfile, int aConstraints, int aLevel) {
+        return ToldOfConfig(Hex({1, aProfile, aConstraints, aLevel, 0xFF, 0xE0, 0}));
+    };
+    EXPECT_EQ(level(100, 0, 62), "H264 High@62");
+    EXPECT_EQ(level(100, 0, 63), "H264 High@?");
+    EXPECT_EQ(level(100, 0, 255), "H264 High@?");
+    EXPECT_EQ(level(100, 0, 0), "H264 High@?");
+    EXPECT_EQ(level(77, 0x10, 11), "H264 Main@9");
+}
+
 TEST(H264Video, ShapesOfAPixelAreThoseOfTheTableOrStated) {
     const auto shape = [](unsigned anAspect, unsigned aWidth, unsigned aHeight) {
         Stream264 stream;

@@ -106,6 +106,8 @@ TEST(H265Video, ProfilesAndLevelsHaveTheWordsAndNumbersOfTheRules) {
     EXPECT_EQ(level(120), 40U);
     EXPECT_EQ(level(123), 41U);
     EXPECT_EQ(level(186), 62U);
+    EXPECT_EQ(level(255), 85U) << "without limits";
+    EXPECT_EQ(level(0), VideoFacts::kNoLevel);
 }
 
 TEST(H265Video, SizeIsCutInUnitsOfChroma) {

@@ -127,8 +127,10 @@ void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
         return;
     }
     aFacts.mCodec = codec != nullptr ? ezCString(codec) : WordOf(fourCC.GetText().View());
-    if (aFacts.mCodec == "MPEG4" && bytes.size() > kHeaderSize) {
-        Take(MPEG4Visual_Read(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize), aFacts);
+    if (aFacts.mCodec == "MPEG4") { // its headers may stand in the first frame alone, as in AVI
+        const std::size_t size = std::min(bytes.size(), kHeaderSize);
+        Take(MPEG4Visual_Read(bytes.data() + size, bytes.size() - size), aFacts);
+        Take(MPEG4Visual_Read(aData.mFrame.data(), aData.mFrame.size()), aFacts);
     } else if (aFacts.mCodec == "H264") {
         Take(H264Video_ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
     }

@@ -277,6 +277,21 @@ TEST(MatroskaParser, PrivateDataTellOfSoundWhatTheEntryMayHaveWrong) {
               "\"AC3\"|48000|6|");
 }
 
+TEST(MatroskaParser, FirstFrameTellsOfPicturesWhatABitmapLeavesOut) {
+    const auto told = [](const char* aFourCC, const std::string& aFrame) {
+        const std::string bitmap = std::string(16, '\0') + aFourCC + std::string(20, '\0');
+        return Values(Head() + Segment(Info(Duration(1000)) +
+                                       Tracks(Track(1, 1, "V_MS/VFW/FOURCC", Picture() + Private(bitmap))) +
+                                       Cluster(0, Block(1, 0, aFrame) + Block(1, 500, aFrame))),
+                      {"vc", "vp", "vl", "pr"});
+    };
+    const std::string layer = "\0\0\1\xB0\xF5\0\0\1\x20"s
+                              "\x00\x84\x40\x06\x70\xC2\xC1\x09\x06"s;
+    EXPECT_EQ(told("XVID", layer), "\"MPEG4\"|\"AdvancedSimple\"|50|\"interlaced\"");
+    EXPECT_EQ(told("XVID", "no header"), "\"MPEG4\"|||");
+    EXPECT_EQ(told("WVC1", layer), "\"VC1\"|||");
+}
+
 TEST(MatroskaParser, FirstFrameTellsWhatNothingElseDoes) {
     const auto sound = [](const std::string& anId, const std::string& aFrame, const std::string& aRest = "",
                           unsigned aFlags = 0x80) {

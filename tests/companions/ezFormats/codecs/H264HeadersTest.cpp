@@ -24,6 +24,8 @@ struct Fields {
     unsigned mBottom = 6;
     int mBitRate = -1; ///< of the HRD parameters, as coded
     unsigned mBitRateScale = 0;
+    unsigned mDeliveries = 1; ///< of that rate; more than one with the longest numbers, and for slices too
+    unsigned mCycle = 2;      ///< reference frames of POC type 1
     unsigned mConstant = 1;
     Bits mSetEnd = Bits();
     unsigned mPPSID = 0;
@@ -52,7 +54,10 @@ struct Fields {
         if (mPOCType == 0) {
             bits.UE(0);
         } else if (mPOCType == 1) {
-            bits.Put(0, 1).SE(-3).SE(2).UE(2).SE(1).SE(-1);
+            bits.Put(0, 1).SE(-3).SE(2).UE(mCycle);
+            for (unsigned i = 0; i < mCycle; ++i) {
+                bits.SE(i % 2 == 0 ? 1 : -INT32_MAX);
+            }
         }
         bits.UE(mReferences).Put(0, 1).UE(mWidth - 1).UE(mHeight - 1).Put(mFrameMBsOnly, 1);
         if (mFrameMBsOnly == 0) {
@@ -67,15 +72,28 @@ struct Fields {
             bits.Put(1, 1).Put(255, 8).Put(12, 16).Put(11, 16).Put(1, 1).Put(0, 1); // shape, overscan
             bits.Put(1, 1).Put(5, 3).Put(0, 1).Put(1, 1).Put(0x010101, 24);         // colours
             bits.Put(1, 1).UE(0).UE(1).Put(1, 1).Put(1, 32).Put(50, 32).Put(1, 1);  // places, time
-            bits.Put(1, 1).UE(0).Put(mBitRateScale, 4).Put(0, 4);                   // one buffer
-            bits.UE(static_cast<unsigned>(mBitRate)).UE(9).Put(mConstant, 1).Put(0, 20);
-            bits.Put(0, 1).Put(0, 1).Put(0, 1).Put(1, 1).Put(1, 1); // no other, delay, structure, bounds
+            PutBuffers(bits);
+            if (mDeliveries > 1) {
+                PutBuffers(bits);
+            } else {
+                bits.Put(0, 1);
+            }
+            bits.Put(0, 1).Put(0, 1).Put(1, 1).Put(1, 1); // delay, structure, bounds
             bits.UE(0).UE(0).UE(16).UE(16).UE(0).UE(1);
         }
         if (mfStopBit) {
             bits.Stop();
         }
         return bits.Bytes();
+    }
+
+    /// hrd_parameters
+    void PutBuffers(Bits& aBits) const {
+        aBits.Put(1, 1).UE(mDeliveries - 1).Put(mBitRateScale, 4).Put(0, 4);
+        for (unsigned i = 1; i < mDeliveries; ++i) {
+            aBits.UE(0xFFFFFFFE).UE(0xFFFFFFFE).Put(0, 1);
+        }
+        aBits.UE(static_cast<unsigned>(mBitRate)).UE(9).Put(mConstant, 1).Put(0, 20);
     }
 
     std::string PPS() const {
@@ -191,11 +209,29 @@ TEST(H264Headers, OneBrokenFieldOfTheSPSIsNoStream) {
         f.mWidth = 400;
         f.mHeight = 400;
     })) << "each side is possible, their product is not";
+    EXPECT_FALSE(Wins([](Fields& f) { f.mBottom = 0xFFFFFFFE; })) << "times two it is more than 32 bits";
     EXPECT_TRUE(Wins([](Fields& f) { f.mBottom = 95; })) << "two lines are left";
     EXPECT_FALSE(Wins([](Fields& f) { f.mBottom = 96; })) << "no line is left";
     EXPECT_FALSE(Wins([](Fields& f) { f.mfStopBit = false; }));
     EXPECT_FALSE(Wins([](Fields& f) { f.mSPSCode = 0x07; })) << "no reference";
     EXPECT_FALSE(Wins([](Fields& f) { f.mSPSCode = 0xE7; })) << "forbidden bit";
+}
+
+TEST(H264Headers, CountsAreReadUpToTheMostThatIsAllowed) {
+    const auto with = [](unsigned aCycle, unsigned aDeliveries) {
+        return RecordWith([=](Fields& f) {
+            f.mPOCType = 1;
+            f.mCycle = aCycle;
+            f.mBitRate = 15624;
+            f.mDeliveries = aDeliveries;
+        });
+    };
+    const std::string record = "he=180\nvc=\"H264\"\nvr=1000000\nvt=1\nwi=320\n";
+    EXPECT_EQ(with(0, 1), record);
+    EXPECT_EQ(with(255, 1), record);
+    EXPECT_EQ(with(256, 1), "");
+    EXPECT_EQ(with(255, 32), record) << "the last delivery is the fastest";
+    EXPECT_EQ(with(2, 33), "");
 }
 
 TEST(H264Headers, OneBrokenFieldOfThePPSIsNoStream) {

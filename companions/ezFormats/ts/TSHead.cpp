@@ -204,4 +204,8 @@ void TSHead::Read() {
     while (ReadBlock(size) && !IsEnough() && mEnd < kTS_MaxWindow) {
         size = std::min(std::max<std::size_t>(static_cast<std::size_t>(mEnd), size), kTS_LargestBlock);
     }
+    for (TSTrack& track : mTracks) {
+        TSStream& stream = track.mStream;
+        stream.mCodec = stream.mCodec == StreamCodec::Unknown ? stream.mElse : stream.mCodec;
+    }
 }

@@ -61,7 +61,7 @@ struct MadeType {
     std::uint8_t mType;
     StreamCodec mOfHDMV;
     StreamCodec mOfOthers;  ///< broadcasts
-    StreamCodec mOfUnknown; ///< Unknown: the payload decides
+    StreamCodec mOfUnknown; ///< Unknown: the payload decides, and where it does not, it is that of others
 };
 constexpr MadeType kMade[] = {
     {0x80, StreamCodec::LPCMOfDisc, StreamCodec::MPEGVideo, StreamCodec::MPEGVideo},
@@ -218,6 +218,7 @@ TSStream TSStreamOf(const TSStreamWords& aWords, TSMaker aMaker) {
         stream.mCodec = aMaker == TSMaker::HDMV    ? made->mOfHDMV
                         : aMaker == TSMaker::Other ? made->mOfOthers
                                                    : made->mOfUnknown;
+        stream.mElse = made->mOfOthers;
     }
     stream.mName = encrypted != nullptr ? encrypted->mName
                    : named != nullptr   ? named->mName

@@ -17,6 +17,7 @@ inline constexpr std::uint8_t kTSTable_Map = 0x02;
 struct TSStream {
     std::uint16_t mPID = 0;
     StreamCodec mCodec = StreamCodec::Unknown; ///< Unknown: the payload decides
+    StreamCodec mElse = StreamCodec::Unknown;  ///< what it is where the payload tells nothing either
     const char* mName = "";                    ///< the codec's, where the payload tells nothing; may be ""
     bool mfEncrypted = false;                  ///< the kind of stream says so
     std::uint32_t mChannels = 0;               ///< of sound, where a descriptor tells

@@ -41,7 +41,8 @@ std::vector<TypeCase> TypeCases() {
         {{0x81, kSound}, Frame(), "", "AC3 1 -"},
         {{0x82, kSound}, Dts(), kHDMV, "DTS 1 -"},
         {{0x82, kSound}, Dts(), "", "DTS 1 -"}, // nobody registered: the payload tells
-        {{0x82, kSound}, "subtitles of ATSC", "", "- - -"},
+        {{0x82, kSound}, "subtitles of ATSC", "", "- - 1"},
+        {{0x82, 0x222}, "", "", "- - 1"}, // which need not be in packets of a stream
         {{0x82, kSound}, "subtitles of ATSC", kATSC, "- - 1"},
         {{0x83, kSound}, TrueHD(), kHDMV, "TrueHD 1 -"},
         {{0x86, kSound}, Dts(), kHDMV, "DTS 1 -"},

@@ -109,10 +109,13 @@ StreamCodec OfStartCode(const unsigned char* aBytes) {
 }
 
 /// The NAL unit after a start code of four bytes: an access unit delimiter or a parameter set (ITU-T H.264,
-/// table 7-1; ITU-T H.265, table 7-1).
+/// table 7-1; ITU-T H.265, table 7-1). Slices 9 and 39 of MPEG video have the same codes, so the bits after
+/// these are looked at too; the other codes are of slices that no picture of a film is high enough for.
 StreamCodec OfUnit(const unsigned char* aBytes) {
     const unsigned unit = aBytes[4];
-    if (unit == 0x09 || unit == 0x67 || unit == 0x27 || unit == 0x47) {
+    const bool fDelimiter = unit == 0x09 && (aBytes[5] & 0x1FU) == 0x10; // primary_pic_type, and the stop bit
+    const bool fParameters = unit == 0x27 && (aBytes[6] & 3U) == 0 && aBytes[7] >= 9 && aBytes[7] <= 62;
+    if (fDelimiter || fParameters || unit == 0x67 || unit == 0x47) {
         return StreamCodec::H264;
     }
     const bool fH265 = (unit == 0x46 || unit == 0x40 || unit == 0x42) && aBytes[5] == 1;

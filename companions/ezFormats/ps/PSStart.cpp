@@ -179,7 +179,10 @@ void PSStart::ReadFacts() {
 
 void PSStart::ReadSound(const PSTrack& aTrack) {
     const StreamPayload& payload = mAudioPayload.mPayload;
-    const StreamSound sound = ReadStreamSound(aTrack.mCodec, payload.GetBytes(), payload.GetSize());
+    // Packets of MPEG audio need not begin with a frame.
+    const bool fFrames = aTrack.mCodec == StreamCodec::Unknown && StreamID_IsAudio(aTrack.mID.mStream);
+    const StreamCodec codec = fFrames ? StreamCodec::MPEGAudio : aTrack.mCodec;
+    const StreamSound sound = ReadStreamSound(codec, payload.GetBytes(), payload.GetSize());
     mAudio = sound.mFacts;
     if (mAudio->mCodec.IsEmpty()) {
         mAudio->mCodec = StreamCodec_GetName(aTrack.mCodec);

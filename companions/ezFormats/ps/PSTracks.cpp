@@ -14,7 +14,8 @@ namespace {
 constexpr std::uint8_t kFirstVC1 = 0x55; ///< stream_id_extension of VC-1 (SMPTE RP 227)
 constexpr std::uint8_t kLastVC1 = 0x5F;
 
-/// Video by the first start code that its codec begins with, wherever the packet was cut.
+/// Video by the first start code that its codec begins with, wherever the packet was cut. VC-1 has streams of
+/// its own, and the code of its sequences is that of a slice of MPEG video.
 StreamCodec LookForVideo(const unsigned char* aBytes, std::size_t aSize) {
     for (std::size_t i = 0; i + 12 <= aSize; ++i) {
         const bool fCode = aBytes[i + 2] == 1 || (aBytes[i + 2] == 0 && aBytes[i + 3] == 1);
@@ -22,7 +23,7 @@ StreamCodec LookForVideo(const unsigned char* aBytes, std::size_t aSize) {
             continue;
         }
         const StreamCodec codec = StreamCodec_OfPayload(aBytes + i, aSize - i);
-        if (StreamCodec_GetKind(codec) == StreamKind::Video) {
+        if (codec != StreamCodec::VC1 && StreamCodec_GetKind(codec) == StreamKind::Video) {
             return codec;
         }
     }

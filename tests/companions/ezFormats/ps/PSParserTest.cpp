@@ -200,6 +200,20 @@ TEST(PSParser, StreamMayBeginAnywhereWithinTheFirst64KiB) {
               "PSParser: unsupported: no stream of pictures or sound");
 }
 
+TEST(PSParser, CutStreamIsOfTheCodecsThatAreSeenOnceTheyBegin) {
+    // Slices of MPEG video have the codes with which other codecs begin: 15 that of VC-1's sequences; 9 and 39
+    // those of units of H.264, where the slice before ends with a byte of zeros.
+    const std::string cut = "\0\0\1\x0F\xC2"s + std::string(20, '\x33') + "\0\0\0\1\x09\x5B"s +
+                            std::string(20, '\x33') + "\0\0\0\1\x27\x42\x33"s + std::string(20, '\x33');
+    Film film;
+    film.mHead = Packet(0xE0, cut) + Packet(0xC0, LayerII().substr(300)) + Packet(0xE0, cut);
+    EXPECT_EQ(Values(film.Bytes(), {"vc", "wi", "ca", "vt", "ta"}), "\"MPEG2\"|720|\"MP2\"|1|1");
+    // No packet of sound begins with a frame.
+    Film shifted;
+    shifted.mAudio = LayerII().substr(300) + LayerII().substr(0, 300);
+    EXPECT_EQ(Values(shifted.Bytes(), {"ca", "ar", "ta"}), "\"MP2\"|192000|1");
+}
+
 TEST(PSParser, StuffingPaddingAndOpenPacketsAreSteppedOver) {
     const std::string film = Film().Bytes();
     EXPECT_EQ(Values(Pack(0, 7) + Plain(0xBB, std::string(12, '\x80')) +

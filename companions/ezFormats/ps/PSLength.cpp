@@ -107,7 +107,8 @@ PSLength MeasurePS(PSBytes& aBytes, PSStart& aStart) {
     if (*size <= aStart.GetEnd()) {
         const std::uint64_t ticks = aStart.GetClock().GetTicks();
         const bool fStill = !aStart.GetAudio().has_value() && ticks <= aStart.GetFrames().mPictureTicks;
-        return {fStill ? 0 : Microseconds(ticks), kByStamps, 0}; // a still picture stands as long as one likes
+        // A still picture stands as long as one likes.
+        return {fStill ? 0 : Microseconds(ticks), kByStamps, 0};
     }
     const PSClock end = ReadEnd(aBytes, aStart, *size);
     const std::uint64_t ticks = aStart.GetClock().GetFirst().GetTicksTo(end.GetLast(), aStart.GetFrames());

@@ -201,8 +201,8 @@ TEST(PSParser, StreamMayBeginAnywhereWithinTheFirst64KiB) {
 }
 
 TEST(PSParser, CutStreamIsOfTheCodecsThatAreSeenOnceTheyBegin) {
-    // Slices of MPEG video have the codes with which other codecs begin: 15 that of VC-1's sequences; 9 and 39
-    // those of units of H.264, where the slice before ends with a byte of zeros.
+    // Slices of MPEG video have the codes with which other codecs begin: 15 that of VC-1's sequences; 9 and
+    // 39 those of units of H.264, where the slice before ends with a byte of zeros.
     const std::string cut = "\0\0\1\x0F\xC2"s + std::string(20, '\x33') + "\0\0\0\1\x09\x5B"s +
                             std::string(20, '\x33') + "\0\0\0\1\x27\x42\x33"s + std::string(20, '\x33');
     Film film;
@@ -298,8 +298,9 @@ TEST(PSParser, LengthIsEstimatedByRatesWhereTheClockBeginsAnewUnseen) {
 TEST(PSParser, WithoutASizeTheStartTellsAllButTheLength) {
     Delivery delivery;
     delivery.mfSizeKnown = false;
-    EXPECT_EQ(Values(Film().Bytes(), {"vc", "ca", "wi", "dm", "dl"}, delivery),
-              "\"MPEG2\"|\"MP2\"|720||\"*\"");
+    EXPECT_EQ(
+        Values(Film().Bytes(), {"vc", "ca", "wi", "dm", "dl"}, delivery),
+        "\"MPEG2\"|\"MP2\"|720||\"DLNA.ORG_PN=MPEG_PS_PAL;DLNA.ORG_FLAGS=01500000000000000000000000000000\"");
 }
 
 TEST(PSParser, LongFilmCostsFourReads) {

@@ -186,9 +186,10 @@ inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const FormatDesc
     const std::string field(anInfo.GetCString(kezInfo_DLNA, "").View());
     const bool fProfile = field.compare(0, 12, "DLNA.ORG_PN=") == 0;
     const std::string profile = fProfile ? field.substr(0, field.find(';')) : "*";
-    const auto& foreign = aFormat.mForeignMimeTypes; // listed by the parsers of theirs
+    const auto& foreign = aFormat.mForeignMimeTypes; // without a profile listed by the parsers of theirs
     const bool fForeign = std::count(foreign.begin(), foreign.end(), std::string_view(type)) != 0;
-    FuzzCheck(fForeign ? !fProfile : FormatDoor_IsListed(type + ":" + profile, aParser.GetDLNAInfo().View()));
+    FuzzCheck((fForeign && !fProfile) ||
+              FormatDoor_IsListed(type + ":" + profile, aParser.GetDLNAInfo().View()));
     std::string expected = fProfile ? profile : "";
     if (afSizeKnown) {
         expected += fProfile ? ";DLNA.ORG_OP=01" : "DLNA.ORG_OP=01";

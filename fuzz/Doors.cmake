@@ -153,7 +153,8 @@ ez_add_door(ezThumbnails_inside cover_flac ${THUMBNAILS}/FLACCover.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_id3
     ${THUMBNAILS}/ID3Cover.cpp ${BYTES}/ID3Tag.cpp ${BYTES}/InflatedBytes.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_matroska
-    ${THUMBNAILS}/MatroskaCover.cpp ${BYTES}/EBMLWalk.cpp ${BYTES}/MatroskaAttachments.cpp ${BYTES}/MatroskaSegment.cpp
+    ${THUMBNAILS}/MatroskaCover.cpp ${BYTES}/EBMLWalk.cpp ${BYTES}/MatroskaAttachments.cpp
+    ${BYTES}/MatroskaBlocks.cpp ${BYTES}/MatroskaCoverTrack.cpp ${BYTES}/MatroskaSegment.cpp
     ${COVER})
 ez_add_door(ezThumbnails_inside cover_mp4 ${THUMBNAILS}/MP4Cover.cpp ${BYTES}/BoxWalk.cpp ${COVER})
 ez_add_door(ezThumbnails_inside cover_ogg ${THUMBNAILS}/OggCover.cpp ${COVER})

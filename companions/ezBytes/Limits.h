@@ -83,6 +83,14 @@ inline constexpr std::size_t kMatroska_MaxSeekHeads = 3;
 /// on there reads all that lies between.
 inline constexpr std::uint64_t kMatroska_StreamReach = std::uint64_t{1024} * 1024;
 
+/// Tracks of one file that are told apart: a film with many languages has fifty. Further ones are not looked
+/// at.
+inline constexpr std::size_t kMatroska_MaxTracks = 128;
+
+/// Blocks from the first cluster on that are looked at for the first frames of the tracks that play: they
+/// stand side by side there, and each that is stepped over may cost a read.
+inline constexpr std::uint32_t kMatroska_MaxFirstBlocks = 24;
+
 /// Files that a Matroska file holds which are looked at for the cover: each may cost a read, as its bytes are
 /// stepped over. A film with many fonts has some twenty.
 inline constexpr std::uint32_t kMatroskaAttachments_MaxCount = 24;

@@ -147,7 +147,9 @@ void FilmFacts::Store(ezMediaInfo& anInfo) const {
     const std::uint32_t whole = MediaNumber_BitRate(mSize.value_or(0), mDuration, kMicro);
     Rates audio = RatesOf(mAudio);
     Rates video = RatesOf(mVideo);
-    EstimateRest(*this, whole, audio, video);
+    const std::uint64_t size = mSize.value_or(0);
+    const std::uint64_t played = size - std::min(size, mAttachedSize);
+    EstimateRest(*this, MediaNumber_BitRate(played, mDuration, kMicro), audio, video);
     StoreNumber(anInfo, kezInfo_AudioTrackCount, mAudioCount);
     StoreNumber(anInfo, kezInfo_SubtitleTrackCount, mSubtitleCount);
     anInfo.Set(kezInfo_Languages, mLanguages.c_str(), true);

@@ -26,8 +26,9 @@ struct FilmFacts {
     ezCString mDurationMethod = "header";
     std::uint64_t mDurationBound = 0;   ///< microseconds by which an estimate may be too long
     std::optional<std::uint64_t> mSize; ///< bytes of the whole
+    std::uint64_t mAttachedSize = 0;    ///< bytes of it that no track plays: attached files
 
     /// Puts all of it into a record. The mean rate of one kind of tracks that is not told is estimated by
-    /// what the others leave of the whole.
+    /// what the others, and attached files, leave of the whole.
     void Store(ezMediaInfo& anInfo) const;
 };

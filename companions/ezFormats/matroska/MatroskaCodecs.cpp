@@ -337,11 +337,6 @@ Facts ReadCodec(const Codec<Facts> (&aCodecs)[Size], const MatroskaTrack& aTrack
 
 } // namespace
 
-bool MatroskaCodec_IsStill(const MatroskaTrack& aTrack) {
-    const ezCString name = ReadCodec(kVideoCodecs, aTrack, std::nullopt).mCodec;
-    return name == "MJPEG" || name == "PNG";
-}
-
 bool MatroskaCodec_WantsFrame(const MatroskaTrack& aTrack) {
     const bool fTells =
         HasTrait(kVideoCodecs, aTrack, kWantsFrame) || HasTrait(kSoundCodecs, aTrack, kWantsFrame);

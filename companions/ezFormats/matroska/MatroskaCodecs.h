@@ -8,10 +8,6 @@
 
 #include <optional>
 
-/// Whether frames of a track are pictures that stand alone, as covers do: of such a track only the number of
-/// frames tells whether it is a film.
-bool MatroskaCodec_IsStill(const MatroskaTrack& aTrack);
-
 /// Whether the first frame of a track tells what its entry does not.
 bool MatroskaCodec_WantsFrame(const MatroskaTrack& aTrack);
 

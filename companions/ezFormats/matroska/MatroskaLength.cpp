@@ -1,10 +1,10 @@
 #include "ezFormats/matroska/MatroskaLength.h"
 
+#include "ezBytes/MatroskaBlocks.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
-#include "ezFormats/matroska/MatroskaBlocks.h"
 #include "ezFormats/matroska/MatroskaLimits.h"
 
 #include "ezPlatform/base/Checked.h"
@@ -155,6 +155,8 @@ private:
                 Take(block);
             }
         }
+        // What was not read may end later: a length has to be the whole one.
+        mLast = mBytes.IsBudgetUsedUp() || mBudget == 0 ? 0 : mLast;
     }
 
     /// As many bytes at once as there may be, where the head of an element is not there.
@@ -179,18 +181,18 @@ private:
         mLast = std::max(mLast, end);
     }
 
-    /// Searches the end for the last cluster, a block of bytes after the other.
+    /// Searches the end for the last cluster, a window of bytes after the other.
     void WalkBackward() {
-        constexpr std::uint64_t kStep = kMediaBytes_LargestBlock - kHeadSize; // heads are buffered whole
+        constexpr std::uint64_t kStep = kMediaBytes_LargestWindow - kHeadSize; // heads are buffered whole
         const std::uint64_t first = std::max(mFirst, mEnd - std::min(mEnd, kMatroska_TailSize));
         std::uint64_t end = mEnd;
-        while (end > first && mLast == 0) {
+        while (end > first && mLast == 0 && !mBytes.IsBudgetUsedUp()) {
             const std::uint64_t start = std::max(first, end - std::min(end, kStep));
-            mBytes.Load(start, kMediaBytes_LargestBlock);
+            mBytes.LoadWindow(start, kMediaBytes_LargestWindow);
             for (std::uint64_t place = end; place > start && mLast == 0; --place) {
                 if (IsCluster(place - 1)) {
                     Walk(place - 1);
-                    mBytes.Load(start, kMediaBytes_LargestBlock);
+                    mBytes.LoadWindow(start, kMediaBytes_LargestWindow);
                 }
             }
             end = start;

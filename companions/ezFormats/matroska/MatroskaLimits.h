@@ -16,10 +16,6 @@ inline constexpr std::uint64_t kMatroska_MaxBytes = std::uint64_t{4} * 1024 * 10
 /// before its first cluster, thousands of blocks lie within the end that is searched for the last ones.
 inline constexpr std::uint32_t kMatroska_MaxElements = 50'000;
 
-/// Tracks of one file that are told apart: a film with many languages has fifty. Further ones are not looked
-/// at.
-inline constexpr std::size_t kMatroska_MaxTracks = 128;
-
 /// Bytes of what sets a decoder up that are looked at: parameter sets with all their lists fit.
 inline constexpr std::size_t kMatroska_MaxPrivate = std::size_t{16} * 1024;
 
@@ -37,13 +33,9 @@ inline constexpr std::size_t kMatroska_MaxCodecId = 32;
 /// metadata.
 inline constexpr std::size_t kMatroska_MaxMappings = 8;
 
-/// Blocks from the first cluster on that are looked at for the first frames of the tracks that play: they
-/// stand side by side there, and each that is stepped over may cost a read.
-inline constexpr std::uint32_t kMatroska_MaxFirstBlocks = 24;
-
-/// Bytes of the end of the clusters that are searched for the last one: clusters hold some seconds, of at
-/// most a few megabytes.
-inline constexpr std::uint64_t kMatroska_TailSize = std::uint64_t{2} * 1024 * 1024;
+/// Bytes of the end of the clusters that are searched for the last one, and then walked: clusters hold some
+/// seconds, of a megabyte or two. Both fit into the bytes of a parse.
+inline constexpr std::uint64_t kMatroska_TailSize = std::uint64_t{1792} * 1024;
 
 /// Microseconds by which a stated length may go beyond the last blocks that are found, before it is taken for
 /// that of a stray one: the last frames may last a while, and subtitles stay a little longer.
@@ -58,3 +50,10 @@ inline constexpr std::uint64_t kMatroska_CueTailSize = std::uint64_t{4} * 1024;
 
 /// Elements of tags of one file that are read: writers put all into one, editors may add another.
 inline constexpr std::size_t kMatroska_MaxTags = 8;
+
+/// Pixels of a side of a picture, or what else its shown size is counted in: more is damage, and the products
+/// of two sides fit 64 bits.
+inline constexpr std::uint64_t kMatroska_MaxSide = 0x7FFFFFFF;
+
+/// Bits of a sample of a picture: cameras and masters have 16. More is damage, and not told.
+inline constexpr std::uint64_t kMatroska_MaxSampleBits = 16;

@@ -3,7 +3,6 @@
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/FilmRecord.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/matroska/MatroskaBlocks.h"
 #include "ezFormats/matroska/MatroskaCodecs.h"
 #include "ezFormats/matroska/MatroskaInfo.h"
 #include "ezFormats/matroska/MatroskaLength.h"
@@ -13,13 +12,17 @@
 
 #include "ezBytes/CodePage.h"
 #include "ezBytes/EBMLWalk.h"
+#include "ezBytes/Limits.h"
 #include "ezBytes/MatroskaAttachments.h"
+#include "ezBytes/MatroskaBlocks.h"
+#include "ezBytes/MatroskaCoverTrack.h"
 #include "ezBytes/MatroskaSegment.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -29,7 +32,6 @@ struct FirstBlocks {
     const MatroskaTrack* mSound = nullptr;
     std::optional<ByteReader> mVideoFrame; ///< the first one of the track
     std::optional<ByteReader> mSoundFrame;
-    std::uint32_t mPictures = 0; ///< blocks of the video among those that were looked at
 
     /// Takes the two tracks, either of which may be null.
     FirstBlocks(const MatroskaTrack* aVideo, const MatroskaTrack* aSound) : mVideo(aVideo), mSound(aSound) {}
@@ -41,16 +43,14 @@ struct FirstBlocks {
         for (std::uint32_t i = 0; i < kMatroska_MaxFirstBlocks && !IsDone() && blocks.Next(&block); ++i) {
             Take(block, mVideo, mVideoFrame);
             Take(block, mSound, mSoundFrame);
-            mPictures += mVideo != nullptr && block.mTrack == mVideo->mNumber ? 1 : 0;
         }
     }
 
 private:
     bool IsDone() const {
-        const bool fStill = mVideo != nullptr && mVideo->mKind == MatroskaKind::Still && mPictures < 2;
         const bool fVideo = mVideo != nullptr && !mVideoFrame && MatroskaCodec_WantsFrame(*mVideo);
         const bool fSound = mSound != nullptr && !mSoundFrame && MatroskaCodec_WantsFrame(*mSound);
-        return !fStill && !fVideo && !fSound;
+        return !fVideo && !fSound;
     }
     static void Take(const MatroskaBlock& aBlock, const MatroskaTrack* aTrack,
                      std::optional<ByteReader>& aFrame) {
@@ -63,9 +63,8 @@ private:
 /// What a muxer counted goes before what a header states, which may be meant for another copy of the track.
 template <typename Facts>
 void TakeCounts(const MatroskaTrackCounts* aCounts, Facts& aFacts) {
-    if (aCounts != nullptr && aCounts->mfOfThisFile && aCounts->mBitRate != 0 &&
-        aCounts->mBitRate < kezMediaInfo_VariableRate) {
-        aFacts.mBitRate = static_cast<std::uint32_t>(aCounts->mBitRate);
+    if (aCounts != nullptr && aCounts->mfOfThisFile && aCounts->GetBitRate() != 0) {
+        aFacts.mBitRate = aCounts->GetBitRate();
         aFacts.mEstimatedBitRate = 0;
     }
 }
@@ -84,13 +83,10 @@ public:
         if (mSegment.Find(kMatroska_Tracks, 0, &element)) {
             mTracks = ReadMatroskaTracks(element.mContent, mBudget);
         }
-        for (MatroskaTrack& track : mTracks.mTracks) {
-            const bool fStill = track.mKind == MatroskaKind::Video && MatroskaCodec_IsStill(track);
-            track.mKind = fStill ? MatroskaKind::Still : track.mKind;
-        }
         if (mSegment.Find(kMatroska_Info, 0, &element)) {
             mInfo = ReadMatroskaInfo(element.mContent, mBudget);
         }
+        SetCoverTrackAside();
         ReadFirstBlocks();
         return mFilm.mVideo.has_value() || mFilm.mAudio.has_value();
     }
@@ -101,11 +97,9 @@ public:
             ReadMatroskaTags(element.mContent, mBudget, mFilm.mVideo.has_value(), mInfo.mWriting, mCodePage,
                              mTags);
         }
-        MatroskaAttachment cover(mSegment.GetContent());
-        if (FindCoverAttachment(mSegment, mBudget, &cover)) {
-            mCover.OfferPicture(kFrontCover, cover.mMimeType, cover.mData);
-        }
+        // First what counts more, should the file cost more than a parse may.
         mLength = MeasureMatroska(mBytes, mSegment, mInfo, mTracks, mTags, mBudget);
+        ReadCover();
     }
 
     void Store(ezMediaInfo& anInfo) {
@@ -131,26 +125,55 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kFrontCover = 3; // as pictures of tags are numbered
+    /// A track that is the cover of sound is no film, nor is one of pictures beside one that moves.
+    void SetCoverTrackAside() {
+        std::vector<MatroskaTrackHead> heads;
+        for (const MatroskaTrack& track : mTracks.mTracks) {
+            using Kind = MatroskaTrackHead::Kind;
+            const Kind kind = track.mKind == MatroskaKind::Video   ? Kind::Video
+                              : track.mKind == MatroskaKind::Sound ? Kind::Sound
+                                                                   : Kind::Other;
+            heads.push_back({track.mNumber, kind, track.mCodecId});
+        }
+        mCoverTrack = FindCoverTrack(mSegment, mBudget, heads);
+        const auto fMoves = [](const MatroskaTrack& aTrack) {
+            return aTrack.mKind == MatroskaKind::Video && !IsMatroskaStill(aTrack.mCodecId);
+        };
+        const bool fFilm = std::any_of(mTracks.mTracks.begin(), mTracks.mTracks.end(), fMoves);
+        for (MatroskaTrack& track : mTracks.mTracks) {
+            const bool fAside =
+                track.mKind == MatroskaKind::Video && (mCoverTrack || (fFilm && !fMoves(track)));
+            track.mKind = fAside ? MatroskaKind::Other : track.mKind;
+        }
+    }
 
     void ReadFirstBlocks() {
-        const MatroskaTrack* video = mTracks.Find(MatroskaKind::Video);
+        const MatroskaTrack* const video = mTracks.Find(MatroskaKind::Video);
         const MatroskaTrack* const sound = mTracks.Find(MatroskaKind::Sound);
-        video = video != nullptr ? video : mTracks.Find(MatroskaKind::Still);
         FirstBlocks first(video, sound);
         first.Find(mSegment, mBudget);
-        // One picture beside sound is its cover.
-        if (video != nullptr && video->mKind == MatroskaKind::Still &&
-            (sound == nullptr || first.mPictures > 1)) {
-            mTracks.Rename(MatroskaKind::Still, MatroskaKind::Video);
-        }
-        if (video != nullptr && video->mKind == MatroskaKind::Video) {
+        if (video != nullptr) {
             mVideoUID = video->mUID;
             mFilm.mVideo = MatroskaCodec_ReadVideo(*video, first.mVideoFrame);
         }
         if (sound != nullptr) {
             mSoundUID = sound->mUID;
             mFilm.mAudio = MatroskaCodec_ReadSound(*sound, first.mSoundFrame);
+        }
+    }
+
+    /// What is attached, and the picture of a track that is the cover, are no part of what plays.
+    void ReadCover() {
+        EBMLElement attached(mSegment.GetContent());
+        if (mSegment.Find(kMatroska_Attachments, 0, &attached)) {
+            mFilm.mAttachedSize = attached.mfUnknownSize ? 0 : attached.mStatedSize;
+        }
+        mFilm.mAttachedSize += mCoverTrack ? mCoverTrack->GetLeft() : 0;
+        MatroskaAttachment cover(mSegment.GetContent());
+        if (FindCoverAttachment(mSegment, mBudget, &cover)) {
+            mCover.OfferPicture(kPictureType_FrontCover, cover.mMimeType, cover.mData);
+        } else if (mCoverTrack) {
+            mCover.OfferPicture(kPictureType_FrontCover, {}, *mCoverTrack);
         }
     }
 
@@ -180,6 +203,7 @@ private:
     MatroskaTags mTags;
     MatroskaLength mLength;
     CoverFacts mCover;
+    std::optional<ByteReader> mCoverTrack; ///< its picture
     FilmFacts mFilm;
     std::uint64_t mVideoUID = 0;
     std::uint64_t mSoundUID = 0;

@@ -1,5 +1,7 @@
 #include "ezFormats/matroska/MatroskaPicture.h"
 
+#include "ezFormats/matroska/MatroskaLimits.h"
+
 #include "ezBytes/EBMLWalk.h"
 
 #include <algorithm>
@@ -115,7 +117,7 @@ Numbers ReadNumbers(const ByteReader& aVideo, std::uint32_t& aBudget) {
 std::uint32_t Cropped(std::uint64_t aSide, std::uint64_t aFirst, std::uint64_t aLast) {
     const std::uint64_t left = aSide - std::min(aSide, aFirst);
     const std::uint64_t cropped = left > aLast ? left - aLast : 0;
-    return cropped <= INT32_MAX ? static_cast<std::uint32_t>(cropped) : 0;
+    return cropped <= kMatroska_MaxSide ? static_cast<std::uint32_t>(cropped) : 0;
 }
 
 /// A ratio that a whole number of pixels could only come near: 853 by 480 stands for 16:9.
@@ -135,11 +137,11 @@ VideoRatio Unrounded(const VideoRatio& aShown) {
 /// known where neither side is stated, and so the codec's is as good.
 VideoRatio PixelAspectOf(const Numbers& aNumbers, const VideoFacts& aFacts) {
     constexpr std::uint64_t kUnknownUnit = 4;
-    constexpr std::uint64_t kSide = INT32_MAX;
     // Of two pictures in one the sizes are those of one in files of some writers, and of both in others'.
     const bool fTold = aNumbers.mDisplayUnit < kUnknownUnit && aNumbers.mStereo == 0 &&
                        (aNumbers.mDisplayWidth | aNumbers.mDisplayHeight) != 0 &&
-                       aNumbers.mDisplayWidth <= kSide && aNumbers.mDisplayHeight <= kSide;
+                       aNumbers.mDisplayWidth <= kMatroska_MaxSide &&
+                       aNumbers.mDisplayHeight <= kMatroska_MaxSide;
     if (!fTold) {
         return {};
     }
@@ -203,7 +205,6 @@ unsigned OrientationOf(double aRoll) {
 VideoFacts ReadMatroskaPicture(const ByteReader& aVideo, std::uint32_t& aBudget) {
     constexpr std::uint64_t kInterlaced = 1;
     constexpr std::uint64_t kProgressive = 2;
-    constexpr std::uint64_t kSampleBits = 16;
     const Numbers numbers = ReadNumbers(aVideo, aBudget);
     VideoFacts facts;
     facts.mWidth = Cropped(numbers.mWidth, numbers.mLeft, numbers.mRight);
@@ -212,7 +213,8 @@ VideoFacts ReadMatroskaPicture(const ByteReader& aVideo, std::uint32_t& aBudget)
     facts.mScan = numbers.mInterlaced == kInterlaced    ? kScan_Interlaced
                   : numbers.mInterlaced == kProgressive ? kScan_Progressive
                                                         : nullptr;
-    facts.mBitDepth = numbers.mBits <= kSampleBits ? static_cast<std::uint32_t>(numbers.mBits) : 0;
+    facts.mBitDepth =
+        numbers.mBits <= kMatroska_MaxSampleBits ? static_cast<std::uint32_t>(numbers.mBits) : 0;
     facts.mColours = ColoursOf(numbers);
     facts.mHDR = HDROf(numbers);
     facts.mOrientation = OrientationOf(numbers.mRoll);

@@ -1,5 +1,6 @@
 #include "ezFormats/matroska/MatroskaTags.h"
 
+#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/matroska/MatroskaTagLimits.h"
 #include "ezFormats/tags/MusicValues.h"
 #include "ezFormats/tags/TagNames.h"
@@ -8,6 +9,7 @@
 #include "ezBytes/EBMLWalk.h"
 #include "ezBytes/TextBytes.h"
 
+#include "ezPlatform/media/MediaInfo.h"
 #include "ezPlatform/text/Case.h"
 
 #include <algorithm>
@@ -193,7 +195,8 @@ public:
             const ezCString app = ReadEBMLText(aTag.mText);
             mfApp = !app.IsEmpty() && (app == mWriting.mWritingApp || app == mWriting.mMuxingApp);
         } else if (ezIsEqualNoCase(name, "_STATISTICS_WRITING_DATE_UTC")) {
-            const ezCString date = CleanDate(ReadEBMLText(aTag.mText).View()); // UTC, whether it says so or not
+            const ezCString date =
+                CleanDate(ReadEBMLText(aTag.mText).View()); // UTC, whether it says so or not
             const ezCString written = mWriting.GetDate();
             mfDate = !written.IsEmpty() && SecondOf(date) == SecondOf(written);
         }
@@ -308,6 +311,14 @@ private:
 };
 
 } // namespace
+
+std::uint32_t MatroskaTrackCounts::GetBitRate() const {
+    constexpr std::uint32_t kNanos = 1'000'000'000;
+    if (mBitRate == 0) {
+        return MediaNumber_BitRate(mBytes, mNanoseconds, kNanos);
+    }
+    return mBitRate < kezMediaInfo_VariableRate ? static_cast<std::uint32_t>(mBitRate) : 0;
+}
 
 const MatroskaTrackCounts* MatroskaTags::FindTrack(std::uint64_t aUID) const {
     const auto found =

@@ -18,6 +18,9 @@ struct MatroskaTrackCounts {
     std::uint64_t mFrames = 0;
     /// They were counted when this file was written, and not copied from the one it was made of.
     bool mfOfThisFile = false;
+
+    /// Bits a second, as they are told or else by the bytes; 0: not known, or no rate that a record has.
+    std::uint32_t GetBitRate() const;
 };
 
 /// What tags tell of a file: texts, and counts of its tracks.

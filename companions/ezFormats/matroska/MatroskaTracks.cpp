@@ -8,6 +8,8 @@
 
 #include "ezBytes/EBMLWalk.h"
 #include "ezBytes/InflatedBytes.h"
+#include "ezBytes/Limits.h"
+#include "ezBytes/MatroskaTrackIds.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -17,15 +19,11 @@
 
 namespace {
 
-/// @name Elements of a TrackEntry (RFC 9559, 5.1.4.1)
+/// @name Further elements of a TrackEntry (RFC 9559, 5.1.4.1)
 /// @{
-constexpr EBMLId kTrackEntry = 0xAE;
-constexpr EBMLId kNumber = 0xD7;
 constexpr EBMLId kUID = 0x73C5;
-constexpr EBMLId kType = 0x83;
 constexpr EBMLId kEnabled = 0xB9;
 constexpr EBMLId kDefault = 0x88;
-constexpr EBMLId kCodecId = 0x86;
 constexpr EBMLId kCodecPrivate = 0x63A2;
 constexpr EBMLId kDefaultDuration = 0x23E383;
 constexpr EBMLId kLanguage = 0x22B59C;
@@ -58,11 +56,11 @@ constexpr std::uint64_t kAlgorithm_Stripped = 3;
 
 MatroskaKind KindOf(std::uint64_t aType) {
     switch (aType) {
-    case 1:
+    case kMatroska_TypeVideo:
         return MatroskaKind::Video;
-    case 2:
+    case kMatroska_TypeSound:
         return MatroskaKind::Sound;
-    case 17:
+    case kMatroska_TypeSubtitles:
         return MatroskaKind::Subtitles;
     default:
         return MatroskaKind::Other;
@@ -175,13 +173,13 @@ public:
     void Take(const EBMLElement& anElement, std::uint32_t& aBudget) {
         const ByteReader& content = anElement.mContent;
         switch (anElement.mId) {
-        case kNumber:
+        case kMatroska_TrackNumber:
             mTrack.mNumber = ReadEBMLNumber(content);
             break;
         case kUID:
             mTrack.mUID = ReadEBMLNumber(content);
             break;
-        case kType:
+        case kMatroska_TrackType:
             mTrack.mKind = KindOf(ReadEBMLNumber(content));
             break;
         case kEnabled:
@@ -212,7 +210,7 @@ private:
     void TakeContent(const EBMLElement& anElement, std::uint32_t& aBudget) {
         const ByteReader& content = anElement.mContent;
         switch (anElement.mId) {
-        case kCodecId:
+        case kMatroska_CodecId:
             mTrack.mCodecId = ReadCodecId(content);
             break;
         case kCodecPrivate:
@@ -330,17 +328,11 @@ const MatroskaTrack* MatroskaTracks::OfNumber(std::uint64_t aNumber) const {
     return track != mTracks.end() ? &*track : nullptr;
 }
 
-void MatroskaTracks::Rename(MatroskaKind aKind, MatroskaKind aNew) {
-    for (MatroskaTrack& track : mTracks) {
-        track.mKind = track.mKind == aKind ? aNew : track.mKind;
-    }
-}
-
 MatroskaTracks ReadMatroskaTracks(const ByteReader& aContent, std::uint32_t& aBudget) {
     MatroskaTracks tracks;
     EBMLWalk walk(aContent, aBudget);
     for (EBMLElement element(aContent);
-         tracks.mTracks.size() < kMatroska_MaxTracks && walk.Find(kTrackEntry, &element);) {
+         tracks.mTracks.size() < kMatroska_MaxTracks && walk.Find(kMatroska_TrackEntry, &element);) {
         EBMLWalk fields(element.mContent, aBudget);
         Entry entry;
         for (EBMLElement field(element.mContent); fields.Next(&field);) {

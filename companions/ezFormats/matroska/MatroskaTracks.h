@@ -15,7 +15,6 @@
 
 enum class MatroskaKind {
     Video,
-    Still, ///< pictures that stand by themselves: a cover, where there is only one
     Sound,
     Subtitles,
     Other, ///< buttons, controls, metadata ...
@@ -73,9 +72,6 @@ struct MatroskaTracks {
     std::string GetLanguages(MatroskaKind aKind) const;
 
     const MatroskaTrack* OfNumber(std::uint64_t aNumber) const;
-
-    /// What is of one kind is of another from here on.
-    void Rename(MatroskaKind aKind, MatroskaKind aNew);
 };
 
 /// Reads them. An entry that is not whole is left out.

@@ -46,7 +46,8 @@ Cover FindAPECover(ezStream& aStream);
 /// ASF, from the attributes "WM/Picture" of Extended Content, then of Metadata and the Metadata Library.
 Cover FindASFCover(ezStream& aStream);
 
-/// Matroska and WebM, from the attached files that are called covers.
+/// Matroska and WebM, from the attached files that are called covers; of sound, else from a track of video
+/// with one picture.
 Cover FindMatroskaCover(ezStream& aStream);
 
 /// A finder, and the formats of ezFormats whose covers it finds, by the names of their parsers in the media

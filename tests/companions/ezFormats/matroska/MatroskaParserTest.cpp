@@ -160,6 +160,35 @@ TEST(MatroskaParser, PicturesAloneAreACoverBesideSoundUnlessThereAreSeveral) {
     EXPECT_EQ(file(still + Track(3, 1, "V_VP8", Picture()) + kSound, one), "\"video/x-matroska\"|\"VP8\"");
 }
 
+TEST(MatroskaParser, CoverIsTheAttachedOneOrElseThatOfATrack) {
+    const std::string jpeg = "\xFF\xD8\xFF\xE0" + std::string(96, 'j');
+    const std::string tracks = Tracks(Track(1, 1, "V_MJPEG", Picture()) + kSound);
+    const std::string cluster = Cluster(0, Block(1, 0, jpeg) + Block(2, 0));
+    const std::string attached =
+        ebml::Attachments(ebml::AttachedFile("cover.png", "image/png", "\x89PNG\r\n\x1A\n of pixels"));
+    const auto file = [&](const std::string& aRest) {
+        return Values(Head() + Segment(Info(Duration(100)) + tracks + aRest + cluster), {"cm", "cs", "mt"});
+    };
+    EXPECT_EQ(file(""), "\"image/jpeg\"|100|\"audio/x-matroska\"");
+    EXPECT_EQ(file(attached), "\"image/png\"|18|\"audio/x-matroska\"");
+}
+
+TEST(MatroskaParser, RateOfATrackDoesNotCountWhatIsAttached) {
+    const auto rates = [](std::size_t aAttached) {
+        const std::string attached =
+            aAttached != 0
+                ? ebml::Attachments(ebml::AttachedFile("f", "font/ttf", std::string(aAttached, 'f')))
+                : "";
+        return Values(Head() +
+                          Segment(Info(Duration(1000)) + Tracks(kSound) + attached + Cluster(0, Blocks())),
+                      {"ea"});
+    };
+    const int without = std::stoi(rates(0));
+    const int with = std::stoi(rates(50'000));
+    EXPECT_GE(with, without);
+    EXPECT_LE(with, without + 100); // its head
+}
+
 // ---- pictures ----
 
 TEST(MatroskaParser, SizeAndShapeAreThoseAfterCropping) {
@@ -183,6 +212,8 @@ TEST(MatroskaParser, SizeAndShapeAreThoseAfterCropping) {
     EXPECT_EQ(shape(shown(UINT64_MAX, UINT64_MAX)), "720|576|\"1:1\"|\"5:4\"");
     EXPECT_EQ(shape(shown(1024, 576) + Number(0x53B8, 1)), "720|576|\"1:1\"|\"5:4\""); // two pictures in one
     EXPECT_EQ(shape(Number(0x54CC, 720)), "||\"1:1\"|");
+    EXPECT_EQ(shape(shown(kMatroska_MaxSide, kMatroska_MaxSide)), "720|576|\"4:5\"|\"1:1\"");
+    EXPECT_EQ(shape(shown(kMatroska_MaxSide + 1, kMatroska_MaxSide + 1)), "720|576|\"1:1\"|\"5:4\"");
 }
 
 TEST(MatroskaParser, ScanRateColoursAndTurnAreThoseOfTheTrack) {
@@ -204,6 +235,8 @@ TEST(MatroskaParser, ScanRateColoursAndTurnAreThoseOfTheTrack) {
     EXPECT_EQ(told(roll(1e300)), "||||");
     EXPECT_EQ(told(Element(0x55B0, Number(0x55B2, 10) + Number(0x55B3, 1) + Number(0x55B4, 0))),
               "|||\"4:2:2\"|10");
+    EXPECT_EQ(told(Element(0x55B0, Number(0x55B2, kMatroska_MaxSampleBits))), "||||16");
+    EXPECT_EQ(told(Element(0x55B0, Number(0x55B2, kMatroska_MaxSampleBits + 1))), "||||");
 }
 
 TEST(MatroskaParser, DynamicRangeIsThatOfColoursMetadataAndMappings) {
@@ -391,6 +424,30 @@ TEST(MatroskaParser, BlockLastsAsLongAsItSaysOrAsItsFrames) {
     EXPECT_EQ(end(vorbis, Block(1, 500, "\3abcdefgh", 0x84)), "580"); // four frames
     EXPECT_EQ(end(plain, Block(1, 500) + Block(1, 400)), "500");
     EXPECT_EQ(end(plain, Block(1, -5)), ""); // before the start
+}
+
+TEST(MatroskaParser, LengthThatWouldBeCutShortByABoundIsNotTold) {
+    std::string tiny; // more blocks than elements are looked at
+    for (unsigned i = 0; i < kMatroska_MaxElements; ++i) {
+        tiny += Block(1, static_cast<int>(i / 2), "");
+    }
+    EXPECT_EQ(Length("", Cluster(0, tiny)), "|");
+    EXPECT_EQ(Length(Duration(36'000'000), Cluster(0, tiny)), "36000000|\"header\"");
+}
+
+TEST(MatroskaParser, LastClusterIsFoundInTheTailAlone) {
+    // the last cluster begins so far from the end that it is the first of the tail, or stands before it
+    const auto length = [](std::uint64_t aMore) {
+        const std::string block = Block(1, 960, "v");
+        const std::string head = Number(0xE7, 1000);
+        const auto fill =
+            static_cast<std::size_t>(kMatroska_TailSize + aMore - 12 - head.size() - block.size() - 9);
+        const std::string room = Id(0xEC) + ebml::Size(fill, 8) + std::string(fill, 'x');
+        const std::string content = head + room + block;
+        return Length("", Cluster(0, Blocks()) + ebml::Stating(kCluster, content.size(), content));
+    };
+    EXPECT_EQ(length(0), "2000|\"last frame\"");
+    EXPECT_EQ(length(1), "|");
 }
 
 TEST(MatroskaParser, CaptureThatStartsHighIsAsLongAsWhatItHolds) {

@@ -281,6 +281,22 @@ TEST(MatroskaTags, NumbersThatAreNoneCountNothing) {
     EXPECT_EQ(rate("99999999999999999999999999999"), 0U);
 }
 
+TEST(MatroskaTags, RateIsToldOrElseThatOfTheBytes) {
+    const auto rate = [](std::uint64_t aRate, std::uint64_t aBytes, std::uint64_t aNanoseconds) {
+        MatroskaTrackCounts counts;
+        counts.mBitRate = aRate;
+        counts.mBytes = aBytes;
+        counts.mNanoseconds = aNanoseconds;
+        return counts.GetBitRate();
+    };
+    EXPECT_EQ(rate(1000, 500, kSecond), 1000U);
+    EXPECT_EQ(rate(0, 500, 2 * kSecond), 2000U);
+    EXPECT_EQ(rate(0, 500, 0), 0U);
+    EXPECT_EQ(rate(0, INT64_MAX, 1), 0U);
+    EXPECT_EQ(rate(UINT32_MAX - 1, 0, 0), UINT32_MAX - 1);
+    EXPECT_EQ(rate(UINT32_MAX, 0, 0), 0U) << "would say that it varies";
+}
+
 TEST(MatroskaTags, TracksWithCountsAreBounded) {
     std::string tags;
     for (std::uint64_t i = 1; i <= kMatroskaTags_MaxTracks + 1; ++i) {

@@ -96,6 +96,13 @@ std::vector<Sample> Samples() {
              ebml::Unknown(0x18538067,
                            ebml::SeekHead(ebml::Seek(0x1941A469, 37)) + ebml::Element(0x1F43B675, "frames") +
                                ebml::Attachments(ebml::AttachedFile("cover.png", "image/png", back)))},
+        {"Matroska, a track of video", FindMatroskaCover,
+         ebml::Head() +
+             ebml::Segment(
+                 ebml::Tracks(ebml::Element(0xAE, ebml::Number(0xD7, 1) + ebml::Number(0x83, 2)) +
+                              ebml::Element(0xAE, ebml::Number(0xD7, 2) + ebml::Number(0x83, 1) +
+                                                      ebml::Element(0x86, "V_MJPEG"))) +
+                 ebml::Element(0x1F43B675, ebml::Element(0xA3, std::string("\x82\0\0\0", 4) + picture)))},
     };
 }
 

@@ -1,4 +1,4 @@
-#include "ezFormats/matroska/MatroskaBlocks.h"
+#include "ezBytes/MatroskaBlocks.h"
 
 #include "ezBytes/MatroskaSegment.h"
 

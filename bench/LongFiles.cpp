@@ -150,6 +150,80 @@ LongFile ProgramStream(std::uint64_t aMedia) {
     return OfUnits(aMedia, kPSUnit, PSUnit);
 }
 
+constexpr std::size_t kTSPacket = 188;
+constexpr std::size_t kTSUnit = 174 * kTSPacket;
+
+/// A table of programs, with its length and check sum (ISO/IEC 13818-1, 2.4.4).
+std::string Section(unsigned aTable, unsigned anId, const std::string& aContent) {
+    const std::string section = Big(aTable, 1) + Big(0xB000 | (aContent.size() + 9), 2) + Big(anId, 2) +
+                                "\xC1" + Big(0, 2) + aContent;
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (const char byte : section) {
+        sum ^= static_cast<std::uint32_t>(static_cast<unsigned char>(byte)) << 24;
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = sum << 1 ^ ((sum & 0x80000000U) != 0 ? 0x04C11DB7U : 0U);
+        }
+    }
+    return Big(0, 1) + section + Big(sum, 4);
+}
+
+/// The packets of a payload, the first of them with the clock where there is one (2.4.3).
+/// @param aCounter  of the first
+std::string TSPackets(unsigned aPid, const std::string& aPayload, std::uint64_t aCounter,
+                      std::optional<std::uint64_t> aClock = std::nullopt) {
+    constexpr std::size_t kRoom = kTSPacket - 4;
+    std::string packets;
+    for (std::size_t place = 0; place < aPayload.size(); ++aCounter) {
+        const bool fFirst = place == 0;
+        std::string field = fFirst && aClock ? "\x10" + Big(*aClock << 15, 6) : "";
+        const std::string part = aPayload.substr(place, kRoom - (field.empty() ? 0 : field.size() + 1));
+        const std::size_t fieldSize = kRoom - part.size(); // its own length among it
+        if (fieldSize > 1 && field.empty()) {
+            field.push_back('\0'); // no flags, and stuffing
+        }
+        field.resize(fieldSize - (fieldSize != 0 ? 1 : 0), '\xFF');
+        packets += "\x47" + Big((fFirst ? 0x4000U : 0U) | aPid, 2) +
+                   Big((fieldSize != 0 ? 0x30U : 0x10U) | (aCounter & 0xF), 1) +
+                   (fieldSize != 0 ? Big(field.size(), 1) : "") + field + part;
+        place += part.size();
+    }
+    return packets;
+}
+
+/// 120 ms of a transport stream: its tables, a picture and five frames of sound.
+std::string TSUnit(std::uint64_t aNumber) {
+    constexpr unsigned kProgram = 0x100;
+    constexpr unsigned kVideo = 0x101;
+    constexpr unsigned kSound = 0x102;
+    constexpr std::uint64_t kTicks = 5 * ps::kLayerIITicks;
+    const std::uint64_t clock = aNumber * kTicks;
+    const auto stream = [](unsigned aType, unsigned aPid) {
+        return Big(aType, 1) + Big(0xE000 | aPid, 2) + Big(0xF000, 2);
+    };
+    const std::string tables =
+        TSPackets(0, Section(0, 1, Big(1, 2) + Big(0xE000 | kProgram, 2)), aNumber) +
+        TSPackets(
+            kProgram,
+            Section(2, 1, Big(0xE000 | kVideo, 2) + Big(0xF000, 2) + stream(2, kVideo) + stream(3, kSound)),
+            aNumber);
+    std::string frames;
+    for (unsigned i = 0; i < 5; ++i) {
+        frames += ps::LayerII();
+    }
+    const std::string picture = ps::Packet(0xE0, Picture(), clock + kTicks / 3);
+    const std::string sound = ps::Packet(0xC0, frames, clock + kTicks / 3);
+    std::string unit =
+        tables + TSPackets(kVideo, picture, aNumber * 44, clock) + TSPackets(kSound, sound, aNumber * 16);
+    while (unit.size() < kTSUnit) {
+        unit += "\x47\x1F\xFF\x10" + std::string(kTSPacket - 4, '\xFF');
+    }
+    return unit;
+}
+
+LongFile TransportStream(std::uint64_t aMedia) {
+    return OfUnits(aMedia, kTSUnit, TSUnit);
+}
+
 } // namespace
 
 const std::vector<LongFiles>& LongFiles_All() {
@@ -157,7 +231,8 @@ const std::vector<LongFiles>& LongFiles_All() {
         {"song.wav", "wav", "WAV", "wav", {4, 400, 4500}, WAV, 2, 16384},
         {"song.ogg", "ogg", "Ogg", "ogg", {1, 50, 500}, Ogg, 2, 131072},
         {"film.matroska", "mkv", "Matroska", "mkv", {4, 400, 4500}, Matroska, 2, 16384},
-        {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288}};
+        {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288},
+        {"film.ts", "ts", "MPEG transport stream", "ts", {4, 400, 4500}, TransportStream, 4, 524288}};
     return kAll;
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -49,7 +50,23 @@ std::uint64_t ByRate(std::uint64_t aSize, std::uint64_t aTicks, std::uint64_t aB
     return MediaNumber_Scale(aSize, aTicks, aBytes);
 }
 
-/// Whether the clock runs on from the start to the end, as far as they and the middle tell.
+/// Whether the clock runs on over so many places between the start and the end.
+bool PlacesRunOn(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::uint64_t aSize,
+                 std::uint32_t aPlaces) {
+    PSClock before = aStart.GetClock();
+    for (std::uint32_t i = 1; i <= aPlaces; ++i) {
+        const std::uint64_t place = MediaNumber_Scale(aSize, i, aPlaces + 1);
+        PSClock clock = ReadPart(aBytes, aStart, place, kPS_MiddleWindow);
+        if (clock.HasRestarts() || before.IsOfOtherObject(clock) ||
+            !clock.GetLast().IsBetween(before.GetLast(), anEnd.GetLast())) {
+            return false;
+        }
+        before = std::move(clock);
+    }
+    return true;
+}
+
+/// Whether the clock runs on from the start to the end, as far as they and places between them tell.
 bool RunsOn(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::uint64_t aTicks,
             std::uint64_t aSize) {
     const PSClock& start = aStart.GetClock();
@@ -64,9 +81,9 @@ bool RunsOn(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::uint64_
     if (aSize < kPS_MiddleSize) {
         return true;
     }
-    const PSClock middle = ReadPart(aBytes, aStart, aSize / 2, kPS_MiddleWindow);
-    return !middle.HasRestarts() && !start.IsOfOtherObject(middle) &&
-           middle.GetLast().IsBetween(start.GetFirst(), anEnd.GetLast());
+    // Rates that tell of more than the stamps may be those of recordings one after the other.
+    const bool fDoubt = local - local / kPS_DoubtShare > aTicks;
+    return PlacesRunOn(aBytes, aStart, anEnd, aSize, fDoubt ? kPS_MiddleWindows : 1);
 }
 
 /// The ends and places between them tell rates; of these the mean, and an eighth more, as nothing may be

@@ -67,6 +67,10 @@ inline constexpr std::uint64_t kIFO_MaxBytes = std::uint64_t{160} * 1024;
 /// it.
 inline constexpr std::uint64_t kPS_MiddleSize = std::uint64_t{4} * 1024 * 1024;
 
+/// Part of the length by the rates by which the stamps may tell less before more places than the middle are
+/// asked: less than that rates of one recording vary, and a recording before another adds more.
+inline constexpr std::uint64_t kPS_DoubtShare = 5;
+
 /// Bytes of the middle that are read: packs, of which each has the clock, come every few KiB.
 inline constexpr std::size_t kPS_MiddleWindow = std::size_t{32} * 1024;
 

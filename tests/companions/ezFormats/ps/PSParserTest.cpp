@@ -295,6 +295,28 @@ TEST(PSParser, LengthIsEstimatedByRatesWhereTheClockBeginsAnewUnseen) {
     EXPECT_EQ(Values(first.Bytes() + last, {"md"}), estimate);
 }
 
+TEST(PSParser, ShortRecordingBeforeALongOneIsNotLeftOut) {
+    Film film;
+    film.mFrames = 200;
+    film.mFill = 20000;
+    Film longer = film;
+    longer.mFrames = 400; // at the file's middle its clock is past that of the start
+    const std::string bytes = film.Bytes() + longer.Bytes();
+    EXPECT_EQ(Values(bytes, {"md"}), "\"estimate: size and rates of places\"");
+    EXPECT_GE(std::stod(Values(bytes, {"dm"})), 24000);
+    EXPECT_EQ(Length(longer.Bytes()), "16008|\"last frame\"");
+    // A film whose ends are quieter than what lies between is still what its stamps say.
+    Film end = film;
+    Film middle = film;
+    end.mFrames = 50;
+    end.mFill = 7000;
+    std::string varying = end.Bytes();
+    middle.mStart += 2 * kSecond;
+    varying += middle.Bytes();
+    end.mStart = middle.mStart + 8 * kSecond;
+    EXPECT_EQ(Length(varying + end.Bytes()), "12016|\"last frame\"");
+}
+
 TEST(PSParser, WithoutASizeTheStartTellsAllButTheLength) {
     Delivery delivery;
     delivery.mfSizeKnown = false;

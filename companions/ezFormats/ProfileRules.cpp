@@ -74,11 +74,19 @@ void AddEntries(const ProfileRuleList& aList, const ProfileRule& aRule, std::str
 
 } // namespace
 
-ProfileRules::ProfileRules() = default;
+ProfileRules::ProfileRules(ProfileRuleList aList)
+    : mList(std::make_unique<ProfileRuleList>(ProfileRules_InForce(std::move(aList)))),
+      mTable(std::make_unique<ProfileRuleTable>(*mList)) {}
+
 ProfileRules::~ProfileRules() = default;
 
 std::shared_ptr<const ProfileRules> ProfileRules::BuiltIn() {
-    static const std::shared_ptr<const ProfileRules> sRules = FromText(BuiltInText(), nullptr);
+    static const std::shared_ptr<const ProfileRules> sRules = [] {
+        // The check, which takes as long as the rest, is that of its tests.
+        std::vector<ProfileRulesProblem> ignored;
+        return std::shared_ptr<const ProfileRules>(
+            new ProfileRules(ProfileRules_Read(BuiltInText(), &ignored)));
+    }();
     return sRules;
 }
 
@@ -89,7 +97,6 @@ std::string_view ProfileRules::BuiltInText() {
 std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aText,
                                                            std::vector<ProfileRulesProblem>* aProblems) {
     std::vector<ProfileRulesProblem> problems;
-    const std::shared_ptr<ProfileRules> rules(new ProfileRules);
     ProfileRuleList list = ProfileRules_Read(aText, &problems);
     ProfileRules_FindLosers(list.mRules, &problems);
     std::stable_sort(problems.begin(), problems.end(),
@@ -97,14 +104,10 @@ std::shared_ptr<const ProfileRules> ProfileRules::FromText(std::string_view aTex
                          return aLeft.mLine < aRight.mLine;
                      });
     const bool fSound = problems.empty();
-    if (fSound) {
-        rules->mList = std::make_unique<ProfileRuleList>(ProfileRules_InForce(std::move(list)));
-        rules->mTable = std::make_unique<ProfileRuleTable>(*rules->mList);
-    }
     if (aProblems != nullptr) {
         *aProblems = std::move(problems);
     }
-    return fSound ? rules : nullptr;
+    return std::shared_ptr<const ProfileRules>(fSound ? new ProfileRules(std::move(list)) : nullptr);
 }
 
 std::shared_ptr<const ProfileRules> ProfileRules::FromFile(const ezCString& aPath,

@@ -78,7 +78,7 @@ public:
     ezCString GetProfileInfo(std::string_view aMimeTypes) const;
 
 private:
-    ProfileRules();
+    explicit ProfileRules(ProfileRuleList aList);
 
     std::unique_ptr<const ProfileRuleList> mList;   ///< those that count, as they are asked
     std::unique_ptr<const ProfileRuleTable> mTable; ///< of the list

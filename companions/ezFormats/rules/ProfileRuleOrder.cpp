@@ -28,12 +28,6 @@ bool IsAlwaysAskedBefore(const ProfileRule& aRule, const ProfileRule& aLater) {
            (aLater.mRegion == ProfileRegion::None || aLater.mRegion == aRule.mRegion);
 }
 
-/// True when a rule is asked before another one by what this table prefers alone: the check has not compared the
-/// two.
-bool IsAskedBeforeHere(const ProfileRule& aRule, const ProfileRule& aLater) {
-    return !IsAlwaysAskedBefore(aRule, aLater) || aRule.mRegion != ProfileRegion::None;
-}
-
 /// The last of the rules before this one that together, one for each of its types, win whenever it would;
 /// null when they do not.
 template <typename Order>
@@ -88,8 +82,13 @@ ProfileRuleList ProfileRules_InForce(ProfileRuleList aList) {
                               [&aList](const ProfileRule& aRule) { return aRule.mRegion == aList.mRegion; });
     }
     aList.mRules.clear();
+    // The check has compared the others.
+    const auto isBeforeHere = [&aList](const ProfileRule& aRule, const ProfileRule& aLater) {
+        return !IsAlwaysAskedBefore(aRule, aLater) ||
+               (aRule.mRegion != ProfileRegion::None && aRule.mRegion == aList.mRegion);
+    };
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        if (FindWinner(asked, i, IsAskedBeforeHere) == nullptr) {
+        if (FindWinner(asked, i, isBeforeHere) == nullptr) {
             aList.mRules.push_back(asked[i]);
         }
     }

@@ -221,7 +221,12 @@ TEST(BuiltInProfileRules, HaveNoProblem) {
     for (const ProfileRule& rule : BuiltInRules()) {
         EXPECT_NE(SettingOf(rule).mRules, nullptr) << Where(rule);
     }
-    EXPECT_NE(ProfileRules::BuiltIn(), nullptr);
+    ASSERT_NE(ProfileRules::BuiltIn(), nullptr);
+    const std::shared_ptr<const ProfileRules> read =
+        ProfileRules::FromText(ProfileRules::BuiltInText(), nullptr);
+    for (const std::string& type : StatedMimeTypes()) {
+        EXPECT_EQ(Str(ProfileRules::BuiltIn()->GetProfileInfo(type)), Str(read->GetProfileInfo(type)));
+    }
 }
 
 TEST(BuiltInProfileRules, EachWinsForARecordThatKeepsIt) {

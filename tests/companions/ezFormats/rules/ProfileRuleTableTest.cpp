@@ -125,7 +125,7 @@ TEST(ProfileRuleTable, RuleThatLosesWouldNeverHaveWonByAnyPreference) {
         std::vector<ProfileRulesProblem> problems;
         const ProfileRuleList list = ProfileRules_Read(text, &problems);
         ProfileRules_FindLosers(list.mRules, &problems);
-        for (int j = 0; j < 40 && !problems.empty(); ++j) {
+        for (int j = 0; j < 10 && !problems.empty(); ++j) {
             const std::string record = RandomRecord(random);
             for (const ProfileRegion region :
                  {ProfileRegion::None, ProfileRegion::Europe, ProfileRegion::Korea, ProfileRegion::Japan}) {

@@ -47,17 +47,16 @@ public:
     void Find() {
         FindEnd();
         FindLastCue();
-        if (mCue && mEnd - mCue->mCluster <= kMatroska_TailSize) {
-            Walk(mCue->mCluster);
+        if (mfCue && mEnd - mCue.mCluster <= kMatroska_TailSize) {
+            Walk(mCue.mCluster);
         }
         if (mLast == 0) {
             WalkBackward();
         }
-        if (mLast == 0 && mCue) { // it plays on as long as it did since the cue before
+        if (mLast == 0 && mfCue) { // it plays on as long as it did since the cue before
             mfEstimated = true;
-            mLast =
-                ezSaturating_Add64(mInfo.GetMicroseconds(mCue->mTime),
-                                   mInfo.GetMicroseconds(mCue->mTime - std::min(mCue->mTime, mTimeBefore)));
+            mLast = ezSaturating_Add64(mInfo.GetMicroseconds(mCue.mTime),
+                                       mInfo.GetMicroseconds(mCue.mTime - std::min(mCue.mTime, mTimeBefore)));
         }
     }
     /// Microseconds from the first cluster to where the last blocks end; 0 where none was found.
@@ -96,7 +95,7 @@ private:
         const std::uint64_t end = cues.mContent.GetEnd();
         const std::uint64_t size = std::min(cues.mContent.GetLeft(), kMatroska_CueTailSize);
         mBytes.Load(end - size, static_cast<std::size_t>(size));
-        for (std::uint64_t place = end - size; place < end && !mCue; ++place) {
+        for (std::uint64_t place = end - size; place < end && !mfCue; ++place) {
             unsigned char byte = 0;
             if (!mBytes.Get(place, &byte)) {
                 return;
@@ -118,7 +117,8 @@ private:
                 return;
             }
         }
-        mCue = walk.GetPosition() == anEnd ? last : std::nullopt;
+        mfCue = walk.GetPosition() == anEnd && last;
+        mCue = mfCue ? *last : Cue();
     }
 
     std::optional<Cue> ReadCue(const ByteReader& aCue) {
@@ -236,7 +236,8 @@ private:
     std::uint64_t mFirst = 0;      ///< where the first cluster begins
     std::uint64_t mEnd = 0;        ///< of the clusters
     std::uint64_t mLast = 0;       ///< microseconds at which the last block ends
-    std::optional<Cue> mCue;       ///< the last one
+    Cue mCue;                      ///< the last one
+    bool mfCue = false;            ///< there is one
     std::uint64_t mTimeBefore = 0; ///< ticks of the one before it
     bool mfEstimated = false;
 };

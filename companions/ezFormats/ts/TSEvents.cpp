@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::uint64_t kDay = 24 * 60 * 60;
+constexpr std::uint64_t kDay = std::uint64_t{24} * 60 * 60;
 
 /// Two digits; fails the reader where they are none.
 std::uint64_t ReadDigits(ByteReader& aReader) {

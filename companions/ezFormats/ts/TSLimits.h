@@ -68,7 +68,7 @@ inline constexpr std::size_t kTS_MaxEvents = 2 * kTS_MaxPrograms;
 
 /// Ticks of the program clock between two of its stamps, the most of one that goes on: they stand at most a
 /// tenth of a second apart, and some writers take a second.
-inline constexpr std::uint64_t kTS_MaxClockStep = 2 * 90000;
+inline constexpr std::uint64_t kTS_MaxClockStep = std::uint64_t{2} * 90000;
 
 /// Times as long, or as short, as the clock at some places tells all to be: rates that vary stay below, and a
 /// clock that jumped hardly ever does.

@@ -87,7 +87,8 @@ inline constexpr const char* kezInfo_ProgramCount = "np";
 /// 7 are mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.
 inline constexpr const char* kezInfo_Orientation = "ud";
 /// Where the duration is from: "header", "last frame" or "last page" (its place), "counted" (all frames
-/// were), "constant rate" (the size by a rate that all places confirm), or "estimate: " and how.
+/// were), "constant rate" (the size by a rate that all places confirm), or "estimate: " and how. Without a
+/// duration it is absent, or "none: " and why: of a film whose end was not there to be looked at.
 inline constexpr const char* kezInfo_DurationMethod = "md";
 /// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
 /// whole seconds of kezInfo_Duration.

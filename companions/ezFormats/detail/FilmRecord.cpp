@@ -12,6 +12,9 @@ namespace {
 constexpr std::uint32_t kMicro = 1000000;
 constexpr std::uint32_t kMicrosInMilli = 1000;
 
+/// The method of a length that nothing in front tells, where no size says how far the file goes.
+constexpr const char* kNoEnd = "none: the end was not read";
+
 /// Where a kind of track keeps its rates.
 struct RateKeys {
     const char* mRate;
@@ -127,6 +130,7 @@ void StoreWhole(const FilmFacts& aFilm, std::uint32_t aWhole, const Rates& anAud
 /// seconds, and its bound goes down to the same least length.
 void StoreLength(const FilmFacts& aFilm, ezMediaInfo& anInfo) {
     if (aFilm.mDuration == 0) {
+        anInfo.Set(kezInfo_DurationMethod, aFilm.mSize.has_value() ? "" : kNoEnd, true);
         return;
     }
     const bool fEstimate = aFilm.mDurationMethod.StartsWith("estimate");

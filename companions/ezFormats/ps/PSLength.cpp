@@ -159,11 +159,14 @@ PSTitle ReadPSTitle(PSBytes& aBytes) {
     }
     const std::uint64_t end = start + *size;
     // The information of another disc, or of a file that was cut.
-    if (!fFound || set.GetCovered(start, end) < *size - *size / kIFO_MinShare) {
+    const std::uint64_t covered = set.GetCovered(start, end);
+    if (!fFound || covered == 0 || covered < *size - *size / kIFO_MinShare) {
         return {};
     }
-    const bool fWhole = set.HasWholeCells(start, end);
-    return {{set.GetMicroseconds(start, end), fWhole ? kByCells : kByShare, 0},
+    // What lies in no cell plays all the same where the file is played.
+    const bool fWhole = set.HasWholeCells(start, end) && covered >= *size;
+    return {{MediaNumber_Scale(set.GetMicroseconds(start, end), std::max(*size, covered), covered),
+             fWhole ? kByCells : kByShare, 0},
             set.GetSoundLanguages(),
             set.GetSubtitleLanguages()};
 }

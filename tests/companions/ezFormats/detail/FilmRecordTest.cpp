@@ -67,8 +67,9 @@ TEST(FilmRecord, HasEveryFactUnderItsKey) {
 }
 
 TEST(FilmRecord, WhatIsNotKnownIsNotThere) {
-    EXPECT_EQ(RecordOf(FilmFacts()), "");
+    EXPECT_EQ(RecordOf(FilmFacts()), "md=none: the end was not read");
     FilmFacts film;
+    film.mSize = 1;
     film.mVideo.emplace();
     film.mVideo->mOrientation = 1;
     film.mVideo->mPixelAspect = {1, 1};

@@ -228,6 +228,10 @@ TEST(PSParserOfDiscs, LengthIsThatOfTheCellsInTheFile) {
     const std::string share = "1800000|\"estimate: share of the cells of a title\"|";
     EXPECT_EQ(Values(parts, "VTS_01_2.VOB", {"dm", "md"}), share);
     EXPECT_EQ(Values(parts, "VTS_01_3.VOB", {"dm", "md"}), share);
+    // What lies in no cell is played with the file: here 10 sectors of 160.
+    EXPECT_EQ(
+        Values({{"VTS_01_1.VOB", Sectors(160)}, {"VTS_01_0.IFO", information}}, "VTS_01_1.VOB", {"dm", "md"}),
+        "7680000|\"estimate: share of the cells of a title\"|");
 }
 
 TEST(PSParserOfDiscs, InformationThatIsNotOfTheFileIsNotBelieved) {

@@ -64,7 +64,8 @@ void AddEntries(const ProfileRuleList& aList, const ProfileRule& aRule, std::str
                 Entries& anEntries) {
     const std::size_t stated = ProfileRuleList_FindMimeType(aList, aMimeType);
     for (const ProfileMimeType& type : aRule.mMimeTypes) {
-        if (type.mStated == stated) {
+        // A type that others become may be that of other media, too, which the rule is not for.
+        if (type.mStated == stated && !type.mfKept) {
             const bool fOwn = type.mAnnounced == type.mStated;
             anEntries.Add(fOwn ? aMimeType : aList.mMimeTypes[type.mAnnounced].View(),
                           ezDLNAField::TextOfProfile(aRule.mProfile.View()).View());

@@ -54,11 +54,6 @@ public:
     /// holds a size other than 0, "fe" (lower case) unless the record holds one. Null is ignored.
     virtual void CopyInfo(ezMediaInfo* anInfo);
 
-    /// Opens another file of the folder that the media lies in: what goes with a film on its disc. Null where
-    /// there is none of that name, and for all media but a local file, which is what the base says.
-    /// @param aName  of the file, without a folder
-    virtual std::unique_ptr<ezMediaParserStream> OpenBeside(const ezCString& aName);
-
 protected:
     /// Moves the source to an offset: now with afSeekImmediate, else at the latest by the next MediaRead.
     /// False when the offset cannot be reached. The base refuses.
@@ -69,6 +64,11 @@ protected:
     virtual ezFileOffset MediaRead(void* aBuffer, std::size_t aSize);
 
 public:
+    /// Opens another file of the folder that the media lies in: what goes with a film on its disc. Null where
+    /// there is none of that name, and for all media but a local file, which is what the base says.
+    /// @param aName  of the file, without a folder
+    virtual std::unique_ptr<ezMediaParserStream> OpenBeside(const ezCString& aName);
+
     /// Exact read: true only if all aSize bytes were read. 0 bytes always succeed. aBuffer takes aSize bytes.
     bool Read(std::size_t aSize, void* aBuffer);
 

@@ -199,7 +199,10 @@ inline void FormatDoor_CheckAnnouncement(FormatParser& aParser, const FormatDesc
                                     : ";DLNA.ORG_FLAGS=01500000000000000000000000000000";
     }
     FuzzCheck(field == (expected.empty() ? "*" : expected));
-    FuzzCheck(anInfo.Has(kezInfo_Duration) == anInfo.Has(kezInfo_DurationMethod));
+    const ezCString from = anInfo.GetCString(kezInfo_DurationMethod, "");
+    const bool fNone = from.StartsWith("none: ");
+    FuzzCheck(anInfo.Has(kezInfo_Duration) == (!from.IsEmpty() && !fNone));
+    FuzzCheck(!fNone || !afSizeKnown);
     FuzzCheck(anInfo.Has(kezInfo_Duration) == anInfo.Has(kezInfo_DurationMilliseconds));
     ezMediaInfo length;
     length.SetDuration(anInfo.GetUInt64(kezInfo_DurationMilliseconds, 0),

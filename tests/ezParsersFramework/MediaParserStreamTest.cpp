@@ -46,9 +46,9 @@ public:
     /// The slots of the virtual operations in the table, by the common C++ ABI of the targets: the first word
     /// of a pointer to a virtual member tells its place in the table.
     static std::vector<std::size_t> Slots() {
-        return {SlotOf(&RecordingStream::Open), SlotOf(&RecordingStream::Close),
-                SlotOf(&RecordingStream::CopyInfo), SlotOf(&RecordingStream::MediaSeek),
-                SlotOf(&RecordingStream::MediaRead)};
+        return {SlotOf(&RecordingStream::Open),      SlotOf(&RecordingStream::Close),
+                SlotOf(&RecordingStream::CopyInfo),  SlotOf(&RecordingStream::MediaSeek),
+                SlotOf(&RecordingStream::MediaRead), SlotOf(&RecordingStream::OpenBeside)};
     }
 
     std::string mContent;
@@ -151,7 +151,7 @@ TEST(MediaParserStream, SeekModesAndBufferSizeAreFixed) {
 
 TEST(MediaParserStream, VirtualOperationsStandInTheirOrderAfterTheDestructor) {
     static_assert(std::has_virtual_destructor<ezMediaParserStream>::value, "");
-    EXPECT_EQ(RecordingStream::Slots(), (std::vector<std::size_t>{2, 3, 4, 5, 6}));
+    EXPECT_EQ(RecordingStream::Slots(), (std::vector<std::size_t>{2, 3, 4, 5, 6, 7}));
 }
 
 TEST(MediaParserStream, FieldsStandInTheirOrder) {

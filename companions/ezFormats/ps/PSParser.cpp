@@ -69,6 +69,7 @@ bool PSParser::ReadVideoAlone(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
     if (!film.mVideo.has_value()) {
         return RefuseCut(aBytes, "a picture");
     }
+    film.mSize = aBytes.GetSize();
     film.Store(anInfo);
     return true;
 }

@@ -41,6 +41,7 @@ struct ProfileCondition {
 struct ProfileMimeType {
     std::uint16_t mStated;
     std::uint16_t mAnnounced;
+    bool mfKept = false; ///< not of the table: a record that already states what others become keeps it
 };
 
 /// Where broadcasts keep the same profiles: what one region names, another may name otherwise.

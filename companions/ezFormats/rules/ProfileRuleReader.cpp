@@ -282,7 +282,7 @@ private:
         const std::vector<ProfileMimeType> read = mRule.mMimeTypes;
         for (const ProfileMimeType type : read) {
             if (!ProfileMimeTypes_Have(mRule.mMimeTypes, type.mAnnounced)) {
-                mRule.mMimeTypes.push_back({type.mAnnounced, type.mAnnounced});
+                mRule.mMimeTypes.push_back({type.mAnnounced, type.mAnnounced, true});
             }
         }
     }

@@ -96,7 +96,7 @@ TEST(TSLength, RoundsOfTheClockAreToldByTheSize) {
 TEST(TSLength, SizeThatIsNotKnownTellsNone) {
     Delivery unknown;
     unknown.mfSizeKnown = false;
-    EXPECT_EQ(Values(Part(kSecond), {"dm", "md", "wi"}, unknown), "- - 352");
+    EXPECT_EQ(Values(Part(kSecond), {"dm", "md", "wi"}, unknown), "- none: the end was not read 352");
 }
 
 TEST(TSLength, UsualFileTakesThreeReadsAndALateStampMore) {

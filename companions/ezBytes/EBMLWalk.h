@@ -17,7 +17,6 @@ using EBMLId = std::uint32_t;
 /// @{
 inline constexpr EBMLId kEBML_Head = 0x1A45DFA3;
 inline constexpr EBMLId kEBML_MaxIdLength = 0x42F2;
-inline constexpr EBMLId kEBML_MaxSizeLength = 0x42F3;
 inline constexpr EBMLId kEBML_DocType = 0x4282;
 inline constexpr EBMLId kEBML_Void = 0xEC;
 inline constexpr EBMLId kEBML_CheckSum = 0xBF;
@@ -66,9 +65,8 @@ public:
 
     /// @param aReader    stands at the first element
     /// @param aBudget    borrowed, counts down the elements of all walks, those that are stepped over too
-    /// @param aIsMember  what the walk is of has no known size, and ends before an element that is none of
-    /// its
-    ///                   own; null: all up to the end are
+    /// @param aIsMember  what is walked has no known size, and ends before an element that may not stand in
+    ///                   it; null: all up to the end are its own
     EBMLWalk(const ByteReader& aReader, std::uint32_t& aBudget, Membership aIsMember = nullptr)
         : mReader(aReader), mBudget(&aBudget), mIsMember(aIsMember) {}
 

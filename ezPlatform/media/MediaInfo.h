@@ -72,7 +72,7 @@ inline constexpr const char* kezInfo_PixelAspect = "pa";
 /// The width of the stored picture to its height when it is shown, before it is turned: "16:9". Absent where
 /// kezInfo_PixelAspect is.
 inline constexpr const char* kezInfo_DisplayAspect = "dr";
-/// 1 where the pictures of a film last differently long; kezInfo_FrameRate is their mean then.
+/// 1 where the frame rate of a film varies; kezInfo_FrameRate is the mean then.
 inline constexpr const char* kezInfo_FrameRateVaries = "fv";
 /// The dynamic range of video where it is high: "PQ", "HLG", "HDR10", "HDR10+", "DolbyVision".
 inline constexpr const char* kezInfo_HDR = "hd";
@@ -86,9 +86,9 @@ inline constexpr const char* kezInfo_ProgramCount = "np";
 /// Exif numbers it. 6 is a quarter turn clockwise, 3 half a turn, 8 a quarter turn the other way; 2, 4, 5 and
 /// 7 are mirrored. kezInfo_PictureWidth and kezInfo_PictureHeight are those of the stored picture.
 inline constexpr const char* kezInfo_Orientation = "ud";
-/// Where the duration is from: "header", "last frame" or "last page" (its place), "counted" (all frames
-/// were), "constant rate" (the size by a rate that all places confirm), or "estimate: " and how. Without a
-/// duration it is absent, or "none: " and why: of a film whose end was not there to be looked at.
+/// Where the duration is from: "header", "last frame", "last page" or "last block" (its place), "counted"
+/// (all frames were), "constant rate" (the size by a rate that all places confirm), or "estimate: " and how.
+/// Without a duration it is absent, or "none: " and why: of a film whose end was not there to be looked at.
 inline constexpr const char* kezInfo_DurationMethod = "md";
 /// The duration in milliseconds, where it is known so exactly: ezMediaInfo::SetDuration sets it with the
 /// whole seconds of kezInfo_Duration.

@@ -12,7 +12,6 @@ class ezBitReader;
 /// @{
 inline constexpr std::uint8_t kH265_LastSubLayerSlice = 9; ///< TRAIL_N, 0, to RASL_R
 inline constexpr std::uint8_t kH265_FirstIRAPSlice = 16;   ///< BLA_W_LP
-inline constexpr std::uint8_t kH265_LastIDRSlice = 20;     ///< IDR_N_LP
 inline constexpr std::uint8_t kH265_CRASlice = 21;
 inline constexpr std::uint8_t kH265_VPS = 32;
 inline constexpr std::uint8_t kH265_SPS = 33;

@@ -2,6 +2,7 @@
 
 #include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/DynamicRange.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/FrameSound.h"
@@ -240,14 +241,12 @@ void ReadALAC(const CodecData& aData, AudioFacts& aFacts) {
     const std::uint32_t bits = reader.ReadByte();
     reader.Skip(3);
     const std::uint32_t channels = reader.ReadByte();
-    reader.Skip(6);
-    const std::uint32_t rate = reader.ReadBig32();
+    reader.Skip(10); // longest run, largest frame, and a mean rate that many writers state of plain samples
     const std::uint32_t sampling = reader.ReadBig32();
     if (!reader.HasFailed()) {
         aFacts.mBitsPerSample = bits;
         aFacts.mChannels = channels;
         aFacts.mSamplingRate = sampling;
-        aFacts.mEstimatedBitRate = rate;
     }
 }
 
@@ -347,11 +346,13 @@ VideoFacts MatroskaCodec_ReadVideo(const MatroskaTrack& aTrack, const std::optio
     constexpr std::uint32_t kNanos = 1'000'000'000;
     const VideoFacts codec = ReadCodec(kVideoCodecs, aTrack, aFrame);
     VideoFacts facts = aTrack.mVideo;
-    facts.mFrameRate = MediaNumber_FrameRate(1, aTrack.mFrameTime, kNanos);
-    // Static metadata may stand in the codec alone, where the container says only how bright colours are
-    // meant.
-    const bool fPlainPQ = facts.mHDR != nullptr && std::string_view(facts.mHDR) == kHDR_PQ;
-    facts.mHDR = fPlainPQ && codec.mHDR != nullptr ? codec.mHDR : facts.mHDR;
+    facts.mFrameRate = VideoClock_FrameRate(aTrack.mFrameTime, kNanos);
+    // Metadata may stand in the codec alone, where the container says only how bright colours are meant.
+    const bool fDolby = facts.mHDR != nullptr && std::string_view(facts.mHDR) == kHDR_DolbyVision;
+    DynamicRange range;
+    range.TakeKind(codec.mHDR);
+    range.TakeKind(facts.mHDR);
+    facts.mHDR = fDolby ? kHDR_DolbyVision : range.GetKind();
     facts.Complete(codec);
     if (!facts.mPixelAspect.IsKnown()) {
         facts.mPixelAspect = VideoRatio::Of(1, 1); // what players take where nothing says otherwise

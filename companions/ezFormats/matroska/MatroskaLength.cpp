@@ -86,7 +86,7 @@ private:
         std::uint64_t mCluster = 0;
     };
 
-    /// The last cue, from behind: it is one of those after which only others stand, up to the end.
+    /// The last cue, searched from the end: it is one of those after which only others stand, up to the end.
     void FindLastCue() {
         EBMLElement cues(mSegment.GetContent());
         if (!mSegment.Find(kMatroska_Cues, 0, &cues) || cues.mfCut) {
@@ -181,7 +181,7 @@ private:
         mLast = std::max(mLast, end);
     }
 
-    /// Searches the end for the last cluster, a window of bytes after the other.
+    /// Searches the end for the last cluster, one window after another.
     void WalkBackward() {
         constexpr std::uint64_t kStep = kMediaBytes_LargestWindow - kHeadSize; // heads are buffered whole
         const std::uint64_t first = std::max(mFirst, mEnd - std::min(mEnd, kMatroska_TailSize));
@@ -247,7 +247,7 @@ enum class Belief { Believed, Doubted, Absurd };
 
 Belief BeliefIn(std::uint64_t aMicroseconds, std::uint64_t aBytes, bool afVideo) {
     const std::uint32_t rate = MediaNumber_BitRate(aBytes, aMicroseconds, kMicro);
-    if (rate == 0 || rate > kSound_MaxBitRate) {
+    if (rate == 0 || rate > (afVideo ? kMatroska_MaxFilmRate : kSound_MaxBitRate)) {
         return Belief::Absurd;
     }
     return rate >= (afVideo ? kMatroska_MinFilmRate : kSound_MinBitRate) ? Belief::Believed : Belief::Doubted;

@@ -142,7 +142,7 @@ bool TakeNumber(std::string_view& aText, char anEnd, std::uint64_t aMaximum, std
 }
 
 /// The nanoseconds of a time like "01:23:45.678000000", whose fraction has as many digits as its writer
-/// liked; 0 for what is none.
+/// liked; 0 for any other text.
 std::uint64_t NanosecondsOf(std::string_view aText) {
     constexpr std::uint64_t kSecond = 1000000000;
     constexpr std::size_t kDigits = 9;

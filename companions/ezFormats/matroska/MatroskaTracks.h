@@ -51,8 +51,8 @@ struct MatroskaTrack {
     VideoFacts mVideo; ///< of video, what the container says of it
     AudioFacts mSound; ///< of sound, likewise
 
-    /// What the frame or the private data begin with as the codec has them, kMatroska_MaxPrivate bytes at
-    /// most; empty where nobody can tell.
+    /// What the frame (kMatroska_MaxFrame bytes at most) or the private data (kMatroska_MaxPrivate) begin
+    /// with as the codec has them; empty where nobody can tell.
     std::vector<unsigned char> ReadFrame(ByteReader aFrame) const;
     std::vector<unsigned char> ReadPrivate() const;
 

@@ -17,7 +17,7 @@ inline constexpr std::size_t kMPEGSystem_AudioPayload = std::size_t{64} * 1024;
 inline constexpr std::size_t kMPEGSystem_OtherPayload = std::size_t{4} * 1024;
 
 /// Time stamps of one window of a track of which the steps between pictures are told: of ten seconds, and
-/// enough that one lost packet is none of the usual steps.
+/// enough that the gap of one lost packet is not the usual step.
 inline constexpr std::size_t kStampWindow_MaxKept = 256;
 
 /// Steps of one length that tell a rate, the fewest: one alone may be that of a picture that was left out.

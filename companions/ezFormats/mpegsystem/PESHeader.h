@@ -8,7 +8,6 @@
 /// @{
 inline constexpr std::uint8_t kStreamID_End = 0xB9; ///< MPEG_program_end_code
 inline constexpr std::uint8_t kStreamID_Pack = 0xBA;
-inline constexpr std::uint8_t kStreamID_System = 0xBB;
 inline constexpr std::uint8_t kStreamID_Map = 0xBC;
 inline constexpr std::uint8_t kStreamID_Private1 = 0xBD;
 inline constexpr std::uint8_t kStreamID_Padding = 0xBE;
@@ -30,9 +29,6 @@ constexpr bool StreamID_IsVideo(std::uint8_t aStreamID) {
 /// Bytes up to the length of a packet.
 inline constexpr std::size_t kPESHeader_StartSize = 6;
 
-/// Bytes that the longest header takes: of MPEG-2, with the 255 that it can state; one of MPEG-1 is shorter.
-inline constexpr std::size_t kPESHeader_Room = 9 + 255;
-
 /// What the header of a packet of an elementary stream tells, of MPEG-2 (ISO/IEC 13818-1, 2.4.3.6) and of
 /// MPEG-1 (ISO/IEC 11172-1, 2.4.3.3).
 struct PESHeader {
@@ -46,7 +42,8 @@ struct PESHeader {
     std::optional<std::uint64_t> mDTS;
 
     /// Bytes of the payload, which all streams' packets but those of video in transport streams state.
-    std::uint32_t GetPayloadSize() const { return mPacketSize - mHeaderSize; }
+    /// 0: not stated.
+    std::uint32_t GetPayloadSize() const { return mPacketSize != 0 ? mPacketSize - mHeaderSize : 0; }
 };
 
 /// Reads one from its 00 00 01 on. False for bytes that are none, and where they end within it. A stamp

@@ -1,5 +1,6 @@
 #include "ezFormats/mpegsystem/StreamClock.h"
 
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/mpegsystem/MPEGSystemLimits.h"
 
@@ -53,7 +54,6 @@ StampWindow::Steps StampWindow::GetSteps() const {
 
 std::uint32_t StampWindow::GetFrameRate() const {
     const Steps steps = GetSteps();
-    return steps.mCount >= kStampWindow_LeastSteps
-               ? MediaNumber_FrameRate(steps.mCount, steps.mTicks, kStreamClock_Rate)
-               : 0;
+    const std::uint32_t rate = MediaNumber_FrameRate(steps.mCount, steps.mTicks, kStreamClock_Rate);
+    return steps.mCount >= kStampWindow_LeastSteps && rate <= kVideo_MaxFrameRate ? rate : 0;
 }

@@ -7,6 +7,8 @@
 #include "ezFormats/ps/PSStart.h"
 #include "ezFormats/ps/TitleSet.h"
 
+#include "ezPlatform/base/Checked.h"
+
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -110,7 +112,7 @@ PSLength Estimate(PSBytes& aBytes, PSStart& aStart, const PSClock& anEnd, std::u
         }
     }
     const std::uint64_t mean = ByRate(whole, ticks, bytes);
-    const std::uint64_t most = mean + mean / 8;
+    const std::uint64_t most = ezSaturating_Add64(mean, mean / 8);
     return {Microseconds(most), kByRates, Microseconds(most - std::min(least, most))};
 }
 

@@ -28,6 +28,6 @@ struct PSTitle {
     std::string mSubtitleLanguages;
 };
 
-/// Nothing is told of a file that is none of a title set, without the information, and where that is not of
-/// this file.
+/// Nothing is told of a file that belongs to no title set, without the information, and where that is of
+/// another file.
 PSTitle ReadPSTitle(PSBytes& aBytes);

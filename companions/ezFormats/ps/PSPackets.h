@@ -36,7 +36,7 @@ public:
     bool Next(PSPacket& aPacket);
     /// Packets and pack headers that followed directly upon another.
     std::size_t CountInOrder() const { return mInOrder; }
-    /// Whether no gap is before what comes next.
+    /// Whether what comes next follows without a gap.
     bool IsInOrder() const { return mfInOrder; }
 
 private:

@@ -41,7 +41,7 @@ public:
     std::uint16_t GetClockPID() const;
     /// Those of the program; or all that there are, where no map tells.
     const std::vector<TSTrack>& GetTracks() const { return mTracks; }
-    /// The first of a kind; null for none.
+    /// The first of a kind of which packets were seen, else the first that is named; null for none.
     const TSTrack* FindTrack(StreamKind aKind) const;
     /// Where the part ends that was read.
     std::uint64_t GetEnd() const { return mEnd; }

@@ -81,16 +81,6 @@ AudioFacts AudioOf(const TSHead& aHead, const TSTrack& aTrack, std::uint32_t aRa
     return facts;
 }
 
-/// Adds the languages of a track, which are joined by ",".
-void AddLanguagesOf(const TSTrack& aTrack, std::string& aList) {
-    const std::string& languages = aTrack.mStream.mLanguages;
-    for (std::size_t start = 0; start < languages.size();) {
-        const std::size_t end = std::min(languages.find(',', start), languages.size());
-        AddLanguages(aList, std::string_view(languages).substr(start, end - start));
-        start = end + 1;
-    }
-}
-
 /// The tracks: those that play first, and the number of all.
 void TakeTracks(const TSHead& aHead, std::uint64_t aTicks, FilmFacts& aFilm) {
     const std::uint64_t size = aFilm.mSize.value_or(0);
@@ -101,15 +91,15 @@ void TakeTracks(const TSHead& aHead, std::uint64_t aTicks, FilmFacts& aFilm) {
     }
     if (audio != nullptr) {
         aFilm.mAudio = AudioOf(aHead, *audio, RateOf(aHead, *audio, size, aTicks));
-        AddLanguagesOf(*audio, aFilm.mLanguages);
+        AddLanguages(aFilm.mLanguages, audio->mStream.mLanguages);
     }
     for (const TSTrack& track : aHead.GetTracks()) {
         if (track.mStream.GetKind() == StreamKind::Audio) {
             ++aFilm.mAudioCount;
-            AddLanguagesOf(track, aFilm.mLanguages);
+            AddLanguages(aFilm.mLanguages, track.mStream.mLanguages);
         } else if (track.mStream.GetKind() == StreamKind::Subtitle) {
             ++aFilm.mSubtitleCount;
-            AddLanguagesOf(track, aFilm.mSubtitleLanguages);
+            AddLanguages(aFilm.mSubtitleLanguages, track.mStream.mLanguages);
         }
     }
 }

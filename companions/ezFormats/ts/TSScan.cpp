@@ -64,7 +64,7 @@ void TSScan::Take(const TSPacket& aPacket) {
         if (header.mPTS) {
             seen->mStamps.Add(*header.mPTS);
             if (seen->mStamps.GetLatest() == *header.mPTS) {
-                seen->mLastPayload = header.mPacketSize != 0 ? header.GetPayloadSize() : 0;
+                seen->mLastPayload = header.GetPayloadSize();
             }
         }
     }

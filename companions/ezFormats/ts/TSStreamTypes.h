@@ -9,7 +9,7 @@ class ByteReader;
 
 /// Who numbered the streams of 0x80 and above.
 enum class TSMaker {
-    Unknown, ///< nobody registered: those who follow no rule, either
+    Unknown, ///< nobody is registered; such streams follow no rule
     HDMV,    ///< discs and camcorders
     Other,   ///< another one: broadcasts
 };

@@ -476,6 +476,15 @@ TEST(MatroskaParser, CutFileIsAsLongAsTheWholeWas) {
               "600000|\"header\"|800000");
 }
 
+TEST(MatroskaParser, RateOfAFilmIsBelievedUpToThatOfUncompressedPictures) {
+    const auto length = [](std::uint64_t aSize) {
+        const std::string content = Info(Duration(1000)) + Tracks(kVideo + kSound) + Cluster(0, Blocks());
+        return Values(Head() + ebml::Stating(0x18538067, aSize, content), {"md"});
+    };
+    EXPECT_EQ(length(kMatroska_MaxFilmRate / 8 - 1000), "\"header\"");
+    EXPECT_EQ(length(kMatroska_MaxFilmRate / 8 + 1000), "\"last frame\"");
+}
+
 TEST(MatroskaParser, StreamWithoutASizeIsReadToItsFirstBlocksAlone) {
     Delivery stream;
     stream.mfSizeKnown = false;

@@ -69,6 +69,8 @@ TEST(StampWindow, FrameRateIsThatOfPicturesCodedOutOfOrder) {
     EXPECT_EQ(WindowOf({0, 3690, 7470, 11250, 15030}).GetFrameRate(),
               23952U); // of milliseconds, five pictures
     EXPECT_EQ(WindowOf({0, 3600}).GetFrameRate(), 0U);
+    EXPECT_EQ(Pictures(0, 300, 12).GetFrameRate(), 300'000U);
+    EXPECT_EQ(Pictures(0, 299, 12).GetFrameRate(), 0U); // no pictures come so fast
 }
 
 TEST(StampWindow, KeepsSoManyAndNoMore) {

@@ -75,8 +75,8 @@ inline constexpr std::uint32_t kMatroska_MaxHeadElements = 32;
 /// list every cluster list these among them.
 inline constexpr std::size_t kMatroska_MaxParts = 64;
 
-/// Tables of places (SeekHead) of a Matroska file that are read where another one names them: the rule is one,
-/// and what names more goes in a circle.
+/// Tables of places (SeekHead) of a Matroska file that are read where another one names them: the rule is
+/// one, and what names more goes in a circle.
 inline constexpr std::size_t kMatroska_MaxSeekHeads = 3;
 
 /// Bytes from the start within which parts of a Matroska stream without a size are looked for: whoever reads

@@ -62,7 +62,8 @@ private:
 
 /// A file beside the media of a parser, open.
 struct BesideMedia {
-    BesideMedia(std::unique_ptr<ezMediaParserStream> aStream, std::uint32_t aMaxReads, std::uint64_t aMaxBytes);
+    BesideMedia(std::unique_ptr<ezMediaParserStream> aStream, std::uint32_t aMaxReads,
+                std::uint64_t aMaxBytes);
     ~BesideMedia();
 
     std::unique_ptr<ezMediaParserStream> mStream;

@@ -346,7 +346,7 @@ VideoFacts MatroskaCodec_ReadVideo(const MatroskaTrack& aTrack, const std::optio
     constexpr std::uint32_t kNanos = 1'000'000'000;
     const VideoFacts codec = ReadCodec(kVideoCodecs, aTrack, aFrame);
     VideoFacts facts = aTrack.mVideo;
-    facts.mFrameRate = VideoClock_FrameRate(aTrack.mFrameTime, kNanos);
+    facts.mFrameRate = MediaNumber_FrameRate(1, aTrack.mFrameTime, kNanos);
     // Metadata may stand in the codec alone, where the container says only how bright colours are meant.
     const bool fDolby = facts.mHDR != nullptr && std::string_view(facts.mHDR) == kHDR_DolbyVision;
     DynamicRange range;

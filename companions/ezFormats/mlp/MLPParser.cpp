@@ -1,9 +1,9 @@
 #include "ezFormats/mlp/MLPParser.h"
 
 #include "ezFormats/codecs/AC3Header.h"
+#include "ezFormats/codecs/MLPFrames.h"
 #include "ezFormats/codecs/MLPHeader.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/codecs/MLPFrames.h"
 
 #include "ezBytes/ByteReader.h"
 

@@ -109,11 +109,26 @@ struct KnownFamily {
     double mAllocations;
 };
 constexpr double kSongAllocations = 22.25; ///< of a song with all of its texts, whatever its format
+
+/// Of films: frames of two tracks are copied out of their packets, and stamps and tables of all are kept.
+struct FilmAllocations {
+    const char* mType;
+    double mCount;
+};
+constexpr std::array<FilmAllocations, 3> kFilmAllocations = {{{"mkv", 50}, {"ts", 80}, {"mpg", 62}}};
+
+double AllocationsOf(const std::string& aType) {
+    const auto* const film =
+        std::find_if(kFilmAllocations.begin(), kFilmAllocations.end(),
+                     [&aType](const FilmAllocations& aFilm) { return aFilm.mType == aType; });
+    return film != kFilmAllocations.end() ? film->mCount : kSongAllocations;
+}
+
 constexpr std::array<KnownFamily, 4> kKnown = {
     {{"mp3", "mpeg-audio", "MPEG audio", MPEGAudioFiles, 2.25, 26624, 1, kSongAllocations},
      {"jpg", "jpeg", "JPEG", JPEGFiles, 1.34, 10240, 0.34, 16},
      {"png", "png", "PNG", PNGFiles, 1.34, 8192, 0.34, 16},
-     {"mp4", "iso-media", "ISO media", ISOMediaFiles, 1.25, 9216, 0.25, 17.5}}};
+     {"mp4", "iso-media", "ISO media", ISOMediaFiles, 1.25, 9216, 0.25, 21}}};
 
 /// Of a format without a row of its own the samples are measured. What they may cost is what its parser calls
 /// usual.
@@ -134,8 +149,8 @@ FormatFamily FamilyOf() {
     const FormatNotes* const notes = FormatNotesOf<Parser>::Get();
     Require(notes != nullptr, "every parser has its kNotes");
     const double reads = notes->mUsual.mReads;
-    return {type,      notes->mTitle,   files, parser, reads, static_cast<double>(notes->mUsual.mBytes),
-            reads - 1, kSongAllocations};
+    return {type,      notes->mTitle,      files, parser, reads, static_cast<double>(notes->mUsual.mBytes),
+            reads - 1, AllocationsOf(type)};
 }
 
 } // namespace

@@ -26,9 +26,9 @@
 
 namespace {
 
-constexpr std::size_t kCopies = 100; ///< of each file of a family
-constexpr double kAim = 2;           ///< of the time of the bare calls
-constexpr std::size_t kLargestRead = std::size_t{64} * 1024;
+constexpr std::size_t kCopies = 100;                          ///< of each file of a family
+constexpr double kAim = 2;                                    ///< of the time of the bare calls
+constexpr std::size_t kLargestRead = std::size_t{512} * 1024; // the window of a film
 
 /// A file on the disk, and where a parse of it reads.
 struct ParsedFile {
@@ -69,7 +69,7 @@ public:
         Require(!file.mReads.empty() &&
                     std::all_of(file.mReads.begin(), file.mReads.end(),
                                 [](const RecordedRead& aRead) { return aRead.mSize <= kLargestRead; }),
-                "a parse reads, no more than 64 KiB at a time");
+                "a parse reads, no more than 512 KiB at a time");
         mFiles.push_back(file);
     }
 

@@ -19,7 +19,7 @@ inline int UnitsDoor_Enter(const std::uint8_t* aData, std::size_t aSize, const U
     if (aSize < kHead) {
         return 0;
     }
-    const std::size_t stated = aData[0] << 8U | aData[1];
+    const std::size_t stated = std::size_t{aData[0]} << 8U | aData[1];
     const std::size_t size = std::min(stated, aSize - kHead);
     if (stated == 0) {
         const std::vector<unsigned char> stream = CodecDoor_Block(aData + kHead, aSize - kHead);

@@ -107,7 +107,7 @@ LongFile Matroska(std::uint64_t aMedia) {
 /// A film of units of one size, each of the time that its number says: those at its start, in its middle and
 /// at its end are written.
 LongFile OfUnits(std::uint64_t aSize, std::size_t anUnitSize, std::string (*aMake)(std::uint64_t aNumber)) {
-    constexpr std::uint64_t kWritten = 1024 * 1024;
+    constexpr std::uint64_t kWritten = 1 << 20;
     const std::uint64_t count = aSize / anUnitSize;
     const std::uint64_t written = kWritten / anUnitSize;
     LongFile film;
@@ -151,6 +151,7 @@ LongFile ProgramStream(std::uint64_t aMedia) {
 }
 
 constexpr std::size_t kTSPacket = 188;
+constexpr unsigned kTSSync = 0x47;
 constexpr std::size_t kTSUnit = 174 * kTSPacket;
 
 /// A table of programs, with its length and check sum (ISO/IEC 13818-1, 2.4.4).
@@ -182,9 +183,13 @@ std::string TSPackets(unsigned aPid, const std::string& aPayload, std::uint64_t 
             field.push_back('\0'); // no flags, and stuffing
         }
         field.resize(fieldSize - (fieldSize != 0 ? 1 : 0), '\xFF');
-        packets += "\x47" + Big((fFirst ? 0x4000U : 0U) | aPid, 2) +
-                   Big((fieldSize != 0 ? 0x30U : 0x10U) | (aCounter & 0xF), 1) +
-                   (fieldSize != 0 ? Big(field.size(), 1) : "") + field + part;
+        packets += Big(kTSSync, 1) + Big((fFirst ? 0x4000U : 0U) | aPid, 2) +
+                   Big((fieldSize != 0 ? 0x30U : 0x10U) | (aCounter & 0xF), 1);
+        if (fieldSize != 0) {
+            packets += Big(field.size(), 1);
+        }
+        packets += field;
+        packets += part;
         place += part.size();
     }
     return packets;

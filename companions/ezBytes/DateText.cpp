@@ -167,7 +167,47 @@ void Write(const Time& aTime, Writer& aWriter) {
     }
 }
 
+constexpr std::int64_t kSecondsOfDay = 86400;
+
+/// The day of the proleptic Gregorian calendar, so many days after 1970 begins; of the years 0 to 9999.
+Day DayAfter1970(std::int64_t aDays) {
+    constexpr std::int64_t kDaysTo1970 = 719468; // from a 1st of March on: the leap day is the last of a year
+    constexpr std::int64_t kDaysOf400Years = 146097;
+    const std::int64_t days = aDays + kDaysTo1970;
+    const std::int64_t inEra = days % kDaysOf400Years;
+    const std::int64_t year = (inEra - inEra / 1460 + inEra / 36524 - inEra / 146096) / 365;
+    const std::int64_t inYear = inEra - (365 * year + year / 4 - year / 100);
+    const std::int64_t month = (5 * inYear + 2) / 153; // from March on
+    Day day;
+    day.mYear = static_cast<unsigned>(days / kDaysOf400Years * 400 + year + (month >= 10 ? 1 : 0));
+    day.mMonth = static_cast<unsigned>(month < 10 ? month + 3 : month - 9);
+    day.mDay = static_cast<unsigned>(inYear - (153 * month + 2) / 5 + 1);
+    return day;
+}
+
 } // namespace
+
+ezCString UTCDateText(std::int64_t aSeconds) {
+    constexpr std::int64_t kFirst = -62135596800; // the year 1
+    constexpr std::int64_t kLast = 253402300799;  // the last second of 9999
+    if (aSeconds < kFirst || aSeconds > kLast) {
+        return {};
+    }
+    const std::int64_t days = aSeconds / kSecondsOfDay - (aSeconds % kSecondsOfDay < 0 ? 1 : 0);
+    const auto clock = static_cast<unsigned>(aSeconds - days * kSecondsOfDay);
+    const Day day = DayAfter1970(days);
+    Writer writer;
+    writer.PutYear(day.mYear);
+    writer.Put('-', day.mMonth);
+    writer.Put('-', day.mDay);
+    Time time;
+    time.mHour = clock / 3600;
+    time.mMinute = clock / 60 % 60;
+    time.mSecond = clock % 60;
+    time.mZoneSign = 'Z';
+    Write(time, writer);
+    return writer.Get();
+}
 
 ezCString CleanDate(std::string_view aText) {
     Parts parts(WithoutBlanks(aText));

@@ -2,6 +2,7 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <cstdint>
 #include <string_view>
 
 /// A date as a record has it: ISO 8601, as precise as it is stated, and one that the calendar has. Empty for
@@ -14,3 +15,7 @@
 ///
 ///     "1999"  "1999-12"  "19991231"  "1999:12:31 23:59:58"  "1999-12-31T23:59:58.25+0200"
 ezCString CleanDate(std::string_view aText);
+
+/// A second of UTC as CleanDate has it; empty for what lies outside of the years 1 to 9999.
+/// @param aSeconds  since the start of 1970, without leap seconds
+ezCString UTCDateText(std::int64_t aSeconds);

@@ -52,7 +52,6 @@ private:
 
     void TakeSPS(const std::vector<unsigned char>& aBytes);
     void TakePPS(const std::vector<unsigned char>& aBytes);
-    void TakeMessages(const std::vector<unsigned char>& aBytes);
     void TakeTiming(const SEIMessage& aMessage);
     void TakeSlice(const std::vector<unsigned char>& aBytes, bool afIDR);
 
@@ -87,7 +86,7 @@ bool Pictures::Take(const NALUnit& aUnit) {
     } else if (type == kH264_PPS) {
         TakePPS(bytes);
     } else if (type == kH264_SEI) {
-        TakeMessages(bytes);
+        TakeTiming(mRange.TakeAll(bytes.data(), bytes.size()));
     } else {
         TakeSlice(bytes, type == kH264_IDRSlice);
     }
@@ -109,18 +108,7 @@ void Pictures::TakePPS(const std::vector<unsigned char>& aBytes) {
     }
 }
 
-void Pictures::TakeMessages(const std::vector<unsigned char>& aBytes) {
-    SEIWalk walk(aBytes.data(), aBytes.size());
-    SEIMessage message;
-    while (walk.Next(message)) {
-        mRange.Take(message);
-        if (message.mType == kSEI_PictureTiming) {
-            TakeTiming(message);
-        }
-    }
-}
-
-/// pic_timing (D.1.3)
+/// pic_timing, where there is one (D.1.3)
 void Pictures::TakeTiming(const SEIMessage& aMessage) {
     const ezH264SPS* sequence = GetSequence();
     if (sequence == nullptr || sequence->mfFrameMBsOnly || !sequence->mfPictureStructure) {

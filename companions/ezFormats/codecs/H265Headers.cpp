@@ -98,8 +98,6 @@ void ReadBlockSizes(ezBitReader& aBits, ezH265SPS& aSPS) {
     const std::uint32_t least = 1U << leastLog2;
     aBits.Require(log2 <= kMaxLog2Block && transformLog2 < leastLog2 && aSPS.mCodedWidth % least == 0 &&
                   aSPS.mCodedHeight % least == 0);
-    const std::uint32_t side = 1U << log2;
-    aSPS.mBlockCount = ((aSPS.mCodedWidth + side - 1) / side) * ((aSPS.mCodedHeight + side - 1) / side);
 }
 
 /// What of coding stands before the usability information.
@@ -257,8 +255,7 @@ bool ezH265UnitType_IsIRAP(std::uint8_t aType) {
 
 ezH265Profile ezH265Profile_Read(ezBitReader& aBits) {
     ezH265Profile profile;
-    aBits.Skip(2); // general_profile_space
-    profile.mfHighTier = aBits.ReadFlag();
+    aBits.Skip(2 + 1); // general_profile_space, general_tier_flag
     profile.mProfile = aBits.Read(5);
     aBits.Skip(32); // general_profile_compatibility_flag
     profile.mfProgressiveSource = aBits.ReadFlag();

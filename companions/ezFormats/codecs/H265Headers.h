@@ -50,7 +50,6 @@ bool ezH265UnitType_IsIRAP(std::uint8_t aType);
 /// Profile, tier and level of the whole stream (7.3.3).
 struct ezH265Profile {
     std::uint32_t mProfile = 0; ///< general_profile_idc
-    bool mfHighTier = false;
     bool mfProgressiveSource = false; ///< general_progressive_source_flag
     bool mfInterlacedSource = false;  ///< general_interlaced_source_flag; with both or none it is not told
     std::uint32_t mLevel = 0;         ///< general_level_idc, thirty times the level
@@ -68,7 +67,6 @@ struct ezH265SPS {
     std::uint32_t mCodedHeight = 0;
     std::uint32_t mWidth = 0; ///< pixels, after cropping
     std::uint32_t mHeight = 0;
-    std::uint32_t mBlockCount = 0; ///< coding tree blocks of a picture
     ezVideoUsability mUsability;
     bool mfFieldPictures = false;    ///< field_seq_flag: each picture is a field
     bool mfPictureStructure = false; ///< a picture timing SEI message begins with pic_struct

@@ -55,7 +55,6 @@ private:
 
     void TakeSPS(const std::vector<unsigned char>& aBytes);
     void TakePPS(const std::vector<unsigned char>& aBytes);
-    void TakeMessages(const std::vector<unsigned char>& aBytes);
     void TakeTiming(const SEIMessage& aMessage);
     void TakeSlice(const std::vector<unsigned char>& aBytes, std::uint8_t aType);
 
@@ -90,7 +89,7 @@ bool Pictures::Take(const NALUnit& aUnit) {
     } else if (header.mType == kH265_PPS) {
         TakePPS(bytes);
     } else if (header.mType == kH265_PrefixSEI) {
-        TakeMessages(bytes);
+        TakeTiming(mRange.TakeAll(bytes.data(), bytes.size()));
     } else {
         TakeSlice(bytes, header.mType);
     }
@@ -111,18 +110,7 @@ void Pictures::TakePPS(const std::vector<unsigned char>& aBytes) {
     }
 }
 
-void Pictures::TakeMessages(const std::vector<unsigned char>& aBytes) {
-    SEIWalk walk(aBytes.data(), aBytes.size());
-    SEIMessage message;
-    while (walk.Next(message)) {
-        mRange.Take(message);
-        if (message.mType == kSEI_PictureTiming) {
-            TakeTiming(message);
-        }
-    }
-}
-
-/// pic_timing (D.2.3)
+/// pic_timing, where there is one (D.2.3)
 void Pictures::TakeTiming(const SEIMessage& aMessage) {
     const ezH265SPS* sequence = GetSequence();
     if (sequence == nullptr || !sequence->mfPictureStructure) {

@@ -55,6 +55,19 @@ void SEIRange::Take(const SEIMessage& aMessage) {
     }
 }
 
+SEIMessage SEIRange::TakeAll(const unsigned char* aBytes, std::size_t aSize) {
+    SEIWalk walk(aBytes, aSize);
+    SEIMessage message;
+    SEIMessage timing;
+    while (walk.Next(message)) {
+        Take(message);
+        if (message.mType == kSEI_PictureTiming) {
+            timing = message;
+        }
+    }
+    return timing;
+}
+
 const char* SEIRange::GetKind(std::uint32_t aTransfer) const {
     DynamicRange range = mRange;
     range.mTransfer = mfHLGPreferred ? DynamicRange::kTransferHLG : aTransfer;

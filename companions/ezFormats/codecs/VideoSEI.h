@@ -42,6 +42,9 @@ class SEIRange {
 public:
     /// Takes what a message tells of it; any other tells nothing.
     void Take(const SEIMessage& aMessage);
+    /// Takes what all messages of an RBSP tell of it.
+    /// @return the picture timing message among them; without bytes where there is none
+    SEIMessage TakeAll(const unsigned char* aBytes, std::size_t aSize);
     /// kHDR_... of a stream of these transfer_characteristics; null where its range is not high.
     const char* GetKind(std::uint32_t aTransfer) const;
 

@@ -205,25 +205,5 @@ std::uint64_t ReadTSTime(const TSSection& aSection) {
 }
 
 ezCString TSTimeText(std::uint64_t aSeconds) {
-    // Days are counted from a 1st of March on, so that the leap day is the last of a year.
-    constexpr std::uint64_t kDaysToMarch1970 = 719468;
-    constexpr std::uint64_t kDaysOf400Years = 146097;
-    if (aSeconds == 0) {
-        return {};
-    }
-    const std::uint64_t days = aSeconds / kDay + kDaysToMarch1970;
-    const std::uint64_t inEra = days % kDaysOf400Years;
-    const std::uint64_t year = (inEra - inEra / 1460 + inEra / 36524 - inEra / 146096) / 365;
-    const std::uint64_t inYear = inEra - (365 * year + year / 4 - year / 100);
-    const std::uint64_t month = (5 * inYear + 2) / 153; // from March on
-    const std::uint64_t day = inYear - (153 * month + 2) / 5 + 1;
-    const std::uint64_t fromJanuary = month < 10 ? month + 3 : month - 9;
-    const std::uint64_t full = days / kDaysOf400Years * 400 + year + (fromJanuary <= 2 ? 1 : 0);
-    const std::uint64_t clock = aSeconds % kDay;
-    return CleanDate(ezCString::Format("%04u-%02u-%02uT%02u:%02u:%02uZ", static_cast<unsigned>(full),
-                                       static_cast<unsigned>(fromJanuary), static_cast<unsigned>(day),
-                                       static_cast<unsigned>(clock / 3600),
-                                       static_cast<unsigned>(clock / 60 % 60),
-                                       static_cast<unsigned>(clock % 60))
-                         .View());
+    return aSeconds != 0 ? UTCDateText(static_cast<std::int64_t>(aSeconds)) : ezCString();
 }

@@ -14,7 +14,6 @@ struct TSSection {
     std::uint8_t GetTable() const { return mBytes[0]; }
     /// Of sections with the long head, of 8 bytes.
     std::uint16_t GetID() const { return static_cast<std::uint16_t>(mBytes[3] << 8 | mBytes[4]); }
-    unsigned GetVersion() const { return mBytes[5] >> 1 & 0x1FU; }
     bool IsCurrent() const { return (mBytes[5] & 1U) != 0; }
     std::uint8_t GetNumber() const { return mBytes[6]; }
 };

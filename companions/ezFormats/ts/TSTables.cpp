@@ -65,7 +65,6 @@ void ReadTSMap(const TSSection& aSection, TSProgram* aProgram) {
     reader.Skip(kClockStart);
     aProgram->mClockPID = static_cast<std::uint16_t>(reader.ReadBig(2) & 0x1FFF);
     aProgram->mfMapped = true;
-    aProgram->mVersion = aSection.GetVersion();
     aProgram->mStreams.clear();
     const ByteReader descriptors = reader.Take(reader.ReadBig(2) & 0xFFF);
     const TSMaker maker = MakerOf(descriptors);

@@ -33,7 +33,6 @@ struct TSProgram {
     std::uint16_t mClockPID = kTSPacket_NullPID; ///< PCR_PID
     bool mfMapped = false;                       ///< a map was found
     bool mfOfJapan = false;                      ///< its broadcaster writes texts and times in another way
-    unsigned mVersion = 0;                       ///< of the map
     std::vector<TSStream> mStreams;
 };
 

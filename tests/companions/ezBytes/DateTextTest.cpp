@@ -93,3 +93,25 @@ TEST(DateText, OfAnyLengthIsReadInOnePass) {
     EXPECT_EQ(Str(CleanDate(std::string(1 << 20, '1'))), "");
     EXPECT_EQ(Str(CleanDate("1999-12-31T23:59:58." + std::string(1 << 20, '1'))), "1999-12-31T23:59:58");
 }
+
+TEST(DateText, OfASecondIsTheDayOfTheCalendar) {
+    const std::pair<std::int64_t, const char*> table[] = {
+        {0, "1970-01-01T00:00:00Z"},
+        {-1, "1969-12-31T23:59:59Z"},
+        {951782399, "2000-02-28T23:59:59Z"},
+        {951782400, "2000-02-29T00:00:00Z"},
+        {951868800, "2000-03-01T00:00:00Z"},
+        {978307200, "2001-01-01T00:00:00Z"},
+        {4107542400, "2100-03-01T00:00:00Z"}, // of a year without a leap day
+        {4107542399, "2100-02-28T23:59:59Z"},
+        {-62135596800, "0001-01-01T00:00:00Z"},
+        {-62135596801, ""},
+        {253402300799, "9999-12-31T23:59:59Z"},
+        {253402300800, ""},
+        {INT64_MIN, ""},
+        {INT64_MAX, ""},
+    };
+    for (const auto& [seconds, date] : table) {
+        EXPECT_EQ(Str(UTCDateText(seconds)), date) << seconds;
+    }
+}

@@ -69,6 +69,7 @@ ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 set(FACTS ${FORMATS}/codecs/DynamicRange.cpp)
 ez_add_door(ezFormats_inside codec_av1 ${FORMATS}/codecs/AV1Video.cpp ${FACTS})
 ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
+ez_add_door(ezFormats_inside codec_theora ${FORMATS}/codecs/TheoraHeader.cpp ${FORMATS}/codecs/XiphLacing.cpp)
 ez_add_door(ezFormats_inside codec_vpx ${FORMATS}/codecs/VPXVideo.cpp ${FACTS})
 
 # What every parser of files stands on.

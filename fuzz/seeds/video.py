@@ -135,7 +135,33 @@ def vpx():
     yield "features-not-legal", bytes([1, 1, 4, 2, 1, 9, 3, 1, 9, 4, 1, 4, 1, 2, 0, 0])
 
 
+# --- Theora
+
+def theora(version=0x030201, blocks=(20, 15), size=(318, 238), corner=(2, 1), rate=(25, 1), pixel=(0, 0), nominal=0, shift=6, colours=0):
+    bits = Bits().put(version, 24).put(blocks[0], 16).put(blocks[1], 16).put(size[0], 24).put(size[1], 24)
+    bits.put(corner[0], 8).put(corner[1], 8).put(rate[0], 32).put(rate[1], 32).put(pixel[0], 24).put(pixel[1], 24)
+    return b"\x80theora" + bits.put(0, 8).put(nominal, 24).put(63, 6).put(shift, 5).put(colours, 2).put(0, 3).bytes()
+
+
+def theoras():
+    rest = b"\x81theora" + b"\x82theora"
+    yield "cropped", theora()
+    yield "largest", theora(blocks=(0xFFFF, 0xFFFF), size=(0xFFFF0, 0xFFFF0), corner=(0, 0))
+    yield "beyond-the-frame", theora(corner=(3, 1))
+    yield "no-size", theora(size=(0, 238))
+    yield "no-rate", theora(rate=(0, 1))
+    yield "film", theora(rate=(24000, 1001), pixel=(12, 11), nominal=800000, colours=2)
+    yield "counts-from-zero", theora(0x030200, nominal=0xFFFFFF, shift=31, colours=3)
+    yield "of-another-version", theora(0x030300)
+    yield "colours-of-none", theora(colours=1)
+    yield "laced", b"\2\x2A\7" + theora() + rest
+    yield "laced-by-a-long-size", b"\2\x2A\xFF\xFF\7" + theora() + rest
+    yield "lacing-without-end", b"\2" + b"\xFF" * 60
+    yield "after-sizes", b"\0\x2A" + theora() + b"\0\7" + rest
+
+
 def seeds():
-    for door, streams in (("codec_mpegvideo", mpegvideo()), ("codec_av1", av1()), ("codec_vpx", vpx())):
+    doors = (("codec_mpegvideo", mpegvideo()), ("codec_av1", av1()), ("codec_vpx", vpx()), ("codec_theora", theoras()))
+    for door, streams in doors:
         for name, stream in streams:
             yield door, name, stream

@@ -10,10 +10,12 @@
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/TheoraHeader.h"
 #include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/codecs/VideoFourCC.h"
 #include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/codecs/WaveFormat.h"
+#include "ezFormats/codecs/XiphLacing.h"
 #include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezBytes/ByteSource.h"
@@ -106,13 +108,15 @@ void ReadMPEGVideo(const CodecData& aData, VideoFacts& aFacts) {
 
 using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
 
-/// One reader for what sets the decoder up, if there is such a thing, and one for the first frame.
+/// One reader for what sets the decoder up, and one for the first frame, where there are such things.
 template <Reader ReadPrivate, Reader ReadFrame>
 void ReadBoth(const CodecData& aData, VideoFacts& aFacts) {
     if constexpr (ReadPrivate != nullptr) {
         Take(ReadPrivate(aData.mPrivate.data(), aData.mPrivate.size()), aFacts);
     }
-    Take(ReadFrame(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    if constexpr (ReadFrame != nullptr) {
+        Take(ReadFrame(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    }
 }
 
 /// BITMAPINFOHEADER: the codec by four characters, and after it what that codec needs.
@@ -134,6 +138,9 @@ void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
         Take(MPEG4Visual_Read(aData.mFrame.data(), aData.mFrame.size()), aFacts);
     } else if (aFacts.mCodec == "H264") {
         Take(H264Video_ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    } else if (aFacts.mCodec == "Theora") {
+        const std::size_t size = std::min(bytes.size(), kHeaderSize);
+        Take(TheoraVideo_ReadConfig(bytes.data() + size, bytes.size() - size), aFacts);
     }
 }
 
@@ -165,7 +172,7 @@ constexpr Codec<VideoFacts> kVideoCodecs[] = {
     {"V_QUICKTIME", "", ReadQuickTime},
     {"V_MJPEG", "MJPEG", kNoVideo},
     {"V_PNG", "PNG", kNoVideo},
-    {"V_THEORA", "Theora", kNoVideo},
+    {"V_THEORA", "Theora", ReadBoth<TheoraVideo_ReadConfig, nullptr>},
     {"V_PRORES", "ProRes", kNoVideo},
     {"V_FFV1", "FFV1", kNoVideo},
     {"V_SNOW", "Snow", kNoVideo},
@@ -200,17 +207,11 @@ void ReadOpus(const CodecData& aData, AudioFacts& aFacts) {
     aFacts.mChannels = reader.ReadByte();
 }
 
-/// Three headers, laced as Xiph does (RFC 9559, 10.3.2): their number less one, the sizes of all but the
-/// last.
+/// Three headers, of which the first tells.
 void ReadVorbis(const CodecData& aData, AudioFacts& aFacts) {
-    constexpr unsigned kHeaders = 3;
     BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
     ByteReader reader(block);
-    reader.Require(reader.ReadByte() == kHeaders - 1);
-    for (unsigned header = 1; header < kHeaders; ++header) {
-        while (reader.ReadByte() == 0xFF) {
-        }
-    }
+    reader.Skip(XiphLacing_FirstAt(aData.mPrivate.data(), aData.mPrivate.size()));
     const VorbisHeader header = ReadVorbisHeader(reader);
     aFacts.mSamplingRate = header.mSamplingRate;
     aFacts.mChannels = header.mSamplingRate != 0 ? header.mChannels : 0;

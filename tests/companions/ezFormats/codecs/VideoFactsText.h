@@ -40,5 +40,6 @@ inline std::string Text(const std::optional<VideoFacts>& aFacts) {
     word(aFacts->mHDR);
     number("vr", aFacts->mBitRate);
     number("mv", aFacts->mMaxBitRate);
+    number("ev", aFacts->mEstimatedBitRate);
     return text;
 }

@@ -2,6 +2,7 @@
 
 #include "companions/ezFormats/ChunkBytes.h"
 #include "companions/ezFormats/FormatFiles.h"
+#include "companions/ezFormats/codecs/TheoraBytes.h"
 #include "companions/ezFormats/matroska/MatroskaBytes.h"
 
 #include "support/Samples.h"
@@ -308,6 +309,20 @@ TEST(MatroskaParser, PrivateDataTellOfSoundWhatTheEntryMayHaveWrong) {
     EXPECT_EQ(sound("A_MS/ACM", Little(0x2000, 2) + Little(6, 2) + Little(48000) + Little(56000) +
                                     Little(1, 2) + Little(0, 2)),
               "\"AC3\"|48000|6|");
+}
+
+TEST(MatroskaParser, HeaderOfTheoraTellsWhatTheEntryLeavesOut) {
+    const auto told = [](const std::string& anId, const std::string& aPrivate) {
+        return Values(Film(Track(1, 1, anId, Picture() + Private(aPrivate))), {"vc", "fr", "cr", "pa"});
+    };
+    TheoraHead head;
+    head.mPixelWidth = 12;
+    head.mPixelHeight = 11;
+    const std::string headers = head.Bytes() + "\x81theora\x82theora";
+    const std::string bitmap = std::string(16, '\0') + "THEO" + std::string(20, '\0');
+    EXPECT_EQ(told("V_THEORA", "\2\x2A\7" + headers), "\"Theora\"|25000|\"4:2:0\"|\"12:11\"");
+    EXPECT_EQ(told("V_MS/VFW/FOURCC", bitmap + "\2\x2A\7" + headers), "\"Theora\"|25000|\"4:2:0\"|\"12:11\"");
+    EXPECT_EQ(told("V_THEORA", "damaged"), "\"Theora\"|||\"1:1\"");
 }
 
 TEST(MatroskaParser, FirstFrameTellsOfPicturesWhatABitmapLeavesOut) {

@@ -4,6 +4,7 @@
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/VC1Video.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ constexpr VideoReader kReaders[] = {
     {StreamCodec::MPEG4Visual, MPEG4Visual_Read},
     {StreamCodec::H264, H264Video_ReadStream},
     {StreamCodec::H265, H265Video_ReadStream},
+    {StreamCodec::VC1, VC1Video_ReadStream},
 };
 
 std::optional<VideoFacts> ReadAs(StreamCodec aCodec, const unsigned char* aBytes, std::size_t aSize) {

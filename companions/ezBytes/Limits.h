@@ -94,3 +94,10 @@ inline constexpr std::uint32_t kMatroska_MaxFirstBlocks = 24;
 /// Files that a Matroska file holds which are looked at for the cover: each may cost a read, as its bytes are
 /// stepped over. A film with many fonts has some twenty.
 inline constexpr std::uint32_t kMatroskaAttachments_MaxCount = 24;
+
+/// Bytes of a list of languages that is kept: of twenty and more.
+inline constexpr std::size_t kLanguages_MaxSize = 64;
+
+/// Bytes of a text that is read as a language: more than any tag, and than a row of codes that makes sense. A
+/// longer one names none.
+inline constexpr std::size_t kLanguages_MaxText = 64;

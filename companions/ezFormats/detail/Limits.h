@@ -159,13 +159,6 @@ inline constexpr std::size_t kMusicNames_MaxSize = 4096;
 /// Number of a track or disc, the largest: a ContentDirectory announces them as 32 bits with a sign.
 inline constexpr std::uint32_t kMusicNumber_Max = 0x7FFFFFFF;
 
-/// Bytes of a list of languages that is kept: of twenty and more.
-inline constexpr std::size_t kLanguages_MaxSize = 64;
-
-/// Bytes of a text that is read as a language: more than any tag, and than a row of codes that makes sense. A
-/// longer one names none.
-inline constexpr std::size_t kLanguages_MaxText = 64;
-
 /// Bytes of the end that are read for the tags after the sound where a usual file costs 16 KiB in all: all
 /// but lyrics and pictures fit in, and of these the footer tells the size.
 inline constexpr std::uint32_t kTailTags_ShortSize = std::uint32_t{8} * 1024;

@@ -1,10 +1,10 @@
 #include "ezFormats/iso/ISOMovie.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOTags.h"
-#include "ezFormats/tags/LanguageTags.h"
 
 #include <algorithm>
 #include <array>

@@ -3,8 +3,8 @@
 #include "ezFormats/matroska/MatroskaLimits.h"
 #include "ezFormats/matroska/MatroskaPicture.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/detail/Limits.h"
-#include "ezFormats/tags/LanguageTags.h"
 
 #include "ezBytes/EBMLWalk.h"
 #include "ezBytes/InflatedBytes.h"

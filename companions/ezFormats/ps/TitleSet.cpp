@@ -1,9 +1,9 @@
 #include "ezFormats/ps/TitleSet.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/ps/PSLimits.h"
-#include "ezFormats/tags/LanguageTags.h"
 
 #include "ezPlatform/text/Case.h"
 

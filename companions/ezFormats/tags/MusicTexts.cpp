@@ -1,8 +1,8 @@
 #include "ezFormats/tags/MusicTexts.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/tags/CoverFacts.h"
-#include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicNames.h"
 #include "ezFormats/tags/TagNames.h"
 

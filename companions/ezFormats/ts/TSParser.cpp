@@ -1,11 +1,11 @@
 #include "ezFormats/ts/TSParser.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/FilmRecord.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
-#include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/ts/TSEvents.h"
 #include "ezFormats/ts/TSHead.h"
 #include "ezFormats/ts/TSLength.h"

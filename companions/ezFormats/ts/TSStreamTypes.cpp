@@ -1,6 +1,6 @@
 #include "ezFormats/ts/TSStreamTypes.h"
 
-#include "ezFormats/tags/LanguageTags.h"
+#include "ezBytes/LanguageTags.h"
 
 #include "ezBytes/ByteReader.h"
 

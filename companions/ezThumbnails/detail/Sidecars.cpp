@@ -1,16 +1,14 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezBytes/FolderEntries.h"
 #include "ezThumbnails/detail/SidecarLimits.h"
 
-#include "ezPlatform/base/Descriptor.h"
 #include "ezPlatform/text/NUL.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <string_view>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 namespace {
@@ -25,10 +23,6 @@ constexpr Extension kExtensions[] = {{".jpg", "image/jpeg"}, {".jpeg", "image/jp
 /// several albums ("AlbumArt_{...}_Large.jpg") are none: the folder may hold songs of another.
 constexpr std::string_view kFolderNames[] = {"cover", "folder", "front",         "albumart",
                                              "album", "poster", "albumartsmall", "thumb"};
-
-struct DirCloser {
-    void operator()(DIR* aDir) const { closedir(aDir); }
-};
 
 /// A path at its last "/". A "\" separates nothing here: the file is opened by its path as it is.
 struct Place {
@@ -78,39 +72,18 @@ bool HasExtension(const ezCString& aName) {
     return !SidecarMimeType(aName).IsEmpty();
 }
 
-/// Whether an error says that there is nothing to be had, and not that the system is in trouble.
-bool IsAnswer(int anError) {
-    return anError == ENOENT || anError == ENOTDIR || anError == EACCES || anError == ELOOP;
-}
-
-DIR* OpenedFolder(const ezCString& aFolder) {
-    DIR* folder = nullptr;
-    do {
-        folder = ezDescriptor_AboveStandard(opendir(aFolder.c_str()));
-    } while (folder == nullptr && errno == EINTR);
-    return folder;
-}
-
 /// Calls aVisit with the name of each picture in a folder, as it seems by its extension. False when the
 /// system was in trouble, and some may be missing.
 template <typename Visit>
 bool ListPictures(const ezCString& aFolder, const Visit& aVisit) {
-    const std::unique_ptr<DIR, DirCloser> dir(OpenedFolder(aFolder));
-    if (dir == nullptr) {
-        return IsAnswer(errno);
-    }
-    for (std::size_t i = 0; i < kSidecar_MaxEntries; ++i) {
-        errno = 0; // else its end is not told from its failure
-        const dirent* const entry = readdir(dir.get());
-        if (entry == nullptr) {
-            return errno == 0;
-        }
-        const ezCString name(entry->d_name);
+    const auto visit = [&](const char* aName, FolderEntry /*aKind*/) {
+        const ezCString name(aName);
         if (HasExtension(name)) { // most have none, and this is quick
             aVisit(name);
         }
-    }
-    return true;
+        return true;
+    };
+    return WalkFolder(std::string(aFolder.View()), kSidecar_MaxEntries, visit) != FolderWalk::Trouble;
 }
 
 /// In the order of trying, as many as are tried.
@@ -197,16 +170,15 @@ std::vector<ezCString> FindSidecars(const ezCString& aMediaPath, bool* afFailed,
     }
     const auto look = [&fFailed](const ezCString& aPath, struct stat* aState) {
         const bool isThere = stat(aPath.c_str(), aState) == 0;
-        fFailed = fFailed || (!isThere && !IsAnswer(errno));
+        fFailed = fFailed || (!isThere && !IsAnswerOfPath(errno));
         return isThere;
     };
     struct stat mediaState = {};
     const bool isThere = look(aMediaPath, &mediaState);
     const ezCString folder(media.mFolder);
-    const ezCString listed = folder.IsEmpty() ? ezCString(".") : folder;
     const std::vector<ezCString> wanted = WantedNames(media.mName);
-    for (const Match& match : aListed != nullptr ? FindMatches(listed, wanted, *aListed, &fFailed)
-                                                 : FindMatches(listed, wanted, &fFailed)) {
+    for (const Match& match : aListed != nullptr ? FindMatches(folder, wanted, *aListed, &fFailed)
+                                                 : FindMatches(folder, wanted, &fFailed)) {
         const ezCString path = folder + match.mName;
         struct stat state = {};
         const bool isRegular = look(path, &state) && S_ISREG(state.st_mode);

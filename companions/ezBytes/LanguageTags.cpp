@@ -1,6 +1,6 @@
-#include "ezFormats/tags/LanguageTags.h"
+#include "ezBytes/LanguageTags.h"
 
-#include "ezFormats/detail/Limits.h"
+#include "ezBytes/Limits.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -60,6 +60,15 @@ bool IsNone(std::string_view aLong) {
     constexpr std::array<std::string_view, 5> kNone = {"und", "mul", "mis", "zxx", "xxx"};
     return std::find(kNone.begin(), kNone.end(), aLong) != kNone.end() ||
            (aLong[0] == 'q' && aLong[1] <= 't');
+}
+
+/// Whether a language has this code of two letters.
+bool IsShort(std::string_view aShort) {
+    bool fFound = false;
+    for (std::size_t row = 0; !fFound && row < kShortCodes.size(); row += kRowSize) {
+        fFound = kShortCodes.substr(row + kLong, 2) == aShort;
+    }
+    return fFound;
 }
 
 bool AreLetters(std::string_view aText) {
@@ -164,6 +173,12 @@ void AddLanguages(std::string& aList, std::string_view aText) {
         AddStated(aList, aText.substr(0, end));
         aText.remove_prefix(std::min(end + 1, aText.size()));
     }
+}
+
+bool IsLanguageCode(std::string_view aText) {
+    std::string low(aText.substr(0, kLong + 1));
+    std::transform(low.begin(), low.end(), low.begin(), ezLower);
+    return (low.size() == 2 && IsShort(low)) || (low.size() == kLong && !FindShort(low).empty());
 }
 
 void AddPackedLanguage(std::string& aList, unsigned aPacked) {

@@ -68,6 +68,7 @@ ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
 # Readers of a codec's headers, as containers of films hand them on.
 set(FACTS ${FORMATS}/codecs/DynamicRange.cpp)
 ez_add_door(ezFormats_inside codec_av1 ${FORMATS}/codecs/AV1Video.cpp ${FACTS})
+ez_add_door(ezFormats_inside codec_h263 ${FORMATS}/codecs/H263Video.cpp ${FORMATS}/codecs/VP6Video.cpp)
 ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
 ez_add_door(ezFormats_inside codec_theora ${FORMATS}/codecs/TheoraHeader.cpp ${FORMATS}/codecs/XiphLacing.cpp)
 ez_add_door(ezFormats_inside codec_vpx ${FORMATS}/codecs/VPXVideo.cpp ${FACTS})

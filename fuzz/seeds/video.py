@@ -160,8 +160,61 @@ def theoras():
     yield "after-sizes", b"\0\x2A" + theora() + b"\0\7" + rest
 
 
+# --- H.263, that of Sorenson, and VP6
+
+def h263_picture(kind=7, custom=6, clock=None, multipoint=0, pixel=1, shape=(0, 0), update=1):
+    bits = Bits().put(0x20, 22).put(5, 8).put(2, 2).put(0, 3).put(kind, 3)
+    if kind != 7:
+        return bits.put(0, 5).put(8, 5).bytes()
+    bits.put(update, 3).put(custom, 3).put(1 if clock else 0, 1).put(0, 10).put(8, 4).put(0, 6).put(1, 3)
+    bits.put(multipoint, 1).put(0, 2 * multipoint)
+    if custom == 6:
+        bits.put(pixel, 4).put(159, 9).put(1, 1).put(90, 9)
+        if pixel == 15:
+            bits.put(shape[0], 8).put(shape[1], 8)
+    if clock:
+        bits.put(clock[0], 1).put(clock[1], 7)
+    return bits.bytes()
+
+
+def sorenson_picture(size, width=0, height=0):
+    bits = Bits().put(1, 17).put(1, 5).put(0, 8).put(size, 3)
+    if size < 2:
+        bits.put(width, 8 * (size + 1)).put(height, 8 * (size + 1))
+    return bits.put(0, 2).put(5, 6).bytes()
+
+
+def h263():
+    yield "qcif", h263_picture(2) + bytes(8)
+    yield "of-no-format", h263_picture(6)
+    yield "extended-cif", h263_picture(7, 3) + bytes(4)
+    yield "extended-no-format", h263_picture(7, 7) + bytes(4)
+    yield "goes-on", h263_picture(update=0)
+    yield "custom", h263_picture(clock=(1, 60), multipoint=1) + bytes(4)
+    yield "custom-pixel", h263_picture(clock=(0, 72), pixel=15, shape=(8, 9))
+    yield "custom-pixel-reserved", h263_picture(pixel=9)
+    yield "configuration", b"made\0\x0a\0"
+    yield "configuration-rates", b"made\0\x2d\3\0\0\0\x10bitr\0\0\xfa\0\0\1\0\0"
+    yield "configuration-no-level", b"made\0\xff\0"
+    yield "sorenson", sorenson_picture(5)
+    yield "sorenson-small", sorenson_picture(0, 200, 100)
+    yield "sorenson-large", sorenson_picture(1, 640, 360)
+    yield "sorenson-of-no-size", sorenson_picture(7)
+    yield "vp6", bytes([0x78, 0x46, 10, 12, 10, 12])
+    yield "vp6-interlaced", bytes([0x79, 0x47, 1, 2, 10, 12, 10, 12])
+
+
+# One a line: changes to several doors meet here.
+DOORS = (
+    ("codec_mpegvideo", mpegvideo),
+    ("codec_av1", av1),
+    ("codec_vpx", vpx),
+    ("codec_theora", theoras),
+    ("codec_h263", h263),
+)
+
+
 def seeds():
-    doors = (("codec_mpegvideo", mpegvideo()), ("codec_av1", av1()), ("codec_vpx", vpx()), ("codec_theora", theoras()))
-    for door, streams in doors:
-        for name, stream in streams:
+    for door, streams in DOORS:
+        for name, stream in streams():
             yield door, name, stream

@@ -3,6 +3,7 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
+#include "ezFormats/codecs/H263Video.h"
 #include "ezFormats/codecs/H264Video.h"
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
@@ -116,21 +117,10 @@ void ReadHEVC(ByteReader aBox, ISOVideoEntry& anEntry) {
     TakeCodec(facts, anEntry);
 }
 
-/// Of "d263" (3GPP TS 26.244, 6.8): profile by number, and the level as it is named ("level 10").
-void ReadH263(ByteReader aBox, ISOVideoEntry& anEntry) {
-    aBox.Skip(5); // vendor and decoder_version
-    const unsigned level = aBox.ReadByte();
-    const unsigned profile = aBox.ReadByte();
-    if (!aBox.HasFailed()) {
-        anEntry.mFacts.mProfile = ezCString::Format("%u", profile);
-        anEntry.mFacts.mLevel = level;
-    }
-}
-
 constexpr std::array<ISOBoxReader<ISOVideoEntry>, 16> kBoxReaders = {
     {{"avcC", ReadAVC},
      {"hvcC", ReadHEVC},
-     {"d263", ReadH263},
+     {"d263", ReadConfig<H263Video_ReadConfig>},
      {"av1C", ReadConfig<AV1Video_ReadConfig>},
      {"vpcC", ReadConfig<VP9Video_ReadConfig>},
      {"pasp", ReadSigns<ReadPixelAspect>},

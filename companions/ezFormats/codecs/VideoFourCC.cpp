@@ -1,5 +1,7 @@
 #include "ezFormats/codecs/VideoFourCC.h"
 
+#include "ezFormats/codecs/CodecWord.h"
+
 #include "ezPlatform/text/Case.h"
 
 #include <algorithm>
@@ -42,4 +44,9 @@ const char* VideoFourCC_GetCodec(BoxType aFourCC) {
         return ezIsEqualNoCase(aName.mFourCC, text.View());
     });
     return found != std::end(kNames) ? found->mCodec : nullptr;
+}
+
+ezCString VideoFourCC_GetWord(BoxType aFourCC) {
+    const char* const codec = VideoFourCC_GetCodec(aFourCC);
+    return codec != nullptr ? ezCString(codec) : CodecWord_Of(aFourCC.GetText().View());
 }

@@ -2,6 +2,8 @@
 
 #include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/BitmapVideo.h"
+#include "ezFormats/codecs/CodecWord.h"
 #include "ezFormats/codecs/DynamicRange.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
@@ -71,15 +73,6 @@ const Codec<Facts>* FindCodec(const Codec<Facts> (&aCodecs)[Size], const ezCStri
     return nullptr;
 }
 
-/// A text of strangers as a word of a record: a "." stands for what may not stand in one.
-ezCString WordOf(std::string_view aText) {
-    std::string word(aText.substr(0, aText.find_last_not_of(' ') + 1));
-    std::replace_if(
-        word.begin(), word.end(),
-        [](char aLetter) { return aLetter <= ' ' || aLetter > '~' || aLetter == ','; }, '.');
-    return ezCString(std::string_view(word));
-}
-
 // --- Pictures
 
 void Take(const std::optional<VideoFacts>& aFound, VideoFacts& aFacts) {
@@ -119,28 +112,14 @@ void ReadBoth(const CodecData& aData, VideoFacts& aFacts) {
     }
 }
 
-/// BITMAPINFOHEADER: the codec by four characters, and after it what that codec needs.
+/// BITMAPINFOHEADER, and after it what the codec needs.
 void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
-    constexpr std::size_t kHeaderSize = 40;
-    const Bytes& bytes = aData.mPrivate;
-    BlockBytes block(bytes.data(), bytes.size());
-    ByteReader reader(block);
-    reader.Skip(16);
-    const BoxType fourCC = BoxType::Read(reader);
-    const char* const codec = VideoFourCC_GetCodec(fourCC);
-    if (reader.HasFailed()) {
-        return;
-    }
-    aFacts.mCodec = codec != nullptr ? ezCString(codec) : WordOf(fourCC.GetText().View());
-    if (aFacts.mCodec == "MPEG4") { // its headers may stand in the first frame alone, as in AVI
-        const std::size_t size = std::min(bytes.size(), kHeaderSize);
-        Take(MPEG4Visual_Read(bytes.data() + size, bytes.size() - size), aFacts);
-        Take(MPEG4Visual_Read(aData.mFrame.data(), aData.mFrame.size()), aFacts);
-    } else if (aFacts.mCodec == "H264") {
-        Take(H264Video_ReadStream(aData.mFrame.data(), aData.mFrame.size()), aFacts);
-    } else if (aFacts.mCodec == "Theora") {
-        const std::size_t size = std::min(bytes.size(), kHeaderSize);
-        Take(TheoraVideo_ReadConfig(bytes.data() + size, bytes.size() - size), aFacts);
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    const std::optional<VideoFacts> found =
+        BitmapVideo_Read(ByteReader(block), aData.mFrame.data(), aData.mFrame.size());
+    if (found) {
+        aFacts.mCodec = found->mCodec;
+        aFacts.Complete(*found);
     }
 }
 
@@ -150,9 +129,8 @@ void ReadQuickTime(const CodecData& aData, VideoFacts& aFacts) {
     ByteReader reader(block);
     reader.Skip(4);
     const BoxType fourCC = BoxType::Read(reader);
-    const char* const codec = VideoFourCC_GetCodec(fourCC);
     if (!reader.HasFailed()) {
-        aFacts.mCodec = codec != nullptr ? ezCString(codec) : WordOf(fourCC.GetText().View());
+        aFacts.mCodec = VideoFourCC_GetWord(fourCC);
     }
 }
 
@@ -309,7 +287,7 @@ constexpr Codec<AudioFacts> kSoundCodecs[] = {
 /// An id that no table has, without what stands for the kind.
 ezCString NameOf(const ezCString& anId) {
     const std::string_view id = anId.View();
-    return WordOf(id.size() > 1 && id[1] == '_' ? id.substr(2) : id);
+    return CodecWord_Of(id.size() > 1 && id[1] == '_' ? id.substr(2) : id);
 }
 
 template <typename Facts, std::size_t Size>

@@ -337,7 +337,7 @@ TEST(MatroskaParser, FirstFrameTellsOfPicturesWhatABitmapLeavesOut) {
                               "\x00\x84\x40\x06\x70\xC2\xC1\x09\x06"s;
     EXPECT_EQ(told("XVID", layer), "\"MPEG4\"|\"AdvancedSimple\"|50|\"interlaced\"");
     EXPECT_EQ(told("XVID", "no header"), "\"MPEG4\"|||");
-    EXPECT_EQ(told("WVC1", layer), "\"VC1\"|||");
+    EXPECT_EQ(told("WVC1", layer), "\"VC1\"|\"Advanced\"||");
 }
 
 TEST(MatroskaParser, FirstFrameTellsWhatNothingElseDoes) {

@@ -134,6 +134,19 @@ bool CodePage::IsKnown(std::string_view aName) {
     return !name.empty() && converter.IsOpen() && converter.Convert(kPlainLetters) == kPlainLetters;
 }
 
+std::string CodePage::GetName() const {
+    constexpr std::string_view kPage = "CP";
+    constexpr std::string_view kWindows = "125"; // 1250 to 1258
+    if (mConverter.empty() || !IsKnown(mConverter)) {
+        return "windows-1252";
+    }
+    const std::string number = mConverter.substr(std::min(mConverter.size(), kPage.size()));
+    const bool fWindows =
+        mConverter.compare(0, kPage.size(), kPage) == 0 &&
+        ((number.size() == 4 && number.compare(0, kWindows.size(), kWindows) == 0) || number == "874");
+    return fWindows ? "windows-" + number : mConverter;
+}
+
 std::string CodePage::ToUtf8(std::string_view aBytes) const {
     if (mConverter.empty()) {
         return FromBuiltIn(aBytes);

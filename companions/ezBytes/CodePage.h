@@ -18,6 +18,10 @@ public:
     /// ASCII.
     static bool IsKnown(std::string_view aName);
 
+    /// The name that protocols have for it where iconv has another ("windows-1251"), else that of iconv. Of a
+    /// page that the system does not know that of Windows-1252, by which it is read.
+    std::string GetName() const;
+
     /// The text as UTF-8. A byte that means nothing becomes U+FFFD (in Windows-1252 the control character of
     /// its number), and what a cut left of a last character is dropped.
     std::string ToUtf8(std::string_view aBytes) const;

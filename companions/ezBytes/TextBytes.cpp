@@ -107,22 +107,6 @@ void PutUtf8(std::string_view aBytes, CleanTextWriter& aWriter) {
     }
 }
 
-/// Without the first bytes of a character that was cut: a lead byte and fewer bytes after it than it asks
-/// for.
-std::string_view WithoutCutCharacter(std::string_view aBytes) {
-    for (std::size_t count = 1; count <= 3 && count <= aBytes.size(); ++count) {
-        const auto byte = static_cast<unsigned char>(aBytes[aBytes.size() - count]);
-        if (byte >= 0xC2 && byte < 0xF5) {
-            const std::size_t asked = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-            return count < asked ? aBytes.substr(0, aBytes.size() - count) : aBytes;
-        }
-        if ((byte & 0xC0U) != 0x80U) {
-            break;
-        }
-    }
-    return aBytes;
-}
-
 bool IsAscii(std::string_view aBytes) {
     return std::all_of(aBytes.begin(), aBytes.end(),
                        [](char aByte) { return static_cast<unsigned char>(aByte) < 0x80; });
@@ -134,7 +118,7 @@ void PutBytes(std::string_view aBytes, TextEncoding anEncoding, const CodePage& 
         PutUtf8(aBytes, aWriter);
         return;
     }
-    const std::string_view whole = WithoutCutCharacter(aBytes);
+    const std::string_view whole = WithoutCutUtf8(aBytes);
     // Of plain letters and one more byte, that byte is a letter of the code page unless UTF-8 was promised.
     const bool fPromised = anEncoding == TextEncoding::Utf8 || !IsAscii(whole);
     if (fPromised && IsWholeUtf8(whole)) {

@@ -87,6 +87,20 @@ bool IsWholeUtf8(std::string_view aText) {
     return true;
 }
 
+std::string_view WithoutCutUtf8(std::string_view aText) {
+    for (std::size_t count = 1; count <= 3 && count <= aText.size(); ++count) {
+        const auto byte = static_cast<unsigned char>(aText[aText.size() - count]);
+        if (byte >= 0xC2 && byte < 0xF5) {
+            const std::size_t asked = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+            return count < asked ? aText.substr(0, aText.size() - count) : aText;
+        }
+        if ((byte & 0xC0U) != 0x80U) {
+            break;
+        }
+    }
+    return aText;
+}
+
 char32_t FromWindows1252(unsigned char aByte) {
     const bool fSpecial = aByte >= 0x80 && aByte < 0x80 + kWindows1252.size();
     return fSpecial ? kWindows1252[aByte - 0x80U] : aByte;

@@ -24,6 +24,10 @@ std::size_t LengthOfFirstUtf8(std::string_view aText);
 /// True when the whole text is UTF-8.
 bool IsWholeUtf8(std::string_view aText);
 
+/// A text without the first bytes of a character that was cut at its end: a lead byte and fewer bytes after it
+/// than it asks for.
+std::string_view WithoutCutUtf8(std::string_view aText);
+
 /// The character of a byte in Windows-1252, of which Latin-1 is a part: letters and quotes stand at 80 to 9F,
 /// where Latin-1 has control characters that no title holds. Its five holes stay those.
 char32_t FromWindows1252(unsigned char aByte);

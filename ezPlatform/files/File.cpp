@@ -46,9 +46,10 @@ bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
         return false;
     }
     struct stat status = {};
-    if (ezSystem().mFStat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+    const int error = ezSystem().mFStat(file, &status) != 0 ? errno : EINVAL;
+    if (error != EINVAL || !S_ISREG(status.st_mode)) {
         ezSystem().mClose(file);
-        errno = EINVAL;
+        errno = error;
         return false;
     }
     mFile = file;

@@ -50,6 +50,7 @@
 #include "ezHosting/CancellableStream.h"
 #include "ezHosting/Host.h"
 #include "ezHosting/HostPool.h"
+#include "ezHosting/Subtitles.h"
 #include "ezHosting/TypesTableParser.h"
 #include "ezLiveStreams/DescriptorStream.h"
 #include "ezLiveStreams/FeedBuffer.h"
@@ -208,6 +209,9 @@ const std::vector<Row> kRows = {
     EZ_CLASS(ezHostPoolProgress,              40, 8,   40, 8),
     EZ_CLASS(ezHostPoolResult,                88, 8,   64, 8),
     EZ_CLASS(ezInterruptibleStream,          120, 8,   64, 4),
+    EZ_CLASS(ezSubtitleFile,                 176, 8,  128, 4),
+    EZ_CLASS(ezSubtitleFinder,                 8, 8,    4, 4),
+    EZ_CLASS(ezSubtitles,                     32, 8,   16, 4),
     EZ_CLASS(ezDescriptorStream,             576, 8,  424, 8),
     EZ_CLASS(ezFeedBuffer,                   432, 8,  328, 8),
     EZ_CLASS(ezFeedLimits,                    16, 8,    8, 4),

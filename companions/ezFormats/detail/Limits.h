@@ -103,7 +103,7 @@ inline constexpr std::uint32_t kNALUnits_MaxCount = 64;
 /// says so ticks for something else.
 inline constexpr std::uint32_t kVideo_MaxFrameRate = 300'000;
 
-/// Bytes of a table of profile rules: five times the built-in one. It bounds what a wrong path, an image as
+/// Bytes of a table of profile rules: four times the built-in one. It bounds what a wrong path, an image as
 /// a table, costs.
 inline constexpr std::size_t kProfileRules_MaxTextSize = std::size_t{256} * 1024;
 

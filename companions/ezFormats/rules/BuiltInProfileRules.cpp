@@ -157,13 +157,20 @@ AVC_MKV_HP_HD_EAC3       video/x-matroska  video-codec=H264 video-profile=Constr
 AVC_MKV_HP_HD_HEAAC_L4   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
 AVC_MKV_HP_HD_MPEG1_L3   video/x-matroska  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1152@1-25,-1920x1080@1-30,-1280x720@1-60 video-bit-rate=1-30M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
 
-# MPEG-4 part 2, simple. The limits of the advanced simple profile
-# (MPEG4_P2_MP4_ASP_AAC) are not verified: such files have no profile here.
+# MPEG-4 part 2, simple.
 MPEG4_P2_MP4_SP_L2_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-2 size=-176x144@1-30,-352x288@1-15 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
+MPEG4_P2_MP4_SP_L2_AMR      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-2 size=-176x144@1-30,-352x288@1-15 video-bit-rate=1-128k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
 MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
 MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
 MPEG4_P2_MP4_SP_AAC         video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_AAC_LTP     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k bit-rate=1-600k audio-codec=AAC-LTP sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_AAC_LTP     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=AAC-LTP sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_AAC_LTP     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC-LTP sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_HEAAC       video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k bit-rate=1-600k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_HEAAC       video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_MP4_SP_HEAAC       video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-216k
 MPEG4_P2_MP4_SP_VGA_AAC     video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3 size=-640x480@1-30 video-bit-rate=1-3M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_SP_VGA_HEAAC   video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-3 size=-640x480@1-30 video-bit-rate=1-3M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-64k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L5_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=3 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-384k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
@@ -174,13 +181,50 @@ MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple v
 MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=4 size=-1280x720@1-30 video-bit-rate=1-4M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=5 size=-1280x720@1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
 MPEG4_P2_MP4_SP_L6_AAC      video/mp4   video-codec=MPEG4 video-profile=Simple video-level=6 size=-1280x720@1-30 video-bit-rate=1-12M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+
+# MPEG-4 part 2, advanced simple. Where nothing is published of the audio, it is that of the next smaller form. SO is
+# simple objects alone: a stream of the simple profile, whatever its level limits, within what the name does.
+MPEG4_P2_MP4_ASP_L4_SO_AAC          video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-4 size=-352x576@1-30 video-bit-rate=1-2M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_L4_SO_HEAAC        video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-4 size=-352x576@1-30 video-bit-rate=1-2M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_L4_SO_HEAAC_MULT5  video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-4 size=-352x576@1-30 video-bit-rate=1-2M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+MPEG4_P2_MP4_ASP_L5_SO_AAC          video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_L5_SO_HEAAC        video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_L5_SO_HEAAC_MULT5  video/mp4   video-codec=MPEG4 video-profile=Simple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+MPEG4_P2_MP4_ASP_AAC                video/mp4   video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_HEAAC              video/mp4   video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_MP4_ASP_HEAAC_MULT5        video/mp4   video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=HE-AAC sampling-rate=8k-48k channels=1-6 audio-bit-rate=1-1440k
+
+# MPEG-4 part 2 in 3GPP, and in ASF, whose rate of G.726 is one of four.
 MPEG4_P2_3GPP_SP_L0B_AAC    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b size=-176x144@1-15 video-bit-rate=1-128k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-128k
 MPEG4_P2_3GPP_SP_L0B_AMR    video/3gpp  video-codec=MPEG4 video-profile=Simple video-level=0,0b size=-176x144@1-15 video-bit-rate=1-128k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
+MPEG4_P2_ASF_SP_G726        video/x-ms-wmv>video/x-ms-asf  video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k audio-codec=G726 sampling-rate=8k channels=1 audio-bit-rate=32k
+MPEG4_P2_ASF_SP_G726        video/x-ms-wmv>video/x-ms-asf  video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k audio-codec=G726 sampling-rate=8k channels=1 audio-bit-rate=32k
+MPEG4_P2_ASF_SP_G726        video/x-ms-wmv>video/x-ms-asf  video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k audio-codec=G726 sampling-rate=8k channels=1 audio-bit-rate=32k
+MPEG4_P2_ASF_ASP_L4_SO_G726 video/x-ms-wmv>video/x-ms-asf  video-codec=MPEG4 video-profile=Simple video-level=0-4 size=-352x576@1-30 video-bit-rate=1-2M audio-codec=G726 sampling-rate=8k channels=1 audio-bit-rate=32k
+MPEG4_P2_ASF_ASP_L5_SO_G726 video/x-ms-wmv>video/x-ms-asf  video-codec=MPEG4 video-profile=Simple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=G726 sampling-rate=8k channels=1 audio-bit-rate=32k
 
 # H.263. A record holds ten times a level; what H.263 names level 10 is written 1, therefore.
 MPEG4_H263_MP4_P0_L10_AAC          video/3gpp  video-codec=H263 video-profile=0 video-level=1 size=-176x144@1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AAC sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-86k
+MPEG4_H263_MP4_P0_L10_AAC_LTP      video/3gpp  video-codec=H263 video-profile=0 video-level=1 size=-176x144@1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AAC-LTP sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-86k
 MPEG4_H263_3GPP_P0_L10_AMR_WBplus  video/3gpp  video-codec=H263 video-profile=0 video-level=1 size=-176x144@1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AMR-WB+ sampling-rate=8k-48k channels=1-2 audio-bit-rate=5.2k-48k
 MPEG4_H263_3GPP_P3_L10_AMR         video/3gpp  video-codec=H263 video-profile=3 video-level=1 size=-176x144@1-15 video-bit-rate=1-64k bit-rate=1-150k audio-codec=AMR sampling-rate=8k channels=1 audio-bit-rate=4.75k-12.2k
+
+# Windows Media Video 9. An ASF file does not store the level: size, rates and bits are those of the level that the name
+# has. Simple is a stream of main, too. Versions 7 and 8 have no name.
+WMVSPLL_BASE video/x-ms-wmv  video-codec=WMV3 video-profile=Simple size=-176x144@1-15 video-bit-rate=1-96k audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-192999
+WMVSPML_BASE video/x-ms-wmv  video-codec=WMV3 video-profile=Simple size=-240x176@1-30,-352x288@1-15 video-bit-rate=1-384k audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-192999
+WMVSPML_MP3  video/x-ms-wmv  video-codec=WMV3 video-profile=Simple size=-240x176@1-30,-352x288@1-15 video-bit-rate=1-384k audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+WMVMED_BASE  video/x-ms-wmv  video-codec=WMV3 video-profile=Simple,Main size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-192999
+WMVMED_FULL  video/x-ms-wmv  video-codec=WMV3 video-profile=Simple,Main size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-385k
+WMVMED_PRO   video/x-ms-wmv  video-codec=WMV3 video-profile=Simple,Main size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=WMA-Pro sampling-rate=8k-96k channels=1-8 audio-bit-rate=1-1500k
+WMVHIGH_FULL video/x-ms-wmv  video-codec=WMV3 video-profile=Simple,Main size=-1920x1080@1-30 video-bit-rate=1-20M audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-385k
+WMVHIGH_PRO  video/x-ms-wmv  video-codec=WMV3 video-profile=Simple,Main size=-1920x1080@1-30 video-bit-rate=1-20M audio-codec=WMA-Pro sampling-rate=8k-96k channels=1-8 audio-bit-rate=1-1500k
+
+# VC-1, advanced. No source says which sound "WMA" is: it is that of WMAFULL, and of WMAPRO by inference.
+VC1_ASF_AP_L1_WMA  video/x-ms-wmv>video/x-ms-asf  video-codec=VC1 video-profile=Advanced video-level=0-1 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-385k
+VC1_ASF_AP_L2_WMA  video/x-ms-wmv>video/x-ms-asf  video-codec=VC1 video-profile=Advanced video-level=0-2 size=-1280x720@1-30,-720x480@1-60 video-bit-rate=1-20M audio-codec=WMA1,WMA2 sampling-rate=8k-48k channels=1-2 audio-bit-rate=1-385k
+VC1_ASF_AP_L1_WMA  video/x-ms-wmv>video/x-ms-asf  video-codec=VC1 video-profile=Advanced video-level=0-1 size=-720x576@1-25,-720x480@1-30 video-bit-rate=1-10M audio-codec=WMA-Pro sampling-rate=8k-96k channels=1-8 audio-bit-rate=1-1500k inferred
+VC1_ASF_AP_L2_WMA  video/x-ms-wmv>video/x-ms-asf  video-codec=VC1 video-profile=Advanced video-level=0-2 size=-1280x720@1-30,-720x480@1-60 video-bit-rate=1-20M audio-codec=WMA-Pro sampling-rate=8k-96k channels=1-8 audio-bit-rate=1-1500k inferred
 
 # MPEG-1 system streams and MPEG-2 program streams. The rate of MPEG-2 is that of its sequence header: a film with 3:2
 # pulldown has 29.97. The shape of pixels is not asked for: what plays these sizes plays them in either.
@@ -294,6 +338,26 @@ AVC_TS_EU                  +_ISO        video-codec=H264 video-profile=Main,High
 AVC_TS_SD_EU               +_ISO,+,+_T  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-3 size=-720x576@25 video-bit-rate=1-12.5M audio-codec=AAC,AC3,EAC3,HE-AAC,HE-AACv2,MP2 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=1-3024k region=EU inferred
 AVC_TS_HD_EU               +_ISO,+,+_T  video-codec=H264 video-profile=ConstrainedBaseline,Main,High video-level=1b-4 size=-1920x1080@25,-1280x720@50 video-bit-rate=1-25M audio-codec=AAC,AC3,EAC3,HE-AAC,HE-AACv2,MP2 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=1-3024k region=EU inferred
 AVC_TS_JP_AAC              +_T          video-codec=H264 video-profile=Main,High video-level=1b-4 size=1920x1080@29.97,1440x1080@29.97,1280x720@59.94,720x480@29.97,720x480@59.94 video-bit-rate=1-24M audio-codec=AAC sampling-rate=48k channels=1-6 audio-bit-rate=1-1440k region=JP inferred
+
+# MPEG-4 part 2 in transport streams: simple, core, advanced simple.
+MPEG4_P2_TS_SP_AAC         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k bit-rate=1-600k audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_TS_SP_AAC         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k bit-rate=1-600k audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_TS_SP_AAC         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k bit-rate=1-600k audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-216k
+MPEG4_P2_TS_SP_AC3         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+MPEG4_P2_TS_SP_AC3         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+MPEG4_P2_TS_SP_AC3         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+MPEG4_P2_TS_SP_MPEG1_L3    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+MPEG4_P2_TS_SP_MPEG1_L3    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+MPEG4_P2_TS_SP_MPEG1_L3    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+MPEG4_P2_TS_SP_MPEG2_L2    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0,1 size=-352x288@1-30 video-bit-rate=1-64k audio-codec=MP1,MP2 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-384k
+MPEG4_P2_TS_SP_MPEG2_L2    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=0b,2 size=-352x288@1-30 video-bit-rate=1-128k audio-codec=MP1,MP2 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-384k
+MPEG4_P2_TS_SP_MPEG2_L2    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Simple video-level=3 size=-352x288@1-30 video-bit-rate=1-384k audio-codec=MP1,MP2 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-384k
+MPEG4_P2_TS_CO_AC3         +_ISO,+,+_T  video-codec=MPEG4 video-profile=Core video-level=1-2 size=-352x288@1-30 video-bit-rate=1-2M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+MPEG4_P2_TS_CO_MPEG2_L2    +_ISO,+,+_T  video-codec=MPEG4 video-profile=Core video-level=1-2 size=-352x288@1-30 video-bit-rate=1-2M audio-codec=MP1,MP2 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-384k
+MPEG4_P2_TS_ASP_AAC        +_ISO,+,+_T  video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=AAC sampling-rate=32k-48k channels=1-2 audio-bit-rate=1-256k
+MPEG4_P2_TS_ASP_AC3        +_ISO,+,+_T  video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=AC3 sampling-rate=32k,44.1k,48k channels=1-6 audio-bit-rate=64k-640k
+MPEG4_P2_TS_ASP_MPEG1_L3   +_ISO,+,+_T  video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=MP3 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-320k
+MPEG4_P2_TS_ASP_MPEG2_L2   +_ISO,+,+_T  video-codec=MPEG4 video-profile=AdvancedSimple video-level=0-5 size=-720x576@1-30 video-bit-rate=1-8M audio-codec=MP1,MP2 sampling-rate=32k,44.1k,48k channels=1-2 audio-bit-rate=32k-384k
 )table";
 
 } // namespace

@@ -45,7 +45,12 @@ class MimeTypes {
 public:
     MimeTypes(ProfileMimeTypeCheck aCheck, std::vector<ezCString>* aNames) : mCheck(aCheck), mNames(aNames) {}
 
-    bool IsGiven(const ezCString& aName) const { return mCheck(aName.View()); }
+    bool IsStated(const ezCString& aName) const { return mCheck(aName.View()); }
+
+    /// A profile may also ask for another name of what a parser states.
+    bool IsAnnounced(const ezCString& aName) const {
+        return IsStated(aName) || mCheck(FormatMimeType_OwnName(aName.View()));
+    }
 
     std::uint16_t NumberOf(const ezCString& aName) {
         const auto found = std::find(mNames->begin(), mNames->end(), aName);
@@ -255,7 +260,8 @@ private:
             arrow == std::string_view::npos ? stated : anItem.substr(arrow + 1);
         std::uint16_t from = 0;
         std::uint16_t to = 0;
-        if (!ReadName(stated, &from) || (arrow != std::string_view::npos && !ReadName(announced, &to))) {
+        if (!ReadName(stated, &MimeTypes::IsStated, &from) ||
+            (arrow != std::string_view::npos && !ReadName(announced, &MimeTypes::IsAnnounced, &to))) {
             return;
         }
         to = arrow == std::string_view::npos ? from : to;
@@ -267,9 +273,10 @@ private:
         mRule.mMimeTypes.push_back({from, to});
     }
 
-    bool ReadName(std::string_view aName, std::uint16_t* aNumber) {
+    bool ReadName(std::string_view aName, bool (MimeTypes::*aCheck)(const ezCString&) const,
+                  std::uint16_t* aNumber) {
         const ezCString name = ezCString(aName).Lower();
-        if (!mTypes.IsGiven(name)) {
+        if (!(mTypes.*aCheck)(name)) {
             AddProblem("no parser here gives the MIME type " + ProfileRule_Quoted(aName));
             return false;
         }

@@ -287,6 +287,15 @@ TEST(ProfileRules, CheckRefusesWhatNamesNoTwoMimeTypes) {
               Texts({"2: this rule can never win: the one of line 1 wins whenever it would"}));
 }
 
+TEST(ProfileRules, ProfileMayAskForAnotherNameOfWhatAParserStates) {
+    const auto rules = ProfileRules::FromText("AAC_ISO audio/mp4>audio/x-m4a channels=2", nullptr);
+    ASSERT_NE(rules, nullptr);
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=audio/mp4 ac=2")).mMimeType), "audio/x-m4a");
+    EXPECT_EQ(Str(rules->FindMatch(*RecordOf("mt=audio/x-m4a ac=2")).mProfile), "AAC_ISO");
+    EXPECT_EQ(ProblemsOf("AAC_ISO audio/x-m4a"),
+              Texts({"1: no parser here gives the MIME type \"audio/x-m4a\""}));
+}
+
 TEST(ProfileRules, WordsCompareWithCase) {
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-codec=MP3,mpga", "mt=audio/mpeg ca=mpga"), "MP3");
     EXPECT_EQ(ProfileBy("MP3 audio/mpeg audio-codec=MP3,mpga", "mt=audio/mpeg ca=mp3"), "");
@@ -594,7 +603,7 @@ TEST(ProfileRules, DamagedTableIsReadOrRefusedWithAReason) {
         return fSound;
     };
     std::size_t refused = 0;
-    for (std::size_t i = 0; i < whole.size(); i += 97) {
+    for (std::size_t i = 0; i < whole.size(); i += 197) {
         std::string damaged = whole;
         damaged[i] = static_cast<char>(damaged[i] ^ (1 << i % 8));
         refused += check(damaged) ? 0 : 1;

@@ -57,8 +57,10 @@ bool ReadBlock(ByteReader aContent, std::uint64_t aClusterTime, MatroskaBlock* a
                                    : aClusterTime - std::min(aClusterTime, 2 * kBefore - time);
     aBlock->mFrames = lacing == Lacing::None ? 1 : aContent.ReadByte() + 1U;
     const bool fRead = !aContent.HasFailed();
+    aBlock->mBytes = aContent.GetLeft();
     if (lacing != Lacing::None && aBlock->mFrames > 1) {
         const std::uint64_t size = ReadLacing(aContent, lacing, aBlock->mFrames);
+        aBlock->mBytes = aContent.GetLeft();
         aContent = ByteReader(aContent).Take(std::min(size, aContent.GetLeft()));
     }
     aBlock->mFrame = aContent;

@@ -13,8 +13,9 @@ struct MatroskaBlock {
     std::uint64_t mTime = 0;     ///< ticks of the segment, the cluster's among them; 0 for what is before it
     std::uint64_t mDuration = 0; ///< ticks; 0: not stated
     unsigned mFrames = 0;
-    bool mfWhole = true; ///< else its end is cut off
-    ByteReader mFrame;   ///< its first frame
+    std::uint64_t mBytes = 0; ///< of its frames
+    bool mfWhole = true;      ///< else its end is cut off
+    ByteReader mFrame;        ///< its first frame
 };
 
 /// The blocks of clusters, one after the other, as far as the segment goes.

@@ -6,6 +6,7 @@
 #include "ezFormats/matroska/MatroskaCodecs.h"
 #include "ezFormats/matroska/MatroskaInfo.h"
 #include "ezFormats/matroska/MatroskaLength.h"
+#include "ezFormats/matroska/MatroskaPace.h"
 #include "ezFormats/matroska/MatroskaTags.h"
 #include "ezFormats/matroska/MatroskaTracks.h"
 #include "ezFormats/tags/CoverFacts.h"
@@ -100,6 +101,8 @@ public:
         // First what counts more, should the file cost more than a parse may.
         mLength = MeasureMatroska(mBytes, mSegment, mInfo, mTracks, mTags, mBudget);
         ReadCover();
+        TakeCountsOfTracks();
+        ReadPace();
     }
 
     void Store(ezMediaInfo& anInfo) {
@@ -118,7 +121,6 @@ public:
         if (mLength.mSize != 0) {
             mFilm.mSize = mLength.mSize;
         }
-        StoreCounts();
         mFilm.Store(anInfo);
         StoreTexts(anInfo);
         mCover.Store(anInfo);
@@ -177,12 +179,36 @@ private:
         }
     }
 
-    void StoreCounts() {
+    void TakeCountsOfTracks() {
         if (mFilm.mVideo) {
             TakeCounts(mTags.FindTrack(mVideoUID), *mFilm.mVideo);
         }
         if (mFilm.mAudio) {
             TakeCounts(mTags.FindTrack(mSoundUID), *mFilm.mAudio);
+        }
+    }
+
+    /// Without a rate of the sound nothing is known of the pictures' either. Of a stream without a size there
+    /// is no whole that could be shared.
+    void ReadPace() {
+        if (!mFilm.mVideo || !mBytes.GetSize()) {
+            return;
+        }
+        const auto fRate = [](const auto& aFacts) {
+            return (aFacts->mBitRate | aFacts->mEstimatedBitRate) != 0;
+        };
+        const bool fSound =
+            mFilm.mAudio && !fRate(mFilm.mAudio) && !fRate(mFilm.mVideo) && mLength.mMicroseconds != 0;
+        const bool fFrames = mFilm.mVideo->mFrameRate == 0;
+        if (!fSound && !fFrames) {
+            return;
+        }
+        const MatroskaPace pace = MeasureMatroskaPace(
+            mBytes, mSegment, mInfo, fFrames ? mTracks.Find(MatroskaKind::Video) : nullptr,
+            fSound ? mTracks.Find(MatroskaKind::Sound) : nullptr, mBudget);
+        mFilm.mVideo->mFrameRate = fFrames ? pace.mFrameRate : mFilm.mVideo->mFrameRate;
+        if (fSound) {
+            mFilm.mAudio->mEstimatedBitRate = pace.mSoundBitRate;
         }
     }
 

@@ -219,7 +219,8 @@ TEST(MatroskaParser, SizeAndShapeAreThoseAfterCropping) {
 
 TEST(MatroskaParser, ScanRateColoursAndTurnAreThoseOfTheTrack) {
     const auto told = [](const std::string& aRest, const std::string& anEntry = "") {
-        return Values(Film(Track(1, 1, "V_PRORES", Picture(64, 48, aRest) + anEntry)),
+        const std::string tracks = Tracks(Track(1, 1, "V_PRORES", Picture(64, 48, aRest) + anEntry));
+        return Values(Head() + Segment(Info(Duration(1000)) + tracks + Cluster(0, Block(1, 0))),
                       {"pr", "fr", "ud", "cr", "cd"});
     };
     const auto roll = [](double aDegrees) { return Element(0x7670, ebml::Float(0x7675, aDegrees)); };

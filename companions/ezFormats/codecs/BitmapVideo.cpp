@@ -1,10 +1,8 @@
 #include "ezFormats/codecs/BitmapVideo.h"
 
 #include "ezFormats/codecs/BitmapVideoLimits.h"
-#include "ezFormats/codecs/H264Video.h"
-#include "ezFormats/codecs/H265Video.h"
-#include "ezFormats/codecs/MPEG4Visual.h"
-#include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/CodecWord.h"
+#include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/TheoraHeader.h"
 #include "ezFormats/codecs/VC1Video.h"
 #include "ezFormats/codecs/VideoFourCC.h"
@@ -19,44 +17,32 @@ namespace {
 
 using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
 
-/// A codec, what is so of all its streams, and what reads its headers.
-struct Codec {
-    std::string_view mName;
-    const char* mProfile; ///< the only one that goes by this name
-    bool mfPlain;         ///< always of 4:2:0 and 8 bits
-    Reader mReadData;
-    Reader mReadFrame;
+/// What sets the decoder of a codec up, where that is not a part of its stream.
+struct SetUp {
+    std::string_view mCodec;
+    Reader mRead;
 };
-constexpr Codec kCodecs[] = {
-    {"H264", "", false, H264Video_ReadStream, H264Video_ReadStream},
-    {"H265", "", false, H265Video_ReadStream, H265Video_ReadStream},
-    {"MPEG1", "", false, MPEGVideo_Read, MPEGVideo_Read},
-    {"MPEG2", "", false, MPEGVideo_Read, MPEGVideo_Read},
-    {"MPEG4", "", false, MPEG4Visual_Read, MPEG4Visual_Read},
-    {"MSMPEG4v1", "", true, nullptr, nullptr},
-    {"MSMPEG4v2", "", true, nullptr, nullptr},
-    {"MSMPEG4v3", "", true, nullptr, nullptr},
-    {"Theora", "", false, TheoraVideo_ReadConfig, nullptr},
-    {"VC1", "Advanced", true, VC1Video_ReadStream, VC1Video_ReadStream},
-    {"WMV1", "", true, nullptr, nullptr},
-    {"WMV2", "", true, nullptr, nullptr},
-    {"WMV3", "", true, VC1Video_ReadStructC, nullptr},
-};
+constexpr SetUp kSetUps[] = {{"Theora", TheoraVideo_ReadConfig}, {"WMV3", VC1Video_ReadStructC}};
 
-const Codec* FindCodec(std::string_view aName) {
-    const auto* const found = std::find_if(std::begin(kCodecs), std::end(kCodecs),
-                                           [=](const Codec& aCodec) { return aCodec.mName == aName; });
-    return found != std::end(kCodecs) ? found : nullptr;
+std::optional<VideoFacts> ReadSetUp(const ezCString& aCodec, const std::vector<unsigned char>& aData) {
+    for (const SetUp& setUp : kSetUps) {
+        if (setUp.mCodec == aCodec.View()) {
+            return aData.empty() ? std::nullopt : setUp.mRead(aData.data(), aData.size());
+        }
+    }
+    return FrameVideo_Read(aCodec, aData.data(), aData.size());
 }
 
 /// Size and codec, up to the end of the header.
-VideoFacts ReadHeader(ByteReader& aHeader) {
+VideoFacts ReadHeader(ByteReader& aHeader, const VideoCode** aCode) {
     VideoFacts facts;
     aHeader.Skip(4); // its size, to which some add what follows
     const std::uint32_t width = aHeader.ReadLittle32();
     const std::uint32_t height = aHeader.ReadLittle32();
     aHeader.Skip(2 + 2); // planes, bits of a pixel
-    facts.mCodec = VideoFourCC_GetWord(BoxType::Read(aHeader));
+    const BoxType name = BoxType::Read(aHeader);
+    *aCode = VideoFourCC_Find(name);
+    facts.mCodec = *aCode != nullptr ? ezCString((*aCode)->mCodec) : CodecWord_Of(name.GetText().View());
     // The rows of a picture may stand the first of them first: its height is then negative.
     const std::uint32_t rows = height > INT32_MAX ? 0 - height : height;
     if (width <= INT32_MAX && width != 0 && rows != 0) {
@@ -76,42 +62,29 @@ std::vector<unsigned char> ReadData(ByteReader& aHeader) {
     return data;
 }
 
-/// What was found first counts.
-void Take(Reader aReader, const unsigned char* aBytes, std::size_t aSize, VideoFacts& aFound) {
-    const std::optional<VideoFacts> facts =
-        aReader != nullptr && aSize != 0 ? aReader(aBytes, aSize) : std::nullopt;
-    if (facts) {
-        aFound.Complete(*facts);
-    }
-}
-
 } // namespace
 
 std::optional<VideoFacts> BitmapVideo_Read(ByteReader aHeader, const unsigned char* aFrame,
                                            std::size_t aFrameSize) {
-    VideoFacts facts = ReadHeader(aHeader);
+    const VideoCode* code = nullptr;
+    VideoFacts facts = ReadHeader(aHeader, &code);
     if (aHeader.HasFailed()) {
         return std::nullopt;
     }
-    const Codec* const codec = FindCodec(facts.mCodec.View());
-    if (codec == nullptr) {
+    if (code == nullptr) {
         return facts;
     }
-    const std::vector<unsigned char> data = ReadData(aHeader);
-    VideoFacts found;
-    Take(codec->mReadData, data.data(), data.size(), found);
-    Take(codec->mReadFrame, aFrame, aFrameSize, found);
+    VideoFacts found; // what was found first counts
+    for (const std::optional<VideoFacts>& told :
+         {ReadSetUp(facts.mCodec, ReadData(aHeader)), FrameVideo_Read(facts.mCodec, aFrame, aFrameSize)}) {
+        found.Complete(told.value_or(VideoFacts()));
+    }
     facts.Complete(found);
     facts.mCodec = found.mCodec.IsEmpty() ? facts.mCodec : found.mCodec;
-    VideoFacts always;
-    always.mProfile = codec->mProfile;
-    always.mBitDepth = codec->mfPlain ? 8 : 0;
-    always.mColours = codec->mfPlain ? "4:2:0" : nullptr;
-    facts.Complete(always);
+    facts.Complete(code->GetFacts());
     return facts;
 }
 
 bool BitmapVideo_WantsFrame(const VideoFacts& aFacts) {
-    const Codec* const codec = FindCodec(aFacts.mCodec.View());
-    return codec != nullptr && codec->mReadFrame != nullptr;
+    return FrameVideo_Tells(aFacts.mCodec);
 }

@@ -1,5 +1,7 @@
 #include "ezFormats/jpeg/JPEGFrame.h"
 
+#include "ezFormats/codecs/ChromaSampling.h"
+
 namespace {
 
 constexpr int kAdobeYCCK = 2;
@@ -25,18 +27,8 @@ constexpr std::array<Process, 8> kProcesses = {{{0xC0, "baseline", k8},
                                                 {0xCB, "arithmetic", k2To16},
                                                 {0xDE, "hierarchical", k2To16}}};
 
-/// How many samples of luma there are to one of chroma, across and down.
-struct Ratio {
-    unsigned mAcross;
-    unsigned mDown;
-    const char* mName;
-};
-
-constexpr std::array<Ratio, 6> kRatios = {
-    {{1, 1, "4:4:4"}, {1, 2, "4:4:0"}, {2, 1, "4:2:2"}, {2, 2, "4:2:0"}, {4, 1, "4:1:1"}, {4, 2, "4:1:0"}}};
-
 /// True for one plane of luma before two of chroma that are sampled alike.
-bool HasRatio(const JPEGComponents& aComponents, const Ratio& aRatio) {
+bool HasRatio(const JPEGComponents& aComponents, const ChromaSampling& aRatio) {
     const JPEGComponent& luma = aComponents.mItems[0];
     for (std::size_t i = 1; i < aComponents.mCount; ++i) {
         const JPEGComponent& chroma = aComponents.mItems[i];
@@ -48,7 +40,7 @@ bool HasRatio(const JPEGComponents& aComponents, const Ratio& aRatio) {
 }
 
 ezCString SamplingOf(const JPEGComponents& aComponents) {
-    for (const Ratio& ratio : kRatios) {
+    for (const ChromaSampling& ratio : kChromaSamplings) {
         if (HasRatio(aComponents, ratio)) {
             return ratio.mName;
         }

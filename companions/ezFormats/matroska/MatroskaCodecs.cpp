@@ -8,10 +8,13 @@
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/FrameSound.h"
+#include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/H264Video.h"
 #include "ezFormats/codecs/H265Video.h"
+#include "ezFormats/codecs/MJPEGVideo.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/ProResVideo.h"
 #include "ezFormats/codecs/TheoraHeader.h"
 #include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/codecs/VideoFourCC.h"
@@ -123,14 +126,37 @@ void ReadBitmapInfo(const CodecData& aData, VideoFacts& aFacts) {
     }
 }
 
+/// What a sample entry's name says, with what the first frame tells, which is more sure.
+void TakeEntry(BoxType aName, const CodecData& aData, VideoFacts& aFacts) {
+    const VideoCode* const code = VideoFourCC_FindEntry(aName);
+    VideoFacts named;
+    named.mCodec = CodecWord_Of(aName.GetText().View());
+    if (code != nullptr) {
+        named = code->GetFacts();
+    }
+    Take(FrameVideo_Read(named.mCodec, aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    aFacts.Complete(named);
+}
+
 /// The description of a sample of QuickTime: a size, and the four characters of the codec.
 void ReadQuickTime(const CodecData& aData, VideoFacts& aFacts) {
     BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
     ByteReader reader(block);
     reader.Skip(4);
-    const BoxType fourCC = BoxType::Read(reader);
+    const BoxType name = BoxType::Read(reader);
     if (!reader.HasFailed()) {
-        aFacts.mCodec = VideoFourCC_GetWord(fourCC);
+        TakeEntry(name, aData, aFacts);
+    }
+}
+
+/// The same without its size: these tell the profile, the frame what its pictures are.
+void ReadProRes(const CodecData& aData, VideoFacts& aFacts) {
+    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
+    ByteReader reader(block);
+    Take(ProResVideo_Read(aData.mFrame.data(), aData.mFrame.size()), aFacts);
+    const VideoCode* const code = VideoFourCC_FindEntry(BoxType::Read(reader));
+    if (code != nullptr) {
+        aFacts.Complete(code->GetFacts());
     }
 }
 
@@ -147,11 +173,11 @@ constexpr Codec<VideoFacts> kVideoCodecs[] = {
     {"V_MPEG4/MS/V3", "MSMPEG4v3", kNoVideo},
     {"V_MPEG4/ISO", "MPEG4", ReadBoth<MPEG4Visual_Read, MPEG4Visual_Read>, kWantsFrame},
     {"V_MS/VFW/FOURCC", "", ReadBitmapInfo, kWantsFrame},
-    {"V_QUICKTIME", "", ReadQuickTime},
-    {"V_MJPEG", "MJPEG", kNoVideo},
+    {"V_QUICKTIME", "", ReadQuickTime, kWantsFrame},
+    {"V_MJPEG", "MJPEG", ReadBoth<nullptr, MJPEGVideo_Read>, kWantsFrame},
     {"V_PNG", "PNG", kNoVideo},
     {"V_THEORA", "Theora", ReadBoth<TheoraVideo_ReadConfig, nullptr>},
-    {"V_PRORES", "ProRes", kNoVideo},
+    {"V_PRORES", "ProRes", ReadProRes, kWantsFrame},
     {"V_FFV1", "FFV1", kNoVideo},
     {"V_SNOW", "Snow", kNoVideo},
     {"V_DIRAC", "Dirac", kNoVideo},

@@ -105,10 +105,10 @@ TEST(BitmapVideo, FirstFrameIsWantedOfThoseWhoseStreamsHoldHeaders) {
         facts.mCodec = aCodec;
         return BitmapVideo_WantsFrame(facts);
     };
-    for (const char* codec : {"H264", "H265", "MPEG1", "MPEG2", "MPEG4", "VC1"}) {
+    for (const char* codec : {"H264", "H265", "MPEG1", "MPEG2", "MPEG4", "VC1", "MJPEG", "DV"}) {
         EXPECT_TRUE(wants(codec)) << codec;
     }
-    for (const char* codec : {"WMV1", "WMV3", "MSMPEG4v3", "MJPEG", "encrypted:H264", ""}) {
+    for (const char* codec : {"WMV1", "WMV3", "MSMPEG4v3", "Cinepak", "encrypted:H264", ""}) {
         EXPECT_FALSE(wants(codec)) << codec;
     }
 }

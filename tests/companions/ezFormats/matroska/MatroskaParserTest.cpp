@@ -323,7 +323,7 @@ TEST(MatroskaParser, HeaderOfTheoraTellsWhatTheEntryLeavesOut) {
     const std::string bitmap = std::string(16, '\0') + "THEO" + std::string(20, '\0');
     EXPECT_EQ(told("V_THEORA", "\2\x2A\7" + headers), "\"Theora\"|25000|\"4:2:0\"|\"12:11\"");
     EXPECT_EQ(told("V_MS/VFW/FOURCC", bitmap + "\2\x2A\7" + headers), "\"Theora\"|25000|\"4:2:0\"|\"12:11\"");
-    EXPECT_EQ(told("V_THEORA", "damaged"), "\"Theora\"|||\"1:1\"");
+    EXPECT_EQ(told("V_THEORA", "damaged"), "\"Theora\"|25000||\"1:1\""); // by the times of the pictures
 }
 
 TEST(MatroskaParser, FirstFrameTellsOfPicturesWhatABitmapLeavesOut) {

@@ -27,6 +27,7 @@ class ezMediaParserManager;
     FORMAT(dsdiff, DSDIFFParser)                                                                             \
     FORMAT(matroska, MatroskaParser)                                                                         \
     FORMAT(asf, ASFParser)                                                                                   \
+    FORMAT(flv, FLVParser)                                                                                   \
     FORMAT(tta, TTAParser)                                                                                   \
     FORMAT(musepack, MusepackParser)                                                                         \
     FORMAT(ape, APEParser)                                                                                   \

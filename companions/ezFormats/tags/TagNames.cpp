@@ -154,10 +154,25 @@ constexpr WordRow kMatroska[] = {{"TITLE", MusicField::Title},
                                  {"DISCNUMBER", MusicField::Disc, kSecond},
                                  {"COMPILATION", MusicField::Compilation}};
 
+// What recorders of live streams put there, and what converters keep of the tags of other files.
+constexpr WordRow kFlash[] = {{"title", MusicField::Title},
+                              {"artist", MusicField::Creator},
+                              {"author", MusicField::Creator, kSecond},
+                              {"album", MusicField::Album},
+                              {"album_artist", MusicField::AlbumArtist},
+                              {"composer", MusicField::Composer},
+                              {"genre", MusicField::Genre},
+                              {"date", MusicField::Date},
+                              {"creation_time", MusicField::Date, kSecond},
+                              {"creationdate", MusicField::Date, kSecond},
+                              {"track", MusicField::Track},
+                              {"disc", MusicField::Disc},
+                              {"compilation", MusicField::Compilation}};
+
 /// In the order of TagLetters and TagWords.
 constexpr Names<LettersRow> kLetters[] = {kID3,    kLyrics3, kRIFF,     kAIFF,
                                           kDSDIFF, kISOItem, kISOAsset, kISOPhrase};
-constexpr Names<WordRow> kWords[] = {kAPE, kVorbis, kASF, kCAF, kQuickTimeItem, kMatroska};
+constexpr Names<WordRow> kWords[] = {kAPE, kVorbis, kASF, kCAF, kQuickTimeItem, kMatroska, kFlash};
 
 } // namespace
 

@@ -28,6 +28,7 @@ enum class TagWords {
     CAF,           ///< keys of the "info" chunk
     QuickTimeItem, ///< names of items, after "com.apple.quicktime."
     Matroska,      ///< names of simple tags
+    Flash,         ///< names of values of "onMetaData"
 };
 
 /// What a name means.

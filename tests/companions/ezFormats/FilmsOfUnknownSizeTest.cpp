@@ -15,7 +15,7 @@ constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
 bool IsFilm(const SampleFile& aSample) {
     const std::string& type = aSample.mWinner;
-    return type == "mkv" || type == "ts" || type == "mpg" || type == "mp4";
+    return type == "mkv" || type == "ts" || type == "mpg" || type == "mp4" || type == "flv";
 }
 
 std::string BigEndian(std::size_t aNumber, std::size_t aSize) {
@@ -33,6 +33,9 @@ std::string LongFilm(const SampleFile& aSample) {
     std::string film = aSample.mBytes;
     if (aSample.mWinner == "mkv") {
         return film + "\xEC\x01" + BigEndian(kMore, 7) + std::string(kMore, '\0'); // Void
+    }
+    if (aSample.mWinner == "flv") {
+        return film + BigEndian(18, 1) + BigEndian(kMore, 3) + std::string(7 + kMore, '\0'); // a script tag
     }
     if (aSample.mWinner == "mp4") {
         return film + BigEndian(kMore + 8, 4) + "free" + std::string(kMore, '\0');

@@ -63,6 +63,7 @@ TEST(TagNames, EveryVocabularyKnowsATitleByItsOwnName) {
     EXPECT_EQ(Word(TagWords::CAF, "title"), "title");
     EXPECT_EQ(Word(TagWords::QuickTimeItem, "title"), "title");
     EXPECT_EQ(Word(TagWords::Matroska, "Title"), "title");
+    EXPECT_EQ(Word(TagWords::Flash, "title"), "title");
 }
 
 TEST(TagNames, NamesOfOneVocabularyMeanNothingInAnother) {

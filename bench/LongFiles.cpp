@@ -4,6 +4,7 @@
 #include "companions/ezFormats/ChunkBytes.h"
 #include "companions/ezFormats/ogg/OggBytes.h"
 #include "support/EbmlBytes.h"
+#include "support/FlvBytes.h"
 #include "support/Folders.h"
 #include "support/NumberBytes.h"
 #include "support/PsBytes.h"
@@ -229,6 +230,15 @@ LongFile TransportStream(std::uint64_t aMedia) {
     return OfUnits(aMedia, kTSUnit, TSUnit);
 }
 
+/// An hour of Flash video, in fewer bytes than these have: the first second and the last.
+LongFile FlashVideo(std::uint64_t aMedia) {
+    constexpr std::uint32_t kHour = 3'600'000;
+    constexpr std::uint32_t kSecond = 1000;
+    const std::string start = flv::Header() + flv::MetaData(flv::Number("duration", kHour / kSecond)) +
+                              flv::Frames(kSecond, 0, 2000);
+    return StartAndEnd(start, flv::Frames(kSecond, kHour - kSecond, 2000), start.size() + aMedia);
+}
+
 } // namespace
 
 const std::vector<LongFiles>& LongFiles_All() {
@@ -236,6 +246,7 @@ const std::vector<LongFiles>& LongFiles_All() {
         {"song.wav", "wav", "WAV", "wav", {4, 400, 4500}, WAV, 2, 16384},
         {"song.ogg", "ogg", "Ogg", "ogg", {1, 50, 500}, Ogg, 2, 131072},
         {"film.matroska", "mkv", "Matroska", "mkv", {4, 400, 4500}, Matroska, 2, 16384},
+        {"film.flv", "flv", "Flash video", "flv", {4, 400, 4500}, FlashVideo, 2, 65536},
         {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288},
         {"film.ts", "ts", "MPEG transport stream", "ts", {4, 400, 4500}, TransportStream, 4, 524288}};
     return kAll;

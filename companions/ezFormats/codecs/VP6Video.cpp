@@ -7,7 +7,7 @@
 std::optional<VideoFacts> VP6Video_Read(const unsigned char* aBytes, std::size_t aSize) {
     constexpr std::uint32_t kFirstVersion = 6;
     constexpr std::uint32_t kLastVersion = 8;
-    constexpr std::uint32_t kBlock = 16; // pixels of a side
+    constexpr std::uint32_t kFragment = 16; // pixels of a side
     ezBitReader bits(aBytes, 8 * aSize);
     bits.Require(!bits.ReadFlag()); // FrameType: 0 is a key frame
     bits.Skip(6);                   // DctQMask
@@ -20,8 +20,8 @@ std::optional<VideoFacts> VP6Video_Read(const unsigned char* aBytes, std::size_t
     bits.Skip(16);                                        // VFragments and HFragments, of what is coded
     VideoFacts facts;
     facts.mCodec = "VP6";
-    facts.mHeight = bits.Read(8) * kBlock; // OutputVFragments
-    facts.mWidth = bits.Read(8) * kBlock;  // OutputHFragments
+    facts.mHeight = bits.Read(8) * kFragment; // OutputVFragments
+    facts.mWidth = bits.Read(8) * kFragment;  // OutputHFragments
     facts.mScan = fInterlaced ? kScan_Interlaced : kScan_Progressive;
     facts.mBitDepth = 8;
     facts.mColours = "4:2:0";

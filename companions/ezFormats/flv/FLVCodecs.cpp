@@ -80,7 +80,9 @@ void ReadUnits(const FLVTrack& aTrack, VideoFacts& aFacts) {
     Take(ReadConfig(ByteReader(config), aTrack.mFrame.empty() ? nullptr : &sample), aFacts);
 }
 
-/// Screen video of either version (E.4.3.3): sizes of the blocks and of the picture.
+/// Screen video of either version (E.4.3.3): sizes of the blocks and of the picture. The second one may have
+/// palettes.
+template <bool IsRGB>
 void ReadScreen(const FLVTrack& aTrack, VideoFacts& aFacts) {
     ezBitReader bits(aTrack.mFrame.data(), 8 * aTrack.mFrame.size());
     bits.Skip(4);
@@ -91,6 +93,8 @@ void ReadScreen(const FLVTrack& aTrack, VideoFacts& aFacts) {
         aFacts.mWidth = width;
         aFacts.mHeight = height;
         aFacts.mScan = kScan_Progressive;
+        aFacts.mColours = IsRGB ? "RGB" : nullptr;
+        aFacts.mBitDepth = IsRGB ? 8 : 0;
     }
 }
 
@@ -126,10 +130,10 @@ constexpr auto kNoVideo = ReadNothing<VideoFacts>;
 constexpr Codec<VideoFacts> kVideoCodecs[] = {
     {1, "MJPEG", kNoVideo},
     {2, "Sorenson", ReadPicture<SorensonVideo_Read>},
-    {3, "ScreenVideo", ReadScreen},
+    {3, "ScreenVideo", ReadScreen<true>},
     {4, "VP6", ReadVP6<1>},
     {5, "VP6A", ReadVP6<4>},
-    {6, "ScreenVideo2", ReadScreen},
+    {6, "ScreenVideo2", ReadScreen<false>},
     {7, "H264", ReadUnits<H264Video_ReadConfig>},
     {8, "H263", ReadPicture<H263Video_Read>},
     {9, "MPEG4", ReadPicture<MPEG4Visual_Read>},

@@ -13,7 +13,7 @@
 namespace {
 
 constexpr double kMicro = 1'000'000;
-constexpr double kMaxWhole = 9'007'199'254'740'992; // a double has no fractions, and gaps, from there on
+constexpr double kWholes = 9'007'199'254'740'992; // a double has no fractions, and gaps, from there on
 
 /// A number as a whole one, rounded; 0 for one that is not above 0, is above a most, or is no number.
 std::uint64_t WholeOf(double aNumber, double aMost) {
@@ -86,7 +86,7 @@ std::uint32_t FLVMetadata::GetSoundRate() const {
 }
 
 std::uint64_t FLVMetadata::GetFileSize() const {
-    return WholeOf(mFileSize, kMaxWhole);
+    return WholeOf(mFileSize, kWholes);
 }
 
 MusicTexts FLVMetadata::GetTexts() const {

@@ -43,12 +43,9 @@ void CompleteRate(const FLVMetadata& aMetadata, FilmFacts& aFilm) {
     }
 }
 
-/// Microseconds.
+/// Microseconds that a picture lasts; 0: not known.
 std::uint64_t FrameTimeOf(const FilmFacts& aFilm) {
-    constexpr std::uint64_t kMicrosOfRates = 1'000'000'000;
-    return aFilm.mVideo.has_value() && aFilm.mVideo->mFrameRate != 0
-               ? kMicrosOfRates / aFilm.mVideo->mFrameRate
-               : 0;
+    return aFilm.mVideo.has_value() ? MediaNumber_Scale(kThousand, kMicro, aFilm.mVideo->mFrameRate) : 0;
 }
 
 } // namespace

@@ -113,8 +113,9 @@ void DeclareOptions(CLI::App& anApp, Arguments& anArguments, OptionTexts& aTexts
     anApp.set_version_flag("--version", "ezannounce " EZANNOUNCE_VERSION, "Show the version and exit");
     anApp.add_flag("--json", anArguments.mfJson,
                    "parse, playlist, and mapper list, show, profiles: one JSON object a line");
-    anApp.add_flag("--explain", anArguments.mfExplain,
-                   "parse: where each fact comes from, and which parsers were tried");
+    anApp.add_flag(
+        "--explain", anArguments.mfExplain,
+        "parse: where each fact comes from, which parsers were tried, and the subtitles next to films");
     anApp.add_flag("--wide", anArguments.mfWide,
                    "parse: all that is known in one row, however long; not cut to the terminal");
     anApp.add_flag("--mapper", anArguments.mfMapper, "parse, capabilities: with the media mapper in force");

@@ -8,6 +8,8 @@
 #include "ez/DLNAMediaMapper.h"
 #include "ez/FileMediaParserStream.h"
 #include "ez/MediaParserManager.h"
+#include "ez/UPnPClasses.h"
+#include "ezHosting/Subtitles.h"
 
 namespace {
 
@@ -22,6 +24,11 @@ ezHostOptions OptionsOf(const Arguments& anArguments, std::shared_ptr<const Prof
     return options;
 }
 
+/// Whether a record is one of moving pictures.
+bool IsFilm(const ezMediaInfo& anInfo) {
+    return anInfo.GetCString(kezInfo_ClassName, "").StartsWith(kezUPnPClass_VideoItem);
+}
+
 } // namespace
 
 Announcement::Announcement() = default;
@@ -34,6 +41,10 @@ Host::Host(const Arguments& anArguments, std::shared_ptr<const ProfileRules> aRu
       mfExplain(anArguments.mfExplain) {
     if (mfExplain) {
         TakeNotes();
+    }
+    if (anArguments.mVerb == Verb::Parse && (anArguments.mfJson || mfExplain)) {
+        mSubtitles =
+            std::make_unique<ezSubtitleFinder>(mHost.GetMediaTypes(), anArguments.mCodePage.value_or(""));
     }
 }
 
@@ -54,6 +65,9 @@ bool Host::Announce(const std::string& aPath, Announcement& anAnnouncement, std:
     if (!Announce(stream, aPath, anAnnouncement)) {
         aReason = WhyUnreadable(aPath);
         return false;
+    }
+    if (mSubtitles != nullptr && anAnnouncement.mfRecognised && IsFilm(*anAnnouncement.mInfo)) {
+        anAnnouncement.mSubtitles = std::make_unique<ezSubtitles>(mSubtitles->Find(aPath));
     }
     return true;
 }

@@ -12,8 +12,10 @@ class DLNAMediaMapper;
 class ProfileRules;
 class RequestNotes;
 class ezMediaParserStream;
+class ezSubtitleFinder;
 struct Explanation;
 struct MapperAnswer;
+struct ezSubtitles;
 
 /// What a file, or what a stream brings, is.
 struct Announcement {
@@ -24,6 +26,7 @@ struct Announcement {
     std::unique_ptr<Explanation> mExplanation;   ///< only when asked for
     bool mfMapperInForce = false;                ///< the media mapper was asked
     std::unique_ptr<MapperAnswer> mMapperAnswer; ///< null where it does not know the media
+    std::unique_ptr<ezSubtitles> mSubtitles;     ///< next to a film that is a file; only when asked for
 
     Announcement();
     Announcement(Announcement&&) noexcept;
@@ -56,5 +59,6 @@ private:
 
     std::unique_ptr<RequestNotes> mNotes; ///< null where nobody wants to know why
     ezHost mHost;
+    std::unique_ptr<ezSubtitleFinder> mSubtitles; ///< null where nobody wants to know them
     bool mfExplain;
 };

@@ -3,6 +3,7 @@
 #include "host/Explanation.h"
 #include "host/Host.h"
 #include "host/MapperAnswer.h"
+#include "host/SubtitleWords.h"
 #include "output/Console.h"
 #include "output/SafeText.h"
 
@@ -34,6 +35,15 @@ std::string LinesOfExplanation(const char* aLabel, const std::vector<std::string
     return text;
 }
 
+std::string LinesOfSubtitles(const ezSubtitles& aSubtitles, const std::string& aFilm) {
+    std::string text;
+    const auto label = [&text] { return text.empty() ? "subtitle files" : ""; };
+    for (const ezSubtitleFile& file : aSubtitles.mFiles) {
+        text += LineOfExplanation(label(), NameOf(file, aFilm), InWords(file));
+    }
+    return aSubtitles.mfWhole ? text : text + LineOfExplanation(label(), "-", "more may be there");
+}
+
 } // namespace
 
 void ExplainedOutput::Put(const Announcement& anAnnouncement) {
@@ -58,6 +68,9 @@ void ExplainedOutput::Put(const Announcement& anAnnouncement) {
     }
     if (anAnnouncement.mfRecognised && !fHasFourthField) {
         text += LineOfExplanation("DLNA", "*", "nothing stated a 4th field");
+    }
+    if (anAnnouncement.mSubtitles != nullptr) {
+        text += LinesOfSubtitles(*anAnnouncement.mSubtitles, anAnnouncement.mPath);
     }
     text += LinesOfExplanation("entries", InWords(explanation.mEntries));
     std::vector<std::string> attempts;

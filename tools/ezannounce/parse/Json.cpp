@@ -5,6 +5,7 @@
 #include "host/Facts.h"
 #include "host/Host.h"
 #include "host/MapperAnswer.h"
+#include "host/SubtitleWords.h"
 #include "output/Console.h"
 #include "output/JsonLine.h"
 #include "output/SafeText.h"
@@ -89,6 +90,14 @@ std::string InJson(const Announcement& anAnnouncement) {
     }
     if (anAnnouncement.mfMapperInForce) {
         media["media_mapper"] = MapperAnswerOf(anAnnouncement.mMapperAnswer.get());
+    }
+    if (anAnnouncement.mSubtitles != nullptr) {
+        Json files = Json::array();
+        for (const ezSubtitleFile& file : anAnnouncement.mSubtitles->mFiles) {
+            files.push_back(InJson(file));
+        }
+        media["subtitle_files"] = std::move(files);
+        media["subtitle_files_whole"] = anAnnouncement.mSubtitles->mfWhole;
     }
     if (anAnnouncement.mExplanation != nullptr) {
         media["explain"] = ExplanationOf(*anAnnouncement.mExplanation);

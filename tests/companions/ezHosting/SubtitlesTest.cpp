@@ -6,7 +6,9 @@
 #include "ezHosting/detail/SubtitleLimits.h"
 #include "support/FaultySystem.h"
 #include "support/Folders.h"
+#include "support/Guide.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 #include "support/WorkingDirectory.h"
 
 #include "ez/ExtensionMimeTypeMatcher.h"
@@ -14,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -251,6 +254,46 @@ TEST(Subtitles, AreNoMediaByTheMediaTypesFile) {
     const std::string path = folder.Write("Film.srt", kCue);
     ezHost host(EZ_SAMPLES);
     EXPECT_EQ(host.Identify(path), nullptr);
+}
+
+TEST(Subtitles, AreToldAsTheGuideSays) {
+    const std::string guide = ReadWholeFile(EZ_SAMPLES "/../docs/hosting.md");
+    const auto rows = GuideTable(guide, {"name", "told as"});
+    EXPECT_GE(rows.size(), 25U);
+    for (const std::vector<std::string>& row : rows) {
+        ASSERT_EQ(row.size(), 2U);
+        const std::string name = GuideNames(row[0]).at(0);
+        const TemporaryFolder folder;
+        folder.Write(name, kCue);
+        ezSubtitleFinder finder(Types());
+        const ezSubtitles found = finder.Find(folder.Path("Film.mkv"));
+        std::string told = found.mFiles.empty() ? "not the film's" : "";
+        for (const ezSubtitleFile& file : found.mFiles) {
+            told = file.mLanguages;
+            told += file.mfForced ? ", forced" : "";
+            told += file.mfHearingImpaired ? ", hearing impaired" : "";
+            told += file.mfDefault ? ", default" : "";
+            told += file.mTitle.empty() ? "" : ", \"" + file.mTitle + "\"";
+        }
+        EXPECT_EQ(told, row[1]) << name;
+    }
+}
+
+TEST(Subtitles, AreListedByTheLinesOfTheGuide) {
+    const TemporaryFolder folder;
+    const std::string film = folder.Write("Film.mkv", "");
+    folder.Write("Film.en.forced.srt", kCue);
+    const ezHost host(EZ_SAMPLES);
+    testing::internal::CaptureStdout();
+    // clang-format off
+    ezSubtitleFinder finder(host.GetMediaTypes());
+    for (const ezSubtitleFile& file : finder.Find(film).mFiles) {
+        std::printf("%s: %s, %s, %s%s\n", file.mPath.c_str(), ezSubtitleKind_GetName(file.mKind),
+                    file.mLanguages.c_str(), file.mEncoding.c_str(), file.mfForced ? ", forced" : "");
+    }
+    // clang-format on
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              folder.Path("Film.en.forced.srt") + ": srt, en, UTF-8, forced\n");
 }
 
 // ---- what it costs ----

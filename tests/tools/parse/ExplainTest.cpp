@@ -2,6 +2,7 @@
 #include "host/Explanation.h"
 #include "host/Host.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include "ez/MediaParserManager.h"
 #include "ez/MediaParserStream.h"
@@ -387,4 +388,20 @@ TEST(Explain, AnswersTheSameWhetherItTakesDownOrNot) {
             EXPECT_EQ(media, nlohmann::json::parse(plain[i]));
         }
     }
+}
+
+TEST(Explain, ShowsTheSubtitlesNextToAFilm) {
+    const TemporaryFolder folder;
+    const std::string film = folder.Write("Film.mp4", ReadWholeFile(EZ_SAMPLES "/video/kite-day.mp4"));
+    folder.Write("Film.en.sdh.default.srt", "1\n00:00:28,050 --> 00:00:30,550\n");
+    folder.Write("Subs/Film.\x1B[31m.de.vtt", "WEBVTT\n");
+    const std::string text = Announce({"--explain", film}).mOut;
+    const std::string lines =
+        "\n  subtitle files   Film.en.sdh.default.srt           srt, en, hearing impaired, default, UTF-8\n"
+        "                   Subs/Film.\\x1b[31m.de.vtt         vtt, de, UTF-8, \"[31m\"\n"
+        "  entries ";
+    EXPECT_NE(text.find(lines), std::string::npos) << text;
+    EXPECT_EQ(Announce({film}).mOut.find("Film.en"), std::string::npos); // the table does not ask
+    EXPECT_EQ(Announce({"--explain", EZ_SAMPLES "/music/morning-walk.mp3"}).mOut.find("subtitle files"),
+              std::string::npos);
 }

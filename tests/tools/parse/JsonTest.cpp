@@ -1,6 +1,7 @@
 #include "Announce.h"
 #include "ezBytes/Utf8.h"
 #include "support/TemporaryFolder.h"
+#include "support/WholeFile.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -152,6 +153,45 @@ TEST(JsonOutput, OfEveryVerbEscapesWhatATerminalObeys) {
     }
 }
 
+TEST(JsonOutput, HasTheSubtitlesNextToAFilm) {
+    const TemporaryFolder folder;
+    const std::string film = folder.Write("Film.mp4", ReadWholeFile(EZ_SAMPLES "/video/kite-day.mp4"));
+    const std::string song = folder.Write("Song.mp3", "12345");
+    const std::string cue = "1\n00:00:28,050 --> 00:00:30,550\n";
+    const std::string russian = folder.Write("Film.ru.forced.srt", cue + "\xCF\xF0");
+    const std::string index =
+        folder.Write("Film.idx", "# VobSub index file\nid: en, index: 0\nid: de, index: 1\n");
+    const std::string pictures = folder.Write("Film.sub", "");
+    const std::string odd = folder.Write("Film.\xFF.srt", cue);
+    folder.Write("Song.srt", cue);
+    const ProgramResult result = Announce({"--json", "--code-page", "1251", film, song});
+    const std::vector<Json> objects = ObjectsOf(result.mOut);
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_FALSE(objects[1].contains("subtitle_files"));
+    EXPECT_EQ(objects[0]["subtitle_files_whole"], true);
+    const Json& files = objects[0]["subtitle_files"];
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_EQ(files[0], Json({{"path", index},
+                              {"kind", "idx"},
+                              {"mime_types", Json::array()},
+                              {"languages", {"en", "de"}},
+                              {"encoding", nullptr},
+                              {"forced", false},
+                              {"hearing_impaired", false},
+                              {"default", false},
+                              {"pictures", pictures}}));
+    EXPECT_EQ(files[1], Json({{"path", russian},
+                              {"kind", "srt"},
+                              {"mime_types", {"application/x-subrip", "text/srt", "smi/caption"}},
+                              {"languages", {"ru"}},
+                              {"encoding", "windows-1251"},
+                              {"forced", true},
+                              {"hearing_impaired", false},
+                              {"default", false}}));
+    EXPECT_EQ(BytesOf(files[2]["path_bytes"]), odd);
+    EXPECT_EQ(files[2]["title"], "\xD1\x8F"); // by the code page
+}
+
 TEST(JsonOutput, LeavesOutWhatCannotBeReadAndGoesOn) {
     const TemporaryFolder folder;
     const std::string song = folder.Write("song.mp3", "");
@@ -173,7 +213,9 @@ TEST(JsonOutput, OfEverySampleParses) {
             // Every fact that is shown has its source.
             const Json& facts = media["explain"]["facts"];
             for (const auto& item : media.items()) {
-                const std::set<std::string> own = {"path", "protocol_info", "values", "explain", "dlna"};
+                const std::set<std::string> own = {
+                    "path",           "protocol_info",       "values", "explain", "dlna",
+                    "subtitle_files", "subtitle_files_whole"};
                 if (!media["mime_type"].is_null() && own.count(item.key()) == 0) {
                     EXPECT_TRUE(facts.contains(item.key())) << item.key();
                 }

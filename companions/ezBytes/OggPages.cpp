@@ -4,22 +4,30 @@ namespace {
 
 using namespace std::string_view_literals;
 
+/// @name Flags of a page (RFC 3533, 6)
+/// @{
+constexpr unsigned kContinues = 1;
+constexpr unsigned kBegins = 2;
+constexpr unsigned kEnds = 4;
+/// @}
+
+constexpr std::string_view kNoComments = "-"sv;
+constexpr std::string_view kVorbisComments = "\x03vorbis"sv;
 constexpr OggMark kMarks[] = {
-    {OggKind::Vorbis, "\x01vorbis"sv, "\x03vorbis"sv},
-    {OggKind::Opus, "OpusHead"sv, "OpusTags"sv},
-    {OggKind::FLAC,
-     "\x7F"
-     "FLAC"sv,
-     ""sv},
-    {OggKind::Speex, "Speex   "sv, ""sv},
-    {OggKind::Theora, "\x80theora"sv, "\x81theora"sv},
-    {OggKind::OGMSound,
-     "\x01"
-     "audio\0\0\0"sv,
-     "\x03vorbis"sv},
-    {OggKind::OGMVideo, "\x01video\0\0\0"sv, "\x03vorbis"sv},
-    {OggKind::OtherVideo, "OVP80\x01"sv, "OVP80\x02 "sv},
-    {OggKind::OtherVideo, "BBCD"sv, "-"sv}, // Dirac, which has none
+    {OggKind::Vorbis, OggRole::Sound, "\x01vorbis"sv, kVorbisComments},
+    {OggKind::Opus, OggRole::Sound, "OpusHead"sv, "OpusTags"sv},
+    {OggKind::FLAC, OggRole::Sound, "\x7F\x46LAC"sv, {}},
+    {OggKind::Speex, OggRole::Sound, "Speex   "sv, {}},
+    {OggKind::OGMSound, OggRole::Sound, "\x01\x61udio\0\0\0"sv, kVorbisComments},
+    {OggKind::Theora, OggRole::Video, "\x80theora"sv, "\x81theora"sv},
+    {OggKind::OGMVideo, OggRole::Video, "\x01video\0\0\0"sv, kVorbisComments},
+    {OggKind::VP8, OggRole::Video, "OVP80\x01"sv, "OVP80\x02 "sv},
+    {OggKind::Dirac, OggRole::Video, "BBCD"sv, kNoComments},
+    {OggKind::Daala, OggRole::Video, "\x80\x64\x61\x61la"sv, "\x81\x64\x61\x61la"sv},
+    {OggKind::OGMText, OggRole::Text, "\x01text\0\0\0\0"sv, kVorbisComments},
+    {OggKind::Kate, OggRole::Text, "\x80kate\0\0\0"sv, "\x81kate\0\0\0\0"sv},
+    {OggKind::CMML, OggRole::Text, "CMML\0\0\0\0"sv, kNoComments},
+    {OggKind::Skeleton, OggRole::File, "fishead\0"sv, kNoComments},
 };
 
 } // namespace
@@ -30,8 +38,9 @@ bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody) {
     aPage->mStart = aReader.GetPosition();
     aReader.Require(aReader.ReadBig32() == kCapture && aReader.ReadByte() == 0);
     const unsigned flags = aReader.ReadByte();
-    aPage->mfContinues = (flags & 1) != 0;
-    aPage->mfBegins = (flags & 2) != 0;
+    aPage->mfContinues = (flags & kContinues) != 0;
+    aPage->mfBegins = (flags & kBegins) != 0;
+    aPage->mfEnds = (flags & kEnds) != 0;
     const std::uint64_t granule = aReader.ReadLittle(8); // with a sign
     aPage->mGranule = granule <= INT64_MAX ? granule : kOggPage_NoGranule;
     aPage->mSerial = aReader.ReadLittle32();
@@ -50,6 +59,33 @@ bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody) {
     const bool fHeader = !aReader.HasFailed();
     *aBody = aReader.Take(size);
     return fHeader;
+}
+
+OggPagePackets::OggPagePackets(ByteReader aPage) : mSizes(aPage), mBody(aPage) {
+    aPage.Skip(5);
+    mfContinues = (aPage.ReadByte() & kContinues) != 0;
+    aPage.Skip(20); // position, stream, number, check sum
+    const unsigned count = aPage.ReadByte();
+    mSizes = aPage.Take(count);
+    mBody = aPage;
+}
+
+bool OggPagePackets::Next(ByteReader* aPacket) {
+    constexpr unsigned kGoesOn = 255;
+    if (mSizes.GetLeft() == 0) {
+        return false;
+    }
+    std::uint64_t size = 0;
+    unsigned segment = kGoesOn;
+    while (segment == kGoesOn && mSizes.GetLeft() != 0) {
+        segment = mSizes.ReadByte();
+        size += segment;
+    }
+    *aPacket = mBody.Take(size);
+    mfBegunBefore = mfContinues;
+    mfContinues = false;
+    mfEnded = segment != kGoesOn;
+    return !mSizes.HasFailed();
 }
 
 OggPacketBytes::OggPacketBytes(ByteSource& aBytes, const ByteReader& aPages, std::uint32_t aSerial,

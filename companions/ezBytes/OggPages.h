@@ -20,6 +20,7 @@ inline constexpr std::uint64_t kOggPage_NoGranule = UINT64_MAX;
 struct OggPage {
     bool mfContinues = false; ///< its first bytes belong to the packet before
     bool mfBegins = false;    ///< it is the first of its stream
+    bool mfEnds = false;      ///< it is the last of its stream
     std::uint64_t mGranule = kOggPage_NoGranule;
     std::uint32_t mSerial = 0;    ///< of its stream
     std::uint32_t mEndings = 0;   ///< packets that end on it
@@ -32,6 +33,28 @@ struct OggPage {
 /// sees for himself whether a packet is whole.
 /// @param aBody  set to a reader of what the page holds; a failed one where that is not all there
 bool ReadOggPage(ByteReader& aReader, OggPage* aPage, ByteReader* aBody);
+
+/// The packets that a page holds, or parts of: the first may have begun on the page before, and the last may
+/// go on to the next.
+class OggPagePackets {
+public:
+    /// @param aPage  stands at its start; it is a page
+    explicit OggPagePackets(ByteReader aPage);
+
+    /// The next one, as much of it as is here. False after the last.
+    bool Next(ByteReader* aPacket);
+    /// True for one that began on the page before.
+    bool HasBegunBefore() const { return mfBegunBefore; }
+    /// True for one that ends on the page.
+    bool HasEnded() const { return mfEnded; }
+
+private:
+    ByteReader mSizes; ///< of segments
+    ByteReader mBody;
+    bool mfContinues = false;
+    bool mfBegunBefore = false;
+    bool mfEnded = false;
+};
 
 /// The bytes of a packet of a stream's headers, which begins on a page, and goes over as many as it takes: at
 /// first of the second, which begins on that stream's second page. Pages are read when bytes of them are
@@ -73,21 +96,32 @@ enum class OggKind {
     Opus,
     FLAC,
     Speex,
-    Theora,
     OGMSound,
+    Theora,
     OGMVideo,
-    OtherVideo, ///< of a kind that nothing is told of
+    VP8,
+    Dirac,
+    Daala,
+    OGMText,
+    Kate,
+    CMML,
+    Skeleton,
 };
 
-constexpr bool OggKind_IsVideo(OggKind aKind) {
-    return aKind == OggKind::Theora || aKind == OggKind::OGMVideo || aKind == OggKind::OtherVideo;
-}
+/// What a stream of that kind is for.
+enum class OggRole {
+    Sound,
+    Video,
+    Text,
+    File, ///< it tells of the file as a whole
+};
 
 /// How the first packet of a kind begins, and its second, of comments, before these.
 struct OggMark {
     OggKind mKind;
+    OggRole mRole;
     std::string_view mHead;
-    std::string_view mComments;
+    std::string_view mComments; ///< of a kind that has none: with what no packet begins
 };
 
 /// The kind of a stream, by its first packet; null for another one.

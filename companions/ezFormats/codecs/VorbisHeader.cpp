@@ -17,13 +17,14 @@ VorbisHeader ReadVorbisHeader(ByteReader aPacket) {
     header.mChannels = aPacket.ReadByte();
     header.mSamplingRate = aPacket.ReadLittle32();
     header.mMaxBitRate = ReadPositive(aPacket);
-    const std::uint32_t nominal = ReadPositive(aPacket);
+    header.mNominalBitRate = ReadPositive(aPacket);
     const std::uint32_t lowest = ReadPositive(aPacket);
     const unsigned longBlock = aPacket.ReadByte() >> 4U;
     if (aPacket.HasFailed()) {
         header.mSamplingRate = 0;
     }
-    header.mBitRate = nominal == header.mMaxBitRate && nominal == lowest ? nominal : 0;
+    const bool fConstant = lowest == header.mMaxBitRate && lowest == header.mNominalBitRate;
+    header.mBitRate = fConstant ? lowest : 0;
     header.mPacketSamples = 1U << longBlock >> 1U; // a block overlaps the next by half
     return header;
 }

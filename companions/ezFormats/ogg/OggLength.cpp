@@ -7,6 +7,7 @@
 #include "ezPlatform/base/Checked.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -18,22 +19,23 @@ ByteReader ReaderAt(MediaBytes& aBytes, std::uint64_t aPosition) {
 
 /// Samples of the packets of Opus that end on a page, less those of one that began on the page before: its
 /// first byte, which tells how many, is not here.
-std::uint64_t OpusSamplesOn(const OggPage& aPage, ByteReader aBody, ByteReader aTable) {
+std::uint64_t OpusSamplesOn(OggPagePackets aPackets, ByteReader aPacket) {
     std::uint64_t samples = 0;
-    std::uint64_t size = 0;
-    bool fHere = !aPage.mfContinues;
-    while (aTable.GetLeft() != 0) {
-        const unsigned segment = aTable.ReadByte();
-        size += segment;
-        if (segment == 255) {
-            continue;
-        }
-        const ByteReader packet = aBody.Take(size);
-        samples += fHere ? OpusSamplesOf(packet) : 0;
-        fHere = true;
-        size = 0;
+    while (aPackets.Next(&aPacket)) {
+        const bool fWhole = aPackets.HasEnded() && !aPackets.HasBegunBefore();
+        samples += fWhole ? OpusSamplesOf(aPacket) : 0;
     }
     return samples;
+}
+
+/// True for a stream whose positions tell a time.
+bool HasClock(const OggStream* aStream) {
+    return aStream != nullptr && aStream->mTicks != 0;
+}
+
+/// Microseconds up to what a position tells of; 0 where there is none.
+std::uint64_t EndOf(const OggStream* aStream, std::uint64_t aGranule) {
+    return aGranule != kOggPage_NoGranule ? aStream->TimeOf(aStream->CountAt(aGranule)) : 0;
 }
 
 } // namespace
@@ -51,6 +53,20 @@ struct OggLength::Tail {
         mfPage = mfPage || aBefore.mfPage;
         mSound = mSound != kOggPage_NoGranule ? mSound : aBefore.mSound;
         mVideo = mVideo != kOggPage_NoGranule ? mVideo : aBefore.mVideo;
+    }
+};
+
+/// What the first pages of a link say: microseconds before its sound and its video begin.
+struct OggLength::Front {
+    std::optional<std::uint64_t> mSound;
+    std::optional<std::uint64_t> mVideo;
+    std::uint64_t mSoundPage = 0; ///< where it begins in the file
+    std::uint64_t mPictures = 0;  ///< of the video, up to its last page here
+    bool mfVideoEnds = false;
+
+    /// Of both the earlier one.
+    std::uint64_t GetStart() const {
+        return std::min(mSound.value_or(UINT64_MAX), mVideo.value_or(UINT64_MAX));
     }
 };
 
@@ -78,9 +94,12 @@ OggLength::Tail OggLength::ReadTail(const OggLink& aLink, std::uint64_t anEnd) c
             here.mVideo = video != nullptr && video->mSerial == page.mSerial ? page.mGranule : here.mVideo;
         }
         tail.Complete(here);
-        const bool fSound = sound == nullptr || tail.mSound != kOggPage_NoGranule;
-        const bool fVideo = video == nullptr || tail.mVideo != kOggPage_NoGranule;
-        if ((fSound && fVideo) || start == aLink.GetHeadEnd()) {
+        const bool fSound = tail.mSound != kOggPage_NoGranule;
+        const bool fVideo = tail.mVideo != kOggPage_NoGranule;
+        const bool fBoth = (fSound || sound == nullptr) && (fVideo || video == nullptr);
+        // Pages stand in the order of their ends: what is long before the last is not the longer.
+        const bool fOneOfTwo = (fSound || fVideo) && count != 0;
+        if (fBoth || fOneOfTwo || start == aLink.GetHeadEnd()) {
             break;
         }
         end = start + kOggPage_MaxHead; // a header may go across
@@ -88,7 +107,8 @@ OggLength::Tail OggLength::ReadTail(const OggLink& aLink, std::uint64_t anEnd) c
     return tail;
 }
 
-/// Samples that a page of sound holds; the most that they can be, where only a decoder knows.
+/// Samples that a page of sound holds; the most that they can be, where only a decoder knows. Pictures are
+/// counted.
 std::uint64_t OggLength::HeldBy(const OggPage& aPage, ByteReader aBody, const OggStream& aStream) const {
     constexpr std::uint64_t kLeastOpus = 120;
     if (aStream.mMark->mKind != OggKind::Opus) {
@@ -99,42 +119,93 @@ std::uint64_t OggLength::HeldBy(const OggPage& aPage, ByteReader aBody, const Og
     if (aStream.TimeOf(before) < kOgg_MinStart) {
         return aPage.mGranule; // so it starts at 0 anyway
     }
-    ByteReader table = ReaderAt(mBytes, aPage.mStart + 26);
     mBytes.Load(aPage.mStart, kOggPage_MaxSize);
-    return OpusSamplesOn(aPage, aBody, table.Take(table.ReadByte()));
+    return OpusSamplesOn(OggPagePackets(ReaderAt(mBytes, aPage.mStart)), aBody);
 }
 
-/// Finds out when the sound of the link starts.
-void OggLength::FindStart() {
-    mStart = 0;
-    const OggStream* const sound = mLink.GetSound();
+/// Microseconds before what the first page of a stream holds.
+std::uint64_t OggLength::StartOf(const OggPage& aPage, ByteReader aBody, const OggStream& aStream) const {
+    const std::uint64_t end = aStream.CountAt(aPage.mGranule);
+    const std::uint64_t start = end - std::min(end, HeldBy(aPage, aBody, aStream));
+    return aStream.TimeOf(ezSaturating_Add64(start, aStream.mPreSkip));
+}
+
+/// Takes what a page tells, of which those of headers have the position 0.
+void OggLength::TakeFront(Front& aFront, const OggPage& aPage, ByteReader aBody) const {
+    const OggStream* const stream = mLink.Find(aPage.mSerial);
+    const bool fVideo = stream == mLink.GetVideo();
+    if (stream == nullptr || (!fVideo && stream != mLink.GetSound())) {
+        return;
+    }
+    aFront.mfVideoEnds = aFront.mfVideoEnds || (fVideo && aPage.mfEnds);
+    if (aPage.mGranule == 0 || aPage.mGranule == kOggPage_NoGranule) {
+        return;
+    }
+    if (fVideo) {
+        aFront.mPictures = stream->CountAt(aPage.mGranule);
+    }
+    std::optional<std::uint64_t>& start = fVideo ? aFront.mVideo : aFront.mSound;
+    if (!start && HasClock(stream)) {
+        aFront.mSoundPage = fVideo ? aFront.mSoundPage : aPage.mStart;
+        start = StartOf(aPage, aBody, *stream);
+    }
+}
+
+/// Goes from page to page up to the first of sound.
+void OggLength::ReadSoundStart(Front& aFront) const {
     ByteReader pages = ReaderAt(mBytes, mLink.GetHeadEnd());
     OggPage page;
     ByteReader body = pages;
-    for (std::uint32_t i = 0; i < kOgg_MaxHeadPages && sound != nullptr && ReadOggPage(pages, &page, &body);
+    for (std::uint32_t i = 0; i < kOgg_MaxHeadPages && !aFront.mSound && ReadOggPage(pages, &page, &body);
          ++i) {
-        if (page.mSerial != sound->mSerial || page.mGranule == 0 || page.mGranule == kOggPage_NoGranule) {
-            continue;
+        TakeFront(aFront, page, body);
+    }
+}
+
+/// Looks at the first pages of sound and of video, of which one may come long after the other. That they
+/// begin in the middle is believed when both do.
+void OggLength::ReadFilmStart(Front& aFront) const {
+    for (const std::uint32_t size : {kOgg_FrontSize, kOgg_LargestFront}) {
+        mBytes.LoadWindow(mLink.GetHeadEnd(), size);
+        aFront = Front();
+        OggPage page;
+        ByteReader body(mBytes);
+        for (OggFrontPages pages(mBytes, mLink); pages.Next(&page, &body);) {
+            TakeFront(aFront, page, body);
         }
-        mSoundStart = mSoundStart != 0 ? mSoundStart : page.mStart;
-        const std::uint64_t held = HeldBy(page, body, *sound);
-        const std::uint64_t start = page.mGranule - std::min(page.mGranule, held);
-        const std::uint64_t time = sound->TimeOf(ezSaturating_Add64(start, sound->mPreSkip));
-        mStart = time >= kOgg_MinStart ? time : 0;
-        return;
+        const bool fBoth =
+            (aFront.mSound || !HasClock(mLink.GetSound())) && (aFront.mVideo || !HasClock(mLink.GetVideo()));
+        if (fBoth || aFront.GetStart() < kOgg_MinStart) {
+            return;
+        }
+    }
+}
+
+void OggLength::ReadStart() {
+    const bool fFilm = mLink.GetVideo() != nullptr;
+    Front front;
+    if (fFilm) {
+        ReadFilmStart(front);
+    } else {
+        ReadSoundStart(front);
+    }
+    mSoundStart = mSoundStart != 0 ? mSoundStart : front.mSoundPage;
+    const std::uint64_t start = front.GetStart();
+    mStart = start >= kOgg_MinStart && start != UINT64_MAX ? start : 0;
+    const bool fStill = front.mfVideoEnds && front.mPictures <= 1;
+    if (fFilm && fStill && mLink.GetSound() != nullptr) {
+        mfStill = mfStill || !mfChained;
+        mLink.SetVideoAside();
     }
 }
 
 /// Adds the link that is measured, which ends at a place as its tail says.
 void OggLength::Add(const Tail& aTail, std::uint64_t anEnd) {
-    std::uint64_t length = 0;
-    if (aTail.mSound != kOggPage_NoGranule) {
-        const std::uint64_t end = mLink.GetSound()->TimeOf(aTail.mSound);
-        length = end - std::min(mStart, end);
-    }
-    if (aTail.mVideo != kOggPage_NoGranule && mStart == 0) {
-        length = std::max(length, mLink.GetVideo()->TimeOf(aTail.mVideo));
-    }
+    const std::uint64_t end =
+        std::max(EndOf(mLink.GetSound(), aTail.mSound), EndOf(mLink.GetVideo(), aTail.mVideo));
+    const std::uint64_t presented = mLink.GetPresented();
+    const std::uint64_t start = std::max(mStart, presented < end ? presented : 0);
+    const std::uint64_t length = end - std::min(start, end);
     mMicroseconds = ezSaturating_Add64(mMicroseconds, length);
     mSeenEnd = anEnd;
     mSeenTime = 0;
@@ -155,10 +226,11 @@ bool OggLength::FindPage(std::uint64_t aPosition, OggPage* aPage) const {
 
 /// Notes how far the measured link has come at a page of it.
 void OggLength::Note(const OggPage& aPage) {
-    const OggStream* const sound = mLink.GetSound();
-    if (sound != nullptr && sound->mSerial == aPage.mSerial && aPage.mGranule != kOggPage_NoGranule) {
+    const OggStream* const stream = mLink.Find(aPage.mSerial);
+    const bool fPlays = stream != nullptr && (stream == mLink.GetSound() || stream == mLink.GetVideo());
+    if (fPlays && aPage.mGranule != kOggPage_NoGranule) {
         mSeenEnd = aPage.mStart;
-        mSeenTime = sound->TimeOf(aPage.mGranule);
+        mSeenTime = EndOf(stream, aPage.mGranule);
     }
 }
 
@@ -216,13 +288,12 @@ bool OggLength::PassLink() {
     }
     mfChained = true;
     mLink = OggLink(ReaderAt(mBytes, border));
-    FindStart();
+    ReadStart();
     return true;
 }
 
 void OggLength::Measure() {
     const std::uint64_t end = mBytes.GetEnd();
-    FindStart();
     const Tail tail = ReadTail(mLink, end);
     for (std::uint32_t count = 0; mLink.Find(tail.mLastSerial) == nullptr && count < kOgg_MaxLinks; ++count) {
         if (!PassLink()) {

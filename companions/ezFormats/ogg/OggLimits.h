@@ -15,17 +15,31 @@ inline constexpr std::uint64_t kOgg_MaxBytes = std::uint64_t{2} * 1024 * 1024;
 /// Streams that play at the same time: a film with some languages and texts.
 inline constexpr std::size_t kOgg_MaxStreams = 16;
 
-/// Pages of comments that are read, other streams' included: with a cover of 200 KB, texts after it are read,
-/// too.
+/// Pages of comments that are read, and one more for each other stream: with a cover of 200 KB, texts after
+/// it are read, too.
 inline constexpr std::uint32_t kOgg_MaxCommentPages = 6;
 
-/// Pages up to the first of sound. After those of a larger cover a stream is taken to start at its beginning.
+/// Bytes after the first pages of a film that are read at a time: with the start and the end of the file 128
+/// KiB. Most films have the first pages of pictures and of sound there.
+inline constexpr std::uint32_t kOgg_FrontSize = std::uint32_t{56} * 1024;
+
+/// The same where that does not tell when the film starts: the first picture may take more than one page.
+inline constexpr std::uint32_t kOgg_LargestFront = std::uint32_t{192} * 1024;
+
+/// Pages of these bytes that are looked at: headers of as many streams as there may be, and 4 KiB a page.
+inline constexpr std::uint32_t kOgg_MaxFrontPages = 64;
+
+/// Bytes of the start of a frame of OGM that are looked at: headers of pictures or of sound.
+inline constexpr std::size_t kOgg_MaxFrame = std::size_t{4} * 1024;
+
+/// Pages up to the first of sound, where nothing is seen. After those of a larger cover a stream is taken to
+/// start at its beginning.
 inline constexpr std::uint32_t kOgg_MaxHeadPages = 12;
 
 /// Bytes of the end that are read at a time: a page is of 64 KiB at most.
 inline constexpr std::uint32_t kOgg_TailSize = std::uint32_t{64} * 1024;
 
-/// Reads of the end for one stream: others may fill what stands after its last page.
+/// Reads of the end: other streams may fill what stands after the last page of what is heard or seen.
 inline constexpr std::uint32_t kOgg_MaxTails = 4;
 
 /// Bytes that are read first where a border of a chain is looked for: pages are mostly of 4 to 8 KiB.

@@ -1,6 +1,7 @@
 #include "ezFormats/ogg/OggLink.h"
 
 #include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/ogg/OGMStream.h"
 
 #include <algorithm>
 #include <cstring>
@@ -18,30 +19,88 @@ OggLink::OggLink(ByteReader aReader) : mHeadEnd(aReader.GetPosition()) {
 }
 
 const OggStream* OggLink::Find(std::uint32_t aSerial) const {
-    const auto* const end = mStreams.begin() + mCount;
-    const auto* const stream = std::find_if(
-        mStreams.begin(), end, [aSerial](const OggStream& aStream) { return aStream.mSerial == aSerial; });
-    return stream != end ? stream : nullptr;
+    const OggStream* const stream = std::find_if(
+        begin(), end(), [aSerial](const OggStream& aStream) { return aStream.mSerial == aSerial; });
+    return stream != end() ? stream : nullptr;
 }
 
-const OggStream* OggLink::GetSound() const {
-    const auto* const end = mStreams.begin() + mCount;
-    const auto* const stream =
-        std::find_if(mStreams.begin(), end, [](const OggStream& aStream) { return aStream.IsSound(); });
-    return stream != end ? stream : nullptr;
+const OggStream* OggLink::FindFirst(OggRole aRole) const {
+    const OggStream* const stream =
+        std::find_if(begin(), end(), [aRole](const OggStream& aStream) { return aStream.Is(aRole); });
+    return stream != end() ? stream : nullptr;
 }
 
-const OggStream* OggLink::GetVideo() const {
-    const auto* const end = mStreams.begin() + mCount;
-    const auto* const stream =
-        std::find_if(mStreams.begin(), end, [](const OggStream& aStream) { return aStream.IsVideo(); });
-    return stream != end ? stream : nullptr;
-}
-
-std::uint32_t OggLink::CountSounds() const {
+std::uint32_t OggLink::Count(OggRole aRole) const {
     return static_cast<std::uint32_t>(
-        std::count_if(mStreams.begin(), mStreams.begin() + mCount,
-                      [](const OggStream& aStream) { return aStream.IsSound(); }));
+        std::count_if(begin(), end(), [aRole](const OggStream& aStream) { return aStream.Is(aRole); }));
+}
+
+std::uint64_t OggLink::GetPresented() const {
+    const OggStream* const skeleton = FindFirst(OggRole::File);
+    return skeleton != nullptr ? skeleton->mPresented : 0;
+}
+
+void OggLink::SetVideoAside() {
+    const OggStream* const video = GetVideo();
+    for (OggStream& stream : mStreams) {
+        stream.mMark = &stream == video ? nullptr : stream.mMark;
+    }
+}
+
+/// The stream of a serial number, where its frames tell more and none was seen.
+OggStream* OggLink::FindForFrame(std::uint32_t aSerial) {
+    for (const OggStream* const first : {GetSound(), GetVideo()}) {
+        const bool fOGM = first != nullptr && first->mSerial == aSerial && first->IsOGM();
+        if (fOGM && !first->mfFrameSeen) {
+            return &mStreams[static_cast<std::size_t>(first - begin())];
+        }
+    }
+    return nullptr;
+}
+
+void OggLink::ReadFrames(MediaBytes& aBytes) {
+    OggPage page;
+    ByteReader packet(aBytes);
+    for (OggFrontPages pages(aBytes, *this); pages.Next(&page, &packet);) {
+        OggStream* const stream = FindForFrame(page.mSerial);
+        if (stream == nullptr) {
+            continue;
+        }
+        ByteReader start(aBytes);
+        start.Skip(page.mStart);
+        for (OggPagePackets packets(start); !stream->mfFrameSeen && packets.Next(&packet);) {
+            const auto size =
+                static_cast<std::size_t>(std::min<std::uint64_t>(packet.GetLeft(), kOgg_MaxFrame));
+            const bool fHere = size != 0 && aBytes.HasBuffered(packet.GetPosition(), size);
+            if (fHere && !packets.HasBegunBefore() && OGMPacket_IsFrame(packet)) {
+                stream->mfFrameSeen = true;
+                OGMPacket_ReadFrame(packet, *stream);
+            }
+        }
+    }
+}
+
+OggFrontPages::OggFrontPages(MediaBytes& aBytes, const OggLink& aLink) : mBytes(aBytes), mPages(aBytes) {
+    mPages.Skip(aLink.GetHeadEnd());
+}
+
+/// True when the header of the page that the pages stand at is buffered.
+bool OggFrontPages::HasHeader() const {
+    const std::uint64_t start = mPages.GetPosition();
+    if (!mBytes.HasBuffered(start, kOggPage_LeastHead)) {
+        return false;
+    }
+    ByteReader header = mPages;
+    header.Skip(kOggPage_LeastHead - 1);
+    return mBytes.HasBuffered(start, kOggPage_LeastHead + header.ReadByte()); // sizes of so many segments
+}
+
+bool OggFrontPages::Next(OggPage* aPage, ByteReader* aBody) {
+    if (mLeft == 0 || !HasHeader()) {
+        return false;
+    }
+    --mLeft;
+    return ReadOggPage(mPages, aPage, aBody);
 }
 
 /// Moves on to the next letter that a page may begin with.

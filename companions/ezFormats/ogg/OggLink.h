@@ -23,18 +23,48 @@ public:
     const OggStream* Find(std::uint32_t aSerial) const;
     /// The first of its kind; null where there is none.
     /// @{
-    const OggStream* GetSound() const;
-    const OggStream* GetVideo() const;
+    const OggStream* GetSound() const { return FindFirst(OggRole::Sound); }
+    const OggStream* GetVideo() const { return FindFirst(OggRole::Video); }
     /// @}
-    std::uint32_t CountSounds() const;
+    std::uint32_t Count(OggRole aRole) const;
+    /// Microseconds before the first that is shown, where Skeleton tells.
+    std::uint64_t GetPresented() const;
+
+    const OggStream* begin() const { return mStreams.data(); }
+    const OggStream* end() const { return mStreams.data() + mCount; }
+
+    /// The first video is a picture that does not move: it is nothing that plays.
+    void SetVideoAside();
+
+    /// Takes what the first frames of sound and video tell, of those whose headers leave it out.
+    void ReadFrames(MediaBytes& aBytes);
 
     /// Where the first pages end.
     std::uint64_t GetHeadEnd() const { return mHeadEnd; }
 
 private:
+    const OggStream* FindFirst(OggRole aRole) const;
+    OggStream* FindForFrame(std::uint32_t aSerial);
+
     std::array<OggStream, kOgg_MaxStreams> mStreams;
     std::size_t mCount = 0;
     std::uint64_t mHeadEnd = 0;
+};
+
+/// The pages after the first ones of the streams, as far as they begin among the bytes that are buffered.
+class OggFrontPages {
+public:
+    OggFrontPages(MediaBytes& aBytes, const OggLink& aLink);
+
+    /// @param aBody  set to a reader of what the page holds, of which not all may be buffered
+    bool Next(OggPage* aPage, ByteReader* aBody);
+
+private:
+    bool HasHeader() const;
+
+    MediaBytes& mBytes;
+    ByteReader mPages;
+    std::uint32_t mLeft = kOgg_MaxFrontPages;
 };
 
 /// Looks for headers of pages among the bytes that are buffered, whatever stands between them.
@@ -55,5 +85,8 @@ private:
     std::uint64_t mEnd;
 };
 
-/// Bytes in which a header of a page ends.
-inline constexpr std::uint32_t kOggPage_MaxHead = 27 + 255;
+/// Bytes of a header of a page, without the sizes of segments, of which there are up to 255.
+/// @{
+inline constexpr std::uint32_t kOggPage_LeastHead = 27;
+inline constexpr std::uint32_t kOggPage_MaxHead = kOggPage_LeastHead + 255;
+/// @}

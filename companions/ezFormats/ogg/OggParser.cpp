@@ -5,6 +5,7 @@
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/detail/SoundRecord.h"
+#include "ezFormats/ogg/OggFilm.h"
 #include "ezFormats/ogg/OggLength.h"
 #include "ezFormats/ogg/OggLink.h"
 #include "ezFormats/tags/CommentTexts.h"
@@ -17,10 +18,13 @@
 
 #include "ezPlatform/media/MediaInfo.h"
 
+#include <optional>
+
 namespace {
 
 constexpr std::uint32_t kMagic = 0x4F676753; // "OggS"
 constexpr std::uint64_t kMicro = 1000000;
+constexpr std::uint64_t kMilli = 1000; // microseconds of one
 
 /// Takes what the comments of a stream tell besides.
 void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aStream,
@@ -30,7 +34,9 @@ void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aSt
     }
     ByteReader pages(aBytes);
     pages.Skip(aLink.GetHeadEnd());
-    OggTags tags(aBytes, pages, aStream->mSerial, *aStream->mMark, kOgg_MaxCommentPages);
+    const auto others =
+        static_cast<std::uint32_t>(aLink.end() - aLink.begin() - 1); // whose headers are between
+    OggTags tags(aBytes, pages, aStream->mSerial, *aStream->mMark, kOgg_MaxCommentPages + others);
     bool fPicture = false;
     for (ByteReader body = pages; tags.Next(&fPicture, &body);) {
         if (fPicture) {
@@ -44,61 +50,26 @@ void TakeComments(MediaBytes& aBytes, const OggLink& aLink, const OggStream* aSt
     }
 }
 
-/// The facts of the first stream of sound.
-SoundFacts FactsOf(const OggStream& aSound) {
+/// Puts the facts of a file of sound into a record: those of the first.
+void StoreSong(const MediaBytes& aBytes, const OggLink& aLink, const OggLength& aLength,
+               ezMediaInfo& anInfo) {
     SoundFacts facts;
-    facts.mCodec = aSound.mCodec;
-    facts.mSamplingRate = aSound.mSamplingRate;
-    facts.mChannels = aSound.mChannels;
-    facts.mBitsPerSample = aSound.mBitsPerSample;
-    facts.mBitRate = aSound.mBitRate;
-    facts.mMaxBitRate = aSound.mMaxBitRate;
-    facts.mSamples = aSound.mSamples;
-    return facts;
-}
-
-/// Takes the length that the pages tell.
-void TakeLength(const MediaBytes& aBytes, const OggLength& aLength, bool afAlone, SoundFacts& aFacts) {
-    aFacts.mSamples = MediaNumber_Scale(aLength.GetMicroseconds(), aFacts.mSamplingRate, kMicro);
-    aFacts.mDurationMethod = aLength.GetMethod();
-    if (afAlone && aLength.GetSoundStart() != 0) { // else others' bytes are among them
-        aFacts.mBytes = aBytes.GetEnd() - aLength.GetSoundStart();
-    }
-}
-
-void StoreVideo(const OggStream& aVideo, ezMediaInfo& anInfo) {
-    anInfo.Set(kezInfo_MimeType, "video/ogg", true);
-    anInfo.Set(kezInfo_HasVideoTrack, 1, true);
-    if (!aVideo.mCodec.IsEmpty()) {
-        anInfo.Set(kezInfo_VideoCodec, aVideo.mCodec, true);
-    }
-}
-
-/// What is longer than any recording tells nothing.
-void StoreLength(const OggLength& aLength, ezMediaInfo& anInfo) {
-    const std::uint64_t milliseconds = aLength.GetMicroseconds() / 1000;
-    if (milliseconds != 0 && milliseconds <= kSound_MaxSeconds * 1000) {
-        anInfo.SetDuration(milliseconds, aLength.GetMethod());
-    }
-}
-
-/// Puts all but the texts into a record.
-void Store(const MediaBytes& aBytes, const OggLink& aLink, const OggLength& aLength, ezMediaInfo& anInfo) {
-    const OggStream* const sound = aLink.GetSound();
-    const OggStream* const video = aLink.GetVideo();
-    anInfo.Set(kezInfo_Container, kContainer_Ogg, true);
-    if (sound != nullptr) {
-        SoundFacts facts = FactsOf(*sound);
-        if (aLength.GetMicroseconds() != 0) {
-            const bool fAlone = video == nullptr && aLink.CountSounds() == 1;
-            TakeLength(aBytes, aLength, fAlone, facts);
+    static_cast<AudioFacts&>(facts) = aLink.GetSound()->mSound;
+    facts.mEstimatedBitRate = 0; // of a song it is what was seen, and not what the encoder aimed at
+    facts.mSamples = aLink.GetSound()->mSamples;
+    const std::uint64_t length = aLength.GetMicroseconds();
+    if (length != 0) {
+        facts.mSamples = MediaNumber_Scale(length, facts.mSamplingRate, kMicro);
+        facts.mDurationMethod = aLength.GetMethod();
+        if (aLink.Count(OggRole::Sound) == 1 && aLength.GetSoundStart() != 0) { // else others are among them
+            facts.mBytes = aBytes.GetEnd() - aLength.GetSoundStart();
         }
-        facts.Store(anInfo);
-        anInfo.Set(kezInfo_AudioTrackCount, aLink.CountSounds(), true);
     }
-    StoreLength(aLength, anInfo);
-    if (video != nullptr) {
-        StoreVideo(*video, anInfo);
+    facts.Store(anInfo);
+    anInfo.Set(kezInfo_Container, kContainer_Ogg, true);
+    anInfo.Set(kezInfo_AudioTrackCount, aLink.Count(OggRole::Sound), true);
+    if (length / kMilli != 0 && length <= kSound_MaxSeconds * kMicro) { // more is no recording
+        anInfo.SetDuration(length / kMilli, aLength.GetMethod());
     }
 }
 
@@ -115,19 +86,24 @@ bool OggParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (magic != kMagic) {
         return Refuse(Cause::Malformed, "begins with %08X", unsigned{magic});
     }
-    const OggLink link(reader);
-    const OggStream* const sound = link.GetSound();
-    const OggStream* const video = link.GetVideo();
-    if (sound == nullptr && video == nullptr) {
+    OggLink link(reader);
+    if (link.GetSound() == nullptr && link.GetVideo() == nullptr) {
         return link.GetHeadEnd() == 0 ? RefuseCut(aBytes, "the end of the first page")
                                       : Refuse(Cause::Unsupported, "no stream of sound or video");
     }
     const CodePage codePage(GetTextCodePage());
+    std::optional<FilmFacts> film;
+    if (link.GetVideo() != nullptr) {
+        aBytes.Load(link.GetHeadEnd(), kOgg_FrontSize);
+        link.ReadFrames(aBytes);
+        film = OggFilm_Read(aBytes, link, codePage);
+    }
     MusicTexts texts;
     CoverFacts cover;
-    TakeComments(aBytes, link, sound, codePage, texts, cover);
-    TakeComments(aBytes, link, video, codePage, texts, cover);
+    TakeComments(aBytes, link, link.GetSound(), codePage, texts, cover);
+    TakeComments(aBytes, link, link.GetVideo(), codePage, texts, cover);
     OggLength length(aBytes, link);
+    length.ReadStart();
     if (aBytes.GetSize()) {
         length.Measure();
     }
@@ -135,7 +111,12 @@ bool OggParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (aBytes.HasLostBytes()) {
         return RefuseCut(aBytes, "all that tells the length");
     }
-    Store(aBytes, link, length, anInfo);
+    if (film && !length.IsStill()) {
+        OggFilm_Store(*film, length, anInfo);
+        texts.mLanguages = ezCString(); // those of the tracks are told
+    } else {
+        StoreSong(aBytes, link, length, anInfo);
+    }
     texts.Store(anInfo);
     cover.Store(anInfo);
     return true;

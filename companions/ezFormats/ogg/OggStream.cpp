@@ -1,20 +1,23 @@
 #include "ezFormats/ogg/OggStream.h"
 
+#include "ezFormats/ogg/OGMStream.h"
 #include "ezFormats/ogg/OggLimits.h"
 
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/detail/MediaNumbers.h"
+#include "ezFormats/tags/LanguageTags.h"
 
 #include "ezBytes/ByteReader.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace {
 
 constexpr std::uint32_t kOpusRate = 48000; // whatever rate the encoder was given
-constexpr std::uint64_t kUnits = 10000000; // of OGM's times in a second
+constexpr std::uint64_t kMicro = 1000000;
 
 /// A number with a sign, of which what is not positive says nothing.
 std::uint32_t ReadPositive(ByteReader& aReader) {
@@ -24,10 +27,11 @@ std::uint32_t ReadPositive(ByteReader& aReader) {
 
 void ReadVorbis(ByteReader aPacket, OggStream& aStream) {
     const VorbisHeader header = ReadVorbisHeader(aPacket);
-    aStream.mChannels = header.mChannels;
-    aStream.mSamplingRate = header.mSamplingRate;
-    aStream.mMaxBitRate = header.mMaxBitRate;
-    aStream.mBitRate = header.mBitRate;
+    aStream.mSound.mChannels = header.mChannels;
+    aStream.mSound.mSamplingRate = header.mSamplingRate;
+    aStream.mSound.mMaxBitRate = header.mMaxBitRate;
+    aStream.mSound.mBitRate = header.mBitRate;
+    aStream.mSound.mEstimatedBitRate = header.mBitRate != 0 ? 0 : header.mNominalBitRate;
     aStream.mPacketSamples = header.mPacketSamples;
     aStream.mTicks = header.mSamplingRate;
 }
@@ -37,10 +41,10 @@ void ReadOpus(ByteReader aPacket, OggStream& aStream) {
     constexpr unsigned kKnownVersions = 16;
     aPacket.Skip(8);
     aPacket.Require(aPacket.ReadByte() < kKnownVersions);
-    aStream.mChannels = aPacket.ReadByte();
+    aStream.mSound.mChannels = aPacket.ReadByte();
     aStream.mPreSkip = static_cast<std::uint32_t>(aPacket.ReadLittle(2));
-    aStream.mSamplingRate = aPacket.HasFailed() ? 0 : kOpusRate;
-    aStream.mTicks = aStream.mSamplingRate;
+    aStream.mSound.mSamplingRate = aPacket.HasFailed() ? 0 : kOpusRate;
+    aStream.mTicks = aStream.mSound.mSamplingRate;
 }
 
 /// FLAC in Ogg: a version, the number of packets of metadata, and what a file of FLAC begins with.
@@ -48,9 +52,9 @@ void ReadFLAC(ByteReader aPacket, OggStream& aStream) {
     aPacket.Skip(9);
     aPacket.Require(aPacket.ReadText(4) == "fLaC");
     const FLACStreamInfo info = ReadFLACStreamInfo(aPacket);
-    aStream.mChannels = info.mChannels;
-    aStream.mSamplingRate = info.mSamplingRate;
-    aStream.mBitsPerSample = info.mBitsPerSample;
+    aStream.mSound.mChannels = info.mChannels;
+    aStream.mSound.mSamplingRate = info.mSamplingRate;
+    aStream.mSound.mBitsPerSample = info.mBitsPerSample;
     aStream.mSamples = info.mSamples;
     aStream.mPacketSamples = info.mMaxBlockSize;
     aStream.mTicks = info.mSamplingRate;
@@ -58,66 +62,89 @@ void ReadFLAC(ByteReader aPacket, OggStream& aStream) {
 
 void ReadSpeex(ByteReader aPacket, OggStream& aStream) {
     aPacket.Skip(36);
-    aStream.mSamplingRate = ReadPositive(aPacket);
+    aStream.mSound.mSamplingRate = ReadPositive(aPacket);
     aPacket.Skip(8); // mode, version of its bit stream
-    aStream.mChannels = ReadPositive(aPacket);
+    aStream.mSound.mChannels = ReadPositive(aPacket);
     const std::uint32_t rate = ReadPositive(aPacket);
     const std::uint32_t frame = std::min(ReadPositive(aPacket), kOgg_MaxSpeexSamples);
     const bool fVariable = aPacket.ReadLittle32() != 0;
     const std::uint32_t frames = std::min(ReadPositive(aPacket), kOgg_MaxSpeexFrames);
     if (aPacket.HasFailed()) {
-        aStream.mSamplingRate = 0;
+        aStream.mSound.mSamplingRate = 0;
     }
-    aStream.mBitRate = fVariable ? 0 : rate;
+    aStream.mSound.mBitRate = fVariable ? 0 : rate;
     aStream.mPacketSamples = frame * std::max(frames, 1U);
-    aStream.mTicks = aStream.mSamplingRate;
+    aStream.mTicks = aStream.mSound.mSamplingRate;
 }
 
-/// Theora, 6.2.
 void ReadTheora(ByteReader aPacket, OggStream& aStream) {
-    aPacket.Skip(22);
-    aStream.mTicks = aPacket.ReadBig32();
-    aStream.mSeconds = aPacket.ReadBig32();
-    aPacket.Skip(10); // shape of a pixel, colours, rate
-    aStream.mKeyShift = static_cast<unsigned>(aPacket.ReadBig(2) >> 5U & 0x1FU);
+    std::array<unsigned char, 42> header = {};
+    if (!aPacket.Read(header.data(), header.size())) {
+        return;
+    }
+    if (const auto read = TheoraHeader_Read(header.data(), header.size())) {
+        aStream.mVideo = read->mVideo;
+        aStream.mTheora = read->mClock;
+        aStream.mTicks = read->mClock.mRate;
+        aStream.mSeconds = read->mClock.mRateDivisor;
+        aStream.mPacketSamples = 1;
+    }
+}
+
+/// The mapping of VP8 to Ogg: a size, the shape of a pixel, a rate.
+void ReadVP8(ByteReader aPacket, OggStream& aStream) {
+    aPacket.Skip(6);
+    aPacket.Require(aPacket.ReadByte() == 1); // major version
+    aPacket.Skip(1);
+    const auto width = static_cast<std::uint32_t>(aPacket.ReadBig(2));
+    const auto height = static_cast<std::uint32_t>(aPacket.ReadBig(2));
+    const std::uint64_t pixelWidth = aPacket.ReadBig(3);
+    const std::uint64_t pixelHeight = aPacket.ReadBig(3);
+    const std::uint32_t rate = aPacket.ReadBig32();
+    const std::uint32_t divisor = aPacket.ReadBig32();
     if (aPacket.HasFailed()) {
-        aStream.mTicks = 0;
+        return;
     }
+    VideoFacts& facts = aStream.mVideo;
+    facts.mWidth = height != 0 ? width : 0;
+    facts.mHeight = width != 0 ? height : 0;
+    facts.mPixelAspect = VideoRatio::Of(pixelWidth, pixelHeight);
+    facts.mFrameRate = VideoClock_FrameRate(divisor, rate);
+    facts.mScan = kScan_Progressive;
+    facts.mBitDepth = 8;
+    facts.mColours = "4:2:0";
+    aStream.mTicks = rate;
+    aStream.mSeconds = divisor;
+    aStream.mPacketSamples = 1;
 }
 
-/// Sound and video of OGM, which have the headers of DirectShow: so many samples in so many units.
-void ReadOGM(ByteReader aPacket, OggStream& aStream) {
-    constexpr std::uint64_t kLargest = UINT32_MAX;
-    aPacket.Skip(17);
-    aStream.mSeconds = aPacket.ReadLittle(8);
-    aStream.mTicks = aPacket.ReadLittle(8);
-    if (aPacket.HasFailed() || aStream.mTicks > kLargest || aStream.mSeconds > kLargest) {
-        aStream.mTicks = 0;
-    }
-    aStream.mTicks *= kUnits;
+/// Kate: a language of 15 letters.
+void ReadKate(ByteReader aPacket, OggStream& aStream) {
+    constexpr std::size_t kLanguageSize = 16;
+    aPacket.Skip(32);
+    AddLanguages(aStream.mLanguages, aPacket.ReadZeroTerminated(kLanguageSize).View());
 }
 
-void ReadOGMSound(ByteReader aPacket, OggStream& aStream) {
-    struct Format {
-        std::string_view mTag; ///< of waves, in hexadecimal digits
-        const char* mCodec;
-    };
-    constexpr Format kFormats[] = {{"0001", "LPCM"}, {"0050", "MP2"}, {"0055", "MP3"},
-                                   {"00FF", "AAC"},  {"00ff", "AAC"}, {"2000", "AC3"}};
-    ReadOGM(aPacket, aStream);
-    aStream.mSamplingRate = static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(MediaNumber_Scale(aStream.mTicks, 1, aStream.mSeconds), UINT32_MAX));
-    aPacket.Skip(9);
-    const ezCString tag = aPacket.ReadText(4);
-    for (const Format& format : kFormats) {
-        aStream.mCodec = format.mTag == tag.View() ? format.mCodec : aStream.mCodec;
-    }
-    aPacket.Skip(32); // size, unit, samples, length, buffer, bits
-    aStream.mChannels = static_cast<std::uint32_t>(aPacket.ReadLittle(2));
+/// Microseconds of a number of seconds that is two numbers with signs, one by the other; 0 where it is not
+/// positive.
+std::uint64_t ReadSeconds(ByteReader& aReader) {
+    const std::uint64_t top = aReader.ReadLittle(8);
+    const std::uint64_t bottom = aReader.ReadLittle(8);
+    return top <= INT64_MAX ? MediaNumber_Scale(top, kMicro, bottom) : 0;
+}
+
+/// Skeleton: when the first of the file is shown, and when positions of 0 are. What stands before that was
+/// kept for decoders to begin with.
+void ReadSkeleton(ByteReader aPacket, OggStream& aStream) {
+    aPacket.Skip(12);
+    const std::uint64_t shown = ReadSeconds(aPacket);
+    const std::uint64_t base = ReadSeconds(aPacket);
+    aStream.mPresented = aPacket.HasFailed() ? 0 : shown - std::min(shown, base);
 }
 
 void ReadNothing(ByteReader /*aPacket*/, OggStream& /*aStream*/) {}
 
+/// What is told by each kind of first packet, and the codec where that names it.
 struct Reading {
     OggKind mKind;
     const char* mCodec;
@@ -126,35 +153,47 @@ struct Reading {
 constexpr Reading kReadings[] = {
     {OggKind::Vorbis, "Vorbis", ReadVorbis}, {OggKind::Opus, "Opus", ReadOpus},
     {OggKind::FLAC, "FLAC", ReadFLAC},       {OggKind::Speex, "Speex", ReadSpeex},
-    {OggKind::Theora, "Theora", ReadTheora}, {OggKind::OGMSound, "", ReadOGMSound},
-    {OggKind::OGMVideo, "", ReadOGM},        {OggKind::OtherVideo, "", ReadNothing},
+    {OggKind::OGMSound, "", OGMSound_Read},  {OggKind::Theora, "Theora", ReadTheora},
+    {OggKind::OGMVideo, "", OGMVideo_Read},  {OggKind::VP8, "VP8", ReadVP8},
+    {OggKind::Dirac, "Dirac", ReadNothing},  {OggKind::Daala, "Daala", ReadNothing},
+    {OggKind::Kate, "", ReadKate},           {OggKind::Skeleton, "", ReadSkeleton},
 };
 
 } // namespace
 
-std::uint64_t OggStream::TimeOf(std::uint64_t aGranule) const {
-    constexpr std::uint64_t kMicroseconds = 1000000;
-    std::uint64_t count = aGranule - std::min<std::uint64_t>(aGranule, mPreSkip);
-    if (mKeyShift != 0) {
-        count = (aGranule >> mKeyShift) + (aGranule & ((std::uint64_t{1} << mKeyShift) - 1));
-    }
-    return MediaNumber_Scale(count, mSeconds * kMicroseconds, mTicks);
+bool OggStream::IsOGM() const {
+    return mMark != nullptr && (mMark->mKind == OggKind::OGMSound || mMark->mKind == OggKind::OGMVideo);
+}
+
+std::uint64_t OggStream::CountAt(std::uint64_t aGranule) const {
+    constexpr unsigned kVP8Shift = 32; // below it: what the decoder may begin with
+    return mMark->mKind == OggKind::Theora ? mTheora.CountPictures(aGranule)
+           : mMark->mKind == OggKind::VP8  ? aGranule >> kVP8Shift
+           : IsOGM()                       ? aGranule + mPacketSamples
+                                           : aGranule;
+}
+
+std::uint64_t OggStream::TimeOf(std::uint64_t aCount) const {
+    const std::uint64_t count = aCount - std::min<std::uint64_t>(aCount, mPreSkip);
+    return MediaNumber_Scale(count, mSeconds * kMicro, mTicks);
 }
 
 OggStream ReadOggStream(const ByteReader& aPacket, std::uint32_t aSerial) {
     OggStream stream;
     stream.mSerial = aSerial;
     const OggMark* const mark = FindOggMark(aPacket);
+    if (mark == nullptr) {
+        return stream;
+    }
     for (const Reading& reading : kReadings) {
-        if (mark != nullptr && reading.mKind == mark->mKind) {
-            stream.mCodec = reading.mCodec;
+        if (reading.mKind == mark->mKind) {
+            (mark->mRole == OggRole::Video ? stream.mVideo.mCodec : stream.mSound.mCodec) = reading.mCodec;
             reading.mRead(aPacket, stream);
         }
     }
-    const bool fSound = mark != nullptr && !OggKind_IsVideo(mark->mKind);
-    if (!fSound || (stream.mSamplingRate != 0 && stream.mChannels != 0)) {
-        stream.mMark = mark;
-    }
+    stream.mTicks = stream.mSeconds != 0 ? stream.mTicks : 0;
+    const bool fHeard = stream.mSound.mSamplingRate != 0 && stream.mSound.mChannels != 0;
+    stream.mMark = mark->mRole != OggRole::Sound || fHeard ? mark : nullptr;
     return stream;
 }
 

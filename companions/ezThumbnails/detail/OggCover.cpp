@@ -28,8 +28,8 @@ Streams ReadStreams(ByteReader& aFile, std::uint32_t& aPagesLeft) {
     for (; aPagesLeft != 0 && ReadOggPage(next, &page, &body) && page.mfBegins; --aPagesLeft) {
         const OggMark* const mark = FindOggMark(body);
         aFile = next;
-        if (mark != nullptr) {
-            Stream& stream = OggKind_IsVideo(mark->mKind) ? streams.mVideo : streams.mSound;
+        if (mark != nullptr && (mark->mRole == OggRole::Sound || mark->mRole == OggRole::Video)) {
+            Stream& stream = mark->mRole == OggRole::Video ? streams.mVideo : streams.mSound;
             stream = stream.mMark == nullptr ? Stream{mark, page.mSerial} : stream;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "companions/ezFormats/codecs/TheoraBytes.h"
 #include "companions/ezFormats/flac/FLACBytes.h"
 
 #include "support/CommentBytes.h"
@@ -18,6 +19,7 @@ using namespace std::string_literals;
 
 constexpr unsigned kFirst = 2;
 constexpr unsigned kGoesOn = 1;
+constexpr unsigned kLast = 4;
 constexpr std::uint64_t kNoGranule = UINT64_MAX;
 
 using Packets = std::vector<std::string>;
@@ -70,16 +72,39 @@ inline std::string SpeexHead(std::uint32_t aRate = 16000, std::uint32_t aChannel
            Little(4) + Little(aChannels) + Little(aBitRate) + Little(320) + Little(afVariable ? 1 : 0) +
            Little(1) + Little(0, 12);
 }
-/// 25 pictures a second; the last six bits of a position count from the last key picture.
-inline std::string TheoraHead(std::uint32_t aRate = 25, std::uint32_t aScale = 1) {
-    return "\x80theora\3\2\1" + Big(10, 2) + Big(10, 2) + std::string(8, '\0') + Big(aRate, 4) +
-           Big(aScale, 4) + std::string(10, '\0') + Big(6U << 5U, 2);
+/// Of 320x240, 25 pictures a second; the last six bits of a position count from the last key picture.
+inline std::string Theora(std::uint32_t aRate = 25, std::uint32_t aScale = 1) {
+    TheoraHead head;
+    head.mRate = aRate;
+    head.mRateDivisor = aScale;
+    return head.Bytes();
 }
-/// Of OGM: so many samples in so many units of 100 ns.
+/// Of OGM: so many samples in so many units of 100 ns, packets of a default length in samples; and what
+/// tells of the kind.
 inline std::string OGMHead(const std::string& aType, const std::string& aTag, std::uint64_t aUnit,
-                           std::uint64_t aSamples) {
-    return "\x01" + aType + "\0\0\0"s + aTag + Little(56) + Little(aUnit, 8) + Little(aSamples, 8) +
-           std::string(12, '\0') + Little(2, 2) + std::string(10, '\0');
+                           std::uint64_t aSamples, unsigned aLength = 0, const std::string& aRest = "") {
+    const std::string rest = aRest.empty() ? Little(2, 2) + std::string(10, '\0') : aRest;
+    return "\x01" + aType + std::string(8 - aType.size(), '\0') + aTag + Little(56) + Little(aUnit, 8) +
+           Little(aSamples, 8) + Little(aLength) + Little(0) + Little(16) + rest;
+}
+/// A packet of OGM that holds a frame, its length in no bytes.
+inline std::string OGMFrame(const std::string& aFrame) {
+    return std::string(1, '\0') + aFrame;
+}
+/// The mapping of VP8.
+inline std::string VP8Head(unsigned aWidth = 320, unsigned aHeight = 240, std::uint32_t aRate = 25,
+                           std::uint32_t aDivisor = 1, unsigned aVersion = 1) {
+    return "OVP80\1" + Big(aVersion, 1) + Big(0, 1) + Big(aWidth, 2) + Big(aHeight, 2) + Big(12, 3) +
+           Big(11, 3) + Big(aRate, 4) + Big(aDivisor, 4);
+}
+inline std::string KateHead(const std::string& aLanguage) {
+    return "\x80kate\0\0\0\0"s + std::string(23, '\0') + aLanguage +
+           std::string(16 - aLanguage.size(), '\0') + std::string(16, '\0');
+}
+/// Skeleton: the first that is shown, and where positions count from, both in milliseconds.
+inline std::string SkeletonHead(std::uint64_t aShown, std::uint64_t aBase = 0) {
+    return "fishead\0\4\0\0\0"s + Little(aShown, 8) + Little(1000, 8) + Little(aBase, 8) + Little(1000, 8) +
+           std::string(36, '\0');
 }
 
 // ---- files ----

@@ -168,5 +168,8 @@ ez_add_door(ezThumbnails_inside picture
     companions/ezThumbnails/PictureThumbnailGenerator.cpp)
 
 set(TOOL tools/ezannounce)
+set(HOSTING companions/ezHosting/detail)
+ez_add_door(ezHosting_inside subtitle_content ${HOSTING}/SubtitleContent.cpp ${HOSTING}/SubtitleMarkup.cpp)
+ez_add_door(ezHosting_inside subtitle_name ${HOSTING}/SubtitleName.cpp ${HOSTING}/LanguageNames.cpp)
 ez_add_door(ezannounce_inside tool_mapper_check ${TOOL}/mapper/MapperCheck.cpp)
 ez_add_door(ezannounce_inside tool_text ${TOOL}/output/Columns.cpp ${TOOL}/playlist/PlaylistBeginning.cpp ${TOOL}/output/SafeText.cpp)

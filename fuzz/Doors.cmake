@@ -59,17 +59,22 @@ ez_add_door(ezFormats_inside es_h264 ${FORMATS}/elementary/H264EltStreamParser.c
     ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_h265 ${FORMATS}/elementary/H265EltStreamParser.cpp ${FORMATS}/codecs/H265Headers.cpp
     ${FORMATS}/codecs/H265SetParts.cpp ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_mpeg4 ${FORMATS}/elementary/MPEG4EltStreamParser.cpp ${FORMATS}/codecs/MPEG4Headers.cpp
+    ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
 ez_add_door(ezFormats_inside es_mpeg_audio
     ${FORMATS}/elementary/MPEGAudioEltStreamParser.cpp ${FORMATS}/codecs/MPEGAudioHeader.cpp ${FRAME_CHAIN})
 ez_add_door(ezFormats_inside es_mpeg_video
     ${FORMATS}/elementary/MPEGVideoEltStreamParser.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp ${START_CODE})
-ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp)
+ez_add_door(ezFormats_inside es_vc1 ${FORMATS}/elementary/VC1EltStreamParser.cpp ${FORMATS}/codecs/VC1Headers.cpp
+    ${FORMATS}/elementary/CodedVideoRecord.cpp ${START_CODE})
+ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp ${FORMATS}/elementary/VideoCandidates.cpp)
 
 # Readers of a codec's headers, as containers of films hand them on.
 set(FACTS ${FORMATS}/codecs/DynamicRange.cpp)
 ez_add_door(ezFormats_inside codec_av1 ${FORMATS}/codecs/AV1Video.cpp ${FACTS})
 ez_add_door(ezFormats_inside codec_h263 ${FORMATS}/codecs/H263Video.cpp ${FORMATS}/codecs/VP6Video.cpp)
 ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
+ez_add_door(ezFormats_inside codec_mpeg4 ${FORMATS}/codecs/MPEG4Visual.cpp ${FORMATS}/codecs/MPEG4Headers.cpp)
 ez_add_door(ezFormats_inside codec_theora ${FORMATS}/codecs/TheoraHeader.cpp ${FORMATS}/codecs/XiphLacing.cpp)
 ez_add_door(ezFormats_inside codec_vpx ${FORMATS}/codecs/VPXVideo.cpp ${FACTS})
 

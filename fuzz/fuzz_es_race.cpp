@@ -11,8 +11,10 @@
 #include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
 #include "ezFormats/elementary/H265EltStreamParser.h"
+#include "ezFormats/elementary/MPEG4EltStreamParser.h"
 #include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
 #include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
+#include "ezFormats/elementary/VC1EltStreamParser.h"
 #include "ezPlatform/media/MediaInfo.h"
 
 #include <algorithm>
@@ -46,6 +48,8 @@ public:
         Add(new H264EltStreamParser);
         Add(new H265EltStreamParser);
         Add(new MPEGVideoEltStreamParser);
+        Add(new VC1EltStreamParser);
+        Add(new MPEG4EltStreamParser);
         Add(new AC3EltStreamParser);
         Add(new EAC3EltStreamParser);
         Add(new ADTSEltStreamParser);

@@ -38,7 +38,8 @@ class ezMediaParserManager;
     FORMAT(dts, DTSParser)                                                                                   \
     FORMAT(mlp, MLPParser)                                                                                   \
     FORMAT(amr, AMRParser)                                                                                   \
-    FORMAT(ps, PSParser)
+    FORMAT(ps, PSParser)                                                                                     \
+    FORMAT(videoes, VideoESParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

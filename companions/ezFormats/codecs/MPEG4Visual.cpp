@@ -1,6 +1,6 @@
 #include "ezFormats/codecs/MPEG4Visual.h"
 
-#include "ezBytes/BitReader.h"
+#include "ezFormats/codecs/MPEG4Headers.h"
 
 #include <algorithm>
 #include <array>
@@ -10,18 +10,6 @@ namespace {
 
 // Clauses are those of ISO/IEC 14496-2.
 
-/// @name Start codes (table 6-3)
-/// @{
-constexpr unsigned kFirstVOL = 0x20;
-constexpr unsigned kLastVOL = 0x2F;
-constexpr unsigned kVisualObjectSequence = 0xB0;
-/// @}
-
-constexpr std::uint32_t kShapeRectangular = 0;
-constexpr std::uint32_t kShapeGrey = 3;
-constexpr std::uint32_t kAspectExtended = 15;
-/// aspect_ratio_info (table 6-12), from 1 on.
-constexpr std::array<VideoRatio, 5> kPixels = {{{1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}}};
 constexpr const char* kNBit = "N-bit"; ///< the profile whose samples need not have 8 bits
 
 struct ProfileAndLevel {
@@ -66,80 +54,14 @@ void ReadSequence(unsigned aCode, VideoFacts& aFacts) {
     }
 }
 
-/// Bits of a time below so many ticks, at least one.
-unsigned BitsFor(std::uint32_t aCount) {
-    unsigned bits = 1;
-    while (aCount > 1U << bits) {
-        ++bits;
-    }
-    return bits;
-}
-
-/// vol_control_parameters
-void SkipControl(ezBitReader& aBits) {
-    aBits.Skip(2); // chroma_format
-    aBits.Skip(1); // low_delay
-    if (aBits.ReadFlag()) {
-        aBits.Skip(16 + 16); // bit_rate in two halves, a marker_bit after each
-        aBits.Skip(16 + 3);  // vbv_buffer_size
-        aBits.Skip(12 + 16); // vbv_occupancy
-    }
-}
-
-/// aspect_ratio_info, with par_width and par_height where it says so.
-VideoRatio ReadPixelAspect(ezBitReader& aBits) {
-    const std::uint32_t code = aBits.Read(4);
-    if (code == kAspectExtended) {
-        const std::uint32_t width = aBits.Read(8);
-        return VideoRatio::Of(width, aBits.Read(8));
-    }
-    return code >= 1 && code <= kPixels.size() ? kPixels[code - 1] : VideoRatio();
-}
-
-/// Pictures in 1000 seconds; 0 where they may last differently long.
-std::uint32_t ReadFrameRate(ezBitReader& aBits) {
-    aBits.Require(aBits.ReadFlag());                 // marker_bit, here and below
-    const std::uint32_t resolution = aBits.Read(16); // vop_time_increment_resolution
-    aBits.Require(aBits.ReadFlag());
-    if (!aBits.ReadFlag()) { // fixed_vop_rate
-        return 0;
-    }
-    return VideoClock_FrameRate(aBits.Read(BitsFor(resolution)), resolution); // fixed_vop_time_increment
-}
-
-/// VideoObjectLayer (6.2.3); aBytes stand after the start code.
-void ReadVOL(const unsigned char* aBytes, std::size_t aSize, VideoFacts& aFacts) {
-    ezBitReader bits(aBytes, 8 * aSize);
-    bits.Skip(1); // random_accessible_vol
-    bits.Skip(8); // video_object_type_indication
-    std::uint32_t verid = 1;
-    if (bits.ReadFlag()) { // is_object_layer_identifier
-        verid = bits.Read(4);
-        bits.Skip(3); // video_object_layer_priority
-    }
-    const VideoRatio pixel = ReadPixelAspect(bits);
-    if (bits.ReadFlag()) {
-        SkipControl(bits);
-    }
-    const std::uint32_t shape = bits.Read(2);
-    bits.Skip(shape == kShapeGrey && verid != 1 ? 4 : 0); // video_object_layer_shape_extension
-    const std::uint32_t frameRate = ReadFrameRate(bits);
-    bits.Require(shape == kShapeRectangular);
-    bits.Require(bits.ReadFlag());
-    const std::uint32_t width = bits.Read(13);
-    bits.Require(bits.ReadFlag());
-    const std::uint32_t height = bits.Read(13);
-    bits.Require(bits.ReadFlag());
-    const bool fInterlaced = bits.ReadFlag();
-    if (bits.Require(width != 0 && height != 0)) {
-        aFacts.mWidth = width;
-        aFacts.mHeight = height;
-        aFacts.mPixelAspect = pixel;
-        aFacts.mFrameRate = frameRate;
-        aFacts.mScan = fInterlaced ? kScan_Interlaced : kScan_Progressive;
-        aFacts.mBitDepth = aFacts.mProfile == kNBit ? 0 : 8;
-        aFacts.mColours = "4:2:0";
-    }
+void TakeLayer(const ezMPEG4Layer& aLayer, VideoFacts& aFacts) {
+    aFacts.mWidth = aLayer.mWidth;
+    aFacts.mHeight = aLayer.mHeight;
+    aFacts.mPixelAspect = aLayer.mPixelAspect;
+    aFacts.mFrameRate = aLayer.mFrameRate;
+    aFacts.mScan = aLayer.mfInterlaced ? kScan_Interlaced : kScan_Progressive;
+    aFacts.mBitDepth = aFacts.mProfile == kNBit ? 0 : 8;
+    aFacts.mColours = "4:2:0";
 }
 
 } // namespace
@@ -150,13 +72,14 @@ std::optional<VideoFacts> MPEG4Visual_Read(const unsigned char* aBytes, std::siz
     for (std::size_t i = 0; i + 4 < aSize; ++i) {
         const bool fStart = aBytes[i] == 0 && aBytes[i + 1] == 0 && aBytes[i + 2] == 1;
         const unsigned code = aBytes[i + 3];
-        const bool fLayer = fStart && code >= kFirstVOL && code <= kLastVOL;
-        fFound = fFound || fLayer || (fStart && code == kVisualObjectSequence);
-        if (fLayer) {
-            ReadVOL(aBytes + i + 4, aSize - i - 4, facts);
-            break;
+        const bool fLayer = fStart && ezMPEG4Code_IsLayer(code);
+        fFound = fFound || fLayer || (fStart && code == kMPEG4_Sequence);
+        ezMPEG4Layer layer;
+        if (fLayer && ezMPEG4Layer_Read(aBytes + i + 4, aSize - i - 4, layer)) {
+            TakeLayer(layer, facts);
+            break; // of one that is damaged the next may tell
         }
-        if (fStart && code == kVisualObjectSequence) {
+        if (fStart && code == kMPEG4_Sequence) {
             ReadSequence(aBytes[i + 4], facts);
         }
     }

@@ -15,6 +15,8 @@ inline constexpr std::uint8_t kVC1_Field = 0x0C;
 inline constexpr std::uint8_t kVC1_Frame = 0x0D;
 inline constexpr std::uint8_t kVC1_EntryPoint = 0x0E;
 inline constexpr std::uint8_t kVC1_Sequence = 0x0F;
+inline constexpr std::uint8_t kVC1_EntryPointUserData = 0x1E;
+inline constexpr std::uint8_t kVC1_SequenceUserData = 0x1F;
 /// @}
 
 /// The most bytes of a header after its code, without emulation prevention: a sequence header with colours

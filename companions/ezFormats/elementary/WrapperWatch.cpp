@@ -56,6 +56,7 @@ void ezWrapperWatch::Comb<Period>::Feed(unsigned char aByte) {
 void ezWrapperWatch::Feed(unsigned char aByte) {
     mTransport.Feed(aByte);
     mTimedTransport.Feed(aByte);
+    mCheckedTransport.Feed(aByte);
     FeedProgram(aByte);
 }
 

@@ -16,7 +16,8 @@ public:
     void Feed(unsigned char aByte);
     void Feed(const unsigned char* aBytes, std::size_t aSize);
     bool IsWrapped() const {
-        return mTransport.mLiveCount != 0 || mTimedTransport.mLiveCount != 0 || mfInPack;
+        return mTransport.mLiveCount != 0 || mTimedTransport.mLiveCount != 0 ||
+               mCheckedTransport.mLiveCount != 0 || mfInPack;
     }
 
 private:
@@ -37,7 +38,8 @@ private:
     void Leave();
 
     Comb<188> mTransport;
-    Comb<192> mTimedTransport; ///< with a time stamp of four bytes before each packet
+    Comb<192> mTimedTransport;   ///< with a time stamp of four bytes before each packet
+    Comb<204> mCheckedTransport; ///< with a check sum of sixteen bytes after each packet
     State mState = kOutside;
     bool mfInPack = false;   ///< after a pack header, in order ever since
     std::uint32_t mWord = 0; ///< the last four bytes

@@ -126,7 +126,8 @@ const char* OtherFormatAt(MediaBytes& aBytes, std::uint64_t aPosition) {
             return mark.mFormat;
         }
     }
-    if (IsTransportStream(aBytes, aPosition, 188) || IsTransportStream(aBytes, aPosition + 4, 192)) {
+    if (IsTransportStream(aBytes, aPosition, 188) || IsTransportStream(aBytes, aPosition + 4, 192) ||
+        IsTransportStream(aBytes, aPosition, 204)) {
         return "transport stream";
     }
     return IsADTS(aBytes, aPosition) ? "ADTS" : nullptr;

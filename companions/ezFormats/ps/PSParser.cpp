@@ -5,7 +5,6 @@
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/FilmRecord.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/mpegsystem/StreamVideo.h"
 #include "ezFormats/ps/CDXA.h"
 #include "ezFormats/ps/PSBytes.h"
 #include "ezFormats/ps/PSLength.h"
@@ -28,14 +27,6 @@ bool IsPackAt(ByteReader aBytes) {
     return aBytes.Read(bytes.data(), kSize) && PackHeader_Read(bytes.data(), kSize, header);
 }
 
-/// The sequence header with which a stream of MPEG video begins.
-bool IsSequenceAt(ByteReader aBytes) {
-    std::array<unsigned char, kMPEGVideo_MinSequenceSize> bytes = {};
-    ezMPEGSequence sequence;
-    return aBytes.ReadBig32() == kSequenceCode && aBytes.Read(bytes.data(), bytes.size()) &&
-           (bytes[7] & 3U) == 0 && ezMPEGSequence_ReadHeader(bytes.data(), bytes.size(), sequence);
-}
-
 bool IsInSectorsAt(ByteReader aBytes) {
     const bool fDisc = IsCDXA(aBytes);
     aBytes.Skip(kCDXA_HeaderSize + kCDXA_HeadSize);
@@ -45,33 +36,15 @@ bool IsInSectorsAt(ByteReader aBytes) {
 } // namespace
 
 bool PSParser::IsAt(ByteReader aBytes) {
-    return IsPackAt(aBytes) || IsSequenceAt(aBytes) || IsInSectorsAt(aBytes);
+    return IsPackAt(aBytes) || IsInSectorsAt(aBytes);
 }
 
 bool PSParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
-    const ByteReader start(aBytes);
-    if (IsSequenceAt(start)) {
-        return ReadVideoAlone(aBytes, anInfo);
+    if (ByteReader(aBytes).ReadBig32() == kSequenceCode) { // its slices may look like packets
+        return Refuse(Cause::Unsupported, "MPEG video without packets");
     }
     PSBytes bytes(aBytes);
     return ReadStream(bytes, anInfo);
-}
-
-/// Nothing in such a stream tells how long it is without looking at all of it.
-bool PSParser::ReadVideoAlone(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
-    PSBytes bytes(aBytes);
-    PSWindow window;
-    if (!window.Read(bytes, 0, bytes.GetWindowSize())) {
-        return RefuseCut(aBytes, "the sequence header");
-    }
-    FilmFacts film;
-    film.mVideo = ReadStreamVideo(StreamCodec::MPEGVideo, window.mBytes, window.mSize);
-    if (!film.mVideo.has_value()) {
-        return RefuseCut(aBytes, "a picture");
-    }
-    film.mSize = aBytes.GetSize();
-    film.Store(anInfo);
-    return true;
 }
 
 bool PSParser::ReadStream(PSBytes& aBytes, ezMediaInfo& anInfo) const {

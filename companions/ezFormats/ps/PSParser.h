@@ -12,8 +12,7 @@ class PSBytes;
 
 /// MPEG program streams (ISO/IEC 13818-1, 2.5) and system streams of MPEG-1 (ISO/IEC 11172-1), as computers,
 /// DVDs, camcorders and recorders write them, and within the sectors of a video CD: the track of pictures and
-/// the one of sound that play first, how many there are, and the length. A stream of MPEG video without a
-/// container is told without a length.
+/// the one of sound that play first, how many there are, and the length.
 ///
 /// A parse reads the first 8 KiB, 240 KiB from the start and the end each, and 32 KiB of the middle; more
 /// where sound begins late, where the end has no time stamps, and of a file whose clock begins anew. Of a
@@ -34,8 +33,6 @@ public:
           {"video/mpeg", "video/x-mpeg", "video/mpg", "video/mp2p"},
           kezUPnPClass_VideoItem,
           {}},
-         {"m1v", {"m1v"}, {"video/mpeg", "video/mpeg1"}, kezUPnPClass_VideoItem, {"mpg"}},
-         {"m2v", {"m2v", "mp2v", "mpv"}, {"video/mpeg", "video/mpeg2"}, kezUPnPClass_VideoItem, {"mpg"}},
          {"vob",
           {"vob", "evo"},
           {"video/mpeg", "video/dvd", "video/x-ms-vob"},
@@ -68,6 +65,5 @@ protected:
     bool ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) override;
 
 private:
-    bool ReadVideoAlone(MediaBytes& aBytes, ezMediaInfo& anInfo) const;
     bool ReadStream(PSBytes& aBytes, ezMediaInfo& anInfo) const;
 };

@@ -4,10 +4,13 @@
 #include "ezFormats/elementary/EAC3EltStreamParser.h"
 #include "ezFormats/elementary/H264EltStreamParser.h"
 #include "ezFormats/elementary/H265EltStreamParser.h"
+#include "ezFormats/elementary/MPEG4EltStreamParser.h"
 #include "ezFormats/elementary/MPEGAudioEltStreamParser.h"
 #include "ezFormats/elementary/MPEGVideoEltStreamParser.h"
+#include "ezFormats/elementary/VC1EltStreamParser.h"
 
-#include "companions/ezFormats/elementary/EltStreamKit.h"
+#include "companions/ezFormats/codecs/MPEG4Bytes.h"
+#include "companions/ezFormats/codecs/VC1Bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -315,13 +318,80 @@ TEST(MPEGVideoEltStreamParser, ASearchGoesOnAfterARefusedHeader) {
                                            "he=288\nvc=\"MPEG1\"\nvr=500000\nvt=1\nwi=352\n");
 }
 
+TEST(VC1EltStreamParser, SequenceEntryPointAndFrameAreAStream) {
+    const std::string sequence = vc1::Sequence().Bytes();
+    const std::string entry = vc1::EntryPoint(640, 360);
+    const std::string frame = Hex({0, 0, 1, 0x0D});
+    const std::string ofSequence = vc1::Unit(0x1F, "abc");
+    const std::string ofEntry = vc1::Unit(0x1E, "abc");
+    ExpectRecord<VC1EltStreamParser>(sequence + entry + frame,
+                                     "he=360\nvc=\"VC1\"\nvr=4294967295\nvt=1\nwi=640\n");
+    for (const std::string& stream :
+         {sequence + entry + frame, sequence + ofSequence + ofSequence + entry + ofEntry + frame,
+          sequence + sequence + entry + frame, entry + sequence + entry + frame}) {
+        ExpectDecidedByTheLastByte<VC1EltStreamParser>(stream);
+    }
+    vc1::Sequence simple;
+    simple.mProfile = 1;
+    vc1::Sequence cut;
+    cut.mDisplayWidth = 1280;
+    for (const std::string& stream :
+         {sequence + frame, entry + frame, sequence + entry + entry + frame,
+          sequence + entry + ofSequence + frame, sequence + ofEntry + entry + frame,
+          sequence + entry + Hex({0, 0, 1, 0x0C}) + frame, sequence + Hex({0, 0, 1, 0x0A}) + entry + frame,
+          simple.Bytes() + entry + frame, sequence + vc1::EntryPoint(1282, 720) + frame,
+          cut.Bytes().substr(0, 10) + entry + frame, sequence + Hex({0, 0, 1, 0xE0}) + entry + frame,
+          // As slices of MPEG video come, one after the other.
+          Hex({0, 0, 1, 0x0D}) + Content(20) + Hex({0, 0, 1, 0x0E}) + Content(20) + sequence + frame}) {
+        EXPECT_EQ(StatusOf<VC1EltStreamParser>(stream), kInProgress);
+    }
+}
+
+TEST(MPEG4EltStreamParser, ObjectLayerAndPictureAreAStream) {
+    const std::string object = Hex({0, 0, 1, 5});
+    const std::string layer = mpeg4::Layer().Bytes();
+    const std::string picture = Hex({0, 0, 1, 0xB6});
+    const std::string data = Hex({0, 0, 1, 0xB2, 'a', 'b', 'c'});
+    const std::string group = Hex({0, 0, 1, 0xB3, 0, 0x10, 7});
+    ExpectRecord<MPEG4EltStreamParser>(object + layer + picture,
+                                       "he=288\nvc=\"MPEG4\"\nvr=4294967295\nvt=1\nwi=352\n");
+    for (const std::string& stream :
+         {object + layer + picture, object + Hex({0, 0}) + layer + data + group + data + picture,
+          object + object + layer + picture, layer + object + layer + picture}) {
+        ExpectDecidedByTheLastByte<MPEG4EltStreamParser>(stream);
+    }
+    mpeg4::Layer shapeless;
+    shapeless.mAspect = 0;
+    mpeg4::Layer timeless;
+    timeless.mResolution = 0;
+    timeless.mfFixed = false;
+    std::string typeless = layer;
+    typeless[4] = '\0';
+    typeless[5] = static_cast<char>(typeless[5] & 0x7F);
+    for (const std::string& stream :
+         {layer + picture, object + picture, object + "a" + layer + picture, object + layer + layer + picture,
+          object + data + layer + picture, object + layer + Hex({0, 0, 1, 0xB5, 9}) + picture,
+          object + layer.substr(0, 12) + picture, object + shapeless.Bytes() + picture,
+          object + timeless.Bytes() + picture, object + typeless + picture,
+          object + layer + Hex({0, 0, 1, 0x67}) + picture}) {
+        EXPECT_EQ(StatusOf<MPEG4EltStreamParser>(stream), kInProgress);
+    }
+    mpeg4::Layer controlled;
+    controlled.mfControl = true;
+    controlled.mfIdentifier = true;
+    controlled.mAspect = 15;
+    controlled.mPixelWidth = 12;
+    controlled.mPixelHeight = 11;
+    EXPECT_EQ(StatusOf<MPEG4EltStreamParser>(object + controlled.Bytes() + picture), kCompleted);
+}
+
 namespace {
 
 template <typename Parser>
 class EveryEltStreamParser : public testing::Test {};
-using Parsers =
-    testing::Types<H264EltStreamParser, H265EltStreamParser, MPEGVideoEltStreamParser, AC3EltStreamParser,
-                   EAC3EltStreamParser, ADTSEltStreamParser, MPEGAudioEltStreamParser>;
+using Parsers = testing::Types<H264EltStreamParser, H265EltStreamParser, MPEGVideoEltStreamParser,
+                               VC1EltStreamParser, MPEG4EltStreamParser, AC3EltStreamParser,
+                               EAC3EltStreamParser, ADTSEltStreamParser, MPEGAudioEltStreamParser>;
 
 std::string StreamFor(const std::string& aName) {
     if (aName == "EAC3") {
@@ -330,6 +400,8 @@ std::string StreamFor(const std::string& aName) {
     return ReadSample(aName == "H264"        ? "elementary/harbour-light.h264"
                       : aName == "H265"      ? "elementary/harbour-light.h265"
                       : aName == "MPEGVideo" ? "elementary/harbour-light.m2v"
+                      : aName == "VC1"       ? "elementary/headers-alone.vc1"
+                      : aName == "MPEG4"     ? "elementary/harbour-light.m4e"
                       : aName == "AC3"       ? "elementary/six-corners.ac3"
                       : aName == "ADTS"      ? "music/evening-train.aac"
                                              : "elementary/slow-clock.mp2");

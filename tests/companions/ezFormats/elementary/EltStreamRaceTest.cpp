@@ -12,7 +12,7 @@ constexpr int kCompleted = ezElementaryStreamParser::MSS_COMPLETED;
 constexpr int kInProgress = ezElementaryStreamParser::MSS_IN_PROGRESS;
 constexpr int kFailed = ezElementaryStreamParser::MSS_UNRECOVERABLE_ERROR;
 
-constexpr const char* kAll = "|H264|H265|MPEGVideo|AC3|EAC3|ADTS|MPEGAudio|";
+constexpr const char* kAll = "|H264|H265|MPEGVideo|VC1|MPEG4|AC3|EAC3|ADTS|MPEGAudio|";
 
 unsigned At(const std::string& aBytes, std::size_t anIndex) {
     return static_cast<unsigned char>(aBytes[anIndex]);
@@ -74,6 +74,8 @@ std::size_t LastOffset(const Sample& aSample, const std::string& aBytes) {
     const std::string name = aSample.mName;
     std::vector<std::size_t> headers = name.find(".h264") != std::string::npos   ? Codes(aBytes, '\x67')
                                        : name.find(".h265") != std::string::npos ? Codes(aBytes, '\x40')
+                                       : name.find(".vc1") != std::string::npos  ? Codes(aBytes, '\x0F')
+                                       : name.find(".m4e") != std::string::npos  ? Codes(aBytes, '\0')
                                        : name.find(".m") == std::string::npos    ? std::vector<std::size_t>{}
                                        : name.find("v") == name.size() - 1       ? Codes(aBytes, '\xB3')
                                        : name.find(".mp2") != std::string::npos  ? EqualFrames(aBytes, 576)
@@ -98,6 +100,8 @@ const Sample kSamples[] = {
     {"elementary/harbour-light.m1v", "MPEG1", "he=144\nvc=\"MPEG1\"\nvr=4294967295\nvt=1\nwi=176\n"},
     {"elementary/harbour-light.m2v", "MPEG2",
      "he=288\nmv=500000\nvc=\"MPEG2\"\nvr=4294967295\nvt=1\nwi=352\n"},
+    {"elementary/harbour-light.m4e", "MPEG4", "he=144\nvc=\"MPEG4\"\nvr=4294967295\nvt=1\nwi=176\n"},
+    {"elementary/headers-alone.vc1", "VC1", "he=720\nvc=\"VC1\"\nvr=4294967295\nvt=1\nwi=1280\n"},
     {"elementary/six-corners.ac3", "AC3", "ac=6\nar=384000\nca=\"AC3\"\nsf=48000\nta=1\n"},
     {"elementary/slow-clock.mp2", "MP2", "ac=2\nar=192000\nca=\"MP2\"\nsf=48000\nta=1\n"},
     {"music/evening-train.aac", "AAC", "ac=2\nar=4294967295\nca=\"AAC\"\nsf=44100\nta=1\n"},
@@ -235,6 +239,8 @@ void ExpectNobodyWins(const std::string& aBytes, const std::string& aWhat) {
         remove + "'H264'\n",
         remove + "'H265'\n",
         remove + "'MPEGVideo'\n",
+        remove + "'VC1'\n",
+        remove + "'MPEG4'\n",
         remove + "'AC3'\n",
         remove + "'EAC3'\n",
         remove + "'ADTS'\n",
@@ -266,8 +272,9 @@ TEST(EltStreamRace, BytesThatRepeatThemselvesAreWonByNobody) {
 }
 
 TEST(EltStreamRace, StreamsInAContainerAreWonByNobody) {
-    for (const char* name : {"video/river-ferry.mpg", "video/river-ferry.ts", "conformance/B-MP2PS_N-1.mpg",
-                             "conformance/MPEG_PS_PAL-1.mpg", "conformance/B-MP2TS_SN_I-1.mpg"}) {
+    for (const char* name :
+         {"video/river-ferry.mpg", "video/river-ferry.ts", "conformance/B-MP2PS_N-1.mpg",
+          "conformance/MPEG_PS_PAL-1.mpg", "conformance/B-MP2TS_SN_I-1.mpg", "formats/parity.ts"}) {
         ExpectNobodyWins(UpToTheLimit(ReadSample(name)), name);
     }
 }

@@ -1,6 +1,7 @@
 #include "ezFormats/ps/PSParser.h"
 
 #include "companions/ezFormats/FormatFiles.h"
+#include "companions/ezFormats/codecs/VC1Bytes.h"
 #include "companions/ezFormats/ps/PSKit.h"
 
 #include "support/Samples.h"
@@ -141,6 +142,14 @@ TEST(PSParser, PicturesAreWhatTheMapSaysOrWhatTheyBeginWith) {
     }
 }
 
+TEST(PSParser, PicturesOfVC1TellAllThatTheirHeadersSay) {
+    Film film;
+    film.mVideoStream = 0;
+    film.mHead = Plain(0xFD, Big(0x81, 1) + Big(0x01, 1) + Big(3, 1) + Big(0x0F, 1) + Big(0x81, 1) +
+                                 Big(0x5F, 1) + vc1::Sequence().Bytes() + vc1::EntryPoint() + vc1::Frame(0));
+    EXPECT_EQ(Values(film.Bytes(), {"vc", "vp", "vl", "wi", "he"}), "\"VC1\"|\"Advanced\"|20|1280|720");
+}
+
 TEST(PSParser, ContainerIsThatOfThePacksWhateverLiesInThem) {
     Film film;
     film.mfMPEG1 = true;
@@ -168,10 +177,10 @@ TEST(PSParser, ScrambledTrackIsTheCodecAlone) {
     EXPECT_EQ(Values(film.Bytes(), {"vc", "ca", "ac"}), "\"encrypted:MPEG2\"|\"encrypted:LPCM\"|");
 }
 
-TEST(PSParser, VideoWithoutAContainerHasNoLength) {
-    EXPECT_EQ(Values(MPEG1() + MPEG1(), {"vc", "wi", "he", "fr", "dm", "ct", "cn"}),
-              "\"MPEG1\"|352|288|25000|||\"item.videoItem\"");
-    EXPECT_EQ(Values(MPEG2(), {"vc", "wi", "he", "dr"}), "\"MPEG2\"|720|576|\"16:9\"");
+TEST(PSParser, VideoWithoutAContainerIsLeftToOthers) {
+    const std::string refusal = "PSParser: unsupported: MPEG video without packets";
+    EXPECT_EQ(Values(MPEG1() + Film().Bytes(), {"vc"}), refusal);
+    EXPECT_EQ(Values(MPEG2(), {"vc"}), refusal);
 }
 
 // ---- where a stream begins ----

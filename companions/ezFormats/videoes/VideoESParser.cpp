@@ -1,0 +1,147 @@
+#include "ezFormats/videoes/VideoESParser.h"
+
+#include "ezBytes/ByteReader.h"
+#include "ezFormats/codecs/VC1Video.h"
+#include "ezFormats/detail/FilmRecord.h"
+#include "ezFormats/detail/MediaBytes.h"
+#include "ezFormats/detail/MediaNumbers.h"
+#include "ezFormats/frames/OtherFormat.h"
+#include "ezFormats/videoes/ConstantRate.h"
+#include "ezFormats/videoes/RCVHeader.h"
+#include "ezFormats/videoes/VideoESRace.h"
+
+#include "ezPlatform/base/Checked.h"
+#include "ezPlatform/media/MediaInfo.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t kMicro = 1000000;
+constexpr std::string_view kOurMark = "MPEG video"; ///< as OtherFormatAt names what is read here
+
+/// The bytes from the start on that are buffered after a read of so many.
+std::size_t ReadStart(MediaBytes& aBytes, std::size_t aSize, const unsigned char** aStart) {
+    aBytes.LoadWindow(0, aSize);
+    return std::min(aBytes.Borrow(0, aStart), aSize);
+}
+
+/// By a rate that is stated as a constant one: not too short by what a buffer holds.
+void EstimateLength(FilmFacts& aFilm) {
+    constexpr std::uint64_t kBitMicros = std::uint64_t{8} * kMicro;
+    const std::uint32_t rate = aFilm.mVideo->mBitRate;
+    if (rate != 0 && aFilm.mSize.has_value()) {
+        const std::uint64_t whole = MediaNumber_Scale(*aFilm.mSize, kBitMicros, rate);
+        aFilm.mDuration = MediaNumber_Microseconds(ezSaturating_Add64(whole, kVideoES_BufferTime), kMicro);
+        aFilm.mDurationMethod = "estimate: size and stated rate";
+        aFilm.mDurationBound = 2 * kVideoES_BufferTime;
+    }
+}
+
+/// The length of a stream that states a constant rate; none where its pictures do not keep it.
+/// @param aStart  from the start of the file on; no longer there after that
+void TellLength(MediaBytes& aBytes, const unsigned char* aStart, std::size_t aSize, FilmFacts& aFilm) {
+    const VideoFacts& video = *aFilm.mVideo;
+    const bool fMPEG = video.mCodec == "MPEG1" || video.mCodec == "MPEG2";
+    if (!fMPEG || video.mBitRate == 0 || !aFilm.mSize.has_value()) {
+        EstimateLength(aFilm);
+        return;
+    }
+    ConstantRate rate(video.mBitRate, video.mFrameRate);
+    const std::optional<bool> kept = rate.LookAtStart(aStart, aSize);
+    const std::uint64_t measured = kept.value_or(false) ? rate.Measure(aBytes, *aFilm.mSize) : 0;
+    if (measured != 0) {
+        aFilm.mDuration = MediaNumber_Microseconds(measured, kMicro);
+        aFilm.mDurationMethod = "constant rate";
+    } else if (kept.value_or(true)) {
+        EstimateLength(aFilm);
+    }
+}
+
+} // namespace
+
+/// The head of a file of VC-1; or a start code, before which nothing but zeros stands, and what makes a
+/// stream soon after it.
+bool VideoESParser::IsAt(ByteReader aBytes) {
+    if (RCVHeader_Read(aBytes).has_value()) {
+        return true;
+    }
+    ByteReader head = aBytes;
+    if (head.ReadBig(2) != 0 || head.HasFailed()) {
+        return false;
+    }
+    std::vector<unsigned char> start;
+    bool fBegun = false;
+    while (start.size() < kVideoES_MagicSize) {
+        const unsigned char byte = aBytes.ReadByte();
+        if (aBytes.HasFailed()) {
+            break;
+        }
+        fBegun = fBegun || (byte == 1 && start.size() >= 2);
+        if (!fBegun && byte != 0) {
+            return false;
+        }
+        start.push_back(byte);
+    }
+    return fBegun && VideoESRace().Push(start.data(), start.size()) != nullptr;
+}
+
+bool VideoESParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+    const std::optional<RCVHeader> head = RCVHeader_Read(ByteReader(aBytes));
+    if (!head.has_value()) {
+        return ReadStream(aBytes, anInfo);
+    }
+    FilmFacts film;
+    film.mVideo = head->mVideo;
+    if (film.mVideo->mCodec == "VC1") { // of which the first frame has the headers
+        const unsigned char* start = nullptr;
+        const std::size_t size = aBytes.Borrow(0, &start);
+        film.mVideo = VC1Video_ReadStream(start, size).value_or(VideoFacts());
+        film.mVideo->Complete(head->mVideo);
+    }
+    film.mSize = aBytes.GetSize();
+    if (head->mLeastSize <= aBytes.GetEnd()) { // else the file is cut, or the count is none
+        film.mDuration = MediaNumber_Microseconds(head->mFrames, head->mFrameRate);
+    }
+    if (film.mDuration == 0) {
+        EstimateLength(film);
+    }
+    anInfo.Set(kezInfo_MimeType, kVideoES_MimeVC1, true);
+    film.Store(anInfo);
+    return true;
+}
+
+bool VideoESParser::ReadStream(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
+    const char* const other = OtherFormatAt(aBytes, 0);
+    if (other != nullptr && std::string_view(other) != kOurMark) {
+        return Refuse(Cause::Unsupported, "%s at 0", other);
+    }
+    VideoESRace race;
+    const VideoESCodec* codec = nullptr;
+    const unsigned char* start = nullptr;
+    std::size_t size = 0;
+    std::size_t window = 0;
+    while (codec == nullptr && size == window && window != kVideoES_MaxWindow) {
+        window = window == 0 ? kVideoES_WindowSize : kVideoES_MaxWindow;
+        const std::size_t before = size;
+        size = ReadStart(aBytes, window, &start);
+        codec = size > before ? race.Push(start + before, size - before) : nullptr;
+    }
+    FilmFacts film;
+    film.mVideo = codec != nullptr ? codec->mRead(start, size) : std::nullopt;
+    if (!film.mVideo.has_value() && !aBytes.HasLostBytes()) {
+        return Refuse(Cause::Malformed, "no picture with its headers within %zu bytes", size);
+    }
+    film.mSize = aBytes.GetSize();
+    if (film.mVideo.has_value()) {
+        TellLength(aBytes, start, size, film);
+    }
+    if (aBytes.HasLostBytes()) {
+        return RefuseCut(aBytes, "a picture with its headers, or the last");
+    }
+    anInfo.Set(kezInfo_MimeType, codec->mMimeType, true);
+    film.Store(anInfo);
+    return true;
+}

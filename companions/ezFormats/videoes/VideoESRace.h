@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ezFormats/codecs/VideoFacts.h"
+
+#include "ez/ElementaryStreamParser.h"
+
+#include <cstddef>
+#include <optional>
+
+inline constexpr const char* kVideoES_MimeVC1 = "video/x-vc1";
+
+/// A codec whose streams stand in files without a container.
+struct VideoESCodec {
+    const char* mName; ///< as kezInfo_VideoCodec has it
+    const char* mMimeType;
+    std::optional<VideoFacts> (*mRead)(const unsigned char* aBytes, std::size_t aSize);
+};
+
+/// Tells which codec the start of a file is a stream of: the push parsers of pictures race on it, so that
+/// what makes a stream is asked in one place.
+class VideoESRace {
+public:
+    VideoESRace();
+
+    /// The codec, once the bytes that come after all before have decided; null before.
+    const VideoESCodec* Push(const unsigned char* aBytes, std::size_t aSize);
+
+private:
+    ezUndeterminedEltStreamParser mRace;
+};

@@ -1,5 +1,6 @@
 #include "ezFormats/ogg/OggFilm.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
@@ -9,7 +10,6 @@
 #include "ezFormats/ogg/OggLink.h"
 #include "ezFormats/tags/CommentTexts.h"
 #include "ezFormats/tags/CoverFacts.h"
-#include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicTexts.h"
 
 #include "ezBytes/ByteReader.h"

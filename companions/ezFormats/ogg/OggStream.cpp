@@ -3,10 +3,10 @@
 #include "ezFormats/ogg/OGMStream.h"
 #include "ezFormats/ogg/OggLimits.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/detail/MediaNumbers.h"
-#include "ezFormats/tags/LanguageTags.h"
 
 #include "ezBytes/ByteReader.h"
 

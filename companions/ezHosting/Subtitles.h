@@ -34,7 +34,7 @@ EZHOSTING_API const char* ezSubtitleKind_GetMimeTypes(ezSubtitleKind aKind);
 /// A file of subtitles that belongs to a film.
 struct EZHOSTING_API ezSubtitleFile {
     std::string mPath; ///< to open it by: the folder as the film's path has it. Any bytes but NUL
-    ezSubtitleKind mKind = ezSubtitleKind::SubRip;
+    ezSubtitleKind mKind = ezSubtitleKind::SubRip; ///< by its content
     /// Tags of RFC 5646, joined by ",", as the name states them, else the content of a kind that does; "" for
     /// neither. One of several tracks lists all of them.
     std::string mLanguages;

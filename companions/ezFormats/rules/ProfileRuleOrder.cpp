@@ -87,9 +87,13 @@ ProfileRuleList ProfileRules_InForce(ProfileRuleList aList) {
         return !IsAlwaysAskedBefore(aRule, aLater) ||
                (aRule.mRegion != ProfileRegion::None && aRule.mRegion == aList.mRegion);
     };
+    std::vector<bool> fWins;
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        if (FindWinner(asked, i, isBeforeHere) == nullptr) {
-            aList.mRules.push_back(asked[i]);
+        fWins.push_back(FindWinner(asked, i, isBeforeHere) == nullptr);
+    }
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        if (fWins[i]) {
+            aList.mRules.push_back(std::move(asked[i]));
         }
     }
     return aList;

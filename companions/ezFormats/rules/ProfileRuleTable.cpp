@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string_view>
 
 namespace {
@@ -84,13 +85,13 @@ ProfileRuleTable::ProfileRuleTable(const ProfileRuleList& aList) {
 }
 
 void ProfileRuleTable::CollectWords(const ProfileRuleList& aList) {
+    std::set<std::string_view> words; // few, and most of them in every rule
     for (const ProfileRule& rule : aList.mRules) {
         for (const ProfileCondition& condition : rule.mConditions) {
-            mWords.insert(mWords.end(), condition.mWords.begin(), condition.mWords.end());
+            words.insert(condition.mWords.begin(), condition.mWords.end());
         }
     }
-    std::sort(mWords.begin(), mWords.end());
-    mWords.erase(std::unique(mWords.begin(), mWords.end()), mWords.end());
+    mWords.assign(words.begin(), words.end());
 }
 
 void ProfileRuleTable::AddSteps(const ProfileRuleList& aList, std::size_t aMimeType) {

@@ -1,23 +1,12 @@
-#!/usr/bin/env python3
-"""Holds what ezannounce tells of the sample media against what ffprobe tells of them.
-
-  compare-with-ffprobe EZANNOUNCE [SAMPLES [EXPLAINED]]
-
-SAMPLES is the folder of the samples, EXPLAINED the list of the differences that are known and right
-(explained-differences.md, beside this script). Compared is every media of a format that has a file parser, whether
-ezannounce or ffprobe takes it for one. Prints a table with a row a sample: a value that both tell, or
-"ours / ffprobe's" with a "*" after a difference that is explained and a "!" after one that is not.
-
-Exit status: 0 all differences are explained, and every explanation is needed; 1 one is not; 2 wrong usage, or a
-program or a file is not there.
-"""
+"""What ffprobe tells of media, fact by fact, in the words of ezannounce."""
 
 import fractions
 import json
-import os
-import subprocess
-import sys
-import tempfile
+
+from facts import NONE, run
+
+NAME = "ffprobe"
+UNTOLD = None     # ffprobe has no notion of the fact
 
 # What ffprobe calls a format where its name is not of the media alone, and pictures by its names of their codecs.
 ISO_MEDIA = "mov,mp4,m4a,3gp,3g2,mj2"
@@ -48,7 +37,7 @@ CODECS = {"mp3": "MP3", "mp2": "MP2", "mp1": "MP1", "ac3": "AC3", "eac3": "EAC3"
           "pcm_s16le": "LPCM", "pcm_s16be": "LPCM", "h264": "H264", "hevc": "H265", "mpeg4": "MPEG4", "h263": "H263",
           "mjpeg": "MJPEG", "flac": "FLAC", "dts": "DTS", "adpcm_ima_wav": "ADPCM-IMA", "adpcm_ms": "ADPCM-MS",
           "adpcm_ima_qt": "ima4", "pcm_u8": "LPCM", "pcm_s24le": "LPCM", "pcm_alaw": "alaw", "pcm_mulaw": "ulaw",
-          "pcm_f32le": "PCM-float", "pcm_f32be": "PCM-float", "truehd": "TrueHD", "mlp": "MLP",
+          "pcm_f32le": "PCM-float", "pcm_f32be": "PCM-float", "pcm_dvd": "LPCM", "pcm_bluray": "LPCM", "s302m": "S302M", "truehd": "TrueHD", "mlp": "MLP",
           "dsd_msbf": "DSD", "dsd_lsbf_planar": "DSD", "dst": "DST", "tta": "TTA", "musepack8": "MPC8", "wavpack": "WavPack", "ape": "APE", "amr_nb": "AMR",
           "wmav1": "WMA1", "wmav2": "WMA2", "wmapro": "WMA-Pro", "wmalossless": "WMA-lossless", "wmavoice": "WMA-voice",
           "vorbis": "Vorbis", "speex": "Speex", "theora": "Theora", "mpeg1video": "MPEG1", "mpeg2video": "MPEG2",
@@ -64,6 +53,10 @@ COLOURS = {"yuvj420p": "4:2:0 of 8", "yuvj422p": "4:2:2 of 8", "yuvj440p": "4:4:
            "gray": "grey of 8", "gray16be": "grey of 16", "monob": "grey of 1", "ya8": "grey-alpha of 8",
            "rgb24": "RGB of 8", "rgba": "RGBA of 8", "pal8": "palette of 8"}
 
+# Codecs whose samples have as many bits as whoever decodes them likes, and DSD, of which it counts bytes.
+WITHOUT_BITS = ("adpcm_ima_wav", "adpcm_ms", "adpcm_ima_qt", "pcm_alaw", "pcm_mulaw", "truehd", "dsd_msbf",
+                "dsd_lsbf_planar")
+
 # Of films: how the names of the layouts of pixels begin, and what the colours are.
 FILM_COLOURS = {"yuv420p": "4:2:0", "yuvj420p": "4:2:0", "yuv422p": "4:2:2", "yuvj422p": "4:2:2", "yuv444p": "4:4:4",
                 "yuvj444p": "4:4:4", "gray": "grey", "bgr24": "RGB"}
@@ -74,21 +67,6 @@ STATIC_METADATA = ("Mastering display metadata", "Content light level metadata")
 LANGUAGES = {"eng": "en", "ger": "de", "deu": "de", "fre": "fr", "fra": "fr", "spa": "es", "ita": "it", "jpn": "ja",
              "rus": "ru", "dut": "nl", "nld": "nl", "swe": "sv", "por": "pt", "pol": "pl", "kor": "ko", "chi": "zh",
              "zho": "zh", "fin": "fi", "dan": "da", "nor": "no"}
-
-NONE = "-"        # the media has no such fact
-UNTOLD = None     # ffprobe has no notion of the fact
-
-
-class Failure(Exception):
-    """What ends the comparison."""
-
-
-def run(*command):
-    try:
-        done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, check=False)
-    except OSError as error:
-        raise Failure(f"{command[0]}: {error.strerror}") from error
-    return done.stdout.decode("utf-8")
 
 
 def probe(path):
@@ -141,26 +119,30 @@ def their_type(theirs):
 
 
 def their_duration(theirs):
-    """Records drop the remainder of a second."""
     text = theirs["format"].get("duration")
-    return NONE if text is None or is_picture(theirs) else str(int(fractions.Fraction(text)))
+    return NONE if text is None or is_picture(theirs) else f"{float(text):.3f}"
 
 
 def their_rate(theirs):
     """Of a file of one sound it is that of the sound: ours leaves head and tags out."""
-    rate = NONE if is_picture(theirs) else theirs["format"].get("bit_rate", NONE)
+    rate = UNTOLD if is_picture(theirs) else theirs["format"].get("bit_rate", UNTOLD)
     return first(theirs, "audio").get("bit_rate", rate) if theirs["format"].get("format_name") in SOUND_TYPES else rate
+
+
+def their_track_rate(kind):
+    """Of many a container and codec only the decoder learns it, which ffprobe does not ask."""
+    return lambda theirs: UNTOLD if is_picture(theirs) else first(theirs, kind).get("bit_rate", UNTOLD)
 
 
 def their_audio_rate(theirs):
     """A record of plain samples has the sampling rate in its place."""
-    return NONE if their_audio_codec(theirs) == "LPCM" else str(first(theirs, "audio").get("bit_rate", NONE))
+    return NONE if their_audio_codec(theirs) == "LPCM" else their_track_rate("audio")(theirs)
 
 
 def their_audio_codec(theirs):
     stream = first(theirs, "audio")
     name = stream.get("codec_name", NONE)
-    if name == "aac":
+    if name in ("aac", "aac_latm"):
         return AAC_PROFILES.get(stream.get("profile"), "aac " + stream.get("profile", ""))
     return CODECS.get(name, name)
 
@@ -197,9 +179,8 @@ def their_level(theirs):
     return f"{float(fractions.Fraction(level, LEVEL_UNITS.get(codec, 10))):g}"
 
 
-def their_size(theirs):
-    stream = first(theirs, "video")
-    return f"{stream['width']}x{stream['height']}" if stream else NONE
+def their_side(key):
+    return lambda theirs: str(first(theirs, "video").get(key, NONE))
 
 
 def their_frame_rate(theirs):
@@ -270,11 +251,25 @@ def their_languages(kind):
     return languages
 
 
-def their_texts(theirs):
+def their_text(key):
     """Those of Ogg belong to a stream."""
-    stated = theirs["format"].get("tags") or first(theirs, "audio").get("tags", {})
-    tags = {key.lower(): value for key, value in stated.items()}
-    return "; ".join(tags.get(key, NONE) for key in ("title", "artist", "album", "genre"))
+    def text(theirs):
+        stated = theirs["format"].get("tags") or first(theirs, "audio").get("tags", {})
+        return {name.lower(): value for name, value in stated.items()}.get(key, NONE)
+    return text
+
+
+def their_cover(theirs):
+    """The first picture that is attached."""
+    names = [stream.get("codec_name") for stream in theirs["streams"] if stream.get("disposition", {}).get("attached_pic")]
+    return PICTURE_TYPES.get(names[0], names[0]) if names else NONE
+
+
+def their_bits(theirs):
+    """Of what loses nothing; 0 is not known."""
+    stream = first(theirs, "audio")
+    bits = int(stream.get("bits_per_raw_sample", 0)) or stream.get("bits_per_sample", 0)
+    return str(bits) if bits and stream.get("codec_name") not in WITHOUT_BITS else UNTOLD
 
 
 def their_sampling(theirs):
@@ -287,191 +282,24 @@ def their_audio(key):
     return lambda theirs: str(first(theirs, "audio").get(key, NONE))
 
 
-# What ezannounce tells, likewise.
-
-def our_rate(kind):
-    def rate(ours):
-        """The estimate of a rate that varies or is known no better."""
-        stated = ours.get(kind + "bit_rate", NONE)
-        estimate = ours.get(kind + "estimated_bit_rate", NONE)
-        if stated == "variable":
-            return f"~{estimate}"
-        return str(stated)
-    return rate
-
-
-def our_languages(key):
-    return lambda ours: " ".join(ours.get(key, [])) or NONE
+FACTS = {"type": their_type, "duration": their_duration, "bit rate": their_rate, "audio codec": their_audio_codec,
+         "audio tracks": lambda theirs: str(len(streams(theirs, "audio")) or NONE), "audio rate": their_audio_rate,
+         "sampling": their_sampling, "channels": their_audio("channels"), "bits": their_bits,
+         "video codec": their_video_codec, "profile": their_profile, "level": their_level,
+         "video rate": their_track_rate("video"), "width": their_side("width"), "height": their_side("height"),
+         "turned": their_turn, "pixel": their_ratio("sample_aspect_ratio"), "shown": their_ratio("display_aspect_ratio"),
+         "frame rate": their_frame_rate, "scan": their_process, "colours": their_colours, "range": their_range,
+         "languages": their_languages("audio"), "subtitles": lambda theirs: str(len(streams(theirs, "subtitle")) or NONE),
+         "subtitle languages": their_languages("subtitle"), "title": their_text("title"), "artist": their_text("artist"),
+         "album": their_text("album"), "genre": their_text("genre"), "cover": their_cover}
 
 
-def our_size(ours):
-    return f"{ours['picture_width']}x{ours['picture_height']}" if "picture_width" in ours else NONE
+def facts_of(theirs):
+    """The facts that an answer of it has a notion of."""
+    told = {fact: value(theirs) for fact, value in FACTS.items()}
+    return {fact: value for fact, value in told.items() if value is not UNTOLD}
 
 
-def our_frame_rate(ours):
-    return f"{ours['frame_rate']:.3f}" if "frame_rate" in ours else NONE
-
-
-def our_turn(ours):
-    """Degrees clockwise, of the numbers of Exif that mirror nothing."""
-    return {3: "180", 6: "90", 8: "270"}.get(ours.get("orientation"), str(ours.get("orientation", NONE)))
-
-
-def our_colours(ours):
-    return f"{ours['colours']} of {ours['bit_depth']}" if "colours" in ours else NONE
-
-
-def our_texts(ours):
-    return "; ".join(ours.get(key, NONE) for key in ("title", "creator", "album", "genre"))
-
-
-def our(key):
-    return lambda ours: str(ours.get(key, NONE))
-
-
-def our_type(ours):
-    mime_type = our("mime_type")(ours)
-    return PROFILE_TYPES.get(mime_type, mime_type)
-
-
-FACTS = [("type", our_type, their_type),
-         ("duration", our("duration"), their_duration),
-         ("bit rate", our_rate(""), their_rate),
-         ("audio codec", our("audio_codec"), their_audio_codec),
-         ("audio tracks", our("audio_tracks"), lambda theirs: str(len(streams(theirs, "audio")) or NONE)),
-         ("audio rate", our_rate("audio_"), their_audio_rate),
-         ("sampling", our("sampling_rate"), their_sampling),
-         ("channels", our("channels"), their_audio("channels")),
-         ("video codec", our("video_codec"), their_video_codec),
-         ("profile", our("video_profile"), their_profile),
-         ("level", our("video_level"), their_level),
-         ("video rate", our_rate("video_"),
-          lambda theirs: NONE if is_picture(theirs) else str(first(theirs, "video").get("bit_rate", NONE))),
-         ("picture", our_size, their_size),
-         ("turned", our_turn, their_turn),
-         ("pixel", our("pixel_aspect"), their_ratio("sample_aspect_ratio")),
-         ("shown", our("display_aspect"), their_ratio("display_aspect_ratio")),
-         ("frame rate", our_frame_rate, their_frame_rate),
-         ("process", our("process"), their_process),
-         ("colours", our_colours, their_colours),
-         ("range", our("hdr"), their_range),
-         ("languages", our_languages("languages"), their_languages("audio")),
-         ("subtitles", our("subtitle_tracks"), lambda theirs: str(len(streams(theirs, "subtitle")) or NONE)),
-         ("subtitle languages", our_languages("subtitle_languages"), their_languages("subtitle")),
-         ("texts", our_texts, their_texts)]
-
-
-def is_same(fact, ours, theirs):
-    """One side rounds a rate and the other drops the remainder."""
-    if ours == theirs:
-        return True
-    numbers = [ours.lstrip("~"), theirs]
-    return fact.endswith("rate") and fact != "frame rate" and all(text.isdigit() for text in numbers) and \
-        abs(int(numbers[0]) - int(numbers[1])) <= 1
-
-
-def compare(name, ours, theirs):
-    """The facts of a sample: (sample, fact, ours, theirs), theirs being UNTOLD or the text."""
-    return [(name, fact, our_value(ours), their_value(theirs)) for fact, our_value, their_value in FACTS]
-
-
-def is_difference(row):
-    _, fact, ours, theirs = row
-    return theirs is not UNTOLD and not is_same(fact, ours, theirs)
-
-
-# The list of the explained.
-
-def read_explained(text):
-    """The rows of the table in a Markdown text: {(sample, fact): (ours, theirs, reason)}."""
-    found = {}
-    for number, line in enumerate(text.splitlines(), 1):
-        if not line.startswith("| `"):
-            continue
-        cells = [cell.strip().strip("`") for cell in line.strip().strip("|").split("|")]
-        if len(cells) != 5 or not all(cells):
-            raise Failure(f"line {number} of the explained differences has {len(cells)} cells, or an empty one")
-        sample, fact, ours, theirs, reason = cells
-        if (sample, fact) in found:
-            raise Failure(f"line {number} of the explained differences explains {fact} of {sample} again")
-        found[sample, fact] = (ours, theirs, reason)
-    return found
-
-
-def judge(rows, explained):
-    """What is wrong, as lines; none when each difference has its explanation and each explanation its difference."""
-    differences = {(name, fact): (ours, theirs) for name, fact, ours, theirs in filter(is_difference, rows)}
-    wrong = []
-    for key, values in differences.items():
-        if key not in explained:
-            wrong.append(f"{key[0]}: {key[1]} is {values[0]}, but ffprobe says {values[1]}: not explained")
-        elif explained[key][:2] != values:
-            wrong.append(f"{key[0]}: {key[1]} is {values[0]}, and ffprobe says {values[1]}: "
-                         f"explained are {explained[key][0]} and {explained[key][1]}")
-    wrong += [f"{name}: {fact} is explained, but does not differ" for name, fact in explained
-              if (name, fact) not in differences]
-    return wrong
-
-
-def table(rows, explained):
-    """The lines of the table."""
-    names = [fact for fact, _, _ in FACTS]
-    lines = [["sample", *names]]
-    for name in dict.fromkeys(row[0] for row in rows):
-        cells = [name]
-        for row in rows:
-            if row[0] == name:
-                mark = "*" if explained.get(row[:2], ())[:2] == row[2:] else "!"
-                cells.append(f"{row[2]} / {row[3]} {mark}" if is_difference(row) else row[2])
-        lines.append(cells)
-    widths = [max(map(len, column)) for column in zip(*lines)]
-    return ["  ".join(map(str.ljust, line, widths)).rstrip() for line in lines]
-
-
-def own_types(tool):
-    """The MIME types that the file parsers may state: all that is announced where no media types file is."""
-    with tempfile.TemporaryDirectory() as empty:
-        return {line.split(":")[2] for line in run(tool, "capabilities", "--config", empty).splitlines()}
-
-
-def compare_folder(tool, folder):
-    types = own_types(tool)
-    media = [json.loads(line) for line in run(tool, "--json", "--config", folder, folder).splitlines()]
-    pairs = [(ours, probe(ours["path"])) for ours in media]
-    # What ffprobe calls the formats that have a parser: a sample that only ffprobe takes for one is compared, too.
-    formats = {theirs["format"].get("format_name") for ours, theirs in pairs if ours.get("mime_type") in types} - {None}
-    rows = []
-    for ours, theirs in pairs:
-        if ours.get("mime_type") in types or theirs["format"].get("format_name") in formats:
-            rows += compare(os.path.relpath(ours["path"], folder), ours, theirs)
-    if not rows:
-        raise Failure(f"no sample to compare in {folder}")
-    return rows
-
-
-def main(arguments):
-    here = os.path.dirname(os.path.realpath(__file__))
-    if not 1 <= len(arguments) <= 3 or arguments[0].startswith("-"):
-        print(__doc__, file=sys.stderr)
-        return 2
-    tool = arguments[0]
-    folder = arguments[1] if len(arguments) > 1 else os.path.join(here, "..", "..", "samples")
-    try:
-        with open(arguments[2] if len(arguments) > 2 else os.path.join(here, "explained-differences.md"),
-                  encoding="utf-8") as file:
-            explained = read_explained(file.read())
-        rows = compare_folder(tool, os.path.normpath(folder))
-    except (Failure, OSError) as error:
-        print(f"compare-with-ffprobe: {error}", file=sys.stderr)
-        return 2
-    print("\n".join(table(rows, explained)))
-    wrong = judge(rows, explained)
-    compared = sum(theirs is not UNTOLD for _, _, _, theirs in rows)
-    print(f"\n{len({row[0] for row in rows})} samples, {compared} facts, {len(explained)} explained differences, "
-          f"{len(wrong)} that are wrong")
-    print("\n".join(wrong), file=sys.stderr, end="\n" if wrong else "")
-    return 1 if wrong else 0
-
-
-if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+def tell(paths):
+    """The facts of each file, by its path."""
+    return {path: facts_of(probe(path)) for path in paths}

@@ -3,6 +3,7 @@
 #include "bench/Require.h"
 #include "companions/ezFormats/ChunkBytes.h"
 #include "companions/ezFormats/ogg/OggBytes.h"
+#include "support/AsfBytes.h"
 #include "support/EbmlBytes.h"
 #include "support/FlvBytes.h"
 #include "support/Folders.h"
@@ -239,6 +240,24 @@ LongFile FlashVideo(std::uint64_t aMedia) {
     return StartAndEnd(start, flv::Frames(kSecond, kHour - kSecond, 2000), start.size() + aMedia);
 }
 
+/// A film of 800 kbit/s of Windows Media: nothing but the header is looked at.
+LongFile ASF(std::uint64_t aMedia) {
+    constexpr std::uint64_t kPacketSize = 8000; // of 80 ms
+    constexpr std::uint64_t kTicks = 800000;    // 100 ns
+    constexpr std::uint64_t kPreroll = 3000;    // ms
+    const std::uint64_t count = aMedia / kPacketSize;
+    const std::string header = asf::Header(
+        asf::File{count, count * kTicks + kPreroll * 10000, kPreroll, 2, kPacketSize, 900000, 0, 0}.Bytes() +
+        asf::HeaderExtension(asf::Languages({"en"}) +
+                             asf::ExtendedStream(2, 900000, "", {}, {}, kTicks / 2)) +
+        asf::Sound(asf::Wave()) + asf::Video("WMV3", 2, std::string("\x4E\x39\x0A\x01")) +
+        asf::Description(asf::Utf16("Long"), asf::Utf16("Somebody")));
+    const std::string data =
+        asf::kData + Little(50 + count * kPacketSize, 8) + std::string(16, 'i') + Little(count, 8) + "\1\1";
+    const std::string start = header + data;
+    return StartAndEnd(start, std::string(kPacketSize, '\x11'), start.size() + count * kPacketSize);
+}
+
 } // namespace
 
 const std::vector<LongFiles>& LongFiles_All() {
@@ -247,6 +266,7 @@ const std::vector<LongFiles>& LongFiles_All() {
         {"song.ogg", "ogg", "Ogg", "ogg", {1, 50, 500}, Ogg, 2, 131072},
         {"film.matroska", "mkv", "Matroska", "mkv", {4, 400, 4500}, Matroska, 2, 16384},
         {"film.flv", "flv", "Flash video", "flv", {4, 400, 4500}, FlashVideo, 2, 65536},
+        {"film.asf", "wma", "ASF: Windows Media", "wmv", {4, 400, 4500}, ASF, 1, 8192},
         {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288},
         {"film.ts", "ts", "MPEG transport stream", "ts", {4, 400, 4500}, TransportStream, 4, 524288}};
     return kAll;

@@ -76,6 +76,7 @@ ez_add_door(ezFormats_inside codec_h263 ${FORMATS}/codecs/H263Video.cpp ${FORMAT
 ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
 ez_add_door(ezFormats_inside codec_mpeg4 ${FORMATS}/codecs/MPEG4Visual.cpp ${FORMATS}/codecs/MPEG4Headers.cpp)
 ez_add_door(ezFormats_inside codec_theora ${FORMATS}/codecs/TheoraHeader.cpp ${FORMATS}/codecs/XiphLacing.cpp)
+ez_add_door(ezFormats_inside codec_vc1 ${FORMATS}/codecs/VC1Video.cpp ${FORMATS}/codecs/VC1Headers.cpp)
 ez_add_door(ezFormats_inside codec_vpx ${FORMATS}/codecs/VPXVideo.cpp ${FACTS})
 
 # What every parser of files stands on.

@@ -1,36 +1,50 @@
 #include "ezBytes/ASFObjects.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
 constexpr std::uint64_t kHeadSize = 16 + 8; // of an object
-constexpr unsigned kStreamNumber = 0x7F;    // of flags that it stands in
 
 // Kinds of streams (10.4).
 constexpr ASFGuid kAudioMedia = {0x409E69F84D5BCF11, 0xA8FD00805F5C442B};
 constexpr ASFGuid kVideoMedia = {0xC0EF19BC4D5BCF11, 0xA8FD00805F5C442B};
 constexpr ASFGuid kBinaryMedia = {0xE265FB3AEF47F240, 0xAC2C70A90D71D343};
 
-// What a stream of the last kind says it holds (9.5): "auds" and "vids" as media types, and a WAVEFORMATEX.
+// What a stream of the last kind says it holds (9.5): "auds" and "vids" as media types, and how its format is
+// laid.
 constexpr ASFGuid kBinarySound = {0x6175647300001000, 0x800000AA00389B71};
 constexpr ASFGuid kBinaryVideo = {0x7669647300001000, 0x800000AA00389B71};
-constexpr ASFGuid kBinaryWaveFormat = {0x819F580556C3CE11, 0xBF0100AA0055595A};
 
-/// What a stream holds by its own word: the format is that of the sound.
+struct Form {
+    ASFGuid mGuid;
+    ASFForm mForm;
+};
+constexpr Form kForms[] = {{{0x819F580556C3CE11, 0xBF0100AA0055595A}, ASFForm::Wave},
+                           {{0x809F580556C3CE11, 0xBF0100AA0055595A}, ASFForm::Video},
+                           {{0xA0762AF70AEBD011, 0xACE40000C0CC16BA}, ASFForm::Video2},
+                           {{0xE3806DE046DBCF11, 0xB4D100805F6CBBEA}, ASFForm::MPEG2Video}};
+
+// Why only one of several streams is played (10.10).
+constexpr ASFGuid kExclusionByBitRate = {0x012AE2D6DA35D111, 0x903400A0C90349BE};
+
+/// What a stream holds by its own word.
 void TakeBinary(ASFStream& aStream) {
     ByteReader reader = aStream.mFormat;
     const ASFGuid major = ASFGuid::Read(reader);
-    reader.Skip(16 + 4 + 4 + 4); // subtype, whether sizes are fixed, and compressed, sample size
+    aStream.mSubtype = reader.ReadLittle32();
+    reader.Skip(12 + 4 + 4 + 4); // the rest of it, whether sizes are fixed, and compressed, sample size
     const ASFGuid format = ASFGuid::Read(reader);
-    ByteReader data = reader.Take(reader.ReadLittle32());
     if (major == kBinaryVideo) {
         aStream.mKind = ASFStreamKind::Video;
     } else if (major == kBinarySound) {
         aStream.mKind = ASFStreamKind::Sound;
     }
-    data.Require(format == kBinaryWaveFormat);
-    aStream.mFormat = data;
+    const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
+                                          [&](const Form& aForm) { return aForm.mGuid == format; });
+    aStream.mForm = form != std::end(kForms) ? form->mForm : ASFForm::Unknown;
+    aStream.mFormat = reader.Take(reader.ReadLittle32());
 }
 
 } // namespace
@@ -114,8 +128,9 @@ std::optional<ASFStream> ReadASFStream(ByteReader aObject) {
     if (aObject.HasFailed()) {
         return std::nullopt;
     }
-    ASFStream stream = {ASFStreamKind::Other, flags & kStreamNumber, (flags & 0x8000U) != 0,
-                        aObject.Take(std::min<std::uint64_t>(size, aObject.GetLeft()))};
+    const std::uint64_t there = std::min<std::uint64_t>(size, aObject.GetLeft());
+    ASFStream stream = {ASFStreamKind::Other, flags & kASF_MaxStreamNumber, (flags & 0x8000U) != 0,
+                        aObject.Take(there)};
     if (kind == kAudioMedia) {
         stream.mKind = ASFStreamKind::Sound;
     } else if (kind == kVideoMedia) {
@@ -128,10 +143,10 @@ std::optional<ASFStream> ReadASFStream(ByteReader aObject) {
 
 std::optional<ASFExtendedStream> ReadASFExtendedStream(ByteReader aObject) {
     aObject.Skip(8 + 8); // when it begins and ends
-    ASFExtendedStream stream = {0, aObject.ReadLittle32(), 0, aObject};
+    ASFExtendedStream stream = {0, aObject.ReadLittle32(), 0, 0, aObject};
     aObject.Skip(5 * 4 + 4 + 4); // buffers and the other rate, the largest media object, flags
     stream.mNumber = static_cast<unsigned>(aObject.ReadLittle(2));
-    aObject.Skip(2); // language
+    stream.mLanguage = static_cast<unsigned>(aObject.ReadLittle(2));
     stream.mFrameTime = aObject.ReadLittle(8);
     const std::uint64_t names = aObject.ReadLittle(2);
     const std::uint64_t extensions = aObject.ReadLittle(2);
@@ -151,7 +166,26 @@ std::optional<ASFExtendedStream> ReadASFExtendedStream(ByteReader aObject) {
 }
 
 bool ASFBitRates::Next(ASFBitRate* aRate) {
-    aRate->mNumber = static_cast<unsigned>(mReader.ReadLittle(2)) & kStreamNumber;
+    aRate->mNumber = static_cast<unsigned>(mReader.ReadLittle(2)) & kASF_MaxStreamNumber;
     aRate->mBitRate = mReader.ReadLittle32();
+    return mLeft != 0 && !mReader.HasFailed() && mLeft-- != 0;
+}
+
+bool ASFLanguages::Next(ByteReader* aName) {
+    if (mLeft == 0 || mReader.HasFailed()) {
+        return false;
+    }
+    --mLeft;
+    *aName = mReader.Take(mReader.ReadByte());
+    return !mReader.HasFailed();
+}
+
+ASFExclusion::ASFExclusion(ByteReader aObject)
+    : mReader(aObject),
+      mfByBitRate(ASFGuid::Read(mReader) == kExclusionByBitRate),
+      mLeft(mReader.ReadLittle(2)) {}
+
+bool ASFExclusion::Next(unsigned* aNumber) {
+    *aNumber = static_cast<unsigned>(mReader.ReadLittle(2)) & kASF_MaxStreamNumber;
     return mLeft != 0 && !mReader.HasFailed() && mLeft-- != 0;
 }

@@ -40,6 +40,9 @@ inline constexpr ASFGuid kASF_ExtendedStreamProperties = {0xCBA5E61472C63243, 0x
 inline constexpr ASFGuid kASF_AdvancedContentEncryption = {0x338505438169E649, 0x9B74AD12CB86D58C};
 inline constexpr ASFGuid kASF_Metadata = {0xEACBF8C5AF5B7748, 0x8467AA8C44FA4CCA};
 inline constexpr ASFGuid kASF_MetadataLibrary = {0x941C23449894D149, 0xA1411D134E457054};
+inline constexpr ASFGuid kASF_LanguageList = {0xA946437CE0EFFC4B, 0xB229393EDE415C85};
+inline constexpr ASFGuid kASF_BitRateExclusion = {0xDC29E2D6DA35D111, 0x903400A0C90349BE};
+inline constexpr ASFGuid kASF_AdvancedExclusion = {0xCF4986A075477046, 0x8A166E35357566CD};
 /// @}
 
 /// Objects, one after the other. A size may lie: one that reaches beyond the end gives what there is, and one
@@ -98,10 +101,23 @@ struct ASFFileProperties {
 /// False for what is shorter than these.
 bool ReadASFFileProperties(ByteReader aObject, ASFFileProperties* aFile);
 
+/// The highest number of a stream (3.3), which has seven bits.
+inline constexpr unsigned kASF_MaxStreamNumber = 127;
+
 enum class ASFStreamKind {
     Sound,
     Video,
     Other, ///< commands, texts, single pictures ...
+};
+
+/// How the format of a stream is laid.
+enum class ASFForm {
+    Own,        ///< of sound a WAVEFORMATEX; of video sizes, and a BITMAPINFOHEADER from byte 11 on
+    Wave,       ///< a WAVEFORMATEX, and here and below in another file's form
+    Video,      ///< VIDEOINFOHEADER
+    Video2,     ///< VIDEOINFOHEADER2
+    MPEG2Video, ///< MPEG2VIDEOINFO
+    Unknown,
 };
 
 /// Stream Properties (3.3).
@@ -109,8 +125,18 @@ struct ASFStream {
     ASFStreamKind mKind;
     unsigned mNumber;
     bool mfEncrypted;
-    ByteReader mFormat; ///< of sound a WAVEFORMATEX; of video sizes, and a BITMAPINFOHEADER from byte 11 on
+    ByteReader mFormat;
+    ASFForm mForm = ASFForm::Own;
+    std::uint32_t mSubtype = 0; ///< of one in another file's form: how the GUID of its codec begins
 };
+
+/// @name Codecs of streams in another file's form, as their subtypes begin; others are those of a
+/// WAVEFORMATEX
+/// @{
+inline constexpr std::uint32_t kASF_SubtypeMPEG2Video = 0xE06D8026;
+inline constexpr std::uint32_t kASF_SubtypeMPEG2Audio = 0xE06D802B;
+inline constexpr std::uint32_t kASF_SubtypeAC3 = 0xE06D802C;
+/// @}
 
 /// Nothing for what is shorter than these. A stream within another file's form, as recorders of television
 /// write them, is one of sound or video by what that says it holds.
@@ -120,6 +146,7 @@ std::optional<ASFStream> ReadASFStream(ByteReader aObject);
 struct ASFExtendedStream {
     unsigned mNumber;
     std::uint32_t mBitRate;   ///< bits a second that it never exceeds for long
+    unsigned mLanguage;       ///< its place in the list of languages
     std::uint64_t mFrameTime; ///< 100 ns that a picture is shown; of sound anything
     ByteReader mObjects;      ///< the stream's only Stream Properties, where they are here
 };
@@ -143,5 +170,33 @@ public:
 
 private:
     ByteReader mReader;
+    std::uint64_t mLeft;
+};
+
+/// The names of the languages of streams (4.6), by their places: readers of UTF-16.
+class ASFLanguages {
+public:
+    explicit ASFLanguages(ByteReader aObject) : mReader(aObject), mLeft(mReader.ReadLittle(2)) {}
+    /// False after the last one.
+    bool Next(ByteReader* aName);
+
+private:
+    ByteReader mReader;
+    std::uint64_t mLeft;
+};
+
+/// Streams of which only one is played (3.8, 4.2).
+class ASFExclusion {
+public:
+    explicit ASFExclusion(ByteReader aObject);
+
+    /// They are the same at different rates; or else in different languages, or who knows why.
+    bool IsByBitRate() const { return mfByBitRate; }
+    /// The number of the next one. False after the last one.
+    bool Next(unsigned* aNumber);
+
+private:
+    ByteReader mReader;
+    bool mfByBitRate;
     std::uint64_t mLeft;
 };

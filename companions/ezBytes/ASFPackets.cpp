@@ -31,7 +31,13 @@ ASFData FindASFData(ByteReader aReader, std::uint32_t& aBudget) {
     return {};
 }
 
-ASFPacket::ASFPacket(const ByteReader& aPacket) : mReader(aPacket) {
+ByteReader TakeASFPacket(ByteSource& aBytes, std::uint64_t aPosition, std::uint32_t aSize) {
+    ByteReader reader(aBytes);
+    reader.Skip(aPosition);
+    return reader.Take(aSize);
+}
+
+ASFPacket::ASFPacket(const ByteReader& aPacket) : mReader(aPacket), mContent(aPacket) {
     unsigned lengths = mReader.ReadByte();
     if ((lengths & kCorrection) != 0) {
         mReader.Skip(lengths & 0x0FU);
@@ -55,11 +61,12 @@ std::uint32_t ASFPacket::ReadSized(unsigned aSize) {
 
 /// Of media objects in one payload, each after a byte with its size, that the payload states the first time
 /// of.
-void ASFPacket::TakeSeveral(ByteReader aObjects, ASFPayload& aPayload) const {
-    aObjects.Skip(aObjects.ReadByte());
-    while (aObjects.GetLeft() != 0) {
+void ASFPacket::TakeSeveral(ASFPayload& aPayload) {
+    ByteReader objects = mContent;
+    mContent = objects.Take(objects.ReadByte());
+    while (objects.GetLeft() != 0) {
         aPayload.mTime = ezSaturating_Add(aPayload.mTime, aPayload.mStep);
-        aObjects.Skip(aObjects.ReadByte());
+        objects.Skip(objects.ReadByte());
     }
 }
 
@@ -70,10 +77,11 @@ bool ASFPacket::Next(ASFPayload* aPayload) {
     --mLeft;
     *aPayload = ASFPayload();
     aPayload->mStream = mReader.ReadByte() & 0x7FU;
-    ReadSized(mProperties >> 4); // number of the media object
+    aPayload->mObject = ReadSized(mProperties >> 4);
     const std::uint32_t offset = ReadSized(mProperties >> 2);
     const std::uint32_t count = ReadSized(mProperties);
     ByteReader replicated = mReader.Take(count);
+    aPayload->mOffset = count != 1 ? offset : 0;
     if (count == 1) {
         aPayload->mTime = offset;
         aPayload->mStep = replicated.ReadByte();
@@ -86,13 +94,13 @@ bool ASFPacket::Next(ASFPayload* aPayload) {
     const std::uint64_t left = mReader.GetLeft();
     const std::uint64_t size =
         mfSeveral ? ReadSized(mSizeOfSize) : left - std::min<std::uint64_t>(left, mPadding);
-    const ByteReader data = mReader.Take(size);
+    mContent = mReader.Take(size);
     if (mReader.HasFailed()) {
         mLeft = 0;
         return false;
     }
     if (count == 1) {
-        TakeSeveral(data, *aPayload);
+        TakeSeveral(*aPayload);
     }
     return true;
 }

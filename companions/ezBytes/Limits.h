@@ -54,7 +54,7 @@ inline constexpr std::size_t kPictureComment_MaxHead = 4096;
 inline constexpr std::size_t kVorbisComment_MaxKey = 32;
 
 /// Bytes of the name of an attribute of ASF, the most that are compared: the longest one with a meaning has
-/// 40 in UTF-16. A longer one is passed over.
+/// 66 in UTF-16. A longer one is passed over.
 inline constexpr std::uint64_t kASF_MaxName = 128;
 
 /// Bytes by which a WAV file may differ from a size that was written as 32 bits and lost the rest: what

@@ -19,6 +19,10 @@ AUDIO = "409E69F84D5BCF11A8FD00805F5C442B"
 VIDEO = "C0EF19BC4D5BCF11A8FD00805F5C442B"
 BINARY = "E265FB3AEF47F240AC2C70A90D71D343"
 COMMAND = "C0CFDA59E659D011A3AC00A0C90348F6"
+LANGUAGES = "A946437CE0EFFC4BB229393EDE415C85"
+EXCLUSION = "CF4986A0754770468A166E35357566CD"
+BY_BIT_RATE = "012AE2D6DA35D111903400A0C90349BE"
+BY_LANGUAGE = "002AE2D6DA35D111903400A0C90349BE"
 BINARY_SOUND = "6175647300001000800000AA00389B71" + "00" * 28 + "819F580556C3CE11BF0100AA0055595A"
 BINARY_VIDEO = "7669647300001000800000AA00389B71" + "00" * 48
 
@@ -49,11 +53,36 @@ def wave(tag=0x161, channels=2, rate=44100, mean=1000, rest=b""):
             little(len(rest), 2) + rest)
 
 
-def extended(objects=b"", names=(), extensions=(), rate=8000):
+def bitmap(codec, data=b"", size=(64, 48)):
+    return little(40) + little(size[0]) + little(size[1]) + little(1, 2) + little(24, 2) + codec + bytes(20) + data
+
+
+def film(codec, data=b"", number=2, flags=0):
+    return stream(number, VIDEO, little(64) + little(48) + b"\2" + little(40 + len(data), 2) + bitmap(codec, data), flags)
+
+
+def recorded(form, info, subtype="26806DE046DBCF11B4D100805F6CBBEA"):
+    return stream(2, BINARY, bytes.fromhex("7669647300001000800000AA00389B71" + subtype) + bytes(12) + bytes.fromhex(form) +
+                  little(len(info)) + info)
+
+
+def info(more=b"", codec=bytes(4)):
+    return bytes(40) + little(333667, 8) + more + bitmap(codec, size=(720, 480))
+
+
+def exclusion(reason, *numbers):
+    return thing(EXCLUSION, bytes.fromhex(reason) + little(len(numbers), 2) + b"".join(little(n, 2) for n in numbers))
+
+
+def languages(*names):
+    return thing(LANGUAGES, little(len(names), 2) + b"".join(little(len(units(n)), 1) + units(n) for n in names))
+
+
+def extended(objects=b"", names=(), extensions=(), rate=8000, number=1, language=0, time=0):
     lists = b"".join(little(0, 2) + little(len(name), 2) + name for name in names)
     lists += b"".join(bytes(18) + little(len(more)) + more for more in extensions)
-    return thing(EXTENDED_STREAM, bytes(16) + little(rate) + bytes(28) + little(1, 2) + bytes(10) +
-                 little(len(names), 2) + little(len(extensions), 2) + lists + objects)
+    return thing(EXTENDED_STREAM, bytes(16) + little(rate) + bytes(28) + little(number, 2) + little(language, 2) +
+                 little(time, 8) + little(len(names), 2) + little(len(extensions), 2) + lists + objects)
 
 
 def extension(*objects):
@@ -92,6 +121,12 @@ def picture(kind=3, data=JPEG, mime="image/jpeg"):
 def packet(time, number=1, head=b"\x82\0\0\x08\x5D\0"):
     return (head + little(0) + little(0, 2) + little(number | 0x80, 1) + b"\0" + little(0) + b"\x08" + little(50) +
             little(time)).ljust(PACKET, b"\x11")
+
+
+def piece(offset, data, number=2):
+    """A packet with a part of a media object."""
+    return (b"\x01\x5D" + bytes(6) + b"\x81" + little(number | 0x80, 1) + b"\0" + little(offset) + b"\x08" + little(50) +
+            little(3000) + little(len(data), 2) + data).ljust(PACKET, b"\0")
 
 
 def packets(*all_of_them, size=None):
@@ -145,6 +180,30 @@ def files():
             ("video-alone", song(sound=stream(2, VIDEO, bytes(51)))),
             ("television", song(stream(2, BINARY, bytes.fromhex(BINARY_VIDEO)),
                                 sound=stream(1, BINARY, bytes.fromhex(BINARY_SOUND) + little(18) + wave()))),
+            ("wmv-9", song(film(b"WMV3", b"\x4E\x39\x0A\1"), extension(extended(number=2, time=400000)))),
+            ("vc-1", song(film(b"WVC1", b"\0\0\0\1\x0F\xD0\0\x9F\x80\0\x48\0"))),
+            ("mpeg-4", song(film(b"MP4S"), data=packets(piece(0, b"\0\0\1\xB0"), piece(4, b"\3\0\0\1\xB5")))),
+            ("mpeg-4-of-a-gap", song(film(b"MP4S"), data=packets(piece(7, b"end"), piece(0, b"\0\0\1"), piece(9, b"\xB0")))),
+            ("mpeg-4-of-no-packets", song(film(b"MP4S"), data=b"")),
+            ("mpeg-4-encrypted", song(film(b"MP4S", flags=0x8000))),
+            ("mpeg-2-without-a-programme", song(recorded("E3806DE046DBCF11B4D100805F6CBBEA", info(bytes(24)) + bytes(20)))),
+            ("mpeg-2", song(recorded("E3806DE046DBCF11B4D100805F6CBBEA",
+                                     info(bytes(8) + little(4) + little(3) + bytes(8)) + bytes(4) + little(12) + bytes(12) +
+                                     b"\0\0\1\xB3\x2D\x01\xE0\x24\x09\xC4\x23\x80"))),
+            ("mpeg-2-plain", song(recorded("A0762AF70AEBD011ACE40000C0CC16BA", info(bytes(24))))),
+            ("video-of-another-file", song(recorded("809F580556C3CE11BF0100AA0055595A", info(codec=b"WMV2"), "00" * 16))),
+            ("sound-by-its-subtype", song(sound=stream(1, BINARY, bytes.fromhex(
+                "6175647300001000800000AA00389B71" + "2C806DE046DBCF11B4D100805F6CBBEA" + "00" * 12 +
+                "819F580556C3CE11BF0100AA0055595A") + little(18) + wave(0)))),
+            ("languages", song(film(b"WMV2"), extension(languages("en", "fr", ""), extended(language=1)))),
+            ("languages-that-end", song(film(b"WMV2"), extension(languages("en").replace(little(1, 2), little(9, 2), 1)))),
+            ("rivals", song(film(b"WMV2"), film(b"WMV1", number=3), extension(exclusion(BY_BIT_RATE, 2, 3, 0)))),
+            ("chosen", song(film(b"WMV2"), extension(exclusion(BY_LANGUAGE, 1, 4)))),
+            ("pixels", song(film(b"WMV2"), content(attribute("AspectRatioX", little(4), 3), attribute("AspectRatioY", little(3), 3)))),
+            ("pixels-too-large", song(film(b"WMV2"), content(attribute("AspectRatioX", little(1 << 40, 8), 4)))),
+            ("film-of-rates", song(film(b"WMV2"), thing(BIT_RATES, little(2, 2) + little(1, 2) + little(3000) + little(2, 2) +
+                                                        little(4000)))),
+            ("film-of-rates-that-lie", song(film(b"WMV2"), thing(BIT_RATES, little(1, 2) + little(2, 2) + little(1 << 30)))),
             ("broadcast", song(file=LIVE)),
             ("broadcast-of-no-size", song(file=LIVE, data=packets(packet(3000), packet(3100), size=0))),
             ("broadcast-from-the-middle", song(file=LIVE, data=packets(packet(99000), packet(99100)))),

@@ -204,10 +204,66 @@ def h263():
     yield "vp6-interlaced", bytes([0x79, 0x47, 1, 2, 10, 12, 10, 12])
 
 
+# --- VC-1
+
+def vc1_sequence(profile=3, level=2, chroma=1, size=(1280, 720), interlaced=0, segmented=0, display=None, pixel=None, rate=None,
+                 colours=0, buckets=0):
+    bits = Bits().put(profile, 2).put(level, 3).put(chroma, 2).put(0, 9).put(size[0] // 2 - 1, 12).put(size[1] // 2 - 1, 12)
+    bits.put(0, 1).put(interlaced, 1).put(1, 3).put(segmented, 1).put(1 if display else 0, 1)
+    if display:
+        bits.put(display[0] - 1, 14).put(display[1] - 1, 14).put(0 if pixel is None else 1, 1)
+        if pixel is not None:
+            bits.put(*((pixel, 4) if isinstance(pixel, int) else (15 << 16 | pixel[0] << 8 | pixel[1], 20)))
+        bits.put(1 if rate else 0, 1)
+        if rate:
+            bits.put(*((1 << 16 | rate, 17) if isinstance(rate, int) else (rate[0] << 4 | rate[1], 13)))
+        bits.put(colours, 1).put(0x010101 * colours, 24 * colours)
+    bits.put(1 if buckets else 0, 1)
+    if buckets:
+        bits.put(buckets, 5).put(0, 8)
+        for _ in range(buckets):
+            bits.put(0x12345678, 32)
+    return start(0x0F) + bits.put(1, 1).bytes()
+
+
+def vc1_entry(size=None, buckets=0):
+    bits = Bits().put(0, 13).put(0, 8 * buckets).put(1 if size else 0, 1)
+    if size:
+        bits.put(size[0] // 2 - 1, 12).put(size[1] // 2 - 1, 12)
+    return start(0x0E) + bits.put(1, 1).bytes()
+
+
+def vc1():
+    frame = start(0x0D) + b"\x12\x34"
+    field = start(0x0D) + b"\xC2\x34"
+    yield "plain", b"\x29" + vc1_sequence() + vc1_entry()
+    yield "entry-of-a-size", vc1_sequence(buckets=2) + vc1_entry((640, 360), 2) + frame
+    yield "entry-too-large", vc1_sequence() + vc1_entry((1282, 720))
+    yield "pixels-of-the-table", vc1_sequence(display=(1280, 720), pixel=2, rate=(3, 2), colours=1)
+    yield "pixels-reserved", vc1_sequence(display=(1280, 720), pixel=14, rate=(9, 1))
+    yield "pixels-stated", vc1_sequence(display=(1280, 720), pixel=(63, 44), rate=399)
+    yield "pixels-of-the-display", vc1_sequence(size=(1440, 1080), display=(1920, 1080), rate=(1, 3))
+    yield "display-alike", vc1_sequence(size=(1920, 1088), display=(1920, 1080))
+    yield "frames", vc1_sequence(interlaced=1) + vc1_entry() + frame + frame
+    yield "fields", vc1_sequence(interlaced=1) + vc1_entry() + frame + field
+    yield "segmented", vc1_sequence(interlaced=1, segmented=1) + frame + start(0x0D)
+    yield "not-a-level", vc1_sequence(level=5)
+    yield "not-a-chroma", vc1_sequence(chroma=2)
+    yield "cut", vc1_sequence(display=(640, 480), buckets=31)[:30]
+    yield "simple", b"\x0F\xF1\x80\x01"
+    yield "main-of-a-level", b"\x44\xF1\x80\x01"
+    yield "main-of-no-level", b"\x4E\x39\x0A\x01\x00"
+    yield "complex", b"\x8F\xF1\x80\x01"
+    yield "configuration", b"\xC4\x40\x04\x00\x00\x61\xA8" + vc1_sequence()
+    yield "configuration-alone", b"\xC4\x40\x04\x00\x00\x61\xA8"
+    yield "configuration-of-no-level", b"\xCA" + bytes(12)
+
+
 # One a line: changes to several doors meet here.
 DOORS = (
     ("codec_mpegvideo", mpegvideo),
     ("codec_av1", av1),
+    ("codec_vc1", vc1),
     ("codec_vpx", vpx),
     ("codec_theora", theoras),
     ("codec_h263", h263),

@@ -41,7 +41,8 @@ CODECS = {"mp3": "MP3", "mp2": "MP2", "mp1": "MP1", "ac3": "AC3", "eac3": "EAC3"
           "dsd_msbf": "DSD", "dsd_lsbf_planar": "DSD", "dst": "DST", "tta": "TTA", "musepack8": "MPC8", "wavpack": "WavPack", "ape": "APE", "amr_nb": "AMR",
           "wmav1": "WMA1", "wmav2": "WMA2", "wmapro": "WMA-Pro", "wmalossless": "WMA-lossless", "wmavoice": "WMA-voice",
           "vorbis": "Vorbis", "speex": "Speex", "theora": "Theora", "mpeg1video": "MPEG1", "mpeg2video": "MPEG2",
-          "vp8": "VP8", "vp9": "VP9", "av1": "AV1", "vc1": "VC1", "wmv3": "WMV3", "dvd_subtitle": "VobSub",
+          "wmv1": "WMV1", "wmv2": "WMV2", "wmv3": "WMV3", "msmpeg4v3": "MSMPEG4v3", "msmpeg4v2": "MSMPEG4v2",
+          "vp8": "VP8", "vp9": "VP9", "av1": "AV1", "vc1": "VC1", "dvd_subtitle": "VobSub",
           "flv1": "Sorenson", "vp6f": "VP6", "vp6a": "VP6A", "flashsv": "ScreenVideo", "flashsv2": "ScreenVideo2",
           "nellymoser": "Nellymoser", "adpcm_swf": "ADPCM-SWF"}
 AAC_PROFILES = {"LC": "AAC", "HE-AAC": "HE-AAC", "HE-AACv2": "HE-AACv2", "Main": "AAC-Main"}
@@ -104,8 +105,10 @@ def their_type(theirs):
         return SOUND_TYPES[name]
     if name == "ogg":
         return "video/ogg" if streams(theirs, "video") else "audio/ogg"
+    if name == "asf" and streams(theirs, "video"):
+        return "video/x-ms-wmv" if first(theirs, "video").get("codec_name", "").startswith("wmv") else "video/x-ms-asf"
     if name == "asf":
-        return "video/x-ms-wmv" if streams(theirs, "video") else "audio/x-ms-wma"
+        return "audio/x-ms-wma"
     if name == MATROSKA: # the one name of both
         kind = "webm" if theirs["format"].get("filename", "").endswith((".webm", ".weba")) else "x-matroska"
         return ("video/" if streams(theirs, "video") else "audio/") + kind

@@ -31,6 +31,9 @@ inline const std::string kStreamBitRates = Hex("CE75F87B8D46D1118D82006097C9A2B2
 inline const std::string kExtendedStream = Hex("CBA5E61472C632438399A96952065B5A");
 inline const std::string kMetadata = Hex("EACBF8C5AF5B77488467AA8C44FA4CCA");
 inline const std::string kMetadataLibrary = Hex("941C23449894D149A1411D134E457054");
+inline const std::string kLanguageList = Hex("A946437CE0EFFC4BB229393EDE415C85");
+inline const std::string kBitRateExclusion = Hex("DC29E2D6DA35D111903400A0C90349BE");
+inline const std::string kAdvancedExclusion = Hex("CF4986A0754770468A166E35357566CD");
 inline const std::string kContentEncryption = Hex("FBB3112223BDD211B4B700A0C955FC6E");
 inline const std::string kExtendedEncryption = Hex("14E68A292226174CB935DAE07EE9289C");
 inline const std::string kAdvancedEncryption = Hex("338505438169E6499B74AD12CB86D58C");
@@ -41,6 +44,8 @@ inline const std::string kIndex = Hex("90080033B1E5CF1189F400A0C90349CB");
 inline const std::string kAudioMedia = Hex("409E69F84D5BCF11A8FD00805F5C442B");
 inline const std::string kVideoMedia = Hex("C0EF19BC4D5BCF11A8FD00805F5C442B");
 inline const std::string kCommandMedia = Hex("C0CFDA59E659D011A3AC00A0C90348F6");
+inline const std::string kByLanguage = Hex("002AE2D6DA35D111903400A0C90349BE");
+inline const std::string kByBitRate = Hex("012AE2D6DA35D111903400A0C90349BE");
 inline const std::string kBinaryMedia = Hex("E265FB3AEF47F240AC2C70A90D71D343");
 
 inline std::string Object(const std::string& aKind, const std::string& aContent) {
@@ -106,21 +111,41 @@ inline std::string Sound(const Wave& aFormat, unsigned aNumber = 1, unsigned aFl
     return Stream(aNumber, kAudioMedia, aFormat.Bytes(), aFlags);
 }
 
-/// Sizes, and a BITMAPINFOHEADER.
-inline std::string VideoFormat(const std::string& aCodec, unsigned aWidth, unsigned aHeight) {
-    return Little(aWidth) + Little(aHeight) + "\2" + Little(40, 2) + Little(40) + Little(aWidth) +
-           Little(aHeight) + Little(1, 2) + Little(24, 2) + aCodec + std::string(20, '\0');
+/// A BITMAPINFOHEADER, and what sets a decoder up.
+inline std::string Bitmap(const std::string& aCodec, unsigned aWidth, unsigned aHeight,
+                          const std::string& aData = "") {
+    return Little(40 + aData.size()) + Little(aWidth) + Little(aHeight) + Little(1, 2) + Little(24, 2) +
+           aCodec + std::string(20, '\0') + aData;
 }
-inline std::string Video(const std::string& aCodec = "WMV2", unsigned aNumber = 2) {
-    return Stream(aNumber, kVideoMedia, VideoFormat(aCodec, 320, 240));
+/// Sizes, and that.
+inline std::string VideoFormat(const std::string& aCodec, unsigned aWidth, unsigned aHeight,
+                               const std::string& aData = "") {
+    return Little(aWidth) + Little(aHeight) + "\2" + Little(40 + aData.size(), 2) +
+           Bitmap(aCodec, aWidth, aHeight, aData);
+}
+inline std::string Video(const std::string& aCodec = "WMV2", unsigned aNumber = 2,
+                         const std::string& aData = "", unsigned aFlags = 0) {
+    return Stream(aNumber, kVideoMedia, VideoFormat(aCodec, 320, 240, aData), aFlags);
 }
 
-/// A stream in another file's form.
+/// @name Of a stream in another file's form: what it holds, how its format is laid, and codecs
+/// @{
+inline const std::string kBinarySound = Hex("6175647300001000800000AA00389B71");
+inline const std::string kBinaryVideo = Hex("7669647300001000800000AA00389B71");
+inline const std::string kFormWave = Hex("819F580556C3CE11BF0100AA0055595A");
+inline const std::string kFormVideo = Hex("809F580556C3CE11BF0100AA0055595A");
+inline const std::string kFormVideo2 = Hex("A0762AF70AEBD011ACE40000C0CC16BA");
+inline const std::string kFormMPEG2Video = Hex("E3806DE046DBCF11B4D100805F6CBBEA");
+inline const std::string kSubtypeMPEG2Video = Hex("26806DE046DBCF11B4D100805F6CBBEA");
+inline const std::string kSubtypeMPEG2Audio = Hex("2B806DE046DBCF11B4D100805F6CBBEA");
+inline const std::string kSubtypeAC3 = Hex("2C806DE046DBCF11B4D100805F6CBBEA");
+/// @}
+
 inline std::string Binary(const std::string& aMajor, const std::string& aForm, const std::string& aFormat,
-                          unsigned aNumber) {
+                          unsigned aNumber, const std::string& aSubtype = std::string(16, 's')) {
     return Stream(aNumber, kBinaryMedia,
-                  aMajor + std::string(16, 's') + Little(0) + Little(0) + Little(0) + aForm +
-                      Little(aFormat.size()) + aFormat);
+                  aMajor + aSubtype + Little(0) + Little(0) + Little(0) + aForm + Little(aFormat.size()) +
+                      aFormat);
 }
 
 inline std::string HeaderExtension(const std::string& anObjects) {
@@ -130,7 +155,8 @@ inline std::string HeaderExtension(const std::string& anObjects) {
 
 inline std::string ExtendedStream(unsigned aNumber, std::uint32_t aBitRate, const std::string& anObjects = "",
                                   const std::vector<std::string>& aNames = {},
-                                  const std::vector<std::string>& anExtensions = {}) {
+                                  const std::vector<std::string>& anExtensions = {},
+                                  std::uint64_t aFrameTime = 3689348814740704323U, unsigned aLanguage = 0) {
     std::string lists;
     for (const std::string& name : aNames) {
         lists += Little(0, 2) + Little(name.size(), 2) + name;
@@ -139,8 +165,8 @@ inline std::string ExtendedStream(unsigned aNumber, std::uint32_t aBitRate, cons
         lists += std::string(16, 'x') + Little(4, 2) + Little(extension.size()) + extension;
     }
     return Object(kExtendedStream, Little(0, 8) + Little(0, 8) + Little(aBitRate) + std::string(20, 'b') +
-                                       Little(0) + Little(0) + Little(aNumber, 2) + Little(0, 2) +
-                                       Little(3689348814740704323U, 8) + Little(aNames.size(), 2) +
+                                       Little(0) + Little(0) + Little(aNumber, 2) + Little(aLanguage, 2) +
+                                       Little(aFrameTime, 8) + Little(aNames.size(), 2) +
                                        Little(anExtensions.size(), 2) + lists + anObjects);
 }
 
@@ -150,6 +176,24 @@ inline std::string BitRates(const std::vector<std::pair<unsigned, std::uint32_t>
         lines += Little(number, 2) + Little(rate);
     }
     return Object(kStreamBitRates, lines);
+}
+
+inline std::string Languages(const std::vector<std::string>& aNames) {
+    std::string lines = Little(aNames.size(), 2);
+    for (const std::string& name : aNames) {
+        lines += Little(Utf16(name).size(), 1) + Utf16(name);
+    }
+    return Object(kLanguageList, lines);
+}
+
+/// Streams of which only one is played.
+inline std::string Exclusion(const std::string& aKind, const std::string& aReason,
+                             const std::vector<unsigned>& aNumbers) {
+    std::string lines = aReason + Little(aNumbers.size(), 2);
+    for (const unsigned number : aNumbers) {
+        lines += Little(number, 2);
+    }
+    return Object(aKind, lines);
 }
 
 /// Texts in UTF-16.
@@ -216,6 +260,24 @@ inline std::string Packet(std::size_t aSize, unsigned aStream, std::uint32_t aTi
         Little(aStream | 0x80U, 1) + Little(0, 1) + Little(0) + "\x08" + Little(50) + Little(aTime);
     packet += Little(0, 1) + Little(aTime) + Little(100, 2) + payload;
     packet.resize(std::max(aSize, packet.size()), '\x11');
+    return packet;
+}
+
+/// A piece of a media object.
+struct Piece {
+    unsigned mStream = 2;
+    unsigned mObject = 0;
+    std::uint32_t mOffset = 0;
+    std::string mBytes;
+};
+/// A packet of several payloads.
+inline std::string PacketOf(std::size_t aSize, const std::vector<Piece>& aPieces) {
+    std::string packet = "\x01\x5D" + Little(0) + Little(0, 2) + Little(0x80 | aPieces.size(), 1);
+    for (const Piece& piece : aPieces) {
+        packet += Little(piece.mStream | 0x80U, 1) + Little(piece.mObject, 1) + Little(piece.mOffset) +
+                  "\x08" + Little(50) + Little(3000) + Little(piece.mBytes.size(), 2) + piece.mBytes;
+    }
+    packet.resize(std::max(aSize, packet.size()), '\0');
     return packet;
 }
 

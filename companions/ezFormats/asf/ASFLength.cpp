@@ -22,12 +22,6 @@ bool IsPlausible(std::uint64_t aMilliseconds, std::uint64_t aBytes) {
            SoundFacts::IsLengthPlausible(aBytes, aMilliseconds, kMilli);
 }
 
-ByteReader PacketAt(MediaBytes& aBytes, std::uint64_t aPosition, std::uint32_t aSize) {
-    ByteReader reader(aBytes);
-    reader.Skip(aPosition);
-    return reader.Take(aSize);
-}
-
 /// When a stream's media objects are presented, as far as the packets tell that were looked at.
 struct Times {
     std::uint32_t mLast = 0;
@@ -78,13 +72,13 @@ private:
     }
 
     const ASFHeader& mHeader;
-    std::array<Times, 128> mTimes; ///< by the number of the stream, of seven bits
+    std::array<Times, kASF_MaxStreamNumber + 1> mTimes; ///< by the number of the stream
 };
 
 /// When the first packet begins to play: after the preroll, but for captures that began in the middle.
 std::uint64_t StartOf(MediaBytes& aBytes, const ASFData& aData, const ASFHeader& aHeader) {
     const std::uint64_t preroll = aHeader.mFile.mPreroll;
-    ASFPacket packet(PacketAt(aBytes, aData.mStart, aHeader.mFile.mPacketSize));
+    ASFPacket packet(TakeASFPacket(aBytes, aData.mStart, aHeader.mFile.mPacketSize));
     for (ASFPayload payload; packet.Next(&payload);) {
         if (payload.mfTimed) {
             return payload.mTime >= ezSaturating_Add64(preroll, kASF_MinStart) ? payload.mTime : preroll;
@@ -104,7 +98,7 @@ std::uint64_t ReadLastPackets(MediaBytes& aBytes, const ASFData& aData, const AS
                     static_cast<std::size_t>(std::min<std::uint64_t>((count - first) * size, kASF_TailSize)));
         Presented presented(aHeader);
         for (std::uint64_t packet = first; packet < count; ++packet) {
-            presented.Add(PacketAt(aBytes, aData.mStart + packet * size, size));
+            presented.Add(TakeASFPacket(aBytes, aData.mStart + packet * size, size));
         }
         const std::uint64_t end = presented.GetEnd();
         if (end != 0) {

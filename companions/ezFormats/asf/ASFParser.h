@@ -10,12 +10,14 @@
 class ByteReader;
 
 /// ASF files (Advanced Systems Format 1.2): Windows Media Audio 1, 2, Pro, lossless and Voice, and whatever
-/// else has a tag of WAVEFORMATEX; length, rates, texts, and whether there is a cover. One that holds video,
-/// too, is a film, of which the length and the sound's facts are told.
+/// else has a tag of WAVEFORMATEX; Windows Media Video 7 to 9, VC-1, and whatever else has four characters of
+/// a BITMAPINFOHEADER; recordings of television (DVR-MS). Length, rates, languages, texts, and whether there
+/// is a cover; codec, profile, size, shape of a pixel, frame rate and scan of a film.
 ///
-/// A parse reads the first 8 KiB, and for each picture to be stepped over a block of 4 KiB or more; of a
-/// broadcast, and of a file that states no length, the last 64 KiB. At most these are 16 reads, 17 seeks and
-/// 1 MiB; a source that gives less at a time than it is asked for takes more reads for the same bytes.
+/// A parse reads the first 8 KiB, and for each picture to be stepped over a block of 4 KiB or more; of a film
+/// whose codec tells of itself in its stream, and not in the header, 32 KiB of the packets; of a broadcast,
+/// and of a file that states no length, the last 64 KiB. At most these are 16 reads, 17 seeks and 1 MiB; a
+/// source that gives less at a time than it is asked for takes more reads for the same bytes.
 class ASFParser : public FormatParser {
 public:
     /// Whether what begins there is of the format.
@@ -24,7 +26,7 @@ public:
     static constexpr FormatDescription kDescription = {
         "ASFParser",
         "wma",
-        {"audio/x-ms-wma", "video/x-ms-wmv"},
+        {"audio/x-ms-wma", "video/x-ms-wmv", "video/x-ms-asf", "video/x-ms-dvr"},
         {kASF_MaxReads, kASF_MaxBytes},
         {{"wma", {"wma"}, {"audio/x-ms-wma"}, kezUPnPClass_MusicTrack, {}},
          {"wmv", {"wmv"}, {"video/x-ms-wmv"}, kezUPnPClass_VideoItem, {"wma"}},
@@ -34,9 +36,7 @@ public:
           kezUPnPClass_VideoItem,
           {"wma"}},
          {"dvr-ms", {"dvr-ms"}, {"video/x-ms-dvr"}, kezUPnPClass_VideoItem, {"wma"}}},
-        {{"video/x-ms-wmv",
-          "",
-          {"video/x-ms-asf", "video/x-ms-wm", "application/vnd.ms-asf", "video/x-ms-dvr"}}},
+        {{"video/x-ms-wmv", "", {"video/x-ms-wm"}}, {"video/x-ms-asf", "", {"application/vnd.ms-asf"}}},
         {IsAt},
     };
 
@@ -44,7 +44,7 @@ public:
         "ASF: Windows Media",
         "ASF: Windows Media",
         "Content Description; Extended Content; Metadata; Metadata Library",
-        "what the video is, markers, scripts, indexes, languages of streams, who may play what is encrypted",
+        "the level of WMV 9, which is not stored; markers, scripts, indexes, who may play what is encrypted",
         {2, 64U << 10},
     };
 

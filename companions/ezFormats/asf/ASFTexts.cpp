@@ -43,8 +43,8 @@ ezCString CountedFromOne(const ezCString& aText) {
 
 class Reading {
 public:
-    /// @param aSound  number of the stream that is announced; 0 where there is none
-    explicit Reading(unsigned aSound) : mSound(aSound) {}
+    /// Takes the numbers of the streams that are announced; 0 where there is none.
+    Reading(unsigned aSound, unsigned aVideo) : mSound(aSound), mVideo(aVideo) {}
 
     void TakeDescription(const ByteReader& aObject) {
         const auto texts = ReadASFDescription(aObject);
@@ -66,6 +66,10 @@ public:
                 }
             } else if (ezIsEqualNoCase(name, "IsVBR")) {
                 TakeVaries(attributes.GetStream(), ReadASFNumber(value) != 0);
+            } else if (ezIsEqualNoCase(name, "AspectRatioX")) {
+                TakeAspect(attributes.GetStream(), ReadASFNumber(value), &VideoRatio::mWidth);
+            } else if (ezIsEqualNoCase(name, "AspectRatioY")) {
+                TakeAspect(attributes.GetStream(), ReadASFNumber(value), &VideoRatio::mHeight);
             } else if (const TagField* const field = FindTagField(TagWords::ASF, name)) {
                 ezCString text = TextOf(value, attributes.GetType());
                 if (ezIsEqualNoCase(name, "WM/Track")) {
@@ -80,6 +84,8 @@ public:
     ASFTexts Finish() {
         mValues.Store(mTexts.mTexts);
         mTexts.mfVaries = mSoundVaries.value_or(mfFileVaries);
+        const VideoRatio& pixel = mVideoPixel.IsKnown() ? mVideoPixel : mFilePixel;
+        mTexts.mPixelAspect = VideoRatio::Of(pixel.mWidth, pixel.mHeight);
         return std::move(mTexts);
     }
 
@@ -100,18 +106,29 @@ private:
         }
     }
 
+    void TakeAspect(unsigned aStream, std::uint64_t aNumber, std::uint32_t VideoRatio::*aSide) {
+        if (aStream == 0 || aStream == mVideo) {
+            VideoRatio& pixel = aStream == 0 ? mFilePixel : mVideoPixel;
+            pixel.*aSide = aNumber <= UINT32_MAX ? static_cast<std::uint32_t>(aNumber) : 0;
+        }
+    }
+
     MusicValues mValues;
     ASFTexts mTexts;
     unsigned mSound;
+    unsigned mVideo;
     bool mfFileVaries = false;
     std::optional<bool> mSoundVaries; ///< nothing where only the file says
+    VideoRatio mFilePixel;
+    VideoRatio mVideoPixel;
 };
 
 } // namespace
 
 ASFTexts ReadASFTexts(const ASFHeader& aHeader) {
     const ASFStreamFacts* const sound = aHeader.Find(ASFStreamKind::Sound);
-    Reading reading(sound != nullptr ? sound->mNumber : 0);
+    const ASFStreamFacts* const video = aHeader.Find(ASFStreamKind::Video);
+    Reading reading(sound != nullptr ? sound->mNumber : 0, video != nullptr ? video->mNumber : 0);
     if (aHeader.mDescription) {
         reading.TakeDescription(*aHeader.mDescription);
     }

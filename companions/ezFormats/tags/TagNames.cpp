@@ -114,6 +114,7 @@ constexpr WordRow kASF[] = {{"Title", MusicField::Title},
                             {"WM/Composer", MusicField::Composer},
                             {"WM/Year", MusicField::Date},
                             {"date", MusicField::Date, kSecond},
+                            {"WM/MediaOriginalBroadcastDateTime", MusicField::Date, kSecond},
                             {"WM/TrackNumber", MusicField::Track},
                             {"WM/Track", MusicField::Track, kSecond}, // counts from 0
                             {"WM/PartOfSet", MusicField::Disc},

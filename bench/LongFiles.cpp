@@ -233,11 +233,11 @@ LongFile TransportStream(std::uint64_t aMedia) {
 
 /// An hour of Flash video, in fewer bytes than these have: the first second and the last.
 LongFile FlashVideo(std::uint64_t aMedia) {
-    constexpr std::uint32_t kHour = 3'600'000;
     constexpr std::uint32_t kSecond = 1000;
-    const std::string start = flv::Header() + flv::MetaData(flv::Number("duration", kHour / kSecond)) +
-                              flv::Frames(kSecond, 0, 2000);
-    return StartAndEnd(start, flv::Frames(kSecond, kHour - kSecond, 2000), start.size() + aMedia);
+    constexpr std::uint32_t kSeconds = 3600;
+    const std::string start =
+        flv::Header() + flv::MetaData(flv::Number("duration", kSeconds)) + flv::Frames(kSecond, 0, 2000);
+    return StartAndEnd(start, flv::Frames(kSecond, (kSeconds - 1) * kSecond, 2000), start.size() + aMedia);
 }
 
 /// A film of 800 kbit/s of Windows Media: nothing but the header is looked at.

@@ -85,11 +85,12 @@ inline std::string Sorenson(unsigned aWidth, unsigned aHeight, std::size_t aSize
     // After 24 bits of start code, version and time 6 more of that, 3 of a format, 16 and 16 of size, 8 of
     // others.
     const std::uint64_t size = std::uint64_t{aWidth} << 16 | aHeight;
-    return "\x12" + Big(0x84, 3) + Big(std::uint64_t{1} << 47 | size << 15, 7) + std::string(aSize, 'v');
+    return Big(0x12, 1) + Big(0x84, 3) + Big(std::uint64_t{1} << 47 | size << 15, 7) +
+           std::string(aSize, 'v');
 }
 /// A frame of MP3: layer III of MPEG-2, 22050 Hz, one channel, 8 kbit/s.
 inline std::string MP3(std::size_t aSize = 26) {
-    return "\x2A" + Big(0xFFF310C4, 4) + std::string(aSize - 4, 's');
+    return Big(0x2A, 1) + Big(0xFFF310C4, 4) + std::string(aSize - 4, 's');
 }
 
 /// So many seconds of pictures at 25 a second and sound, from a time on.

@@ -50,6 +50,28 @@ LongFile Ogg(std::uint64_t aSound) {
     return StartAndEnd(start, end, start.size() + aSound + end.size());
 }
 
+/// A film of Theora: its first seconds, and its last.
+LongFile OggFilm(std::uint64_t aMedia) {
+    constexpr unsigned kVideo = 9;
+    constexpr unsigned kSound = 7;
+    constexpr std::uint64_t kKeyShift = 6;
+    const auto pages = [](std::uint64_t aFirst) { // a page of each a second
+        std::string bytes;
+        for (std::uint64_t second = aFirst; second < aFirst + 5; ++second) {
+            bytes += ogg::Page(kVideo, 0, (second * 25) << kKeyShift | 25,
+                               ogg::Packets(25, std::string(400, 'p')));
+            bytes += ogg::Sound(kSound, (second + 1) * 44100);
+        }
+        return bytes;
+    };
+    const std::string start = ogg::Page(kVideo, ogg::kFirst, 0, {ogg::Theora()}) +
+                              ogg::Page(kSound, ogg::kFirst, 0, {ogg::VorbisHead()}) +
+                              ogg::Page(kVideo, 0, 0, {"\x81theora" + Comments({"TITLE=Long"}), "tables"}) +
+                              ogg::Page(kSound, 0, 0, {"\x03vorbis" + Comments({}), "setup"}) + pages(0);
+    constexpr std::uint64_t kHour = 3600;
+    return StartAndEnd(start, pages(kHour - 5), start.size() + aMedia);
+}
+
 constexpr std::uint32_t kCluster = 0x1F43B675;
 constexpr std::uint32_t kCues = 0x1C53BB6B;
 constexpr std::uint32_t kTags = 0x1254C367;
@@ -264,6 +286,7 @@ const std::vector<LongFiles>& LongFiles_All() {
     static const std::vector<LongFiles> kAll = {
         {"song.wav", "wav", "WAV", "wav", {4, 400, 4500}, WAV, 2, 16384},
         {"song.ogg", "ogg", "Ogg", "ogg", {1, 50, 500}, Ogg, 2, 131072},
+        {"film.ogg", "ogv", "Ogg with video", "ogg", {4, 400, 4500}, OggFilm, 3, 131072},
         {"film.matroska", "mkv", "Matroska", "mkv", {4, 400, 4500}, Matroska, 2, 16384},
         {"film.flv", "flv", "Flash video", "flv", {4, 400, 4500}, FlashVideo, 2, 65536},
         {"film.asf", "wma", "ASF: Windows Media", "wmv", {4, 400, 4500}, ASF, 1, 8192},

@@ -1,6 +1,7 @@
 """Seeds of files of songs whose texts are Vorbis comments."""
 from covers import block, comments, field, flac, page
 from music import DELIVERED_AS_IT_IS, delivered, id3, n, text23
+from video import theora as theora_header
 
 TAGGED = text23(b"TIT2", b"\0Title"), text23(b"APIC", b"\0image/png\0\3d\0\x89PNG\r\n\x1A\nours")
 
@@ -65,12 +66,25 @@ def speex(variable=0):
 
 
 def theora(rate=25):
-    return b"\x80theora" + bytes(15) + n(rate) + n(1) + bytes(10) + n(6 << 5, 2)
+    return theora_header(rate=(rate, 1))
 
 
-def ogm(kind, tag=b"0055", unit=10000000, samples=44100):
-    times = number(unit, 8) + number(samples, 8)
-    return b"\1" + kind + bytes(3) + tag + number(56) + times + bytes(12) + number(2, 2) + bytes(10)
+def ogm(kind, tag=b"0055", unit=10000000, samples=44100, length=0):
+    times = number(unit, 8) + number(samples, 8) + number(length)
+    return b"\1" + kind.ljust(8, b"\0") + tag + number(56) + times + bytes(8) + number(2, 4) + number(48) + number(1, 4)
+
+
+def vp8(version=1):
+    return b"OVP80\1" + bytes([version, 0]) + n(320, 2) + n(240, 2) + n(12, 3) + n(11, 3) + n(25) + n(1)
+
+
+def kate(language=b"de"):
+    return b"\x80kate" + bytes(27) + language.ljust(16, b"\0") + bytes(16)
+
+
+def skeleton(shown, base=0):
+    times = b"".join(number(value, 8) for value in (shown, 1000, base, 1000))
+    return b"fishead\0\4\0\0\0" + times + bytes(36)
 
 
 HEADS = {
@@ -81,6 +95,8 @@ HEADS = {
     "ogm-sound": (ogm(b"audio"), comments(b"TITLE=Title")),
     "ogm-video": (ogm(b"video", b"XVID", 400000, 1), comments()),
     "theora": (theora(), comments(b"TITLE=Title", head=b"\x81theora")),
+    "vp8": (vp8(), comments(b"TITLE=Title", head=b"OVP80\2 ")),
+    "vp8-of-another-version": (vp8(2), b""),
     "dirac": (b"BBCD", b""),
 }
 
@@ -90,7 +106,35 @@ def stream(kind="vorbis", *sound, serial=1):
     return sheet([head], flags=2, serial=serial) + sheet([texts, b"setup"], serial=serial) + b"".join(sound)
 
 
+def films():
+    """Parts of films: video is of the stream 2, sound of 1."""
+    def film(video, *pages, more=b""):
+        return sheet([video], flags=2, serial=2) + sheet([vorbis()], flags=2) + more + b"".join(pages)
+
+    def at(picture, count=1, flags=0):
+        return sheet([b"p" * 40] * count, picture << 6, flags, serial=2)
+
+    sound = sheet([b"s"] * 9, 44100)
+    layer = b"\0\0\1\xB0\xF5\0\0\1\x20\x00\x84\x40\x06\x70\xC2\xC1\x09\x06"
+    texts = sheet([ogm(b"text")], flags=2, serial=3) + sheet([kate()], flags=2, serial=4) + sheet([b"CMML" + bytes(8)], flags=2, serial=5)
+    language = comments(b"LANGUAGE=fr")
+    xvid = ogm(b"video", b"XVID", 400000, 1, 1)
+    yield "captured", film(theora(), at(750), sheet([b"s"] * 9, 30 * 44100), at(800, 50), sheet([b"s"], 31 * 44100))
+    yield "shown-later", film(theora(), at(1), sound, at(100, 9), more=sheet([skeleton(2000, 1000)], flags=2, serial=6))
+    yield "shown-never", film(theora(), at(1), sound, more=sheet([skeleton(9000)], flags=2, serial=6))
+    yield "one-picture", film(theora(), at(1, flags=4), sound, sheet([b"s"], 88200))
+    yield "two-pictures", film(theora(), at(1), at(2, flags=4), sound)
+    yield "ogm", film(xvid, sheet([language, b"\0" + layer], serial=2), sheet([language], serial=3), sound, at(24, 25), more=texts)
+    yield "ogm-frame-after-its-length", film(xvid, sheet([b"\x48\1" + layer], serial=2), at(24))
+    yield "ogm-frame-that-is-none", film(xvid, sheet([b"", b"\xCA"], 0, 1, serial=2), at(24))
+    mp2 = b"\xFF\xFD\x84\x04" + bytes(380)
+    for tag in (b"0050", b"0001", b"7777"):
+        yield "ogm-sound-" + tag.decode(), sheet([xvid], flags=2, serial=2) + sheet([ogm(b"audio", tag, length=1152)], flags=2) + sheet([b"\0" + mp2])
+    yield "end-of-one-of-two", film(theora(), at(1), sound, *[sheet([b"s" * 40000], 88200)] * 4)
+
+
 def oggs():
+    yield from films()
     for kind in HEADS:
         yield kind, stream(kind, sheet([b"s"] * 3, 44100), sheet([b"s"], 88200))
     late = 48000 * 60

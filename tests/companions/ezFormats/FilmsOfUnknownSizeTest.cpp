@@ -15,7 +15,8 @@ constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
 bool IsFilm(const SampleFile& aSample) {
     const std::string& type = aSample.mWinner;
-    return type == "mkv" || type == "ts" || type == "mpg" || type == "mp4" || type == "flv";
+    return type == "mkv" || type == "ts" || type == "mpg" || type == "mp4" || type == "flv" ||
+           (type == "ogg" && aSample.mName.find(".ogv") != std::string::npos);
 }
 
 std::string BigEndian(std::size_t aNumber, std::size_t aSize) {

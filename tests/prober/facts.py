@@ -13,8 +13,7 @@ WHOLE_TOLERANCE = 1       # where a prober tells whole seconds alone
 RATE_TOLERANCE = 0.001    # of a rate of pictures: three decimals, of counts of few
 
 # Types that a DLNA profile asks for, and those of the same media without one.
-PROFILE_TYPES = {"audio/vnd.dlna.adts": "audio/aac", "audio/vnd.dolby.dd-raw": "audio/ac3",
-                 "video/x-ms-asf": "video/x-ms-wmv"}
+PROFILE_TYPES = {"audio/vnd.dlna.adts": "audio/aac", "audio/vnd.dolby.dd-raw": "audio/ac3"}
 
 TURNS = {3: "180", 6: "90", 8: "270"}  # orientations of Exif that mirror nothing, degrees clockwise
 

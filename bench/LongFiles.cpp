@@ -280,6 +280,12 @@ LongFile ASF(std::uint64_t aMedia) {
     return StartAndEnd(start, std::string(kPacketSize, '\x11'), start.size() + count * kPacketSize);
 }
 
+/// MPEG video without a container, of a constant rate: its first pictures and its last.
+LongFile ConstantVideo(std::uint64_t aMedia) {
+    static const std::string kVideo = ReadWholeFile(EZ_SAMPLES "/formats/constant.m2v");
+    return StartAndEnd(kVideo, kVideo, kVideo.size() + aMedia);
+}
+
 } // namespace
 
 const std::vector<LongFiles>& LongFiles_All() {
@@ -291,6 +297,7 @@ const std::vector<LongFiles>& LongFiles_All() {
         {"film.flv", "flv", "Flash video", "flv", {4, 400, 4500}, FlashVideo, 2, 65536},
         {"film.asf", "wma", "ASF: Windows Media", "wmv", {4, 400, 4500}, ASF, 1, 8192},
         {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288},
+        {"film.m2v", "h264", "MPEG video", "m2v", {4, 400, 4500}, ConstantVideo, 3, 262144},
         {"film.ts", "ts", "MPEG transport stream", "ts", {4, 400, 4500}, TransportStream, 4, 524288}};
     return kAll;
 }

@@ -29,7 +29,7 @@ struct LongFiles {
 };
 
 /// WAV, RF64 where 32 bits cannot say its size, with texts after the sound; Ogg; Matroska, with its index and
-/// its tags after the clusters; Flash video; and an MPEG program stream and transport stream, their middle
+/// its tags after the clusters; Flash video; MPEG video alone; and an MPEG program and transport stream, their middle
 /// among what is written.
 const std::vector<LongFiles>& LongFiles_All();
 

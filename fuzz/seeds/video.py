@@ -1,6 +1,6 @@
 """Starts of streams of video, and what sets their decoders up, as containers of films hand them to the readers of a codec."""
 from bits import Bits
-from elementary import SLICE, USER_DATA, group, picture, picture_extension, sequence, sequence_extension, start
+from elementary import HEAD, SLICE, USER_DATA, group, picture, picture_extension, sequence, sequence_extension, start
 
 
 # --- MPEG video
@@ -34,6 +34,77 @@ def mpegvideo():
     yield "begins-anywhere", bytes(9) + b"\5" + fields() + frame + sequence() + sequence_extension(0x08) + frame + sequence() + frame
     yield "damaged-display", sequence(720, 576, 3) + interlaced() + start(0xB5) + b"\x23\1" + display(0, 0) + frame
     yield "ends-in-a-code", sequence() + sequence_extension() + start(0)[:3]
+
+
+# --- MPEG-4 video
+
+def mpeg4_layer(aspect=1, control=0, identified=0, resolution=25, fixed=1, interlaced=0, size=(352, 288)):
+    bits = Bits().put(0, 1).put(1, 8).put(identified, 1).put(2 << 3 | 1, 7 * identified).put(aspect, 4)
+    bits.put(0x0C0B, 16 if aspect == 15 else 0).put(control, 1)
+    if control:
+        bits.put(1, 2).put(0, 1).put(1, 1).put(0xFFFFFFFF, 32).put(0xFFFFFFFF, 32).put(0x7FFF, 15)
+    bits.put(0, 2).put(1, 1).put(resolution, 16).put(1, 1).put(fixed, 1).put(1, 5 * fixed)
+    return start(0x20) + bits.put(1, 1).put(size[0], 13).put(1, 1).put(size[1], 13).put(1, 1).put(interlaced, 1).put(0, 16).bytes()
+
+
+MPEG4_SEQUENCE = start(0xB0) + b"\xF5" + start(0xB5) + b"\x09"
+MPEG4_PICTURE = start(0xB6) + bytes([0x10]) + 9 * b"\x35"
+
+
+def mpeg4():
+    yield "simple", start(0xB0) + b"\3" + start(0) + mpeg4_layer() + MPEG4_PICTURE
+    yield "advanced-simple", MPEG4_SEQUENCE + start(0) + mpeg4_layer(15, 1, 1, interlaced=1) + USER_DATA + group() + MPEG4_PICTURE
+    yield "of-any-time", start(5) + mpeg4_layer(fixed=0) + MPEG4_PICTURE
+    yield "two-layers", start(0) + mpeg4_layer(size=(0, 288)) + start(0) + mpeg4_layer() + MPEG4_PICTURE
+    yield "not-legal", start(0) + mpeg4_layer(0) + MPEG4_PICTURE + start(0) + b"a" + mpeg4_layer() + MPEG4_PICTURE
+    yield "without-an-object", mpeg4_layer() + MPEG4_PICTURE
+    yield "profile-alone", MPEG4_SEQUENCE + start(0xB0)
+
+
+# --- Streams of VC-1 as they are pushed
+
+VC1_FRAME = start(0x0D) + b"\0\x12" + 20 * b"\x35"
+
+
+def vc1_streams():
+    yield "progressive", vc1_sequence() + vc1_entry() + VC1_FRAME + VC1_FRAME
+    yield "entry-of-a-size", vc1_sequence(buckets=2) + vc1_entry((640, 360), 2) + VC1_FRAME
+    yield "user-data", vc1_sequence() + start(0x1F) + b"abc" + vc1_entry() + start(0x1E) + b"abc" + VC1_FRAME
+    yield "entry-too-large", vc1_sequence() + vc1_entry((1282, 720)) + VC1_FRAME
+    yield "of-another-profile", vc1_sequence(profile=1) + vc1_entry() + VC1_FRAME
+    yield "cut", vc1_sequence()[:8] + vc1_entry() + VC1_FRAME
+    yield "entry-point-alone", vc1_entry() + VC1_FRAME + vc1_sequence()
+
+
+# --- Files without a container
+
+def rcv(frames=100, rate=25, structure=0x4E, level=2, constant=0, size=(320, 240)):
+    numbers = (frames | 0xC5 << 24, 4, structure, size[1], size[0], 12, level << 29 | constant << 28 | 0x1234, 32000, rate)
+    return b"".join(number.to_bytes(4, "little") for number in numbers) + bytes(900)
+
+
+def constant():
+    """MPEG video of 500 kbit/s, pictures as long as they take to arrive."""
+    frames = picture(delay=5000) + SLICE
+    return sequence(rate=1250) + 4 * (frames + (2500 - len(frames)) * b"\x35")
+
+
+def files():
+    yield "simple", mpeg4_layer() + start(0) + mpeg4_layer() + MPEG4_PICTURE
+    yield "vc-1", vc1_sequence() + vc1_entry() + VC1_FRAME
+    yield "constant", constant()
+    yield "constant-that-is-not", constant()[:1000] + constant()
+    yield "zeros", bytes(99) + constant()
+    yield "head", rcv()
+    yield "head-of-a-cut-file", rcv(frames=200)
+    yield "head-of-a-constant-rate", rcv(frames=0, constant=1)
+    yield "head-of-any-rate", rcv(rate=0xFFFFFFFF, level=7)
+    yield "head-of-advanced", rcv(structure=0xC0)[:44] + vc1_sequence() + vc1_entry() + VC1_FRAME
+    yield "head-without-a-size", rcv(size=(0, 240))
+
+
+def pushed(streams):
+    return [(name, HEAD + stream) for name, stream in streams]
 
 
 # --- AV1
@@ -267,6 +338,10 @@ DOORS = (
     ("codec_vpx", vpx),
     ("codec_theora", theoras),
     ("codec_h263", h263),
+    ("codec_mpeg4", mpeg4),
+    ("es_mpeg4", lambda: pushed(mpeg4())),
+    ("es_vc1", lambda: pushed(vc1_streams())),
+    ("format_videoes", files),
 )
 
 

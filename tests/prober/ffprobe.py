@@ -23,6 +23,7 @@ SOUND_TYPES = {"wav": "audio/wav", "w64": "audio/x-w64", "aiff": "audio/x-aiff",
 
 # Formats of films and the type that goes with each; "mpegvideo" is a stream without a container.
 FILM_TYPES = {"mpegts": "video/mp2t", "mpeg": "video/mpeg", "mpegvideo": "video/mpeg",
+              "h264": "video/h264", "hevc": "video/h265", "m4v": "video/mp4v-es", "vc1": "video/x-vc1", "vc1test": "video/x-vc1",
               "flv": "video/x-flv"}
 
 # Types that a DLNA profile asks for, and those of the same sound without one.

@@ -110,7 +110,7 @@ void ReadPictureSize(ezBitReader& aBits, ezH264SPS& aSPS) {
     aSPS.mHeightInMBs = heightInMapUnits * (aSPS.mfFrameMBsOnly ? 1 : 2);
     aBits.Require(aSPS.mHeightInMBs <= kH264_MaxSideSize &&
                   aSPS.mWidthInMBs * aSPS.mHeightInMBs <= kH264_MaxFrameSize);
-    aBits.Skip(aSPS.mfFrameMBsOnly ? 0 : 1); // mb_adaptive_frame_field_flag
+    aSPS.mfAdaptive = !aSPS.mfFrameMBsOnly && aBits.ReadFlag();
     const bool fDirect8x8Inference = aBits.ReadFlag();
     aBits.Require(aSPS.mfFrameMBsOnly || fDirect8x8Inference);
     aSPS.mWidth = aSPS.mWidthInMBs * kMacroblockSide;

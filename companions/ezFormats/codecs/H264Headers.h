@@ -43,6 +43,7 @@ struct ezH264SPS {
     std::uint32_t mPOCType = 0;    ///< pic_order_cnt_type
     std::uint32_t mPOCLsbBits = 0; ///< of pic_order_cnt_lsb; 0 but for POC type 0
     bool mfFrameMBsOnly = false;   ///< there are no fields
+    bool mfAdaptive = false;       ///< mb_adaptive_frame_field_flag: frames may be of pairs of fields' blocks
     std::uint32_t mWidthInMBs = 0; ///< macroblocks of 16 by 16 pixels
     std::uint32_t mHeightInMBs = 0;
     std::uint32_t mWidth = 0; ///< pixels, after cropping

@@ -59,6 +59,7 @@ private:
     ezH264SPS mShown;
     bool mfPicture = false;
     bool mfFields = false; ///< a field was found, or a frame that is shown as fields
+    bool mfTimed = false;  ///< a message has told how a picture is shown
     SEIRange mRange;
 };
 
@@ -117,6 +118,7 @@ void Pictures::TakeTiming(const SEIMessage& aMessage) {
     ezBitReader bits(aMessage.mBytes, 8 * aMessage.mSize);
     bits.Skip(sequence->mDelayBits); // cpb_removal_delay, dpb_output_delay
     const std::uint32_t structure = bits.Read(4);
+    mfTimed = mfTimed || !bits.HasFailed();
     // A field, or both of a frame (table D-1). Three fields of a frame are how film is shown.
     mfFields = mfFields || (structure >= 1 && structure <= 4);
 }
@@ -152,7 +154,9 @@ void Pictures::Tell(VideoFacts& aFacts) const {
     aFacts.mHeight = sps.mHeight;
     aFacts.mPixelAspect = VideoRatio::Of(usability.mAspectWidth, usability.mAspectHeight);
     aFacts.mFrameRate = VideoUsability_FrameRateOf(usability, 2); // a unit is a field (E.2.1)
-    const bool fInterlaced = !sps.mfFrameMBsOnly && (mfFields || !mfPicture);
+    // Who adapts frames to fields has fields, unless the messages say that frames are shown as such.
+    const bool fAdapted = sps.mfAdaptive && !mfTimed;
+    const bool fInterlaced = !sps.mfFrameMBsOnly && (mfFields || !mfPicture || fAdapted);
     aFacts.mScan = fInterlaced ? kScan_Interlaced : kScan_Progressive;
     aFacts.mBitDepth = sps.mBitDepth;
     aFacts.mColours = VideoUsability_ColoursOf(usability, sps.mChromaFormat);

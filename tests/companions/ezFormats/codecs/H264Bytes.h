@@ -19,6 +19,7 @@ struct Stream264 {
     unsigned mWidth = 20;  ///< macroblocks
     unsigned mHeight = 12; ///< macroblocks, or pairs of them
     bool mfFields = false;
+    bool mfAdaptive = false; ///< mb_adaptive_frame_field_flag, where there may be fields
     unsigned mBottom = 0;
     bool mfUsability = true;
     VideoSigns mSigns;
@@ -39,7 +40,7 @@ struct Stream264 {
             bits.UE(mBitDepth - 8).UE(0).Put(0, 2);
         }
         bits.UE(0).UE(2).UE(1).Put(0, 1).UE(mWidth - 1).UE(mHeight - 1);
-        bits.Put(mfFields ? 0 : 1, 1).Put(0, mfFields ? 1 : 0).Put(1, 1);
+        bits.Put(mfFields ? 0 : 1, 1).Put(mfAdaptive ? 1 : 0, mfFields ? 1 : 0).Put(1, 1);
         bits.Put(mBottom != 0 ? 1 : 0, 1);
         if (mBottom != 0) {
             bits.UE(0).UE(0).UE(0).UE(mBottom);

@@ -218,6 +218,22 @@ TEST(H264Video, FieldsAreFoundInSlicesOrInTimingMessages) {
     }
 }
 
+TEST(H264Video, FramesThatAdaptToFieldsAreInterlacedUnlessAMessageSaysOtherwise) {
+    const auto scan = [](bool afAdaptive, const std::string& aMessages) {
+        Stream264 stream;
+        stream.mfFields = true;
+        stream.mfAdaptive = afAdaptive;
+        stream.mfStructure = true;
+        stream.mMessages = aMessages;
+        const std::string bytes = stream.Bytes();
+        return std::string(H264Video_ReadStream(Data(bytes), bytes.size()).value_or(VideoFacts()).mScan);
+    };
+    EXPECT_EQ(scan(true, ""), "interlaced");
+    EXPECT_EQ(scan(false, ""), "progressive");
+    EXPECT_EQ(scan(true, Timing(0, 0)), "progressive");
+    EXPECT_EQ(scan(true, Timing(0, 3)), "interlaced");
+}
+
 TEST(H264Video, FieldsMayComeInALaterPicture) {
     Stream264 stream;
     stream.mfFields = true;

@@ -25,6 +25,7 @@ class ezMediaParserManager;
     FORMAT(caf, CAFParser)                                                                                   \
     FORMAT(dsf, DSFParser)                                                                                   \
     FORMAT(dsdiff, DSDIFFParser)                                                                             \
+    FORMAT(avi, AVIParser)                                                                                   \
     FORMAT(matroska, MatroskaParser)                                                                         \
     FORMAT(asf, ASFParser)                                                                                   \
     FORMAT(flv, FLVParser)                                                                                   \

@@ -3,11 +3,14 @@
 #include "ezFormats/codecs/BitmapVideoLimits.h"
 #include "ezFormats/codecs/CodecWord.h"
 #include "ezFormats/codecs/FrameVideo.h"
+#include "ezFormats/codecs/H264Video.h"
+#include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/TheoraHeader.h"
 #include "ezFormats/codecs/VC1Video.h"
 #include "ezFormats/codecs/VideoFourCC.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezBytes/ByteSource.h"
 
 #include <algorithm>
 #include <string_view>
@@ -17,12 +20,24 @@ namespace {
 
 using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
 
-/// What sets the decoder of a codec up, where that is not a part of its stream.
+/// Of H.264 and H.265 either the record that ISO media have, or the start of a byte stream.
+template <std::optional<VideoFacts> (*ReadConfig)(ByteReader aConfig, const ByteReader* aFirstSample),
+          Reader ReadStream>
+std::optional<VideoFacts> ReadSets(const unsigned char* aBytes, std::size_t aSize) {
+    BlockBytes bytes(aBytes, aSize);
+    const std::optional<VideoFacts> facts = ReadConfig(ByteReader(bytes), nullptr);
+    return facts ? facts : ReadStream(aBytes, aSize);
+}
+
+/// What sets the decoder of a codec up, where that is not only a part of its stream.
 struct SetUp {
     std::string_view mCodec;
     Reader mRead;
 };
-constexpr SetUp kSetUps[] = {{"Theora", TheoraVideo_ReadConfig}, {"WMV3", VC1Video_ReadStructC}};
+constexpr SetUp kSetUps[] = {{"Theora", TheoraVideo_ReadConfig},
+                             {"WMV3", VC1Video_ReadStructC},
+                             {"H264", ReadSets<H264Video_ReadConfig, H264Video_ReadStream>},
+                             {"H265", ReadSets<H265Video_ReadConfig, H265Video_ReadStream>}};
 
 std::optional<VideoFacts> ReadSetUp(const ezCString& aCodec, const std::vector<unsigned char>& aData) {
     for (const SetUp& setUp : kSetUps) {

@@ -2,7 +2,7 @@
 
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/riff/WAVLimits.h"
-#include "ezFormats/tags/MusicValues.h"
+#include "ezFormats/tags/RIFFTexts.h"
 #include "ezFormats/tags/SongTags.h"
 
 #include "ezBytes/CodePage.h"
@@ -21,30 +21,10 @@ constexpr std::uint32_t kUnknown32 = 0xFFFFFFFF;
 constexpr BoxType kSummary(0xBC945F92);
 constexpr ChunkLayout kSummaryItems = {0, 4, true, false, 1};
 
-/// The texts of a list, each a chunk.
-void TakeTexts(ChunkWalk aItems, ByteReader anItem, TextEncoding anEncoding, const CodePage& aCodePage,
-               MusicTexts& aTexts) {
-    MusicValues values;
-    for (BoxType name; aItems.Next(&name, &anItem);) {
-        if (const TagField* const field = FindTagField(TagLetters::RIFF, name.GetCode())) {
-            values.Add(*field, ReadCleanText(anItem, anEncoding, aCodePage));
-        }
-    }
-    values.Store(aTexts);
-}
-
-/// Those of a list of the kind "INFO".
-void TakeInfo(ByteReader aList, const ChunkLayout& aLayout, std::uint32_t& aBudget, const CodePage& aCodePage,
-              MusicTexts& aTexts) {
-    if (BoxType::Read(aList) == "INFO") {
-        TakeTexts({aList, aLayout, aBudget}, aList, TextEncoding::Unstated, aCodePage, aTexts);
-    }
-}
-
-/// Those of Wave64, after their count.
+/// The texts of Wave64, after their count.
 void TakeSummary(ByteReader aList, std::uint32_t& aBudget, MusicTexts& aTexts) {
     aList.Skip(4);
-    TakeTexts({aList, kSummaryItems, aBudget}, aList, TextEncoding::Utf16Little, CodePage(), aTexts);
+    TakeRIFFTexts({aList, kSummaryItems, aBudget}, aList, TextEncoding::Utf16Little, CodePage(), aTexts);
 }
 
 /// A broadcast file's description and date (EBU Tech 3285, 2.3). Between the numbers of a date and a time
@@ -86,7 +66,7 @@ WAVChunks ReadWAVChunks(MediaBytes& aBytes, const ByteReader& aReader, const WAV
         } else if (name == "fact" && chunks.mSamples == 0) {
             chunks.mSamples = ReadFact(content, fBig);
         } else if (name == "LIST") {
-            TakeInfo(content, aHead.mLayout, budget, aCodePage, chunks.mInfo);
+            TakeInfoTexts(content, aHead.mLayout, budget, aCodePage, chunks.mInfo);
         } else if (name == kSummary) {
             TakeSummary(content, budget, chunks.mInfo);
         } else if (name == "id3 " || name == "ID3 ") {

@@ -16,7 +16,7 @@ constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 bool IsFilm(const SampleFile& aSample) {
     const std::string& type = aSample.mWinner;
     return type == "mkv" || type == "ts" || type == "mpg" || type == "mp4" || type == "flv" ||
-           (type == "ogg" && aSample.mName.find(".ogv") != std::string::npos);
+           type == "avi" || (type == "ogg" && aSample.mName.find(".ogv") != std::string::npos);
 }
 
 std::string BigEndian(std::size_t aNumber, std::size_t aSize) {
@@ -37,6 +37,9 @@ std::string LongFilm(const SampleFile& aSample) {
     }
     if (aSample.mWinner == "flv") {
         return film + BigEndian(18, 1) + BigEndian(kMore, 3) + std::string(7 + kMore, '\0'); // a script tag
+    }
+    if (aSample.mWinner == "avi") {
+        return film + "JUNK" + BigEndian(0x00003000, 4) + std::string(kMore, '\0');
     }
     if (aSample.mWinner == "mp4") {
         return film + BigEndian(kMore + 8, 4) + "free" + std::string(kMore, '\0');

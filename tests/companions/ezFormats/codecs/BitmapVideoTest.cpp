@@ -112,3 +112,18 @@ TEST(BitmapVideo, FirstFrameIsWantedOfThoseWhoseStreamsHoldHeaders) {
         EXPECT_FALSE(wants(codec)) << codec;
     }
 }
+
+/// Of constrained baseline, 176x144 at 25.
+TEST(BitmapVideo, ParameterSetsStandInARecordOrInAStream) {
+    const std::string set = Hex({0x67, 0x42, 0xC0, 0x0B, 0xD9, 0x02, 0xC4, 0xEC, 0x04, 0x40, 0,
+                                 0,    3,    0,    0x40, 0,    0,    0x0C, 0x83, 0xC5, 0x0A, 0x92});
+    const std::string pictures = Hex({0x68, 0xCB, 0x80, 0xA4, 0xB2});
+    const std::string start = Hex({0, 0, 0, 1});
+    const std::string stream = start + set + start + pictures;
+    const std::string record =
+        Hex({1, 0x42, 0xC0, 0x0B, 0xFF, 0xE1, 0, 22}) + set + Hex({1, 0, 5}) + pictures;
+    const char* const told = "H264 ConstrainedBaseline@11 176x144 1:1 fr=25000 progressive cd=8 4:2:0";
+    EXPECT_EQ(Told(Bitmap("H264", record, 176, 144)), told);
+    EXPECT_EQ(Told(Bitmap("H264", stream, 176, 144)), told);
+    EXPECT_EQ(Told(Bitmap("avc1", "", 176, 144), stream), told);
+}

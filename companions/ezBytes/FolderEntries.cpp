@@ -52,7 +52,9 @@ FolderWalk WalkFolder(const std::string& aFolder, std::size_t aMost,
     }
     const std::unique_ptr<DIR, DirCloser> folder(OpenedFolder(aFolder.empty() ? "." : aFolder));
     if (folder == nullptr) {
-        return IsAnswerOfPath(errno) ? FolderWalk::None : FolderWalk::Trouble;
+        return errno == EACCES         ? FolderWalk::Refused
+               : IsAnswerOfPath(errno) ? FolderWalk::None
+                                       : FolderWalk::Trouble;
     }
     for (std::size_t i = 0; i < aMost; ++i) {
         errno = 0; // else its end is not told from its failure
@@ -70,5 +72,5 @@ FolderWalk WalkFolder(const std::string& aFolder, std::size_t aMost,
 
 bool IsAnswerOfPath(int anError) {
     return anError == ENOENT || anError == ENOTDIR || anError == EACCES || anError == ELOOP ||
-           anError == ENAMETOOLONG;
+           anError == ENAMETOOLONG || anError == ENXIO; // ENXIO: a socket
 }

@@ -16,7 +16,8 @@ enum class FolderEntry {
 enum class FolderWalk {
     Whole,   ///< after its last entry
     Cut,     ///< earlier, by its bound or by whoever takes the entries
-    None,    ///< before it began: there is no such folder, or not for this process
+    None,    ///< before it began: there is no such folder
+    Refused, ///< before it began: this process may not list it
     Trouble, ///< the system failed, and entries may be missing
 };
 
@@ -29,5 +30,6 @@ enum class FolderWalk {
 FolderWalk WalkFolder(const std::string& aFolder, std::size_t aMost,
                       const std::function<bool(const char* aName, FolderEntry aKind)>& aTake);
 
-/// Whether an error of a path says that there is nothing to be had, and not that the system is in trouble.
+/// Whether an error of a path says that there is nothing to be had, or not for this process, and not that the
+/// system is in trouble.
 bool IsAnswerOfPath(int anError);

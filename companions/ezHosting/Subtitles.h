@@ -24,11 +24,12 @@ enum class ezSubtitleKind {
     VobSub,               ///< pictures of DVDs: an index, and a file of the same name with the pictures
 };
 
-/// The name of a kind for programs, which is its usual extension: "srt", "ass", "idx" ...
+/// The name of a kind for programs, which is its usual extension: "srt", "ass", "idx" ... Never null; the
+/// text lasts as long as the program.
 EZHOSTING_API const char* ezSubtitleKind_GetName(ezSubtitleKind aKind);
 
 /// The MIME types of a kind, joined by ",": the registered or usual one, then those that some devices ask for
-/// ("application/x-subrip,text/srt,smi/caption"). "" for pictures, which have none.
+/// ("application/x-subrip,text/srt,smi/caption"). "" for pictures, which have none. Lasts as the name does.
 EZHOSTING_API const char* ezSubtitleKind_GetMimeTypes(ezSubtitleKind aKind);
 
 /// A file of subtitles that belongs to a film.
@@ -74,9 +75,11 @@ struct EZHOSTING_API ezSubtitles {
 /// look has a finder of its own. For one thread at a time; finders share nothing.
 class EZHOSTING_API ezSubtitleFinder {
 public:
-    /// @param aMediaTypes    loaded; tells which files of a folder are films. Borrowed, outlives the finder
-    /// @param aTextCodePage  what is no Unicode is in: a name or a number as ezHostOptions::mTextCodePage has
-    ///                       it. "", and one that the system does not know, is Windows-1252
+    /// @param aMediaTypes    loaded; tells which files of a folder are films. Borrowed, outlives the finder.
+    ///                       It is only read: finders on several threads may share it
+    /// @param aTextCodePage  the encoding of texts and names that are not Unicode: a name or a number as
+    ///                       ezHostOptions::mTextCodePage has it. "", and one that the system does not know,
+    ///                       is Windows-1252
     /// @param aCancellation  ends a look; borrowed, may be null, outlives the finder
     explicit ezSubtitleFinder(ExtensionMimeTypeMatcher& aMediaTypes, std::string_view aTextCodePage = {},
                               const ezCancellation* aCancellation = nullptr);
@@ -85,8 +88,8 @@ public:
     ezSubtitleFinder& operator=(const ezSubtitleFinder&) = delete;
 
     /// The subtitles of a film. Lists its folder, and those for subtitles in it, in bounded time; of each
-    /// file that has a fitting name the first bytes are read, by one read. Only regular files are read, and
-    /// those that a link leads to.
+    /// file that has a fitting name the first bytes are read, by one read, and those of an index's pictures
+    /// by another. Only regular files are read, and those that a link leads to.
     ///
     /// After a cancellation what was found until then; a call of the system that waits is not broken off.
     ///

@@ -121,7 +121,7 @@ bool SubtitleFolder::BelongsTo(std::string_view aName, std::string_view aFilm) c
     if (!WordsAfterFilm(aName, aFilm)) {
         return false;
     }
-    bool fSpelled = aName.substr(0, aFilm.size()) == aFilm;
+    const bool fSpelled = aName.substr(0, aFilm.size()) == aFilm;
     bool fOtherSpelled = false;
     for (std::size_t size = aFilm.size(); size <= aName.size(); ++size) {
         if (size < aName.size() && std::string_view(".-_ ([").find(aName[size]) == std::string_view::npos) {
@@ -129,12 +129,15 @@ bool SubtitleFolder::BelongsTo(std::string_view aName, std::string_view aFilm) c
         }
         const std::string_view start = aName.substr(0, size);
         const std::string lower = LowerOf(start);
-        for (auto film = FirstWith(mFilms, start); film != mFilms.end() && film->mLower == lower; ++film) {
-            if (size > aFilm.size() && WordsAfterFilm(aName, film->mName)) {
-                return false;
-            }
-            fOtherSpelled = fOtherSpelled || film->mName == start;
+        const auto film = FirstWith(mFilms, lower);
+        if (film == mFilms.end() || film->mLower != lower) {
+            continue;
         }
+        if (size > aFilm.size() && WordsAfterFilm(aName, lower)) {
+            return false;
+        }
+        fOtherSpelled =
+            fOtherSpelled || std::binary_search(film, mFilms.end(), FoundName{lower, std::string(start)});
     }
     return fSpelled || !fOtherSpelled;
 }

@@ -12,8 +12,8 @@ inline constexpr std::size_t kSubtitles_MaxEntries = 131'072;
 /// with ten subtitles each. The listing ends there.
 inline constexpr std::size_t kSubtitles_MaxNameBytes = std::size_t{8} * 1024 * 1024;
 
-/// Folders for subtitles next to a film that are looked into: there are two names, which some write in
-/// capitals.
+/// Folders for subtitles next to a film that are looked into, and in each of them folders of the film's name:
+/// there are two names, which some write in capitals.
 inline constexpr std::size_t kSubtitles_MaxFolders = 4;
 
 /// Different extensions in a folder whose kind is remembered while it is listed: there are some hundred. That
@@ -24,8 +24,8 @@ inline constexpr std::size_t kSubtitles_MaxExtensions = 1024;
 /// more the longer it is. Further ones are not looked at.
 inline constexpr std::size_t kSubtitles_MaxNames = 2048;
 
-/// Files for one film that are opened: a film with sixty languages has some hundred. Those after them, in the
-/// order of what is told, are not looked at.
+/// Files for one film that are opened, pictures of an index left aside: a film with sixty languages has some
+/// hundred. Those after them, in the order of what is told, are not looked at.
 inline constexpr std::size_t kSubtitles_MaxTried = 256;
 
 /// Bytes of the start of a file that are read: nearly all subtitles of a film as text, so that the guess of

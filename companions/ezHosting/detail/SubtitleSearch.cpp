@@ -17,6 +17,9 @@
 
 namespace {
 
+/// How the pictures of VobSub begin: with a pack of a program stream (ISO/IEC 13818-1, 2.5.3.3).
+constexpr std::string_view kPack("\0\0\1\xBA", 4);
+
 /// The first bytes of a file.
 struct Head {
     std::string mBytes;
@@ -24,7 +27,7 @@ struct Head {
     bool mfFailed = false; ///< it could not be read, though it is there
 };
 
-Head ReadHead(const std::string& aPath) {
+Head ReadHead(const std::string& aPath, std::size_t aSize) {
     Head head;
     ezFile file;
     if (!file.Open(ezCString(aPath), ezFileOpenMode_Read, ezFileAccessMode_ReadWrite)) {
@@ -32,8 +35,8 @@ Head ReadHead(const std::string& aPath) {
         return head;
     }
     const ezFileOffset length = std::max<ezFileOffset>(file.LengthAtOpen(), 0);
-    head.mfWhole = length <= static_cast<ezFileOffset>(kSubtitle_HeadSize);
-    head.mBytes.resize(head.mfWhole ? static_cast<std::size_t>(length) : kSubtitle_HeadSize);
+    head.mfWhole = length <= static_cast<ezFileOffset>(aSize);
+    head.mBytes.resize(head.mfWhole ? static_cast<std::size_t>(length) : aSize);
     const int count = file.Read(head.mBytes.data(), head.mBytes.size());
     head.mfFailed = count < 0;
     head.mBytes.resize(static_cast<std::size_t>(std::max(count, 0)));
@@ -93,9 +96,14 @@ const SubtitleFolder& SubtitleSearch::ListOnce(const std::string& aPath) {
 
 void SubtitleSearch::LookInto(const std::string& aPath, Film& aFilm) {
     const SubtitleFolder& folder = ListOnce(aPath);
+    std::size_t looked = 0;
     Add(aPath, folder, aFilm.mFolder->HasOnly(aFilm.mBase) ? Names::All : Names::OfFilm, aFilm);
     for (auto own = SubtitleFolder::FirstWith(folder.mFolders, aFilm.mBase);
          own != folder.mFolders.end() && ezIsEqualNoCase(own->mName, aFilm.mBase); ++own) {
+        if (++looked > kSubtitles_MaxFolders) {
+            aFilm.mFound.mfWhole = false;
+            return;
+        }
         const std::string path = aPath + own->mName + "/";
         Add(path, List(path), Names::All, aFilm);
     }
@@ -148,7 +156,7 @@ std::optional<ezSubtitleFile> SubtitleSearch::Tell(const std::string& aPath, con
                                                    const Candidate& aCandidate, bool* afFailed) const {
     ezSubtitleFile file;
     file.mPath = aPath + std::string(aCandidate.mName);
-    const Head head = ReadHead(file.mPath);
+    const Head head = ReadHead(file.mPath, kSubtitle_HeadSize);
     *afFailed = head.mfFailed;
     const std::optional<SubtitleContent> content = ReadSubtitleContent(head.mBytes, head.mfWhole, mEncoding);
     if (!content || !MayHold(ExtensionOfName(aCandidate.mName), content->mKind)) {
@@ -160,6 +168,11 @@ std::optional<ezSubtitleFile> SubtitleSearch::Tell(const std::string& aPath, con
             return std::nullopt; // nothing to show
         }
         file.mPicturesPath = aPath + std::string(pictures);
+        const Head start = ReadHead(file.mPicturesPath, kPack.size());
+        *afFailed = start.mfFailed;
+        if (start.mBytes != kPack) {
+            return std::nullopt; // text, which is told by itself, or something else
+        }
     }
     const SubtitleName name = ReadSubtitleName(aCandidate.mWords);
     file.mKind = content->mKind;

@@ -1,11 +1,13 @@
 #include "ezBytes/FolderEntries.h"
 
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 #include "support/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <sys/stat.h>
@@ -72,8 +74,19 @@ TEST(FolderEntries, HasNoneOfWhatIsNoFolder) {
         EXPECT_TRUE(found.mEntries.empty());
     }
     EXPECT_TRUE(IsAnswerOfPath(EACCES));
+    EXPECT_TRUE(IsAnswerOfPath(ENXIO)); // a socket
     EXPECT_FALSE(IsAnswerOfPath(EMFILE));
     EXPECT_FALSE(IsAnswerOfPath(EIO));
+}
+
+TEST(FolderEntries, AreRefusedToWhoMayNotListThem) {
+    const TemporaryFolder folder;
+    std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0755));
+    const std::string secret = folder.MakeFolder("secret");
+    std::filesystem::permissions(secret, std::filesystem::perms::none);
+    const Unprivileged user;
+    EXPECT_EQ(WalkAll(secret).mEnd, FolderWalk::Refused);
+    EXPECT_EQ(WalkAll(secret + "/deeper").mEnd, FolderWalk::Refused);
 }
 
 TEST(FolderEntries, TakesTheWorkingFolderForTheEmptyPath) {

@@ -8,6 +8,7 @@
 #include "support/Folders.h"
 #include "support/Guide.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 #include "support/WholeFile.h"
 #include "support/WorkingDirectory.h"
 
@@ -16,18 +17,22 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <set>
 #include <string>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 constexpr const char* kCue = "1\n00:00:28,050 --> 00:00:30,550\nHello\n";
+const std::string kPictures("\0\0\1\xBA", 4); ///< a pack of a program stream
 constexpr const char* kIndex = "# VobSub index file, v7\nid: en, index: 0\nid: fr, index: 1\n";
 
 /// The media types of the samples.
@@ -64,6 +69,17 @@ using Lines = std::vector<std::string>;
 Lines Find(const TemporaryFolder& aFolder, const std::string& aFilm) {
     ezSubtitleFinder finder(Types());
     return InWords(finder.Find(aFolder.Path(aFilm)), aFolder.GetPath() + "/");
+}
+
+/// A socket at a path; below 0 for none.
+int Listen(const std::string& aPath) {
+    struct sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    aPath.copy(static_cast<char*>(address.sun_path), sizeof(address.sun_path) - 1);
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const void* const bytes = &address;
+    const bool fBound = bind(listener, static_cast<const struct sockaddr*>(bytes), sizeof(address)) == 0;
+    return fBound ? listener : -1;
 }
 
 /// A folder with files, and what is told of films in it.
@@ -131,6 +147,13 @@ TEST(Subtitles, AreThoseThatTheirNamesGiveToAFilm) {
            {"Subs/Film.de.srt de", "Subs/2_English.srt en", "Subs/3_French (Canadian).srt fr (Canadian)",
             "Subs/English.srt en", "Subs/SDH.eng.HI.srt en hearing", "Subs/whatever.srt (whatever)"}},
           {"sample.mkv", {}}}},
+        {"all extensions that such files have",
+         {"Film.mkv", "Film.a.srt", "Film.b.vtt", "Film.c.ass", "Film.d.ssa", "Film.e.sub", "Film.f.smi",
+          "Film.g.sami", "Film.h.sup", "Film.i.ttml", "Film.j.dfxp", "Film.k.txt", "Film.l.idx"},
+         {{"Film.mkv",
+           {"Film.a.srt (a)", "Film.b.vtt (b)", "Film.c.ass (c)", "Film.d.ssa (d)", "Film.e.sub (e)",
+            "Film.f.smi (f)", "Film.g.sami (g)", "Film.h.sup (h)", "Film.i.ttml (i)", "Film.j.dfxp (j)",
+            "Film.k.txt (k)", "Film.l.idx (l)"}}}},
         {"a folder of its own in one for subtitles",
          {"S01E01.mkv", "S01E02.mkv", "Subs/S01E01/2_English.srt", "Subs/s01e01/3_French.srt",
           "Subs/S01E02/4_de.srt"},
@@ -169,14 +192,18 @@ TEST(Subtitles, AreToldWithWhatTheyHold) {
     folder.Write("Film.g.smi", "<SAMI><STYLE>.A{lang:ko-KR}</STYLE>");
     folder.Write("Film.en.smi", "<SAMI><STYLE>.A{lang:ko-KR}</STYLE>"); // the name counts more
     folder.Write("Film.idx", kIndex);
-    folder.Write("Film.SUB", "\x01");
+    folder.Write("Film.SUB", kPictures);
     folder.Write("Film.de.idx", kIndex);
-    folder.Write("Film.de.sub", "");
-    folder.Write("Film.DE.sub", "");
+    folder.Write("Film.de.sub", kPictures);
+    folder.Write("Film.DE.sub", kPictures);
     folder.Write("Film.fr.idx", kIndex); // without pictures
     folder.Write("Film.h.idx", "id: en, index: 0\n");
-    folder.Write("Film.h.sub", "{1}{2}text");                 // of its own kind, for all the index beside it
-    folder.Write("Film.i.sub", std::string("\0\0\1\xBA", 4)); // pictures without an index
+    folder.Write("Film.h.sub", "{1}{2}text"); // of its own kind, for all the index beside it
+    folder.Write("Film.i.sub", kPictures);    // pictures without an index
+    folder.Write("Film.j.idx", kIndex);
+    folder.Write("Film.j.sub", "{1}{2}text"); // no pictures
+    folder.Write("Film.k.idx", kIndex);
+    folder.Write("Film.k.sub", kPictures.substr(0, 3));
     folder.Write("Film.empty.srt", "");
     ezSubtitleFinder finder(Types(), "1251");
     std::vector<std::string> lines;
@@ -191,10 +218,11 @@ TEST(Subtitles, AreToldWithWhatTheyHold) {
             file.mPicturesPath.empty() ? "" : " " + file.mPicturesPath.substr(folder.GetPath().size() + 1);
         lines.push_back(line);
     }
-    EXPECT_EQ(lines, (Lines{"Film.a.srt vtt - UTF-8", "Film.b.txt sub - UTF-8",
-                            "Film.de.idx idx de - Film.de.sub", "Film.en.smi smi en UTF-8",
-                            "Film.f.srt srt - windows-1251", "Film.g.smi smi ko-KR UTF-8",
-                            "Film.h.sub sub - UTF-8", "Film.idx idx en,fr - Film.SUB"}));
+    EXPECT_EQ(
+        lines,
+        (Lines{"Film.a.srt vtt - UTF-8", "Film.b.txt sub - UTF-8", "Film.de.idx idx de - Film.de.sub",
+               "Film.en.smi smi en UTF-8", "Film.f.srt srt - windows-1251", "Film.g.smi smi ko-KR UTF-8",
+               "Film.h.sub sub - UTF-8", "Film.idx idx en,fr - Film.SUB", "Film.j.sub sub - UTF-8"}));
     // What the system does not know counts as Windows-1252.
     ezSubtitleFinder unknown(Types(), "no such page");
     EXPECT_EQ(unknown.Find(film).mFiles[4].mEncoding, "windows-1252");
@@ -211,10 +239,14 @@ TEST(Subtitles, AreRegularFilesOrLinksToThem) {
     ASSERT_EQ(symlink("elsewhere/text", folder.Path("Film.de.srt").c_str()), 0);
     ASSERT_EQ(symlink("nowhere", folder.Path("Film.fr.srt").c_str()), 0);
     ASSERT_EQ(symlink("Film.it.srt", folder.Path("Film.it.srt").c_str()), 0);
+    const int listener = Listen(folder.Path("socket"));
+    ASSERT_GE(listener, 0);
+    ASSERT_EQ(symlink("socket", folder.Path("Film.es.srt").c_str()), 0);
     ASSERT_EQ(symlink("elsewhere", folder.Path("Subs").c_str()), 0);
     ASSERT_EQ(symlink(".", folder.Path("subtitles").c_str()), 0); // back into the same folder
     EXPECT_EQ(Find(folder, "Film.mkv"),
               (Lines{"Film.de.srt de", "Subs/English.srt en", "subtitles/Film.de.srt de"}));
+    close(listener);
 }
 
 TEST(Subtitles, MayHaveNamesOfAnyBytes) {
@@ -358,6 +390,71 @@ TEST(Subtitles, InFoldersOfTheSameNameAreBounded) {
     EXPECT_EQ(Find(folder, "Film.mkv").back(), "?");
 }
 
+TEST(Subtitles, InFoldersOfTheFilmsNameAreBounded) {
+    const TemporaryFolder folder;
+    folder.Write("Film.mkv", "");
+    folder.Write("Other.mkv", "");
+    for (const char* name : {"FILM", "FIlm", "FilM", "Film"}) {
+        folder.Write(std::string("Subs/") + name + "/en.srt", kCue);
+    }
+    EXPECT_EQ(Find(folder, "Film.mkv"), (Lines{"Subs/FILM/en.srt en", "Subs/FIlm/en.srt en",
+                                               "Subs/FilM/en.srt en", "Subs/Film/en.srt en"}));
+    folder.Write("Subs/film/en.srt", kCue);
+    const Lines lines = Find(folder, "Film.mkv");
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines.back(), "?");
+}
+
+TEST(Subtitles, WithNamesThatGoOnAfterTheFilmsAreBounded) {
+    const MemoryFolder folder;
+    folder.Write("Film.mkv", "");
+    folder.Write("Film.x.mkv", "");
+    folder.Write("Film.zz.srt", kCue);
+    for (std::size_t i = 1; i < kSubtitles_MaxNames; ++i) { // of the other film
+        folder.Write("Film.x." + std::to_string(i) + ".srt", "");
+    }
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"Film.zz.srt (zz)"});
+    folder.Write("Film.x.more.srt", "");
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"?"});
+}
+
+TEST(Subtitles, AreListedUpToABoundOfTheirNames) {
+    const MemoryFolder folder;
+    const std::string film = folder.Write("Film.mkv", "");
+    const std::size_t kept = std::string("Film").size();
+    const std::string first = folder.Write("x0" + std::string(244, 'x') + ".srt", ""); // 250 bytes
+    const auto add = [&](const std::string& aName) {
+        ASSERT_EQ(symlink(first.c_str(), folder.Path(aName).c_str()), 0) << aName;
+    };
+    constexpr std::size_t kNames = kSubtitles_MaxNameBytes / 250 - 1;
+    for (std::size_t i = 1; i < kNames; ++i) {
+        const std::string number = std::to_string(i);
+        add("x" + number + std::string(245 - number.size(), 'x') + ".srt");
+    }
+    constexpr std::size_t kRest = kSubtitles_MaxNameBytes - kNames * 250;
+    add(std::string(kRest / 2 - 4, 'y') + ".srt");
+    add(std::string(kRest - kRest / 2 - kept - 1 - 4, 'z') + ".srt");
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{}); // a byte is left
+    folder.Write("z.srt", "");
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"?"});
+}
+
+TEST(Subtitles, AreToldByTheirFirstBytes) {
+    const TemporaryFolder folder;
+    folder.Write("Film.mkv", "");
+    const std::string cue(kCue);
+    const std::string filled = cue + std::string(kSubtitle_HeadSize - cue.size() - 1, 'x') + "\xC3";
+    folder.Write("Film.a.srt", filled);          // a whole text, and its end is no UTF-8
+    folder.Write("Film.b.srt", filled + "\xBC"); // one that is read up to the middle of a letter
+    folder.Write("Film.c.srt", filled + "x");    // what comes later is not looked at
+    ezSubtitleFinder finder(Types());
+    std::vector<std::string> encodings;
+    for (const ezSubtitleFile& file : finder.Find(folder.Path("Film.mkv")).mFiles) {
+        encodings.push_back(file.mEncoding);
+    }
+    EXPECT_EQ(encodings, (Lines{"windows-1252", "UTF-8", "UTF-8"}));
+}
+
 TEST(Subtitles, OfAHugeFolderAreFoundByOneBoundedPass) {
     const MemoryFolder folder;
     folder.Write("Film.mkv", "");
@@ -419,4 +516,32 @@ TEST(Subtitles, ThatCannotBeReadLeaveWordOfIt) {
                           {SystemCall::FStat, once, forGood},
                           {SystemCall::PRead, once, forGood}});
     EXPECT_EQ(RunInterrupted(1, find), "Film.en.srt en;Film.fr.srt fr;");
+}
+
+TEST(Subtitles, WhosePicturesCannotBeReadLeaveWordOfIt) {
+    const TemporaryFolder folder;
+    folder.Write("Film.idx", kIndex);
+    folder.Write("Film.sub", kPictures);
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"Film.idx en,fr"});
+    const FaultySystem system({{SystemCall::PRead, 2, 1, EIO}}); // after the index
+    EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"?"});
+}
+
+TEST(Subtitles, ThatMayNotBeReadLeaveWordOfIt) {
+    const TemporaryFolder folder;
+    folder.Write("Film.srt", kCue);
+    folder.Write("Film.en.srt", kCue);
+    folder.Write("Subs/Film.srt", kCue);
+    std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0755));
+    EXPECT_EQ(Find(folder, "Film.mkv"), (Lines{"Film.en.srt en", "Film.srt", "Subs/Film.srt"}));
+    const auto refuse = [&folder](const char* aName) {
+        std::filesystem::permissions(folder.Path(aName), std::filesystem::perms::none);
+        const Unprivileged user;
+        return Find(folder, "Film.mkv");
+    };
+    EXPECT_EQ(refuse("Subs"), (Lines{"Film.en.srt en", "Film.srt", "?"}));
+    std::filesystem::remove_all(folder.Path("Subs"));
+    EXPECT_EQ(refuse("Film.en.srt"), (Lines{"Film.srt", "?"}));
+    EXPECT_EQ(refuse("."), Lines{"?"});
+    std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0700));
 }

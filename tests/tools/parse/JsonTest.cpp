@@ -161,7 +161,7 @@ TEST(JsonOutput, HasTheSubtitlesNextToAFilm) {
     const std::string russian = folder.Write("Film.ru.forced.srt", cue + "\xCF\xF0");
     const std::string index =
         folder.Write("Film.idx", "# VobSub index file\nid: en, index: 0\nid: de, index: 1\n");
-    const std::string pictures = folder.Write("Film.sub", "");
+    const std::string pictures = folder.Write("Film.sub", std::string("\0\0\1\xBA", 4));
     const std::string odd = folder.Write("Film.\xFF.srt", cue);
     folder.Write("Song.srt", cue);
     const ProgramResult result = Announce({"--json", "--code-page", "1251", film, song});
@@ -189,7 +189,11 @@ TEST(JsonOutput, HasTheSubtitlesNextToAFilm) {
                               {"hearing_impaired", false},
                               {"default", false}}));
     EXPECT_EQ(BytesOf(files[2]["path_bytes"]), odd);
-    EXPECT_EQ(files[2]["title"], "\xD1\x8F"); // by the code page
+    EXPECT_EQ(files[2]["title"], "\xD1\x8F");                           // by the code page
+    for (const char* name : {"SUBS", "SUBs", "SUbs", "Subs", "subs"}) { // more than are looked into
+        folder.MakeFolder(name);
+    }
+    EXPECT_EQ(ObjectsOf(Announce({"--json", film}).mOut).at(0)["subtitle_files_whole"], false);
 }
 
 TEST(JsonOutput, LeavesOutWhatCannotBeReadAndGoesOn) {

@@ -147,8 +147,24 @@ TEST(SubtitleContent, CutAnywhereIsReadToItsEndAndNoFurther) {
 }
 
 TEST(SubtitleKinds, HaveANameAndTheTypesOfText) {
-    EXPECT_STREQ(ezSubtitleKind_GetName(ezSubtitleKind::TTML), "ttml");
-    EXPECT_STREQ(ezSubtitleKind_GetMimeTypes(ezSubtitleKind::SubRip),
-                 "application/x-subrip,text/srt,smi/caption");
-    EXPECT_STREQ(ezSubtitleKind_GetMimeTypes(ezSubtitleKind::VobSub), "");
+    struct Row {
+        ezSubtitleKind mKind;
+        const char* mName;
+        const char* mMimeTypes;
+    };
+    constexpr Row kRows[] = {
+        {ezSubtitleKind::SubRip, "srt", "application/x-subrip,text/srt,smi/caption"},
+        {ezSubtitleKind::WebVTT, "vtt", "text/vtt"},
+        {ezSubtitleKind::SubStation, "ssa", "text/x-ssa"},
+        {ezSubtitleKind::AdvancedSubStation, "ass", "text/x-ass,text/x-ssa"},
+        {ezSubtitleKind::MicroDVD, "sub", "text/x-microdvd"},
+        {ezSubtitleKind::SAMI, "smi", "application/smil,text/x-sami"},
+        {ezSubtitleKind::TTML, "ttml", "application/ttml+xml"},
+        {ezSubtitleKind::PresentationGraphics, "sup", ""},
+        {ezSubtitleKind::VobSub, "idx", ""},
+    };
+    for (const Row& row : kRows) {
+        EXPECT_STREQ(ezSubtitleKind_GetName(row.mKind), row.mName);
+        EXPECT_STREQ(ezSubtitleKind_GetMimeTypes(row.mKind), row.mMimeTypes) << row.mName;
+    }
 }

@@ -404,4 +404,11 @@ TEST(Explain, ShowsTheSubtitlesNextToAFilm) {
     EXPECT_EQ(Announce({film}).mOut.find("Film.en"), std::string::npos); // the table does not ask
     EXPECT_EQ(Announce({"--explain", EZ_SAMPLES "/music/morning-walk.mp3"}).mOut.find("subtitle files"),
               std::string::npos);
+    for (const char* name : {"SUBS", "SUBs", "SUbs", "subs"}) { // more than are looked into
+        folder.MakeFolder(name);
+    }
+    const std::string more = Announce({"--explain", film}).mOut;
+    EXPECT_NE(more.find("                   -                                 more may be there\n"),
+              std::string::npos)
+        << more;
 }

@@ -194,18 +194,6 @@ bool IsText(Kind aKind) {
     return aKind == Kind::Text || aKind == Kind::Lines || aKind == Kind::Tags;
 }
 
-/// The values of a text that lists several.
-std::vector<std::string> ValuesOf(std::string_view aText, Kind aKind) {
-    const char separator = aKind == Kind::Lines ? '\n' : ',';
-    std::vector<std::string> values;
-    for (std::size_t start = 0; start <= aText.size();) {
-        const std::size_t end = std::min(aText.find(separator, start), aText.size());
-        values.emplace_back(aText.substr(start, end - start));
-        start = end + 1;
-    }
-    return values;
-}
-
 std::string ValuesInWords(const std::vector<std::string>& aValues) {
     std::string words;
     for (const std::string& value : aValues) {
@@ -309,7 +297,7 @@ private:
             fact.mText = mInfo.GetCString(aKey, "").View();
             fact.mWords = fact.mText;
             if (aKnown.mKind == Kind::Lines || aKnown.mKind == Kind::Tags) {
-                fact.mValues = ValuesOf(fact.mText, aKnown.mKind);
+                fact.mValues = ListedValues(fact.mText, aKnown.mKind == Kind::Lines ? '\n' : ',');
                 fact.mWords = ValuesInWords(fact.mValues);
             } else if (aKnown.mKind != Kind::Text) {
                 // A parser that writes a text where a number is meant: shown, but not under the name by which
@@ -367,6 +355,16 @@ std::string Iso8601(const ezDateTime& aTime) {
     std::array<char, 64> text = {};
     const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
     return std::string(text.data(), length);
+}
+
+std::vector<std::string> ListedValues(std::string_view aText, char aSeparator) {
+    std::vector<std::string> values;
+    for (std::size_t start = 0; start <= aText.size();) {
+        const std::size_t end = std::min(aText.find(aSeparator, start), aText.size());
+        values.emplace_back(aText.substr(start, end - start));
+        start = end + 1;
+    }
+    return values;
 }
 
 std::string SizeInWords(std::uint64_t aSize) {

@@ -41,5 +41,8 @@ std::string ProtocolInfo(const ezMediaInfo& anInfo);
 /// "2024-02-29T12:34:56Z"; "" for a time that is not set or beyond the calendar.
 std::string Iso8601(const ezDateTime& aTime);
 
+/// The values of a text that lists several with a separator between them.
+std::vector<std::string> ListedValues(std::string_view aText, char aSeparator);
+
 /// "1.2 MiB".
 std::string SizeInWords(std::uint64_t aSize);

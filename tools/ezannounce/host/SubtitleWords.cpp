@@ -1,11 +1,9 @@
 #include "host/SubtitleWords.h"
 
+#include "host/Facts.h"
 #include "output/SafeText.h"
 
 #include "ezBytes/Utf8.h"
-
-#include <algorithm>
-#include <cstddef>
 
 namespace {
 
@@ -21,13 +19,7 @@ constexpr Flag kFlags[] = {{&ezSubtitleFile::mfForced, "forced", "forced"},
 
 /// The texts of a list that are joined by ",".
 nlohmann::ordered_json ListOf(std::string_view aText) {
-    nlohmann::ordered_json list = nlohmann::ordered_json::array();
-    while (!aText.empty()) {
-        const std::size_t end = std::min(aText.find(','), aText.size());
-        list.push_back(std::string(aText.substr(0, end)));
-        aText.remove_prefix(std::min(end + 1, aText.size()));
-    }
-    return list;
+    return aText.empty() ? nlohmann::ordered_json::array() : nlohmann::ordered_json(ListedValues(aText, ','));
 }
 
 void SetPath(nlohmann::ordered_json& aFile, const std::string& aName, const std::string& aPath) {

@@ -17,10 +17,13 @@ struct ISOAudio : AudioFacts {
 
 /// What the sample entry of a track of pictures tells.
 struct ISOVideo : VideoFacts {
-    bool mfPictures = false; ///< each sample is a picture file, as of cover art or a chapter
+    bool mfPictures = false;    ///< each sample is a picture file, as of cover art or a chapter
+    bool mfWantsSample = false; ///< the entry leaves open what the first sample may tell
 };
 
 /// Reads the first sample entry of "stsd" (ISO/IEC 14496-12, 8.5.2, 12.1.3 and 12.2.3, and QuickTime). What
 /// is damaged tells nothing. aBoxBudget counts down the boxes.
+/// @param aSample  the start of the first sample, which completes the entry; null: it is not looked at
 ISOAudio ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget);
-ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget);
+ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget,
+                              const ByteReader* aSample = nullptr);

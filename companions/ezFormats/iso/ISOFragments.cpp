@@ -5,6 +5,7 @@
 #include "ezFormats/detail/MediaNumbers.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -13,6 +14,7 @@ constexpr std::uint32_t kHeadOffset = 0x1;
 constexpr std::uint32_t kHeadDescription = 0x2;
 constexpr std::uint32_t kHeadTicks = 0x8;
 constexpr std::uint32_t kHeadSize = 0x10;
+constexpr std::uint32_t kHeadFromFragment = 0x20000; // default-base-is-moof
 constexpr std::uint32_t kRunOffset = 0x1;
 constexpr std::uint32_t kRunFirstFlags = 0x4;
 constexpr std::uint32_t kRunTicks = 0x100;
@@ -69,16 +71,31 @@ struct Track {
 struct Defaults {
     std::uint32_t mTicks = 0;
     std::uint32_t mSize = 0;
+    std::optional<std::uint64_t> mBase; ///< which offsets of samples count from
 };
+
+/// Where the samples of a run begin: an offset with a sign.
+std::uint64_t PlaceOf(std::uint64_t aBase, std::uint32_t anOffset) {
+    constexpr std::uint32_t kNegative = 0x80000000;
+    const std::uint32_t back = 0 - anOffset;
+    return anOffset < kNegative ? ezSaturating_Add64(aBase, anOffset)
+                                : aBase - std::min<std::uint64_t>(aBase, back);
+}
 
 /// Adds a track run ("trun", 8.8.8) to a track.
 void ReadRun(ByteReader aBox, const Defaults& aDefaults, Track& aTrack) {
     const std::uint32_t flags = aBox.ReadBig32();
     const std::uint32_t count = aBox.ReadBig32();
-    aBox.Skip((flags & kRunOffset) != 0 ? 4 : 0);     // data_offset
-    aBox.Skip((flags & kRunFirstFlags) != 0 ? 4 : 0); // first_sample_flags
+    const std::uint32_t offset = (flags & kRunOffset) != 0 ? aBox.ReadBig32() : 0; // data_offset
+    aBox.Skip((flags & kRunFirstFlags) != 0 ? 4 : 0);                              // first_sample_flags
     if (aBox.HasFailed()) {
         return;
+    }
+    if (aDefaults.mBase && (flags & kRunOffset) != 0 && count != 0 && aTrack.mFound.mFirstSample.mSize == 0) {
+        ByteReader first = aBox;
+        first.Skip((flags & kRunTicks) != 0 ? 4 : 0);
+        const std::uint32_t size = (flags & kRunSize) != 0 ? first.ReadBig32() : aDefaults.mSize;
+        aTrack.mFound.mFirstSample = {PlaceOf(*aDefaults.mBase, offset), size};
     }
     if ((flags & (kRunTicks | kRunSize)) == 0) {
         aTrack.Add(count, std::uint64_t{count} * aDefaults.mTicks, std::uint64_t{count} * aDefaults.mSize);
@@ -113,8 +130,8 @@ private:
     bool Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFragments& aFragments);
     bool IsCut() const;
     void ReadFragment(const ByteReader& aBox);
-    void ReadTrackFragment(const ByteReader& aBox);
-    Track* ReadHead(ByteReader aBox, Defaults& aDefaults);
+    void ReadTrackFragment(const ByteReader& aBox, bool afFirst);
+    Track* ReadHead(ByteReader aBox, bool afFirst, Defaults& aDefaults);
     std::uint64_t ReadIndex(ByteReader aBox);
 
     MediaBytes& mBytes;
@@ -123,6 +140,7 @@ private:
     Track mVideo;
     TimeSum mIndexed;
     std::uint64_t mPosition = 0;
+    std::uint64_t mFragment = 0;   ///< position of the last fragment
     std::uint32_t mCount = 0;      ///< fragments read, or told of by an index
     std::uint64_t mLargestBox = 0; ///< bytes of the largest that was stepped over, from the first fragment on
     std::uint64_t mExpectedSamples = 0; ///< bytes that the last fragment states, where no box has followed it
@@ -136,7 +154,7 @@ bool FragmentReading::Next(std::uint64_t aPosition, BoxType* aType, ByteReader* 
 }
 
 /// Of "tfhd" (8.8.7): whose fragment it is, null for a track that does not matter, and its defaults.
-Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
+Track* FragmentReading::ReadHead(ByteReader aBox, bool afFirst, Defaults& aDefaults) {
     const std::uint32_t flags = aBox.ReadBig32();
     const std::uint32_t identifier = aBox.ReadBig32();
     Track* found = nullptr;
@@ -148,14 +166,18 @@ Track* FragmentReading::ReadHead(ByteReader aBox, Defaults& aDefaults) {
     if (found == nullptr) {
         return nullptr;
     }
-    aBox.Skip((flags & kHeadOffset) != 0 ? 8 : 0);      // base_data_offset
+    if ((flags & kHeadOffset) != 0) {
+        aDefaults.mBase = aBox.ReadBig(8); // base_data_offset
+    } else if ((flags & kHeadFromFragment) != 0 || afFirst) {
+        aDefaults.mBase = mFragment;
+    }
     aBox.Skip((flags & kHeadDescription) != 0 ? 4 : 0); // sample_description_index
     aDefaults.mTicks = (flags & kHeadTicks) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultTicks;
     aDefaults.mSize = (flags & kHeadSize) != 0 ? aBox.ReadBig32() : found->mTrack->mDefaultSize;
     return aBox.HasFailed() ? nullptr : found;
 }
 
-void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
+void FragmentReading::ReadTrackFragment(const ByteReader& aBox, bool afFirst) {
     BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     ByteReader content = aBox;
@@ -163,7 +185,7 @@ void FragmentReading::ReadTrackFragment(const ByteReader& aBox) {
     Track* track = nullptr;
     while (walk.Next(&type, &content)) {
         if (type == "tfhd") {
-            track = ReadHead(content, defaults);
+            track = ReadHead(content, afFirst, defaults);
         } else if (type == "tfdt" && track != nullptr) { // 8.8.12
             const unsigned size = content.ReadByte() == 1 ? 8 : 4;
             content.Skip(3); // flags
@@ -181,9 +203,11 @@ void FragmentReading::ReadFragment(const ByteReader& aBox) {
     BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
     BoxType type;
     ByteReader content = aBox;
+    bool fFirst = true;
     while (walk.Next(&type, &content)) {
         if (type == "traf") {
-            ReadTrackFragment(content);
+            ReadTrackFragment(content, fFirst);
+            fFirst = false;
         }
     }
 }
@@ -226,6 +250,7 @@ bool FragmentReading::Walk(std::uint32_t aMaxFragments, bool afDuration, ISOFrag
         if (mCount != 0) {
             mLargestBox = std::max(mLargestBox, content.GetEnd() - mPosition);
         }
+        mFragment = mPosition;
         mPosition = content.GetEnd();
         mExpectedSamples = 0;
         if (type == "moof") {

@@ -12,6 +12,7 @@ struct ISOFragmentTrack {
     std::uint64_t mSamples = 0;
     std::uint64_t mSampleTicks = 0; ///< that those take
     std::uint64_t mBytes = 0;
+    ISOSamplePlace mFirstSample; ///< of the first of its runs that says where it is
 };
 
 struct ISOFragments {

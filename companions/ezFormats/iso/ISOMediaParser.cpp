@@ -1,6 +1,7 @@
 #include "ezFormats/iso/ISOMediaParser.h"
 
 #include "ezBytes/BoxWalk.h"
+#include "ezBytes/ByteSource.h"
 #include "ezBytes/CodePage.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/detail/Containers.h"
@@ -19,6 +20,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -178,6 +180,32 @@ void ReadFragmentsOf(MediaBytes& aBytes, std::uint64_t aStart, std::uint32_t& aB
     }
 }
 
+/// What the entry of the video leaves open is asked of its first sample. Of a stream without a size that is
+/// looked for only where it is near the movie, or before it.
+void LookAtFirstSample(MediaBytes& aBytes, std::uint64_t aMovieEnd, std::uint32_t& aBoxBudget,
+                       ISOMedia& aMedia) {
+    if (!aMedia.mMovie.mVideo.has_value()) {
+        return;
+    }
+    ISOTables& tables = aMedia.mMovie.mVideo->mTables;
+    const ISOSamplePlace& own = tables.mFirstSample;
+    const ISOSamplePlace place = own.mSize != 0 ? own : aMedia.mFragments.mVideo.mFirstSample;
+    const std::uint64_t end = aBytes.GetSize().value_or(ezSaturating_Add64(aMovieEnd, kISO_TailSize));
+    if (!tables.mDescription.has_value() || place.mSize == 0 || place.mPosition >= end) {
+        return;
+    }
+    ByteReader sample(aBytes);
+    sample.Skip(place.mPosition);
+    const std::uint64_t there = std::min(place.mSize, sample.GetLeft());
+    std::vector<unsigned char> bytes(
+        static_cast<std::size_t>(std::min<std::uint64_t>(there, kISO_MaxSample)));
+    if (sample.Read(bytes.data(), bytes.size())) {
+        BlockBytes block(bytes.data(), bytes.size());
+        const ByteReader start(block);
+        tables.mVideo = ReadVideoDescription(*tables.mDescription, aBoxBudget, &start);
+    }
+}
+
 } // namespace
 
 /// A first box that is one (ISO/IEC 14496-12, 4.2).
@@ -242,6 +270,7 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (media.mMovie.mfFragmented) {
         ReadFragmentsOf(aBytes, top.mMovie->GetEnd(), boxBudget, media);
     }
+    LookAtFirstSample(aBytes, top.mMovie->GetEnd(), boxBudget, media);
     const BrandTypes& types = TypesOf(top, media.mMovie);
     anInfo.Set(kezInfo_MimeType, fVideo ? types.mVideo : types.mAudio, true);
     StoreFacts(media, types.mContainer, anInfo);

@@ -90,6 +90,96 @@ std::uint64_t SumBlock(const unsigned char* aBytes, std::size_t aCount, unsigned
     return sum;
 }
 
+/// The size of the first sample; 0 where there is none.
+std::uint64_t ReadFirstSize(const ISOSizeTable& aTable) {
+    if (aTable.mCount == 0 || aTable.mConstantSize != 0 || !aTable.mSizes.has_value()) {
+        return aTable.mCount != 0 ? aTable.mConstantSize : 0;
+    }
+    std::array<unsigned char, 4> bytes = {};
+    ByteReader sizes = *aTable.mSizes;
+    const bool fRead = sizes.Read(bytes.data(), (aTable.mBits + 7) / 8);
+    return fRead ? SumBlock(bytes.data(), 1, aTable.mBits) : 0;
+}
+
+/// The first entry of a table of chunk offsets ("stco", and "co64" of 64 bits; 8.7.5): the first chunk begins
+/// with the first sample.
+ISOSamplePlace ReadFirstPlace(ByteReader aChunks, bool af64, const ISOSizeTable& aSizes) {
+    ISOSamplePlace place;
+    aChunks.Skip(4); // version and flags
+    aChunks.Require(aChunks.ReadBig32() != 0);
+    place.mPosition = aChunks.ReadBig(af64 ? 8 : 4);
+    place.mSize = aChunks.HasFailed() ? 0 : ReadFirstSize(aSizes);
+    return place;
+}
+
+/// Walks over the tables of a track.
+class TableReading {
+public:
+    TableReading(ISOTrackKind aKind, std::uint32_t& aBoxBudget) : mKind(aKind), mBoxBudget(aBoxBudget) {}
+
+    void Read(const ByteReader& aBox);
+
+    ISOTables mTables;
+
+private:
+    void Take(BoxType aType, const ByteReader& aContent);
+    void ReadDescription(const ByteReader& aContent);
+    bool IsDone() const { return mfDescribed && mfTimed && mfSized && (mfChunks || !WantsPlace()); }
+    bool WantsPlace() const {
+        return mTables.mVideo.mfWantsSample && (!mfSized || mTables.mSizes.mCount != 0);
+    }
+
+    ISOTrackKind mKind;
+    std::uint32_t& mBoxBudget;
+    bool mfDescribed = false;
+    bool mfTimed = false;
+    bool mfSized = false;
+    bool mfChunks = false;
+    bool mf64 = false;
+    std::optional<ByteReader> mChunks;
+};
+
+void TableReading::ReadDescription(const ByteReader& aContent) {
+    mfDescribed = true;
+    if (mKind == ISOTrackKind::kAudio) {
+        mTables.mAudio = ReadAudioDescription(aContent, mBoxBudget);
+        return;
+    }
+    mTables.mVideo = ReadVideoDescription(aContent, mBoxBudget);
+    if (mTables.mVideo.mfWantsSample) {
+        mTables.mDescription = aContent;
+    }
+}
+
+void TableReading::Take(BoxType aType, const ByteReader& aContent) {
+    if (aType == "stsd") {
+        ReadDescription(aContent);
+    } else if (aType == "stts") {
+        ReadTimes(aContent, mTables);
+        mfTimed = true;
+    } else if (aType == "stsz" || aType == "stz2") {
+        mTables.mSizes = ReadSizeTable(aContent, aType == "stz2");
+        mfSized = true;
+    } else if (aType == "stco" || aType == "co64") {
+        mfChunks = true;
+        mf64 = aType == "co64";
+        mChunks = aContent;
+    }
+}
+
+void TableReading::Read(const ByteReader& aBox) {
+    BoxWalk walk = BoxWalk::Within(aBox, mBoxBudget);
+    BoxType type;
+    ByteReader content = aBox;
+    // After the last of those there may be megabytes of chunk offsets and sync samples.
+    while (!IsDone() && walk.Next(&type, &content)) {
+        Take(type, content);
+    }
+    if (WantsPlace() && mChunks.has_value()) {
+        mTables.mFirstSample = ReadFirstPlace(*mChunks, mf64, mTables.mSizes);
+    }
+}
+
 } // namespace
 
 ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes) {
@@ -116,29 +206,7 @@ ISOSizeSum SumSizes(const ISOSizeTable& aTable, std::uint64_t aMaxBytes) {
 }
 
 ISOTables ReadTables(const ByteReader& aBox, ISOTrackKind aKind, std::uint32_t& aBoxBudget) {
-    ISOTables tables;
-    BoxWalk walk = BoxWalk::Within(aBox, aBoxBudget);
-    BoxType type;
-    ByteReader content = aBox;
-    bool fDescribed = false;
-    bool fTimed = false;
-    bool fSized = false;
-    // After the last of the three there may be megabytes of chunk offsets and sync samples.
-    while (!(fDescribed && fTimed && fSized) && walk.Next(&type, &content)) {
-        if (type == "stsd") {
-            if (aKind == ISOTrackKind::kAudio) {
-                tables.mAudio = ReadAudioDescription(content, aBoxBudget);
-            } else {
-                tables.mVideo = ReadVideoDescription(content, aBoxBudget);
-            }
-            fDescribed = true;
-        } else if (type == "stts") {
-            ReadTimes(content, tables);
-            fTimed = true;
-        } else if (type == "stsz" || type == "stz2") {
-            tables.mSizes = ReadSizeTable(content, type == "stz2");
-            fSized = true;
-        }
-    }
-    return tables;
+    TableReading reading(aKind, aBoxBudget);
+    reading.Read(aBox);
+    return reading.mTables;
 }

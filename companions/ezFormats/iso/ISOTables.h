@@ -18,6 +18,12 @@ struct ISOSizeTable {
     std::uint64_t GetBytes() const { return (std::uint64_t{mCount} * mBits + 7) / 8; }
 };
 
+/// Where a sample stands in the file.
+struct ISOSamplePlace {
+    std::uint64_t mPosition = 0;
+    std::uint64_t mSize = 0; ///< bytes; 0: not known
+};
+
 /// Bytes of the first samples of a table.
 struct ISOSizeSum {
     std::uint64_t mSamples = 0;
@@ -39,6 +45,12 @@ struct ISOTables {
     std::uint32_t mLeastTicks = 0;
     std::uint32_t mMostTicks = 0;
     ISOSizeTable mSizes;
+
+    /// @name Of video whose entry leaves open what the first sample may tell
+    /// @{
+    std::optional<ByteReader> mDescription; ///< "stsd"
+    ISOSamplePlace mFirstSample;
+    /// @}
 };
 
 enum class ISOTrackKind { kOther, kAudio, kVideo, kSubtitle };

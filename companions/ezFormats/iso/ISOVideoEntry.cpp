@@ -3,12 +3,14 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AV1Video.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
+#include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/H263Video.h"
 #include "ezFormats/codecs/H264Video.h"
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
 #include "ezFormats/codecs/VPXVideo.h"
+#include "ezFormats/codecs/VideoFourCC.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOLimits.h"
@@ -25,20 +27,11 @@
 
 namespace {
 
-struct VideoFormat {
-    BoxType mFormat;
-    const char* mName;
-    bool mfPictures;
-};
-constexpr std::array<VideoFormat, 31> kFormats = {
-    {{"avc1", "H264", false},  {"avc2", "H264", false},  {"avc3", "H264", false},  {"avc4", "H264", false},
-     {"dva1", "H264", false},  {"dvav", "H264", false},  {"hvc1", "H265", false},  {"hev1", "H265", false},
-     {"dvh1", "H265", false},  {"dvhe", "H265", false},  {"mp4v", "MPEG4", false}, {"XVID", "MPEG4", false},
-     {"DIVX", "MPEG4", false}, {"s263", "H263", false},  {"H263", "H263", false},  {"h263", "H263", false},
-     {"m2v1", "MPEG2", false}, {"mp2v", "MPEG2", false}, {"hdv1", "MPEG2", false}, {"hdv2", "MPEG2", false},
-     {"hdv3", "MPEG2", false}, {"m1v1", "MPEG1", false}, {"mp1v", "MPEG1", false}, {"vc-1", "VC1", false},
-     {"av01", "AV1", false},   {"vp08", "VP8", false},   {"vp09", "VP9", false},   {"mjpa", "MJPEG", false},
-     {"mjpb", "MJPEG", false}, {"jpeg", "MJPEG", true},  {"png ", "PNG", true}}};
+/// The names of entries each sample of which is a picture file.
+bool IsOfPictures(BoxType aFormat) {
+    constexpr std::array<BoxType, 3> kNames = {{"jpeg", "png ", "gif "}};
+    return std::find(kNames.begin(), kNames.end(), aFormat) != kNames.end();
+}
 
 /// The names of entries whose pictures need a decoder of Dolby Vision (Dolby Vision Streams within the ISO
 /// Base Media File Format, 3.1).
@@ -75,6 +68,9 @@ constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, fals
 struct ISOVideoEntry : ISOEntryFacts {
     VideoFacts mFacts;   ///< of the codec's own headers
     bool mfSize = false; ///< the entry states a size
+    bool mfOpen = false; ///< these headers stand in the samples, or leave open whether there are fields
+    bool mfFieldsUnseen = false;         ///< there may be fields, and the first sample is none
+    const ByteReader* mSample = nullptr; ///< the first one; null: it is not looked at
     ISOPictureSigns mSigns;
 };
 
@@ -101,15 +97,34 @@ void ReadSigns(ByteReader aBox, ISOVideoEntry& anEntry) {
     Read(aBox, anEntry.mSigns);
 }
 
+bool MayHaveFields(const VideoFacts& aFacts) {
+    return aFacts.mScan != nullptr && std::string_view(aFacts.mScan) == kScan_Interlaced;
+}
+
 /// Of "avcC" (ISO/IEC 14496-15, 5.3.3.1).
 void ReadAVC(ByteReader aBox, ISOVideoEntry& anEntry) {
-    TakeCodec(H264Video_ReadConfig(aBox), anEntry);
+    const std::optional<VideoFacts> facts = H264Video_ReadConfig(aBox);
+    if (!facts.has_value()) {
+        return;
+    }
+    const bool fFields = MayHaveFields(*facts);
+    anEntry.mfOpen = fFields || facts->mWidth == 0;
+    if (anEntry.mfOpen && anEntry.mSample != nullptr) {
+        TakeCodec(H264Video_ReadConfig(aBox, anEntry.mSample), anEntry);
+        anEntry.mfFieldsUnseen = fFields && !MayHaveFields(anEntry.mFacts);
+    } else {
+        TakeCodec(facts, anEntry);
+    }
 }
 
 /// Of "hvcC" (ISO/IEC 14496-15, 8.3.3.1). The size is that of the entry where it states one: writers differ
 /// in what a frame of fields has.
 void ReadHEVC(ByteReader aBox, ISOVideoEntry& anEntry) {
     std::optional<VideoFacts> facts = H265Video_ReadConfig(aBox);
+    anEntry.mfOpen = facts.has_value() && facts->mWidth == 0;
+    if (anEntry.mfOpen && anEntry.mSample != nullptr) {
+        facts = H265Video_ReadConfig(aBox, anEntry.mSample);
+    }
     if (facts.has_value() && anEntry.mfSize) {
         facts->mWidth = 0;
         facts->mHeight = 0;
@@ -166,17 +181,37 @@ bool NameByStream(ISOVideoEntry& anEntry, ISOVideo& aVideo) {
     return true;
 }
 
-/// Names the codec by its four characters; true where they stand for one.
-bool NameByFormat(BoxType aFormat, ISOVideo& aVideo) {
-    const auto* const known = std::find_if(kFormats.begin(), kFormats.end(), [&](const VideoFormat& aKnown) {
-        return aFormat == aKnown.mFormat;
-    });
-    if (known == kFormats.end()) {
-        return false;
+/// Names the codec by its four characters, and those that are not known by themselves.
+void NameByFormat(BoxType aFormat, ISOVideo& aVideo) {
+    const VideoCode* const code = VideoFourCC_FindEntry(aFormat);
+    if (code == nullptr) {
+        aVideo.mCodec = ISOFormatName(aFormat);
+        return;
     }
-    aVideo.mCodec = known->mName;
-    aVideo.mfPictures = known->mfPictures;
-    return true;
+    VideoFacts facts = code->GetFacts();
+    facts.Complete(aVideo);
+    static_cast<VideoFacts&>(aVideo) = facts;
+    aVideo.mfPictures = IsOfPictures(aFormat);
+}
+
+/// Of codecs whose headers stand in the stream, which the entry has not told: what the first sample begins
+/// with.
+void TakeFrame(const ISOVideo& aVideo, ISOVideoEntry& anEntry) {
+    const VideoFacts& facts = anEntry.mFacts;
+    const bool fTold = facts.mWidth != 0 || facts.mBitDepth != 0 || anEntry.mfOpen;
+    if (fTold || !FrameVideo_Tells(aVideo.mCodec)) {
+        return;
+    }
+    anEntry.mfOpen = true;
+    if (anEntry.mSample == nullptr) {
+        return;
+    }
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(anEntry.mSample->GetLeft()));
+    ByteReader sample = *anEntry.mSample;
+    const std::optional<VideoFacts> found = sample.Read(bytes.data(), bytes.size())
+                                                ? FrameVideo_Read(aVideo.mCodec, bytes.data(), bytes.size())
+                                                : std::nullopt;
+    anEntry.mFacts.Complete(found.value_or(VideoFacts()));
 }
 
 /// Puts together what the entry names and states, what the codec's headers tell, which is more sure, and how
@@ -185,7 +220,13 @@ void Combine(const ISOVideoEntry& anEntry, ISOVideo& aVideo) {
     VideoFacts facts = anEntry.mFacts;
     facts.mCodec = aVideo.mCodec;
     facts.Complete(aVideo);
+    if (anEntry.mfFieldsUnseen) {
+        facts.mScan = nullptr;
+    }
     anEntry.mSigns.ApplyTo(facts);
+    if (anEntry.mfFieldsUnseen && facts.mScan == nullptr) {
+        facts.mScan = kScan_Progressive;
+    }
     facts.mBitRate = anEntry.mBitRate;
     facts.mMaxBitRate = anEntry.mMaxBitRate;
     static_cast<VideoFacts&>(aVideo) = facts;
@@ -193,9 +234,10 @@ void Combine(const ISOVideoEntry& anEntry, ISOVideo& aVideo) {
 
 } // namespace
 
-ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
+ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget, const ByteReader* aSample) {
     ISOSampleEntry sample(aTable, aBoxBudget);
     ISOVideoEntry entry;
+    entry.mSample = aSample;
     ISOVideo video;
     ReadPicture(sample.mContent, video);
     entry.mfSize = video.mWidth != 0 && video.mHeight != 0;
@@ -207,13 +249,17 @@ ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
     const bool fEncrypted = sample.mFormat == "encv" || sample.mFormat.GetText().StartsWith("drm");
     const BoxType format = fEncrypted ? entry.mOriginal.value_or(sample.mFormat) : sample.mFormat;
-    const bool fNamed = entry.mStream.has_value() && format == "mp4v" ? NameByStream(entry, video)
-                                                                      : NameByFormat(format, video);
-    if (!fNamed) {
+    if (!entry.mStream.has_value() || format != "mp4v") {
+        NameByFormat(format, video);
+    } else if (!NameByStream(entry, video)) {
         video.mCodec = ISOFormatName(format);
+    }
+    if (!fEncrypted) {
+        TakeFrame(video, entry);
     }
     entry.mSigns.mfDolbyVision = entry.mSigns.mfDolbyVision || IsDolbyVision(format);
     Combine(entry, video);
+    video.mfWantsSample = entry.mfOpen && !fEncrypted && aSample == nullptr;
     if (fEncrypted) {
         video.mCodec = EncryptedCodecName(video.mCodec);
     }

@@ -130,6 +130,7 @@ struct Track {
     std::string mLanguage; ///< of an "elng" box; empty: there is none
     std::string mMore;     ///< boxes before the media
     std::string mTimes;    ///< runs of samples, in place of one of all of them
+    std::string mChunks;   ///< the table of chunk offsets, in place of one of none
 
     std::string Times() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;
@@ -155,7 +156,7 @@ struct Track {
                                                    : Big(1, 4) + Big(mSizes.size(), 4) + Big(mSampleTicks, 4);
         return FullBox("stsd", Big(1, 4) + mEntry, mTableVersion) + FullBox("stts", times) +
                FullBox("stsc", Big(0, 4)) + (mSizeTable.empty() ? FullBox("stsz", sizes) : mSizeTable) +
-               FullBox("stco", Big(0, 4));
+               (mChunks.empty() ? FullBox("stco", Big(0, 4)) : mChunks);
     }
     std::string Bytes() const {
         const std::size_t size = mVersion == 1 ? 8 : 4;

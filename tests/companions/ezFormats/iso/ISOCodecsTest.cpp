@@ -385,7 +385,11 @@ TEST(ISOVideo, OtherFormatsHaveTheirNames) {
     EXPECT_EQ(Video(VideoEntry("mp4v", ESDS(0x99, ""))), "vc=\"mp4v\" wi=320 he=240");
     EXPECT_EQ(Video(VideoEntry("mjpa", "")), "vc=\"MJPEG\" wi=320 he=240");
     EXPECT_EQ(Video(VideoEntry("SVQ3", "")), "vc=\"SVQ3\" wi=320 he=240");
-    EXPECT_EQ(Video(VideoEntry("rle ", "")), "vc=\"rle\" wi=320 he=240");
+    EXPECT_EQ(Video(VideoEntry("rle ", "")), "vc=\"Animation\" wi=320 he=240");
+    EXPECT_EQ(Video(VideoEntry("apch", "")), "vc=\"ProRes\" vp=\"HQ\" wi=320 he=240");
+    EXPECT_EQ(Video(VideoEntry("dv5p", "")), "vc=\"DV\" vp=\"50\" wi=320 he=240");
+    EXPECT_EQ(Video(VideoEntry("XVID", "")), "vc=\"MPEG4\" wi=320 he=240");
+    EXPECT_EQ(Video(VideoEntry("xvid", "")), "vc=\"xvid\" wi=320 he=240");
     EXPECT_EQ(Video(Box("avc1", "short")), "vc=\"avc1\"");
 }
 

@@ -147,6 +147,20 @@ TEST(Subtitles, AreThoseThatTheirNamesGiveToAFilm) {
            {"Subs/Film.de.srt de", "Subs/2_English.srt en", "Subs/3_French (Canadian).srt fr (Canadian)",
             "Subs/English.srt en", "Subs/SDH.eng.HI.srt en hearing", "Subs/whatever.srt (whatever)"}},
           {"sample.mkv", {}}}},
+        {"a trailer alone, which is no film of its folder",
+         {"Film-trailer.mp4", "Subs/English.srt", "Subs/Film-trailer.srt"},
+         {{"Film-trailer.mp4", {"Subs/Film-trailer.srt"}}}},
+        {"what lies beside the only film by its name's end",
+         {"Film.mkv", "Film.sample.mkv", "Film_trailer.mkv", "My Trailer.mkv", "Subs/English.srt"},
+         {{"Film.mkv", {"Subs/English.srt en"}}}},
+        {"which is a word of its own", {"Film.mkv", "Resample.mkv", "Subs/English.srt"}, {{"Film.mkv", {}}}},
+        {"a name of another film that ends before a blank or a bracket",
+         {"Film.mkv", "Film.en.mkv", "Film.en (de).srt", "Film.en(fr).srt", "Film.en[it].srt"},
+         {{"Film.mkv", {}},
+          {"Film.en.mkv", {"Film.en (de).srt de", "Film.en(fr).srt fr", "Film.en[it].srt it"}}}},
+        {"a folder that is no film for all its name",
+         {"Film.mkv", "Film.2.mkv/index", "Film.2.en.srt"},
+         {{"Film.mkv", {"Film.2.en.srt en"}}}},
         {"all extensions that such files have",
          {"Film.mkv", "Film.a.srt", "Film.b.vtt", "Film.c.ass", "Film.d.ssa", "Film.e.sub", "Film.f.smi",
           "Film.g.sami", "Film.h.sup", "Film.i.ttml", "Film.j.dfxp", "Film.k.txt", "Film.l.idx"},
@@ -359,8 +373,13 @@ TEST(Subtitles, AreNotNoticedWhereTheyComeAfterTheListing) {
     folder.Write("Film.srt", kCue);
     EXPECT_TRUE(finder.Find(film).mFiles.empty());
     EXPECT_EQ(Find(folder, "Film.mkv"), Lines{"Film.srt"});
+    folder.Write("Subs/Film.srt", kCue); // nor in a folder for them that was listed
+    ezSubtitleFinder later(Types());
+    EXPECT_EQ(later.Find(film).mFiles.size(), 2U);
+    folder.Write("Subs/Film.en.srt", kCue);
+    EXPECT_EQ(later.Find(film).mFiles.size(), 2U);
     finder.Find(folder.Path("other/Film.mkv")); // it keeps those of one folder
-    EXPECT_EQ(finder.Find(film).mFiles.size(), 1U);
+    EXPECT_EQ(finder.Find(film).mFiles.size(), 3U);
 }
 
 TEST(Subtitles, OfOneFilmAreBounded) {

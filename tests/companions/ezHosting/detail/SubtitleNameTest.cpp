@@ -40,6 +40,8 @@ TEST(SubtitleName, ReadsTheWordsAfterAFilmsName) {
         {"pob", "pt-BR"},
         {"zh-hans", "zh-Hans"},
         {"sr-Latn-RS", "sr-Latn-RS"},
+        {"sr-Cyrl", "sr-Cyrl"},
+        {"az-arab", "az-Arab"},
         {"es-419", "es-419"},
         {"fil", "fil"},
         {"jp", "ja"},
@@ -67,6 +69,7 @@ TEST(SubtitleName, ReadsTheWordsAfterAFilmsName) {
         // Several languages; of one and its form in a region the latter.
         {"en.fr", "en,fr"},
         {"English & French", "en,fr"},
+        {"en+{fr},de", "en,fr,de"},
         {"Brazilian Portuguese", "pt-BR"},
         {"Portuguese (Brazilian)", "pt-BR"},
         {"Chinese (Simplified)", "zh-Hans"},

@@ -2,9 +2,9 @@
 
 #include "ezFormats/asf/ASFLimits.h"
 #include "ezFormats/asf/ASFVideo.h"
-#include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/MusicTexts.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezBytes/TextBytes.h"
 
 #include <algorithm>

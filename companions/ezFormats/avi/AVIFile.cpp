@@ -2,10 +2,10 @@
 
 #include "ezFormats/avi/AVILimits.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/tags/LanguageTags.h"
 #include "ezFormats/tags/RIFFTexts.h"
 
 #include "ezBytes/ChunkWalk.h"
+#include "ezBytes/LanguageTags.h"
 
 #include "ezPlatform/base/Checked.h"
 

@@ -225,7 +225,8 @@ std::vector<MakeParser> FormatMakers() {
 std::unique_ptr<ezElementaryStreamParser> MakeFormatRace() {
     auto race = std::make_unique<ezUndeterminedEltStreamParser>(nullptr, nullptr);
     AddEltStreamCandidates(*race);
-    Require(race->GetCandidateList() == "|H264|H265|MPEGVideo|VC1|MPEG4|AC3|EAC3|ADTS|MPEGAudio|", "the formats race");
+    Require(race->GetCandidateList() == "|H264|H265|MPEGVideo|VC1|MPEG4|AC3|EAC3|ADTS|MPEGAudio|",
+            "the formats race");
     return race;
 }
 

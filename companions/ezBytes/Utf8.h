@@ -24,8 +24,8 @@ std::size_t LengthOfFirstUtf8(std::string_view aText);
 /// True when the whole text is UTF-8.
 bool IsWholeUtf8(std::string_view aText);
 
-/// A text without the first bytes of a character that was cut at its end: a lead byte and fewer bytes after it
-/// than it asks for.
+/// A text without the first bytes of a character that was cut at its end: a lead byte and fewer bytes after
+/// it than it asks for.
 std::string_view WithoutCutUtf8(std::string_view aText);
 
 /// The character of a byte in Windows-1252, of which Latin-1 is a part: letters and quotes stand at 80 to 9F,

@@ -1,5 +1,6 @@
 #include "ezFormats/asf/ASFHeader.h"
 
+#include "ezBytes/LanguageTags.h"
 #include "ezFormats/asf/ASFLimits.h"
 #include "ezFormats/asf/ASFVideo.h"
 #include "ezFormats/tags/MusicTexts.h"

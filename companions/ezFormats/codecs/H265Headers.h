@@ -49,7 +49,7 @@ bool ezH265UnitType_IsIRAP(std::uint8_t aType);
 
 /// Profile, tier and level of the whole stream (7.3.3).
 struct ezH265Profile {
-    std::uint32_t mProfile = 0; ///< general_profile_idc
+    std::uint32_t mProfile = 0;       ///< general_profile_idc
     bool mfProgressiveSource = false; ///< general_progressive_source_flag
     bool mfInterlacedSource = false;  ///< general_interlaced_source_flag; with both or none it is not told
     std::uint32_t mLevel = 0;         ///< general_level_idc, thirty times the level

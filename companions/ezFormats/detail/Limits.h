@@ -47,8 +47,8 @@ inline constexpr std::uint32_t kDTS_ExtensionLookSize = 512;
 /// Bytes of a unit of MPEG video that are kept: an extension with its four matrices is 257 bytes.
 inline constexpr std::uint32_t kMPEGVideo_MaxUnitSize = 264;
 
-/// Bytes of a unit of MPEG-4 video that are kept: a layer up to its scan, with all that may stand before that,
-/// takes 24.
+/// Bytes of a unit of MPEG-4 video that are kept: a layer up to its scan, with all that may stand before
+/// that, takes 24.
 inline constexpr std::uint32_t kMPEG4_MaxUnitSize = 32;
 
 /// Bytes of a parameter set of H.264 that are kept: all scaling lists, the HRD parameters of 32 buffers twice

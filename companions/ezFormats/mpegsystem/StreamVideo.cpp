@@ -14,10 +14,8 @@ struct VideoReader {
 };
 
 constexpr VideoReader kReaders[] = {
-    {StreamCodec::MPEGVideo, MPEGVideo_Read},
-    {StreamCodec::MPEG4Visual, MPEG4Visual_Read},
-    {StreamCodec::H264, H264Video_ReadStream},
-    {StreamCodec::H265, H265Video_ReadStream},
+    {StreamCodec::MPEGVideo, MPEGVideo_Read},  {StreamCodec::MPEG4Visual, MPEG4Visual_Read},
+    {StreamCodec::H264, H264Video_ReadStream}, {StreamCodec::H265, H265Video_ReadStream},
     {StreamCodec::VC1, VC1Video_ReadStream},
 };
 

@@ -160,7 +160,8 @@ bool OGMPacket_IsFrame(ByteReader aPacket) {
 
 void OGMPacket_ReadFrame(ByteReader aPacket, OggStream& aStream) {
     aPacket.Skip(HeadSizeOf(aPacket.ReadByte()) - 1);
-    std::vector<unsigned char> frame(std::min<std::uint64_t>(aPacket.GetLeft(), kOgg_MaxFrame));
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aPacket.GetLeft(), kOgg_MaxFrame));
+    std::vector<unsigned char> frame(size);
     if (!aPacket.Read(frame.data(), frame.size())) {
         return;
     }

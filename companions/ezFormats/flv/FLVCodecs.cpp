@@ -1,9 +1,8 @@
 #include "ezFormats/flv/FLVCodecs.h"
 
 #include "ezFormats/codecs/AV1Video.h"
-#include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/ConfigSound.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
-#include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/FrameSound.h"
 #include "ezFormats/codecs/H263Video.h"
 #include "ezFormats/codecs/H264Video.h"
@@ -190,36 +189,10 @@ void ReadMPEGSound(const FLVTrack& aTrack, AudioFacts& aFacts) {
     ReadMarks(aTrack, aFacts);
 }
 
-/// The marks are the same for all of it.
-void ReadAAC(const FLVTrack& aTrack, AudioFacts& aFacts) {
-    AudioSpecificConfig config;
-    if (AudioSpecificConfig_Read(aTrack.mConfig.data(), aTrack.mConfig.size(), config)) {
-        const char* const name = config.GetCodecName();
-        aFacts.mCodec = name != nullptr ? ezCString(name) : aFacts.mCodec;
-        aFacts.mSamplingRate = config.mSamplingRate;
-        aFacts.mChannels = config.mChannels;
-    }
-}
-
-/// OpusHead (RFC 7845, 5.1)
-void ReadOpus(const FLVTrack& aTrack, AudioFacts& aFacts) {
-    constexpr std::uint32_t kRate = 48000;
-    BlockBytes block(aTrack.mConfig.data(), aTrack.mConfig.size());
-    ByteReader reader(block);
-    aFacts.mSamplingRate = kRate; // whatever rate the encoder was given
-    reader.Require(reader.ReadText(8) == "OpusHead");
-    reader.Skip(1); // version
-    aFacts.mChannels = reader.ReadByte();
-}
-
-void ReadFLAC(const FLVTrack& aTrack, AudioFacts& aFacts) {
-    BlockBytes block(aTrack.mConfig.data(), aTrack.mConfig.size());
-    ByteReader reader(block);
-    reader.Require(reader.ReadText(4) == "fLaC");
-    const FLACStreamInfo info = ReadFLACStreamInfo(reader);
-    aFacts.mSamplingRate = info.mSamplingRate;
-    aFacts.mChannels = info.mChannels;
-    aFacts.mBitsPerSample = info.mBitsPerSample;
+/// The marks are the same for all of a codec.
+template <AudioFacts (*ReadConfig)(const unsigned char* aBytes, std::size_t aSize)>
+void ReadSoundConfig(const FLVTrack& aTrack, AudioFacts& aFacts) {
+    aFacts = ReadConfig(aTrack.mConfig.data(), aTrack.mConfig.size());
 }
 
 constexpr Codec<AudioFacts> kSoundCodecs[] = {
@@ -232,15 +205,15 @@ constexpr Codec<AudioFacts> kSoundCodecs[] = {
     {6, "Nellymoser", ReadMarks},
     {7, "alaw", ReadFixed<8000>},
     {8, "ulaw", ReadFixed<8000>},
-    {10, "AAC", ReadAAC},
+    {10, "AAC", ReadSoundConfig<AACSound_ReadConfig>},
     {11, "Speex", ReadFixed<16000, 1>},
     {14, "MP3", ReadMPEGSound<8000>},
-    {BoxType("mp4a").GetCode(), "AAC", ReadAAC},
+    {BoxType("mp4a").GetCode(), "AAC", ReadSoundConfig<AACSound_ReadConfig>},
     {BoxType(".mp3").GetCode(), "MP3", ReadSoundFrame<MPEGSound_Read>},
     {BoxType("ac-3").GetCode(), "AC3", ReadSoundFrame<AC3Sound_Read>},
     {BoxType("ec-3").GetCode(), "EAC3", ReadSoundFrame<AC3Sound_Read>},
-    {BoxType("Opus").GetCode(), "Opus", ReadOpus},
-    {BoxType("fLaC").GetCode(), "FLAC", ReadFLAC}};
+    {BoxType("Opus").GetCode(), "Opus", ReadSoundConfig<OpusSound_ReadConfig>},
+    {BoxType("fLaC").GetCode(), "FLAC", ReadSoundConfig<FLACSound_ReadConfig>}};
 
 template <typename Facts, std::size_t Size>
 Facts ReadCodec(const Codec<Facts> (&aCodecs)[Size], const FLVTrack& aTrack) {

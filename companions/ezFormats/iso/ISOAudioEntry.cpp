@@ -4,6 +4,7 @@
 #include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FloatRates.h"
+#include "ezFormats/codecs/OpusHeader.h"
 #include "ezFormats/codecs/PacketSound.h"
 #include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOLimits.h"
@@ -21,8 +22,6 @@ struct NarrowFormat {
     std::uint32_t mSamplingRate;
 };
 constexpr std::array<NarrowFormat, 2> kNarrowFormats = {{{"samr", 8000}, {"sawb", 16000}}};
-
-constexpr std::uint32_t kOpusSamplingRate = 48000;
 
 struct AudioObject {
     std::uint32_t mObjectType;
@@ -186,7 +185,7 @@ ISOAudio ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     }
     ISOAudio& facts = entry.mFacts;
     if (facts.mCodec == "Opus") { // which plays at one rate, whatever the entry has
-        facts.mSamplingRate = kOpusSamplingRate;
+        facts.mSamplingRate = kOpus_SamplingRate;
     }
     if (!entry.mBoxName.IsEmpty()) {
         facts.mCodec = entry.mBoxName;

@@ -1,12 +1,11 @@
 #include "ezFormats/matroska/MatroskaCodecs.h"
 
 #include "ezFormats/codecs/AV1Video.h"
-#include "ezFormats/codecs/AudioSpecificConfig.h"
 #include "ezFormats/codecs/BitmapVideo.h"
 #include "ezFormats/codecs/CodecWord.h"
+#include "ezFormats/codecs/ConfigSound.h"
 #include "ezFormats/codecs/DynamicRange.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
-#include "ezFormats/codecs/FLACStreamInfo.h"
 #include "ezFormats/codecs/FrameSound.h"
 #include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/H264Video.h"
@@ -189,28 +188,6 @@ constexpr Codec<VideoFacts> kVideoCodecs[] = {
 
 // --- Sound
 
-void ReadAAC(const CodecData& aData, AudioFacts& aFacts) {
-    AudioSpecificConfig config;
-    if (!AudioSpecificConfig_Read(aData.mPrivate.data(), aData.mPrivate.size(), config)) {
-        return;
-    }
-    const char* const name = config.GetCodecName();
-    aFacts.mCodec = name != nullptr ? ezCString(name) : aFacts.mCodec;
-    aFacts.mSamplingRate = config.mSamplingRate;
-    aFacts.mChannels = config.mChannels;
-}
-
-/// OpusHead (RFC 7845, 5.1): it plays at one rate, whatever the entry says.
-void ReadOpus(const CodecData& aData, AudioFacts& aFacts) {
-    constexpr std::uint32_t kRate = 48000;
-    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
-    ByteReader reader(block);
-    aFacts.mSamplingRate = kRate;
-    reader.Require(reader.ReadText(8) == "OpusHead");
-    reader.Skip(1); // version
-    aFacts.mChannels = reader.ReadByte();
-}
-
 /// Three headers, of which the first tells.
 void ReadVorbis(const CodecData& aData, AudioFacts& aFacts) {
     BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
@@ -221,16 +198,6 @@ void ReadVorbis(const CodecData& aData, AudioFacts& aFacts) {
     aFacts.mChannels = header.mSamplingRate != 0 ? header.mChannels : 0;
     aFacts.mBitRate = header.mBitRate;
     aFacts.mMaxBitRate = header.mMaxBitRate;
-}
-
-void ReadFLAC(const CodecData& aData, AudioFacts& aFacts) {
-    BlockBytes block(aData.mPrivate.data(), aData.mPrivate.size());
-    ByteReader reader(block);
-    reader.Require(reader.ReadText(4) == "fLaC");
-    const FLACStreamInfo info = ReadFLACStreamInfo(reader);
-    aFacts.mSamplingRate = info.mSamplingRate;
-    aFacts.mChannels = info.mChannels;
-    aFacts.mBitsPerSample = info.mBitsPerSample;
 }
 
 /// The configuration of Apple's lossless codec, of which some writers leave the head of its box.
@@ -270,6 +237,11 @@ void ReadWave(const CodecData& aData, AudioFacts& aFacts) {
 }
 
 template <AudioFacts (*Read)(const unsigned char* aBytes, std::size_t aSize)>
+void ReadConfigBy(const CodecData& aData, AudioFacts& aFacts) {
+    aFacts = Read(aData.mPrivate.data(), aData.mPrivate.size());
+}
+
+template <AudioFacts (*Read)(const unsigned char* aBytes, std::size_t aSize)>
 void ReadFrameBy(const CodecData& aData, AudioFacts& aFacts) {
     aFacts = Read(aData.mFrame.data(), aData.mFrame.size());
 }
@@ -283,7 +255,7 @@ constexpr Codec<AudioFacts> kSoundCodecs[] = {
     {"A_AAC/MPEG4/MAIN", "AAC-Main", kNoSound},
     {"A_AAC/MPEG2/SSR", "AAC-SSR", kNoSound},
     {"A_AAC/MPEG4/SSR", "AAC-SSR", kNoSound},
-    {"A_AAC", "AAC", ReadAAC},
+    {"A_AAC", "AAC", ReadConfigBy<AACSound_ReadConfig>},
     {"A_AC3", "AC3", ReadFrameBy<AC3Sound_Read>, kWantsFrame},
     {"A_EAC3", "EAC3", ReadFrameBy<AC3Sound_Read>, kWantsFrame},
     {"A_DTS", "DTS", ReadFrameBy<DTSSound_Read>, kWantsFrame},
@@ -292,9 +264,9 @@ constexpr Codec<AudioFacts> kSoundCodecs[] = {
     {"A_MPEG/L3", "MP3", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
     {"A_MPEG/L2", "MP2", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
     {"A_MPEG/L1", "MP1", ReadFrameBy<MPEGSound_Read>, kWantsFrame},
-    {"A_OPUS", "Opus", ReadOpus},
+    {"A_OPUS", "Opus", ReadConfigBy<OpusSound_ReadConfig>},
     {"A_VORBIS", "Vorbis", ReadVorbis},
-    {"A_FLAC", "FLAC", ReadFLAC, kLossless},
+    {"A_FLAC", "FLAC", ReadConfigBy<FLACSound_ReadConfig>, kLossless},
     {"A_ALAC", "ALAC", ReadALAC, kLossless},
     {"A_WAVPACK4", "WavPack", kNoSound, kLossless},
     {"A_TTA1", "TTA", kNoSound, kLossless},

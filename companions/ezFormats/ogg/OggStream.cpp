@@ -5,6 +5,7 @@
 
 #include "ezBytes/LanguageTags.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
+#include "ezFormats/codecs/OpusHeader.h"
 #include "ezFormats/codecs/VorbisHeader.h"
 #include "ezFormats/detail/MediaNumbers.h"
 
@@ -16,7 +17,6 @@
 
 namespace {
 
-constexpr std::uint32_t kOpusRate = 48000; // whatever rate the encoder was given
 constexpr std::uint64_t kMicro = 1000000;
 
 /// A number with a sign, of which what is not positive says nothing.
@@ -36,15 +36,12 @@ void ReadVorbis(ByteReader aPacket, OggStream& aStream) {
     aStream.mTicks = header.mSamplingRate;
 }
 
-/// RFC 7845, 5.1.
 void ReadOpus(ByteReader aPacket, OggStream& aStream) {
-    constexpr unsigned kKnownVersions = 16;
-    aPacket.Skip(8);
-    aPacket.Require(aPacket.ReadByte() < kKnownVersions);
-    aStream.mSound.mChannels = aPacket.ReadByte();
-    aStream.mPreSkip = static_cast<std::uint32_t>(aPacket.ReadLittle(2));
-    aStream.mSound.mSamplingRate = aPacket.HasFailed() ? 0 : kOpusRate;
-    aStream.mTicks = aStream.mSound.mSamplingRate;
+    const OpusHeader header = ReadOpusHeader(aPacket);
+    aStream.mSound.mChannels = header.mChannels;
+    aStream.mSound.mSamplingRate = kOpus_SamplingRate;
+    aStream.mPreSkip = header.mPreSkip;
+    aStream.mTicks = kOpus_SamplingRate;
 }
 
 /// FLAC in Ogg: a version, the number of packets of metadata, and what a file of FLAC begins with.

@@ -61,7 +61,7 @@ TEST(FLVCodecs, SoundIsNamedByItsNumbers) {
         return Values(Header() + Sound(0, aContent), {"ca", "sf", "ar", "ac", "bs"});
     };
     const std::string frame = Big(0xFFF310C4, 4) + std::string(22, 's');
-    const std::string opus = "OpusHead" + Hex({1, 2});
+    const std::string opus = "OpusHead" + Hex({1, 2, 0, 0});
     EXPECT_EQ(sound(Hex({0x0F}) + "ss"), "\"LPCM\"||44100|2|16");
     EXPECT_EQ(sound(Hex({0x34}) + "ss"), "\"LPCM\"||11025|1|8");
     EXPECT_EQ(sound(Hex({0x12}) + "ss"), "\"ADPCM-SWF\"|5512||1|");
@@ -81,7 +81,13 @@ TEST(FLVCodecs, SoundIsNamedByItsNumbers) {
     EXPECT_EQ(sound(Hex({0x91}) + ".mp3" + frame), "\"MP3\"|22050||1|");
     EXPECT_EQ(sound(Hex({0x90}) + "Opus" + opus), "\"Opus\"|48000||2|");
     EXPECT_EQ(sound(Hex({0x95, 0}) + "Opus" + Hex({0}) + opus), "\"Opus\"|48000||2|");
+    EXPECT_EQ(sound(Hex({0x90}) + "Opus" + opus.substr(0, 11)), "\"Opus\"|48000|||") << "cut";
+    const std::string flac = "fLaC" + Hex({0x80, 0, 0, 34}) + std::string(10, '\0') +
+                             Hex({0x0A, 0xC4, 0x42, 0xF0}) + std::string(20, '\0');
+    EXPECT_EQ(sound(Hex({0x90}) + "fLaC" + flac), "\"FLAC\"|44100||2|16");
+    EXPECT_EQ(sound(Hex({0x91}) + "fLaC" + flac), "\"FLAC\"||||") << "no configuration";
     EXPECT_EQ(sound(Hex({0x91}) + "ac-3" + "no frame"), "\"AC3\"||||");
+    EXPECT_EQ(sound(Hex({0x91}) + "ec-3" + "no frame"), "\"EAC3\"||||");
 }
 
 TEST(FLVCodecs, RateOfSoundIsThatOfTheMetadataWhereTheCodecTellsNone) {

@@ -12,8 +12,9 @@ std::vector<std::string> UsualFiles() {
                                  Named("keyframes", Object(Named("times", List(NumberValue(0), 1))));
     const std::string avc = Video(0, Hex({0x17, 0, 0, 0, 0}) + Hex({1, 0x42, 0, 10, 0xFF, 0xE0, 0})) +
                             Video(0, Hex({0x17, 1, 0, 0, 0, 0, 0, 0, 1, 0x65}));
-    const std::string enhanced = Video(0, Hex({0x90}) + "av01" + Hex({0x81, 5, 12, 0})) +
-                                 Sound(0, Hex({0x95, 0}) + "Opus" + Hex({0}) + "OpusHead" + Hex({1, 2}));
+    const std::string enhanced =
+        Video(0, Hex({0x90}) + "av01" + Hex({0x81, 5, 12, 0})) +
+        Sound(0, Hex({0x95, 0}) + "Opus" + Hex({0}) + "OpusHead" + Hex({1, 2, 0, 0}));
     return {Header() + MetaData(metadata) + Frames(200),
             Header() + avc + Sound(0, Hex({0xAF, 0, 0x12, 0x10})), Header() + enhanced + Sound(0, MP3())};
 }

@@ -93,7 +93,7 @@ inline std::string MP3(std::size_t aSize = 26) {
     return Big(0x2A, 1) + Big(0xFFF310C4, 4) + std::string(aSize - 4, 's');
 }
 
-/// So many seconds of pictures at 25 a second and sound, from a time on.
+/// So many milliseconds of pictures at 25 a second and sound, from a time on.
 inline std::string Frames(std::uint32_t aMilliseconds, std::uint32_t aFirst = 0, std::size_t aSize = 20) {
     std::string tags;
     for (std::uint32_t time = aFirst; time < aFirst + aMilliseconds; time += 40) {

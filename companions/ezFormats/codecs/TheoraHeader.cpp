@@ -10,8 +10,8 @@ constexpr std::size_t kHeaderSize = 42;
 /// PF (table 6.4): of 1 nothing is said.
 constexpr const char* kColours[] = {"4:2:0", nullptr, "4:2:2", "4:4:4"};
 
-/// FMBW to PICY: the coded frame is of whole macro blocks, of which a part is shown. A part that is not
-/// within it is none.
+/// FMBW to PICY: the coded frame is of whole macro blocks, of which a part is shown. One that goes
+/// beyond the frame tells no size.
 void ReadSize(ezBitReader& aBits, VideoFacts& aFacts) {
     constexpr std::uint32_t kBlock = 16;
     const std::uint32_t frameWidth = aBits.Read(16) * kBlock;

@@ -10,7 +10,7 @@
 class CodePage;
 
 /// What the script tag "onMetaData" states (E.5), of which nothing needs to be true: writers put in what they
-/// were told, and editors of the file leave it as it was. A number that is none of its kind tells nothing.
+/// were told, and editors of the file leave it as it was. A number that cannot be right tells nothing.
 class FLVMetadata {
 public:
     /// Takes what a script tag states, unless it is stated already. Nothing where it is another one.

@@ -1,5 +1,7 @@
 #include "ezFormats/flv/FLVTag.h"
 
+#include "ezBytes/BoxWalk.h"
+
 #include <algorithm>
 
 namespace {
@@ -54,8 +56,8 @@ std::uint32_t ReadExtended(const ExtendedPackets& aPackets, std::uint32_t aPacke
 
 /// Those that state how much later than it is decoded a picture is shown.
 bool HasComposition(std::uint32_t aCodec) {
-    constexpr std::uint32_t kCodecs[] = {0x61766331, 0x68766331, 0x76766331}; // "avc1", "hvc1", "vvc1"
-    return std::find(std::begin(kCodecs), std::end(kCodecs), aCodec) != std::end(kCodecs);
+    constexpr BoxType kCodecs[] = {"avc1", "hvc1", "vvc1"};
+    return std::find(std::begin(kCodecs), std::end(kCodecs), BoxType(aCodec)) != std::end(kCodecs);
 }
 
 void ReadExtendedVideo(FLVMedia& aMedia) {

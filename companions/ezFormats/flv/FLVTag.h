@@ -31,7 +31,8 @@ struct FLVTag {
     bool IsMedia() const { return mKind == FLVKind::Sound || mKind == FLVKind::Video; }
 };
 
-/// Reads the tag at which a reader stands. False where there is none: no kind, or a stream other than 0.
+/// Reads the tag at which a reader stands. False for a reserved kind, a stream other than 0, and a header
+/// that is cut.
 bool FLVTag_Read(ByteReader aReader, FLVTag* aTag);
 
 /// What a tag of pictures or sound is for.

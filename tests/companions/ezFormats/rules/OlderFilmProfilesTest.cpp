@@ -415,7 +415,7 @@ TEST(OlderFilmProfiles, NamesOfOthersAreNotGiven) {
              {wmv + "vc=WMV3 vp=Main wi=720 he=480 fr=29970 vr=80000000 " + kWMA, ""},
              {wmv + high + "ca=WMA2 sf=44100 ac=2 ar=3080000", ""},
              {wmv + high + "ca=WMA2 sf=96000 ac=2 ar=192000", ""}, // WMA Pro is another codec
-             {wmv + "vc=VC1 vp=Advanced vl=30 wi=1920 he=1080 fr=24000 vr=9000000 " + kWMA, ""}, // L3 is none
+             {wmv + "vc=VC1 vp=Advanced vl=30 wi=1920 he=1080 fr=24000 vr=9000000 " + kWMA, ""}, // no L3
              {"mt=video/x-ms-wmv ct=ASF vc=MPEG2 vp=Main vl=20 wi=720 he=576 fr=25000 vr=6000000 br=7000000 "
               "ca=MP2 sf=48000 ac=2 ar=192000",
               ""}, // a recording of television in ASF has none

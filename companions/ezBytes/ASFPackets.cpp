@@ -44,9 +44,11 @@ ASFPacket::ASFPacket(const ByteReader& aPacket) : mReader(aPacket), mContent(aPa
         lengths = mReader.ReadByte();
     }
     mProperties = mReader.ReadByte();
-    ReadSized(lengths >> 5); // the packet's own length, which is that of all
+    const std::uint64_t all = ByteReader(aPacket).GetLeft();
+    const std::uint64_t own = ReadSized(lengths >> 5);
     ReadSized(lengths >> 1); // sequence
-    mPadding = ReadSized(lengths >> 3);
+    // Where the packet is shorter than all are, the rest is padding, too.
+    mPadding = ReadSized(lengths >> 3) + (own != 0 ? all - std::min(all, own) : 0);
     mReader.Skip(4 + 2); // when it is sent, and for how long
     mfSeveral = (lengths & kSeveralPayloads) != 0;
     const unsigned payloads = mfSeveral ? mReader.ReadByte() : 1;
@@ -92,8 +94,7 @@ bool ASFPacket::Next(ASFPayload* aPayload) {
         aPayload->mfTimed = true;
     }
     const std::uint64_t left = mReader.GetLeft();
-    const std::uint64_t size =
-        mfSeveral ? ReadSized(mSizeOfSize) : left - std::min<std::uint64_t>(left, mPadding);
+    const std::uint64_t size = mfSeveral ? ReadSized(mSizeOfSize) : left - std::min(left, mPadding);
     mContent = mReader.Take(size);
     if (mReader.HasFailed()) {
         mLeft = 0;

@@ -52,5 +52,5 @@ private:
     bool mfSeveral = false;     ///< each states its size
     unsigned mSizeOfSize = 0;   ///< how large that is
     unsigned mLeft = 0;         ///< payloads
-    std::uint32_t mPadding = 0; ///< bytes at the packet's end
+    std::uint64_t mPadding = 0; ///< bytes at the packet's end
 };

@@ -234,7 +234,9 @@ TEST(ASFParser, PacketsOfEveryFormTellTheirTimes) {
                                      Little(3, 2) + "abc" + "\x81\0"s + Little(3) + "\0"s + Little(2, 2) +
                                      "ab"},
         {"of several frames in one, 100 ms apart",
-         "\x01\x5D"s + sent + "\x81" + "\x81\0"s + Little(3700) + "\x01\x64" + Little(6, 2) + "\1a\1b\1c"}};
+         "\x01\x5D"s + sent + "\x81" + "\x81\0"s + Little(3700) + "\x01\x64" + Little(6, 2) + "\1a\1b\1c"},
+        {"that ends before those of all do",
+         "\x20\x5D\x17"s + sent + "\x81\0"s + Little(3700) + "\x01\x64" + "\1a\1b\1c"}};
     File live = FileOf(2);
     live.mFlags = 1;
     for (const auto& [what, packet] : packets) {

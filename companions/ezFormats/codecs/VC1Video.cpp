@@ -54,7 +54,7 @@ bool Pictures::Take(const NALUnit& aUnit) {
     const std::vector<unsigned char> bytes =
         NALUnit_ReadRBSP(aUnit, kCodeSize, CountWanted(aUnit.mBytes[0]) - kCodeSize);
     if (aUnit.mBytes[0] == kVC1_Sequence) {
-        ezVC1Sequence_Read(bytes.data(), bytes.size(), mSequence); // one that is cut tells the size yet
+        ezVC1Sequence_Read(bytes.data(), bytes.size(), mSequence); // one that is cut still tells the size
     } else if (aUnit.mBytes[0] == kVC1_EntryPoint) {
         mfEntry = ezVC1EntryPoint_Read(bytes.data(), bytes.size(), mSequence);
     } else {

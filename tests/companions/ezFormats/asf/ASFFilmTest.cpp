@@ -179,6 +179,71 @@ TEST(ASFFilm, RatesAreThoseThatAreStatedUnlessThePacketsHaveLess) {
     EXPECT_EQ(rates(""), "||64000|16000") << "what the sound leaves";
 }
 
+TEST(ASFFilm, ProfileIsThatOfWhatTheFileTellsInBits) {
+    const std::string simple = "\x0F\0\0\0"s;
+    const std::string main = "\x4F\0\0\0"s;
+    const auto advanced = [](unsigned aLevel) {
+        vc1::Sequence sequence;
+        sequence.mLevel = aLevel;
+        return "\x29"s + sequence.Bytes();
+    };
+    const Wave wma;
+    const Wave full = {0x161, 2, 48000, 48000, 743, 16, ""};
+    const Wave pro = {0x162, 6, 48000, 55000, 743, 24, ""};
+    const Wave lossless = {0x163, 2, 44100, 48000, 743, 16, ""};
+    const Wave voice = {0x00A, 1, 8000, 1000, 185, 16, ""};
+    const Wave mp3 = {0x055, 2, 44100, 16000, 1, 0, ""};
+    const Wave g726 = {0x045, 1, 8000, 4000, 1, 4, ""};
+    struct Case {
+        const char* mCodec;
+        std::string mData;
+        unsigned mWidth;
+        unsigned mHeight;
+        unsigned mRate; ///< pictures a second
+        std::uint32_t mBitRate;
+        Wave mSound;
+        const char* mProfile;
+    };
+    // A rate may lie a thousandth above a bound.
+    const Case kCases[] = {
+        {"WMV3", simple, 176, 144, 15, 96096, wma, "WMVSPLL_BASE"},
+        {"WMV3", simple, 176, 144, 15, 96097, wma, "WMVSPML_BASE"},
+        {"WMV3", simple, 352, 288, 15, 384384, wma, "WMVSPML_BASE"},
+        {"WMV3", simple, 352, 288, 15, 384384, mp3, "WMVSPML_MP3"},
+        {"WMV3", simple, 352, 288, 15, 384385, wma, "WMVMED_BASE"},
+        {"WMV3", simple, 352, 288, 15, 384385, mp3, ""},
+        {"WMV3", main, 720, 576, 25, 10010000, wma, "WMVMED_BASE"},
+        {"WMV3", main, 720, 576, 25, 10010000, full, "WMVMED_FULL"},
+        {"WMV3", main, 720, 576, 25, 10010000, pro, "WMVMED_PRO"},
+        {"WMV3", main, 720, 576, 25, 10010001, wma, "WMVHIGH_FULL"},
+        {"WMV3", main, 1920, 1080, 30, 20020000, pro, "WMVHIGH_PRO"},
+        {"WMV3", main, 1920, 1080, 30, 20020001, pro, ""},
+        {"WMV3", main, 720, 576, 25, 900000, lossless, ""},
+        {"WMV3", main, 720, 576, 25, 900000, voice, ""},
+        {"WMV1", "", 320, 240, 25, 300000, wma, ""},
+        {"WMV2", main, 320, 240, 25, 300000, wma, ""},
+        {"WVC1", advanced(1), 720, 576, 25, 10010000, full, "VC1_ASF_AP_L1_WMA"},
+        {"WVC1", advanced(1), 720, 576, 25, 10010001, full, "VC1_ASF_AP_L2_WMA"},
+        {"WVC1", advanced(2), 1280, 720, 30, 20020000, wma, "VC1_ASF_AP_L2_WMA"},
+        {"WVC1", advanced(2), 1280, 720, 30, 20020001, wma, ""},
+        {"WVC1", advanced(3), 1920, 1080, 30, 900000, wma, ""},
+        {"WVC1", advanced(1), 720, 576, 25, 900000, lossless, ""},
+        {"WVC1", advanced(1), 720, 576, 25, 900000, voice, ""},
+        {"MP4S", "\0\0\1\xB0\3\0\0\1\xB5"s, 352, 288, 30, 384384, g726, "MPEG4_P2_ASF_SP_G726"},
+        {"MP4S", "\0\0\1\xB0\3\0\0\1\xB5"s, 352, 288, 30, 384385, g726, "MPEG4_P2_ASF_ASP_L4_SO_G726"}};
+    for (const Case& film : kCases) {
+        const std::string video =
+            Stream(2, kVideoMedia, VideoFormat(film.mCodec, film.mWidth, film.mHeight, film.mData));
+        const std::string rates =
+            BitRates({{1, film.mSound.mAverage * 8}}) +
+            HeaderExtension(ExtendedStream(2, film.mBitRate, "", {}, {}, kSecond / film.mRate));
+        const std::string field = Values(Film(Sound(film.mSound) + video + rates), {"dl"});
+        const std::string name = film.mProfile == ""s ? "" : "DLNA.ORG_PN="s + film.mProfile + ";";
+        EXPECT_EQ(field.substr(1, name.size()), name) << film.mCodec << " " << film.mBitRate << " " << field;
+        EXPECT_EQ(field.find("PN=") != field.npos, !name.empty()) << film.mCodec << " " << field;
+    }
+}
+
 TEST(ASFFilm, OfStreamsThatExcludeEachOtherByRateTheLargestCountsOnce) {
     const std::string sounds =
         Sound({0x161, 1, 8000, 1000, 640, 16, ""}, 1) + Sound({0x161, 2, 44100, 8000, 743, 16, ""}, 3);

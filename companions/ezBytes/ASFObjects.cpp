@@ -101,7 +101,7 @@ bool ReadASFHeader(ByteReader& aReader, ByteReader* aObjects) {
 }
 
 std::uint64_t ASFFileProperties::GetMilliseconds() const {
-    const std::uint64_t all = mPlayDuration / 10000;
+    const std::uint64_t all = mPlayDuration / (kASF_TicksPerSecond / 1000);
     return !mfBroadcast && all > mPreroll ? all - mPreroll : 0;
 }
 

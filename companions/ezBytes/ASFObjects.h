@@ -85,6 +85,9 @@ bool IsASFHeader(ByteReader aReader);
 /// @param aObjects  set to a reader of its objects, as far as they are there
 bool ReadASFHeader(ByteReader& aReader, ByteReader* aObjects);
 
+/// How many of the units of 100 ns that a header states times in are a second.
+inline constexpr std::uint32_t kASF_TicksPerSecond = 10'000'000;
+
 /// File Properties (3.2).
 struct ASFFileProperties {
     std::uint64_t mPackets = 0;

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr std::uint32_t kMilli = 1000;
-constexpr std::uint32_t kTicks = 10'000'000; // a second
 
 struct MimeRow {
     std::string_view mCodec;
@@ -91,7 +90,7 @@ void StoreASFFilm(MediaBytes& aBytes, const ByteReader& aRest, const ASFHeader& 
     if (!fEncrypted) {
         TakeASFFrame(aBytes, aRest, aHeader.mFile, pictures.mNumber, aBudget, video);
     }
-    const std::uint32_t rate = VideoClock_FrameRate(pictures.mFrameTime, kTicks);
+    const std::uint32_t rate = VideoClock_FrameRate(pictures.mFrameTime, kASF_TicksPerSecond);
     video.mFrameRate = rate != 0 ? rate : video.mFrameRate;
     video.mPixelAspect = aTexts.mPixelAspect.IsKnown() ? aTexts.mPixelAspect : video.mPixelAspect;
     TakeRates(pictures, aHeader, aLength, video);

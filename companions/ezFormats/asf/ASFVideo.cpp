@@ -14,8 +14,6 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-constexpr std::uint32_t kTicks = 10'000'000; // a second
-
 /// Joins the pieces of the first media object of a stream that begins in the packets.
 class FirstObject {
 public:
@@ -99,7 +97,8 @@ VideoFacts ReadInfo(const ASFStream& aStream) {
         info.Skip(4 + 4); // control, reserved
     }
     VideoFacts video = BitmapVideo_Read(info, nullptr, 0).value_or(VideoFacts());
-    video.mFrameRate = video.mFrameRate != 0 ? video.mFrameRate : VideoClock_FrameRate(time, kTicks);
+    video.mFrameRate =
+        video.mFrameRate != 0 ? video.mFrameRate : VideoClock_FrameRate(time, kASF_TicksPerSecond);
     video.mPixelAspect = video.mPixelAspect.IsKnown() ? video.mPixelAspect : PixelBy(width, height, video);
     if (aStream.mSubtype == kASF_SubtypeMPEG2Video || aStream.mForm == ASFForm::MPEG2Video) {
         video.mCodec = "MPEG2";

@@ -16,7 +16,6 @@ constexpr std::uint32_t kMaxFrameRate = 8;
 constexpr std::uint32_t kBitRateUnit = 400;
 constexpr std::uint32_t kBitRateVariable = 0x3FFFF; ///< of MPEG-1; encoders of MPEG-2 write it on
 constexpr std::size_t kMatrixSize = 64;
-constexpr std::uint32_t kVBVDelayVariable = 0xFFFF;
 
 // picture_coding_type (6.3.9)
 constexpr std::uint32_t kPictureP = 2;
@@ -144,7 +143,7 @@ bool ezMPEGPicture_ReadHeader(const unsigned char* aBytes, std::size_t aSize, bo
     bits.Skip(10); // temporal_reference
     const std::uint32_t type = bits.Read(3);
     bits.Require(Between(type, 1, afMPEG2 ? kPictureB : kPictureD));
-    aPicture.mfVariableBitRate = bits.Read(16) == kVBVDelayVariable;
+    aPicture.mfVariableBitRate = bits.Read(16) == kMPEGVideo_UntoldDelay;
     const unsigned vectors = type == kPictureP ? 1 : type == kPictureB ? 2 : 0;
     for (unsigned i = 0; i < vectors; ++i) {
         const std::uint32_t code = bits.Read(4); // full_pel_*_vector, *_f_code

@@ -62,6 +62,9 @@ bool ezMPEGDisplay_Read(const unsigned char* aBytes, std::size_t aSize, ezMPEGDi
 
 bool ezMPEGGroup_Read(const unsigned char* aBytes, std::size_t aSize);
 
+/// vbv_delay of a picture that does not tell it.
+inline constexpr std::uint32_t kMPEGVideo_UntoldDelay = 0xFFFF;
+
 struct ezMPEGPicture {
     bool mfVariableBitRate; ///< vbv_delay is not told, as where the rate varies
     bool mfProgressive;     ///< progressive_frame; of the coding extension

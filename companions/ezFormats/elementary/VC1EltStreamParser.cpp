@@ -18,7 +18,7 @@ enum Stage : int {
     kEntryPoint,
 };
 
-/// A unit that takes a stream on: the stage that it must find, and the one that it leads to.
+/// A unit that takes a stream further: the stage that it must find, and the one that it leads to.
 struct Step {
     uint8 mCode;
     Stage mAfter;

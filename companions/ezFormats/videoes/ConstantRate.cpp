@@ -66,7 +66,8 @@ std::uint64_t ConstantRate::Measure(MediaBytes& aBytes, std::uint64_t aFileSize)
          next = Find(bytes, size, static_cast<std::size_t>(next->mPlace) + 1)) {
         last = next;
     }
-    if (!last.has_value() || start + last->mPlace <= mFirst.mPlace) {
+    if (!last.has_value() || last->mDelay == kMPEGVideo_UntoldDelay ||
+        start + last->mPlace <= mFirst.mPlace) {
         return 0;
     }
     last->mPlace += start;

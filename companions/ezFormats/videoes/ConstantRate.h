@@ -22,7 +22,7 @@ public:
     std::optional<bool> LookAtStart(const unsigned char* aBytes, std::size_t aSize);
 
     /// Microseconds, by the last picture within the last bytes of a file, which are read. 0 where there is
-    /// none.
+    /// none, or it does not tell its delay.
     std::uint64_t Measure(MediaBytes& aBytes, std::uint64_t aFileSize) const;
 
 private:

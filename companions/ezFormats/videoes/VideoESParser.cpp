@@ -1,11 +1,13 @@
 #include "ezFormats/videoes/VideoESParser.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezFormats/codecs/NALUnits.h"
 #include "ezFormats/codecs/VC1Video.h"
 #include "ezFormats/detail/FilmRecord.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/frames/OtherFormat.h"
+#include "ezFormats/mpegsystem/PESHeader.h"
 #include "ezFormats/videoes/ConstantRate.h"
 #include "ezFormats/videoes/RCVHeader.h"
 #include "ezFormats/videoes/VideoESRace.h"
@@ -20,6 +22,7 @@
 namespace {
 
 constexpr std::uint32_t kMicro = 1000000;
+constexpr std::uint64_t kBitMicros = std::uint64_t{8} * kMicro;
 constexpr std::string_view kOurMark = "MPEG video"; ///< as OtherFormatAt names what is read here
 
 /// The bytes from the start on that are buffered after a read of so many.
@@ -28,12 +31,29 @@ std::size_t ReadStart(MediaBytes& aBytes, std::size_t aSize, const unsigned char
     return std::min(aBytes.Borrow(0, aStart), aSize);
 }
 
+/// Whether pictures stand in packets: no stream of pictures alone has a start code of so large a number
+/// (ISO/IEC 13818-1, table 2-22; 13818-2, table 6-1; 14496-2, table 6-3; the first bit of a unit of H.264 and
+/// of H.265 is 0). A recording that was cut may begin with any packet.
+bool HasPackets(const unsigned char* aBytes, std::size_t aSize) {
+    NALUnitWalk walk(aBytes, aSize);
+    NALUnit unit;
+    bool fFound = false;
+    while (!fFound && walk.Next(unit)) {
+        fFound = *unit.mBytes >= kStreamID_FirstVideo;
+    }
+    return fFound;
+}
+
+/// Whether the size by a stated rate is a length.
+bool HasConstantRate(const FilmFacts& aFilm) {
+    const std::uint32_t rate = aFilm.mVideo->mBitRate;
+    return rate != 0 && rate <= kVideoES_MaxBitRate && aFilm.mSize.has_value();
+}
+
 /// By a rate that is stated as a constant one: not too short by what a buffer holds.
 void EstimateLength(FilmFacts& aFilm) {
-    constexpr std::uint64_t kBitMicros = std::uint64_t{8} * kMicro;
-    const std::uint32_t rate = aFilm.mVideo->mBitRate;
-    if (rate != 0 && aFilm.mSize.has_value()) {
-        const std::uint64_t whole = MediaNumber_Scale(*aFilm.mSize, kBitMicros, rate);
+    if (HasConstantRate(aFilm)) {
+        const std::uint64_t whole = MediaNumber_Scale(*aFilm.mSize, kBitMicros, aFilm.mVideo->mBitRate);
         aFilm.mDuration = MediaNumber_Microseconds(ezSaturating_Add64(whole, kVideoES_BufferTime), kMicro);
         aFilm.mDurationMethod = "estimate: size and stated rate";
         aFilm.mDurationBound = 2 * kVideoES_BufferTime;
@@ -45,7 +65,7 @@ void EstimateLength(FilmFacts& aFilm) {
 void TellLength(MediaBytes& aBytes, const unsigned char* aStart, std::size_t aSize, FilmFacts& aFilm) {
     const VideoFacts& video = *aFilm.mVideo;
     const bool fMPEG = video.mCodec == "MPEG1" || video.mCodec == "MPEG2";
-    if (!fMPEG || video.mBitRate == 0 || !aFilm.mSize.has_value()) {
+    if (!fMPEG || !HasConstantRate(aFilm)) {
         EstimateLength(aFilm);
         return;
     }
@@ -58,6 +78,14 @@ void TellLength(MediaBytes& aBytes, const unsigned char* aStart, std::size_t aSi
     } else if (kept.value_or(true)) {
         EstimateLength(aFilm);
     }
+}
+
+/// Microseconds of as many frames as the head of VC-1 states; 0 where the file is too short for so many, or
+/// too large.
+std::uint64_t LengthOf(const RCVHeader& aHead, std::uint64_t anEnd, const FilmFacts& aFilm) {
+    const std::uint64_t length = MediaNumber_Microseconds(aHead.mFrames, aHead.mFrameRate);
+    const std::uint64_t rate = MediaNumber_Scale(aFilm.mSize.value_or(0), kBitMicros, length);
+    return aHead.mLeastSize <= anEnd && rate <= kVideoES_MaxBitRate ? length : 0;
 }
 
 } // namespace
@@ -85,7 +113,8 @@ bool VideoESParser::IsAt(ByteReader aBytes) {
         }
         start.push_back(byte);
     }
-    return fBegun && VideoESRace().Push(start.data(), start.size()) != nullptr;
+    return fBegun && VideoESRace().Push(start.data(), start.size()) != nullptr &&
+           !HasPackets(start.data(), start.size());
 }
 
 bool VideoESParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
@@ -102,9 +131,7 @@ bool VideoESParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         film.mVideo->Complete(head->mVideo);
     }
     film.mSize = aBytes.GetSize();
-    if (head->mLeastSize <= aBytes.GetEnd()) { // else the file is cut, or the count is none
-        film.mDuration = MediaNumber_Microseconds(head->mFrames, head->mFrameRate);
-    }
+    film.mDuration = LengthOf(*head, aBytes.GetEnd(), film);
     if (film.mDuration == 0) {
         EstimateLength(film);
     }
@@ -128,6 +155,9 @@ bool VideoESParser::ReadStream(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
         const std::size_t before = size;
         size = ReadStart(aBytes, window, &start);
         codec = size > before ? race.Push(start + before, size - before) : nullptr;
+    }
+    if (codec != nullptr && HasPackets(start, size)) {
+        return Refuse(Cause::Unsupported, "packets of a program stream");
     }
     FilmFacts film;
     film.mVideo = codec != nullptr ? codec->mRead(start, size) : std::nullopt;

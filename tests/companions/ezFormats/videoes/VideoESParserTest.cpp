@@ -155,6 +155,7 @@ TEST(VideoESParser, WhatStandsBeforeTheHeadersIsPassed) {
     EXPECT_EQ(CodecOf(delimiter265 + H265()), "\"H265\" at its start");
     EXPECT_EQ(CodecOf(message265 + H265()), "\"H265\" at its start");
     EXPECT_EQ(CodecOf(mpegvideo::Code(0xB7) + MPEG2()), "\"MPEG2\" at its start") << "the end of a sequence";
+    EXPECT_EQ(CodecOf(mpeg4::Stream() + Hex({0, 0, 1, 0xC3, 0xFF})), "\"MPEG4\" at its start") << "stuffing";
     EXPECT_EQ(CodecOf(Hex({0, 0, 1, 0x0A}) + VC1()), "\"VC1\" at its start") << "of a sequence";
 }
 
@@ -186,6 +187,9 @@ TEST(VideoESParser, FilesOfOthersAreLeftToThem) {
     const std::vector<Case> cases = {
         {pack, "unsupported: program stream at 0"},
         {transport, "unsupported: transport stream at 0"},
+        {pack.substr(pack.find("\0\0\1\xE0"s)), "unsupported: packets of a program stream"},
+        {MPEG2() + Hex({0, 0, 1, 0xE0, 0, 0}), "unsupported: packets of a program stream"},
+        {H264() + Hex({0, 0, 1, 0xFF, 0, 0}), "unsupported: packets of a program stream"},
         {transport.substr(100), "malformed: no picture with its headers within 78296 bytes"},
         {"RIFF\x10\0\0\0AVI "s + H264(), "unsupported: RIFF at 0"},
         {"\0\0\0\x18"s + "ftypisom" + H264(), "unsupported: ISO media at 0"},
@@ -242,6 +246,9 @@ TEST(VideoESParser, PicturesOfAConstantRateTellTheLengthByTheirDelays) {
     earlier.mSecond = 5000;
     earlier.mLast = 1500; // 39 ms: rounded, as the length is of whole fields
     EXPECT_EQ(LengthOf(earlier.Bytes()), "1960||\"constant rate\"|6000000|");
+    Constant untold;
+    untold.mLast = 0xFFFF;
+    EXPECT_EQ(LengthOf(untold.Bytes()), "3001|2001|\"estimate: size and stated rate\"|6000000|");
     // Of the first picture the second is too far, or too near, for the rate to be kept.
     Constant broken;
     broken.mSecond = 5000;
@@ -307,9 +314,32 @@ TEST(VideoESParser, HeadOfVC1TellsProfileLevelSizeAndHowManyFramesThereAre) {
              f.mFrames = 0;
          },
          "\"WMV3\"|\"Main\"|20|320|240|25000|2000|\"estimate: size and stated rate\"|32288||2000"},
+        {[](RCV& f) {
+             f.mRate = 400000000;
+             f.mfConstant = true;
+             f.mFrames = 0;
+         },
+         "\"WMV3\"|\"Main\"|20|320|240|25000|1001|\"estimate: size and stated rate\"|400000000||1001"},
+        {[](RCV& f) { // no film is so fast
+             f.mRate = 400000001;
+             f.mfConstant = true;
+             f.mFrames = 0;
+         },
+         "\"WMV3\"|\"Main\"|20|320|240|25000|||400000001||"},
         // 500 frames need 4036 bytes; one more shows that the file is cut.
         {[](RCV& f) { f.mFrames = 500; }, "\"WMV3\"|\"Main\"|20|320|240|25000|20000|\"header\"|||"},
         {[](RCV& f) { f.mFrames = 501; }, "\"WMV3\"|\"Main\"|20|320|240|25000|||||"},
+        // One frame of 40 ms has two million bytes, or is not all there is.
+        {[](RCV& f) {
+             f.mFrames = 1;
+             f.mMedia.resize(2000000 - 36);
+         },
+         "\"WMV3\"|\"Main\"|20|320|240|25000|40|\"header\"|||"},
+        {[](RCV& f) {
+             f.mFrames = 1;
+             f.mMedia.resize(2000001 - 36);
+         },
+         "\"WMV3\"|\"Main\"|20|320|240|25000|||||"},
         {[](RCV& f) {
              f.mStructC = Hex({0xC0, 0, 0, 0});
              f.mMedia.replace(8, VC1().size(), VC1());

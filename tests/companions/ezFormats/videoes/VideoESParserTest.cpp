@@ -4,6 +4,7 @@
 #include "ezBytes/ByteSource.h"
 
 #include "companions/ezFormats/FormatFiles.h"
+#include "companions/ezFormats/FormatHost.h"
 #include "companions/ezFormats/PictureBytes.h"
 #include "companions/ezFormats/SparseStream.h"
 #include "companions/ezFormats/videoes/VideoESKit.h"
@@ -207,6 +208,18 @@ TEST(VideoESParser, FilesOfOthersAreLeftToThem) {
         EXPECT_NE(told.find(test.mRefusal), std::string::npos) << told;
         EXPECT_FALSE(IsAt(test.mFile)) << told;
     }
+}
+
+TEST(VideoESParser, NamesThatLieLeadToTheParserOfTheContent) {
+    const std::string film = ReadSample("video/river-ferry.mpg");
+    const std::string cut = film.substr(film.find("\0\0\1\xE0"s));
+    FormatHost host;
+    EXPECT_EQ(host.Winner(cut, "/a.m2v"), "mpg") << "a recording that begins with packets, and has sound";
+    EXPECT_EQ(host.Winner(cut, "/a.mp4"), "-");
+    EXPECT_EQ(host.Winner(ReadSample("formats/parity.ts").substr(100), "/a.h264"), "ts");
+    EXPECT_EQ(host.Winner(std::string(300, '\0') + MPEG2(), "/a.mpg"), "h264");
+    EXPECT_EQ(host.Winner(H264(), "/a.mp3"), "h264");
+    EXPECT_EQ(host.Winner(mpeg4::Stream(), "/a.m4v"), "h264");
 }
 
 namespace {

@@ -9,7 +9,7 @@ NAME = "exiftool"
 # Its tags of a fact; the first that is there counts.
 TAGS = {"width": ("SourceImageWidth", "ImageWidth"), "height": ("SourceImageHeight", "ImageHeight"),
         "frame rate": ("VideoFrameRate", "FrameRate"),
-        "sampling": ("AudioSampleRate", "SampleRate"), "channels": ("AudioChannels", "NumChannels", "Channels"),
+        "sampling": ("SampleRate", "AudioSampleRate"), "channels": ("AudioChannels", "NumChannels", "Channels"),
         "title": ("Title",), "artist": ("Artist", "Author"), "album": ("Album", "AlbumTitle"), "genre": ("Genre",),
         "cover": ("PictureMIMEType",)}
 TURNS = {3: "180", 6: "90", 8: "270"}  # orientations of Exif that mirror nothing, degrees clockwise

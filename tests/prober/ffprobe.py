@@ -24,7 +24,7 @@ SOUND_TYPES = {"wav": "audio/wav", "w64": "audio/x-w64", "aiff": "audio/x-aiff",
 # Formats of films and the type that goes with each; "mpegvideo" is a stream without a container.
 FILM_TYPES = {"mpegts": "video/mp2t", "mpeg": "video/mpeg", "mpegvideo": "video/mpeg",
               "h264": "video/h264", "hevc": "video/h265", "m4v": "video/mp4v-es", "vc1": "video/x-vc1", "vc1test": "video/x-vc1",
-              "flv": "video/x-flv"}
+              "flv": "video/x-flv", "avi": "video/x-msvideo"}
 
 # Types that a DLNA profile asks for, and those of the same sound without one.
 PROFILE_TYPES = {"audio/vnd.dlna.adts": "audio/aac", "audio/vnd.dolby.dd-raw": "audio/ac3"}
@@ -44,7 +44,7 @@ CODECS = {"mp3": "MP3", "mp2": "MP2", "mp1": "MP1", "ac3": "AC3", "eac3": "EAC3"
           "vorbis": "Vorbis", "speex": "Speex", "theora": "Theora", "mpeg1video": "MPEG1", "mpeg2video": "MPEG2",
           "wmv1": "WMV1", "wmv2": "WMV2", "wmv3": "WMV3", "msmpeg4v3": "MSMPEG4v3", "msmpeg4v2": "MSMPEG4v2",
           "vp8": "VP8", "vp9": "VP9", "av1": "AV1", "vc1": "VC1", "dvd_subtitle": "VobSub",
-          "flv1": "Sorenson", "vp6f": "VP6", "vp6a": "VP6A", "flashsv": "ScreenVideo", "flashsv2": "ScreenVideo2",
+          "dvvideo": "DV", "rawvideo": "raw", "flv1": "Sorenson", "vp6f": "VP6", "vp6a": "VP6A", "flashsv": "ScreenVideo", "flashsv2": "ScreenVideo2",
           "nellymoser": "Nellymoser", "adpcm_swf": "ADPCM-SWF"}
 AAC_PROFILES = {"LC": "AAC", "HE-AAC": "HE-AAC", "HE-AACv2": "HE-AACv2", "Main": "AAC-Main"}
 VIDEO_PROFILES = {"Constrained Baseline": "ConstrainedBaseline", "Rext": "RangeExtensions", "Simple Profile": "Simple",
@@ -93,7 +93,7 @@ def first(theirs, kind):
 def is_picture(theirs):
     """Codecs of pictures in anything but a film: ffprobe makes up 25 pictures a second, and so a duration."""
     return (first(theirs, "video").get("codec_name") in PICTURE_TYPES
-            and theirs["format"].get("format_name") not in (ISO_MEDIA, MATROSKA, "mp3"))
+            and theirs["format"].get("format_name") not in (ISO_MEDIA, MATROSKA, "avi", "mp3"))
 
 
 def their_type(theirs):
@@ -255,11 +255,12 @@ def their_languages(kind):
     return languages
 
 
-def their_text(key):
-    """Those of Ogg belong to a stream."""
+def their_text(*keys):
+    """By the first of its names that is there. Those of Ogg belong to a stream."""
     def text(theirs):
         stated = theirs["format"].get("tags") or first(theirs, "audio").get("tags", {})
-        return {name.lower(): value for name, value in stated.items()}.get(key, NONE)
+        texts = {name.lower(): value for name, value in stated.items()}
+        return next((texts[key] for key in keys if key in texts), NONE)
     return text
 
 
@@ -295,7 +296,7 @@ FACTS = {"type": their_type, "duration": their_duration, "bit rate": their_rate,
          "frame rate": their_frame_rate, "scan": their_process, "colours": their_colours, "range": their_range,
          "languages": their_languages("audio"), "subtitles": lambda theirs: str(len(streams(theirs, "subtitle")) or NONE),
          "subtitle languages": their_languages("subtitle"), "title": their_text("title"), "artist": their_text("artist"),
-         "album": their_text("album"), "genre": their_text("genre"), "cover": their_cover}
+         "album": their_text("album", "product"), "genre": their_text("genre"), "cover": their_cover}
 
 
 def facts_of(theirs):

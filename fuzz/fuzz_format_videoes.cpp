@@ -5,5 +5,7 @@
 #include "ezFormats/videoes/VideoESParser.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* aData, std::size_t aSize) {
-    return FormatDoor_Enter<VideoESParser>(aData, aSize);
+    // The longer window, and the first one, which it grows from: more than the two blocks of 64 KiB.
+    constexpr std::size_t kHeap = kFormatDoor_Heap + kVideoES_MaxWindow;
+    return FormatDoor_Enter<VideoESParser>(aData, aSize, kHeap);
 }

@@ -1,5 +1,6 @@
 """Starts of streams of video, and what sets their decoders up, as containers of films hand them to the readers of a codec."""
 from bits import Bits
+from chunks import DELIVERED_AS_IT_IS, hole
 from elementary import HEAD, SLICE, USER_DATA, group, picture, picture_extension, sequence, sequence_extension, start
 
 
@@ -90,6 +91,12 @@ def constant():
 
 
 def files():
+    for name, content in videos():
+        yield name, content + DELIVERED_AS_IT_IS
+    yield "after-the-first-window", bytes(99) + constant() + hole(99, 5, 15)
+
+
+def videos():
     yield "simple", mpeg4_layer() + start(0) + mpeg4_layer() + MPEG4_PICTURE
     yield "vc-1", vc1_sequence() + vc1_entry() + VC1_FRAME
     yield "constant", constant()

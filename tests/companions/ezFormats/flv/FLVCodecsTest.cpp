@@ -103,6 +103,11 @@ TEST(FLVCodecs, RateOfSoundIsThatOfTheMetadataWhereTheCodecTellsNone) {
     EXPECT_EQ(Values(Film(Number("audiodatarate", 24)), {"ea"}), "8000") << "as the frame says";
 }
 
+TEST(FLVCodecs, OfSeveralConfigurationsTheFirstTells) {
+    const std::string configs = Sound(0, Hex({0xAF, 0, 0x13, 0x88})) + Sound(0, Hex({0xAF, 0, 0x12, 0x10}));
+    EXPECT_EQ(Values(Header(4) + configs + Sound(0, Hex({0xAF, 1})), {"ca", "sf", "ac"}), "\"AAC\"|22050|1");
+}
+
 TEST(FLVCodecs, WhatIsEncryptedIsMarked) {
     const std::string filtered =
         Header() + Tag(kVideoTag | 0x20U, 0, Sorenson(320, 180)) + Tag(kSoundTag | 0x20U, 0, MP3());

@@ -143,6 +143,7 @@ TEST(ASFObjects, StreamPropertiesTellTheKindAndTheFormat) {
                                  : stream->mKind == ASFStreamKind::Video ? "video "
                                                                          : "other ";
         return kind + std::to_string(stream->mNumber) + (stream->mfEncrypted ? " encrypted " : " ") +
+               (stream->mForm == ASFForm::Unknown ? "unknown " : "") +
                (stream->mFormat.HasFailed() ? "-" : TextOf(stream->mFormat));
     };
     EXPECT_EQ(read(asf::Stream(1, asf::kAudioMedia, "format")), "sound 1 format");
@@ -152,8 +153,8 @@ TEST(ASFObjects, StreamPropertiesTellTheKindAndTheFormat) {
     const std::string video = asf::Hex("7669647300001000800000AA00389B71");
     const std::string wave = asf::Hex("819F580556C3CE11BF0100AA0055595A");
     EXPECT_EQ(read(asf::Binary(sound, wave, "format", 3)), "sound 3 format");
-    EXPECT_EQ(read(asf::Binary(sound, std::string(16, 'f'), "format", 3)), "sound 3 -");
-    EXPECT_EQ(read(asf::Binary(video, std::string(16, 'f'), "format", 3)), "video 3 -");
+    EXPECT_EQ(read(asf::Binary(sound, std::string(16, 'f'), "format", 3)), "sound 3 unknown format");
+    EXPECT_EQ(read(asf::Binary(video, std::string(16, 'f'), "format", 3)), "video 3 unknown format");
     EXPECT_EQ(read(asf::Binary(wave, wave, "format", 3)), "other 3 format");
     EXPECT_EQ(read(asf::Stream(1, asf::kAudioMedia, "format").substr(0, 24 + 54 + 3)), "sound 1 for");
     EXPECT_EQ(read(asf::Stream(1, asf::kAudioMedia, "").substr(0, 24 + 53)), "none");

@@ -55,6 +55,10 @@ TEST(FLVLength, LastFrameLastsAsLongAsTheOneBeforeIt) {
     EXPECT_EQ(film(1001, 20), "1051|\"last frame\"");
     EXPECT_EQ(Length(Header(1) + MetaData(Number("framerate", 20)) + Video(0, Sorenson(320, 180))),
               "50|\"last frame\"");
+    EXPECT_EQ(Length(Header(1) + Video(0, Sorenson(320, 180)) + Video(120, Sorenson(320, 180)) +
+                     Video(80, Sorenson(320, 180))),
+              "160|\"last frame\"")
+        << "not in order";
 }
 
 TEST(FLVLength, EndIsFoundWhateverStandsThere) {

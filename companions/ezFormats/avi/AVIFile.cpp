@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Lists whose chunks tell something each: they are walked as if they stood in none, as writers that come to
-/// no end leave their sizes open.
+/// Lists of headers. Their chunks are walked as if there were no list around them: a writer that is broken
+/// off never comes to state its size.
 bool IsOpened(BoxType aKind) {
     constexpr std::array<BoxType, 3> kOpened = {{"hdrl", "strl", "odml"}};
     return std::find(kOpened.begin(), kOpened.end(), aKind) != kOpened.end();

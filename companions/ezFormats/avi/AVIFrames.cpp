@@ -28,16 +28,16 @@ std::optional<std::uint32_t> StreamOf(BoxType aName) {
     return fFrame ? std::make_optional(10 * tens + ones) : std::nullopt;
 }
 
-/// A frame by the letters that writers use, for who looks at bytes of any kind: pictures, those without
-/// compression, and sound.
+/// Whether a name is one that writers use, where bytes of any kind are searched for a frame: compressed
+/// pictures, others, sound, and frames of DV.
 bool IsUsualFrame(BoxType aName) {
     constexpr std::array<std::uint32_t, 4> kLetters = {0x6463, 0x6462, 0x7762, 0x5F5F};
     return StreamOf(aName).has_value() &&
            std::find(kLetters.begin(), kLetters.end(), aName.GetCode() & 0xFFFF) != kLetters.end();
 }
 
-/// Lists of frames: the part that belongs together, the next part of the file, and its frames. What they hold
-/// goes on as if it stood in none.
+/// Lists of frames: those that belong together, the next part of the file, and its frames. Their content is
+/// walked as if there were no list around it.
 bool IsOpened(BoxType aName, ByteReader aContent) {
     constexpr std::array<BoxType, 3> kOpened = {{"rec ", "movi", "AVIX"}};
     return (aName == "LIST" || aName == "RIFF") &&

@@ -75,12 +75,18 @@ std::uint64_t AVIStream::GetMicroseconds(std::uint64_t aUnits) const {
     return mScale != 0 ? MediaNumber_Microseconds(ticks, mRate) : 0;
 }
 
+std::uint64_t AVIStream::GetEnd(std::uint64_t aUnits) const {
+    const bool fBelieved = MediaNumber_Scale(mStart, mScale, mRate) <= kAVI_MaxDelay;
+    return GetMicroseconds(ezSaturating_Add64(aUnits, fBelieved ? mStart : 0));
+}
+
 std::uint32_t AVIStream::GetFrameRate() const {
     return VideoClock_FrameRate(mScale, mRate);
 }
 
 void AVIHeader::BeginStream() {
-    if (mStreams.size() < kAVI_MaxStreams) {
+    mfStream = mStreams.size() < kAVI_MaxStreams;
+    if (mfStream) {
         mStreams.emplace_back();
     }
 }
@@ -95,7 +101,7 @@ void AVIHeader::Take(BoxType aName, ByteReader aContent) {
             aContent
                 .ReadText(static_cast<std::size_t>(std::min<std::uint64_t>(aContent.GetLeft(), kAVI_MaxText)))
                 .View());
-    } else if (mStreams.empty()) {
+    } else if (!mfStream) {
         return;
     } else if (aName == "strh") {
         TakeStream(aContent);
@@ -134,7 +140,8 @@ void AVIHeader::TakeStream(ByteReader aContent) {
     stream.mStart = aContent.ReadLittle32();
     stream.mLength = aContent.ReadLittle32();
     aContent.Skip(8); // size of a buffer, quality
-    stream.mUnitSize = aContent.ReadLittle32();
+    // Each picture is a unit, whatever size its writer states.
+    stream.mUnitSize = stream.HasVideo() ? 0 : aContent.ReadLittle32();
 }
 
 void AVIHeader::TakeFormat(ByteReader aContent) {
@@ -182,8 +189,13 @@ void AVIHeader::TakeIndex(ByteReader aContent) {
     }
 }
 
+/// One picture beside sound is its cover, and no film.
 const AVIStream* AVIHeader::FindVideo() const {
-    return FindFirst(mStreams, [](const AVIStream& aStream) { return aStream.HasVideo(); });
+    const AVIStream* const video =
+        FindFirst(mStreams, [](const AVIStream& aStream) { return aStream.HasVideo(); });
+    const bool fCover = video != nullptr && !video->HasSound() && video->mLength == 1 && mFrames <= 1 &&
+                        mAllFrames <= 1 && video->mIndexed <= 1 && FindSound() != nullptr;
+    return fCover ? nullptr : video;
 }
 
 const AVIStream* AVIHeader::FindSound() const {

@@ -27,7 +27,7 @@ struct AVIStream {
     std::uint32_t mRate = 0;            ///< ticks a second
     std::uint32_t mStart = 0;           ///< units before the first frame
     std::uint32_t mLength = 0;          ///< units
-    std::uint32_t mUnitSize = 0;        ///< bytes, where all units have as many; 0: each is a frame
+    std::uint32_t mUnitSize = 0;        ///< bytes, where all units of sound have as many; 0: each is a frame
     std::uint64_t mIndexed = 0;         ///< units, by the index of all parts of the file
     std::vector<unsigned char> mFormat; ///< what "strf" holds, as much of it as is looked at
     VideoRatio mDisplayAspect;
@@ -35,6 +35,8 @@ struct AVIStream {
 
     /// Microseconds of so many units.
     std::uint64_t GetMicroseconds(std::uint64_t aUnits) const;
+    /// Microseconds to the end of so many units, with what passes before the first one.
+    std::uint64_t GetEnd(std::uint64_t aUnits) const;
     /// Pictures in 1000 seconds.
     std::uint32_t GetFrameRate() const;
     bool HasVideo() const { return mKind == AVIKind::Video || mKind == AVIKind::Both; }
@@ -51,7 +53,7 @@ public:
 
     const std::vector<AVIStream>& GetStreams() const { return mStreams; }
     /// The stream that plays first: that of the lowest number, which is not disabled where there is one. Null
-    /// where there is none.
+    /// where there is none; of pictures also where all of them are one beside sound.
     const AVIStream* FindVideo() const;
     const AVIStream* FindSound() const;
     std::uint32_t GetNumber(const AVIStream& aStream) const;
@@ -72,4 +74,5 @@ private:
     void TakeIndex(ByteReader aContent);
 
     std::vector<AVIStream> mStreams;
+    bool mfStream = false; ///< what comes now describes the last one of these
 };

@@ -96,12 +96,12 @@ public:
 private:
     bool IsPossible(std::uint64_t aUnits) const {
         const std::optional<std::uint64_t> size = mFile.GetSize();
-        return aUnits != 0 && (!size || IsBelieved(mStream, aUnits, *size));
+        const bool fTold = aUnits != 0 && aUnits != UINT32_MAX;
+        return fTold && (!size || IsBelieved(mStream, aUnits, *size));
     }
 
     AVILength LengthOf(std::uint64_t aUnits, const char* aMethod, std::uint64_t aBound) const {
-        const std::uint64_t delayed = aUnits != 0 ? ezSaturating_Add64(aUnits, mStream.mStart) : 0;
-        return {mStream.GetMicroseconds(delayed), aMethod, mStream.GetMicroseconds(aBound)};
+        return {aUnits != 0 ? mStream.GetEnd(aUnits) : 0, aMethod, mStream.GetMicroseconds(aBound)};
     }
 
     AVILength LengthOf(const Places& aPlaces, const char* aMethod) const {
@@ -165,7 +165,7 @@ std::uint64_t LongerSound(const AVIFile& aFile, std::uint64_t aMicroseconds) {
     if (sound == nullptr || (size && !IsBelieved(*sound, sound->mLength, *size))) {
         return aMicroseconds;
     }
-    const std::uint64_t length = sound->GetMicroseconds(std::uint64_t{sound->mStart} + sound->mLength);
+    const std::uint64_t length = sound->GetEnd(sound->mLength);
     const bool fLittle = length > aMicroseconds && length - aMicroseconds < length / kAVI_SoundShare;
     return fLittle ? length : aMicroseconds;
 }

@@ -65,6 +65,10 @@ inline constexpr std::uint64_t kAVI_PlaceError = 8;
 /// 2160 have 35 million.
 inline constexpr std::uint32_t kAVI_MaxChunk = std::uint32_t{64} * 1024 * 1024;
 
+/// Seconds before the first unit of a stream, the most that are believed: pictures and sound begin within
+/// seconds of each other, and writers leave any number there.
+inline constexpr std::uint64_t kAVI_MaxDelay = 3600;
+
 /// Bits a second of a film, the most that are believed: uncompressed pictures of 1920 by 1080 at 60 a second
 /// have 3 Gbit/s.
 inline constexpr std::uint32_t kAVI_MaxFilmRate = 4'000'000'000;

@@ -14,9 +14,8 @@ class ByteReader;
 ///
 /// A parse reads the first 8 KiB, the rest of the headers and what follows them, and 4 KiB for each chunk
 /// after the frames. Of a file whose length nothing states, the index or places of it, and else places of the
-/// frames are read as well. At most these
-/// are 32 reads and 1 MiB; a source that gives less at a time than it is asked for takes more reads for the
-/// same bytes. Of unknown size, nothing after the first frames is read.
+/// frames are read as well. At most these are 32 reads and 1 MiB; a source that gives less at a time than it
+/// is asked for takes more reads for the same bytes. Of unknown size, nothing after the first frames is read.
 class AVIParser : public FormatParser {
 public:
     /// Whether what begins there is of the format.

@@ -59,10 +59,22 @@ TEST(AVILength, IsThatOfThePicturesOrOfSoundThatIsALittleLonger) {
     Film delayed = WithSound(100, 32000);
     delayed.mStreams[1].mStart = 1600;
     EXPECT_EQ(Length(delayed.Bytes()), "4200|\"header\"");
+    delayed.mStreams[0].mStart = 25;
+    EXPECT_EQ(Length(delayed.Bytes()), "5000|\"header\"") << "pictures that begin later";
     Film framed = WithSound(100, 0);
     framed.mStreams[1] = FramedSound({0x55, 2, 44100, 16000, 1152, 0, ""}, 1152);
     framed.mStreams[1].mLength = 155;
     EXPECT_EQ(Length(framed.Bytes()), "4048|\"header\"") << "frames of a varying rate";
+}
+
+TEST(AVILength, DelayOfMoreThanAnHourIsNotBelieved) {
+    Film film;
+    film.mStreams[0].mStart = 90000;
+    EXPECT_EQ(Length(film.Bytes()), "3604000|\"header\"");
+    for (const std::uint32_t start : {std::uint32_t{90025}, std::uint32_t{0x7FFFFFFF}, UINT32_MAX}) {
+        film.mStreams[0].mStart = start;
+        EXPECT_EQ(Length(film.Bytes()), "4000|\"header\"") << start;
+    }
 }
 
 TEST(AVILength, CountsOfAllPartsGoBeforeThatOfTheFirst) {
@@ -104,9 +116,33 @@ TEST(AVILength, ThatTheFileCannotHoldIsNotBelieved) {
         film.mFrames = 100;
         EXPECT_EQ(Length(film.Bytes()), "4000|\"header\"") << length << ": the header of all";
     }
+    Film sized;
+    sized.mStreams[0].mUnitSize = 64000;
+    EXPECT_EQ(Length(sized.Bytes()), "4000|\"header\"")
+        << "a frame of pictures is one unit, whatever is stated";
+    sized.mStreams[0].mLength = 0;
+    EXPECT_EQ(Length(sized.Bytes()), "4000|\"counted\"");
     Film fast = Unstated(Frames(500, 60000));
     fast.mStreams[0].mLength = 1;
     EXPECT_EQ(Values(fast.Bytes(), {"md"}), "\"estimate: size and mean rate of places\"") << "6 Gbit/s";
+}
+
+TEST(AVILength, FilmOfMoreThanFourGigabitsASecondIsNotBelieved) {
+    constexpr std::uint64_t kSize = 2'000'000'000; // in four seconds
+    const std::uint64_t head = LongFilm(Film(), 0).mSize;
+    SparseStream most = LongFilm(Film(), kSize - head, Frames(3)).Open();
+    EXPECT_EQ(chunks::SparseValue<AVIParser>(most, "dm"), "4000");
+    SparseStream more = LongFilm(Film(), kSize - head + 1, Frames(3)).Open();
+    EXPECT_NE(chunks::SparseValue<AVIParser>(more, "dm"), "4000");
+}
+
+TEST(AVILength, IndexOfIndexesIsCountedToItsBound) {
+    Film film;
+    film.mStreams[0].mLength = 0;
+    film.mStreams[0].mRest = SuperIndex{std::vector<SuperIndex::Part>(4096, {0, 0, 1})}.Bytes();
+    EXPECT_EQ(Length(film.Bytes()), "163840|\"header\"");
+    film.mStreams[0].mRest = SuperIndex{std::vector<SuperIndex::Part>(4097, {0, 0, 1})}.Bytes();
+    EXPECT_EQ(Length(film.Bytes()), "163840|\"header\"");
 }
 
 TEST(AVILength, UnstatedIsThatOfTheIndexOrOfTheFrames) {
@@ -228,4 +264,9 @@ TEST(AVILength, OfUnknownSizeIsThatOfTheHeaderAlone) {
     film.mAfter = chunks::Info({{"INAM", "Not read"}});
     EXPECT_EQ(Values(film.Bytes(), {"dm", "md", "title"}, delivery), "4000|\"header\"|");
     EXPECT_EQ(Length(Unstated().Bytes(), delivery), "|\"none: the end was not read\"");
+    film.mStreams[0].mRate = 1000;
+    film.mStreams[0].mLength = UINT32_MAX;
+    EXPECT_EQ(Length(film.Bytes(), delivery), "|\"none: the end was not read\"") << "not known";
+    film.mFrames = UINT32_MAX;
+    EXPECT_EQ(Length(film.Bytes(), delivery), "|\"none: the end was not read\"") << "not known";
 }

@@ -171,7 +171,7 @@ TEST(AVIParser, FirstFrameOfTheCodecTellsProfileLevelAndScan) {
     film.mMovi = Chunk("00dc", "") + Chunk("00pc", "colours") + Chunk("JUNK", "") + Chunk("ix00", "index") +
                  Chunk("00dc", kMPEG4);
     EXPECT_EQ(Values(film.Bytes(), {"vp", "vl", "pr", "pa"}), "\"Simple\"|10|\"progressive\"|\"1:1\"")
-        << "after an empty frame, and what is none";
+        << "after an empty frame, and chunks that are not frames";
     film.mMovi = List("rec ", Chunk("01wb", "other") + Chunk("00dc", kMPEG4));
     EXPECT_EQ(Values(film.Bytes(), {"vp", "vl"}), "\"Simple\"|10") << "in a list of what belongs together";
     film.mMovi = Chunk("00dc", kMPEG4 + "\0\0\1\xB2"
@@ -265,6 +265,25 @@ TEST(AVIParser, SoundAloneIsAudio) {
     film.mMovi = Frames(4, 8000, "00wb");
     EXPECT_EQ(Values(film.Bytes(), {"cn", "ca", "vt", "dm", "mt"}),
               "\"item.audioItem\"|\"LPCM\"||4000|\"video/x-msvideo\"");
+}
+
+TEST(AVIParser, OnePictureBesideSoundIsItsCover) {
+    const std::vector<const char*> keys = {"cn", "vt", "vc", "wi", "ca", "dm"};
+    Film film = WithSound(Sound(), std::string(32000, '\x11'));
+    film.mStreams[0].mLength = 1;
+    film.mFrames = 1;
+    EXPECT_EQ(Values(film.Bytes(), keys), "\"item.audioItem\"||||\"LPCM\"|4000");
+    film.mStreams[0].mRest = SuperIndex{{{0, 0, 100}}}.Bytes();
+    EXPECT_EQ(Values(film.Bytes(), {"cn", "dm"}), "\"item.videoItem\"|4000") << "the first part has one";
+    film.mStreams[0].mRest = "";
+    film.mFrames = 100;
+    EXPECT_EQ(Values(film.Bytes(), {"cn"}), "\"item.videoItem\"") << "the main header counts more";
+    film.mFrames = 1;
+    film.mHead = List("odml", Chunk("dmlh", Little(100)));
+    EXPECT_EQ(Values(film.Bytes(), {"cn"}), "\"item.videoItem\"") << "all parts have more";
+    film.mHead = "";
+    film.mStreams.pop_back();
+    EXPECT_EQ(Values(film.Bytes(), {"cn", "dm"}), "\"item.videoItem\"|40") << "there is no sound";
 }
 
 TEST(AVIParser, StreamOfTheLowestNumberPlaysFirstUnlessItIsDisabled) {
@@ -387,10 +406,22 @@ TEST(AVIParser, SizesOfListsThatLieAreNotNeeded) {
     }
 }
 
+TEST(AVIParser, ChunksBeforeTheFirstFrameAndAfterTheLastAreBounded) {
+    const auto stuffing = [](std::size_t aCount) { return Frames(aCount, 0, "JUNK"); };
+    Film film;
+    film.mStreams[0].mFormat = Bitmap("XVID");
+    film.mMovi = stuffing(23) + Chunk("00dc", kMPEG4);
+    film.mAfter = stuffing(7) + Info({{"INAM", "Title"}});
+    EXPECT_EQ(Values(film.Bytes(), {"vp", "title"}), "\"Simple\"|\"Title\"");
+    film.mMovi = stuffing(24) + Chunk("00dc", kMPEG4);
+    film.mAfter = stuffing(8) + Info({{"INAM", "Title"}});
+    EXPECT_EQ(Values(film.Bytes(), {"vp", "title"}), "|");
+}
+
 TEST(AVIParser, StreamsAreBoundedByTheirNumbers) {
     Film film;
     film.mStreams.assign(100, Sound());
     EXPECT_EQ(Values(film.Bytes(), {"ta"}), "100");
-    film.mStreams.assign(101, Sound());
-    EXPECT_EQ(Values(film.Bytes(), {"ta"}), "100");
+    film.mStreams.push_back(Stream());
+    EXPECT_EQ(Values(film.Bytes(), {"ta", "vc"}), "100|") << "one more takes no other's place";
 }

@@ -2,6 +2,7 @@
 
 #include "bench/Require.h"
 #include "companions/ezFormats/ChunkBytes.h"
+#include "companions/ezFormats/avi/AVIBytes.h"
 #include "companions/ezFormats/ogg/OggBytes.h"
 #include "support/AsfBytes.h"
 #include "support/EbmlBytes.h"
@@ -11,6 +12,7 @@
 #include "support/PsBytes.h"
 #include "support/WholeFile.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace {
@@ -280,6 +282,34 @@ LongFile ASF(std::uint64_t aMedia) {
     return StartAndEnd(start, std::string(kPacketSize, '\x11'), start.size() + count * kPacketSize);
 }
 
+/// A film of 8 Mbit/s. What is more than a part may have stands in a second one, and its frames are counted
+/// for both.
+LongFile AVI(std::uint64_t aMedia) {
+    constexpr std::uint64_t kBytesAFrame = 40000;
+    const std::uint64_t first = std::min(aMedia, 1000 * kMega);
+    const std::uint64_t second = aMedia - first;
+    avi::Film film;
+    film.mFrames = static_cast<std::uint32_t>(first / kBytesAFrame);
+    film.mStreams[0].mLength = film.mFrames;
+    film.mStreams[0].mFormat = avi::Bitmap("XVID");
+    film.mHead = avi::List("odml", chunks::Chunk("dmlh", Little(aMedia / kBytesAFrame)));
+    film.mMovi = "";
+    const std::string header = "AVI " + film.Header() + "LIST" + Little(4 + first) + "movi";
+    const std::string after =
+        chunks::Chunk("idx1", avi::Entries(1000)) + chunks::Info({{"INAM", "Long"}, {"IART", "Somebody"}});
+    const std::uint64_t size = header.size() + first + after.size();
+    const std::string start = "RIFF" + Little(size) + header + avi::Frames(2, kBytesAFrame);
+    if (second == 0) {
+        return StartAndEnd(start, after, 8 + size);
+    }
+    const std::string next =
+        chunks::Lying("RIFF", 16 + second, "AVIX") + chunks::Lying("LIST", 4 + second, "movi");
+    const std::string last = avi::Frames(1, kBytesAFrame);
+    return {{{0, start},
+             {8 + header.size() + first, after + next},
+             {8 + size + next.size() + second - last.size(), last}}};
+}
+
 /// MPEG video without a container, of a constant rate: its first pictures and its last.
 LongFile ConstantVideo(std::uint64_t aMedia) {
     static const std::string kVideo = ReadWholeFile(EZ_SAMPLES "/formats/constant.m2v");
@@ -292,8 +322,9 @@ const std::vector<LongFiles>& LongFiles_All() {
     static const std::vector<LongFiles> kAll = {
         {"song.wav", "wav", "WAV", "wav", {4, 400, 4500}, WAV, 2, 16384},
         {"song.ogg", "ogg", "Ogg", "ogg", {1, 50, 500}, Ogg, 2, 131072},
-        {"film.ogg", "ogv", "Ogg with video", "ogg", {4, 400, 4500}, OggFilm, 3, 131072},
+        {"film.ogg", "ogg", "Ogg with video", "ogv", {4, 400, 4500}, OggFilm, 3, 131072},
         {"film.matroska", "mkv", "Matroska", "mkv", {4, 400, 4500}, Matroska, 2, 16384},
+        {"film.avi", "avi", "AVI", "avi", {4, 400, 4500}, AVI, 3, 16384},
         {"film.flv", "flv", "Flash video", "flv", {4, 400, 4500}, FlashVideo, 2, 65536},
         {"film.asf", "wma", "ASF: Windows Media", "wmv", {4, 400, 4500}, ASF, 1, 8192},
         {"film.ps", "mpg", "MPEG program stream", "mpg", {4, 400, 4500}, ProgramStream, 4, 524288},

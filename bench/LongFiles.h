@@ -29,8 +29,8 @@ struct LongFiles {
 };
 
 /// WAV, RF64 where 32 bits cannot say its size, with texts after the sound; Ogg; Matroska, with its index and
-/// its tags after the clusters; Flash video; MPEG video alone; and an MPEG program and transport stream,
-/// their middle among what is written.
+/// its tags after the clusters; AVI, with a second part where one cannot hold it; Flash video; MPEG video
+/// alone; and an MPEG program and transport stream, their middle among what is written.
 const std::vector<LongFiles>& LongFiles_All();
 
 /// Writes one of so many megabytes, the media a hole that takes no place on the disk, and returns its path.

@@ -2,6 +2,7 @@
 
 #include "companions/ezFormats/codecs/MPEG4Bytes.h"
 #include "companions/ezFormats/codecs/VideoFactsText.h"
+#include "support/NumberBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -81,6 +82,54 @@ TEST(MPEG4Visual, FrameRateIsToldWherePicturesLastEquallyLong) {
         EXPECT_EQ(Told(layer.Bytes()),
                   "MPEG4 352x288 1:1" + std::string(rate.mRate) + " progressive cd=8 4:2:0")
             << rate.mResolution << " " << rate.mIncrement;
+    }
+}
+
+TEST(MPEG4Visual, WhatStandsAroundItsLayerTellsNothing) {
+    const std::string layer = Layer().Bytes();
+    const std::string object = Hex({0, 0, 1, 0});
+    const std::string data = Hex({0, 0, 1, 0xB2});
+    const std::string profile = Hex({0, 0, 1, 0xB0, 0xF3});
+    const std::string visual = Hex({0, 0, 1, 0xB5, 0x09});
+    const std::string plane = Hex({0, 0, 1, 0xB6, 0x10}) + Content(40);
+    const std::string bidirectional = Hex({0, 0, 1, 0xB6, 0x90}) + Content(20);
+    const std::string notCoded = Hex({0, 0, 1, 0xB6, 0x54, 0x3F, 0xFF});
+    const std::string told = "352x288 1:1 fr=25000 progressive cd=8 4:2:0";
+    const std::string named = "MPEG4 AdvancedSimple@30 " + told;
+    struct Case {
+        std::string mBytes;
+        std::string mTold;
+    };
+    const std::array<Case, 8> kCases = {
+        {{layer, "MPEG4 " + told},
+         {object + layer + data + "XviD0064" + plane, "MPEG4 " + told},
+         {data + "DivX503b1393p" + object + layer, "MPEG4 " + told}, // its pictures are packed
+         {profile + data + "DivX503b1393p" + visual + object + layer + data + "XviD0064" + plane, named},
+         {profile + visual + data + "Lavc\x20\x21" + object + layer, named},
+         {profile + visual + object + layer + plane + bidirectional, named}, // two pictures in one frame
+         {notCoded, "nothing"},                                              // and the one in their place
+         {notCoded + layer, "MPEG4 " + told}}};
+    for (const Case& around : kCases) {
+        EXPECT_EQ(Told(around.mBytes), around.mTold) << &around - kCases.data();
+    }
+}
+
+TEST(MPEG4Visual, ShortHeadersTellNothing) {
+    // short_video_start_marker, and what H.263 has of a picture of 176 by 144 pixels
+    EXPECT_EQ(Told(Hex({0, 0, 0x80, 0x02, 0x08, 0x04}) + Content(40)), "nothing");
+}
+
+TEST(MPEG4Visual, LayersOfTheStudioProfilesAreNotRead) {
+    const std::string layer = Layer().Bytes();
+    constexpr std::array<unsigned, 4> kBeside = {0xD3, 0xE0, 0xE9, 0xF0};
+    for (unsigned code = 0xE1; code <= 0xE8; ++code) {
+        const std::string told = Told(Hex({0, 0, 1, 0xB0}) + Big(code, 1) + layer);
+        EXPECT_EQ(told, (code < 0xE5 ? "MPEG4 SimpleStudio@" : "MPEG4 CoreStudio@") +
+                            std::to_string(((code - 0xE1) % 4 + 1) * 10));
+    }
+    for (const unsigned code : kBeside) {
+        const std::string told = Told(Hex({0, 0, 1, 0xB0}) + Big(code, 1) + layer);
+        EXPECT_NE(told.find("352x288"), std::string::npos) << code;
     }
 }
 

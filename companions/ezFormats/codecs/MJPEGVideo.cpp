@@ -66,6 +66,10 @@ const char* ReadColours(ByteReader& aFrame) {
     return nullptr;
 }
 
+/// Bits of a sample (P): lossless frames may have fewer, which no film has, and no more.
+constexpr unsigned kMinBits = 8;
+constexpr unsigned kMaxBits = 16;
+
 /// The frame header (B.2.2), after its length.
 std::optional<VideoFacts> ReadFrame(ByteReader aFrame, const char* aScan) {
     VideoFacts facts;
@@ -75,7 +79,8 @@ std::optional<VideoFacts> ReadFrame(ByteReader aFrame, const char* aScan) {
     facts.mWidth = static_cast<std::uint32_t>(aFrame.ReadBig(2));
     facts.mHeight = aScan == nullptr || aScan == kScan_Progressive ? height : 2 * height;
     facts.mScan = aScan;
-    if (aFrame.HasFailed() || facts.mWidth == 0 || facts.mHeight == 0) {
+    const bool fBits = facts.mBitDepth >= kMinBits && facts.mBitDepth <= kMaxBits;
+    if (aFrame.HasFailed() || !fBits || facts.mWidth == 0 || facts.mHeight == 0) {
         return std::nullopt;
     }
     facts.mColours = ReadColours(aFrame);

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 using namespace std::string_literals;
 
 namespace {
@@ -148,6 +150,18 @@ TEST(MJPEGVideo, TellsWhatTheFrameHeaderSays) {
               "MJPEG 3x2 cd=8 grey");
     EXPECT_EQ(told(JPEG(Segment(0xE1, "Exif"))), "MJPEG 320x240 cd=8 4:2:2");
     EXPECT_EQ(told(JPEG("\xFF"s)), "MJPEG 320x240 cd=8 4:2:2"); // bytes that fill up
+}
+
+TEST(MJPEGVideo, SamplesHaveEightToSixteenBits) {
+    constexpr std::array<const char*, 18> kTold = {
+        "nothing", "nothing", "nothing", "nothing", "nothing", "nothing", "nothing", "nothing", "cd=8",
+        "cd=9",    "cd=10",   "cd=11",   "cd=12",   "cd=13",   "cd=14",   "cd=15",   "cd=16",   "nothing"};
+    for (unsigned bits = 0; bits < kTold.size(); ++bits) {
+        const std::string frame = Segment(0xC3, Big(bits, 1) + Big(2, 2) + Big(3, 2) + "\1\1\x11\0"s);
+        const bool fTold = kTold[bits] != "nothing"s;
+        EXPECT_EQ(Told<MJPEGVideo_Read>("\xFF\xD8"s + frame),
+                  fTold ? "MJPEG 3x2 "s + kTold[bits] + " grey" : "nothing");
+    }
 }
 
 TEST(MJPEGVideo, FieldsAreToldByAVIAndQuickTime) {

@@ -73,6 +73,8 @@ ez_add_door(ezFormats_inside es_race ${FORMATS}/EltStreamCandidates.cpp ${FORMAT
 set(FACTS ${FORMATS}/codecs/DynamicRange.cpp)
 ez_add_door(ezFormats_inside codec_av1 ${FORMATS}/codecs/AV1Video.cpp ${FACTS})
 ez_add_door(ezFormats_inside codec_h263 ${FORMATS}/codecs/H263Video.cpp ${FORMATS}/codecs/VP6Video.cpp)
+ez_add_door(ezFormats_inside codec_intra ${FORMATS}/codecs/MJPEGVideo.cpp ${FORMATS}/codecs/DVVideo.cpp
+    ${FORMATS}/codecs/DVSound.cpp ${FORMATS}/codecs/ProResVideo.cpp)
 ez_add_door(ezFormats_inside codec_mpegvideo ${FORMATS}/codecs/MPEGVideo.cpp ${FORMATS}/codecs/MPEGVideoHeaders.cpp)
 ez_add_door(ezFormats_inside codec_mpeg4 ${FORMATS}/codecs/MPEG4Visual.cpp ${FORMATS}/codecs/MPEG4Headers.cpp)
 ez_add_door(ezFormats_inside codec_theora ${FORMATS}/codecs/TheoraHeader.cpp ${FORMATS}/codecs/XiphLacing.cpp)

@@ -282,6 +282,69 @@ def h263():
     yield "vp6-interlaced", bytes([0x79, 0x47, 1, 2, 10, 12, 10, 12])
 
 
+# --- Codecs whose frames stand each for itself: Motion JPEG, DV, ProRes
+
+def jpeg_frame(*before, marker=0xC0, depth=8, size=(48, 64), samplings=(0x22, 0x11, 0x11), fill=b""):
+    """The start of a picture with segments before its frame header."""
+    components = b"".join(bytes([i + 1, sampling, min(i, 1)]) for i, sampling in enumerate(samplings))
+    frame = bytes([depth]) + b"".join(side.to_bytes(2, "big") for side in size) + bytes([len(samplings)]) + components
+    segments = (*before, (marker, frame))
+    return b"\xFF\xD8" + b"".join(
+        b"\xFF" + fill + bytes([kind]) + (len(content) + 2).to_bytes(2, "big") + content for kind, content in segments) + b"\xFF\xDA"
+
+
+def dv_sequence(lines625=1, application=0, signal=0, display=2, pack=0x60, sound=(0, 0, 0, 0), sound_block=0):
+    """The first DIF sequence of a frame, up to the last of its blocks of sound."""
+    bytes_ = bytearray(b"\xFF" * 80 * 135)
+    bytes_[0:8] = bytes([0x1F, 7, 0, 0xBF if lines625 else 0x3F] + 4 * [0x78 | application])
+    bytes_[3 * 80 + 48 : 3 * 80 + 53] = bytes([pack, 0xFF, 0xFF, 0x20 * lines625 | signal, 0xFF])
+    bytes_[5 * 80 + 73 : 5 * 80 + 78] = bytes([0x61, 0x3F, 0xC8 | display, 0xFC, 0xFF])
+    two, mode, rate, bits = sound
+    at = (6 + 16 * sound_block) * 80 + 3
+    bytes_[at : at + 5] = bytes([0x50, 0xD7, two << 5 | mode, 0xC0, 0xC0 | rate << 3 | bits])
+    return bytes(bytes_)
+
+
+def prores_frame(chroma=2, fields=0, aspect=2, rate=3, framed=True, header=148, size=(64, 48)):
+    content = header.to_bytes(2, "big") + b"\0\0made" + size[0].to_bytes(2, "big") + size[1].to_bytes(2, "big")
+    content += bytes([chroma << 6 | fields << 2, aspect << 4 | rate, 2, 2, 6, 0])
+    return (b"\0\0\1\0icpf" if framed else b"") + content
+
+
+def intra():
+    yield "jpeg", jpeg_frame()
+    yield "jpeg-filled", jpeg_frame(fill=b"\xFF\xFF")
+    yield "jpeg-grey", jpeg_frame(samplings=(0x11,))
+    yield "jpeg-4-2-2", jpeg_frame(samplings=(0x21, 0x11, 0x11))
+    yield "jpeg-unlike", jpeg_frame(samplings=(0x22, 0x11, 0x21))
+    yield "jpeg-four-planes", jpeg_frame(samplings=(0x11, 0x11, 0x11, 0x11))
+    yield "jpeg-12-bits", jpeg_frame((0xC4, b"\0" + 16 * b"\0"), (0xCC, b""), (0xC8, b""), marker=0xC1, depth=12)
+    yield "jpeg-few-bits", jpeg_frame(marker=0xC3, depth=4)
+    yield "jpeg-of-no-size", jpeg_frame(size=(0, 64))
+    yield "jpeg-scan-first", jpeg_frame(marker=0xDA)
+    for name, polarity in (("whole", 0), ("fields", 1)):
+        yield f"jpeg-avi-{name}", jpeg_frame((0xE0, b"AVI1" + bytes([polarity]) + 11 * b"\0"))
+        yield f"jpeg-mjpg-{name}", jpeg_frame((0xE1, b"\0\0\0\0mjpg\0\0\1\0\0\0\1\0\0\0" + bytes([polarity]) + b"\0" * 20))
+    yield "jpeg-other-segments", jpeg_frame((0xE0, b"JFIF\0\1\1\0\0\1\0\1\0\0"), (0xE1, b"Exif\0\0"))
+    yield "jpeg-short-segment", jpeg_frame((0xE0, b"AVI1"))
+    for name, signal in (("25", 0), ("50", 4), ("100-lines-1080", 0x14), ("100-lines-720", 0x18), ("reserved", 9)):
+        yield f"dv-{name}", dv_sequence(signal=signal)
+        yield f"dv-{name}-60", dv_sequence(0, 1, signal, 0)
+    yield "dv-wide-of-consumers", dv_sequence(display=7)
+    yield "dv-professional", dv_sequence(application=1, display=7)
+    yield "dv-no-source", dv_sequence(pack=0x62)
+    for name, sound in (("two", (1, 0, 2, 1)), ("none", (0, 15, 0, 0)), ("20-bits", (0, 0, 1, 2)), ("rate-reserved", (0, 0, 3, 0)),
+                        ("bits-reserved", (0, 0, 0, 3))):
+        yield f"dv-sound-{name}", dv_sequence(sound=sound, sound_block=8)
+    yield "dv-cut", dv_sequence()[:480]
+    yield "prores", prores_frame()
+    yield "prores-unframed", prores_frame(3, 1, 1, 11, False)
+    yield "prores-reserved", prores_frame(2, 3, 4, 12)
+    yield "prores-chroma-reserved", prores_frame(1)
+    yield "prores-of-no-size", prores_frame(size=(0, 48))
+    yield "prores-short-header", prores_frame(header=19)
+
+
 # --- VC-1
 
 def vc1_sequence(profile=3, level=2, chroma=1, size=(1280, 720), interlaced=0, segmented=0, display=None, pixel=None, rate=None,
@@ -345,6 +408,7 @@ DOORS = (
     ("codec_vpx", vpx),
     ("codec_theora", theoras),
     ("codec_h263", h263),
+    ("codec_intra", intra),
     ("codec_mpeg4", mpeg4),
     ("es_mpeg4", lambda: pushed(mpeg4())),
     ("es_vc1", lambda: pushed(vc1_streams())),

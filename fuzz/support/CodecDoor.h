@@ -48,7 +48,8 @@ inline void CodecDoor_CheckPictures(const std::optional<VideoFacts>& aFacts, con
     FuzzCheck(facts.mFrameRate <= kVideo_MaxFrameRate);
     FuzzCheck(facts.mBitDepth == 0 || (facts.mBitDepth >= 8 && facts.mBitDepth <= 16));
     FuzzCheck(CodecDoor_IsWord(facts.mScan, {kScan_Progressive, kScan_Interlaced}));
-    FuzzCheck(CodecDoor_IsWord(facts.mColours, {"grey", "4:2:0", "4:2:2", "4:4:0", "4:4:4", "RGB"}));
+    FuzzCheck(CodecDoor_IsWord(facts.mColours,
+                               {"grey", "4:1:0", "4:1:1", "4:2:0", "4:2:2", "4:4:0", "4:4:4", "RGB"}));
     FuzzCheck(CodecDoor_IsWord(facts.mHDR, {kHDR_PQ, kHDR_HLG, kHDR_HDR10, kHDR_HDR10Plus}));
     FuzzCheck(facts.mBitRate == 0 || facts.mMaxBitRate == 0 || facts.mBitRate <= facts.mMaxBitRate);
 }

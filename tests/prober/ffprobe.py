@@ -44,7 +44,8 @@ CODECS = {"mp3": "MP3", "mp2": "MP2", "mp1": "MP1", "ac3": "AC3", "eac3": "EAC3"
           "vorbis": "Vorbis", "speex": "Speex", "theora": "Theora", "mpeg1video": "MPEG1", "mpeg2video": "MPEG2",
           "wmv1": "WMV1", "wmv2": "WMV2", "wmv3": "WMV3", "msmpeg4v3": "MSMPEG4v3", "msmpeg4v2": "MSMPEG4v2",
           "vp8": "VP8", "vp9": "VP9", "av1": "AV1", "vc1": "VC1", "dvd_subtitle": "VobSub",
-          "dvvideo": "DV", "rawvideo": "raw", "flv1": "Sorenson", "vp6f": "VP6", "vp6a": "VP6A", "flashsv": "ScreenVideo", "flashsv2": "ScreenVideo2",
+          "dvvideo": "DV", "prores": "ProRes", "cinepak": "Cinepak", "rawvideo": "raw",
+          "flv1": "Sorenson", "vp6f": "VP6", "vp6a": "VP6A", "flashsv": "ScreenVideo", "flashsv2": "ScreenVideo2",
           "nellymoser": "Nellymoser", "adpcm_swf": "ADPCM-SWF"}
 AAC_PROFILES = {"LC": "AAC", "HE-AAC": "HE-AAC", "HE-AACv2": "HE-AACv2", "Main": "AAC-Main"}
 VIDEO_PROFILES = {"Constrained Baseline": "ConstrainedBaseline", "Rext": "RangeExtensions", "Simple Profile": "Simple",

@@ -7,6 +7,7 @@
 #include "ezFormats/codecs/DVSound.h"
 #include "ezFormats/codecs/DVVideo.h"
 #include "ezFormats/codecs/FrameSound.h"
+#include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/WaveFormat.h"
 #include "ezFormats/detail/MediaNumbers.h"
 
@@ -115,7 +116,7 @@ void SetRate(const WaveFormat& aFormat, bool afFrames, AudioFacts& aFacts) {
 } // namespace
 
 std::size_t AVICodec_GetVideoLook(const AVIStream& aStream) {
-    return BitmapVideo_WantsFrame(ReadPictures(aStream, {})) ? kAVI_MaxFrame : 0;
+    return FrameVideo_Tells(ReadPictures(aStream, {}).mCodec) ? kAVI_MaxFrame : 0;
 }
 
 std::size_t AVICodec_GetSoundLook(const AVIStream& aStream) {

@@ -132,7 +132,7 @@ void AVIHeader::TakeStream(ByteReader aContent) {
     const auto* const known = std::find_if(kKinds.begin(), kKinds.end(),
                                            [=](const KindName& aName) { return aName.mName == kind; });
     stream.mKind = known != kKinds.end() ? known->mKind : AVIKind::Other;
-    stream.mHandler = BoxType::Read(aContent);
+    aContent.Skip(4); // handler, whatever the format says
     stream.mfDisabled = (aContent.ReadLittle32() & kDisabled) != 0;
     aContent.Skip(8); // priority, language, which no writer states, frames before those that play
     stream.mScale = aContent.ReadLittle32();

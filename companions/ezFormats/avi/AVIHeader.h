@@ -21,7 +21,6 @@ enum class AVIKind {
 /// What the header of a stream tells ("LIST" "strl"). What is 0 or empty is not told.
 struct AVIStream {
     AVIKind mKind = AVIKind::Other;
-    BoxType mHandler; ///< of a decoder; only what the format lacks is told by it
     bool mfDisabled = false;
     std::uint32_t mScale = 0;           ///< units of time take so many ticks
     std::uint32_t mRate = 0;            ///< ticks a second

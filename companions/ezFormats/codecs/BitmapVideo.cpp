@@ -99,7 +99,3 @@ std::optional<VideoFacts> BitmapVideo_Read(ByteReader aHeader, const unsigned ch
     facts.Complete(code->GetFacts());
     return facts;
 }
-
-bool BitmapVideo_WantsFrame(const VideoFacts& aFacts) {
-    return FrameVideo_Tells(aFacts.mCodec);
-}

@@ -16,6 +16,3 @@
 /// @param aFrame  what the first frame begins with, borrowed; null where it is not looked at
 std::optional<VideoFacts> BitmapVideo_Read(ByteReader aHeader, const unsigned char* aFrame,
                                            std::size_t aFrameSize);
-
-/// Whether the first frame may tell more than the header: of codecs whose headers are told in every stream.
-bool BitmapVideo_WantsFrame(const VideoFacts& aFacts);

@@ -88,7 +88,7 @@ bool ezVC1Sequence_Read(const unsigned char* aBytes, std::size_t aSize, ezVC1Seq
     bits.Skip(3 + 5 + 1); // FRMRTQ_POSTPROC, BITRTQ_POSTPROC, POSTPROCFLAG: hints
     sequence.mWidth = ReadSide(bits);
     sequence.mHeight = ReadSide(bits);
-    sequence.mfPulldown = bits.ReadFlag();
+    bits.Skip(1); // PULLDOWN
     sequence.mfInterlaced = bits.ReadFlag();
     bits.Skip(1 + 1 + 1); // TFCNTRFLAG, FINTERPFLAG, RESERVED
     sequence.mfSegmented = bits.ReadFlag();

@@ -9,9 +9,6 @@
 
 /// @name Codes of the units of a stream of the advanced profile, after 00 00 01 (annex E)
 /// @{
-inline constexpr std::uint8_t kVC1_EndOfSequence = 0x0A;
-inline constexpr std::uint8_t kVC1_Slice = 0x0B;
-inline constexpr std::uint8_t kVC1_Field = 0x0C;
 inline constexpr std::uint8_t kVC1_Frame = 0x0D;
 inline constexpr std::uint8_t kVC1_EntryPoint = 0x0E;
 inline constexpr std::uint8_t kVC1_Sequence = 0x0F;
@@ -41,7 +38,6 @@ struct ezVC1Sequence {
     std::uint32_t mLevel = 0;  ///< 0 to 4
     std::uint32_t mWidth = 0;  ///< the most that a picture has, in pixels
     std::uint32_t mHeight = 0; ///< of a frame
-    bool mfPulldown = false;   ///< frames or fields may be repeated when they are shown
     bool mfInterlaced = false; ///< frames may be coded as interlaced
     bool mfSegmented = false;  ///< the two fields of a frame show the same instant
     /// @name Of the display; 0 where it is not told

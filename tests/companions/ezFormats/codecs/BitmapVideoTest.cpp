@@ -99,20 +99,6 @@ TEST(BitmapVideo, SoMuchIsReadOfWhatFollowsTheHeader) {
     EXPECT_EQ(told(kBitmapVideo_MaxData - code.size() + 1), "MPEG4 320x240");
 }
 
-TEST(BitmapVideo, FirstFrameIsWantedOfThoseWhoseStreamsHoldHeaders) {
-    const auto wants = [](const char* aCodec) {
-        VideoFacts facts;
-        facts.mCodec = aCodec;
-        return BitmapVideo_WantsFrame(facts);
-    };
-    for (const char* codec : {"H264", "H265", "MPEG1", "MPEG2", "MPEG4", "VC1", "MJPEG", "DV"}) {
-        EXPECT_TRUE(wants(codec)) << codec;
-    }
-    for (const char* codec : {"WMV1", "WMV3", "MSMPEG4v3", "Cinepak", "encrypted:H264", ""}) {
-        EXPECT_FALSE(wants(codec)) << codec;
-    }
-}
-
 /// Of constrained baseline, 176x144 at 25.
 TEST(BitmapVideo, ParameterSetsStandInARecordOrInAStream) {
     const std::string set = Hex({0x67, 0x42, 0xC0, 0x0B, 0xD9, 0x02, 0xC4, 0xEC, 0x04, 0x40, 0,

@@ -26,6 +26,18 @@ constexpr Numbered kNumbered[] = {
 constexpr std::uint32_t kFirstISO8859 = 28591; // ISO-8859-1; -16 is the last
 constexpr std::uint32_t kLastISO8859 = 28606;
 
+/// Pages whose names with protocols are not those with iconv. Of 949 that is the registered one, which mail
+/// has for it: "windows-949" is not registered.
+struct Told {
+    std::string_view mConverter;
+    const char* mName;
+};
+constexpr Told kTold[] = {{"CP874", "windows-874"},
+                          {"CP932", "Windows-31J"},
+                          {"CP936", "GBK"},
+                          {"CP949", "KS_C_5601-1987"},
+                          {"CP950", "Big5"}};
+
 std::string NameOfNumber(std::uint32_t aNumber) {
     for (const Numbered& numbered : kNumbered) {
         if (numbered.mNumber == aNumber) {
@@ -135,16 +147,18 @@ bool CodePage::IsKnown(std::string_view aName) {
 }
 
 std::string CodePage::GetName() const {
-    constexpr std::string_view kPage = "CP";
-    constexpr std::string_view kWindows = "125"; // 1250 to 1258
+    constexpr std::string_view kWindows = "CP125"; // 1250 to 1258
     if (mConverter.empty() || !IsKnown(mConverter)) {
         return "windows-1252";
     }
-    const std::string number = mConverter.substr(std::min(mConverter.size(), kPage.size()));
+    for (const Told& told : kTold) {
+        if (told.mConverter == mConverter) {
+            return told.mName;
+        }
+    }
     const bool fWindows =
-        mConverter.compare(0, kPage.size(), kPage) == 0 &&
-        ((number.size() == 4 && number.compare(0, kWindows.size(), kWindows) == 0) || number == "874");
-    return fWindows ? "windows-" + number : mConverter;
+        mConverter.size() == kWindows.size() + 1 && mConverter.compare(0, kWindows.size(), kWindows) == 0;
+    return fWindows ? "windows-" + mConverter.substr(2) : mConverter;
 }
 
 std::string CodePage::ToUtf8(std::string_view aBytes) const {

@@ -40,10 +40,10 @@ struct EZHOSTING_API ezSubtitleFile {
     /// neither. One of several tracks lists all of them.
     std::string mLanguages;
     /// What its bytes are taken for: "UTF-8", "UTF-16LE", "UTF-16BE", or the operator's code page, by the
-    /// name that MIME has for it ("windows-1251") or else iconv ("CP932"). A guess, by its first bytes. ""
-    /// for pictures.
+    /// name that MIME has for it ("windows-1251", "GBK") or else iconv ("CP866"). A guess, by its first
+    /// bytes. "" for pictures.
     std::string mEncoding;
-    /// What the name says beside: UTF-8 in one line, "" for nothing.
+    /// What else the name says: UTF-8 in one line, "" for nothing.
     std::string mTitle;
     bool mfForced = false;          ///< only what is said in a language that the film is not in
     bool mfHearingImpaired = false; ///< sounds are told, too

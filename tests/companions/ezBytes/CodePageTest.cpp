@@ -36,10 +36,19 @@ TEST(CodePage, IsNamedByNumberOrNameInAnyCase) {
     EXPECT_EQ(Clean("\xBF\xE0\xD8\xD2\xD5\xE2", "28595"), kPrivet);
     EXPECT_EQ(Clean("\xA4", "28591"), "\xC2\xA4") << "ISO-8859-1, the first of them";
     EXPECT_EQ(Clean("\xA4", "28606"), "\xE2\x82\xAC") << "ISO-8859-16, the last";
-    const std::pair<const char*, const char*> kNames[] = {
-        {"", "windows-1252"},      {"1252", "windows-1252"},   {"no such page", "windows-1252"},
-        {"99999", "windows-1252"}, {"cp1251", "windows-1251"}, {"874", "windows-874"},
-        {"28592", "ISO-8859-2"},   {"koi8-r", "KOI8-R"},       {"932", "CP932"}};
+    const std::pair<const char*, const char*> kNames[] = {{"", "windows-1252"},
+                                                          {"1252", "windows-1252"},
+                                                          {"no such page", "windows-1252"},
+                                                          {"99999", "windows-1252"},
+                                                          {"cp1251", "windows-1251"},
+                                                          {"874", "windows-874"},
+                                                          {"28592", "ISO-8859-2"},
+                                                          {"koi8-r", "KOI8-R"},
+                                                          {"932", "Windows-31J"},
+                                                          {"936", "GBK"},
+                                                          {"cp949", "KS_C_5601-1987"},
+                                                          {"950", "Big5"},
+                                                          {"866", "CP866"}};
     for (const auto& [name, told] : kNames) {
         EXPECT_EQ(CodePage(name).GetName(), told) << name;
     }

@@ -1,6 +1,7 @@
 #include "ezFormats/flv/FLVCodecs.h"
 
 #include "ezFormats/codecs/AV1Video.h"
+#include "ezFormats/codecs/CodecWord.h"
 #include "ezFormats/codecs/ConfigSound.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FrameSound.h"
@@ -46,7 +47,7 @@ const Codec<Facts>* FindCodec(const Codec<Facts> (&aCodecs)[Size], std::uint32_t
 ezCString NameOf(std::uint32_t anId) {
     constexpr std::uint32_t kNumbers = 16;
     return anId < kNumbers ? ezCString::Format("FLV-%u", unsigned{anId})
-                           : ezCString::Format("FLV-%08X", unsigned{anId});
+                           : CodecWord_Of(BoxType(anId).GetText().View());
 }
 
 // --- Pictures

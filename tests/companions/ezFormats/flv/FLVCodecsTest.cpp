@@ -28,7 +28,7 @@ TEST(FLVCodecs, PicturesAreNamedByTheirNumbers) {
     EXPECT_EQ(codec(Hex({0x1C, 1, 0, 0, 0})), "\"H265\"||");
     EXPECT_EQ(codec(Hex({0x1D})), "\"FLV-13\"||");
     EXPECT_EQ(codec(Hex({0x93}) + "vvc1"), "\"H266\"||");
-    EXPECT_EQ(codec(Hex({0x93}) + "zzzz"), "\"FLV-7A7A7A7A\"||");
+    EXPECT_EQ(codec(Hex({0x93}) + "zzzz"), "\"zzzz\"||");
 }
 
 TEST(FLVCodecs, EnhancedPacketsHaveFourCharacters) {

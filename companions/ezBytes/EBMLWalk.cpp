@@ -1,5 +1,6 @@
 #include "ezBytes/EBMLWalk.h"
 
+#include "ezBytes/FloatBits.h"
 #include "ezBytes/Limits.h"
 #include "ezBytes/TextBytes.h"
 
@@ -24,18 +25,6 @@ std::uint64_t ReadMarked(ByteReader& aReader, unsigned aMaxLength, unsigned* aLe
     *aLength = LengthOf(ahead.ReadByte());
     aReader.Require(!ahead.HasFailed() && *aLength <= aMaxLength);
     return aReader.HasFailed() ? 0 : aReader.ReadBig(*aLength);
-}
-
-double FloatOf(std::uint32_t aBits) {
-    float value = 0;
-    std::memcpy(&value, &aBits, sizeof value);
-    return double{value};
-}
-
-double DoubleOf(std::uint64_t aBits) {
-    double value = 0;
-    std::memcpy(&value, &aBits, sizeof value);
-    return value;
 }
 
 bool IsSteppedOver(EBMLId anId) {
@@ -124,7 +113,8 @@ double ReadEBMLFloat(ByteReader aContent, double aDefault) {
     if (count != 4 && count != 8) {
         return aDefault;
     }
-    const double value = count == 4 ? FloatOf(aContent.ReadBig32()) : DoubleOf(aContent.ReadBig(8));
+    const double value =
+        count == 4 ? Float_OfBits32(aContent.ReadBig32()) : Float_OfBits64(aContent.ReadBig(8));
     return aContent.HasFailed() || !std::isfinite(value) ? aDefault : value;
 }
 

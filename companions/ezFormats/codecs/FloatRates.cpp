@@ -1,17 +1,13 @@
 #include "ezFormats/codecs/FloatRates.h"
 
 #include "ezBytes/ByteReader.h"
+#include "ezBytes/FloatBits.h"
 #include "ezFormats/detail/Limits.h"
 
 #include <cmath>
-#include <cstring>
-#include <limits>
 
 std::uint32_t ReadFloatRate(ByteReader& aReader) {
-    static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(std::uint64_t));
-    const std::uint64_t bits = aReader.ReadBig(8);
-    double rate = 0;
-    std::memcpy(&rate, &bits, sizeof(rate));
+    const double rate = Float_OfBits64(aReader.ReadBig(8));
     return rate >= 1 && rate <= kSamplingRate_MaxFloat ? static_cast<std::uint32_t>(rate) : 0;
 }
 

@@ -1,7 +1,8 @@
 #include "ezFormats/flv/AMF0Walk.h"
 
+#include "ezBytes/FloatBits.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -23,14 +24,6 @@ enum : std::uint8_t {
     kXMLDocument = 15,
     kTypedObject = 16
 };
-
-/// IEEE 754, double precision.
-double NumberOf(std::uint64_t aBits) {
-    double number = 0;
-    static_assert(sizeof(number) == sizeof(aBits));
-    std::memcpy(&number, &aBits, sizeof(number));
-    return number;
-}
 
 } // namespace
 
@@ -88,7 +81,7 @@ void AMF0Walk::ReadContent(std::uint8_t aMarker, AMF0Value& aValue) {
     switch (aMarker) {
     case kNumber:
         aValue.mKind = Kind::Number;
-        aValue.mNumber = NumberOf(mReader.ReadBig(8));
+        aValue.mNumber = Float_OfBits64(mReader.ReadBig(8));
         break;
     case kBoolean:
         aValue.mKind = Kind::Boolean;

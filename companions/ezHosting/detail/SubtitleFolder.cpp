@@ -1,5 +1,6 @@
 #include "ezHosting/detail/SubtitleFolder.h"
 
+#include "ezBytes/FileNames.h"
 #include "ezBytes/FolderEntries.h"
 #include "ezHosting/CancellableStream.h"
 #include "ezHosting/detail/SubtitleKinds.h"
@@ -72,16 +73,6 @@ bool IsExtra(std::string_view aName) {
 }
 
 } // namespace
-
-std::string_view NameWithoutExtension(std::string_view aName) {
-    const std::size_t dot = aName.rfind('.');
-    return dot == std::string_view::npos || dot == 0 ? aName : aName.substr(0, dot);
-}
-
-std::string_view ExtensionOfName(std::string_view aName) {
-    const std::string_view name = NameWithoutExtension(aName);
-    return name.size() == aName.size() ? std::string_view() : aName.substr(name.size() + 1);
-}
 
 SubtitleFolder SubtitleFolder::List(const std::string& aPath, ExtensionMimeTypeMatcher& aMediaTypes,
                                     const ezCancellation* aCancellation) {

@@ -18,7 +18,7 @@ struct FoundName {
     }
 };
 
-/// Names without their extension.
+/// Names of one kind.
 using FoundNames = std::vector<FoundName>;
 
 /// What counts of a folder when subtitles are looked for. Each list is sorted.
@@ -45,8 +45,3 @@ struct SubtitleFolder {
     /// The first of some sorted names that begins with a text in any case; those that do follow it.
     static FoundNames::const_iterator FirstWith(const FoundNames& aNames, std::string_view aStart);
 };
-
-/// A name without its extension, if it has one: ".profile" has none.
-std::string_view NameWithoutExtension(std::string_view aName);
-/// What follows the dot; "" for none.
-std::string_view ExtensionOfName(std::string_view aName);

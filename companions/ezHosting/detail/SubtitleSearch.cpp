@@ -1,5 +1,6 @@
 #include "ezHosting/detail/SubtitleSearch.h"
 
+#include "ezBytes/FileNames.h"
 #include "ezBytes/FolderEntries.h"
 #include "ezBytes/TextBytes.h"
 #include "ezHosting/detail/SubtitleContent.h"
@@ -31,7 +32,8 @@ Head ReadHead(const std::string& aPath, std::size_t aSize) {
     Head head;
     ezFile file;
     if (!file.Open(ezCString(aPath), ezFileOpenMode_Read, ezFileAccessMode_ReadWrite)) {
-        head.mfFailed = errno == EACCES || (!IsAnswerOfPath(errno) && errno != EINVAL); // EINVAL: no file
+        head.mfFailed =
+            errno == EACCES || (!IsAnswerOfPath(errno) && errno != EINVAL); // EINVAL: not a regular file
         return head;
     }
     const ezFileOffset length = std::max<ezFileOffset>(file.LengthAtOpen(), 0);
@@ -43,7 +45,7 @@ Head ReadHead(const std::string& aPath, std::size_t aSize) {
     return head;
 }
 
-/// The names in which subtitles of films lie, in any case.
+/// The names of folders in which subtitles lie, in any case.
 bool IsFolderOfSubtitles(const std::string& aLower) {
     return aLower == "subs" || aLower == "subtitles";
 }

@@ -1,5 +1,6 @@
 #include "ezThumbnails/detail/Sidecars.h"
 
+#include "ezBytes/FileNames.h"
 #include "ezBytes/FolderEntries.h"
 #include "ezThumbnails/detail/SidecarLimits.h"
 
@@ -33,14 +34,9 @@ struct Place {
     std::string_view mName;
 };
 
-std::string_view BaseName(std::string_view aName) {
-    const std::size_t dot = aName.rfind('.');
-    return dot == std::string_view::npos || dot == 0 ? aName : aName.substr(0, dot); // ".profile" has none
-}
-
 /// The names to look for, best first.
 std::vector<ezCString> WantedNames(std::string_view aMediaName) {
-    const ezCString base(BaseName(aMediaName));
+    const ezCString base(NameWithoutExtension(aMediaName));
     std::vector<ezCString> stems = {base + ".cover", base};
     for (const std::string_view name : kFolderNames) {
         stems.emplace_back(name);

@@ -95,7 +95,7 @@ inline constexpr std::uint32_t kMatroska_MaxFirstBlocks = 24;
 /// stepped over. A film with many fonts has some twenty.
 inline constexpr std::uint32_t kMatroskaAttachments_MaxCount = 24;
 
-/// Bytes of a list of languages that is kept: of twenty and more.
+/// Bytes of a list of languages that is kept: more than twenty languages fit.
 inline constexpr std::size_t kLanguages_MaxSize = 64;
 
 /// Bytes of a text that is read as a language: more than any tag, and than a row of codes that makes sense. A

@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint32_t kMilli = 1000;
 
 bool IsPlausible(std::uint64_t aMilliseconds, std::uint64_t aBytes) {
-    return aMilliseconds != 0 && aMilliseconds <= kSound_MaxSeconds * kMilli &&
+    return aMilliseconds != 0 && aMilliseconds <= kMedia_MaxSeconds * kMilli &&
            SoundFacts::IsLengthPlausible(aBytes, aMilliseconds, kMilli);
 }
 
@@ -138,7 +138,7 @@ ASFLength MeasureASF(MediaBytes& aBytes, const ByteReader& aRest, const ASFHeade
     ASFLength length;
     length.mMilliseconds = aHeader.mFile.GetMilliseconds();
     if (!aBytes.GetSize()) {
-        length.mMilliseconds = length.mMilliseconds <= kSound_MaxSeconds * kMilli ? length.mMilliseconds : 0;
+        length.mMilliseconds = length.mMilliseconds <= kMedia_MaxSeconds * kMilli ? length.mMilliseconds : 0;
         return length;
     }
     length.mBytes = PacketBytes(aRest, aHeader.mFile);

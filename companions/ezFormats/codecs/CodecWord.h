@@ -1,17 +1,14 @@
 #pragma once
 
+#include "ezBytes/BoxWalk.h"
+
 #include "ezPlatform/text/CString.h"
 
-#include <algorithm>
-#include <string>
 #include <string_view>
 
-/// A text of strangers that names a codec, as a word of a record: without spaces at the end, and a "." for
-/// each character that may not stand in one.
-inline ezCString CodecWord_Of(std::string_view aText) {
-    std::string word(aText.substr(0, aText.find_last_not_of(' ') + 1));
-    std::replace_if(
-        word.begin(), word.end(),
-        [](char aLetter) { return aLetter <= ' ' || aLetter > '~' || aLetter == ','; }, '.');
-    return ezCString(std::string_view(word));
-}
+/// A name of a codec that a file states, as a word of a record: without spaces at the end, and a "." for each
+/// character that may not stand in one.
+ezCString CodecWord_Of(std::string_view aText);
+
+/// The same of a four-character code, in letters, digits, "-" and "_" alone, and without zeros at the end.
+ezCString CodecWord_OfFormat(BoxType aFormat);

@@ -47,7 +47,7 @@ bool ezH265UnitHeader_Read(std::uint8_t aFirst, std::uint8_t aSecond, ezH265Unit
 bool ezH265UnitType_IsSlice(std::uint8_t aType);
 bool ezH265UnitType_IsIRAP(std::uint8_t aType);
 
-/// Profile, tier and level of the whole stream (7.3.3).
+/// Profile and level of the whole stream (7.3.3).
 struct ezH265Profile {
     std::uint32_t mProfile = 0;       ///< general_profile_idc
     bool mfProgressiveSource = false; ///< general_progressive_source_flag

@@ -2,8 +2,9 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/ESDescriptor.h"
 #include "ezFormats/codecs/FLACStreamInfo.h"
-#include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/codecs/OpusHeader.h"
 
 #include <algorithm>
 #include <array>
@@ -37,8 +38,7 @@ std::uint32_t RateOfPCM(ByteReader aConfig) {
 
 /// Whatever rate its input had.
 std::uint32_t RateOfOpus(ByteReader /*aConfig*/) {
-    constexpr std::uint32_t kOpusRate = 48000;
-    return kOpusRate;
+    return kOpus_SamplingRate;
 }
 
 std::uint32_t RateOfAAC(ByteReader aConfig) {

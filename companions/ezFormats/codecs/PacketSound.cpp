@@ -1,6 +1,6 @@
 #include "ezFormats/codecs/PacketSound.h"
 
-#include "ezFormats/iso/ISOSampleEntry.h"
+#include "ezFormats/codecs/CodecWord.h"
 
 namespace {
 
@@ -53,6 +53,6 @@ PacketSound PacketSoundOf(BoxType aName) {
             return sound;
         }
     }
-    sound.mCodec = ISOFormatName(aName);
+    sound.mCodec = CodecWord_OfFormat(aName);
     return sound;
 }

@@ -29,7 +29,7 @@ struct FilmFacts {
     std::uint64_t mAttachedSize = 0;    ///< bytes of it that no track plays: attached files
 
     /// Puts all of it into a record. Where neither length nor size is known, the method says that the end was
-    /// not read. The mean rate of one kind of tracks that is not told is estimated by
-    /// what the others, and attached files, leave of the whole.
+    /// not read. The mean rate of one kind of tracks that is not told is estimated by what the others, and
+    /// attached files, leave of the whole.
     void Store(ezMediaInfo& anInfo) const;
 };

@@ -167,8 +167,8 @@ inline constexpr std::uint32_t kMusicNumber_Max = 0x7FFFFFFF;
 /// but lyrics and pictures fit in, and of these the footer tells the size.
 inline constexpr std::uint32_t kTailTags_ShortSize = std::uint32_t{8} * 1024;
 
-/// Seconds of a file of sound, the most: longer than a year is not a recording but a damaged number.
-inline constexpr std::uint64_t kSound_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
+/// Seconds of a file, the most: longer than a year is not a recording but a damaged number.
+inline constexpr std::uint64_t kMedia_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
 
 /// Bytes of the MIME type of a picture in a tag, the most that are looked at: "image/jpeg" fits many times.
 inline constexpr std::uint32_t kCoverFacts_MaxText = 256;

@@ -1,6 +1,6 @@
 #include "ezFormats/detail/MediaNumbers.h"
 
-#include "ezFormats/iso/ISOLimits.h"
+#include "ezFormats/detail/Limits.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -50,7 +50,7 @@ std::uint64_t MediaNumber_Scale(std::uint64_t aValue, std::uint64_t aFactor, std
 
 std::uint64_t MediaNumber_Microseconds(std::uint64_t aTicks, std::uint32_t aTimescale) {
     const std::uint64_t time = MediaNumber_Scale(aTicks, kMicro, aTimescale);
-    return time <= kISO_MaxSeconds * kMicro ? time : 0;
+    return time <= kMedia_MaxSeconds * kMicro ? time : 0;
 }
 
 void TimeSum::Add(std::uint64_t aTicks, std::uint32_t aTimescale) {
@@ -80,7 +80,7 @@ std::uint64_t TimeSum::GetMicroseconds() const {
     const std::uint64_t second = mParts[1].mTimescale;
     const bool fCarry = second != 0 && rests[0] * second >= (second - rests[1]) * first;
     sum = ezSaturating_Add64(sum, fCarry ? 1 : 0);
-    return sum <= kISO_MaxSeconds * kMicro ? sum : 0;
+    return sum <= kMedia_MaxSeconds * kMicro ? sum : 0;
 }
 
 std::uint32_t MediaNumber_BitRate(std::uint64_t aBytes, std::uint64_t aTicks, std::uint32_t aTimescale) {

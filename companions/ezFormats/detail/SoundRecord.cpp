@@ -39,7 +39,7 @@ void SoundFacts::HoldAgainst(std::uint64_t aBytes) {
 
 std::uint64_t SoundFacts::GetMilliseconds() const {
     const std::uint64_t milliseconds = MediaNumber_Scale(mSamples, 1000, mSamplingRate);
-    return milliseconds <= kSound_MaxSeconds * 1000 ? milliseconds : 0;
+    return milliseconds <= kMedia_MaxSeconds * 1000 ? milliseconds : 0;
 }
 
 std::uint32_t SoundFacts::GetMeanBitRate() const {

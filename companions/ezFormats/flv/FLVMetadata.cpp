@@ -64,7 +64,7 @@ void FLVMetadata::TakeNumber(const ezCString& aName, double aValue) {
 }
 
 std::uint64_t FLVMetadata::GetMicroseconds() const {
-    return WholeOf(mDuration * kMicro, static_cast<double>(kSound_MaxSeconds) * kMicro);
+    return WholeOf(mDuration * kMicro, static_cast<double>(kMedia_MaxSeconds) * kMicro);
 }
 
 std::uint32_t FLVMetadata::GetFrameRate() const {

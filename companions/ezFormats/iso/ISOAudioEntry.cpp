@@ -2,11 +2,12 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AudioSpecificConfig.h"
+#include "ezFormats/codecs/CodecWord.h"
+#include "ezFormats/codecs/ESDescriptor.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FloatRates.h"
 #include "ezFormats/codecs/OpusHeader.h"
 #include "ezFormats/codecs/PacketSound.h"
-#include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
 
@@ -170,7 +171,7 @@ ISOAudio ReadAudioDescription(ByteReader aTable, std::uint32_t& aBoxBudget) {
     ReadSound(sample.mContent, sample.mTableVersion, entry);
     if (sample.mContent.HasFailed()) {
         entry.mFacts = ISOAudio();
-        entry.mFacts.mCodec = ISOFormatName(sample.mFormat);
+        entry.mFacts.mCodec = CodecWord_OfFormat(sample.mFormat);
         return entry.mFacts;
     }
     ReadAudioBoxes(sample.mContent, aBoxBudget, entry);

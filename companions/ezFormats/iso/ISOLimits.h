@@ -68,13 +68,6 @@ inline constexpr std::uint32_t kISO_MaxFragments = 48;
 /// Movie fragments that are looked into for rates where a header tells the duration: the first tell enough.
 inline constexpr std::uint32_t kISO_FragmentsForRates = 2;
 
-/// Seconds of a file, the most: longer than a year is not a recording but a damaged number.
-inline constexpr std::uint64_t kISO_MaxSeconds = std::uint64_t{366} * 24 * 60 * 60;
-
-/// Bytes of a decoder's configuration that are looked at: one of MPEG-4 video with all that may stand in it
-/// is below 150.
-inline constexpr std::uint32_t kISO_MaxDecoderConfig = 256;
-
 /// Bytes of the first sample of video that are looked at: its headers stand in front, and of a picture no
 /// more than that is asked for.
 inline constexpr std::size_t kISO_MaxSample = std::size_t{4} * 1024;

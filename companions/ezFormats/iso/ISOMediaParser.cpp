@@ -3,6 +3,7 @@
 #include "ezBytes/BoxWalk.h"
 #include "ezBytes/ByteSource.h"
 #include "ezBytes/CodePage.h"
+#include "ezFormats/codecs/CodecWord.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/MediaBytes.h"
@@ -243,10 +244,11 @@ bool ISOMediaParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         return RefuseCut(aBytes, "the end of its first box");
     }
     if (!IsIn(kFirstBoxes, *top.mFirst)) {
-        return Refuse(Cause::Malformed, "begins with a box \"%s\"", ISOFormatName(*top.mFirst).c_str());
+        return Refuse(Cause::Malformed, "begins with a box \"%s\"", CodecWord_OfFormat(*top.mFirst).c_str());
     }
     if (IsIn(kPictureBrands, top.mBrand)) {
-        return Refuse(Cause::Unsupported, "pictures of the brand \"%s\"", ISOFormatName(top.mBrand).c_str());
+        return Refuse(Cause::Unsupported, "pictures of the brand \"%s\"",
+                      CodecWord_OfFormat(top.mBrand).c_str());
     }
     if (!top.mMovie.has_value()) {
         return RefuseCut(aBytes, "a \"moov\" box");

@@ -60,9 +60,8 @@ public:
         "ISO media: MP4, QuickTime, 3GP",
         "ISO base media: MP4, QuickTime, 3GP",
         "those of iTunes (`ilst`), of 3GPP, of QuickTime (`keys`, and texts of `udta`)",
-        "chapters, texts of subtitles, tracks that are not enabled, XMP, ID3v2 in boxes, samples but the "
-        "first one of "
-        "video that its entry leaves open",
+        "chapters, texts of subtitles, tracks that are not enabled, XMP, ID3v2 in boxes, samples other "
+        "than the first of video whose entry leaves something open",
         {16, 384U << 10},
     };
 

@@ -2,8 +2,6 @@
 
 #include "ezPlatform/media/MediaInfo.h"
 
-#include <string>
-
 namespace {
 
 /// The format of samples before they were encrypted, from a "sinf" box (ISO/IEC 14496-12, 8.12.1 and 8.12.2);
@@ -51,20 +49,6 @@ void ReadCommonBox(BoxType aType, const ByteReader& aBox, std::uint32_t& aBoxBud
     } else if (aType == "sinf") {
         anEntry.mOriginal = ReadOriginalFormat(aBox, aBoxBudget);
     }
-}
-
-ezCString ISOFormatName(BoxType aFormat) {
-    std::string name(aFormat.GetText().View());
-    while (!name.empty() && (name.back() == ' ' || name.back() == '\0')) {
-        name.pop_back();
-    }
-    for (char& character : name) {
-        const char lower = ezLower(character);
-        const bool fWord = (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9') ||
-                           character == '-' || character == '_';
-        character = fWord ? character : '.';
-    }
-    return ezCString(std::string_view(name));
 }
 
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOEntryFacts& anEntry) {

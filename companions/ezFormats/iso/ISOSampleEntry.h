@@ -2,7 +2,7 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezBytes/ByteReader.h"
-#include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/codecs/ESDescriptor.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -59,10 +59,6 @@ void ReadBoxes(const ByteReader& aBoxes, const std::array<ISOBoxReader<Entry>, S
         }
     }
 }
-
-/// A four-character code as a word of a record: without blanks at its end, and a "." for what may not stand
-/// in a word.
-ezCString ISOFormatName(BoxType aFormat);
 
 /// Takes rates over where none is stated yet. Those that no record can hold do not count.
 void TakeRates(std::uint32_t aMaximum, std::uint32_t anAverage, ISOEntryFacts& anEntry);

@@ -2,6 +2,9 @@
 
 #include "ezBytes/BoxWalk.h"
 #include "ezFormats/codecs/AV1Video.h"
+#include "ezFormats/codecs/CodecWord.h"
+#include "ezFormats/codecs/ESDescriptor.h"
+#include "ezFormats/codecs/ESDescriptorLimits.h"
 #include "ezFormats/codecs/EncryptedCodec.h"
 #include "ezFormats/codecs/FrameVideo.h"
 #include "ezFormats/codecs/H263Video.h"
@@ -12,7 +15,6 @@
 #include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/codecs/VideoFourCC.h"
 #include "ezFormats/detail/Limits.h"
-#include "ezFormats/iso/ESDescriptor.h"
 #include "ezFormats/iso/ISOLimits.h"
 #include "ezFormats/iso/ISOPictureSigns.h"
 #include "ezFormats/iso/ISOSampleEntry.h"
@@ -85,7 +87,7 @@ void TakeCodec(const std::optional<VideoFacts>& aFacts, ISOVideoEntry& anEntry) 
 /// Takes it from a box; what is longer than any configuration counts up to there.
 template <ConfigReader Read>
 void ReadConfig(ByteReader aBox, ISOVideoEntry& anEntry) {
-    std::array<unsigned char, kISO_MaxDecoderConfig> bytes = {};
+    std::array<unsigned char, kESDescriptor_MaxConfig> bytes = {};
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aBox.GetLeft(), bytes.size()));
     if (aBox.Read(bytes.data(), size)) {
         TakeCodec(Read(bytes.data(), size), anEntry);
@@ -185,7 +187,7 @@ bool NameByStream(ISOVideoEntry& anEntry, ISOVideo& aVideo) {
 void NameByFormat(BoxType aFormat, ISOVideo& aVideo) {
     const VideoCode* const code = VideoFourCC_FindEntry(aFormat);
     if (code == nullptr) {
-        aVideo.mCodec = ISOFormatName(aFormat);
+        aVideo.mCodec = CodecWord_OfFormat(aFormat);
         return;
     }
     VideoFacts facts = code->GetFacts();
@@ -243,7 +245,7 @@ ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget, cons
     entry.mfSize = video.mWidth != 0 && video.mHeight != 0;
     if (sample.mContent.HasFailed()) {
         ISOVideo named;
-        named.mCodec = ISOFormatName(sample.mFormat);
+        named.mCodec = CodecWord_OfFormat(sample.mFormat);
         return named;
     }
     ReadBoxes(sample.mContent, kBoxReaders, aBoxBudget, entry);
@@ -252,7 +254,7 @@ ISOVideo ReadVideoDescription(ByteReader aTable, std::uint32_t& aBoxBudget, cons
     if (!entry.mStream.has_value() || format != "mp4v") {
         NameByFormat(format, video);
     } else if (!NameByStream(entry, video)) {
-        video.mCodec = ISOFormatName(format);
+        video.mCodec = CodecWord_OfFormat(format);
     }
     if (!fEncrypted) {
         TakeFrame(video, entry);

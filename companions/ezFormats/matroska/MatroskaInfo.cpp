@@ -21,7 +21,7 @@ constexpr EBMLId kWritingApp = 0x5741;
 
 constexpr std::uint64_t kMicro = 1'000'000;
 constexpr std::uint64_t kNanosInMicro = 1000;
-constexpr std::uint64_t kYear = kSound_MaxSeconds * kMicro;
+constexpr std::uint64_t kYear = kMedia_MaxSeconds * kMicro;
 
 } // namespace
 

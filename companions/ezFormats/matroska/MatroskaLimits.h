@@ -62,7 +62,7 @@ inline constexpr std::uint64_t kMatroska_MaxSide = 0x7FFFFFFF;
 /// Bits of a sample of a picture: cameras and masters have 16. More is damage, and not told.
 inline constexpr std::uint64_t kMatroska_MaxSampleBits = 16;
 
-/// Bytes that are read at once from the first cluster on, or from where the bytes end that are there: of a
+/// Bytes that are read at once from the first cluster on, or from where the buffered bytes end: of a
 /// film of 2 Mbit/s a quarter of a second, of the fastest ones the sound between two pictures.
 inline constexpr std::size_t kMatroska_PaceSize = std::size_t{64} * 1024;
 

@@ -103,7 +103,7 @@ FilmFacts OggFilm_Read(MediaBytes& aBytes, const OggLink& aLink, const CodePage&
 }
 
 void OggFilm_Store(FilmFacts aFilm, const OggLength& aLength, ezMediaInfo& anInfo) {
-    if (aLength.GetMicroseconds() <= kSound_MaxSeconds * kMicro) { // more is no film
+    if (aLength.GetMicroseconds() <= kMedia_MaxSeconds * kMicro) { // more is no film
         aFilm.mDuration = aLength.GetMicroseconds();
         aFilm.mDurationMethod = aLength.GetMethod();
     }

@@ -23,7 +23,8 @@ inline constexpr std::uint32_t kOgg_MaxCommentPages = 6;
 /// KiB. Most films have the first pages of pictures and of sound there.
 inline constexpr std::uint32_t kOgg_FrontSize = std::uint32_t{56} * 1024;
 
-/// The same where that does not tell when the film starts: the first picture may take more than one page.
+/// Bytes after the first pages that are read where those do not tell when the film starts: the first picture
+/// may take more than one page.
 inline constexpr std::uint32_t kOgg_LargestFront = std::uint32_t{192} * 1024;
 
 /// Pages of these bytes that are looked at: headers of as many streams as there may be, and 4 KiB a page.

@@ -68,7 +68,7 @@ void StoreSong(const MediaBytes& aBytes, const OggLink& aLink, const OggLength& 
     facts.Store(anInfo);
     anInfo.Set(kezInfo_Container, kContainer_Ogg, true);
     anInfo.Set(kezInfo_AudioTrackCount, aLink.Count(OggRole::Sound), true);
-    if (length / kMilli != 0 && length <= kSound_MaxSeconds * kMicro) { // more is no recording
+    if (length / kMilli != 0 && length <= kMedia_MaxSeconds * kMicro) { // more is no recording
         anInfo.SetDuration(length / kMilli, aLength.GetMethod());
     }
 }

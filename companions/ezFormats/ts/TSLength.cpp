@@ -20,7 +20,7 @@ constexpr std::uint64_t kLastSecond = kStreamClock_Rate;
 
 /// Whether a recording may be so long.
 constexpr bool IsPlausible(std::uint64_t aTicks) {
-    return aTicks / kStreamClock_Rate <= kSound_MaxSeconds;
+    return aTicks / kStreamClock_Rate <= kMedia_MaxSeconds;
 }
 
 /// Ticks that tell how fast the clock goes: at 40 Mbit/s no more of them stand at both ends.

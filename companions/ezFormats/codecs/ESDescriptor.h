@@ -2,7 +2,7 @@
 
 #include "ezBytes/ByteReader.h"
 
-#include "ezFormats/iso/ISOLimits.h"
+#include "ezFormats/codecs/ESDescriptorLimits.h"
 
 #include <array>
 #include <cstddef>
@@ -13,7 +13,7 @@ struct ESDescriptor {
     std::uint32_t mObjectType = 0; ///< what the samples are (object type indication)
     std::uint32_t mMaxBitRate = 0; ///< bits a second; 0: not told
     std::uint32_t mBitRate = 0;    ///< average
-    std::array<unsigned char, kISO_MaxDecoderConfig> mConfig = {}; ///< of the decoder, its start
+    std::array<unsigned char, kESDescriptor_MaxConfig> mConfig = {}; ///< of the decoder, its start
     std::size_t mConfigSize = 0;
 };
 

@@ -1,4 +1,4 @@
-#include "ezFormats/iso/ESDescriptor.h"
+#include "ezFormats/codecs/ESDescriptor.h"
 
 #include <algorithm>
 

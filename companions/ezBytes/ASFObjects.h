@@ -104,7 +104,7 @@ struct ASFFileProperties {
 /// False for what is shorter than these.
 bool ReadASFFileProperties(ByteReader aObject, ASFFileProperties* aFile);
 
-/// The highest number of a stream (3.3), which has seven bits.
+/// The highest number of a stream, and the mask of its seven bits (3.3).
 inline constexpr unsigned kASF_MaxStreamNumber = 127;
 
 enum class ASFStreamKind {
@@ -116,7 +116,7 @@ enum class ASFStreamKind {
 /// How the format of a stream is laid.
 enum class ASFForm {
     Own,        ///< of sound a WAVEFORMATEX; of video sizes, and a BITMAPINFOHEADER from byte 11 on
-    Wave,       ///< a WAVEFORMATEX, and here and below in another file's form
+    Wave,       ///< a WAVEFORMATEX; this and those below are of streams in another file's form
     Video,      ///< VIDEOINFOHEADER
     Video2,     ///< VIDEOINFOHEADER2
     MPEG2Video, ///< MPEG2VIDEOINFO

@@ -78,7 +78,7 @@ bool ASFPacket::Next(ASFPayload* aPayload) {
     }
     --mLeft;
     *aPayload = ASFPayload();
-    aPayload->mStream = mReader.ReadByte() & 0x7FU;
+    aPayload->mStream = mReader.ReadByte() & kASF_MaxStreamNumber;
     aPayload->mObject = ReadSized(mProperties >> 4);
     const std::uint32_t offset = ReadSized(mProperties >> 2);
     const std::uint32_t count = ReadSized(mProperties);

@@ -13,6 +13,7 @@ constexpr unsigned kEnds = 4;
 
 constexpr std::string_view kNoComments = "-"sv;
 constexpr std::string_view kVorbisComments = "\x03vorbis"sv;
+// A letter that would be read as a digit of the escape before it is written as its number, too.
 constexpr OggMark kMarks[] = {
     {OggKind::Vorbis, OggRole::Sound, "\x01vorbis"sv, kVorbisComments},
     {OggKind::Opus, OggRole::Sound, "OpusHead"sv, "OpusTags"sv},

@@ -10,8 +10,14 @@
 
 /// The pages of an Ogg file (RFC 3533, 6), and the packets that these hold the parts of.
 
-/// The most that a page takes: 27 bytes, sizes of 255 segments, and these.
-inline constexpr std::uint32_t kOggPage_MaxSize = 27 + 255 + 255 * 255;
+/// @name Bytes of a header of a page: without the sizes of segments, and with 255 of them
+/// @{
+inline constexpr std::uint32_t kOggPage_LeastHead = 27;
+inline constexpr std::uint32_t kOggPage_MaxHead = kOggPage_LeastHead + 255;
+/// @}
+
+/// The most that a page takes: the largest header, and its segments.
+inline constexpr std::uint32_t kOggPage_MaxSize = kOggPage_MaxHead + 255 * 255;
 
 /// The position of a page that tells none: on which no packet ends, or a negative one, which means nothing.
 inline constexpr std::uint64_t kOggPage_NoGranule = UINT64_MAX;
@@ -116,12 +122,13 @@ enum class OggRole {
     File, ///< it tells of the file as a whole
 };
 
-/// How the first packet of a kind begins, and its second, of comments, before these.
+/// How the first packet of a kind begins, and what stands before the comments in its second: nothing for an
+/// empty text. Of a kind without comments it is a text that no packet begins with.
 struct OggMark {
     OggKind mKind;
     OggRole mRole;
     std::string_view mHead;
-    std::string_view mComments; ///< of a kind that has none: with what no packet begins
+    std::string_view mComments;
 };
 
 /// The kind of a stream, by its first packet; null for another one.

@@ -36,13 +36,12 @@ bool ReadAVIHead(ByteReader& aReader, std::uint32_t* aStated) {
 }
 
 bool AVIFile::ReadHead() {
-    constexpr std::uint32_t kRIFFHead = 8;
     ByteReader reader(mBytes);
     std::uint32_t stated = 0;
     if (!ReadAVIHead(reader, &stated)) {
         return false;
     }
-    mStatedEnd = stated != 0 && stated != UINT32_MAX ? std::uint64_t{stated} + kRIFFHead : 0;
+    mStatedEnd = stated != 0 && stated != UINT32_MAX ? stated + kAVI_ChunkHeadSize : 0;
     mWalk.emplace(reader, kChunks_RIFF, mBudget);
     BoxType name;
     for (ByteReader content = reader; !mFrames && mWalk->Next(&name, &content);) {
@@ -68,7 +67,7 @@ void AVIFile::Take(BoxType aName, const ByteReader& aContent) {
     const BoxType kind = aName == "LIST" || aName == "RIFF" ? BoxType::Read(list) : BoxType();
     if (IsOpened(kind)) {
         TakeHeaderList(kind, aContent);
-        mWalk->SetContentSize(4);
+        mWalk->SetContentSize(kAVI_ListKindSize);
     } else if (kind == "movi" && !mFrames) {
         TakeFrames(aContent, list);
     } else if (kind == "INFO") {
@@ -94,8 +93,8 @@ void AVIFile::TakeHeaderList(BoxType aKind, const ByteReader& aContent) {
 
 void AVIFile::TakeFrames(const ByteReader& aContent, ByteReader aList) {
     const std::uint64_t stated = mWalk->GetStatedSize();
-    mfFramesOpen = stated < 4 || stated > aContent.GetLeft() || !mBytes.GetSize();
-    mFrames = mfFramesOpen ? aList : aList.Take(stated - 4);
+    mfFramesOpen = stated < kAVI_ListKindSize || stated > aContent.GetLeft() || !mBytes.GetSize();
+    mFrames = mfFramesOpen ? aList : aList.Take(stated - kAVI_ListKindSize);
 }
 
 void AVIFile::TakeInfo(const ByteReader& aList) {

@@ -13,6 +13,13 @@
 class CodePage;
 class MediaBytes;
 
+/// @name Bytes of the parts of a file
+/// @{
+inline constexpr std::uint64_t kAVI_ChunkHeadSize = 8; ///< of the name and the size of a chunk
+inline constexpr std::uint64_t kAVI_ListKindSize = 4;  ///< of a list, before its first chunk
+inline constexpr std::uint64_t kAVI_IndexEntrySize = 16;
+/// @}
+
 /// The chunks of a file, as far as they tell anything.
 class AVIFile {
 public:

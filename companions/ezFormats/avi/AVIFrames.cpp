@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr std::uint64_t kHeadSize = 8;
-constexpr std::uint64_t kListHeadSize = 4;
-
 std::uint32_t DigitOf(std::uint32_t aCode, unsigned aShift) {
     return (aCode >> aShift & 0xFF) - '0';
 }
@@ -31,7 +28,8 @@ std::optional<std::uint32_t> StreamOf(BoxType aName) {
 /// Whether a name is one that writers use, where bytes of any kind are searched for a frame: compressed
 /// pictures, others, sound, and frames of DV.
 bool IsUsualFrame(BoxType aName) {
-    constexpr std::array<std::uint32_t, 4> kLetters = {0x6463, 0x6462, 0x7762, 0x5F5F};
+    constexpr std::array<std::uint32_t, 4> kLetters = {0x6463, 0x6462,  // "dc", "db"
+                                                       0x7762, 0x5F5F}; // "wb", "__"
     return StreamOf(aName).has_value() &&
            std::find(kLetters.begin(), kLetters.end(), aName.GetCode() & 0xFFFF) != kLetters.end();
 }
@@ -66,7 +64,7 @@ void FindAVIFirstFrames(const AVIFile& aFile, AVIFirstFrame& aVideo, AVIFirstFra
          i < kAVI_MaxFirstChunks && (aVideo.IsWanted() || aSound.IsWanted()) && walk.Next(&name, &content);
          ++i) {
         if (IsOpened(name, content)) {
-            walk.SetContentSize(kListHeadSize);
+            walk.SetContentSize(kAVI_ListKindSize);
             continue;
         }
         const std::optional<std::uint32_t> number = StreamOf(name);
@@ -98,7 +96,7 @@ std::optional<std::uint64_t> AVICounter::FindFrame(std::uint64_t aPlace, std::ui
         ByteReader reader(mBytes);
         reader.Skip(found + 4);
         const std::uint32_t stated =
-            mBytes.HasBuffered(found, kHeadSize) ? reader.ReadLittle32() : UINT32_MAX;
+            mBytes.HasBuffered(found, kAVI_ChunkHeadSize) ? reader.ReadLittle32() : UINT32_MAX;
         if (stated <= kAVI_MaxChunk && found < anEnd && stated <= anEnd - found) {
             return found;
         }
@@ -121,15 +119,16 @@ AVICount AVICounter::CountFrames(std::uint64_t aPlace, std::uint64_t anEnd, bool
     std::uint64_t next = *start;
     ChunkWalk walk(reader, kChunks_RIFF, mBudget);
     BoxType name;
-    for (ByteReader content = reader;
-         next < anEnd && mBytes.HasBuffered(next, kHeadSize + kListHeadSize) && walk.Next(&name, &content);) {
+    for (ByteReader content = reader; next < anEnd &&
+                                      mBytes.HasBuffered(next, kAVI_ChunkHeadSize + kAVI_ListKindSize) &&
+                                      walk.Next(&name, &content);) {
         const bool fOpened = IsOpened(name, content);
         if (fOpened) {
-            walk.SetContentSize(kListHeadSize);
+            walk.SetContentSize(kAVI_ListKindSize);
         } else {
             Add(name, content.GetLeft(), count);
         }
-        next = content.GetPosition() + (fOpened ? kListHeadSize : content.GetLeft());
+        next = content.GetPosition() + (fOpened ? kAVI_ListKindSize : content.GetLeft());
     }
     count.mBytes = next - *start;
     return count;
@@ -137,10 +136,9 @@ AVICount AVICounter::CountFrames(std::uint64_t aPlace, std::uint64_t anEnd, bool
 
 /// AVIINDEXENTRY: name, flags, place, size
 AVICount AVICounter::CountEntries(ByteReader anEntries) {
-    constexpr std::uint64_t kEntrySize = 16;
     AVICount count;
-    while (anEntries.GetLeft() >= kEntrySize) {
-        if (!mBytes.HasBuffered(anEntries.GetPosition(), kEntrySize)) {
+    while (anEntries.GetLeft() >= kAVI_IndexEntrySize) {
+        if (!mBytes.HasBuffered(anEntries.GetPosition(), kAVI_IndexEntrySize)) {
             const auto size = std::min<std::uint64_t>(anEntries.GetLeft(), kAVI_PlaceSize);
             mBytes.Load(anEntries.GetPosition(), static_cast<std::size_t>(size));
         }
@@ -151,7 +149,7 @@ AVICount AVICounter::CountEntries(ByteReader anEntries) {
             break;
         }
         Add(name, size, count);
-        count.mBytes += kEntrySize;
+        count.mBytes += kAVI_IndexEntrySize;
     }
     return count;
 }

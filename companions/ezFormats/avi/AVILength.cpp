@@ -20,10 +20,9 @@ constexpr const char* kByPlaces = "estimate: size and mean rate of places";
 /// Whether a file of so many bytes can hold so many units of a stream, and takes no more bits a second than
 /// any film: each frame takes a chunk, whose head has eight bytes.
 bool IsBelieved(const AVIStream& aStream, std::uint64_t aUnits, std::uint64_t aSize) {
-    constexpr std::uint64_t kHeadSize = 8;
     constexpr std::uint64_t kBitMicros = std::uint64_t{8} * 1000 * 1000;
     const std::uint64_t microseconds = aStream.GetMicroseconds(aUnits);
-    const std::uint64_t unit = aStream.mUnitSize != 0 ? aStream.mUnitSize : kHeadSize;
+    const std::uint64_t unit = aStream.mUnitSize != 0 ? aStream.mUnitSize : kAVI_ChunkHeadSize;
     return microseconds != 0 && aUnits <= aSize / unit &&
            MediaNumber_Scale(aSize, kBitMicros, microseconds) <= kAVI_MaxFilmRate;
 }
@@ -110,17 +109,17 @@ private:
     }
 
     AVILength ByIndex() {
-        constexpr std::uint64_t kEntrySize = 16;
         const std::uint64_t size = mFile.GetIndex()->GetLeft();
         if (size <= kAVI_MaxIndex) {
             return LengthOf(mCounter.CountEntries(*mFile.GetIndex()).mUnits, kCounted, 0);
         }
         Places places(size);
         for (std::uint64_t i = 0; i < kAVI_Places; ++i) {
-            const std::uint64_t place = size / kAVI_Places * i / kEntrySize * kEntrySize;
+            const std::uint64_t place = size / kAVI_Places * i / kAVI_IndexEntrySize * kAVI_IndexEntrySize;
             ByteReader entries = *mFile.GetIndex();
             entries.Skip(place);
-            places.Add(mCounter.CountEntries(entries.Take(kAVI_PlaceSize / kEntrySize * kEntrySize)));
+            places.Add(mCounter.CountEntries(
+                entries.Take(kAVI_PlaceSize / kAVI_IndexEntrySize * kAVI_IndexEntrySize)));
         }
         return LengthOf(places, kByIndex);
     }

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 42;
-
 /// PF (table 6.4): of 1 nothing is said.
 constexpr const char* kColours[] = {"4:2:0", nullptr, "4:2:2", "4:4:4"};
 
@@ -47,7 +45,7 @@ std::optional<TheoraHeader> TheoraHeader_Read(const unsigned char* aBytes, std::
     constexpr std::uint32_t kFirstFromOne = 0x030201;
     TheoraHeader header;
     ezBitReader bits(aBytes, 8 * aSize);
-    bits.Require(aSize >= kHeaderSize && bits.Read(32) == 0x80746865 && bits.Read(24) == 0x6F7261);
+    bits.Require(aSize >= kTheora_HeaderSize && bits.Read(32) == 0x80746865 && bits.Read(24) == 0x6F7261);
     const std::uint32_t version = bits.Read(24);
     bits.Require(version >> 16 == kMajor && (version >> 8 & 0xFF) <= kLastMinor);
     header.mVideo.mCodec = "Theora";
@@ -71,7 +69,7 @@ std::optional<TheoraHeader> TheoraHeader_Read(const unsigned char* aBytes, std::
 std::optional<VideoFacts> TheoraVideo_ReadConfig(const unsigned char* aBytes, std::size_t aSize) {
     constexpr std::size_t kSizeSize = 2;
     std::size_t start = XiphLacing_FirstAt(aBytes, aSize);
-    if (start == 0 && aSize > kSizeSize && aBytes[0] == 0 && aBytes[1] == kHeaderSize) {
+    if (start == 0 && aSize > kSizeSize && aBytes[0] == 0 && aBytes[1] == kTheora_HeaderSize) {
         start = kSizeSize;
     }
     const std::optional<TheoraHeader> header = TheoraHeader_Read(aBytes + start, aSize - start);

@@ -21,6 +21,9 @@ struct TheoraClock {
     std::uint64_t CountPictures(std::uint64_t aGranule) const;
 };
 
+/// Bytes of the identification header of a Theora stream.
+inline constexpr std::size_t kTheora_HeaderSize = 42;
+
 /// What the identification header of a Theora stream tells (Theora I, 6.2).
 struct TheoraHeader {
     VideoFacts mVideo; ///< an estimated rate is the nominal one, at which its encoder aimed

@@ -84,9 +84,3 @@ private:
     std::uint64_t mPosition;
     std::uint64_t mEnd;
 };
-
-/// Bytes of a header of a page, without the sizes of segments, of which there are up to 255.
-/// @{
-inline constexpr std::uint32_t kOggPage_LeastHead = 27;
-inline constexpr std::uint32_t kOggPage_MaxHead = kOggPage_LeastHead + 255;
-/// @}

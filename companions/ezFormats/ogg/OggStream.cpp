@@ -75,7 +75,7 @@ void ReadSpeex(ByteReader aPacket, OggStream& aStream) {
 }
 
 void ReadTheora(ByteReader aPacket, OggStream& aStream) {
-    std::array<unsigned char, 42> header = {};
+    std::array<unsigned char, kTheora_HeaderSize> header = {};
     if (!aPacket.Read(header.data(), header.size())) {
         return;
     }

@@ -255,7 +255,7 @@ LongFile TransportStream(std::uint64_t aMedia) {
     return OfUnits(aMedia, kTSUnit, TSUnit);
 }
 
-/// An hour of Flash video, in fewer bytes than these have: the first second and the last.
+/// An hour of Flash video: its first second and its last are written, the rest is a hole.
 LongFile FlashVideo(std::uint64_t aMedia) {
     constexpr std::uint32_t kSecond = 1000;
     constexpr std::uint32_t kSeconds = 3600;

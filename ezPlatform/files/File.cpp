@@ -49,7 +49,7 @@ bool ezFile::OpenRegular(const ezCString& aPath, int aMoreFlags) {
     const int error = ezSystem().mFStat(file, &status) != 0 ? errno : EINVAL;
     if (error != EINVAL || !S_ISREG(status.st_mode)) {
         ezSystem().mClose(file);
-        errno = error;
+        errno = error; // EINVAL: it is not a regular file
         return false;
     }
     mFile = file;

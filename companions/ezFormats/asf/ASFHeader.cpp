@@ -93,7 +93,7 @@ void TakeExclusion(ASFHeader& aHeader, const ByteReader& aObject) {
     for (unsigned number = 0; exclusion.IsByBitRate() && exclusion.Next(&number);) {
         first = first != 0 ? first : number;
         if (ASFStreamFacts* const facts = StreamOf(aHeader, number)) {
-            facts->mRivals = first;
+            facts->mFirstRival = first;
         }
     }
 }
@@ -173,7 +173,7 @@ std::uint32_t ASFHeader::Count(ASFStreamKind aKind) const {
     std::bitset<kASF_MaxStreamNumber + 1> counted;
     for (const ASFStreamFacts& stream : mStreams) {
         if (stream.IsOf(aKind)) {
-            counted.set(stream.mRivals != 0 ? stream.mRivals : stream.mNumber);
+            counted.set(stream.mFirstRival != 0 ? stream.mFirstRival : stream.mNumber);
         }
     }
     return static_cast<std::uint32_t>(counted.count());

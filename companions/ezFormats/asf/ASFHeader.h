@@ -26,7 +26,7 @@ struct ASFStreamFacts {
     std::uint32_t mHighBitRate = 0;   ///< bits a second that it never exceeds for long
     std::uint64_t mFrameTime = 0;     ///< 100 ns; of sound anything
     unsigned mLanguage = kNoLanguage; ///< its place in the list of languages
-    unsigned mRivals = 0;             ///< number of the first of those that are the same at other rates
+    unsigned mFirstRival = 0;         ///< number of the first of those that are the same at other rates
 
     bool IsOf(ASFStreamKind aKind) const { return mfDescribed && mKind == aKind; }
     /// The best that is told of its rate.

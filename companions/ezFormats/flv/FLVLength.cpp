@@ -24,6 +24,13 @@ bool MayBeTag(const MediaBytes& aBytes, std::uint64_t aPosition) {
            (bytes[8] | bytes[9] | bytes[10]) == 0;
 }
 
+/// Whether another file stands after the bytes that a file had, when its metadata were written.
+bool IsAnotherAfter(MediaBytes& aBytes, std::uint64_t aSize) {
+    ByteReader reader(aBytes);
+    reader.Skip(aSize);
+    return aSize != 0 && aSize < aBytes.GetEnd() && FLVHeader_IsAt(reader);
+}
+
 } // namespace
 
 void FLVEnd::Times::Take(std::uint32_t aTime) {
@@ -84,7 +91,8 @@ bool FLVEnd::IsTagAt(std::uint64_t aPosition) const {
     return size == kFLV_TagHeaderSize + tag.mSize || (tag.mSize != 0 && ReadTag(tag.GetNext(), &next));
 }
 
-/// Walks from the first tag that begins within a range, which is buffered; false where none does.
+/// Walks from the first tag that begins within a range, which is buffered; false where none does, and where
+/// no frame follows it.
 bool FLVEnd::WalkFrom(std::uint64_t aStart, std::uint64_t anEnd) {
     for (std::uint64_t place = aStart; place < anEnd; ++place) {
         if (IsTagAt(place)) {
@@ -136,17 +144,6 @@ FLVEnd::Span FLVEnd::GetSpan(std::uint32_t aFirst, std::uint64_t aFrameTime) con
     return start < first || end <= first ? Span()
                                          : Span{start - first, MediaNumber_Microseconds(end - first, kMicro)};
 }
-
-namespace {
-
-/// Whether another file stands after the bytes that a file had, when its metadata were written.
-bool IsAnotherAfter(MediaBytes& aBytes, std::uint64_t aSize) {
-    ByteReader reader(aBytes);
-    reader.Skip(aSize);
-    return aSize != 0 && aSize < aBytes.GetEnd() && FLVHeader_IsAt(reader);
-}
-
-} // namespace
 
 FLVLength MeasureFLV(MediaBytes& aBytes, const FLVStart& aStart, const FLVEnd* anEnd,
                      std::uint64_t aFrameTime) {

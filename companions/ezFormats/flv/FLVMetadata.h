@@ -14,7 +14,7 @@ class CodePage;
 class FLVMetadata {
 public:
     /// Takes what a script tag states, unless it is stated already. Nothing where it is another one.
-    /// @param aCodePage  of texts that are no UTF-8
+    /// @param aCodePage  of texts that are not UTF-8
     void Take(const ByteReader& aContent, const CodePage& aCodePage);
 
     std::uint64_t GetMicroseconds() const; ///< 0: not stated; a year at most

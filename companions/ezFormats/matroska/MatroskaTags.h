@@ -43,6 +43,6 @@ struct MatroskaTags {
 ///
 /// @param aBudget    borrowed, counts down elements
 /// @param afFilm     there is a track of video that plays
-/// @param aCodePage  of texts that are no UTF-8, as all should be
+/// @param aCodePage  of texts that are not UTF-8, as all should be
 void ReadMatroskaTags(const ByteReader& aTags, std::uint32_t& aBudget, bool afFilm,
                       const MatroskaWriting& aWriting, const CodePage& aCodePage, MatroskaTags& aFound);

@@ -87,12 +87,12 @@ ProfileRuleList ProfileRules_InForce(ProfileRuleList aList) {
         return !IsAlwaysAskedBefore(aRule, aLater) ||
                (aRule.mRegion != ProfileRegion::None && aRule.mRegion == aList.mRegion);
     };
-    std::vector<bool> fWins;
+    std::vector<bool> wins;
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        fWins.push_back(FindWinner(asked, i, isBeforeHere) == nullptr);
+        wins.push_back(FindWinner(asked, i, isBeforeHere) == nullptr);
     }
-    for (std::size_t i = 0; i < asked.size(); ++i) {
-        if (fWins[i]) {
+    for (std::size_t i = 0; i < asked.size(); ++i) { // moved only when all were compared
+        if (wins[i]) {
             aList.mRules.push_back(std::move(asked[i]));
         }
     }

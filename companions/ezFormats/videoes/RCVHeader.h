@@ -10,7 +10,7 @@ class ByteReader;
 /// The head of a file of VC-1 whose frames each come after their size and time (SMPTE ST 421, annex L): the
 /// sequence layer. Files of the simple and the main profile need one, since their frames have no start codes.
 struct RCVHeader {
-    VideoFacts mVideo;            ///< of the advanced profile, only which it is, size and rates
+    VideoFacts mVideo;            ///< of the advanced profile only that, the size and the rates
     std::uint32_t mFrames = 0;    ///< 0: not told
     std::uint32_t mFrameRate = 0; ///< frames a second; 0: not told, or it varies
     std::uint64_t mLeastSize = 0; ///< bytes that a file of so many frames has at the least

@@ -141,7 +141,7 @@ bool IsTimes(std::string_view aLine) {
     return fArrow && TakeTime(aLine);
 }
 
-/// A line with a number, and one with the times of a cue after it; before the first a line of somebody else's
+/// A line with a number, and one with the times of a cue after it; before the first cue its maker's own line
 /// may stand. The number may be missing where the text begins with the times.
 bool IsSubRip(std::string_view aText) {
     constexpr std::size_t kDigits = 9;

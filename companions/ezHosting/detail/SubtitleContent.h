@@ -18,6 +18,6 @@ struct SubtitleContent {
 ///
 /// @param aHead      its first bytes
 /// @param afWhole    they are all; else the last character may be cut
-/// @param aCodePage  the name for what is no Unicode
+/// @param aCodePage  the name of the encoding of text that is not Unicode
 std::optional<SubtitleContent> ReadSubtitleContent(std::string_view aHead, bool afWhole,
                                                    const std::string& aCodePage);

@@ -22,7 +22,7 @@ constexpr FlagWord kFlags[] = {
     {"sdh", &SubtitleName::mfHearingImpaired}, {"cc", &SubtitleName::mfHearingImpaired},
     {"default", &SubtitleName::mfDefault},
 };
-constexpr std::string_view kHindi = "hi"; ///< or a flag: the other words tell
+constexpr std::string_view kHindi = "hi"; ///< or the flag of hearing impaired: the other words decide
 
 const FlagWord* FindFlag(std::string_view aWord) {
     const auto* const found = std::find_if(std::begin(kFlags), std::end(kFlags), [&](const FlagWord& aFlag) {

@@ -59,7 +59,7 @@ private:
     /// Adds those of a folder.
     /// @param aPath  of the folder, with its "/", or empty
     void Add(const std::string& aPath, const SubtitleFolder& aFolder, Names aNames, Film& aFilm);
-    /// Opens one file; nothing where it is none of subtitles.
+    /// Opens one file; nothing where it holds no subtitles.
     std::optional<ezSubtitleFile> Tell(const std::string& aPath, const SubtitleFolder& aFolder,
                                        const Candidate& aCandidate, bool* afFailed) const;
 

@@ -1,6 +1,5 @@
 #include "ezFormats/avi/AVIFile.h"
 
-#include "ezBytes/LanguageTags.h"
 #include "ezFormats/avi/AVILimits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/tags/RIFFTexts.h"

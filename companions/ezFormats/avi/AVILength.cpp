@@ -3,6 +3,7 @@
 #include "ezFormats/avi/AVIFile.h"
 #include "ezFormats/avi/AVIFrames.h"
 #include "ezFormats/avi/AVILimits.h"
+#include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
 
@@ -24,7 +25,7 @@ bool IsBelieved(const AVIStream& aStream, std::uint64_t aUnits, std::uint64_t aS
     const std::uint64_t microseconds = aStream.GetMicroseconds(aUnits);
     const std::uint64_t unit = aStream.mUnitSize != 0 ? aStream.mUnitSize : kAVI_ChunkHeadSize;
     return microseconds != 0 && aUnits <= aSize / unit &&
-           MediaNumber_Scale(aSize, kBitMicros, microseconds) <= kAVI_MaxFilmRate;
+           MediaNumber_Scale(aSize, kBitMicros, microseconds) <= kFilm_MaxBitRate;
 }
 
 /// Places of a whole of so many bytes, of which each tells a rate.

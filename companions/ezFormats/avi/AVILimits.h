@@ -69,10 +69,6 @@ inline constexpr std::uint32_t kAVI_MaxChunk = std::uint32_t{64} * 1024 * 1024;
 /// seconds of each other, and writers leave any number there.
 inline constexpr std::uint64_t kAVI_MaxDelay = 3600;
 
-/// Bits a second of a film, the most that are believed: uncompressed pictures of 1920 by 1080 at 60 a second
-/// have 3 Gbit/s.
-inline constexpr std::uint32_t kAVI_MaxFilmRate = 4'000'000'000;
-
 /// Part of the longer of pictures and sound by which they may differ for the longer to count: more, and one
 /// of both is not what the file plays.
 inline constexpr std::uint64_t kAVI_SoundShare = 10;

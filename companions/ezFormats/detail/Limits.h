@@ -188,3 +188,7 @@ inline constexpr std::uint32_t kSound_MinBitRate = 100;
 /// Bits a second of a sound, the most: no codec has more. Where a stated length makes of its bytes more, it
 /// is damaged.
 inline constexpr std::uint32_t kSound_MaxBitRate = 400'000'000;
+
+/// Bits a second of a film, the most that are believed: uncompressed pictures of 1920 by 1080 at 60 a second
+/// have 3 Gbit/s.
+inline constexpr std::uint32_t kFilm_MaxBitRate = 4'000'000'000;

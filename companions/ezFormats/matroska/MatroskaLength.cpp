@@ -247,7 +247,7 @@ enum class Belief { Believed, Doubted, Absurd };
 
 Belief BeliefIn(std::uint64_t aMicroseconds, std::uint64_t aBytes, bool afVideo) {
     const std::uint32_t rate = MediaNumber_BitRate(aBytes, aMicroseconds, kMicro);
-    if (rate == 0 || rate > (afVideo ? kMatroska_MaxFilmRate : kSound_MaxBitRate)) {
+    if (rate == 0 || rate > (afVideo ? kFilm_MaxBitRate : kSound_MaxBitRate)) {
         return Belief::Absurd;
     }
     return rate >= (afVideo ? kMatroska_MinFilmRate : kSound_MinBitRate) ? Belief::Believed : Belief::Doubted;

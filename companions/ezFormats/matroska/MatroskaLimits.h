@@ -41,10 +41,6 @@ inline constexpr std::uint64_t kMatroska_TailSize = std::uint64_t{1792} * 1024;
 /// that of a stray one: the last frames may last a while, and subtitles stay a little longer.
 inline constexpr std::uint64_t kMatroska_MaxExcess = std::uint64_t{2} * 1000 * 1000;
 
-/// Bits a second of a film, the most that are believed: uncompressed pictures of 1920 by 1080 at 60 a second
-/// have 3 Gbit/s.
-inline constexpr std::uint32_t kMatroska_MaxFilmRate = 4'000'000'000;
-
 /// Bits a second of a film, the fewest that are believed without a look at the last blocks: pictures and
 /// sound that nobody would watch have more.
 inline constexpr std::uint32_t kMatroska_MinFilmRate = 20'000;

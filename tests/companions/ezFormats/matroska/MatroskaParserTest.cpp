@@ -5,6 +5,8 @@
 #include "companions/ezFormats/codecs/TheoraBytes.h"
 #include "companions/ezFormats/matroska/MatroskaBytes.h"
 
+#include "ezFormats/detail/Limits.h"
+
 #include "support/Samples.h"
 
 #include <gtest/gtest.h>
@@ -498,8 +500,8 @@ TEST(MatroskaParser, RateOfAFilmIsBelievedUpToThatOfUncompressedPictures) {
         const std::string head = Head() + ebml::Stating(0x18538067, aSize, "");
         return std::stoull(Values(Head() + ebml::Stating(0x18538067, aSize - head.size(), content), {"br"}));
     };
-    EXPECT_EQ(rate(kMatroska_MaxFilmRate / 8), kMatroska_MaxFilmRate);
-    EXPECT_LT(rate(kMatroska_MaxFilmRate / 8 + 1), 200'000U) << "that of what is there";
+    EXPECT_EQ(rate(kFilm_MaxBitRate / 8), kFilm_MaxBitRate);
+    EXPECT_LT(rate(kFilm_MaxBitRate / 8 + 1), 200'000U) << "that of what is there";
 }
 
 TEST(MatroskaParser, StreamWithoutASizeIsReadToItsFirstBlocksAlone) {

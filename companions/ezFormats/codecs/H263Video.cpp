@@ -1,6 +1,7 @@
 #include "ezFormats/codecs/H263Video.h"
 
 #include "ezBytes/BitReader.h"
+#include "ezFormats/codecs/PixelAspects.h"
 
 #include "ezPlatform/text/CString.h"
 
@@ -20,8 +21,10 @@ struct Size {
 constexpr std::array<Size, 6> kSizes = {
     {{0, 0}, {128, 96}, {176, 144}, {352, 288}, {704, 576}, {1408, 1152}}};
 
-/// Shapes of a pixel (5.1.5), the first of which is forbidden.
-constexpr std::array<VideoRatio, 6> kPixels = {{{0, 0}, {1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}}};
+/// The shape of a pixel (5.1.5)
+VideoRatio PixelOf(std::uint32_t aCode) {
+    return PixelAspect_Of(aCode, 5);
+}
 constexpr std::uint32_t kStandardPixel = 2; ///< that of the source formats
 
 std::optional<VideoFacts> FactsOf(const char* aCodec, const Size& aSize, const ezBitReader& aBits) {
@@ -53,7 +56,7 @@ Size ReadCustomSize(ezBitReader& aBits, VideoRatio& aPixel) {
         const std::uint32_t width = aBits.Read(8);
         aPixel = VideoRatio::Of(width, aBits.Read(8));
     } else {
-        aPixel = pixel < kPixels.size() ? kPixels[pixel] : VideoRatio();
+        aPixel = PixelOf(pixel);
     }
     return size;
 }
@@ -77,7 +80,7 @@ std::optional<VideoFacts> ReadExtended(ezBitReader& aBits) {
     aBits.Require(aBits.Read(3) == 1);    // two reserved bits, and a one
     aBits.Skip(aBits.ReadFlag() ? 2 : 0); // CPM; PSBI
     aBits.Require(format != 0 && format <= kCustom);
-    VideoRatio pixel = kPixels[kStandardPixel];
+    VideoRatio pixel = PixelOf(kStandardPixel);
     const Size size = aBits.HasFailed()   ? Size()
                       : format == kCustom ? ReadCustomSize(aBits, pixel)
                                           : kSizes[format];
@@ -107,7 +110,7 @@ std::optional<VideoFacts> H263Video_Read(const unsigned char* aBytes, std::size_
     bits.Skip(5 + 5); // picture type and optional modes; PQUANT
     std::optional<VideoFacts> facts = FactsOf("H263", format < kSizes.size() ? kSizes[format] : Size(), bits);
     if (facts.has_value()) {
-        facts->mPixelAspect = kPixels[kStandardPixel];
+        facts->mPixelAspect = PixelOf(kStandardPixel);
     }
     return facts;
 }

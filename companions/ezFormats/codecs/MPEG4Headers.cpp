@@ -1,8 +1,7 @@
 #include "ezFormats/codecs/MPEG4Headers.h"
 
 #include "ezBytes/BitReader.h"
-
-#include <array>
+#include "ezFormats/codecs/PixelAspects.h"
 
 namespace {
 
@@ -12,8 +11,7 @@ constexpr std::uint32_t kShapeRectangular = 0;
 constexpr std::uint32_t kShapeGrey = 3;
 constexpr std::uint32_t kAspectExtended = 15;
 constexpr std::uint32_t kChroma420 = 1;
-/// aspect_ratio_info (table 6-12), from 1 on.
-constexpr std::array<VideoRatio, 5> kPixels = {{{1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}}};
+constexpr std::uint32_t kAspectHighest = 5; ///< of aspect_ratio_info (table 6-12)
 
 /// Reads what must be there for the layer to be legal, but tells nothing.
 class Marks {
@@ -61,7 +59,7 @@ VideoRatio ReadPixelAspect(ezBitReader& aBits, Marks& aMarks) {
         const std::uint32_t width = aBits.Read(8);
         return VideoRatio::Of(width, aBits.Read(8));
     }
-    return code >= 1 && code <= kPixels.size() ? kPixels[code - 1] : VideoRatio();
+    return PixelAspect_Of(code, kAspectHighest);
 }
 
 std::uint32_t ReadFrameRate(ezBitReader& aBits, Marks& aMarks) {

@@ -1,6 +1,7 @@
 #include "ezFormats/codecs/VC1Headers.h"
 
 #include "ezBytes/BitReader.h"
+#include "ezFormats/codecs/PixelAspects.h"
 
 #include <array>
 
@@ -10,20 +11,7 @@ namespace {
 
 constexpr std::uint32_t kChroma420 = 1; ///< COLORDIFF_FORMAT, all others are reserved
 constexpr std::uint32_t kExtendedAspect = 15;
-/// ASPECT_RATIO (6.1.14.3), from 1 on.
-constexpr std::array<VideoRatio, 13> kPixels = {{{1, 1},
-                                                 {12, 11},
-                                                 {10, 11},
-                                                 {16, 11},
-                                                 {40, 33},
-                                                 {24, 11},
-                                                 {20, 11},
-                                                 {32, 11},
-                                                 {80, 33},
-                                                 {18, 11},
-                                                 {15, 11},
-                                                 {64, 33},
-                                                 {160, 99}}};
+constexpr std::uint32_t kAspectHighest = 13; ///< of ASPECT_RATIO (6.1.14.3)
 /// FRAMERATENR and FRAMERATEDR (6.1.14.4), from 1 on.
 constexpr std::array<std::uint32_t, 7> kRates = {24000, 25000, 30000, 50000, 60000, 48000, 72000};
 constexpr std::array<std::uint32_t, 2> kDivisors = {1000, 1001};
@@ -39,7 +27,7 @@ VideoRatio ReadPixelAspect(ezBitReader& aBits) {
         const std::uint32_t width = aBits.Read(8) + 1;   // ASPECT_HORIZ_SIZE
         return VideoRatio::Of(width, aBits.Read(8) + 1); // ASPECT_VERT_SIZE
     }
-    return code >= 1 && code <= kPixels.size() ? kPixels[code - 1] : VideoRatio();
+    return PixelAspect_Of(code, kAspectHighest);
 }
 
 std::uint32_t ReadFrameRate(ezBitReader& aBits) {

@@ -1,7 +1,7 @@
 #include "ezFormats/codecs/VideoUsability.h"
 
 #include "ezBytes/BitReader.h"
-#include "ezFormats/codecs/VideoFacts.h"
+#include "ezFormats/codecs/PixelAspects.h"
 
 #include <array>
 
@@ -10,40 +10,16 @@
 namespace {
 
 constexpr std::uint32_t kExtendedAspect = 255; ///< the ratio follows in numbers
-
-struct Aspect {
-    std::uint32_t mWidth;
-    std::uint32_t mHeight;
-};
-/// aspect_ratio_idc (table E-1)
-constexpr std::array<Aspect, 17> kAspects = {{{0, 0},
-                                              {1, 1},
-                                              {12, 11},
-                                              {10, 11},
-                                              {16, 11},
-                                              {40, 33},
-                                              {24, 11},
-                                              {20, 11},
-                                              {32, 11},
-                                              {80, 33},
-                                              {18, 11},
-                                              {15, 11},
-                                              {64, 33},
-                                              {160, 99},
-                                              {4, 3},
-                                              {3, 2},
-                                              {2, 1}}};
+constexpr std::uint32_t kAspectHighest = 16;   ///< of aspect_ratio_idc (table E-1)
 
 void ReadAspect(ezBitReader& aBits, ezVideoUsability& aUsability) {
     const std::uint32_t code = aBits.Read(8); // aspect_ratio_idc
-    Aspect aspect = {};
+    VideoRatio aspect = PixelAspect_Of(code, kAspectHighest);
     if (code == kExtendedAspect) {
         aspect.mWidth = aBits.Read(16);  // sar_width
         aspect.mHeight = aBits.Read(16); // sar_height
-    } else if (code < kAspects.size()) {
-        aspect = kAspects[code];
     }
-    if (aspect.mWidth != 0 && aspect.mHeight != 0) { // else it is unspecified (E.2.1)
+    if (aspect.IsKnown()) { // else it is unspecified (E.2.1)
         aUsability.mAspectWidth = aspect.mWidth;
         aUsability.mAspectHeight = aspect.mHeight;
     }

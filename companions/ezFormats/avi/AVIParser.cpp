@@ -7,7 +7,6 @@
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/FilmRecord.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/detail/MediaNumbers.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/CodePage.h"
@@ -54,8 +53,7 @@ void ReadTracks(const AVIFile& aFile, std::uint32_t& aBudget, FilmFacts& aFilm) 
 
 /// A mean rate of sound that is no less than that of the whole: writers that do not know it state any.
 void DropWrongMean(FilmFacts& aFilm) {
-    constexpr std::uint32_t kMicro = 1000000;
-    const std::uint32_t whole = MediaNumber_BitRate(aFilm.mSize.value_or(0), aFilm.mDuration, kMicro);
+    const std::uint32_t whole = aFilm.GetWholeBitRate();
     if (whole != 0 && aFilm.mAudio && aFilm.mAudio->mEstimatedBitRate >= whole) {
         aFilm.mAudio->mEstimatedBitRate = 0;
     }

@@ -145,10 +145,13 @@ void StoreLength(const FilmFacts& aFilm, ezMediaInfo& anInfo) {
 
 } // namespace
 
+std::uint32_t FilmFacts::GetWholeBitRate() const {
+    return MediaNumber_BitRate(mSize.value_or(0), mDuration, kMicro);
+}
+
 void FilmFacts::Store(ezMediaInfo& anInfo) const {
     anInfo.Set(kezInfo_Container, mContainer, true);
     StoreLength(*this, anInfo);
-    const std::uint32_t whole = MediaNumber_BitRate(mSize.value_or(0), mDuration, kMicro);
     Rates audio = RatesOf(mAudio);
     Rates video = RatesOf(mVideo);
     const std::uint64_t size = mSize.value_or(0);
@@ -164,5 +167,5 @@ void FilmFacts::Store(ezMediaInfo& anInfo) const {
     if (mVideo.has_value()) {
         StoreVideo(*mVideo, video, anInfo);
     }
-    StoreWhole(*this, whole, audio, video, anInfo);
+    StoreWhole(*this, GetWholeBitRate(), audio, video, anInfo);
 }

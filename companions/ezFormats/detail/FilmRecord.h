@@ -28,6 +28,9 @@ struct FilmFacts {
     std::optional<std::uint64_t> mSize; ///< bytes of the whole
     std::uint64_t mAttachedSize = 0;    ///< bytes of it that no track plays: attached files
 
+    /// Bits a second of the whole; 0: not known.
+    std::uint32_t GetWholeBitRate() const;
+
     /// Puts all of it into a record. Where neither length nor size is known, the method says that the end was
     /// not read. The mean rate of one kind of tracks that is not told is estimated by what the others, and
     /// attached files, leave of the whole.

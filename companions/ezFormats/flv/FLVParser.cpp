@@ -37,8 +37,7 @@ VideoFacts VideoOf(const FLVStart& aStart) {
 void CompleteRate(const FLVMetadata& aMetadata, FilmFacts& aFilm) {
     AudioFacts stated;
     stated.mEstimatedBitRate = aMetadata.GetSoundRate();
-    const std::uint32_t whole = MediaNumber_BitRate(aFilm.mSize.value_or(0), aFilm.mDuration, kMicro);
-    if (aFilm.mAudio.has_value() && stated.mEstimatedBitRate < whole) {
+    if (aFilm.mAudio.has_value() && stated.mEstimatedBitRate < aFilm.GetWholeBitRate()) {
         aFilm.mAudio->Complete(stated);
     }
 }

@@ -4,7 +4,6 @@
 #include "ezFormats/detail/Containers.h"
 #include "ezFormats/detail/Limits.h"
 #include "ezFormats/detail/MediaBytes.h"
-#include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/ogg/OggLength.h"
 #include "ezFormats/ogg/OggLimits.h"
 #include "ezFormats/ogg/OggLink.h"
@@ -69,7 +68,7 @@ void TakeLanguages(MediaBytes& aBytes, const OggLink& aLink, const CodePage& aCo
 /// Drops the rates at which encoders aimed, where more is known: a track takes less than the whole, and what
 /// the sound leaves of that is nearer the video's than its aim.
 void DropAims(FilmFacts& aFilm) {
-    const std::uint32_t whole = MediaNumber_BitRate(aFilm.mSize.value_or(0), aFilm.mDuration, kMicro);
+    const std::uint32_t whole = aFilm.GetWholeBitRate();
     if (whole == 0) {
         return;
     }

@@ -64,11 +64,8 @@ void TakeRates(const ASFStreamFacts& aStream, const ASFHeader& aHeader, const AS
 
 AudioFacts ReadASFSound(const ASFStreamFacts& aStream, bool afEncrypted, bool afVaries) {
     const WaveFormat& format = aStream.mSound;
-    AudioFacts sound;
-    sound.mCodec = afEncrypted || aStream.mfEncrypted ? EncryptedCodecName(format.mCodec) : format.mCodec;
-    sound.mSamplingRate = format.mSamplingRate;
-    sound.mChannels = format.mChannels;
-    sound.mBitsPerSample = format.mBitsPerSample;
+    AudioFacts sound = format.GetFacts();
+    sound.mCodec = afEncrypted || aStream.mfEncrypted ? EncryptedCodecName(sound.mCodec) : sound.mCodec;
     const std::uint32_t number = MediaNumber_BitRate(format.mAverageBytes, 1, 1);
     const std::uint32_t stated = number >= kASF_MinBitRate ? number : 0;
     const bool fConstant = format.mRate != WaveFormat::Rate::Varying || format.mTag == kWaveTag_WMAPro;

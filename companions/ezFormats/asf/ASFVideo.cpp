@@ -67,13 +67,6 @@ Bytes ReadSequence(ByteReader aReader) {
     return sequence;
 }
 
-/// The shape of a pixel by that of the display, which these two forms state.
-VideoRatio PixelBy(std::uint32_t aWidth, std::uint32_t aHeight, const VideoFacts& aFacts) {
-    const VideoRatio display = VideoRatio::Of(aWidth, aHeight);
-    return VideoRatio::Of(std::uint64_t{display.mWidth} * aFacts.mHeight,
-                          std::uint64_t{display.mHeight} * aFacts.mWidth);
-}
-
 /// What a codec's own headers tell goes before what holds them, which recorders of television write once for
 /// all that follows.
 void TakeHeaders(std::optional<VideoFacts> aFound, VideoFacts& aVideo) {
@@ -88,18 +81,19 @@ VideoFacts ReadInfo(const ASFStream& aStream) {
     ByteReader info = aStream.mFormat;
     info.Skip(16 + 16 + 4 + 4); // the source and the target, rates of bits and of errors
     const std::uint64_t time = info.ReadLittle(8);
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
+    VideoRatio display;
     if (aStream.mForm != ASFForm::Video) {
         info.Skip(4 + 4); // how it is interlaced, and protected
-        width = info.ReadLittle32();
-        height = info.ReadLittle32();
+        const std::uint32_t width = info.ReadLittle32();
+        display = VideoRatio::Of(width, info.ReadLittle32());
         info.Skip(4 + 4); // control, reserved
     }
     VideoFacts video = BitmapVideo_Read(info, nullptr, 0).value_or(VideoFacts());
     video.mFrameRate =
         video.mFrameRate != 0 ? video.mFrameRate : VideoClock_FrameRate(time, kASF_TicksPerSecond);
-    video.mPixelAspect = video.mPixelAspect.IsKnown() ? video.mPixelAspect : PixelBy(width, height, video);
+    video.mPixelAspect = video.mPixelAspect.IsKnown()
+                             ? video.mPixelAspect
+                             : VideoRatio::OfPixel(display, video.mWidth, video.mHeight);
     if (aStream.mSubtype == kASF_SubtypeMPEG2Video || aStream.mForm == ASFForm::MPEG2Video) {
         video.mCodec = "MPEG2";
     }

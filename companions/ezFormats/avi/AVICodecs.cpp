@@ -128,9 +128,7 @@ VideoFacts AVICodec_ReadVideo(const AVIStream& aStream, const Bytes& aFrame) {
     const VideoFacts coded = ReadPictures(aStream, aFrame);
     VideoFacts facts;
     facts.mFrameRate = aStream.GetFrameRate();
-    const VideoRatio& display = aStream.mDisplayAspect;
-    facts.mPixelAspect = VideoRatio::Of(std::uint64_t{display.mWidth} * coded.mHeight,
-                                        std::uint64_t{display.mHeight} * coded.mWidth);
+    facts.mPixelAspect = VideoRatio::OfPixel(aStream.mDisplayAspect, coded.mWidth, coded.mHeight);
     facts.Complete(coded);
     if (facts.mScan == nullptr && aStream.mFields == 2) {
         facts.mScan = kScan_Interlaced;
@@ -155,11 +153,6 @@ AudioFacts AVICodec_ReadSound(const AVIStream& aStream, const Bytes& aFrame, std
         facts = ReadFirst(*codec, format, aFrame);
     }
     SetRate(format, aStream.mUnitSize == 0, facts);
-    AudioFacts stated;
-    stated.mCodec = format.mCodec;
-    stated.mSamplingRate = format.mSamplingRate;
-    stated.mChannels = format.mChannels;
-    stated.mBitsPerSample = format.mBitsPerSample;
-    facts.Complete(stated);
+    facts.Complete(format.GetFacts());
     return facts;
 }

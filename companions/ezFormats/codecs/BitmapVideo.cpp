@@ -18,11 +18,9 @@
 
 namespace {
 
-using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
-
 /// Of H.264 and H.265 either the record that ISO media have, or the start of a byte stream.
 template <std::optional<VideoFacts> (*ReadConfig)(ByteReader aConfig, const ByteReader* aFirstSample),
-          Reader ReadStream>
+          VideoReader ReadStream>
 std::optional<VideoFacts> ReadSets(const unsigned char* aBytes, std::size_t aSize) {
     BlockBytes bytes(aBytes, aSize);
     const std::optional<VideoFacts> facts = ReadConfig(ByteReader(bytes), nullptr);
@@ -32,7 +30,7 @@ std::optional<VideoFacts> ReadSets(const unsigned char* aBytes, std::size_t aSiz
 /// What sets the decoder of a codec up, where that is not only a part of its stream.
 struct SetUp {
     std::string_view mCodec;
-    Reader mRead;
+    VideoReader mRead;
 };
 constexpr SetUp kSetUps[] = {{"Theora", TheoraVideo_ReadConfig},
                              {"WMV3", VC1Video_ReadStructC},

@@ -1,24 +1,23 @@
 #include "ezFormats/codecs/DVSound.h"
 
+#include "ezFormats/codecs/DVBlocks.h"
+
 #include <array>
 
 namespace {
 
 /// Blocks of a sequence (IEC 61834-2, 11.3): of nine of sound the first is the seventh of all, and fifteen of
 /// pictures stand after each. A pack stands after the identification of a block.
-constexpr std::size_t kDIFBytes = 80;
-constexpr std::size_t kBlockHead = 3;
 constexpr std::size_t kFirstSound = 6;
 constexpr std::size_t kSoundStep = 16;
 constexpr std::size_t kSoundBlocks = 9;
-constexpr std::size_t kPackSize = 5;
 constexpr unsigned kPackSource = 0x50;
 
 /// AAUX SOURCE (IEC 61834-4, 8.1); null where there is none.
 const unsigned char* FindSource(const unsigned char* aBytes, std::size_t aSize) {
     for (std::size_t i = 0; i < kSoundBlocks; ++i) {
-        const std::size_t place = (kFirstSound + i * kSoundStep) * kDIFBytes + kBlockHead;
-        if (place + kPackSize <= aSize && aBytes[place] == kPackSource) {
+        const std::size_t place = (kFirstSound + i * kSoundStep) * kDVBlockBytes + kDVBlockHead;
+        if (place + kDVPackBytes <= aSize && aBytes[place] == kPackSource) {
             return aBytes + place;
         }
     }
@@ -28,12 +27,11 @@ const unsigned char* FindSource(const unsigned char* aBytes, std::size_t aSize) 
 } // namespace
 
 DVSound DVSound_Read(const unsigned char* aBytes, std::size_t aSize) {
-    constexpr unsigned kHeaderSection = 0x1F;
     constexpr unsigned kNoSound = 0xF;                                     // AUDIO MODE
     constexpr std::array<std::uint32_t, 3> kRates = {48000, 44100, 32000}; // SMP
     constexpr std::array<std::uint32_t, 3> kBits = {16, 16, 20};           // QU; those of 12 stand for 16
     DVSound sound;
-    const bool fFrame = aSize >= kDIFBytes && aBytes[0] == kHeaderSection;
+    const bool fFrame = aSize >= kDVBlockBytes && aBytes[0] == kDVHeaderSection;
     const unsigned char* const source = fFrame ? FindSource(aBytes, aSize) : nullptr;
     if (source == nullptr || (source[2] & 0xFU) == kNoSound) {
         return sound;

@@ -1,19 +1,16 @@
 #include "ezFormats/codecs/DVVideo.h"
 
+#include "ezFormats/codecs/DVBlocks.h"
+
 #include <array>
 #include <cstdint>
 
 namespace {
 
-/// Bytes of a DIF block.
-constexpr std::size_t kDIFBytes = 80;
-constexpr std::size_t kBlockHead = 3; ///< its identification
-
 /// Packs of video auxiliary data (SMPTE 314M, 4.8): three blocks of fifteen.
 constexpr std::size_t kFirstAuxiliary = 3;
 constexpr std::size_t kAuxiliaryBlocks = 3;
 constexpr std::size_t kPacks = 15;
-constexpr std::size_t kPackSize = 5;
 constexpr unsigned kPackSource = 0x60;
 constexpr unsigned kPackSourceControl = 0x61;
 
@@ -42,7 +39,8 @@ constexpr std::array<System, 8> kSystems = {
 const unsigned char* FindPack(const unsigned char* aBytes, unsigned aKind) {
     for (std::size_t block = kFirstAuxiliary; block < kFirstAuxiliary + kAuxiliaryBlocks; ++block) {
         for (std::size_t pack = 0; pack < kPacks; ++pack) {
-            const unsigned char* const bytes = aBytes + block * kDIFBytes + kBlockHead + pack * kPackSize;
+            const unsigned char* const bytes =
+                aBytes + block * kDVBlockBytes + kDVBlockHead + pack * kDVPackBytes;
             if (bytes[0] == aKind) {
                 return bytes;
             }
@@ -71,11 +69,10 @@ bool IsWide(const unsigned char* aControl, bool afConsumer) {
 } // namespace
 
 std::optional<VideoFacts> DVVideo_Read(const unsigned char* aBytes, std::size_t aSize) {
-    constexpr unsigned kHeaderSection = 0x1F;
     constexpr unsigned kSequence0 = 0x07;
     constexpr std::uint32_t kStandardWidth = 720;
-    const bool fSequence = aSize >= (kFirstAuxiliary + kAuxiliaryBlocks) * kDIFBytes &&
-                           aBytes[0] == kHeaderSection && aBytes[1] == kSequence0 && aBytes[2] == 0;
+    const bool fSequence = aSize >= (kFirstAuxiliary + kAuxiliaryBlocks) * kDVBlockBytes &&
+                           aBytes[0] == kDVHeaderSection && aBytes[1] == kSequence0 && aBytes[2] == 0;
     if (!fSequence) {
         return std::nullopt;
     }
@@ -98,8 +95,7 @@ std::optional<VideoFacts> DVVideo_Read(const unsigned char* aBytes, std::size_t 
     // The professional form samples pictures of 625 lines as it does those of 525.
     facts.mColours = system->mType == 0 && f50 && !fConsumer ? "4:1:1" : system->mColours;
     const bool fWide = system->mWidth != kStandardWidth || IsWide(control, fConsumer);
-    const std::uint64_t across = fWide ? 16 : 4;
-    const std::uint64_t down = fWide ? 9 : 3;
-    facts.mPixelAspect = VideoRatio::Of(across * system->mHeight, down * system->mWidth);
+    const VideoRatio display = fWide ? VideoRatio{16, 9} : VideoRatio{4, 3};
+    facts.mPixelAspect = VideoRatio::OfPixel(display, system->mWidth, system->mHeight);
     return facts;
 }

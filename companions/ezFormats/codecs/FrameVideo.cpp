@@ -17,11 +17,9 @@
 
 namespace {
 
-using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
-
 struct Codec {
     std::string_view mName;
-    Reader mRead;
+    VideoReader mRead;
 };
 constexpr Codec kCodecs[] = {{"MPEG4", MPEG4Visual_Read},    {"H264", H264Video_ReadStream},
                              {"H265", H265Video_ReadStream}, {"MPEG1", MPEGVideo_Read},
@@ -32,7 +30,7 @@ constexpr Codec kCodecs[] = {{"MPEG4", MPEG4Visual_Read},    {"H264", H264Video_
                              {"AV1", AV1Video_Read},         {"VP8", VP8Video_Read},
                              {"VP9", VP9Video_Read}};
 
-Reader FindReader(const ezCString& aCodec) {
+VideoReader FindReader(const ezCString& aCodec) {
     for (const Codec& codec : kCodecs) {
         if (codec.mName == aCodec.View()) {
             return codec.mRead;
@@ -49,6 +47,6 @@ bool FrameVideo_Tells(const ezCString& aCodec) {
 
 std::optional<VideoFacts> FrameVideo_Read(const ezCString& aCodec, const unsigned char* aBytes,
                                           std::size_t aSize) {
-    const Reader read = FindReader(aCodec);
+    const VideoReader read = FindReader(aCodec);
     return read != nullptr && aSize != 0 ? read(aBytes, aSize) : std::nullopt;
 }

@@ -212,10 +212,10 @@ VideoRatio Reading::GetPixelAspect(std::uint32_t aHeight) const {
         return VideoRatio::Of(kPixels[code - 1].mWidth, kPixels[code - 1].mHeight);
     }
     const bool fPart = mDisplay.mWidth != 0 && mDisplay.mHeight != 0;
-    const std::uint64_t width = fPart ? mDisplay.mWidth : mSequence.mWidth;
-    const std::uint64_t height = fPart ? mDisplay.mHeight : aHeight;
+    const std::uint32_t width = fPart ? mDisplay.mWidth : mSequence.mWidth;
+    const std::uint32_t height = fPart ? mDisplay.mHeight : aHeight;
     const VideoRatio& display = kDisplays[code - 1];
-    return code == 1 ? display : VideoRatio::Of(display.mWidth * height, display.mHeight * width);
+    return code == 1 ? display : VideoRatio::OfPixel(display, width, height);
 }
 
 const char* Reading::GetScan() const {

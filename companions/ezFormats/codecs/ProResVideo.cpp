@@ -24,9 +24,7 @@ VideoRatio PixelAspectOf(unsigned aCode, const VideoFacts& aFacts) {
     if (aCode < 2 || aCode - 2 >= kShown.size()) {
         return {};
     }
-    const VideoRatio& shown = kShown[aCode - 2];
-    return VideoRatio::Of(std::uint64_t{shown.mWidth} * aFacts.mHeight,
-                          std::uint64_t{shown.mHeight} * aFacts.mWidth);
+    return VideoRatio::OfPixel(kShown[aCode - 2], aFacts.mWidth, aFacts.mHeight);
 }
 
 } // namespace

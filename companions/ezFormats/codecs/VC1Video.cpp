@@ -73,8 +73,7 @@ VideoRatio Pictures::GetPixelAspect() const {
     if (!IsMore(told.mDisplayWidth, told.mWidth) && !IsMore(told.mDisplayHeight, told.mHeight)) {
         return {};
     }
-    return VideoRatio::Of(std::uint64_t{told.mDisplayWidth} * told.mHeight,
-                          std::uint64_t{told.mDisplayHeight} * told.mWidth);
+    return VideoRatio::OfPixel({told.mDisplayWidth, told.mDisplayHeight}, told.mWidth, told.mHeight);
 }
 
 const char* Pictures::GetScan() const {

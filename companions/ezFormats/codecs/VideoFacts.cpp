@@ -13,6 +13,10 @@ VideoRatio VideoRatio::Of(std::uint64_t aWidth, std::uint64_t aHeight) {
     return {static_cast<std::uint32_t>(aWidth / divisor), static_cast<std::uint32_t>(aHeight / divisor)};
 }
 
+VideoRatio VideoRatio::OfPixel(const VideoRatio& aDisplay, std::uint32_t aWidth, std::uint32_t aHeight) {
+    return Of(std::uint64_t{aDisplay.mWidth} * aHeight, std::uint64_t{aDisplay.mHeight} * aWidth);
+}
+
 ezCString VideoRatio::GetText() const {
     return IsKnown() ? ezCString::Format("%lu:%lu", static_cast<unsigned long>(mWidth),
                                          static_cast<unsigned long>(mHeight))

@@ -2,7 +2,9 @@
 
 #include "ezPlatform/text/CString.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 /// @name Words of kezInfo_PictureProcess of video
 /// @{
@@ -26,6 +28,10 @@ struct VideoRatio {
 
     /// The same in the least numbers that both fit in; not known where one is 0 or does not fit.
     static VideoRatio Of(std::uint64_t aWidth, std::uint64_t aHeight);
+
+    /// The shape of a pixel of a picture of so many that is shown in the shape of a display; not known where
+    /// one of these is not.
+    static VideoRatio OfPixel(const VideoRatio& aDisplay, std::uint32_t aWidth, std::uint32_t aHeight);
 
     bool IsKnown() const { return mWidth != 0 && mHeight != 0; }
     /// "16:9"; empty where it is not known.
@@ -70,3 +76,7 @@ struct VideoFacts {
     /// together: profile and level, width and height, the rates.
     void Complete(const VideoFacts& aFacts);
 };
+
+/// Reads what a codec's own headers tell, of what sets a decoder up or of a frame; nothing where there are
+/// none.
+using VideoReader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);

@@ -103,6 +103,15 @@ void CompletePlain(std::uint32_t aBits, std::uint32_t aValidBits, WaveFormat& aF
 
 } // namespace
 
+AudioFacts WaveFormat::GetFacts() const {
+    AudioFacts facts;
+    facts.mCodec = mCodec;
+    facts.mSamplingRate = mSamplingRate;
+    facts.mChannels = mChannels;
+    facts.mBitsPerSample = mBitsPerSample;
+    return facts;
+}
+
 bool ReadWaveFormat(ByteReader aReader, bool afBig, WaveFormat* aFormat) {
     Fields fields(aReader, afBig);
     WaveFormat format;

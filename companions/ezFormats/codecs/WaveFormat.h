@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ezFormats/codecs/AudioFacts.h"
+
 #include "ezBytes/ByteReader.h"
 
 #include "ezPlatform/text/CString.h"
@@ -24,6 +26,9 @@ struct WaveFormat {
     std::uint32_t mBlockSize = 0;     ///< bytes: of a block, or of one sample of all channels
     std::uint32_t mBlockSamples = 0;  ///< of a channel in a block; 1 of plain samples
     std::uint32_t mBitsPerSample = 0; ///< those that count; of plain samples, WMA Pro and lossless
+
+    /// The codec and what is heard; what the stated rate is worth differs from container to container.
+    AudioFacts GetFacts() const;
 };
 
 /// Format tags that others decide by.

@@ -52,21 +52,19 @@ ezCString NameOf(std::uint32_t anId) {
 
 // --- Pictures
 
-using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
-
 void Take(const std::optional<VideoFacts>& aFound, VideoFacts& aFacts) {
     if (aFound.has_value()) {
         aFacts.Complete(*aFound);
     }
 }
 
-template <Reader ReadFrame>
+template <VideoReader ReadFrame>
 void ReadPicture(const FLVTrack& aTrack, VideoFacts& aFacts) {
     Take(ReadFrame(aTrack.mFrame.data(), aTrack.mFrame.size()), aFacts);
 }
 
 /// One reader for what sets the decoder up, and one for the first frame.
-template <Reader ReadConfig, Reader ReadFrame>
+template <VideoReader ReadConfig, VideoReader ReadFrame>
 void ReadBoth(const FLVTrack& aTrack, VideoFacts& aFacts) {
     Take(ReadConfig(aTrack.mConfig.data(), aTrack.mConfig.size()), aFacts);
     Take(ReadFrame(aTrack.mFrame.data(), aTrack.mFrame.size()), aFacts);

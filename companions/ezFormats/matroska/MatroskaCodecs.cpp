@@ -85,7 +85,7 @@ void Take(const std::optional<VideoFacts>& aFound, VideoFacts& aFacts) {
 
 /// Writers that leave "avcC" out put what it has in front of the first picture, as a byte stream has it.
 template <std::optional<VideoFacts> (*ReadConfig)(ByteReader aConfig, const ByteReader* aFirstSample),
-          std::optional<VideoFacts> (*ReadStream)(const unsigned char* aBytes, std::size_t aSize)>
+          VideoReader ReadStream>
 void ReadUnits(const CodecData& aData, VideoFacts& aFacts) {
     BlockBytes config(aData.mPrivate.data(), aData.mPrivate.size());
     BlockBytes frame(aData.mFrame.data(), aData.mFrame.size());
@@ -101,10 +101,8 @@ void ReadMPEGVideo(const CodecData& aData, VideoFacts& aFacts) {
     Take(MPEGVideo_Read(stream.data(), stream.size()), aFacts);
 }
 
-using Reader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
-
 /// One reader for what sets the decoder up, and one for the first frame, where there are such things.
-template <Reader ReadPrivate, Reader ReadFrame>
+template <VideoReader ReadPrivate, VideoReader ReadFrame>
 void ReadBoth(const CodecData& aData, VideoFacts& aFacts) {
     if constexpr (ReadPrivate != nullptr) {
         Take(ReadPrivate(aData.mPrivate.data(), aData.mPrivate.size()), aFacts);
@@ -228,10 +226,7 @@ void ReadWave(const CodecData& aData, AudioFacts& aFacts) {
     if (!ReadWaveFormat(ByteReader(block), false, &format)) {
         return;
     }
-    aFacts.mCodec = format.mCodec;
-    aFacts.mSamplingRate = format.mSamplingRate;
-    aFacts.mChannels = format.mChannels;
-    aFacts.mBitsPerSample = format.mBitsPerSample;
+    aFacts = format.GetFacts();
     const std::uint32_t rate = MediaNumber_BitRate(format.mAverageBytes, 1, 1);
     (format.mRate == WaveFormat::Rate::Varying ? aFacts.mEstimatedBitRate : aFacts.mBitRate) = rate;
 }

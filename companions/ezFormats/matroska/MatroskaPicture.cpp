@@ -154,8 +154,7 @@ VideoRatio PixelAspectOf(const Numbers& aNumbers, const VideoFacts& aFacts) {
     if (std::uint64_t{shown.mWidth} * aFacts.mHeight != std::uint64_t{shown.mHeight} * aFacts.mWidth) {
         shown = Unrounded(shown);
     }
-    return VideoRatio::Of(std::uint64_t{shown.mWidth} * aFacts.mHeight,
-                          std::uint64_t{shown.mHeight} * aFacts.mWidth);
+    return VideoRatio::OfPixel(shown, aFacts.mWidth, aFacts.mHeight);
 }
 
 const char* ColoursOf(const Numbers& aNumbers) {

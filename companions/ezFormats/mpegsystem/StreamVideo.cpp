@@ -8,19 +8,19 @@
 
 namespace {
 
-struct VideoReader {
+struct CodecReader {
     StreamCodec mCodec;
-    std::optional<VideoFacts> (*mRead)(const unsigned char* aBytes, std::size_t aSize);
+    VideoReader mRead;
 };
 
-constexpr VideoReader kReaders[] = {
+constexpr CodecReader kReaders[] = {
     {StreamCodec::MPEGVideo, MPEGVideo_Read},  {StreamCodec::MPEG4Visual, MPEG4Visual_Read},
     {StreamCodec::H264, H264Video_ReadStream}, {StreamCodec::H265, H265Video_ReadStream},
     {StreamCodec::VC1, VC1Video_ReadStream},
 };
 
 std::optional<VideoFacts> ReadAs(StreamCodec aCodec, const unsigned char* aBytes, std::size_t aSize) {
-    for (const VideoReader& reader : kReaders) {
+    for (const CodecReader& reader : kReaders) {
         if (reader.mCodec == aCodec) {
             return reader.mRead(aBytes, aSize);
         }

@@ -125,10 +125,7 @@ void OGMSound_Read(ByteReader aPacket, OggStream& aStream) {
     const std::optional<WaveFormat> wave =
         WaveOf(tag, channels, static_cast<std::uint32_t>(rate), average, blockSize, header.mBits);
     if (wave) {
-        aStream.mSound.mCodec = wave->mCodec;
-        aStream.mSound.mChannels = wave->mChannels;
-        aStream.mSound.mSamplingRate = wave->mSamplingRate;
-        aStream.mSound.mBitsPerSample = wave->mBitsPerSample;
+        aStream.mSound = wave->GetFacts();
         aStream.mSound.mEstimatedBitRate = MediaNumber_BitRate(wave->mAverageBytes, 1, 1);
     }
 }

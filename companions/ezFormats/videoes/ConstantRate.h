@@ -13,7 +13,7 @@ class MediaBytes;
 class ConstantRate {
 public:
     /// @param aRate       bits a second, as the stream states it
-    /// @param aFrameRate  pictures in 1000 seconds
+    /// @param aFrameRate  pictures in 1000 seconds; not 0: no sequence header without one is believed
     ConstantRate(std::uint32_t aRate, std::uint32_t aFrameRate) : mRate(aRate), mFrameRate(aFrameRate) {}
 
     /// Whether the first two pictures keep the rate, and their delays are those of it. None where there are

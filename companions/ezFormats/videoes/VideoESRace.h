@@ -13,7 +13,7 @@ inline constexpr const char* kVideoES_MimeVC1 = "video/x-vc1";
 struct VideoESCodec {
     const char* mName; ///< as kezInfo_VideoCodec has it
     const char* mMimeType;
-    std::optional<VideoFacts> (*mRead)(const unsigned char* aBytes, std::size_t aSize);
+    VideoReader mRead;
 };
 
 /// Tells which codec the start of a file is a stream of: the push parsers of pictures race on it, so that

@@ -41,6 +41,14 @@ TEST(VideoFacts, TheDisplayAspectNeedsASizeAndThePixels) {
     EXPECT_FALSE(facts.GetDisplayAspect().IsKnown());
 }
 
+TEST(VideoFacts, PixelsHaveTheShapeThatMakesOfThePictureTheDisplay) {
+    EXPECT_EQ(Str(VideoRatio::OfPixel({16, 9}, 720, 480).GetText()), "32:27");
+    EXPECT_EQ(Str(VideoRatio::OfPixel({UINT32_MAX, 1}, UINT32_MAX, UINT32_MAX).GetText()), "4294967295:1");
+    EXPECT_FALSE(VideoRatio::OfPixel({UINT32_MAX, 1}, 1, UINT32_MAX).IsKnown()) << "no 32 bits hold it";
+    EXPECT_FALSE(VideoRatio::OfPixel({}, 720, 480).IsKnown());
+    EXPECT_FALSE(VideoRatio::OfPixel({16, 9}, 720, 0).IsKnown());
+}
+
 TEST(VideoFacts, AreCompletedByWhatIsNotToldYet) {
     VideoFacts other;
     other.mCodec = "H264";

@@ -66,10 +66,6 @@ bool ASFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     }
     const ASFLength length = MeasureASF(aBytes, reader, header, budget);
     ASFTexts texts = ReadASFTexts(header);
-    // The length of what could be read would be another one.
-    if (aBytes.HasLostBytes()) {
-        return RefuseCut(aBytes, "all that tells the length");
-    }
     if (fVideo) {
         StoreASFFilm(aBytes, reader, header, length, texts, budget, anInfo);
         if (anInfo.Has(kezInfo_Languages)) { // of what is heard
@@ -77,6 +73,10 @@ bool ASFParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
         }
     } else {
         StoreSong(*stream, header, length, texts, anInfo);
+    }
+    // Without the last packets the length would be another one, and without the first a film would tell less.
+    if (aBytes.HasLostBytes()) {
+        return RefuseCut(aBytes, "all that tells the length and the first picture");
     }
     texts.mTexts.Store(anInfo);
     texts.mCover.Store(anInfo);

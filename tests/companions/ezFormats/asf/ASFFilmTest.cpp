@@ -388,6 +388,17 @@ TEST(ASFFilm, FirstMediaObjectTellsWhatTheHeaderLeavesOut) {
               "\"encrypted:MP4S\"|"s.replace(11, 4, "MPEG4"));
 }
 
+TEST(ASFFilm, FirstMediaObjectThatCannotBeReadRefusesTheFile) {
+    const std::string padding = Object(kPadding, std::string(5000, '\0'));
+    const std::string file = Film(padding + asf::Video("MP4S"));
+    Delivery failing;
+    failing.mFailingOffset = file.size() - std::size_t{5} * kPacketSize;
+    EXPECT_EQ(chunks::Values<ASFParser>(file, {"vc"}, failing),
+              "ASFParser: read error: before all that tells the length and the first picture");
+    EXPECT_EQ(chunks::Values<ASFParser>(Film(padding + asf::Video("WMV1")), {"vc"}, failing), "\"WMV1\"")
+        << "of which no frame is read";
+}
+
 TEST(ASFFilm, SoMuchIsLookedThroughForTheFirstMediaObject) {
     const std::string layer = "\0\0\1\xB0\xF5\0\0\1\x20\x00\x84\x40\x06\x70\xC2\xC1\x09\x06"s;
     const auto film = [&](std::size_t aBefore, std::size_t aWithin) {

@@ -12,6 +12,7 @@
 #include "ezFormats/codecs/H265Video.h"
 #include "ezFormats/codecs/MPEG4Visual.h"
 #include "ezFormats/codecs/MPEGVideo.h"
+#include "ezFormats/codecs/VC1Video.h"
 #include "ezFormats/codecs/VPXVideo.h"
 #include "ezFormats/codecs/VideoFourCC.h"
 #include "ezFormats/detail/Limits.h"
@@ -42,15 +43,12 @@ bool IsDolbyVision(BoxType aFormat) {
     return std::find(kNames.begin(), kNames.end(), aFormat) != kNames.end();
 }
 
-/// Reads what sets a decoder up.
-using ConfigReader = std::optional<VideoFacts> (*)(const unsigned char* aBytes, std::size_t aSize);
-
 struct VideoObject {
     std::uint32_t mObjectType;
     const char* mName;
     const char* mProfile;
     bool mfPictures;
-    ConfigReader mReadConfig; ///< null: it is not looked at
+    VideoReader mReadConfig; ///< of what sets a decoder up; null: it is not looked at
 };
 /// Object type indications of "mp4v"; those of MPEG-2 tell the profile.
 constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, false, MPEG4Visual_Read},
@@ -65,7 +63,7 @@ constexpr std::array<VideoObject, 13> kObjects = {{{0x20, "MPEG4", nullptr, fals
                                                    {0x6A, "MPEG1", nullptr, false, MPEGVideo_Read},
                                                    {0x6C, "MJPEG", nullptr, true, nullptr},
                                                    {0x6D, "PNG", nullptr, true, nullptr},
-                                                   {0xA3, "VC1", nullptr, false, nullptr}}};
+                                                   {0xA3, "VC1", nullptr, false, VC1Video_ReadConfig}}};
 
 struct ISOVideoEntry : ISOEntryFacts {
     VideoFacts mFacts;   ///< of the codec's own headers
@@ -85,7 +83,7 @@ void TakeCodec(const std::optional<VideoFacts>& aFacts, ISOVideoEntry& anEntry) 
 }
 
 /// Takes it from a box; what is longer than any configuration counts up to there.
-template <ConfigReader Read>
+template <VideoReader Read>
 void ReadConfig(ByteReader aBox, ISOVideoEntry& anEntry) {
     std::array<unsigned char, kESDescriptor_MaxConfig> bytes = {};
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(aBox.GetLeft(), bytes.size()));
@@ -134,12 +132,13 @@ void ReadHEVC(ByteReader aBox, ISOVideoEntry& anEntry) {
     TakeCodec(facts, anEntry);
 }
 
-constexpr std::array<ISOBoxReader<ISOVideoEntry>, 16> kBoxReaders = {
+constexpr std::array<ISOBoxReader<ISOVideoEntry>, 17> kBoxReaders = {
     {{"avcC", ReadAVC},
      {"hvcC", ReadHEVC},
      {"d263", ReadConfig<H263Video_ReadConfig>},
      {"av1C", ReadConfig<AV1Video_ReadConfig>},
      {"vpcC", ReadConfig<VP9Video_ReadConfig>},
+     {"dvc1", ReadConfig<VC1Video_ReadConfig>},
      {"pasp", ReadSigns<ReadPixelAspect>},
      {"clap", ReadSigns<ReadCleanAperture>},
      {"fiel", ReadSigns<ReadFields>},
@@ -200,7 +199,8 @@ void NameByFormat(BoxType aFormat, ISOVideo& aVideo) {
 /// with.
 void TakeFrame(const ISOVideo& aVideo, ISOVideoEntry& anEntry) {
     const VideoFacts& facts = anEntry.mFacts;
-    const bool fTold = facts.mWidth != 0 || facts.mBitDepth != 0 || anEntry.mfOpen;
+    const bool fPictures = facts.mBitDepth != 0 && facts.mScan != nullptr;
+    const bool fTold = facts.mWidth != 0 || fPictures || anEntry.mfOpen;
     if (fTold || !FrameVideo_Tells(aVideo.mCodec)) {
         return;
     }
@@ -219,8 +219,11 @@ void TakeFrame(const ISOVideo& aVideo, ISOVideoEntry& anEntry) {
 /// Puts together what the entry names and states, what the codec's headers tell, which is more sure, and how
 /// the pictures are shown.
 void Combine(const ISOVideoEntry& anEntry, ISOVideo& aVideo) {
+    constexpr std::string_view kVC1 = "VC1"; // entries name no profile, and two have another word
     VideoFacts facts = anEntry.mFacts;
-    facts.mCodec = aVideo.mCodec;
+    if (facts.mCodec.IsEmpty() || aVideo.mCodec.View() != kVC1) {
+        facts.mCodec = aVideo.mCodec;
+    }
     facts.Complete(aVideo);
     if (anEntry.mfFieldsUnseen) {
         facts.mScan = nullptr;

@@ -1,6 +1,7 @@
 #include "companions/ezFormats/iso/ISOBytes.h"
 
 #include "companions/ezFormats/codecs/H264Bytes.h"
+#include "companions/ezFormats/codecs/VC1Bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -98,6 +99,35 @@ TEST(ISOSample, FrameTellsWhatTheEntryLeavesOut) {
               "vc=\"MJPEG\" wi=320 he=240 pr=\"interlaced\" cr=\"4:2:0\"");
     EXPECT_EQ(Told({VideoEntry("SVQ3", ""), JPEG()}), "vc=\"SVQ3\" wi=320 he=240");
     EXPECT_EQ(Told({VideoEntry("encv", ""), JPEG()}), "vc=\"encrypted:encv\" wi=320 he=240");
+}
+
+TEST(ISOSample, VC1IsDescribedByItsConfiguration) {
+    const std::string head = Hex({0xC4, 0x40, 0x04, 0, 0, 0x61, 0xA8}); // the advanced profile
+    const std::string sequence = vc1::Sequence().Bytes();
+    const std::string main = Hex({0x44, 0x4E, 0x29, 0x1A, 0x01});
+    const std::string profile = "vc=\"VC1\" vp=\"Advanced\" vl=20 ";
+    const std::string whole = profile + "wi=1280 he=720 pr=\"progressive\" cr=\"4:2:0\"";
+    const std::string simple = "vc=\"WMV3\" vp=\"Main\" vl=20 wi=320 he=240 pr=\"progressive\" cr=\"4:2:0\"";
+    const auto entries = [](const std::string& aConfig) {
+        return std::vector<std::string>{VideoEntry("vc-1", Box("dvc1", aConfig)),
+                                        VideoEntry("mp4v", ESDS(0xA3, aConfig))};
+    };
+    for (const std::string& entry : entries(head + sequence)) {
+        EXPECT_EQ(Told({entry, "a frame"}), whole);
+    }
+    for (const std::string& entry : entries(head)) {
+        EXPECT_EQ(Told({entry, sequence}), whole) << "the sequence header stands in the sample alone";
+        EXPECT_EQ(Told({entry, "a frame"}), profile + "wi=320 he=240 cr=\"4:2:0\"");
+    }
+    for (const std::string& entry : entries(main)) {
+        EXPECT_EQ(Told({entry, sequence}), simple) << "of this profile no start code stands in a sample";
+    }
+    for (const std::string& entry : entries(Hex({0x10}))) {
+        EXPECT_EQ(Told({entry, sequence}), whole) << "no such record";
+    }
+    EXPECT_EQ(Told({VideoEntry("encv", Box("sinf", Box("frma", "vc-1")) + Box("dvc1", main)), "a frame"})
+                  .rfind("vc=\"encrypted:WMV3\"", 0),
+              0U);
 }
 
 TEST(ISOSample, FirstSampleStandsWhereTheTablesSay) {

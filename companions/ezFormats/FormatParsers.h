@@ -40,7 +40,7 @@ class ezMediaParserManager;
     FORMAT(mlp, MLPParser)                                                                                   \
     FORMAT(amr, AMRParser)                                                                                   \
     FORMAT(ps, PSParser)                                                                                     \
-    FORMAT(videoes, VideoESParser)
+    FORMAT(videostream, VideoStreamParser)
 
 /// Adds a parser of every file format of this library to a manager, in the order of EZ_FORMATS, and
 /// the one that knows these formats whatever their name (MagicParser). The manager owns them. What a host

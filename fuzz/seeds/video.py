@@ -412,7 +412,7 @@ DOORS = (
     ("codec_mpeg4", mpeg4),
     ("es_mpeg4", lambda: pushed(mpeg4())),
     ("es_vc1", lambda: pushed(vc1_streams())),
-    ("format_videoes", files),
+    ("format_videostream", files),
 )
 
 

@@ -12,7 +12,7 @@
 #include <string>
 
 /// Files of video without a container, as bytes.
-namespace videoes {
+namespace videostream {
 
 inline std::string H264() {
     return h264::Stream264().Bytes();
@@ -63,4 +63,4 @@ struct RCV {
     }
 };
 
-} // namespace videoes
+} // namespace videostream

@@ -1,4 +1,4 @@
-#include "ezFormats/videoes/VideoESRace.h"
+#include "ezFormats/videostream/VideoStreamRace.h"
 
 #include "ezFormats/codecs/H264Video.h"
 #include "ezFormats/codecs/H265Video.h"
@@ -6,7 +6,7 @@
 #include "ezFormats/codecs/MPEGVideo.h"
 #include "ezFormats/codecs/VC1Video.h"
 #include "ezFormats/elementary/VideoCandidates.h"
-#include "ezFormats/videoes/VideoESLimits.h"
+#include "ezFormats/videostream/VideoStreamLimits.h"
 
 #include "ezPlatform/media/MediaInfo.h"
 
@@ -15,23 +15,23 @@
 
 namespace {
 
-constexpr VideoESCodec kCodecs[] = {
+constexpr VideoStreamCodec kCodecs[] = {
     {"H264", "video/h264", H264Video_ReadStream}, {"H265", "video/h265", H265Video_ReadStream},
     {"MPEG1", "video/mpeg", MPEGVideo_Read},      {"MPEG2", "video/mpeg", MPEGVideo_Read},
-    {"MPEG4", "video/mp4v-es", MPEG4Visual_Read}, {"VC1", kVideoES_MimeVC1, VC1Video_ReadStream},
+    {"MPEG4", "video/mp4v-es", MPEG4Visual_Read}, {"VC1", kVideoStream_MimeVC1, VC1Video_ReadStream},
 };
 
 } // namespace
 
-VideoESRace::VideoESRace() : mRace(nullptr, new ezMediaInfo) {
+VideoStreamRace::VideoStreamRace() : mRace(nullptr, new ezMediaInfo) {
     AddVideoCandidates(mRace);
     mRace.Open();
 }
 
-const VideoESCodec* VideoESRace::Push(const unsigned char* aBytes, std::size_t aSize) {
+const VideoStreamCodec* VideoStreamRace::Push(const unsigned char* aBytes, std::size_t aSize) {
     std::size_t place = 0;
     while (place < aSize && mRace.GetParserStatus() == ezElementaryStreamParser::MSS_IN_PROGRESS) {
-        const std::size_t size = std::min(kVideoES_PacketSize, aSize - place);
+        const std::size_t size = std::min(kVideoStream_PacketSize, aSize - place);
         mRace.AddPacket(aBytes + place, static_cast<std::uint32_t>(size), false);
         place += size;
     }
@@ -40,7 +40,8 @@ const VideoESCodec* VideoESRace::Push(const unsigned char* aBytes, std::size_t a
     }
     const std::unique_ptr<ezMediaInfo> record(mRace.Close());
     const ezCString name = record->GetCString(kezInfo_VideoCodec, "");
-    const auto* const codec = std::find_if(std::begin(kCodecs), std::end(kCodecs),
-                                           [&](const VideoESCodec& aCodec) { return name == aCodec.mName; });
+    const auto* const codec =
+        std::find_if(std::begin(kCodecs), std::end(kCodecs),
+                     [&](const VideoStreamCodec& aCodec) { return name == aCodec.mName; });
     return codec != std::end(kCodecs) ? codec : nullptr;
 }

@@ -1,8 +1,8 @@
-#include "ezFormats/videoes/RCVHeader.h"
+#include "ezFormats/videostream/RCVHeader.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezFormats/codecs/VC1Video.h"
-#include "ezFormats/videoes/VideoESLimits.h"
+#include "ezFormats/videostream/VideoStreamLimits.h"
 
 #include <array>
 

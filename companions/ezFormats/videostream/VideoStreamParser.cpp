@@ -1,4 +1,4 @@
-#include "ezFormats/videoes/VideoESParser.h"
+#include "ezFormats/videostream/VideoStreamParser.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezFormats/codecs/NALUnits.h"
@@ -8,9 +8,9 @@
 #include "ezFormats/detail/MediaNumbers.h"
 #include "ezFormats/frames/OtherFormat.h"
 #include "ezFormats/mpegsystem/PESHeader.h"
-#include "ezFormats/videoes/ConstantRate.h"
-#include "ezFormats/videoes/RCVHeader.h"
-#include "ezFormats/videoes/VideoESRace.h"
+#include "ezFormats/videostream/ConstantRate.h"
+#include "ezFormats/videostream/RCVHeader.h"
+#include "ezFormats/videostream/VideoStreamRace.h"
 
 #include "ezPlatform/base/Checked.h"
 #include "ezPlatform/media/MediaInfo.h"
@@ -47,16 +47,17 @@ bool HasPackets(const unsigned char* aBytes, std::size_t aSize) {
 /// Whether the size by a stated rate is a length.
 bool HasConstantRate(const FilmFacts& aFilm) {
     const std::uint32_t rate = aFilm.mVideo->mBitRate;
-    return rate != 0 && rate <= kVideoES_MaxBitRate && aFilm.mSize.has_value();
+    return rate != 0 && rate <= kVideoStream_MaxBitRate && aFilm.mSize.has_value();
 }
 
 /// By a rate that is stated as a constant one: not too short by what a buffer holds.
 void EstimateLength(FilmFacts& aFilm) {
     if (HasConstantRate(aFilm)) {
         const std::uint64_t whole = MediaNumber_Scale(*aFilm.mSize, kBitMicros, aFilm.mVideo->mBitRate);
-        aFilm.mDuration = MediaNumber_Microseconds(ezSaturating_Add64(whole, kVideoES_BufferTime), kMicro);
+        aFilm.mDuration =
+            MediaNumber_Microseconds(ezSaturating_Add64(whole, kVideoStream_BufferTime), kMicro);
         aFilm.mDurationMethod = "estimate: size and stated rate";
-        aFilm.mDurationBound = 2 * kVideoES_BufferTime;
+        aFilm.mDurationBound = 2 * kVideoStream_BufferTime;
     }
 }
 
@@ -85,14 +86,14 @@ void TellLength(MediaBytes& aBytes, const unsigned char* aStart, std::size_t aSi
 std::uint64_t LengthOf(const RCVHeader& aHead, std::uint64_t anEnd, const FilmFacts& aFilm) {
     const std::uint64_t length = MediaNumber_Microseconds(aHead.mFrames, aHead.mFrameRate);
     const std::uint64_t rate = MediaNumber_Scale(aFilm.mSize.value_or(0), kBitMicros, length);
-    return aHead.mLeastSize <= anEnd && rate <= kVideoES_MaxBitRate ? length : 0;
+    return aHead.mLeastSize <= anEnd && rate <= kVideoStream_MaxBitRate ? length : 0;
 }
 
 } // namespace
 
 /// The head of a file of VC-1; or a start code, before which nothing but zeros stands, and what makes a
 /// stream soon after it.
-bool VideoESParser::IsAt(ByteReader aBytes) {
+bool VideoStreamParser::IsAt(ByteReader aBytes) {
     if (RCVHeader_Read(aBytes).has_value()) {
         return true;
     }
@@ -102,7 +103,7 @@ bool VideoESParser::IsAt(ByteReader aBytes) {
     }
     std::vector<unsigned char> start;
     bool fBegun = false;
-    while (start.size() < kVideoES_MagicSize) {
+    while (start.size() < kVideoStream_MagicSize) {
         const unsigned char byte = aBytes.ReadByte();
         if (aBytes.HasFailed()) {
             break;
@@ -113,11 +114,11 @@ bool VideoESParser::IsAt(ByteReader aBytes) {
         }
         start.push_back(byte);
     }
-    return fBegun && VideoESRace().Push(start.data(), start.size()) != nullptr &&
+    return fBegun && VideoStreamRace().Push(start.data(), start.size()) != nullptr &&
            !HasPackets(start.data(), start.size());
 }
 
-bool VideoESParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
+bool VideoStreamParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     const std::optional<RCVHeader> head = RCVHeader_Read(ByteReader(aBytes));
     if (!head.has_value()) {
         return ReadStream(aBytes, anInfo);
@@ -135,23 +136,23 @@ bool VideoESParser::ReadFormat(MediaBytes& aBytes, ezMediaInfo& anInfo) {
     if (film.mDuration == 0) {
         EstimateLength(film);
     }
-    anInfo.Set(kezInfo_MimeType, kVideoES_MimeVC1, true);
+    anInfo.Set(kezInfo_MimeType, kVideoStream_MimeVC1, true);
     film.Store(anInfo);
     return true;
 }
 
-bool VideoESParser::ReadStream(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
+bool VideoStreamParser::ReadStream(MediaBytes& aBytes, ezMediaInfo& anInfo) const {
     const char* const other = OtherFormatAt(aBytes, 0);
     if (other != nullptr && std::string_view(other) != kOurMark) {
         return Refuse(Cause::Unsupported, "%s at 0", other);
     }
-    VideoESRace race;
-    const VideoESCodec* codec = nullptr;
+    VideoStreamRace race;
+    const VideoStreamCodec* codec = nullptr;
     const unsigned char* start = nullptr;
     std::size_t size = 0;
     std::size_t window = 0;
-    while (codec == nullptr && size == window && window != kVideoES_MaxWindow) {
-        window = window == 0 ? kVideoES_WindowSize : kVideoES_MaxWindow;
+    while (codec == nullptr && size == window && window != kVideoStream_MaxWindow) {
+        window = window == 0 ? kVideoStream_WindowSize : kVideoStream_MaxWindow;
         const std::size_t before = size;
         size = ReadStart(aBytes, window, &start);
         codec = size > before ? race.Push(start + before, size - before) : nullptr;

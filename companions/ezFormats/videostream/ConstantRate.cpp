@@ -1,10 +1,10 @@
-#include "ezFormats/videoes/ConstantRate.h"
+#include "ezFormats/videostream/ConstantRate.h"
 
 #include "ezBytes/BitReader.h"
 #include "ezFormats/codecs/MPEGVideoHeaders.h"
 #include "ezFormats/detail/MediaBytes.h"
 #include "ezFormats/detail/MediaNumbers.h"
-#include "ezFormats/videoes/VideoESLimits.h"
+#include "ezFormats/videostream/VideoStreamLimits.h"
 
 #include "ezPlatform/base/Checked.h"
 
@@ -57,10 +57,10 @@ std::optional<bool> ConstantRate::LookAtStart(const unsigned char* aBytes, std::
 }
 
 std::uint64_t ConstantRate::Measure(MediaBytes& aBytes, std::uint64_t aFileSize) const {
-    const std::uint64_t start = aFileSize - std::min<std::uint64_t>(aFileSize, kVideoES_EndSize);
+    const std::uint64_t start = aFileSize - std::min<std::uint64_t>(aFileSize, kVideoStream_EndSize);
     const unsigned char* bytes = nullptr;
-    aBytes.LoadWindow(start, kVideoES_EndSize);
-    const std::size_t size = std::min(aBytes.Borrow(start, &bytes), kVideoES_EndSize);
+    aBytes.LoadWindow(start, kVideoStream_EndSize);
+    const std::size_t size = std::min(aBytes.Borrow(start, &bytes), kVideoStream_EndSize);
     std::optional<Picture> last;
     for (std::optional<Picture> next = Find(bytes, size, 0); next.has_value();
          next = Find(bytes, size, static_cast<std::size_t>(next->mPlace) + 1)) {

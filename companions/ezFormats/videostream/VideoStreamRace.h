@@ -7,10 +7,10 @@
 #include <cstddef>
 #include <optional>
 
-inline constexpr const char* kVideoES_MimeVC1 = "video/x-vc1";
+inline constexpr const char* kVideoStream_MimeVC1 = "video/x-vc1";
 
 /// A codec whose streams stand in files without a container.
-struct VideoESCodec {
+struct VideoStreamCodec {
     const char* mName; ///< as kezInfo_VideoCodec has it
     const char* mMimeType;
     VideoReader mRead;
@@ -18,12 +18,12 @@ struct VideoESCodec {
 
 /// Tells which codec the start of a file is a stream of: the push parsers of pictures race on it, so that
 /// what makes a stream is asked in one place.
-class VideoESRace {
+class VideoStreamRace {
 public:
-    VideoESRace();
+    VideoStreamRace();
 
     /// The codec, once the bytes that come after all before have decided; null before.
-    const VideoESCodec* Push(const unsigned char* aBytes, std::size_t aSize);
+    const VideoStreamCodec* Push(const unsigned char* aBytes, std::size_t aSize);
 
 private:
     ezUndeterminedEltStreamParser mRace;

@@ -3,7 +3,7 @@
 #include "ezFormats/FormatParser.h"
 #include "ezFormats/detail/FormatDescription.h"
 #include "ezFormats/detail/FormatNotes.h"
-#include "ezFormats/videoes/VideoESLimits.h"
+#include "ezFormats/videostream/VideoStreamLimits.h"
 
 #include <utility>
 
@@ -19,16 +19,16 @@ class ByteReader;
 /// A parse reads the first 128 KiB; where no stream shows itself in these, 384 KiB; and of MPEG video of a
 /// constant rate the last 128 KiB. At most these are 8 reads and 512 KiB; a source that gives less at a time
 /// than it is asked for takes more reads for the same bytes.
-class VideoESParser : public FormatParser {
+class VideoStreamParser : public FormatParser {
 public:
     /// Whether what begins there is of the format.
     static bool IsAt(ByteReader aBytes);
 
     static constexpr FormatDescription kDescription = {
-        "VideoESParser",
+        "VideoStreamParser",
         "h264",
         {"video/h264", "video/h265", "video/mp4v-es", "video/x-vc1"},
-        {kVideoES_MaxReads, kVideoES_MaxBytes},
+        {kVideoStream_MaxReads, kVideoStream_MaxBytes},
         {{"h264",
           {"h264", "264", "avc", "26l", "jvt"},
           {"video/h264", "video/avc"},
@@ -64,7 +64,7 @@ public:
     };
 
     /// @param aRules  decide the profile that a file is announced with; not null, shared
-    explicit VideoESParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
+    explicit VideoStreamParser(std::shared_ptr<const ProfileRules> aRules = ProfileRules::BuiltIn())
         : FormatParser(kDescription, std::move(aRules)) {}
 
 protected:

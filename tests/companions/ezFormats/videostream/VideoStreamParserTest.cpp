@@ -1,4 +1,4 @@
-#include "ezFormats/videoes/VideoESParser.h"
+#include "ezFormats/videostream/VideoStreamParser.h"
 
 #include "ezBytes/ByteReader.h"
 #include "ezBytes/ByteSource.h"
@@ -7,7 +7,7 @@
 #include "companions/ezFormats/FormatHost.h"
 #include "companions/ezFormats/PictureBytes.h"
 #include "companions/ezFormats/SparseStream.h"
-#include "companions/ezFormats/videoes/VideoESKit.h"
+#include "companions/ezFormats/videostream/VideoStreamKit.h"
 
 #include "support/Samples.h"
 #include "support/TsBytes.h"
@@ -16,7 +16,7 @@
 
 // Video without a container.
 
-using namespace videoes;
+using namespace videostream;
 using namespace std::string_literals;
 
 namespace {
@@ -55,7 +55,7 @@ const FormatFiles kFiles("h264", {8, 512U << 10}, {"vc", "vt", "wi", "he"}, Usua
 
 std::string Values(const std::string& aBytes, const std::vector<const char*>& aKeys,
                    const Delivery& aDelivery = {}) {
-    const std::string record = pictures::Refusal<VideoESParser>(aBytes, aDelivery);
+    const std::string record = pictures::Refusal<VideoStreamParser>(aBytes, aDelivery);
     if (record.find("mt=") == std::string::npos) {
         return record;
     }
@@ -68,7 +68,7 @@ std::string Values(const std::string& aBytes, const std::vector<const char*>& aK
 
 bool IsAt(const std::string& aBytes) {
     BlockBytes bytes(Data(aBytes), aBytes.size());
-    return VideoESParser::IsAt(ByteReader(bytes));
+    return VideoStreamParser::IsAt(ByteReader(bytes));
 }
 
 /// Of the codec, and found by the bytes alone.
@@ -78,8 +78,8 @@ std::string CodecOf(const std::string& aBytes) {
 
 } // namespace
 
-TEST(VideoESParser, RecordSaysWhatTheHeadersSay) {
-    EXPECT_EQ(pictures::Parsed<VideoESParser>(ReadSample("elementary/harbour-light.h264")),
+TEST(VideoStreamParser, RecordSaysWhatTheHeadersSay) {
+    EXPECT_EQ(pictures::Parsed<VideoStreamParser>(ReadSample("elementary/harbour-light.h264")),
               "cd=8\n"
               "cn=\"item.videoItem\"\n"
               "cr=\"4:2:0\"\n"
@@ -97,7 +97,7 @@ TEST(VideoESParser, RecordSaysWhatTheHeadersSay) {
               "wi=320\n");
 }
 
-TEST(VideoESParser, EachCodecHasItsTypeAndItsFacts) {
+TEST(VideoStreamParser, EachCodecHasItsTypeAndItsFacts) {
     struct Case {
         std::string mFile;
         const char* mFacts;
@@ -132,7 +132,7 @@ TEST(VideoESParser, EachCodecHasItsTypeAndItsFacts) {
     }
 }
 
-TEST(VideoESParser, WhatStandsBeforeTheHeadersIsPassed) {
+TEST(VideoStreamParser, WhatStandsBeforeTheHeadersIsPassed) {
     const h264::Stream264 stream;
     const std::string sets = StartCoded(stream.Sets());
     const std::string picture = StartCoded(stream.Picture());
@@ -160,13 +160,14 @@ TEST(VideoESParser, WhatStandsBeforeTheHeadersIsPassed) {
     EXPECT_EQ(CodecOf(Hex({0, 0, 1, 0x0A}) + VC1()), "\"VC1\" at its start") << "of a sequence";
 }
 
-TEST(VideoESParser, CutRecordingIsOneWhereItsHeadersComeWithinTheWindow) {
+TEST(VideoStreamParser, CutRecordingIsOneWhereItsHeadersComeWithinTheWindow) {
     const h264::Stream264 stream;
     std::string pictures;
     while (pictures.size() < kWindow) {
         pictures += StartCoded({stream.Picture()[0] + Content(2000, '\x55')});
     }
-    const std::string refusal = "VideoESParser: malformed: no picture with its headers within 393216 bytes";
+    const std::string refusal =
+        "VideoStreamParser: malformed: no picture with its headers within 393216 bytes";
     EXPECT_EQ(CodecOf(pictures + H264()), refusal);
     const std::string some = pictures.substr(0, kWindow - H264().size());
     EXPECT_EQ(CodecOf(some + H264()), "\"H264\"") << "and not by its start";
@@ -175,10 +176,10 @@ TEST(VideoESParser, CutRecordingIsOneWhereItsHeadersComeWithinTheWindow) {
     EXPECT_EQ(CodecOf("HTTP/1.1 200 OK\r\n\r\n" + H264()), "\"H264\"") << "junk is passed where it is asked";
     // Headers alone are no stream, and neither is a picture that refers to others.
     EXPECT_EQ(CodecOf(StartCoded(stream.Sets())),
-              "VideoESParser: malformed: no picture with its headers within 24 bytes");
+              "VideoStreamParser: malformed: no picture with its headers within 24 bytes");
 }
 
-TEST(VideoESParser, FilesOfOthersAreLeftToThem) {
+TEST(VideoStreamParser, FilesOfOthersAreLeftToThem) {
     const std::string pack = ReadSample("video/river-ferry.mpg");
     const std::string transport = ReadSample("video/river-ferry.ts");
     struct Case {
@@ -204,13 +205,13 @@ TEST(VideoESParser, FilesOfOthersAreLeftToThem) {
     };
     for (const Case& test : cases) {
         const std::string told = Values(test.mFile, {"vc"});
-        EXPECT_EQ(told.substr(0, 15), "VideoESParser: ") << told;
+        EXPECT_EQ(told.substr(0, 15), "VideoStreamParser: ") << told;
         EXPECT_NE(told.find(test.mRefusal), std::string::npos) << told;
         EXPECT_FALSE(IsAt(test.mFile)) << told;
     }
 }
 
-TEST(VideoESParser, NamesThatLieLeadToTheParserOfTheContent) {
+TEST(VideoStreamParser, NamesThatLieLeadToTheParserOfTheContent) {
     const std::string film = ReadSample("video/river-ferry.mpg");
     const std::string cut = film.substr(film.find("\0\0\1\xE0"s));
     FormatHost host;
@@ -249,7 +250,7 @@ std::string LengthOf(const std::string& aFile, const Delivery& aDelivery = {}) {
 
 } // namespace
 
-TEST(VideoESParser, PicturesOfAConstantRateTellTheLengthByTheirDelays) {
+TEST(VideoStreamParser, PicturesOfAConstantRateTellTheLengthByTheirDelays) {
     EXPECT_EQ(LengthOf(Constant().Bytes()), "2000||\"constant rate\"|6000000|");
     Constant later;
     later.mLast = 10000;
@@ -277,7 +278,7 @@ TEST(VideoESParser, PicturesOfAConstantRateTellTheLengthByTheirDelays) {
     EXPECT_EQ(LengthOf(large.Bytes()), "3135|2001|\"estimate: size and stated rate\"|6000000|");
 }
 
-TEST(VideoESParser, ConstantRateTellsTheLengthRoughlyWherePicturesDoNot) {
+TEST(VideoStreamParser, ConstantRateTellsTheLengthRoughlyWherePicturesDoNot) {
     const auto told = [](const std::string& aStream) {
         std::string file = aStream;
         file.resize(1500000, '\x35');
@@ -300,7 +301,7 @@ TEST(VideoESParser, ConstantRateTellsTheLengthRoughlyWherePicturesDoNot) {
     EXPECT_EQ(LengthOf(H264(), unknown), "||\"none: the end was not read\"||");
 }
 
-TEST(VideoESParser, HeadOfVC1TellsProfileLevelSizeAndHowManyFramesThereAre) {
+TEST(VideoStreamParser, HeadOfVC1TellsProfileLevelSizeAndHowManyFramesThereAre) {
     struct Case {
         void (*mChange)(RCV&);
         const char* mFacts; ///< codec, profile, level, size, frame rate, length, rates
@@ -373,7 +374,7 @@ TEST(VideoESParser, HeadOfVC1TellsProfileLevelSizeAndHowManyFramesThereAre) {
     }
 }
 
-TEST(VideoESParser, WhatBreaksTheHeadOfVC1IsNoSuchFile) {
+TEST(VideoStreamParser, WhatBreaksTheHeadOfVC1IsNoSuchFile) {
     const std::vector<void (*)(RCV&)> kBroken = {
         [](RCV& f) { f.mMark = 0x85; },         [](RCV& f) { f.mStructC += '\0'; },
         [](RCV& f) { f.mSizeOfB = 8; },         [](RCV& f) { f.mWidth = 0; },
@@ -385,7 +386,7 @@ TEST(VideoESParser, WhatBreaksTheHeadOfVC1IsNoSuchFile) {
         breaking(file);
         EXPECT_FALSE(IsAt(file.Bytes()));
         EXPECT_EQ(Values(file.Bytes(), {"vc"}),
-                  "VideoESParser: malformed: no picture with its headers within " +
+                  "VideoStreamParser: malformed: no picture with its headers within " +
                       std::to_string(file.Bytes().size()) + " bytes");
     }
     RCV largest;
@@ -395,7 +396,7 @@ TEST(VideoESParser, WhatBreaksTheHeadOfVC1IsNoSuchFile) {
     EXPECT_FALSE(IsAt(largest.Bytes().substr(0, 35)));
 }
 
-TEST(VideoESParser, CostsTheSameHoweverLongTheFileIs) {
+TEST(VideoStreamParser, CostsTheSameHoweverLongTheFileIs) {
     for (const std::uint64_t megabytes : {4U, 400U, 4500U}) {
         const std::string late = std::string(kFirstWindow, '5') + H264();
         for (const auto& [file, reads, bytes] :
@@ -405,7 +406,7 @@ TEST(VideoESParser, CostsTheSameHoweverLongTheFileIs) {
               {RCV().Bytes(), 1U, std::size_t{8192}},
               {late, 3U, kWindow}}) {
             SparseStream stream(megabytes << 20, {{0, file}});
-            VideoESParser parser;
+            VideoStreamParser parser;
             EXPECT_NE(Record(parser.Parse(stream)), nullptr);
             EXPECT_LE(stream.mReads, reads) << megabytes;
             EXPECT_LE(stream.mBytes, bytes) << megabytes;

@@ -85,7 +85,7 @@ TEST(ElementaryStreams, WhoLeavesIsNamedWithTheByte) {
     EXPECT_TRUE(race["winner"].is_null());
     EXPECT_TRUE(race["undecided"].empty());
     EXPECT_TRUE(race["facts"].empty());
-    ASSERT_EQ(race["left"].size(), 7U);
+    ASSERT_EQ(race["left"].size(), 9U);
     for (const Json& departure : race["left"]) {
         EXPECT_LE(departure["at"].get<unsigned>(), race["pushed"].get<unsigned>());
     }
@@ -104,6 +104,8 @@ TEST(ElementaryStreams, AStreamThatEndsBeforeADecisionHasNoWinner) {
                            "  undecided  H264       at byte 1\n"
                            "  undecided  H265       at byte 1\n"
                            "  undecided  MPEGVideo  at byte 1\n"
+                           "  undecided  VC1        at byte 1\n"
+                           "  undecided  MPEG4      at byte 1\n"
                            "  undecided  AC3        at byte 1\n"
                            "  undecided  EAC3       at byte 1\n"
                            "  undecided  ADTS       at byte 1\n"

@@ -205,7 +205,7 @@ TEST(VideoStreamParser, FilesOfOthersAreLeftToThem) {
     };
     for (const Case& test : cases) {
         const std::string told = Values(test.mFile, {"vc"});
-        EXPECT_EQ(told.substr(0, 15), "VideoStreamParser: ") << told;
+        EXPECT_EQ(told.rfind("VideoStreamParser: ", 0), 0U) << told;
         EXPECT_NE(told.find(test.mRefusal), std::string::npos) << told;
         EXPECT_FALSE(IsAt(test.mFile)) << told;
     }

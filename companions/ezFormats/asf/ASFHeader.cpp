@@ -5,7 +5,6 @@
 #include "ezFormats/asf/ASFVideo.h"
 #include "ezFormats/tags/MusicTexts.h"
 
-#include "ezBytes/LanguageTags.h"
 #include "ezBytes/TextBytes.h"
 
 #include <algorithm>

@@ -37,7 +37,8 @@ public:
     /// Those of the sound, in the order of its streams, as kezInfo_Languages has them.
     const std::string& GetLanguages() const { return mLanguages; }
 
-    /// The frames of the first part; where their size cannot be, all to the end. None where there are none.
+    /// The frames of the first part ("movi"); where its size cannot be, all up to the end. Not set without a
+    /// part.
     const std::optional<ByteReader>& GetFrames() const { return mFrames; }
     /// The index of them ("idx1").
     const std::optional<ByteReader>& GetIndex() const { return mIndex; }
